@@ -1,0 +1,2 @@
+add_room(kiro_parameters
+)

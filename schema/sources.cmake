@@ -1,0 +1,1 @@
+# Constant tables of tuning records; headers only.
