@@ -1,0 +1,14 @@
+include(core/base/sources.cmake)
+include(core/statsprocessor/sources.cmake)
+include(core/metering/sources.cmake)
+include(core/arbitration/sources.cmake)
+include(core/convergence/sources.cmake)
+add_room(kiro_core
+    core/ckirocontextevents.cpp
+    core/ckirocontextinput.cpp
+    core/ckirocontextmanager.cpp
+    core/ckirocore.cpp
+    core/ckirocorefactory.cpp
+    core/kirocorefunctions.cpp
+    core/kirotriggerfunctions.cpp
+)

@@ -2,7 +2,7 @@
 /// Building blocks that the records of several tuning modules share.
 #pragma once
 
-#include "interface/kiroenums.h"
+#include "schema/kiroenums.h"
 #include "schema/tuningrecord.h"
 
 TUNING_ENUM(KIROExposureSelection)
@@ -100,6 +100,71 @@ TUNING_RECORD(StartEndType)
     MEMBER(end)
 TUNING_RECORD_END
 
+/// The layout that the evaluation of trigger trees relies on. A tree is an array of zones sorted by rising trigger; a
+/// zone of an inner level is its trigger range and a counted array of zones, 24 bytes in all.
+template <typename Zone>
+constexpr bool IsInnerZone()
+{
+    const tuning::RecordDescription& rZone = *TuningRecordOf(static_cast<const Zone*>(nullptr));
+    return rZone.memberCount == 2 &&
+           rZone.pMembers[0].pRecord == TuningRecordOf(static_cast<const StartEndType*>(nullptr)) &&
+           rZone.pMembers[0].form == tuning::Form::Single && rZone.pMembers[1].form == tuning::Form::Variable &&
+           rZone.pMembers[1].countOffset == 8 && rZone.pMembers[1].offset == 16 && rZone.size == 24;
+}
+
+/// A zone of the last level is its trigger range, followed at once by what the zone yields.
+template <typename Zone, typename CoreRecord>
+constexpr bool IsLeafZone()
+{
+    const tuning::RecordDescription& rZone = *TuningRecordOf(static_cast<const Zone*>(nullptr));
+    return rZone.memberCount == 2 &&
+           rZone.pMembers[0].pRecord == TuningRecordOf(static_cast<const StartEndType*>(nullptr)) &&
+           rZone.pMembers[0].form == tuning::Form::Single && rZone.pMembers[1].offset == sizeof(StartEndType) &&
+           rZone.size == sizeof(StartEndType) + sizeof(CoreRecord);
+}
+
+/// Which kind of statistics a channel holds.
+enum KIROStatsType : INT32
+{
+    KIROStatsGrid = 0,  ///< one value per region of the frame
+    KIROStatsHist = 1   ///< one count per bin
+};
+TUNING_ENUM(KIROStatsType)
+    ENUMERATOR(KIROStatsGrid)
+    ENUMERATOR(KIROStatsHist)
+TUNING_ENUM_END
+
+/// Which vector processors a call of the host is for.
+enum class VectorProcessorUsageType : INT32
+{
+    Default = 0,  ///< the general ones
+    Gyro    = 1
+};
+
+/// What of a pair a value bank reads or writes.
+enum class BankDataType : INT32
+{
+    startEnd = 0,  ///< both halves
+    start    = 1,
+    end      = 2
+};
+TUNING_ENUM(BankDataType)
+    ENUMERATOR(startEnd)
+    ENUMERATOR(start)
+    ENUMERATOR(end)
+TUNING_ENUM_END
+
+/// Whether the clamp of bright statistics follows the ratio of safe to short exposure.
+enum ExpRatioHandleType : INT32
+{
+    DoNotHandle         = 0,  ///< clamp at 0.98 of full scale
+    ScaleShortThreshold = 1   ///< pull the clamp down as the ratio grows
+};
+TUNING_ENUM(ExpRatioHandleType)
+    ENUMERATOR(DoNotHandle)
+    ENUMERATOR(ScaleShortThreshold)
+TUNING_ENUM_END
+
 /// Reference to an entry of a data bank.
 struct DataBankType
 {
@@ -121,6 +186,7 @@ TUNING_RECORD(TriggerSystemEndLevelType)
     MEMBER(trigger)
     MEMBER(triggerData)
 TUNING_RECORD_END
+static_assert(IsLeafZone<TriggerSystemEndLevelType, float>());
 
 /// Last level of a tree whose zones hold a range.
 struct TriggerSystemEndLevelStartEndType
@@ -132,6 +198,7 @@ TUNING_RECORD(TriggerSystemEndLevelStartEndType)
     MEMBER(trigger)
     MEMBER(triggerData)
 TUNING_RECORD_END
+static_assert(IsLeafZone<TriggerSystemEndLevelStartEndType, StartEndType>());
 
 /// First level of a two-level tree.
 struct TwoLevelTriggerSystemLevel1Type
@@ -145,6 +212,7 @@ TUNING_RECORD(TwoLevelTriggerSystemLevel1Type)
     MEMBER(trigger)
     VARIABLE(trigger2Data)
 TUNING_RECORD_END
+static_assert(IsInnerZone<TwoLevelTriggerSystemLevel1Type>());
 
 /// A two-level tree and the bank entries that drive it.
 struct TwoLevelDataBankTriggerSystemType
@@ -173,6 +241,7 @@ TUNING_RECORD(ThreeLevelTriggerSystemLevel2Type)
     MEMBER(trigger)
     VARIABLE(trigger3Data)
 TUNING_RECORD_END
+static_assert(IsInnerZone<ThreeLevelTriggerSystemLevel2Type>());
 
 /// First level of a three-level tree.
 struct ThreeLevelTriggerSystemLevel1Type
@@ -185,6 +254,37 @@ struct ThreeLevelTriggerSystemLevel1Type
 TUNING_RECORD(ThreeLevelTriggerSystemLevel1Type)
     MEMBER(trigger)
     VARIABLE(trigger2Data)
+TUNING_RECORD_END
+static_assert(IsInnerZone<ThreeLevelTriggerSystemLevel1Type>());
+
+/// A three-level tree and the bank entries that drive it.
+struct ThreeLevelDataBankTriggerSystemType
+{
+    DataBankType                       trigger1DataBank;
+    DataBankType                       trigger2DataBank;
+    DataBankType                       trigger3DataBank;
+    UINT32                             trigger3DataCount;
+    UINT32                             trigger3DataID;
+    ThreeLevelTriggerSystemLevel1Type* trigger3Data;  ///< the whole tree, in spite of the name
+};
+TUNING_RECORD(ThreeLevelDataBankTriggerSystemType)
+    MEMBER(trigger1DataBank)
+    MEMBER(trigger2DataBank)
+    MEMBER(trigger3DataBank)
+    VARIABLE(trigger3Data)
+TUNING_RECORD_END
+
+/// How a module's regions of interest are turned into statistics regions.
+struct StatsROIProcessType
+{
+    BOOL  enable;
+    float scale;           ///< size factor about the region's centre; 1.0 keeps the size
+    float temporalFilter;  ///< share of the previous region in the new one, 0 to 1; 0 follows at once
+};
+TUNING_RECORD(StatsROIProcessType)
+    BOOLEAN(enable)
+    MEMBER(scale)
+    MEMBER(temporalFilter)
 TUNING_RECORD_END
 
 /// Which bank entry applies in which context: the entry of highest priority whose events are all set.
@@ -202,6 +302,7 @@ TUNING_RECORD(TunaraBankDataPriorityType)
     MEMBER(dataID)
 TUNING_RECORD_END
 
+/// The priority map of a data bank.
 struct TunaraBankDataType
 {
     KIROBankIDType              bankID;
@@ -216,8 +317,17 @@ TUNING_RECORD_END
 
 } // namespace kiroglobalelements
 
+using kiroglobalelements::BankDataType;
 using kiroglobalelements::DataBankType;
+using kiroglobalelements::DoNotHandle;
+using kiroglobalelements::ExpRatioHandleType;
+using kiroglobalelements::KIROStatsGrid;
+using kiroglobalelements::KIROStatsHist;
+using kiroglobalelements::KIROStatsType;
+using kiroglobalelements::ScaleShortThreshold;
 using kiroglobalelements::StartEndType;
+using kiroglobalelements::StatsROIProcessType;
+using kiroglobalelements::ThreeLevelDataBankTriggerSystemType;
 using kiroglobalelements::ThreeLevelTriggerSystemLevel1Type;
 using kiroglobalelements::ThreeLevelTriggerSystemLevel2Type;
 using kiroglobalelements::TriggerSystemEndLevelStartEndType;
@@ -226,3 +336,4 @@ using kiroglobalelements::TunaraBankDataPriorityType;
 using kiroglobalelements::TunaraBankDataType;
 using kiroglobalelements::TwoLevelDataBankTriggerSystemType;
 using kiroglobalelements::TwoLevelTriggerSystemLevel1Type;
+using kiroglobalelements::VectorProcessorUsageType;

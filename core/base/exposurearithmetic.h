@@ -1,0 +1,61 @@
+/// @file
+/// The exposure arithmetic on which all modules lean. Each formula stands here once.
+///
+/// Times are nanoseconds, gains and corrections linear factors, exposures (sensitivities) their rounded product.
+/// An index is a logarithm to the base 1.03: a difference of 1 is 3 percent of exposure.
+#pragma once
+
+#include "platform/tavotypes.h"
+#include "schema/kiroenums.h"
+
+namespace exposurearithmetic
+{
+
+/// Index steps per decade of exposure: the single-precision value of the field's 77.89853, not the exact reciprocal of
+/// log10(1.03). Tuned indices depend on it.
+constexpr DOUBLE IndexPerDecade = 77.89852905273438;
+
+/// Base of the index: the single-precision 1.03.
+constexpr FLOAT IndexBase = 1.03f;
+
+/// The recurring epsilon. Divisions guard a denominator with max(x, Epsilon).
+constexpr FLOAT Epsilon = 1e-7f;
+
+/// Margin of gain when deciding to snap to a limit.
+constexpr FLOAT SnapMargin = 0.0001f;
+
+/// Rounded product gain * time * corr, in double.
+/// A product whose magnitude is below Epsilon is logged and taken again from max(gain, 1), max(time, 1), max(corr, 1).
+UINT64 UtilQuantities2Exposure(FLOAT gain, UINT64 time, FLOAT corr);
+
+/// Index of an exposure; 0 for an exposure of 0. An indexZeroExposure of 0 counts as 1.
+FLOAT IndexOfExposure(UINT64 exposure, UINT64 indexZeroExposure);
+
+/// Exposure of an index, rounded half away from zero. An indexZeroExposure of 0 counts as 1.
+UINT64 ExposureOfIndex(FLOAT index, UINT64 indexZeroExposure);
+
+/// Time that yields exposure with gain and corr, rounded half away from zero.
+UINT64 TimeOfExposure(UINT64 exposure, FLOAT gain, FLOAT corr);
+
+/// Gain that yields exposure with time and corr.
+FLOAT GainOfExposure(UINT64 exposure, UINT64 time, FLOAT corr);
+
+/// @return whether numerator / denominator lies strictly between the float values of 0.9999 and 1.0001
+bool IsSameExposure(UINT64 numerator, UINT64 denominator);
+
+/// log10f(value) in single precision, times IndexPerDecade in single precision: the log domain of convergence.
+FLOAT SensiLog103(FLOAT value);
+
+/// Inverse of the log domain: 1.03 to the power of value, in double.
+DOUBLE ExposureOfSensiLog103(DOUBLE value);
+
+/// Truncates towards zero and saturates at the limits of the type; NaN becomes 0.
+UINT64 SaturateToUINT64(DOUBLE value);
+UINT32 SaturateToUINT32(DOUBLE value);
+INT32  SaturateToINT32(DOUBLE value);
+
+/// Maps the tuning's selection to the index of exposure arrays.
+/// @param selection ExposureNone, or a value out of range, maps to fallback
+AECAlgoExposureType ExposureTypeOfSelection(KIROExposureSelection selection, AECAlgoExposureType fallback);
+
+} // namespace exposurearithmetic

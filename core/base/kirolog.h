@@ -1,0 +1,70 @@
+/// @file
+/// Logging of the core.
+///
+/// STATS_LOG_... goes to the host's stats logger, which filters by level. The logger is read without a null test: a host
+/// must supply it. SYSTEM_LOG_... goes to the system log; configuration and verbose lines are gated by the group masks.
+#pragma once
+
+#include "interface/ikirocorealgo.h"
+#include "platform/tavocommonutils.h"
+
+namespace kirolog
+{
+
+constexpr UINT32 StatsGroup   = 2;
+constexpr UINT32 LevelError   = 2;
+constexpr UINT32 LevelWarning = 4;
+constexpr UINT32 LevelRare    = 16;
+constexpr UINT32 LevelTrace   = 32;
+
+constexpr UINT64 SystemGroup   = 0x2000000;  // bit 25
+constexpr UINT32 SystemError   = 1;
+constexpr UINT32 SystemConfig  = 3;
+constexpr UINT32 SystemVerbose = 5;
+
+/// @return whether lines of this level reach the system log; error lines are not gated
+inline bool IsSystemLevelOn(UINT32 level)
+{
+    return Tavo::g_logInfoUpdated == FALSE || (Tavo::g_logInfo[level] & SystemGroup) != 0;
+}
+
+/// Type of gStatsLogger with its format checked by the compiler.
+typedef VOID (*CheckedStatsLogger)(const CHAR*, INT32, const CHAR*, UINT32, UINT32, const CHAR*, ...)
+    __attribute__((format(printf, 6, 7)));
+
+} // namespace kirolog
+
+#define STATS_LOG(level, ...)                                                                                          \
+    static_cast<kirolog::CheckedStatsLogger>(gStatsLogger)(__FILE_NAME__, __LINE__, __func__, kirolog::StatsGroup,     \
+                                                           level, __VA_ARGS__)
+
+#define STATS_LOG_ERROR(...) STATS_LOG(kirolog::LevelError, __VA_ARGS__)
+#define STATS_LOG_WARNING(...) STATS_LOG(kirolog::LevelWarning, __VA_ARGS__)
+#define STATS_LOG_RARE(...) STATS_LOG(kirolog::LevelRare, __VA_ARGS__)
+#define STATS_LOG_TRACE(...) STATS_LOG(kirolog::LevelTrace, __VA_ARGS__)
+
+#define SYSTEM_LOG_LINE(letter, level, tag, format, ...)                                                               \
+    Tavo::Log::LogSystem(kirolog::SystemGroup, letter, level, tag "%d %d [STATS_AEC] %s:%d %s() " format,              \
+                         Tavo::OsUtils::GetProcessID(), Tavo::OsUtils::GetThreadID(), __FILE_NAME__, __LINE__,         \
+                         __func__ __VA_OPT__(, ) __VA_ARGS__)
+
+#define SYSTEM_LOG_ERROR(format, ...)                                                                                  \
+    SYSTEM_LOG_LINE("E", kirolog::SystemError, "[ERROR]", format __VA_OPT__(, ) __VA_ARGS__)
+
+#define SYSTEM_LOG_CONFIG(format, ...)                                                                                 \
+    do                                                                                                                 \
+    {                                                                                                                  \
+        if (kirolog::IsSystemLevelOn(kirolog::SystemConfig))                                                           \
+        {                                                                                                              \
+            SYSTEM_LOG_LINE("I", kirolog::SystemConfig, "[CONFIG]", format __VA_OPT__(, ) __VA_ARGS__);                \
+        }                                                                                                              \
+    } while (false)
+
+#define SYSTEM_LOG_VERBOSE(format, ...)                                                                                \
+    do                                                                                                                 \
+    {                                                                                                                  \
+        if (kirolog::IsSystemLevelOn(kirolog::SystemVerbose))                                                          \
+        {                                                                                                              \
+            SYSTEM_LOG_LINE("V", kirolog::SystemVerbose, "[ VERB]", format __VA_OPT__(, ) __VA_ARGS__);                \
+        }                                                                                                              \
+    } while (false)

@@ -1,0 +1,3 @@
+add_room(kiro_core_base
+    core/base/exposurearithmetic.cpp
+)

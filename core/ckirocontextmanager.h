@@ -1,0 +1,108 @@
+/// @file
+/// What the host has told the core, and the context status from which the banks select their data.
+#pragma once
+
+#include "core/ikirocontextmanager.h"
+
+/// Tuning selectors of one mode path, as last seen.
+struct AECTuningMode
+{
+    UINT32 value;
+};
+
+class CKIROContextManager final : public IKIROContextManager
+{
+public:
+    static constexpr UINT32 TuningSelectorCount = 7;
+
+    explicit CKIROContextManager(IKIRODebugData& rDebugData);
+
+    const SetInputData* GetInput() override;
+    UINT64              GetContextStatus() override;
+    /// Sets the bit when value is 1 and clears it for any other value.
+    VOID                SetContextEvent(KIROTunaraEventType event, BOOL value) override;
+    BOOL                GetContextEvent(KIROTunaraEventType event) override;
+    VOID                SetMaxFlashCurrent(INT32 current) override;
+    VOID                UpdateFrameCounters() override;
+    VOID                RebaseSCD(UINT32 id) override;
+    BOOL                GetSCDOutput(UINT32 id, KIROSCDOutput& rOutput) override;
+    IKIRODebugData&     GetDebugDataInfo() override;
+    VOID                SetMeteringLock(BOOL bLock) override;
+
+    /// Stores a setting and moves the context events.
+    /// @return 0, or 1 for a null argument, a payload that is too small or a failed setting; events move all the same
+    KiroResult SetInput(const KIROSetInput* pSetInput);
+
+    /// Takes a tuning handle: rebuilds the banks and reads the hybrid HDR switch. @return 0
+    KiroResult SetTunara(StatsTuningData& rTuningData);
+
+    VOID RunContextStartOfFrame();
+
+    /// Runs the bank start of frame if the context status has changed since the last one.
+    VOID RefreshBanks();
+
+    /// @return 1 when the selectors differ from those of the last call
+    BOOL IsTuningModeChange(const StatsTuningData* pTuningData);
+
+private:
+    struct ParamHandler;
+
+    static const ParamHandler* FindHandler(AECAlgoSetParamType type);
+
+    KiroResult SetInternalParam(const KIROCoreSetParam* pParam);
+    KiroResult SetPEKInput(const AECAlgoSetParam* pParam);
+
+    // One per parameter type; each answers the result of setInput and may set m_bResetFrameSkip.
+    KiroResult SetOperationMode(const VOID* pParam, const CHAR* pName);
+    KiroResult SetTunaraData(const VOID* pParam, const CHAR* pName);
+    KiroResult SetMeteringMode(const VOID* pParam, const CHAR* pName);
+    KiroResult SetExposureCompensation(const VOID* pParam, const CHAR* pName);
+    KiroResult SetFlickerCompensation(const VOID* pParam, const CHAR* pName);
+    KiroResult SetManualSetting(const VOID* pParam, const CHAR* pName);
+    KiroResult SetAECLock(const VOID* pParam, const CHAR* pName);
+    KiroResult SetFPSRange(const VOID* pParam, const CHAR* pName);
+    KiroResult SetLEDMode(const VOID* pParam, const CHAR* pName);
+    KiroResult SetTouchROI(const VOID* pParam, const CHAR* pName);
+    KiroResult SetAWBState(const VOID* pParam, const CHAR* pName);
+    KiroResult SetGyroInfo(const VOID* pParam, const CHAR* pName);
+    KiroResult SetOverrideSetting(const VOID* pParam, const CHAR* pName);
+    KiroResult SetFlashMeasurement(const VOID* pParam, const CHAR* pName);
+    KiroResult SetFlashCalibrationData(const VOID* pParam, const CHAR* pName);
+    KiroResult SetDebugDataEnable(const VOID* pParam, const CHAR* pName);
+    KiroResult SetSensorInfo(const VOID* pParam, const CHAR* pName);
+    KiroResult SetCameraInfo(const VOID* pParam, const CHAR* pName);
+    KiroResult SetFlashMaximumCurrent(const VOID* pParam, const CHAR* pName);
+    KiroResult CheckSizeOnly(const VOID* pParam, const CHAR* pName);
+    KiroResult SetStartUpExpSensitivity(const VOID* pParam, const CHAR* pName);
+    KiroResult SetCropWindow(const VOID* pParam, const CHAR* pName);
+    KiroResult SetPipelineDelay(const VOID* pParam, const CHAR* pName);
+    KiroResult SetPeerInfo(const VOID* pParam, const CHAR* pName);
+    KiroResult SetDualcamCalibrationInfo(const VOID* pParam, const CHAR* pName);
+    KiroResult SetMultiExpSensorMode(const VOID* pParam, const CHAR* pName);
+    KiroResult SetUnstabilizedFaceROI(const VOID* pParam, const CHAR* pName);
+    KiroResult SetPostRawSensitivityBoost(const VOID* pParam, const CHAR* pName);
+    KiroResult SetDisableADRC(const VOID* pParam, const CHAR* pName);
+    KiroResult SetIsFlashInfluencedStats(const VOID* pParam, const CHAR* pName);
+    KiroResult SetFlashInlineCalibrationMode(const VOID* pParam, const CHAR* pName);
+    KiroResult SetTrackerROI(const VOID* pParam, const CHAR* pName);
+    KiroResult SetSaliencyMapData(const VOID* pParam, const CHAR* pName);
+    KiroResult SetLightInfo(const VOID* pParam, const CHAR* pName);
+
+    KiroResult SetAlgoOpMode(AECAlgoOperationModeType mode);
+    KiroResult SetEVVal(INT32 value);
+
+    VOID UpdateContext(const KIROSetInput* pSetInput);
+    VOID UpdateContextOfParam(AECAlgoSetParamType type);
+    VOID UpdateContextOfSnapshot();
+    VOID UpdateOpModeEvents();
+    VOID UpdateFlashMeasurementEvents();
+    VOID UpdateManualEvents();
+    VOID UpdateHDREvents();
+    VOID ReplaceEvents(UINT64 mask, UINT64 events);
+
+    SetInputData    m_setInputData;
+    IKIRODebugData& m_rDebugData;
+    AECTuningMode   m_currentTuningMode[TuningSelectorCount];
+    FLOAT           m_calRGRatios[AECAlgoFlashCalibrationCountMax];
+    FLOAT           m_calBGRatios[AECAlgoFlashCalibrationCountMax];
+};

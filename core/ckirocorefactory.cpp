@@ -1,0 +1,81 @@
+#include "core/ckirocorefactory.h"
+
+#include "core/base/kirolog.h"
+#include "core/base/tavomemory.h"
+#include "core/ckirocore.h"
+
+StatsLogger gStatsLogger = nullptr;
+
+namespace
+{
+
+constexpr MNKResult ResultOutOfMemory = 8;
+
+/// A logger entry counts when it is large enough to hold a pointer.
+constexpr UINT32 LoggerEntrySizeMin = sizeof(VOID*);
+
+/// Takes the host's logger. Whichever entry qualifies, it is the first entry's pointer that is stored, and the walk does
+/// not stop at a match: hosts place the logger first and depend on both.
+VOID UpdateCreateParamList(const AECAlgoCreateParamList& rCreateParamList)
+{
+    if (rCreateParamList.pCreateParamList == nullptr)
+    {
+        return;
+    }
+    for (UINT32 index = 0; index < rCreateParamList.numberOfCreateParams; ++index)
+    {
+        const AECAlgoCreateParam& rParam = rCreateParamList.pCreateParamList[index];
+        if (rParam.createParamType == AECAlgoCreateParamsLoggerFunctionPtr && rParam.pCreateParam != nullptr &&
+            rParam.sizeOfCreateParam >= LoggerEntrySizeMin)
+        {
+            gStatsLogger = reinterpret_cast<StatsLogger>(rCreateParamList.pCreateParamList[0].pCreateParam);
+            gStatsLogger(__FILE_NAME__, __LINE__, "KIROUpdateCreateParamList", kirolog::StatsGroup, kirolog::LevelTrace,
+                         "Lib kirocore sucessed creating glogger");
+        }
+    }
+}
+
+} // namespace
+
+INT CKIROCoreFactory::CreateKiroCoreInstance(StatsTuningData& rTuningData, IKIRODebugData& rDebugData,
+                                             IKIROCore*& rpCore)
+{
+    rpCore = TavoNew<CKIROCore>(rTuningData, rDebugData).release();
+    return 0;
+}
+
+MNKResult CKIROCoreFactory::FactoryCreateKiroCoreAlgo(StatsTuningData& rTuningData, IKIRODebugData& rDebugData,
+                                                      const AECAlgoCreateParamList& rCreateParamList,
+                                                      IKIROCoreAlgo*& rpCore)
+{
+    return CreateKiroCoreAlgo(rTuningData, rDebugData, rCreateParamList, rpCore);
+}
+
+MNKResult CreateKiroCoreAlgo(StatsTuningData& rTuningData, IKIRODebugData& rDebugData,
+                             const AECAlgoCreateParamList& rCreateParamList, IKIROCoreAlgo*& rpCore)
+{
+    SYSTEM_LOG_VERBOSE("Lib KIROcore CreateKiroCoreAlgo in 0");
+    TavoPtr<IKIROCoreAlgo> pAlgo = TavoNew<IKIROCoreAlgo>();
+    if (pAlgo == nullptr)
+    {
+        SYSTEM_LOG_ERROR("Lib KIROcore CreateKiroCoreAlgo return error =%d ", ResultOutOfMemory);
+        rpCore = nullptr;
+        return ResultOutOfMemory;
+    }
+
+    UpdateCreateParamList(rCreateParamList);
+
+    pAlgo->pCore     = nullptr;
+    const INT result = CKIROCoreFactory::CreateKiroCoreInstance(rTuningData, rDebugData, pAlgo->pCore);
+    if (result != 0)
+    {
+        SYSTEM_LOG_ERROR("Lib KIROcore CreateKiroCoreInstance return error =%d ", result);
+        rpCore = nullptr;
+        return result;
+    }
+
+    SetCoreFunctions(*pAlgo);
+    SYSTEM_LOG_VERBOSE("Lib KIROcore set functions ");
+    rpCore = pAlgo.release();
+    return 0;
+}

@@ -1,0 +1,367 @@
+#include "parameters/modeentry.h"
+
+#include <limits>
+
+#include "parameters/modenames.h"
+#include "parameters/parameterfilesymboltableentry.h"
+#include "parameters/parameterlogging.h"
+#include "parameters/parametermodule.h"
+#include "parameters/parametersetmanager.h"
+
+namespace
+{
+
+/// Levels of one kind hardly nest; a longer run of selectors finds nothing, and recursion stays shallow.
+constexpr UINT32 MaxSelectorRun = 64;
+
+/// Nodes that a path text shows at most.
+constexpr UINT32 MaxPathNodes = 64;
+
+const IParameterLoggingAPI* LogOf(const ParameterModule* pModule)
+{
+    return pModule->Data->SetManager;
+}
+
+/// @return whether an earlier selector of the run names the same sub-mode, so that the search has been there already
+bool IsRepeated(const TuningMode* pBranch, UINT32 index)
+{
+    for (UINT32 earlier = 0; earlier < index; ++earlier)
+    {
+        if (pBranch[earlier].mode == pBranch[index].mode &&
+            pBranch[earlier].subMode.value == pBranch[index].subMode.value)
+        {
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+ModuleReference* ModuleReferenceMap::Find(UINT64 nameHash) const
+{
+    if (m_slots.empty())
+    {
+        return nullptr;
+    }
+    const size_t mask = m_slots.size() - 1;
+    for (size_t index = nameHash & mask;; index = (index + 1) & mask)
+    {
+        const Slot& rSlot = m_slots[index];
+        if (rSlot.pReference == nullptr || rSlot.nameHash == nameHash)
+        {
+            return rSlot.pReference;
+        }
+    }
+}
+
+bool ModuleReferenceMap::Insert(UINT64 nameHash, ParameterModule* pModule)
+{
+    if (Find(nameHash) != nullptr)
+    {
+        return false;
+    }
+    if ((m_references.size() + 1) * 2 > m_slots.size())
+    {
+        Grow();
+    }
+    m_references.push_back(std::make_unique<ModuleReference>(nameHash, pModule, 0));
+    Place(m_references.back().get());
+    return true;
+}
+
+VOID ModuleReferenceMap::Place(ModuleReference* pReference)
+{
+    const size_t mask  = m_slots.size() - 1;
+    size_t       index = pReference->NameHash & mask;
+    while (m_slots[index].pReference != nullptr)
+    {
+        index = (index + 1) & mask;
+    }
+    m_slots[index] = {pReference->NameHash, pReference};
+}
+
+VOID ModuleReferenceMap::Grow()
+{
+    constexpr size_t FirstSize = 4;
+    const size_t     size      = m_slots.empty() ? FirstSize : m_slots.size() * 2;
+    m_slots.assign(size, Slot{0, nullptr});
+    for (const auto& rpReference : m_references)
+    {
+        Place(rpReference.get());
+    }
+}
+
+VOID ModeEntry::Initialize(ParameterModeTable* pTable, UINT32 id, const ModeUnion& rMode, ModeEntry** ppLink)
+{
+    Table = pTable;
+    Id    = id;
+    Mode  = rMode;
+    Link  = ppLink;
+}
+
+VOID ModeEntry::AddMode(ModeEntry* pMode)
+{
+    pMode->Parent = this;
+    if (LastChild == nullptr)
+    {
+        FirstChild = pMode;
+    }
+    else
+    {
+        LastChild->Next = pMode;
+    }
+    LastChild = pMode;
+}
+
+ModeEntry* ModeEntry::FindMode(const TuningMode& rSelector)
+{
+    ModeEntry* pChild = Target()->FirstChild;
+    while (pChild != nullptr && !pChild->Mode.IsModeMatch(rSelector))
+    {
+        pChild = pChild->Next;
+    }
+    return pChild;
+}
+
+ModeEntry* ModeEntry::FindMode(const TuningMode* pBranch, UINT32 count, UINT32 depth)
+{
+    if (count > MaxSelectorRun)
+    {
+        return nullptr;
+    }
+    for (UINT32 index = 0; index < count; ++index)
+    {
+        ModeEntry* pChild = FindMode(pBranch[index]);
+        if (pChild == nullptr || IsRepeated(pBranch, index))
+        {
+            continue;
+        }
+        if (count <= depth + 1)
+        {
+            return pChild;
+        }
+        ModeEntry* pDeeper = pChild->FindMode(pBranch, count, depth + 1);
+        if (pDeeper != nullptr)
+        {
+            return pDeeper;
+        }
+    }
+    return nullptr;
+}
+
+ParameterModule* ModeEntry::FindModule(UINT64 nameHash)
+{
+    const ModuleReference* pReference = Target()->ModuleMap.Find(nameHash);
+    return (pReference != nullptr) ? pReference->Module : nullptr;
+}
+
+bool ModeEntry::Owns(const ParameterModule* pModule) const
+{
+    return pModule->Data->Mode->Entry == this;
+}
+
+VOID ModeEntry::AddModule(ParameterModule* pModule)
+{
+    if (ModuleMap.Insert(pModule->NameHash, pModule) && Owns(pModule))
+    {
+        ++m_localModules;
+    }
+}
+
+ParameterModule* ModeEntry::ReplaceModule(ParameterModule* pModule)
+{
+    ModuleReference* pReference = ModuleMap.Find(pModule->NameHash);
+    if (pReference == nullptr)
+    {
+        AddModule(pModule);
+        return nullptr;
+    }
+    ParameterModule* pReplaced = pReference->Module;
+    m_localModules             = m_localModules - (Owns(pReplaced) ? 1 : 0) + (Owns(pModule) ? 1 : 0);
+    pReference->Module         = pModule;
+    return pReplaced;
+}
+
+VOID ModeEntry::GetModules(PList<ParameterModule*>& rList, bool local, bool inherited, const PipelineType* pPipeline)
+{
+    ModeEntry* pTarget = Target();
+    for (const auto& rpReference : pTarget->ModuleMap)
+    {
+        ParameterModule* pModule = rpReference->Module;
+        if (pPipeline != nullptr && pModule->Mode.Group != static_cast<UINT32>(*pPipeline) + 1)
+        {
+            continue;
+        }
+        if (pTarget->Owns(pModule) ? local : inherited)
+        {
+            pModule->Data->Mode->Entry->AddReference(pModule);
+            rList.Add(pModule);
+        }
+    }
+}
+
+bool ModeEntry::AddReference(ParameterModule* pModule)
+{
+    return ChangeReference(pModule, ReferenceChange::Add);
+}
+
+bool ModeEntry::ReleaseReference(ParameterModule* pModule)
+{
+    return ChangeReference(pModule, ReferenceChange::Release);
+}
+
+bool ModeEntry::ChangeReference(ParameterModule* pModule, ReferenceChange change)
+{
+    const bool                      add = (change == ReferenceChange::Add);
+    std::unique_lock<ParameterMutex> lock;
+    if (Table != nullptr)
+    {
+        lock = std::unique_lock<ParameterMutex>(Table->ActModeMutex);
+    }
+    else
+    {
+        ParameterLogging::Write(LogOf(pModule), ParameterLogging::Error,
+                                "Attempt to lock Active Mode Mutex failed, mode table not found for ModeID: %u\n", Id);
+    }
+
+    ModuleReference* pReference = ModuleMap.Find(pModule->NameHash);
+    if (pReference == nullptr)
+    {
+        ParameterLogging::Write(LogOf(pModule), ParameterLogging::Error,
+                                add ? "Attempt to add reference to a non-existant module.  Mode: %d, SubMode: %d, "
+                                      "Module %s\n"
+                                    : "Attempt to release a non-existant module.  Mode: %d, SubMode: %d, Module %s\n",
+                                Mode.Mode, Mode.SubMode, pModule->GetModuleName());
+        return false;
+    }
+    if (!Owns(pReference->Module))
+    {
+        ParameterLogging::Write(LogOf(pModule), ParameterLogging::Error,
+                                add ? "Attempt to add module reference from wrong mode.  Mode: %d, SubMode: %d, "
+                                      "Module %s, ModePath: %s\n"
+                                    : "Attempt to release module reference from wrong mode.  Mode: %d, SubMode: %d, "
+                                      "Module %s, ModePath: %s\n",
+                                Mode.Mode, Mode.SubMode, pModule->GetModuleName(),
+                                pReference->Module->Data->ModePath);
+        return false;
+    }
+
+    // Users that never give back, of which there are, must not wrap the count: at its top it stays for good.
+    const INT32 count = pReference->RefCount.load();
+    if (add)
+    {
+        if (count < std::numeric_limits<INT32>::max())
+        {
+            pReference->RefCount.store(count + 1);
+        }
+        return true;
+    }
+    if (count <= 0)
+    {
+        ParameterLogging::Write(LogOf(pModule), ParameterLogging::Error,
+                                "Attempt to release unreferenced module.  Mode: %d, SubMode: %d, Module %s\n",
+                                Mode.Mode, Mode.SubMode, pModule->GetModuleName());
+        return false;
+    }
+    if (count < std::numeric_limits<INT32>::max())
+    {
+        pReference->RefCount.store(count - 1);
+    }
+    return true;
+}
+
+VOID ModeEntry::ReleaseReferences()
+{
+    for (const auto& rpReference : ModuleMap)
+    {
+        const INT32 count = rpReference->RefCount.exchange(0);
+        if (count != 0)
+        {
+            ParameterLogging::Write(LogOf(rpReference->Module), ParameterLogging::Warning,
+                                    "ReleaseReferences called with unreleased module: %s, RefCnt: %u\n",
+                                    rpReference->Module->GetModuleName(), static_cast<UINT32>(count));
+        }
+    }
+}
+
+UINT32 ModeEntry::GetReferenceCount() const
+{
+    UINT32 count = 0;
+    for (const auto& rpReference : ModuleMap)
+    {
+        count += static_cast<UINT32>(rpReference->RefCount.load());
+    }
+    return count;
+}
+
+bool ModeEntry::IsActive() const
+{
+    for (const auto& rpReference : ModuleMap)
+    {
+        if (rpReference->RefCount.load() > 0 && Owns(rpReference->Module))
+        {
+            return true;
+        }
+    }
+    return false;
+}
+
+VOID ModeEntry::GetModePath(CHAR* pText, size_t size) const
+{
+    const ModeEntry* nodes[MaxPathNodes];
+    UINT32           count = 0;
+    for (const ModeEntry* pNode = this; pNode != nullptr && count < MaxPathNodes; pNode = pNode->Parent)
+    {
+        nodes[count++] = pNode;
+    }
+    pText[0] = '\0';
+    while (count > 0)
+    {
+        --count;
+        ModeNames::AppendPathItem(pText, size, nodes[count]->Mode.Mode, nodes[count]->Mode.SubMode);
+    }
+}
+
+ModeEntry* ParameterModeTable::NewEntry()
+{
+    m_entries.push_back(std::make_unique<ModeEntry>());
+    return m_entries.back().get();
+}
+
+VOID ParameterModeTable::ResolveLinks()
+{
+    using LinkState = ModeEntry::LinkState;
+
+    std::vector<ModeEntry*> path;
+    for (const auto& rpEntry : m_entries)
+    {
+        // Walk until the chain ends or meets a node whose end is known. Each node is walked over once.
+        path.clear();
+        ModeEntry* pNode = rpEntry.get();
+        ModeEntry* pEnd  = nullptr;
+        while (pEnd == nullptr && pNode->m_linkState == LinkState::Unresolved)
+        {
+            pNode->m_linkState = LinkState::OnPath;
+            path.push_back(pNode);
+            ModeEntry* pNext = (pNode->Link != nullptr) ? *pNode->Link : nullptr;
+            if (pNext == nullptr)
+            {
+                pEnd = pNode;
+            }
+            else
+            {
+                pNode = pNext;
+            }
+        }
+        if (pEnd == nullptr && pNode->m_linkState == LinkState::Resolved)
+        {
+            pEnd = pNode->m_pTarget;
+        }
+        for (ModeEntry* pWalked : path)
+        {
+            pWalked->m_linkState = (pEnd != nullptr) ? LinkState::Resolved : LinkState::Endless;
+            pWalked->m_pTarget   = (pEnd != nullptr) ? pEnd : pWalked;
+        }
+    }
+}

@@ -1,0 +1,263 @@
+/// @file
+/// The tree of modes: its nodes, the modules that each node holds, and the table that owns a tree.
+///
+/// A node holds a module for each variant that the file has at this place of the tree; what a node lacks is inherited
+/// from its nearest ancestor on the caller's path. The tree is built when a file is loaded and does not change shape
+/// while the file stays loaded; what changes is whether the modules of a node are in memory, and how often they are in
+/// use.
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "parameters/parametersync.h"
+#include "parameters/plist.h"
+#include "parameters/tuningmode.h"
+
+class ModeEntry;
+class ParameterModule;
+struct ParameterModeTable;
+
+/// Mode and sub-mode of a node, as a file stores them.
+union ModeUnion
+{
+    UINT64 Value;
+    struct
+    {
+        UINT16 Mode;
+        UINT16 SubMode;
+        UINT32 Group;  ///< the hardware block that a part of the mode's modules belongs to, 0 for none
+    };
+
+    bool IsModeMatch(const TuningMode& rSelector) const
+    {
+        return Mode == static_cast<UINT32>(rSelector.mode) && SubMode == rSelector.subMode.value;
+    }
+
+    bool IsModeMatch(const ModeUnion& rOther) const
+    {
+        return Mode == rOther.Mode && SubMode == rOther.SubMode;
+    }
+};
+
+static_assert(sizeof(ModeUnion) == 8);
+
+/// One slot of a mode table. Several slots can name one node, each with a group of its own.
+struct ModeEntryInfo
+{
+    ModeEntry* Entry;
+    BYTE       Group;
+};
+
+/// The hardware blocks by which GetModules can filter. A module of block p has the group p + 1.
+enum class PipelineType : UINT32
+{
+    BPS        = 0,
+    IFE        = 1,
+    IPE        = 2,
+    SW_CONTROL = 3,
+    STATS      = 4,
+    Preproc    = 5,
+    IPEPreproc = 6,
+    Postproc   = 7,
+    TFE        = 8
+};
+
+/// A module as one mode sees it.
+struct ModuleReference
+{
+    UINT64            NameHash;
+    ParameterModule*  Module;
+    ParameterRefCount RefCount;  ///< users of the module; counted in the module's own mode only
+};
+
+/// The modules of a mode by name hash. Lookup is one probe or two into an open table, since every frame asks for dozens
+/// of modules; walks go in the order of insertion, which is the order of the file.
+class ModuleReferenceMap
+{
+public:
+    ModuleReference* Find(UINT64 nameHash) const;
+
+    /// @return false if there is a module of that name already; the map then stays as it is
+    bool Insert(UINT64 nameHash, ParameterModule* pModule);
+
+    UINT32 Count() const
+    {
+        return static_cast<UINT32>(m_references.size());
+    }
+
+    /// @param index below Count()
+    ModuleReference& operator[](UINT32 index) const
+    {
+        return *m_references[index];
+    }
+
+    auto begin() const
+    {
+        return m_references.begin();
+    }
+
+    auto end() const
+    {
+        return m_references.end();
+    }
+
+private:
+    struct Slot
+    {
+        UINT64           nameHash;
+        ModuleReference* pReference;  ///< null marks a free slot
+    };
+
+    VOID Place(ModuleReference* pReference);
+    VOID Grow();
+
+    std::vector<std::unique_ptr<ModuleReference>> m_references;
+    std::vector<Slot>                             m_slots;  ///< a power of two, at most half of them taken
+};
+
+/// A node of the mode tree. Owned by its ParameterModeTable, as are all nodes that it points to.
+class ModeEntry
+{
+public:
+    /// Room for the longest text of GetModePath, terminator included.
+    static constexpr size_t MaxPathText = 1024;
+
+    ModeEntry() = default;
+    ModeEntry(const ModeEntry&) = delete;
+    ModeEntry& operator=(const ModeEntry&) = delete;
+
+    /// @param pTable the owner
+    /// @param ppLink slot of the table that names the entry whose modules stand in for this one's; null for none
+    VOID Initialize(ParameterModeTable* pTable, UINT32 id, const ModeUnion& rMode, ModeEntry** ppLink);
+
+    /// Appends a child. @param pMode a node without a parent
+    VOID AddMode(ModeEntry* pMode);
+
+    /// The node whose modules and children stand for this one: the end of its chain of links. A link to a slot without
+    /// a node counts as none; a node whose chain never ends stands for itself.
+    ModeEntry* Target()
+    {
+        return m_pTarget;
+    }
+
+    /// The first child that the selector names, null if there is none.
+    ModeEntry* FindMode(const TuningMode& rSelector);
+
+    /// Searches with a run of selectors of one level, which may nest: the result stands count levels below this node,
+    /// each step down taking one of the selectors, the earlier ones first.
+    /// @param depth steps already taken, 0 from outside
+    ModeEntry* FindMode(const TuningMode* pBranch, UINT32 count, UINT32 depth);
+
+    ParameterModule* FindModule(UINT64 nameHash);
+
+    /// Enters the module under its name hash unless the mode has one of that name. Does not follow the link.
+    VOID AddModule(ParameterModule* pModule);
+
+    /// Enters the module in the place of the one of the same name, or as a new one.
+    /// @return the module that was replaced, null if there was none
+    ParameterModule* ReplaceModule(ParameterModule* pModule);
+
+    /// Appends modules of the target to rList, each with a reference taken in its own mode.
+    /// @param local     take modules that the mode owns
+    /// @param inherited take modules that the mode shares with another mode, which owns them
+    /// @param pPipeline take only modules of that block; null for all
+    VOID GetModules(PList<ParameterModule*>& rList, bool local, bool inherited, const PipelineType* pPipeline);
+
+    /// Counts one more user of a module whose own mode this is.
+    /// @return false, with a log, if it is not
+    bool AddReference(ParameterModule* pModule);
+
+    /// Counts one user less; a log, if there is none to take off.
+    bool ReleaseReference(ParameterModule* pModule);
+
+    /// Sets the counts of all modules to zero, with a log for each that was not.
+    VOID ReleaseReferences();
+
+    /// @return the sum of all counts
+    UINT32 GetReferenceCount() const;
+
+    /// @return whether a module of this very mode is in use
+    bool IsActive() const;
+
+    /// @return whether the mode owns modules, rather than only sharing those of others
+    bool HasLocalModules() const
+    {
+        return m_localModules > 0;
+    }
+
+    /// Writes the numeric path from the root down, as in "0.0|1.2|2.1". Of a chain of more than 64 nodes the upper ones
+    /// are left out.
+    /// @param size of pText, at least 1
+    VOID GetModePath(CHAR* pText, size_t size) const;
+
+    bool Owns(const ParameterModule* pModule) const;
+
+    UINT32              Id          = 0xFFFFFFFF;  ///< bits 31 to 24 the table, bits 23 to 0 the index in its Modes
+    ModeUnion           Mode        = {};
+    bool                Loaded      = false;  ///< its modules are in memory; guarded by Mutex
+    std::atomic<bool>   Preserve    = false;  ///< never unload
+    ModeEntry**         Link        = nullptr;
+    ModeEntry*          Parent      = nullptr;
+    ModeEntry*          FirstChild  = nullptr;
+    ModeEntry*          LastChild   = nullptr;
+    ModeEntry*          Next        = nullptr;
+    ParameterModeTable* Table       = nullptr;
+    ParameterMutex      Mutex;
+    ModuleReferenceMap  ModuleMap;
+
+private:
+    friend struct ParameterModeTable;
+
+    enum class ReferenceChange
+    {
+        Add,
+        Release
+    };
+    bool ChangeReference(ParameterModule* pModule, ReferenceChange change);
+
+    enum class LinkState : UINT8
+    {
+        Unresolved,
+        OnPath,
+        Resolved,
+        Endless
+    };
+
+    ModeEntry* m_pTarget      = this;
+    UINT32     m_localModules = 0;
+    LinkState  m_linkState    = LinkState::Unresolved;
+};
+
+/// One tree of modes. Not movable: nodes point into Modes.
+struct ParameterModeTable
+{
+    ParameterModeTable(std::string name, UINT32 index, UINT32 count) : Name(std::move(name)), Index(index), Modes(count)
+    {
+    }
+    ParameterModeTable(const ParameterModeTable&) = delete;
+    ParameterModeTable& operator=(const ParameterModeTable&) = delete;
+
+    UINT32 Count() const
+    {
+        return static_cast<UINT32>(Modes.size());
+    }
+
+    /// Makes a node that the table owns; the caller files it in Modes.
+    ModeEntry* NewEntry();
+
+    /// Follows the links of all nodes to their ends, once all nodes stand.
+    VOID ResolveLinks();
+
+    const std::string          Name;  ///< empty for a table without a name
+    const UINT32               Index;
+    ModeEntryInfo              RootMode = {};
+    std::vector<ModeEntryInfo> Modes;  ///< by the index of the mode ID; a slot that the file did not fill is empty
+    PList<ModeEntry*>          ActiveModes;   ///< most recently used first; guarded by ActModeMutex
+    ParameterMutex             ActModeMutex;  ///< guards ActiveModes and all counts of the table's modules
+
+private:
+    std::vector<std::unique_ptr<ModeEntry>> m_entries;
+};

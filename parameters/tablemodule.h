@@ -1,0 +1,61 @@
+/// @file
+/// A tuning module whose record is described by a table of the schema: one class for all modules.
+#pragma once
+
+#include "parameters/parametermodule.h"
+#include "schema/tuningrecord.h"
+
+namespace tuning
+{
+struct ModuleDescription;
+}
+
+/// What the accessor of a module without a parsed record hands out.
+struct BareModuleType
+{
+    UINT32 SymbolTableID;  ///< as in every module record
+};
+
+/// A module and, behind it at a fixed distance in the same block of memory, its record. So a record that a caller holds
+/// leads back to its module.
+class TableModule final : public ParameterModule
+{
+public:
+    /// @param rDescription must outlive the module
+    /// @param pData        as for ParameterModule
+    /// @return null if there is no memory
+    static std::unique_ptr<TableModule> Make(const tuning::ModuleDescription& rDescription, ModuleData* pData);
+
+    ~TableModule() override;
+
+    ParameterModule* Create(ModuleData* pData, DefaultModule* pDefaultModule) const override;
+    bool             LoadModule(ParameterFileSymbolTable* pTable) override;
+    VOID             UnloadModule() override;
+
+    /// The module's record: a struct of the described type, or a BareModuleType. It lives as long as the module.
+    VOID* Record();
+
+    /// The module that a record belongs to. @param pRecord a result of Record(), or null, which gives null
+    static TableModule* FromRecord(VOID* pRecord);
+
+    static VOID operator delete(VOID* pMemory);
+
+private:
+    /// Bytes that an instance takes behind the object itself.
+    struct RecordSpace
+    {
+        size_t size;
+    };
+    static VOID* operator new(size_t size, RecordSpace space) noexcept;
+    static VOID  operator delete(VOID* pMemory, RecordSpace space);
+
+    TableModule(const tuning::ModuleDescription& rDescription, ModuleData* pData);
+
+    UINT32& SymbolTableID();
+    VOID    UnloadRecord();
+
+    /// As messages name it: the record type, or a bare module's name with "Type", and "Class" behind.
+    std::string ClassName() const;
+
+    const tuning::ModuleDescription& m_rDescription;
+};

@@ -1,0 +1,40 @@
+/// @file
+/// Tuning module kirodbconvactivescd: the bank that names the scene change detector that convergence heeds.
+#pragma once
+
+#include "schema/kiroglobalelements.h"
+
+namespace kirodbconvactivescd
+{
+
+/// One choice of the bank.
+struct DBConvActiveSCDPayload
+{
+    UINT32 dataID;       ///< from 1; 0 stands for the entry that the context selects
+    CHAR*  description;  ///< name in logs
+    UINT32 SCDID;        ///< ID of a scene change detector
+};
+TUNING_RECORD(DBConvActiveSCDPayload)
+    MEMBER(dataID)
+    MEMBER(description)
+    MEMBER(SCDID)
+TUNING_RECORD_END
+
+/// The module.
+struct KIRODBConvActiveSCDType
+{
+    UINT32                  SymbolTableID;
+    module_versionStruct    module_version;
+    parameter_versionStruct parameter_version;
+    TunaraBankDataType      dataBank;  ///< BankIDConvActiveSCD and its selection by context
+    UINT32                  dataCount;
+    UINT32                  dataID;
+    DBConvActiveSCDPayload* data;      ///< the last entry is the fallback of the selection
+};
+TUNING_RECORD(KIRODBConvActiveSCDType)
+    MODULE_HEADER
+    MEMBER(dataBank)
+    VARIABLE(data)
+TUNING_RECORD_END
+
+} // namespace kirodbconvactivescd

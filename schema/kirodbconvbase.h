@@ -1,0 +1,132 @@
+/// @file
+/// Tuning module kirodbconvbase: the bank of convergence speeds. Differences of exposure are in steps of 3 percent.
+#pragma once
+
+#include "schema/kiroglobalelements.h"
+
+namespace kirodbconvbase
+{
+
+/// What caps the move of a frame.
+enum AECConvCappingType : INT32
+{
+    CappingTypeRatio       = 0,  ///< baseCapping times the distance of the target from the measured frame
+    CappingTypeAbsolute    = 1,  ///< baseCapping itself
+    CappingTypeSystemDelay = 2,  ///< that distance over the frames of pipeline delay
+    CappingTypeMax         = 3
+};
+TUNING_ENUM(AECConvCappingType)
+    ENUMERATOR(CappingTypeRatio)
+    ENUMERATOR(CappingTypeAbsolute)
+    ENUMERATOR(CappingTypeSystemDelay)
+    ENUMERATOR(CappingTypeMax)
+TUNING_ENUM_END
+
+/// The speeds of a zone.
+struct ConvBaseCoreDataType
+{
+    float baseSpeed;    ///< share of the distance from the previous frame to the target that one frame covers, 0 to 1
+    float baseCapping;  ///< factor or steps, by the capping type
+    float drcSpeed;     ///< share of the change of a DRC gain that one frame covers, 0 to 1
+};
+TUNING_RECORD(ConvBaseCoreDataType)
+    MEMBER(baseSpeed)
+    MEMBER(baseCapping)
+    MEMBER(drcSpeed)
+TUNING_RECORD_END
+
+/// Zone of the third trigger.
+struct ConvBaseLevel3DataType
+{
+    StartEndType         trigger;
+    ConvBaseCoreDataType triggerData;
+};
+TUNING_RECORD(ConvBaseLevel3DataType)
+    MEMBER(trigger)
+    MEMBER(triggerData)
+TUNING_RECORD_END
+static_assert(sizeof(ConvBaseLevel3DataType) == sizeof(StartEndType) + sizeof(ConvBaseCoreDataType),
+              "a leaf is read as a range followed at once by the core record");
+
+/// Zone of the second trigger.
+struct ConvBaseLevel2DataType
+{
+    StartEndType            trigger;
+    UINT32                  trigger3DataCount;  ///< at least 1
+    UINT32                  trigger3DataID;
+    ConvBaseLevel3DataType* trigger3Data;       ///< in ascending trigger
+};
+TUNING_RECORD(ConvBaseLevel2DataType)
+    MEMBER(trigger)
+    VARIABLE(trigger3Data)
+TUNING_RECORD_END
+static_assert(sizeof(ConvBaseLevel2DataType) == 24, "inner zones are read with this stride");
+
+/// Zone of the first trigger.
+struct ConvBaseLevel1DataType
+{
+    StartEndType            trigger;
+    UINT32                  trigger2DataCount;  ///< at least 1
+    UINT32                  trigger2DataID;
+    ConvBaseLevel2DataType* trigger2Data;       ///< in ascending trigger
+};
+TUNING_RECORD(ConvBaseLevel1DataType)
+    MEMBER(trigger)
+    VARIABLE(trigger2Data)
+TUNING_RECORD_END
+static_assert(sizeof(ConvBaseLevel1DataType) == 24, "inner zones are read with this stride");
+
+/// How the Safe exposure moves to its target.
+struct DBConvBaseCoreData
+{
+    BOOL                    convSameDirection;  ///< hold when the frames in flight will reach the target unaided
+    UINT32                  tolerance;          ///< distance from the target that counts as there, steps of 3 percent
+    AECConvCappingType      cappingType;
+    DataBankType            trigger1DataBank;
+    DataBankType            trigger2DataBank;
+    DataBankType            trigger3DataBank;
+    UINT32                  trigger1DataCount;  ///< at least 1
+    UINT32                  trigger1DataID;
+    ConvBaseLevel1DataType* trigger1Data;       ///< in ascending trigger
+};
+TUNING_RECORD(DBConvBaseCoreData)
+    BOOLEAN(convSameDirection)
+    MEMBER(tolerance)
+    MEMBER(cappingType)
+    MEMBER(trigger1DataBank)
+    MEMBER(trigger2DataBank)
+    MEMBER(trigger3DataBank)
+    VARIABLE(trigger1Data)
+TUNING_RECORD_END
+
+/// One set of speeds of the bank.
+struct DBConvBasePayload
+{
+    INT32              dataID;       ///< from 1; 0 stands for the entry that the context selects
+    CHAR*              description;  ///< name in logs
+    DBConvBaseCoreData value;
+};
+TUNING_RECORD(DBConvBasePayload)
+    MEMBER(dataID)
+    MEMBER(description)
+    MEMBER(value)
+TUNING_RECORD_END
+
+/// The module.
+struct KIRODBConvBaseType
+{
+    UINT32                  SymbolTableID;
+    module_versionStruct    module_version;
+    parameter_versionStruct parameter_version;
+    TunaraBankDataType      dataBank;  ///< BankIDConvBase and its selection by context
+    UINT32                  dataCount;
+    UINT32                  dataID;
+    DBConvBasePayload*      data;      ///< the last entry is the fallback of the selection
+};
+TUNING_RECORD(KIRODBConvBaseType)
+    MODULE_HEADER
+    MEMBER(dataBank)
+    VARIABLE(data)
+TUNING_RECORD_END
+
+} // namespace kirodbconvbase

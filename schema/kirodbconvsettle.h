@@ -1,0 +1,132 @@
+/// @file
+/// Tuning module kirodbconvsettle: the bank of rules for when convergence counts as done.
+#pragma once
+
+#include "schema/kiroglobalelements.h"
+
+namespace kirodbconvsettle
+{
+
+/// How the advanced rules join the base rule.
+enum SettleAggType : INT32
+{
+    SettleAggAND = 0,
+    SettleAggOR  = 1
+};
+TUNING_ENUM(SettleAggType)
+    ENUMERATOR(SettleAggAND)
+    ENUMERATOR(SettleAggOR)
+TUNING_ENUM_END
+
+/// The base rule of a zone.
+struct BaseSettleType
+{
+    UINT32 settleCountTh;  ///< frames within tolerance; one more settles
+    float  settleExpTh;    ///< tolerance against the measured frame, steps of 3 percent
+};
+TUNING_RECORD(BaseSettleType)
+    MEMBER(settleCountTh)
+    MEMBER(settleExpTh)
+TUNING_RECORD_END
+
+/// Zone of the second trigger.
+struct SettleTwoLevelTriggerSystemLevel2Type
+{
+    StartEndType   trigger;
+    BaseSettleType triggerData;
+};
+TUNING_RECORD(SettleTwoLevelTriggerSystemLevel2Type)
+    MEMBER(trigger)
+    MEMBER(triggerData)
+TUNING_RECORD_END
+static_assert(sizeof(SettleTwoLevelTriggerSystemLevel2Type) == sizeof(StartEndType) + sizeof(BaseSettleType),
+              "a leaf is read as a range followed at once by the core record");
+
+/// Zone of the first trigger.
+struct SettleTwoLevelTriggerSystemLevel1Type
+{
+    StartEndType                           trigger;
+    UINT32                                 trigger2DataCount;  ///< at least 1
+    UINT32                                 trigger2DataID;
+    SettleTwoLevelTriggerSystemLevel2Type* trigger2Data;       ///< in ascending trigger
+};
+TUNING_RECORD(SettleTwoLevelTriggerSystemLevel1Type)
+    MEMBER(trigger)
+    VARIABLE(trigger2Data)
+TUNING_RECORD_END
+static_assert(sizeof(SettleTwoLevelTriggerSystemLevel1Type) == 24, "inner zones are read with this stride");
+
+/// The base rule over two triggers.
+struct SettleTwoLevelTriggerSystemType
+{
+    DataBankType                           trigger1DataBank;
+    DataBankType                           trigger2DataBank;
+    UINT32                                 trigger1DataCount;  ///< at least 1
+    UINT32                                 trigger1DataID;
+    SettleTwoLevelTriggerSystemLevel1Type* trigger1Data;       ///< in ascending trigger
+};
+TUNING_RECORD(SettleTwoLevelTriggerSystemType)
+    MEMBER(trigger1DataBank)
+    MEMBER(trigger2DataBank)
+    VARIABLE(trigger1Data)
+TUNING_RECORD_END
+
+/// A further rule: a bank value lies within a range.
+struct AdvnSettleType
+{
+    DataBankType data;
+    INT32        settleCountTh;    ///< frames; not in use
+    StartEndType settleDataRange;  ///< both ends included
+};
+TUNING_RECORD(AdvnSettleType)
+    MEMBER(data)
+    MEMBER(settleCountTh)
+    MEMBER(settleDataRange)
+TUNING_RECORD_END
+
+/// When convergence counts as done.
+struct DBConvSettleCoreData
+{
+    SettleTwoLevelTriggerSystemType baseSettleTrigger;
+    UINT32                          advnSettleCount;
+    UINT32                          advnSettleID;
+    AdvnSettleType*                 advnSettle;
+    SettleAggType                   settleAgg;
+};
+TUNING_RECORD(DBConvSettleCoreData)
+    MEMBER(baseSettleTrigger)
+    VARIABLE(advnSettle)
+    MEMBER(settleAgg)
+TUNING_RECORD_END
+
+/// One set of rules of the bank.
+struct DBConvSettlePayload
+{
+    INT32                dataID;       ///< from 1; 0 stands for the entry that the context selects
+    CHAR*                description;  ///< name in logs
+    DBConvSettleCoreData value;
+};
+TUNING_RECORD(DBConvSettlePayload)
+    MEMBER(dataID)
+    MEMBER(description)
+    MEMBER(value)
+TUNING_RECORD_END
+
+/// The module.
+struct KIRODBConvSettleType
+{
+    UINT32                  SymbolTableID;
+    module_versionStruct    module_version;
+    parameter_versionStruct parameter_version;
+    TunaraBankDataType      dataBank;  ///< BankIDConvSettle and its selection by context
+    UINT32                  dataCount;
+    UINT32                  dataID;
+    DBConvSettlePayload*    data;      ///< the last entry is the fallback of the selection
+};
+TUNING_RECORD(KIRODBConvSettleType)
+    MODULE_HEADER
+    MEMBER(dataBank)
+    VARIABLE(data)
+TUNING_RECORD_END
+
+} // namespace kirodbconvsettle

@@ -1,0 +1,162 @@
+/// @file
+/// Tuning module kirodbconvstretch: the bank of stretches, deliberate offsets on top of the converged exposure.
+#pragma once
+
+#include "schema/kiroglobalelements.h"
+
+namespace kirodbconvstretch
+{
+
+/// What stretchFactOffset is.
+enum AECConvStretchType : INT32
+{
+    StretchTypeFactor = 0,  ///< factor of the exposure
+    StretchTypeOffset = 1,  ///< steps of 3 percent
+    StretchTypeMax    = 2
+};
+TUNING_ENUM(AECConvStretchType)
+    ENUMERATOR(StretchTypeFactor)
+    ENUMERATOR(StretchTypeOffset)
+    ENUMERATOR(StretchTypeMax)
+TUNING_ENUM_END
+
+/// How the stretches of a frame become one.
+enum AECConvStretchAggType : INT32
+{
+    StretchAggAverage     = 0,  ///< weighted mean
+    StretchAggLeastEffect = 1,  ///< the smallest offset in the direction of the scene
+    StretchAggMostEffect  = 2,  ///< the largest offset in the direction of the scene
+    StretchAggLeastWeight = 3,
+    StretchAggMostWeight  = 4,
+    StretchAggTypeMax     = 5
+};
+TUNING_ENUM(AECConvStretchAggType)
+    ENUMERATOR(StretchAggAverage)
+    ENUMERATOR(StretchAggLeastEffect)
+    ENUMERATOR(StretchAggMostEffect)
+    ENUMERATOR(StretchAggLeastWeight)
+    ENUMERATOR(StretchAggMostWeight)
+    ENUMERATOR(StretchAggTypeMax)
+TUNING_ENUM_END
+
+/// The stretch of a zone.
+struct ConvStretchCoreDataType
+{
+    float weight;             ///< in the aggregation, from 0
+    float stretchFactOffset;  ///< factor, 0 for none, or steps of 3 percent, by the stretch type
+    float comp;               ///< share of a darkening stretch that the predictive gain makes up for, 0 to 1
+    float tempWeight;         ///< weight of this frame against the previous one, 0 to 1
+};
+TUNING_RECORD(ConvStretchCoreDataType)
+    MEMBER(weight)
+    MEMBER(stretchFactOffset)
+    MEMBER(comp)
+    MEMBER(tempWeight)
+TUNING_RECORD_END
+
+/// Zone of the third trigger.
+struct ConvStretchLevel3DataType
+{
+    StartEndType            trigger;
+    ConvStretchCoreDataType triggerData;
+};
+TUNING_RECORD(ConvStretchLevel3DataType)
+    MEMBER(trigger)
+    MEMBER(triggerData)
+TUNING_RECORD_END
+static_assert(sizeof(ConvStretchLevel3DataType) == sizeof(StartEndType) + sizeof(ConvStretchCoreDataType),
+              "a leaf is read as a range followed at once by the core record");
+
+/// Zone of the second trigger.
+struct ConvStretchLevel2DataType
+{
+    StartEndType               trigger;
+    UINT32                     trigger3DataCount;  ///< at least 1
+    UINT32                     trigger3DataID;
+    ConvStretchLevel3DataType* trigger3Data;       ///< in ascending trigger
+};
+TUNING_RECORD(ConvStretchLevel2DataType)
+    MEMBER(trigger)
+    VARIABLE(trigger3Data)
+TUNING_RECORD_END
+static_assert(sizeof(ConvStretchLevel2DataType) == 24, "inner zones are read with this stride");
+
+/// Zone of the first trigger.
+struct ConvStretchLevel1DataType
+{
+    StartEndType               trigger;
+    UINT32                     trigger2DataCount;  ///< at least 1
+    UINT32                     trigger2DataID;
+    ConvStretchLevel2DataType* trigger2Data;       ///< in ascending trigger
+};
+TUNING_RECORD(ConvStretchLevel1DataType)
+    MEMBER(trigger)
+    VARIABLE(trigger2Data)
+TUNING_RECORD_END
+static_assert(sizeof(ConvStretchLevel1DataType) == 24, "inner zones are read with this stride");
+
+/// One stretch with its triggers.
+struct ConvTargetStretchType
+{
+    AECConvStretchType         stretchType;
+    DataBankType               trigger1DataBank;
+    DataBankType               trigger2DataBank;
+    DataBankType               trigger3DataBank;
+    UINT32                     trigger1DataCount;  ///< at least 1
+    UINT32                     trigger1DataID;
+    ConvStretchLevel1DataType* trigger1Data;       ///< in ascending trigger
+};
+TUNING_RECORD(ConvTargetStretchType)
+    MEMBER(stretchType)
+    MEMBER(trigger1DataBank)
+    MEMBER(trigger2DataBank)
+    MEMBER(trigger3DataBank)
+    VARIABLE(trigger1Data)
+TUNING_RECORD_END
+
+/// The stretches and their aggregation.
+struct DBConvStretchCoreData
+{
+    BOOL                   convSameDirection;  ///< leave out a stretch against the direction of the scene
+    UINT32                 convStretchCount;   ///< 1 to 10
+    UINT32                 convStretchID;
+    ConvTargetStretchType* convStretch;
+    AECConvStretchAggType  convStretchAgg;
+};
+TUNING_RECORD(DBConvStretchCoreData)
+    BOOLEAN(convSameDirection)
+    VARIABLE(convStretch)
+    MEMBER(convStretchAgg)
+TUNING_RECORD_END
+
+/// One set of stretches of the bank.
+struct DBConvStretchPayload
+{
+    INT32                 dataID;       ///< from 1; 0 stands for the entry that the context selects
+    CHAR*                 description;  ///< name in logs
+    DBConvStretchCoreData value;
+};
+TUNING_RECORD(DBConvStretchPayload)
+    MEMBER(dataID)
+    MEMBER(description)
+    MEMBER(value)
+TUNING_RECORD_END
+
+/// The module.
+struct KIRODBConvStretchType
+{
+    UINT32                  SymbolTableID;
+    module_versionStruct    module_version;
+    parameter_versionStruct parameter_version;
+    TunaraBankDataType      dataBank;  ///< BankIDConvStretch and its selection by context
+    UINT32                  dataCount;
+    UINT32                  dataID;
+    DBConvStretchPayload*   data;      ///< the last entry is the fallback of the selection
+};
+TUNING_RECORD(KIRODBConvStretchType)
+    MODULE_HEADER
+    MEMBER(dataBank)
+    VARIABLE(data)
+TUNING_RECORD_END
+
+} // namespace kirodbconvstretch
