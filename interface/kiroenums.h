@@ -1,2 +1,0 @@
-#pragma once
-#include "schema/kiroenums.h"
