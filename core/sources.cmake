@@ -9,6 +9,7 @@ add_room(kiro_core
     core/ckirocontextmanager.cpp
     core/ckirocore.cpp
     core/ckirocorefactory.cpp
+    core/ckiroctrlcorecommon.cpp
     core/kirocorefunctions.cpp
     core/kirotriggerfunctions.cpp
 )

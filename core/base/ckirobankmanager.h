@@ -2,7 +2,7 @@
 /// The shared blackboard of the core: tuned data chosen per context, and values that modules publish for one another.
 #pragma once
 
-#include "core/base/statsdeque.h"
+#include "core/base/ckirobank.h"
 #include "interface/kirobankdata.h"
 #include "interface/kiroframe.h"
 #include "interface/statstuningdata.h"
@@ -23,34 +23,6 @@
 #include "schema/kirodbsnapshot.h"
 #include "schema/kirodbstatscalculator.h"
 
-/// Who wrote an entry. The last write to a data ID wins; no source outranks another.
-enum BankDataSourceType : INT32
-{
-    SourceControl           = 0,
-    SourceTuning            = 1,
-    SourceModuleMetering    = 2,
-    SourceModuleConvergence = 3,
-    SourceModuleArbitration = 4,
-    SourceModuleExtension   = 5,
-    SourceModuleMtrTableGen = 6,
-    SourceModuleExternal    = 7,
-    SourceCore              = 8
-};
-
-/// One entry of a bank. The payload is not copied, except into a value bank.
-struct BankData
-{
-    INT32              dataID;
-    VOID*              pPayload;
-    BankDataSourceType source;
-};
-
-/// Slots of a value bank and entries of a tuned bank.
-constexpr UINT32 BankSlotCount = 1000;
-constexpr UINT32 BankCount     = 17;
-
-typedef Tavo::StatsDeque<BankData, BankSlotCount> KIROBankDataDeque;
-
 /// Seventeen banks. Tuned banks hold pointers to payloads, the newest at the front; value banks (scene analyzer, stats
 /// calculator, triggers) hold values in slots indexed by data ID. Data ID 0 of a tuned bank is the entry that the
 /// context selects. Results: 0 success, 1 read failed, 4 write refused, 6 no such bank or entry.
@@ -62,6 +34,11 @@ public:
     /// Rebuilds all tuned banks from the tuning; entries that modules or the host set are dropped.
     VOID SetTuning(StatsTuningData* pTuningData);
 
+    /// The rebuilding of one tuned bank.
+    /// @param pTunedBank priority map; null for a bank without a selection
+    /// @param pPayloads  array of the bank's payloads; map and payloads stay where they are until the next rebuilding
+    VOID SetBankTuning(KIROBankIDType bankID, TunaraBankDataType* pTunedBank, VOID* pPayloads, UINT32 count);
+
     /// Re-selects the dynamic entry of every bank.
     VOID RunBankStartOfFrame(UINT64 context);
 
@@ -71,18 +48,25 @@ public:
         return m_context;
     }
 
+    /// The host's write: copied into a value bank, kept by pointer in a tuned one.
     KiroResult SetControlData(const KIROSetBankData* pSetData);
+
+    /// The host's read: sets pData to the payload. A value bank with a data ID out of range sets it to null.
     KiroResult GetControlData(KIROGetBankData* pGetData);
+
+    /// The host's override of data ID 0; it acts at the moment of reading and survives SetTuning.
     KiroResult SetControlDynamicData(KIRODynamicDataOperationType operation, KIROBankIDType bankID, INT32 dataID);
 
-    /// Resolves a reference into a range; zeros on failure.
+    /// Resolves a reference into a range; zeros on failure. A number stands for a range of no width, a region of
+    /// interest for its weight.
     KiroResult UtilGetStartEndFromBank(const DataBankType* pBank, StartEnd& rValue, BOOL bLogError);
 
-    /// Resolves a reference into a number; 0 on failure.
-    /// @param ppDescription may be null
+    /// Resolves a reference into a number; 0 on failure. A range stands for its start, a region of interest for its
+    /// weight.
+    /// @param ppDescription receives the text of the entry that was found; may be null
     KiroResult UtilGetFloatFromBank(const DataBankType* pBank, FLOAT& rValue, BOOL bLogError, CHAR** ppDescription);
 
-    /// Writes one end or both ends of an entry.
+    /// Writes one end or both ends of an entry of the scene analyzer bank. A trigger takes the start.
     KiroResult UtilSetStartEndToBank(const DataBankType* pBank, StartEnd value, const CHAR* pDescription,
                                      kiroglobalelements::BankDataType kind);
 
@@ -117,5 +101,22 @@ public:
     /// Publishes a trigger value: SetDataTriggers with a payload of these fields.
     KiroResult PublishTrigger(INT32 dataID, FLOAT value, const CHAR* pDescription, BankDataSourceType source);
 
+    /// @return a name for logs, also for an ID that is no bank
     const CHAR* GetBankName(KIROBankIDType bankID) const;
+
+private:
+    /// Logs and answers null for an ID that is no bank.
+    CKIROBank* GetInternalBank(KIROBankIDType bankID);
+
+    template <typename Payload>
+    Payload* GetDequePayload(KIROBankIDType bankID, INT32 dataID);
+    template <typename Record>
+    VOID SetBankRecord(KIROBankIDType bankID, Record* pRecord);
+
+    UINT64             m_context;
+    DBFloatPayload     m_storageTriggers[BankSlotCount];
+    DBFloatPayload     m_storageCalculators[BankSlotCount];
+    DBStartEndPayload  m_storageAnalyzers[BankSlotCount];
+    UINT               m_bankCount;
+    CKIROBank          m_banks[BankCount];  ///< indexed by bank ID
 };

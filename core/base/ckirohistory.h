@@ -42,16 +42,20 @@ public:
     CKIROHistory(const CKIROHistory&)            = delete;
     CKIROHistory& operator=(const CKIROHistory&) = delete;
 
-    /// Stores a copy. @return 0, or 4 when the frame's ID is not above the newest one's
+    /// Stores a copy: a start configuration in its own place, any other frame in the list of the running mode.
+    /// @param pFrame its bIsSnapshot is set when SetSnapshot announced the frame
+    /// @return 0, 4 when the frame's ID is not above the newest one's, 8 when no memory is left
     KiroResult SaveFrameToHistory(AECFrameHistory* pFrame);
     VOID       SaveSnapshotFrame(AECFrameHistory* pFrame);
 
-    /// @param offset frames back, by frame ID; 0 is the frame in progress, at most 10
-    /// @return null without a start configuration or for an offset above 10
+    /// @param offset frames back from the frame in progress, by frame ID and not by position; at most 10
+    /// @return the newest frame that is at least so old, or the oldest one; the start configuration as long as no
+    ///         frame is known; null without a start configuration or for an offset above 10
     const AECFrameHistory* GetFrameHistory(UINT8 offset);
     AECFrameHistory*       GetInternalFrameHistory(UINT8 offset);
 
-    /// @return null if only snapshot frames are known
+    /// @return the newest of the last nine frames that is no snapshot, or the last one that dropped out of the list;
+    ///         null if neither is known
     const AECFrameHistory* GetPreviousNonSnapshotFrame();
 
     /// @param prevMode the operation mode being left
@@ -66,6 +70,12 @@ public:
     BOOL   IsCurrentModeHistoryEmpty() const;
     UINT64 GetCurrentFrameID() const;
 
+    /// @return frames of the running mode that the list holds
+    UINT32 GetFrameCount() const;
+
+    /// @return the newest non-snapshot frame dropped from the list, null if there is none
+    const AECFrameHistory* GetPreviewBackup() const;
+
     /// @return 1 with the last frame of the last finished mode, otherwise 0
     BOOL GetPrevModeLastFrame(AECFrameHistory& rLastFrame) const;
 
@@ -79,7 +89,7 @@ public:
 private:
     struct FrameNode;
 
-    /// Newest frame at the front.
+    /// Newest frame at the front. A node owns the next older one.
     class MyList
     {
     public:
@@ -88,13 +98,28 @@ private:
         MyList(const MyList&)            = delete;
         MyList& operator=(const MyList&) = delete;
 
-        VOID PushFront(const AECFrameHistory& rFrame);
+        /// Stores a copy. @return false, with a log, when no memory is left
+        bool PushFront(const AECFrameHistory& rFrame);
+        /// The list must not be empty.
         VOID PopBack();
         VOID Clear();
 
-        FrameNode* m_pNewest;
-        FrameNode* m_pOldest;
-        UINT32     m_length;
+        /// @return null for an empty list
+        AECFrameHistory* Newest() const;
+        AECFrameHistory* Oldest() const;
+
+        /// @return the newest frame that the predicate accepts, null if there is none
+        template <typename Predicate>
+        AECFrameHistory* Find(Predicate&& predicate) const;
+        /// @return the newest frame that lies at least offset IDs before currentID, or the oldest frame; null for an
+        ///         empty list
+        AECFrameHistory* FindByOffset(UINT64 currentID, UINT64 offset) const;
+
+        UINT32 m_length;
+
+    private:
+        TavoPtr<FrameNode> m_pNewest;
+        FrameNode*         m_pOldest;
     };
 
     class ModeInfo

@@ -12,13 +12,20 @@ namespace exposurearithmetic
 namespace
 {
 
-/// Two exposures are the same when their ratio lies strictly between these.
-constexpr DOUBLE SameRatioLow  = 0.9999f;
-constexpr DOUBLE SameRatioHigh = 1.0001f;
-
 DOUBLE IndexZero(UINT64 indexZeroExposure)
 {
     return (indexZeroExposure == 0) ? 1.0 : static_cast<DOUBLE>(indexZeroExposure);
+}
+
+FLOAT FloatRatio(UINT64 exposure, UINT64 indexZeroExposure)
+{
+    return static_cast<FLOAT>(exposure) / std::max(static_cast<FLOAT>(indexZeroExposure), Epsilon);
+}
+
+FLOAT IndexOfRatio(FLOAT ratio)
+{
+    return (ratio == 0.0f) ? 0.0f
+                           : static_cast<FLOAT>(std::log10(static_cast<DOUBLE>(ratio)) * IndexPerDecade);
 }
 
 template <typename Integer>
@@ -56,12 +63,19 @@ UINT64 UtilQuantities2Exposure(FLOAT gain, UINT64 time, FLOAT corr)
 
 FLOAT IndexOfExposure(UINT64 exposure, UINT64 indexZeroExposure)
 {
-    const FLOAT ratio = static_cast<FLOAT>(static_cast<DOUBLE>(exposure) / IndexZero(indexZeroExposure));
-    if (ratio == 0.0f)
-    {
-        return 0.0f;
-    }
-    return static_cast<FLOAT>(std::log10(static_cast<DOUBLE>(ratio)) * IndexPerDecade);
+    return IndexOfRatio(static_cast<FLOAT>(static_cast<DOUBLE>(exposure) / IndexZero(indexZeroExposure)));
+}
+
+FLOAT IndexByFloatRatio(UINT64 exposure, UINT64 indexZeroExposure)
+{
+    return IndexOfRatio(FloatRatio(exposure, indexZeroExposure));
+}
+
+VOID SetIndexByFloatRatio(KIROExposureSetType* pSet, UINT64 indexZeroExposure)
+{
+    const FLOAT ratio = FloatRatio(pSet->exposure, indexZeroExposure);
+    pSet->indx        = IndexOfRatio(ratio);
+    pSet->exposure    = (ratio == 0.0f) ? 0 : pSet->exposure;
 }
 
 UINT64 ExposureOfIndex(FLOAT index, UINT64 indexZeroExposure)

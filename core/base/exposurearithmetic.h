@@ -5,6 +5,7 @@
 /// An index is a logarithm to the base 1.03: a difference of 1 is 3 percent of exposure.
 #pragma once
 
+#include "interface/kiroexposure.h"
 #include "platform/tavotypes.h"
 #include "schema/kiroenums.h"
 
@@ -31,6 +32,12 @@ UINT64 UtilQuantities2Exposure(FLOAT gain, UINT64 time, FLOAT corr);
 /// Index of an exposure; 0 for an exposure of 0. An indexZeroExposure of 0 counts as 1.
 FLOAT IndexOfExposure(UINT64 exposure, UINT64 indexZeroExposure);
 
+/// Index with the ratio taken in single precision: exposure over max(indexZeroExposure, Epsilon); 0 for a ratio of 0.
+FLOAT IndexByFloatRatio(UINT64 exposure, UINT64 indexZeroExposure);
+
+/// Stores the index of rSet.exposure by IndexByFloatRatio; a ratio of 0 clears the exposure as well.
+VOID SetIndexByFloatRatio(KIROExposureSetType* pSet, UINT64 indexZeroExposure);
+
 /// Exposure of an index, rounded half away from zero. An indexZeroExposure of 0 counts as 1.
 UINT64 ExposureOfIndex(FLOAT index, UINT64 indexZeroExposure);
 
@@ -39,6 +46,10 @@ UINT64 TimeOfExposure(UINT64 exposure, FLOAT gain, FLOAT corr);
 
 /// Gain that yields exposure with time and corr.
 FLOAT GainOfExposure(UINT64 exposure, UINT64 time, FLOAT corr);
+
+/// Two exposures are the same when their ratio lies strictly between these: the float values of 0.9999 and 1.0001.
+constexpr DOUBLE SameRatioLow  = 0.9999f;
+constexpr DOUBLE SameRatioHigh = 1.0001f;
 
 /// @return whether numerator / denominator lies strictly between the float values of 0.9999 and 1.0001
 bool IsSameExposure(UINT64 numerator, UINT64 denominator);

@@ -12,7 +12,7 @@ template <typename T, UINT32 Capacity>
 class StatsDeque
 {
 public:
-    StatsDeque() : m_pContainer(TavoNewArray<T>(Capacity)), m_nFront(0), m_nSize(0), m_nMax(Capacity)
+    StatsDeque() : m_pContainer(TavoNewArray<T>(Capacity)), m_nFront(0), m_nSize(0)
     {
         if (m_pContainer == nullptr)
         {
@@ -105,10 +105,11 @@ public:
     }
 
 private:
+    static constexpr UINT32 m_nMax = Capacity;  // a constant, so that the modulo of an index costs no division
+
     TavoArray<T> m_pContainer;
     UINT32       m_nFront;
     UINT32       m_nSize;
-    UINT32       m_nMax;
 };
 
 } // namespace Tavo

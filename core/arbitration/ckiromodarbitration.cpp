@@ -1,0 +1,101 @@
+#include "core/arbitration/ckiromodarbitration.h"
+
+#include <cmath>
+
+#include "core/arbitration/arbitrationutils.h"
+#include "core/base/exposurearithmetic.h"
+#include "core/base/kirolog.h"
+
+namespace
+{
+
+constexpr KiroResult ResultFailed = 1;
+
+VOID ReplaceZero(FLOAT* pValue)
+{
+    if (std::abs(*pValue) < exposurearithmetic::Epsilon)
+    {
+        *pValue = 1.0f;
+    }
+}
+
+} // namespace
+
+CKIROArbitration::CKIROArbitration(StatsTuningData& rTuningData, IKIROContextManager& rContextManager)
+    : ModuleCommon(rTuningData, rContextManager), m_pIn(nullptr), m_pOut(nullptr), m_LUTTrigger(KIROMLBaseDataType),
+      m_ranges{}
+{
+}
+
+KiroResult CKIROArbitration::RunArbitration(KIROArbitrationInput* pInput, KIROArbitrationOutput* pOutput)
+{
+    if (pInput == nullptr || pOutput == nullptr)
+    {
+        STATS_LOG_ERROR("invalid input %p or output %p pointers", static_cast<VOID*>(pInput),
+                        static_cast<VOID*>(pOutput));
+        return ResultFailed;
+    }
+    if (static_cast<UINT32>(pInput->expType) >= AECAlgoExposureCount)
+    {
+        STATS_LOG_ERROR("invalid exposure type parameter %d", pInput->expType);
+        return ResultFailed;
+    }
+
+    m_pIn  = pInput;
+    m_pOut = pOutput;
+    RepairInput(*pInput);
+    pOutput->exposureSet = CurrentExposure();
+    pOutput->expType     = pInput->expType;
+    m_pTuningData        = m_rContextManager.GetTuningData();
+
+    const KiroResult result = ApplyControl(*pOutput);
+    if (result != 0)
+    {
+        return result;
+    }
+    UtilUpdateExposureAndIndexLimits(&pOutput->range, pInput->indexZeroExposure);
+    m_ranges[pInput->expType] = pOutput->range;
+    return 0;
+}
+
+VOID CKIROArbitration::RepairInput(KIROArbitrationInput& rInput) const
+{
+    KIROExposureSetType& rExposure = rInput.exposures[rInput.expType];
+    if (rExposure.exposure == 0)
+    {
+        STATS_LOG_WARNING("requesting arbitration for exposure 0; forcing to 1");
+        rExposure.exposure = 1;
+    }
+    ReplaceZero(&rExposure.gain);
+    if (rExposure.time == 0)
+    {
+        rExposure.time = 1;
+    }
+    ReplaceZero(&rInput.range.start.corr);
+    ReplaceZero(&rInput.range.end.corr);
+    ReplaceZero(&rExposure.corr);
+}
+
+KiroResult CKIROArbitration::ApplyControl(KIROArbitrationOutput& rOutput)
+{
+    switch (m_pIn->controlBank)
+    {
+    case BankIDArbitrationLUT:
+        return ApplyCoreLUT();
+    case BankIDArbitrationRange:
+        return ApplyCoreRange();
+    case BankIDArbitrationTable:
+    {
+        KIROExposureSetType split{};
+        const KiroResult    result = ApplyCoreTable(&split, nullptr, 0);
+        if (result == 0)
+        {
+            rOutput.exposureSet = split;
+        }
+        return result;
+    }
+    default:
+        STATS_LOG_ERROR("don't know how to handle bank %d", m_pIn->controlBank);
+        return ResultFailed;
+    }
+}

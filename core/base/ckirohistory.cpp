@@ -1,0 +1,405 @@
+#include "core/base/ckirohistory.h"
+
+#include "core/base/kirolog.h"
+
+using kiroarbitration::EVMinus;
+using kiroarbitration::EVOffsetType;
+using kiroarbitration::EVPlus;
+using kiroarbitration::EVZero;
+using kiroarbitration::SnapshotSearchMethod;
+
+namespace
+{
+
+constexpr KiroResult ResultFailed          = 1;
+constexpr KiroResult ResultInvalidArgument = 4;
+constexpr KiroResult ResultOutOfMemory     = 8;
+
+constexpr UINT8 FrameCountMax = 10;
+
+EVOffsetType OffsetTypeOf(INT32 evUIVal)
+{
+    if (evUIVal == 0)
+    {
+        return EVZero;
+    }
+    return (evUIVal > 0) ? EVPlus : EVMinus;
+}
+
+} // namespace
+
+struct CKIROHistory::FrameNode
+{
+    AECFrameHistory    frame;
+    TavoPtr<FrameNode> pOlder;
+    FrameNode*         pNewer;
+};
+
+CKIROHistory::MyList::MyList() : m_length(0), m_pOldest(nullptr)
+{
+}
+
+CKIROHistory::MyList::~MyList() = default;
+
+bool CKIROHistory::MyList::PushFront(const AECFrameHistory& rFrame)
+{
+    TavoPtr<FrameNode> pNode = TavoNew<FrameNode>();
+    if (pNode == nullptr)
+    {
+        STATS_LOG_ERROR("no memory for frame %llu", rFrame.frameID);
+        return false;
+    }
+    pNode->frame  = rFrame;
+    pNode->pNewer = nullptr;
+    pNode->pOlder = std::move(m_pNewest);
+    if (pNode->pOlder != nullptr)
+    {
+        pNode->pOlder->pNewer = pNode.get();
+    }
+    else
+    {
+        m_pOldest = pNode.get();
+    }
+    m_pNewest = std::move(pNode);
+    ++m_length;
+    return true;
+}
+
+VOID CKIROHistory::MyList::PopBack()
+{
+    m_pOldest                   = m_pOldest->pNewer;
+    TavoPtr<FrameNode>& rpOwner = (m_pOldest != nullptr) ? m_pOldest->pOlder : m_pNewest;
+    rpOwner.reset();
+    --m_length;
+}
+
+VOID CKIROHistory::MyList::Clear()
+{
+    m_pNewest.reset();
+    m_pOldest = nullptr;
+    m_length  = 0;
+}
+
+AECFrameHistory* CKIROHistory::MyList::Newest() const
+{
+    return (m_pNewest != nullptr) ? &m_pNewest->frame : nullptr;
+}
+
+AECFrameHistory* CKIROHistory::MyList::Oldest() const
+{
+    return (m_pOldest != nullptr) ? &m_pOldest->frame : nullptr;
+}
+
+template <typename Predicate>
+AECFrameHistory* CKIROHistory::MyList::Find(Predicate&& predicate) const
+{
+    for (FrameNode* pNode = m_pNewest.get(); pNode != nullptr; pNode = pNode->pOlder.get())
+    {
+        if (predicate(pNode->frame))
+        {
+            return &pNode->frame;
+        }
+    }
+    return nullptr;
+}
+
+AECFrameHistory* CKIROHistory::MyList::FindByOffset(UINT64 currentID, UINT64 offset) const
+{
+    AECFrameHistory* pFrame =
+        Find([=](const AECFrameHistory& rFrame) { return rFrame.frameID + offset <= currentID; });
+    return (pFrame != nullptr) ? pFrame : Oldest();
+}
+
+CKIROHistory::ModeInfo::ModeInfo() : m_lastFrameOrig{}
+{
+    Reset();
+}
+
+VOID CKIROHistory::ModeInfo::Reset()
+{
+    m_isValidPrevMode           = FALSE;
+    m_isStartConfigSaved        = FALSE;
+    m_startConfig               = {};
+    m_startConfig.isStartConfig = TRUE;
+    m_isCurFrameIDValid         = FALSE;
+    m_curFrameID                = 0;
+    m_frameList.Clear();
+}
+
+VOID CKIROHistory::ModeInfo::SetAsPreviousMode(ModeInfo& rMode)
+{
+    m_isValidPrevMode    = TRUE;
+    m_isStartConfigSaved = rMode.m_isStartConfigSaved;
+    m_startConfig        = rMode.m_startConfig;
+    m_isCurFrameIDValid  = rMode.m_isCurFrameIDValid;
+    m_curFrameID         = rMode.m_curFrameID;
+    m_frameList.Clear();
+    m_lastFrameOrig = *rMode.m_frameList.Newest();
+    m_frameList.PushFront(m_lastFrameOrig);
+}
+
+KiroResult CKIROHistory::ModeInfo::SaveCurrentFrameID(UINT64 frameID)
+{
+    if (m_isCurFrameIDValid == TRUE && m_curFrameID >= frameID)
+    {
+        STATS_LOG_ERROR("Current stats frame ID (%llu) is invalid, not larger than previous (%llu)!", frameID,
+                        m_curFrameID);
+        return ResultFailed;
+    }
+    m_isCurFrameIDValid = TRUE;
+    m_curFrameID        = frameID;
+    return 0;
+}
+
+CKIROHistory::CKIROHistory()
+    : m_maxFrameHistorySize(FrameCountMax), m_flashOffFrame{}, m_flashLowFrame{}, m_previewBackup{},
+      m_bIsflashLowSet(FALSE), m_bIsSnapshotEOF(FALSE), m_snapshotFID(0)
+{
+}
+
+CKIROHistory::~CKIROHistory() = default;
+
+KiroResult CKIROHistory::SaveFrameToHistory(AECFrameHistory* pFrame)
+{
+    if (m_bIsSnapshotEOF == TRUE && m_snapshotFID == pFrame->frameID)
+    {
+        pFrame->bIsSnapshot = TRUE;
+    }
+    m_bIsSnapshotEOF = FALSE;
+    m_snapshotFID    = 0;
+
+    if (pFrame->isStartConfig == TRUE)
+    {
+        m_currMode.m_startConfig        = *pFrame;
+        m_currMode.m_isStartConfigSaved = TRUE;
+        return 0;
+    }
+
+    MyList&                rFrames = m_currMode.m_frameList;
+    const AECFrameHistory* pNewest = rFrames.Newest();
+    if (pNewest != nullptr && pNewest->frameID >= pFrame->frameID)
+    {
+        STATS_LOG_ERROR("Saved frame ID is too small! Skipping...");
+        return ResultInvalidArgument;
+    }
+    if (!rFrames.PushFront(*pFrame))
+    {
+        return ResultOutOfMemory;
+    }
+    if (rFrames.m_length > m_maxFrameHistorySize)
+    {
+        const AECFrameHistory& rOldest = *rFrames.Oldest();
+        if (rOldest.bIsSnapshot != TRUE)
+        {
+            m_previewBackup = rOldest;
+        }
+        rFrames.PopBack();
+    }
+    return 0;
+}
+
+VOID CKIROHistory::SaveSnapshotFrame(AECFrameHistory* pFrame)
+{
+    m_snapshotList.PushFront(*pFrame);
+    if (m_snapshotList.m_length > m_maxFrameHistorySize)
+    {
+        m_snapshotList.PopBack();
+    }
+}
+
+const AECFrameHistory* CKIROHistory::GetFrameHistory(UINT8 offset)
+{
+    return GetInternalFrameHistory(offset);
+}
+
+AECFrameHistory* CKIROHistory::GetInternalFrameHistory(UINT8 offset)
+{
+    if (m_currMode.m_isStartConfigSaved == FALSE)
+    {
+        STATS_LOG_ERROR("Frame History: No start configuration! returning NULL");
+        return nullptr;
+    }
+    if (m_currMode.m_isCurFrameIDValid == FALSE)
+    {
+        STATS_LOG_TRACE("Frame history: returning start config");
+        return &m_currMode.m_startConfig;
+    }
+    if (offset > m_maxFrameHistorySize)
+    {
+        STATS_LOG_ERROR("Input offset (%d) is bigger than the frame history buffer size (%d)!", offset,
+                        m_maxFrameHistorySize);
+        return nullptr;
+    }
+    AECFrameHistory* pFrame = m_currMode.m_frameList.FindByOffset(m_currMode.m_curFrameID, offset);
+    return (pFrame != nullptr) ? pFrame : &m_currMode.m_startConfig;
+}
+
+const AECFrameHistory* CKIROHistory::GetPreviousNonSnapshotFrame()
+{
+    for (UINT8 offset = 1; offset < m_maxFrameHistorySize; ++offset)
+    {
+        const AECFrameHistory* pFrame = GetInternalFrameHistory(offset);
+        if (pFrame == nullptr)
+        {
+            break;
+        }
+        if (pFrame->bIsSnapshot != TRUE)
+        {
+            return pFrame;
+        }
+    }
+    return (m_previewBackup.frameID != 0) ? &m_previewBackup : nullptr;
+}
+
+VOID CKIROHistory::FinishCurrentModeHistory(AECAlgoOperationModeType prevMode)
+{
+    const bool bFastMode = prevMode == AECAlgoOperationModeFastAEC || prevMode == AECAlgoOperationModeAggressiveAEC;
+    if (IsCurrentModeHistoryEmpty() == TRUE)
+    {
+        if (prevMode != AECAlgoOperationModeInit)
+        {
+            STATS_LOG_TRACE("No frames in history!");
+        }
+    }
+    else if (bFastMode || prevMode == AECAlgoOperationModeStreaming)
+    {
+        m_prevMode.SetAsPreviousMode(m_currMode);
+    }
+    // Streaming continues from the history of a fast mode.
+    if (!bFastMode)
+    {
+        m_currMode.Reset();
+    }
+}
+
+KiroResult CKIROHistory::SaveCurrentFrameID(UINT64 frameID)
+{
+    return m_currMode.SaveCurrentFrameID(frameID);
+}
+
+VOID CKIROHistory::InitializeHistory()
+{
+    m_currMode.Reset();
+}
+
+BOOL CKIROHistory::IsStartConfigSaved() const
+{
+    return m_currMode.m_isStartConfigSaved;
+}
+
+BOOL CKIROHistory::IsCurrentModeHistoryEmpty() const
+{
+    return (m_currMode.m_frameList.m_length == 0) ? TRUE : FALSE;
+}
+
+UINT64 CKIROHistory::GetCurrentFrameID() const
+{
+    return m_currMode.m_curFrameID;
+}
+
+UINT32 CKIROHistory::GetFrameCount() const
+{
+    return m_currMode.m_frameList.m_length;
+}
+
+const AECFrameHistory* CKIROHistory::GetPreviewBackup() const
+{
+    return (m_previewBackup.frameID != 0) ? &m_previewBackup : nullptr;
+}
+
+BOOL CKIROHistory::GetPrevModeLastFrame(AECFrameHistory& rLastFrame) const
+{
+    const AECFrameHistory* pLast = m_prevMode.m_frameList.Newest();
+    if (m_prevMode.m_isValidPrevMode == FALSE || pLast == nullptr)
+    {
+        return FALSE;
+    }
+    rLastFrame = *pLast;
+    return TRUE;
+}
+
+VOID CKIROHistory::SaveFlashFrame(KIROExtFlashCurrentType type)
+{
+    const AECFrameHistory* pNewest = m_currMode.m_frameList.Newest();
+    if (pNewest == nullptr)
+    {
+        STATS_LOG_ERROR("AECFlash error empty history");
+        return;
+    }
+    if (type == KIROExtFlashCurrentType::Low)
+    {
+        m_bIsflashLowSet = TRUE;
+        m_flashLowFrame  = *pNewest;
+        STATS_LOG_RARE("AECFlash LOW saved safe exposure %llu",
+                       m_flashLowFrame.exposureSets[AECAlgoExposureSafe].exposure);
+    }
+    else
+    {
+        m_bIsflashLowSet = FALSE;
+        m_flashOffFrame  = *pNewest;
+        STATS_LOG_RARE("AECFlash OFF saved safe exposure %llu targets %llu %llu %llu",
+                       m_flashOffFrame.exposureSets[AECAlgoExposureSafe].exposure,
+                       m_flashOffFrame.exposureTargets[AECAlgoExposureShort],
+                       m_flashOffFrame.exposureTargets[AECAlgoExposureLong],
+                       m_flashOffFrame.exposureTargets[AECAlgoExposureSafe]);
+    }
+}
+
+const AECFrameHistory* CKIROHistory::GetFlashFrame(KIROExtFlashCurrentType type) const
+{
+    if (type == KIROExtFlashCurrentType::Off)
+    {
+        return &m_flashOffFrame;
+    }
+    return (m_bIsflashLowSet == TRUE) ? &m_flashLowFrame : nullptr;
+}
+
+const AECFrameHistory*
+CKIROHistory::GetSnapshotFrameHistory(const kiroarbitration::SnapshotFrameSelectionType* pSelection)
+{
+    const INT32 value = pSelection->value;
+    switch (pSelection->searchMethod)
+    {
+    case SnapshotSearchMethod::SearchEVType:
+        return m_snapshotList.Find([=](const AECFrameHistory& rFrame)
+                                   { return OffsetTypeOf(rFrame.evUIVal) == pSelection->eVType; });
+    case SnapshotSearchMethod::SearchEVUIVal:
+        return m_snapshotList.Find([=](const AECFrameHistory& rFrame) { return rFrame.evUIVal == value; });
+    case SnapshotSearchMethod::SearchOffset:
+        if (value > m_maxFrameHistorySize)
+        {
+            STATS_LOG_ERROR("Input offset %d is bigger than the snapshot history size %d", value,
+                            m_maxFrameHistorySize);
+            return nullptr;
+        }
+        if (value >= static_cast<INT32>(m_snapshotList.m_length))
+        {
+            STATS_LOG_ERROR("Input offset %d is >= history buffer size %d", value,
+                            static_cast<INT32>(m_snapshotList.m_length));
+            return nullptr;
+        }
+        // A negative offset looks ahead of the current frame; the sum wraps as it should.
+        return m_snapshotList.FindByOffset(m_currMode.m_curFrameID, static_cast<UINT64>(value));
+    default:
+        STATS_LOG_ERROR("Unknown search type %d", static_cast<INT32>(pSelection->searchMethod));
+        return nullptr;
+    }
+}
+
+VOID CKIROHistory::SetSnapshot()
+{
+    AECFrameHistory* pFrame    = GetInternalFrameHistory(0);
+    const UINT64     currentID = (m_currMode.m_isCurFrameIDValid == TRUE) ? m_currMode.m_curFrameID : 0;
+    if (pFrame != nullptr && pFrame->frameID == currentID)
+    {
+        // The frame has been saved already.
+        pFrame->bIsSnapshot = TRUE;
+        return;
+    }
+    if (pFrame == nullptr)
+    {
+        STATS_LOG_ERROR("previous frame is null");
+    }
+    m_bIsSnapshotEOF = TRUE;
+    m_snapshotFID    = currentID;
+}

@@ -1,0 +1,173 @@
+/// @file
+/// The definition table of a parameter file: the shape of every structure as the tool knew it that wrote the file.
+///
+/// With it, code built for one schema reads a file written for another: members are found by the hash of their name, and
+/// values are converted from the stored type.
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/tavotypes.h"
+
+class IParameterLoggingAPI;
+struct ParameterDefinitionStructure;
+
+/// Kinds of records of the table, and types of members.
+enum ParameterDefinitionType : UINT8
+{
+    ParameterDefinitionType_ScenarioMode    = 0,
+    ParameterDefinitionType_ScenarioSubMode = 1,
+    ParameterDefinitionType_Pipeline        = 2,
+    ParameterDefinitionType_Module          = 4,
+    ParameterDefinitionType_Structure       = 5,
+    ParameterDefinitionType_EnumDefinition  = 6,
+    ParameterDefinitionType_Signed8Bits     = 8,
+    ParameterDefinitionType_Unsigned8Bits   = 9,
+    ParameterDefinitionType_Signed16Bits    = 10,
+    ParameterDefinitionType_Unsigned16Bits  = 11,
+    ParameterDefinitionType_Signed32Bits    = 12,
+    ParameterDefinitionType_Unsigned32Bits  = 13,
+    ParameterDefinitionType_Signed64Bits    = 14,
+    ParameterDefinitionType_Unsigned64Bits  = 15,
+    ParameterDefinitionType_Float           = 16,
+    ParameterDefinitionType_Double          = 17,
+    ParameterDefinitionType_Hex8Bits        = 18,
+    ParameterDefinitionType_Hex16Bits       = 19,
+    ParameterDefinitionType_Hex32Bits       = 20,
+    ParameterDefinitionType_Hex64Bits       = 21,
+    ParameterDefinitionType_Boolean         = 22,
+    ParameterDefinitionType_Enum            = 23,
+    ParameterDefinitionType_String          = 24,
+    ParameterDefinitionType_AlphaNumeric    = 25,
+    ParameterDefinitionType_IDString        = 26,
+    ParameterDefinitionType_IDStringRef     = 27,
+    ParameterDefinitionType_Attribute       = 28
+};
+
+/// How a member is stored.
+struct ParameterDefinitionElementInfo
+{
+    static constexpr UINT16 FloatFlag   = 1;    ///< values are stored as 4-byte floats, whatever the type
+    static constexpr UINT16 PointerFlag = 2;    ///< stored as a count and the ID of a data table entry
+    static constexpr UINT16 FixedFlag   = 128;  ///< a fixed array with a count in front
+
+    bool IsFloat() const
+    {
+        return (Flags & FloatFlag) != 0 || Type == ParameterDefinitionType_Float;
+    }
+
+    bool IsPointer() const
+    {
+        return (Flags & PointerFlag) != 0;
+    }
+
+    bool IsFixed() const
+    {
+        return (Flags & FixedFlag) != 0;
+    }
+
+    bool IsString() const
+    {
+        return Type > ParameterDefinitionType_Enum;
+    }
+
+    bool IsStructure() const
+    {
+        return Type == ParameterDefinitionType_Structure;
+    }
+
+    /// @return the type of the stored bytes: a flagged float counts as float
+    ParameterDefinitionType StoredType() const
+    {
+        return IsFloat() ? ParameterDefinitionType_Float : Type;
+    }
+
+    /// @return the flags that follow from a member's least and greatest number of values
+    static UINT16 FlagsFromCounts(UINT32 minimum, UINT32 maximum);
+
+    ParameterDefinitionType       Type         = ParameterDefinitionType_ScenarioMode;
+    UINT32                        ID           = 0;  ///< structure ID for a structure
+    UINT16                        Flags        = 0;
+    UINT32                        MaxCount     = 0;
+    UINT32                        ParentOffset = 0;  ///< bytes from the start of the enclosing record
+    ParameterDefinitionStructure* Structure    = nullptr;  ///< not owned; null unless Type is a known structure
+};
+
+/// A member of a structure.
+class ParameterDefinitionElement
+{
+public:
+    /// @return bytes of one stored value: 1 for texts, a structure's Size, 0 where there is none
+    UINT32 GetSize() const;
+
+    UINT64                                          NameHash = 0;
+    std::atomic<bool>                               Verified{false};  ///< a record had it in the layout the code expects
+    std::unique_ptr<ParameterDefinitionElementInfo> Info;             ///< null once it has matched and been pruned
+};
+
+/// A structure: the members of a record.
+struct ParameterDefinitionStructure
+{
+    /// @return null if there is no such member
+    ParameterDefinitionElement* FindChild(UINT64 nameHash) const;
+
+    UINT32            StructureID = 0;
+    std::string       TypeName;
+    UINT64            StructureHash = 0;
+    UINT32            Size          = 0;  ///< bytes of a record, its byte count included; 0 if there are no members
+    std::atomic<bool> MissedMember{false};  ///< the code asked for a member that the file's schema does not have
+
+    std::unordered_map<UINT64, std::unique_ptr<ParameterDefinitionElement>> Children;  ///< by name hash
+
+    std::vector<ParameterDefinitionElement*>                 ChildOrder;  ///< file order; empty once Size is known
+    std::vector<std::unique_ptr<ParameterDefinitionElement>> Repeated;    ///< members whose name occurs again; likewise
+};
+
+/// The root structure of a module.
+struct ParameterDefinitionModule
+{
+    UINT32      StructureID = 0;
+    UINT64      NameHash    = 0;
+    std::string Name;
+};
+
+/// All definitions of a file.
+///
+/// Filled before records are loaded, and pruned after; in between, loading threads only read, and set the marks
+/// `Verified` and `MissedMember`.
+class ParameterDefinitions
+{
+public:
+    /// Reads a definition section.
+    /// @return false, with what was read before, if the section ends early or holds an unknown kind of record
+    bool Read(const BYTE* pSection, UINT32 size, UINT32 alignment, const IParameterLoggingAPI* pLog);
+
+    /// Drops what has matched and is not needed to read the rest of the file.
+    VOID Prune();
+
+    /// @return null if unknown or dropped
+    ParameterDefinitionStructure* FindStructure(UINT32 structureId) const;
+    ParameterDefinitionStructure* FindModuleStructure(UINT64 nameHash) const;
+
+    bool IsEmpty() const
+    {
+        return m_structures.empty();
+    }
+
+    UINT32 StructureCount() const
+    {
+        return static_cast<UINT32>(m_structures.size());
+    }
+
+private:
+    friend class DefinitionReader;
+
+    VOID PopulateOffsetSize(const IParameterLoggingAPI* pLog);
+
+    std::unordered_map<UINT64, std::unique_ptr<ParameterDefinitionModule>>    m_modules;     ///< by name hash
+    std::unordered_map<UINT32, std::unique_ptr<ParameterDefinitionStructure>> m_structures;  ///< by structure ID
+};

@@ -1,0 +1,44 @@
+#include "tools/tuningfile/tuning.h"
+
+#include <algorithm>
+
+namespace tuningfile
+{
+
+bool ModeTable::IsGroupEntry(UINT32 index) const
+{
+    const Mode& rMode = modes[index];
+    return rMode.parent.has_value() && modes[*rMode.parent].mode == rMode.mode &&
+           modes[*rMode.parent].subMode == rMode.subMode;
+}
+
+const tuning::ModuleDescription* FindModule(std::string_view name)
+{
+    const auto* pFound = std::find_if(std::begin(tuning::TuningModules), std::end(tuning::TuningModules),
+                                      [name](const tuning::ModuleDescription& rModule)
+                                      { return rModule.pRecord != nullptr && name == rModule.pName; });
+    return (pFound != std::end(tuning::TuningModules)) ? pFound : nullptr;
+}
+
+VOID* RecordArena::Allocate(size_t size)
+{
+    constexpr size_t BlockSize = 64 * 1024;
+    if (size > MaxBytes - std::min(m_used, MaxBytes))
+    {
+        return nullptr;
+    }
+    const size_t rounded = (size + alignof(std::max_align_t) - 1) / alignof(std::max_align_t) * alignof(std::max_align_t);
+    if (rounded > m_available)
+    {
+        m_available = std::max(rounded, BlockSize);
+        m_blocks.push_back(std::make_unique<std::byte[]>(m_available));
+        m_pFree = m_blocks.back().get();
+    }
+    std::byte* pMemory = m_pFree;
+    m_pFree += rounded;
+    m_available -= rounded;
+    m_used += rounded;
+    return pMemory;
+}
+
+} // namespace tuningfile

@@ -1,0 +1,74 @@
+/// @file
+/// A tuning in memory, between its text and its binary form: trees of modes, and the records of each mode's modules.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/tavotypes.h"
+#include "schema/modules.h"
+
+namespace tuningfile
+{
+
+/// A module of a mode.
+struct Module
+{
+    const tuning::ModuleDescription* pDescription;
+    const VOID*                      pRecord;  ///< of pDescription->pRecord; owned by Tuning::pMemory
+};
+
+/// A node of a tree of modes.
+struct Mode
+{
+    UINT16                mode;
+    UINT16                subMode;
+    UINT32                group;     ///< hardware block that the modules of this entry belong to, 0 for none
+    std::optional<UINT32> parent;    ///< index in the table; none for the root
+    std::optional<UINT32> link;      ///< index in the table of the mode that stands in for this one
+    bool                  preserve;  ///< its modules stay in memory once they are loaded
+    std::vector<Module>   modules;
+};
+
+/// One tree of modes. A parent stands before its children.
+struct ModeTable
+{
+    std::string       name;
+    std::vector<Mode> modes;
+
+    /// @return whether the mode is one more entry of its parent's mode, which is how a file gives groups to modules
+    bool IsGroupEntry(UINT32 index) const;
+};
+
+struct Tuning
+{
+    std::string                 createdBy;
+    std::string                 binaryTag;
+    std::vector<ModeTable>      tables;
+    std::shared_ptr<const VOID> pMemory;  ///< whatever keeps the records alive
+};
+
+/// @return the described module of that name; null if there is none or its record is not known
+const tuning::ModuleDescription* FindModule(std::string_view name);
+
+/// Zero-filled memory for records, released as a whole.
+class RecordArena
+{
+public:
+    /// What the records of one tuning may take: far above any real tuning, far below what a desk has.
+    static constexpr size_t MaxBytes = size_t{1} << 30;
+
+    /// @return memory aligned for any record; null if the arena would exceed MaxBytes
+    VOID* Allocate(size_t size);
+
+private:
+    std::vector<std::unique_ptr<std::byte[]>> m_blocks;
+    std::byte*                                m_pFree     = nullptr;
+    size_t                                    m_available = 0;
+    size_t                                    m_used      = 0;
+};
+
+} // namespace tuningfile
