@@ -168,7 +168,7 @@ KiroResult CKIROContextManager::SetTunara(StatsTuningData& rTuningData)
 {
     m_tuningData = rTuningData;
     m_pBankManager->SetTuning(&m_tuningData);
-    m_bIsHybridHDR = tuningaccess::Get_kirohdrsensor(m_tuningData)->hybridHDR.enableHybridHDR;
+    m_bIsHybridHDR = tuningaccess::Require_kirohdrsensor(m_tuningData).hybridHDR.enableHybridHDR;
     SetContextEvent(AECHybridHDR, m_bIsHybridHDR);
     return 0;
 }

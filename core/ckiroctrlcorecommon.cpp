@@ -177,7 +177,7 @@ const CHAR* CKIROCtrlCoreCommon::GetTriggerString(UINT32 id)
 
 FLOAT CKIROCtrlCoreCommon::UtilGetEVMultiplier(const StatsTuningData* pTuningData, INT32 ev, KIROEVType type)
 {
-    const kiroev::EVCoreDataType& rTuning = tuningaccess::Get_kiroev(*pTuningData)->EVCoreData;
+    const kiroev::EVCoreDataType& rTuning = tuningaccess::Require_kiroev(*pTuningData).EVCoreData;
     const INT64                   lowest  = static_cast<INT64>(rTuning.stepsPerEV) * rTuning.minEVValue;
     const INT64                   highest = static_cast<INT64>(rTuning.stepsPerEV) * rTuning.maxEVValue;
 

@@ -3,7 +3,6 @@
 #include <limits>
 
 #include "parameters/modenames.h"
-#include "parameters/parameterfilesymboltableentry.h"
 #include "parameters/parameterlogging.h"
 #include "parameters/parametermodule.h"
 #include "parameters/parametersetmanager.h"
@@ -213,7 +212,7 @@ bool ModeEntry::ReleaseReference(ParameterModule* pModule)
 
 bool ModeEntry::ChangeReference(ParameterModule* pModule, ReferenceChange change)
 {
-    const bool                      add = (change == ReferenceChange::Add);
+    const bool                       add = (change == ReferenceChange::Add);
     std::unique_lock<ParameterMutex> lock;
     if (Table != nullptr)
     {
@@ -243,7 +242,7 @@ bool ModeEntry::ChangeReference(ParameterModule* pModule, ReferenceChange change
                                     : "Attempt to release module reference from wrong mode.  Mode: %d, SubMode: %d, "
                                       "Module %s, ModePath: %s\n",
                                 Mode.Mode, Mode.SubMode, pModule->GetModuleName(),
-                                pReference->Module->Data->ModePath);
+                                pReference->Module->Data->ModePath.c_str());
         return false;
     }
 

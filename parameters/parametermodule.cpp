@@ -1,8 +1,8 @@
 #include "parameters/parametermodule.h"
 
 #include <algorithm>
+#include <utility>
 
-#include "parameters/parameterfilesymboltableentry.h"
 #include "parameters/parameterlogging.h"
 #include "parameters/parametersetmanager.h"
 #include "schema/namehash.h"
@@ -10,7 +10,7 @@
 ParameterModule::ParameterModule(const CHAR* pName, UINT16 major, UINT16 minor, UINT32 patch, ModuleData* pData)
     : NameHash(namehash::OfName(pName)), Version(major, minor, patch), Data(pData), m_pName(pName)
 {
-    if (pData != nullptr && pData->Mode != nullptr)
+    if (pData != nullptr)
     {
         Mode       = pData->Mode->Entry->Mode;
         Mode.Group = pData->Mode->Group;
@@ -73,7 +73,7 @@ std::unique_ptr<ParameterModule> DefaultModule::RemoveModule(const ParameterModu
 std::vector<std::unique_ptr<ParameterModule>> DefaultModule::RemoveAll()
 {
     m_byId.clear();
-    return std::move(m_instances);
+    return std::exchange(m_instances, {});
 }
 
 ParameterModule* DefaultModule::Find(UINT32 id) const

@@ -8,12 +8,13 @@
 #include <vector>
 
 #include "parameters/modeentry.h"
+#include "parameters/moduledata.h"
 #include "parameters/versionunion.h"
+#include "platform/tavocommonutils.h"
 
 class DefaultModule;
 class ParameterFileSymbolTable;
 class ParameterParserInfo;
-struct ModuleData;
 
 class TAVO_VISIBLE ParameterModule
 {

@@ -15,8 +15,7 @@
 template <typename T>
 class PList
 {
-    static_assert(std::is_trivially_copyable_v<T> || std::is_trivially_move_constructible_v<T>,
-                  "items are moved as bytes");
+    static_assert(std::is_trivially_copyable_v<T>, "items are moved as bytes");
 
 public:
     PList() = default;

@@ -2,6 +2,9 @@
 /// A tuning module whose record is described by a table of the schema: one class for all modules.
 #pragma once
 
+#include <memory>
+#include <string>
+
 #include "parameters/parametermodule.h"
 #include "schema/tuningrecord.h"
 
@@ -52,7 +55,7 @@ private:
     TableModule(const tuning::ModuleDescription& rDescription, ModuleData* pData);
 
     UINT32& SymbolTableID();
-    VOID    UnloadRecord();
+    bool    LoadRecord(ParameterFileSymbolTable& rTable);
 
     /// As messages name it: the record type, or a bare module's name with "Type", and "Class" behind.
     std::string ClassName() const;

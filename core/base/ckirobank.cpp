@@ -10,10 +10,10 @@ namespace
 
 constexpr KiroResult ResultNotFound = 6;
 
-constexpr UINT32 EventMask     = 63;
+constexpr UINT32 EventMask      = 63;
 constexpr UINT64 OnlyAECDefault = 1;
 
-} // namespace
+}  // namespace
 
 CKIROBank::CKIROBank()
     : m_payloadSize(0), m_pTunedBank(nullptr), m_bankID(BankIDInvalid), m_pBankname("BankIDInvalid"), m_context(0),

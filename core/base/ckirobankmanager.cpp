@@ -30,8 +30,7 @@ struct BankDescription
     size_t         payloadSize;
 };
 
-template <typename Payload>
-constexpr BankDescription Describe(KIROBankIDType bankID, const CHAR* pName)
+template <typename Payload> constexpr BankDescription Describe(KIROBankIDType bankID, const CHAR* pName)
 {
     static_assert(offsetof(Payload, dataID) == 0 && sizeof(Payload::dataID) == sizeof(INT32),
                   "a payload begins with its data ID");
@@ -65,15 +64,13 @@ bool IsSlot(INT32 dataID)
 }
 
 /// @return the slot, null for a data ID out of range
-template <typename Payload>
-Payload* FindSlot(Payload (&rSlots)[BankSlotCount], INT32 dataID)
+template <typename Payload> Payload* FindSlot(Payload (&rSlots)[BankSlotCount], INT32 dataID)
 {
     return IsSlot(dataID) ? &rSlots[dataID] : nullptr;
 }
 
 /// Copies the payload into the slot of its data ID. @return false if that is out of range
-template <typename Payload>
-bool StoreInSlot(Payload (&rSlots)[BankSlotCount], const Payload& rPayload)
+template <typename Payload> bool StoreInSlot(Payload (&rSlots)[BankSlotCount], const Payload& rPayload)
 {
     Payload* pSlot = FindSlot(rSlots, rPayload.dataID);
     if (pSlot != nullptr)
@@ -83,7 +80,7 @@ bool StoreInSlot(Payload (&rSlots)[BankSlotCount], const Payload& rPayload)
     return pSlot != nullptr;
 }
 
-} // namespace
+}  // namespace
 
 CKIROBankManager::CKIROBankManager()
     : m_context(0), m_storageTriggers{}, m_storageCalculators{}, m_storageAnalyzers{}, m_bankCount(0)
@@ -126,8 +123,7 @@ VOID CKIROBankManager::SetBankTuning(KIROBankIDType bankID, TunaraBankDataType* 
 }
 
 /// A module that no mode holds leaves its bank empty.
-template <typename Record>
-VOID CKIROBankManager::SetBankRecord(KIROBankIDType bankID, Record* pRecord)
+template <typename Record> VOID CKIROBankManager::SetBankRecord(KIROBankIDType bankID, Record* pRecord)
 {
     if (pRecord != nullptr)
     {
@@ -258,9 +254,9 @@ KiroResult CKIROBankManager::SetControlDynamicData(KIRODynamicDataOperationType 
 KiroResult CKIROBankManager::UtilGetFloatFromBank(const DataBankType* pBank, FLOAT& rValue, BOOL bLogError,
                                                   CHAR** ppDescription)
 {
-    rValue                  = 0.0f;
-    KiroResult result       = ResultFailed;
-    const auto resolve      = [&](FLOAT value, CHAR* pDescription)
+    rValue             = 0.0f;
+    KiroResult result  = ResultFailed;
+    const auto resolve = [&](FLOAT value, CHAR* pDescription)
     {
         rValue = value;
         result = 0;
@@ -426,8 +422,7 @@ DBFloatPayload* CKIROBankManager::GetDataTriggers(INT32 dataID)
     return pSlot;
 }
 
-template <typename Payload>
-Payload* CKIROBankManager::GetDequePayload(KIROBankIDType bankID, INT32 dataID)
+template <typename Payload> Payload* CKIROBankManager::GetDequePayload(KIROBankIDType bankID, INT32 dataID)
 {
     BankData data{dataID, nullptr, SourceCore};
     return (m_banks[bankID].GetBankData(data) == 0) ? static_cast<Payload*>(data.pPayload) : nullptr;

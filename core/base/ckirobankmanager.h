@@ -108,15 +108,13 @@ private:
     /// Logs and answers null for an ID that is no bank.
     CKIROBank* GetInternalBank(KIROBankIDType bankID);
 
-    template <typename Payload>
-    Payload* GetDequePayload(KIROBankIDType bankID, INT32 dataID);
-    template <typename Record>
-    VOID SetBankRecord(KIROBankIDType bankID, Record* pRecord);
+    template <typename Payload> Payload* GetDequePayload(KIROBankIDType bankID, INT32 dataID);
+    template <typename Record> VOID      SetBankRecord(KIROBankIDType bankID, Record* pRecord);
 
-    UINT64             m_context;
-    DBFloatPayload     m_storageTriggers[BankSlotCount];
-    DBFloatPayload     m_storageCalculators[BankSlotCount];
-    DBStartEndPayload  m_storageAnalyzers[BankSlotCount];
-    UINT               m_bankCount;
-    CKIROBank          m_banks[BankCount];  ///< indexed by bank ID
+    UINT64            m_context;
+    DBFloatPayload    m_storageTriggers[BankSlotCount];
+    DBFloatPayload    m_storageCalculators[BankSlotCount];
+    DBStartEndPayload m_storageAnalyzers[BankSlotCount];
+    UINT              m_bankCount;
+    CKIROBank         m_banks[BankCount];  ///< indexed by bank ID
 };

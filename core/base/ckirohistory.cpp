@@ -26,7 +26,7 @@ EVOffsetType OffsetTypeOf(INT32 evUIVal)
     return (evUIVal > 0) ? EVPlus : EVMinus;
 }
 
-} // namespace
+}  // namespace
 
 struct CKIROHistory::FrameNode
 {
@@ -90,8 +90,7 @@ AECFrameHistory* CKIROHistory::MyList::Oldest() const
     return (m_pOldest != nullptr) ? &m_pOldest->frame : nullptr;
 }
 
-template <typename Predicate>
-AECFrameHistory* CKIROHistory::MyList::Find(Predicate&& predicate) const
+template <typename Predicate> AECFrameHistory* CKIROHistory::MyList::Find(Predicate&& predicate) const
 {
     for (FrameNode* pNode = m_pNewest.get(); pNode != nullptr; pNode = pNode->pOlder.get())
     {
@@ -105,8 +104,7 @@ AECFrameHistory* CKIROHistory::MyList::Find(Predicate&& predicate) const
 
 AECFrameHistory* CKIROHistory::MyList::FindByOffset(UINT64 currentID, UINT64 offset) const
 {
-    AECFrameHistory* pFrame =
-        Find([=](const AECFrameHistory& rFrame) { return rFrame.frameID + offset <= currentID; });
+    AECFrameHistory* pFrame = Find([=](const AECFrameHistory& rFrame) { return rFrame.frameID + offset <= currentID; });
     return (pFrame != nullptr) ? pFrame : Oldest();
 }
 

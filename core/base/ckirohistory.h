@@ -109,8 +109,7 @@ private:
         AECFrameHistory* Oldest() const;
 
         /// @return the newest frame that the predicate accepts, null if there is none
-        template <typename Predicate>
-        AECFrameHistory* Find(Predicate&& predicate) const;
+        template <typename Predicate> AECFrameHistory* Find(Predicate&& predicate) const;
         /// @return the newest frame that lies at least offset IDs before currentID, or the oldest frame; null for an
         ///         empty list
         AECFrameHistory* FindByOffset(UINT64 currentID, UINT64 offset) const;

@@ -3,15 +3,32 @@
 ///
 /// A value is a tree of at most three levels, each an array of zones sorted by rising trigger. Zones are ranges with
 /// flat spots inside; between two zones the records of the neighbours are interpolated, level by level. The search at
-/// the first level starts from the zone of the last call and follows the direction of the trigger.
+/// the first level starts from the zone of the last call and follows the direction of the trigger, so a trigger on the
+/// border of a zone is inside the zone that it came from.
 ///
-/// The tree belongs to the tuning store. An inner zone is a StartEndType, a count, an entry ID and a pointer (24 bytes);
-/// a leaf zone is a StartEndType followed by the core record.
+/// The tree belongs to the tuning store.
 #pragma once
 
 #include "core/base/tavomemory.h"
 #include "interface/kiroframe.h"
 #include "interface/kirotriggerdata.h"
+
+/// A zone of an inner level.
+struct AECTriggerNodeXML
+{
+    StartEnd triggerPoint;
+    INT32    subLevelTriggerCnt;  ///< zones of the sub-array, at least 1
+    INT32    subLevelTriggerId;
+    VOID*    pData;  ///< array of zones of the next level
+};
+static_assert(sizeof(AECTriggerNodeXML) == 24, "inner zones are read with this stride");
+
+/// A zone of the last level as declared. In the tree the core record stands in the place of the pointer.
+struct AECTriggerNodeLDXML
+{
+    StartEnd triggerPoint;
+    VOID*    pData;
+};
 
 /// One float; the base of the family. Not for concurrent use: results aim into the object.
 class CKIRODataXML
@@ -22,7 +39,7 @@ public:
     CKIRODataXML(const CKIRODataXML&)            = delete;
     CKIRODataXML& operator=(const CKIRODataXML&) = delete;
 
-    /// Allocates a bare CKIRODataXML of the type. @return 0
+    /// Allocates a bare CKIRODataXML of the type. @return 0, or 8 with a null instance when no memory is left
     static KiroResult CreateInstance(CKIRODataXML*& rpInstance, KIROMLDataType type);
 
     /// Frees the working buffer and the object itself, which must have come from CreateInstance.
@@ -30,20 +47,23 @@ public:
     virtual ~CKIRODataXML();
 
     /// Weighs two core records: start * ratio + end * (1 - ratio) for floats, one fused multiply-add each.
-    /// @return a slot of the working buffer, valid until the next GetData; null if a record is null
+    /// @return a slot of the working buffer, valid until the next GetData; null if a record is null or no slot is left
     virtual VOID* InterpCoreData(FLOAT pInterpRatio, VOID* pStartData, VOID* pEndData);
 
     /// Takes a tree.
-    /// @param pData an AECTriggerXMLData; its core size must not grow between calls on one object
+    /// @param pData an AECTriggerXMLData; its core size must not grow between calls on one object. A tree of more than
+    ///              three levels or with core records too small for the type is logged and counts as no tree.
     /// @param type  must be the object's type, otherwise the call is logged and ignored
     VOID SetData(VOID* pData, KIROMLDataType type);
 
     /// Evaluates the tree; a NaN trigger counts as 0.
     /// @return a core record in the tree or in the object, read-only, valid until the next GetData or SetData;
-    ///         without a tree a record of zeros
+    ///         without a tree, or without zones in it, a record of zeros
     VOID* GetData(FLOAT trigger1D, FLOAT trigger2D, FLOAT trigger3D);
 
     /// One level of the evaluation; see the file comment.
+    /// @param pTData zoneCount zones
+    /// @return null, with a log, if there are no zones
     VOID* GetInterpData(INT curDimension, FLOAT currValue, FLOAT prevValue, INT zoneCount, VOID* pTData);
 
 protected:
@@ -51,26 +71,56 @@ protected:
     static constexpr INT VisitCountMax = 4;
     static constexpr INT SlotCount     = 16;
 
-    /// @return the next slot of the working buffer
+    /// @param recordSize bytes that InterpCoreData reads and writes
+    CKIRODataXML(KIROMLDataType type, INT recordSize);
+
+    /// @return the next slot of the working buffer, slots being stride bytes apart; null, with a log, past its end
     VOID* NextSlot(INT stride);
     /// Logs and answers false if a record is null.
     bool AreRecordsValid(const VOID* pStartData, const VOID* pEndData) const;
     /// Interpolates count floats into the next slot.
     VOID* InterpFloats(FLOAT interpRatio, const VOID* pStartData, const VOID* pEndData, INT count, INT stride);
 
-    TavoArray<BYTE> m_pInterpData;  ///< sixteen result slots
+    /// start * ratio + end * (1 - ratio)
+    static FLOAT Interp(FLOAT interpRatio, FLOAT start, FLOAT end);
+
+    TavoArray<BYTE> m_pInterpData;  ///< sixteen result slots; the first stays unused
     INT             m_interpDataIdx;
     INT             m_coreDataSize;
 
 private:
-    KIROMLDataType m_myDataType;
-    INT            m_zoneIndex[LevelCountMax];
-    INT            m_selectedNodeIndex[LevelCountMax][VisitCountMax];
-    FLOAT          m_dimTriggerPoint[LevelCountMax];
-    FLOAT          m_dimPrevTriggerPoint[LevelCountMax];
-    INT            m_nodeSize;
-    INT            m_ldNodeSize;
-    INT            m_subLevelTriggerCnt;
-    INT            m_triggerDimension;
-    BYTE*          m_pXMLNodeData;  ///< not owned
+    /// Where the search of one level starts.
+    struct SearchStart
+    {
+        bool leftToRight;
+        INT  cur;
+        INT  prev;
+    };
+
+    static constexpr INT ZeroRecordSize = 1024;
+
+    /// What GetData yields when there is nothing to evaluate; larger than any core record, and never written.
+    alignas(8) static BYTE s_buffer[ZeroRecordSize];
+
+    static constexpr INT m_nodeSize   = sizeof(AECTriggerNodeXML);
+    static constexpr INT m_ldNodeSize = sizeof(AECTriggerNodeLDXML);
+
+    bool        IsLastLevel(INT dimension) const;
+    BYTE*       ZoneAt(INT dimension, VOID* pZones, INT index) const;
+    SearchStart StartSearch(INT dimension, FLOAT currValue, FLOAT prevValue, INT zoneCount) const;
+    VOID*       SearchZones(INT dimension, FLOAT currValue, const SearchStart& rStart, INT zoneCount, VOID* pZones);
+    VOID*       EvaluateZone(INT dimension, BYTE* pZone);
+    VOID*       EvaluateGap(INT dimension, FLOAT currValue, BYTE* pVisited, BYTE* pReached, bool leftToRight);
+    VOID        RecordZone(INT dimension, INT index);
+
+    const KIROMLDataType m_myDataType;
+    const INT            m_recordSize;
+    size_t               m_interpDataSize;  ///< bytes of m_pInterpData
+    INT                  m_zoneIndex[LevelCountMax];
+    INT                  m_selectedNodeIndex[LevelCountMax][VisitCountMax];
+    FLOAT                m_dimTriggerPoint[LevelCountMax];
+    FLOAT                m_dimPrevTriggerPoint[LevelCountMax];
+    INT                  m_subLevelTriggerCnt;
+    INT                  m_triggerDimension;
+    BYTE*                m_pXMLNodeData;  ///< not owned
 };

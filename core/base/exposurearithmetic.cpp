@@ -22,12 +22,6 @@ FLOAT FloatRatio(UINT64 exposure, UINT64 indexZeroExposure)
     return static_cast<FLOAT>(exposure) / std::max(static_cast<FLOAT>(indexZeroExposure), Epsilon);
 }
 
-FLOAT IndexOfRatio(FLOAT ratio)
-{
-    return (ratio == 0.0f) ? 0.0f
-                           : static_cast<FLOAT>(std::log10(static_cast<DOUBLE>(ratio)) * IndexPerDecade);
-}
-
 template <typename Integer>
 Integer Saturate(DOUBLE value)
 {
@@ -47,6 +41,12 @@ Integer Saturate(DOUBLE value)
 }
 
 } // namespace
+
+FLOAT IndexOfRatio(FLOAT ratio)
+{
+    return (ratio == 0.0f) ? 0.0f
+                           : static_cast<FLOAT>(std::log10(static_cast<DOUBLE>(ratio)) * IndexPerDecade);
+}
 
 UINT64 UtilQuantities2Exposure(FLOAT gain, UINT64 time, FLOAT corr)
 {

@@ -32,6 +32,9 @@ UINT64 UtilQuantities2Exposure(FLOAT gain, UINT64 time, FLOAT corr);
 /// Index of an exposure; 0 for an exposure of 0. An indexZeroExposure of 0 counts as 1.
 FLOAT IndexOfExposure(UINT64 exposure, UINT64 indexZeroExposure);
 
+/// Log of a ratio to the base 1.03, worked out in double; 0 for a ratio of 0.
+FLOAT IndexOfRatio(FLOAT ratio);
+
 /// Index with the ratio taken in single precision: exposure over max(indexZeroExposure, Epsilon); 0 for a ratio of 0.
 FLOAT IndexByFloatRatio(UINT64 exposure, UINT64 indexZeroExposure);
 

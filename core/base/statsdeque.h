@@ -8,8 +8,7 @@ namespace Tavo
 {
 
 /// Position 0 is the front. The container is allocated once, zero-filled; a slot that was popped keeps its bytes.
-template <typename T, UINT32 Capacity>
-class StatsDeque
+template <typename T, UINT32 Capacity> class StatsDeque
 {
 public:
     StatsDeque() : m_pContainer(TavoNewArray<T>(Capacity)), m_nFront(0), m_nSize(0)
@@ -112,4 +111,4 @@ private:
     UINT32       m_nSize;
 };
 
-} // namespace Tavo
+}  // namespace Tavo

@@ -1,6 +1,7 @@
 /// @file
-/// Fetching tuning records: tuningaccess::Get_<module>(tuningData) yields the record of the deepest mode on the current
-/// path that holds the module, or null if not even the Default mode has it.
+/// Fetching tuning records. tuningaccess::Get_<module>(tuningData) yields the record of the deepest mode on the current
+/// path that holds the module, or null if not even the Default mode has it; Require_<module> yields a record of zeros
+/// then, so that a file that lacks a module switches the feature off rather than stopping the camera.
 #pragma once
 
 #include "interface/statstuningdata.h"
@@ -15,6 +16,12 @@ namespace tuningaccess
         return static_cast<TuningSetManager*>(rTuningData.pTuningSetManager)                                           \
             ->GetModule_##name(static_cast<TuningMode*>(rTuningData.pTuningModeSelectors), rTuningData.numSelectors,   \
                                nullptr);                                                                               \
+    }                                                                                                                  \
+    inline const name::RecordType& Require_##name(const StatsTuningData& rTuningData)                                  \
+    {                                                                                                                  \
+        static const name::RecordType absent{};                                                                        \
+        const name::RecordType*       pRecord = Get_##name(rTuningData);                                               \
+        return (pRecord != nullptr) ? *pRecord : absent;                                                               \
     }
 #define TUNING_MODULE_BARE(name, major, minor, patch)
 

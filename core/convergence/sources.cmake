@@ -1,0 +1,9 @@
+add_room(kiro_core_convergence
+    core/convergence/cconveventmanager.cpp
+    core/convergence/ckiroconvdrc.cpp
+    core/convergence/ckiroconvsafe.cpp
+    core/convergence/ckiroconvsettle.cpp
+    core/convergence/ckiroconvstretch.cpp
+    core/convergence/ckiromodconvergence.cpp
+    core/convergence/smoothnode.cpp
+)

@@ -1,9 +1,30 @@
 #include "tools/tuningfile/tuning.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace tuningfile
 {
+
+namespace
+{
+
+/// Every module record starts with its entry ID and its version.
+constexpr bool RecordsStartWithVersion()
+{
+    for (const tuning::ModuleDescription& rModule : tuning::TuningModules)
+    {
+        if (rModule.pRecord != nullptr &&
+            rModule.pRecord->pMembers[1].pRecord != TuningRecordOf(static_cast<const module_versionStruct*>(nullptr)))
+        {
+            return false;
+        }
+    }
+    return true;
+}
+static_assert(RecordsStartWithVersion());
+
+} // namespace
 
 bool ModeTable::IsGroupEntry(UINT32 index) const
 {
@@ -18,6 +39,19 @@ const tuning::ModuleDescription* FindModule(std::string_view name)
                                       [name](const tuning::ModuleDescription& rModule)
                                       { return rModule.pRecord != nullptr && name == rModule.pName; });
     return (pFound != std::end(tuning::TuningModules)) ? pFound : nullptr;
+}
+
+const Module* FindModuleOf(const Mode& rMode, const tuning::ModuleDescription& rDescription)
+{
+    const auto found = std::find_if(rMode.modules.begin(), rMode.modules.end(),
+                                    [&](const Module& rModule) { return rModule.pDescription == &rDescription; });
+    return (found != rMode.modules.end()) ? &*found : nullptr;
+}
+
+VOID InitializeModuleRecord(const tuning::ModuleDescription& rDescription, VOID* pRecord)
+{
+    const module_versionStruct version{0, rDescription.major, rDescription.minor, static_cast<INT32>(rDescription.patch)};
+    std::memcpy(static_cast<BYTE*>(pRecord) + rDescription.pRecord->pMembers[1].offset, &version, sizeof(version));
 }
 
 VOID* RecordArena::Allocate(size_t size)

@@ -54,6 +54,13 @@ struct Tuning
 /// @return the described module of that name; null if there is none or its record is not known
 const tuning::ModuleDescription* FindModule(std::string_view name);
 
+/// @return the mode's module of that description; null if it has none
+const Module* FindModuleOf(const Mode& rMode, const tuning::ModuleDescription& rDescription);
+
+/// Writes what a module's record holds before a text says anything: the version of the schema.
+/// @param pRecord zero-filled
+VOID InitializeModuleRecord(const tuning::ModuleDescription& rDescription, VOID* pRecord);
+
 /// Zero-filled memory for records, released as a whole.
 class RecordArena
 {

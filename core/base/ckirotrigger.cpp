@@ -1,0 +1,264 @@
+#include "core/base/ckirotrigger.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+#include "core/base/kirolog.h"
+
+namespace
+{
+
+constexpr KiroResult ResultOutOfMemory = 8;
+
+/// Zones are read by copy: the tree consists of records of many types.
+template <typename Zone> Zone ReadZone(const BYTE* pZone)
+{
+    Zone zone;
+    std::memcpy(&zone, pZone, sizeof(zone));
+    return zone;
+}
+
+StartEnd RangeOf(const BYTE* pZone)
+{
+    return ReadZone<StartEnd>(pZone);
+}
+
+}  // namespace
+
+alignas(8) BYTE CKIRODataXML::s_buffer[ZeroRecordSize] = {};
+
+CKIRODataXML::CKIRODataXML(KIROMLDataType type) : CKIRODataXML(type, sizeof(FLOAT))
+{
+}
+
+CKIRODataXML::CKIRODataXML(KIROMLDataType type, INT recordSize)
+    : m_interpDataIdx(0), m_coreDataSize(0), m_myDataType(type), m_recordSize(recordSize),
+      m_interpDataSize(0), m_zoneIndex{}, m_selectedNodeIndex{}, m_dimTriggerPoint{}, m_dimPrevTriggerPoint{},
+      m_subLevelTriggerCnt(0), m_triggerDimension(0), m_pXMLNodeData(nullptr)
+{
+}
+
+CKIRODataXML::~CKIRODataXML() = default;
+
+KiroResult CKIRODataXML::CreateInstance(CKIRODataXML*& rpInstance, KIROMLDataType type)
+{
+    rpInstance              = TavoNew<CKIRODataXML>(type).release();
+    const KiroResult result = (rpInstance != nullptr) ? 0 : ResultOutOfMemory;
+    STATS_LOG_ERROR("CKIRODataXML::CreateInstance result = %d", result);
+    return result;
+}
+
+VOID CKIRODataXML::DestroyInstance()
+{
+    TavoPtr<CKIRODataXML> pThis(this);
+}
+
+VOID CKIRODataXML::SetData(VOID* pData, KIROMLDataType type)
+{
+    if (type != m_myDataType)
+    {
+        STATS_LOG_ERROR("expected %d received %d", m_myDataType, type);
+        return;
+    }
+    if (pData == nullptr)
+    {
+        STATS_LOG_ERROR("no description of a trigger tree");
+        return;
+    }
+    const AECTriggerXMLData& rData = *static_cast<const AECTriggerXMLData*>(pData);
+    m_triggerDimension             = rData.config.triggerLevel;
+    m_pXMLNodeData                 = static_cast<BYTE*>(rData.pData);
+    m_coreDataSize                 = rData.config.coreDataSize;
+    m_subLevelTriggerCnt           = rData.subLevelTriggerCnt;
+    if (m_triggerDimension > LevelCountMax || m_coreDataSize < m_recordSize)
+    {
+        STATS_LOG_ERROR("trigger tree refused: %d levels, core record of %d bytes", m_triggerDimension, m_coreDataSize);
+        m_pXMLNodeData = nullptr;
+    }
+    else if (m_pInterpData == nullptr)
+    {
+        m_interpDataSize = static_cast<size_t>(SlotCount) * static_cast<size_t>(m_coreDataSize);
+        m_pInterpData    = TavoNewArray<BYTE>(m_interpDataSize);
+    }
+    std::memset(m_selectedNodeIndex, 0, sizeof(m_selectedNodeIndex));
+    std::fill(std::begin(m_dimPrevTriggerPoint), std::end(m_dimPrevTriggerPoint), std::numeric_limits<FLOAT>::lowest());
+}
+
+VOID* CKIRODataXML::GetData(FLOAT trigger1D, FLOAT trigger2D, FLOAT trigger3D)
+{
+    if (m_pXMLNodeData == nullptr)
+    {
+        STATS_LOG_ERROR("m_pXMLNodeData is NULL. Verify set data");
+        return s_buffer;
+    }
+    m_interpDataIdx = 0;
+    std::fill(std::begin(m_zoneIndex), std::end(m_zoneIndex), 0);
+    const FLOAT triggers[LevelCountMax] = {trigger1D, trigger2D, trigger3D};
+    std::transform(std::begin(triggers), std::end(triggers), m_dimTriggerPoint,
+                   [](FLOAT trigger) { return std::isnan(trigger) ? 0.0f : trigger; });
+
+    VOID* pResult =
+        GetInterpData(0, m_dimTriggerPoint[0], m_dimPrevTriggerPoint[0], m_subLevelTriggerCnt, m_pXMLNodeData);
+    std::copy(std::begin(m_dimTriggerPoint), std::end(m_dimTriggerPoint), m_dimPrevTriggerPoint);
+    return (pResult != nullptr) ? pResult : s_buffer;
+}
+
+VOID* CKIRODataXML::GetInterpData(INT curDimension, FLOAT currValue, FLOAT prevValue, INT zoneCount, VOID* pTData)
+{
+    VOID* pResult = nullptr;
+    if (zoneCount <= 0 || pTData == nullptr)
+    {
+        STATS_LOG_ERROR("trigger level %d has no zones: count %d, %p", curDimension + 1, zoneCount, pTData);
+    }
+    else
+    {
+        const SearchStart start = StartSearch(curDimension, currValue, prevValue, zoneCount);
+        pResult                 = SearchZones(curDimension, currValue, start, zoneCount, pTData);
+    }
+    ++m_zoneIndex[curDimension];
+    return pResult;
+}
+
+bool CKIRODataXML::IsLastLevel(INT dimension) const
+{
+    return dimension >= m_triggerDimension - 1;
+}
+
+BYTE* CKIRODataXML::ZoneAt(INT dimension, VOID* pZones, INT index) const
+{
+    const INT leafSize = m_ldNodeSize - static_cast<INT>(sizeof(VOID*)) + m_coreDataSize;
+    const INT stride   = IsLastLevel(dimension) ? leafSize : m_nodeSize;
+    return static_cast<BYTE*>(pZones) + static_cast<ptrdiff_t>(index) * stride;
+}
+
+VOID CKIRODataXML::RecordZone(INT dimension, INT index)
+{
+    m_selectedNodeIndex[dimension][m_zoneIndex[dimension]] = index;
+}
+
+/// Only the first level remembers: below it the sub-array differs from zone to zone.
+CKIRODataXML::SearchStart CKIRODataXML::StartSearch(INT dimension, FLOAT currValue, FLOAT prevValue,
+                                                    INT zoneCount) const
+{
+    SearchStart start{true, 0, 0};
+    if (dimension == 0)
+    {
+        start.leftToRight = currValue >= prevValue;
+        start.cur         = m_selectedNodeIndex[0][m_zoneIndex[0]];
+        start.prev        = std::clamp(start.leftToRight ? start.cur - 1 : start.cur + 1, 0, zoneCount - 1);
+    }
+    return start;
+}
+
+VOID* CKIRODataXML::SearchZones(INT dimension, FLOAT currValue, const SearchStart& rStart, INT zoneCount, VOID* pZones)
+{
+    BYTE* pFirst = ZoneAt(dimension, pZones, 0);
+    if (currValue < RangeOf(pFirst).start)
+    {
+        RecordZone(dimension, 0);
+        return EvaluateZone(dimension, pFirst);
+    }
+    BYTE* pLast = ZoneAt(dimension, pZones, zoneCount - 1);
+    if (RangeOf(pLast).end <= currValue)
+    {
+        RecordZone(dimension, zoneCount - 1);
+        return EvaluateZone(dimension, pLast);
+    }
+
+    // A start outside the array or a walk off its end leaves the zone before, and the memory as it was.
+    BYTE*     pVisited = ZoneAt(dimension, pZones, rStart.prev);
+    const INT step     = rStart.leftToRight ? 1 : -1;
+    for (INT index = rStart.cur; index >= 0 && index < zoneCount; index += step)
+    {
+        BYTE*          pZone   = ZoneAt(dimension, pZones, index);
+        const StartEnd range   = RangeOf(pZone);
+        const bool     bGap    = rStart.leftToRight ? currValue < range.start : currValue > range.end;
+        const bool     bInside = rStart.leftToRight ? currValue < range.end : currValue > range.start;
+        if (bGap || bInside)
+        {
+            RecordZone(dimension, index);
+            return bGap ? EvaluateGap(dimension, currValue, pVisited, pZone, rStart.leftToRight)
+                        : EvaluateZone(dimension, pZone);
+        }
+        pVisited = pZone;
+    }
+    return EvaluateZone(dimension, pVisited);
+}
+
+VOID* CKIRODataXML::EvaluateZone(INT dimension, BYTE* pZone)
+{
+    if (IsLastLevel(dimension))
+    {
+        return pZone + sizeof(StartEnd);
+    }
+    const AECTriggerNodeXML node = ReadZone<AECTriggerNodeXML>(pZone);
+    const INT               next = dimension + 1;
+    return GetInterpData(next, m_dimTriggerPoint[next], m_dimPrevTriggerPoint[next], node.subLevelTriggerCnt,
+                         node.pData);
+}
+
+VOID* CKIRODataXML::EvaluateGap(INT dimension, FLOAT currValue, BYTE* pVisited, BYTE* pReached, bool leftToRight)
+{
+    VOID* pVisitedData = EvaluateZone(dimension, pVisited);
+    VOID* pReachedData = EvaluateZone(dimension, pReached);
+
+    const FLOAT low           = RangeOf(leftToRight ? pVisited : pReached).end;
+    const FLOAT high          = RangeOf(leftToRight ? pReached : pVisited).start;
+    const FLOAT share         = (currValue - low) / (high - low);
+    VOID*       pInterpolated = leftToRight ? InterpCoreData(1.0f - share, pVisitedData, pReachedData)
+                                            : InterpCoreData(1.0f - share, pReachedData, pVisitedData);
+    return (pInterpolated != nullptr) ? pInterpolated : pVisitedData;
+}
+
+bool CKIRODataXML::AreRecordsValid(const VOID* pStartData, const VOID* pEndData) const
+{
+    if (pStartData == nullptr || pEndData == nullptr)
+    {
+        STATS_LOG_ERROR("Failed! pStartData = %p, pEndData = %p", pStartData, pEndData);
+        return false;
+    }
+    return true;
+}
+
+VOID* CKIRODataXML::NextSlot(INT stride)
+{
+    ++m_interpDataIdx;
+    const size_t offset = static_cast<size_t>(m_interpDataIdx) * static_cast<size_t>(stride);
+    if (m_pInterpData == nullptr || offset + static_cast<size_t>(stride) > m_interpDataSize)
+    {
+        STATS_LOG_ERROR("no room to interpolate: slot %d of %d bytes", m_interpDataIdx, stride);
+        return nullptr;
+    }
+    return m_pInterpData.get() + offset;
+}
+
+FLOAT CKIRODataXML::Interp(FLOAT interpRatio, FLOAT start, FLOAT end)
+{
+    return std::fma(start, interpRatio, end * (1.0f - interpRatio));
+}
+
+VOID* CKIRODataXML::InterpFloats(FLOAT interpRatio, const VOID* pStartData, const VOID* pEndData, INT count, INT stride)
+{
+    if (!AreRecordsValid(pStartData, pEndData))
+    {
+        return nullptr;
+    }
+    FLOAT* pSlot = static_cast<FLOAT*>(NextSlot(stride));
+    if (pSlot != nullptr)
+    {
+        const FLOAT* pStart = static_cast<const FLOAT*>(pStartData);
+        const FLOAT* pEnd   = static_cast<const FLOAT*>(pEndData);
+        for (INT index = 0; index < count; ++index)
+        {
+            pSlot[index] = Interp(interpRatio, pStart[index], pEnd[index]);
+        }
+    }
+    return pSlot;
+}
+
+VOID* CKIRODataXML::InterpCoreData(FLOAT pInterpRatio, VOID* pStartData, VOID* pEndData)
+{
+    return InterpFloats(pInterpRatio, pStartData, pEndData, 1, m_coreDataSize);
+}

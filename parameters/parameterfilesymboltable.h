@@ -1,0 +1,239 @@
+/// @file
+/// The tables by which a parameter file describes itself: symbols, data blocks and definitions.
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <shared_mutex>
+#include <unordered_map>
+#include <vector>
+
+#include "parameters/binaryfileformat.h"
+#include "parameters/moduledata.h"
+#include "parameters/parameterbinaryfile.h"
+#include "parameters/parameterdefinitions.h"
+#include "parameters/parameterfilesymboltableentry.h"
+#include "parameters/parametersync.h"
+
+/// What stays in memory of an entry of which the rest is read again when it is wanted.
+struct EntryData
+{
+    UINT32 Dup;       ///< number of the group of entries with the same block, 0 for an entry alone
+    UINT32 Position;  ///< of the row inside its table, bytes
+};
+
+/// An object that records with the same data share.
+struct DupObjInfo
+{
+    VOID*             Object = nullptr;
+    ParameterRefCount RefCount{0};
+};
+
+/// Resolves IDs of a file to blocks of data.
+///
+/// With a file object, blocks are read from the file on demand; without one they lie in the caller's buffer, which must
+/// stay until FreeEntryData. Find and the operations on shared objects may be called from any thread once the table is
+/// loaded.
+class ParameterFileSymbolTable
+{
+public:
+    /// @param pSetManager handed on to the module data, not used here
+    /// @param pLog        must outlive the table
+    /// @param alignment   packing of the file
+    ParameterFileSymbolTable(ParameterSetManager* pSetManager, const IParameterLoggingAPI* pLog, UINT32 alignment,
+                             const VersionUnion& rVersion);
+    ~ParameterFileSymbolTable();
+    ParameterFileSymbolTable(const ParameterFileSymbolTable&) = delete;
+    ParameterFileSymbolTable& operator=(const ParameterFileSymbolTable&) = delete;
+
+    /// Reads definitions, symbol table and data table.
+    /// @param pBuffer         the whole file; not used if there is a file object
+    /// @param pFile           null to work from the buffer
+    /// @param readDefinitions false parses the definitions and keeps none
+    bool Load(const BYTE* pBuffer, UINT64 length, std::shared_ptr<ParameterBinaryFile> pFile,
+              const BinaryFileSections& rSections, IModeTable* pModeTable, bool readDefinitions);
+
+    /// Makes rEntry a reader of the block of an entry.
+    /// @param isModule the ID is one of the symbol table, otherwise of the data table
+    /// @return false, with a log, if there is no such entry or its block cannot be had; rEntry is then empty
+    bool Find(ParameterFileSymbolTableEntry& rEntry, UINT32 id, bool isModule);
+
+    /// Reads an entry ID at the position of pHolder and finds it in the data table.
+    /// @param limit end of what may be read of pHolder's block
+    bool ReadPointerEntry(ParameterFileSymbolTableEntry& rEntry, ParameterFileSymbolTableEntry* pHolder, UINT32 limit);
+
+    const ParameterDefinitions& Definitions() const
+    {
+        return m_definitions;
+    }
+
+    ParameterDefinitionStructure* FindStructure(UINT32 structureId) const
+    {
+        return m_definitions.FindStructure(structureId);
+    }
+
+    ParameterDefinitionStructure* FindModuleStructure(UINT64 nameHash) const
+    {
+        return m_definitions.FindModuleStructure(nameHash);
+    }
+
+    /// Makes an element by which a module's record can be read as a member of nothing.
+    /// @return null if there are no definitions for the module
+    std::unique_ptr<ParameterDefinitionElement> BuildModuleElement(UINT64 nameHash) const;
+
+    /// The object that another read of the site has made of the same data; one more reference is taken for it.
+    /// @param id    entry whose data is the same
+    /// @param count of the values in it; an object of another size does not serve
+    /// @return null if there is none
+    VOID* GetDupObject(bool isModule, UINT32 id, const ReadingSite& rSite, UINT32 count);
+
+    /// Offers an object to other reads of the site.
+    /// @return false if it will not be shared, since the entry is alone or another object is registered
+    bool SetDupObject(bool isModule, UINT32 id, VOID* pObject, const ReadingSite& rSite, UINT32 count);
+
+    /// Gives a reference back.
+    /// @return whether the caller has to free the object: it was the last reference, or the object was never shared
+    bool ReleaseDupObject(VOID* pObject);
+
+    UINT32 Count() const
+    {
+        return m_symbols.count;
+    }
+
+    UINT32 DTCount() const
+    {
+        return m_pDataRows->count;
+    }
+
+    /// The modules of the file, in table order.
+    UINT32 ModuleCount() const
+    {
+        return static_cast<UINT32>(m_modules.size());
+    }
+
+    /// @param index below ModuleCount()
+    ModuleData* GetModule(UINT32 index) const
+    {
+        return m_modules[index].get();
+    }
+
+    /// Drops the rows that are in memory; with a file they are read again one by one. The caller's buffer may go.
+    VOID FreeEntryData();
+
+    /// Drops what Find needs; no Find works after it.
+    VOID FreeLookupData();
+
+    /// Ends the load of a file: drops all definitions, or those that have matched.
+    VOID ClearDefinitions(bool all);
+
+    /// Adds to the references of the file, which keep it open. @return the number of references
+    INT32 FileReference(INT32 adjust);
+
+    ParameterBinaryFile* File() const
+    {
+        return m_pFile.get();
+    }
+
+    const VersionUnion& Version() const
+    {
+        return m_version;
+    }
+
+    UINT32 Alignment() const
+    {
+        return m_alignment;
+    }
+
+    const IParameterLoggingAPI* Log() const
+    {
+        return m_pLog;
+    }
+
+    /// A damaged file can make a few bytes stand for any amount of data, since entries may point at the same bytes and at
+    /// one another. Loading therefore has an allowance, far above what any real tuning needs: each byte allocated or
+    /// fetched and each record or entry visited is charged. All records that are loaded with the file share one; after
+    /// that each module has its own.
+    /// @return false once the allowance is used up
+    bool ChargeWork(UINT64 bytes);
+
+    bool IsWorkExhausted() const
+    {
+        return m_work.load(std::memory_order_relaxed) > m_workLimit;
+    }
+
+    /// Begins a module of its own. Does nothing while the file is being loaded.
+    VOID RenewWork();
+
+    /// What a record or an entry is charged for, apart from its bytes.
+    static constexpr UINT32 VisitCharge = 64;
+
+private:
+    friend class ParameterFileSymbolTableEntry;
+
+    /// One of the two tables.
+    struct Rows
+    {
+        std::vector<ParameterFileSymbolTableEntry> entries;  ///< by ID; empty when rows are read on demand
+        std::vector<EntryData>                     lookup;   ///< by ID
+        SectionInfo                                section{};
+        UINT32                                     count    = 0;
+        UINT32                                     dupCount = 0;  ///< groups of entries with the same block, plus 1
+    };
+
+    /// Names a shared object.
+    struct DupKey
+    {
+        const Rows* pRows;
+        UINT32      slot;
+        ReadingSite site;
+        UINT32      count;
+
+        bool operator==(const DupKey&) const = default;
+    };
+
+    struct DupKeyHash
+    {
+        size_t operator()(const DupKey& rKey) const;
+    };
+
+    bool   CountEntries(const BinaryFileSections& rSections);
+    bool   AllocateEntries(const BinaryFileSections& rSections);
+    bool   ReadDefinitions(const SectionInfo& rSection, bool keep);
+    bool   ReadTable(Rows& rRows, bool isModule);
+    bool   ParseTable(Rows& rRows, const BYTE* pRows, UINT64 length, bool isModule);
+    VOID   AssignDupSlots(Rows& rRows) const;
+    VOID   PointAtBlocks(Rows& rRows) const;
+    bool   AreClaimsPlausible() const;
+    bool   FetchEntry(ParameterFileSymbolTableEntry& rEntry, const Rows& rRows, UINT32 id, bool isModule);
+    bool   IsInSource(const SectionInfo& rSection) const;
+    const BYTE* SectionBytes(const SectionInfo& rSection, TuningBlock& rBlock) const;
+    UINT32 DupSlot(const CHAR* pCaller, const Rows& rRows, bool isModule, UINT32 id, const VOID* pObject,
+                   const ReadingSite& rSite) const;
+
+    const Rows& RowsOf(bool isModule) const
+    {
+        return isModule ? m_symbols : *m_pDataRows;
+    }
+
+    ParameterSetManager* const                m_pSetManager;
+    const IParameterLoggingAPI* const         m_pLog;
+    const UINT32                              m_alignment;
+    const VersionUnion                        m_version;
+    std::shared_ptr<ParameterBinaryFile>      m_pFile;
+    const BYTE*                               m_pBuffer = nullptr;  ///< the whole file, when there is no file object
+    UINT64                                    m_length  = 0;        ///< of the file or the buffer
+    SectionInfo                               m_data{};
+    IModeTable*                               m_pModeTable = nullptr;
+    ParameterDefinitions                      m_definitions;
+    Rows                                      m_symbols;
+    Rows                                      m_dataTable;
+    Rows*                                     m_pDataRows = &m_symbols;  ///< the symbol table for files without the other
+    std::vector<std::unique_ptr<ModuleData>>  m_modules;
+    std::atomic<UINT64>                       m_work{0};
+    UINT64                                    m_workLimit = 0;
+    std::atomic<bool>                         m_loadEnded{false};
+
+    std::shared_mutex                                  m_dupInfoMutex;  ///< guards the two maps
+    std::unordered_map<DupKey, DupObjInfo, DupKeyHash> m_dupEntries;
+    std::unordered_map<VOID*, DupObjInfo*>             m_dupInfoMap;  ///< by object
+};

@@ -1,0 +1,157 @@
+/// @file
+/// One block of tuning data of a parameter file, and the reading of a record's members from it.
+#pragma once
+
+#include <memory>
+
+#include "parameters/moduledata.h"
+#include "parameters/parameterdefinitions.h"
+#include "parameters/parameterlogging.h"
+#include "parameters/tuningmemory.h"
+#include "schema/tuningrecord.h"
+
+class ParameterFileSymbolTable;
+class ParameterFileSymbolTableEntry;
+
+/// Limit of a record whose end is not known.
+constexpr UINT32 NoLoadDataLimit = 0xFFFFFFFF;
+
+/// The place in the code that reads a member. The same bytes read at different places become objects of different
+/// types, so an object may be shared only by reads of one place.
+struct ReadingSite
+{
+    const tuning::RecordDescription* pRecord;   ///< type of the enclosing record
+    INT32                            location;  ///< number of the member in that type, in file order, from 1
+
+    bool operator==(const ReadingSite&) const = default;
+};
+
+/// Where a record or a member is read from, and what the file says about its shape.
+struct ParameterLoadParameters
+{
+    ParameterFileSymbolTableEntry* Entry            = nullptr;
+    UINT64                         NameHash         = 0;
+    bool                           UseParent        = false;    ///< Element is the member itself, not its parent
+    bool                           UseParentOffset  = false;    ///< the member's own offset counts in its position
+    ParameterDefinitionElement*    Element          = nullptr;  ///< of the enclosing record; null if there is none
+    UINT64                         Position         = 0;        ///< start of the enclosing record in Entry
+    UINT32                         Index            = 0;        ///< of an array item
+    UINT32                         LoadDataLimit    = NoLoadDataLimit;  ///< end of the enclosing record in Entry
+};
+
+/// An entry of the symbol table or of the data table: its block of data and a read position in it.
+///
+/// The readers take a member out of a record in whatever way the file stores it. They never fail a load: a member that
+/// the file does not have stays zero, a count that cannot be is clipped, and both are logged.
+class ParameterFileSymbolTableEntry
+{
+public:
+    ParameterFileSymbolTableEntry() = default;
+    ParameterFileSymbolTableEntry(const ParameterFileSymbolTableEntry&) = delete;
+    ParameterFileSymbolTableEntry& operator=(const ParameterFileSymbolTableEntry&) = delete;
+
+    /// Makes the entry an empty one of the table.
+    VOID Init(ParameterFileSymbolTable* pTable);
+
+    /// Parses the row of an entry.
+    /// @param pRows     the table's rows, all of them or one
+    /// @param rPosition start of the row; behind it on return
+    /// @param isModule  the row is one of the symbol table
+    /// @param id        ID of the entry for files that do not store it
+    /// @return false if the row is not wholly there; what was read before stays
+    bool LoadRow(const BYTE* pRows, UINT64 length, UINT64& rPosition, IModeTable* pModeTable, bool isModule, UINT32 id);
+
+    /// Makes this entry a reader of another one's block, from its start. The block must outlive this entry.
+    VOID ShareBlock(const ParameterFileSymbolTableEntry& rOther);
+
+    UINT32                      GetAlignment() const;
+    const IParameterLoggingAPI* GetLog() const;
+
+    /// @return whether counted inline arrays have their count in front
+    bool IsFixedCountVersion() const;
+
+    /// Reads the byte count in front of a record. @return the end of the record, at most limit
+    UINT32 ReadLoadDataLimit(UINT32 limit);
+
+    /// Moves the read position to the end of a record. Members that the code does not know are stepped over here.
+    VOID UpdatePosition(UINT32 limit);
+
+    /// Finds the definition of the member that is about to be read and compares the read position with it. A mismatch
+    /// is logged and tolerated: the position stays.
+    /// @param markVerified mark the element as matching if the position is the expected one
+    /// @param rAdjusted    whether the position was another one
+    /// @return null if there are no definitions for it
+    ParameterDefinitionElement* AdjustPositionAndGetElement(const ParameterLoadParameters& rParameters,
+                                                            bool markVerified, bool& rAdjusted);
+
+    VOID ReadSimpleTypeFixedArray(VOID* pDestination, tuning::ValueType type, UINT32 count,
+                                  const ParameterLoadParameters& rParameters);
+
+    /// @param rpArray receives memory that the record owns, unless the site shares it; null for no values
+    VOID ReadSimpleTypeArray(VOID*& rpArray, tuning::ValueType type, UINT32& rCount, UINT32& rID, UINT32 minimumCount,
+                             const ParameterLoadParameters& rParameters, const ReadingSite& rSite);
+
+    VOID ReadOptionalSimpleType(VOID* pDestination, tuning::ValueType type, UINT32& rCount, UINT32& rID,
+                                const ParameterLoadParameters& rParameters);
+
+    VOID ReadStructureFixedArray(const tuning::RecordDescription& rRecord, VOID* pDestination, UINT32 count,
+                                 const ParameterLoadParameters& rParameters);
+
+    VOID ReadStructureArray(const tuning::RecordDescription& rRecord, VOID*& rpArray, UINT32& rCount, UINT32& rID,
+                            UINT32 minimumCount, const ParameterLoadParameters& rParameters, const ReadingSite& rSite);
+
+    VOID ReadOptionalStructure(const tuning::RecordDescription& rRecord, VOID* pDestination, UINT32& rCount,
+                               UINT32& rID, const ParameterLoadParameters& rParameters);
+
+    VOID ReadString(CHAR*& rpText, const ParameterLoadParameters& rParameters, const ReadingSite& rSite);
+
+    VOID ReadStringFixedArray(CHAR** ppTexts, UINT32 count, const ParameterLoadParameters& rParameters,
+                              const ReadingSite& rSite);
+
+    VOID ReadStringArray(CHAR**& rppTexts, UINT32& rCount, UINT32& rID, UINT32 minimumCount,
+                         const ParameterLoadParameters& rParameters, const ReadingSite& rSite);
+
+    VOID ReadOptionalString(CHAR*& rpText, UINT32& rCount, UINT32& rID, const ParameterLoadParameters& rParameters,
+                            const ReadingSite& rSite);
+
+    ParameterFileSymbolTable*   Table         = nullptr;
+    UINT32                      ID            = 0;
+    UINT32                      DuplicateID   = 0;
+    UINT32                      DataOffset    = 0;        ///< bytes from the start of the data section
+    UINT32                      DataSize      = 0;        ///< bytes of the block
+    const BYTE*                 Data          = nullptr;  ///< the block; null if it is not in memory
+    TuningBlock                 OwnedData;                ///< the same, if the block was read for this entry alone
+    UINT64                      Position      = 0;        ///< read position inside Data
+    std::unique_ptr<ModuleData> Module;  ///< for an entry of the symbol table that is a module
+
+private:
+    /// How the code declares a member.
+    enum class Wanted
+    {
+        Single,
+        FixedArray,
+        Variable,  ///< an array or an optional value of its own size
+        Text
+    };
+
+    /// What is known of a member before its values are read.
+    struct MemberSource;
+
+    bool GetCountAndPointerEntry(MemberSource& rSource, UINT32 elementSize, UINT32 minimumCount, Wanted wanted,
+                                 UINT32 limit);
+    bool ReadInlineCount(MemberSource& rSource, Wanted wanted, UINT32 limit);
+    VOID ClipCount(MemberSource& rSource, UINT64 available, UINT32 elementSize, UINT32 minimumCount) const;
+    bool FindMember(MemberSource& rSource, UINT32 elementSize, UINT32 minimumCount, Wanted wanted,
+                    const ParameterLoadParameters& rParameters);
+
+    bool ReadArray(VOID* pDestination, tuning::ValueType type, const ParameterDefinitionElement* pElement, UINT32 count,
+                   UINT32 limit);
+    CHAR* ReadSharedText(UINT32 size, const ReadingSite& rSite);
+    CHAR* ReadTextItem(const ReadingSite& rSite, UINT32 limit);
+    VOID* GetDupObject(const ReadingSite& rSite, UINT32 count) const;
+    VOID  SetDupObject(VOID* pObject, const ReadingSite& rSite, UINT32 count) const;
+    bool  ReadLimited(UINT32& rValue, UINT32 limit);
+    UINT32 StoredPairSize() const;
+    VOID   LogMessage(bool isError, const CHAR* pFormat, ...) const __attribute__((format(printf, 3, 4)));
+    VOID   LogNotFound(const CHAR* pReader, UINT64 nameHash) const;
+};

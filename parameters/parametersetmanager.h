@@ -1,0 +1,258 @@
+/// @file
+/// The tuning store of one camera: holds what a parameter file says, and answers which module applies to a mode path.
+///
+/// A file is used in one of two ways. In buffer mode all of it is parsed at once, and nothing is read or unloaded
+/// afterwards. In file mode the modes of the Default and Sensor levels are loaded at once; the others are read from the
+/// file when a caller's path first leads there, and the ones used longest ago are unloaded again. A module that a caller
+/// holds is counted, and a mode with a counted module is never evicted.
+///
+/// One main manager owns everything. A derived manager stands for one further mode table of the same file: it holds
+/// nothing of its own, and works on the main manager with its own table index in place of the caller's.
+///
+/// Modules may be fetched, released, and loaded ahead from any thread. Loading, reloading and updating of a whole file,
+/// and destruction, may not run beside them.
+#pragma once
+
+#include <memory>
+#include <mutex>
+#include <span>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "parameters/binaryfileformat.h"
+#include "parameters/modeentry.h"
+#include "parameters/moduledata.h"
+#include "parameters/parameterlogging.h"
+#include "parameters/parametermodule.h"
+#include "platform/tavocommonutils.h"
+
+class BranchWalk;
+class ParameterBinaryFile;
+class ParameterFileSymbolTable;
+
+namespace tuning
+{
+struct ModuleDescription;
+}
+
+class TAVO_VISIBLE ParameterSetManager : public IModeTable, public IParameterLoggingAPI
+{
+public:
+    /// How a main manager works.
+    struct Options
+    {
+        UINT32 activeModeCacheSize = 17;    ///< modes that stay loaded unused, at least 5; with 0 none is evicted
+        bool   fileMode            = true;  ///< use files in file mode
+        bool   logErrors           = true;
+        bool   logWarnings         = true;
+        bool   logDebug            = false;
+        bool   allowUnknownModules = false;  ///< pass over modules of a file that are not in the list of modules
+    };
+
+    /// A main manager.
+    /// @param pName   in front of the file's tag in log lines; may be null
+    /// @param modules the modules that files may hold; must outlive the manager
+    ParameterSetManager(const CHAR* pName, std::span<const tuning::ModuleDescription> modules, const Options& rOptions);
+
+    /// A derived manager. @param pMain must outlive it; null leaves a manager that knows no modules
+    ParameterSetManager(ParameterSetManager* pMain, BYTE tableIndex);
+
+    ~ParameterSetManager() override;
+    ParameterSetManager(const ParameterSetManager&)            = delete;
+    ParameterSetManager& operator=(const ParameterSetManager&) = delete;
+
+    /// Loads a file, in file mode or, if that is off, in buffer mode. A manager loads once; see ReloadBinaryParameters.
+    /// @return false if the file was refused: GetErrorText says why, and the manager holds nothing
+    bool LoadBinaryParameters(const CHAR* pFileName);
+
+    /// Loads in buffer mode. @param pBuffer is not needed afterwards; at most 0xFFFFFFFF bytes
+    bool LoadBinaryParameters(const BYTE* pBuffer, UINT64 length);
+
+    /// Loads the file of the last LoadBinaryParameters in its present state. Records handed out before stay valid until
+    /// the next reload, or destruction. If the mode tables have the same layout, reference counts carry over.
+    /// @param bufferMode read the whole file, for good: the manager forgets the name
+    /// @return false if the file was refused: the manager then holds nothing, but may be reloaded again
+    bool ReloadBinaryParameters(bool bufferMode);
+
+    /// Puts the modules of another manager in the place of this one's, mode by mode, where the trees agree. Records
+    /// handed out before stay valid as with a reload.
+    /// @param pOther a main manager for the same list of modules; kept as long as its modules are
+    bool UpdateParameters(std::unique_ptr<ParameterSetManager> pOther);
+
+    /// The reason why something was refused last; empty after a load that went well.
+    std::string GetErrorText() const;
+
+    /// Loads the modes of a branch ahead of their use; file mode only.
+    /// @param pReason for the log, may be null
+    /// @return false if a mode of the branch does not exist or could not be read
+    bool LoadMode(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pReason);
+
+    /// Unloads the last mode of a branch, in use or not, unless it is preserved; file mode only. Records of the mode
+    /// that a caller still holds are gone.
+    bool UnloadMode(BYTE tableIndex, const TuningMode* pBranch, UINT32 count);
+
+    /// The module of the deepest mode on the branch that has one of that name, loaded, and in file mode counted.
+    /// @param pBranch   Default first; null gives the Default variant
+    /// @param pPrevious a module whose reference is given back, after the new one is taken; may be null
+    /// @return null if no mode on the branch has the module, or if it could not be loaded; a log says which
+    ParameterModule* GetModuleInternal(BYTE tableIndex, const CHAR* pName, const TuningMode* pBranch, UINT32 count,
+                                       ParameterModule* pPrevious);
+
+    /// The same with namehash::OfName(pName) already known.
+    ParameterModule* GetModuleInternal(BYTE tableIndex, const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch,
+                                       UINT32 count, ParameterModule* pPrevious);
+
+    /// The same for records: a struct of the module's described type, or a BareModuleType.
+    /// @param pPreviousRecord a record of an earlier call, may be null
+    VOID* GetModuleRecord(const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch, UINT32 count,
+                          VOID* pPreviousRecord);
+
+    /// Releases what rList holds and fills it with the modules of the branch's last mode; with none if it does not exist.
+    /// @param local     take modules that the mode owns
+    /// @param inherited take modules that it shares with another mode, which owns them
+    /// @param pPipeline take only modules of that hardware block; null for all
+    VOID GetModules(BYTE tableIndex, PList<ParameterModule*>& rList, const TuningMode* pBranch, UINT32 count, bool local,
+                    bool inherited, const PipelineType* pPipeline);
+
+    /// Gives a reference back; in buffer mode a reference means nothing.
+    VOID ReleaseModule(ParameterModule* pModule);
+
+    /// Releases all modules of the list and empties it.
+    VOID ReleaseModules(PList<ParameterModule*>& rList);
+
+    /// @return null if no mode has that ID
+    ModeEntryInfo* GetModeEntry(UINT32 id) override;
+
+    /// The mode at the end of a branch, or of a numeric path such as "0.0|2.1". @return null if there is none
+    ModeEntry* GetModeEntry(BYTE tableIndex, const TuningMode* pBranch, UINT32 count);
+    ModeEntry* GetModeEntry(BYTE tableIndex, const CHAR* pPath);
+
+    UINT32 GetModeTableCount() const;
+
+    /// Appends the names of the mode tables, empty ones included. They stay valid as long as the file stays loaded.
+    VOID GetModeTableNames(PList<const CHAR*>& rList) const;
+
+    /// Writes a branch as numeric path, up to the first selector that is not valid.
+    /// @param size of pText, at least 1
+    VOID GetPathFromModeBranch(const TuningMode* pBranch, UINT32 count, CHAR* pText, size_t size);
+
+    /// Whether a file can be read and has a mode table of that name.
+    static bool ModeTableEntryExists(const CHAR* pFileName, const CHAR* pTableName);
+
+    /// Stores the reason of a refusal and logs it.
+    /// @param pModuleData the module that it concerns, null for none
+    VOID SetError(const CHAR* pText, const ModuleData* pModuleData = nullptr);
+
+    /// What the manager knows of a module of its list. @return null, with a log, for any other
+    DefaultModule* GetDefaultModule(UINT64 nameHash);
+
+    /// The end of the chain of main managers: this one, if it is not derived.
+    ParameterSetManager* GetMainSetManager();
+
+    const CHAR* GetLoggingIdentifier() const override;
+    bool        LoggingEnabled(ParameterLogging::ParameterLogLevel level) const override;
+
+protected:
+    /// Enters a default instance under its name hash. Refused on a derived manager, and for null.
+    VOID AddDefaultModule(std::unique_ptr<ParameterModule> pModule);
+
+    /// Finds the mode table for a new derived manager, by index or by name. A table that does not exist is logged.
+    bool HasModeTable(const CHAR* pCaller, UINT32 tableIndex) const;
+    bool FindModeTable(const CHAR* pCaller, const CHAR* pTableName, BYTE& rTableIndex) const;
+
+    bool IsDerived() const
+    {
+        return m_pMain != nullptr;
+    }
+
+private:
+    friend class BranchWalk;
+
+    /// The trees of a file and its symbol table: what a reload replaces as a whole.
+    struct Content
+    {
+        std::vector<std::unique_ptr<ParameterModeTable>> modeTables;
+        std::unique_ptr<ParameterFileSymbolTable>        pSymbolTable;
+    };
+
+    /// Modes that a load has to do with: those to move to the front of the lists of active modes.
+    using TouchedModes = std::vector<ModeEntry*>;
+
+    // Loading of files.
+    bool LoadBuffer(const BYTE* pBuffer, UINT64 length);
+    bool LoadFile(const CHAR* pFileName);
+    bool LoadFilePieces(std::shared_ptr<ParameterBinaryFile> pFile);
+    bool BeginLoad();
+    bool EndLoad(bool loaded);
+    bool ReadHeader(const BYTE* pBuffer, UINT64 length);
+    bool ReadSections(const BYTE* pBuffer, UINT64 length, std::shared_ptr<ParameterBinaryFile> pFile);
+    bool ReadModules(bool wholeFile);
+    ParameterModule* CreateModule(ModuleData* pModuleData, bool load, bool& rFailed);
+    bool             AddModule(const ModuleData* pModuleData, ParameterModule* pModule);
+    VOID             FreeBinaryParameters();
+    VOID Refuse(const CHAR* pFormat, ...) __attribute__((format(printf, 2, 3)));
+
+    // Reloading and updating.
+    VOID FreeReplacedParameters();
+    VOID SaveAndClearModules();
+    bool ReadReplacement(const std::string& rFileName, bool bufferMode);
+    VOID TransferReferences(const Content& rPrevious);
+    VOID TransferModeReferences(const ModeEntry& rPrevious, ModeEntry& rMode, UINT32 index);
+    VOID MergeTree(ModeEntry* pRoot, ModeEntry* pOtherRoot);
+    VOID MergeMode(ModeEntry* pMode, ModeEntry* pOtherMode);
+
+    // Lookup.
+    ParameterSetManager* Resolve(BYTE& rTableIndex);
+    ParameterModeTable*  CheckTable(const CHAR* pCaller, BYTE tableIndex);
+    ModeEntry*           RootForLookup(const CHAR* pCaller, const CHAR* pName, BYTE tableIndex, const TuningMode* pBranch,
+                                       UINT32 count);
+    VOID                 WarnOfBranch(const CHAR* pName, const TuningMode* pBranch, UINT32 count);
+    ParameterModule*     FindModuleOnBranch(ModeEntry* pRoot, const CHAR* pName, UINT64 nameHash,
+                                            const TuningMode* pBranch, UINT32 count);
+    bool                 LoadFoundModule(ParameterModule* pModule);
+    bool                 ValidateMode(const CHAR* pCaller, const TuningMode* pBranch, UINT32 index);
+    DefaultModule*       FindDefaultModule(UINT64 nameHash);
+
+    // Loading and unloading of modes in file mode.
+    bool LoadModeInternal(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pReason);
+    bool LoadModules(ModeEntry* pMode, const CHAR* pReason, const TuningMode* pBranch, UINT32 count,
+                     INT32& rFileReferences);
+    bool LoadModuleMap(ModeEntry* pTarget, TouchedModes& rTouched);
+    bool UnloadModules(ModeEntry* pTarget, const ModeEntry* pMode);
+    VOID TouchModes(std::span<ModeEntry* const> touched, ParameterModeTable& rTable);
+    VOID MoveToFront(ModeEntry* pMode);
+    VOID EvictModes(ParameterModeTable& rTable);
+    VOID LogLoading(bool load, const CHAR* pReason, const TuningMode* pBranch, UINT32 count, const ModeEntry* pMode,
+                    const ModeEntry* pTarget);
+    std::string TablePrefix(const ModeEntry* pMode) const;
+
+    /// Whether modes come and go with their use. While no file name is kept, everything is in memory.
+    bool IsFileMode() const
+    {
+        return !m_fileName.empty();
+    }
+
+    ParameterSetManager* const                        m_pMain;
+    const BYTE                                        m_modeTableIndex;
+    const Options                                     m_options;
+    const std::string                                 m_name;
+    const std::span<const tuning::ModuleDescription> m_modules;
+    std::string                                       m_loggingIdentifier;
+
+    mutable std::mutex m_errorMutex;  ///< guards m_errorText, which any thread may set
+    std::string        m_errorText;
+
+    bool             m_valid = false;
+    std::string      m_fileName;  ///< of a file in file mode, empty otherwise
+    BinaryFileHeader m_header;
+
+    // Modules go before the tables that their data stands in, hence the order of the members.
+    std::vector<std::unique_ptr<ParameterSetManager>>         m_previousMerged;
+    std::vector<std::unique_ptr<ParameterSetManager>>         m_merged;  ///< own the modules that UpdateParameters put here
+    std::vector<Content>                                      m_previousContents;
+    Content                                                   m_content;
+    std::vector<std::unique_ptr<ParameterModule>>             m_parkedModules;    ///< until the next reload
+    std::vector<std::unique_ptr<ParameterModule>>             m_replacedModules;  ///< to be parked by the next reload
+    std::unordered_map<UINT64, std::unique_ptr<DefaultModule>> m_defaultModules;  ///< by name hash
+};

@@ -1,0 +1,162 @@
+#include "parameters/tablemodule.h"
+
+#include <cstddef>
+
+#include "parameters/parameterfilesymboltable.h"
+#include "parameters/parameterlogging.h"
+#include "parameters/parametersetmanager.h"
+#include "parameters/recordloader.h"
+#include "parameters/tuningmemory.h"
+#include "schema/modules.h"
+
+namespace
+{
+
+/// The low bits of SymbolTableID are the ID of the entry that holds the data; the rest counts changes of values.
+constexpr UINT32 EntryIDMask = 0xFFFFFF;
+
+/// From the start of a module to its record.
+constexpr size_t RecordDistance = tuning::AlignUp(sizeof(TableModule), alignof(std::max_align_t));
+
+static_assert(alignof(TableModule) <= 8, "tuning memory is aligned to 8 bytes");
+
+} // namespace
+
+std::unique_ptr<TableModule> TableModule::Make(const tuning::ModuleDescription& rDescription, ModuleData* pData)
+{
+    const size_t recordSize =
+        (rDescription.pRecord != nullptr) ? rDescription.pRecord->size : sizeof(BareModuleType);
+    const RecordSpace space{RecordDistance - sizeof(TableModule) + recordSize};
+    return std::unique_ptr<TableModule>(new (space) TableModule(rDescription, pData));
+}
+
+TableModule::TableModule(const tuning::ModuleDescription& rDescription, ModuleData* pData)
+    : ParameterModule(rDescription.pName, rDescription.major, rDescription.minor, rDescription.patch, pData),
+      m_rDescription(rDescription)
+{
+}
+
+TableModule::~TableModule()
+{
+    TableModule::UnloadModule();
+}
+
+VOID* TableModule::operator new(size_t size, RecordSpace space) noexcept
+{
+    return AllocateTuningMemory(size + space.size);
+}
+
+VOID TableModule::operator delete(VOID* pMemory, RecordSpace)
+{
+    FreeTuningMemory(pMemory);
+}
+
+VOID TableModule::operator delete(VOID* pMemory)
+{
+    FreeTuningMemory(pMemory);
+}
+
+VOID* TableModule::Record()
+{
+    return reinterpret_cast<BYTE*>(this) + RecordDistance;
+}
+
+TableModule* TableModule::FromRecord(VOID* pRecord)
+{
+    return (pRecord != nullptr) ? reinterpret_cast<TableModule*>(static_cast<BYTE*>(pRecord) - RecordDistance) : nullptr;
+}
+
+UINT32& TableModule::SymbolTableID()
+{
+    return *static_cast<UINT32*>(Record());
+}
+
+std::string TableModule::ClassName() const
+{
+    return (m_rDescription.pRecord != nullptr) ? std::string(m_rDescription.pRecord->pName) + "Class"
+                                               : std::string(m_rDescription.pName) + "TypeClass";
+}
+
+ParameterModule* TableModule::Create(ModuleData* pData, DefaultModule* pDefaultModule) const
+{
+    if (pData->Version != Version)
+    {
+        ParameterLogging::Write(
+            pData->SetManager, ParameterLogging::Error,
+            "Unable to create %s, binary version (%lld) does not match source version (%lld)\n", ClassName().c_str(),
+            static_cast<INT64>(pData->Version.Value), static_cast<INT64>(Version.Value));
+        return nullptr;
+    }
+    if (pData->NameHash != NameHash)
+    {
+        ParameterLogging::Write(
+            pData->SetManager, ParameterLogging::Error,
+            "Unable to create %s, binary name hash (0x%016llx) does not match source name hash (0x%016llx)\n",
+            ClassName().c_str(), pData->NameHash, NameHash);
+        return nullptr;
+    }
+
+    // Modes whose data is identical share one instance, which belongs to the first of them.
+    const UINT32 id = (pData->DuplicateID != 0) ? pData->DuplicateID : pData->ID;
+    if (ParameterModule* pShared = pDefaultModule->Find(id))
+    {
+        return pShared;
+    }
+    std::unique_ptr<TableModule> pModule = Make(m_rDescription, pData);
+    if (pModule == nullptr)
+    {
+        return nullptr;
+    }
+    pModule->SymbolTableID() = id;
+    return pDefaultModule->AddModule(std::move(pModule));
+}
+
+bool TableModule::LoadModule(ParameterFileSymbolTable* pTable)
+{
+    const std::lock_guard<ParameterMutex> lock(m_mutex);
+    if (IsLoaded())
+    {
+        return true;
+    }
+    if (m_rDescription.pRecord != nullptr && !LoadRecord(*pTable))
+    {
+        return false;
+    }
+    RaiseModified();
+    SetLoaded(true);
+    return true;
+}
+
+bool TableModule::LoadRecord(ParameterFileSymbolTable& rTable)
+{
+    const UINT32                  id = SymbolTableID() & EntryIDMask;
+    ParameterFileSymbolTableEntry entry;
+    if (!rTable.Find(entry, id, true))
+    {
+        ParameterLogging::Write(rTable.Log(), ParameterLogging::Error,
+                                "%s::LoadModule Failed to find module ID (%d) in Symbol Table\n", ClassName().c_str(),
+                                id);
+        return false;
+    }
+    RecordLoader::LoadModule(*m_rDescription.pRecord, Record(), entry, NameHash);
+    return true;
+}
+
+VOID TableModule::UnloadModule()
+{
+    const std::lock_guard<ParameterMutex> lock(m_mutex);
+    if (!IsLoaded())
+    {
+        return;
+    }
+    if (Data->SymbolTable == nullptr)
+    {
+        ParameterLogging::Write(Data->SetManager, ParameterLogging::Warning,
+                                "UnloadModule %s called with nullptr Data->SymbolTable object\n", GetModuleName());
+    }
+    if (m_rDescription.pRecord != nullptr)
+    {
+        RecordLoader::Unload(*m_rDescription.pRecord, Record(), Data->SymbolTable);
+    }
+    SetLoaded(false);
+}

@@ -1,0 +1,299 @@
+#include "core/base/ckirohistory.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/tavodesk.h"
+#include "tests/support/statslogcapture.h"
+
+namespace
+{
+
+class History : public testing::Test
+{
+protected:
+    KiroResult Save(UINT64 frameID, bool bSnapshot = false)
+    {
+        AECFrameHistory frame{};
+        frame.frameID     = frameID;
+        frame.bIsSnapshot = bSnapshot ? TRUE : FALSE;
+        return m_history.SaveFrameToHistory(&frame);
+    }
+
+    VOID SaveStart()
+    {
+        AECFrameHistory frame{};
+        frame.isStartConfig = TRUE;
+        frame.averageLuma   = 77.0f;
+        ASSERT_EQ(m_history.SaveFrameToHistory(&frame), 0);
+    }
+
+    /// Starts a mode whose frames have the IDs.
+    VOID Run(std::initializer_list<UINT64> frameIDs, UINT64 currentID)
+    {
+        SaveStart();
+        for (UINT64 frameID : frameIDs)
+        {
+            ASSERT_EQ(Save(frameID), 0);
+        }
+        ASSERT_EQ(m_history.SaveCurrentFrameID(currentID), 0);
+    }
+
+    VOID SaveSnapshot(UINT64 frameID, INT32 evUIVal)
+    {
+        AECFrameHistory frame{};
+        frame.frameID = frameID;
+        frame.evUIVal = evUIVal;
+        m_history.SaveSnapshotFrame(&frame);
+    }
+
+    UINT64 SnapshotID(kiroarbitration::SnapshotSearchMethod method, kiroarbitration::EVOffsetType type, INT32 value)
+    {
+        const kiroarbitration::SnapshotFrameSelectionType selection{method, type, value};
+        const AECFrameHistory* pFrame = m_history.GetSnapshotFrameHistory(&selection);
+        return (pFrame != nullptr) ? pFrame->frameID : 0;
+    }
+
+    StatsLogCapture m_log;
+    CKIROHistory    m_history;
+};
+
+TEST_F(History, GrowsFromNothingOverTheStartConfigurationToFrames)
+{
+    EXPECT_EQ(m_history.GetFrameHistory(0), nullptr);
+    EXPECT_TRUE(m_log.Has(2, "Frame History: No start configuration! returning NULL"));
+    SaveStart();
+    EXPECT_EQ(m_history.IsStartConfigSaved(), TRUE);
+    EXPECT_EQ(m_history.GetFrameHistory(200)->averageLuma, 77.0f);
+    EXPECT_TRUE(m_log.Has(32, "Frame history: returning start config"));
+    EXPECT_EQ(m_history.SaveCurrentFrameID(5), 0);
+    EXPECT_EQ(m_history.GetFrameHistory(1)->averageLuma, 77.0f);
+    EXPECT_EQ(m_history.IsCurrentModeHistoryEmpty(), TRUE);
+    Save(5);
+    EXPECT_EQ(m_history.GetFrameHistory(1)->frameID, 5u);
+
+    m_history.InitializeHistory();
+    EXPECT_EQ(m_history.GetFrameHistory(0), nullptr);
+    EXPECT_EQ(m_history.GetCurrentFrameID(), 0u);
+}
+
+TEST_F(History, OffsetsCountFrameIDsNotPositions)
+{
+    Run({5, 6, 8}, 9);
+    const struct
+    {
+        UINT8  offset;
+        UINT64 frameID;
+    } cases[] = {{0, 8}, {1, 8}, {2, 6}, {3, 6}, {4, 5}, {9, 5}, {10, 5}};
+    for (const auto& rCase : cases)
+    {
+        const AECFrameHistory* pFrame = m_history.GetFrameHistory(rCase.offset);
+        ASSERT_NE(pFrame, nullptr);
+        EXPECT_EQ(pFrame->frameID, rCase.frameID) << "offset " << static_cast<INT>(rCase.offset);
+    }
+    EXPECT_EQ(m_history.GetFrameHistory(11), nullptr);
+    EXPECT_TRUE(m_log.Has(2, "Input offset (11) is bigger than the frame history buffer size (10)!"));
+}
+
+TEST_F(History, IDsMustRise)
+{
+    Run({7}, 7);
+    EXPECT_EQ(Save(7), 4);
+    EXPECT_TRUE(m_log.Has(2, "Saved frame ID is too small! Skipping..."));
+    EXPECT_EQ(m_history.SaveCurrentFrameID(7), 1);
+    EXPECT_TRUE(m_log.Has(2, "Current stats frame ID (7) is invalid, not larger than previous (7)!"));
+    EXPECT_EQ(m_history.GetCurrentFrameID(), 7u);
+    EXPECT_EQ(Save(8), 0);
+}
+
+TEST_F(History, DroppedPreviewFrameOutlastsARunOfSnapshots)
+{
+    SaveStart();
+    Save(1);
+    for (UINT64 frameID = 2; frameID <= 10; ++frameID)
+    {
+        Save(frameID, true);
+    }
+    m_history.SaveCurrentFrameID(11);
+    EXPECT_EQ(m_history.GetPreviousNonSnapshotFrame(), nullptr) << "frame 1 lies ten frames back, and is in the list";
+    Save(11, true);
+    ASSERT_NE(m_history.GetPreviousNonSnapshotFrame(), nullptr);
+    EXPECT_EQ(m_history.GetPreviousNonSnapshotFrame()->frameID, 1u);
+    Save(12, true);
+    m_history.SaveCurrentFrameID(13);
+    EXPECT_EQ(m_history.GetPreviousNonSnapshotFrame()->frameID, 1u) << "a dropped snapshot is no backup";
+    Save(13);
+    m_history.SaveCurrentFrameID(15);
+    EXPECT_EQ(m_history.GetPreviousNonSnapshotFrame()->frameID, 13u);
+    EXPECT_EQ(m_history.GetFrameHistory(10)->frameID, 5u);
+}
+
+TEST_F(History, SnapshotMarkReachesTheSavedFrameOrTheNextOne)
+{
+    // Announced after the end of the frame.
+    Run({9}, 9);
+    m_history.SetSnapshot();
+    EXPECT_EQ(m_history.GetFrameHistory(0)->bIsSnapshot, TRUE);
+    m_history.SaveCurrentFrameID(10);
+    Save(10);
+    EXPECT_EQ(m_history.GetFrameHistory(0)->bIsSnapshot, FALSE);
+
+    // Announced during the frame.
+    m_history.SaveCurrentFrameID(11);
+    m_history.SetSnapshot();
+    EXPECT_EQ(m_history.GetFrameHistory(0)->bIsSnapshot, FALSE) << "frame 10 is not meant";
+    AECFrameHistory frame{};
+    frame.frameID = 11;
+    m_history.SaveFrameToHistory(&frame);
+    EXPECT_EQ(frame.bIsSnapshot, TRUE) << "the caller sees the mark";
+    EXPECT_EQ(m_history.GetFrameHistory(0)->bIsSnapshot, TRUE);
+
+    // A mark for a frame that never comes does not last.
+    m_history.SaveCurrentFrameID(12);
+    m_history.SetSnapshot();
+    Save(13);
+    Save(14);
+    m_history.SaveCurrentFrameID(14);
+    EXPECT_EQ(m_history.GetFrameHistory(0)->bIsSnapshot, FALSE);
+}
+
+TEST_F(History, SnapshotMarkBeforeAnyFrameRefersToFrameZero)
+{
+    m_history.SetSnapshot();
+    EXPECT_TRUE(m_log.Has(2, "previous frame is null"));
+    AECFrameHistory start{};
+    start.isStartConfig = TRUE;
+    m_history.SaveFrameToHistory(&start);
+    EXPECT_EQ(start.bIsSnapshot, TRUE);
+}
+
+TEST_F(History, LeavingAModeKeepsWhatTheNextOneStartsFrom)
+{
+    const struct
+    {
+        AECAlgoOperationModeType mode;
+        bool                     bBecomesPrevious;
+        bool                     bKeepsRunning;
+    } cases[] = {
+        {AECAlgoOperationModeInit, false, false},       {AECAlgoOperationModeStreaming, true, false},
+        {AECAlgoOperationModePreflash, false, false},   {AECAlgoOperationModeFastAEC, true, true},
+        {AECAlgoOperationModeAggressiveAEC, true, true}, {AECAlgoOperationModeFlashMeasurement, false, false},
+    };
+    for (const auto& rCase : cases)
+    {
+        SCOPED_TRACE(rCase.mode);
+        CKIROHistory    history;
+        AECFrameHistory last{};
+        AECFrameHistory frame{};
+        frame.isStartConfig = TRUE;
+        history.SaveFrameToHistory(&frame);
+
+        m_log.Clear();
+        history.FinishCurrentModeHistory(rCase.mode);
+        EXPECT_EQ(m_log.Has(32, "No frames in history!"), rCase.mode != AECAlgoOperationModeInit);
+        EXPECT_EQ(history.IsStartConfigSaved() == TRUE, rCase.bKeepsRunning);
+        EXPECT_EQ(history.GetPrevModeLastFrame(last), FALSE);
+
+        history.SaveFrameToHistory(&frame);
+        frame.isStartConfig = FALSE;
+        frame.frameID       = 3;
+        history.SaveFrameToHistory(&frame);
+        frame.frameID = 4;
+        history.SaveFrameToHistory(&frame);
+        history.FinishCurrentModeHistory(rCase.mode);
+        EXPECT_EQ(history.IsCurrentModeHistoryEmpty() == FALSE, rCase.bKeepsRunning);
+        EXPECT_EQ(history.GetPrevModeLastFrame(last) == TRUE, rCase.bBecomesPrevious);
+        EXPECT_EQ(last.frameID, rCase.bBecomesPrevious ? 4u : 0u);
+    }
+}
+
+TEST_F(History, PreflashLeavesThePreviousModeAlone)
+{
+    Run({3, 4}, 4);
+    m_history.FinishCurrentModeHistory(AECAlgoOperationModeStreaming);
+    Run({5, 6}, 6);
+    m_history.FinishCurrentModeHistory(AECAlgoOperationModePreflash);
+    AECFrameHistory last{};
+    EXPECT_EQ(m_history.GetPrevModeLastFrame(last), TRUE);
+    EXPECT_EQ(last.frameID, 4u);
+}
+
+TEST_F(History, FlashFrames)
+{
+    m_history.SaveFlashFrame(KIROExtFlashCurrentType::Off);
+    EXPECT_TRUE(m_log.Has(2, "AECFlash error empty history"));
+    EXPECT_EQ(m_history.GetFlashFrame(KIROExtFlashCurrentType::Low), nullptr);
+
+    SaveStart();
+    AECFrameHistory frame{};
+    frame.frameID                                    = 1;
+    frame.exposureSets[AECAlgoExposureSafe].exposure = 500;
+    frame.exposureTargets[AECAlgoExposureShort]      = 11;
+    frame.exposureTargets[AECAlgoExposureLong]       = 12;
+    frame.exposureTargets[AECAlgoExposureSafe]       = 13;
+    m_history.SaveFrameToHistory(&frame);
+    m_history.SaveFlashFrame(KIROExtFlashCurrentType::Off);
+    EXPECT_TRUE(m_log.HasPart(16, "AECFlash OFF saved safe exposure 500 targets 11 12 13"));
+    Save(2);
+    m_history.SaveFlashFrame(KIROExtFlashCurrentType::Low);
+    EXPECT_EQ(m_history.GetFlashFrame(KIROExtFlashCurrentType::Off)->frameID, 1u);
+    EXPECT_EQ(m_history.GetFlashFrame(KIROExtFlashCurrentType::Low)->frameID, 2u);
+    EXPECT_EQ(m_history.GetFlashFrame(KIROExtFlashCurrentType::Full)->frameID, 2u);
+
+    m_history.SaveFlashFrame(KIROExtFlashCurrentType::Off);
+    EXPECT_EQ(m_history.GetFlashFrame(KIROExtFlashCurrentType::Off)->frameID, 2u);
+    EXPECT_EQ(m_history.GetFlashFrame(KIROExtFlashCurrentType::Low), nullptr);
+}
+
+TEST_F(History, FindsSnapshotFrames)
+{
+    using kiroarbitration::EVMinus;
+    using kiroarbitration::EVPlus;
+    using kiroarbitration::EVZero;
+    using enum kiroarbitration::SnapshotSearchMethod;
+
+    EXPECT_EQ(SnapshotID(SearchOffset, EVZero, 0), 0u);
+    EXPECT_TRUE(m_log.Has(2, "Input offset 0 is >= history buffer size 0"));
+    EXPECT_EQ(SnapshotID(SearchOffset, EVZero, -1), 0u);
+
+    SaveSnapshot(100, -6);
+    for (UINT64 frameID = 1; frameID <= 8; ++frameID)
+    {
+        SaveSnapshot(frameID, 0);
+    }
+    SaveSnapshot(9, 6);
+    SaveSnapshot(10, 12);  // the eleventh drops frame 100
+    Run({}, 10);
+
+    EXPECT_EQ(SnapshotID(SearchEVType, EVZero, 0), 8u);
+    EXPECT_EQ(SnapshotID(SearchEVType, EVPlus, 0), 10u);
+    EXPECT_EQ(SnapshotID(SearchEVType, EVMinus, 0), 0u);
+    EXPECT_EQ(SnapshotID(SearchEVUIVal, EVZero, 6), 9u);
+    EXPECT_EQ(SnapshotID(SearchEVUIVal, EVZero, 7), 0u);
+    EXPECT_EQ(SnapshotID(SearchOffset, EVZero, 3), 7u);
+    EXPECT_EQ(SnapshotID(SearchOffset, EVZero, 9), 1u);
+    EXPECT_EQ(SnapshotID(SearchOffset, EVZero, 10), 0u);
+    EXPECT_TRUE(m_log.Has(2, "Input offset 10 is >= history buffer size 10"));
+    EXPECT_EQ(SnapshotID(SearchOffset, EVZero, 11), 0u);
+    EXPECT_TRUE(m_log.Has(2, "Input offset 11 is bigger than the snapshot history size 10"));
+    EXPECT_EQ(SnapshotID(static_cast<kiroarbitration::SnapshotSearchMethod>(3), EVZero, 0), 0u);
+    EXPECT_TRUE(m_log.Has(2, "Unknown search type 3"));
+
+    m_history.SaveCurrentFrameID(11);
+    m_history.InitializeHistory();
+    EXPECT_EQ(SnapshotID(SearchEVUIVal, EVZero, 12), 10u) << "snapshots outlive a mode change";
+}
+
+TEST_F(History, AFrameCostsOneNode)
+{
+    for (UINT64 frameID = 1; frameID <= 10; ++frameID)
+    {
+        Save(frameID);
+    }
+    const TavoDesk::AllocationCounters before = TavoDesk::GetAllocationCounters();
+    Save(11);
+    const TavoDesk::AllocationCounters after = TavoDesk::GetAllocationCounters();
+    EXPECT_EQ(after.allocations - before.allocations, 1u);
+    EXPECT_EQ(after.releases - before.releases, 1u);
+}
+
+} // namespace

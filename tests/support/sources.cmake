@@ -1,0 +1,1 @@
+list(APPEND SUPPORT_SOURCES statslogcapture.cpp)

@@ -1,0 +1,94 @@
+#include "tools/tuningfile/modepath.h"
+
+#include <charconv>
+#include <vector>
+
+#include <fmt/format.h>
+
+#include "parameters/modenames.h"
+#include "tools/tuningfile/names.h"
+
+namespace tuningfile
+{
+
+namespace
+{
+
+/// @return whether the text is a name of the enumeration or a number of 16 bits
+bool ParsePart(std::string_view text, const tuning::EnumDescription* pNames, UINT16& rValue)
+{
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), rValue);
+    if (result.ec == std::errc() && result.ptr == text.data() + text.size())
+    {
+        return true;
+    }
+    for (UINT32 index = 0; pNames != nullptr && index < pNames->count; ++index)
+    {
+        if (text == pNames->pEnumerators[index].pName)
+        {
+            rValue = static_cast<UINT16>(pNames->pEnumerators[index].value);
+            return true;
+        }
+    }
+    return false;
+}
+
+std::string AdviceOn(std::string_view unknown, const tuning::EnumDescription* pNames)
+{
+    if (pNames == nullptr)
+    {
+        return "expected a number from 0 to 65535";
+    }
+    std::vector<std::string_view> names;
+    for (UINT32 index = 0; index < pNames->count; ++index)
+    {
+        names.push_back(pNames->pEnumerators[index].pName);
+    }
+    return Advice(unknown, names);
+}
+
+} // namespace
+
+bool ParseModeName(std::string_view text, ModeName& rName, std::string& rFault)
+{
+    const size_t           dot   = text.find('.');
+    const std::string_view level = text.substr(0, dot);
+    if (!ParsePart(level, &ModeNames::Modes(), rName.mode))
+    {
+        rFault = fmt::format("unknown mode '{}', {}", level, AdviceOn(level, &ModeNames::Modes()));
+        return false;
+    }
+    const ModeType mode = static_cast<ModeType>(rName.mode);
+    rName.subMode       = 0;
+    if (dot == std::string_view::npos && mode == ModeType::Default)
+    {
+        return true;
+    }
+    if (dot == std::string_view::npos)
+    {
+        rFault = fmt::format("mode '{}' without a sub-mode, expected '{}.<sub-mode>'", text, text);
+        return false;
+    }
+    const std::string_view subMode = text.substr(dot + 1);
+    if (!ParsePart(subMode, ModeNames::SubModes(mode), rName.subMode))
+    {
+        rFault = fmt::format("unknown sub-mode '{}' of {}, {}", subMode, level,
+                             AdviceOn(subMode, ModeNames::SubModes(mode)));
+        return false;
+    }
+    return true;
+}
+
+std::string FormatModeName(const ModeName& rName)
+{
+    if (rName == ModeName{})
+    {
+        return "Default";
+    }
+    const CHAR* pLevel   = ModeNames::Modes().NameOf(rName.mode);
+    const CHAR* pSubMode = ModeNames::GetSubModeName(static_cast<ModeType>(rName.mode), rName.subMode);
+    return fmt::format("{}.{}", (pLevel != nullptr) ? pLevel : fmt::to_string(rName.mode),
+                       (pSubMode != nullptr) ? pSubMode : fmt::to_string(rName.subMode));
+}
+
+} // namespace tuningfile

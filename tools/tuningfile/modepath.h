@@ -1,0 +1,29 @@
+/// @file
+/// Modes by name, as in "Usecase.Preview", and paths of them, as in "Default|Sensor.0|Usecase.Preview".
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/tavotypes.h"
+
+namespace tuningfile
+{
+
+/// Mode and sub-mode, as a file stores them.
+struct ModeName
+{
+    UINT16 mode    = 0;
+    UINT16 subMode = 0;
+
+    bool operator==(const ModeName&) const = default;
+};
+
+/// Reads "Default", or "<level>.<sub-mode>" with each part by name or by number.
+/// @param rFault set on failure: what is wrong, and what was expected
+bool ParseModeName(std::string_view text, ModeName& rName, std::string& rFault);
+
+/// The text that ParseModeName reads, with names where there are any.
+std::string FormatModeName(const ModeName& rName);
+
+} // namespace tuningfile

@@ -1,0 +1,208 @@
+#include "tools/tuningfile/recordinput.h"
+
+#include <cstring>
+
+#include <fmt/format.h>
+#include <yaml-cpp/binary.h>
+
+#include "tools/tuningfile/scalarinput.h"
+
+namespace tuningfile
+{
+
+namespace
+{
+
+constexpr const char*      BinaryTag = "tag:yaml.org,2002:binary";
+constexpr std::string_view FillKey   = "fill";
+
+const tuning::RecordMember* FindMember(const tuning::RecordDescription& rDescription, std::string_view name)
+{
+    for (UINT32 index = 0; index < rDescription.memberCount; ++index)
+    {
+        const tuning::RecordMember& rMember = rDescription.pMembers[index];
+        if (rMember.IsStored() && name == rMember.pName)
+        {
+            return &rMember;
+        }
+    }
+    return nullptr;
+}
+
+std::vector<std::string_view> MemberNames(const tuning::RecordDescription& rDescription)
+{
+    std::vector<std::string_view> names;
+    for (UINT32 index = 0; index < rDescription.memberCount; ++index)
+    {
+        if (rDescription.pMembers[index].IsStored())
+        {
+            names.push_back(rDescription.pMembers[index].pName);
+        }
+    }
+    return names;
+}
+
+VOID Clear(const tuning::RecordMember& rMember, BYTE* pRecord)
+{
+    std::memset(pRecord + rMember.Begin(), 0, rMember.End() - rMember.Begin());
+}
+
+} // namespace
+
+VOID* RecordInput::Allocate(const YAML::Node& rNode, size_t size) const
+{
+    VOID* pMemory = m_rArena.Allocate(size);
+    if (pMemory == nullptr)
+    {
+        m_rInput.Fail(rNode, fmt::format("the tuning is too large, expected at most {} bytes of records",
+                                         RecordArena::MaxBytes));
+    }
+    return pMemory;
+}
+
+VOID RecordInput::ReadRecord(const YAML::Node& rNode, const tuning::RecordDescription& rDescription,
+                             VOID* pRecord) const
+{
+    for (const YamlEntry& rEntry : m_rInput.Map(rNode, fmt::format("a map of the members of {}", rDescription.pName)))
+    {
+        const tuning::RecordMember* pMember = FindMember(rDescription, rEntry.name);
+        if (pMember == nullptr)
+        {
+            m_rInput.FailUnknown(rEntry, fmt::format("member of {}", rDescription.pName), MemberNames(rDescription));
+        }
+        ReadMember(rEntry.value, *pMember, static_cast<BYTE*>(pRecord));
+    }
+}
+
+VOID RecordInput::ReadMember(const YAML::Node& rNode, const tuning::RecordMember& rMember, BYTE* pRecord) const
+{
+    if (rNode.IsNull())
+    {
+        Clear(rMember, pRecord);
+        return;
+    }
+    switch (rMember.form)
+    {
+    case tuning::Form::Single:
+        ReadValue(rNode, rMember, pRecord + rMember.offset);
+        break;
+    case tuning::Form::Fixed:
+        Clear(rMember, pRecord);
+        ReadFixed(rNode, rMember, pRecord + rMember.offset);
+        break;
+    case tuning::Form::Variable:
+        Clear(rMember, pRecord);
+        ReadVariable(rNode, rMember, pRecord);
+        break;
+    case tuning::Form::Optional:
+    {
+        const UINT32 present = 1;
+        std::memcpy(pRecord + rMember.countOffset, &present, sizeof(present));
+        ReadValue(rNode, rMember, pRecord + rMember.offset);
+        break;
+    }
+    case tuning::Form::EntryID:
+        break;
+    }
+}
+
+VOID RecordInput::ReadFixed(const YAML::Node& rNode, const tuning::RecordMember& rMember, BYTE* pValues) const
+{
+    if (rNode.IsMap())
+    {
+        ReadFilled(rNode, rMember, pValues);
+        return;
+    }
+    if (!rNode.IsSequence() || rNode.size() != rMember.count)
+    {
+        m_rInput.Fail(rNode, fmt::format("{} found for {}, expected a list of {}",
+                                         rNode.IsSequence() ? fmt::format("a list of {}", rNode.size())
+                                                            : Describe(rNode),
+                                         rMember.pName, rMember.count));
+    }
+    for (const YAML::Node& rValue : rNode)
+    {
+        ReadValue(rValue, rMember, pValues);
+        pValues += rMember.valueSize;
+    }
+}
+
+VOID RecordInput::ReadFilled(const YAML::Node& rNode, const tuning::RecordMember& rMember, BYTE* pValues) const
+{
+    const YamlMap    map   = m_rInput.Map(rNode, "a map of values");
+    const YamlEntry* pFill = map.Find(FillKey);
+    if (pFill == nullptr)
+    {
+        m_rInput.Fail(rNode, fmt::format("no '{}' for {}, expected a list of {}, or a map of '{}' and of positions",
+                                         FillKey, rMember.pName, rMember.count, FillKey));
+    }
+    for (UINT32 index = 0; index < rMember.count; ++index)
+    {
+        ReadValue(pFill->value, rMember, pValues + static_cast<size_t>(index) * rMember.valueSize);
+    }
+    for (const YamlEntry& rEntry : map)
+    {
+        if (rEntry.name != FillKey)
+        {
+            const UINT64 index =
+                ReadUnsigned(m_rInput, rEntry.key, fmt::format("a position in {}", rMember.pName), rMember.count - 1);
+            ReadValue(rEntry.value, rMember, pValues + index * rMember.valueSize);
+        }
+    }
+}
+
+VOID RecordInput::ReadVariable(const YAML::Node& rNode, const tuning::RecordMember& rMember, BYTE* pRecord) const
+{
+    if (!rNode.IsSequence())
+    {
+        m_rInput.Fail(rNode, fmt::format("{} found for {}, expected a list", Describe(rNode), rMember.pName));
+    }
+    const UINT32 count = static_cast<UINT32>(rNode.size());
+    if (count == 0)
+    {
+        return;
+    }
+    BYTE* pValues = static_cast<BYTE*>(Allocate(rNode, static_cast<size_t>(count) * rMember.valueSize));
+    std::memcpy(pRecord + rMember.countOffset, &count, sizeof(count));
+    std::memcpy(pRecord + rMember.offset, &pValues, sizeof(pValues));
+    for (const YAML::Node& rValue : rNode)
+    {
+        ReadValue(rValue, rMember, pValues);
+        pValues += rMember.valueSize;
+    }
+}
+
+VOID RecordInput::ReadValue(const YAML::Node& rNode, const tuning::RecordMember& rMember, BYTE* pValue) const
+{
+    switch (rMember.type)
+    {
+    case tuning::ValueType::Record:
+        ReadRecord(rNode, *rMember.pRecord, pValue);
+        break;
+    case tuning::ValueType::Text:
+        ReadText(rNode, rMember, pValue);
+        break;
+    default:
+        ReadScalar(m_rInput, rNode, rMember, pValue);
+        break;
+    }
+}
+
+VOID RecordInput::ReadText(const YAML::Node& rNode, const tuning::RecordMember& rMember, BYTE* pValue) const
+{
+    std::string text = m_rInput.Scalar(rNode, fmt::format("text for {}", rMember.pName));
+    if (rNode.Tag() == BinaryTag)
+    {
+        const std::vector<unsigned char> bytes = YAML::DecodeBase64(text);
+        text.assign(bytes.begin(), bytes.end());
+    }
+    if (text.find('\0') != std::string::npos)
+    {
+        m_rInput.Fail(rNode, fmt::format("a NUL found in {}, expected text without", rMember.pName));
+    }
+    CHAR* pText = static_cast<CHAR*>(Allocate(rNode, text.size() + 1));
+    std::memcpy(pText, text.data(), text.size());
+    std::memcpy(pValue, &pText, sizeof(pText));
+}
+
+} // namespace tuningfile

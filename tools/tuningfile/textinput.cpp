@@ -1,0 +1,387 @@
+#include "tools/tuningfile/textinput.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include <fmt/format.h>
+
+#include "parameters/binaryfileformat.h"
+#include "tools/tuningfile/modepath.h"
+#include "tools/tuningfile/recordinput.h"
+#include "tools/tuningfile/scalarinput.h"
+
+namespace tuningfile
+{
+
+namespace
+{
+
+constexpr UINT32           MaxDepth      = 64;
+constexpr std::string_view PrivatePrefix = "x-";  ///< entries for the writer's own use, such as anchors
+constexpr const CHAR*      DefaultTool   = "kirotune";
+
+class TextInput
+{
+public:
+    TextInput(std::string_view text, const std::string& rFileName)
+        : m_input(text, rFileName), m_pArena(std::make_shared<RecordArena>()), m_records(m_input, *m_pArena)
+    {
+    }
+
+    Tuning Read();
+
+private:
+    /// A link as it stands in the text, followed once the whole table is known.
+    struct PendingLink
+    {
+        UINT32     mode;
+        YAML::Node path;
+    };
+
+    std::string ReadLimited(const YAML::Node& rNode, std::string_view what, size_t maximum) const;
+    VOID        ReadOrigin(const YAML::Node& rNode, Tuning& rTuning) const;
+    VOID        ReadTables(const YAML::Node& rNode, Tuning& rTuning);
+    VOID        ReadModes(const YAML::Node& rNode, ModeTable& rTable);
+    VOID        ReadMode(const YamlEntry& rEntry, ModeTable& rTable, std::optional<UINT32> parent, UINT32 depth);
+    VOID        ReadChildren(const YAML::Node& rNode, ModeTable& rTable, UINT32 parent, UINT32 depth);
+    VOID        ReadModules(const YAML::Node& rNode, ModeTable& rTable, UINT32 index) const;
+    VOID        CheckOnce(const YamlEntry& rEntry, const ModeTable& rTable, UINT32 index,
+                          const tuning::ModuleDescription& rDescription) const;
+    static VOID StartRecord(const ModeTable& rTable, UINT32 index, const tuning::ModuleDescription& rDescription,
+                            VOID* pRecord);
+    VOID        ResolveLink(const PendingLink& rLink, ModeTable& rTable) const;
+    VOID        CheckEnds(const PendingLink& rLink, const ModeTable& rTable) const;
+    ModeName    ReadModeName(const YAML::Node& rNode, std::string_view text) const;
+    VOID        CheckPlace(const YamlEntry& rEntry, const ModeTable& rTable, const Mode& rMode) const;
+
+    YamlInput                    m_input;
+    std::shared_ptr<RecordArena> m_pArena;
+    RecordInput                  m_records;
+    std::vector<PendingLink>     m_links;
+};
+
+Tuning TextInput::Read()
+{
+    Tuning tuning;
+    tuning.createdBy = DefaultTool;
+    tuning.pMemory   = m_pArena;
+
+    const YamlMap    root    = m_input.Map(m_input.Root(), "a map with 'modes' or 'tables'");
+    const YamlEntry* pModes  = root.Find("modes");
+    const YamlEntry* pTables = root.Find("tables");
+    for (const YamlEntry& rEntry : root)
+    {
+        if (rEntry.name == "tuning")
+        {
+            ReadOrigin(rEntry.value, tuning);
+        }
+        else if (&rEntry != pModes && &rEntry != pTables && !rEntry.name.starts_with(PrivatePrefix))
+        {
+            m_input.FailUnknown(rEntry, "entry", {"tuning", "modes", "tables", "x-<any name>"});
+        }
+    }
+    if ((pModes == nullptr) == (pTables == nullptr))
+    {
+        m_input.Fail(m_input.Root(), fmt::format("{} 'modes' and 'tables', expected one of them",
+                                                 (pModes == nullptr) ? "neither" : "both"));
+    }
+    if (pTables != nullptr)
+    {
+        ReadTables(pTables->value, tuning);
+    }
+    else
+    {
+        tuning.tables.emplace_back();
+        ReadModes(pModes->value, tuning.tables.back());
+    }
+    return tuning;
+}
+
+std::string TextInput::ReadLimited(const YAML::Node& rNode, std::string_view what, size_t maximum) const
+{
+    const std::string& rText = m_input.Scalar(rNode, "text");
+    if (rText.size() > maximum || rText.find('\0') != std::string::npos)
+    {
+        m_input.Fail(rNode, fmt::format("a text of {} bytes found for {}, expected at most {} bytes and no NUL",
+                                        rText.size(), what, maximum));
+    }
+    return rText;
+}
+
+VOID TextInput::ReadOrigin(const YAML::Node& rNode, Tuning& rTuning) const
+{
+    for (const YamlEntry& rEntry : m_input.Map(rNode, "a map with 'createdBy' and 'binaryTag'"))
+    {
+        if (rEntry.name == "createdBy")
+        {
+            rTuning.createdBy = ReadLimited(rEntry.value, rEntry.name, BinaryFileFormat::CreatedBySize);
+        }
+        else if (rEntry.name == "binaryTag")
+        {
+            rTuning.binaryTag = ReadLimited(rEntry.value, rEntry.name, BinaryFileFormat::BinaryTagSize);
+        }
+        else
+        {
+            m_input.FailUnknown(rEntry, "entry of tuning", {"createdBy", "binaryTag"});
+        }
+    }
+}
+
+VOID TextInput::ReadTables(const YAML::Node& rNode, Tuning& rTuning)
+{
+    const size_t nameSize = BinaryFileFormat::GetModeTableNameSize(BinaryFileFormat::MultiModeTableVersion) - 1;
+    if (!rNode.IsSequence())
+    {
+        m_input.Fail(rNode, fmt::format("{} found for tables, expected a list", Describe(rNode)));
+    }
+    for (const YAML::Node& rItem : rNode)
+    {
+        const YamlMap    table  = m_input.Map(rItem, "a map with 'name' and 'modes'");
+        const YamlEntry* pModes = table.Find("modes");
+        if (pModes == nullptr)
+        {
+            m_input.Fail(rItem, "a table without 'modes', expected 'name' and 'modes'");
+        }
+        rTuning.tables.emplace_back();
+        for (const YamlEntry& rEntry : table)
+        {
+            if (rEntry.name == "name")
+            {
+                rTuning.tables.back().name = ReadLimited(rEntry.value, rEntry.name, nameSize);
+            }
+            else if (&rEntry != pModes)
+            {
+                m_input.FailUnknown(rEntry, "entry of a table", {"name", "modes"});
+            }
+        }
+        ReadModes(pModes->value, rTuning.tables.back());
+    }
+}
+
+VOID TextInput::ReadModes(const YAML::Node& rNode, ModeTable& rTable)
+{
+    const YamlMap roots = m_input.Map(rNode, "a map with the mode 'Default'");
+    if (roots.Count() > 1)
+    {
+        m_input.Fail(rNode, fmt::format("{} modes at the root, expected 'Default' alone", roots.Count()));
+    }
+    m_links.clear();
+    for (const YamlEntry& rEntry : roots)
+    {
+        ReadMode(rEntry, rTable, std::nullopt, 0);
+    }
+    for (const PendingLink& rLink : m_links)
+    {
+        ResolveLink(rLink, rTable);
+    }
+    for (const PendingLink& rLink : m_links)
+    {
+        CheckEnds(rLink, rTable);
+    }
+}
+
+ModeName TextInput::ReadModeName(const YAML::Node& rNode, std::string_view text) const
+{
+    ModeName    name;
+    std::string fault;
+    if (!ParseModeName(text, name, fault))
+    {
+        m_input.Fail(rNode, fault);
+    }
+    return name;
+}
+
+/// A mode that no lookup could find is a mistake of the writer.
+VOID TextInput::CheckPlace(const YamlEntry& rEntry, const ModeTable& rTable, const Mode& rMode) const
+{
+    const ModeName name{rMode.mode, rMode.subMode};
+    if (!rMode.parent.has_value())
+    {
+        if (name != ModeName{})
+        {
+            m_input.Fail(rEntry.key, fmt::format("mode '{}' at the root, expected 'Default'", rEntry.name));
+        }
+        return;
+    }
+    const Mode& rParent      = rTable.modes[*rMode.parent];
+    const bool  isGroupEntry = rParent.mode == rMode.mode && rParent.subMode == rMode.subMode;
+    if (name == ModeName{} && !isGroupEntry)
+    {
+        m_input.Fail(rEntry.key, "mode 'Default' below another mode, expected it at the root only");
+    }
+    for (const Mode& rOther : rTable.modes)
+    {
+        if (!isGroupEntry && rOther.parent == rMode.parent && ModeName{rOther.mode, rOther.subMode} == name)
+        {
+            m_input.Fail(rEntry.key, fmt::format("mode '{}' given twice, expected once", rEntry.name));
+        }
+    }
+}
+
+VOID TextInput::ReadMode(const YamlEntry& rEntry, ModeTable& rTable, std::optional<UINT32> parent, UINT32 depth)
+{
+    if (depth >= MaxDepth)
+    {
+        m_input.Fail(rEntry.key, fmt::format("modes nested too deeply, expected at most {} levels", MaxDepth));
+    }
+    const UINT32   index = static_cast<UINT32>(rTable.modes.size());
+    const ModeName name  = ReadModeName(rEntry.key, rEntry.name);
+    Mode           mode{name.mode, name.subMode, 0, parent, std::nullopt, false, {}};
+    CheckPlace(rEntry, rTable, mode);
+    rTable.modes.push_back(std::move(mode));
+
+    const YamlMap    map       = m_input.Map(rEntry.value, "a map with 'modules' and 'children'");
+    const YamlEntry* pLink     = map.Find("link");
+    const YamlEntry* pChildren = map.Find("children");
+    const YamlEntry* pModules  = map.Find("modules");
+    for (const YamlEntry& rItem : map)
+    {
+        if (rItem.name == "preserve")
+        {
+            rTable.modes[index].preserve = ReadFlag(m_input, rItem.value, rItem.name);
+        }
+        else if (rItem.name == "group")
+        {
+            rTable.modes[index].group = static_cast<UINT32>(ReadUnsigned(m_input, rItem.value, rItem.name, 0xFF));
+        }
+        else if (&rItem != pLink && &rItem != pChildren && &rItem != pModules)
+        {
+            m_input.FailUnknown(rItem, "entry of a mode", {"modules", "children", "link", "preserve", "group"});
+        }
+    }
+    if (pLink != nullptr)
+    {
+        if (pChildren != nullptr || pModules != nullptr)
+        {
+            m_input.Fail(pLink->key, "a link beside modules or children, expected it alone: it stands for all of them");
+        }
+        m_links.push_back({index, pLink->value});
+        return;
+    }
+    if (pModules != nullptr)
+    {
+        ReadModules(pModules->value, rTable, index);
+    }
+    if (pChildren != nullptr)
+    {
+        ReadChildren(pChildren->value, rTable, index, depth);
+    }
+}
+
+VOID TextInput::ReadChildren(const YAML::Node& rNode, ModeTable& rTable, UINT32 parent, UINT32 depth)
+{
+    for (const YamlEntry& rEntry : m_input.Map(rNode, "a map of modes"))
+    {
+        ReadMode(rEntry, rTable, parent, depth + 1);
+    }
+}
+
+VOID TextInput::ReadModules(const YAML::Node& rNode, ModeTable& rTable, UINT32 index) const
+{
+    for (const YamlEntry& rEntry : m_input.Map(rNode, "a map of modules"))
+    {
+        const tuning::ModuleDescription* pDescription = FindModule(rEntry.name);
+        if (pDescription == nullptr)
+        {
+            std::vector<std::string_view> names;
+            for (const tuning::ModuleDescription& rModule : tuning::TuningModules)
+            {
+                if (rModule.pRecord != nullptr)
+                {
+                    names.push_back(rModule.pName);
+                }
+            }
+            m_input.FailUnknown(rEntry, "module", names);
+        }
+        const tuning::RecordDescription& rRecord = *pDescription->pRecord;
+        VOID*                            pRecord = m_records.Allocate(rEntry.key, rRecord.size);
+        CheckOnce(rEntry, rTable, index, *pDescription);
+        StartRecord(rTable, index, *pDescription, pRecord);
+        m_records.ReadRecord(rEntry.value, rRecord, pRecord);
+        rTable.modes[index].modules.push_back({pDescription, pRecord});
+    }
+}
+
+/// All entries of one mode hold their modules together.
+VOID TextInput::CheckOnce(const YamlEntry& rEntry, const ModeTable& rTable, UINT32 index,
+                          const tuning::ModuleDescription& rDescription) const
+{
+    const auto firstEntry = [&rTable](UINT32 entry)
+    {
+        while (rTable.IsGroupEntry(entry))
+        {
+            entry = *rTable.modes[entry].parent;
+        }
+        return entry;
+    };
+    for (UINT32 other = 0; other < index; ++other)
+    {
+        if (FindModuleOf(rTable.modes[other], rDescription) != nullptr && firstEntry(other) == firstEntry(index))
+        {
+            m_input.Fail(rEntry.key, fmt::format("module '{}' given in two groups of a mode, expected once", rEntry.name));
+        }
+    }
+}
+
+/// A module starts as the copy of the same module of the nearest mode above; arrays and texts can be shared with it,
+/// since they are only ever replaced. The first one starts empty, with the version of its schema.
+VOID TextInput::StartRecord(const ModeTable& rTable, UINT32 index, const tuning::ModuleDescription& rDescription,
+                            VOID* pRecord)
+{
+    for (std::optional<UINT32> above = rTable.modes[index].parent; above.has_value(); above = rTable.modes[*above].parent)
+    {
+        if (const Module* pModule = FindModuleOf(rTable.modes[*above], rDescription))
+        {
+            std::memcpy(pRecord, pModule->pRecord, rDescription.pRecord->size);
+            return;
+        }
+    }
+    InitializeModuleRecord(rDescription, pRecord);
+}
+
+VOID TextInput::ResolveLink(const PendingLink& rLink, ModeTable& rTable) const
+{
+    const std::string&    rPath = m_input.Scalar(rLink.path, "the path of a mode");
+    std::string_view      rest  = rPath;
+    std::optional<UINT32> reached;
+    for (bool more = true; more;)
+    {
+        const size_t           bar   = rest.find('|');
+        const std::string_view item  = rest.substr(0, bar);
+        const ModeName         name  = ReadModeName(rLink.path, item);
+        const auto             found = std::find_if(rTable.modes.begin(), rTable.modes.end(),
+                                                    [&](const Mode& rMode) {
+                                            return rMode.parent == reached && rMode.mode == name.mode &&
+                                                   rMode.subMode == name.subMode;
+                                        });
+        if (found == rTable.modes.end())
+        {
+            m_input.Fail(rLink.path, fmt::format("no mode '{}' on the path '{}', expected a path from Default on", item, rPath));
+        }
+        reached = static_cast<UINT32>(found - rTable.modes.begin());
+        more    = bar != std::string_view::npos;
+        rest    = more ? rest.substr(bar + 1) : rest;
+    }
+    rTable.modes[rLink.mode].link = reached;
+}
+
+VOID TextInput::CheckEnds(const PendingLink& rLink, const ModeTable& rTable) const
+{
+    size_t steps = 0;
+    for (std::optional<UINT32> mode = rLink.mode; mode.has_value(); mode = rTable.modes[*mode].link)
+    {
+        if (steps++ > m_links.size())
+        {
+            m_input.Fail(rLink.path, "a link that leads back to itself, expected a chain that ends at a mode");
+        }
+    }
+}
+
+} // namespace
+
+Tuning ParseText(std::string_view text, const std::string& rFileName)
+{
+    return TextInput(text, rFileName).Read();
+}
+
+} // namespace tuningfile

@@ -1,0 +1,154 @@
+#include "tools/tuningfile/yamlinput.h"
+
+#include <algorithm>
+
+#include <fmt/format.h>
+
+#include "tools/tuningfile/inputerror.h"
+#include "tools/tuningfile/names.h"
+
+namespace tuningfile
+{
+
+namespace
+{
+
+constexpr std::string_view MergeKey      = "<<";
+constexpr UINT32           MaxMergeDepth = 32;
+constexpr size_t           MaxQuoted     = 60;
+
+/// Keeps a message on one line, whatever was quoted from the file.
+std::string OneLine(std::string_view text)
+{
+    std::string line(text);
+    std::replace_if(
+        line.begin(), line.end(), [](char letter) { return static_cast<unsigned char>(letter) < ' '; }, '?');
+    return line;
+}
+
+} // namespace
+
+std::string Describe(const YAML::Node& rNode)
+{
+    switch (rNode.Type())
+    {
+    case YAML::NodeType::Sequence:
+        return "a list";
+    case YAML::NodeType::Map:
+        return "a map";
+    case YAML::NodeType::Scalar:
+        return (rNode.Scalar().size() <= MaxQuoted) ? fmt::format("'{}'", rNode.Scalar())
+                                                    : fmt::format("'{}...'", rNode.Scalar().substr(0, MaxQuoted));
+    default:
+        return "nothing";
+    }
+}
+
+const YamlEntry* YamlMap::Find(std::string_view name) const
+{
+    const auto found = std::find_if(m_entries.begin(), m_entries.end(),
+                                    [name](const YamlEntry& rEntry) { return rEntry.name == name; });
+    return (found != m_entries.end()) ? &*found : nullptr;
+}
+
+YamlInput::YamlInput(std::string_view text, std::string fileName) : m_fileName(std::move(fileName))
+{
+    try
+    {
+        const std::vector<YAML::Node> documents = YAML::LoadAll(std::string(text));
+        if (documents.size() != 1)
+        {
+            throw InputError(fmt::format("{}:1:1: {} YAML documents, expected one", m_fileName, documents.size()));
+        }
+        m_root = documents.front();
+    }
+    catch (const YAML::Exception& rFault)
+    {
+        Fail(rFault.mark, fmt::format("{}, expected YAML", rFault.msg));
+    }
+}
+
+VOID YamlInput::Fail(const YAML::Mark& rMark, std::string_view message) const
+{
+    throw InputError(
+        fmt::format("{}:{}:{}: {}", m_fileName, rMark.line + 1, rMark.column + 1, OneLine(message)));
+}
+
+VOID YamlInput::Fail(const YAML::Node& rNode, std::string_view message) const
+{
+    Fail(rNode.Mark(), message);
+}
+
+VOID YamlInput::FailUnknown(const YamlEntry& rEntry, std::string_view what,
+                            const std::vector<std::string_view>& rKnown) const
+{
+    Fail(rEntry.key, fmt::format("unknown {} '{}', {}", what, rEntry.name, Advice(rEntry.name, rKnown)));
+}
+
+const std::string& YamlInput::Scalar(const YAML::Node& rNode, std::string_view expected) const
+{
+    if (!rNode.IsScalar())
+    {
+        Fail(rNode, fmt::format("{} found, expected {}", Describe(rNode), expected));
+    }
+    return rNode.Scalar();
+}
+
+YamlMap YamlInput::Map(const YAML::Node& rNode, std::string_view expected) const
+{
+    std::vector<YamlEntry> entries;
+    Merge(rNode, expected, entries, 0);
+    return YamlMap(std::move(entries));
+}
+
+VOID YamlInput::Merge(const YAML::Node& rMap, std::string_view expected, std::vector<YamlEntry>& rEntries,
+                      UINT32 depth) const
+{
+    if (!rMap.IsMap())
+    {
+        Fail(rMap, fmt::format("{} found, expected {}", Describe(rMap), expected));
+    }
+    if (depth > MaxMergeDepth)
+    {
+        Fail(rMap, "maps merged too deeply, expected no cycle of merge keys");
+    }
+    const size_t first = rEntries.size();
+    for (const auto& rPair : rMap)
+    {
+        const std::string& rName = Scalar(rPair.first, "a name");
+        if (rName == MergeKey)
+        {
+            continue;
+        }
+        const auto same = std::find_if(rEntries.begin(), rEntries.end(),
+                                       [&rName](const YamlEntry& rEntry) { return rEntry.name == rName; });
+        if (same == rEntries.end())
+        {
+            rEntries.push_back({rName, rPair.first, rPair.second});
+        }
+        else if (same >= rEntries.begin() + static_cast<std::ptrdiff_t>(first))
+        {
+            Fail(rPair.first, fmt::format("'{}' given twice, expected once", rName));
+        }
+    }
+    for (const auto& rPair : rMap)
+    {
+        if (rPair.first.Scalar() != MergeKey)
+        {
+            continue;
+        }
+        if (rPair.second.IsSequence())
+        {
+            for (const YAML::Node& rMerged : rPair.second)
+            {
+                Merge(rMerged, "a map to merge", rEntries, depth + 1);
+            }
+        }
+        else
+        {
+            Merge(rPair.second, "a map to merge", rEntries, depth + 1);
+        }
+    }
+}
+
+} // namespace tuningfile

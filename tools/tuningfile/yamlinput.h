@@ -1,0 +1,93 @@
+/// @file
+/// A YAML document as input of a person: every fault is reported with file, line and column.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <yaml-cpp/yaml.h>
+
+#include "platform/tavotypes.h"
+
+namespace tuningfile
+{
+
+/// One entry of a map.
+struct YamlEntry
+{
+    std::string name;
+    YAML::Node  key;
+    YAML::Node  value;
+};
+
+/// The entries of a map, in the order of the text.
+class YamlMap
+{
+public:
+    explicit YamlMap(std::vector<YamlEntry> entries) : m_entries(std::move(entries))
+    {
+    }
+
+    /// @return null if the map has no entry of that name
+    const YamlEntry* Find(std::string_view name) const;
+
+    auto begin() const
+    {
+        return m_entries.begin();
+    }
+
+    auto end() const
+    {
+        return m_entries.end();
+    }
+
+    size_t Count() const
+    {
+        return m_entries.size();
+    }
+
+private:
+    std::vector<YamlEntry> m_entries;
+};
+
+class YamlInput
+{
+public:
+    /// @param fileName as it appears in messages
+    /// @throws InputError if the text is not one YAML document
+    YamlInput(std::string_view text, std::string fileName);
+
+    const YAML::Node& Root() const
+    {
+        return m_root;
+    }
+
+    /// Throws an InputError that points at a node.
+    [[noreturn]] VOID Fail(const YAML::Node& rNode, std::string_view message) const;
+
+    /// Reads a map with its merge keys ("<<") resolved: a name given in the map itself wins over a merged one, an
+    /// earlier merged map over a later one.
+    /// @param expected what the map should hold, for the message if it is none
+    YamlMap Map(const YAML::Node& rNode, std::string_view expected) const;
+
+    /// @return the text of a scalar
+    const std::string& Scalar(const YAML::Node& rNode, std::string_view expected) const;
+
+    /// Fails with advice on an entry whose name is not known.
+    [[noreturn]] VOID FailUnknown(const YamlEntry& rEntry, std::string_view what,
+                                  const std::vector<std::string_view>& rKnown) const;
+
+private:
+    [[noreturn]] VOID Fail(const YAML::Mark& rMark, std::string_view message) const;
+
+    VOID Merge(const YAML::Node& rMap, std::string_view expected, std::vector<YamlEntry>& rEntries, UINT32 depth) const;
+
+    std::string m_fileName;
+    YAML::Node  m_root;
+};
+
+/// What a node is, in words for a message: "a list", "a map", "nothing" or the quoted scalar.
+std::string Describe(const YAML::Node& rNode);
+
+} // namespace tuningfile
