@@ -64,7 +64,7 @@ bool ModuleReferenceMap::Insert(UINT64 nameHash, ParameterModule* pModule)
     {
         Grow();
     }
-    m_references.push_back(std::make_unique<ModuleReference>(nameHash, pModule, 0));
+    m_references.push_back(std::make_unique<ModuleReference>(nameHash, pModule));
     Place(m_references.back().get());
     return true;
 }
@@ -194,7 +194,6 @@ VOID ModeEntry::GetModules(PList<ParameterModule*>& rList, bool local, bool inhe
         }
         if (pTarget->Owns(pModule) ? local : inherited)
         {
-            pModule->Data->Mode->Entry->AddReference(pModule);
             rList.Add(pModule);
         }
     }

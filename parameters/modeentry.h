@@ -68,9 +68,13 @@ enum class PipelineType : UINT32
 /// A module as one mode sees it.
 struct ModuleReference
 {
-    UINT64            NameHash;
+    ModuleReference(UINT64 nameHash, ParameterModule* pModule) : NameHash(nameHash), Module(pModule)
+    {
+    }
+
+    const UINT64      NameHash;
     ParameterModule*  Module;
-    ParameterRefCount RefCount;  ///< users of the module; counted in the module's own mode only
+    ParameterRefCount RefCount{0};  ///< users of the module; counted in the module's own mode only
 };
 
 /// The modules of a mode by name hash. Lookup is one probe or two into an open table, since every frame asks for dozens
@@ -160,7 +164,7 @@ public:
     /// @return the module that was replaced, null if there was none
     ParameterModule* ReplaceModule(ParameterModule* pModule);
 
-    /// Appends modules of the target to rList, each with a reference taken in its own mode.
+    /// Appends modules of the target to rList.
     /// @param local     take modules that the mode owns
     /// @param inherited take modules that the mode shares with another mode, which owns them
     /// @param pPipeline take only modules of that block; null for all

@@ -33,7 +33,7 @@ public:
         return m_fileName;
     }
 
-    /// Bytes of the file; what lies beyond 4 GB is out of reach.
+    /// Bytes of the file when it was opened; what lies beyond 4 GB is out of reach. For the thread that loads the file.
     UINT32 Length() const
     {
         return m_length;

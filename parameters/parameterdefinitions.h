@@ -89,6 +89,9 @@ struct ParameterDefinitionElementInfo
     /// @return the flags that follow from a member's least and greatest number of values
     static UINT16 FlagsFromCounts(UINT32 minimum, UINT32 maximum);
 
+    /// @return bytes of one value: 1 for texts, 0 for what has no width of its own
+    static UINT32 WidthOf(ParameterDefinitionType type);
+
     ParameterDefinitionType       Type         = ParameterDefinitionType_ScenarioMode;
     UINT32                        ID           = 0;  ///< structure ID for a structure
     UINT16                        Flags        = 0;
@@ -101,7 +104,7 @@ struct ParameterDefinitionElementInfo
 class ParameterDefinitionElement
 {
 public:
-    /// @return bytes of one stored value: 1 for texts, a structure's Size, 0 where there is none
+    /// @return bytes of one stored value: 1 for texts, 4 for flagged floats, a structure's Size, 0 where there is none
     UINT32 GetSize() const;
 
     UINT64                                          NameHash = 0;
@@ -165,8 +168,6 @@ public:
 
 private:
     friend class DefinitionReader;
-
-    VOID PopulateOffsetSize(const IParameterLoggingAPI* pLog);
 
     std::unordered_map<UINT64, std::unique_ptr<ParameterDefinitionModule>>    m_modules;     ///< by name hash
     std::unordered_map<UINT32, std::unique_ptr<ParameterDefinitionStructure>> m_structures;  ///< by structure ID

@@ -170,6 +170,8 @@ public:
 private:
     friend class ParameterFileSymbolTableEntry;
 
+    static constexpr UINT32 MaxRowSize = 76;  ///< bytes, of all versions and both tables
+
     /// One of the two tables.
     struct Rows
     {
@@ -207,8 +209,7 @@ private:
     bool   FetchEntry(ParameterFileSymbolTableEntry& rEntry, const Rows& rRows, UINT32 id, bool isModule);
     bool   IsInSource(const SectionInfo& rSection) const;
     const BYTE* SectionBytes(const SectionInfo& rSection, TuningBlock& rBlock) const;
-    UINT32 DupSlot(const CHAR* pCaller, const Rows& rRows, bool isModule, UINT32 id, const VOID* pObject,
-                   const ReadingSite& rSite) const;
+    bool        FindInFile(ParameterFileSymbolTableEntry& rEntry, const Rows& rRows, UINT32 id, bool isModule);
 
     const Rows& RowsOf(bool isModule) const
     {

@@ -180,17 +180,18 @@ private:
     using TouchedModes = std::vector<ModeEntry*>;
 
     // Loading of files.
-    bool LoadBuffer(const BYTE* pBuffer, UINT64 length);
-    bool LoadFile(const CHAR* pFileName);
-    bool LoadFilePieces(std::shared_ptr<ParameterBinaryFile> pFile);
-    bool BeginLoad();
-    bool EndLoad(bool loaded);
-    bool ReadHeader(const BYTE* pBuffer, UINT64 length);
-    bool ReadSections(const BYTE* pBuffer, UINT64 length, std::shared_ptr<ParameterBinaryFile> pFile);
-    bool ReadModules(bool wholeFile);
-    ParameterModule* CreateModule(ModuleData* pModuleData, bool load, bool& rFailed);
+    bool             BeginLoad();
+    bool             EndLoad(bool loaded);
+    bool             LoadBuffer(const BYTE* pBuffer, UINT64 length);
+    bool             LoadFile(const CHAR* pFileName);
+    bool             ReadHeader(const BYTE* pBuffer, UINT64 length);
+    bool             ReadSections(const BYTE* pBuffer, UINT64 length, std::shared_ptr<ParameterBinaryFile> pFile);
+    bool             ReadModules(bool wholeFile);
+    ParameterModule* CreateModule(DefaultModule* pDefault, ModuleData* pModuleData, bool load);
     bool             AddModule(const ModuleData* pModuleData, ParameterModule* pModule);
     VOID             FreeBinaryParameters();
+
+    /// Logs a line and keeps it as the reason of a refusal.
     VOID Refuse(const CHAR* pFormat, ...) __attribute__((format(printf, 2, 3)));
 
     // Reloading and updating.
@@ -204,13 +205,10 @@ private:
 
     // Lookup.
     ParameterSetManager* Resolve(BYTE& rTableIndex);
-    ParameterModeTable*  CheckTable(const CHAR* pCaller, BYTE tableIndex);
-    ModeEntry*           RootForLookup(const CHAR* pCaller, const CHAR* pName, BYTE tableIndex, const TuningMode* pBranch,
-                                       UINT32 count);
-    VOID                 WarnOfBranch(const CHAR* pName, const TuningMode* pBranch, UINT32 count);
+    ModeEntry*           RootForLookup(const CHAR* pName, BYTE tableIndex, const TuningMode* pBranch, UINT32 count);
     ParameterModule*     FindModuleOnBranch(ModeEntry* pRoot, const CHAR* pName, UINT64 nameHash,
                                             const TuningMode* pBranch, UINT32 count);
-    bool                 LoadFoundModule(ParameterModule* pModule);
+    bool                 HoldModule(ParameterModule* pModule);
     bool                 ValidateMode(const CHAR* pCaller, const TuningMode* pBranch, UINT32 index);
     DefaultModule*       FindDefaultModule(UINT64 nameHash);
 
@@ -219,7 +217,7 @@ private:
     bool LoadModules(ModeEntry* pMode, const CHAR* pReason, const TuningMode* pBranch, UINT32 count,
                      INT32& rFileReferences);
     bool LoadModuleMap(ModeEntry* pTarget, TouchedModes& rTouched);
-    bool UnloadModules(ModeEntry* pTarget, const ModeEntry* pMode);
+    VOID UnloadModules(ModeEntry* pTarget, const ModeEntry* pMode);
     VOID TouchModes(std::span<ModeEntry* const> touched, ParameterModeTable& rTable);
     VOID MoveToFront(ModeEntry* pMode);
     VOID EvictModes(ParameterModeTable& rTable);

@@ -5,7 +5,8 @@
 /// bytes were all there. What lies behind the end of a buffer is never touched, whatever the position.
 #pragma once
 
-#include <cstring>
+#include <cmath>
+#include <limits>
 #include <string_view>
 
 #include "parameters/tuningmemory.h"
@@ -46,9 +47,25 @@ public:
     static bool WriteString(const CHAR* pText, CHAR* pBuffer, UINT32 size, UINT32& rPosition, bool includeTerminator,
                             const IParameterLoggingAPI* pLog);
 
-    /// Saturating conversion: NaN and negative values become 0 for an unsigned target.
+    /// Truncates towards zero and saturates at the limits of the target; NaN gives 0.
     template <typename Integer>
-    static Integer ToInteger(DOUBLE value);
+    static Integer ToInteger(DOUBLE value)
+    {
+        constexpr Integer lowest  = std::numeric_limits<Integer>::min();
+        constexpr Integer highest = std::numeric_limits<Integer>::max();
+        // Both bounds are powers of two, or 0, and exact in double.
+        const DOUBLE lowerBound = static_cast<DOUBLE>(lowest);
+        const DOUBLE upperBound = std::ldexp(1.0, std::numeric_limits<Integer>::digits);
+        if (std::isnan(value))
+        {
+            return 0;
+        }
+        if (value >= upperBound)
+        {
+            return highest;
+        }
+        return (value <= lowerBound) ? lowest : static_cast<Integer>(value);
+    }
 
     /// @return size rounded up to a multiple of alignment; an alignment of 0 counts as 1
     static constexpr UINT64 Padded(UINT64 size, UINT32 alignment)

@@ -129,17 +129,22 @@ bool TableModule::LoadModule(ParameterFileSymbolTable* pTable)
 
 bool TableModule::LoadRecord(ParameterFileSymbolTable& rTable)
 {
-    const UINT32                  id = SymbolTableID() & EntryIDMask;
+    const UINT32                  id    = SymbolTableID() & EntryIDMask;
     ParameterFileSymbolTableEntry entry;
-    if (!rTable.Find(entry, id, true))
+    const bool                    found = rTable.Find(entry, id, true);
+    if (!found)
     {
         ParameterLogging::Write(rTable.Log(), ParameterLogging::Error,
                                 "%s::LoadModule Failed to find module ID (%d) in Symbol Table\n", ClassName().c_str(),
                                 id);
-        return false;
     }
+    // The load runs without a find as well: the empty entry leaves a record of zeros instead of one from former days.
     RecordLoader::LoadModule(*m_rDescription.pRecord, Record(), entry, NameHash);
-    return true;
+    if (!found)
+    {
+        RecordLoader::Unload(*m_rDescription.pRecord, Record(), &rTable);
+    }
+    return found;
 }
 
 VOID TableModule::UnloadModule()

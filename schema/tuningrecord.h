@@ -171,7 +171,7 @@ constexpr bool MembersOwnMemory(const RecordMember* pMembers, size_t count)
     {
         const RecordMember& rMember = pMembers[index];
         if (rMember.form == Form::Variable || rMember.type == ValueType::Text ||
-            (rMember.pRecord != nullptr && rMember.pRecord->ownsMemory))
+            (rMember.type == ValueType::Record && rMember.pRecord->ownsMemory))
         {
             return true;
         }

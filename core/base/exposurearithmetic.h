@@ -38,7 +38,7 @@ FLOAT IndexOfRatio(FLOAT ratio);
 /// Index with the ratio taken in single precision: exposure over max(indexZeroExposure, Epsilon); 0 for a ratio of 0.
 FLOAT IndexByFloatRatio(UINT64 exposure, UINT64 indexZeroExposure);
 
-/// Stores the index of rSet.exposure by IndexByFloatRatio; a ratio of 0 clears the exposure as well.
+/// Stores the index of pSet->exposure by IndexByFloatRatio; a ratio of 0 clears the exposure as well.
 VOID SetIndexByFloatRatio(KIROExposureSetType* pSet, UINT64 indexZeroExposure);
 
 /// Exposure of an index, rounded half away from zero. An indexZeroExposure of 0 counts as 1.

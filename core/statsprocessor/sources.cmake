@@ -1,0 +1,10 @@
+add_room(kiro_core_statsprocessor
+    core/statsprocessor/ckiro2dmetiterator.cpp
+    core/statsprocessor/ckirogriditerator.cpp
+    core/statsprocessor/ckirohistiterator.cpp
+    core/statsprocessor/ckiromodstatsprocessor.cpp
+    core/statsprocessor/ckirostatscolorregions.cpp
+    core/statsprocessor/ckirostatsgridprocessor.cpp
+    core/statsprocessor/ckirostatshistprocessor.cpp
+    core/statsprocessor/lumaweight.cpp
+)

@@ -30,9 +30,9 @@ VOID StatsLogCapture::Receive(const CHAR*, INT32, const CHAR*, UINT32 group, UIN
 
 size_t StatsLogCapture::Count(UINT32 level, const std::string& rText) const
 {
-    return static_cast<size_t>(
-        std::count_if(m_lines.begin(), m_lines.end(),
-                      [&](const Line& rLine) { return rLine.level == level && rLine.text == rText; }));
+    return static_cast<size_t>(std::count_if(m_lines.begin(), m_lines.end(),
+                                             [&](const Line& rLine)
+                                             { return rLine.level == level && rLine.text == rText; }));
 }
 
 size_t StatsLogCapture::CountLevel(UINT32 level) const
@@ -48,9 +48,9 @@ bool StatsLogCapture::Has(UINT32 level, const std::string& rText) const
 
 bool StatsLogCapture::HasPart(UINT32 level, const std::string& rPart) const
 {
-    return std::any_of(
-        m_lines.begin(), m_lines.end(),
-        [&](const Line& rLine) { return rLine.level == level && rLine.text.find(rPart) != std::string::npos; });
+    return std::any_of(m_lines.begin(), m_lines.end(),
+                       [&](const Line& rLine)
+                       { return rLine.level == level && rLine.text.find(rPart) != std::string::npos; });
 }
 
 VOID StatsLogCapture::Clear()

@@ -91,4 +91,20 @@ std::string FormatModeName(const ModeName& rName)
                        (pSubMode != nullptr) ? pSubMode : fmt::to_string(rName.subMode));
 }
 
+std::string PathOf(const ModeTable& rTable, UINT32 index)
+{
+    const auto nameOf = [&rTable](UINT32 mode)
+    {
+        return FormatModeName({rTable.modes[mode].mode, rTable.modes[mode].subMode});
+    };
+    std::string path = nameOf(index);
+    while (rTable.modes[index].parent.has_value())
+    {
+        const bool isGroupEntry = rTable.IsGroupEntry(index);
+        index                   = *rTable.modes[index].parent;
+        path                    = isGroupEntry ? path : nameOf(index) + '|' + path;
+    }
+    return path;
+}
+
 } // namespace tuningfile

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "platform/tavotypes.h"
+#include "tools/tuningfile/tuning.h"
 
 namespace tuningfile
 {
@@ -25,5 +26,8 @@ bool ParseModeName(std::string_view text, ModeName& rName, std::string& rFault);
 
 /// The text that ParseModeName reads, with names where there are any.
 std::string FormatModeName(const ModeName& rName);
+
+/// The path from the root to a mode. Entries of one mode count once.
+std::string PathOf(const ModeTable& rTable, UINT32 index);
 
 } // namespace tuningfile

@@ -24,7 +24,7 @@ class TextInput
 {
 public:
     TextInput(std::string_view text, const std::string& rFileName)
-        : m_input(text, rFileName), m_pArena(std::make_shared<RecordArena>()), m_records(m_input, *m_pArena)
+        : m_fileName(rFileName), m_input(text, rFileName), m_pArena(std::make_shared<RecordArena>()), m_records(m_input, *m_pArena)
     {
     }
 
@@ -54,6 +54,7 @@ private:
     ModeName    ReadModeName(const YAML::Node& rNode, std::string_view text) const;
     VOID        CheckPlace(const YamlEntry& rEntry, const ModeTable& rTable, const Mode& rMode) const;
 
+    std::string                  m_fileName;
     YamlInput                    m_input;
     std::shared_ptr<RecordArena> m_pArena;
     RecordInput                  m_records;
@@ -63,6 +64,7 @@ private:
 Tuning TextInput::Read()
 {
     Tuning tuning;
+    tuning.source    = m_fileName;
     tuning.createdBy = DefaultTool;
     tuning.pMemory   = m_pArena;
 

@@ -14,19 +14,6 @@ std::string NameOf(const Mode& rMode)
     return FormatModeName({rMode.mode, rMode.subMode});
 }
 
-/// The path from the root to a mode; entries of the same mode count once.
-std::string PathOf(const ModeTable& rTable, UINT32 index)
-{
-    std::string path = NameOf(rTable.modes[index]);
-    while (rTable.modes[index].parent.has_value())
-    {
-        const bool isGroupEntry = rTable.IsGroupEntry(index);
-        index                   = *rTable.modes[index].parent;
-        path                    = isGroupEntry ? path : NameOf(rTable.modes[index]) + '|' + path;
-    }
-    return path;
-}
-
 const Module* FindAbove(const ModeTable& rTable, UINT32 index, const tuning::ModuleDescription& rDescription)
 {
     for (std::optional<UINT32> above = rTable.modes[index].parent; above.has_value(); above = rTable.modes[*above].parent)
@@ -39,54 +26,68 @@ const Module* FindAbove(const ModeTable& rTable, UINT32 index, const tuning::Mod
     return nullptr;
 }
 
-TextNode ModeToText(const ModeTable& rTable, UINT32 index)
+class TableOutput
 {
-    const Mode& rMode = rTable.modes[index];
-    TextNode    map   = TextNode::Map();
-    if (rMode.preserve)
+public:
+    explicit TableOutput(const ModeTable& rTable) : m_rTable(rTable), m_children(rTable.modes.size())
     {
-        map.Add("preserve", TextNode::Scalar("true"));
-    }
-    if (rMode.group != 0)
-    {
-        map.Add("group", TextNode::Scalar(std::to_string(rMode.group)));
-    }
-    if (rMode.link.has_value())
-    {
-        map.Add("link", TextNode::Scalar(PathOf(rTable, *rMode.link)));
-        return map;
-    }
-    TextNode modules = TextNode::Map();
-    for (const Module& rModule : rMode.modules)
-    {
-        modules.Add(rModule.pDescription->pName,
-                    ModuleToText(rModule, FindAbove(rTable, index, *rModule.pDescription)));
-    }
-    TextNode children = TextNode::Map();
-    for (UINT32 child = index + 1; child < rTable.modes.size(); ++child)
-    {
-        if (rTable.modes[child].parent == index)
+        for (UINT32 index = 0; index < rTable.modes.size(); ++index)
         {
-            children.Add(NameOf(rTable.modes[child]), ModeToText(rTable, child));
+            if (rTable.modes[index].parent.has_value())
+            {
+                m_children[*rTable.modes[index].parent].push_back(index);
+            }
         }
     }
-    if (!modules.items.empty())
+
+    TextNode ModeToText(UINT32 index) const
     {
-        map.Add("modules", std::move(modules));
+        const Mode& rMode = m_rTable.modes[index];
+        TextNode    map   = TextNode::Map();
+        if (rMode.preserve)
+        {
+            map.Add("preserve", TextNode::Scalar("true"));
+        }
+        if (rMode.group != 0)
+        {
+            map.Add("group", TextNode::Scalar(std::to_string(rMode.group)));
+        }
+        if (rMode.link.has_value())
+        {
+            map.Add("link", TextNode::Scalar(PathOf(m_rTable, *rMode.link)));
+            return map;
+        }
+        if (!rMode.modules.empty())
+        {
+            TextNode& rModules = map.Add("modules", TextNode::Map());
+            for (const Module& rModule : rMode.modules)
+            {
+                rModules.Add(rModule.pDescription->pName,
+                             ModuleToText(rModule, FindAbove(m_rTable, index, *rModule.pDescription)));
+            }
+        }
+        if (!m_children[index].empty())
+        {
+            TextNode& rChildren = map.Add("children", TextNode::Map());
+            for (const UINT32 child : m_children[index])
+            {
+                rChildren.Add(NameOf(m_rTable.modes[child]), ModeToText(child));
+            }
+        }
+        return map;
     }
-    if (!children.items.empty())
-    {
-        map.Add("children", std::move(children));
-    }
-    return map;
-}
+
+private:
+    const ModeTable&                 m_rTable;
+    std::vector<std::vector<UINT32>> m_children;  ///< by mode
+};
 
 TextNode ModesToText(const ModeTable& rTable)
 {
     TextNode map = TextNode::Map();
     if (!rTable.modes.empty())
     {
-        map.Add(NameOf(rTable.modes.front()), ModeToText(rTable, 0));
+        map.Add(NameOf(rTable.modes.front()), TableOutput(rTable).ModeToText(0));
     }
     return map;
 }

@@ -45,6 +45,7 @@ struct ModeTable
 
 struct Tuning
 {
+    std::string                 source;  ///< name of the file it came from, for messages
     std::string                 createdBy;
     std::string                 binaryTag;
     std::vector<ModeTable>      tables;

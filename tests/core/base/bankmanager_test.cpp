@@ -224,8 +224,8 @@ TEST_F(BankManager, HostWritesAreChecked)
     EXPECT_EQ(HostSet(BankIDStatsCalculator, value), 0);
     value.dataID = 1000;
     EXPECT_EQ(HostSet(BankIDTriggers, value), 4);
-    EXPECT_TRUE(m_log.Has(LevelError,
-                          "cannot store in trigger bank; index 1000 must be smaller than 1000 and larger than 0"));
+    EXPECT_TRUE(
+        m_log.Has(LevelError, "cannot store in trigger bank; index 1000 must be smaller than 1000 and larger than 0"));
     value.dataID = -1;
     EXPECT_EQ(HostSet(BankIDStatsCalculator, value), 4);
     EXPECT_TRUE(m_log.Has(
@@ -240,7 +240,7 @@ TEST_F(BankManager, HostWritesAreChecked)
     EXPECT_TRUE(m_log.Has(LevelError, "Data is not saved in Scene Analyzer DB with index -2"));
 
     EXPECT_EQ(HostSet(BankIDConvBase, value), 4);
-    EXPECT_TRUE(m_log.Has(LevelError, "expected payload size 64 received 16"));
+    EXPECT_TRUE(m_log.Has(LevelError, "expected payload size 72 received 16"));
     EXPECT_EQ(HostSet(BankIDTriggers, value, -16), 4);
     const KIROSetBankData noData{BankIDTriggers, nullptr, sizeof(DBFloatPayload)};
     EXPECT_EQ(m_pBanks->SetControlData(&noData), 4);
@@ -315,16 +315,11 @@ TEST_F(BankManager, ReferencesResolveIntoNumbersAndRanges)
         FLOAT        end;
         bool         bText;
     } cases[] = {
-        {{BankIDTriggers, 12}, 0, 0, 2.5f, 2.5f, true},
-        {{BankIDTriggers, 1000}, 1, 4, 0.0f, 0.0f, false},
-        {{BankIDStatsCalculator, 12}, 0, 0, 2.5f, 2.5f, true},
-        {{BankIDStatsCalculator, -1}, 1, 4, 0.0f, 0.0f, false},
-        {{BankIDSceneAnalyzer, 13}, 0, 0, 3.0f, 4.0f, true},
-        {{BankIDSceneAnalyzer, 1000}, 1, 4, 0.0f, 0.0f, false},
-        {{BankIDROITable, 4}, 0, 0, 0.25f, 0.25f, true},
-        {{BankIDROITable, 0}, 0, 0, 0.25f, 0.25f, true},
-        {{BankIDROITable, 5}, 0, 0, 0.0f, 0.0f, false},
-        {{BankIDConvBase, 1}, 1, 1, 0.0f, 0.0f, false},
+        {{BankIDTriggers, 12}, 0, 0, 2.5f, 2.5f, true},        {{BankIDTriggers, 1000}, 1, 4, 0.0f, 0.0f, false},
+        {{BankIDStatsCalculator, 12}, 0, 0, 2.5f, 2.5f, true}, {{BankIDStatsCalculator, -1}, 1, 4, 0.0f, 0.0f, false},
+        {{BankIDSceneAnalyzer, 13}, 0, 0, 3.0f, 4.0f, true},   {{BankIDSceneAnalyzer, 1000}, 1, 4, 0.0f, 0.0f, false},
+        {{BankIDROITable, 4}, 0, 0, 0.25f, 0.25f, true},       {{BankIDROITable, 0}, 0, 0, 0.25f, 0.25f, true},
+        {{BankIDROITable, 5}, 0, 0, 0.0f, 0.0f, false},        {{BankIDConvBase, 1}, 1, 1, 0.0f, 0.0f, false},
         {{BankIDInvalid, 1}, 1, 1, 0.0f, 0.0f, false},
     };
     for (const auto& rCase : cases)
@@ -392,7 +387,7 @@ TEST_F(BankManager, PublishedTriggerIsACopy)
 TEST(Bank, RemovesTheEntriesOfOneSourceInOrder)
 {
     StatsLogCapture        log;
-    TavoPtr<CKIROBank>     pBank = TavoNew<CKIROBank>();
+    TavoPtr<CKIROBank>     pBank   = TavoNew<CKIROBank>();
     DBConvActiveSCDPayload tuned[] = {{1, nullptr, 0}, {2, nullptr, 0}};
     DBConvActiveSCDPayload added   = {3, nullptr, 0};
     pBank->Initialize(BankIDConvActiveSCD, "BankIDConvActiveSCD", sizeof(tuned[0]));
@@ -415,4 +410,4 @@ TEST(Bank, RemovesTheEntriesOfOneSourceInOrder)
     EXPECT_EQ(data.pPayload, nullptr);
 }
 
-} // namespace
+}  // namespace

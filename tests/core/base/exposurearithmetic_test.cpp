@@ -48,6 +48,8 @@ TEST(ExposureArithmetic, IndexIsALogarithmToTheBaseOf103)
     EXPECT_EQ(IndexOfExposure(50, 5000), -155.79706f);
     EXPECT_EQ(IndexOfExposure(10, 0), 77.89853f) << "an index zero of 0 counts as 1";
     EXPECT_EQ(IndexOfExposure(0, 5000), 0.0f);
+    EXPECT_EQ(IndexByFloatRatio(50000, 5000), 77.89853f);
+    EXPECT_FLOAT_EQ(IndexByFloatRatio(10, 0), 623.18823f) << "here an index zero of 0 counts as 1e-7";
 
     EXPECT_EQ(ExposureOfIndex(0.0f, 5000), 5000u);
     EXPECT_EQ(ExposureOfIndex(1.0f, 1000), 1030u);
@@ -105,4 +107,4 @@ TEST(ExposureArithmetic, TuningSelectionsAreInAnotherOrder)
     EXPECT_EQ(ExposureTypeOfSelection(ExposureNone, AECAlgoExposureSafe), AECAlgoExposureSafe);
 }
 
-} // namespace
+}  // namespace

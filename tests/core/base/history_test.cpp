@@ -49,7 +49,7 @@ protected:
     UINT64 SnapshotID(kiroarbitration::SnapshotSearchMethod method, kiroarbitration::EVOffsetType type, INT32 value)
     {
         const kiroarbitration::SnapshotFrameSelectionType selection{method, type, value};
-        const AECFrameHistory* pFrame = m_history.GetSnapshotFrameHistory(&selection);
+        const AECFrameHistory*                            pFrame = m_history.GetSnapshotFrameHistory(&selection);
         return (pFrame != nullptr) ? pFrame->frameID : 0;
     }
 
@@ -174,8 +174,8 @@ TEST_F(History, LeavingAModeKeepsWhatTheNextOneStartsFrom)
         bool                     bBecomesPrevious;
         bool                     bKeepsRunning;
     } cases[] = {
-        {AECAlgoOperationModeInit, false, false},       {AECAlgoOperationModeStreaming, true, false},
-        {AECAlgoOperationModePreflash, false, false},   {AECAlgoOperationModeFastAEC, true, true},
+        {AECAlgoOperationModeInit, false, false},        {AECAlgoOperationModeStreaming, true, false},
+        {AECAlgoOperationModePreflash, false, false},    {AECAlgoOperationModeFastAEC, true, true},
         {AECAlgoOperationModeAggressiveAEC, true, true}, {AECAlgoOperationModeFlashMeasurement, false, false},
     };
     for (const auto& rCase : cases)
@@ -296,4 +296,4 @@ TEST_F(History, AFrameCostsOneNode)
     EXPECT_EQ(after.releases - before.releases, 1u);
 }
 
-} // namespace
+}  // namespace

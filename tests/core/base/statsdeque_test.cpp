@@ -54,4 +54,4 @@ TEST(StatsDeque, RefusesWhatDoesNotFit)
     EXPECT_EQ(ContentOf(ring), (std::vector<INT32>{7}));
 }
 
-} // namespace
+}  // namespace

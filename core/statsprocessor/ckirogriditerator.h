@@ -1,0 +1,92 @@
+/// @file
+/// Walks the regions of a grid channel that lie in an ROI and under the active cells of a tile.
+#pragma once
+
+#include "core/statsprocessor/ikiroiterator.h"
+
+/// Regions that a walk can visit when it is not raw, and active cells of a tile.
+constexpr UINT32 GridRegionCountMax = 3072;
+constexpr UINT32 GridPatternCellMax = 100;
+
+/// An ROI that does not fall on region borders.
+struct ROIInterpInfo
+{
+    UINT32 roiWidth;  ///< whole regions touched
+    UINT32 roiHeight;
+    FLOAT  fracLeft;  ///< share of the outermost regions that lies outside the ROI
+    FLOAT  fracRight;
+    FLOAT  fracTop;
+    FLOAT  fracBottom;
+};
+
+class CKIROGridIterator final : public IKIROIterator
+{
+public:
+    CKIROGridIterator();
+
+    /// Must precede Configure. The record stays the caller's.
+    VOID SetStats(const KIROCntStatsOut* pStats)
+    {
+        m_pStats = pStats;
+    }
+
+    /// @param bUseDefaultCoordMethod 1 for whole regions, 0 for the interpolating form that also yields fractions
+    /// @return 1, or 0 when the walk would leave the channel or the tables of the iterator
+    BOOL Configure(const KIROItrConfig& rConfig, BOOL bUseDefaultCoordMethod);
+
+    /// The form with defaults: null pointers become the full frame and a tile of one active cell. Both pointers are null
+    /// afterwards, and rInfo holds the channel's type and shape when the result is 1.
+    BOOL Configure(KIROItrConfig& rConfig, KIROItrInfo& rInfo, BOOL bUseDefaultCoordMethod);
+
+    BOOL          HasNext() override;
+    FLOAT         NextGridData() override;
+    KIROHistData* NextHistData() override;
+    UINT32        GetTotalNumOfRegions() override;
+
+    /// @return the next region index; 0 when exhausted
+    UINT32 Next();
+
+    const ROIInterpInfo& GetROIInterpInfo() const
+    {
+        return m_interpInfo;
+    }
+
+    /// Calls visit(regionIndex) for all regions in order, without the cost of Next().
+    template <typename Visit>
+    VOID ForEachRegion(Visit&& visit) const
+    {
+        if (m_bIterateRaw == TRUE)
+        {
+            for (UINT32 index = 0; index < m_estNumOfRegions; ++index)
+            {
+                visit(index);
+            }
+            return;
+        }
+        UINT32 left = m_estNumOfRegions;
+        for (UINT32 block = 0; left > 0; ++block)
+        {
+            for (UINT32 cell = 0; cell < m_activePatterns && left > 0; ++cell, --left)
+            {
+                visit(m_blockStart[block] + m_blockOffset[cell]);
+            }
+        }
+    }
+
+private:
+    struct Geometry;
+
+    VOID ConfigureRaw();
+    Geometry ResolveGeometry(const AECAlgoROI& rROI, BOOL bUseDefaultCoordMethod);
+    bool FillTables(const Geometry& rGeometry, const KIROSubsamplingInfo& rTile);
+
+    const KIROCntStatsOut* m_pStats;
+    BOOL                   m_bIterateRaw;
+    UINT32                 m_blockStart[GridRegionCountMax];    ///< first region of each tile placement
+    UINT32                 m_blockOffset[GridPatternCellMax];   ///< from the tile's origin, per active cell
+    UINT32                 m_activePatterns;
+    UINT32                 m_activeBlocks;
+    UINT32                 m_currentIndex;
+    UINT32                 m_estNumOfRegions;
+    ROIInterpInfo          m_interpInfo;
+};

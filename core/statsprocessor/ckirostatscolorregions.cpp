@@ -1,0 +1,190 @@
+// Counts of regions by their place in the R/G-B/G plane.
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/base/exposurearithmetic.h"
+#include "core/base/kirolog.h"
+#include "core/statsprocessor/ckirostatsgridprocessor.h"
+#include "core/statsprocessor/lumaweight.h"
+
+using exposurearithmetic::Epsilon;
+
+namespace
+{
+
+constexpr KiroResult ResultInvalidInput = 11;
+constexpr FLOAT      NotMeasured        = -1.0f;
+constexpr INT32      NoID               = -1;
+constexpr UINT32     ColorChannelCount  = 3;  // luma, R/G, B/G
+constexpr FLOAT      BufferZoneMin      = 0.0001f;
+
+const CHAR* NameAt(const CHAR* const* ppNames, UINT32 count, UINT32 index)
+{
+    return (index < count && ppNames[index] != nullptr) ? ppNames[index] : "";
+}
+
+/// Positions of the three channels of a colour measure.
+struct ColorChannels
+{
+    INT32 luma;
+    INT32 rg;
+    INT32 bg;
+};
+
+bool AreColorInputsValid(const CHAR* const* ppNames, UINT32 count, const ColorChannels& rChannels, BOOL bIsROIValid)
+{
+    if (count == ColorChannelCount && rChannels.luma >= 0 && rChannels.rg >= 0 && rChannels.bg >= 0 &&
+        bIsROIValid == TRUE)
+    {
+        return true;
+    }
+    STATS_LOG_ERROR("Invalid stats. Channels:%d, Luma:%s valid:%d, Rg:%s valid:%d, Bg:%s valid:%d, roiValid:%d", count,
+                    NameAt(ppNames, count, 0), rChannels.luma >= 0, NameAt(ppNames, count, 1), rChannels.rg >= 0,
+                    NameAt(ppNames, count, 2), rChannels.bg >= 0, bIsROIValid);
+    return false;
+}
+
+} // namespace
+
+KiroResult CKIROStatsGridProcessor::GetRgBgStatsCount(const CHAR* const* ppStatsName, UINT32 statsCount,
+                                                      INT32 rgbgRoiID, const KIROSubsamplingInfo& rSubsampling,
+                                                      UINT32 triggerCount, const RangeTriggerRow* pTriggers,
+                                                      FLOAT& rRgbgCount, FLOAT statsThreshold)
+{
+    rRgbgCount = NotMeasured;
+    AECAlgoROI          box{};
+    const ColorChannels channels = {
+        ValidateAndConfigInputParam(NameAt(ppStatsName, statsCount, 0), rSubsampling, NoID, NoID, TRUE),
+        FindStatsChannel(m_rStatsBuffer, NameAt(ppStatsName, statsCount, 1)),
+        FindStatsChannel(m_rStatsBuffer, NameAt(ppStatsName, statsCount, 2))};
+    if (!AreColorInputsValid(ppStatsName, statsCount, channels, GetROI(rgbgRoiID, box)))
+    {
+        return ResultInvalidInput;
+    }
+
+    const KIROCntStatsOut& rLuma             = m_rStatsBuffer[static_cast<UINT32>(channels.luma)];
+    const FLOAT*           pLuma             = rLuma.channelData.Data.pFData;
+    const FLOAT*           pRg               = m_rStatsBuffer[static_cast<UINT32>(channels.rg)].channelData.Data.pFData;
+    const FLOAT*           pBg               = m_rStatsBuffer[static_cast<UINT32>(channels.bg)].channelData.Data.pFData;
+    const FLOAT            statsAbsThreshold = ClampValue(rLuma.resolution, statsThreshold);
+    const FLOAT            rgEnd             = box.x + box.dx;
+    const FLOAT            bgEnd             = box.y + box.dy;
+    FLOAT                  weightedCount     = 0.0f;
+    m_gridItr.ForEachRegion(
+        [&](UINT32 index)
+        {
+            if (box.x <= pRg[index] && pRg[index] <= rgEnd && box.y <= pBg[index] && pBg[index] <= bgEnd)
+            {
+                weightedCount +=
+                    GetRegionalLumaWeight(triggerCount, pTriggers, std::min(pLuma[index], statsAbsThreshold));
+            }
+        });
+    rRgbgCount = weightedCount;
+    return 0;
+}
+
+GroupedGridParameters* CKIROStatsGridProcessor::InitializeXTremeColorRegion(
+    const CHAR* const* ppStatsName, UINT32 statsCount, INT32 rgbgRoiID, const KIROSubsamplingInfo& rSubsampling,
+    UINT32 triggerCount, const RangeTriggerRow* pTriggers, FLOAT statsThreshold, FLOAT bufferZoneDist)
+{
+    m_group = {};
+
+    const ColorChannels channels = {FindStatsChannel(m_rStatsBuffer, NameAt(ppStatsName, statsCount, 0)),
+                                    FindStatsChannel(m_rStatsBuffer, NameAt(ppStatsName, statsCount, 1)),
+                                    FindStatsChannel(m_rStatsBuffer, NameAt(ppStatsName, statsCount, 2))};
+    if (!AreColorInputsValid(ppStatsName, statsCount, channels, GetROI(rgbgRoiID, m_group.rgbgDomainROI)))
+    {
+        return nullptr;
+    }
+
+    const AECAlgoWhiteBalanceState& rAWB    = m_rContextManager.GetInput()->AWBState;
+    const FLOAT                     grRatio = rAWB.greenGain / rAWB.redGain;
+    const FLOAT                     gbRatio = rAWB.greenGain / rAWB.blueGain;
+    const FLOAT                     buffer  = std::max(bufferZoneDist, BufferZoneMin);
+    const AECAlgoROI&               rBox    = m_group.rgbgDomainROI;
+
+    m_group.bIsValid        = TRUE;
+    m_group.chNum_luma      = channels.luma;
+    m_group.chNum_rg        = channels.rg;
+    m_group.chNum_bg        = channels.bg;
+    m_group.rgDist_min      = grRatio * rBox.dx / 2.0f;
+    m_group.rgCenter        = rBox.x * grRatio + m_group.rgDist_min;
+    m_group.bgDist_min      = gbRatio * rBox.dy / 2.0f;
+    m_group.bgCenter        = rBox.y * gbRatio + m_group.bgDist_min;
+    m_group.rgDist_buffDist = buffer * grRatio;
+    m_group.bgDist_buffDist = buffer * gbRatio;
+    m_group.statsAbsThreshold =
+        ClampValue(m_rStatsBuffer[static_cast<UINT32>(channels.luma)].resolution, statsThreshold);
+    m_group.ss            = rSubsampling;
+    m_group.pRangeTrigger = pTriggers;
+    m_group.triggerCount  = triggerCount;
+    return &m_group;
+}
+
+VOID CKIROStatsGridProcessor::GetExtColorRgBgStatsRatio(GroupedGridParameters** ppRegions, UINT32 regionCount)
+{
+    // Channels and tile come from the group that was initialised last; the regions of a frame share them.
+    const bool isReady = m_group.bIsValid == TRUE && static_cast<UINT32>(m_group.chNum_luma) < m_rStatsBuffer.size() &&
+                         static_cast<UINT32>(m_group.chNum_rg) < m_rStatsBuffer.size() &&
+                         static_cast<UINT32>(m_group.chNum_bg) < m_rStatsBuffer.size();
+    if (isReady)
+    {
+        m_gridItr.SetStats(&m_rStatsBuffer[static_cast<UINT32>(m_group.chNum_luma)]);
+    }
+    if (!isReady || m_gridItr.Configure({&m_group.ss, &FullFrameROI}, TRUE) != TRUE)
+    {
+        STATS_LOG_ERROR("Iterator configuration failed.");
+        return;
+    }
+    const FLOAT* pLuma = m_rStatsBuffer[static_cast<UINT32>(m_group.chNum_luma)].channelData.Data.pFData;
+    const FLOAT* pRg   = m_rStatsBuffer[static_cast<UINT32>(m_group.chNum_rg)].channelData.Data.pFData;
+    const FLOAT* pBg   = m_rStatsBuffer[static_cast<UINT32>(m_group.chNum_bg)].channelData.Data.pFData;
+    m_gridItr.ForEachRegion(
+        [&](UINT32 index)
+        {
+            const FLOAT luma = std::min(m_group.statsAbsThreshold, pLuma[index]);
+            for (UINT32 region = 0; region < regionCount; ++region)
+            {
+                AccumulateRegion(*ppRegions[region], luma, pRg[index], pBg[index]);
+            }
+        });
+    for (UINT32 region = 0; region < regionCount; ++region)
+    {
+        StoreColorRatio(*ppRegions[region]);
+    }
+}
+
+VOID CKIROStatsGridProcessor::AccumulateRegion(GroupedGridParameters& rGroup, FLOAT luma, FLOAT rg, FLOAT bg) const
+{
+    const FLOAT lumaWeight   = GetRegionalLumaWeight(rGroup.triggerCount, rGroup.pRangeTrigger, luma);
+    const FLOAT statDistRG   = std::abs(rg - rGroup.rgCenter);
+    const FLOAT statDistBG   = std::abs(bg - rGroup.bgCenter);
+    const FLOAT extRGBweight = std::min(GetSoftEdgeWeight(statDistRG, rGroup.rgDist_min, rGroup.rgDist_buffDist),
+                                        GetSoftEdgeWeight(statDistBG, rGroup.bgDist_min, rGroup.bgDist_buffDist));
+    rGroup.lumaWeightedCount = std::fma(extRGBweight, lumaWeight, rGroup.lumaWeightedCount);
+    rGroup.totalRgnCount += 1;
+}
+
+VOID CKIROStatsGridProcessor::StoreColorRatio(GroupedGridParameters& rGroup)
+{
+    const CHAR* pDescription = (rGroup.pDescription != nullptr) ? rGroup.pDescription : "";
+    rGroup.lumaWeightedCount =
+        rGroup.lumaWeightedCount / std::max(static_cast<FLOAT>(rGroup.totalRgnCount), Epsilon);
+    if (rGroup.outputStorage.end < rGroup.outputStorage.start)
+    {
+        STATS_LOG_WARNING("calculator %s outputstart %d end %d not sufficient; using storage index %d", pDescription,
+                          rGroup.outputStorage.start, rGroup.outputStorage.end, rGroup.outputStorage.start);
+    }
+    DBFloatPayload payload{};
+    payload.dataID      = rGroup.outputStorage.start;
+    payload.value       = rGroup.lumaWeightedCount;
+    payload.description = rGroup.pDescription;
+    (VOID) m_rContextManager.m_pBankManager->SetDataStatsCalculator(
+        {rGroup.outputStorage.start, &payload, SourceModuleMetering});
+    if (rGroup.lumaWeightedCount > Epsilon)
+    {
+        STATS_LOG_TRACE("Xtreme color %s saves %.5f to [StatsCalculatorDataBank %d]", pDescription,
+                        rGroup.lumaWeightedCount, rGroup.outputStorage.start);
+    }
+}

@@ -1,0 +1,48 @@
+/// @file
+/// The walk down a tree of modes along a caller's selectors.
+#pragma once
+
+#include "parameters/modeentry.h"
+
+class ParameterSetManager;
+
+/// Goes from the root down, one step per level that the branch names. Selectors of one level form a run, and a step takes
+/// a run as a whole.
+class BranchWalk
+{
+public:
+    /// @param pCaller for the error about a selector that is not valid
+    /// @param pRoot   where the first selector, which is Default, leads
+    /// @param pBranch may be null, which leads to the root
+    BranchWalk(ParameterSetManager& rManager, const CHAR* pCaller, ModeEntry* pRoot, const TuningMode* pBranch,
+               UINT32 count)
+        : m_rManager(rManager), m_pCaller(pCaller), m_pMode(pRoot), m_pBranch(pBranch),
+          m_count((pBranch != nullptr) ? count : 0)
+    {
+    }
+
+    /// Takes one step. @return false at the end of the branch, at a selector that is not valid, and at a run that
+    ///         leads nowhere
+    bool Next();
+
+    /// The mode reached so far.
+    ModeEntry* Mode() const
+    {
+        return m_pMode;
+    }
+
+    /// @return whether the walk ended at a run that leads nowhere
+    bool IsLost() const
+    {
+        return m_lost;
+    }
+
+private:
+    ParameterSetManager& m_rManager;
+    const CHAR*          m_pCaller;
+    ModeEntry*           m_pMode;
+    const TuningMode*    m_pBranch;
+    UINT32               m_count;
+    UINT32               m_index = 1;
+    bool                 m_lost  = false;
+};

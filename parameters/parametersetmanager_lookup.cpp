@@ -1,0 +1,336 @@
+/// Which module applies to a branch. All of this may run on any thread, and GetModule runs many times per frame.
+#include "parameters/parametersetmanager.h"
+
+#include <cstdio>
+#include <cstring>
+
+#include "parameters/branchwalk.h"
+#include "parameters/modenames.h"
+#include "parameters/parameterfilesymboltable.h"
+#include "parameters/tablemodule.h"
+#include "schema/namehash.h"
+
+bool BranchWalk::Next()
+{
+    if (m_index >= m_count)
+    {
+        return false;
+    }
+    if (!m_rManager.ValidateMode(m_pCaller, m_pBranch, m_index))
+    {
+        m_count = m_index;
+        return false;
+    }
+    UINT32 run = 1;
+    while (m_index + run < m_count && m_pBranch[m_index + run].mode == m_pBranch[m_index].mode)
+    {
+        ++run;
+    }
+    ModeEntry* pNext = m_pMode->FindMode(m_pBranch + m_index, run, 0);
+    if (pNext == nullptr)
+    {
+        m_lost  = true;
+        m_count = m_index;
+        return false;
+    }
+    m_pMode = pNext;
+    m_index += run;
+    return true;
+}
+
+bool ParameterSetManager::ValidateMode(const CHAR* pCaller, const TuningMode* pBranch, UINT32 index)
+{
+    constexpr UINT32 LastMode = static_cast<UINT32>(ModeType::EnumModeType_COUNT) - 1;
+
+    CHAR         text[256];
+    const UINT32 mode = static_cast<UINT32>(pBranch[index].mode);
+    if (mode > LastMode)
+    {
+        std::snprintf(text, sizeof(text),
+                      "%s Error: Invalid Mode value (%u) found in modeBranch[%u]. Expected range: %u to %u", pCaller,
+                      mode, index, static_cast<UINT32>(ModeType::Default), LastMode);
+        SetError(text);
+        return false;
+    }
+    if (index > 0 && pBranch[index].mode == ModeType::Default)
+    {
+        std::snprintf(text, sizeof(text),
+                      "%s Error: Default mode found in modeBranch at an index > 0 (%u). Index 0 must be Default, but "
+                      "only index 0 may be Default",
+                      pCaller, index);
+        SetError(text);
+        return false;
+    }
+    return true;
+}
+
+VOID ParameterSetManager::GetPathFromModeBranch(const TuningMode* pBranch, UINT32 count, CHAR* pText, size_t size)
+{
+    pText[0] = '\0';
+    if (pBranch == nullptr)
+    {
+        return;
+    }
+    for (UINT32 index = 0; index < count && ValidateMode("GetPathFromModeBranch", pBranch, index); ++index)
+    {
+        if (!ModeNames::AppendPathItem(pText, size, static_cast<UINT32>(pBranch[index].mode),
+                                       pBranch[index].subMode.value))
+        {
+            return;
+        }
+    }
+}
+
+ParameterModule* ParameterSetManager::GetModuleInternal(BYTE tableIndex, const CHAR* pName, const TuningMode* pBranch,
+                                                        UINT32 count, ParameterModule* pPrevious)
+{
+    return GetModuleInternal(tableIndex, pName, namehash::OfName(pName), pBranch, count, pPrevious);
+}
+
+VOID* ParameterSetManager::GetModuleRecord(const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch, UINT32 count,
+                                           VOID* pPreviousRecord)
+{
+    // All instances are made by the default instances of the constructor.
+    auto* pModule = static_cast<TableModule*>(GetModuleInternal(
+        m_modeTableIndex, pName, nameHash, pBranch, count, TableModule::FromRecord(pPreviousRecord)));
+    return (pModule != nullptr) ? pModule->Record() : nullptr;
+}
+
+ParameterModule* ParameterSetManager::GetModuleInternal(BYTE tableIndex, const CHAR* pName, UINT64 nameHash,
+                                                        const TuningMode* pBranch, UINT32 count,
+                                                        ParameterModule* pPrevious)
+{
+    if (IsDerived())
+    {
+        return GetMainSetManager()->GetModuleInternal(m_modeTableIndex, pName, nameHash, pBranch, count, pPrevious);
+    }
+
+    ParameterModule* pModule = nullptr;
+    ModeEntry*       pRoot   = RootForLookup(pName, tableIndex, pBranch, count);
+    if (pRoot != nullptr)
+    {
+        if (IsFileMode())
+        {
+            LoadMode(tableIndex, pBranch, count, nullptr);
+        }
+        pModule = FindModuleOnBranch(pRoot, pName, nameHash, pBranch, count);
+    }
+    if (pModule != nullptr && !HoldModule(pModule))
+    {
+        CHAR path[ModeEntry::MaxPathText];
+        GetPathFromModeBranch(pBranch, count, path, sizeof(path));
+        ParameterLogging::Write(this, ParameterLogging::Error,
+                                "GetModule %s failed to find a loaded module in %s, returning null\n", pName, path);
+        pModule = nullptr;
+    }
+    if (pPrevious != nullptr)
+    {
+        pPrevious->Release();
+    }
+    return pModule;
+}
+
+ModeEntry* ParameterSetManager::RootForLookup(const CHAR* pName, BYTE tableIndex, const TuningMode* pBranch,
+                                              UINT32 count)
+{
+    if (!m_content.modeTables.empty() &&
+        !HasModeTable((pName != nullptr) ? "GetModuleInternal" : "GetModules", tableIndex))
+    {
+        return nullptr;
+    }
+    ParameterModeTable* pTable   = m_content.modeTables.empty() ? nullptr : m_content.modeTables[tableIndex].get();
+    ModeEntry*          pRoot    = (pTable != nullptr) ? pTable->RootMode.Entry : nullptr;
+    const bool          noBranch = pBranch == nullptr && count > 0;
+    const bool          noDefault =
+        pBranch != nullptr && count > 0 && (pBranch[0].mode != ModeType::Default || pBranch[0].subMode.value != 0);
+    if (pRoot == nullptr || noBranch || noDefault)
+    {
+        const std::string subject = (pName != nullptr) ? "GetModule(" + std::string(pName) + ")" : "GetModules()";
+        if (noBranch)
+        {
+            ParameterLogging::Write(
+                this, ParameterLogging::Warning,
+                "%s called with modeBranch == null and modeCount = %d, will return default mode module data\n",
+                subject.c_str(), count);
+        }
+        if (noDefault)
+        {
+            CHAR path[ModeEntry::MaxPathText];
+            GetPathFromModeBranch(pBranch, count, path, sizeof(path));
+            ParameterLogging::Write(this, ParameterLogging::Warning,
+                                    "%s called with first mode != Default, might not return module data from the "
+                                    "desired mode path: %s\n",
+                                    subject.c_str(), path);
+        }
+        if (pRoot == nullptr)
+        {
+            ParameterLogging::Write(
+                this, ParameterLogging::Error,
+                "%s Uninitialized Set Manager. this: %lx, SymbolTable: %lx, Modes: %lx, ModeCount: %d, RootMode: %lx\n",
+                subject.c_str(), reinterpret_cast<unsigned long>(this),
+                reinterpret_cast<unsigned long>(m_content.pSymbolTable.get()),
+                reinterpret_cast<unsigned long>((pTable != nullptr) ? pTable->Modes.data() : nullptr),
+                (pTable != nullptr) ? pTable->Count() : 0, 0UL);
+        }
+    }
+    return pRoot;
+}
+
+ParameterModule* ParameterSetManager::FindModuleOnBranch(ModeEntry* pRoot, const CHAR* pName, UINT64 nameHash,
+                                                         const TuningMode* pBranch, UINT32 count)
+{
+    ParameterModule* pModule = pRoot->FindModule(nameHash);
+    if (pModule == nullptr)
+    {
+        CHAR rootPath[ModeEntry::MaxPathText];
+        CHAR branchPath[ModeEntry::MaxPathText];
+        pRoot->GetModePath(rootPath, sizeof(rootPath));
+        GetPathFromModeBranch(pBranch, count, branchPath, sizeof(branchPath));
+        ParameterLogging::Write(this, ParameterLogging::Warning,
+                                "GetModule %s module not found in default scenario (%s), mode path: %s\n", pName,
+                                rootPath, branchPath);
+    }
+    BranchWalk walk(*this, "GetModuleInternal", pRoot, pBranch, count);
+    while (walk.Next())
+    {
+        ParameterModule* pDeeper = walk.Mode()->FindModule(nameHash);
+        if (pDeeper != nullptr)
+        {
+            pModule = pDeeper;
+        }
+    }
+    return pModule;
+}
+
+bool ParameterSetManager::HoldModule(ParameterModule* pModule)
+{
+    if (!IsFileMode())
+    {
+        // Everything was loaded with the file; only what came from another manager's file may be still to be read.
+        return pModule->IsLoaded() || pModule->LoadModule(pModule->Data->SymbolTable);
+    }
+    // The reference comes first: from then on the module's mode is not evicted any more.
+    ModeEntry* pOwnMode   = pModule->Data->Mode->Entry;
+    const bool referenced = pOwnMode->AddReference(pModule);
+    if (pModule->LoadModule(pModule->Data->SymbolTable))
+    {
+        return true;
+    }
+    if (referenced)
+    {
+        pOwnMode->ReleaseReference(pModule);
+    }
+    ParameterLogging::Write(this, ParameterLogging::Error, "Failed to load module %s, path: %s, skipping\n",
+                            pModule->GetModuleName(), pModule->Data->ModePath.c_str());
+    return false;
+}
+
+VOID ParameterSetManager::GetModules(BYTE tableIndex, PList<ParameterModule*>& rList, const TuningMode* pBranch,
+                                     UINT32 count, bool local, bool inherited, const PipelineType* pPipeline)
+{
+    if (IsDerived())
+    {
+        GetMainSetManager()->GetModules(m_modeTableIndex, rList, pBranch, count, local, inherited, pPipeline);
+        return;
+    }
+    ReleaseModules(rList);
+    ModeEntry* pRoot = RootForLookup(nullptr, tableIndex, pBranch, count);
+    if (pRoot == nullptr)
+    {
+        return;
+    }
+    if (IsFileMode())
+    {
+        LoadMode(tableIndex, pBranch, count, nullptr);
+    }
+    BranchWalk walk(*this, "GetModules", pRoot, pBranch, count);
+    while (walk.Next())
+    {
+    }
+    if (walk.IsLost())
+    {
+        return;
+    }
+    PList<ParameterModule*> found;
+    walk.Mode()->GetModules(found, local, inherited, pPipeline);
+    for (UINT32 index = 0; index < found.Count(); ++index)
+    {
+        if (HoldModule(found[index]))
+        {
+            rList.Add(found[index]);
+        }
+    }
+}
+
+VOID ParameterSetManager::ReleaseModule(ParameterModule* pModule)
+{
+    const auto logMissing = [this, pModule](const CHAR* pWhat)
+    {
+        ParameterLogging::Write(this, ParameterLogging::Error,
+                                "Attempt to release module with a nullptr %s object.  Mode: %d, SubMode: %d, Module %s\n",
+                                pWhat, pModule->Mode.Mode, pModule->Mode.SubMode, pModule->GetModuleName());
+    };
+    if (pModule->Data == nullptr)
+    {
+        logMissing("Data");
+    }
+    else if (pModule->Data->Mode == nullptr)
+    {
+        logMissing("Data->Mode");
+    }
+    else if (GetMainSetManager()->IsFileMode())
+    {
+        pModule->Data->Mode->Entry->ReleaseReference(pModule);
+    }
+}
+
+VOID ParameterSetManager::ReleaseModules(PList<ParameterModule*>& rList)
+{
+    for (UINT32 index = 0; index < rList.Count(); ++index)
+    {
+        rList[index]->Release();
+    }
+    rList.Clear();
+}
+
+ModeEntryInfo* ParameterSetManager::GetModeEntry(UINT32 id)
+{
+    const auto&  rTables    = GetMainSetManager()->m_content.modeTables;
+    const UINT32 tableIndex = BinaryFileFormat::GetModeTableIndex(id);
+    const UINT32 modeIndex  = BinaryFileFormat::GetModeIDValue(id);
+    if (tableIndex >= rTables.size() || modeIndex >= rTables[tableIndex]->Count())
+    {
+        return nullptr;
+    }
+    ModeEntryInfo& rInfo = rTables[tableIndex]->Modes[modeIndex];
+    return (rInfo.Entry != nullptr) ? &rInfo : nullptr;
+}
+
+ModeEntry* ParameterSetManager::GetModeEntry(BYTE tableIndex, const TuningMode* pBranch, UINT32 count)
+{
+    ParameterSetManager* pMain = Resolve(tableIndex);
+    if (!pMain->HasModeTable("GetModeEntry", tableIndex))
+    {
+        return nullptr;
+    }
+    ModeEntry* pRoot = pMain->m_content.modeTables[tableIndex]->RootMode.Entry;
+    if (pRoot == nullptr)
+    {
+        return nullptr;
+    }
+    BranchWalk walk(*pMain, "GetModeEntry", pRoot, pBranch, count);
+    while (walk.Next())
+    {
+    }
+    return walk.IsLost() ? nullptr : walk.Mode();
+}
+
+ModeEntry* ParameterSetManager::GetModeEntry(BYTE tableIndex, const CHAR* pPath)
+{
+    std::vector<TuningMode> branch;
+    if (!ModeNames::GetModeBranchFromPath(pPath, branch))
+    {
+        return nullptr;
+    }
+    return GetModeEntry(tableIndex, branch.data(), static_cast<UINT32>(branch.size()));
+}

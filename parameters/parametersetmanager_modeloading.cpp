@@ -1,0 +1,281 @@
+/// Loading of modes from the file when they are wanted, and unloading of those used longest ago.
+///
+/// Locks: a mode's Mutex is held while its modules are loaded or unloaded, a table's ActModeMutex while its list of
+/// active modes or its reference counts change. A mode's Mutex may be taken under an ActModeMutex, never the other way
+/// round, and no thread holds two ActModeMutexes.
+#include "parameters/parametersetmanager.h"
+
+#include <algorithm>
+
+#include "parameters/branchwalk.h"
+#include "parameters/parameterfilesymboltable.h"
+
+namespace
+{
+
+/// Modes that stay loaded at least, however small the cache.
+constexpr UINT32 MinActiveModes = 5;
+
+/// Default and Sensor modes are always loaded and need no place in the list of active modes.
+bool IsCachedLevel(const ModeEntry* pMode)
+{
+    return pMode->Mode.Mode >= static_cast<UINT16>(ModeType::Usecase);
+}
+
+} // namespace
+
+bool ParameterSetManager::LoadMode(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pReason)
+{
+    if (IsDerived())
+    {
+        return GetMainSetManager()->LoadMode(m_modeTableIndex, pBranch, count, pReason);
+    }
+    if (m_content.pSymbolTable == nullptr)
+    {
+        SetError("LoadMode called with no binary file loaded");
+        return false;
+    }
+    if (!IsFileMode())
+    {
+        SetError("LoadMode is not valid in buffer mode");
+        return false;
+    }
+    return LoadModeInternal(tableIndex, pBranch, count, pReason);
+}
+
+bool ParameterSetManager::LoadModeInternal(BYTE tableIndex, const TuningMode* pBranch, UINT32 count,
+                                           const CHAR* pReason)
+{
+    if (!HasModeTable("LoadModeInternal", tableIndex))
+    {
+        return false;
+    }
+    ModeEntry* pRoot = m_content.modeTables[tableIndex]->RootMode.Entry;
+    if (pRoot == nullptr)
+    {
+        return false;
+    }
+    INT32      fileReferences = 0;
+    bool       loaded         = LoadModules(pRoot, pReason, pBranch, count, fileReferences);
+    BranchWalk walk(*this, "LoadModeInternal", pRoot, pBranch, count);
+    while (loaded && walk.Next())
+    {
+        loaded = LoadModules(walk.Mode(), pReason, pBranch, count, fileReferences);
+    }
+    if (fileReferences > 0)
+    {
+        m_content.pSymbolTable->FileReference(-fileReferences);
+    }
+    return loaded && !walk.IsLost();
+}
+
+bool ParameterSetManager::UnloadMode(BYTE tableIndex, const TuningMode* pBranch, UINT32 count)
+{
+    if (IsDerived())
+    {
+        return GetMainSetManager()->UnloadMode(m_modeTableIndex, pBranch, count);
+    }
+    if (!IsFileMode())
+    {
+        SetError("UnloadMode is not valid in buffer mode");
+        return false;
+    }
+    if (!HasModeTable("UnloadMode", tableIndex))
+    {
+        return false;
+    }
+    ModeEntry* pRoot = m_content.modeTables[tableIndex]->RootMode.Entry;
+    if (pRoot == nullptr)
+    {
+        SetError("UnloadMode root mode is nullptr");
+        return false;
+    }
+    BranchWalk walk(*this, "UnloadMode", pRoot, pBranch, count);
+    while (walk.Next())
+    {
+    }
+    if (walk.IsLost())
+    {
+        return false;
+    }
+    ModeEntry* pTarget = walk.Mode()->Target();
+    if (!pTarget->Preserve)
+    {
+        UnloadModules(pTarget, walk.Mode());
+    }
+    return true;
+}
+
+bool ParameterSetManager::LoadModules(ModeEntry* pMode, const CHAR* pReason, const TuningMode* pBranch, UINT32 count,
+                                      INT32& rFileReferences)
+{
+    ModeEntry*                       pTarget = pMode->Target();
+    const bool                       touch   = IsCachedLevel(pTarget) && pTarget->HasLocalModules();
+    std::unique_lock<ParameterMutex> lock(pTarget->Mutex);
+    if (pTarget->Loaded)
+    {
+        lock.unlock();
+        if (touch)
+        {
+            TouchModes({&pTarget, 1}, *pTarget->Table);
+        }
+        return true;
+    }
+
+    // The file stays open until the whole branch is loaded.
+    if (m_content.pSymbolTable->File() != nullptr)
+    {
+        m_content.pSymbolTable->FileReference(1);
+        ++rFileReferences;
+    }
+    LogLoading(true, pReason, pBranch, count, pMode, pTarget);
+    TouchedModes touched;
+    if (touch)
+    {
+        touched.push_back(pTarget);
+    }
+    const bool loaded = LoadModuleMap(pTarget, touched);
+    pTarget->Loaded   = loaded;
+    lock.unlock();
+    TouchModes(touched, *pTarget->Table);
+    return loaded;
+}
+
+bool ParameterSetManager::LoadModuleMap(ModeEntry* pTarget, TouchedModes& rTouched)
+{
+    for (const auto& rpReference : pTarget->ModuleMap)
+    {
+        ParameterModule* pModule = rpReference->Module;
+        if (!pModule->LoadModule(pModule->Data->SymbolTable))
+        {
+            return false;
+        }
+        // A module shared with another mode is unloaded with that one, which therefore counts as used, too.
+        ModeEntry* pOwnMode = pModule->Data->Mode->Entry;
+        if (m_options.activeModeCacheSize > 0 &&
+            std::find(rTouched.begin(), rTouched.end(), pOwnMode) == rTouched.end())
+        {
+            rTouched.push_back(pOwnMode);
+        }
+    }
+    return true;
+}
+
+VOID ParameterSetManager::UnloadModules(ModeEntry* pTarget, const ModeEntry* pMode)
+{
+    const std::string prefix = TablePrefix(pTarget);
+    {
+        const std::lock_guard<ParameterMutex> lock(pTarget->Mutex);
+        LogLoading(false, nullptr, nullptr, 0, pMode, pTarget);
+        for (const auto& rpReference : pTarget->ModuleMap)
+        {
+            ParameterModule* pModule = rpReference->Module;
+            if (!pTarget->Owns(pModule))
+            {
+                continue;
+            }
+            const INT32 references = rpReference->RefCount.load();
+            if (references > 0)
+            {
+                ParameterLogging::Write(this, ParameterLogging::Warning,
+                                        "%sUnloading referenced module %s, Mode: %s, Ref count: %u\n", prefix.c_str(),
+                                        pModule->GetModuleName(), pModule->Data->ModePath.c_str(),
+                                        static_cast<UINT32>(references));
+            }
+            pModule->UnloadModule();
+        }
+        pTarget->Loaded = false;
+    }
+
+    const std::lock_guard<ParameterMutex> lock(pTarget->Table->ActModeMutex);
+    const UINT32                          unreleased = pTarget->GetReferenceCount();
+    if (unreleased != 0)
+    {
+        CHAR path[ModeEntry::MaxPathText];
+        pTarget->GetModePath(path, sizeof(path));
+        ParameterLogging::Write(this, ParameterLogging::Warning, "%sUnloading mode with %u unreleased modules: %s\n",
+                                prefix.c_str(), unreleased, path);
+    }
+    pTarget->ReleaseReferences();
+    pTarget->Table->ActiveModes.Remove(pTarget);
+}
+
+VOID ParameterSetManager::TouchModes(std::span<ModeEntry* const> touched, ParameterModeTable& rTable)
+{
+    {
+        const std::lock_guard<ParameterMutex> lock(rTable.ActModeMutex);
+        for (ModeEntry* pMode : touched)
+        {
+            if (pMode->Table == &rTable)
+            {
+                MoveToFront(pMode);
+            }
+        }
+        EvictModes(rTable);
+    }
+    // Shared modules can belong to modes of other tables.
+    for (ModeEntry* pMode : touched)
+    {
+        if (pMode->Table != &rTable)
+        {
+            const std::lock_guard<ParameterMutex> lock(pMode->Table->ActModeMutex);
+            MoveToFront(pMode);
+            EvictModes(*pMode->Table);
+        }
+    }
+}
+
+VOID ParameterSetManager::MoveToFront(ModeEntry* pMode)
+{
+    PList<ModeEntry*>& rActive = pMode->Table->ActiveModes;
+    if (IsCachedLevel(pMode) && (rActive.Count() == 0 || rActive[0] != pMode))
+    {
+        rActive.Remove(pMode);
+        rActive.Insert(0, pMode);
+    }
+}
+
+VOID ParameterSetManager::EvictModes(ParameterModeTable& rTable)
+{
+    const UINT32       limit   = std::max(m_options.activeModeCacheSize, MinActiveModes);
+    PList<ModeEntry*>& rActive = rTable.ActiveModes;
+    for (UINT32 index = rActive.Count(); index > limit; --index)
+    {
+        ModeEntry* pMode = rActive[index - 1];
+        if (pMode->Preserve || m_options.activeModeCacheSize == 0)
+        {
+            rActive.RemoveAt(index - 1, 1);
+        }
+        else if (!pMode->IsActive())
+        {
+            UnloadModules(pMode, pMode);
+        }
+    }
+}
+
+VOID ParameterSetManager::LogLoading(bool load, const CHAR* pReason, const TuningMode* pBranch, UINT32 count,
+                                     const ModeEntry* pMode, const ModeEntry* pTarget)
+{
+    if (!LoggingEnabled(ParameterLogging::Debug))
+    {
+        return;
+    }
+    CHAR branchPath[ModeEntry::MaxPathText];
+    CHAR path[ModeEntry::MaxPathText];
+    GetPathFromModeBranch(pBranch, count, branchPath, sizeof(branchPath));
+    pMode->GetModePath(path, sizeof(path));
+    std::string shown(path);
+    if (pTarget != pMode)
+    {
+        pTarget->GetModePath(path, sizeof(path));
+        shown += std::string("->") + path;
+    }
+    ParameterLogging::Write(this, ParameterLogging::Debug, "%s%soading modules (GetModule:%s:%s): %s\n",
+                            TablePrefix(pTarget).c_str(), load ? "L" : "Unl",
+                            (pReason != nullptr) ? pReason : "Unknown", branchPath, shown.c_str());
+}
+
+std::string ParameterSetManager::TablePrefix(const ModeEntry* pMode) const
+{
+    return (m_content.modeTables.size() > 1) ? "(" + pMode->Table->Name + "): " : std::string();
+}

@@ -1,0 +1,216 @@
+/// Replacing what a manager holds: by a new state of its file, or by the modules of another manager.
+#include "parameters/parametersetmanager.h"
+
+#include <algorithm>
+#include <iterator>
+#include <limits>
+
+#include "parameters/parameterbinaryfile.h"
+#include "parameters/parameterfilesymboltable.h"
+
+bool ParameterSetManager::ReloadBinaryParameters(bool bufferMode)
+{
+    if (IsDerived())
+    {
+        return m_pMain->ReloadBinaryParameters(bufferMode);
+    }
+    if (m_fileName.empty())
+    {
+        SetError("ReloadBinaryParameters called with empty file name");
+        return false;
+    }
+    const std::string fileName = m_fileName;
+    ParameterLogging::Write(this, ParameterLogging::Debug, "Reloading binary file %s%s\n", fileName.c_str(),
+                            bufferMode ? " in buffer mode" : "");
+    FreeReplacedParameters();
+    SaveAndClearModules();
+    m_previousContents.push_back(std::move(m_content));
+    m_content = {};
+    FreeBinaryParameters();
+
+    if (!ReadReplacement(fileName, bufferMode))
+    {
+        // What is wrong with the file may be mended, and the reload tried again.
+        m_fileName = fileName;
+        return false;
+    }
+    TransferReferences(m_previousContents.back());
+    return true;
+}
+
+bool ParameterSetManager::ReadReplacement(const std::string& rFileName, bool bufferMode)
+{
+    if (!bufferMode)
+    {
+        return LoadBinaryParameters(rFileName.c_str());
+    }
+    ParameterBinaryFile file(rFileName.c_str(), this);
+    if (!file.IsValid())
+    {
+        SetError("ReloadBinaryParameters: Failed to open file");
+        return false;
+    }
+    const TuningBlock pWhole = file.Read(0, file.Length());
+    if (pWhole == nullptr)
+    {
+        SetError("ReloadBinaryParameters: Failed to allocate space to read data from file");
+        return false;
+    }
+    return LoadBinaryParameters(pWhole.get(), file.Length());
+}
+
+VOID ParameterSetManager::FreeReplacedParameters()
+{
+    ParameterLogging::Write(this, ParameterLogging::Debug, "FreeReplacedParameters called\n");
+    // The modules' data stands in the tables.
+    m_parkedModules.clear();
+    m_previousContents.clear();
+    m_previousMerged.clear();
+}
+
+VOID ParameterSetManager::SaveAndClearModules()
+{
+    for (const auto& [nameHash, rpDefault] : m_defaultModules)
+    {
+        std::ranges::move(rpDefault->RemoveAll(), std::back_inserter(m_parkedModules));
+    }
+    std::ranges::move(m_replacedModules, std::back_inserter(m_parkedModules));
+    m_replacedModules.clear();
+    m_previousMerged = std::move(m_merged);
+    m_merged.clear();
+}
+
+VOID ParameterSetManager::TransferReferences(const Content& rPrevious)
+{
+    const auto& rOldTables = rPrevious.modeTables;
+    const auto& rNewTables = m_content.modeTables;
+    if (rOldTables.size() != rNewTables.size())
+    {
+        return;
+    }
+    for (size_t table = 0; table < rNewTables.size(); ++table)
+    {
+        const ParameterModeTable& rOld = *rOldTables[table];
+        ParameterModeTable&       rNew = *rNewTables[table];
+        if (rOld.Count() != rNew.Count())
+        {
+            continue;
+        }
+        const std::lock_guard<ParameterMutex> lock(rNew.ActModeMutex);
+        for (UINT32 index = 0; index < rNew.Count(); ++index)
+        {
+            // A node that several slots name is transferred once, with the slot of its own ID.
+            const ModeEntry* pOld = rOld.Modes[index].Entry;
+            ModeEntry*       pNew = rNew.Modes[index].Entry;
+            if (pOld != nullptr && pNew != nullptr && BinaryFileFormat::GetModeIDValue(pNew->Id) == index)
+            {
+                TransferModeReferences(*pOld, *pNew, index);
+            }
+        }
+    }
+}
+
+VOID ParameterSetManager::TransferModeReferences(const ModeEntry& rPrevious, ModeEntry& rMode, UINT32 index)
+{
+    const UINT32 count = std::min(rPrevious.ModuleMap.Count(), rMode.ModuleMap.Count());
+    for (UINT32 place = 0; place < count; ++place)
+    {
+        const ModuleReference& rOld = rPrevious.ModuleMap[place];
+        ModuleReference&       rNew = rMode.ModuleMap[place];
+        if (rOld.NameHash != rNew.NameHash)
+        {
+            ParameterLogging::Write(this, ParameterLogging::Debug,
+                                    "ReloadBinaryParameters: Failed to transfer reference counts, current module name "
+                                    "(%s) does not match prev name (%s) in mode index %d\n",
+                                    rNew.Module->GetModuleName(), rOld.Module->GetModuleName(), index);
+            return;
+        }
+        const INT32 references = rOld.RefCount.load();
+        if (references > 0)
+        {
+            const INT64 sum = static_cast<INT64>(rNew.RefCount.load()) + references;
+            rNew.RefCount   = static_cast<INT32>(std::min<INT64>(sum, std::numeric_limits<INT32>::max()));
+        }
+    }
+}
+
+bool ParameterSetManager::UpdateParameters(std::unique_ptr<ParameterSetManager> pOther)
+{
+    if (IsDerived())
+    {
+        return m_pMain->UpdateParameters(std::move(pOther));
+    }
+    if (!m_valid || pOther == nullptr || pOther->IsDerived() || pOther->m_modules.data() != m_modules.data())
+    {
+        return false;
+    }
+    const auto& rTables      = m_content.modeTables;
+    const auto& rOtherTables = pOther->m_content.modeTables;
+    bool        matched      = false;
+    for (const auto& rpOtherTable : rOtherTables)
+    {
+        const auto found = (rTables.size() == 1 && rOtherTables.size() == 1)
+                               ? rTables.begin()
+                               : std::ranges::find_if(rTables, [&](const auto& rpTable)
+                                                      { return rpTable->Name == rpOtherTable->Name; });
+        if (found != rTables.end())
+        {
+            matched = true;
+            MergeTree((*found)->RootMode.Entry, rpOtherTable->RootMode.Entry);
+        }
+    }
+    if (!matched)
+    {
+        SetError("UpdateParameters: Error: No matching module tables names found, unable to update parameters");
+        return false;
+    }
+    m_merged.push_back(std::move(pOther));
+    return true;
+}
+
+VOID ParameterSetManager::MergeTree(ModeEntry* pRoot, ModeEntry* pOtherRoot)
+{
+    if (pRoot == nullptr || pOtherRoot == nullptr)
+    {
+        return;
+    }
+    // Not recursive: how deep a tree goes is up to the file.
+    std::vector<std::pair<ModeEntry*, ModeEntry*>> pairs = {{pRoot, pOtherRoot}};
+    while (!pairs.empty())
+    {
+        const auto [pMode, pOtherMode] = pairs.back();
+        pairs.pop_back();
+        MergeMode(pMode, pOtherMode);
+        for (ModeEntry* pOtherChild = pOtherMode->FirstChild; pOtherChild != nullptr; pOtherChild = pOtherChild->Next)
+        {
+            TuningMode selector{};
+            selector.mode          = static_cast<ModeType>(pOtherChild->Mode.Mode);
+            selector.subMode.value = pOtherChild->Mode.SubMode;
+            if (ModeEntry* pChild = pMode->FindMode(selector))
+            {
+                pairs.emplace_back(pChild, pOtherChild);
+            }
+        }
+    }
+}
+
+VOID ParameterSetManager::MergeMode(ModeEntry* pMode, ModeEntry* pOtherMode)
+{
+    // What was in a buffer cannot be read again, so the new modules are never unloaded.
+    pOtherMode->Preserve = true;
+    for (const auto& rpReference : pOtherMode->ModuleMap)
+    {
+        const ParameterModule* pReplaced = pMode->ReplaceModule(rpReference->Module);
+        DefaultModule*         pDefault  = GetDefaultModule(rpReference->NameHash);
+        if (pReplaced == nullptr || pDefault == nullptr)
+        {
+            continue;
+        }
+        // Holders of the old record, and other modes that share it, keep it until the reload after next. A module that
+        // is not in the list was set aside before, or came from yet another manager.
+        if (std::unique_ptr<ParameterModule> pOld = pDefault->RemoveModule(pReplaced))
+        {
+            m_replacedModules.push_back(std::move(pOld));
+        }
+    }
+}

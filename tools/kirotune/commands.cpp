@@ -1,0 +1,134 @@
+#include "tools/kirotune/commands.h"
+
+#include <fmt/ranges.h>
+
+#include "tools/tuningfile/binaryinput.h"
+#include "tools/tuningfile/check.h"
+#include "tools/tuningfile/files.h"
+#include "tools/tuningfile/inputerror.h"
+#include "tools/tuningfile/modepath.h"
+#include "tools/tuningfile/schematext.h"
+#include "tools/tuningfile/storelog.h"
+#include "tools/tuningfile/textoutput.h"
+
+namespace kirotune
+{
+
+namespace
+{
+
+using namespace tuningfile;
+
+/// What the store says about a file beside its tuning; errors of a refused file come as one InputError.
+BinaryTuning ReadAloud(const std::string& rInput)
+{
+    const StoreLog log;
+    BinaryTuning   binary = ReadBinary(ReadBytes(rInput), rInput);
+    for (const std::string& rLine : log.Lines())
+    {
+        fmt::print(stderr, "{}: {}\n", rInput, rLine);
+    }
+    return binary;
+}
+
+VOID PrintModes(const ModeTable& rTable)
+{
+    std::vector<size_t> depths;
+    for (UINT32 index = 0; index < rTable.modes.size(); ++index)
+    {
+        const Mode& rMode = rTable.modes[index];
+        depths.push_back(rMode.parent.has_value() ? depths[*rMode.parent] + 1 : 1);
+
+        std::vector<std::string_view> names;
+        for (const Module& rModule : rMode.modules)
+        {
+            names.push_back(rModule.pDescription->pName);
+        }
+        fmt::print("{:{}}{}{}{}{}{}{}\n", "", depths.back() * 2, FormatModeName({rMode.mode, rMode.subMode}),
+                   (rMode.group != 0) ? fmt::format(" (group {})", rMode.group) : "",
+                   rMode.preserve ? " (preserved)" : "",
+                   rMode.link.has_value() ? " -> " + PathOf(rTable, *rMode.link) : "", names.empty() ? "" : ": ",
+                   fmt::join(names, ", "));
+    }
+}
+
+} // namespace
+
+int Compile(const std::string& rInput, const std::string& rOutput, const VersionUnion& rVersion)
+{
+    const Tuning tuning = ReadTextFile(rInput);
+    ReplaceFile(rOutput, WriteBinary(tuning, rVersion));
+    for (const std::string& rWhat : LeftOut(tuning, rVersion))
+    {
+        fmt::print(stderr, "{}: {} left out, since the file version has no place for them\n", rInput, rWhat);
+    }
+    return 0;
+}
+
+int Dump(const std::string& rInput, const std::string& rOutput)
+{
+    const BinaryTuning binary = ReadAloud(rInput);
+    for (const std::string& rNote : binary.notes)
+    {
+        fmt::print(stderr, "{}: {}\n", rInput, rNote);
+    }
+    const std::string text = WriteText(binary.tuning);
+    if (rOutput.empty())
+    {
+        fmt::print("{}", text);
+    }
+    else
+    {
+        ReplaceFile(rOutput, {reinterpret_cast<const BYTE*>(text.data()), text.size()});
+    }
+    return 0;
+}
+
+int Info(const std::string& rInput)
+{
+    const BinaryTuning binary   = ReadAloud(rInput);
+    const auto&        rVersion = binary.header.Version.Version;
+    fmt::print("version:    {}.{}.{}\n", rVersion.Major, rVersion.Minor, rVersion.Patch);
+    fmt::print("created by: {}\n", binary.tuning.createdBy);
+    fmt::print("binary tag: {}\n", binary.tuning.binaryTag);
+    const auto section = [](const char* pName, const SectionInfo& rSection)
+    {
+        fmt::print("{:<11} {} bytes at {}\n", pName, rSection.Size, rSection.Offset);
+    };
+    section("symbols:", binary.sections.Symbols);
+    section("data table:", binary.sections.DataTable);
+    section("data:", binary.sections.Data);
+    section("definitions:", binary.sections.Definitions);
+    for (const ModeTable& rTable : binary.tuning.tables)
+    {
+        fmt::print("modes{}:\n", rTable.name.empty() ? "" : fmt::format(" of table '{}'", rTable.name));
+        PrintModes(rTable);
+    }
+    for (const std::string& rNote : binary.notes)
+    {
+        fmt::print("note: {}\n", rNote);
+    }
+    return 0;
+}
+
+int Check(const std::string& rInput)
+{
+    const CheckReport report = CheckFile(rInput);
+    for (const std::string& rLine : report.lines)
+    {
+        fmt::print("{}\n", rLine);
+    }
+    if (!report.accepted)
+    {
+        throw InputError(fmt::format("{}: {}", rInput, report.reason));
+    }
+    return 0;
+}
+
+int Schema(bool reference)
+{
+    fmt::print("{}", reference ? Reference() : JsonSchema());
+    return 0;
+}
+
+} // namespace kirotune

@@ -1,0 +1,25 @@
+/// @file
+/// The commands of kirotune. Each prints its result to stdout and remarks to stderr, and returns the exit status.
+#pragma once
+
+#include <string>
+
+#include "parameters/versionunion.h"
+
+namespace kirotune
+{
+
+/// @throws tuningfile::InputError, as all commands do, on bad input
+int Compile(const std::string& rInput, const std::string& rOutput, const VersionUnion& rVersion);
+
+/// @param rOutput empty for stdout
+int Dump(const std::string& rInput, const std::string& rOutput);
+
+int Info(const std::string& rInput);
+
+/// @return 1 if the tuning is refused
+int Check(const std::string& rInput);
+
+int Schema(bool reference);
+
+} // namespace kirotune

@@ -1,0 +1,77 @@
+/// kirotune: makes, reads and checks tuning files.
+#include <exception>
+#include <functional>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include "tools/kirotune/commands.h"
+#include "tools/tuningfile/binaryoutput.h"
+
+namespace
+{
+
+constexpr int BadInput = 1;
+constexpr int BadUsage = 2;
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    CLI::App app("Makes, reads and checks tuning files.", "kirotune");
+    app.require_subcommand(1);
+
+    std::string          input;
+    std::string          output;
+    std::string          version = "7.0.0";
+    std::function<int()> run;
+
+    CLI::App* pCompile = app.add_subcommand("compile", "make a parameter file of a text tuning");
+    pCompile->add_option("tuning", input, "text tuning (.yaml)")->required();
+    pCompile->add_option("-o,--output", output, "parameter file to write")->required();
+    pCompile->add_option("--version", version, "version of the file, 1.0.0 to 7.0.0; below 6.0.0 it holds no modules")
+        ->capture_default_str()
+        ->check([](const std::string& rText)
+                { return tuningfile::ParseVersion(rText) ? "" : "expected a version from 1.0.0 to 7.0.0"; });
+    pCompile->callback(
+        [&] { run = [&] { return kirotune::Compile(input, output, *tuningfile::ParseVersion(version)); }; });
+
+    CLI::App* pDump = app.add_subcommand("dump", "turn a parameter file into text");
+    pDump->add_option("file", input, "parameter file")->required();
+    pDump->add_option("-o,--output", output, "text to write; stdout by default");
+    pDump->callback([&] { run = [&] { return kirotune::Dump(input, output); }; });
+
+    CLI::App* pInfo = app.add_subcommand("info", "show what a parameter file holds");
+    pInfo->add_option("file", input, "parameter file")->required();
+    pInfo->callback([&] { run = [&] { return kirotune::Info(input); }; });
+
+    CLI::App* pCheck = app.add_subcommand("check", "show what a device would say to a tuning");
+    pCheck->add_option("file", input, "parameter file or text tuning (.yaml)")->required();
+    pCheck->callback([&] { run = [&] { return kirotune::Check(input); }; });
+
+    CLI::App* pSchema   = app.add_subcommand("schema", "print the schema of text tunings");
+    bool      reference = false;
+    auto*     pJson     = pSchema->add_flag("--json", "as JSON Schema for editors (default)");
+    pSchema->add_flag("--reference", reference, "as a reference of all tunables in Markdown")->excludes(pJson);
+    pSchema->callback([&] { run = [&] { return kirotune::Schema(reference); }; });
+
+    try
+    {
+        app.parse(argc, argv);
+        return run();
+    }
+    catch (const CLI::CallForHelp& rHelp)
+    {
+        return app.exit(rHelp);
+    }
+    catch (const CLI::ParseError& rFault)
+    {
+        fmt::print(stderr, "kirotune: {}\n", rFault.what());
+        return BadUsage;
+    }
+    catch (const std::exception& rFault)
+    {
+        fmt::print(stderr, "{}\n", rFault.what());
+        return BadInput;
+    }
+}
