@@ -21,7 +21,19 @@ constexpr UINT32 NoLoadDataLimit = 0xFFFFFFFF;
 struct ReadingSite
 {
     const tuning::RecordDescription* pRecord;   ///< type of the enclosing record
-    INT32                            location;  ///< number of the member in that type, in file order, from 1
+    INT32                            location;  ///< number of the place in that type
+
+    /// @return the place that reads a member, by the member's ordinal
+    static ReadingSite OfMember(const tuning::RecordDescription& rRecord, UINT32 memberIndex)
+    {
+        return {&rRecord, static_cast<INT32>(2 * memberIndex)};
+    }
+
+    /// @return the place that reads the items of an array of texts, which are objects besides the array
+    ReadingSite OfItems() const
+    {
+        return {pRecord, location + 1};
+    }
 
     bool operator==(const ReadingSite&) const = default;
 };
@@ -78,11 +90,13 @@ public:
 
     /// Finds the definition of the member that is about to be read and compares the read position with it. A mismatch
     /// is logged and tolerated: the position stays.
-    /// @param markVerified mark the element as matching if the position is the expected one
-    /// @param rAdjusted    whether the position was another one
+    /// @param rAdjusted whether the position was another one
     /// @return null if there are no definitions for it
     ParameterDefinitionElement* AdjustPositionAndGetElement(const ParameterLoadParameters& rParameters,
-                                                            bool markVerified, bool& rAdjusted);
+                                                            bool& rAdjusted) const;
+
+    /// Logs that the file does not have a member. @param pReader which reader missed it
+    VOID LogNotFound(const CHAR* pReader, UINT64 nameHash) const;
 
     VOID ReadSimpleTypeFixedArray(VOID* pDestination, tuning::ValueType type, UINT32 count,
                                   const ParameterLoadParameters& rParameters);
@@ -125,33 +139,33 @@ public:
     std::unique_ptr<ModuleData> Module;  ///< for an entry of the symbol table that is a module
 
 private:
-    /// How the code declares a member.
-    enum class Wanted
-    {
-        Single,
-        FixedArray,
-        Variable,  ///< an array or an optional value of its own size
-        Text
-    };
+    friend class ParameterFileSymbolTable;
 
-    /// What is known of a member before its values are read.
+    /// A member as the code declares it.
+    struct MemberRequest;
+
+    /// A member as it was found in the file.
     struct MemberSource;
 
-    bool GetCountAndPointerEntry(MemberSource& rSource, UINT32 elementSize, UINT32 minimumCount, Wanted wanted,
-                                 UINT32 limit);
-    bool ReadInlineCount(MemberSource& rSource, Wanted wanted, UINT32 limit);
-    VOID ClipCount(MemberSource& rSource, UINT64 available, UINT32 elementSize, UINT32 minimumCount) const;
-    bool FindMember(MemberSource& rSource, UINT32 elementSize, UINT32 minimumCount, Wanted wanted,
-                    const ParameterLoadParameters& rParameters);
+    template <typename Matches>
+    bool FindMember(const MemberRequest& rRequest, MemberSource& rSource, Matches matches);
+    bool GetCountAndPointerEntry(const MemberRequest& rRequest, MemberSource& rSource);
+    bool ReadInlineCount(const MemberRequest& rRequest, MemberSource& rSource);
+    bool ReadPointerCount(const MemberRequest& rRequest, MemberSource& rSource);
+    VOID ClipCount(const MemberRequest& rRequest, MemberSource& rSource, UINT64 available) const;
+    UINT64 Available(UINT32 limit) const;
 
     bool ReadArray(VOID* pDestination, tuning::ValueType type, const ParameterDefinitionElement* pElement, UINT32 count,
                    UINT32 limit);
+    VOID* ReadAllocatedArray(tuning::ValueType type, const ParameterDefinitionElement* pElement, UINT32 count,
+                             UINT32 limit);
+    VOID* AllocateItems(UINT32 count, UINT32 size) const;
     CHAR* ReadSharedText(UINT32 size, const ReadingSite& rSite);
     CHAR* ReadTextItem(const ReadingSite& rSite, UINT32 limit);
-    VOID* GetDupObject(const ReadingSite& rSite, UINT32 count) const;
-    VOID  SetDupObject(VOID* pObject, const ReadingSite& rSite, UINT32 count) const;
-    bool  ReadLimited(UINT32& rValue, UINT32 limit);
+
+    bool   ReadLimited(UINT32& rValue, UINT32 limit);
     UINT32 StoredPairSize() const;
+    VOID*  GetDupObject(const ReadingSite& rSite, UINT32 count) const;
+    VOID   SetDupObject(VOID* pObject, const ReadingSite& rSite, UINT32 count) const;
     VOID   LogMessage(bool isError, const CHAR* pFormat, ...) const __attribute__((format(printf, 3, 4)));
-    VOID   LogNotFound(const CHAR* pReader, UINT64 nameHash) const;
 };

@@ -1,2 +1,14 @@
 add_room(kiro_parameters
+    parameters/binaryfileformat.cpp
+    parameters/moduledata.cpp
+    parameters/parameterbinaryfile.cpp
+    parameters/parameterdefinitions.cpp
+    parameters/parameterfilesymboltable.cpp
+    parameters/parameterfilesymboltableentry.cpp
+    parameters/parameterlogging.cpp
+    parameters/parametermemberreaders.cpp
+    parameters/parameterutils.cpp
+    parameters/parametervalues.cpp
+    parameters/parsercrc.cpp
+    parameters/recordloader.cpp
 )

@@ -39,71 +39,32 @@ bool ModuleSetManager::UpdateBinaryParameters(const BYTE*, UINT64)
     return false;
 }
 
-bool ModuleSetManager::FindTableForDerived(UINT32 tableIndex) const
-{
-    return HasModeTable("CreateSetManager", tableIndex);
-}
-
-bool ModuleSetManager::FindTableForDerived(const CHAR* pTableName, BYTE& rTableIndex) const
-{
-    return pTableName != nullptr && FindModeTable("CreateSetManager", pTableName, rTableIndex);
-}
-
 TuningSetManager::TuningSetManager(const CHAR* pName)
-    : ModuleSetManager("TuningSetManager", pName, tuning::TuningModules)
+    : SetManagerOf("TuningSetManager", pName, tuning::TuningModules)
 {
 }
 
 TuningSetManager::TuningSetManager(ParameterSetManager* pMain, BYTE tableIndex)
-    : ModuleSetManager("TuningSetManager", pMain, tableIndex)
+    : SetManagerOf("TuningSetManager", pMain, tableIndex)
 {
-}
-
-std::unique_ptr<TuningSetManager> TuningSetManager::CreateSetManager(BYTE tableIndex)
-{
-    return MakeDerived<TuningSetManager>(tableIndex);
-}
-
-std::unique_ptr<TuningSetManager> TuningSetManager::CreateSetManager(const CHAR* pTableName)
-{
-    return MakeDerived<TuningSetManager>(pTableName);
 }
 
 ImageSensorModuleSetManager::ImageSensorModuleSetManager(const CHAR* pName)
-    : ModuleSetManager("ImageSensorModuleSetManager", pName, tuning::ImageSensorModules)
+    : SetManagerOf("ImageSensorModuleSetManager", pName, tuning::ImageSensorModules)
 {
 }
 
 ImageSensorModuleSetManager::ImageSensorModuleSetManager(ParameterSetManager* pMain, BYTE tableIndex)
-    : ModuleSetManager("ImageSensorModuleSetManager", pMain, tableIndex)
+    : SetManagerOf("ImageSensorModuleSetManager", pMain, tableIndex)
 {
 }
 
-std::unique_ptr<ImageSensorModuleSetManager> ImageSensorModuleSetManager::CreateSetManager(BYTE tableIndex)
-{
-    return MakeDerived<ImageSensorModuleSetManager>(tableIndex);
-}
-
-std::unique_ptr<ImageSensorModuleSetManager> ImageSensorModuleSetManager::CreateSetManager(const CHAR* pTableName)
-{
-    return MakeDerived<ImageSensorModuleSetManager>(pTableName);
-}
-
-fdSetManager::fdSetManager(const CHAR* pName) : ModuleSetManager("fdSetManager", pName, tuning::FaceDetectionModules)
+fdSetManager::fdSetManager(const CHAR* pName)
+    : SetManagerOf("fdSetManager", pName, tuning::FaceDetectionModules)
 {
 }
 
 fdSetManager::fdSetManager(ParameterSetManager* pMain, BYTE tableIndex)
-    : ModuleSetManager("fdSetManager", pMain, tableIndex)
+    : SetManagerOf("fdSetManager", pMain, tableIndex)
 {
-}
-
-std::unique_ptr<fdSetManager> fdSetManager::CreateSetManager(BYTE tableIndex)
-{
-    return MakeDerived<fdSetManager>(tableIndex);
-}
-
-std::unique_ptr<fdSetManager> fdSetManager::CreateSetManager(const CHAR* pTableName)
-{
-    return MakeDerived<fdSetManager>(pTableName);
 }

@@ -56,31 +56,38 @@ protected:
     /// A derived manager.
     ModuleSetManager(const CHAR* pClassName, ParameterSetManager* pMain, BYTE tableIndex);
 
-    bool FindTableForDerived(UINT32 tableIndex) const;
-    bool FindTableForDerived(const CHAR* pTableName, BYTE& rTableIndex) const;
-
-    /// Makes a derived manager for another mode table. @return null, with a log, if there is no such table
-    template <typename Manager>
-    std::unique_ptr<Manager> MakeDerived(BYTE tableIndex)
-    {
-        return FindTableForDerived(tableIndex) ? std::make_unique<Manager>(GetMainSetManager(), tableIndex) : nullptr;
-    }
-
-    template <typename Manager>
-    std::unique_ptr<Manager> MakeDerived(const CHAR* pTableName)
-    {
-        BYTE tableIndex = 0;
-        return FindTableForDerived(pTableName, tableIndex)
-                   ? std::make_unique<Manager>(GetMainSetManager(), tableIndex)
-                   : nullptr;
-    }
-
 private:
     const CHAR* const m_pClassName;
 };
 
+/// What makes further managers of its own kind.
+template <typename Manager>
+class SetManagerOf : public ModuleSetManager
+{
+public:
+    /// Makes a derived manager for another mode table, on the main manager, which must outlive it.
+    /// @return null, with a log, if there is no such table
+    std::unique_ptr<Manager> CreateSetManager(BYTE tableIndex)
+    {
+        return HasModeTable("CreateSetManager", tableIndex)
+                   ? std::make_unique<Manager>(GetMainSetManager(), tableIndex)
+                   : nullptr;
+    }
+
+    std::unique_ptr<Manager> CreateSetManager(const CHAR* pTableName)
+    {
+        BYTE tableIndex = 0;
+        return (pTableName != nullptr && FindModeTable("CreateSetManager", pTableName, tableIndex))
+                   ? std::make_unique<Manager>(GetMainSetManager(), tableIndex)
+                   : nullptr;
+    }
+
+protected:
+    using ModuleSetManager::ModuleSetManager;
+};
+
 /// The tuning of image processing, exposure, focus and white balance.
-class TAVO_VISIBLE TuningSetManager : public ModuleSetManager
+class TAVO_VISIBLE TuningSetManager : public SetManagerOf<TuningSetManager>
 {
 public:
     /// @param pName of the camera, for log lines; may be null
@@ -89,35 +96,25 @@ public:
     /// A derived manager for a further mode table. @param pMain must outlive it
     TuningSetManager(ParameterSetManager* pMain, BYTE tableIndex);
 
-    /// @return a derived manager on the main manager, which must outlive it; null if there is no such mode table
-    std::unique_ptr<TuningSetManager> CreateSetManager(BYTE tableIndex);
-    std::unique_ptr<TuningSetManager> CreateSetManager(const CHAR* pTableName);
-
 #include "schema/modules.def"
 };
 
 /// What is known of the camera module: sensor, actuator, flash, EEPROM.
-class TAVO_VISIBLE ImageSensorModuleSetManager : public ModuleSetManager
+class TAVO_VISIBLE ImageSensorModuleSetManager : public SetManagerOf<ImageSensorModuleSetManager>
 {
 public:
     explicit ImageSensorModuleSetManager(const CHAR* pName);
     ImageSensorModuleSetManager(ParameterSetManager* pMain, BYTE tableIndex);
 
-    std::unique_ptr<ImageSensorModuleSetManager> CreateSetManager(BYTE tableIndex);
-    std::unique_ptr<ImageSensorModuleSetManager> CreateSetManager(const CHAR* pTableName);
-
 #include "schema/imagesensormodules.def"
 };
 
 /// The settings of face detection.
-class TAVO_VISIBLE fdSetManager : public ModuleSetManager
+class TAVO_VISIBLE fdSetManager : public SetManagerOf<fdSetManager>
 {
 public:
     explicit fdSetManager(const CHAR* pName);
     fdSetManager(ParameterSetManager* pMain, BYTE tableIndex);
-
-    std::unique_ptr<fdSetManager> CreateSetManager(BYTE tableIndex);
-    std::unique_ptr<fdSetManager> CreateSetManager(const CHAR* pTableName);
 
 #include "schema/fdmodules.def"
 };

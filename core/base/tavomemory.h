@@ -81,3 +81,67 @@ TavoArray<T> TavoNewArray(size_t count, INT tag = tavomemory::WorkTag)
     }
     return TavoArray<T>(static_cast<T*>(TavoCalloc(count * sizeof(T), alignment, tag, 0, nullptr, 0)));
 }
+
+/// Owner of an array of objects in one block of memory. Elements are destroyed last first.
+template <typename T>
+class TavoObjects
+{
+public:
+    TavoObjects() = default;
+    TavoObjects(const TavoObjects&)            = delete;
+    TavoObjects& operator=(const TavoObjects&) = delete;
+
+    ~TavoObjects()
+    {
+        clear();
+    }
+
+    /// Replaces the elements by count default-constructed ones; none when no memory is left.
+    VOID reset(UINT32 count)
+    {
+        clear();
+        constexpr UINT alignment = (alignof(T) > tavomemory::Alignment) ? alignof(T) : tavomemory::Alignment;
+        m_pElements = (count == 0) ? nullptr
+                                   : static_cast<T*>(TavoCalloc(sizeof(T) * static_cast<size_t>(count), alignment,
+                                                                tavomemory::ObjectTag, 0, nullptr, 0));
+        for (; m_pElements != nullptr && m_count < count; ++m_count)
+        {
+            new (m_pElements + m_count) T();
+        }
+    }
+
+    VOID clear()
+    {
+        while (m_count > 0)
+        {
+            --m_count;
+            m_pElements[m_count].~T();
+        }
+        TavoFree(m_pElements, tavomemory::ReleaseTag, nullptr, 0);
+        m_pElements = nullptr;
+    }
+
+    UINT32 size() const
+    {
+        return m_count;
+    }
+
+    T& operator[](UINT32 index)
+    {
+        return m_pElements[index];
+    }
+
+    T* begin()
+    {
+        return m_pElements;
+    }
+
+    T* end()
+    {
+        return m_pElements + m_count;
+    }
+
+private:
+    T*     m_pElements = nullptr;
+    UINT32 m_count     = 0;
+};

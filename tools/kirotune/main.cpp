@@ -51,7 +51,8 @@ int main(int argc, char** argv)
 
     CLI::App* pSchema   = app.add_subcommand("schema", "print the schema of text tunings");
     bool      reference = false;
-    auto*     pJson     = pSchema->add_flag("--json", "as JSON Schema for editors (default)");
+    bool      json      = false;
+    auto*     pJson     = pSchema->add_flag("--json", json, "as JSON Schema for editors (default)");
     pSchema->add_flag("--reference", reference, "as a reference of all tunables in Markdown")->excludes(pJson);
     pSchema->callback([&] { run = [&] { return kirotune::Schema(reference); }; });
 

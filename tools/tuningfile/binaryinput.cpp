@@ -189,10 +189,10 @@ BinaryTuning ReadBinary(const std::vector<BYTE>& rBytes, const std::string& rFil
     BinaryTuning result;
     UINT64       position = 0;
     std::string  errorText;
-    BinaryFileFormat::ReadHeader(rBytes.data(), rBytes.size(), position, result.header, errorText, nullptr);
+    BinaryFileFormat::ReadHeader(rBytes.data(), rBytes.size(), position, result.header, errorText, pStore.get());
     position = result.header.SectionTableOffset;
     BinaryFileFormat::ReadSectionInfo(rBytes.data(), rBytes.size(), position, result.header.Alignment,
-                                      result.header.SectionCount, result.sections, errorText, nullptr);
+                                      result.header.SectionCount, result.sections, errorText, pStore.get());
     result.tuning.source    = rFileName;
     result.tuning.createdBy = ReadCreatedBy(rBytes, result.header);
     result.tuning.binaryTag = result.header.BinaryTag;

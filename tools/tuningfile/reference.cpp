@@ -1,5 +1,6 @@
 #include "tools/tuningfile/schematext.h"
 
+#include <algorithm>
 #include <vector>
 
 #include <fmt/format.h>

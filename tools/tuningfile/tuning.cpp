@@ -6,26 +6,6 @@
 namespace tuningfile
 {
 
-namespace
-{
-
-/// Every module record starts with its entry ID and its version.
-constexpr bool RecordsStartWithVersion()
-{
-    for (const tuning::ModuleDescription& rModule : tuning::TuningModules)
-    {
-        if (rModule.pRecord != nullptr &&
-            rModule.pRecord->pMembers[1].pRecord != TuningRecordOf(static_cast<const module_versionStruct*>(nullptr)))
-        {
-            return false;
-        }
-    }
-    return true;
-}
-static_assert(RecordsStartWithVersion());
-
-} // namespace
-
 bool ModeTable::IsGroupEntry(UINT32 index) const
 {
     const Mode& rMode = modes[index];
@@ -50,8 +30,16 @@ const Module* FindModuleOf(const Mode& rMode, const tuning::ModuleDescription& r
 
 VOID InitializeModuleRecord(const tuning::ModuleDescription& rDescription, VOID* pRecord)
 {
-    const module_versionStruct version{0, rDescription.major, rDescription.minor, static_cast<INT32>(rDescription.patch)};
-    std::memcpy(static_cast<BYTE*>(pRecord) + rDescription.pRecord->pMembers[1].offset, &version, sizeof(version));
+    const module_versionStruct       version{0, rDescription.major, rDescription.minor, static_cast<INT32>(rDescription.patch)};
+    const tuning::RecordDescription& rRecord = *rDescription.pRecord;
+    for (UINT32 index = 0; index < rRecord.memberCount; ++index)
+    {
+        const tuning::RecordMember& rMember = rRecord.pMembers[index];
+        if (rMember.pRecord == TuningRecordOf(static_cast<const module_versionStruct*>(nullptr)))
+        {
+            std::memcpy(static_cast<BYTE*>(pRecord) + rMember.offset, &version, sizeof(version));
+        }
+    }
 }
 
 VOID* RecordArena::Allocate(size_t size)

@@ -1,0 +1,40 @@
+/// @file
+/// Owns a calculator for each tuned record and runs them in the order of the active list.
+#pragma once
+
+#include "core/base/tuningdriven.h"
+#include "core/metering/ckirocalculator.h"
+
+class CCalculatorManager
+{
+public:
+    using Tuning = kirometeringstatscalculator::KIROMeteringStatsCalculatorType;
+
+    explicit CCalculatorManager(IKIROContextManager& rContextManager);
+
+    /// Called every frame; rebuilds the calculators when the record is another one. Null keeps them.
+    VOID UpdateCalculators(Tuning* pTuning);
+
+    // The four fixed calculators; nothing happens before the first UpdateCalculators.
+    VOID RunAverageCalculator();
+    VOID RunCtrWeightedCalculator();
+    VOID RunDarkRatioCalculator();
+    VOID RunBrightRatioCalculator();
+
+    /// Runs the active list, then one walk for all extreme colours.
+    VOID RunCalculators();
+
+private:
+    VOID Rebuild(const Tuning& rTuning);
+    VOID RunActiveCalculator(UINT32 id);
+    VOID RunXtremeColors();
+
+    IKIROContextManager&     m_rContextManager;
+    TuningDriven<Tuning>     m_tuning;
+    // Destroyed in this order reversed: the fixed ones last.
+    TavoPtr<CCalculator>     m_pAverageCalculator;
+    TavoPtr<CCalculator>     m_pCtrWeightedCalculator;
+    TavoPtr<CCalculator>     m_pDarkRatioCalculator;
+    TavoPtr<CCalculator>     m_pBrightRatioCalculator;
+    TavoObjects<CCalculator> m_calculators;
+};

@@ -1,0 +1,70 @@
+/// @file
+/// Turns the frame's statistics into three target exposures: short, long and safe.
+///
+/// Called twice in a frame; between the calls the frame driver runs the active analyzers. Exposures are sensitivities.
+#pragma once
+
+#include "core/metering/canalyzermanager.h"
+#include "core/metering/ccalculatormanager.h"
+#include "core/modulecommon.h"
+#include "schema/kiroflash.h"
+#include "schema/kirometering.h"
+
+class CKIROMetering : public ModuleCommon
+{
+public:
+    /// Target when nothing is known yet.
+    static constexpr UINT64 DefaultExposure = 10000000;
+
+    /// Cells of the preflash masks, 16 x 16.
+    static constexpr UINT32 PreflashMaskWidth = 16;
+    static constexpr UINT32 PreflashMaskSize  = PreflashMaskWidth * PreflashMaskWidth;
+
+    CKIROMetering(StatsTuningData& rTuningData, IKIROContextManager& rContextManager);
+
+    /// @return 0 when the frame was metered; 1 when it was skipped, with the previous targets in rOutput
+    KiroResult RunMeteringPreprocess(KIROMeteringInput& rInput, KIROMeteringOutput& rOutput);
+
+    /// @return null for an unknown analyzer
+    const KIROAnalyzerOutput* RunAnalyzer(UINT32 analyzerID);
+    VOID                      UpdateAnalyzerMgrOutput(UINT32 analyzerID, KIROAnalyzerOutput* pOutput);
+
+    /// Takes the analyzers' sensitivities as the exposures and applies antibanding priorities. @return 0
+    KiroResult RunMeteringPostprocess(KIROMeteringInput& rInput, KIROMeteringOutput& rOutput);
+
+    /// Replaces the exposures by the previous frame's targets while metering is locked. @return bLockMetering
+    BOOL UpdateMeteringLockExposure(KIROMeteringOutput& rOutput);
+
+    /// @return 1 while the LED brings a region above its limit that was not bright without it
+    BOOL IsPreflashMeteringNeeded(const KIROCntStatsOut* pOff, UINT32 offCount, const KIROCntStatsOut* pLow,
+                                  UINT32 lowCount, const kiroflash::FlashStatsPreprocessingType* pTuning);
+
+    /// One step of dilation with the four nearest neighbours, in place; the outer ring is not changed.
+    static VOID UtilDilateBinaryMask(INT32* pMask);
+
+private:
+    struct PreflashContext
+    {
+        INT32  LEDOffDilatedBrightTable[PreflashMaskSize];
+        UINT64 fID;  ///< never assigned: the table is rebuilt on every call with a frame ID
+    };
+
+    const AECFrameHistory* FindReflectedFrame() const;
+    bool                   IsFrameSkipped(const AECFrameHistory* pReflected, BOOL bStatsValid) const;
+    VOID UsePreviousTargets(const AECFrameHistory* pReflected, BOOL bStatsValid, KIROMeteringOutput& rOutput);
+    VOID PublishReflectedExposures(const AECFrameHistory& rReflected);
+    VOID PublishShortBlend(const AECFrameHistory& rReflected);
+    VOID PublishFlashLowExposures();
+    VOID CollectAnalyzerOutputs(KIROMeteringOutput& rOutput) const;
+    VOID CalculateAntibandingPriority(const KIROMeteringInput& rInput, KIROMeteringOutput& rOutput) const;
+    VOID PullSafeToAntibanding(const kirometering::AntibandingPrioOverLumaType& rTuning, UINT64 antibandingExposure,
+                               UINT64* pExposures) const;
+    VOID CalculateAntibandingADRCPriority(const KIROMeteringInput& rInput, KIROMeteringOutput& rOutput) const;
+    VOID BuildLEDOffMask(const KIROCntStatsOut& rLevel, const KIROCntStatsOut& rSaturation,
+                         const kiroflash::FlashStatsPreprocessingType& rTuning);
+
+    // The calculators outlive the analyzers, which are destroyed first.
+    CCalculatorManager m_calculatorManager;
+    CAnalyzerManager   m_analyzerManager;
+    PreflashContext    m_preflashContext;
+};
