@@ -4,6 +4,7 @@
 
 #include "core/base/kirolog.h"
 #include "core/base/tuningaccess.h"
+#include "schema/kirohdrsensor.h"
 
 namespace
 {

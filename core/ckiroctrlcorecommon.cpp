@@ -9,6 +9,7 @@
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
 #include "core/base/tuningaccess.h"
+#include "schema/kiroev.h"
 
 const CHAR* const g_pAECExtParamStringArray[AECExtParamMax + 1] = {
     "AECExtParamMultiCamPriorityMap",

@@ -8,6 +8,9 @@ add_room(kiro_core
     core/ckirocontextinput.cpp
     core/ckirocontextmanager.cpp
     core/ckirocore.cpp
+    core/ckirocoreforwards.cpp
+    core/ckirocoretriggers.cpp
+    core/ckiroshortblend.cpp
     core/ckirocorefactory.cpp
     core/ckiroctrlcorecommon.cpp
     core/kirocorefunctions.cpp

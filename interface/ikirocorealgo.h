@@ -4,6 +4,7 @@
 
 #include "interface/ikirodebugdata.h"
 #include "interface/kirobankdata.h"
+#include "interface/kiroextension.h"
 #include "interface/kiroframe.h"
 #include "interface/kirosetinput.h"
 #include "interface/kirotriggerdata.h"
@@ -13,7 +14,7 @@
 class IKIROCore;
 struct AECAlgoGetParam;
 struct KIROAlgoStartExposureInfo;
-struct KIROExtensionOutput;
+
 
 /// One table per instance. Every function takes the table first. A null table or instance yields 4 (KiroResult),
 /// -1 (GetFlashMaxCurrent), 0 (BOOL and counts) or has no effect. The host serialises all calls on one instance.

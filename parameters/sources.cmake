@@ -1,5 +1,8 @@
 add_room(kiro_parameters
     parameters/binaryfileformat.cpp
+    parameters/modeentry.cpp
+    parameters/modenames.cpp
+    parameters/modesectionreader.cpp
     parameters/moduledata.cpp
     parameters/parameterbinaryfile.cpp
     parameters/parameterdefinitions.cpp
@@ -7,8 +10,16 @@ add_room(kiro_parameters
     parameters/parameterfilesymboltableentry.cpp
     parameters/parameterlogging.cpp
     parameters/parametermemberreaders.cpp
+    parameters/parametermodule.cpp
+    parameters/parametersetmanager.cpp
+    parameters/parametersetmanager_load.cpp
+    parameters/parametersetmanager_lookup.cpp
+    parameters/parametersetmanager_modeloading.cpp
+    parameters/parametersetmanager_reload.cpp
     parameters/parameterutils.cpp
     parameters/parametervalues.cpp
     parameters/parsercrc.cpp
     parameters/recordloader.cpp
+    parameters/tablemodule.cpp
+    parameters/tuningsetmanager.cpp
 )

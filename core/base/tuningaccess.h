@@ -10,17 +10,20 @@
 namespace tuningaccess
 {
 
+// A caller includes the header of the module's record, schema/<module>.h; Require_ is a template so that this one does
+// without them all.
 #define TUNING_MODULE(name, RecordType, major, minor, patch)                                                           \
     inline name::RecordType* Get_##name(const StatsTuningData& rTuningData)                                            \
     {                                                                                                                  \
         return static_cast<TuningSetManager*>(rTuningData.pTuningSetManager)                                           \
-            ->GetModule_##name(static_cast<TuningMode*>(rTuningData.pTuningModeSelectors), rTuningData.numSelectors,   \
-                               nullptr);                                                                               \
+            ->GetModule_##name(static_cast<const TuningMode*>(rTuningData.pTuningModeSelectors),                       \
+                               rTuningData.numSelectors, nullptr);                                                     \
     }                                                                                                                  \
-    inline const name::RecordType& Require_##name(const StatsTuningData& rTuningData)                                  \
+    template <typename Record = name::RecordType>                                                                      \
+    const Record& Require_##name(const StatsTuningData& rTuningData)                                                   \
     {                                                                                                                  \
-        static const name::RecordType absent{};                                                                        \
-        const name::RecordType*       pRecord = Get_##name(rTuningData);                                               \
+        static const Record absent{};                                                                                  \
+        const Record*       pRecord = Get_##name(rTuningData);                                                         \
         return (pRecord != nullptr) ? *pRecord : absent;                                                               \
     }
 #define TUNING_MODULE_BARE(name, major, minor, patch)

@@ -5,6 +5,8 @@
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
 #include "core/base/tuningaccess.h"
+#include "schema/kiroflash.h"
+#include "schema/kirosync.h"
 
 using exposurearithmetic::Epsilon;
 using exposurearithmetic::SensiLog103;

@@ -7,6 +7,7 @@
 #include "core/base/kirolog.h"
 #include "core/base/tuningaccess.h"
 #include "core/convergence/ckiromodconvergence.h"
+#include "schema/kirohdrsensor.h"
 
 using exposurearithmetic::IndexBase;
 using exposurearithmetic::SensiLog103;

@@ -1,1 +1,5 @@
-list(APPEND SUPPORT_SOURCES statslogcapture.cpp)
+set(SUPPORT_SOURCES
+    parameterfilebuilder.cpp
+    recordwriter.cpp
+    statslogcapture.cpp
+)

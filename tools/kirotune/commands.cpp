@@ -88,12 +88,15 @@ int Info(const std::string& rInput)
 {
     const BinaryTuning binary   = ReadAloud(rInput);
     const auto&        rVersion = binary.header.Version.Version;
-    fmt::print("version:    {}.{}.{}\n", rVersion.Major, rVersion.Minor, rVersion.Patch);
-    fmt::print("created by: {}\n", binary.tuning.createdBy);
-    fmt::print("binary tag: {}\n", binary.tuning.binaryTag);
+    fmt::print("version:     {}.{}.{}\n", rVersion.Major, rVersion.Minor, rVersion.Patch);
+    fmt::print("created by:  {}\n", binary.tuning.createdBy);
+    fmt::print("binary tag:  {}\n", binary.tuning.binaryTag);
     const auto section = [](const char* pName, const SectionInfo& rSection)
     {
-        fmt::print("{:<11} {} bytes at {}\n", pName, rSection.Size, rSection.Offset);
+        if (rSection.Size != 0)
+        {
+            fmt::print("{:<12} {} bytes at {}\n", pName, rSection.Size, rSection.Offset);
+        }
     };
     section("symbols:", binary.sections.Symbols);
     section("data table:", binary.sections.DataTable);

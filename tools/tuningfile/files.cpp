@@ -93,7 +93,11 @@ std::vector<BYTE> ReadBytes(const std::string& rPath)
 {
     constexpr size_t PieceSize = 1 << 20;
 
-    const Descriptor  file(open(rPath.c_str(), O_RDONLY | O_CLOEXEC));
+    const Descriptor file(open(rPath.c_str(), O_RDONLY | O_CLOEXEC));
+    if (file.Get() < 0)
+    {
+        FailOnSystem(rPath, "cannot be opened");
+    }
     std::vector<BYTE> bytes;
     for (ssize_t length = -1; length != 0;)
     {
@@ -102,7 +106,7 @@ std::vector<BYTE> ReadBytes(const std::string& rPath)
         length = read(file.Get(), bytes.data() + start, PieceSize);
         if (length < 0 && errno != EINTR)
         {
-            FailOnSystem(rPath, (file.Get() < 0) ? "cannot be opened" : "cannot be read");
+            FailOnSystem(rPath, "cannot be read");
         }
         bytes.resize(start + static_cast<size_t>(std::max<ssize_t>(length, 0)));
         if (bytes.size() > MaxFileSize)

@@ -1,6 +1,7 @@
 #include "tools/tuningfile/schematext.h"
 
 #include <algorithm>
+#include <cctype>
 #include <vector>
 
 #include <fmt/format.h>
@@ -12,6 +13,14 @@ namespace tuningfile
 
 namespace
 {
+
+/// Anchors of headings are in lower case.
+std::string LinkTo(const std::string& rHeading)
+{
+    std::string anchor = rHeading;
+    std::transform(anchor.begin(), anchor.end(), anchor.begin(), [](unsigned char letter) { return std::tolower(letter); });
+    return fmt::format("[{}](#{})", rHeading, anchor);
+}
 
 std::string TypeName(const tuning::RecordMember& rMember)
 {
@@ -40,7 +49,7 @@ std::string TypeName(const tuning::RecordMember& rMember)
     case tuning::ValueType::Boolean:
         return "true or false";
     case tuning::ValueType::Enum:
-        return fmt::format("[{0}](#{0})", rMember.pEnum->pName);
+        return LinkTo(rMember.pEnum->pName);
     case tuning::ValueType::Text:
         return "text";
     case tuning::ValueType::Record:

@@ -84,8 +84,8 @@ Tuning TextInput::Read()
     }
     if ((pModes == nullptr) == (pTables == nullptr))
     {
-        m_input.Fail(m_input.Root(), fmt::format("{} 'modes' and 'tables', expected one of them",
-                                                 (pModes == nullptr) ? "neither" : "both"));
+        m_input.Fail(m_input.Root(), (pModes == nullptr) ? "neither 'modes' nor 'tables' given, expected one of them"
+                                                         : "both 'modes' and 'tables' given, expected one of them");
     }
     if (pTables != nullptr)
     {

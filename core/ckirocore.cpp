@@ -1,0 +1,387 @@
+#include "core/ckirocore.h"
+
+#include <algorithm>
+
+#include "core/base/exposurearithmetic.h"
+#include "core/base/kirolog.h"
+#include "core/base/tuningaccess.h"
+#include "interface/ckiroctrlcorecommon.h"
+#include "schema/kiroadvancedinfo.h"
+#include "schema/kiroextension.h"
+#include "schema/kirometeringsceneanalyzer.h"
+
+namespace
+{
+
+constexpr KiroResult ResultFailed           = 1;
+constexpr KiroResult ResultUnsupportedQuery = 2;
+constexpr KiroResult ResultNoStats          = 11;
+
+constexpr INT32 DefaultTriggerLast = TriggerFlashInfluence;
+
+} // namespace
+
+CKIROCore::CKIROCore(StatsTuningData& rTuningData, IKIRODebugData& rDebugData)
+    : m_contManager(rDebugData), m_currFrame{}, m_flashExpIncrease{}, m_shortBlend(m_contManager)
+{
+    SetDefaultTriggers();
+    if (m_contManager.SetTunara(rTuningData) != 0)
+    {
+        STATS_LOG_ERROR("Error in configuring the tunara data");
+    }
+    StatsTuningData& rStored = *m_contManager.GetTuningData();
+    m_pStatsProcessor        = TavoNew<CKIROStatsProcessor>(rStored, m_contManager);
+    m_pMetering              = TavoNew<CKIROMetering>(rStored, m_contManager);
+    m_pConvergence           = TavoNew<CKIROConvergence>(rStored, m_contManager);
+    m_pArbitration           = TavoNew<CKIROArbitration>(rStored, m_contManager);
+    if (m_pStatsProcessor == nullptr || m_pMetering == nullptr || m_pConvergence == nullptr ||
+        m_pArbitration == nullptr)
+    {
+        STATS_LOG_ERROR("AEC module instantiation failure!");
+    }
+}
+
+VOID CKIROCore::SetDefaultTriggers()
+{
+    for (INT32 id = 0; id <= DefaultTriggerLast; ++id)
+    {
+        m_contManager.m_pBankManager->PublishTrigger(id, 0.0f, "Default", SourceCore);
+    }
+}
+
+VOID CKIROCore::DestroyInstance()
+{
+    const TavoPtr<CKIROCore> pSelf(this);
+}
+
+KiroResult CKIROCore::setInput(KIROSetInput* pSetInputData)
+{
+    if (pSetInputData == nullptr)
+    {
+        return ResultFailed;
+    }
+    const KiroResult result        = m_contManager.SetInput(pSetInputData);
+    pSetInputData->bResetFrameSkip = m_contManager.m_bResetFrameSkip;
+    if (result == 0 && pSetInputData->source == KIROCoreSnapshot)
+    {
+        m_contManager.RefreshBanks();
+    }
+    return result;
+}
+
+KiroResult CKIROCore::runStartOfFrame(UINT64 frameID)
+{
+    (VOID) m_contManager.m_pHistory->SaveCurrentFrameID(frameID);
+    m_contManager.RunContextStartOfFrame();
+    m_contManager.m_arbitrationRange = {};
+    return 0;
+}
+
+KiroResult CKIROCore::setStats(KIROStatsList& rStats)
+{
+    m_currFrame = {};
+    m_pStatsProcessor->ResetStats();
+    KiroResult result = m_pStatsProcessor->SetStats(rStats);
+    if (m_pStatsProcessor->GetGridStatsCount() == 0)
+    {
+        STATS_LOG_ERROR("Did not receive any grid stats!");
+        result = ResultNoStats;
+    }
+    UpdateTorchAndDepthEvents(rStats);
+    return result;
+}
+
+VOID CKIROCore::UpdateTorchAndDepthEvents(const KIROStatsList& rStats)
+{
+    if (rStats.bIsTorchAEC != m_contManager.GetContextEvent(AECTorch))
+    {
+        m_contManager.SetContextEvent(AECTorch, rStats.bIsTorchAEC);
+        m_contManager.SetContextEvent(AECTorchChange, TRUE);
+        STATS_LOG_TRACE("AECTorchChange event is set. AECTorch:%d", rStats.bIsTorchAEC);
+    }
+    if (rStats.bIsDepthAEC != m_contManager.GetContextEvent(AECDepth))
+    {
+        m_contManager.SetContextEvent(AECDepth, rStats.bIsDepthAEC);
+        STATS_LOG_TRACE("Depth AEC event is set. AECDepth: %d", rStats.bIsDepthAEC);
+    }
+}
+
+KiroResult CKIROCore::runMeteringPreprocess(KIROMeteringInput& rInput, KIROMeteringOutput& rOutput)
+{
+    m_contManager.RefreshBanks();
+    ResetDataBankBeforeMetering();
+    const KiroResult result = m_pMetering->RunMeteringPreprocess(rInput, rOutput);
+    LogAdvancedInfo();
+    return result;
+}
+
+VOID CKIROCore::ResetDataBankBeforeMetering()
+{
+    const auto& rStretch = tuningaccess::Require_kiroextension(*m_contManager.GetTuningData()).flagMonitor.YHistStretch;
+    ResetStretchEntry(rStretch.clampValue, "Issue in setting YHist clamp value to DB");
+    ResetStretchEntry(rStretch.scalingValue, "Issue in setting YHist scale value to DB");
+}
+
+VOID CKIROCore::ResetStretchEntry(const DataBankType& rEntry, const CHAR* pFailure)
+{
+    DBStartEndPayload payload{};
+    payload.dataID              = rEntry.dataID;
+    const KIROSetBankData entry = {rEntry.bankID, &payload, sizeof(payload)};
+    if (m_contManager.m_pBankManager->SetControlData(&entry) != 0)
+    {
+        STATS_LOG_WARNING("%s", pFailure);
+    }
+}
+
+VOID CKIROCore::LogAdvancedInfo()
+{
+    const auto& rInfo = tuningaccess::Require_kiroadvancedinfo(*m_contManager.GetTuningData());
+    SYSTEM_LOG_CONFIG("Depth Info: enable %d, object depth value: %.1f", rInfo.depthInfo.enable,
+                      TriggerValue(TriggerCtrlDistance));
+    STATS_LOG_TRACE("Saliency Info: enable %d object saliency value %.1f", rInfo.saliencyInfo.enable,
+                    TriggerValue(TriggerCtrlSaliencyValue));
+}
+
+KiroResult CKIROCore::runAnalyzer(UINT32 analyzerID, KIROAnalyzerOutput& rAnalyzerOut)
+{
+    const KIROAnalyzerOutput* pOutput = m_pMetering->RunAnalyzer(analyzerID);
+    if (pOutput == nullptr)
+    {
+        STATS_LOG_WARNING("m_pMetering->RunAnalyzer failed!");
+        return ResultFailed;
+    }
+    // The caller's refType stays: hosts keep their own there.
+    rAnalyzerOut.pName       = pOutput->pName;
+    rAnalyzerOut.luma        = pOutput->luma;
+    rAnalyzerOut.confidence  = pOutput->confidence;
+    rAnalyzerOut.target      = pOutput->target;
+    rAnalyzerOut.sensitivity = pOutput->sensitivity;
+    rAnalyzerOut.type        = pOutput->type;
+    return 0;
+}
+
+KiroResult CKIROCore::updateAnalyzerMgrOut(UINT32 analyzerID, KIROAnalyzerOutput* pAnalyzerIn)
+{
+    m_pMetering->UpdateAnalyzerMgrOutput(analyzerID, pAnalyzerIn);
+    return 0;
+}
+
+KiroResult CKIROCore::runMeteringPostprocess(KIROMeteringInput& rInput, KIROMeteringOutput& rOutput)
+{
+    if (rOutput.bIsMeteringSkipped == FALSE)
+    {
+        (VOID) m_pMetering->RunMeteringPostprocess(rInput, rOutput);
+    }
+    if (m_pMetering->UpdateMeteringLockExposure(rOutput) == TRUE)
+    {
+        std::copy(std::begin(rOutput.exposures), std::end(rOutput.exposures), rOutput.mtrExposures);
+        STATS_LOG_TRACE("Metering locked, overwrite metering output.");
+    }
+
+    const UINT64*     pExposures = rOutput.exposures;
+    CKIROBankManager& rBanks     = *m_contManager.m_pBankManager;
+    rBanks.PublishTrigger(TriggerCtrlShortTgt, static_cast<FLOAT>(pExposures[AECAlgoExposureShort]), nullptr,
+                          SourceCore);
+    rBanks.PublishTrigger(TriggerCtrlLongTgt, static_cast<FLOAT>(pExposures[AECAlgoExposureLong]), nullptr,
+                          SourceCore);
+    rBanks.PublishTrigger(TriggerCtrlSafeTgt, static_cast<FLOAT>(pExposures[AECAlgoExposureSafe]), nullptr,
+                          SourceCore);
+    STATS_LOG_TRACE("Metering output exposure [Short:%llu, Safe:%llu, Long:%llu], skipped:%d",
+                    pExposures[AECAlgoExposureShort], pExposures[AECAlgoExposureSafe],
+                    pExposures[AECAlgoExposureLong], rOutput.bIsMeteringSkipped);
+    return 0;
+}
+
+/// Without a peer the targets are the camera's own.
+KiroResult CKIROCore::mixMetering(KIROMeteringOutput&)
+{
+    return 0;
+}
+
+KiroResult CKIROCore::runArbitration(KIROArbitrationInput* pInput, KIROArbitrationOutput* pOutput)
+{
+    m_contManager.RefreshBanks();
+    return m_pArbitration->RunArbitration(pInput, pOutput);
+}
+
+KiroResult CKIROCore::RunConvProcess(KIROConvergenceInput& rInput, KIROConvergenceOutput& rOutput)
+{
+    m_contManager.RefreshBanks();
+    m_shortBlend.RunConvPreprocess(rInput);
+    UpdateConvTriggers(rInput);
+    std::copy(std::begin(rInput.sensitivities), std::end(rInput.sensitivities), m_currFrame.exposureTargets);
+    m_currFrame.luxIndex    = rInput.luxIndex;
+    const KiroResult result = m_pConvergence->RunConvProcesss(rInput, rOutput);
+
+    rOutput.convergedShortBlend = m_shortBlend.RunConvPostprocess(rOutput);
+    STATS_LOG_TRACE("output si %llu %llu %llu ADRC %.3f compensationDarkBoost %.3f convergedShortBlend %.3f return %d",
+                    rOutput.exposures[0], rOutput.exposures[1], rOutput.exposures[2], rOutput.compensationADRC,
+                    rOutput.compensationDarkBoost, rOutput.convergedShortBlend, result);
+    return result;
+}
+
+VOID CKIROCore::RunConvSettle(KIROConvergenceOutput& rOutput)
+{
+    m_pConvergence->RunConvSettle(rOutput);
+}
+
+VOID CKIROCore::RunConvPostProcess(KIROConvergenceOutput& rOutput)
+{
+    m_pConvergence->RunConvPostProcess(rOutput);
+}
+
+VOID CKIROCore::HandleExposureConstraints(KIROConvergenceOutput& rOutput)
+{
+    m_pConvergence->HandleExposureConstraints(rOutput);
+}
+
+/// Without a peer there is no master to follow.
+KiroResult CKIROCore::followMasterConvExposure(KIROConvergenceOutput&)
+{
+    return 0;
+}
+
+KiroResult CKIROCore::runExtension(KIROExtensionInput& rInput, KIROExtensionOutput&)
+{
+    m_contManager.RefreshBanks();
+    UpdateArbTriggers(rInput.pArbitrationOuts);
+    for (UINT32 type = 0; rInput.pArbitrationOuts != nullptr && type < AECAlgoExposureCount; ++type)
+    {
+        m_currFrame.exposureSets[type] = rInput.pArbitrationOuts[type].exposureSet;
+    }
+    return 0;
+}
+
+KiroResult CKIROCore::runEndOfFrame(KIROFrameInfo& rFrameInfo, KIROPostProcessingInput&, KIROMeteringOutput& rMtrOut,
+                                    KIROConvergenceOutput& rConvOut, KIROArbitrationOutput* pArbitrationOuts)
+{
+    CompleteCurrentFrame(rFrameInfo, rMtrOut, rConvOut, pArbitrationOuts);
+
+    constexpr UINT64 snapshotEvents = ((1ULL << (AECCoreSnapshotAdvanced + 1)) - 1) & ~((1ULL << AECCoreSnapshotNormal) - 1);
+    const bool       isSnapshot     = (m_contManager.GetContextStatus() & snapshotEvents) != 0;
+    if (!isSnapshot || rFrameInfo.bStartup == TRUE)
+    {
+        (VOID) m_contManager.m_pHistory->SaveFrameToHistory(&m_currFrame);
+        m_contManager.UpdateFrameCounters();
+    }
+    else
+    {
+        SaveSnapshot();
+    }
+    return 0;
+}
+
+VOID CKIROCore::CompleteCurrentFrame(const KIROFrameInfo& rFrameInfo, const KIROMeteringOutput& rMtrOut,
+                                     const KIROConvergenceOutput& rConvOut,
+                                     const KIROArbitrationOutput* pArbitrationOuts)
+{
+    const SetInputData* pInput      = m_contManager.GetInput();
+    m_currFrame.averageLuma         = TriggerValue(TriggerCtrlLuma);
+    m_currFrame.bIsAECSettled       = rConvOut.bSettle;
+    m_currFrame.bIsBrightnessSettled = rConvOut.bBrightnessSettle;
+    m_currFrame.mfhdrLongADRC       = rConvOut.mfhdrLongADRC;
+    m_currFrame.shortBlend          = rConvOut.convergedShortBlend;
+    if (pArbitrationOuts == nullptr)
+    {
+        STATS_LOG_ERROR("invalid input argument. pArbitrationOuts %p", static_cast<const VOID*>(pArbitrationOuts));
+    }
+    for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
+    {
+        if (pArbitrationOuts != nullptr)
+        {
+            m_currFrame.exposureSets[type] = pArbitrationOuts[type].exposureSet;
+            m_currFrame.FPS                = pArbitrationOuts[0].FPS;
+        }
+        m_currFrame.exposureTargets[type] = rMtrOut.exposures[type];
+    }
+    m_currFrame.frameID                 = rFrameInfo.frameID;
+    m_currFrame.luxIndex                = TriggerValue(TriggerCtrlLux);
+    m_currFrame.postRawSensitivityBoost = pInput->postRawGain;
+    m_currFrame.predictiveGain          = rConvOut.predictiveGain;
+    m_currFrame.evUIVal                 = pInput->evContext.evUIVal;
+    m_currFrame.evFactor                = pInput->evContext.evFactor;
+    m_currFrame.shortStretchOffset      = rConvOut.shortStretchOffset;
+    m_currFrame.isStartConfig           = rFrameInfo.bStartup;
+    m_currFrame.bIsSnapshot             = FALSE;
+    m_currFrame.modeType                = pInput->manualSetting.manualMode;
+    m_currFrame.compensationDarkBoost   = rConvOut.compensationDarkBoost;
+    m_currFrame.bSHDR_MFHDR             = (m_contManager.GetContextEvent(AECHDRTypeSHDR2) == TRUE ||
+                               m_contManager.GetContextEvent(AECHDRTypeMFHDR) == TRUE)
+                                              ? TRUE
+                                              : FALSE;
+}
+
+VOID CKIROCore::SaveSnapshot()
+{
+    m_currFrame.bIsSnapshot = TRUE;
+    m_currFrame.evUIVal     = exposurearithmetic::SaturateToINT32(TriggerValue(TriggerCtrlBracketEV));
+    m_currFrame.evFactor    = CKIROCtrlCoreCommon::UtilGetEVMultiplier(m_contManager.GetTuningData(),
+                                                                       m_currFrame.evUIVal, KIROEVBracketing);
+    m_contManager.m_pHistory->SaveSnapshotFrame(&m_currFrame);
+}
+
+KiroResult CKIROCore::getFlashCurrent(const KIROAlgoFlashInput* pFlashIn, KIROAlgoFlashOutput*)
+{
+    if (pFlashIn != nullptr && pFlashIn->bBackupState == TRUE &&
+        pFlashIn->flashCurrentType == KIROExtFlashCurrentType::High)
+    {
+        UpdateFlashExposureIncrease();
+    }
+    // Without an estimator there is no current to tell.
+    return ResultFailed;
+}
+
+VOID CKIROCore::UpdateFlashExposureIncrease()
+{
+    CKIROHistory& rHistory = *m_contManager.m_pHistory;
+    rHistory.SaveFlashFrame(KIROExtFlashCurrentType::Low);
+    const AECFrameHistory* pFrameOff = rHistory.GetFlashFrame(KIROExtFlashCurrentType::Off);
+    const AECFrameHistory* pFrameLow = rHistory.GetFlashFrame(KIROExtFlashCurrentType::Low);
+    if (pFrameOff == nullptr || pFrameLow == nullptr)
+    {
+        STATS_LOG_WARNING("Failed to retrieve pFrameOff: %p pFrameLow: %p", static_cast<const VOID*>(pFrameOff),
+                          static_cast<const VOID*>(pFrameLow));
+    }
+    else
+    {
+        const auto& rTuning = tuningaccess::Require_kirometeringsceneanalyzer(*m_contManager.GetTuningData());
+        const auto  type    = exposurearithmetic::ExposureTypeOfSelection(rTuning.luxAnalyzer.refExposureType,
+                                                                          AECAlgoExposureSafe);
+        const auto& rOff    = pFrameOff->exposureSets;
+        const auto& rLow    = pFrameLow->exposureSets;
+        m_flashExpIncrease.dataID      = TriggerFlashExpIncrease;
+        m_flashExpIncrease.description = nullptr;
+        m_flashExpIncrease.value =
+            std::max(static_cast<FLOAT>(rOff[type].exposure) / static_cast<FLOAT>(rLow[type].exposure), 1.0f);
+        STATS_LOG_RARE("Precision flash: exposure off, low, increase = short (%lld, %lld, %f), safe(%lld, %lld)\n",
+                       static_cast<INT64>(rOff[AECAlgoExposureShort].exposure),
+                       static_cast<INT64>(rLow[AECAlgoExposureShort].exposure),
+                       static_cast<DOUBLE>(m_flashExpIncrease.value),
+                       static_cast<INT64>(rOff[AECAlgoExposureSafe].exposure),
+                       static_cast<INT64>(rLow[AECAlgoExposureSafe].exposure));
+    }
+    (VOID) m_contManager.m_pBankManager->SetDataTriggers({m_flashExpIncrease.dataID, &m_flashExpIncrease, SourceCore});
+}
+
+BOOL CKIROCore::isPreflashMeteringNeeded(const KIROCntStatsOut* pFlashOffStats, UINT32 offStatsNum,
+                                         const KIROCntStatsOut* pFlashLowStats, UINT32 lowStatsNum)
+{
+    const auto* pTuning = tuningaccess::Get_kiroflash(*m_contManager.GetTuningData());
+    if (pTuning == nullptr)
+    {
+        STATS_LOG_ERROR("no tuning found");
+        return TRUE;
+    }
+    return m_pMetering->IsPreflashMeteringNeeded(pFlashOffStats, offStatsNum, pFlashLowStats, lowStatsNum,
+                                                 &pTuning->preflashStatsPreProcessing);
+}
+
+KiroResult CKIROCore::queryMetaData(AECAlgoGetParam*)
+{
+    return ResultUnsupportedQuery;
+}
+
+KiroResult CKIROCore::GetStartUpExposure(KIROAlgoStartExposureInfo*)
+{
+    return ResultFailed;
+}

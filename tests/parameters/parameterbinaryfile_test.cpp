@@ -1,0 +1,339 @@
+#include "parameters/parameterbinaryfile.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <fstream>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "parameters/binaryfileformat.h"
+#include "tests/support/parameterfilebuilder.h"
+#include "tests/support/systemlogcapture.h"
+
+namespace
+{
+
+/// What ReadHeader makes of a file.
+struct HeaderResult
+{
+    bool             accepted;
+    BinaryFileHeader header;
+    std::string      error;
+    UINT64           position;
+};
+
+HeaderResult ReadHeader(const std::vector<BYTE>& rBytes)
+{
+    HeaderResult result{};
+    result.accepted = BinaryFileFormat::ReadHeader(rBytes.data(), rBytes.size(), result.position, result.header,
+                                                   result.error, nullptr);
+    return result;
+}
+
+TEST(Header, IsReadAtEveryVersion)
+{
+    SystemLogCapture log;
+    const struct
+    {
+        VersionUnion version;
+        UINT32       packing;
+        UINT32       headerSize;
+        bool         hasTag;
+    } cases[] = {
+        {{1, 0, 1}, 1, 48, false}, {{1, 0, 2}, 1, 160, true}, {{1, 1, 0}, 8, 160, true}, {{2, 0, 0}, 8, 160, true},
+        {{3, 0, 0}, 8, 168, true}, {{3, 0, 1}, 1, 168, true}, {{4, 0, 0}, 1, 168, true}, {{6, 0, 0}, 1, 168, true},
+        {{7, 0, 0}, 1, 168, true},
+    };
+    for (const auto& rCase : cases)
+    {
+        ParameterFileBuilder builder(rCase.version);
+        builder.SetHeader("sensor tuning", "tool", 0);
+        builder.AddRootMode(builder.AddModeTable());
+        const ParameterFile file   = builder.Build();
+        const HeaderResult  result = ReadHeader(file.bytes);
+        SCOPED_TRACE(rCase.version.Value);
+        ASSERT_TRUE(result.accepted) << result.error;
+        EXPECT_EQ(result.header.Alignment, rCase.packing);
+        EXPECT_EQ(result.position, rCase.headerSize);
+        EXPECT_EQ(result.header.SectionTableOffset, rCase.headerSize);
+        EXPECT_EQ(result.header.BinaryTag, rCase.hasTag ? "sensor tuning" : "");
+        EXPECT_EQ(result.error.empty(), rCase.version >= BinaryFileFormat::ModeTreeMinVersion);
+
+        BinaryFileSections sections;
+        UINT64             position = result.header.SectionTableOffset;
+        std::string        error;
+        ASSERT_TRUE(BinaryFileFormat::ReadSectionInfo(file.bytes.data(), file.bytes.size(), position, rCase.packing,
+                                                      result.header.SectionCount, sections, error, nullptr));
+        EXPECT_EQ(sections.Data.Offset, file.Section(BinaryFileFormat::DataSection).Offset);
+        EXPECT_EQ(sections.Symbols.Size % BinaryFileFormat::GetSymbolEntrySize(rCase.version), 0U);
+        ASSERT_EQ(sections.ModeTables.size(), 1U);
+        EXPECT_EQ(sections.ModeTables[0].Size, BinaryFileFormat::GetModeTableNameSize(rCase.version) +
+                                                   BinaryFileFormat::GetModeEntrySize(rCase.version));
+    }
+}
+
+TEST(Header, RefusalsSayWhy)
+{
+    SystemLogCapture log;
+    ParameterFile    good = ParameterFileBuilder().Build();
+
+    for (const VersionUnion version : {VersionUnion(7, 0, 1), VersionUnion(7, 1, 0), VersionUnion(8, 0, 0)})
+    {
+        ParameterFile file = good;
+        file.Put(32, version.Value);
+        file.Seal();
+        EXPECT_EQ(ReadHeader(file.bytes).error.find("Unsupported binary header version : "), 0U);
+    }
+    {
+        ParameterFile file = good;
+        file.bytes[0]      = 'X';
+        file.Seal();
+        EXPECT_EQ(ReadHeader(file.bytes).error, "Invalid binary header tag: XELTO Tunara Header");
+    }
+    {
+        ParameterFile file = good;
+        file.bytes[27]     = 'x';  // behind the terminator
+        file.Seal();
+        EXPECT_TRUE(ReadHeader(file.bytes).accepted);
+    }
+    {
+        ParameterFile file = good;
+        file.Put(28, static_cast<UINT32>(file.bytes.size() + 1));
+        file.Seal();
+        EXPECT_EQ(ReadHeader(file.bytes).error.find("Binary header data too small: Expected: "), 0U);
+        file.Put<UINT64>(152, BinaryFileFormat::CompressedFlag);
+        file.Seal();
+        EXPECT_TRUE(ReadHeader(file.bytes).accepted);  // left to the caller to refuse
+    }
+    {
+        ParameterFile file = good;
+        file.bytes[200] ^= 1;
+        const HeaderResult result = ReadHeader(file.bytes);
+        EXPECT_FALSE(result.accepted);
+        EXPECT_EQ(result.error, "Binary file CRC validation failed");
+    }
+    for (const size_t size : {0U, 27U, 28U, 39U, 40U, 100U, 159U, 167U})
+    {
+        const std::vector<BYTE> cut(good.bytes.begin(), good.bytes.begin() + static_cast<std::ptrdiff_t>(size));
+        EXPECT_EQ(ReadHeader(cut).error, (size < 28) ? "Failed to read binary header tag"
+                                                     : "General error parsing binary header data header")
+            << size;
+    }
+}
+
+TEST(Header, OldFormatWarningGivesWayToTheReasonOfARefusal)
+{
+    SystemLogCapture     log;
+    ParameterFileBuilder builder({1, 0, 1});
+    ParameterFile        file = builder.Build();
+    EXPECT_TRUE(ReadHeader(file.bytes).accepted);
+    EXPECT_EQ(ReadHeader(file.bytes).error.find("Warning: This is an older binary format"), 0U);
+    file.bytes.back() ^= 1;
+    EXPECT_EQ(ReadHeader(file.bytes).error, "Binary file CRC validation failed");
+}
+
+TEST(SectionTable, LastRowOfATypeCountsAndModeTablesAddUp)
+{
+    SystemLogCapture log;
+    ByteWriter       rows;
+    for (const UINT32 type : {0U, 2U, 1U, 0U, 2U, 3U, 4U})
+    {
+        const UINT32 place = static_cast<UINT32>(rows.Size());
+        rows.Add(type).Add(1000 + place).Add(place);
+    }
+    const auto read = [&](UINT32 count, UINT64 length, BinaryFileSections& rSections, std::string& rError)
+    {
+        UINT64 position = 0;
+        return BinaryFileFormat::ReadSectionInfo(rows.Get().data(), length, position, 1, count, rSections, rError,
+                                                 nullptr);
+    };
+    {
+        BinaryFileSections sections;
+        std::string        error;
+        ASSERT_TRUE(read(7, rows.Size(), sections, error));
+        EXPECT_EQ(sections.Symbols.Offset, 1036U);
+        EXPECT_EQ(sections.Data.Offset, 1024U);
+        EXPECT_EQ(sections.DataTable.Size, 60U);
+        EXPECT_EQ(sections.Definitions.Size, 72U);
+        ASSERT_EQ(sections.ModeTables.size(), 2U);
+        EXPECT_EQ(sections.ModeTables[1].Offset, 1048U);
+    }
+    {
+        BinaryFileSections sections;
+        std::string        error;
+        EXPECT_FALSE(read(1, rows.Size(), sections, error));
+        EXPECT_TRUE(log.Has("ReadSectionInfo: Section count 1 is less than Min sections 2\n", "E"));
+        EXPECT_FALSE(read(0xFFFFFFFF, rows.Size(), sections, error));
+        EXPECT_EQ(error, "Error reading data from header sections");
+        EXPECT_FALSE(read(7, rows.Size() - 1, sections, error));
+        rows.Patch<UINT32>(0, 5);
+        EXPECT_FALSE(read(7, rows.Size(), sections, error));
+        EXPECT_TRUE(log.Has("Invalid binary section type 5\n", "E"));
+    }
+}
+
+/// A file of bytes that tell their own place: byte n is n / 7.
+class DiskFile : public ::testing::Test
+{
+protected:
+    VOID SetUp() override
+    {
+        m_path = ::testing::TempDir() + "parameterbinaryfile_" + std::to_string(::getpid()) + ".bin";
+    }
+
+    VOID TearDown() override
+    {
+        std::remove(m_path.c_str());
+    }
+
+    VOID Write(size_t size)
+    {
+        std::ofstream stream(m_path, std::ios::binary | std::ios::trunc);
+        for (size_t place = 0; place < size; ++place)
+        {
+            stream.put(static_cast<CHAR>(place / 7));
+        }
+    }
+
+    /// Gives the file another modification time, whatever the clock says.
+    VOID Touch()
+    {
+        const timespec times[2] = {{1000, 0}, {1000, 0}};
+        ASSERT_EQ(::utimensat(AT_FDCWD, m_path.c_str(), times, 0), 0);
+    }
+
+    static bool ReadsRight(ParameterBinaryFile& rFile, UINT32 offset, UINT32 count)
+    {
+        std::vector<BYTE> bytes(count, 0xEE);
+        UINT64            position = 0;
+        if (!rFile.Read(bytes.data(), offset, position, count, 1) || position != count)
+        {
+            return false;
+        }
+        for (UINT32 index = 0; index < count; ++index)
+        {
+            if (bytes[index] != static_cast<BYTE>((offset + index) / 7))
+            {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    std::string      m_path;
+    SystemLogCapture m_log;
+};
+
+TEST_F(DiskFile, PiecesOfAnySizeAndPlaceAreRight)
+{
+    for (const UINT32 size : {1U, 1000U, 1024U, 1025U, 5000U})
+    {
+        Write(size);
+        ParameterBinaryFile file(m_path.c_str(), nullptr);
+        ASSERT_TRUE(file.IsValid());
+        ASSERT_EQ(file.Length(), size);
+        // Backwards and forwards, so that every buffer is replaced several times.
+        for (UINT32 step = 0; step < 300; ++step)
+        {
+            const UINT32 offset = (step * 997) % size;
+            const UINT32 wanted = (step % 3 == 0) ? 1024 : (step % 3 == 1) ? 1025 : 12;
+            ASSERT_TRUE(ReadsRight(file, offset, std::min(wanted, size - offset))) << size << " " << offset;
+        }
+        EXPECT_TRUE(ReadsRight(file, size - 1, 1));
+    }
+    EXPECT_EQ(m_log.Size(), 0U) << m_log.Text();
+}
+
+TEST_F(DiskFile, PositionsArePaddedAndRefusalsLeaveThem)
+{
+    Write(3000);
+    ParameterBinaryFile file(m_path.c_str(), nullptr);
+    BYTE                bytes[16];
+    UINT64              position = 4;
+    EXPECT_TRUE(file.Read(bytes, 100, position, 5, 8));
+    EXPECT_EQ(position, 12U);
+    EXPECT_EQ(bytes[0], 104 / 7);
+
+    position = 2990;
+    EXPECT_FALSE(file.Read(bytes, 0, position, 11, 1));
+    EXPECT_EQ(position, 2990U);
+    EXPECT_TRUE(m_log.Has("attempted to read past the end of the file, offset: 0, pos: 2990, count: 11, length: 3000\n"));
+    EXPECT_FALSE(file.Read(nullptr, 0, position, 4, 1));
+    EXPECT_TRUE(file.Read(nullptr, 0, position, 0, 1));  // nothing wanted, nothing missed
+    EXPECT_EQ(file.Read(0, 0xFFFFFFFF), nullptr);
+    EXPECT_EQ(file.Read(0xFFFFFFFF, 0xFFFFFFF0), nullptr);
+    EXPECT_EQ(file.Read(2999, 1)[0], static_cast<BYTE>(2999 / 7));
+}
+
+TEST_F(DiskFile, ReferencesOpenAndClose)
+{
+    Write(2000);
+    ParameterBinaryFile file(m_path.c_str(), nullptr);
+    EXPECT_EQ(file.Reference(0), 1);
+    EXPECT_EQ(file.Reference(2), 3);
+    EXPECT_EQ(file.Reference(-3), 0);
+    EXPECT_FALSE(ReadsRight(file, 0, 10));
+    EXPECT_TRUE(m_log.Has("ParameterBinaryFile::Read called with null file\n"));
+    EXPECT_EQ(file.Reference(-1), 0);
+    EXPECT_TRUE(m_log.Has("FileReference Remove: -1, RefCount: 0, Called when file was already closed\n"));
+    EXPECT_EQ(file.Reference(1), 1);
+    EXPECT_TRUE(ReadsRight(file, 0, 10));
+    EXPECT_EQ(file.Reference(-5), 0);
+    EXPECT_TRUE(m_log.Has("File Reference is less than adjust amount\n"));
+
+    // Gone while closed: the count rises all the same.
+    std::remove(m_path.c_str());
+    EXPECT_EQ(file.Reference(1), 1);
+    EXPECT_TRUE(m_log.Has("Failed to open binary file '" + m_path));
+    EXPECT_FALSE(ReadsRight(file, 0, 10));
+}
+
+TEST_F(DiskFile, AChangedFileIsNeverReadAgain)
+{
+    Write(2000);
+    ParameterBinaryFile file(m_path.c_str(), nullptr);
+    EXPECT_TRUE(ReadsRight(file, 0, 10));
+    file.Reference(-1);
+    Write(1500);
+    Touch();
+    file.Reference(1);
+    EXPECT_TRUE(m_log.Has("ParameterBinaryFile::Open, file modified, must reload\n", "W"));
+    BYTE   byte     = 0;
+    UINT64 position = 0;
+    EXPECT_FALSE(file.Read(&byte, 0, position, 1, 1));
+    EXPECT_FALSE(file.Read(&byte, 0, position, 0, 1));
+    EXPECT_EQ(file.Length(), 1500U);
+
+    ParameterBinaryFile again(m_path.c_str(), nullptr);
+    EXPECT_TRUE(ReadsRight(again, 0, 10));
+}
+
+TEST_F(DiskFile, AFileThatShrinksUnderTheReaderFails)
+{
+    Write(5000);
+    ParameterBinaryFile file(m_path.c_str(), nullptr);
+    ASSERT_EQ(::truncate(m_path.c_str(), 100), 0);
+    Touch();
+    EXPECT_FALSE(ReadsRight(file, 3000, 1500));
+    EXPECT_TRUE(m_log.Has("ParameterBinaryFile::Read failed, retrying\n"));
+    EXPECT_TRUE(m_log.Has("file modified, must reload"));
+}
+
+TEST_F(DiskFile, WithoutAFileNothingIsValid)
+{
+    EXPECT_FALSE(ParameterBinaryFile(nullptr, nullptr).IsValid());
+    EXPECT_TRUE(m_log.Has("ParameterBinaryFile constructor called with null file name\n"));
+    EXPECT_FALSE(ParameterBinaryFile(std::string(1023, 'n').c_str(), nullptr).IsValid());
+    EXPECT_TRUE(m_log.Has("file name length (1023) exceeds max length: 1023\n"));
+    EXPECT_FALSE(ParameterBinaryFile(m_path.c_str(), nullptr).IsValid());
+
+    Write(0);
+    ParameterBinaryFile empty(m_path.c_str(), nullptr);
+    EXPECT_TRUE(empty.IsValid());
+    EXPECT_FALSE(ReadsRight(empty, 0, 1));
+    EXPECT_TRUE(m_log.Has("ParameterBinaryFile::Read called with a zero length file\n"));
+}
+
+} // namespace

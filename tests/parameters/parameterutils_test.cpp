@@ -1,0 +1,382 @@
+#include "parameters/parameterutils.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "parameters/parameterdefinitions.h"
+#include "parameters/parameterlogging.h"
+#include "parameters/parsercrc.h"
+#include "parameters/plist.h"
+#include "parameters/versionunion.h"
+#include "tests/support/bytewriter.h"
+#include "tests/support/systemlogcapture.h"
+
+using tuning::ValueType;
+
+namespace
+{
+
+struct Formatted
+{
+    std::string text;
+    bool        flag;
+};
+
+Formatted Format(DOUBLE value, UINT32 precision, UINT32 size = 64)
+{
+    CHAR         text[64];
+    bool         flag   = false;
+    const UINT32 length = ParameterUtils::DoubleToString(value, text, size, precision, flag);
+    EXPECT_EQ(std::strlen(text), length);
+    return {text, flag};
+}
+
+std::unique_ptr<ParameterDefinitionElement> Element(ParameterDefinitionType type, UINT16 flags = 0)
+{
+    auto pElement         = std::make_unique<ParameterDefinitionElement>();
+    pElement->Info        = std::make_unique<ParameterDefinitionElementInfo>();
+    pElement->Info->Type  = type;
+    pElement->Info->Flags = flags;
+    return pElement;
+}
+
+/// Reads values that are stored as rStored into an array of the wanted type.
+template <typename T>
+std::vector<T> ReadAs(ValueType wanted, const ByteWriter& rStored, ParameterDefinitionType type, UINT32 count,
+                      UINT16 flags = 0)
+{
+    std::vector<T> values(count);
+    const auto     pElement = Element(type, flags);
+    UINT64         position = 0;
+    EXPECT_TRUE(ParameterUtils::ReadArray(values.data(), wanted, pElement.get(), rStored.Get().data(), rStored.Size(),
+                                          position, count, 1, nullptr));
+    EXPECT_EQ(position, rStored.Size());
+    return values;
+}
+
+TEST(DoubleToString, WritesDecimalNumbers)
+{
+    const struct
+    {
+        DOUBLE      value;
+        UINT32      precision;
+        const CHAR* pText;
+    } cases[] = {
+        {1.5, 10, "1.5"},   {9.99, 1, "10.0"},  {1234.0, 0, "1234"}, {2.0, 10, "2.0"},     {0.0, 10, "0.0"},
+        {0.0, 0, "0"},      {-0.25, 10, "-0.25"}, {-7.0, 0, "-7"},   {0.001, 3, "0.001"},  {0.0004, 3, "0.0"},
+        {0.0005, 3, "0.001"}, {99.96, 1, "100.0"}, {-9.99, 1, "-10.0"}, {1e15, 0, "1000000000000000"},
+        {1.29, 1, "1.3"},   {1.09, 1, "1.1"},   {12.999, 2, "13.0"},
+    };
+    for (const auto& rCase : cases)
+    {
+        EXPECT_EQ(Format(rCase.value, rCase.precision).text, rCase.pText) << rCase.value;
+        EXPECT_TRUE(Format(rCase.value, rCase.precision).flag) << rCase.value;
+    }
+    EXPECT_EQ(Format(std::numeric_limits<DOUBLE>::quiet_NaN(), 10).text, "nan");
+    EXPECT_EQ(Format(std::numeric_limits<DOUBLE>::infinity(), 10).text, "inf");
+    EXPECT_EQ(Format(-std::numeric_limits<DOUBLE>::infinity(), 10).text, "-inf");
+    EXPECT_EQ(Format(std::numeric_limits<DOUBLE>::max(), 10, 4).text.size(), 3U);
+    EXPECT_EQ(Format(std::numeric_limits<DOUBLE>::denorm_min(), 60).text.size(), 62U);
+}
+
+TEST(DoubleToString, StaysInsideSmallBuffers)
+{
+    EXPECT_EQ(Format(12.5, 10, 1).text, "");
+    EXPECT_EQ(Format(12.5, 10, 3).text, "12");
+    EXPECT_EQ(Format(12.5, 10, 4).text, "12");  // a point needs a digit behind it
+    EXPECT_EQ(Format(12.5, 10, 5).text, "12.5");
+    EXPECT_EQ(Format(-5.0, 10, 2).text, "0");   // no room for a digit behind the sign
+    EXPECT_EQ(Format(9.99, 1, 4).text, "9.9");  // rounding up would take one place more
+    EXPECT_FALSE(Format(1234.0, 0, 3).flag);    // 34 is left over
+    bool flag = true;
+    EXPECT_EQ(ParameterUtils::DoubleToString(1.0, nullptr, 8, 0, flag), 0U);
+    EXPECT_FALSE(flag);
+}
+
+TEST(StringToDouble, TellsNumbersFromText)
+{
+    const struct
+    {
+        const CHAR* pText;
+        DOUBLE      value;
+        bool        valid;
+    } cases[] = {
+        {"12.5", 12.5, true}, {"-3", -3.0, true}, {"0.125", 0.125, true}, {"1.2.3", 0.0, false}, {"abc", 0.0, false},
+        {"", 0.0, false},     {"1e3", 0.0, false}, {"ab-4", -4.0, true},  {" 1", 0.0, false},    {"-1-2", 0.0, false},
+    };
+    for (const auto& rCase : cases)
+    {
+        bool valid = !rCase.valid;
+        EXPECT_DOUBLE_EQ(ParameterUtils::StringToDouble(rCase.pText, valid), rCase.value) << rCase.pText;
+        EXPECT_EQ(valid, rCase.valid) << rCase.pText;
+    }
+    bool valid = true;
+    EXPECT_EQ(ParameterUtils::StringToDouble(nullptr, valid), 0.0);
+    EXPECT_FALSE(valid);
+    EXPECT_EQ(ParameterUtils::StringToDouble(std::string(400, '0').c_str(), valid), 0.0);
+}
+
+TEST(GetVariable, TakesOneComponentOfAPath)
+{
+    const struct
+    {
+        const CHAR* pPath;
+        const CHAR* pName;
+        UINT32      index;
+        UINT32      consumed;
+    } cases[] = {
+        {"hybridHDR.switchRatio", "hybridHDR", 0xFFFFFFFF, 10},
+        {"trigger2Data[3].end", "trigger2Data", 3, 16},
+        {"end", "end", 0xFFFFFFFF, 3},
+        {"a[12]", "a", 12, 5},
+        {"a[]", "a", 0xFFFFFFFF, 3},
+        {"a[", "a[", 0xFFFFFFFF, 2},
+        {"a[9999999999999]", "a", 999999999, 16},
+        {"", "", 0xFFFFFFFF, 0},
+    };
+    for (const auto& rCase : cases)
+    {
+        CHAR   name[32];
+        UINT32 index = 0xFFFFFFFF;
+        EXPECT_EQ(ParameterUtils::GetVariable(rCase.pPath, name, index, sizeof(name)), rCase.consumed) << rCase.pPath;
+        EXPECT_STREQ(name, rCase.pName);
+        EXPECT_EQ(index, rCase.index) << rCase.pPath;
+    }
+    CHAR              shortName[4];
+    UINT32            index = 0;
+    const std::string longPath(500, 'x');
+    EXPECT_EQ(ParameterUtils::GetVariable(longPath.c_str(), shortName, index, sizeof(shortName)), 128U);
+    EXPECT_STREQ(shortName, "xxx");
+}
+
+TEST(Text, IsCopiedAndAppendedWithinBounds)
+{
+    CHAR out[5];
+    EXPECT_EQ(ParameterUtils::GetSubString("abc.def", '.', out, sizeof(out)), 3U);
+    EXPECT_STREQ(out, "abc");
+    EXPECT_EQ(ParameterUtils::GetSubString("abcdef", '.', out, sizeof(out)), 4U);
+    EXPECT_STREQ(out, "abcd");
+    EXPECT_EQ(ParameterUtils::GetStringPos("a-b-c", '-'), 1);
+    EXPECT_EQ(ParameterUtils::GetStringPos("abc", '-'), -1);
+
+    SystemLogCapture log;
+    CHAR             text[8];
+    UINT32           position = 0;
+    EXPECT_TRUE(ParameterUtils::WriteString("abc", text, sizeof(text), position, false, nullptr));
+    EXPECT_STREQ(text, "abc");
+    EXPECT_TRUE(ParameterUtils::WriteString("defg", text, sizeof(text), position, true, nullptr));
+    EXPECT_EQ(position, 8U);
+    EXPECT_STREQ(text, "abcdefg");
+    EXPECT_EQ(log.Size(), 0U);
+    EXPECT_FALSE(ParameterUtils::WriteString("x", text, sizeof(text), position, false, nullptr));
+    EXPECT_FALSE(ParameterUtils::WriteString(nullptr, text, sizeof(text), position, false, nullptr));
+    EXPECT_EQ(position, 8U);
+    EXPECT_TRUE(log.Has("Insufficient space in buffer to write string: x\n", "E"));
+    EXPECT_TRUE(log.Has("Insufficient space in buffer to write string\n", "E"));
+}
+
+TEST(PList, KeepsOrderAndForgivesBadIndices)
+{
+    PList<INT32> list;
+    list.Add(10);
+    list.Add(30);
+    list.Insert(1, 20);
+    list.Insert(0, list[2]);  // 30 10 20 30
+    EXPECT_EQ(list.Count(), 4U);
+    EXPECT_EQ(std::vector<INT32>(list.ToArray(), list.ToArray() + list.Count()), (std::vector<INT32>{30, 10, 20, 30}));
+    EXPECT_EQ(list.IndexOf(30), 0);
+    EXPECT_EQ(list.IndexOf(99), -1);
+    EXPECT_TRUE(list.Remove(30));
+    EXPECT_FALSE(list.Remove(99));
+    EXPECT_EQ(list[0], 10);
+    list.RemoveAt(1, 100);
+    EXPECT_EQ(list.Count(), 1U);
+
+    EXPECT_EQ(list[7], 0);
+    list[7] = 5;  // lands in the spare value
+    EXPECT_EQ(list.Count(), 1U);
+    EXPECT_EQ(list[1000], 5);
+    list[7] = 0;
+    list.Clear();
+    EXPECT_FALSE(list.Contains(10));
+}
+
+TEST(Checksums, AreThoseOfTheFilesInTheField)
+{
+    const CHAR* pDigits = "123456789";
+    EXPECT_EQ(ParserCRC32::GetCRC(reinterpret_cast<const BYTE*>(pDigits), 9, 0), 0xCBF43926U);
+    EXPECT_EQ(ParserCRC32::GetCRC(nullptr, 0, 77), 77U);
+    EXPECT_EQ(ParserCRC64::GetCRC(pDigits, 9, true, 0), 0xAB8C87CA648D9480ULL);
+    EXPECT_EQ(ParserCRC64::GetCRC(pDigits, 9, false, 0), 0xB86883E6FA710A9FULL);
+
+    // The sum may be taken in parts.
+    const UINT32 first = ParserCRC32::GetCRC(reinterpret_cast<const BYTE*>(pDigits), 4, 0);
+    EXPECT_EQ(ParserCRC32::GetCRC(reinterpret_cast<const BYTE*>(pDigits) + 4, 5, first), 0xCBF43926U);
+}
+
+TEST(Checksums, GuardTheWholeFile)
+{
+    SystemLogCapture  log;
+    std::vector<BYTE> bytes = {'1', '2', '3', '4', '5', '6', '7', '8', '9', 0x26, 0x39, 0xF4, 0xCB};
+    EXPECT_TRUE(ParserCRC32::Validate(bytes.data(), 13, nullptr));
+    bytes[0] ^= 1;
+    EXPECT_FALSE(ParserCRC32::Validate(bytes.data(), 13, nullptr));
+    EXPECT_TRUE(log.Has("Actual: cbf43926\n", "E"));
+    EXPECT_FALSE(ParserCRC32::Validate(bytes.data(), 4, nullptr));
+    EXPECT_FALSE(ParserCRC64::Validate(bytes.data(), 8, true, nullptr));
+    EXPECT_EQ(log.Count("Binary file CRC validation failed. Buffer too small\n", "E"), 2U);
+}
+
+TEST(VersionUnion, OrdersByMajorThenMinorThenPatch)
+{
+    const VersionUnion base(6, 1, 70000);
+    EXPECT_GT(VersionUnion(7, 0, 0), base);
+    EXPECT_LT(VersionUnion(6, 0, 0xFFFFFFFF), base);
+    EXPECT_LE(base, base);
+    EXPECT_EQ(base.Compare(VersionUnion(6, 1, 70001)), -1);
+    EXPECT_EQ(base.Value, 6ULL | (1ULL << 16) | (70000ULL << 32));
+}
+
+TEST(ReadField, TakesSlotsAndNeverLooksBehindTheEnd)
+{
+    SystemLogCapture log;
+    const BYTE       bytes[] = {1, 2, 3, 4, 5, 6, 7, 8, 9};
+    UINT64           position = 0;
+    UINT32           value    = 0;
+    EXPECT_TRUE(ParameterUtils::ReadField(value, bytes, sizeof(bytes), position, 8, nullptr));
+    EXPECT_EQ(value, 0x04030201U);
+    EXPECT_EQ(position, 8U);
+    EXPECT_FALSE(ParameterUtils::ReadField(value, bytes, sizeof(bytes), position, 1, nullptr));
+    EXPECT_EQ(value, 0U);
+    EXPECT_TRUE(log.Has("Failed to read 4 bytes from binary file offset 8, length 9\n", "E"));
+    position = 0xFFFFFFFFFFFFFFF0ULL;
+    EXPECT_FALSE(ParameterUtils::ReadField(value, bytes, sizeof(bytes), position, 1, nullptr));
+}
+
+TEST(ReadString, StopsAtNulSizeAndEnd)
+{
+    const CHAR* pText    = "ab\0cdefgh";
+    const BYTE* pBuffer  = reinterpret_cast<const BYTE*>(pText);
+    UINT64      position = 0;
+    EXPECT_STREQ(ParameterUtils::ReadString(pBuffer, 9, position, 5, 8).get(), "ab");
+    EXPECT_EQ(position, 8U);  // as if the whole field had been there
+    EXPECT_STREQ(ParameterUtils::ReadString(pBuffer, 9, position, 100, 1).get(), "h");
+    EXPECT_STREQ(ParameterUtils::ReadString(pBuffer, 9, position, 100, 1).get(), "");
+    position = 3;
+    EXPECT_STREQ(ParameterUtils::ReadString(pBuffer, 9, position, 0, 1).get(), "");
+    EXPECT_EQ(ParameterUtils::ReadString(nullptr, 9, position, 4, 1), nullptr);
+
+    CHAR field[4];
+    position = 3;
+    ParameterUtils::ReadString(field, pBuffer, 9, position, sizeof(field), 6, 1, nullptr);
+    EXPECT_STREQ(field, "cde");
+    EXPECT_EQ(position, 9U);
+}
+
+TEST(StoredValues, ConvertToTheWantedType)
+{
+    EXPECT_EQ(ReadAs<UINT32>(ValueType::UInt32, ByteWriter().Add(2.9F).Add(-1.0F).Add(1e20F),
+                             ParameterDefinitionType_Float, 3),
+              (std::vector<UINT32>{2, 0, 0xFFFFFFFF}));
+    EXPECT_EQ(ReadAs<INT32>(ValueType::Int32, ByteWriter().Add<INT16>(-2).Add<INT16>(300),
+                            ParameterDefinitionType_Signed16Bits, 2),
+              (std::vector<INT32>{-2, 300}));
+    EXPECT_EQ(ReadAs<INT32>(ValueType::Int32, ByteWriter().Add<UINT16>(0xFFFE), ParameterDefinitionType_Hex16Bits, 1),
+              (std::vector<INT32>{0xFFFE}));
+    EXPECT_EQ(ReadAs<UINT8>(ValueType::UInt8, ByteWriter().Add<UINT32>(0x1234), ParameterDefinitionType_Unsigned32Bits,
+                            1),
+              (std::vector<UINT8>{0x34}));
+    EXPECT_EQ(ReadAs<UINT64>(ValueType::UInt64, ByteWriter().Add<INT8>(-1), ParameterDefinitionType_Signed8Bits, 1),
+              (std::vector<UINT64>{0xFFFFFFFFFFFFFFFFULL}));
+    EXPECT_EQ(ReadAs<FLOAT>(ValueType::Float, ByteWriter().Add<INT32>(16777217), ParameterDefinitionType_Signed32Bits,
+                            1),
+              (std::vector<FLOAT>{16777216.0F}));
+    EXPECT_EQ(ReadAs<FLOAT>(ValueType::Float, ByteWriter().Add(0.1), ParameterDefinitionType_Double, 1),
+              (std::vector<FLOAT>{0.1F}));
+    EXPECT_EQ(ReadAs<INT64>(ValueType::Int64, ByteWriter().Add(-1e30).Add(std::nan("")), ParameterDefinitionType_Double,
+                            2),
+              (std::vector<INT64>{std::numeric_limits<INT64>::min(), 0}));
+    // A flag makes floats of any type.
+    EXPECT_EQ(ReadAs<FLOAT>(ValueType::Float, ByteWriter().Add(0.5F), ParameterDefinitionType_Unsigned64Bits, 1,
+                            ParameterDefinitionElementInfo::FloatFlag),
+              (std::vector<FLOAT>{0.5F}));
+}
+
+TEST(StoredValues, EnumerationsTakeFloatsUnderProtest)
+{
+    SystemLogCapture log;
+    EXPECT_EQ(ReadAs<INT32>(ValueType::Enum, ByteWriter().Add(3.0F), ParameterDefinitionType_Float, 1),
+              (std::vector<INT32>{3}));
+    EXPECT_EQ(ReadAs<INT32>(ValueType::Enum, ByteWriter().Add(4.0), ParameterDefinitionType_Double, 1),
+              (std::vector<INT32>{4}));
+    EXPECT_TRUE(log.Has("ReadArrayNoFloat: Attempt to convert a float value to an enum\n", "W"));
+    EXPECT_TRUE(log.Has("ReadArrayNoFloat: Attempt to convert a double value to an enum\n", "W"));
+}
+
+TEST(StoredValues, RefuseWhatIsNoNumberOrNotThere)
+{
+    SystemLogCapture  log;
+    const BYTE        bytes[8] = {1, 0, 0, 0, 2, 0};
+    UINT32            values[2] = {7, 7};
+    UINT64            position  = 0;
+    const auto        pText     = Element(ParameterDefinitionType_String);
+    EXPECT_FALSE(ParameterUtils::ReadArray(values, ValueType::UInt32, pText.get(), bytes, 8, position, 1, 1, nullptr));
+    EXPECT_TRUE(log.Has("ReadArrayNoFloat: Invalid read type 24. XSD structure modified\n", "W"));
+    EXPECT_FALSE(ParameterUtils::Read(values, ValueType::UInt32, pText.get(), bytes, 8, position, 1, nullptr));
+    EXPECT_TRUE(log.Has("Read: Invalid read type 24\n", "E"));
+
+    // Without a definition the bytes are taken as wanted, as far as they are there.
+    position = 0;
+    EXPECT_FALSE(ParameterUtils::ReadArray(values, ValueType::UInt32, nullptr, bytes, 6, position, 2, 1, nullptr));
+    EXPECT_TRUE(log.Has("ReadBuffer failed, read 6 bytes, expected 8 bytes\n", "E"));
+    EXPECT_EQ(values[0], 1U);
+
+    // A single value that is not wholly there is 0 and counts as read.
+    position = 6;
+    EXPECT_TRUE(ParameterUtils::Read(values, ValueType::UInt32, nullptr, bytes, 8, position, 1, nullptr));
+    EXPECT_EQ(values[0], 0U);
+
+    const auto pWide = Element(ParameterDefinitionType_Unsigned64Bits);
+    position         = 0;
+    EXPECT_TRUE(ParameterUtils::Read(values, ValueType::UInt32, pWide.get(), bytes, 8, position, 1, nullptr));
+    EXPECT_EQ(values[0], 1U);  // the low half
+}
+
+TEST(ParameterLogging, NamesWhoLogsAndAsksFirst)
+{
+    class Logger : public IParameterLoggingAPI
+    {
+    public:
+        const CHAR* GetLoggingIdentifier() const override
+        {
+            return identifier.c_str();
+        }
+        bool LoggingEnabled(ParameterLogging::ParameterLogLevel level) const override
+        {
+            return level != ParameterLogging::Debug;
+        }
+        std::string identifier = "front";
+    };
+
+    SystemLogCapture log;
+    Logger           logger;
+    ParameterLogging::Write(&logger, ParameterLogging::Error, "value %d\n", 7);
+    EXPECT_TRUE(log.Has("[ERROR] ParameterParser (Thread ", "E"));
+    EXPECT_TRUE(log.Has(" (front): value 7\n"));
+    ParameterLogging::Write(&logger, ParameterLogging::Debug, "silent");
+    EXPECT_EQ(log.Size(), 1U);
+    logger.identifier = "";
+    ParameterLogging::Write(&logger, ParameterLogging::Warning, "%s", std::string(6000, 'x').c_str());
+    EXPECT_TRUE(log.Has("[WARNING] ParameterParser", "W"));
+    EXPECT_TRUE(log.Has(std::string(4095, 'x')));
+    EXPECT_FALSE(log.Has(std::string(4096, 'x')));
+    ParameterLogging::Write(nullptr, ParameterLogging::Debug, "loud");
+    EXPECT_TRUE(log.Has("): loud", "V"));
+}
+
+} // namespace

@@ -1,0 +1,200 @@
+/// @file
+/// A small schema, and tuning files made of it, for tests of the set manager.
+#pragma once
+
+#include <initializer_list>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "parameters/parametersetmanager.h"
+#include "parameters/tablemodule.h"
+#include "schema/modules.h"
+#include "tests/support/systemlogcapture.h"
+#include "tests/support/parameterfilebuilder.h"
+#include "tests/support/recordwriter.h"
+
+namespace smallschema
+{
+
+/// A module with something to allocate.
+struct AlphaType
+{
+    UINT32                  SymbolTableID;
+    module_versionStruct    module_version;
+    parameter_versionStruct parameter_version;
+    INT32                   value;
+    UINT32                  stepsCount;
+    UINT32                  stepsID;
+    float*                  steps;
+};
+TUNING_RECORD(AlphaType)
+    MODULE_HEADER
+    MEMBER(value)
+    VARIABLE(steps)
+TUNING_RECORD_END
+
+struct BetaType
+{
+    UINT32                  SymbolTableID;
+    module_versionStruct    module_version;
+    parameter_versionStruct parameter_version;
+    INT32                   value;
+};
+TUNING_RECORD(BetaType)
+    MODULE_HEADER
+    MEMBER(value)
+TUNING_RECORD_END
+
+inline constexpr tuning::ModuleDescription Modules[] = {
+    {"alpha", namehash::OfName("alpha"), 10, 0, 0, TuningRecordOf(static_cast<const AlphaType*>(nullptr))},
+    {"beta", namehash::OfName("beta"), 10, 0, 0, TuningRecordOf(static_cast<const BetaType*>(nullptr))},
+    {"plain", namehash::OfName("plain"), 3, 4, 1, nullptr},
+};
+
+inline constexpr VersionUnion RecordVersion{10, 0, 0};
+
+} // namespace smallschema
+
+using Selector = std::pair<ModeType, UINT16>;
+
+/// Default and the selectors behind it.
+inline std::vector<TuningMode> Branch(std::initializer_list<Selector> selectors)
+{
+    std::vector<TuningMode> branch(1);
+    for (const auto& [mode, subMode] : selectors)
+    {
+        TuningMode& rSelector   = branch.emplace_back();
+        rSelector.mode          = mode;
+        rSelector.subMode.value = subMode;
+    }
+    return branch;
+}
+
+/// A file of the small schema under construction. A record's steps follow from its value: value + 0.5 and value + 0.25.
+class TuningFileMaker
+{
+public:
+    explicit TuningFileMaker(const VersionUnion& rVersion = BinaryFileFormat::MultiModeTableVersion)
+        : builder(rVersion), writer(builder)
+    {
+    }
+
+    /// A table with a Default mode. @return the mode's ID
+    UINT32 Table(const std::string& rName = "")
+    {
+        return builder.AddRootMode(builder.AddModeTable(rName));
+    }
+
+    /// @return the new mode's ID
+    UINT32 Mode(UINT32 parent, ModeType mode, UINT16 subMode, UINT32 link = BinaryFileFormat::NoLink, UINT32 group = 0,
+                UINT32 flags = 0)
+    {
+        return builder.AddMode(BinaryFileFormat::GetModeTableIndex(parent), static_cast<UINT16>(mode), subMode, parent,
+                               group, link, flags);
+    }
+
+    /// @return the entry ID
+    UINT32 Alpha(UINT32 mode, INT32 value)
+    {
+        float                  steps[] = {static_cast<float>(value) + 0.5f, static_cast<float>(value) + 0.25f};
+        smallschema::AlphaType record{};
+        record.value      = value;
+        record.stepsCount = 2;
+        record.steps      = steps;
+        return writer.AddModule("alpha", smallschema::RecordVersion, mode, smallschema::AlphaTypeTable::Description,
+                                &record);
+    }
+
+    UINT32 Beta(UINT32 mode, INT32 value)
+    {
+        smallschema::BetaType record{};
+        record.value = value;
+        return writer.AddModule("beta", smallschema::RecordVersion, mode, smallschema::BetaTypeTable::Description,
+                                &record);
+    }
+
+    /// A module whose block is that of an earlier one.
+    UINT32 Same(const std::string& rName, UINT32 mode, UINT32 original)
+    {
+        return builder.AddModule(rName, smallschema::RecordVersion, mode, {}, original);
+    }
+
+    ParameterFile Build() const
+    {
+        return builder.Build();
+    }
+
+    ParameterFileBuilder builder;
+    RecordWriter         writer;
+};
+
+class SetManagerTest : public ::testing::Test
+{
+protected:
+    using Options = ParameterSetManager::Options;
+
+    ~SetManagerTest() override
+    {
+        std::remove(m_path.c_str());
+    }
+
+    static Options Verbose(UINT32 cacheSize = 17)
+    {
+        Options options;
+        options.activeModeCacheSize = cacheSize;
+        options.logDebug            = true;
+        return options;
+    }
+
+    /// Writes the file to the path that the test has for itself.
+    const CHAR* Write(const ParameterFile& rFile) const
+    {
+        rFile.WriteTo(m_path);
+        return m_path.c_str();
+    }
+
+    static bool LoadBuffer(ParameterSetManager& rManager, const ParameterFile& rFile)
+    {
+        return rManager.LoadBinaryParameters(rFile.bytes.data(), rFile.bytes.size());
+    }
+
+    template <typename Record>
+    static Record* Get(ParameterSetManager& rManager, const CHAR* pName, const std::vector<TuningMode>& rBranch,
+                       Record* pPrevious = nullptr)
+    {
+        return static_cast<Record*>(rManager.GetModuleRecord(pName, namehash::OfName(pName), rBranch.data(),
+                                                             static_cast<UINT32>(rBranch.size()), pPrevious));
+    }
+
+    static smallschema::AlphaType* Alpha(ParameterSetManager& rManager, const std::vector<TuningMode>& rBranch,
+                                         smallschema::AlphaType* pPrevious = nullptr)
+    {
+        return Get<smallschema::AlphaType>(rManager, "alpha", rBranch, pPrevious);
+    }
+
+    /// The value of the record that a branch leads to, -1 if there is none.
+    static INT32 AlphaValue(ParameterSetManager& rManager, const std::vector<TuningMode>& rBranch)
+    {
+        const smallschema::AlphaType* pRecord = Alpha(rManager, rBranch);
+        return (pRecord != nullptr) ? pRecord->value : -1;
+    }
+
+    static INT32 BetaValue(ParameterSetManager& rManager, const std::vector<TuningMode>& rBranch)
+    {
+        const auto* pRecord = Get<smallschema::BetaType>(rManager, "beta", rBranch);
+        return (pRecord != nullptr) ? pRecord->value : -1;
+    }
+
+    static ModeEntry* Mode(ParameterSetManager& rManager, const std::vector<TuningMode>& rBranch, BYTE table = 0)
+    {
+        return rManager.GetModeEntry(table, rBranch.data(), static_cast<UINT32>(rBranch.size()));
+    }
+
+    SystemLogCapture  log;
+    const std::string m_path = ::testing::TempDir() + "setmanager_" +
+                               ::testing::UnitTest::GetInstance()->current_test_info()->test_suite_name() +
+                               ::testing::UnitTest::GetInstance()->current_test_info()->name() + ".bin";
+};

@@ -1,0 +1,6 @@
+set(ROOM_TESTS
+    parameterbinaryfile_test.cpp
+    parameterutils_test.cpp
+    recordloading_test.cpp
+    symboltable_test.cpp
+)

@@ -1,0 +1,126 @@
+/// Damaged input ends in a refusal or in a tuning, never in a crash: the sanitizers watch.
+#include <random>
+
+#include <gtest/gtest.h>
+
+#include "parameters/parsercrc.h"
+#include "tests/tools/randomrecords.h"
+#include "tools/tuningfile/binaryinput.h"
+#include "tools/tuningfile/binaryoutput.h"
+#include "tools/tuningfile/bytes.h"
+#include "tools/tuningfile/inputerror.h"
+#include "tools/tuningfile/storelog.h"
+#include "tools/tuningfile/textinput.h"
+#include "tools/tuningfile/textoutput.h"
+
+namespace
+{
+
+using namespace tuningfile;
+
+const char* const Text = R"(
+tuning: {createdBy: me, binaryTag: tag}
+x-roi: &roi {dataID: 1, description: "a \"text\"", coords: {fill: 0.5, 1: 2}}
+modes:
+  Default:
+    modules:
+      kirodbroi: {data: [*roi, {<<: *roi, dataID: 2}]}
+      kirometering: {luxIndexOperation: {filteringFactor: .inf}}
+    children:
+      Sensor.0:
+        modules: {kirodbroi: {data: [*roi]}}
+        children:
+          Usecase.Video: {group: 2, modules: {kirodbroi: {}}, children: {Usecase.Video: {group: 3}}}
+          Usecase.ZSL: {link: Default|Sensor.0|Usecase.Video}
+)";
+
+TEST(Hostile, DamagedFilesAreRefusedOrDumped)
+{
+    const std::vector<BYTE> good = WriteBinary(ParseText(Text, "t.yaml"), NewestVersion);
+    const StoreLog          log;
+    std::mt19937            random(5);
+    UINT32                  accepted = 0;
+    for (UINT32 round = 0; round < 3000; ++round)
+    {
+        std::vector<BYTE> bytes = good;
+        // Everything that matters stands in the first part; most of the file is padding.
+        for (UINT32 change = 0; change <= round % 3; ++change)
+        {
+            const size_t position = 152 + random() % 2000;
+            bytes[position]       = (random() % 2 == 0) ? static_cast<BYTE>(random()) : static_cast<BYTE>(random() % 8);
+        }
+        const UINT32 summed = static_cast<UINT32>(bytes.size() - sizeof(UINT64));
+        StoreInteger(bytes, summed, ParserCRC64::GetCRC(reinterpret_cast<const CHAR*>(bytes.data()), summed, true, 0));
+        try
+        {
+            WriteText(ReadBinary(bytes, "t.bin").tuning);
+            ++accepted;
+        }
+        catch (const InputError&)
+        {
+        }
+    }
+    EXPECT_GT(accepted, 500u);
+}
+
+TEST(Hostile, DamagedTextsAreRefusedOrCompiled)
+{
+    const std::string good = Text;
+    std::mt19937      random(6);
+    UINT32            accepted = 0;
+    for (UINT32 round = 0; round < 3000; ++round)
+    {
+        std::string  text     = good;
+        const size_t position = random() % good.size();
+        switch (round % 3)
+        {
+        case 0:
+            text[position] = static_cast<CHAR>(random());
+            break;
+        case 1:
+            text.erase(position, 1 + random() % 10);
+            break;
+        default:
+            text.insert(position, good, random() % good.size(), 1 + random() % 20);
+            break;
+        }
+        try
+        {
+            WriteBinary(ParseText(text, "t.yaml"), NewestVersion);
+            ++accepted;
+        }
+        catch (const InputError& rFault)
+        {
+            EXPECT_TRUE(std::string_view(rFault.what()).starts_with("t.yaml:"));
+            EXPECT_EQ(std::string_view::npos, std::string_view(rFault.what()).find('\n'));
+        }
+    }
+    EXPECT_GT(accepted, 100u);
+}
+
+TEST(Hostile, TextThatUnfoldsWithoutEndIsRefused)
+{
+    // Each line takes ten of the line before: a gigabyte of records in a kilobyte of text.
+    std::string text = "x-0: &r0 {dataID: 1, coords: {fill: 1}}\nx-1: &l0 [";
+    for (UINT32 item = 0; item < 1000; ++item)
+    {
+        text += "*r0,";
+    }
+    text += "]\nmodes: {Default: {children: {\n";
+    for (UINT32 sensor = 0; sensor < 60000; ++sensor)
+    {
+        text += "Sensor." + std::to_string(sensor) + ": {modules: {kirodbroi: {data: *l0}}},\n";
+    }
+    text += "}}}\n";
+    try
+    {
+        ParseText(text, "t.yaml");
+        ADD_FAILURE();
+    }
+    catch (const InputError& rFault)
+    {
+        EXPECT_NE(std::string_view::npos, std::string_view(rFault.what()).find("the tuning is too large"));
+    }
+}
+
+} // namespace

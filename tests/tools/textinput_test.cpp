@@ -1,0 +1,228 @@
+/// What a text means, and what its writer is told about mistakes.
+#include <cmath>
+#include <limits>
+
+#include <gtest/gtest.h>
+
+#include "tools/tuningfile/inputerror.h"
+#include "tools/tuningfile/textinput.h"
+
+namespace
+{
+
+using namespace tuningfile;
+
+template <typename Record>
+const Record& RecordOf(const Tuning& rTuning, UINT32 mode, const char* pName)
+{
+    return *static_cast<const Record*>(FindModuleOf(rTuning.tables[0].modes[mode], *FindModule(pName))->pRecord);
+}
+
+TEST(TextInput, AModuleOfADeeperModeStartsAsTheOneAboveIt)
+{
+    const Tuning tuning = ParseText(R"(
+modes:
+  Default:
+    modules:
+      kirometering:
+        moduleID: 7
+        luxIndexOperation: {enableCompensation: true, filteringFactor: 0.25}
+        dynamicMtrLockEV: {enable: true, EVRange: {start: -2, end: 2}}
+      kirodbroi:
+        data: [{dataID: 1, description: first, coords: [0, 0, 1, 1]}, {dataID: 2, coords: {fill: 0.5, 3: 1.5}}]
+    children:
+      Sensor.0:
+        children:
+          Usecase.Video:
+            modules:
+              kirometering: {luxIndexOperation: {filteringFactor: 0.5}, dynamicMtrLockEV: ~}
+              kirodbroi: {data: [{dataID: 9}]}
+)",
+                                    "t.yaml");
+    const auto&  rDefault = RecordOf<kirometering::KIROMeteringType>(tuning, 0, "kirometering");
+    EXPECT_EQ(10, rDefault.module_version.major_revision);
+    EXPECT_EQ(0, rDefault.module_version.minor_revision);
+    EXPECT_EQ(0u, rDefault.luxIndexOperation.refExposureForLuxIndexZero);
+    EXPECT_EQ(-2.0f, rDefault.dynamicMtrLockEV.EVRange.start);
+
+    const auto& rVideo = RecordOf<kirometering::KIROMeteringType>(tuning, 2, "kirometering");
+    EXPECT_EQ(10, rVideo.module_version.major_revision);
+    EXPECT_EQ(7u, rVideo.moduleID);
+    EXPECT_EQ(TRUE, rVideo.luxIndexOperation.enableCompensation);
+    EXPECT_EQ(0.5f, rVideo.luxIndexOperation.filteringFactor);
+    EXPECT_EQ(FALSE, rVideo.dynamicMtrLockEV.enable);
+    EXPECT_EQ(0.0f, rVideo.dynamicMtrLockEV.EVRange.start);
+
+    const auto& rROI = RecordOf<kirodbroi::KIRODBROIType>(tuning, 0, "kirodbroi");
+    ASSERT_EQ(2u, rROI.dataCount);
+    EXPECT_STREQ("first", rROI.data[0].description);
+    EXPECT_EQ(nullptr, rROI.data[1].description);
+    EXPECT_EQ(0.5f, rROI.data[1].coords[2]);
+    EXPECT_EQ(1.5f, rROI.data[1].coords[3]);
+
+    // An array is replaced as a whole: nothing of the first item is left.
+    const auto& rVideoROI = RecordOf<kirodbroi::KIRODBROIType>(tuning, 2, "kirodbroi");
+    ASSERT_EQ(1u, rVideoROI.dataCount);
+    EXPECT_EQ(9, rVideoROI.data[0].dataID);
+    EXPECT_EQ(nullptr, rVideoROI.data[0].description);
+    EXPECT_EQ(0.0f, rVideoROI.data[0].coords[3]);
+}
+
+TEST(TextInput, MergeKeysGiveWayToWhatStandsBesideThem)
+{
+    const Tuning tuning = ParseText(R"(
+x-common: &common {enableCompensation: true, filteringFactor: 0.25}
+x-more: &more {filteringFactor: 0.75, refExposureForLuxIndexZero: 0x10}
+modes:
+  Default:
+    modules:
+      kirometering: {luxIndexOperation: {<<: [*common, *more]}}
+    children:
+      Usecase.2: {modules: {kirometering: {luxIndexOperation: {filteringFactor: 1, <<: *common}}}}
+      Scene.Night: {link: Default|Usecase.Video, preserve: true}
+)",
+                                    "t.yaml");
+    const auto& rLux = RecordOf<kirometering::KIROMeteringType>(tuning, 0, "kirometering").luxIndexOperation;
+    EXPECT_EQ(TRUE, rLux.enableCompensation);
+    EXPECT_EQ(0.25f, rLux.filteringFactor);
+    EXPECT_EQ(16u, rLux.refExposureForLuxIndexZero);
+    EXPECT_EQ(1.0f, RecordOf<kirometering::KIROMeteringType>(tuning, 1, "kirometering").luxIndexOperation.filteringFactor);
+
+    const Mode& rNight = tuning.tables[0].modes[2];
+    EXPECT_EQ(5, rNight.mode);
+    EXPECT_EQ(5, rNight.subMode);
+    EXPECT_EQ(1u, rNight.link);
+    EXPECT_TRUE(rNight.preserve);
+}
+
+TEST(TextInput, NumbersReachTheEndsOfTheirTypes)
+{
+    const auto lux = [](const std::string& rMembers)
+    {
+        const Tuning tuning = ParseText("modes: {Default: {modules: {kirometering: {luxIndexOperation: " + rMembers + "}}}}", "t");
+        return RecordOf<kirometering::KIROMeteringType>(tuning, 0, "kirometering").luxIndexOperation;
+    };
+    EXPECT_EQ(18446744073709551615u, lux("{refExposureForLuxIndexZero: 18446744073709551615}").refExposureForLuxIndexZero);
+    EXPECT_EQ(3.40282347e38f, lux("{filteringFactor: 3.4028234664e+38}").filteringFactor);
+    EXPECT_TRUE(std::signbit(lux("{filteringFactor: -0}").filteringFactor));
+    EXPECT_TRUE(std::isnan(lux("{filteringFactor: .nan}").filteringFactor));
+    EXPECT_EQ(-std::numeric_limits<FLOAT>::infinity(), lux("{filteringFactor: -.inf}").filteringFactor);
+    // The decimal text lies just above halfway between two floats: reading it as a double first would round it down.
+    EXPECT_EQ(0x1.000002p0f, lux("{filteringFactor: 1.00000005960464477539062500000001}").filteringFactor);
+}
+
+struct Mistake
+{
+    const char* pText;
+    const char* pMessage;
+};
+
+VOID ExpectMessages(const std::vector<Mistake>& rMistakes)
+{
+    for (const Mistake& rMistake : rMistakes)
+    {
+        try
+        {
+            ParseText(rMistake.pText, "t.yaml");
+            ADD_FAILURE() << "accepted: " << rMistake.pText;
+        }
+        catch (const InputError& rFault)
+        {
+            EXPECT_STREQ(rMistake.pMessage, rFault.what());
+        }
+    }
+}
+
+TEST(TextInput, MistakesInRecordsNamePlaceAndExpectation)
+{
+    ExpectMessages({
+        {"modes:\n  Default:\n    modules:\n      kirometring: {}\n",
+         "t.yaml:4:7: unknown module 'kirometring', did you mean 'kirometering'?"},
+        {"modes: {Default: {modules: {kirometering: {luxIndexOperation:\n  {filterFactor: 1}}}}}",
+         "t.yaml:2:4: unknown member of LuxIndexOperationType 'filterFactor', did you mean 'filteringFactor'?"},
+        {"modes: {Default: {modules: {kirometering: {luxIndexOperation:\n  {gain: 1}}}}}",
+         "t.yaml:2:4: unknown member of LuxIndexOperationType 'gain', expected one of: enableCompensation, "
+         "refExposureForLuxIndexZero, filteringFactor"},
+        {"modes: {Default: {modules: {kirometering: {SymbolTableID: 1}}}}",
+         "t.yaml:1:43: unknown member of KIROMeteringType 'SymbolTableID', expected one of: module_version, "
+         "parameter_version, moduleID, luxIndexOperation, dynamicMtrLockEV, trackerStatsROIProcess, "
+         "antibandingMetering"},
+        {"modes: {Default: {modules: {kirometering:\n  moduleID: -1}}}",
+         "t.yaml:2:3: illegal flow end, expected YAML"},
+        {"modes: {Default: {modules: {kirometering: {\n  moduleID: -1}}}}",
+         "t.yaml:2:13: '-1' is out of range for moduleID, expected an integer from 0 to 4294967295"},
+        {"modes: {Default: {modules: {kirometering: {\n  moduleID: 4294967296}}}}",
+         "t.yaml:2:13: '4294967296' is out of range for moduleID, expected an integer from 0 to 4294967295"},
+        {"modes: {Default: {modules: {kirometering: {\n  moduleID: 1.5}}}}",
+         "t.yaml:2:13: '1.5' found for moduleID, expected an integer from 0 to 4294967295"},
+        {"modes: {Default: {modules: {kirometering: {\n  moduleID: \"1\"}}}}",
+         "t.yaml:2:13: text found for moduleID, expected an integer"},
+        {"modes: {Default: {modules: {kirometering: {\n  moduleID: [1]}}}}",
+         "t.yaml:2:13: a list found for moduleID, expected an integer"},
+        {"modes: {Default: {modules: {kirometering: {\n  luxIndexOperation: {filteringFactor: 1e39}}}}}",
+         "t.yaml:2:40: '1e39' is out of range for filteringFactor, expected a number, 0 or of magnitude 1.401e-45 to "
+         "3.403e+38"},
+        {"modes: {Default: {modules: {kirometering: {\n  luxIndexOperation: {enableCompensation: yes}}}}}",
+         "t.yaml:2:43: 'yes' found for enableCompensation, expected true or false"},
+        {"modes: {Default: {modules: {kirometering: {\n  luxIndexOperation: 3}}}}",
+         "t.yaml:2:22: '3' found, expected a map of the members of LuxIndexOperationType"},
+        {"modes: {Default: {modules: {kirometering: {moduleID: 1,\n  moduleID: 2}}}}",
+         "t.yaml:2:3: 'moduleID' given twice, expected once"},
+        {"modes: {Default: {modules: {kirometering: }}}",
+         "t.yaml:1:43: nothing found, expected a map of the members of KIROMeteringType"},
+        {"modes: {Default: {modules: {kirodbroi: {\n  data: [{coords: [0, 0, 1]}]}}}}",
+         "t.yaml:2:19: a list of 3 found for coords, expected a list of 4"},
+        {"modes: {Default: {modules: {kirodbroi: {\n  data: [{coords: {1: 2}}]}}}}",
+         "t.yaml:2:19: no 'fill' for coords, expected a list of 4, or a map of 'fill' and of positions"},
+        {"modes: {Default: {modules: {kirodbroi: {\n  data: [{coords: {fill: 2, 4: 1}}]}}}}",
+         "t.yaml:2:29: '4' found for a position in coords, expected an integer from 0 to 3"},
+        {"modes: {Default: {modules: {kirodbroi: {\n  data: {dataID: 1}}}}}",
+         "t.yaml:2:9: a map found for data, expected a list"},
+        {"modes: {Default: {modules: {kirometeringsceneanalyzer: {luxAnalyzer: {\n  exposureType: ExposureMedium}}}}}",
+         "t.yaml:2:17: unknown KIROExposureSelection 'ExposureMedium' for exposureType, did you mean 'ExposureNone'?"},
+        {"modes: {Default: {modules: {kirometeringsceneanalyzer: {luxAnalyzer: {\n  exposureType: Medium}}}}}",
+         "t.yaml:2:17: unknown KIROExposureSelection 'Medium' for exposureType, expected one of: ExposureShort, "
+         "ExposureSafe, ExposureLong, ExposureNone"},
+    });
+}
+
+TEST(TextInput, MistakesInTheTreeOfModesNamePlaceAndExpectation)
+{
+    ExpectMessages({
+        {"", "t.yaml:1:1: 0 YAML documents, expected one"},
+        {"[1]", "t.yaml:1:1: a list found, expected a map with 'modes' or 'tables'"},
+        {"tuning: {}", "t.yaml:1:1: neither 'modes' nor 'tables' given, expected one of them"},
+        {"mods: {}", "t.yaml:1:1: unknown entry 'mods', did you mean 'modes'?"},
+        {"modes: {Sensor.0: {}}", "t.yaml:1:9: mode 'Sensor.0' at the root, expected 'Default'"},
+        {"modes: {Default: {children: {Usecase.Vidio: {}}}}",
+         "t.yaml:1:30: unknown sub-mode 'Vidio' of Usecase, did you mean 'Video'?"},
+        {"modes: {Default: {children: {Camera.0: {}}}}",
+         "t.yaml:1:30: unknown mode 'Camera', expected one of: Default, Sensor, Usecase, Feature1, Feature2, Scene, "
+         "Effect"},
+        {"modes: {Default: {children: {Sensor: {}}}}",
+         "t.yaml:1:30: mode 'Sensor' without a sub-mode, expected 'Sensor.<sub-mode>'"},
+        {"modes: {Default: {children: {Sensor.70000: {}}}}",
+         "t.yaml:1:30: unknown sub-mode '70000' of Sensor, expected a number from 0 to 65535"},
+        {"modes: {Default: {children: {Sensor.0: {children: {Default: {}}}}}}",
+         "t.yaml:1:52: mode 'Default' below another mode, expected it at the root only"},
+        {"modes: {Default: {children: {Usecase.2: {}, Usecase.Video: {}}}}",
+         "t.yaml:1:45: mode 'Usecase.Video' given twice, expected once"},
+        {"modes: {Default: {modules: {kiroev: {}}, children: {Default: {group: 1, modules: {kiroev: {}}}}}}",
+         "t.yaml:1:83: module 'kiroev' given in two groups of a mode, expected once"},
+        {"modes: {Default: {children: {Sensor.0: {link: Default|Sensor.1}}}}",
+         "t.yaml:1:47: no mode 'Sensor.1' on the path 'Default|Sensor.1', expected a path from Default on"},
+        {"modes: {Default: {children: {Sensor.0: {link: Default|Sensor.1}, Sensor.1: {link: Default|Sensor.0}}}}",
+         "t.yaml:1:47: a link that leads back to itself, expected a chain that ends at a mode"},
+        {"modes: {Default: {children: {Sensor.0: {link: Default, children: {}}}}}",
+         "t.yaml:1:41: a link beside modules or children, expected it alone: it stands for all of them"},
+        {"modes: {Default: {preserve: 1}}", "t.yaml:1:29: '1' found for preserve, expected true or false"},
+        {"modes: {Default: {group: 256}}", "t.yaml:1:26: '256' found for group, expected an integer from 0 to 255"},
+        {"x-a: &a {Sensor.0: {children: *a}}\nmodes: {Default: {children: *a}}",
+         "t.yaml:1:10: modes nested too deeply, expected at most 64 levels"},
+        {"modes: &a {<<: *a}", "t.yaml:1:8: maps merged too deeply, expected no cycle of merge keys"},
+        {"tuning: {binaryTag: 12345678901234567890123456789012345678901234567890123456789012345}\nmodes: {}",
+         "t.yaml:1:21: a text of 65 bytes found for binaryTag, expected at most 64 bytes and no NUL"},
+    });
+}
+
+} // namespace
