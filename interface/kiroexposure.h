@@ -4,6 +4,10 @@
 
 #include "platform/tavotypes.h"
 
+/// Half a mains period: light flickers at twice the mains frequency.
+constexpr UINT64 FlickerPeriod50Hz = 10000000;  // ns
+constexpr UINT64 FlickerPeriod60Hz = 8333333;   // ns
+
 /// One complete exposure.
 struct KIROExposureSetType
 {

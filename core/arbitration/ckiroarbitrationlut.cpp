@@ -17,10 +17,6 @@ namespace
 
 constexpr KiroResult ResultFailed = 1;
 
-/// Half a mains period: light flickers at twice the mains frequency.
-constexpr UINT64 FlickerPeriod50Hz = 10000000;  // ns
-constexpr UINT64 FlickerPeriod60Hz = 8333333;   // ns
-
 constexpr INT32 LUTLevels = 2;
 
 FLOAT GainForTime(UINT64 exposure, UINT64 time, FLOAT corr)

@@ -23,12 +23,12 @@ constexpr FLOAT NoPosition = -1.0f;
 /// A cost that no position of interest reaches.
 constexpr FLOAT CostMax = 100000.0f;
 
-/// One number per calculator: the value itself, or a half of a range.
-template <typename Value, FLOAT Value::* Half>
+/// The starts or the ends of ranges as numbers.
+template <FLOAT StartEnd::* Half>
 class HalfOfRanges
 {
 public:
-    explicit HalfOfRanges(std::span<const Value> ranges) : m_ranges(ranges)
+    explicit HalfOfRanges(std::span<const StartEnd> ranges) : m_ranges(ranges)
     {
     }
 
@@ -38,7 +38,7 @@ public:
     }
 
 private:
-    std::span<const Value> m_ranges;
+    std::span<const StartEnd> m_ranges;
 };
 
 template <typename Values>
@@ -243,8 +243,8 @@ bool Aggregate(AggregationMethodType method, std::span<const StartEnd> ranges, s
     {
         return IsNumberMethod(method);
     }
-    const HalfOfRanges<StartEnd, &StartEnd::start> starts(ranges);
-    const HalfOfRanges<StartEnd, &StartEnd::end>   ends(ranges);
+    const HalfOfRanges<&StartEnd::start> starts(ranges);
+    const HalfOfRanges<&StartEnd::end>   ends(ranges);
     return AggregateNumbers(method, starts, weights, rResult.start) &&
            AggregateNumbers(method, ends, weights, rResult.end);
 }

@@ -1,0 +1,122 @@
+#include "core/metering/ckiroanalyzer.h"
+
+#include <algorithm>
+
+#include "core/base/exposurearithmetic.h"
+#include "core/base/kirolog.h"
+#include "core/metering/analyzerbank.h"
+
+using exposurearithmetic::ExposureTypeOfSelection;
+using kirometeringsceneanalyzer::BeginningOfAnalysis;
+using kirometeringsceneanalyzer::EndOfAnalysis;
+using kirometeringsceneanalyzer::SceneAnalyzerType;
+
+namespace
+{
+
+/// Algorithms above this ID leave nothing for the components to do.
+constexpr UINT32 AttachedAlgorithmMax = 100;
+
+} // namespace
+
+CAnalyzer::CAnalyzer() : m_pTuning(nullptr), m_pContextManager(nullptr), m_output{}
+{
+}
+
+VOID CAnalyzer::SetAnalyzerTuning(const SceneAnalyzerType* pTuning, IKIROContextManager& rContextManager)
+{
+    m_pTuning         = pTuning;
+    m_pContextManager = &rContextManager;
+    m_output.pName    = pTuning->analyzerName;
+    m_output.type     = pTuning->exposureType;
+    m_output.refType  = pTuning->refExposureType;
+    m_lumaComponent.SetTuning(pTuning->luma, rContextManager);
+    m_targetComponent.SetTuning(pTuning->target, rContextManager);
+    m_confidenceComponent.SetTuning(pTuning->confidence, rContextManager);
+    m_arithmetic.SetTuning(*pTuning, rContextManager);
+
+    const UINT32 algorithmID = AlgorithmID();
+    if (algorithmID != NoDefinedAlgorithm && m_pAlgorithm == nullptr)
+    {
+        m_pAlgorithm = IAnalyzerAlgorithm::Create(static_cast<INT>(algorithmID));
+        if (m_pAlgorithm != nullptr)
+        {
+            m_pAlgorithm->SetTuning(pTuning->analyzerID, rContextManager);
+            STATS_LOG_RARE("SA Algorithm ID %d Created with Analyzer ID %d", algorithmID, pTuning->analyzerID);
+        }
+    }
+}
+
+VOID CAnalyzer::Run(const DOUBLE* pSensitivities)
+{
+    AnalyzerAlgorithmInput algorithmIn{};
+    std::copy_n(pSensitivities, static_cast<UINT32>(AECAlgoExposureCount), algorithmIn.sensitivities);
+    if (m_pAlgorithm != nullptr && AlgorithmID() > AttachedAlgorithmMax)
+    {
+        m_output = m_pAlgorithm->RunAlgorithm(algorithmIn).analyzerOut;
+        return;
+    }
+
+    m_arithmetic.RunArithMeticOperation(BeginningOfAnalysis);
+    m_output.luma       = m_lumaComponent.RunGeneralAnalyzerComponent();
+    m_output.target     = m_targetComponent.RunTargetAnalyzerComponent();
+    m_output.confidence = m_confidenceComponent.RunGeneralAnalyzerComponent();
+    m_arithmetic.RunArithMeticOperation(EndOfAnalysis);
+
+    const DOUBLE reference = pSensitivities[ExposureTypeOfSelection(m_output.refType, AECAlgoExposureShort)];
+    m_arithmetic.RunArithMeticOperation(kirometeringsceneanalyzer::AdjustmentRatio);
+    m_output.sensitivity = exposurearithmetic::SaturateToUINT64(static_cast<DOUBLE>(AdjustmentRatio()) * reference);
+
+    if (m_pAlgorithm != nullptr)
+    {
+        algorithmIn.analyzerIn = m_output;
+        m_output               = m_pAlgorithm->RunAlgorithm(algorithmIn).analyzerOut;
+    }
+}
+
+UINT32 CAnalyzer::GetID() const
+{
+    return m_pTuning->analyzerID;
+}
+
+const CHAR* CAnalyzer::GetName() const
+{
+    return m_pTuning->analyzerName;
+}
+
+const KIROAnalyzerOutput& CAnalyzer::GetOutput() const
+{
+    return m_output;
+}
+
+bool CAnalyzer::GetExposureType(AECAlgoExposureType* pType) const
+{
+    *pType = ExposureTypeOfSelection(m_output.type, AECAlgoExposureCount);
+    return *pType != AECAlgoExposureCount;
+}
+
+AnalyzerOutputDataBanks CAnalyzer::GetAnalyzerOutputDataBanks() const
+{
+    return {m_pTuning->luma.aggregator.output, m_pTuning->target.aggregator.output,
+            m_pTuning->confidence.aggregator.output};
+}
+
+UINT32 CAnalyzer::AlgorithmID() const
+{
+    const UINT32 count = analyzerbank::CountOf(m_pTuning->reservedParameter, m_pTuning->reservedParameterCount);
+    return (count > 0) ? m_pTuning->reservedParameter[0] : static_cast<UINT32>(NoDefinedAlgorithm);
+}
+
+/// What the reference exposure is multiplied with: the adjustment that operators left in their bank, or else what
+/// brings the luma to the lower bound of the target.
+FLOAT CAnalyzer::AdjustmentRatio() const
+{
+    const DataBankType* pBank = m_arithmetic.GetAdjustmentRatioDataBank();
+    StartEnd            adjustment{0.0f, 0.0f};
+    if (pBank != nullptr)
+    {
+        (VOID) m_pContextManager->m_pBankManager->UtilGetStartEndFromBank(pBank, adjustment, TRUE);
+    }
+    return (adjustment.start > 0.0f) ? adjustment.start
+                                     : m_output.target.start / std::max(m_output.luma, exposurearithmetic::Epsilon);
+}

@@ -1,0 +1,228 @@
+#include "core/metering/ckiroarithmetic.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/base/exposurearithmetic.h"
+#include "core/base/kirolog.h"
+#include "core/metering/analyzerbank.h"
+#include "core/metering/ckirocalculationunit.h"
+
+using exposurearithmetic::Epsilon;
+using namespace kirometeringsceneanalyzer;
+
+namespace
+{
+
+struct Operands
+{
+    FLOAT a;
+    FLOAT b;
+    FLOAT c;
+    FLOAT d;
+};
+
+/// The operand at a rank, 0 for the smallest. Safe with operands that are no numbers, unlike a sort.
+FLOAT Ranked(const Operands& rIn, UINT32 rank)
+{
+    FLOAT      sorted[]  = {rIn.a, rIn.b, rIn.c, rIn.d};
+    const auto exchange = [&sorted](UINT32 low, UINT32 high)
+    {
+        if (sorted[high] < sorted[low])
+        {
+            std::swap(sorted[low], sorted[high]);
+        }
+    };
+    exchange(0, 1);
+    exchange(2, 3);
+    exchange(0, 2);
+    exchange(1, 3);
+    exchange(1, 2);
+    return sorted[rank];
+}
+
+FLOAT Mix(FLOAT share, FLOAT first, FLOAT second)
+{
+    return std::fma(first, share, (1.0f - share) * second);
+}
+
+StartEnd Both(FLOAT value)
+{
+    return {value, value};
+}
+
+/// @param rResult zeros for an unknown method
+/// @return false for an unknown method
+bool Compute(ArithmeticOperationMethodType method, const Operands& rIn, StartEnd& rResult)
+{
+    const auto& [a, b, c, d] = rIn;
+    const FLOAT ab           = a * b;
+    const FLOAT cd           = c * d;
+    const FLOAT bd           = b * d;
+    switch (method)
+    {
+    case Addition:
+        rResult = Both(std::fma(a, b, cd));
+        return true;
+    case Subtraction:
+        rResult = Both(std::fma(a, b, -cd));
+        return true;
+    case Multiplication:
+        rResult = Both(ab * cd);
+        return true;
+    case Division:
+        rResult = Both(ab / std::max(cd, Epsilon));
+        return true;
+    case Max:
+        rResult = Both(std::max(ab, cd));
+        return true;
+    case Min:
+        rResult = Both(std::min(ab, cd));
+        return true;
+    case Smallest:
+        rResult = Both(Ranked(rIn, 0));
+        return true;
+    case SecondSmallest:
+        rResult = Both(Ranked(rIn, 1));
+        return true;
+    case Largest:
+        rResult = Both(Ranked(rIn, 3));
+        return true;
+    case SecondLargest:
+        rResult = Both(Ranked(rIn, 2));
+        return true;
+    case FlashHighLuma:
+        rResult = Both((a < bd) ? a + c * (bd - a) : bd);
+        return true;
+    case LinearInterpolation:
+        rResult = {Mix(c, a, b), Mix(d, a, b)};
+        return true;
+    case CondLarger:
+        rResult = Both((a > b) ? c : d);
+        return true;
+    case CondSmaller:
+        rResult = Both((a < b) ? c : d);
+        return true;
+    case CondEqual:
+        rResult = Both((a == b) ? c : d);
+        return true;
+    default:
+        rResult = Both(0.0f);
+        return false;
+    }
+}
+
+} // namespace
+
+CAnalyzerArithmetic::CAnalyzerArithmetic()
+    : m_pContextManager(nullptr), m_pOperators(nullptr), m_operatorCount(0), m_artOpePriorityEnable{},
+      m_pAdjustmentRatioBank(nullptr)
+{
+}
+
+VOID CAnalyzerArithmetic::SetTuning(const SceneAnalyzerType& rTuning, IKIROContextManager& rContextManager)
+{
+    m_pContextManager      = &rContextManager;
+    m_pOperators           = rTuning.arithmeticOperators;
+    m_operatorCount        = analyzerbank::CountOf(rTuning.arithmeticOperators, rTuning.arithmeticOperatorsCount);
+    m_pAdjustmentRatioBank = nullptr;
+    std::fill(std::begin(m_artOpePriorityEnable), std::end(m_artOpePriorityEnable), FALSE);
+    for (UINT32 index = 0; index < m_operatorCount; ++index)
+    {
+        const ArithmeticOperatorType& rOperator = m_pOperators[index];
+        if (rOperator.enableFlag != TRUE)
+        {
+            continue;
+        }
+        if (static_cast<UINT32>(rOperator.operatorPriority) >= PriorityCount)
+        {
+            STATS_LOG_ERROR("analyzer ID %d: operator %d has no such priority %d", rTuning.analyzerID, index,
+                            rOperator.operatorPriority);
+            continue;
+        }
+        m_artOpePriorityEnable[rOperator.operatorPriority] = TRUE;
+        if (rOperator.operatorPriority == AdjustmentRatio)
+        {
+            m_pAdjustmentRatioBank = &rOperator.output.dataBank;
+        }
+    }
+    if (NeedsTree())
+    {
+        // The first tree makes the object allocate, whatever tree it is; frames find the memory there.
+        calculationunit::LoadTree(TargetCalculationUnitTriggerSystemType{}, m_operandTree);
+    }
+}
+
+bool CAnalyzerArithmetic::NeedsTree() const
+{
+    const auto usesTree = [](const ArithmeticOperationOperandInputType& rOperand)
+    { return rOperand.method == ArithmeticInputMethodType::TriggerSystemMethod; };
+    return std::any_of(m_pOperators, m_pOperators + m_operatorCount,
+                       [&](const ArithmeticOperatorType& rOperator)
+                       {
+                           return usesTree(rOperator.operandA) || usesTree(rOperator.operandB) ||
+                                  usesTree(rOperator.operandC) || usesTree(rOperator.operandD);
+                       });
+}
+
+const DataBankType* CAnalyzerArithmetic::GetAdjustmentRatioDataBank() const
+{
+    return m_pAdjustmentRatioBank;
+}
+
+VOID CAnalyzerArithmetic::RunArithMeticOperation(ArithmeticOperationPriorityType priority)
+{
+    if (m_artOpePriorityEnable[priority] == FALSE)
+    {
+        return;
+    }
+    for (UINT32 index = 0; index < m_operatorCount; ++index)
+    {
+        if (m_pOperators[index].enableFlag == TRUE && m_pOperators[index].operatorPriority == priority)
+        {
+            RunOperator(index);
+        }
+    }
+}
+
+VOID CAnalyzerArithmetic::RunOperator(UINT32 index)
+{
+    const ArithmeticOperatorType& rOperator = m_pOperators[index];
+    const OutputDataBankType&     rOutput   = rOperator.output;
+
+    const Operands operands{UtilGetOperand(rOperator.operandA), UtilGetOperand(rOperator.operandB),
+                            UtilGetOperand(rOperator.operandC), UtilGetOperand(rOperator.operandD)};
+    StartEnd       result;
+    if (!Compute(rOperator.operationMethod, operands, result))
+    {
+        STATS_LOG_ERROR("No matched arithmetic operation method. %d", rOperator.operationMethod);
+    }
+    analyzerbank::SetToBank(*m_pContextManager->m_pBankManager, rOutput.dataBank, result, rOutput.description,
+                            rOutput.dataType);
+    STATS_LOG_TRACE("ArithmeticOperator[%d] runs method %d on %f, %f, %f, %f: [%f, %f] to bankID %d, dataID %d %s",
+                    index, rOperator.operationMethod, operands.a, operands.b, operands.c, operands.d, result.start,
+                    result.end, rOutput.dataBank.bankID, rOutput.dataBank.dataID,
+                    analyzerbank::TextOf(rOutput.description));
+}
+
+FLOAT CAnalyzerArithmetic::UtilGetOperand(const ArithmeticOperationOperandInputType& rOperand)
+{
+    CKIROBankManager& rBanks = *m_pContextManager->m_pBankManager;
+    StartEnd          value{0.0f, 0.0f};
+    switch (rOperand.method)
+    {
+    case ArithmeticInputMethodType::TuningMethod:
+        return rOperand.tuningValue;
+    case ArithmeticInputMethodType::DataBankMethod:
+        (VOID) rBanks.UtilGetStartEndFromBank(&rOperand.dataBank, value, TRUE);
+        break;
+    case ArithmeticInputMethodType::TriggerSystemMethod:
+        calculationunit::LoadTree(rOperand.triggerSystem, m_operandTree);
+        value = calculationunit::ReadTree(rOperand.triggerSystem, m_operandTree, rBanks);
+        break;
+    default:
+        STATS_LOG_ERROR(" Invalid input method selected %d", static_cast<INT32>(rOperand.method));
+        break;
+    }
+    return (rOperand.dataType == BankDataType::end) ? value.end : value.start;
+}

@@ -1,0 +1,232 @@
+#include "host/arbitrationwalk.h"
+
+#include <algorithm>
+#include <cmath>
+
+using namespace kirodbarbitrationorder;
+
+namespace
+{
+
+constexpr FLOAT  ISOAtUnityGain = 100.0f;
+constexpr DOUBLE NsPerSecond    = 1e9;
+
+/// The bank in which a control's tuning lies.
+KIROBankIDType BankOfControl(ArbitrationControl control)
+{
+    switch (control)
+    {
+    case ArbCtrlTable:
+    case ArbCtrlMatchHistory:
+        return BankIDArbitrationTable;
+    case ArbCtrlFlicker50LUT:
+    case ArbCtrlFlicker60LUT:
+    case ArbCtrlFlickerArbitrary:
+    case ArbCtrlCustomLUT:
+    case ArbCtrlSnapshotEVLUT:
+    case ArbCtrlGyro:
+        return BankIDArbitrationLUT;
+    default:
+        return BankIDArbitrationRange;
+    }
+}
+
+/// Controls that stand for a user setting apply only while the setting does.
+bool IsInForce(ArbitrationControl control, const ArbitrationSettings& rSettings)
+{
+    const AECAlgoModeType manualMode = rSettings.manualSetting.manualMode;
+    switch (control)
+    {
+    case ArbCtrlFlicker50LUT:
+        return rSettings.flickerComp == StatisticsAntibanding50Hz ||
+               rSettings.flickerComp == StatisticsAntibandingAuto_50HZ;
+    case ArbCtrlFlicker60LUT:
+        return rSettings.flickerComp == StatisticsAntibanding60Hz ||
+               rSettings.flickerComp == StatisticsAntibandingAuto_60HZ;
+    case ArbCtrlManualGain:
+        return manualMode == AECAlgoModeManualGain || manualMode == AECAlgoModeManualFull;
+    case ArbCtrlManualISO:
+        return manualMode == AECAlgoModeManualISO;
+    case ArbCtrlManualTime:
+        return manualMode == AECAlgoModeManualExpTime || manualMode == AECAlgoModeManualFull;
+    case ArbCtrlManualFull:
+        return manualMode == AECAlgoModeManualFull;
+    case ArbCtrlMasterTime:
+        return rSettings.algoRole == StatsAlgoRoleSlave;
+    case ArbCtrlSHDRTimeRange:
+        return rSettings.HDRType == StaggeredHDR || rSettings.HDRType == MultiframeHDR;
+    default:
+        return true;
+    }
+}
+
+AECAlgoExposureType ExposureTypeOf(KIROExposureSelection selection)
+{
+    switch (selection)
+    {
+    case ExposureShort:
+        return AECAlgoExposureShort;
+    case ExposureLong:
+        return AECAlgoExposureLong;
+    default:
+        return AECAlgoExposureSafe;
+    }
+}
+
+} // namespace
+
+ArbitrationWalk::ArbitrationWalk(IKIROCoreAlgo* pAlgo, const KIROSensorRange& rSensorRange, UINT64 indexZeroExposure)
+    : m_pAlgo(pAlgo), m_sensorRange(rSensorRange), m_indexZeroExposure(indexZeroExposure)
+{
+}
+
+KIROArbitratedLimits ArbitrationWalk::ComputeLimits(const ArbitrationSettings& rSettings, const UINT64* pExposures)
+{
+    KIROArbitratedLimits limits{};
+    limits.indexZeroExposure = m_indexZeroExposure;
+    WalkOrder(rSettings, pExposures, TRUE,
+              [&](AECAlgoExposureType type, const ArbitratedExposure& rResult) { limits.ranges[type] = rResult.range; });
+    return limits;
+}
+
+VOID ArbitrationWalk::SplitExposures(const ArbitrationSettings& rSettings, const UINT64* pExposures,
+                                     KIROArbitrationOutput* pOutputs)
+{
+    UINT64 longestTime = 1;
+    WalkOrder(rSettings, pExposures, FALSE,
+              [&](AECAlgoExposureType type, const ArbitratedExposure& rResult)
+              {
+                  KIROArbitrationOutput& rOutput = pOutputs[type];
+                  rOutput.expType                = type;
+                  rOutput.exposureSet            = rResult.exposureSet;
+                  rOutput.range                  = rResult.range;
+                  rOutput.deltaEVFromTarget      = static_cast<FLOAT>(
+                      std::log2(static_cast<DOUBLE>(rResult.exposureSet.exposure) /
+                                     std::max(static_cast<DOUBLE>(pExposures[type]), 1.0)));
+                  longestTime = std::max(longestTime, rResult.exposureSet.time);
+              });
+    const FLOAT fastest = static_cast<FLOAT>(NsPerSecond / static_cast<DOUBLE>(longestTime));
+    const FLOAT FPS =
+        std::max(std::min(fastest, rSettings.FPSRange.maximumFPS), rSettings.FPSRange.minimumFPS);
+    for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
+    {
+        pOutputs[type].FPS = FPS;
+    }
+}
+
+template <typename Visit>
+VOID ArbitrationWalk::WalkOrder(const ArbitrationSettings& rSettings, const UINT64* pExposures, BOOL bIsConvRange,
+                                Visit&& visit)
+{
+    KIROGetBankData query = {BankIDArbitrationOrder, 0, nullptr, sizeof(DBArbitrationOrderPayload)};
+    if (m_pAlgo->getBankData(m_pAlgo, &query) != 0 || query.pData == nullptr)
+    {
+        return;
+    }
+    const ArbitrationControlOrder& rOrder = static_cast<const DBArbitrationOrderPayload*>(query.pData)->value;
+
+    KIROArbitrationInput input{};
+    input.sensorRange       = m_sensorRange;
+    input.indexZeroExposure = m_indexZeroExposure;
+    input.bIsConvRange      = bIsConvRange;
+    for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
+    {
+        input.exposures[type].gain     = m_sensorRange.minGain;
+        input.exposures[type].time     = m_sensorRange.minTime;
+        input.exposures[type].corr     = 1.0f;
+        input.exposures[type].exposure = pExposures[type];
+    }
+    for (const ArbitrationControlExposureType& rExposure : rOrder.exposureTypes)
+    {
+        if (rExposure.exposureType != ExposureNone)
+        {
+            input.expType = ExposureTypeOf(rExposure.exposureType);
+            visit(input.expType, WalkControls(rSettings, rExposure, input));
+        }
+    }
+}
+
+ArbitratedExposure ArbitrationWalk::WalkControls(const ArbitrationSettings&            rSettings,
+                                                 const ArbitrationControlExposureType& rOrder,
+                                                 KIROArbitrationInput&                 rInput)
+{
+    // Every list starts from what the sensor can do; each control narrows it.
+    rInput.pTable     = nullptr;
+    rInput.range      = {};
+    rInput.range.start.gain = m_sensorRange.minGain;
+    rInput.range.start.time = m_sensorRange.minTime;
+    rInput.range.start.corr = 1.0f;
+    rInput.range.end.gain   = m_sensorRange.maxGain;
+    rInput.range.end.time   = m_sensorRange.maxTime;
+    rInput.range.end.corr   = 1.0f;
+
+    for (UINT32 index = 0; index < rOrder.controlsCount; ++index)
+    {
+        const OrderType& rControl = rOrder.controls[index];
+        if (rControl.enableControl != TRUE || !IsInForce(rControl.controlID, rSettings))
+        {
+            continue;
+        }
+        PrepareControl(rSettings, rControl);
+        rInput.controlID     = rControl.controlID;
+        rInput.controlBank   = BankOfControl(rControl.controlID);
+        rInput.controlDataID = rControl.dataID;
+
+        KIROArbitrationOutput output{};
+        output.range = rInput.range;
+        // A control that fails or does not apply leaves exposure and limits as they were.
+        if (m_pAlgo->runArbitration(m_pAlgo, &rInput, &output) == 0)
+        {
+            rInput.exposures[rInput.expType] = output.exposureSet;
+            rInput.range                     = output.range;
+        }
+    }
+    return {rInput.exposures[rInput.expType], rInput.range};
+}
+
+/// Ranges that stand for user settings take their bounds from the settings.
+VOID ArbitrationWalk::PrepareControl(const ArbitrationSettings& rSettings, const OrderType& rControl)
+{
+    const AECAlgoManualSetting& rManual = rSettings.manualSetting;
+    switch (rControl.controlID)
+    {
+    case ArbCtrlFPS:
+        OverrideRange(rControl.dataID, 1.0f,
+                      static_cast<FLOAT>(std::min(NsPerSecond / static_cast<DOUBLE>(rSettings.FPSRange.minimumFPS),
+                                                  static_cast<DOUBLE>(m_sensorRange.maxTime))),
+                      true);
+        break;
+    case ArbCtrlManualGain:
+        OverrideRange(rControl.dataID, rManual.gain, rManual.gain, false);
+        break;
+    case ArbCtrlManualISO:
+        OverrideRange(rControl.dataID, static_cast<FLOAT>(rManual.ISOValue) / ISOAtUnityGain,
+                      static_cast<FLOAT>(rManual.ISOValue) / ISOAtUnityGain, false);
+        break;
+    case ArbCtrlManualTime:
+        OverrideRange(rControl.dataID, static_cast<FLOAT>(rManual.exposureTime),
+                      static_cast<FLOAT>(rManual.exposureTime), false);
+        break;
+    default:
+        break;
+    }
+}
+
+VOID ArbitrationWalk::OverrideRange(INT32 dataID, FLOAT start, FLOAT end, bool isStartKept)
+{
+    KIROGetBankData query = {BankIDArbitrationRange, dataID, nullptr, sizeof(RangePayload)};
+    if (m_pAlgo->getBankData(m_pAlgo, &query) != 0 || query.pData == nullptr)
+    {
+        return;
+    }
+    RangePayload payload     = *static_cast<const RangePayload*>(query.pData);
+    payload.value.start.val  = start;
+    payload.value.end.val    = end;
+    payload.value.end.adj    = kirodbarbitrationrange::ArbRangeAbsolute;
+    payload.value.start.adj  = isStartKept ? kirodbarbitrationrange::ArbRangeRelativeFactor
+                                           : kirodbarbitrationrange::ArbRangeAbsolute;
+    RangePayload& rOverride  = m_overrides[dataID];
+    rOverride                = payload;
+    const KIROSetBankData set = {BankIDArbitrationRange, &rOverride, sizeof(rOverride)};
+    (VOID) m_pAlgo->setBankData(m_pAlgo, &set);
+}

@@ -1,0 +1,37 @@
+#include "host/kirocorelibrary.h"
+
+#include <dlfcn.h>
+#include <stdexcept>
+
+KiroCoreLibrary::KiroCoreLibrary(const std::string& rName)
+    : m_pHandle(dlopen(rName.c_str(), RTLD_NOW),
+                [](VOID* pHandle)
+                {
+                    if (pHandle != nullptr)
+                    {
+                        dlclose(pHandle);
+                    }
+                }),
+      m_create(nullptr)
+{
+    if (m_pHandle == nullptr)
+    {
+        throw std::runtime_error(dlerror());
+    }
+    m_create = reinterpret_cast<CreateFunction>(dlsym(m_pHandle.get(), "CreateKiroCoreAlgo"));
+    if (m_create == nullptr)
+    {
+        throw std::runtime_error(dlerror());
+    }
+}
+
+IKIROCoreAlgo* KiroCoreLibrary::Create(StatsTuningData& rTuningData, IKIRODebugData& rDebugData,
+                                       StatsLogger logger) const
+{
+    // The logger stands first: the core takes the pointer of the first entry.
+    AECAlgoCreateParam           params[] = {{reinterpret_cast<VOID*>(logger), sizeof(logger),
+                                              AECAlgoCreateParamsLoggerFunctionPtr}};
+    const AECAlgoCreateParamList list     = {params, static_cast<UINT32>(std::size(params))};
+    IKIROCoreAlgo*               pCore    = nullptr;
+    return (m_create(rTuningData, rDebugData, list, pCore) == 0) ? pCore : nullptr;
+}

@@ -1,0 +1,240 @@
+#include "host/kirohost.h"
+
+#include <cstdlib>
+#include <stdexcept>
+
+#include "schema/kirodbactiveanalyzers.h"
+#include "schema/kirodbstatscalculator.h"
+
+namespace
+{
+
+IKIROCoreAlgo* CreateOrThrow(const KiroCoreLibrary& rLibrary, StatsTuningData tuning, IKIRODebugData& rDebugData,
+                             StatsLogger logger)
+{
+    IKIROCoreAlgo* pAlgo = rLibrary.Create(tuning, rDebugData, logger);
+    if (pAlgo == nullptr)
+    {
+        throw std::runtime_error("the exposure core could not be created");
+    }
+    return pAlgo;
+}
+
+} // namespace
+
+/// Never asked for while debug data is off.
+AECDebugData& KiroHost::DebugDataOff::GetDebugData()
+{
+    std::abort();
+}
+
+BOOL KiroHost::DebugDataOff::IsDebugDataEnabled()
+{
+    return FALSE;
+}
+
+KiroHost::KiroHost(const KiroCoreLibrary& rLibrary, const KiroHostConfig& rConfig, StatsLogger logger)
+    : m_config(rConfig), m_pAlgo(CreateOrThrow(rLibrary, rConfig.tuning, m_debugData, logger)),
+      m_settings{StatisticsAntibanding60Hz, rConfig.FPSRange, {}, HDRDisabled, StatsAlgoRoleDefault}, m_touchROI{},
+      m_walk(m_pAlgo, rConfig.sensorRange, rConfig.indexZeroExposure), m_frame{}
+{
+    SetOperationMode(AECAlgoOperationModeStreaming);
+    SetHDRType(HDRDisabled);
+    (VOID) SetParam(AECAlgoSetParamPipelineDelay, m_config.systemLatency);
+    SetFPSRange(m_config.FPSRange);
+    RunStartup();
+}
+
+KiroHost::~KiroHost()
+{
+    m_pAlgo->DestroyInstance(m_pAlgo);
+}
+
+template <typename T>
+MNKResult KiroHost::SetParam(AECAlgoSetParamType type, const T& rValue)
+{
+    T               value = rValue;
+    AECAlgoSetParam param = {&value, sizeof(value), type};
+    KIROSetInput    input{};
+    input.source      = AECPEKSetParam;
+    input.u.pPEKInput = &param;
+    return m_pAlgo->setInput(m_pAlgo, &input);
+}
+
+/// The start configuration: what the sensor does until the first decision reaches it.
+VOID KiroHost::RunStartup()
+{
+    for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
+    {
+        m_frame.metering.exposures[type]    = m_config.startExposure;
+        m_frame.convergence.exposures[type] = m_config.startExposure;
+    }
+    m_frame.convergence.predictiveGain        = 1.0f;
+    m_frame.convergence.compensationADRC      = 1.0f;
+    m_frame.convergence.compensationDarkBoost = 1.0f;
+    m_frame.convergence.mfhdrLongADRC         = 1.0f;
+    m_frame.convergence.convergedShortBlend   = 1.0f;
+    m_walk.SplitExposures(m_settings, m_frame.convergence.exposures, m_frame.arbitration);
+
+    KIROFrameInfo           info = {0, TRUE};
+    KIROPostProcessingInput unused{};
+    (VOID) m_pAlgo->runEndOfFrame(m_pAlgo, info, unused, m_frame.metering, m_frame.convergence, m_frame.arbitration);
+}
+
+const KiroHostFrame& KiroHost::RunFrame(UINT64 frameID, KIROStatsList& rStats)
+{
+    (VOID) m_pAlgo->runStartOfFrame(m_pAlgo, frameID);
+    const bool isStatsValid = m_pAlgo->setStats(m_pAlgo, rStats) == 0;
+    RunMetering(isStatsValid);
+    (VOID) m_pAlgo->mixMetering(m_pAlgo, m_frame.metering);
+    RunConvergence(frameID);
+    m_walk.SplitExposures(m_settings, m_frame.convergence.exposures, m_frame.arbitration);
+    RunExtension(rStats);
+
+    KIROFrameInfo           info = {frameID, FALSE};
+    KIROPostProcessingInput unused{};
+    (VOID) m_pAlgo->runEndOfFrame(m_pAlgo, info, unused, m_frame.metering, m_frame.convergence, m_frame.arbitration);
+    return m_frame;
+}
+
+VOID KiroHost::RunMetering(bool isStatsValid)
+{
+    KIROMeteringInput input = {isStatsValid ? TRUE : FALSE, MinAntibandingExposure()};
+    (VOID) m_pAlgo->runMeteringPreprocess(m_pAlgo, input, m_frame.metering);
+
+    KIROGetBankData query = {BankIDActiveAnalyzers, 0, nullptr, sizeof(kirodbactiveanalyzers::DBActiveAnalyzersPayload)};
+    if (m_frame.metering.bIsMeteringSkipped == FALSE && m_pAlgo->getBankData(m_pAlgo, &query) == 0 &&
+        query.pData != nullptr)
+    {
+        const auto* pActive = static_cast<const kirodbactiveanalyzers::DBActiveAnalyzersPayload*>(query.pData);
+        for (UINT32 index = 0; index < pActive->analyzerIDCount; ++index)
+        {
+            KIROAnalyzerOutput output{};
+            (VOID) m_pAlgo->runAnalyzer(m_pAlgo, pActive->analyzerID[index], output);
+        }
+    }
+    (VOID) m_pAlgo->runMeteringPostprocess(m_pAlgo, input, m_frame.metering);
+    m_frame.luxIndex = Trigger(TriggerCtrlLux);
+    m_frame.luma     = Trigger(TriggerCtrlLuma);
+}
+
+VOID KiroHost::RunConvergence(UINT64 frameID)
+{
+    KIROArbitratedLimits limits = m_walk.ComputeLimits(m_settings, m_frame.metering.exposures);
+    KIROConvergenceInput input{};
+    input.frameID            = frameID;
+    input.pRange             = &limits;
+    input.luxIndex           = m_frame.luxIndex;
+    input.bIsMeteringSkipped = m_frame.metering.bIsMeteringSkipped;
+    for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
+    {
+        input.sensitivities[type] = m_frame.metering.exposures[type];
+    }
+
+    // When convergence cannot run, the last frame's exposures stand.
+    KIROConvergenceOutput output = m_frame.convergence;
+    output.bIfConvProcRun        = FALSE;
+    if (m_pAlgo->RunConvProcess(m_pAlgo, input, output) == 0)
+    {
+        m_frame.convergence = output;
+    }
+    (VOID) m_pAlgo->followMasterConvExposure(m_pAlgo, m_frame.convergence);
+    m_pAlgo->HandleExposureConstraints(m_pAlgo, m_frame.convergence);
+    m_pAlgo->RunConvSettle(m_pAlgo, m_frame.convergence);
+    m_pAlgo->RunConvPostProcess(m_pAlgo, m_frame.convergence);
+}
+
+VOID KiroHost::RunExtension(const KIROStatsList& rStats)
+{
+    KIROExtensionInput input{};
+    input.pConvergenceOuts  = &m_frame.convergence;
+    input.pArbitrationOuts  = m_frame.arbitration;
+    input.statisticsStartup = rStats.startup;
+    KIROExtensionOutput output{};
+    (VOID) m_pAlgo->runExtension(m_pAlgo, input, output);
+}
+
+/// The smallest exposure at which banding does not show: one period of the lamp at the lowest gain.
+UINT64 KiroHost::MinAntibandingExposure() const
+{
+    switch (m_settings.flickerComp)
+    {
+    case StatisticsAntibanding50Hz:
+        return static_cast<UINT64>(static_cast<FLOAT>(FlickerPeriod50Hz) * m_config.sensorRange.minGain);
+    case StatisticsAntibanding60Hz:
+        return static_cast<UINT64>(static_cast<FLOAT>(FlickerPeriod60Hz) * m_config.sensorRange.minGain);
+    default:
+        return 0;
+    }
+}
+
+FLOAT KiroHost::Trigger(KIROTriggerType id)
+{
+    KIROGetBankData query = {BankIDTriggers, id, nullptr, sizeof(kirodbstatscalculator::DBFloatPayload)};
+    return (m_pAlgo->getBankData(m_pAlgo, &query) == 0)
+               ? static_cast<const kirodbstatscalculator::DBFloatPayload*>(query.pData)->value
+               : 0.0f;
+}
+
+VOID KiroHost::SetOperationMode(AECAlgoOperationModeType mode)
+{
+    (VOID) SetParam(AECAlgoSetParamOperationMode, mode);
+}
+
+VOID KiroHost::SetFlickerCompensation(StatisticsAntibanding mode)
+{
+    m_settings.flickerComp = mode;
+    (VOID) SetParam(AECAlgoSetParamFlickerCompensation, mode);
+}
+
+VOID KiroHost::SetExposureCompensation(INT32 evSteps)
+{
+    (VOID) SetParam(AECAlgoSetParamExposureCompensation, evSteps);
+}
+
+VOID KiroHost::SetLock(bool isLocked)
+{
+    (VOID) SetParam(AECAlgoSetParamAECLock, isLocked ? AECAlgoLockOn : AECAlgoLockOFF);
+}
+
+VOID KiroHost::SetFPSRange(const AECAlgoFPSRange& rRange)
+{
+    m_settings.FPSRange = rRange;
+    (VOID) SetParam(AECAlgoSetParamFPSRange, rRange);
+}
+
+VOID KiroHost::SetManual(const AECAlgoManualSetting& rManual)
+{
+    m_settings.manualSetting = rManual;
+    (VOID) SetParam(AECAlgoSetParamManualSetting, rManual);
+}
+
+VOID KiroHost::SetTouch(const AECAlgoROI* pROI)
+{
+    if (pROI != nullptr)
+    {
+        m_touchROI = *pROI;
+    }
+    const AECAlgoROIList list = {&m_touchROI, (pROI != nullptr) ? 1U : 0U};
+    (VOID) SetParam(AECAlgoSetParamTouchROI, list);
+}
+
+VOID KiroHost::SetHDRType(AECAlgoHDRType type)
+{
+    m_settings.HDRType = type;
+    (VOID) SetParam(AECAlgoSetParamMultiExpSensorMode, type);
+}
+
+VOID KiroHost::SetSnapshot(KIROCoreSnapshotType type)
+{
+    KIROSetInput input{};
+    input.source         = KIROCoreSnapshot;
+    input.u.snapshotMode = type;
+    (VOID) m_pAlgo->setInput(m_pAlgo, &input);
+}
+
+VOID KiroHost::SetTuning(const StatsTuningData& rTuning)
+{
+    m_config.tuning = rTuning;
+    (VOID) SetParam(AECAlgoSetParamTunaraData, rTuning);
+}

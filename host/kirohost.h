@@ -1,0 +1,94 @@
+/// @file
+/// A reference host: the order of a frame's calls, and what must be kept alive for the core.
+#pragma once
+
+#include "host/arbitrationwalk.h"
+#include "host/kirocorelibrary.h"
+
+struct KiroHostConfig
+{
+    StatsTuningData tuning;             ///< manager and selectors stay the caller's and must outlive the host
+    KIROSensorRange sensorRange;
+    UINT64          indexZeroExposure;  ///< exposure of index 0
+    UINT64          startExposure;      ///< exposure before the first frame
+    UINT8           systemLatency;      ///< frames from a decision to its statistics
+    AECAlgoFPSRange FPSRange;
+};
+
+/// What was decided for a frame. Arrays are indexed by AECAlgoExposureType.
+struct KiroHostFrame
+{
+    KIROMeteringOutput    metering;
+    KIROConvergenceOutput convergence;
+    KIROArbitrationOutput arbitration[AECAlgoExposureCount];
+    FLOAT                 luxIndex;
+    FLOAT                 luma;
+};
+
+class KiroHost
+{
+public:
+    /// Creates an instance, announces the sensor and runs the start-up frame.
+    /// @throws std::runtime_error when the core cannot be created
+    KiroHost(const KiroCoreLibrary& rLibrary, const KiroHostConfig& rConfig, StatsLogger logger);
+    ~KiroHost();
+    KiroHost(const KiroHost&)            = delete;
+    KiroHost& operator=(const KiroHost&) = delete;
+
+    /// Runs all stages of one frame.
+    /// @param frameID rising from frame to frame
+    /// @param rStats  stays valid until the next call
+    const KiroHostFrame& RunFrame(UINT64 frameID, KIROStatsList& rStats);
+
+    /// The decision of the last frame; before the first one that of the start-up frame.
+    const KiroHostFrame& LastFrame() const
+    {
+        return m_frame;
+    }
+
+    // User settings; they apply from the next frame on.
+    VOID SetOperationMode(AECAlgoOperationModeType mode);
+    VOID SetFlickerCompensation(StatisticsAntibanding mode);
+    VOID SetExposureCompensation(INT32 evSteps);
+    VOID SetLock(bool isLocked);
+    VOID SetFPSRange(const AECAlgoFPSRange& rRange);
+    VOID SetManual(const AECAlgoManualSetting& rManual);
+    /// @param pROI fractions of the frame; null ends the touch. Copied.
+    VOID SetTouch(const AECAlgoROI* pROI);
+    VOID SetHDRType(AECAlgoHDRType type);
+    VOID SetSnapshot(KIROCoreSnapshotType type);
+    /// The selectors or the manager have changed.
+    VOID SetTuning(const StatsTuningData& rTuning);
+
+    IKIROCoreAlgo* Algo()
+    {
+        return m_pAlgo;
+    }
+
+private:
+    /// Debug data stays off.
+    class DebugDataOff final : public IKIRODebugData
+    {
+    public:
+        AECDebugData& GetDebugData() override;
+        BOOL          IsDebugDataEnabled() override;
+    };
+
+    template <typename T>
+    MNKResult SetParam(AECAlgoSetParamType type, const T& rValue);
+
+    VOID   RunStartup();
+    VOID   RunMetering(bool isStatsValid);
+    VOID   RunConvergence(UINT64 frameID);
+    VOID   RunExtension(const KIROStatsList& rStats);
+    UINT64 MinAntibandingExposure() const;
+    FLOAT  Trigger(KIROTriggerType id);
+
+    KiroHostConfig      m_config;
+    DebugDataOff        m_debugData;
+    IKIROCoreAlgo*      m_pAlgo;
+    ArbitrationSettings m_settings;
+    AECAlgoROI          m_touchROI;  ///< the core holds a pointer to it
+    ArbitrationWalk     m_walk;
+    KiroHostFrame       m_frame;
+};
