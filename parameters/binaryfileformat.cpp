@@ -107,8 +107,9 @@ bool CheckHeader(const BinaryFileHeader& rHeader, const HeaderChecks& rChecks, U
     }
     if (rVersion < BinaryFileFormat::ModeTreeMinVersion)
     {
-        rErrorText = "Warning: This is an older binary format, only Default mode data is supported. To support multiple "
-                     "modes, please re-generate binary using the latest version of Tunara";
+        rErrorText =
+            "Warning: This is an older binary format, only Default mode data is supported. To support multiple "
+            "modes, please re-generate binary using the latest version of Tunara";
     }
     if (rVersion > BinaryFileFormat::MultiModeTableVersion)
     {
@@ -120,7 +121,7 @@ bool CheckHeader(const BinaryFileHeader& rHeader, const HeaderChecks& rChecks, U
     return true;
 }
 
-} // namespace
+}  // namespace
 
 bool BinaryFileFormat::ReadHeader(const BYTE* pBuffer, UINT64 length, UINT64& rPosition, BinaryFileHeader& rHeader,
                                   std::string& rErrorText, const IParameterLoggingAPI* pLog)
@@ -143,8 +144,8 @@ bool BinaryFileFormat::ReadHeader(const BYTE* pBuffer, UINT64 length, UINT64& rP
         return false;
     }
     if (length > std::numeric_limits<UINT32>::max() ||
-        !ParameterBinaryFile::ValidateCRC(pBuffer, static_cast<UINT32>(length),
-                                          rHeader.Version >= StructSymbolsVersion, pLog))
+        !ParameterBinaryFile::ValidateCRC(pBuffer, static_cast<UINT32>(length), rHeader.Version >= StructSymbolsVersion,
+                                          pLog))
     {
         rErrorText = "Binary file CRC validation failed";
         return false;

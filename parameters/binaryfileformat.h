@@ -55,16 +55,16 @@ public:
     static constexpr VersionUnion StructSymbolsVersion{6, 0, 0};   ///< CRC-64, name hashes, byte counts of records
     static constexpr VersionUnion MultiModeTableVersion{7, 0, 0};  ///< long table names; the newest version read
 
-    static constexpr const CHAR* HeaderTag           = "PELTO Tunara Header";
-    static constexpr UINT32      HeaderTagSize       = 28;
-    static constexpr UINT32      CreatedBySize       = 48;
-    static constexpr UINT32      BinaryTagSize       = 64;
-    static constexpr UINT64      CompressedFlag      = 2;  ///< header flag; compressed files are no longer read
-    static constexpr UINT32      MinSections         = 2;
-    static constexpr UINT32      NoLink              = 0xFFFFFFFF;  ///< link ID of a mode entry without a link
-    static constexpr UINT32      NoMode              = 0xFFFFFFFF;  ///< mode ID of a symbol that is no module
-    static constexpr UINT32      PreserveModeFlag    = 1;           ///< mode entry flag
-    static constexpr size_t      MaxErrorText        = 2048;        ///< terminator included
+    static constexpr const CHAR* HeaderTag        = "PELTO Tunara Header";
+    static constexpr UINT32      HeaderTagSize    = 28;
+    static constexpr UINT32      CreatedBySize    = 48;
+    static constexpr UINT32      BinaryTagSize    = 64;
+    static constexpr UINT64      CompressedFlag   = 2;  ///< header flag; compressed files are no longer read
+    static constexpr UINT32      MinSections      = 2;
+    static constexpr UINT32      NoLink           = 0xFFFFFFFF;  ///< link ID of a mode entry without a link
+    static constexpr UINT32      NoMode           = 0xFFFFFFFF;  ///< mode ID of a symbol that is no module
+    static constexpr UINT32      PreserveModeFlag = 1;           ///< mode entry flag
+    static constexpr size_t      MaxErrorText     = 2048;        ///< terminator included
 
     enum SectionType : UINT32
     {

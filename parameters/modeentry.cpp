@@ -13,26 +13,15 @@ namespace
 /// Levels of one kind hardly nest; a longer run of selectors finds nothing, and recursion stays shallow.
 constexpr UINT32 MaxSelectorRun = 64;
 
+/// Steps that the search with a run may take. Links can make a small tree look like an endless one.
+constexpr UINT32 MaxSearchSteps = 10000;
+
 /// Nodes that a path text shows at most.
 constexpr UINT32 MaxPathNodes = 64;
 
 const IParameterLoggingAPI* LogOf(const ParameterModule* pModule)
 {
     return pModule->Data->SetManager;
-}
-
-/// @return whether an earlier selector of the run names the same sub-mode, so that the search has been there already
-bool IsRepeated(const TuningMode* pBranch, UINT32 index)
-{
-    for (UINT32 earlier = 0; earlier < index; ++earlier)
-    {
-        if (pBranch[earlier].mode == pBranch[index].mode &&
-            pBranch[earlier].subMode.value == pBranch[index].subMode.value)
-        {
-            return true;
-        }
-    }
-    return false;
 }
 
 } // namespace
@@ -123,27 +112,26 @@ ModeEntry* ModeEntry::FindMode(const TuningMode& rSelector)
     return pChild;
 }
 
-ModeEntry* ModeEntry::FindMode(const TuningMode* pBranch, UINT32 count, UINT32 depth)
+ModeEntry* ModeEntry::FindMode(const TuningMode* pBranch, UINT32 count)
 {
-    if (count > MaxSelectorRun)
-    {
-        return nullptr;
-    }
-    for (UINT32 index = 0; index < count; ++index)
+    UINT32 stepsLeft = MaxSearchSteps;
+    return (count <= MaxSelectorRun) ? FindMode(pBranch, count, 0, stepsLeft) : nullptr;
+}
+
+ModeEntry* ModeEntry::FindMode(const TuningMode* pBranch, UINT32 count, UINT32 depth, UINT32& rStepsLeft)
+{
+    for (UINT32 index = 0; index < count && rStepsLeft > 0; ++index)
     {
         ModeEntry* pChild = FindMode(pBranch[index]);
-        if (pChild == nullptr || IsRepeated(pBranch, index))
+        if (pChild != nullptr)
         {
-            continue;
-        }
-        if (count <= depth + 1)
-        {
-            return pChild;
-        }
-        ModeEntry* pDeeper = pChild->FindMode(pBranch, count, depth + 1);
-        if (pDeeper != nullptr)
-        {
-            return pDeeper;
+            --rStepsLeft;
+            ModeEntry* pFound =
+                (count <= depth + 1) ? pChild : pChild->FindMode(pBranch, count, depth + 1, rStepsLeft);
+            if (pFound != nullptr)
+            {
+                return pFound;
+            }
         }
     }
     return nullptr;

@@ -151,9 +151,8 @@ public:
     ModeEntry* FindMode(const TuningMode& rSelector);
 
     /// Searches with a run of selectors of one level, which may nest: the result stands count levels below this node,
-    /// each step down taking one of the selectors, the earlier ones first.
-    /// @param depth steps already taken, 0 from outside
-    ModeEntry* FindMode(const TuningMode* pBranch, UINT32 count, UINT32 depth);
+    /// each step down taking one of the selectors, the earlier ones first. A run of more than 64 finds nothing.
+    ModeEntry* FindMode(const TuningMode* pBranch, UINT32 count);
 
     ParameterModule* FindModule(UINT64 nameHash);
 
@@ -201,7 +200,7 @@ public:
 
     UINT32              Id          = 0xFFFFFFFF;  ///< bits 31 to 24 the table, bits 23 to 0 the index in its Modes
     ModeUnion           Mode        = {};
-    bool                Loaded      = false;  ///< its modules are in memory; guarded by Mutex
+    std::atomic<bool>   Loaded      = false;  ///< its modules are in memory; set under Mutex
     std::atomic<bool>   Preserve    = false;  ///< never unload
     ModeEntry**         Link        = nullptr;
     ModeEntry*          Parent      = nullptr;
@@ -214,6 +213,8 @@ public:
 
 private:
     friend struct ParameterModeTable;
+
+    ModeEntry* FindMode(const TuningMode* pBranch, UINT32 count, UINT32 depth, UINT32& rStepsLeft);
 
     enum class ReferenceChange
     {

@@ -27,9 +27,18 @@ bool ModeSectionReader::Read(const BYTE* pBuffer, UINT64 length, ParameterBinary
     }
 
     // A fault in an early section does not fail the load if a later one is clean: files of this kind are in use.
-    bool result = true;
+    bool         result    = true;
+    UINT64       remaining = (pFile != nullptr) ? pFile->Length() : length;
     for (const SectionInfo& rSection : rSections)
     {
+        // Sections on top of one another would make a small file as large as it likes.
+        if (rSection.Size > remaining)
+        {
+            m_rManager.SetError("ReadModeSection: Failed, sections exceed the file");
+            return false;
+        }
+        remaining -= rSection.Size;
+
         const UINT32 ordinal  = static_cast<UINT32>(rTables.size());
         const UINT32 rowCount = (rSection.Size < m_nameSize) ? 0 : (rSection.Size - m_nameSize) / m_entrySize;
         const UINT32 expected = m_nameSize + rowCount * m_entrySize;

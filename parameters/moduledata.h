@@ -33,7 +33,7 @@ struct ModuleData
                IModeTable* pModeTable, ParameterSetManager* pSetManager, ParameterFileSymbolTable* pSymbolTable,
                const IParameterLoggingAPI* pLog);
     ~ModuleData();
-    ModuleData(const ModuleData&) = delete;
+    ModuleData(const ModuleData&)            = delete;
     ModuleData& operator=(const ModuleData&) = delete;
 
     UINT32 GetModeTableIndex() const;

@@ -68,9 +68,8 @@ VOID ParameterBinaryFile::Open(bool logFailure)
         return;
     }
     const INT64  modTime = static_cast<INT64>(status.st_mtim.tv_sec) * 1000000000 + status.st_mtim.tv_nsec;
-    const UINT32 length  = static_cast<UINT32>(
-        std::clamp<INT64>(status.st_size, 0, std::numeric_limits<UINT32>::max()));
-    const bool firstOpen = m_modTime == 0;
+    const UINT32 length = static_cast<UINT32>(std::clamp<INT64>(status.st_size, 0, std::numeric_limits<UINT32>::max()));
+    const bool   firstOpen = m_modTime == 0;
     if (!firstOpen && modTime != m_modTime)
     {
         m_isModified = true;
@@ -128,8 +127,7 @@ bool ParameterBinaryFile::MayRead(const VOID* pDestination, UINT64 offset, UINT6
 {
     if (m_file == nullptr)
     {
-        ParameterLogging::Write(m_logAPI, ParameterLogging::Error,
-                                "ParameterBinaryFile::Read called with null file\n");
+        ParameterLogging::Write(m_logAPI, ParameterLogging::Error, "ParameterBinaryFile::Read called with null file\n");
         return false;
     }
     if (pDestination == nullptr)
@@ -238,9 +236,9 @@ bool ParameterBinaryFile::ReadOnce(VOID* pDestination, UINT64 offset, UINT64 pos
 ParameterBinaryFile::ReadBuffer* ParameterBinaryFile::GetBuffer(UINT32 offset, UINT32 count)
 {
     std::lock_guard<ParameterMutex> lock(m_pbfMutex);
-    const auto holder = std::find_if(m_readBufs.begin(), m_readBufs.end(),
-                                     [&](const ReadBuffer& rBuffer)
-                                     {
+    const auto                      holder = std::find_if(m_readBufs.begin(), m_readBufs.end(),
+                                                          [&](const ReadBuffer& rBuffer)
+                                                          {
                                          return rBuffer.Length > 0 && offset >= rBuffer.Offset &&
                                                 static_cast<UINT64>(offset) + count <=
                                                     static_cast<UINT64>(rBuffer.Offset) + rBuffer.Length;
@@ -263,10 +261,10 @@ ParameterBinaryFile::ReadBuffer* ParameterBinaryFile::GetBuffer(UINT32 offset, U
         rVictim.Offset = m_length - ReadBufferSize;
     }
 
-    UINT64 position    = 0;
-    m_useReadBufs      = false;
-    const bool filled  = Read(rVictim.Buffer, rVictim.Offset, position, rVictim.Length, 1);
-    m_useReadBufs      = true;
+    UINT64 position   = 0;
+    m_useReadBufs     = false;
+    const bool filled = Read(rVictim.Buffer, rVictim.Offset, position, rVictim.Length, 1);
+    m_useReadBufs     = true;
     if (!filled)
     {
         rVictim.Length = 0;
@@ -335,8 +333,8 @@ INT32 ParameterBinaryFile::Reference(INT32 adjust)
     else if (adjust < 0)
     {
         ParameterLogging::Write(m_logAPI, ParameterLogging::Error,
-                                "FileReference Remove: %d, RefCount: %i, Called when file was already closed\n",
-                                adjust, count);
+                                "FileReference Remove: %d, RefCount: %i, Called when file was already closed\n", adjust,
+                                count);
     }
     return m_refCnt.load();
 }
@@ -344,6 +342,5 @@ INT32 ParameterBinaryFile::Reference(INT32 adjust)
 bool ParameterBinaryFile::ValidateCRC(const BYTE* pBuffer, UINT32 length, bool isCrc64,
                                       const IParameterLoggingAPI* pLog)
 {
-    return isCrc64 ? ParserCRC64::Validate(pBuffer, length, true, pLog)
-                   : ParserCRC32::Validate(pBuffer, length, pLog);
+    return isCrc64 ? ParserCRC64::Validate(pBuffer, length, true, pLog) : ParserCRC32::Validate(pBuffer, length, pLog);
 }

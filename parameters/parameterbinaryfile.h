@@ -25,7 +25,7 @@ public:
     /// @param pLog      must outlive the object
     ParameterBinaryFile(const CHAR* pFileName, const IParameterLoggingAPI* pLog);
     ~ParameterBinaryFile();
-    ParameterBinaryFile(const ParameterBinaryFile&) = delete;
+    ParameterBinaryFile(const ParameterBinaryFile&)            = delete;
     ParameterBinaryFile& operator=(const ParameterBinaryFile&) = delete;
 
     const CHAR* FileName() const
@@ -45,8 +45,8 @@ public:
         return m_isValid;
     }
 
-    /// Reads count bytes from offset + rPosition, and on success moves rPosition behind them and up to the next multiple
-    /// of alignment.
+    /// Reads count bytes from offset + rPosition, and on success moves rPosition behind them and up to the next
+    /// multiple of alignment.
     /// @return true if all bytes were read and the file was not found modified
     bool Read(VOID* pDestination, UINT64 offset, UINT64& rPosition, UINT32 count, UINT32 alignment);
 
@@ -90,7 +90,7 @@ private:
     CHAR                                    m_fileName[MaxFileName] = {};
     bool                                    m_isValid               = false;
     bool                                    m_isModified            = false;
-    INT64                                   m_modTime               = 0;  ///< ns since the epoch; 0 before the first open
+    INT64                                   m_modTime = 0;  ///< ns since the epoch; 0 before the first open
     ParameterMutex                          m_pbfMutex;
     const IParameterLoggingAPI*             m_logAPI;
 };

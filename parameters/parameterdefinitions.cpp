@@ -129,8 +129,8 @@ private:
 
         // The stored length counts the terminator, the hash does not.
         const UINT32 nameLength = static_cast<UINT32>(name.size());
-        pElement->NameHash = namehash::Checksum(name.data(), (nameLength > 0) ? nameLength - 1 : 0, true, 0);
-        pElement->Info     = std::move(pInfo);
+        pElement->NameHash      = namehash::Checksum(name.data(), (nameLength > 0) ? nameLength - 1 : 0, true, 0);
+        pElement->Info          = std::move(pInfo);
 
         rStructure.ChildOrder.push_back(pElement.get());
         const auto entry = rStructure.Children.try_emplace(pElement->NameHash, nullptr);
@@ -166,8 +166,7 @@ private:
         return true;
     }
 
-    template <typename T>
-    bool Read(T& rValue)
+    template <typename T> bool Read(T& rValue)
     {
         return ParameterUtils::ReadField(rValue, m_pSection, m_size, m_position, m_alignment, m_pLog);
     }
@@ -177,10 +176,9 @@ private:
     {
         if (m_position > m_size || count > m_size - m_position)
         {
-            ParameterLogging::Write(m_pLog, ParameterLogging::Error,
-                                    "Failed to read %lld bytes from binary file offset %d, length %d\n",
-                                    static_cast<INT64>(count), static_cast<INT32>(m_position),
-                                    static_cast<INT32>(m_size));
+            ParameterLogging::Write(
+                m_pLog, ParameterLogging::Error, "Failed to read %lld bytes from binary file offset %d, length %d\n",
+                static_cast<INT64>(count), static_cast<INT32>(m_position), static_cast<INT32>(m_size));
             return false;
         }
         m_position += count;
@@ -234,12 +232,13 @@ constexpr UINT32 PointerPairSize = 8;  ///< count, or a text's length, and the I
 constexpr UINT32 FloatSize       = 4;
 
 /// Bytes that a member takes inside its record.
-UINT64 StoredBytes(const ParameterDefinitionElement& rElement)
+/// @param countedArrays fixed arrays have a count in front
+UINT64 StoredBytes(const ParameterDefinitionElement& rElement, bool countedArrays)
 {
     const ParameterDefinitionElementInfo& rInfo      = *rElement.Info;
     const bool                            fixedArray = rInfo.IsFixed() && !rInfo.IsPointer();
     const UINT64                          count      = rInfo.MaxCount;
-    UINT64                                bytes      = fixedArray ? ArrayCountSize : 0;
+    UINT64                                bytes      = (fixedArray && countedArrays) ? ArrayCountSize : 0;
     if (rInfo.IsPointer() || rInfo.IsString())
     {
         bytes += fixedArray ? count * PointerPairSize : PointerPairSize;
@@ -262,8 +261,8 @@ class LayoutBuilder
 public:
     using StructureMap = std::unordered_map<UINT32, std::unique_ptr<ParameterDefinitionStructure>>;
 
-    LayoutBuilder(const StructureMap& rStructures, const IParameterLoggingAPI* pLog)
-        : m_rStructures(rStructures), m_pLog(pLog)
+    LayoutBuilder(const StructureMap& rStructures, bool countedArrays, const IParameterLoggingAPI* pLog)
+        : m_rStructures(rStructures), m_countedArrays(countedArrays), m_pLog(pLog)
     {
     }
 
@@ -279,14 +278,14 @@ public:
                 m_path.pop_back();
                 continue;
             }
-            ParameterDefinitionElement& rChild  = *rStep.pStructure->ChildOrder[rStep.nextChild];
+            ParameterDefinitionElement&   rChild = *rStep.pStructure->ChildOrder[rStep.nextChild];
             ParameterDefinitionStructure* pInner = LinkStructure(rChild);
             if (pInner != nullptr && pInner->Size == 0 && Enter(*pInner))
             {
                 continue;
             }
             rChild.Info->ParentOffset = rStep.pStructure->Size;
-            rStep.pStructure->Size    = Saturated(rStep.pStructure->Size + StoredBytes(rChild));
+            rStep.pStructure->Size    = Saturated(rStep.pStructure->Size + StoredBytes(rChild, m_countedArrays));
             ++rStep.nextChild;
         }
     }
@@ -342,6 +341,7 @@ private:
     }
 
     const StructureMap&               m_rStructures;
+    const bool                        m_countedArrays;
     const IParameterLoggingAPI* const m_pLog;
     std::vector<Step>                 m_path;
 };
@@ -349,12 +349,11 @@ private:
 using StructureSet = std::unordered_set<const ParameterDefinitionStructure*>;
 
 /// Structures of which a member has not matched, in themselves or in a structure that they contain.
-template <typename StructureMap>
-StructureSet FindUnmatched(const StructureMap& rStructures)
+template <typename StructureMap> StructureSet FindUnmatched(const StructureMap& rStructures)
 {
     std::unordered_map<const ParameterDefinitionStructure*, std::vector<const ParameterDefinitionStructure*>> users;
-    StructureSet                                                                                            unmatched;
-    std::vector<const ParameterDefinitionStructure*>                                                        pending;
+    StructureSet                                                                                              unmatched;
+    std::vector<const ParameterDefinitionStructure*>                                                          pending;
     const auto mark = [&](const ParameterDefinitionStructure* pStructure)
     {
         if (unmatched.insert(pStructure).second)
@@ -391,7 +390,7 @@ StructureSet FindUnmatched(const StructureMap& rStructures)
     return unmatched;
 }
 
-} // namespace
+}  // namespace
 
 UINT16 ParameterDefinitionElementInfo::FlagsFromCounts(UINT32 minimum, UINT32 maximum)
 {
@@ -457,10 +456,11 @@ ParameterDefinitionElement* ParameterDefinitionStructure::FindChild(UINT64 nameH
     return (entry != Children.end()) ? entry->second.get() : nullptr;
 }
 
-bool ParameterDefinitions::Read(const BYTE* pSection, UINT32 size, UINT32 alignment, const IParameterLoggingAPI* pLog)
+bool ParameterDefinitions::Read(const BYTE* pSection, UINT32 size, UINT32 alignment, bool countedArrays,
+                                const IParameterLoggingAPI* pLog)
 {
     const bool    complete = DefinitionReader(*this, pSection, size, alignment, pLog).ReadAll();
-    LayoutBuilder layout(m_structures, pLog);
+    LayoutBuilder layout(m_structures, countedArrays, pLog);
     for (const auto& [id, pStructure] : m_structures)
     {
         layout.Populate(*pStructure);

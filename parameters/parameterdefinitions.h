@@ -1,8 +1,8 @@
 /// @file
 /// The definition table of a parameter file: the shape of every structure as the tool knew it that wrote the file.
 ///
-/// With it, code built for one schema reads a file written for another: members are found by the hash of their name, and
-/// values are converted from the stored type.
+/// With it, code built for one schema reads a file written for another: members are found by the hash of their name,
+/// and values are converted from the stored type.
 #pragma once
 
 #include <atomic>
@@ -96,7 +96,7 @@ struct ParameterDefinitionElementInfo
     UINT32                        ID           = 0;  ///< structure ID for a structure
     UINT16                        Flags        = 0;
     UINT32                        MaxCount     = 0;
-    UINT32                        ParentOffset = 0;  ///< bytes from the start of the enclosing record
+    UINT32                        ParentOffset = 0;        ///< bytes from the start of the enclosing record
     ParameterDefinitionStructure* Structure    = nullptr;  ///< not owned; null unless Type is a known structure
 };
 
@@ -107,9 +107,9 @@ public:
     /// @return bytes of one stored value: 1 for texts, 4 for flagged floats, a structure's Size, 0 where there is none
     UINT32 GetSize() const;
 
-    UINT64                                          NameHash = 0;
-    std::atomic<bool>                               Verified{false};  ///< a record had it in the layout the code expects
-    std::unique_ptr<ParameterDefinitionElementInfo> Info;             ///< null once it has matched and been pruned
+    UINT64            NameHash = 0;
+    std::atomic<bool> Verified{false};                     ///< a record had it in the layout the code expects
+    std::unique_ptr<ParameterDefinitionElementInfo> Info;  ///< null once it has matched and been pruned
 };
 
 /// A structure: the members of a record.
@@ -121,7 +121,7 @@ struct ParameterDefinitionStructure
     UINT32            StructureID = 0;
     std::string       TypeName;
     UINT64            StructureHash = 0;
-    UINT32            Size          = 0;  ///< bytes of a record, its byte count included; 0 if there are no members
+    UINT32            Size          = 0;    ///< bytes of a record, its byte count included; 0 if there are no members
     std::atomic<bool> MissedMember{false};  ///< the code asked for a member that the file's schema does not have
 
     std::unordered_map<UINT64, std::unique_ptr<ParameterDefinitionElement>> Children;  ///< by name hash
@@ -146,8 +146,10 @@ class ParameterDefinitions
 {
 public:
     /// Reads a definition section.
+    /// @param countedArrays records of the file have a count in front of fixed arrays
     /// @return false, with what was read before, if the section ends early or holds an unknown kind of record
-    bool Read(const BYTE* pSection, UINT32 size, UINT32 alignment, const IParameterLoggingAPI* pLog);
+    bool Read(const BYTE* pSection, UINT32 size, UINT32 alignment, bool countedArrays,
+              const IParameterLoggingAPI* pLog);
 
     /// Drops what has matched and is not needed to read the rest of the file.
     VOID Prune();

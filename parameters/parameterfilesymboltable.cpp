@@ -18,7 +18,7 @@ constexpr UINT64 WorkPerByte = 32;
 constexpr UINT64 ClaimBase    = 1024 * 1024 * 1024;
 constexpr UINT64 ClaimPerByte = 64;
 
-} // namespace
+}  // namespace
 
 ParameterFileSymbolTable::ParameterFileSymbolTable(ParameterSetManager* pSetManager, const IParameterLoggingAPI* pLog,
                                                    UINT32 alignment, const VersionUnion& rVersion)
@@ -53,8 +53,7 @@ bool ParameterFileSymbolTable::Load(const BYTE* pBuffer, UINT64 length, std::sha
     }
     if (rSections.Definitions.Size != 0 && !ReadDefinitions(rSections.Definitions, readDefinitions))
     {
-        ParameterLogging::Write(m_pLog, ParameterLogging::Error,
-                                "Failed to read definition table from binary file\n");
+        ParameterLogging::Write(m_pLog, ParameterLogging::Error, "Failed to read definition table from binary file\n");
         return false;
     }
     if (!ReadTable(m_symbols, true))
@@ -148,7 +147,8 @@ bool ParameterFileSymbolTable::ReadDefinitions(const SectionInfo& rSection, bool
                                 rSection.Offset, rSection.Size);
         return false;
     }
-    const bool complete = m_definitions.Read(pSection, rSection.Size, m_alignment, m_pLog);
+    const bool countedArrays = m_version >= BinaryFileFormat::MultiModeTableVersion;
+    const bool complete      = m_definitions.Read(pSection, rSection.Size, m_alignment, countedArrays, m_pLog);
     if (!keep)
     {
         m_definitions = ParameterDefinitions();
@@ -206,16 +206,15 @@ bool ParameterFileSymbolTable::ParseTable(Rows& rRows, const BYTE* pRows, UINT64
             UINT64 idPosition = position;
             if (!ParameterUtils::ReadField(id, pRows, length, idPosition, m_alignment, m_pLog))
             {
-                ParameterLogging::Write(m_pLog, ParameterLogging::Error,
-                                        "Failed to read entry ID from Symbol table\n");
+                ParameterLogging::Write(m_pLog, ParameterLogging::Error, "Failed to read entry ID from Symbol table\n");
                 return false;
             }
         }
         const bool usable = id <= rRows.count && (id != 0 || row == 0);
         if (!usable)
         {
-            ParameterLogging::Write(m_pLog, ParameterLogging::Error,
-                                    "Symbol table entry ID %d out of range 1 - %d\n", id, rRows.count);
+            ParameterLogging::Write(m_pLog, ParameterLogging::Error, "Symbol table entry ID %d out of range 1 - %d\n",
+                                    id, rRows.count);
         }
         ParameterFileSymbolTableEntry  skipped;
         ParameterFileSymbolTableEntry& rEntry = usable ? rRows.entries[id] : skipped;
@@ -298,8 +297,8 @@ bool ParameterFileSymbolTable::Find(ParameterFileSymbolTableEntry& rEntry, UINT3
     const Rows& rRows = RowsOf(isModule);
     if (id == 0 || id > rRows.count)
     {
-        ParameterLogging::Write(m_pLog, ParameterLogging::Error,
-                                "Find: Symbol table entry ID %d out of range 1 - %d\n", id, rRows.count);
+        ParameterLogging::Write(m_pLog, ParameterLogging::Error, "Find: Symbol table entry ID %d out of range 1 - %d\n",
+                                id, rRows.count);
         return false;
     }
     if (m_pFile != nullptr)
@@ -313,8 +312,8 @@ bool ParameterFileSymbolTable::Find(ParameterFileSymbolTableEntry& rEntry, UINT3
     const ParameterFileSymbolTableEntry& rResident = rRows.entries[id];
     if (rResident.Data == nullptr && rResident.DataSize > 0)
     {
-        ParameterLogging::Write(m_pLog, ParameterLogging::Error,
-                                "Find: data of entry ID %d lies outside of the file\n", id);
+        ParameterLogging::Write(m_pLog, ParameterLogging::Error, "Find: data of entry ID %d lies outside of the file\n",
+                                id);
         return false;
     }
     rEntry.ShareBlock(rResident);

@@ -43,7 +43,7 @@ public:
     ParameterFileSymbolTable(ParameterSetManager* pSetManager, const IParameterLoggingAPI* pLog, UINT32 alignment,
                              const VersionUnion& rVersion);
     ~ParameterFileSymbolTable();
-    ParameterFileSymbolTable(const ParameterFileSymbolTable&) = delete;
+    ParameterFileSymbolTable(const ParameterFileSymbolTable&)            = delete;
     ParameterFileSymbolTable& operator=(const ParameterFileSymbolTable&) = delete;
 
     /// Reads definitions, symbol table and data table.
@@ -149,8 +149,8 @@ public:
         return m_pLog;
     }
 
-    /// A damaged file can make a few bytes stand for any amount of data, since entries may point at the same bytes and at
-    /// one another. Loading therefore has an allowance, far above what any real tuning needs: each byte allocated or
+    /// A damaged file can make a few bytes stand for any amount of data, since entries may point at the same bytes and
+    /// at one another. Loading therefore has an allowance, far above what any real tuning needs: each byte allocated or
     /// fetched and each record or entry visited is charged. All records that are loaded with the file share one; after
     /// that each module has its own.
     /// @return false once the allowance is used up
@@ -198,16 +198,16 @@ private:
         size_t operator()(const DupKey& rKey) const;
     };
 
-    bool   CountEntries(const BinaryFileSections& rSections);
-    bool   AllocateEntries(const BinaryFileSections& rSections);
-    bool   ReadDefinitions(const SectionInfo& rSection, bool keep);
-    bool   ReadTable(Rows& rRows, bool isModule);
-    bool   ParseTable(Rows& rRows, const BYTE* pRows, UINT64 length, bool isModule);
-    VOID   AssignDupSlots(Rows& rRows) const;
-    VOID   PointAtBlocks(Rows& rRows) const;
-    bool   AreClaimsPlausible() const;
-    bool   FetchEntry(ParameterFileSymbolTableEntry& rEntry, const Rows& rRows, UINT32 id, bool isModule);
-    bool   IsInSource(const SectionInfo& rSection) const;
+    bool        CountEntries(const BinaryFileSections& rSections);
+    bool        AllocateEntries(const BinaryFileSections& rSections);
+    bool        ReadDefinitions(const SectionInfo& rSection, bool keep);
+    bool        ReadTable(Rows& rRows, bool isModule);
+    bool        ParseTable(Rows& rRows, const BYTE* pRows, UINT64 length, bool isModule);
+    VOID        AssignDupSlots(Rows& rRows) const;
+    VOID        PointAtBlocks(Rows& rRows) const;
+    bool        AreClaimsPlausible() const;
+    bool        FetchEntry(ParameterFileSymbolTableEntry& rEntry, const Rows& rRows, UINT32 id, bool isModule);
+    bool        IsInSource(const SectionInfo& rSection) const;
     const BYTE* SectionBytes(const SectionInfo& rSection, TuningBlock& rBlock) const;
     bool        FindInFile(ParameterFileSymbolTableEntry& rEntry, const Rows& rRows, UINT32 id, bool isModule);
 
@@ -216,23 +216,23 @@ private:
         return isModule ? m_symbols : *m_pDataRows;
     }
 
-    ParameterSetManager* const                m_pSetManager;
-    const IParameterLoggingAPI* const         m_pLog;
-    const UINT32                              m_alignment;
-    const VersionUnion                        m_version;
-    std::shared_ptr<ParameterBinaryFile>      m_pFile;
-    const BYTE*                               m_pBuffer = nullptr;  ///< the whole file, when there is no file object
-    UINT64                                    m_length  = 0;        ///< of the file or the buffer
-    SectionInfo                               m_data{};
-    IModeTable*                               m_pModeTable = nullptr;
-    ParameterDefinitions                      m_definitions;
-    Rows                                      m_symbols;
-    Rows                                      m_dataTable;
-    Rows*                                     m_pDataRows = &m_symbols;  ///< the symbol table for files without the other
-    std::vector<std::unique_ptr<ModuleData>>  m_modules;
-    std::atomic<UINT64>                       m_work{0};
-    UINT64                                    m_workLimit = 0;
-    std::atomic<bool>                         m_loadEnded{false};
+    ParameterSetManager* const           m_pSetManager;
+    const IParameterLoggingAPI* const    m_pLog;
+    const UINT32                         m_alignment;
+    const VersionUnion                   m_version;
+    std::shared_ptr<ParameterBinaryFile> m_pFile;
+    const BYTE*                          m_pBuffer = nullptr;  ///< the whole file, when there is no file object
+    UINT64                               m_length  = 0;        ///< of the file or the buffer
+    SectionInfo                          m_data{};
+    IModeTable*                          m_pModeTable = nullptr;
+    ParameterDefinitions                 m_definitions;
+    Rows                                 m_symbols;
+    Rows                                 m_dataTable;
+    Rows*                                m_pDataRows = &m_symbols;  ///< the symbol table for files without the other
+    std::vector<std::unique_ptr<ModuleData>> m_modules;
+    std::atomic<UINT64>                      m_work{0};
+    UINT64                                   m_workLimit = 0;
+    std::atomic<bool>                        m_loadEnded{false};
 
     std::shared_mutex                                  m_dupInfoMutex;  ///< guards the two maps
     std::unordered_map<DupKey, DupObjInfo, DupKeyHash> m_dupEntries;

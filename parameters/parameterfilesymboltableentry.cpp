@@ -21,8 +21,8 @@ VOID ParameterFileSymbolTableEntry::Init(ParameterFileSymbolTable* pTable)
     Module.reset();
 }
 
-bool ParameterFileSymbolTableEntry::LoadRow(const BYTE* pRows, UINT64 length, UINT64& rPosition,
-                                            IModeTable* pModeTable, bool isModule, UINT32 id)
+bool ParameterFileSymbolTableEntry::LoadRow(const BYTE* pRows, UINT64 length, UINT64& rPosition, IModeTable* pModeTable,
+                                            bool isModule, UINT32 id)
 {
     constexpr UINT32    NameSize = 32;
     const VersionUnion& rVersion = Table->Version();
@@ -81,7 +81,7 @@ bool ParameterFileSymbolTableEntry::LoadRow(const BYTE* pRows, UINT64 length, UI
 
 VOID ParameterFileSymbolTableEntry::ShareBlock(const ParameterFileSymbolTableEntry& rOther)
 {
-    Init(rOther.Table);
+    Init(Table);
     ID          = rOther.ID;
     DuplicateID = rOther.DuplicateID;
     DataOffset  = rOther.DataOffset;

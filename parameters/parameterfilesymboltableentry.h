@@ -41,14 +41,14 @@ struct ReadingSite
 /// Where a record or a member is read from, and what the file says about its shape.
 struct ParameterLoadParameters
 {
-    ParameterFileSymbolTableEntry* Entry            = nullptr;
-    UINT64                         NameHash         = 0;
-    bool                           UseParent        = false;    ///< Element is the member itself, not its parent
-    bool                           UseParentOffset  = false;    ///< the member's own offset counts in its position
-    ParameterDefinitionElement*    Element          = nullptr;  ///< of the enclosing record; null if there is none
-    UINT64                         Position         = 0;        ///< start of the enclosing record in Entry
-    UINT32                         Index            = 0;        ///< of an array item
-    UINT32                         LoadDataLimit    = NoLoadDataLimit;  ///< end of the enclosing record in Entry
+    ParameterFileSymbolTableEntry* Entry           = nullptr;
+    UINT64                         NameHash        = 0;
+    bool                           UseParent       = false;    ///< Element is the member itself, not its parent
+    bool                           UseParentOffset = false;    ///< the member's own offset counts in its position
+    ParameterDefinitionElement*    Element         = nullptr;  ///< of the enclosing record; null if there is none
+    UINT64                         Position        = 0;        ///< start of the enclosing record in Entry
+    UINT32                         Index           = 0;        ///< of an array item
+    UINT32                         LoadDataLimit   = NoLoadDataLimit;  ///< end of the enclosing record in Entry
 };
 
 /// An entry of the symbol table or of the data table: its block of data and a read position in it.
@@ -58,8 +58,8 @@ struct ParameterLoadParameters
 class ParameterFileSymbolTableEntry
 {
 public:
-    ParameterFileSymbolTableEntry() = default;
-    ParameterFileSymbolTableEntry(const ParameterFileSymbolTableEntry&) = delete;
+    ParameterFileSymbolTableEntry()                                                = default;
+    ParameterFileSymbolTableEntry(const ParameterFileSymbolTableEntry&)            = delete;
     ParameterFileSymbolTableEntry& operator=(const ParameterFileSymbolTableEntry&) = delete;
 
     /// Makes the entry an empty one of the table.
@@ -73,7 +73,7 @@ public:
     /// @return false if the row is not wholly there; what was read before stays
     bool LoadRow(const BYTE* pRows, UINT64 length, UINT64& rPosition, IModeTable* pModeTable, bool isModule, UINT32 id);
 
-    /// Makes this entry a reader of another one's block, from its start. The block must outlive this entry.
+    /// Makes this entry a reader of the block of another one of its table, from the start. The block must outlive it.
     VOID ShareBlock(const ParameterFileSymbolTableEntry& rOther);
 
     UINT32                      GetAlignment() const;
@@ -93,7 +93,7 @@ public:
     /// @param rAdjusted whether the position was another one
     /// @return null if there are no definitions for it
     ParameterDefinitionElement* AdjustPositionAndGetElement(const ParameterLoadParameters& rParameters,
-                                                            bool& rAdjusted) const;
+                                                            bool&                          rAdjusted) const;
 
     /// Logs that the file does not have a member. @param pReader which reader missed it
     VOID LogNotFound(const CHAR* pReader, UINT64 nameHash) const;
@@ -128,15 +128,15 @@ public:
     VOID ReadOptionalString(CHAR*& rpText, UINT32& rCount, UINT32& rID, const ParameterLoadParameters& rParameters,
                             const ReadingSite& rSite);
 
-    ParameterFileSymbolTable*   Table         = nullptr;
-    UINT32                      ID            = 0;
-    UINT32                      DuplicateID   = 0;
-    UINT32                      DataOffset    = 0;        ///< bytes from the start of the data section
-    UINT32                      DataSize      = 0;        ///< bytes of the block
-    const BYTE*                 Data          = nullptr;  ///< the block; null if it is not in memory
-    TuningBlock                 OwnedData;                ///< the same, if the block was read for this entry alone
-    UINT64                      Position      = 0;        ///< read position inside Data
-    std::unique_ptr<ModuleData> Module;  ///< for an entry of the symbol table that is a module
+    ParameterFileSymbolTable*   Table       = nullptr;
+    UINT32                      ID          = 0;
+    UINT32                      DuplicateID = 0;
+    UINT32                      DataOffset  = 0;        ///< bytes from the start of the data section
+    UINT32                      DataSize    = 0;        ///< bytes of the block
+    const BYTE*                 Data        = nullptr;  ///< the block; null if it is not in memory
+    TuningBlock                 OwnedData;              ///< the same, if the block was read for this entry alone
+    UINT64                      Position = 0;           ///< read position inside Data
+    std::unique_ptr<ModuleData> Module;                 ///< for an entry of the symbol table that is a module
 
 private:
     friend class ParameterFileSymbolTable;
@@ -147,12 +147,11 @@ private:
     /// A member as it was found in the file.
     struct MemberSource;
 
-    template <typename Matches>
-    bool FindMember(const MemberRequest& rRequest, MemberSource& rSource, Matches matches);
-    bool GetCountAndPointerEntry(const MemberRequest& rRequest, MemberSource& rSource);
-    bool ReadInlineCount(const MemberRequest& rRequest, MemberSource& rSource);
-    bool ReadPointerCount(const MemberRequest& rRequest, MemberSource& rSource);
-    VOID ClipCount(const MemberRequest& rRequest, MemberSource& rSource, UINT64 available) const;
+    template <typename Matches> bool FindMember(const MemberRequest& rRequest, MemberSource& rSource, Matches matches);
+    bool                             GetCountAndPointerEntry(const MemberRequest& rRequest, MemberSource& rSource);
+    bool                             ReadInlineCount(const MemberRequest& rRequest, MemberSource& rSource);
+    bool                             ReadPointerCount(const MemberRequest& rRequest, MemberSource& rSource);
+    VOID   ClipCount(const MemberRequest& rRequest, MemberSource& rSource, UINT64 available) const;
     UINT64 Available(UINT32 limit) const;
 
     bool ReadArray(VOID* pDestination, tuning::ValueType type, const ParameterDefinitionElement* pElement, UINT32 count,

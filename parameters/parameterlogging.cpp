@@ -31,7 +31,7 @@ LevelStyle StyleOf(ParameterLogging::ParameterLogLevel level)
     }
 }
 
-} // namespace
+}  // namespace
 
 VOID ParameterLogging::Write(const IParameterLoggingAPI* pLog, ParameterLogLevel level, const CHAR* pFormat, ...)
 {

@@ -31,7 +31,7 @@ ParameterLoadParameters ItemParameters(const ParameterLoadParameters& rParameter
     return items;
 }
 
-} // namespace
+}  // namespace
 
 struct ParameterFileSymbolTableEntry::MemberRequest
 {
@@ -44,6 +44,7 @@ struct ParameterFileSymbolTableEntry::MemberRequest
     bool                           wantFixedArray = false;
     bool                           wantVariable   = false;
     bool                           wantStructure  = false;
+    bool                           hashFirst      = false;  ///< this reader's message begins with the name hash
 };
 
 struct ParameterFileSymbolTableEntry::MemberSource
@@ -96,10 +97,10 @@ bool ParameterFileSymbolTableEntry::FindMember(const MemberRequest& rRequest, Me
 
     // A member without a definition is read only where the record's definitions have been dropped as matching.
     const ParameterDefinitionElement* pParent = parameters.Element;
-    const bool undefined = (rSource.pElement == nullptr && pParent != nullptr &&
-                            !(pParent->Verified.load(std::memory_order_relaxed) && pParent->Info == nullptr)) ||
-                           (rRequest.wantStructure && rSource.GetInfo() != nullptr &&
-                            rSource.GetInfo()->Structure == nullptr);
+    const bool                        undefined =
+        (rSource.pElement == nullptr && pParent != nullptr &&
+         !(pParent->Verified.load(std::memory_order_relaxed) && pParent->Info == nullptr)) ||
+        (rRequest.wantStructure && rSource.GetInfo() != nullptr && rSource.GetInfo()->Structure == nullptr);
     bool found = false;
     if (!undefined)
     {
@@ -110,7 +111,12 @@ bool ParameterFileSymbolTableEntry::FindMember(const MemberRequest& rRequest, Me
             rSource.pElement->Verified.store(true, std::memory_order_relaxed);
         }
     }
-    if (!found)
+    if (!found && rRequest.hashFirst)
+    {
+        LogMessage(true, "0x%llx: %s entry not found in the binary file, all values will be 0\n", parameters.NameHash,
+                   rRequest.pReader);
+    }
+    else if (!found)
     {
         LogNotFound(rRequest.pReader, parameters.NameHash);
     }
@@ -257,16 +263,16 @@ VOID* ParameterFileSymbolTableEntry::ReadAllocatedArray(ValueType type, const Pa
 }
 
 VOID ParameterFileSymbolTableEntry::ReadSimpleTypeArray(VOID*& rpArray, ValueType type, UINT32& rCount, UINT32& rID,
-                                                        UINT32                         minimumCount,
-                                                        const ParameterLoadParameters& rParameters,
-                                                        const ReadingSite&             rSite)
+                                                        UINT32 minimumCount, const ParameterLoadParameters& rParameters,
+                                                        const ReadingSite& rSite)
 {
     MemberRequest request{"ReadSimpleTypeArray", rParameters, minimumCount, minimumCount,
                           ParameterUtils::ValueSize(type)};
     request.wantPointer  = true;
     request.wantVariable = true;
     MemberSource source;
-    if (!FindMember(request, source, [&](const Info& rInfo)
+    if (!FindMember(request, source,
+                    [&](const Info& rInfo)
                     { return rInfo.IsPointer() && ParameterUtils::IsExactType(type, source.pElement); }))
     {
         return;
@@ -310,8 +316,8 @@ VOID ParameterFileSymbolTableEntry::ReadOptionalSimpleType(VOID* pDestination, V
         return;
     }
     ParameterFileSymbolTableEntry& rEntry = *source.pEntry;
-    if (ParameterUtils::Read(pDestination, type, source.pElement, rEntry.Data,
-                             std::min(source.limit, rEntry.DataSize), rEntry.Position, GetAlignment(), GetLog()))
+    if (ParameterUtils::Read(pDestination, type, source.pElement, rEntry.Data, std::min(source.limit, rEntry.DataSize),
+                             rEntry.Position, GetAlignment(), GetLog()))
     {
         rCount = 1;
     }
@@ -330,8 +336,7 @@ VOID ParameterFileSymbolTableEntry::ReadStructureFixedArray(const tuning::Record
     request.wantStructure  = true;
     MemberSource source;
     if (!FindMember(request, source,
-                    [&](const Info& rInfo)
-                    {
+                    [&](const Info& rInfo) {
                         return (count == 1 || rInfo.IsFixed()) && rInfo.MaxCount == count && !rInfo.IsPointer() &&
                                rInfo.IsStructure();
                     }))
@@ -359,8 +364,7 @@ VOID ParameterFileSymbolTableEntry::ReadStructureArray(const tuning::RecordDescr
     request.wantVariable  = true;
     request.wantStructure = true;
     MemberSource source;
-    if (!FindMember(request, source,
-                    [](const Info& rInfo) { return rInfo.IsPointer() && rInfo.IsStructure(); }))
+    if (!FindMember(request, source, [](const Info& rInfo) { return rInfo.IsPointer() && rInfo.IsStructure(); }))
     {
         return;
     }
@@ -401,9 +405,8 @@ VOID ParameterFileSymbolTableEntry::ReadOptionalStructure(const tuning::RecordDe
     request.wantStructure = true;
     MemberSource source;
     if (!FindMember(request, source,
-                    [](const Info& rInfo) {
-                        return !rInfo.IsFixed() && rInfo.IsPointer() && rInfo.MaxCount == 1 && rInfo.IsStructure();
-                    }))
+                    [](const Info& rInfo)
+                    { return !rInfo.IsFixed() && rInfo.IsPointer() && rInfo.MaxCount == 1 && rInfo.IsStructure(); }))
     {
         return;
     }
@@ -460,9 +463,10 @@ VOID ParameterFileSymbolTableEntry::ReadString(CHAR*& rpText, const ParameterLoa
 {
     MemberRequest request{"ReadString", rParameters, 0, 0, 1};
     request.wantPointer = true;
+    request.hashFirst   = true;
     MemberSource source;
-    if (FindMember(request, source, [](const Info& rInfo)
-                   { return !rInfo.IsFixed() && !rInfo.IsPointer() && rInfo.IsString(); }))
+    if (FindMember(request, source,
+                   [](const Info& rInfo) { return !rInfo.IsFixed() && !rInfo.IsPointer() && rInfo.IsString(); }))
     {
         rpText = source.pEntry->ReadSharedText(source.count, rSite);
     }
@@ -476,8 +480,7 @@ VOID ParameterFileSymbolTableEntry::ReadStringFixedArray(CHAR** ppTexts, UINT32 
     request.wantFixedArray = true;
     MemberSource source;
     if (!FindMember(request, source,
-                    [&](const Info& rInfo)
-                    {
+                    [&](const Info& rInfo) {
                         return (count == 1 || rInfo.IsFixed()) && rInfo.MaxCount == count && !rInfo.IsPointer() &&
                                rInfo.IsString();
                     }))
@@ -537,9 +540,8 @@ VOID ParameterFileSymbolTableEntry::ReadOptionalString(CHAR*& rpText, UINT32& rC
     request.wantVariable = true;
     MemberSource source;
     if (!FindMember(request, source,
-                    [](const Info& rInfo) {
-                        return !rInfo.IsFixed() && rInfo.IsPointer() && rInfo.MaxCount == 1 && rInfo.IsString();
-                    }))
+                    [](const Info& rInfo)
+                    { return !rInfo.IsFixed() && rInfo.IsPointer() && rInfo.MaxCount == 1 && rInfo.IsString(); }))
     {
         return;
     }

@@ -1,5 +1,6 @@
 #include "parameters/parametersetmanager.h"
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 
@@ -25,10 +26,7 @@ ParameterSetManager::ParameterSetManager(ParameterSetManager* pMain, BYTE tableI
 
 ParameterSetManager::~ParameterSetManager()
 {
-    if (!IsDerived())
-    {
-        ParameterLogging::Write(this, ParameterLogging::Debug, "ParameterSetManager deleting\n");
-    }
+    ParameterLogging::Write(this, ParameterLogging::Debug, "ParameterSetManager deleting\n");
 }
 
 ParameterSetManager* ParameterSetManager::GetMainSetManager()
@@ -39,15 +37,6 @@ ParameterSetManager* ParameterSetManager::GetMainSetManager()
         pManager = pManager->m_pMain;
     }
     return pManager;
-}
-
-ParameterSetManager* ParameterSetManager::Resolve(BYTE& rTableIndex)
-{
-    if (IsDerived())
-    {
-        rTableIndex = m_modeTableIndex;
-    }
-    return GetMainSetManager();
 }
 
 VOID ParameterSetManager::AddDefaultModule(std::unique_ptr<ParameterModule> pModule)
@@ -182,23 +171,28 @@ VOID ParameterSetManager::GetModeTableNames(PList<const CHAR*>& rList) const
     }
 }
 
-bool ParameterSetManager::HasModeTable(const CHAR* pCaller, UINT32 tableIndex) const
+bool ParameterSetManager::HasTableForDerived(BYTE tableIndex) const
 {
     if (tableIndex < GetModeTableCount())
     {
         return true;
     }
     ParameterLogging::Write(this, ParameterLogging::Error,
-                            "%s called mode table index (%u) >= mode table count (%u)\n", pCaller, tableIndex,
+                            "%s called mode table index (%u) >= mode table count (%u)\n", "CreateSetManager", tableIndex,
                             GetModeTableCount());
     return false;
 }
 
-bool ParameterSetManager::FindModeTable(const CHAR* pCaller, const CHAR* pTableName, BYTE& rTableIndex) const
+bool ParameterSetManager::FindTableForDerived(const CHAR* pTableName, BYTE& rTableIndex) const
 {
+    if (pTableName == nullptr)
+    {
+        return false;
+    }
+    constexpr UINT32   MaxTables = 256;  // what mode IDs and callers can address
     PList<const CHAR*> names;
     GetModeTableNames(names);
-    for (UINT32 index = 0; index < names.Count(); ++index)
+    for (UINT32 index = 0; index < std::min(names.Count(), MaxTables); ++index)
     {
         if (std::string_view(names[index]) == pTableName)
         {
@@ -206,6 +200,7 @@ bool ParameterSetManager::FindModeTable(const CHAR* pCaller, const CHAR* pTableN
             return true;
         }
     }
-    ParameterLogging::Write(this, ParameterLogging::Error, "%s unable to find mode table %s\n", pCaller, pTableName);
+    ParameterLogging::Write(this, ParameterLogging::Error, "%s unable to find mode table %s\n", "CreateSetManager",
+                            pTableName);
     return false;
 }

@@ -80,7 +80,7 @@ public:
     /// @param pOther a main manager for the same list of modules; kept as long as its modules are
     bool UpdateParameters(std::unique_ptr<ParameterSetManager> pOther);
 
-    /// The reason why something was refused last; empty after a load that went well.
+    /// The reason why something was refused last. A load begins with an empty text.
     std::string GetErrorText() const;
 
     /// Loads the modes of a branch ahead of their use; file mode only.
@@ -158,8 +158,8 @@ protected:
     VOID AddDefaultModule(std::unique_ptr<ParameterModule> pModule);
 
     /// Finds the mode table for a new derived manager, by index or by name. A table that does not exist is logged.
-    bool HasModeTable(const CHAR* pCaller, UINT32 tableIndex) const;
-    bool FindModeTable(const CHAR* pCaller, const CHAR* pTableName, BYTE& rTableIndex) const;
+    bool HasTableForDerived(BYTE tableIndex) const;
+    bool FindTableForDerived(const CHAR* pTableName, BYTE& rTableIndex) const;
 
     bool IsDerived() const
     {
@@ -204,18 +204,20 @@ private:
     VOID MergeMode(ModeEntry* pMode, ModeEntry* pOtherMode);
 
     // Lookup.
-    ParameterSetManager* Resolve(BYTE& rTableIndex);
-    ModeEntry*           RootForLookup(const CHAR* pName, BYTE tableIndex, const TuningMode* pBranch, UINT32 count);
-    ParameterModule*     FindModuleOnBranch(ModeEntry* pRoot, const CHAR* pName, UINT64 nameHash,
-                                            const TuningMode* pBranch, UINT32 count);
-    bool                 HoldModule(ParameterModule* pModule);
-    bool                 ValidateMode(const CHAR* pCaller, const TuningMode* pBranch, UINT32 index);
-    DefaultModule*       FindDefaultModule(UINT64 nameHash);
+    bool             HasModeTable(const CHAR* pCaller, BYTE tableIndex) const;
+    ModeEntry*       RootForLookup(const CHAR* pName, BYTE tableIndex, const TuningMode* pBranch, UINT32 count);
+    ParameterModule* FindModuleOnBranch(ModeEntry* pRoot, const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch,
+                                        UINT32 count);
+    bool             HoldModule(ParameterModule* pModule);
+    bool             ValidateMode(const CHAR* pCaller, const TuningMode* pBranch, UINT32 index);
+    DefaultModule*   FindDefaultModule(UINT64 nameHash);
 
     // Loading and unloading of modes in file mode.
     bool LoadModeInternal(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pReason);
     bool LoadModules(ModeEntry* pMode, const CHAR* pReason, const TuningMode* pBranch, UINT32 count,
                      INT32& rFileReferences);
+    bool LoadTarget(ModeEntry* pMode, const CHAR* pReason, const TuningMode* pBranch, UINT32 count,
+                    TouchedModes& rTouched, INT32& rFileReferences);
     bool LoadModuleMap(ModeEntry* pTarget, TouchedModes& rTouched);
     VOID UnloadModules(ModeEntry* pTarget, const ModeEntry* pMode);
     VOID TouchModes(std::span<ModeEntry* const> touched, ParameterModeTable& rTable);

@@ -96,7 +96,7 @@ bool ParameterSetManager::LoadFile(const CHAR* pFileName)
 {
     auto        pFile  = std::make_shared<ParameterBinaryFile>(pFileName, this);
     TuningBlock pWhole = pFile->Read(0, pFile->Length());
-    if (pWhole == nullptr)
+    if (!pFile->IsValid() || pWhole == nullptr)
     {
         SetError("Unable to allocate space to read binary file");
         return false;
@@ -260,7 +260,7 @@ bool ParameterSetManager::AddModule(const ModuleData* pModuleData, ParameterModu
     const UINT32 modeCount = (tableIndex < rTables.size()) ? rTables[tableIndex]->Count() : 0;
     if (modeIndex >= modeCount)
     {
-        Refuse("AddModule: moduleData->ModeId(%d) >= m_modeCount(%d)\n", modeIndex, modeCount);
+        Refuse("AddModule: moduleData->ModeId(%d) >= m_modeCount(%d)\n", pModuleData->ModeId, modeCount);
         return false;
     }
     ModeEntry* pMode = rTables[tableIndex]->Modes[modeIndex].Entry;

@@ -26,7 +26,7 @@ bool BranchWalk::Next()
     {
         ++run;
     }
-    ModeEntry* pNext = m_pMode->FindMode(m_pBranch + m_index, run, 0);
+    ModeEntry* pNext = m_pMode->FindMode(m_pBranch + m_index, run);
     if (pNext == nullptr)
     {
         m_lost  = true;
@@ -130,6 +130,18 @@ ParameterModule* ParameterSetManager::GetModuleInternal(BYTE tableIndex, const C
     return pModule;
 }
 
+bool ParameterSetManager::HasModeTable(const CHAR* pCaller, BYTE tableIndex) const
+{
+    if (tableIndex < m_content.modeTables.size())
+    {
+        return true;
+    }
+    ParameterLogging::Write(this, ParameterLogging::Error,
+                            "%s called with mode table index (%u) >= mode table count (%u)\n", pCaller, tableIndex,
+                            static_cast<UINT32>(m_content.modeTables.size()));
+    return false;
+}
+
 ModeEntry* ParameterSetManager::RootForLookup(const CHAR* pName, BYTE tableIndex, const TuningMode* pBranch,
                                               UINT32 count)
 {
@@ -206,8 +218,7 @@ bool ParameterSetManager::HoldModule(ParameterModule* pModule)
 {
     if (!IsFileMode())
     {
-        // Everything was loaded with the file; only what came from another manager's file may be still to be read.
-        return pModule->IsLoaded() || pModule->LoadModule(pModule->Data->SymbolTable);
+        return pModule->LoadModule(pModule->Data->SymbolTable);
     }
     // The reference comes first: from then on the module's mode is not evicted any more.
     ModeEntry* pOwnMode   = pModule->Data->Mode->Entry;
@@ -308,17 +319,20 @@ ModeEntryInfo* ParameterSetManager::GetModeEntry(UINT32 id)
 
 ModeEntry* ParameterSetManager::GetModeEntry(BYTE tableIndex, const TuningMode* pBranch, UINT32 count)
 {
-    ParameterSetManager* pMain = Resolve(tableIndex);
-    if (!pMain->HasModeTable("GetModeEntry", tableIndex))
+    if (IsDerived())
+    {
+        return GetMainSetManager()->GetModeEntry(m_modeTableIndex, pBranch, count);
+    }
+    if (!HasModeTable("GetModeEntry", tableIndex))
     {
         return nullptr;
     }
-    ModeEntry* pRoot = pMain->m_content.modeTables[tableIndex]->RootMode.Entry;
+    ModeEntry* pRoot = m_content.modeTables[tableIndex]->RootMode.Entry;
     if (pRoot == nullptr)
     {
         return nullptr;
     }
-    BranchWalk walk(*pMain, "GetModeEntry", pRoot, pBranch, count);
+    BranchWalk walk(*this, "GetModeEntry", pRoot, pBranch, count);
     while (walk.Next())
     {
     }

@@ -2,7 +2,8 @@
 ///
 /// Locks: a mode's Mutex is held while its modules are loaded or unloaded, a table's ActModeMutex while its list of
 /// active modes or its reference counts change. A mode's Mutex may be taken under an ActModeMutex, never the other way
-/// round, and no thread holds two ActModeMutexes.
+/// round, and no thread holds two ActModeMutexes. The loaded marks of modes and modules are cleared before anything is
+/// unloaded, so that a mark found set tells as much as it would under the lock; frames find them set nearly always.
 #include "parameters/parametersetmanager.h"
 
 #include <algorithm>
@@ -109,12 +110,10 @@ bool ParameterSetManager::UnloadMode(BYTE tableIndex, const TuningMode* pBranch,
 bool ParameterSetManager::LoadModules(ModeEntry* pMode, const CHAR* pReason, const TuningMode* pBranch, UINT32 count,
                                       INT32& rFileReferences)
 {
-    ModeEntry*                       pTarget = pMode->Target();
-    const bool                       touch   = IsCachedLevel(pTarget) && pTarget->HasLocalModules();
-    std::unique_lock<ParameterMutex> lock(pTarget->Mutex);
+    ModeEntry* pTarget = pMode->Target();
+    const bool touch   = IsCachedLevel(pTarget) && pTarget->HasLocalModules();
     if (pTarget->Loaded)
     {
-        lock.unlock();
         if (touch)
         {
             TouchModes({&pTarget, 1}, *pTarget->Table);
@@ -122,6 +121,25 @@ bool ParameterSetManager::LoadModules(ModeEntry* pMode, const CHAR* pReason, con
         return true;
     }
 
+    TouchedModes touched;
+    if (touch)
+    {
+        touched.push_back(pTarget);
+    }
+    const bool loaded = LoadTarget(pMode, pReason, pBranch, count, touched, rFileReferences);
+    TouchModes(touched, *pTarget->Table);
+    return loaded;
+}
+
+bool ParameterSetManager::LoadTarget(ModeEntry* pMode, const CHAR* pReason, const TuningMode* pBranch, UINT32 count,
+                                     TouchedModes& rTouched, INT32& rFileReferences)
+{
+    ModeEntry*                            pTarget = pMode->Target();
+    const std::lock_guard<ParameterMutex> lock(pTarget->Mutex);
+    if (pTarget->Loaded)
+    {
+        return true;  // another thread was first
+    }
     // The file stays open until the whole branch is loaded.
     if (m_content.pSymbolTable->File() != nullptr)
     {
@@ -129,16 +147,8 @@ bool ParameterSetManager::LoadModules(ModeEntry* pMode, const CHAR* pReason, con
         ++rFileReferences;
     }
     LogLoading(true, pReason, pBranch, count, pMode, pTarget);
-    TouchedModes touched;
-    if (touch)
-    {
-        touched.push_back(pTarget);
-    }
-    const bool loaded = LoadModuleMap(pTarget, touched);
-    pTarget->Loaded   = loaded;
-    lock.unlock();
-    TouchModes(touched, *pTarget->Table);
-    return loaded;
+    pTarget->Loaded = LoadModuleMap(pTarget, rTouched);
+    return pTarget->Loaded;
 }
 
 bool ParameterSetManager::LoadModuleMap(ModeEntry* pTarget, TouchedModes& rTouched)
@@ -163,10 +173,13 @@ bool ParameterSetManager::LoadModuleMap(ModeEntry* pTarget, TouchedModes& rTouch
 
 VOID ParameterSetManager::UnloadModules(ModeEntry* pTarget, const ModeEntry* pMode)
 {
-    const std::string prefix = TablePrefix(pTarget);
+    // Nobody may take a reference between the unloading and the clearing of the counts.
+    const std::lock_guard<ParameterMutex> activeLock(pTarget->Table->ActModeMutex);
+    const std::string                     prefix = TablePrefix(pTarget);
     {
         const std::lock_guard<ParameterMutex> lock(pTarget->Mutex);
         LogLoading(false, nullptr, nullptr, 0, pMode, pTarget);
+        pTarget->Loaded = false;
         for (const auto& rpReference : pTarget->ModuleMap)
         {
             ParameterModule* pModule = rpReference->Module;
@@ -184,11 +197,8 @@ VOID ParameterSetManager::UnloadModules(ModeEntry* pTarget, const ModeEntry* pMo
             }
             pModule->UnloadModule();
         }
-        pTarget->Loaded = false;
     }
-
-    const std::lock_guard<ParameterMutex> lock(pTarget->Table->ActModeMutex);
-    const UINT32                          unreleased = pTarget->GetReferenceCount();
+    const UINT32 unreleased = pTarget->GetReferenceCount();
     if (unreleased != 0)
     {
         CHAR path[ModeEntry::MaxPathText];

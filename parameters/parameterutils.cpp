@@ -150,7 +150,7 @@ private:
     UINT32 m_point      = 0;  ///< index of the point; 0 if there is none, since a digit always comes first
 };
 
-} // namespace
+}  // namespace
 
 INT32 ParameterUtils::GetStringPos(const CHAR* pText, CHAR character)
 {

@@ -42,14 +42,13 @@ public:
     /// @return 0 if the text is not a number
     static DOUBLE StringToDouble(const CHAR* pText, bool& rValid);
 
-    /// Appends a text at rPosition and moves rPosition past it, and past its NUL if includeTerminator is set. A text that
-    /// does not fit, or a null one, is logged and leaves rPosition.
+    /// Appends a text at rPosition and moves rPosition past it, and past its NUL if includeTerminator is set. A text
+    /// that does not fit, or a null one, is logged and leaves rPosition.
     static bool WriteString(const CHAR* pText, CHAR* pBuffer, UINT32 size, UINT32& rPosition, bool includeTerminator,
                             const IParameterLoggingAPI* pLog);
 
     /// Truncates towards zero and saturates at the limits of the target; NaN gives 0.
-    template <typename Integer>
-    static Integer ToInteger(DOUBLE value)
+    template <typename Integer> static Integer ToInteger(DOUBLE value)
     {
         constexpr Integer lowest  = std::numeric_limits<Integer>::min();
         constexpr Integer highest = std::numeric_limits<Integer>::max();

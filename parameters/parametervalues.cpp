@@ -13,8 +13,7 @@ using tuning::ValueType;
 namespace
 {
 
-template <typename Wanted, typename Stored>
-Wanted ConvertValue(Stored value)
+template <typename Wanted, typename Stored> Wanted ConvertValue(Stored value)
 {
     if constexpr (std::floating_point<Stored> && std::integral<Wanted>)
     {
@@ -27,8 +26,7 @@ Wanted ConvertValue(Stored value)
 }
 
 /// Either side may stand at any address.
-template <typename Wanted, typename Stored>
-VOID ConvertAll(BYTE* pDestination, const BYTE* pSource, UINT32 count)
+template <typename Wanted, typename Stored> VOID ConvertAll(BYTE* pDestination, const BYTE* pSource, UINT32 count)
 {
     for (UINT32 index = 0; index < count; ++index)
     {
@@ -39,8 +37,7 @@ VOID ConvertAll(BYTE* pDestination, const BYTE* pSource, UINT32 count)
     }
 }
 
-template <typename Stored>
-VOID ConvertFrom(BYTE* pDestination, ValueType wanted, const BYTE* pSource, UINT32 count)
+template <typename Stored> VOID ConvertFrom(BYTE* pDestination, ValueType wanted, const BYTE* pSource, UINT32 count)
 {
     switch (wanted)
     {
@@ -165,7 +162,7 @@ bool IsNumber(ParameterDefinitionType type)
     return type >= ParameterDefinitionType_Signed8Bits && type <= ParameterDefinitionType_Enum;
 }
 
-} // namespace
+}  // namespace
 
 UINT32 ParameterUtils::ValueSize(ValueType type)
 {

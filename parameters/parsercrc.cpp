@@ -36,7 +36,7 @@ bool TakeStoredSum(const BYTE* pBuffer, UINT32 length, Sum& rStored, const IPara
     return true;
 }
 
-} // namespace
+}  // namespace
 
 constexpr std::array<UINT32, 256> ParserCRC32::m_table = BuildTable();
 
@@ -78,8 +78,8 @@ bool ParserCRC64::Validate(const BYTE* pBuffer, UINT32 length, bool includeLengt
     {
         return false;
     }
-    const UINT64 computed = GetCRC(reinterpret_cast<const CHAR*>(pBuffer),
-                                   length - static_cast<UINT32>(sizeof(stored)), includeLength, 0);
+    const UINT64 computed =
+        GetCRC(reinterpret_cast<const CHAR*>(pBuffer), length - static_cast<UINT32>(sizeof(stored)), includeLength, 0);
     if (computed != stored)
     {
         ParameterLogging::Write(pLog, ParameterLogging::Error,

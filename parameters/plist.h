@@ -12,14 +12,13 @@
 ///
 /// It never preallocates: each insertion into a full list grows it by one slot. An insertion for which there is no
 /// memory is lost without a word.
-template <typename T>
-class PList
+template <typename T> class PList
 {
     static_assert(std::is_trivially_copyable_v<T>, "items are moved as bytes");
 
 public:
-    PList() = default;
-    PList(const PList&) = delete;
+    PList()                        = default;
+    PList(const PList&)            = delete;
     PList& operator=(const PList&) = delete;
 
     ~PList()

@@ -71,7 +71,7 @@ public:
         {
             return;
         }
-        m_parameters.NameHash = rMember.nameHash;
+        m_parameters.NameHash  = rMember.nameHash;
         const ReadingSite site = ReadingSite::OfMember(m_rRecord, index);
         switch (rMember.type)
         {
@@ -96,14 +96,14 @@ private:
         case Form::Variable:
         {
             VOID* pArray = nullptr;
-            m_rEntry.ReadSimpleTypeArray(pArray, rMember.type, CountOf(m_pRecord, rMember), IDOf(m_pRecord, rMember),
-                                         0, m_parameters, rSite);
+            m_rEntry.ReadSimpleTypeArray(pArray, rMember.type, CountOf(m_pRecord, rMember), IDOf(m_pRecord, rMember), 0,
+                                         m_parameters, rSite);
             StorePointer(pPlace, pArray);
             break;
         }
         case Form::Optional:
-            m_rEntry.ReadOptionalSimpleType(pPlace, rMember.type, CountOf(m_pRecord, rMember),
-                                            IDOf(m_pRecord, rMember), m_parameters);
+            m_rEntry.ReadOptionalSimpleType(pPlace, rMember.type, CountOf(m_pRecord, rMember), IDOf(m_pRecord, rMember),
+                                            m_parameters);
             break;
         default:
             m_rEntry.ReadSimpleTypeFixedArray(pPlace, rMember.type, rMember.count, m_parameters);
@@ -210,7 +210,7 @@ VOID UnloadValues(const RecordMember& rMember, BYTE* pValues, UINT32 count, Para
     }
 }
 
-} // namespace
+}  // namespace
 
 VOID RecordLoader::LoadModule(const RecordDescription& rRecord, VOID* pRecord, ParameterFileSymbolTableEntry& rEntry,
                               UINT64 nameHash)
@@ -247,8 +247,7 @@ VOID RecordLoader::Load(const RecordDescription& rRecord, VOID* pRecord, const P
         ParameterDefinitionElement* pElement = rEntry.AdjustPositionAndGetElement(rParameters, adjusted);
         const bool                  dropped =
             rParameters.Element->Verified.load(std::memory_order_relaxed) && rParameters.Element->Info == nullptr;
-        const bool shapeless =
-            pElement != nullptr && pElement->Info != nullptr && pElement->Info->Structure == nullptr;
+        const bool shapeless = pElement != nullptr && pElement->Info != nullptr && pElement->Info->Structure == nullptr;
         if ((pElement == nullptr && !dropped) || shapeless)
         {
             rEntry.LogNotFound("Load", rParameters.NameHash);

@@ -7,9 +7,9 @@
 
 class ParameterFileSymbolTable;
 
-/// Walks the table of a record and reads each member in the way that fits it. A record is the plain struct that the table
-/// describes; texts and arrays that its members point to are tuning memory owned by the record, unless the symbol table
-/// shares them between records.
+/// Walks the table of a record and reads each member in the way that fits it. A record is the plain struct that the
+/// table describes; texts and arrays that its members point to are tuning memory owned by the record, unless the symbol
+/// table shares them between records.
 class RecordLoader
 {
 public:

@@ -113,6 +113,11 @@ ParameterModule* TableModule::Create(ModuleData* pData, DefaultModule* pDefaultM
 
 bool TableModule::LoadModule(ParameterFileSymbolTable* pTable)
 {
+    // Frames find the module loaded and need no lock for it: the mark is set last and cleared first.
+    if (IsLoaded())
+    {
+        return true;
+    }
     const std::lock_guard<ParameterMutex> lock(m_mutex);
     if (IsLoaded())
     {
@@ -154,6 +159,7 @@ VOID TableModule::UnloadModule()
     {
         return;
     }
+    SetLoaded(false);
     if (Data->SymbolTable == nullptr)
     {
         ParameterLogging::Write(Data->SetManager, ParameterLogging::Warning,
@@ -163,5 +169,4 @@ VOID TableModule::UnloadModule()
     {
         RecordLoader::Unload(*m_rDescription.pRecord, Record(), Data->SymbolTable);
     }
-    SetLoaded(false);
 }

@@ -36,10 +36,10 @@ public:
     VOID             UnloadModule() override;
 
     /// The module's record: a struct of the described type, or a BareModuleType. It lives as long as the module.
-    VOID* Record();
+    TAVO_VISIBLE VOID* Record();
 
     /// The module that a record belongs to. @param pRecord a result of Record(), or null, which gives null
-    static TableModule* FromRecord(VOID* pRecord);
+    TAVO_VISIBLE static TableModule* FromRecord(VOID* pRecord);
 
     static VOID operator delete(VOID* pMemory);
 

@@ -69,7 +69,7 @@ public:
     /// @return null, with a log, if there is no such table
     std::unique_ptr<Manager> CreateSetManager(BYTE tableIndex)
     {
-        return HasModeTable("CreateSetManager", tableIndex)
+        return HasTableForDerived(tableIndex)
                    ? std::make_unique<Manager>(GetMainSetManager(), tableIndex)
                    : nullptr;
     }
@@ -77,7 +77,7 @@ public:
     std::unique_ptr<Manager> CreateSetManager(const CHAR* pTableName)
     {
         BYTE tableIndex = 0;
-        return (pTableName != nullptr && FindModeTable("CreateSetManager", pTableName, tableIndex))
+        return FindTableForDerived(pTableName, tableIndex)
                    ? std::make_unique<Manager>(GetMainSetManager(), tableIndex)
                    : nullptr;
     }

@@ -27,4 +27,4 @@ const CHAR* TextOf(const CHAR* pText)
     return (pText != nullptr) ? pText : "";
 }
 
-} // namespace analyzerbank
+}  // namespace analyzerbank

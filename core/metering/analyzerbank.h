@@ -21,10 +21,9 @@ VOID SetToBank(CKIROBankManager& rBanks, const DataBankType& rBank, StartEnd val
 const CHAR* TextOf(const CHAR* pText);
 
 /// @return the count of a tuned array, 0 for an array that is not there
-template <typename T>
-UINT32 CountOf(const T* pArray, UINT32 count)
+template <typename T> UINT32 CountOf(const T* pArray, UINT32 count)
 {
     return (pArray != nullptr) ? count : 0;
 }
 
-} // namespace analyzerbank
+}  // namespace analyzerbank

@@ -16,7 +16,7 @@ namespace
 /// An amended ratio of target to luma below this counts as none.
 constexpr FLOAT AmendedRatioMin = 0.01f;
 
-} // namespace
+}  // namespace
 
 CAnalyzerManager::CAnalyzerManager(IKIROContextManager& rContextManager)
     : m_rContextManager(rContextManager), m_analyzerMgrInput{}, m_analyzerMgrOutput{}, m_sortedAnalyzerID{}
@@ -74,8 +74,7 @@ VOID CAnalyzerManager::SortAnalyzers()
         m_sortedAnalyzerID[index] = {m_analyzers[index].GetID(), index};
     }
     std::sort(m_sortedAnalyzerID, m_sortedAnalyzerID + count,
-              [](const AnalyzerSortData& rLeft, const AnalyzerSortData& rRight)
-              {
+              [](const AnalyzerSortData& rLeft, const AnalyzerSortData& rRight) {
                   return std::tie(rLeft.analyzerID, rLeft.analyzerIndex) <
                          std::tie(rRight.analyzerID, rRight.analyzerIndex);
               });
@@ -84,10 +83,10 @@ VOID CAnalyzerManager::SortAnalyzers()
 /// @return the position of the first analyzer with that ID, -1 if there is none
 INT32 CAnalyzerManager::GetAnalyzerIndex(UINT32 id) const
 {
-    const AnalyzerSortData* pEnd   = m_sortedAnalyzerID + m_analyzers.size();
-    const AnalyzerSortData* pFound = std::lower_bound(m_sortedAnalyzerID, pEnd, id,
-                                                      [](const AnalyzerSortData& rEntry, UINT32 wanted)
-                                                      { return rEntry.analyzerID < wanted; });
+    const AnalyzerSortData* pEnd = m_sortedAnalyzerID + m_analyzers.size();
+    const AnalyzerSortData* pFound =
+        std::lower_bound(m_sortedAnalyzerID, pEnd, id,
+                         [](const AnalyzerSortData& rEntry, UINT32 wanted) { return rEntry.analyzerID < wanted; });
     return (pFound != pEnd && pFound->analyzerID == id) ? static_cast<INT32>(pFound->analyzerIndex) : -1;
 }
 
@@ -217,4 +216,9 @@ StartEnd CAnalyzerManager::Overwrite(const OutputDataBankType& rBank, StartEnd v
         (VOID) rBanks.UtilGetStartEndFromBank(&rBank.dataBank, stored, FALSE);
     }
     return stored;
+}
+
+const AnalyzerManagerOutput& CAnalyzerManager::GetOutput() const
+{
+    return m_analyzerMgrOutput;
 }

@@ -24,8 +24,7 @@ constexpr FLOAT NoPosition = -1.0f;
 constexpr FLOAT CostMax = 100000.0f;
 
 /// The starts or the ends of ranges as numbers.
-template <FLOAT StartEnd::* Half>
-class HalfOfRanges
+template <FLOAT StartEnd::*Half> class HalfOfRanges
 {
 public:
     explicit HalfOfRanges(std::span<const StartEnd> ranges) : m_ranges(ranges)
@@ -41,8 +40,7 @@ private:
     std::span<const StartEnd> m_ranges;
 };
 
-template <typename Values>
-FLOAT Sum(const Values& rValues, size_t count)
+template <typename Values> FLOAT Sum(const Values& rValues, size_t count)
 {
     FLOAT sum = 0.0f;
     for (size_t index = 0; index < count; ++index)
@@ -52,8 +50,7 @@ FLOAT Sum(const Values& rValues, size_t count)
     return sum;
 }
 
-template <typename Values>
-FLOAT WeightedSumOf(const Values& rValues, std::span<const FLOAT> weights)
+template <typename Values> FLOAT WeightedSumOf(const Values& rValues, std::span<const FLOAT> weights)
 {
     FLOAT sum = 0.0f;
     for (size_t index = 0; index < weights.size(); ++index)
@@ -64,8 +61,7 @@ FLOAT WeightedSumOf(const Values& rValues, std::span<const FLOAT> weights)
 }
 
 /// Applies step(result, value) to the first value and all others in turn.
-template <typename Values, typename Step>
-FLOAT Fold(const Values& rValues, size_t count, Step step)
+template <typename Values, typename Step> FLOAT Fold(const Values& rValues, size_t count, Step step)
 {
     FLOAT result = rValues[0];
     for (size_t index = 1; index < count; ++index)
@@ -75,8 +71,7 @@ FLOAT Fold(const Values& rValues, size_t count, Step step)
     return result;
 }
 
-template <typename Values>
-FLOAT FirstValid(const Values& rValues, std::span<const FLOAT> weights)
+template <typename Values> FLOAT FirstValid(const Values& rValues, std::span<const FLOAT> weights)
 {
     const auto found = std::find_if(weights.begin(), weights.end(), [](FLOAT weight) { return weight > Epsilon; });
     return (found != weights.end()) ? rValues[static_cast<size_t>(found - weights.begin())] : 0.0f;
@@ -212,7 +207,7 @@ StartEnd IntersectRanges(std::span<const StartEnd> ranges)
     return {std::min(largestStart, smallestEnd), std::max(largestStart, smallestEnd)};
 }
 
-} // namespace
+}  // namespace
 
 namespace aggregation
 {
@@ -249,4 +244,4 @@ bool Aggregate(AggregationMethodType method, std::span<const StartEnd> ranges, s
            AggregateNumbers(method, ends, weights, rResult.end);
 }
 
-} // namespace aggregation
+}  // namespace aggregation

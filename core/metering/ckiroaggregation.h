@@ -27,4 +27,4 @@ constexpr size_t PositionCount(size_t ranges)
 bool Aggregate(kirometeringsceneanalyzer::AggregationMethodType method, std::span<const StartEnd> ranges,
                std::span<const FLOAT> weights, std::span<FLOAT> positions, StartEnd& rResult);
 
-} // namespace aggregation
+}  // namespace aggregation

@@ -17,7 +17,7 @@ namespace
 /// Algorithms above this ID leave nothing for the components to do.
 constexpr UINT32 AttachedAlgorithmMax = 100;
 
-} // namespace
+}  // namespace
 
 CAnalyzer::CAnalyzer() : m_pTuning(nullptr), m_pContextManager(nullptr), m_output{}
 {

@@ -17,8 +17,7 @@ using kirometeringsceneanalyzer::TargetComponentCalculatorType;
 namespace
 {
 
-template <typename Unit, typename Tree>
-VOID LoadUnit(const Unit& rUnit, Tree& rTree)
+template <typename Unit, typename Tree> VOID LoadUnit(const Unit& rUnit, Tree& rTree)
 {
     if (rUnit.selection == CalculationMethodType::TriggerSystemMethod)
     {
@@ -60,10 +59,9 @@ VOID StoreResult(CKIROBankManager& rBanks, const ComponentAggregatorType& rAggre
                             BankDataType::startEnd);
 }
 
-} // namespace
+}  // namespace
 
-CGeneralAnalyzerComponent::CGeneralAnalyzerComponent()
-    : m_pTuning(nullptr), m_pContextManager(nullptr), m_numWeights(0)
+CGeneralAnalyzerComponent::CGeneralAnalyzerComponent() : m_pTuning(nullptr), m_pContextManager(nullptr), m_numWeights(0)
 {
 }
 

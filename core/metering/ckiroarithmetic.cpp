@@ -25,7 +25,7 @@ struct Operands
 /// The operand at a rank, 0 for the smallest. Safe with operands that are no numbers, unlike a sort.
 FLOAT Ranked(const Operands& rIn, UINT32 rank)
 {
-    FLOAT      sorted[]  = {rIn.a, rIn.b, rIn.c, rIn.d};
+    FLOAT      sorted[] = {rIn.a, rIn.b, rIn.c, rIn.d};
     const auto exchange = [&sorted](UINT32 low, UINT32 high)
     {
         if (sorted[high] < sorted[low])
@@ -112,7 +112,7 @@ bool Compute(ArithmeticOperationMethodType method, const Operands& rIn, StartEnd
     }
 }
 
-} // namespace
+}  // namespace
 
 CAnalyzerArithmetic::CAnalyzerArithmetic()
     : m_pContextManager(nullptr), m_pOperators(nullptr), m_operatorCount(0), m_artOpePriorityEnable{},

@@ -33,8 +33,7 @@ const FLOAT* Evaluate(const TriggerSystem& rTuning, CKIRODataXML& rTree, CKIROBa
     return static_cast<const FLOAT*>(rTree.GetData(trigger1, trigger2, 0.0f));
 }
 
-template <typename TriggerSystem>
-AECTriggerXMLData Describe(const TriggerSystem& rTuning, size_t coreSize)
+template <typename TriggerSystem> AECTriggerXMLData Describe(const TriggerSystem& rTuning, size_t coreSize)
 {
     return {rTuning.trigger1Data,
             {TreeLevels, static_cast<INT32>(coreSize)},
@@ -46,7 +45,7 @@ VOID LogUnknownMethod(CalculationMethodType method)
     STATS_LOG_ERROR("No matched calculator method selected %d", static_cast<INT32>(method));
 }
 
-} // namespace
+}  // namespace
 
 namespace calculationunit
 {
@@ -107,4 +106,4 @@ StartEnd RunTargetCalculationUnit(const TargetCalculationUnitType& rUnit, CKIROT
     return value;
 }
 
-} // namespace calculationunit
+}  // namespace calculationunit

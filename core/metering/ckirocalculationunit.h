@@ -29,4 +29,4 @@ FLOAT RunCalculationUnit(const kirometeringsceneanalyzer::CalculationUnitType& r
 StartEnd RunTargetCalculationUnit(const kirometeringsceneanalyzer::TargetCalculationUnitType& rUnit,
                                   CKIROTwoFloatsXML& rTree, CKIROBankManager& rBanks);
 
-} // namespace calculationunit
+}  // namespace calculationunit

@@ -1,0 +1,9 @@
+include(core/metering/sources_analyzer.cmake)
+add_room(kiro_core_metering
+    ${ANALYZER_SOURCES}
+    core/metering/ccalculatormanager.cpp
+    core/metering/ckirocalculator.cpp
+    core/metering/ckirometeringantibanding.cpp
+    core/metering/ckirometeringpreflash.cpp
+    core/metering/ckiromodmetering.cpp
+)

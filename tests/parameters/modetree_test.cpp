@@ -184,6 +184,33 @@ TEST_F(ModeTreeTest, ALinkShowsModulesAndChildrenOfItsTarget)
     EXPECT_EQ(AlphaValue(m_manager, Branch({{Usecase, 8}})), 1);
 }
 
+TEST_F(ModeTreeTest, LinksThatMakeATreeLookEndlessDoNotHoldTheSearchUp)
+{
+    // Layers whose modes all link to the top of the next layer, the last of which is empty: a run as long as there are
+    // layers has more ways to try than anyone could wait for.
+    constexpr UINT16 Width = 20;
+    TuningFileMaker  maker;
+    UINT32           top = maker.Table();
+    maker.Alpha(top, 1);
+    for (UINT32 layer = 1; layer < Width; ++layer)
+    {
+        const UINT32 next = layer * (Width + 1);
+        for (UINT16 subMode = 1; subMode <= Width; ++subMode)
+        {
+            maker.Mode(top, Scene, subMode, next);
+        }
+        top = maker.Mode(0, Effect, static_cast<UINT16>(layer));
+        ASSERT_EQ(top, next);
+    }
+    ASSERT_TRUE(LoadBuffer(m_manager, maker.Build())) << log.Text();
+    std::vector<TuningMode> branch = Branch({});
+    for (UINT16 subMode = 1; subMode <= Width; ++subMode)
+    {
+        branch.push_back(Branch({{Scene, subMode}})[1]);
+    }
+    EXPECT_EQ(AlphaValue(m_manager, branch), 1);
+}
+
 TEST_F(ModeTreeTest, RowsThatRepeatTheirParentsModeShareItsNode)
 {
     TuningFileMaker maker;

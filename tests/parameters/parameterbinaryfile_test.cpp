@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <fstream>
 #include <fcntl.h>
+#include <fstream>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -42,9 +42,9 @@ TEST(Header, IsReadAtEveryVersion)
         UINT32       headerSize;
         bool         hasTag;
     } cases[] = {
-        {{1, 0, 1}, 1, 48, false}, {{1, 0, 2}, 1, 160, true}, {{1, 1, 0}, 8, 160, true}, {{2, 0, 0}, 8, 160, true},
-        {{3, 0, 0}, 8, 168, true}, {{3, 0, 1}, 1, 168, true}, {{4, 0, 0}, 1, 168, true}, {{6, 0, 0}, 1, 168, true},
-        {{7, 0, 0}, 1, 168, true},
+        {{1, 0, 1}, 1, 48, false}, {{1, 0, 2}, 1, 160, true}, {{1, 1, 0}, 8, 160, true},
+        {{2, 0, 0}, 8, 160, true}, {{3, 0, 0}, 8, 168, true}, {{3, 0, 1}, 1, 168, true},
+        {{4, 0, 0}, 1, 168, true}, {{6, 0, 0}, 1, 168, true}, {{7, 0, 0}, 1, 168, true},
     };
     for (const auto& rCase : cases)
     {
@@ -117,8 +117,8 @@ TEST(Header, RefusalsSayWhy)
     for (const size_t size : {0U, 27U, 28U, 39U, 40U, 100U, 159U, 167U})
     {
         const std::vector<BYTE> cut(good.bytes.begin(), good.bytes.begin() + static_cast<std::ptrdiff_t>(size));
-        EXPECT_EQ(ReadHeader(cut).error, (size < 28) ? "Failed to read binary header tag"
-                                                     : "General error parsing binary header data header")
+        EXPECT_EQ(ReadHeader(cut).error,
+                  (size < 28) ? "Failed to read binary header tag" : "General error parsing binary header data header")
             << size;
     }
 }
@@ -259,7 +259,8 @@ TEST_F(DiskFile, PositionsArePaddedAndRefusalsLeaveThem)
     position = 2990;
     EXPECT_FALSE(file.Read(bytes, 0, position, 11, 1));
     EXPECT_EQ(position, 2990U);
-    EXPECT_TRUE(m_log.Has("attempted to read past the end of the file, offset: 0, pos: 2990, count: 11, length: 3000\n"));
+    EXPECT_TRUE(
+        m_log.Has("attempted to read past the end of the file, offset: 0, pos: 2990, count: 11, length: 3000\n"));
     EXPECT_FALSE(file.Read(nullptr, 0, position, 4, 1));
     EXPECT_TRUE(file.Read(nullptr, 0, position, 0, 1));  // nothing wanted, nothing missed
     EXPECT_EQ(file.Read(0, 0xFFFFFFFF), nullptr);
@@ -336,4 +337,4 @@ TEST_F(DiskFile, WithoutAFileNothingIsValid)
     EXPECT_TRUE(m_log.Has("ParameterBinaryFile::Read called with a zero length file\n"));
 }
 
-} // namespace
+}  // namespace

@@ -67,10 +67,15 @@ TEST(DoubleToString, WritesDecimalNumbers)
         UINT32      precision;
         const CHAR* pText;
     } cases[] = {
-        {1.5, 10, "1.5"},   {9.99, 1, "10.0"},  {1234.0, 0, "1234"}, {2.0, 10, "2.0"},     {0.0, 10, "0.0"},
-        {0.0, 0, "0"},      {-0.25, 10, "-0.25"}, {-7.0, 0, "-7"},   {0.001, 3, "0.001"},  {0.0004, 3, "0.0"},
-        {0.0005, 3, "0.001"}, {99.96, 1, "100.0"}, {-9.99, 1, "-10.0"}, {1e15, 0, "1000000000000000"},
-        {1.29, 1, "1.3"},   {1.09, 1, "1.1"},   {12.999, 2, "13.0"},
+        {1.5, 10, "1.5"},     {9.99, 1, "10.0"},
+        {1234.0, 0, "1234"},  {2.0, 10, "2.0"},
+        {0.0, 10, "0.0"},     {0.0, 0, "0"},
+        {-0.25, 10, "-0.25"}, {-7.0, 0, "-7"},
+        {0.001, 3, "0.001"},  {0.0004, 3, "0.0"},
+        {0.0005, 3, "0.001"}, {99.96, 1, "100.0"},
+        {-9.99, 1, "-10.0"},  {1e15, 0, "1000000000000000"},
+        {1.29, 1, "1.3"},     {1.09, 1, "1.1"},
+        {12.999, 2, "13.0"},
     };
     for (const auto& rCase : cases)
     {
@@ -81,7 +86,7 @@ TEST(DoubleToString, WritesDecimalNumbers)
     EXPECT_EQ(Format(std::numeric_limits<DOUBLE>::infinity(), 10).text, "inf");
     EXPECT_EQ(Format(-std::numeric_limits<DOUBLE>::infinity(), 10).text, "-inf");
     EXPECT_EQ(Format(std::numeric_limits<DOUBLE>::max(), 10, 4).text.size(), 3U);
-    EXPECT_EQ(Format(std::numeric_limits<DOUBLE>::denorm_min(), 60).text.size(), 62U);
+    EXPECT_EQ(Format(std::numeric_limits<DOUBLE>::denorm_min(), 60).text, "0.0");
 }
 
 TEST(DoubleToString, StaysInsideSmallBuffers)
@@ -106,8 +111,8 @@ TEST(StringToDouble, TellsNumbersFromText)
         DOUBLE      value;
         bool        valid;
     } cases[] = {
-        {"12.5", 12.5, true}, {"-3", -3.0, true}, {"0.125", 0.125, true}, {"1.2.3", 0.0, false}, {"abc", 0.0, false},
-        {"", 0.0, false},     {"1e3", 0.0, false}, {"ab-4", -4.0, true},  {" 1", 0.0, false},    {"-1-2", 0.0, false},
+        {"12.5", 12.5, true}, {"-3", -3.0, true},  {"0.125", 0.125, true}, {"1.2.3", 0.0, false}, {"abc", 0.0, false},
+        {"", 0.0, false},     {"1e3", 0.0, false}, {"ab-4", -4.0, true},   {" 1", 0.0, false},    {"-1-2", 0.0, false},
     };
     for (const auto& rCase : cases)
     {
@@ -245,7 +250,7 @@ TEST(VersionUnion, OrdersByMajorThenMinorThenPatch)
 TEST(ReadField, TakesSlotsAndNeverLooksBehindTheEnd)
 {
     SystemLogCapture log;
-    const BYTE       bytes[] = {1, 2, 3, 4, 5, 6, 7, 8, 9};
+    const BYTE       bytes[]  = {1, 2, 3, 4, 5, 6, 7, 8, 9};
     UINT64           position = 0;
     UINT32           value    = 0;
     EXPECT_TRUE(ParameterUtils::ReadField(value, bytes, sizeof(bytes), position, 8, nullptr));
@@ -288,19 +293,19 @@ TEST(StoredValues, ConvertToTheWantedType)
               (std::vector<INT32>{-2, 300}));
     EXPECT_EQ(ReadAs<INT32>(ValueType::Int32, ByteWriter().Add<UINT16>(0xFFFE), ParameterDefinitionType_Hex16Bits, 1),
               (std::vector<INT32>{0xFFFE}));
-    EXPECT_EQ(ReadAs<UINT8>(ValueType::UInt8, ByteWriter().Add<UINT32>(0x1234), ParameterDefinitionType_Unsigned32Bits,
-                            1),
-              (std::vector<UINT8>{0x34}));
+    EXPECT_EQ(
+        ReadAs<UINT8>(ValueType::UInt8, ByteWriter().Add<UINT32>(0x1234), ParameterDefinitionType_Unsigned32Bits, 1),
+        (std::vector<UINT8>{0x34}));
     EXPECT_EQ(ReadAs<UINT64>(ValueType::UInt64, ByteWriter().Add<INT8>(-1), ParameterDefinitionType_Signed8Bits, 1),
               (std::vector<UINT64>{0xFFFFFFFFFFFFFFFFULL}));
-    EXPECT_EQ(ReadAs<FLOAT>(ValueType::Float, ByteWriter().Add<INT32>(16777217), ParameterDefinitionType_Signed32Bits,
-                            1),
-              (std::vector<FLOAT>{16777216.0F}));
+    EXPECT_EQ(
+        ReadAs<FLOAT>(ValueType::Float, ByteWriter().Add<INT32>(16777217), ParameterDefinitionType_Signed32Bits, 1),
+        (std::vector<FLOAT>{16777216.0F}));
     EXPECT_EQ(ReadAs<FLOAT>(ValueType::Float, ByteWriter().Add(0.1), ParameterDefinitionType_Double, 1),
               (std::vector<FLOAT>{0.1F}));
-    EXPECT_EQ(ReadAs<INT64>(ValueType::Int64, ByteWriter().Add(-1e30).Add(std::nan("")), ParameterDefinitionType_Double,
-                            2),
-              (std::vector<INT64>{std::numeric_limits<INT64>::min(), 0}));
+    EXPECT_EQ(
+        ReadAs<INT64>(ValueType::Int64, ByteWriter().Add(-1e30).Add(std::nan("")), ParameterDefinitionType_Double, 2),
+        (std::vector<INT64>{std::numeric_limits<INT64>::min(), 0}));
     // A flag makes floats of any type.
     EXPECT_EQ(ReadAs<FLOAT>(ValueType::Float, ByteWriter().Add(0.5F), ParameterDefinitionType_Unsigned64Bits, 1,
                             ParameterDefinitionElementInfo::FloatFlag),
@@ -320,11 +325,11 @@ TEST(StoredValues, EnumerationsTakeFloatsUnderProtest)
 
 TEST(StoredValues, RefuseWhatIsNoNumberOrNotThere)
 {
-    SystemLogCapture  log;
-    const BYTE        bytes[8] = {1, 0, 0, 0, 2, 0};
-    UINT32            values[2] = {7, 7};
-    UINT64            position  = 0;
-    const auto        pText     = Element(ParameterDefinitionType_String);
+    SystemLogCapture log;
+    const BYTE       bytes[8]  = {1, 0, 0, 0, 2, 0};
+    UINT32           values[2] = {7, 7};
+    UINT64           position  = 0;
+    const auto       pText     = Element(ParameterDefinitionType_String);
     EXPECT_FALSE(ParameterUtils::ReadArray(values, ValueType::UInt32, pText.get(), bytes, 8, position, 1, 1, nullptr));
     EXPECT_TRUE(log.Has("ReadArrayNoFloat: Invalid read type 24. XSD structure modified\n", "W"));
     EXPECT_FALSE(ParameterUtils::Read(values, ValueType::UInt32, pText.get(), bytes, 8, position, 1, nullptr));
@@ -379,4 +384,4 @@ TEST(ParameterLogging, NamesWhoLogsAndAsksFirst)
     EXPECT_TRUE(log.Has("): loud", "V"));
 }
 
-} // namespace
+}  // namespace

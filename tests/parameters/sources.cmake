@@ -1,4 +1,4 @@
-set(ROOM_TESTS
+list(APPEND ROOM_TESTS
     parameterbinaryfile_test.cpp
     parameterutils_test.cpp
     recordloading_test.cpp

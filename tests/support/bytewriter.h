@@ -18,8 +18,7 @@ public:
     }
 
     /// A value in its slot.
-    template <typename T>
-    ByteWriter& Add(T value)
+    template <typename T> ByteWriter& Add(T value)
     {
         return Slot(&value, sizeof(value));
     }
@@ -45,8 +44,7 @@ public:
     }
 
     /// A value without a slot.
-    template <typename T>
-    ByteWriter& Raw(T value)
+    template <typename T> ByteWriter& Raw(T value)
     {
         const size_t place = m_bytes.size();
         m_bytes.resize(place + sizeof(value));
@@ -55,8 +53,7 @@ public:
     }
 
     /// Overwrites a value that stands at an offset.
-    template <typename T>
-    VOID Patch(size_t offset, T value)
+    template <typename T> VOID Patch(size_t offset, T value)
     {
         std::memcpy(m_bytes.data() + offset, &value, sizeof(value));
     }

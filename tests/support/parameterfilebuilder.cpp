@@ -11,15 +11,15 @@ namespace
 
 constexpr size_t PieceSize = 3388;  ///< what a reader takes of a file to find its sections
 
-} // namespace
+}  // namespace
 
 VOID ParameterFile::Seal()
 {
     if (version >= BinaryFileFormat::StructSymbolsVersion)
     {
         const size_t covered = bytes.size() - sizeof(UINT64);
-        Put(covered, ParserCRC64::GetCRC(reinterpret_cast<const CHAR*>(bytes.data()), static_cast<UINT32>(covered),
-                                         true, 0));
+        Put(covered,
+            ParserCRC64::GetCRC(reinterpret_cast<const CHAR*>(bytes.data()), static_cast<UINT32>(covered), true, 0));
     }
     else
     {
@@ -194,8 +194,8 @@ std::vector<BYTE> ParameterFileBuilder::Rows(const std::vector<Row>& rRows, bool
         }
     }
     // The table is as long as its entry size says, which is more than its rows take at packing 8.
-    const UINT32 entrySize = modules ? BinaryFileFormat::GetSymbolEntrySize(m_version)
-                                     : BinaryFileFormat::GetDataTableEntrySize(m_version);
+    const UINT32 entrySize =
+        modules ? BinaryFileFormat::GetSymbolEntrySize(m_version) : BinaryFileFormat::GetDataTableEntrySize(m_version);
     writer.Zeros(rRows.size() * entrySize - writer.Size());
     return writer.Get();
 }

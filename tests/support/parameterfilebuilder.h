@@ -31,8 +31,7 @@ struct ParameterFile
         return sections.lower_bound(type)->second;
     }
 
-    template <typename T>
-    VOID Put(size_t offset, T value)
+    template <typename T> VOID Put(size_t offset, T value)
     {
         std::memcpy(bytes.data() + offset, &value, sizeof(value));
     }

@@ -12,8 +12,7 @@ namespace
 
 constexpr UINT32 NoUpperBound = 65535;
 
-template <typename T>
-T ValueAt(const BYTE* pPlace)
+template <typename T> T ValueAt(const BYTE* pPlace)
 {
     T value;
     std::memcpy(&value, pPlace, sizeof(value));
@@ -55,7 +54,7 @@ ParameterDefinitionType StoredType(ValueType type)
     }
 }
 
-} // namespace
+}  // namespace
 
 std::vector<BYTE> RecordWriter::Encode(const RecordDescription& rRecord, const VOID* pRecord)
 {

@@ -2,4 +2,5 @@ set(SUPPORT_SOURCES
     parameterfilebuilder.cpp
     recordwriter.cpp
     statslogcapture.cpp
+    testcontext.cpp
 )

@@ -28,19 +28,18 @@ public:
         TavoDesk::SetSystemLogSink(nullptr, nullptr);
     }
 
-    SystemLogCapture(const SystemLogCapture&) = delete;
+    SystemLogCapture(const SystemLogCapture&)            = delete;
     SystemLogCapture& operator=(const SystemLogCapture&) = delete;
 
     /// @return how many lines of the class contain the text; an empty class counts all
     size_t Count(const std::string& rText, const std::string& rLetter = "") const
     {
         std::lock_guard<std::mutex> lock(m_mutex);
-        return static_cast<size_t>(
-            std::count_if(m_lines.begin(), m_lines.end(),
-                          [&](const Line& rLine) {
-                              return rLine.text.find(rText) != std::string::npos &&
-                                     (rLetter.empty() || rLine.letter == rLetter);
-                          }));
+        return static_cast<size_t>(std::count_if(m_lines.begin(), m_lines.end(),
+                                                 [&](const Line& rLine) {
+                                                     return rLine.text.find(rText) != std::string::npos &&
+                                                            (rLetter.empty() || rLine.letter == rLetter);
+                                                 }));
     }
 
     bool Has(const std::string& rText, const std::string& rLetter = "") const
@@ -75,7 +74,7 @@ public:
 private:
     static VOID Collect(VOID* pContext, UINT64, const CHAR* pLetter, UINT32, const CHAR* pLine)
     {
-        SystemLogCapture&                 rThis = *static_cast<SystemLogCapture*>(pContext);
+        SystemLogCapture&           rThis = *static_cast<SystemLogCapture*>(pContext);
         std::lock_guard<std::mutex> lock(rThis.m_mutex);
         rThis.m_lines.push_back({pLetter, pLine});
     }

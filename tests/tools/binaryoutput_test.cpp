@@ -25,7 +25,8 @@ VOID ExpectBytes(const std::vector<BYTE>& rBytes, size_t offset, const std::vect
 {
     ASSERT_LE(offset + rExpected.size(), rBytes.size());
     const auto begin = rBytes.begin() + static_cast<std::ptrdiff_t>(offset);
-    EXPECT_EQ(rExpected, std::vector<BYTE>(begin, begin + static_cast<std::ptrdiff_t>(rExpected.size()))) << "at " << offset;
+    EXPECT_EQ(rExpected, std::vector<BYTE>(begin, begin + static_cast<std::ptrdiff_t>(rExpected.size())))
+        << "at " << offset;
 }
 
 VOID ExpectText(const std::vector<BYTE>& rBytes, size_t offset, size_t size, const std::string& rExpected)
@@ -49,11 +50,11 @@ TEST(BinaryOutput, SmallestFileWithAModuleByteByByte)
     ExpectBytes(bytes, 152, {0, 0, 0, 0, 0, 0, 0, 0, 168, 0, 0, 0, 5, 0, 0, 0});
 
     // Sections: type, offset, size.
-    ExpectBytes(bytes, 168, {2, 0, 0, 0, 228, 0, 0, 0, 152, 0, 0, 0});       // modes
-    ExpectBytes(bytes, 180, {0, 0, 0, 0, 0x7C, 1, 0, 0, 64, 0, 0, 0});       // symbols at 380
-    ExpectBytes(bytes, 192, {3, 0, 0, 0, 0xBC, 1, 0, 0, 36, 0, 0, 0});       // data table at 444
-    ExpectBytes(bytes, 204, {4, 0, 0, 0, 0xE0, 1, 0, 0, 0x80, 1, 0, 0});     // definitions at 480, 384 bytes
-    ExpectBytes(bytes, 216, {1, 0, 0, 0, 0x60, 3, 0, 0, 37, 0, 0, 0});       // data at 864
+    ExpectBytes(bytes, 168, {2, 0, 0, 0, 228, 0, 0, 0, 152, 0, 0, 0});    // modes
+    ExpectBytes(bytes, 180, {0, 0, 0, 0, 0x7C, 1, 0, 0, 64, 0, 0, 0});    // symbols at 380
+    ExpectBytes(bytes, 192, {3, 0, 0, 0, 0xBC, 1, 0, 0, 36, 0, 0, 0});    // data table at 444
+    ExpectBytes(bytes, 204, {4, 0, 0, 0, 0xE0, 1, 0, 0, 0x80, 1, 0, 0});  // definitions at 480, 384 bytes
+    ExpectBytes(bytes, 216, {1, 0, 0, 0, 0x60, 3, 0, 0, 37, 0, 0, 0});    // data at 864
 
     // One mode: ID, mode, parent, no link, flags.
     ExpectText(bytes, 228, 128, "");
@@ -70,7 +71,8 @@ TEST(BinaryOutput, SmallestFileWithAModuleByteByByte)
     ExpectBytes(bytes, 468, {4, 0, 0, 0, 1, 0, 0, 0, 2, 0, 0, 0});
     ExpectBytes(bytes, 864, {0, 0, 0, 0, 0});
     // The record: 28 bytes follow; the version, of 12; the revision, of 8: a text of one byte in entry 2.
-    ExpectBytes(bytes, 869, {28, 0, 0, 0, 12, 0, 0, 0, 10, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 8, 0, 0, 0, 1, 0, 0, 0, 2, 0, 0, 0});
+    ExpectBytes(bytes, 869,
+                {28, 0, 0, 0, 12, 0, 0, 0, 10, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 8, 0, 0, 0, 1, 0, 0, 0, 2, 0, 0, 0});
 
     // The first definition: a structure, ID 1, its name, hash, three members; the first member is a 32-bit integer,
     // once.
@@ -96,12 +98,12 @@ TEST(BinaryOutput, FileOfPackingEightByteByByte)
     ExpectBytes(bytes, 160, {2, 0, 0, 0, 0, 0, 0, 0, 232, 0, 0, 0, 0, 0, 0, 0, 96, 0, 0, 0, 0, 0, 0, 0});
     ExpectBytes(bytes, 184, {0, 0, 0, 0, 0, 0, 0, 0, 0x48, 1, 0, 0, 0, 0, 0, 0, 76, 0, 0, 0, 0, 0, 0, 0});
     ExpectBytes(bytes, 208, {1, 0, 0, 0, 0, 0, 0, 0, 0x94, 1, 0, 0, 0, 0, 0, 0, 4, 0, 0, 0, 0, 0, 0, 0});
-    ExpectBytes(bytes, 232, {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+    ExpectBytes(bytes, 232, {0, 0, 0, 0, 0, 0, 0, 0, 0,    0,    0,    0,    0, 0, 0, 0,
                              0, 0, 0, 0, 0, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF, 0, 0, 0, 0});
-    ExpectBytes(bytes, 264, {1, 0, 0, 0, 0, 0, 0, 0, 1, 0, 2, 0, 0, 0, 0, 0,
+    ExpectBytes(bytes, 264, {1, 0, 0, 0, 0, 0, 0, 0, 1,    0,    2,    0,    0, 0, 0, 0,
                              0, 0, 0, 0, 0, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF, 0, 0, 0, 0});
-    ExpectBytes(bytes, 296, {2, 0, 0, 0, 0, 0, 0, 0, 1, 0, 3, 0, 5, 0, 0, 0,
-                             0, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0});
+    ExpectBytes(bytes, 296,
+                {2, 0, 0, 0, 0, 0, 0, 0, 1, 0, 3, 0, 5, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0});
     // One symbol of ID 1 that is no module.
     ExpectBytes(bytes, 328, {1, 0, 0, 0, 0, 0, 0, 0});
     ExpectBytes(bytes, 328 + 48, {0xFF, 0xFF, 0xFF, 0xFF, 0, 0, 0, 0, 0, 0, 0, 0});
@@ -143,10 +145,12 @@ TEST(BinaryOutput, EachVersionHasItsOwnLayoutAndTheStoreLoadsIt)
         UINT32      symbolSize;
         UINT32      checksumSize;
     } layouts[] = {
-        {"1.0.1", 48, 12, 0, 16, 1, 64, 4},   {"1.0.2", 160, 12, 0, 16, 3, 64, 4},   {"1.0.9", 160, 12, 0, 16, 3, 64, 4},
-        {"1.1.0", 160, 24, 0, 24, 3, 76, 4},  {"2.0.0", 160, 24, 0, 32, 3, 76, 4},   {"3.0.0", 168, 24, 0, 32, 3, 76, 4},
-        {"3.0.1", 168, 12, 0, 20, 3, 56, 4},  {"3.0.2", 168, 12, 0, 20, 3, 60, 4},   {"4.0.0", 168, 12, 32, 20, 3, 60, 4},
-        {"5.0.0", 168, 12, 32, 24, 3, 60, 4}, {"6.0.0", 168, 12, 32, 24, 3, 64, 8},  {"6.9.9", 168, 12, 32, 24, 3, 64, 8},
+        {"1.0.1", 48, 12, 0, 16, 1, 64, 4},    {"1.0.2", 160, 12, 0, 16, 3, 64, 4},
+        {"1.0.9", 160, 12, 0, 16, 3, 64, 4},   {"1.1.0", 160, 24, 0, 24, 3, 76, 4},
+        {"2.0.0", 160, 24, 0, 32, 3, 76, 4},   {"3.0.0", 168, 24, 0, 32, 3, 76, 4},
+        {"3.0.1", 168, 12, 0, 20, 3, 56, 4},   {"3.0.2", 168, 12, 0, 20, 3, 60, 4},
+        {"4.0.0", 168, 12, 32, 20, 3, 60, 4},  {"5.0.0", 168, 12, 32, 24, 3, 60, 4},
+        {"6.0.0", 168, 12, 32, 24, 3, 64, 8},  {"6.9.9", 168, 12, 32, 24, 3, 64, 8},
         {"7.0.0", 168, 12, 128, 24, 3, 64, 8},
     };
     const std::string text = "tables: [{name: main, modes: {Default: {modules: {kirotouch: {}}, children: {Sensor.1:\n"
@@ -154,9 +158,10 @@ TEST(BinaryOutput, EachVersionHasItsOwnLayoutAndTheStoreLoadsIt)
     for (const auto& rLayout : layouts)
     {
         SCOPED_TRACE(rLayout.pVersion);
-        const std::vector<BYTE> bytes  = Compile(text, rLayout.pVersion);
-        const size_t            modes  = rLayout.sectionTable + LoadInteger<UINT32>(bytes, rLayout.sectionTable - 4) * rLayout.rowSize;
-        const UINT32            slot   = rLayout.rowSize / 3;
+        const std::vector<BYTE> bytes = Compile(text, rLayout.pVersion);
+        const size_t            modes =
+            rLayout.sectionTable + LoadInteger<UINT32>(bytes, rLayout.sectionTable - 4) * rLayout.rowSize;
+        const UINT32 slot = rLayout.rowSize / 3;
         EXPECT_EQ(rLayout.sectionTable, LoadInteger<UINT32>(bytes, rLayout.sectionTable - 8));
         EXPECT_EQ(modes, LoadInteger<UINT32>(bytes, rLayout.sectionTable + slot));
         EXPECT_EQ(rLayout.nameSize + rLayout.modeCount * rLayout.entrySize,
@@ -183,23 +188,27 @@ TEST(BinaryOutput, EachVersionHasItsOwnLayoutAndTheStoreLoadsIt)
 
 TEST(BinaryOutput, WhatAVersionCannotHoldIsNamed)
 {
-    const Tuning tuning = ParseText("tuning: {binaryTag: x}\n"
-                                    "tables: [{name: main, modes: {Default: {modules: {kirotouch: {}}, children: {\n"
-                                    "  Usecase.ZSL: {preserve: true}, Usecase.Video: {link: Default|Usecase.ZSL}}}}}]\n",
-                                    "t.yaml");
-    using Texts         = std::vector<std::string>;
+    const Tuning tuning =
+        ParseText("tuning: {binaryTag: x}\n"
+                  "tables: [{name: main, modes: {Default: {modules: {kirotouch: {}}, children: {\n"
+                  "  Usecase.ZSL: {preserve: true}, Usecase.Video: {link: Default|Usecase.ZSL}}}}}]\n",
+                  "t.yaml");
+    using Texts = std::vector<std::string>;
     EXPECT_EQ(Texts(), LeftOut(tuning, *ParseVersion("6.0.0")));
     EXPECT_EQ(Texts({"modules"}), LeftOut(tuning, *ParseVersion("5.9.9")));
     EXPECT_EQ(Texts({"modules", "preserve flags", "names of mode tables"}), LeftOut(tuning, *ParseVersion("3.9.9")));
-    EXPECT_EQ(Texts({"modules", "preserve flags", "names of mode tables", "links"}), LeftOut(tuning, *ParseVersion("1.0.2")));
-    EXPECT_EQ(Texts({"modules", "preserve flags", "names of mode tables", "links", "modes below Default", "the binary tag"}),
-              LeftOut(tuning, *ParseVersion("1.0.1")));
+    EXPECT_EQ(Texts({"modules", "preserve flags", "names of mode tables", "links"}),
+              LeftOut(tuning, *ParseVersion("1.0.2")));
+    EXPECT_EQ(
+        Texts({"modules", "preserve flags", "names of mode tables", "links", "modes below Default", "the binary tag"}),
+        LeftOut(tuning, *ParseVersion("1.0.1")));
 }
 
 TEST(BinaryOutput, VersionsOutsideTheFormatAndMalformedOnesAreRefused)
 {
     EXPECT_EQ(VersionUnion(1, 0, 0), ParseVersion("1.0.0"));
-    for (const char* pText : {"0.9.9", "7.0.1", "7.1.0", "8.0.0", "7.0", "7.0.0.0", "7.0.0 ", "", "a.b.c", "7..0", "-1.0.0", "70000.0.0"})
+    for (const char* pText :
+         {"0.9.9", "7.0.1", "7.1.0", "8.0.0", "7.0", "7.0.0.0", "7.0.0 ", "", "a.b.c", "7..0", "-1.0.0", "70000.0.0"})
     {
         EXPECT_FALSE(ParseVersion(pText).has_value()) << pText;
     }
@@ -207,7 +216,7 @@ TEST(BinaryOutput, VersionsOutsideTheFormatAndMalformedOnesAreRefused)
 
 TEST(BinaryOutput, EqualDataIsStoredOnceAndSharedInMemory)
 {
-    const std::vector<BYTE> bytes = Compile(R"(
+    const std::vector<BYTE>      bytes = Compile(R"(
 modes:
   Default:
     modules:
@@ -216,14 +225,15 @@ modes:
       Sensor.0: {modules: {kirodb2dmeterweight: {}}}
       Sensor.1: {modules: {kirodb2dmeterweight: {dataBank: {bankID: BankIDMetering2D}}}}
 )",
-                                            "7.0.0");
+                                                 "7.0.0");
     ParameterSetManager::Options options;
     options.fileMode = false;
     ParameterSetManager store(nullptr, tuning::TuningModules, options);
     ASSERT_TRUE(store.LoadBinaryParameters(bytes.data(), bytes.size())) << store.GetErrorText();
     const auto recordOf = [&store](const char* pPath)
     {
-        auto* pModule = static_cast<TableModule*>(store.GetModeEntry(0, pPath)->FindModule(namehash::OfName("kirodb2dmeterweight")));
+        auto* pModule = static_cast<TableModule*>(
+            store.GetModeEntry(0, pPath)->FindModule(namehash::OfName("kirodb2dmeterweight")));
         return static_cast<const kirodb2dmeterweight::KIRODB2DMeterWeightType*>(pModule->Record());
     };
     EXPECT_EQ(recordOf("0.0"), recordOf("0.0|1.0"));
@@ -253,7 +263,8 @@ TEST(BinaryOutput, WhatTheFormatCannotAddressIsRefused)
     Tuning tuning;
     tuning.source = "t.yaml";
     tuning.tables.push_back({std::string(32, 'n'), {}});
-    EXPECT_EQ("t.yaml: table name '" + std::string(32, 'n') + "' is too long for the file version, expected at most 31 bytes",
+    EXPECT_EQ("t.yaml: table name '" + std::string(32, 'n') +
+                  "' is too long for the file version, expected at most 31 bytes",
               refusal(tuning, "4.0.0"));
     EXPECT_EQ("", refusal(tuning, "7.0.0"));
     tuning.tables.assign(256, ModeTable{});

@@ -105,11 +105,11 @@ TEST_F(Files, CheckLoadsWhatADeviceWouldLoadAndTellsWhatItWouldSay)
     EXPECT_EQ(std::vector<std::string>{"E: Invalid binary header tag: QELTO Tunara Header"}, report.lines);
 
     // A device reads the record of a deeper mode only when the mode is used; a fault in it shows all the same.
-    const Tuning tuning = ReadTextFile(text);
-    Tuning       odd    = tuning;
-    tuning::ModuleDescription other = *FindModule("kiroev");
-    other.pRecord                   = FindModule("kirotouch")->pRecord;
-    odd.tables[0].modes[1].modules  = {{&other, tuning.tables[0].modes[1].modules[0].pRecord}};
+    const Tuning              tuning = ReadTextFile(text);
+    Tuning                    odd    = tuning;
+    tuning::ModuleDescription other  = *FindModule("kiroev");
+    other.pRecord                    = FindModule("kirotouch")->pRecord;
+    odd.tables[0].modes[1].modules   = {{&other, tuning.tables[0].modes[1].modules[0].pRecord}};
     ReplaceFile(Path("t.bin"), WriteBinary(odd, NewestVersion));
     report = CheckFile(Path("t.bin"));
     EXPECT_TRUE(report.accepted);

@@ -142,12 +142,23 @@ private:
 
     VOID FillText(BYTE* pValue)
     {
-        static const CHAR* const Texts[] = {
-            nullptr,      "",           "plain",      "true",        "~",
-            "12",         " spaces ",   "a: {b, c}",  "\"quoted\\\"", "two\nlines\r\n\ttab",
-            "h\xC3\xA9",  "\xE2\x82\xAC", "\xFF\xFEx", "\x01\x1F\x7F", "# no comment"};
-        const CHAR* pSource = Texts[Below(std::size(Texts))];
-        CHAR*       pText   = nullptr;
+        static const CHAR* const Texts[] = {nullptr,
+                                            "",
+                                            "plain",
+                                            "true",
+                                            "~",
+                                            "12",
+                                            " spaces ",
+                                            "a: {b, c}",
+                                            "\"quoted\\\"",
+                                            "two\nlines\r\n\ttab",
+                                            "h\xC3\xA9",
+                                            "\xE2\x82\xAC",
+                                            "\xFF\xFEx",
+                                            "\x01\x1F\x7F",
+                                            "# no comment"};
+        const CHAR*              pSource = Texts[Below(std::size(Texts))];
+        CHAR*                    pText   = nullptr;
         if (pSource != nullptr)
         {
             pText = static_cast<CHAR*>(m_pArena->Allocate(std::strlen(pSource) + 1));

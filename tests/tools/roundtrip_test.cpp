@@ -30,8 +30,8 @@ struct InnerType
     CHAR* name;
 };
 TUNING_RECORD(InnerType)
-    MEMBER(small)
-    MEMBER(name)
+MEMBER(small)
+MEMBER(name)
 TUNING_RECORD_END
 
 struct AllFormsType
@@ -69,23 +69,23 @@ struct AllFormsType
     InnerType*              inners;
 };
 TUNING_RECORD(AllFormsType)
-    MODULE_HEADER
-    MEMBER(int8)
-    MEMBER(uint8)
-    MEMBER(int16)
-    MEMBER(uint16)
-    MEMBER(int32)
-    MEMBER(int64)
-    MEMBER(real)
-    MEMBER(exposures)
-    MEMBER(inner)
-    MEMBER(labels)
-    OPTIONAL(value)
-    OPTIONAL(choice)
-    OPTIONAL(note)
-    VARIABLE_BOOLEAN(flags)
-    VARIABLE(names)
-    VARIABLE(inners)
+MODULE_HEADER
+MEMBER(int8)
+MEMBER(uint8)
+MEMBER(int16)
+MEMBER(uint16)
+MEMBER(int32)
+MEMBER(int64)
+MEMBER(real)
+MEMBER(exposures)
+MEMBER(inner)
+MEMBER(labels)
+OPTIONAL(value)
+OPTIONAL(choice)
+OPTIONAL(note)
+VARIABLE_BOOLEAN(flags)
+VARIABLE(names)
+VARIABLE(inners)
 TUNING_RECORD_END
 
 constexpr tuning::ModuleDescription AllForms = {
@@ -101,13 +101,15 @@ Tuning MakeTuning(RandomRecords& rRandom)
     tuning.pMemory   = rRandom.Memory();
     tuning.tables.emplace_back();
     std::vector<Mode>& rModes = tuning.tables.back().modes;
-    rModes                    = {{0, 0, 0, {}, {}, false, {}},
-                                 {1, 7, 0, 0, {}, false, {}},
-                                 {2, 2, 0, 1, {}, true, {}},
-                                 {2, 1, 0, 1, {}, false, {}},
-                                 {2, 3, 0, 1, 2, false, {}},
-                                 {5, 14, 4, 2, {}, false, {}},
-                                 {5, 14, 6, 5, {}, false, {}}};
+    // clang-format off
+    rModes = {{0,  0, 0, {}, {}, false, {}},
+              {1,  7, 0,  0, {}, false, {}},
+              {2,  2, 0,  1, {}, true,  {}},
+              {2,  1, 0,  1, {}, false, {}},
+              {2,  3, 0,  1,  2, false, {}},
+              {5, 14, 4,  2, {}, false, {}},
+              {5, 14, 6,  5, {}, false, {}}};
+    // clang-format on
     for (const tuning::ModuleDescription& rModule : tuning::TuningModules)
     {
         if (rModule.pRecord == nullptr)
@@ -159,12 +161,12 @@ VOID ExpectSame(const Tuning& rExpected, const Tuning& rActual)
 /// The modes of the tree in the order of a walk from the root, as texts and the store list them.
 Tuning InWalkOrder(const Tuning& rTuning)
 {
-    constexpr UINT32          Order[] = {0, 1, 2, 5, 6, 3, 4};
-    Tuning                    ordered = rTuning;
-    std::map<UINT32, UINT32>  place;
+    constexpr UINT32         Order[] = {0, 1, 2, 5, 6, 3, 4};
+    Tuning                   ordered = rTuning;
+    std::map<UINT32, UINT32> place;
     for (UINT32 index = 0; index < std::size(Order); ++index)
     {
-        place[Order[index]]              = index;
+        place[Order[index]]            = index;
         ordered.tables[0].modes[index] = rTuning.tables[0].modes[Order[index]];
     }
     for (Mode& rMode : ordered.tables[0].modes)
@@ -238,8 +240,8 @@ TEST(RoundTrip, EveryFormOfTheTablesIsKept)
         const VOID*   pVariant = random.MakeVariant(rDescription, pRecord);
 
         // Through text, whole and as a difference.
-        RecordArena     arena;
-        TextNode        node = TextNode::Map();
+        RecordArena arena;
+        TextNode    node = TextNode::Map();
         node.Add("whole", RecordToText(rDescription, pRecord, nullptr));
         node.Add("difference", RecordToText(rDescription, pVariant, pRecord));
         const YamlInput   yaml(ToYaml(node), "t.yaml");
@@ -289,12 +291,13 @@ TEST(RoundTrip, FileModeFindsTheModuleOfEachMode)
         {
             const CHAR*                      pName   = rModule.pDescription->pName;
             const tuning::RecordDescription& rRecord = *rModule.pDescription->pRecord;
-            const Module* pNight = FindModuleOf(rModes[5], *rModule.pDescription);
-            pNight               = (pNight != nullptr) ? pNight : FindModuleOf(rModes[6], *rModule.pDescription);
-            const auto recordOf  = [&](UINT32 count)
+            const Module*                    pNight  = FindModuleOf(rModes[5], *rModule.pDescription);
+            pNight              = (pNight != nullptr) ? pNight : FindModuleOf(rModes[6], *rModule.pDescription);
+            const auto recordOf = [&](UINT32 count)
             { return static_cast<TableModule*>(store.GetModuleInternal(0, pName, branch, count, nullptr))->Record(); };
             EXPECT_TRUE(SameRecord(rRecord, rModule.pRecord, recordOf(2))) << pName;
-            EXPECT_TRUE(SameRecord(rRecord, FindModuleOf(rModes[2], *rModule.pDescription)->pRecord, recordOf(3))) << pName;
+            EXPECT_TRUE(SameRecord(rRecord, FindModuleOf(rModes[2], *rModule.pDescription)->pRecord, recordOf(3)))
+                << pName;
             EXPECT_TRUE(SameRecord(rRecord, pNight->pRecord, recordOf(4))) << pName;
         }
         EXPECT_EQ(std::vector<std::string>(), log.Lines());

@@ -46,24 +46,24 @@ TEST(SchemaText, JsonSchemaIsClosedAndDescribesMembers)
 
     const YAML::Node lux = schema["$defs"]["LuxIndexOperationType"];
     EXPECT_EQ("false", lux["additionalProperties"].Scalar());
-    EXPECT_EQ("18446744073709551615",
-              lux["properties"]["refExposureForLuxIndexZero"]["anyOf"][0]["maximum"].Scalar());
+    EXPECT_EQ("18446744073709551615", lux["properties"]["refExposureForLuxIndexZero"]["anyOf"][0]["maximum"].Scalar());
     const YAML::Node coords = schema["$defs"]["DBROIPayload"]["properties"]["coords"]["anyOf"][0]["anyOf"][0];
     EXPECT_EQ("4", coords["minItems"].Scalar());
     EXPECT_EQ("ExposureSafe", schema["$defs"]["KIROExposureSelection"]["anyOf"][0]["enum"][1].Scalar());
-    EXPECT_EQ(42u, schema["$defs"]["modules"]["properties"].size());
-    EXPECT_NE(std::string::npos, schema["$defs"]["modes"]["propertyNames"]["pattern"].Scalar().find("|Usecase\\.([0-9]+|Preview|"));
+    EXPECT_EQ(41u, schema["$defs"]["modules"]["properties"].size());
+    EXPECT_NE(std::string::npos,
+              schema["$defs"]["modes"]["propertyNames"]["pattern"].Scalar().find("|Usecase\\.([0-9]+|Preview|"));
 }
 
 TEST(SchemaText, ReferenceListsMembersByPath)
 {
     const std::string reference = Reference();
-    for (const char* pLine : {"## kirometering\n\nVersion 10.0.0.\n",
-                              "| `luxIndexOperation.filteringFactor` | float | 1 |\n",
-                              "| `data[].coords[]` | float | 4 |\n",
-                              "| `analyzers[].luma.calculators[].value.selection` | "
-                              "[CalculationMethodType](#calculationmethodtype) | 1 |\n",
-                              "### KIROExposureSelection\n\n| Value | Name |\n|---|---|\n| 0 | `ExposureShort` |\n"})
+    for (const char* pLine :
+         {"## kirometering\n\nVersion 10.0.0.\n", "| `luxIndexOperation.filteringFactor` | float | 1 |\n",
+          "| `data[].coords[]` | float | 4 |\n",
+          "| `analyzers[].luma.calculators[].value.selection` | "
+          "[CalculationMethodType](#calculationmethodtype) | 1 |\n",
+          "### KIROExposureSelection\n\n| Value | Name |\n|---|---|\n| 0 | `ExposureShort` |\n"})
     {
         EXPECT_NE(std::string::npos, reference.find(pLine)) << pLine;
     }

@@ -20,7 +20,7 @@ const Record& RecordOf(const Tuning& rTuning, UINT32 mode, const char* pName)
 
 TEST(TextInput, AModuleOfADeeperModeStartsAsTheOneAboveIt)
 {
-    const Tuning tuning = ParseText(R"(
+    const Tuning tuning   = ParseText(R"(
 modes:
   Default:
     modules:
@@ -38,7 +38,7 @@ modes:
               kirometering: {luxIndexOperation: {filteringFactor: 0.5}, dynamicMtrLockEV: ~}
               kirodbroi: {data: [{dataID: 9}]}
 )",
-                                    "t.yaml");
+                                      "t.yaml");
     const auto&  rDefault = RecordOf<kirometering::KIROMeteringType>(tuning, 0, "kirometering");
     EXPECT_EQ(10, rDefault.module_version.major_revision);
     EXPECT_EQ(0, rDefault.module_version.minor_revision);
@@ -82,11 +82,12 @@ modes:
       Scene.Night: {link: Default|Usecase.Video, preserve: true}
 )",
                                     "t.yaml");
-    const auto& rLux = RecordOf<kirometering::KIROMeteringType>(tuning, 0, "kirometering").luxIndexOperation;
+    const auto&  rLux   = RecordOf<kirometering::KIROMeteringType>(tuning, 0, "kirometering").luxIndexOperation;
     EXPECT_EQ(TRUE, rLux.enableCompensation);
     EXPECT_EQ(0.25f, rLux.filteringFactor);
     EXPECT_EQ(16u, rLux.refExposureForLuxIndexZero);
-    EXPECT_EQ(1.0f, RecordOf<kirometering::KIROMeteringType>(tuning, 1, "kirometering").luxIndexOperation.filteringFactor);
+    EXPECT_EQ(1.0f,
+              RecordOf<kirometering::KIROMeteringType>(tuning, 1, "kirometering").luxIndexOperation.filteringFactor);
 
     const Mode& rNight = tuning.tables[0].modes[2];
     EXPECT_EQ(5, rNight.mode);
@@ -99,10 +100,12 @@ TEST(TextInput, NumbersReachTheEndsOfTheirTypes)
 {
     const auto lux = [](const std::string& rMembers)
     {
-        const Tuning tuning = ParseText("modes: {Default: {modules: {kirometering: {luxIndexOperation: " + rMembers + "}}}}", "t");
+        const Tuning tuning =
+            ParseText("modes: {Default: {modules: {kirometering: {luxIndexOperation: " + rMembers + "}}}}", "t");
         return RecordOf<kirometering::KIROMeteringType>(tuning, 0, "kirometering").luxIndexOperation;
     };
-    EXPECT_EQ(18446744073709551615u, lux("{refExposureForLuxIndexZero: 18446744073709551615}").refExposureForLuxIndexZero);
+    EXPECT_EQ(18446744073709551615u,
+              lux("{refExposureForLuxIndexZero: 18446744073709551615}").refExposureForLuxIndexZero);
     EXPECT_EQ(3.40282347e38f, lux("{filteringFactor: 3.4028234664e+38}").filteringFactor);
     EXPECT_TRUE(std::signbit(lux("{filteringFactor: -0}").filteringFactor));
     EXPECT_TRUE(std::isnan(lux("{filteringFactor: .nan}").filteringFactor));
@@ -144,11 +147,11 @@ TEST(TextInput, MistakesInRecordsNamePlaceAndExpectation)
          "t.yaml:2:4: unknown member of LuxIndexOperationType 'gain', expected one of: enableCompensation, "
          "refExposureForLuxIndexZero, filteringFactor"},
         {"modes: {Default: {modules: {kirometering: {SymbolTableID: 1}}}}",
-         "t.yaml:1:43: unknown member of KIROMeteringType 'SymbolTableID', expected one of: module_version, "
+         "t.yaml:1:44: unknown member of KIROMeteringType 'SymbolTableID', expected one of: module_version, "
          "parameter_version, moduleID, luxIndexOperation, dynamicMtrLockEV, trackerStatsROIProcess, "
          "antibandingMetering"},
         {"modes: {Default: {modules: {kirometering:\n  moduleID: -1}}}",
-         "t.yaml:2:3: illegal flow end, expected YAML"},
+         "t.yaml:2:11: end of map flow not found, expected YAML"},
         {"modes: {Default: {modules: {kirometering: {\n  moduleID: -1}}}}",
          "t.yaml:2:13: '-1' is out of range for moduleID, expected an integer from 0 to 4294967295"},
         {"modes: {Default: {modules: {kirometering: {\n  moduleID: 4294967296}}}}",
@@ -178,8 +181,8 @@ TEST(TextInput, MistakesInRecordsNamePlaceAndExpectation)
          "t.yaml:2:29: '4' found for a position in coords, expected an integer from 0 to 3"},
         {"modes: {Default: {modules: {kirodbroi: {\n  data: {dataID: 1}}}}}",
          "t.yaml:2:9: a map found for data, expected a list"},
-        {"modes: {Default: {modules: {kirometeringsceneanalyzer: {luxAnalyzer: {\n  exposureType: ExposureMedium}}}}}",
-         "t.yaml:2:17: unknown KIROExposureSelection 'ExposureMedium' for exposureType, did you mean 'ExposureNone'?"},
+        {"modes: {Default: {modules: {kirometeringsceneanalyzer: {luxAnalyzer: {\n  exposureType: ExposureSaif}}}}}",
+         "t.yaml:2:17: unknown KIROExposureSelection 'ExposureSaif' for exposureType, did you mean 'ExposureSafe'?"},
         {"modes: {Default: {modules: {kirometeringsceneanalyzer: {luxAnalyzer: {\n  exposureType: Medium}}}}}",
          "t.yaml:2:17: unknown KIROExposureSelection 'Medium' for exposureType, expected one of: ExposureShort, "
          "ExposureSafe, ExposureLong, ExposureNone"},

@@ -33,8 +33,8 @@ int main(int argc, char** argv)
         ->capture_default_str()
         ->check([](const std::string& rText)
                 { return tuningfile::ParseVersion(rText) ? "" : "expected a version from 1.0.0 to 7.0.0"; });
-    pCompile->callback(
-        [&] { run = [&] { return kirotune::Compile(input, output, *tuningfile::ParseVersion(version)); }; });
+    pCompile->callback([&]
+                       { run = [&] { return kirotune::Compile(input, output, *tuningfile::ParseVersion(version)); }; });
 
     CLI::App* pDump = app.add_subcommand("dump", "turn a parameter file into text");
     pDump->add_option("file", input, "parameter file")->required();

@@ -20,9 +20,9 @@ constexpr UINT32 MaxDepth = 64;  ///< as deep as a text may nest modes
 
 const tuning::ModuleDescription* FindDescription(UINT64 nameHash)
 {
-    const auto* pFound = std::find_if(std::begin(tuning::TuningModules), std::end(tuning::TuningModules),
-                                      [nameHash](const tuning::ModuleDescription& rModule)
-                                      { return rModule.nameHash == nameHash; });
+    const auto* pFound =
+        std::find_if(std::begin(tuning::TuningModules), std::end(tuning::TuningModules),
+                     [nameHash](const tuning::ModuleDescription& rModule) { return rModule.nameHash == nameHash; });
     return (pFound != std::end(tuning::TuningModules)) ? pFound : nullptr;
 }
 
@@ -135,12 +135,14 @@ private:
         m_rTable.modes[index].link = target->second;
     }
 
-    ModeTable&                                                m_rTable;
-    std::vector<std::string>&                                 m_rNotes;
-    std::unordered_map<const ModeEntry*, std::vector<UINT32>> m_groups;  ///< of each mode's entries, the mode's own first
-    std::unordered_map<const ModeEntry*, UINT32>              m_indices;
-    std::vector<ModeEntry*>                                   m_visited;
-    std::set<UINT64>                                          m_unknown;  ///< name hashes
+    using GroupMap = std::unordered_map<const ModeEntry*, std::vector<UINT32>>;
+
+    ModeTable&                                   m_rTable;
+    std::vector<std::string>&                    m_rNotes;
+    GroupMap                                     m_groups;   ///< of each mode's entries, the mode's own first
+    std::unordered_map<const ModeEntry*, UINT32> m_indices;  ///< in the table
+    std::vector<ModeEntry*>                      m_visited;  ///< in the order of the table
+    std::set<UINT64>                             m_unknown;  ///< name hashes of modules without a known record
 };
 
 /// The text of the header that the store does not keep.

@@ -46,14 +46,7 @@ public:
     std::vector<BYTE> definitions;
 
 private:
-    /// Where a block of the pool went.
-    struct Placed
-    {
-        UINT32 id;      ///< of the first entry for it
-        UINT32 offset;  ///< in data
-    };
-
-    VOID   AddSymbol(const tuning::ModuleDescription* pModule, UINT32 modeId, UINT32 block);
+    VOID   AddSymbol(const Module& rModule, UINT32 modeId, UINT32 group);
     UINT32 AddDataEntry(UINT32 block);
     UINT32 Place(UINT32 block);
     UINT32 SizeOf(UINT32 block) const
@@ -61,11 +54,16 @@ private:
         return static_cast<UINT32>(m_pool[block].bytes.size());
     }
 
-    RecordBlockPool                     m_pool;
-    UINT32                              m_symbolCount    = 0;
-    UINT32                              m_dataEntryCount = 0;
-    std::map<UINT32, Placed>            m_placed;   ///< by block
-    std::map<std::vector<BYTE>, UINT32> m_offsets;  ///< by content, references being filled in
+    /// The data entry that empty members refer to, since readers report an ID of 0.
+    static constexpr UINT32 EmptyEntry = 1;
+
+    RecordBlockPool                             m_pool;
+    UINT32                                      m_symbolCount    = 0;
+    UINT32                                      m_dataEntryCount = 0;
+    std::map<std::pair<UINT32, UINT32>, UINT32> m_firstSymbols;  ///< first ID by block and group
+    std::map<UINT32, UINT32>                    m_firstEntries;  ///< first ID in the data table by block
+    std::map<UINT32, UINT32>                    m_offsets;       ///< in data by block
+    std::map<std::vector<BYTE>, UINT32>         m_known;         ///< offset by content, references being filled in
 };
 
 /// Files below 6.0.0 have tables for form's sake: one symbol that is no module, and an empty piece of data.
@@ -96,26 +94,34 @@ RecordSections::RecordSections(const Tuning& rTuning, const VersionUnion& rVersi
         WriteNoModules(rVersion, symbols, data);
         return;
     }
-    // An ID of 0 means no entry: the first row of both tables is a placeholder. The first data entry after it is what
-    // empty members refer to, since a reader reports an ID of 0.
+    // An ID of 0 means no entry, so that the first row of both tables is a placeholder.
+    SlotWriter placeholder(1);
+    placeholder.Add(UINT64{0});
+    placeholder.Add(UINT64{0});
+    placeholder.Add(Format::NoMode);
+    symbols = std::move(placeholder.bytes);
+    symbols.resize(Format::GetSymbolEntrySize(rVersion));
+    m_symbolCount = 1;
+
     data.assign(sizeof(UINT32), 0);
-    AddSymbol(nullptr, Format::NoMode, RecordBlockPool::EmptyBlock);
     dataTable.resize(Format::GetDataTableEntrySize(rVersion));
-    m_dataEntryCount = 1;
-    AddDataEntry(RecordBlockPool::EmptyBlock);
+    AppendInteger(dataTable, UINT32{0});
+    AppendInteger(dataTable, static_cast<UINT32>(data.size()));
+    AppendInteger(dataTable, EmptyEntry);
+    m_dataEntryCount = EmptyEntry + 1;
 
     std::vector<const tuning::ModuleDescription*> modules;
     for (size_t table = 0; table < rTuning.tables.size(); ++table)
     {
         for (size_t index = 0; index < rTuning.tables[table].modes.size(); ++index)
         {
-            for (const Module& rModule : rTuning.tables[table].modes[index].modules)
+            const Mode& rMode = rTuning.tables[table].modes[index];
+            for (const Module& rModule : rMode.modules)
             {
-                const tuning::ModuleDescription* pModule = rModule.pDescription;
-                AddSymbol(pModule, ModeId(table, index), m_pool.AddRecord(*pModule->pRecord, rModule.pRecord, pModule));
-                if (std::find(modules.begin(), modules.end(), pModule) == modules.end())
+                AddSymbol(rModule, ModeId(table, index), rMode.group);
+                if (std::find(modules.begin(), modules.end(), rModule.pDescription) == modules.end())
                 {
-                    modules.push_back(pModule);
+                    modules.push_back(rModule.pDescription);
                 }
             }
         }
@@ -128,59 +134,61 @@ RecordSections::RecordSections(const Tuning& rTuning, const VersionUnion& rVersi
     }
 }
 
-VOID RecordSections::AddSymbol(const tuning::ModuleDescription* pModule, UINT32 modeId, UINT32 block)
+/// Modules of equal data name the first of them, by which readers share one instance. An instance has one group, so it
+/// is shared within a group only.
+VOID RecordSections::AddSymbol(const Module& rModule, UINT32 modeId, UINT32 group)
 {
+    const tuning::ModuleDescription& rDescription = *rModule.pDescription;
+
     const UINT32 id     = m_symbolCount++;
-    Placed       placed = {id, 0};
-    if (pModule != nullptr)
-    {
-        const auto known = m_placed.find(block);
-        placed           = (known != m_placed.end()) ? known->second : Placed{id, Place(block)};
-        m_placed.emplace(block, placed);
-    }
-    SlotWriter writer(1);
-    writer.Add((pModule != nullptr) ? pModule->nameHash : 0);
-    writer.Add((pModule != nullptr) ? VersionUnion(pModule->major, pModule->minor, pModule->patch).Value : 0);
+    const UINT32 block  = m_pool.AddRecord(*rDescription.pRecord, rModule.pRecord, &rDescription);
+    const UINT32 offset = Place(block);
+    SlotWriter   writer(1);
+    writer.Add(rDescription.nameHash);
+    writer.Add(VersionUnion(rDescription.major, rDescription.minor, rDescription.patch).Value);
     writer.Add(modeId);
-    writer.Add(placed.offset);
-    writer.Add((pModule != nullptr) ? SizeOf(block) : 0);
-    writer.Add(placed.id);
+    writer.Add(offset);
+    writer.Add(SizeOf(block));
+    writer.Add(m_firstSymbols.try_emplace({block, group}, id).first->second);
     symbols.insert(symbols.end(), writer.bytes.begin(), writer.bytes.end());
 }
 
-/// Each reference has an entry of its own; entries with the same block name the first of them, by which readers share
-/// what they have loaded.
+/// Each reference has an entry of its own; entries of equal data name the first of them, as modules do.
 UINT32 RecordSections::AddDataEntry(UINT32 block)
 {
+    if (block == RecordBlockPool::EmptyBlock)
+    {
+        return EmptyEntry;
+    }
     const UINT32 id    = m_dataEntryCount++;
     const size_t start = dataTable.size();
     dataTable.resize(start + 3 * sizeof(UINT32));
-    const auto   known  = m_placed.find(block);
-    const bool   isNew  = known == m_placed.end();
-    const bool   isNone = block == RecordBlockPool::EmptyBlock;
-    const Placed placed = isNew ? Placed{id, isNone ? 0 : Place(block)} : known->second;
-    m_placed.emplace(block, placed);
-    StoreInteger(dataTable, start, placed.offset);
-    StoreInteger(dataTable, start + 4, isNone ? static_cast<UINT32>(sizeof(UINT32)) : SizeOf(block));
-    StoreInteger(dataTable, start + 8, placed.id);
+    const UINT32 offset = Place(block);
+    StoreInteger(dataTable, start, offset);
+    StoreInteger(dataTable, start + 4, SizeOf(block));
+    StoreInteger(dataTable, start + 8, m_firstEntries.try_emplace(block, id).first->second);
     return id;
 }
 
-/// Writes a block behind those that it refers to. @return its offset
+/// Writes a block behind those that it refers to, unless it is there already. @return its offset
 UINT32 RecordSections::Place(UINT32 block)
 {
+    const auto placed = m_offsets.find(block);
+    if (placed != m_offsets.end())
+    {
+        return placed->second;
+    }
     std::vector<BYTE> bytes = m_pool[block].bytes;
     for (const RecordBlock::Reference& rReference : m_pool[block].references)
     {
-        const bool isNone = rReference.block == RecordBlockPool::EmptyBlock;
-        StoreInteger(bytes, rReference.position,
-                     isNone ? m_placed.at(RecordBlockPool::EmptyBlock).id : AddDataEntry(rReference.block));
+        StoreInteger(bytes, rReference.position, AddDataEntry(rReference.block));
     }
-    const auto [known, isNew] = m_offsets.try_emplace(std::move(bytes), static_cast<UINT32>(data.size()));
+    const auto [known, isNew] = m_known.try_emplace(std::move(bytes), static_cast<UINT32>(data.size()));
     if (isNew)
     {
         data.insert(data.end(), known->first.begin(), known->first.end());
     }
+    m_offsets.emplace(block, known->second);
     return known->second;
 }
 
@@ -189,7 +197,8 @@ VOID CheckLimits(const Tuning& rTuning, const VersionUnion& rVersion)
     const UINT32 nameSize = Format::GetModeTableNameSize(rVersion);
     if (rTuning.tables.size() > MaxTables)
     {
-        throw InputError(fmt::format("{}: {} mode tables, expected at most {}", rTuning.source, rTuning.tables.size(), MaxTables));
+        throw InputError(
+            fmt::format("{}: {} mode tables, expected at most {}", rTuning.source, rTuning.tables.size(), MaxTables));
     }
     for (const ModeTable& rTable : rTuning.tables)
     {
@@ -200,8 +209,9 @@ VOID CheckLimits(const Tuning& rTuning, const VersionUnion& rVersion)
         }
         if (nameSize > 0 && rTable.name.size() >= nameSize)
         {
-            throw InputError(fmt::format("{}: table name '{}' is too long for the file version, expected at most {} bytes",
-                                         rTuning.source, rTable.name, nameSize - 1));
+            throw InputError(
+                fmt::format("{}: table name '{}' is too long for the file version, expected at most {} bytes",
+                            rTuning.source, rTable.name, nameSize - 1));
         }
     }
 }
@@ -212,8 +222,8 @@ std::vector<BYTE> WriteModes(const ModeTable& rTable, size_t table, const Versio
     const UINT32 nameSize = Format::GetModeTableNameSize(rVersion);
     writer.AddText((nameSize > 0) ? rTable.name : std::string(), nameSize);
     // Before there were trees of modes, a file held the Default mode alone.
-    const size_t count = (rVersion >= Format::ModeTreeMinVersion) ? rTable.modes.size()
-                                                                  : std::min<size_t>(rTable.modes.size(), 1);
+    const size_t count =
+        (rVersion >= Format::ModeTreeMinVersion) ? rTable.modes.size() : std::min<size_t>(rTable.modes.size(), 1);
     for (size_t index = 0; index < count; ++index)
     {
         const Mode& rMode = rTable.modes[index];
@@ -324,13 +334,13 @@ std::vector<BYTE> WriteBinary(const Tuning& rTuning, const VersionUnion& rVersio
     const UINT32 packing      = Format::GetAlignment(rVersion);
     const size_t headerSize   = WriteHeader(rTuning, rVersion, sectionCount, 0).size();
     const size_t checksumSize = (rVersion >= Format::StructSymbolsVersion) ? sizeof(UINT64) : sizeof(UINT32);
-    size_t       offset       = headerSize + sections.size() * SectionRowWidth * std::max<size_t>(sizeof(UINT32), packing);
+    size_t       offset = headerSize + sections.size() * SectionRowWidth * std::max<size_t>(sizeof(UINT32), packing);
     if (offset > MinFileSize)
     {
         throw InputError(fmt::format("{}: {} mode tables, expected fewer in this file version", rTuning.source,
                                      rTuning.tables.size()));
     }
-    SlotWriter   rows(packing);
+    SlotWriter rows(packing);
     for (const Section& rSection : sections)
     {
         rows.Add(static_cast<UINT32>(rSection.type));
@@ -376,10 +386,12 @@ std::vector<std::string> LeftOut(const Tuning& rTuning, const VersionUnion& rVer
     check(Format::StructSymbolsVersion, anyMode([](const Mode& rMode) { return !rMode.modules.empty(); }), "modules");
     check(Format::ModeFlagsVersion, anyMode([](const Mode& rMode) { return rMode.preserve; }), "preserve flags");
     check(Format::DataTableVersion,
-          std::any_of(rTuning.tables.begin(), rTuning.tables.end(), [](const ModeTable& rTable) { return !rTable.name.empty(); }),
+          std::any_of(rTuning.tables.begin(), rTuning.tables.end(),
+                      [](const ModeTable& rTable) { return !rTable.name.empty(); }),
           "names of mode tables");
     check(Format::LinkVersion, anyMode([](const Mode& rMode) { return rMode.link.has_value(); }), "links");
-    check(Format::ModeTreeMinVersion, anyMode([](const Mode& rMode) { return rMode.parent.has_value(); }), "modes below Default");
+    check(Format::ModeTreeMinVersion, anyMode([](const Mode& rMode) { return rMode.parent.has_value(); }),
+          "modes below Default");
     check(Format::ModeTreeMinVersion, !rTuning.binaryTag.empty(), "the binary tag");
     return leftOut;
 }

@@ -15,8 +15,8 @@ struct CheckReport
     std::vector<std::string> lines;   ///< the store's log; see StoreLog
 };
 
-/// Loads a parameter file and every mode in it, as a device does over time; or compiles a text (".yaml", ".yml") and loads
-/// the result.
+/// Loads a parameter file and every mode in it, as a device does over time; or compiles a text (".yaml", ".yml") and
+/// loads the result.
 /// @throws InputError if a text cannot be compiled or the file cannot be read
 CheckReport CheckFile(const std::string& rPath);
 

@@ -131,7 +131,7 @@ std::vector<BYTE> CompileFile(const std::string& rPath, const VersionUnion& rVer
 VOID ReplaceFile(const std::string& rPath, std::span<const BYTE> bytes)
 {
     const std::string target = ResolveTarget(rPath);
-    struct stat       status{};
+    struct stat       status = {};
     if (stat(target.c_str(), &status) == 0 && !S_ISREG(status.st_mode))
     {
         throw InputError(fmt::format("{}: cannot be replaced, expected a plain file", rPath));

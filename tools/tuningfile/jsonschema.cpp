@@ -37,7 +37,7 @@ TextNode ReferenceTo(std::string_view definition)
 
 TextNode AnyOf(TextNode first, TextNode second)
 {
-    TextNode node    = TextNode::Map();
+    TextNode  node   = TextNode::Map();
     TextNode& rItems = node.Add("anyOf", TextNode::List());
     rItems.Add(std::move(first));
     rItems.Add(std::move(second));
@@ -64,8 +64,8 @@ template <typename T>
 TextNode IntegerNode()
 {
     TextNode node = TypeNode("integer");
-    node.Add("minimum", TextNode::Scalar(fmt::to_string(+std::numeric_limits<T>::min())));
-    node.Add("maximum", TextNode::Scalar(fmt::to_string(+std::numeric_limits<T>::max())));
+    node.Add("minimum", TextNode::Scalar(std::to_string(+std::numeric_limits<T>::min())));
+    node.Add("maximum", TextNode::Scalar(std::to_string(+std::numeric_limits<T>::max())));
     return node;
 }
 
@@ -82,7 +82,7 @@ private:
     VOID     AddRecord(const tuning::RecordDescription& rRecord);
     VOID     AddEnum(const tuning::EnumDescription& rEnum);
 
-    TextNode             m_definitions = TextNode::Map();
+    TextNode              m_definitions = TextNode::Map();
     std::set<const VOID*> m_known;  ///< records and enumerations that have a definition
 };
 
@@ -170,8 +170,8 @@ TextNode SchemaWriter::MemberNode(const tuning::RecordMember& rMember)
     list.Add("minItems", TextNode::Scalar(std::to_string(rMember.count)));
     list.Add("maxItems", TextNode::Scalar(std::to_string(rMember.count)));
 
-    TextNode  filled     = TypeNode("object");
-    TextNode& rRequired  = filled.Add("required", TextNode::List());
+    TextNode  filled    = TypeNode("object");
+    TextNode& rRequired = filled.Add("required", TextNode::List());
     rRequired.Add(Text("fill"));
     filled.Add("additionalProperties", ValueNode(rMember));
     return AnyOf(std::move(list), std::move(filled));

@@ -93,8 +93,7 @@ std::string FormatModeName(const ModeName& rName)
 
 std::string PathOf(const ModeTable& rTable, UINT32 index)
 {
-    const auto nameOf = [&rTable](UINT32 mode)
-    {
+    const auto nameOf = [&rTable](UINT32 mode) {
         return FormatModeName({rTable.modes[mode].mode, rTable.modes[mode].subMode});
     };
     std::string path = nameOf(index);

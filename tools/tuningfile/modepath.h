@@ -2,6 +2,7 @@
 /// Modes by name, as in "Usecase.Preview", and paths of them, as in "Default|Sensor.0|Usecase.Preview".
 #pragma once
 
+#include <compare>
 #include <string>
 #include <string_view>
 
@@ -17,7 +18,7 @@ struct ModeName
     UINT16 mode    = 0;
     UINT16 subMode = 0;
 
-    bool operator==(const ModeName&) const = default;
+    auto operator<=>(const ModeName&) const = default;
 };
 
 /// Reads "Default", or "<level>.<sub-mode>" with each part by name or by number.

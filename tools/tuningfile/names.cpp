@@ -65,9 +65,11 @@ std::string Advice(std::string_view unknown, const std::vector<std::string_view>
                            (listed < rNames.size()) ? ", ..." : "");
     }
     std::stable_sort(near.begin(), near.end(),
-                     [](const Candidate& rFirst, const Candidate& rSecond) { return rFirst.distance < rSecond.distance; });
+                     [](const Candidate& rFirst, const Candidate& rSecond)
+                     { return rFirst.distance < rSecond.distance; });
     std::vector<std::string> quoted;
-    for (size_t index = 0; index < std::min(near.size(), MaxNear); ++index)
+    for (size_t index = 0; index < std::min(near.size(), MaxNear) && near[index].distance <= near[0].distance + 1;
+         ++index)
     {
         quoted.push_back(fmt::format("'{}'", near[index].name));
     }

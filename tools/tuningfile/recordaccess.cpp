@@ -70,7 +70,8 @@ bool SameRecord(const tuning::RecordDescription& rDescription, const VOID* pFirs
 {
     for (UINT32 index = 0; index < rDescription.memberCount; ++index)
     {
-        if (!SameMember(rDescription.pMembers[index], static_cast<const BYTE*>(pFirst), static_cast<const BYTE*>(pSecond)))
+        if (!SameMember(rDescription.pMembers[index], static_cast<const BYTE*>(pFirst),
+                        static_cast<const BYTE*>(pSecond)))
         {
             return false;
         }

@@ -6,7 +6,8 @@
 namespace tuningfile
 {
 
-UINT32 RecordBlockPool::AddRecord(const tuning::RecordDescription& rDescription, const VOID* pRecord, const VOID* pPlace)
+UINT32 RecordBlockPool::AddRecord(const tuning::RecordDescription& rDescription, const VOID* pRecord,
+                                  const VOID* pPlace)
 {
     RecordBlock block;
     AppendRecord(rDescription, static_cast<const BYTE*>(pRecord), block);

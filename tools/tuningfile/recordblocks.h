@@ -47,10 +47,10 @@ public:
     }
 
 private:
-    UINT32 Add(RecordBlock block, const VOID* pPlace);
-    VOID   AppendRecord(const tuning::RecordDescription& rDescription, const BYTE* pRecord, RecordBlock& rBlock);
-    VOID   AppendMember(const tuning::RecordMember& rMember, const BYTE* pRecord, RecordBlock& rBlock);
-    VOID   AppendValue(const tuning::RecordMember& rMember, const BYTE* pValue, RecordBlock& rBlock);
+    UINT32      Add(RecordBlock block, const VOID* pPlace);
+    VOID        AppendRecord(const tuning::RecordDescription& rDescription, const BYTE* pRecord, RecordBlock& rBlock);
+    VOID        AppendMember(const tuning::RecordMember& rMember, const BYTE* pRecord, RecordBlock& rBlock);
+    VOID        AppendValue(const tuning::RecordMember& rMember, const BYTE* pValue, RecordBlock& rBlock);
     static VOID AppendReference(UINT32 count, UINT32 block, RecordBlock& rBlock);
 
     const bool                              m_countedArrays;

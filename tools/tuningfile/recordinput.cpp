@@ -54,8 +54,8 @@ VOID* RecordInput::Allocate(const YAML::Node& rNode, size_t size) const
     VOID* pMemory = m_rArena.Allocate(size);
     if (pMemory == nullptr)
     {
-        m_rInput.Fail(rNode, fmt::format("the tuning is too large, expected at most {} bytes of records",
-                                         RecordArena::MaxBytes));
+        m_rInput.Fail(
+            rNode, fmt::format("the tuning is too large, expected at most {} bytes of records", RecordArena::MaxBytes));
     }
     return pMemory;
 }
@@ -115,10 +115,10 @@ VOID RecordInput::ReadFixed(const YAML::Node& rNode, const tuning::RecordMember&
     }
     if (!rNode.IsSequence() || rNode.size() != rMember.count)
     {
-        m_rInput.Fail(rNode, fmt::format("{} found for {}, expected a list of {}",
-                                         rNode.IsSequence() ? fmt::format("a list of {}", rNode.size())
-                                                            : Describe(rNode),
-                                         rMember.pName, rMember.count));
+        m_rInput.Fail(rNode,
+                      fmt::format("{} found for {}, expected a list of {}",
+                                  rNode.IsSequence() ? fmt::format("a list of {}", rNode.size()) : Describe(rNode),
+                                  rMember.pName, rMember.count));
     }
     for (const YAML::Node& rValue : rNode)
     {
@@ -136,9 +136,10 @@ VOID RecordInput::ReadFilled(const YAML::Node& rNode, const tuning::RecordMember
         m_rInput.Fail(rNode, fmt::format("no '{}' for {}, expected a list of {}, or a map of '{}' and of positions",
                                          FillKey, rMember.pName, rMember.count, FillKey));
     }
-    for (UINT32 index = 0; index < rMember.count; ++index)
+    ReadValue(pFill->value, rMember, pValues);
+    for (UINT32 index = 1; index < rMember.count; ++index)
     {
-        ReadValue(pFill->value, rMember, pValues + static_cast<size_t>(index) * rMember.valueSize);
+        std::memcpy(pValues + static_cast<size_t>(index) * rMember.valueSize, pValues, rMember.valueSize);
     }
     for (const YamlEntry& rEntry : map)
     {

@@ -54,8 +54,11 @@ bool IsPrintable(std::string_view text)
 {
     for (size_t index = 0; index < text.size();)
     {
-        const unsigned char first = static_cast<unsigned char>(text[index]);
-        const size_t length = (first < 0x80) ? 1 : (first >= 0xC2 && first < 0xE0) ? 2 : (first >= 0xE0 && first < 0xF0) ? 3 : 0;
+        const unsigned char first  = static_cast<unsigned char>(text[index]);
+        const size_t        length = (first < 0x80)                    ? 1
+                                     : (first >= 0xC2 && first < 0xE0) ? 2
+                                     : (first >= 0xE0 && first < 0xF0) ? 3
+                                                                       : 0;
         if (length == 0 || index + length > text.size())
         {
             return false;
@@ -148,8 +151,9 @@ TextNode Condense(TextNode list)
     {
         ++counts[rValue.scalar];
     }
-    const auto most = std::max_element(counts.begin(), counts.end(),
-                                       [](const auto& rFirst, const auto& rSecond) { return rFirst.second < rSecond.second; });
+    const auto most =
+        std::max_element(counts.begin(), counts.end(),
+                         [](const auto& rFirst, const auto& rSecond) { return rFirst.second < rSecond.second; });
     if (most->second * 4 < list.items.size() * 3)
     {
         return list;
@@ -210,9 +214,9 @@ TextNode RecordToText(const tuning::RecordDescription& rDescription, const VOID*
     TextNode    map        = TextNode::Map();
     for (UINT32 index = 0; index < rDescription.memberCount; ++index)
     {
-        const tuning::RecordMember& rMember  = rDescription.pMembers[index];
-        const bool                  isAbsent = rMember.form == tuning::Form::Optional && ValuesOf(rMember, pBytes).count == 0;
-        const bool                  isListed =
+        const tuning::RecordMember& rMember = rDescription.pMembers[index];
+        const bool isAbsent = rMember.form == tuning::Form::Optional && ValuesOf(rMember, pBytes).count == 0;
+        const bool isListed =
             rMember.IsStored() && ((pBase != nullptr) ? !SameMember(rMember, pBytes, pBaseBytes) : !isAbsent);
         if (isListed)
         {
@@ -238,8 +242,9 @@ TextNode ModuleToText(const Module& rModule, const Module* pAbove)
                   [&delta](const auto& rItem)
                   {
                       const bool isVersion = rItem.first == "module_version" || rItem.first == "parameter_version";
-                      return isVersion && std::none_of(delta.items.begin(), delta.items.end(),
-                                                       [&rItem](const auto& rOther) { return rOther.first == rItem.first; });
+                      return isVersion &&
+                             std::none_of(delta.items.begin(), delta.items.end(),
+                                          [&rItem](const auto& rOther) { return rOther.first == rItem.first; });
                   });
     return map;
 }

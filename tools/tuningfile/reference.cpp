@@ -18,7 +18,8 @@ namespace
 std::string LinkTo(const std::string& rHeading)
 {
     std::string anchor = rHeading;
-    std::transform(anchor.begin(), anchor.end(), anchor.begin(), [](unsigned char letter) { return std::tolower(letter); });
+    std::transform(anchor.begin(), anchor.end(), anchor.begin(),
+                   [](unsigned char letter) { return std::tolower(letter); });
     return fmt::format("[{}](#{})", rHeading, anchor);
 }
 
@@ -94,7 +95,8 @@ public:
             m_text += fmt::format("\n### {}\n\n| Value | Name |\n|---|---|\n", pEnum->pName);
             for (UINT32 index = 0; index < pEnum->count; ++index)
             {
-                m_text += fmt::format("| {} | `{}` |\n", pEnum->pEnumerators[index].value, pEnum->pEnumerators[index].pName);
+                m_text +=
+                    fmt::format("| {} | `{}` |\n", pEnum->pEnumerators[index].value, pEnum->pEnumerators[index].pName);
             }
         }
         return std::move(m_text);

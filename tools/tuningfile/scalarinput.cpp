@@ -23,8 +23,8 @@ std::string_view PlainScalar(const YamlInput& rInput, const YAML::Node& rNode, s
 {
     if (!rNode.IsScalar() || rNode.Tag() == QuotedTag)
     {
-        rInput.Fail(rNode, fmt::format("{} found for {}, expected {}", rNode.IsScalar() ? "text" : Describe(rNode), what,
-                                       expected));
+        rInput.Fail(rNode, fmt::format("{} found for {}, expected {}", rNode.IsScalar() ? "text" : Describe(rNode),
+                                       what, expected));
     }
     return rNode.Scalar();
 }
@@ -211,7 +211,8 @@ UINT64 ReadUnsigned(const YamlInput& rInput, const YAML::Node& rNode, std::strin
     UINT64 value = 0;
     if (ParseInteger(PlainScalar(rInput, rNode, what, "an integer"), value) != Outcome::Good || value > maximum)
     {
-        rInput.Fail(rNode, fmt::format("{} found for {}, expected an integer from 0 to {}", Describe(rNode), what, maximum));
+        rInput.Fail(rNode,
+                    fmt::format("{} found for {}, expected an integer from 0 to {}", Describe(rNode), what, maximum));
     }
     return value;
 }

@@ -1,7 +1,7 @@
 #include "tools/tuningfile/textinput.h"
 
-#include <algorithm>
 #include <cstring>
+#include <map>
 
 #include <fmt/format.h>
 
@@ -24,7 +24,8 @@ class TextInput
 {
 public:
     TextInput(std::string_view text, const std::string& rFileName)
-        : m_fileName(rFileName), m_input(text, rFileName), m_pArena(std::make_shared<RecordArena>()), m_records(m_input, *m_pArena)
+        : m_fileName(rFileName), m_input(text, rFileName), m_pArena(std::make_shared<RecordArena>()),
+          m_records(m_input, *m_pArena)
     {
     }
 
@@ -37,6 +38,8 @@ private:
         UINT32     mode;
         YAML::Node path;
     };
+
+    using Place = std::pair<std::optional<UINT32>, ModeName>;
 
     std::string ReadLimited(const YAML::Node& rNode, std::string_view what, size_t maximum) const;
     VOID        ReadOrigin(const YAML::Node& rNode, Tuning& rTuning) const;
@@ -58,7 +61,8 @@ private:
     YamlInput                    m_input;
     std::shared_ptr<RecordArena> m_pArena;
     RecordInput                  m_records;
-    std::vector<PendingLink>     m_links;
+    std::vector<PendingLink>     m_links;   ///< of the table being read
+    std::map<Place, UINT32>      m_places;  ///< modes of the table being read, by parent and name
 };
 
 Tuning TextInput::Read()
@@ -168,6 +172,7 @@ VOID TextInput::ReadModes(const YAML::Node& rNode, ModeTable& rTable)
         m_input.Fail(rNode, fmt::format("{} modes at the root, expected 'Default' alone", roots.Count()));
     }
     m_links.clear();
+    m_places.clear();
     for (const YamlEntry& rEntry : roots)
     {
         ReadMode(rEntry, rTable, std::nullopt, 0);
@@ -205,18 +210,14 @@ VOID TextInput::CheckPlace(const YamlEntry& rEntry, const ModeTable& rTable, con
         }
         return;
     }
-    const Mode& rParent      = rTable.modes[*rMode.parent];
-    const bool  isGroupEntry = rParent.mode == rMode.mode && rParent.subMode == rMode.subMode;
-    if (name == ModeName{} && !isGroupEntry)
+    const Mode& rParent = rTable.modes[*rMode.parent];
+    if (name == ModeName{} && ModeName{rParent.mode, rParent.subMode} != name)
     {
         m_input.Fail(rEntry.key, "mode 'Default' below another mode, expected it at the root only");
     }
-    for (const Mode& rOther : rTable.modes)
+    if (m_places.contains({rMode.parent, name}))
     {
-        if (!isGroupEntry && rOther.parent == rMode.parent && ModeName{rOther.mode, rOther.subMode} == name)
-        {
-            m_input.Fail(rEntry.key, fmt::format("mode '{}' given twice, expected once", rEntry.name));
-        }
+        m_input.Fail(rEntry.key, fmt::format("mode '{}' given twice, expected once", rEntry.name));
     }
 }
 
@@ -230,6 +231,7 @@ VOID TextInput::ReadMode(const YamlEntry& rEntry, ModeTable& rTable, std::option
     const ModeName name  = ReadModeName(rEntry.key, rEntry.name);
     Mode           mode{name.mode, name.subMode, 0, parent, std::nullopt, false, {}};
     CheckPlace(rEntry, rTable, mode);
+    m_places.emplace(Place{parent, name}, index);
     rTable.modes.push_back(std::move(mode));
 
     const YamlMap    map       = m_input.Map(rEntry.value, "a map with 'modules' and 'children'");
@@ -308,19 +310,13 @@ VOID TextInput::ReadModules(const YAML::Node& rNode, ModeTable& rTable, UINT32 i
 VOID TextInput::CheckOnce(const YamlEntry& rEntry, const ModeTable& rTable, UINT32 index,
                           const tuning::ModuleDescription& rDescription) const
 {
-    const auto firstEntry = [&rTable](UINT32 entry)
+    while (rTable.IsGroupEntry(index))
     {
-        while (rTable.IsGroupEntry(entry))
+        index = *rTable.modes[index].parent;
+        if (FindModuleOf(rTable.modes[index], rDescription) != nullptr)
         {
-            entry = *rTable.modes[entry].parent;
-        }
-        return entry;
-    };
-    for (UINT32 other = 0; other < index; ++other)
-    {
-        if (FindModuleOf(rTable.modes[other], rDescription) != nullptr && firstEntry(other) == firstEntry(index))
-        {
-            m_input.Fail(rEntry.key, fmt::format("module '{}' given in two groups of a mode, expected once", rEntry.name));
+            m_input.Fail(rEntry.key,
+                         fmt::format("module '{}' given in two groups of a mode, expected once", rEntry.name));
         }
     }
 }
@@ -330,13 +326,10 @@ VOID TextInput::CheckOnce(const YamlEntry& rEntry, const ModeTable& rTable, UINT
 VOID TextInput::StartRecord(const ModeTable& rTable, UINT32 index, const tuning::ModuleDescription& rDescription,
                             VOID* pRecord)
 {
-    for (std::optional<UINT32> above = rTable.modes[index].parent; above.has_value(); above = rTable.modes[*above].parent)
+    if (const Module* pAbove = FindModuleAbove(rTable, index, rDescription))
     {
-        if (const Module* pModule = FindModuleOf(rTable.modes[*above], rDescription))
-        {
-            std::memcpy(pRecord, pModule->pRecord, rDescription.pRecord->size);
-            return;
-        }
+        std::memcpy(pRecord, pAbove->pRecord, rDescription.pRecord->size);
+        return;
     }
     InitializeModuleRecord(rDescription, pRecord);
 }
@@ -351,16 +344,13 @@ VOID TextInput::ResolveLink(const PendingLink& rLink, ModeTable& rTable) const
         const size_t           bar   = rest.find('|');
         const std::string_view item  = rest.substr(0, bar);
         const ModeName         name  = ReadModeName(rLink.path, item);
-        const auto             found = std::find_if(rTable.modes.begin(), rTable.modes.end(),
-                                                    [&](const Mode& rMode) {
-                                            return rMode.parent == reached && rMode.mode == name.mode &&
-                                                   rMode.subMode == name.subMode;
-                                        });
-        if (found == rTable.modes.end())
+        const auto             found = m_places.find({reached, name});
+        if (found == m_places.end())
         {
-            m_input.Fail(rLink.path, fmt::format("no mode '{}' on the path '{}', expected a path from Default on", item, rPath));
+            m_input.Fail(rLink.path,
+                         fmt::format("no mode '{}' on the path '{}', expected a path from Default on", item, rPath));
         }
-        reached = static_cast<UINT32>(found - rTable.modes.begin());
+        reached = found->second;
         more    = bar != std::string_view::npos;
         rest    = more ? rest.substr(bar + 1) : rest;
     }

@@ -93,8 +93,8 @@ VOID YamlPrinter::PrintValue(const TextNode& rNode, size_t indent, size_t used)
         return;
     }
     const bool isList = rNode.kind == TextNode::Kind::List;
-    if (isList && std::all_of(rNode.items.begin(), rNode.items.end(),
-                              [](const auto& rItem) { return IsScalar(rItem.second); }))
+    if (isList &&
+        std::all_of(rNode.items.begin(), rNode.items.end(), [](const auto& rItem) { return IsScalar(rItem.second); }))
     {
         PrintWrapped(rNode, indent);
         return;

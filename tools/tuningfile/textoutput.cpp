@@ -14,18 +14,6 @@ std::string NameOf(const Mode& rMode)
     return FormatModeName({rMode.mode, rMode.subMode});
 }
 
-const Module* FindAbove(const ModeTable& rTable, UINT32 index, const tuning::ModuleDescription& rDescription)
-{
-    for (std::optional<UINT32> above = rTable.modes[index].parent; above.has_value(); above = rTable.modes[*above].parent)
-    {
-        if (const Module* pModule = FindModuleOf(rTable.modes[*above], rDescription))
-        {
-            return pModule;
-        }
-    }
-    return nullptr;
-}
-
 class TableOutput
 {
 public:
@@ -63,7 +51,7 @@ public:
             for (const Module& rModule : rMode.modules)
             {
                 rModules.Add(rModule.pDescription->pName,
-                             ModuleToText(rModule, FindAbove(m_rTable, index, *rModule.pDescription)));
+                             ModuleToText(rModule, FindModuleAbove(m_rTable, index, *rModule.pDescription)));
             }
         }
         if (!m_children[index].empty())

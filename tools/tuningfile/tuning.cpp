@@ -28,10 +28,24 @@ const Module* FindModuleOf(const Mode& rMode, const tuning::ModuleDescription& r
     return (found != rMode.modules.end()) ? &*found : nullptr;
 }
 
+const Module* FindModuleAbove(const ModeTable& rTable, UINT32 index, const tuning::ModuleDescription& rDescription)
+{
+    while (rTable.modes[index].parent.has_value())
+    {
+        index = *rTable.modes[index].parent;
+        if (const Module* pModule = FindModuleOf(rTable.modes[index], rDescription))
+        {
+            return pModule;
+        }
+    }
+    return nullptr;
+}
+
 VOID InitializeModuleRecord(const tuning::ModuleDescription& rDescription, VOID* pRecord)
 {
-    const module_versionStruct       version{0, rDescription.major, rDescription.minor, static_cast<INT32>(rDescription.patch)};
     const tuning::RecordDescription& rRecord = *rDescription.pRecord;
+    const INT32                      patch   = static_cast<INT32>(rDescription.patch);
+    const module_versionStruct       version{0, rDescription.major, rDescription.minor, patch};
     for (UINT32 index = 0; index < rRecord.memberCount; ++index)
     {
         const tuning::RecordMember& rMember = rRecord.pMembers[index];
@@ -49,7 +63,8 @@ VOID* RecordArena::Allocate(size_t size)
     {
         return nullptr;
     }
-    const size_t rounded = (size + alignof(std::max_align_t) - 1) / alignof(std::max_align_t) * alignof(std::max_align_t);
+    const size_t rounded =
+        (size + alignof(std::max_align_t) - 1) / alignof(std::max_align_t) * alignof(std::max_align_t);
     if (rounded > m_available)
     {
         m_available = std::max(rounded, BlockSize);

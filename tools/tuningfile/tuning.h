@@ -58,6 +58,9 @@ const tuning::ModuleDescription* FindModule(std::string_view name);
 /// @return the mode's module of that description; null if it has none
 const Module* FindModuleOf(const Mode& rMode, const tuning::ModuleDescription& rDescription);
 
+/// @return the same module of the nearest mode above; null if there is none
+const Module* FindModuleAbove(const ModeTable& rTable, UINT32 index, const tuning::ModuleDescription& rDescription);
+
 /// Writes what a module's record holds before a text says anything: the version of the schema.
 /// @param pRecord zero-filled
 VOID InitializeModuleRecord(const tuning::ModuleDescription& rDescription, VOID* pRecord);
@@ -67,7 +70,7 @@ class RecordArena
 {
 public:
     /// What the records of one tuning may take: far above any real tuning, far below what a desk has.
-    static constexpr size_t MaxBytes = size_t{1} << 30;
+    static constexpr size_t MaxBytes = size_t{256} << 20;
 
     /// @return memory aligned for any record; null if the arena would exceed MaxBytes
     VOID* Allocate(size_t size);

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include <fmt/format.h>
+#include <yaml-cpp/depthguard.h>
 
 #include "tools/tuningfile/inputerror.h"
 #include "tools/tuningfile/names.h"
@@ -62,6 +63,10 @@ YamlInput::YamlInput(std::string_view text, std::string fileName) : m_fileName(s
         }
         m_root = documents.front();
     }
+    catch (const YAML::DeepRecursion& rFault)
+    {
+        Fail(rFault.mark, "nested too deeply, expected a tuning");
+    }
     catch (const YAML::Exception& rFault)
     {
         Fail(rFault.mark, fmt::format("{}, expected YAML", rFault.msg));
@@ -70,8 +75,7 @@ YamlInput::YamlInput(std::string_view text, std::string fileName) : m_fileName(s
 
 VOID YamlInput::Fail(const YAML::Mark& rMark, std::string_view message) const
 {
-    throw InputError(
-        fmt::format("{}:{}:{}: {}", m_fileName, rMark.line + 1, rMark.column + 1, OneLine(message)));
+    throw InputError(fmt::format("{}:{}:{}: {}", m_fileName, rMark.line + 1, rMark.column + 1, OneLine(message)));
 }
 
 VOID YamlInput::Fail(const YAML::Node& rNode, std::string_view message) const
@@ -96,13 +100,12 @@ const std::string& YamlInput::Scalar(const YAML::Node& rNode, std::string_view e
 
 YamlMap YamlInput::Map(const YAML::Node& rNode, std::string_view expected) const
 {
-    std::vector<YamlEntry> entries;
-    Merge(rNode, expected, entries, 0);
-    return YamlMap(std::move(entries));
+    Collection collection;
+    Merge(rNode, expected, collection, 0);
+    return YamlMap(std::move(collection.entries));
 }
 
-VOID YamlInput::Merge(const YAML::Node& rMap, std::string_view expected, std::vector<YamlEntry>& rEntries,
-                      UINT32 depth) const
+VOID YamlInput::Merge(const YAML::Node& rMap, std::string_view expected, Collection& rCollection, UINT32 depth) const
 {
     if (!rMap.IsMap())
     {
@@ -112,7 +115,7 @@ VOID YamlInput::Merge(const YAML::Node& rMap, std::string_view expected, std::ve
     {
         Fail(rMap, "maps merged too deeply, expected no cycle of merge keys");
     }
-    const size_t first = rEntries.size();
+    const size_t first = rCollection.entries.size();
     for (const auto& rPair : rMap)
     {
         const std::string& rName = Scalar(rPair.first, "a name");
@@ -120,13 +123,12 @@ VOID YamlInput::Merge(const YAML::Node& rMap, std::string_view expected, std::ve
         {
             continue;
         }
-        const auto same = std::find_if(rEntries.begin(), rEntries.end(),
-                                       [&rName](const YamlEntry& rEntry) { return rEntry.name == rName; });
-        if (same == rEntries.end())
+        const auto [known, isNew] = rCollection.indices.try_emplace(rName, rCollection.entries.size());
+        if (isNew)
         {
-            rEntries.push_back({rName, rPair.first, rPair.second});
+            rCollection.entries.push_back({rName, rPair.first, rPair.second});
         }
-        else if (same >= rEntries.begin() + static_cast<std::ptrdiff_t>(first))
+        else if (known->second >= first)
         {
             Fail(rPair.first, fmt::format("'{}' given twice, expected once", rName));
         }
@@ -141,12 +143,12 @@ VOID YamlInput::Merge(const YAML::Node& rMap, std::string_view expected, std::ve
         {
             for (const YAML::Node& rMerged : rPair.second)
             {
-                Merge(rMerged, "a map to merge", rEntries, depth + 1);
+                Merge(rMerged, "a map to merge", rCollection, depth + 1);
             }
         }
         else
         {
-            Merge(rPair.second, "a map to merge", rEntries, depth + 1);
+            Merge(rPair.second, "a map to merge", rCollection, depth + 1);
         }
     }
 }

@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include <yaml-cpp/yaml.h>
@@ -81,7 +82,14 @@ public:
 private:
     [[noreturn]] VOID Fail(const YAML::Mark& rMark, std::string_view message) const;
 
-    VOID Merge(const YAML::Node& rMap, std::string_view expected, std::vector<YamlEntry>& rEntries, UINT32 depth) const;
+    /// A map while it is put together.
+    struct Collection
+    {
+        std::vector<YamlEntry>                  entries;
+        std::unordered_map<std::string, size_t> indices;  ///< in entries, by name
+    };
+
+    VOID Merge(const YAML::Node& rMap, std::string_view expected, Collection& rCollection, UINT32 depth) const;
 
     std::string m_fileName;
     YAML::Node  m_root;

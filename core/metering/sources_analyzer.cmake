@@ -1,0 +1,13 @@
+set(ANALYZER_SOURCES
+    core/metering/analyzerbank.cpp
+    core/metering/canalyzermanager.cpp
+    core/metering/ckiroaggregation.cpp
+    core/metering/ckiroanalyzer.cpp
+    core/metering/ckiroanalyzeralgorithm.cpp
+    core/metering/ckiroanalyzeralgorithm001.cpp
+    core/metering/ckiroanalyzeralgorithm002.cpp
+    core/metering/ckiroanalyzeralgorithm003.cpp
+    core/metering/ckiroanalyzercomponent.cpp
+    core/metering/ckiroarithmetic.cpp
+    core/metering/ckirocalculationunit.cpp
+)

@@ -1,0 +1,189 @@
+#include <gtest/gtest.h>
+
+#include "core/metering/ckiroanalyzeralgorithm001.h"
+#include "core/metering/ckiroanalyzeralgorithm002.h"
+#include "schema/kiroflashsnapshot.h"
+#include "schema/kirometering.h"
+#include "schema/kirometeringstatscalculator.h"
+#include "tests/support/statslogcapture.h"
+#include "tests/support/testcontext.h"
+
+namespace
+{
+
+/// Index steps of a factor of ten in exposure.
+constexpr FLOAT Decade = 77.898529f;
+
+constexpr INT32 DarkRatioID   = 51;  // calculator results
+constexpr INT32 BrightRatioID = 53;
+constexpr INT32 LumaHighID    = 30;  // analyzer result
+
+class LuxIndex : public testing::Test
+{
+protected:
+    LuxIndex()
+    {
+        m_metering.luxIndexOperation.refExposureForLuxIndexZero = 1000;
+        m_calculators.darkRatioStatsCalculator.outputStorage    = {50, DarkRatioID};
+        m_calculators.brightRatioStatsCalculator.outputStorage  = {52, BrightRatioID};
+        m_analyzers.luxAnalyzer.refExposureType                 = ExposureSafe;
+        m_analyzers.luxAnalyzer.analyzerName                    = const_cast<CHAR*>("lux");
+        m_context.m_input.opMode                                = AECAlgoOperationModeStreaming;
+        m_context.m_input.systemLatency                         = 2;
+    }
+
+    /// Frames whose indices differ; the statistics belong to the first one, of index 100 and exposure 1000000.
+    VOID SaveFrames()
+    {
+        AECFrameHistory frame{};
+        frame.frameID                                    = 1;
+        frame.exposureSets[AECAlgoExposureSafe].indx     = 100.0f;
+        frame.exposureSets[AECAlgoExposureLong].indx     = 110.0f;
+        frame.exposureSets[AECAlgoExposureSafe].exposure = 1000000;
+        m_context.SaveFrame(frame);
+        frame.frameID                                = 2;
+        frame.exposureSets[AECAlgoExposureSafe].indx = 200.0f;
+        m_context.SaveFrame(frame);
+    }
+
+    FLOAT Run(FLOAT luma, FLOAT target, UINT64 sensitivity = 0)
+    {
+        AnalyzerAlgorithmInput input{};
+        input.analyzerIn.luma        = luma;
+        input.analyzerIn.target      = {target, target};
+        input.analyzerIn.sensitivity = sensitivity;
+        m_context.SetTuning(TestTuning().Add(m_metering).Add(m_calculators).Add(m_analyzers));
+        CAnalyzerAlgorithm001 algorithm;
+        algorithm.SetTuning(0, m_context);
+        EXPECT_EQ(algorithm.RunAlgorithm(input).analyzerOut.luma, luma);
+        return m_context.Trigger(TriggerCtrlLux);
+    }
+
+    StatsLogCapture                                              m_log;
+    TestContext                                                  m_context;
+    kirometering::KIROMeteringType                               m_metering{};
+    kirometeringstatscalculator::KIROMeteringStatsCalculatorType m_calculators{};
+    kirometeringsceneanalyzer::KIROMeteringSceneAnalyzerType     m_analyzers{};
+};
+
+TEST_F(LuxIndex, IsTheIndexOfTheExposureThatWouldReachTheTarget)
+{
+    SaveFrames();
+    EXPECT_FLOAT_EQ(Run(10.0f, 100.0f), 100.0f + Decade);
+    EXPECT_EQ(m_context.Trigger(TriggerCtrlLuma), 10.0f);
+    EXPECT_STREQ(m_context.m_pBankManager->GetDataTriggers(TriggerCtrlLux)->description, "lux");
+    EXPECT_FLOAT_EQ(Run(100.0f, 10.0f), 100.0f - Decade);
+    // A selection of no exposure reads the long one.
+    m_analyzers.luxAnalyzer.refExposureType = ExposureNone;
+    EXPECT_FLOAT_EQ(Run(10.0f, 100.0f), 110.0f + Decade);
+    // Far below the base index.
+    EXPECT_EQ(Run(10.0f, 0.0f), 0.0f);
+}
+
+TEST_F(LuxIndex, StartsFromTheExposureWithCompensation)
+{
+    SaveFrames();
+    m_metering.luxIndexOperation.enableCompensation = TRUE;
+    EXPECT_FLOAT_EQ(Run(50.0f, 50.0f), 3.0f * Decade);
+    m_metering.luxIndexOperation.refExposureForLuxIndexZero = 0;
+    EXPECT_FLOAT_EQ(Run(50.0f, 50.0f), 6.0f * Decade);
+}
+
+TEST_F(LuxIndex, WithoutHistoryStartsFromZero)
+{
+    EXPECT_FLOAT_EQ(Run(10.0f, 100.0f), Decade);
+}
+
+TEST_F(LuxIndex, IsFilteredAgainstThePreviousOne)
+{
+    SaveFrames();
+    m_metering.luxIndexOperation.filteringFactor = 0.25f;
+    const struct
+    {
+        FLOAT previous;
+        FLOAT expected;
+    } cases[] = {{100.0f, 158.4239f}, {-100.0f, 108.4239f}, {0.5f, 133.5489f}, {0.4f, 177.8985f}, {0.0f, 177.8985f}};
+    for (const auto& rCase : cases)
+    {
+        m_context.SetTrigger(TriggerCtrlLux, rCase.previous);
+        EXPECT_NEAR(Run(10.0f, 100.0f), rCase.expected, 1e-3f) << rCase.previous;
+    }
+}
+
+TEST_F(LuxIndex, PublishesTheSecondResultsOfTheRatioCalculators)
+{
+    m_context.SetCalculatorResult(DarkRatioID, 0.25f);
+    m_context.SetCalculatorResult(BrightRatioID, 0.75f);
+    Run(10.0f, 100.0f);
+    EXPECT_EQ(m_context.Trigger(TriggerCtrlDarkRatio), 0.25f);
+    EXPECT_EQ(m_context.Trigger(TriggerCtrlSatRatio), 0.75f);
+    m_calculators.darkRatioStatsCalculator.outputStorage.end = 1000;
+    Run(10.0f, 100.0f);
+    EXPECT_EQ(m_context.Trigger(TriggerCtrlDarkRatio), 0.0f);
+}
+
+TEST_F(LuxIndex, FlashInfluenceIsMeasuredInPreflashOnly)
+{
+    AECFrameHistory off{};
+    off.frameID                                    = 1;
+    off.averageLuma                                = 20.0f;
+    off.exposureSets[AECAlgoExposureSafe].exposure = 2000;
+    m_context.SaveFrame(off);
+    m_context.m_pHistory->SaveFlashFrame(KIROExtFlashCurrentType::Off);
+
+    Run(30.0f, 30.0f, 1500);
+    EXPECT_EQ(m_context.Trigger(TriggerFlashInfluence), 1.0f);
+    EXPECT_EQ(m_context.Trigger(TriggerCtrlPreflashLuxIndex), 0.0f);
+
+    // 2000 x 30 / 1500 is 40, twice the luma without LED.
+    m_context.m_input.opMode = AECAlgoOperationModePreflash;
+    m_context.SetTrigger(TriggerCtrlLux, 0.0f);
+    const FLOAT lux = Run(300.0f, 3000.0f, 15000);
+    EXPECT_NEAR(m_context.Trigger(TriggerFlashInfluence), 2.0f, 1e-5f);
+    EXPECT_EQ(m_context.Trigger(TriggerCtrlPreflashLuxIndex), lux);
+    EXPECT_GT(lux, 1.0f);
+
+    // The LED takes no light away; a sensitivity of 0 divides nothing.
+    Run(3.0f, 30.0f, 1500);
+    EXPECT_EQ(m_context.Trigger(TriggerFlashInfluence), 1.0f);
+    Run(0.0f, 30.0f, 0);
+    EXPECT_EQ(m_context.Trigger(TriggerFlashInfluence), 1.0f);
+}
+
+TEST_F(LuxIndex, OfAFlashSnapshotStartsFromTheFrameWithoutLED)
+{
+    AECFrameHistory off{};
+    off.frameID                                = 1;
+    off.exposureSets[AECAlgoExposureSafe].indx = 120.0f;
+    off.exposureSets[AECAlgoExposureLong].indx = 10.0f;
+    m_context.SaveFrame(off);
+    m_context.m_pHistory->SaveFlashFrame(KIROExtFlashCurrentType::Off);
+
+    const struct
+    {
+        KIROExposureSelection type;
+        INT32                 target;
+        FLOAT                 luma;
+        FLOAT                 expected;
+    } cases[] = {
+        {ExposureSafe, 100, 10.0f, 120.0f + Decade},
+        {ExposureSafe, 100, 0.0f, 120.0f},
+        {ExposureSafe, 0, 10.0f, 120.0f},
+        {ExposureLong, 10, 100.0f, 0.0f},
+        {ExposureSafe, -5, 10.0f, 0.0f},
+    };
+    for (const auto& rCase : cases)
+    {
+        kiroflashsnapshot::KIROFlashSnapshotType snapshot{};
+        snapshot.flashSnapshotLux = {LumaHighID, rCase.target, rCase.type};
+        m_context.SetTuning(TestTuning().Add(snapshot));
+        m_context.SetAnalyzerResult(LumaHighID, {rCase.luma, rCase.luma});
+        CAnalyzerAlgorithm002 algorithm;
+        algorithm.SetTuning(0, m_context);
+        algorithm.RunAlgorithm({});
+        EXPECT_FLOAT_EQ(m_context.Trigger(TriggerCtrlLux), rCase.expected) << rCase.target << " " << rCase.luma;
+        EXPECT_FLOAT_EQ(m_context.Trigger(TriggerCtrlFullflashLuxIndex), rCase.expected);
+    }
+}
+
+}  // namespace

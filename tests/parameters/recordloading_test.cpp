@@ -1,0 +1,809 @@
+#include "parameters/recordloader.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cstring>
+#include <random>
+#include <thread>
+
+#include "platform/tavodesk.h"
+#include "schema/tuningrecord.h"
+#include "tests/support/loadedtable.h"
+#include "tests/support/recordwriter.h"
+#include "tests/support/systemlogcapture.h"
+
+namespace recordtest
+{
+
+enum class Colour : INT32
+{
+    Red   = 0,
+    Green = 4
+};
+TUNING_ENUM(Colour)
+    ENUMERATOR(Red)
+    ENUMERATOR(Green)
+TUNING_ENUM_END
+
+struct PointType
+{
+    float x;
+    INT32 y;
+};
+TUNING_RECORD(PointType)
+    MEMBER(x)
+    MEMBER(y)
+TUNING_RECORD_END
+
+struct LeafType
+{
+    UINT32 curveCount;
+    UINT32 curveID;
+    float* curve;
+    CHAR*  name;
+};
+TUNING_RECORD(LeafType)
+    VARIABLE(curve)
+    MEMBER(name)
+TUNING_RECORD_END
+
+/// One member of every type and form.
+struct EverythingType
+{
+    UINT32                  SymbolTableID;
+    module_versionStruct    module_version;
+    parameter_versionStruct parameter_version;
+    INT8                    signed8;
+    UINT8                   unsigned8[3];
+    INT16                   signed16;
+    UINT16                  unsigned16;
+    INT64                   signed64;
+    UINT64                  unsigned64;
+    double                  precise;
+    Colour                  colour;
+    BOOL                    enable;
+    PointType               origin;
+    PointType               corners[2];
+    CHAR*                   title;
+    CHAR*                   labels[2];
+    UINT32                  coloursCount;
+    UINT32                  coloursID;
+    Colour*                 colours;
+    UINT32                  leavesCount;
+    UINT32                  leavesID;
+    LeafType*               leaves;
+    UINT32                  notesCount;
+    UINT32                  notesID;
+    CHAR**                  notes;
+    UINT32                  limitCount;
+    UINT32                  limitID;
+    float                   limit;
+    UINT32                  centreCount;
+    UINT32                  centreID;
+    PointType               centre;
+    UINT32                  remarkCount;
+    UINT32                  remarkID;
+    CHAR*                   remark;
+    UINT32                  absentCount;
+    UINT32                  absentID;
+    float*                  absent;
+    UINT32                  last;
+};
+TUNING_RECORD(EverythingType)
+    MODULE_HEADER
+    MEMBER(signed8)
+    MEMBER(unsigned8)
+    MEMBER(signed16)
+    MEMBER(unsigned16)
+    MEMBER(signed64)
+    MEMBER(unsigned64)
+    MEMBER(precise)
+    MEMBER(colour)
+    BOOLEAN(enable)
+    MEMBER(origin)
+    MEMBER(corners)
+    MEMBER(title)
+    MEMBER(labels)
+    VARIABLE(colours)
+    VARIABLE(leaves)
+    VARIABLE(notes)
+    OPTIONAL(limit)
+    OPTIONAL(centre)
+    OPTIONAL(remark)
+    VARIABLE(absent)
+    MEMBER(last)
+TUNING_RECORD_END
+
+/// A small record, for files that differ from the code.
+struct SmallType
+{
+    INT32     first;
+    float     numbers[4];
+    PointType point;
+    UINT32    listCount;
+    UINT32    listID;
+    UINT32*   list;
+    UINT32    last;
+};
+TUNING_RECORD(SmallType)
+    MEMBER(first)
+    MEMBER(numbers)
+    MEMBER(point)
+    VARIABLE(list)
+    MEMBER(last)
+TUNING_RECORD_END
+
+}  // namespace recordtest
+
+using namespace recordtest;
+using tuning::RecordDescription;
+
+namespace
+{
+
+using Source = LoadedTable::Source;
+
+constexpr VersionUnion ModuleVersion{1, 0, 0};
+constexpr UINT32       OwnID = 0x05000007;
+
+template <typename Record> const RecordDescription& TableOf()
+{
+    return *TuningRecordOf(static_cast<const Record*>(nullptr));
+}
+
+/// A record with its memory given back at the end.
+template <typename Record> class Loaded
+{
+public:
+    Loaded(LoadedTable& rLoaded, UINT32 id, const CHAR* pName = "everything") : m_pTable(rLoaded.table.get())
+    {
+        ParameterFileSymbolTableEntry entry;
+        found = m_pTable->Find(entry, id, true);
+        RecordLoader::LoadModule(TableOf<Record>(), &record, entry, namehash::OfName(pName));
+    }
+
+    ~Loaded()
+    {
+        RecordLoader::Unload(TableOf<Record>(), &record, m_pTable);
+    }
+
+    Loaded(const Loaded&)            = delete;
+    Loaded& operator=(const Loaded&) = delete;
+
+    Record record{};
+    bool   found = false;
+
+private:
+    ParameterFileSymbolTable* m_pTable;
+};
+
+/// The values that the tests put into files; texts and arrays are those of this object.
+struct Everything
+{
+    Everything()
+    {
+        leaves[0]                       = {2, 0, curve, const_cast<CHAR*>("sky")};
+        leaves[1]                       = {0, 0, nullptr, const_cast<CHAR*>("")};
+        EverythingType& r               = record;
+        r.module_version.major_revision = 7;
+        r.module_version.incr_revision  = 9;
+        r.parameter_version.revision    = const_cast<CHAR*>("rev 3");
+        r.signed8                       = -8;
+        r.unsigned8[0]                  = 1;
+        r.unsigned8[2]                  = 255;
+        r.signed16                      = -1600;
+        r.unsigned16                    = 65000;
+        r.signed64                      = -(1LL << 40);
+        r.unsigned64                    = 0xFFFFFFFF00000001ULL;
+        r.precise                       = 0.1;
+        r.colour                        = Colour::Green;
+        r.enable                        = TRUE;
+        r.origin                        = {1.5F, -2};
+        r.corners[1]                    = {2.5F, 3};
+        r.title                         = const_cast<CHAR*>("a title");
+        r.labels[0]                     = const_cast<CHAR*>("left");
+        r.labels[1]                     = const_cast<CHAR*>("right");
+        r.coloursCount                  = 3;
+        r.colours                       = colours;
+        r.leavesCount                   = 2;
+        r.leaves                        = leaves;
+        r.notesCount                    = 2;
+        r.notes                         = notes;
+        r.limitCount                    = 1;
+        r.limit                         = 0.25F;
+        r.centreCount                   = 1;
+        r.centre                        = {9.0F, 10};
+        r.remarkCount                   = 1;
+        r.remark                        = const_cast<CHAR*>("remark");
+        r.last                          = 0xCAFE;
+    }
+
+    EverythingType record{};
+    Colour         colours[3] = {Colour::Green, Colour::Red, Colour::Green};
+    float          curve[2]   = {0.5F, 0.75F};
+    LeafType       leaves[2]  = {};
+    CHAR*          notes[2]   = {const_cast<CHAR*>("n1"), const_cast<CHAR*>("n2")};
+};
+
+ParameterFile FileOf(const EverythingType& rRecord, const VersionUnion& rVersion, bool define)
+{
+    ParameterFileBuilder builder(rVersion);
+    RecordWriter         writer(builder);
+    if (define)
+    {
+        writer.AddModule("everything", ModuleVersion, 0, TableOf<EverythingType>(), &rRecord);
+    }
+    else
+    {
+        builder.AddModule("everything", ModuleVersion, 0, writer.Encode(TableOf<EverythingType>(), &rRecord));
+    }
+    return builder.Build();
+}
+
+UINT64 LiveAllocations()
+{
+    const TavoDesk::AllocationCounters counters = TavoDesk::GetAllocationCounters();
+    return counters.allocations - counters.releases;
+}
+
+TEST(RecordLoading, EveryFormSurvivesTheWayThroughAFile)
+{
+    const Everything original;
+    for (const VersionUnion& rVersion : {VersionUnion(6, 0, 0), VersionUnion(6, 3, 0), VersionUnion(7, 0, 0)})
+    {
+        for (const bool define : {false, true})
+        {
+            for (const Source source : {Source::Buffer, Source::Disk})
+            {
+                SCOPED_TRACE(::testing::Message() << rVersion.Version.Major << " " << define);
+                const ParameterFile file = FileOf(original.record, rVersion, define);
+                SystemLogCapture    log;
+                LoadedTable         loaded(file, source);
+                ASSERT_TRUE(loaded.loaded) << log.Text();
+                const UINT64 before = LiveAllocations();
+                {
+                    Loaded<EverythingType> result(loaded, 1);
+                    EXPECT_EQ(log.Count("", "E") + log.Count("", "W"), 0U) << log.Text();
+                    const EverythingType& r = result.record;
+                    EXPECT_EQ(r.unsigned8[2], 255);
+                    EXPECT_EQ(r.corners[1].y, 3);
+                    EXPECT_STREQ(r.labels[1], "right");
+                    EXPECT_STREQ(r.leaves[0].name, "sky");
+                    EXPECT_EQ(r.leaves[0].curve[1], 0.75F);
+                    EXPECT_NE(r.leavesID, 0U);
+                    EXPECT_EQ(r.absent, nullptr);
+                    // What is loaded makes the same file again.
+                    EXPECT_EQ(FileOf(r, rVersion, define).bytes, file.bytes);
+                }
+                EXPECT_EQ(LiveAllocations(), before);
+            }
+        }
+    }
+}
+
+TEST(RecordLoading, TheStoresOwnMemberOutlivesUnloadingAndLoading)
+{
+    const Everything original;
+    LoadedTable      loaded(FileOf(original.record, {7, 0, 0}, true));
+    EverythingType   record{};
+    record.SymbolTableID = OwnID;
+    for (int round = 0; round < 2; ++round)
+    {
+        ParameterFileSymbolTableEntry entry;
+        ASSERT_TRUE(loaded.table->Find(entry, 1, true));
+        RecordLoader::LoadModule(TableOf<EverythingType>(), &record, entry, namehash::OfName("everything"));
+        EXPECT_EQ(record.SymbolTableID, OwnID);
+        EXPECT_EQ(record.last, 0xCAFEU);
+        RecordLoader::Unload(TableOf<EverythingType>(), &record, loaded.table.get());
+        EXPECT_EQ(record.SymbolTableID, OwnID);
+        EXPECT_EQ(record.title, nullptr);
+        EXPECT_EQ(record.leaves, nullptr);
+        EXPECT_EQ(record.leavesCount, 0U);
+    }
+
+    // An entry that was not found gives a record of zeros.
+    ParameterFileSymbolTableEntry entry;
+    SystemLogCapture              log;
+    EXPECT_FALSE(loaded.table->Find(entry, 55, true));
+    RecordLoader::LoadModule(TableOf<EverythingType>(), &record, entry, namehash::OfName("everything"));
+    EXPECT_EQ(record.last, 0U);
+    EXPECT_EQ(record.title, nullptr);
+    EXPECT_EQ(record.SymbolTableID, OwnID);
+}
+
+TEST(RecordLoading, DefinitionsThatMatchedAreDroppedAndNotMissed)
+{
+    const Everything     original;
+    ParameterFileBuilder builder;
+    RecordWriter         writer(builder);
+    writer.AddModule("everything", ModuleVersion, 0, TableOf<EverythingType>(), &original.record);
+    writer.AddModule("everything", ModuleVersion, 1, TableOf<EverythingType>(), &original.record);
+    LoadedTable loaded(builder.Build(), Source::Disk);
+    EXPECT_GT(loaded.table->Definitions().StructureCount(), 0U);
+    Loaded<EverythingType> first(loaded, 1);
+    loaded.table->FreeEntryData();
+    loaded.table->ClearDefinitions(false);
+    EXPECT_EQ(loaded.table->Definitions().StructureCount(), 0U);
+
+    SystemLogCapture       log;
+    Loaded<EverythingType> second(loaded, 2);
+    EXPECT_EQ(log.Count("", "E") + log.Count("", "W"), 0U) << log.Text();
+    EXPECT_EQ(FileOf(second.record, {7, 0, 0}, true).bytes, FileOf(original.record, {7, 0, 0}, true).bytes);
+}
+
+/// A file whose schema of SmallType is another one than the code's.
+class SmallFile
+{
+public:
+    explicit SmallFile(const VersionUnion& rVersion = {7, 0, 0}) : builder(rVersion), members(MembersOfCode())
+    {
+        block.Add<UINT32>(0);
+    }
+
+    std::vector<DefinedMember> MembersOfCode()
+    {
+        return RecordWriter(builder).Members(TableOf<SmallType>());
+    }
+
+    /// Ends the record and adds it for a mode.
+    UINT32 AddRecord(UINT32 modeId = 0)
+    {
+        block.Patch(0, static_cast<UINT32>(block.Size() - sizeof(UINT32)));
+        return builder.AddModule("small", ModuleVersion, modeId, block.Get());
+    }
+
+    ParameterFile Build()
+    {
+        builder.DefineModule("small", 100);
+        builder.DefineStructure(100, "SmallType", members);
+        return builder.Build();
+    }
+
+    VOID Remove(const CHAR* pName)
+    {
+        std::erase_if(members, [&](const DefinedMember& rMember) { return rMember.name == pName; });
+    }
+
+    DefinedMember& Member(const CHAR* pName)
+    {
+        return *std::find_if(members.begin(), members.end(),
+                             [&](const DefinedMember& rMember) { return rMember.name == pName; });
+    }
+
+    ByteWriter& AddNumbers(UINT32 count)
+    {
+        block.Add(count);
+        for (UINT32 index = 0; index < count; ++index)
+        {
+            block.Add(static_cast<FLOAT>(index) + 0.5F);
+        }
+        return block;
+    }
+
+    ByteWriter& AddPoint(FLOAT x, INT32 y)
+    {
+        return block.Add<UINT32>(8).Add(x).Add(y);
+    }
+
+    ByteWriter& AddList(const std::vector<UINT32>& rValues)
+    {
+        ByteWriter values;
+        for (const UINT32 value : rValues)
+        {
+            values.Add(value);
+        }
+        return block.Add(static_cast<UINT32>(rValues.size())).Add(builder.AddData(values.Get()));
+    }
+
+    ParameterFileBuilder       builder;
+    std::vector<DefinedMember> members;
+    ByteWriter                 block;
+};
+
+TEST(SchemaDrift, AMemberThatTheFileLacksStaysZeroAlsoInLaterModes)
+{
+    SmallFile file;
+    file.Remove("numbers");
+    file.block.Add<INT32>(-5);
+    file.AddPoint(1.0F, 2);
+    file.AddList({7, 8}).Add<UINT32>(99);
+    file.AddRecord(0);
+    file.AddRecord(1);
+    LoadedTable loaded(file.Build(), Source::Disk);
+    ASSERT_TRUE(loaded.loaded);
+
+    for (const UINT32 id : {1U, 2U})
+    {
+        SystemLogCapture  log;
+        Loaded<SmallType> small(loaded, id, "small");
+        EXPECT_EQ(small.record.first, -5);
+        EXPECT_EQ(small.record.numbers[0], 0.0F);
+        EXPECT_EQ(small.record.point.y, 2);
+        ASSERT_EQ(small.record.listCount, 2U);
+        EXPECT_EQ(small.record.list[1], 8U);
+        EXPECT_EQ(small.record.last, 99U);
+        EXPECT_TRUE(log.Has("ReadSimpleTypeFixedArray: 0x", "E")) << log.Text();
+        EXPECT_EQ(log.Count("entry not found in the binary file, all values will be 0\n"), 1U);
+        EXPECT_FALSE(log.Has("XSD"));
+        loaded.table->FreeEntryData();
+        loaded.table->ClearDefinitions(false);
+    }
+}
+
+TEST(SchemaDrift, ARecordOrTextThatTheFileLacksTakesNothing)
+{
+    SmallFile file;
+    file.Remove("point");
+    file.Remove("list");
+    file.block.Add<INT32>(-5);
+    file.AddNumbers(4).Add<UINT32>(99);
+    file.AddRecord();
+    LoadedTable       loaded(file.Build());
+    SystemLogCapture  log;
+    Loaded<SmallType> small(loaded, 1, "small");
+    EXPECT_EQ(small.record.numbers[3], 3.5F);
+    EXPECT_EQ(small.record.point.x, 0.0F);
+    EXPECT_EQ(small.record.list, nullptr);
+    EXPECT_EQ(small.record.last, 99U);
+    EXPECT_TRUE(log.Has("Load: 0x", "E"));
+    EXPECT_TRUE(log.Has("ReadSimpleTypeArray: 0x", "E"));
+}
+
+TEST(SchemaDrift, AMemberThatTheCodeLacks)
+{
+    for (const bool atEnd : {true, false})
+    {
+        SmallFile           file;
+        const DefinedMember extra{"extra", ParameterDefinitionType_Unsigned32Bits};
+        file.members.insert(atEnd ? file.members.end() : file.members.begin() + 1, extra);
+        file.block.Add<INT32>(-5);
+        if (!atEnd)
+        {
+            file.block.Add<UINT32>(0x40000000);  // read as the count of the numbers
+        }
+        file.AddNumbers(4);
+        file.AddPoint(1.0F, 2);
+        file.AddList({7}).Add<UINT32>(99);
+        if (atEnd)
+        {
+            file.block.Add<UINT32>(0x1234);
+        }
+        file.AddRecord();
+        LoadedTable       loaded(file.Build());
+        SystemLogCapture  log;
+        Loaded<SmallType> small(loaded, 1, "small");
+        EXPECT_EQ(small.record.first, -5);
+        EXPECT_TRUE(log.Has("does not match expected bytes (", "W"));
+        EXPECT_EQ(log.Has("differs from expected", "W"), !atEnd);
+        if (atEnd)
+        {
+            EXPECT_EQ(small.record.last, 99U);
+            EXPECT_EQ(log.Size(), 1U) << log.Text();
+        }
+        else
+        {
+            EXPECT_TRUE(log.Has(
+                "expected count (4) != the binary count (1073741824), the binary XSD != the source XSD\n", "W"));
+        }
+    }
+}
+
+TEST(SchemaDrift, StoredTypesAndCountsAreConverted)
+{
+    SmallFile file;
+    file.Member("first").type      = ParameterDefinitionType_Signed16Bits;
+    file.Member("numbers").minimum = 6;
+    file.Member("numbers").maximum = 6;
+    file.Member("list").flags      = ParameterDefinitionElementInfo::FloatFlag;
+    file.Member("last").type       = ParameterDefinitionType_Double;
+    file.block.Add<INT16>(-300);
+    file.AddNumbers(6);
+    file.AddPoint(1.0F, 2);
+    file.block.Add<UINT32>(2).Add(file.builder.AddData(ByteWriter().Add(2.9F).Add(-1.0F).Get()));
+    file.block.Add(7.9);
+    file.AddRecord();
+    LoadedTable       loaded(file.Build());
+    SystemLogCapture  log;
+    Loaded<SmallType> small(loaded, 1, "small");
+    EXPECT_EQ(small.record.first, -300);
+    EXPECT_TRUE(log.Has("Insufficient data to read array of symbol table entry\n", "E"));  // said of other widths
+    EXPECT_EQ(small.record.numbers[3], 3.5F);
+    EXPECT_TRUE(log.Has("expected count (4) != the binary count (6), the binary XSD != the source XSD\n", "W"));
+    // What follows is read from where the reading stands: the fifth number is the byte count of the point.
+    EXPECT_TRUE(log.Has("Binary file position (", "W"));
+
+    // None of it counts as matching.
+    loaded.table->ClearDefinitions(false);
+    const ParameterDefinitionStructure* pRoot = loaded.table->FindModuleStructure(namehash::OfName("small"));
+    ASSERT_NE(pRoot, nullptr);
+    for (const CHAR* pName : {"first", "numbers", "last"})
+    {
+        EXPECT_NE(pRoot->FindChild(namehash::OfName(pName))->Info, nullptr) << pName;
+    }
+}
+
+TEST(SchemaDrift, ListsOfOtherTypesAndFormsAreRead)
+{
+    const auto listOf = [](const auto& rPrepare)
+    {
+        SmallFile file;
+        file.block.Add<INT32>(0);
+        file.AddNumbers(4);
+        file.AddPoint(1.0F, 2);
+        rPrepare(file);
+        file.block.Add<UINT32>(99);
+        file.AddRecord();
+        LoadedTable         loaded(file.Build());
+        SystemLogCapture    log;
+        Loaded<SmallType>   small(loaded, 1, "small");
+        std::vector<UINT32> list(small.record.list, small.record.list + small.record.listCount);
+        EXPECT_EQ(small.record.last, 99U) << log.Text();
+        return list;
+    };
+    EXPECT_EQ(listOf(
+                  [](SmallFile& rFile)
+                  {
+                      rFile.Member("list").type = ParameterDefinitionType_Unsigned8Bits;
+                      rFile.block.Add<UINT32>(3).Add(rFile.builder.AddData({200, 2, 3}));
+                  }),
+              (std::vector<UINT32>{200, 2, 3}));
+    EXPECT_EQ(listOf(
+                  [](SmallFile& rFile)
+                  {
+                      rFile.Member("list").flags = ParameterDefinitionElementInfo::FloatFlag;
+                      rFile.block.Add<UINT32>(2).Add(rFile.builder.AddData(ByteWriter().Add(2.9F).Add(-1.0F).Get()));
+                  }),
+              (std::vector<UINT32>{2, 0}));
+    EXPECT_EQ(listOf(
+                  [](SmallFile& rFile)
+                  {
+                      rFile.Member("list").minimum = 2;  // a fixed array, inside the record
+                      rFile.Member("list").maximum = 2;
+                      rFile.block.Add<UINT32>(2).Add<UINT32>(11).Add<UINT32>(12);
+                  }),
+              (std::vector<UINT32>{11, 12}));
+    EXPECT_EQ(listOf(
+                  [](SmallFile& rFile)
+                  {
+                      rFile.Member("list").minimum = 1;  // a single value, inside the record
+                      rFile.Member("list").maximum = 1;
+                      rFile.block.Add<UINT32>(11);
+                  }),
+              (std::vector<UINT32>{11}));
+    EXPECT_EQ(listOf(
+                  [](SmallFile& rFile)
+                  {
+                      rFile.block.Add<UINT32>(0xFFFFFFFF);  // clipped to what the block holds
+                      rFile.block.Add(rFile.builder.AddData(ByteWriter().Add<UINT32>(5).Add<UINT32>(6).Get()));
+                  }),
+              (std::vector<UINT32>{5, 6}));
+    EXPECT_EQ(listOf([](SmallFile& rFile) { rFile.block.Add<UINT32>(0).Add<UINT32>(0); }), (std::vector<UINT32>{}));
+    EXPECT_EQ(listOf([](SmallFile& rFile) { rFile.block.Add<UINT32>(2).Add<UINT32>(4711); }), (std::vector<UINT32>{}));
+}
+
+TEST(SchemaDrift, TheCountInFrontOfFixedArraysCameWithVersionSeven)
+{
+    for (const bool counted : {true, false})
+    {
+        for (const bool define : {true, false})
+        {
+            SmallFile file(counted ? VersionUnion(7, 0, 0) : VersionUnion(6, 9, 0));
+            file.block.Add<INT32>(1);
+            if (counted)
+            {
+                file.AddNumbers(4);
+            }
+            else
+            {
+                file.block.Add(0.5F).Add(1.5F).Add(2.5F).Add(3.5F);
+            }
+            file.AddPoint(1.0F, 2);
+            file.AddList({7}).Add<UINT32>(99);
+            file.AddRecord();
+            LoadedTable       loaded(define ? file.Build() : file.builder.Build());
+            SystemLogCapture  log;
+            Loaded<SmallType> small(loaded, 1, "small");
+            EXPECT_EQ(small.record.numbers[3], 3.5F);
+            EXPECT_EQ(small.record.last, 99U);
+            EXPECT_EQ(log.Size(), 0U) << log.Text();
+        }
+    }
+}
+
+TEST(SharedData, IdenticalBlocksBecomeOneObjectUntilTheLastUserGoes)
+{
+    for (const Source source : {Source::Buffer, Source::Disk})
+    {
+        SmallFile    file;
+        const UINT32 list = file.builder.AddData(ByteWriter().Add<UINT32>(7).Add<UINT32>(8).Get());
+        const UINT32 copy = file.builder.AddData({}, list);
+        // The last one lies about how many values the same block has.
+        for (const auto& [id, count] : {std::pair(list, 2U), std::pair(copy, 2U), std::pair(copy, 1U)})
+        {
+            file.block = ByteWriter();
+            file.block.Add<UINT32>(0).Add<INT32>(1);
+            file.AddNumbers(4);
+            file.AddPoint(1.0F, 2).Add(count).Add(id).Add<UINT32>(99);
+            file.AddRecord();
+        }
+        LoadedTable      loaded(file.Build(), source);
+        const UINT64     before = LiveAllocations();
+        SystemLogCapture log;
+        {
+            auto pFirst = std::make_unique<Loaded<SmallType>>(loaded, 1, "small");
+            auto pCopy  = std::make_unique<Loaded<SmallType>>(loaded, 2, "small");
+            auto pOther = std::make_unique<Loaded<SmallType>>(loaded, 3, "small");
+            EXPECT_EQ(pFirst->record.list, pCopy->record.list);
+            EXPECT_NE(pFirst->record.list, pOther->record.list);
+            EXPECT_EQ(LiveAllocations(), before + 2);
+            pFirst.reset();
+            EXPECT_EQ(pCopy->record.list[1], 8U);
+        }
+        EXPECT_EQ(LiveAllocations(), before);
+        loaded.table.reset();
+        EXPECT_EQ(log.Size(), 0U) << log.Text();
+    }
+}
+
+TEST(SharedData, ThreadsLoadAndUnloadAtTheSameTime)
+{
+    const Everything     original;
+    ParameterFileBuilder builder;
+    RecordWriter         writer(builder);
+    builder.EmptyData();
+    for (UINT32 mode = 0; mode < 4; ++mode)
+    {
+        writer.AddModule("everything", ModuleVersion, mode, TableOf<EverythingType>(), &original.record);
+    }
+    // The entries of each record follow one another in the same order, so that equal blocks are known.
+    const UINT32 first     = builder.EmptyData() + 1;
+    const UINT32 perRecord = (builder.AddData({1}) - first) / 4;
+    for (UINT32 index = 0; index < 4 * perRecord; ++index)
+    {
+        builder.Data(first + index).duplicateId = first + index % perRecord;
+    }
+    const ParameterFile file = FileOf(original.record, {7, 0, 0}, true);
+    LoadedTable         loaded(builder.Build(), Source::Disk);
+    ASSERT_TRUE(loaded.loaded);
+    loaded.table->FreeEntryData();
+    const UINT64             before = LiveAllocations();
+    std::atomic<int>         wrong{0};
+    std::vector<std::thread> threads;
+    for (UINT32 thread = 0; thread < 4; ++thread)
+    {
+        threads.emplace_back(
+            [&, thread]
+            {
+                for (UINT32 round = 0; round < 50; ++round)
+                {
+                    Loaded<EverythingType> result(loaded, 1 + (thread + round) % 4);
+                    wrong += (FileOf(result.record, {7, 0, 0}, true).bytes == file.bytes) ? 0 : 1;
+                }
+            });
+    }
+    for (std::thread& rThread : threads)
+    {
+        rThread.join();
+    }
+    EXPECT_EQ(wrong.load(), 0);
+    EXPECT_EQ(LiveAllocations(), before);
+}
+
+TEST(HostileFiles, AFewBytesCannotStandForEndlessRecords)
+{
+    // Each of a thousand leaves points at the block of the thousand leaves... as far as the schema nests, and each
+    // module of many does so again.
+    ParameterFileBuilder builder;
+    RecordWriter         writer(builder);
+    const UINT32         curve = builder.AddData(std::vector<BYTE>(60000, 1));
+    ByteWriter           leaves;
+    for (int index = 0; index < 3000; ++index)
+    {
+        leaves.Add<UINT32>(16).Add<UINT32>(15000).Add(curve).Add<UINT32>(60000).Add(curve);
+    }
+    const UINT32   leavesId = builder.AddData(leaves.Get());
+    EverythingType record{};
+    for (int module = 0; module < 20; ++module)
+    {
+        std::vector<BYTE> block = writer.Encode(TableOf<EverythingType>(), &record);
+        const size_t      end   = block.size();
+        // Count and entry of the leaves stand before the pairs of notes, limit, centre, remark and absent, and last.
+        const size_t place = end - 4 - 6 * 8;
+        const UINT32 count = 3000;
+        std::memcpy(block.data() + place, &count, sizeof(count));
+        std::memcpy(block.data() + place + 4, &leavesId, sizeof(leavesId));
+        builder.AddModule("everything", ModuleVersion, 0, block);
+    }
+    const ParameterFile file = builder.Build();
+    for (const Source source : {Source::Buffer, Source::Disk})
+    {
+        LoadedTable      loaded(file, source);
+        SystemLogCapture log;
+        const UINT64     before = TavoDesk::GetAllocationCounters().bytes;
+        {
+            std::vector<std::unique_ptr<Loaded<EverythingType>>> records;
+            for (UINT32 id = 1; id <= 20; ++id)
+            {
+                records.push_back(std::make_unique<Loaded<EverythingType>>(loaded, id));
+            }
+            ASSERT_EQ(records[0]->record.leavesCount, 3000U);
+        }
+        const UINT64 allocated = TavoDesk::GetAllocationCounters().bytes - before;
+        EXPECT_LT(allocated, 8 * 1024 * 1024 + 64 * file.bytes.size());
+        EXPECT_EQ(log.Count("bytes of work to load from a file of ", "E"), 1U);
+    }
+}
+
+/// Loads everything that a file offers, as often as a set manager would, and gives it back.
+VOID LoadAndUnloadAll(const ParameterFile& rFile, Source source)
+{
+    LoadedTable loaded(rFile, source);
+    if (!loaded.loaded)
+    {
+        return;
+    }
+    const UINT64 before = LiveAllocations();
+    {
+        std::vector<std::unique_ptr<Loaded<EverythingType>>> records;
+        for (UINT32 index = 0; index < loaded.table->ModuleCount(); ++index)
+        {
+            records.push_back(std::make_unique<Loaded<EverythingType>>(loaded, loaded.table->GetModule(index)->ID));
+            if (index == 1)
+            {
+                loaded.table->ClearDefinitions(false);
+            }
+        }
+    }
+    EXPECT_EQ(LiveAllocations(), before);
+}
+
+TEST(HostileFiles, DamagedFilesDoNoHarm)
+{
+    const Everything     original;
+    ParameterFileBuilder builder;
+    RecordWriter         writer(builder);
+    for (UINT32 mode = 0; mode < 3; ++mode)
+    {
+        writer.AddModule("everything", ModuleVersion, mode, TableOf<EverythingType>(), &original.record);
+    }
+    // Data that several entries name as their own, so that damage can mix up shared objects.
+    for (UINT32 id = 1; id < 60; ++id)
+    {
+        builder.Data(id).duplicateId = 1 + id % 4;
+    }
+    builder.SetMinimumSize(0);
+    const ParameterFile good = builder.Build();
+
+    SystemLogCapture log;
+    std::mt19937     random(20240611);
+    const UINT32     interesting[] = {0, 1, 2, 3, 8, 0x7F, 0xFF, 0x7FFFFFFF, 0x80000000, 0xFFFFFFF8, 0xFFFFFFFF};
+    for (int round = 0; round < 4000; ++round)
+    {
+        ParameterFile file = good;
+        const UINT32  hits = 1 + random() % 8;
+        for (UINT32 hit = 0; hit < hits; ++hit)
+        {
+            // The header is left alone: it is tested elsewhere, and would refuse most of these files.
+            const size_t place = 168 + random() % (file.bytes.size() - 168 - 8 - 4);
+            if (random() % 2 == 0)
+            {
+                file.bytes[place] = static_cast<BYTE>(random());
+            }
+            else
+            {
+                file.Put(place, interesting[random() % std::size(interesting)]);
+            }
+        }
+        if (random() % 16 == 0)
+        {
+            file.bytes.resize(file.bytes.size() - random() % 2000);
+            file.Put(28, static_cast<UINT32>(file.bytes.size()));
+        }
+        file.Seal();
+        LoadAndUnloadAll(file, (round % 8 == 0) ? Source::Disk : Source::Buffer);
+        log.Clear();
+    }
+}
+
+}  // namespace

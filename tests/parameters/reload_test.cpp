@@ -1,0 +1,194 @@
+#include "tests/parameters/setmanagerfixture.h"
+
+#include <filesystem>
+
+namespace
+{
+
+using enum ModeType;
+
+class ReloadTest : public SetManagerTest
+{
+protected:
+    /// Default and two use cases with values that follow from the first.
+    static ParameterFile MakeFile(INT32 value)
+    {
+        TuningFileMaker maker;
+        const UINT32    root = maker.Table();
+        maker.Alpha(root, value);
+        maker.Alpha(maker.Mode(root, Usecase, 2), value + 1);
+        maker.Alpha(maker.Mode(root, Usecase, 3), value + 2);
+        return maker.Build();
+    }
+
+    static UINT32 References(ParameterSetManager& rManager, UINT16 usecase)
+    {
+        return Mode(rManager, Branch({{Usecase, usecase}}))->GetReferenceCount();
+    }
+
+    const std::vector<TuningMode> video = Branch({{Usecase, 2}});
+};
+
+} // namespace
+
+TEST_F(ReloadTest, OldRecordsLiveUntilTheReloadAfter)
+{
+    ParameterSetManager manager("cam", smallschema::Modules, Verbose());
+    ASSERT_TRUE(manager.LoadBinaryParameters(Write(MakeFile(10))));
+    smallschema::AlphaType* pOld = Alpha(manager, video);
+    ASSERT_NE(pOld, nullptr);
+
+    Write(MakeFile(20));
+    ASSERT_TRUE(manager.ReloadBinaryParameters(false)) << log.Text();
+    EXPECT_EQ(pOld->value, 11);
+    EXPECT_EQ(pOld->steps[0], 11.5f);
+    smallschema::AlphaType* pNew = Alpha(manager, video);
+    ASSERT_NE(pNew, nullptr);
+    EXPECT_NE(pNew, pOld);
+    EXPECT_EQ(pNew->value, 21);
+
+    // The old record can still be given back: to the tree that it came from.
+    EXPECT_EQ(Alpha(manager, video, pOld), pNew);
+
+    Write(MakeFile(30));
+    ASSERT_TRUE(manager.ReloadBinaryParameters(false));
+    EXPECT_EQ(pNew->value, 21);
+    EXPECT_EQ(AlphaValue(manager, video), 31);
+}
+
+TEST_F(ReloadTest, ReferenceCountsCarryOverBetweenEqualLayouts)
+{
+    ParameterSetManager manager("cam", smallschema::Modules, Verbose());
+    ASSERT_TRUE(manager.LoadBinaryParameters(Write(MakeFile(10))));
+    Alpha(manager, video);
+    Alpha(manager, video);
+    ASSERT_TRUE(manager.ReloadBinaryParameters(false));
+    EXPECT_EQ(References(manager, 2), 2u);
+    EXPECT_EQ(References(manager, 3), 0u);
+
+    // Another module in the place of the first one: the counts of that mode are left behind.
+    TuningFileMaker maker;
+    const UINT32    root    = maker.Table();
+    const UINT32    usecase = maker.Mode(root, Usecase, 2);
+    maker.Mode(root, Usecase, 3);
+    maker.Alpha(root, 1);
+    maker.Beta(usecase, 2);
+    maker.Alpha(usecase, 3);
+    Write(maker.Build());
+    ASSERT_TRUE(manager.ReloadBinaryParameters(false));
+    EXPECT_EQ(References(manager, 2), 0u);
+    EXPECT_TRUE(log.Has("ReloadBinaryParameters: Failed to transfer reference counts, current module name (beta) does not "
+                        "match prev name (alpha) in mode index 1\n",
+                        "V"));
+}
+
+TEST_F(ReloadTest, AFailedReloadLeavesNothingAndCanBeTriedAgain)
+{
+    ParameterSetManager manager("cam", smallschema::Modules, Verbose());
+    EXPECT_FALSE(manager.ReloadBinaryParameters(false));
+    EXPECT_EQ(manager.GetErrorText(), "ReloadBinaryParameters called with empty file name");
+
+    for (const bool bufferMode : {false, true})
+    {
+        ParameterSetManager other("cam", smallschema::Modules, Verbose());
+        ASSERT_TRUE(other.LoadBinaryParameters(Write(MakeFile(10))));
+        smallschema::AlphaType* pOld    = Alpha(other, video);
+        ParameterFile           damaged = MakeFile(20);
+        damaged.Put<BYTE>(500, 1);
+        Write(damaged);
+        EXPECT_FALSE(other.ReloadBinaryParameters(bufferMode));
+        EXPECT_EQ(other.GetErrorText(), "Binary file CRC validation failed");
+        EXPECT_EQ(AlphaValue(other, video), -1);
+        EXPECT_EQ(pOld->value, 11);
+
+        std::filesystem::remove(m_path);
+        EXPECT_FALSE(other.ReloadBinaryParameters(bufferMode));
+        EXPECT_EQ(other.GetErrorText(), bufferMode ? "ReloadBinaryParameters: Failed to open file"
+                                                   : "Unable to allocate space to read binary file");
+
+        Write(MakeFile(30));
+        ASSERT_TRUE(other.ReloadBinaryParameters(bufferMode));
+        EXPECT_EQ(AlphaValue(other, video), 31);
+    }
+}
+
+TEST_F(ReloadTest, InBufferModeTheFileIsForgotten)
+{
+    ParameterSetManager manager("cam", smallschema::Modules, Verbose());
+    ASSERT_TRUE(manager.LoadBinaryParameters(Write(MakeFile(10))));
+    ASSERT_TRUE(manager.ReloadBinaryParameters(true));
+    EXPECT_TRUE(log.Has("Reloading binary file " + m_path + " in buffer mode\n"));
+    std::filesystem::remove(m_path);
+    EXPECT_EQ(AlphaValue(manager, video), 11);
+    EXPECT_FALSE(manager.ReloadBinaryParameters(false));
+    EXPECT_EQ(AlphaValue(manager, video), 11);
+}
+
+TEST_F(ReloadTest, AnUpdateReplacesModulesWhereTheTreesAgree)
+{
+    for (const bool fileMode : {false, true})
+    {
+        ParameterSetManager manager("cam", smallschema::Modules, Verbose());
+        ASSERT_TRUE(manager.LoadBinaryParameters(Write(MakeFile(10))));
+        smallschema::AlphaType* pOld = Alpha(manager, video);
+
+        TuningFileMaker maker;
+        const UINT32    root = maker.Table();
+        maker.Beta(root, 50);
+        maker.Alpha(maker.Mode(root, Usecase, 2), 60);
+        maker.Alpha(maker.Mode(root, Usecase, 9), 70);
+        const std::string updatePath = m_path + ".update";
+        maker.Build().WriteTo(updatePath);
+        auto pUpdate = std::make_unique<ParameterSetManager>("update", smallschema::Modules, Verbose());
+        ASSERT_TRUE(fileMode ? pUpdate->LoadBinaryParameters(updatePath.c_str())
+                             : LoadBuffer(*pUpdate, maker.Build()));
+
+        ASSERT_TRUE(manager.UpdateParameters(std::move(pUpdate))) << log.Text();
+        EXPECT_EQ(AlphaValue(manager, video), 60);
+        EXPECT_EQ(BetaValue(manager, {}), 50);
+        EXPECT_EQ(AlphaValue(manager, {}), 10);
+        EXPECT_EQ(AlphaValue(manager, Branch({{Usecase, 3}})), 12);
+        EXPECT_EQ(AlphaValue(manager, Branch({{Usecase, 9}})), 10) << "no such mode here";
+        EXPECT_EQ(pOld->value, 11);
+        EXPECT_EQ(pOld->steps[0], 11.5f);
+
+        // Loading and unloading of the mode goes on around the new module.
+        EXPECT_TRUE(manager.UnloadMode(0, video.data(), 2));
+        EXPECT_EQ(AlphaValue(manager, video), 60);
+        smallschema::AlphaType* pUpdated = Alpha(manager, video);
+
+        ASSERT_TRUE(manager.ReloadBinaryParameters(false));
+        EXPECT_EQ(AlphaValue(manager, video), 11);
+        EXPECT_EQ(pUpdated->value, 60);
+        ASSERT_TRUE(manager.ReloadBinaryParameters(false));
+        EXPECT_EQ(AlphaValue(manager, video), 11);
+        std::filesystem::remove(updatePath);
+    }
+}
+
+TEST_F(ReloadTest, AnUpdateNeedsTablesOfTheSameName)
+{
+    TuningFileMaker two;
+    two.Alpha(two.Table("main"), 1);
+    two.Alpha(two.Table("side"), 2);
+    ParameterSetManager manager("cam", smallschema::Modules, Verbose());
+    EXPECT_FALSE(manager.UpdateParameters(nullptr));
+    ASSERT_TRUE(LoadBuffer(manager, two.Build()));
+
+    const auto make = [](const std::string& rName)
+    {
+        TuningFileMaker maker;
+        maker.Alpha(maker.Table(rName), 9);
+        auto pOther = std::make_unique<ParameterSetManager>("other", smallschema::Modules, Verbose());
+        EXPECT_TRUE(LoadBuffer(*pOther, maker.Build()));
+        return pOther;
+    };
+    EXPECT_FALSE(manager.UpdateParameters(make("rear")));
+    EXPECT_EQ(manager.GetErrorText(),
+              "UpdateParameters: Error: No matching module tables names found, unable to update parameters");
+    ASSERT_TRUE(manager.UpdateParameters(make("side")));
+    EXPECT_EQ(AlphaValue(manager, {}), 1);
+    ParameterModule* pSide = manager.GetModuleInternal(1, "alpha", nullptr, 0, nullptr);
+    ASSERT_NE(pSide, nullptr);
+    EXPECT_EQ(static_cast<smallschema::AlphaType*>(static_cast<TableModule*>(pSide)->Record())->value, 9);
+}

@@ -1,0 +1,311 @@
+#include "tests/parameters/setmanagerfixture.h"
+
+#include <functional>
+
+#include "parameters/parameterfilesymboltable.h"
+#include "parameters/tuningsetmanager.h"
+
+namespace
+{
+
+using enum ModeType;
+
+ParameterFile MakeTwoModes()
+{
+    TuningFileMaker maker;
+    const UINT32    root = maker.Table("main");
+    maker.Alpha(root, 1);
+    maker.Alpha(maker.Mode(root, Usecase, 2), 2);
+    return maker.Build();
+}
+
+size_t SectionRow(const ParameterFile& rFile, BinaryFileFormat::SectionType type)
+{
+    size_t row = rFile.sectionTableOffset;
+    for (UINT32 stored = ~0u; row + 12 <= rFile.bytes.size(); row += 12)
+    {
+        std::memcpy(&stored, rFile.bytes.data() + row, sizeof(stored));
+        if (stored == type)
+        {
+            break;
+        }
+    }
+    return row;
+}
+
+} // namespace
+
+TEST_F(SetManagerTest, ARefusedFileSaysWhyAndLeavesNothingBehind)
+{
+    struct Case
+    {
+        const CHAR*                         pError;
+        std::function<VOID(ParameterFile&)> damage;
+    };
+    const Case cases[] = {
+        {"Invalid binary header tag: QELTO Tunara Header", [](ParameterFile& rFile) { rFile.Put<CHAR>(0, 'Q'); }},
+        {"Unsupported binary header version : 7.0.1. Please re-generate parser code using the latest version of "
+         "ParameterParser",
+         [](ParameterFile& rFile) { rFile.Put<UINT32>(36, 1); }},
+        {"Invalid binary file section count", [](ParameterFile& rFile) { rFile.Put<UINT32>(164, 1); }},
+        {"Invalid binary file section count", [](ParameterFile& rFile) { rFile.Put<UINT32>(160, 0x7FFFFFFF); }},
+        {"Failed to read symbol table, data table or definition table",
+         [](ParameterFile& rFile)
+         { rFile.Put<UINT32>(SectionRow(rFile, BinaryFileFormat::SymbolTableSection) + 8, 33); }},
+        {"Failed to read symbol table, data table or definition table",
+         [](ParameterFile& rFile)
+         { rFile.Put<BYTE>(rFile.Section(BinaryFileFormat::DefinitionTableSection).Offset, 3); }},
+        {"ReadModeSection: Failed, buffer is nullptr",
+         [](ParameterFile& rFile)
+         { rFile.Put<UINT32>(SectionRow(rFile, BinaryFileFormat::ModeTableSection) + 4, 0x7FFFFFF0); }},
+        {"AddModule: moduleData->ModeId(7) >= m_modeCount(2)",
+         [](ParameterFile& rFile)
+         { rFile.Put<UINT32>(rFile.Section(BinaryFileFormat::SymbolTableSection).Offset + 64 + 16, 7); }},
+        {"Failed to parse binary header data for:  Name: alpha, Major: 10, Minor: 0, Patch: 1, Mode: 1",
+         [](ParameterFile& rFile)
+         { rFile.Put<UINT32>(rFile.Section(BinaryFileFormat::SymbolTableSection).Offset + 64 + 12, 1); }},
+        {"Failed to find header module:  Name Hash: 123456789abcdef0, Major: 10, Minor: 0, Patch: 0, Mode: 1",
+         [](ParameterFile& rFile)
+         {
+             rFile.Put<UINT64>(rFile.Section(BinaryFileFormat::SymbolTableSection).Offset + 64,
+                               0x123456789ABCDEF0ull);
+         }},
+    };
+    for (const bool fileMode : {false, true})
+    {
+        ParameterSetManager manager("cam", smallschema::Modules, Verbose());
+        const auto          load = [&](const ParameterFile& rFile)
+        { return fileMode ? manager.LoadBinaryParameters(Write(rFile)) : LoadBuffer(manager, rFile); };
+        for (const Case& rCase : cases)
+        {
+            ParameterFile file = MakeTwoModes();
+            rCase.damage(file);
+            file.Seal();
+            EXPECT_FALSE(load(file)) << rCase.pError;
+            EXPECT_EQ(manager.GetErrorText(), rCase.pError);
+            EXPECT_EQ(manager.GetModeTableCount(), 0u) << rCase.pError;
+            EXPECT_EQ(AlphaValue(manager, {}), -1) << rCase.pError;
+        }
+        ParameterFile unsealed = MakeTwoModes();
+        unsealed.Put<BYTE>(2000, 1);
+        EXPECT_FALSE(load(unsealed));
+        EXPECT_EQ(manager.GetErrorText(), "Binary file CRC validation failed");
+        EXPECT_FALSE(manager.LoadBinaryParameters(nullptr));
+        EXPECT_EQ(manager.GetErrorText(), "LoadBinaryParameters called with nullptr file name");
+
+        ASSERT_TRUE(load(MakeTwoModes())) << log.Text();
+        EXPECT_EQ(manager.GetErrorText(), "");
+        EXPECT_EQ(AlphaValue(manager, Branch({{Usecase, 2}})), 2);
+    }
+}
+
+TEST_F(SetManagerTest, FilesThatCannotBeReadAreRefused)
+{
+    ParameterSetManager manager("cam", smallschema::Modules, Verbose());
+    EXPECT_FALSE(manager.LoadBinaryParameters(m_path.c_str()));
+    EXPECT_EQ(manager.GetErrorText(), "Unable to allocate space to read binary file");
+    EXPECT_FALSE(manager.LoadBinaryParameters(std::string(1023, 'x').c_str()));
+    EXPECT_EQ(manager.GetErrorText(), "File name length (1023) exceeds max file name length of 1023");
+    EXPECT_FALSE(manager.LoadBinaryParameters(Write(ParameterFile())));  // empty
+    EXPECT_NE(manager.GetErrorText(), "");
+    EXPECT_FALSE(manager.LoadBinaryParameters(static_cast<const BYTE*>(nullptr), 0));
+    EXPECT_NE(manager.GetErrorText(), "");
+
+    // In file mode the section table has to lie in the first 3388 bytes, which must be there.
+    TuningFileMaker small;
+    small.builder.SetMinimumSize(0);
+    small.Alpha(small.Table(), 4);
+    const ParameterFile file = small.Build();
+    ASSERT_LT(file.bytes.size(), 3388u);
+    EXPECT_FALSE(manager.LoadBinaryParameters(Write(file)));
+    EXPECT_EQ(manager.GetErrorText(), "Failed to read 3388 bytes from binary file " + m_path);
+    EXPECT_TRUE(LoadBuffer(manager, file));
+
+    TuningFileMaker compressed;
+    compressed.builder.SetHeader("tag", "tool", BinaryFileFormat::CompressedFlag);
+    compressed.Table();
+    ParameterSetManager other("cam", smallschema::Modules, Verbose());
+    EXPECT_FALSE(LoadBuffer(other, compressed.Build()));
+    EXPECT_EQ(other.GetErrorText(), "Compressed binary file not supported (support ended with V5.1.0)");
+    EXPECT_FALSE(other.LoadBinaryParameters(Write(compressed.Build())));
+    EXPECT_EQ(other.GetErrorText(), "Compressed binary files ssupport removed in V5.1.0");
+}
+
+TEST_F(SetManagerTest, AManagerLoadsOnce)
+{
+    ParameterSetManager manager("cam", smallschema::Modules, Verbose());
+    EXPECT_EQ(AlphaValue(manager, {}), -1);
+    EXPECT_TRUE(log.Has("GetModule(alpha) Uninitialized Set Manager. this: "));
+    ASSERT_TRUE(LoadBuffer(manager, MakeTwoModes()));
+    EXPECT_FALSE(LoadBuffer(manager, MakeTwoModes()));
+    EXPECT_EQ(manager.GetErrorText(), "Binary file already loaded");
+    EXPECT_EQ(AlphaValue(manager, Branch({{Usecase, 2}})), 2);
+    EXPECT_STREQ(manager.GetLoggingIdentifier(), "cam;BinaryTag=test tuning");
+}
+
+TEST_F(SetManagerTest, AFileWithoutSymbolsOrDataHasModesAndNoModules)
+{
+    for (const bool fileMode : {false, true})
+    {
+        ParameterSetManager manager(nullptr, smallschema::Modules, Verbose());
+        ParameterFile       file = MakeTwoModes();
+        file.Put<UINT32>(SectionRow(file, BinaryFileFormat::DataSection) + 8, 0);
+        file.Seal();
+        EXPECT_TRUE(fileMode ? manager.LoadBinaryParameters(Write(file)) : LoadBuffer(manager, file));
+        EXPECT_TRUE(log.Has("ReadModeSections: Binary missing symbol table or data SymbolOffset("));
+        EXPECT_NE(Mode(manager, Branch({{Usecase, 2}})), nullptr);
+        EXPECT_EQ(AlphaValue(manager, Branch({{Usecase, 2}})), -1);
+        EXPECT_STREQ(manager.GetLoggingIdentifier(), "test tuning");
+    }
+}
+
+TEST_F(SetManagerTest, OldFilesAreReadAsFarAsTheirModeTree)
+{
+    const VersionUnion versions[] = {{1, 0, 1}, {1, 0, 2}, {1, 1, 0}, {2, 0, 0}, {3, 0, 0},
+                                     {3, 0, 1}, {4, 0, 0}, {5, 0, 0}, {6, 0, 0}, {7, 0, 0}};
+    for (const VersionUnion& rVersion : versions)
+    {
+        TuningFileMaker maker(rVersion);
+        const UINT32    root = maker.Table("main");
+        maker.Mode(root, Usecase, 2, BinaryFileFormat::NoLink, 0, BinaryFileFormat::PreserveModeFlag);
+        maker.Mode(root, Usecase, 3, 1);
+        ParameterSetManager manager("cam", smallschema::Modules, Verbose());
+        const std::string   version =
+            std::to_string(rVersion.Version.Major) + "." + std::to_string(rVersion.Version.Minor);
+        ASSERT_TRUE(LoadBuffer(manager, maker.Build())) << version << "\n" << log.Text();
+        EXPECT_EQ(manager.GetErrorText(), "") << version;
+        ModeEntry* pVideo = Mode(manager, Branch({{Usecase, 2}}));
+        ModeEntry* pZsl   = Mode(manager, Branch({{Usecase, 3}}));
+        ASSERT_TRUE(pVideo != nullptr && pZsl != nullptr) << version;
+        EXPECT_EQ(pVideo->Preserve, rVersion >= BinaryFileFormat::ModeFlagsVersion) << version;
+        EXPECT_EQ(pZsl->Target() == pVideo, rVersion >= BinaryFileFormat::LinkVersion) << version;
+        PList<const CHAR*> names;
+        manager.GetModeTableNames(names);
+        EXPECT_STREQ(names[0], (rVersion >= BinaryFileFormat::DataTableVersion) ? "main" : "") << version;
+    }
+}
+
+TEST_F(SetManagerTest, ModesWithTheSameDataShareOneRecord)
+{
+    TuningFileMaker maker;
+    const UINT32    root  = maker.Table();
+    const UINT32    video = maker.Mode(root, Usecase, 2);
+    const UINT32    zsl   = maker.Mode(root, Usecase, 3);
+    const UINT32    alpha = maker.Alpha(root, 7);
+    maker.Same("alpha", video, alpha);
+    maker.Alpha(zsl, 7);
+    // Another module may name the same block as its own; it gets an instance of its own all the same.
+    maker.Same("beta", root, alpha);
+    ParameterSetManager manager("cam", smallschema::Modules, Verbose());
+    ASSERT_TRUE(LoadBuffer(manager, maker.Build())) << log.Text();
+
+    smallschema::AlphaType* pRoot = Alpha(manager, {});
+    ASSERT_NE(pRoot, nullptr);
+    EXPECT_EQ(Alpha(manager, Branch({{Usecase, 2}})), pRoot);
+    EXPECT_NE(Alpha(manager, Branch({{Usecase, 3}})), pRoot);
+    EXPECT_NE(Get<smallschema::BetaType>(manager, "beta", {}), nullptr);
+    EXPECT_EQ(pRoot->SymbolTableID, alpha);
+    ASSERT_EQ(pRoot->stepsCount, 2u);
+    EXPECT_EQ(pRoot->steps[0], 7.5f);
+    EXPECT_EQ(pRoot->steps[1], 7.25f);
+}
+
+TEST_F(SetManagerTest, UnknownModulesArePassedOverWhereThatIsAllowed)
+{
+    TuningFileMaker maker;
+    const UINT32    root = maker.Table();
+    maker.builder.AddModule("foreign", {1, 0, 0}, root, std::vector<BYTE>(16));
+    maker.Alpha(root, 3);
+    Options options             = Verbose();
+    options.allowUnknownModules = true;
+    ParameterSetManager manager("cam", smallschema::Modules, options);
+    ASSERT_TRUE(LoadBuffer(manager, maker.Build())) << log.Text();
+    EXPECT_EQ(AlphaValue(manager, {}), 3);
+}
+
+TEST_F(SetManagerTest, ADerivedManagerWorksOnItsOwnTable)
+{
+    TuningFileMaker maker;
+    const UINT32    front = maker.Table("front");
+    const UINT32    back  = maker.Table("back");
+    maker.builder.AddModule("abf40_ife", {4, 0, 0}, front, {1, 2, 3});
+    maker.builder.AddModule("abf40_ife", {4, 0, 0}, back, {4, 5, 6});
+    TuningSetManager main("cam");
+    ASSERT_TRUE(main.LoadBinaryParameters(Write(maker.Build()))) << log.Text();
+    EXPECT_EQ(main.GetModeTableCount(), 2u);
+
+    const BareModuleType* pFront = main.GetModule_abf40_ife(nullptr, 0, nullptr);
+    ASSERT_NE(pFront, nullptr);
+    EXPECT_EQ(pFront->SymbolTableID, 1u);
+    {
+        std::unique_ptr<TuningSetManager> pBack = main.CreateSetManager("back");
+        ASSERT_NE(pBack, nullptr);
+        const BareModuleType* pRecord = pBack->GetModule_abf40_ife(nullptr, 0, nullptr);
+        ASSERT_NE(pRecord, nullptr);
+        EXPECT_EQ(pRecord->SymbolTableID, 2u);
+        EXPECT_EQ(pBack->GetMainSetManager(), &main);
+
+        // Also of a derived manager there are further ones, and its calls take its own table whatever index they name.
+        std::unique_ptr<TuningSetManager> pFirst = pBack->CreateSetManager(BYTE(0));
+        ASSERT_NE(pFirst, nullptr);
+        EXPECT_EQ(pFirst->GetModule_abf40_ife(nullptr, 0, nullptr), pFront);
+        EXPECT_EQ(pBack->GetModeEntry(BYTE(0), "0.0"), main.GetModeEntry(BYTE(1), "0.0"));
+        pBack->SetError("seen from both");
+        EXPECT_EQ(main.GetErrorText(), "seen from both");
+    }
+    EXPECT_EQ(main.CreateSetManager(BYTE(2)), nullptr);
+    EXPECT_TRUE(log.Has("CreateSetManager called mode table index (2) >= mode table count (2)\n"));
+    EXPECT_EQ(main.CreateSetManager("side"), nullptr);
+    EXPECT_TRUE(log.Has("CreateSetManager unable to find mode table side\n"));
+    EXPECT_EQ(main.CreateSetManager(nullptr), nullptr);
+
+    TuningSetManager orphan(nullptr, 1);
+    EXPECT_TRUE(log.Has("TuningSetManager called with null main parameter\n"));
+    EXPECT_EQ(orphan.GetModule_abf40_ife(nullptr, 0, nullptr), nullptr);
+
+    EXPECT_TRUE(ParameterSetManager::ModeTableEntryExists(m_path.c_str(), "back"));
+    EXPECT_FALSE(ParameterSetManager::ModeTableEntryExists(m_path.c_str(), "bac"));
+    EXPECT_FALSE(ParameterSetManager::ModeTableEntryExists((m_path + "x").c_str(), "back"));
+}
+
+TEST_F(SetManagerTest, DamagedFilesNeverDoHarm)
+{
+    TuningFileMaker maker;
+    const UINT32    root  = maker.Table("main");
+    const UINT32    video = maker.Mode(root, Usecase, 2);
+    const UINT32    zsl   = maker.Mode(root, Usecase, 3, video);
+    const UINT32    alpha = maker.Alpha(root, 1);
+    maker.Same("alpha", video, alpha);
+    maker.Beta(zsl, 2);
+    const ParameterFile file    = maker.Build();
+    const SectionInfo   last    = file.Section(BinaryFileFormat::DataSection);
+    const Options       quiet   = {.logErrors = false, .logWarnings = false};
+    const auto          exhaust = [](ParameterSetManager& rManager)
+    {
+        for (const UINT16 subMode : {2, 3, 4})
+        {
+            AlphaValue(rManager, Branch({{Usecase, subMode}}));
+            BetaValue(rManager, Branch({{Usecase, subMode}}));
+        }
+    };
+    for (size_t place = 0; place < last.Offset + last.Size; ++place)
+    {
+        for (const BYTE value : {BYTE(0xFF), static_cast<BYTE>(file.bytes[place] + 1)})
+        {
+            ParameterFile damaged = file;
+            damaged.Put(place, value);
+            damaged.Seal();
+            ParameterSetManager manager("cam", smallschema::Modules, quiet);
+            const bool          loaded = LoadBuffer(manager, damaged);
+            EXPECT_EQ(loaded, manager.GetErrorText().empty()) << place;
+            EXPECT_EQ(loaded, manager.GetModeTableCount() > 0) << place;
+            exhaust(manager);
+            if (place % 8 == 0)
+            {
+                ParameterSetManager fileManager("cam", smallschema::Modules, quiet);
+                fileManager.LoadBinaryParameters(Write(damaged));
+                exhaust(fileManager);
+            }
+        }
+    }
+}

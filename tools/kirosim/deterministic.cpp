@@ -1,0 +1,55 @@
+#include "tools/kirosim/deterministic.h"
+
+#include <cmath>
+
+namespace kirosim
+{
+
+RandomStream::RandomStream(UINT64 seed) : m_state(seed * 0x9E3779B97F4A7C15ULL + 0x2545F4914F6CDD1DULL)
+{
+    if (m_state == 0)
+    {
+        m_state = 1;
+    }
+}
+
+UINT64 RandomStream::Next()
+{
+    m_state ^= m_state >> 12;
+    m_state ^= m_state << 25;
+    m_state ^= m_state >> 27;
+    return m_state * 0x2545F4914F6CDD1DULL;
+}
+
+DOUBLE RandomStream::NextUniform()
+{
+    constexpr DOUBLE scale = 1.0 / 9007199254740992.0;  // 2^53
+    return static_cast<DOUBLE>(Next() >> 11) * scale;
+}
+
+DOUBLE RandomStream::NextGaussian()
+{
+    DOUBLE sum = -6.0;
+    for (UINT32 index = 0; index < 12; ++index)
+    {
+        sum += NextUniform();
+    }
+    return sum;
+}
+
+DOUBLE CosineOfTurns(DOUBLE turns)
+{
+    constexpr DOUBLE twoPi = 6.283185307179586;
+    const DOUBLE     turn  = turns - std::floor(turns);          // 0 to 1
+    const DOUBLE     half  = (turn > 0.5) ? 1.0 - turn : turn;   // 0 to 0.5
+    const bool       isLow = half > 0.25;
+    const DOUBLE     angle = twoPi * (isLow ? 0.5 - half : half);  // 0 to a quarter turn
+    const DOUBLE     x     = angle * angle;
+    // Taylor series to the 14th power: below 1e-11 on a quarter turn.
+    const DOUBLE cosine =
+        1.0 - x / 2.0 * (1.0 - x / 12.0 * (1.0 - x / 30.0 * (1.0 - x / 56.0 * (1.0 - x / 90.0 * (1.0 - x / 132.0 *
+        (1.0 - x / 182.0))))));
+    return isLow ? -cosine : cosine;
+}
+
+} // namespace kirosim

@@ -1,0 +1,31 @@
+/// @file
+/// Noise and waves whose bits do not depend on the machine: the same scene, tuning and seed give the same trace.
+#pragma once
+
+#include "platform/tavotypes.h"
+
+namespace kirosim
+{
+
+/// A stream of random numbers (xorshift64*, Vigna 2016).
+class RandomStream
+{
+public:
+    explicit RandomStream(UINT64 seed);
+
+    UINT64 Next();
+
+    /// Uniform in [0, 1).
+    DOUBLE NextUniform();
+
+    /// Mean 0, sigma 1: the sum of twelve uniform numbers less 6, which needs no function of the math library.
+    DOUBLE NextGaussian();
+
+private:
+    UINT64 m_state;
+};
+
+/// Cosine of an angle given in turns, by a polynomial of its own.
+DOUBLE CosineOfTurns(DOUBLE turns);
+
+} // namespace kirosim

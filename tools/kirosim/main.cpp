@@ -1,0 +1,154 @@
+#include <CLI/CLI.hpp>
+#include <cstdarg>
+#include <cstdio>
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include "tools/kirosim/simulation.h"
+#include "tools/kirosim/summary.h"
+#include "tools/kirosim/trace.h"
+#include "tools/tuningfile/files.h"
+#include "tools/tuningfile/inputerror.h"
+
+namespace
+{
+
+constexpr INT ExitBadInput = 1;
+constexpr INT ExitBadUsage = 2;
+
+/// Runs longer than this show a progress line on a terminal.
+constexpr UINT32 ProgressFrames = 2000;
+
+/// Lines of the table, whatever the length of the run.
+constexpr UINT32 TableLines = 60;
+
+struct RunOptions
+{
+    std::string           tuning;
+    std::string           scene;
+    std::string           variant;
+    std::string           csv;
+    std::optional<UINT32> frames;
+    std::optional<UINT64> seed;
+    bool                  isQuiet   = false;
+    bool                  isVerbose = false;
+};
+
+bool g_isVerbose = false;
+
+/// Shows errors and warnings of the core on demand; a simulated camera is quiet otherwise.
+VOID LogToStderr(const CHAR*, INT32, const CHAR* pFunction, UINT32, UINT32 level, const CHAR* pFormat, ...)
+{
+    constexpr UINT32 levelWarning = 4;
+    if (!g_isVerbose || level > levelWarning)
+    {
+        return;
+    }
+    va_list arguments;
+    va_start(arguments, pFormat);
+    std::fprintf(stderr, "%s: ", pFunction);
+    std::vfprintf(stderr, pFormat, arguments);
+    std::fputc('\n', stderr);
+    va_end(arguments);
+}
+
+VOID ShowProgress(UINT64 frame, UINT32 frames)
+{
+    constexpr UINT64 interval = 500;
+    if (frames > ProgressFrames && frame % interval == 0 && isatty(STDERR_FILENO) != 0)
+    {
+        std::fprintf(stderr, "\rframe %llu of %u", frame, frames);
+        if (frame + interval > frames)
+        {
+            std::fputc('\n', stderr);
+        }
+    }
+}
+
+VOID Run(const RunOptions& rOptions)
+{
+    g_isVerbose           = rOptions.isVerbose;
+    kirosim::Scene  scene = kirosim::ReadScene(rOptions.scene, rOptions.variant);
+    scene.frames          = rOptions.frames.value_or(scene.frames);
+    scene.seed            = rOptions.seed.value_or(scene.seed);
+
+    kirosim::LoadedTuning   tuning(rOptions.tuning);
+    kirosim::Simulation     simulation(scene, tuning, LogToStderr);
+    kirosim::SummaryBuilder summary(scene);
+    std::string             csv      = kirosim::CsvHeader();
+    const UINT32            interval = std::max(scene.frames / TableLines, 1U);
+    if (!rOptions.isQuiet)
+    {
+        fmt::print("{}", kirosim::TableHeader());
+    }
+    simulation.Run(
+        [&](const kirosim::FrameRecord& rRecord)
+        {
+            summary.Add(rRecord);
+            if (!rOptions.csv.empty())
+            {
+                csv += kirosim::CsvLine(rRecord);
+            }
+            if (!rOptions.isQuiet && (rRecord.frame - 1) % interval == 0)
+            {
+                fmt::print("{}", kirosim::TableLine(rRecord));
+            }
+            ShowProgress(rRecord.frame, scene.frames);
+        });
+    if (!rOptions.csv.empty())
+    {
+        tuningfile::ReplaceFile(rOptions.csv, {reinterpret_cast<const BYTE*>(csv.data()), csv.size()});
+    }
+    fmt::print("{}", kirosim::FormatSummary(summary.Finish()));
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    CLI::App app{"kirosim: a camera on a desk, exposed by the library"};
+    app.require_subcommand(1);
+    RunOptions options;
+
+    CLI::App* pRun = app.add_subcommand("run", "run a scene and show how the exposure was controlled");
+    pRun->add_option("--tuning", options.tuning, "tuning: a parameter file, or its text (.yaml)")->required();
+    pRun->add_option("--scene", options.scene, "scene (.yaml)")->required();
+    pRun->add_option("--variant", options.variant, "variant of the scene");
+    pRun->add_option("--frames", options.frames, "frames to run, instead of the scene's");
+    pRun->add_option("--seed", options.seed, "seed of the noise, instead of the scene's");
+    pRun->add_option("--csv", options.csv, "write every frame to this file");
+    pRun->add_flag("--quiet", options.isQuiet, "print the summary only");
+    pRun->add_flag("--verbose", options.isVerbose, "print errors and warnings of the library");
+
+    CLI::App* pVariants = app.add_subcommand("variants", "list the variants of a scene");
+    pVariants->add_option("--scene", options.scene, "scene (.yaml)")->required();
+
+    try
+    {
+        app.parse(argc, argv);
+    }
+    catch (const CLI::ParseError& rError)
+    {
+        return (app.exit(rError) == 0) ? 0 : ExitBadUsage;
+    }
+    try
+    {
+        if (pRun->parsed())
+        {
+            Run(options);
+        }
+        else
+        {
+            for (const std::string& rName : kirosim::ReadVariants(options.scene))
+            {
+                fmt::print("{}\n", rName);
+            }
+        }
+    }
+    catch (const std::exception& rError)
+    {
+        fmt::print(stderr, "kirosim: {}\n", rError.what());
+        return ExitBadInput;
+    }
+    return 0;
+}

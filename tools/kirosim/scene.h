@@ -1,0 +1,118 @@
+/// @file
+/// A scene: light over space and time, the sensor that looks at it, and what the user does meanwhile.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "interface/aecalgoinput.h"
+#include "parameters/tuningmode.h"
+
+namespace kirosim
+{
+
+/// What the frame shows. EV are relative to the mean light.
+enum class PatternKind
+{
+    Uniform,       ///< grey
+    Natural,       ///< 4 x 4 blocks of different brightness with texture inside
+    HighContrast,  ///< a bright part and a dark part
+    Window,        ///< a bright window in a dark room
+    Subject        ///< a dark subject in front of a brighter background
+};
+
+struct Pattern
+{
+    PatternKind kind       = PatternKind::Uniform;
+    DOUBLE      contrastEV = 6.0;  ///< between the bright and the dark part; HighContrast, Window and Subject
+    DOUBLE      area       = 0.4;  ///< share of the bright part (HighContrast, Window) or of the subject
+    DOUBLE      textureEV  = 0.0;  ///< sigma of the log-normal texture
+};
+
+/// A point of the light curve.
+struct LightPoint
+{
+    DOUBLE time;    ///< s
+    DOUBLE ev;      ///< relative to Scene::lux
+    bool   isRamp;  ///< linear in EV from the point before, otherwise a step
+};
+
+/// A sine in the scene's light, slow enough for every frame to see one value.
+struct Ripple
+{
+    DOUBLE hertz   = 0.0;  ///< 0 for none
+    DOUBLE percent = 0.0;  ///< amplitude
+    DOUBLE start   = 0.0;  ///< s
+};
+
+/// A lamp that flickers within a frame.
+struct Lamp
+{
+    DOUBLE hertz = 0.0;  ///< 0 for steady light, else 100 or 120
+    DOUBLE depth = 0.0;  ///< amplitude, share of the mean
+};
+
+struct Sensor
+{
+    UINT8  latency   = 3;  ///< frames from a decision to its statistics
+    DOUBLE minGain   = 1.0;
+    DOUBLE maxGain   = 64.0;
+    DOUBLE gainStep  = 1.0 / 128.0;
+    DOUBLE lineTime  = 1.0 / 120000.0;///< s, the step of exposure times
+    UINT64 minTime   = 20000;      ///< ns
+    UINT64 maxTime   = 100000000;  ///< ns
+    DOUBLE readout   = 0.03;       ///< s, from the first to the last row
+    INT32  bitDepth  = 8;
+    DOUBLE regionNoise = 0.0;      ///< sigma per region, share of the value
+    DOUBLE shotNoise   = 0.0;      ///< sigma of a full-scale region at unity gain, share of full scale
+    DOUBLE readNoise   = 0.0;      ///< sigma, share of full scale
+};
+
+/// What happens at a time. Each member that is set applies.
+struct Event
+{
+    DOUBLE                                time = 0.0;  ///< s
+    std::optional<INT32>                  ev;          ///< EV steps
+    std::optional<bool>                   lock;
+    std::optional<AECAlgoROI>             touch;
+    bool                                  isTouchEnd = false;
+    std::optional<StatisticsAntibanding>  antibanding;
+    std::optional<AECAlgoFPSRange>        fps;
+    std::optional<AECAlgoManualSetting>   manual;
+    std::optional<std::vector<TuningMode>> modes;      ///< selectors, Default first
+};
+
+struct Scene
+{
+    std::string             name;
+    DOUBLE                  fps    = 30.0;
+    UINT32                  frames = 300;
+    UINT64                  seed   = 1;
+    DOUBLE                  lux    = 200.0;  ///< mean light of the frame at 0 EV
+    DOUBLE                  rg     = 0.55;   ///< R/G of the light
+    DOUBLE                  bg     = 0.65;   ///< B/G of the light
+    std::optional<DOUBLE>   startOffsetEV;   ///< start exposure against the one that shows mid-grey
+    Pattern                 pattern;
+    std::vector<LightPoint> light;
+    Ripple                  ripple;
+    Lamp                    lamp;
+    Sensor                  sensor;
+    std::vector<Event>      events;          ///< in ascending time
+
+    /// Light at a time, EV relative to lux, without ripple.
+    DOUBLE LightEV(DOUBLE time) const;
+
+    /// Light at a time with ripple, lux.
+    DOUBLE LuxAt(DOUBLE time) const;
+};
+
+/// Reads a scene.
+/// @param variant name of an entry of the scene's variants, empty for none
+/// @throws tuningfile::InputError with file, line and column
+Scene ReadScene(const std::string& rPath, const std::string& variant);
+
+/// Names of a scene's variants, in order. @throws tuningfile::InputError
+std::vector<std::string> ReadVariants(const std::string& rPath);
+
+} // namespace kirosim

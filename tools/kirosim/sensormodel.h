@@ -1,0 +1,82 @@
+/// @file
+/// From light to statistics: what the sensor and its statistics hardware deliver for one frame.
+#pragma once
+
+#include <array>
+#include <vector>
+
+#include "interface/kiroframe.h"
+#include "tools/kirosim/deterministic.h"
+#include "tools/kirosim/scene.h"
+
+namespace kirosim
+{
+
+constexpr UINT32 GridWidth     = 64;
+constexpr UINT32 GridHeight    = 48;
+constexpr UINT32 GridSize      = GridWidth * GridHeight;
+constexpr UINT32 SamplesPerRegion = 16;
+constexpr UINT32 HistogramBins = 256;
+
+/// What the sensor did for one exposure, after its quantisation.
+struct AppliedExposure
+{
+    DOUBLE gain;
+    UINT64 time;  ///< ns
+};
+
+/// Facts about a frame that no statistics channel carries.
+struct FrameTruth
+{
+    DOUBLE lux;
+    DOUBLE pictureEV;  ///< log2 of the mean of the safe exposure's picture, full scale is 0
+    DOUBLE banding;    ///< peak to peak of the rows' brightness, share of the mean, safe exposure
+};
+
+/// Full-scale signal of a mean region per lux, unity gain and second of exposure.
+constexpr DOUBLE SignalPerLuxSecond = 0.01;
+
+class SensorModel
+{
+public:
+    explicit SensorModel(const Scene& rScene);
+    SensorModel(const SensorModel&)            = delete;
+    SensorModel& operator=(const SensorModel&) = delete;
+
+    /// What the sensor makes of a decided exposure: limits, and the steps of gain and time.
+    AppliedExposure Quantize(const KIROExposureSetType& rDecided) const;
+
+    /// Statistics of one frame. The list stays valid until the next call.
+    /// @param time       of the frame's start, s
+    /// @param pExposures three, indexed by AECAlgoExposureType
+    KIROStatsList& Capture(UINT64 frameID, DOUBLE time, const AppliedExposure* pExposures, FrameTruth& rTruth);
+
+private:
+    /// Channels of one exposure.
+    struct ExposureStats
+    {
+        std::array<FLOAT, GridSize>           luma;
+        std::array<FLOAT, GridSize>           saturation;
+        std::array<FLOAT, GridSize>           rg;
+        std::array<FLOAT, GridSize>           bg;
+        std::array<INT, HistogramBins + 1>    histogram;  ///< one entry more, as cumulative counts may read it
+    };
+
+    VOID BuildRadiance();
+    VOID ExposeRegions(DOUBLE time, const AppliedExposure& rExposure, DOUBLE lux, ExposureStats& rStats,
+                       FrameTruth* pTruth);
+    VOID RowFactors(DOUBLE time, const AppliedExposure& rExposure, std::array<DOUBLE, GridHeight>& rFactors) const;
+    VOID BuildChannels();
+    VOID AddGrid(const CHAR* pName, FLOAT* pValues);
+    VOID AddHistogram(const CHAR* pName, INT* pBins);
+
+    const Scene&                                       m_rScene;
+    RandomStream                                       m_noise;
+    FLOAT                                              m_fullScale;
+    std::vector<FLOAT>                                 m_radiance;  ///< relative, SamplesPerRegion per region
+    std::array<ExposureStats, AECAlgoExposureCount>    m_stats;
+    std::array<FLOAT, HistogramBins>                   m_histogramLUT;
+    KIROStatsList                                      m_list;
+};
+
+} // namespace kirosim

@@ -1,0 +1,192 @@
+#include "tools/kirosim/summary.h"
+
+#include <algorithm>
+#include <cmath>
+#include <fmt/format.h>
+
+namespace kirosim
+{
+
+namespace
+{
+
+constexpr size_t RippleFrames   = 100;
+constexpr DOUBLE SettledPercent = 5.0;
+
+/// A change of the light from one frame to the next that counts as a step.
+constexpr DOUBLE StepMinEV = 0.2;
+
+template <typename Samples, typename Value>
+DOUBLE Swing(const Samples& rSamples, Value&& value)
+{
+    DOUBLE low  = value(rSamples.front());
+    DOUBLE high = low;
+    for (const auto& rSample : rSamples)
+    {
+        low  = std::min(low, value(rSample));
+        high = std::max(high, value(rSample));
+    }
+    return high - low;
+}
+
+} // namespace
+
+SummaryBuilder::SummaryBuilder(const Scene& rScene) : m_rScene(rScene), m_isLegal(true)
+{
+}
+
+VOID SummaryBuilder::Add(const FrameRecord& rRecord)
+{
+    const auto& rSafe = rRecord.decided.arbitration[AECAlgoExposureSafe].exposureSet;
+    m_samples.push_back({rRecord.time, std::log2(std::max(static_cast<DOUBLE>(rSafe.exposure), 1.0)),
+                         m_rScene.LightEV(rRecord.time), rRecord.truth.pictureEV, rRecord.truth.banding});
+    m_isLegal = m_isLegal && IsLegal(rRecord);
+}
+
+bool SummaryBuilder::IsLegal(const FrameRecord& rRecord) const
+{
+    constexpr DOUBLE margin  = 1e-3;
+    const Sensor&    rSensor = m_rScene.sensor;
+    for (const KIROArbitrationOutput& rOutput : rRecord.decided.arbitration)
+    {
+        const KIROExposureSetType& rSet = rOutput.exposureSet;
+        const bool isGainLegal = rSet.gain >= rSensor.minGain - margin && rSet.gain <= rSensor.maxGain + margin;
+        if (!isGainLegal || rSet.exposure == 0 || rSet.time < rSensor.minTime || rSet.time > rSensor.maxTime)
+        {
+            return false;
+        }
+    }
+    return std::isfinite(rRecord.decided.luxIndex) && std::isfinite(rRecord.decided.convergence.compensationADRC);
+}
+
+bool SummaryBuilder::IsInRamp(DOUBLE time) const
+{
+    for (size_t index = 0; index < m_rScene.light.size(); ++index)
+    {
+        const DOUBLE start = (index == 0) ? 0.0 : m_rScene.light[index - 1].time;
+        if (m_rScene.light[index].isRamp && time >= start && time <= m_rScene.light[index].time)
+        {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool SummaryBuilder::IsStepAt(size_t index) const
+{
+    return index > 0 && !IsInRamp(m_samples[index].time) &&
+           std::abs(m_samples[index].lightEV - m_samples[index - 1].lightEV) >= StepMinEV;
+}
+
+RunSummary SummaryBuilder::Finish() const
+{
+    RunSummary summary{};
+    summary.isLegal = m_isLegal;
+    if (m_samples.empty())
+    {
+        return summary;
+    }
+
+    size_t begin = 0;
+    for (size_t index = 1; index <= m_samples.size(); ++index)
+    {
+        if (index == m_samples.size() || IsStepAt(index))
+        {
+            summary.steps.push_back(MeasureStep(begin, index));
+            begin = index;
+        }
+    }
+    const size_t              tail = std::min(RippleFrames, m_samples.size());
+    const std::vector<Sample> last(m_samples.end() - static_cast<ptrdiff_t>(tail), m_samples.end());
+    summary.rippleEV       = Swing(last, [](const Sample& rSample) { return rSample.exposureLog2; });
+    summary.pictureSwingEV = Swing(last, [](const Sample& rSample) { return rSample.pictureEV; });
+    summary.rampLagEV      = MeasureRampLag();
+    for (const Sample& rSample : last)
+    {
+        summary.bandingLast = std::max(summary.bandingLast, rSample.banding);
+    }
+    return summary;
+}
+
+/// Frames count from the first statistics that show the step.
+StepResult SummaryBuilder::MeasureStep(size_t begin, size_t end) const
+{
+    const DOUBLE tolerance = std::log2(1.0 + SettledPercent / 100.0);
+    const DOUBLE final     = m_samples[end - 1].exposureLog2;
+    const DOUBLE initial   = m_samples[(begin == 0) ? 0 : begin - 1].exposureLog2;
+    const DOUBLE direction = (final >= initial) ? 1.0 : -1.0;
+
+    StepResult result{};
+    result.time = m_samples[begin].time;
+    result.ev   = (begin == 0) ? 0.0 : m_samples[begin].lightEV - m_samples[begin - 1].lightEV;
+
+    size_t settledFrom = end;
+    while (settledFrom > begin && std::abs(m_samples[settledFrom - 1].exposureLog2 - final) <= tolerance)
+    {
+        --settledFrom;
+    }
+    for (size_t index = begin; index < end; ++index)
+    {
+        result.overshootEV = std::max(result.overshootEV, direction * (m_samples[index].exposureLog2 - final));
+    }
+    // A value reached in the last frame only is no settled one.
+    if (settledFrom + 1 < end)
+    {
+        result.framesToSettle = static_cast<UINT32>(settledFrom - begin);
+    }
+    return result;
+}
+
+/// Against the exposure before the ramp, which moves one for one with the light that the statistics show.
+std::optional<DOUBLE> SummaryBuilder::MeasureRampLag() const
+{
+    DOUBLE                sum   = 0.0;
+    UINT32                count = 0;
+    std::optional<Sample> before;
+    for (const Sample& rSample : m_samples)
+    {
+        if (!IsInRamp(rSample.time))
+        {
+            before = rSample;
+        }
+        else if (before.has_value())
+        {
+            const DOUBLE ideal = before->exposureLog2 - (rSample.lightEV - before->lightEV);
+            sum += std::abs(rSample.exposureLog2 - ideal);
+            ++count;
+        }
+    }
+    return (count > 0) ? std::optional<DOUBLE>(sum / count) : std::nullopt;
+}
+
+std::string FormatSummary(const RunSummary& rSummary)
+{
+    std::string text;
+    for (const StepResult& rStep : rSummary.steps)
+    {
+        const std::string what =
+            (rStep.ev == 0.0) ? std::string("start") : fmt::format("step {:+.2f} EV", rStep.ev);
+        const std::string frames = rStep.framesToSettle.has_value()
+                                       ? fmt::format("{} frames to settle within {:.0f} percent",
+                                                     *rStep.framesToSettle, SettledPercent)
+                                       : std::string("not settled");
+        text += fmt::format("{} at {:.2f} s: {}, overshoot {:.3f} EV\n", what, rStep.time, frames, rStep.overshootEV);
+    }
+    text += fmt::format("ripple of the safe exposure, last {} frames: {:.4f} EV\n", RippleFrames, rSummary.rippleEV);
+    text += fmt::format("swing of the picture, last {} frames: {:.3f} EV\n", RippleFrames, rSummary.pictureSwingEV);
+    if (rSummary.rampLagEV.has_value())
+    {
+        text += fmt::format("mean lag behind the ramp: {:.3f} EV\n", *rSummary.rampLagEV);
+    }
+    if (rSummary.bandingLast > 0.0)
+    {
+        text += fmt::format("banding, last {} frames: {:.2f} percent\n", RippleFrames, rSummary.bandingLast * 100.0);
+    }
+    if (!rSummary.isLegal)
+    {
+        text += "an exposure left the sensor's limits\n";
+    }
+    return text;
+}
+
+} // namespace kirosim

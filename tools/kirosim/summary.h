@@ -1,0 +1,65 @@
+/// @file
+/// How well the exposure was controlled: frames to settle, overshoot, ripple, lag.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tools/kirosim/simulation.h"
+
+namespace kirosim
+{
+
+/// A change of the light, or the cold start, and how the exposure followed it.
+struct StepResult
+{
+    DOUBLE                time;            ///< s
+    DOUBLE                ev;              ///< change of the light; 0 for the cold start
+    std::optional<UINT32> framesToSettle;  ///< until the safe exposure stays within 5 percent of its final value
+    DOUBLE                overshootEV;     ///< farthest beyond the final value, seen from the start
+};
+
+struct RunSummary
+{
+    std::vector<StepResult> steps;
+    DOUBLE                  rippleEV;        ///< swing of the safe exposure over the last 100 frames
+    DOUBLE                  pictureSwingEV;  ///< swing of the picture over the last 100 frames
+    std::optional<DOUBLE>   rampLagEV;       ///< mean distance of the decision from the light during ramps
+    DOUBLE                  bandingLast;     ///< share of the mean, last 100 frames, worst
+    bool                    isLegal;         ///< no exposure was NaN, zero or outside the sensor's limits
+};
+
+class SummaryBuilder
+{
+public:
+    explicit SummaryBuilder(const Scene& rScene);
+
+    VOID       Add(const FrameRecord& rRecord);
+    RunSummary Finish() const;
+
+private:
+    /// What the summary keeps of a frame.
+    struct Sample
+    {
+        DOUBLE time;
+        DOUBLE exposureLog2;
+        DOUBLE lightEV;
+        DOUBLE pictureEV;
+        DOUBLE banding;
+    };
+
+    bool                  IsLegal(const FrameRecord& rRecord) const;
+    StepResult            MeasureStep(size_t begin, size_t end) const;
+    std::optional<DOUBLE> MeasureRampLag() const;
+    bool                  IsInRamp(DOUBLE time) const;
+    bool                  IsStepAt(size_t index) const;
+
+    const Scene&        m_rScene;
+    std::vector<Sample> m_samples;
+    bool                m_isLegal;
+};
+
+std::string FormatSummary(const RunSummary& rSummary);
+
+} // namespace kirosim
