@@ -36,9 +36,9 @@ BOOL KiroHost::DebugDataOff::IsDebugDataEnabled()
 KiroHost::KiroHost(const KiroCoreLibrary& rLibrary, const KiroHostConfig& rConfig, StatsLogger logger)
     : m_config(rConfig), m_pAlgo(CreateOrThrow(rLibrary, rConfig.tuning, m_debugData, logger)),
       m_settings{StatisticsAntibanding60Hz, rConfig.FPSRange, {}, HDRDisabled, StatsAlgoRoleDefault}, m_touchROI{},
-      m_walk(m_pAlgo, rConfig.sensorRange, rConfig.indexZeroExposure), m_frame{}
+      m_walk(m_pAlgo, rConfig.sensorRange, rConfig.indexZeroExposure), m_frame{}, m_framesRun(0)
 {
-    SetOperationMode(AECAlgoOperationModeStreaming);
+    SetOperationMode(AECAlgoOperationModeFastAEC);
     SetHDRType(HDRDisabled);
     (VOID) SetParam(AECAlgoSetParamPipelineDelay, m_config.systemLatency);
     SetFPSRange(m_config.FPSRange);
@@ -81,8 +81,22 @@ VOID KiroHost::RunStartup()
     (VOID) m_pAlgo->runEndOfFrame(m_pAlgo, info, unused, m_frame.metering, m_frame.convergence, m_frame.arbitration);
 }
 
+/// From the second frame on until the first decision has reached the sensor, the statistics still show the start
+/// exposure, but the core takes the oldest decision that it knows for theirs: they must not be metered.
+VOID KiroHost::MarkUnknownExposure(KIROStatsList& rStats)
+{
+    ++m_framesRun;
+    const bool isUnknown = m_framesRun > 1 && m_framesRun <= m_config.systemLatency;
+    rStats.startup       = isUnknown ? StatisticsStartUpInvalid : StatisticsStartUpValid;
+}
+
 const KiroHostFrame& KiroHost::RunFrame(UINT64 frameID, KIROStatsList& rStats)
 {
+    MarkUnknownExposure(rStats);
+    if (m_framesRun == m_config.systemLatency + 1U)
+    {
+        SetOperationMode(AECAlgoOperationModeStreaming);
+    }
     (VOID) m_pAlgo->runStartOfFrame(m_pAlgo, frameID);
     const bool isStatsValid = m_pAlgo->setStats(m_pAlgo, rStats) == 0;
     RunMetering(isStatsValid);

@@ -78,6 +78,7 @@ private:
     MNKResult SetParam(AECAlgoSetParamType type, const T& rValue);
 
     VOID   RunStartup();
+    VOID   MarkUnknownExposure(KIROStatsList& rStats);
     VOID   RunMetering(bool isStatsValid);
     VOID   RunConvergence(UINT64 frameID);
     VOID   RunExtension(const KIROStatsList& rStats);
@@ -91,4 +92,5 @@ private:
     AECAlgoROI          m_touchROI;  ///< the core holds a pointer to it
     ArbitrationWalk     m_walk;
     KiroHostFrame       m_frame;
+    UINT64              m_framesRun;
 };

@@ -268,6 +268,9 @@ TEST_F(OnDemandTest, ASharedModuleComesBackAfterItsOwnerWasUnloaded)
     EXPECT_EQ(References(manager, Branch({{Usecase, 2}})), 1u);
     EXPECT_EQ(References(manager, Branch({{Usecase, 3}})), 0u);
     Release(pRecord);
+    const PList<ModeEntry*>& rActive = Mode(manager, {})->Table->ActiveModes;
+    ASSERT_EQ(rActive.Count(), 1u) << "the mode that owns what is loaded";
+    EXPECT_EQ(rActive[0], Mode(manager, Branch({{Usecase, 2}})));
 
     UnloadMode(manager, Branch({{Usecase, 3}}));
     EXPECT_NE(pRecord->steps, nullptr) << "not this mode's to unload";

@@ -166,6 +166,35 @@ TEST_F(ReloadTest, AnUpdateReplacesModulesWhereTheTreesAgree)
     }
 }
 
+TEST_F(ReloadTest, UpdatedModulesAreNeverEvicted)
+{
+    constexpr UINT16 Usecases = 8;
+    const auto       make     = [](INT32 value)
+    {
+        TuningFileMaker maker;
+        const UINT32    root = maker.Table();
+        for (UINT16 usecase = 1; usecase <= Usecases; ++usecase)
+        {
+            maker.Alpha(maker.Mode(root, Usecase, usecase), value + usecase);
+        }
+        return maker.Build();
+    };
+    ParameterSetManager manager("cam", smallschema::Modules, Verbose(1));
+    ASSERT_TRUE(manager.LoadBinaryParameters(Write(make(10))));
+    auto pUpdate = std::make_unique<ParameterSetManager>("update", smallschema::Modules, Verbose());
+    ASSERT_TRUE(LoadBuffer(*pUpdate, make(20)));
+    ASSERT_TRUE(manager.UpdateParameters(std::move(pUpdate)));
+    for (UINT16 usecase = 1; usecase <= Usecases; ++usecase)
+    {
+        const std::vector<TuningMode> branch = Branch({{Usecase, usecase}});
+        EXPECT_TRUE(manager.LoadMode(0, branch.data(), 2, nullptr));
+    }
+    for (UINT16 usecase = 1; usecase <= Usecases; ++usecase)
+    {
+        EXPECT_EQ(AlphaValue(manager, Branch({{Usecase, usecase}})), 20 + usecase);
+    }
+}
+
 TEST_F(ReloadTest, AnUpdateNeedsTablesOfTheSameName)
 {
     TuningFileMaker two;

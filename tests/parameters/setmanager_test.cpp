@@ -203,8 +203,10 @@ TEST_F(SetManagerTest, ModesWithTheSameDataShareOneRecord)
     ASSERT_NE(pRoot, nullptr);
     EXPECT_EQ(Alpha(manager, Branch({{Usecase, 2}})), pRoot);
     EXPECT_NE(Alpha(manager, Branch({{Usecase, 3}})), pRoot);
-    EXPECT_NE(Get<smallschema::BetaType>(manager, "beta", {}), nullptr);
+    const auto* pBeta = Get<smallschema::BetaType>(manager, "beta", {});
+    ASSERT_NE(pBeta, nullptr);
     EXPECT_EQ(pRoot->SymbolTableID, alpha);
+    EXPECT_EQ(pBeta->SymbolTableID, alpha) << "the entry that holds the data";
     ASSERT_EQ(pRoot->stepsCount, 2u);
     EXPECT_EQ(pRoot->steps[0], 7.5f);
     EXPECT_EQ(pRoot->steps[1], 7.25f);

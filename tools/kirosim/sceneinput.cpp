@@ -194,7 +194,7 @@ private:
         for (const YamlEntry& rEntry : m_rInput.Map(rNode, "a sensor"))
         {
             const std::string& rName = rEntry.name;
-            if (rName == "latency") { rSensor.latency = static_cast<UINT8>(Unsigned(rEntry, 9)); }
+            if (rName == "latency") { rSensor.latency = static_cast<UINT8>(Number(rEntry, 1.0, 9.0)); }
             else if (rName == "minGain") { rSensor.minGain = Number(rEntry, 1e-3, 1e4); }
             else if (rName == "maxGain") { rSensor.maxGain = Number(rEntry, 1e-3, 1e4); }
             else if (rName == "gainStep") { rSensor.gainStep = Number(rEntry, 1e-6, 1.0); }

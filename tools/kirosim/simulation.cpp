@@ -60,7 +60,8 @@ StatsTuningData LoadedTuning::Data(const std::vector<TuningMode>& rSelectors)
 Simulation::Simulation(const Scene& rScene, LoadedTuning& rTuning, StatsLogger logger)
     : m_rScene(rScene), m_rTuning(rTuning), m_sensor(rScene), m_host(m_library, HostConfig(), logger), m_nextEvent(0)
 {
-    m_pipeline.assign(rScene.sensor.latency, Quantize(m_host.LastFrame()));
+    // The decision of frame n is in the statistics of frame n + latency.
+    m_pipeline.assign(rScene.sensor.latency - 1U, Quantize(m_host.LastFrame()));
 }
 
 KiroHostConfig Simulation::HostConfig() const

@@ -126,8 +126,8 @@ RecordSections::RecordSections(const Tuning& rTuning, const VersionUnion& rVersi
             }
         }
     }
-    // Below 7.0.0 fixed arrays have no count, but readers who compute a record's size from its definition count on one
-    // and drop the last items of an array. Without definitions they go by their own schema, and all is well.
+    // Below 7.0.0 fixed arrays have no count, but some readers reckon with one when they compute a record's size from
+    // its definition, and drop the last items of an array of records. Without definitions all go by their own schema.
     if (rVersion >= Format::MultiModeTableVersion)
     {
         definitions = WriteDefinitions(modules);

@@ -162,7 +162,7 @@ TextNode Condense(TextNode list)
     map.Add("fill", TextNode::Scalar(std::string(most->first)));
     for (size_t index = 0; index < list.items.size(); ++index)
     {
-        const std::string& rScalar = list.items[index].second.scalar;
+        const std::string& rScalar = list.items[index].value.scalar;
         if (rScalar != most->first)
         {
             map.Add(std::to_string(index), TextNode::Scalar(rScalar));
@@ -241,10 +241,10 @@ TextNode ModuleToText(const Module& rModule, const Module* pAbove)
     std::erase_if(map.items,
                   [&delta](const auto& rItem)
                   {
-                      const bool isVersion = rItem.first == "module_version" || rItem.first == "parameter_version";
+                      const bool isVersion = rItem.name == "module_version" || rItem.name == "parameter_version";
                       return isVersion &&
                              std::none_of(delta.items.begin(), delta.items.end(),
-                                          [&rItem](const auto& rOther) { return rOther.first == rItem.first; });
+                                          [&rItem](const auto& rOther) { return rOther.name == rItem.name; });
                   });
     return map;
 }

@@ -94,7 +94,7 @@ VOID YamlPrinter::PrintValue(const TextNode& rNode, size_t indent, size_t used)
     }
     const bool isList = rNode.kind == TextNode::Kind::List;
     if (isList &&
-        std::all_of(rNode.items.begin(), rNode.items.end(), [](const auto& rItem) { return IsScalar(rItem.second); }))
+        std::all_of(rNode.items.begin(), rNode.items.end(), [](const auto& rItem) { return IsScalar(rItem.value); }))
     {
         PrintWrapped(rNode, indent);
         return;
@@ -117,7 +117,7 @@ VOID YamlPrinter::PrintWrapped(const TextNode& rList, size_t indent)
     size_t column = LineWidth;
     for (size_t index = 0; index < rList.items.size(); ++index)
     {
-        const std::string& rScalar = rList.items[index].second.scalar;
+        const std::string& rScalar = rList.items[index].value.scalar;
         if (column + rScalar.size() + 2 > LineWidth)
         {
             text += (index == 0) ? "" : "\n";
@@ -149,9 +149,9 @@ VOID AppendJson(const TextNode& rNode, size_t indent, std::string& rText)
         rText.append(indent + IndentWidth, ' ');
         if (isMap)
         {
-            rText += TextNode::Quoted(rNode.items[index].first).scalar + ": ";
+            rText += TextNode::Quoted(rNode.items[index].name).scalar + ": ";
         }
-        AppendJson(rNode.items[index].second, indent + IndentWidth, rText);
+        AppendJson(rNode.items[index].value, indent + IndentWidth, rText);
     }
     if (!rNode.items.empty())
     {
@@ -162,6 +162,21 @@ VOID AppendJson(const TextNode& rNode, size_t indent, std::string& rText)
 }
 
 } // namespace
+
+TextNode TextNode::Scalar(std::string text)
+{
+    return {Kind::Scalar, std::move(text), {}};
+}
+
+TextNode TextNode::List()
+{
+    return {Kind::List, {}, {}};
+}
+
+TextNode TextNode::Map()
+{
+    return {Kind::Map, {}, {}};
+}
 
 /// The escapes used are the same in YAML and in JSON.
 TextNode TextNode::Quoted(std::string_view text)
@@ -188,12 +203,13 @@ TextNode TextNode::Quoted(std::string_view text)
 
 TextNode& TextNode::Add(TextNode item)
 {
-    return items.emplace_back(std::string(), std::move(item)).second;
+    return Add(std::string(), std::move(item));
 }
 
 TextNode& TextNode::Add(std::string name, TextNode value)
 {
-    return items.emplace_back(std::move(name), std::move(value)).second;
+    items.push_back({std::move(name), std::move(value)});
+    return items.back().value;
 }
 
 std::string ToYaml(const TextNode& rMap)

@@ -4,13 +4,14 @@
 
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "platform/tavotypes.h"
 
 namespace tuningfile
 {
+
+struct TextItem;
 
 struct TextNode
 {
@@ -21,23 +22,13 @@ struct TextNode
         Map
     };
 
-    static TextNode Scalar(std::string text)
-    {
-        return {Kind::Scalar, std::move(text), {}};
-    }
+    static TextNode Scalar(std::string text);
 
     /// A scalar in quotes, whatever it holds.
     static TextNode Quoted(std::string_view text);
 
-    static TextNode List()
-    {
-        return {Kind::List, {}, {}};
-    }
-
-    static TextNode Map()
-    {
-        return {Kind::Map, {}, {}};
-    }
+    static TextNode List();
+    static TextNode Map();
 
     /// Appends to a list. @return the item, valid until the next one is added
     TextNode& Add(TextNode item);
@@ -45,9 +36,15 @@ struct TextNode
     /// Appends to a map. @return the value, valid until the next one is added
     TextNode& Add(std::string name, TextNode value);
 
-    Kind                                          kind;
-    std::string                                   scalar;  ///< as printed, with its quotes
-    std::vector<std::pair<std::string, TextNode>> items;   ///< a list's have no names
+    Kind                  kind;
+    std::string           scalar;  ///< as printed, with its quotes
+    std::vector<TextItem> items;   ///< of a list or a map
+};
+
+struct TextItem
+{
+    std::string name;  ///< empty in a list
+    TextNode    value;
 };
 
 /// Prints a map as YAML in blocks; what fits on a line stands on one, long lists of scalars are wrapped.
