@@ -35,7 +35,7 @@ BOOL KiroHost::DebugDataOff::IsDebugDataEnabled()
 
 KiroHost::KiroHost(const KiroCoreLibrary& rLibrary, const KiroHostConfig& rConfig, StatsLogger logger)
     : m_config(rConfig), m_pAlgo(CreateOrThrow(rLibrary, rConfig.tuning, m_debugData, logger)),
-      m_settings{StatisticsAntibanding60Hz, rConfig.FPSRange, {}, HDRDisabled, StatsAlgoRoleDefault}, m_touchROI{},
+      m_settings{StatisticsAntibanding60Hz, rConfig.FPSRange, {}, HDRDisabled, StatsAlgoRoleDefault}, m_touchROI{}, m_touchRegion{},
       m_walk(m_pAlgo, rConfig.sensorRange, rConfig.indexZeroExposure), m_frame{}, m_framesRun(0)
 {
     SetOperationMode(AECAlgoOperationModeFastAEC);
@@ -227,7 +227,10 @@ VOID KiroHost::SetTouch(const AECAlgoROI* pROI)
 {
     if (pROI != nullptr)
     {
-        m_touchROI = *pROI;
+        m_touchROI    = *pROI;
+        m_touchRegion = {TouchROIDataID, nullptr, {pROI->x, pROI->y, pROI->dx, pROI->dy}, pROI->weight};
+        const KIROSetBankData region = {BankIDROITable, &m_touchRegion, sizeof(m_touchRegion)};
+        (VOID) m_pAlgo->setBankData(m_pAlgo, &region);
     }
     const AECAlgoROIList list = {&m_touchROI, (pROI != nullptr) ? 1U : 0U};
     (VOID) SetParam(AECAlgoSetParamTouchROI, list);

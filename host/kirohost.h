@@ -4,6 +4,7 @@
 
 #include "host/arbitrationwalk.h"
 #include "host/kirocorelibrary.h"
+#include "schema/kirodbroi.h"
 
 struct KiroHostConfig
 {
@@ -28,6 +29,9 @@ struct KiroHostFrame
 class KiroHost
 {
 public:
+    /// Entry of the bank of regions that holds the touch.
+    static constexpr INT32 TouchROIDataID = 10;
+
     /// Creates an instance, announces the sensor and runs the start-up frame.
     /// @throws std::runtime_error when the core cannot be created
     KiroHost(const KiroCoreLibrary& rLibrary, const KiroHostConfig& rConfig, StatsLogger logger);
@@ -53,6 +57,7 @@ public:
     VOID SetLock(bool isLocked);
     VOID SetFPSRange(const AECAlgoFPSRange& rRange);
     VOID SetManual(const AECAlgoManualSetting& rManual);
+    /// Puts the touched part into the bank of regions, as entry TouchROIDataID, for the tuning to meter.
     /// @param pROI fractions of the frame; null ends the touch. Copied.
     VOID SetTouch(const AECAlgoROI* pROI);
     VOID SetHDRType(AECAlgoHDRType type);
@@ -89,7 +94,8 @@ private:
     DebugDataOff        m_debugData;
     IKIROCoreAlgo*      m_pAlgo;
     ArbitrationSettings m_settings;
-    AECAlgoROI          m_touchROI;  ///< the core holds a pointer to it
+    AECAlgoROI          m_touchROI;     ///< the core holds a pointer to it
+    DBROIPayload        m_touchRegion;  ///< the bank points at it
     ArbitrationWalk     m_walk;
     KiroHostFrame       m_frame;
     UINT64              m_framesRun;

@@ -6,8 +6,8 @@
 
 class ParameterSetManager;
 
-/// Goes from the root down, one step per level that the branch names. Selectors of one level form a run, and a step takes
-/// a run as a whole.
+/// Goes from the root down, one step per level that the branch names. Selectors of one level form a run, and a step
+/// takes a run as a whole.
 class BranchWalk
 {
 public:

@@ -24,7 +24,7 @@ const IParameterLoggingAPI* LogOf(const ParameterModule* pModule)
     return pModule->Data->SetManager;
 }
 
-} // namespace
+}  // namespace
 
 ModuleReference* ModuleReferenceMap::Find(UINT64 nameHash) const
 {
@@ -126,8 +126,7 @@ ModeEntry* ModeEntry::FindMode(const TuningMode* pBranch, UINT32 count, UINT32 d
         if (pChild != nullptr)
         {
             --rStepsLeft;
-            ModeEntry* pFound =
-                (count <= depth + 1) ? pChild : pChild->FindMode(pBranch, count, depth + 1, rStepsLeft);
+            ModeEntry* pFound = (count <= depth + 1) ? pChild : pChild->FindMode(pBranch, count, depth + 1, rStepsLeft);
             if (pFound != nullptr)
             {
                 return pFound;

@@ -129,8 +129,8 @@ public:
     /// Room for the longest text of GetModePath, terminator included.
     static constexpr size_t MaxPathText = 1024;
 
-    ModeEntry() = default;
-    ModeEntry(const ModeEntry&) = delete;
+    ModeEntry()                            = default;
+    ModeEntry(const ModeEntry&)            = delete;
     ModeEntry& operator=(const ModeEntry&) = delete;
 
     /// @param pTable the owner
@@ -198,16 +198,16 @@ public:
 
     bool Owns(const ParameterModule* pModule) const;
 
-    UINT32              Id          = 0xFFFFFFFF;  ///< bits 31 to 24 the table, bits 23 to 0 the index in its Modes
-    ModeUnion           Mode        = {};
-    std::atomic<bool>   Loaded      = false;  ///< its modules are in memory; set under Mutex
-    std::atomic<bool>   Preserve    = false;  ///< never unload
-    ModeEntry**         Link        = nullptr;
-    ModeEntry*          Parent      = nullptr;
-    ModeEntry*          FirstChild  = nullptr;
-    ModeEntry*          LastChild   = nullptr;
-    ModeEntry*          Next        = nullptr;
-    ParameterModeTable* Table       = nullptr;
+    UINT32              Id         = 0xFFFFFFFF;  ///< bits 31 to 24 the table, bits 23 to 0 the index in its Modes
+    ModeUnion           Mode       = {};
+    std::atomic<bool>   Loaded     = false;  ///< its modules are in memory; set under Mutex
+    std::atomic<bool>   Preserve   = false;  ///< never unload
+    ModeEntry**         Link       = nullptr;
+    ModeEntry*          Parent     = nullptr;
+    ModeEntry*          FirstChild = nullptr;
+    ModeEntry*          LastChild  = nullptr;
+    ModeEntry*          Next       = nullptr;
+    ParameterModeTable* Table      = nullptr;
     ParameterMutex      Mutex;
     ModuleReferenceMap  ModuleMap;
 
@@ -242,7 +242,7 @@ struct ParameterModeTable
     ParameterModeTable(std::string name, UINT32 index, UINT32 count) : Name(std::move(name)), Index(index), Modes(count)
     {
     }
-    ParameterModeTable(const ParameterModeTable&) = delete;
+    ParameterModeTable(const ParameterModeTable&)            = delete;
     ParameterModeTable& operator=(const ParameterModeTable&) = delete;
 
     UINT32 Count() const

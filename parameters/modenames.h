@@ -32,4 +32,4 @@ TAVO_VISIBLE bool GetModeBranchFromPath(const CHAR* pPath, std::vector<TuningMod
 /// fit in size bytes is left out whole. @return whether it fitted
 bool AppendPathItem(CHAR* pText, size_t size, UINT32 mode, UINT32 subMode);
 
-} // namespace ModeNames
+}  // namespace ModeNames

@@ -27,8 +27,8 @@ bool ModeSectionReader::Read(const BYTE* pBuffer, UINT64 length, ParameterBinary
     }
 
     // A fault in an early section does not fail the load if a later one is clean: files of this kind are in use.
-    bool         result    = true;
-    UINT64       remaining = (pFile != nullptr) ? pFile->Length() : length;
+    bool   result    = true;
+    UINT64 remaining = (pFile != nullptr) ? pFile->Length() : length;
     for (const SectionInfo& rSection : rSections)
     {
         // Sections on top of one another would make a small file as large as it likes.
@@ -76,7 +76,8 @@ bool ModeSectionReader::Read(const BYTE* pBuffer, UINT64 length, ParameterBinary
         }
 
         UINT64                 position = 0;
-        const std::string_view name     = ParameterUtils::ReadText(pSection, rSection.Size, position, m_nameSize, m_rHeader.Alignment);
+        const std::string_view name =
+            ParameterUtils::ReadText(pSection, rSection.Size, position, m_nameSize, m_rHeader.Alignment);
         rTables.push_back(std::make_unique<ParameterModeTable>(std::string(name), ordinal, rowCount));
         result = ReadTable(pSection, rSection.Size, *rTables.back());
     }
@@ -88,10 +89,10 @@ std::unique_ptr<ParameterModeTable> ModeSectionReader::MakeDefaultTable() const
     auto       pTable = std::make_unique<ParameterModeTable>(std::string(), 0, 1);
     ModeEntry* pRoot  = pTable->NewEntry();
     pRoot->Initialize(pTable.get(), 0, ModeUnion{}, nullptr);
-    pRoot->Loaded     = true;
-    pRoot->Preserve   = true;
-    pTable->Modes[0]  = {pRoot, 0};
-    pTable->RootMode  = pTable->Modes[0];
+    pRoot->Loaded    = true;
+    pRoot->Preserve  = true;
+    pTable->Modes[0] = {pRoot, 0};
+    pTable->RootMode = pTable->Modes[0];
     return pTable;
 }
 
@@ -145,8 +146,8 @@ bool ModeSectionReader::CheckRow(const Row& rRow, const ParameterModeTable& rTab
     if (table != rTable.Index)
     {
         ParameterLogging::Write(&m_rManager, ParameterLogging::Error,
-                                "ReadModeSection: Mode Table Index in Mode ID (%u) does not match expected (%u)\n", table,
-                                rTable.Index);
+                                "ReadModeSection: Mode Table Index in Mode ID (%u) does not match expected (%u)\n",
+                                table, rTable.Index);
         m_rManager.SetError("ReadModeSection: Index from Mode ID does not match expected");
         return false;
     }

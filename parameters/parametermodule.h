@@ -23,12 +23,12 @@ public:
     /// @param pData what the file says about the instance, owned by its symbol table; null for a default instance,
     ///              which is never loaded
     ParameterModule(const CHAR* pName, UINT16 major, UINT16 minor, UINT32 patch, ModuleData* pData);
-    virtual ~ParameterModule() = default;
-    ParameterModule(const ParameterModule&) = delete;
+    virtual ~ParameterModule()                         = default;
+    ParameterModule(const ParameterModule&)            = delete;
     ParameterModule& operator=(const ParameterModule&) = delete;
 
     /// Called on a default instance: finds or makes the instance for pData.
-    /// @return an instance owned by pDefaultModule; null, with a log, if the file's module is not the one the code knows
+    /// @return an instance owned by pDefaultModule; null, with a log, if version or name are not those of this instance
     virtual ParameterModule* Create(ModuleData* pData, DefaultModule* pDefaultModule) const = 0;
 
     /// Reads the record unless it is in memory. @return whether it is now

@@ -177,9 +177,8 @@ bool ParameterSetManager::HasTableForDerived(BYTE tableIndex) const
     {
         return true;
     }
-    ParameterLogging::Write(this, ParameterLogging::Error,
-                            "%s called mode table index (%u) >= mode table count (%u)\n", "CreateSetManager", tableIndex,
-                            GetModeTableCount());
+    ParameterLogging::Write(this, ParameterLogging::Error, "%s called mode table index (%u) >= mode table count (%u)\n",
+                            "CreateSetManager", tableIndex, GetModeTableCount());
     return false;
 }
 

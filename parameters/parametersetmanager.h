@@ -3,8 +3,8 @@
 ///
 /// A file is used in one of two ways. In buffer mode all of it is parsed at once, and nothing is read or unloaded
 /// afterwards. In file mode the modes of the Default and Sensor levels are loaded at once; the others are read from the
-/// file when a caller's path first leads there, and the ones used longest ago are unloaded again. A module that a caller
-/// holds is counted, and a mode with a counted module is never evicted.
+/// file when a caller's path first leads there, and the ones used longest ago are unloaded again. A module that a
+/// caller holds is counted, and a mode with a counted module is never evicted.
 ///
 /// One main manager owns everything. A derived manager stands for one further mode table of the same file: it holds
 /// nothing of its own, and works on the main manager with its own table index in place of the caller's.
@@ -108,12 +108,13 @@ public:
     VOID* GetModuleRecord(const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch, UINT32 count,
                           VOID* pPreviousRecord);
 
-    /// Releases what rList holds and fills it with the modules of the branch's last mode; with none if it does not exist.
+    /// Releases what rList holds and fills it with the modules of the branch's last mode; with none if it does not
+    /// exist.
     /// @param local     take modules that the mode owns
     /// @param inherited take modules that it shares with another mode, which owns them
     /// @param pPipeline take only modules of that hardware block; null for all
-    VOID GetModules(BYTE tableIndex, PList<ParameterModule*>& rList, const TuningMode* pBranch, UINT32 count, bool local,
-                    bool inherited, const PipelineType* pPipeline);
+    VOID GetModules(BYTE tableIndex, PList<ParameterModule*>& rList, const TuningMode* pBranch, UINT32 count,
+                    bool local, bool inherited, const PipelineType* pPipeline);
 
     /// Gives a reference back; in buffer mode a reference means nothing.
     VOID ReleaseModule(ParameterModule* pModule);
@@ -233,12 +234,12 @@ private:
         return !m_fileName.empty();
     }
 
-    ParameterSetManager* const                        m_pMain;
-    const BYTE                                        m_modeTableIndex;
-    const Options                                     m_options;
-    const std::string                                 m_name;
+    ParameterSetManager* const                       m_pMain;
+    const BYTE                                       m_modeTableIndex;
+    const Options                                    m_options;
+    const std::string                                m_name;
     const std::span<const tuning::ModuleDescription> m_modules;
-    std::string                                       m_loggingIdentifier;
+    std::string                                      m_loggingIdentifier;
 
     mutable std::mutex m_errorMutex;  ///< guards m_errorText, which any thread may set
     std::string        m_errorText;
@@ -248,11 +249,11 @@ private:
     BinaryFileHeader m_header;
 
     // Modules go before the tables that their data stands in, hence the order of the members.
-    std::vector<std::unique_ptr<ParameterSetManager>>         m_previousMerged;
-    std::vector<std::unique_ptr<ParameterSetManager>>         m_merged;  ///< own the modules that UpdateParameters put here
-    std::vector<Content>                                      m_previousContents;
-    Content                                                   m_content;
-    std::vector<std::unique_ptr<ParameterModule>>             m_parkedModules;    ///< until the next reload
-    std::vector<std::unique_ptr<ParameterModule>>             m_replacedModules;  ///< to be parked by the next reload
+    std::vector<std::unique_ptr<ParameterSetManager>> m_previousMerged;
+    std::vector<std::unique_ptr<ParameterSetManager>> m_merged;  ///< own the modules that UpdateParameters put here
+    std::vector<Content>                              m_previousContents;
+    Content                                           m_content;
+    std::vector<std::unique_ptr<ParameterModule>>     m_parkedModules;            ///< until the next reload
+    std::vector<std::unique_ptr<ParameterModule>>     m_replacedModules;          ///< to be parked by the next reload
     std::unordered_map<UINT64, std::unique_ptr<DefaultModule>> m_defaultModules;  ///< by name hash
 };

@@ -14,7 +14,7 @@ namespace
 /// What is read of a file in file mode to find its sections: header and section table must lie in these bytes.
 constexpr UINT32 SectionTableBytes = 3388;
 
-} // namespace
+}  // namespace
 
 bool ParameterSetManager::LoadBinaryParameters(const CHAR* pFileName)
 {
@@ -173,8 +173,9 @@ bool ParameterSetManager::ReadSections(const BYTE* pBuffer, UINT64 length, std::
         return false;
     }
 
-    const bool wholeFile   = (pFile == nullptr);
-    m_content.pSymbolTable = std::make_unique<ParameterFileSymbolTable>(this, this, m_header.Alignment, m_header.Version);
+    const bool wholeFile = (pFile == nullptr);
+    m_content.pSymbolTable =
+        std::make_unique<ParameterFileSymbolTable>(this, this, m_header.Alignment, m_header.Version);
     ModeSectionReader modeReader(*this, m_header, wholeFile);
     if (!modeReader.Read(pBuffer, length, pFile.get(), sections.ModeTables, m_content.modeTables))
     {
@@ -307,8 +308,8 @@ bool ParameterSetManager::ModeTableEntryExists(const CHAR* pFileName, const CHAR
         return false;
     }
     position = header.SectionTableOffset;
-    if (!BinaryFileFormat::ReadSectionInfo(pWhole.get(), file.Length(), position, header.Alignment,
-                                           header.SectionCount, sections, errorText, nullptr))
+    if (!BinaryFileFormat::ReadSectionInfo(pWhole.get(), file.Length(), position, header.Alignment, header.SectionCount,
+                                           sections, errorText, nullptr))
     {
         return false;
     }

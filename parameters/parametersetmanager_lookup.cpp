@@ -91,8 +91,8 @@ VOID* ParameterSetManager::GetModuleRecord(const CHAR* pName, UINT64 nameHash, c
                                            VOID* pPreviousRecord)
 {
     // All instances are made by the default instances of the constructor.
-    auto* pModule = static_cast<TableModule*>(GetModuleInternal(
-        m_modeTableIndex, pName, nameHash, pBranch, count, TableModule::FromRecord(pPreviousRecord)));
+    auto* pModule = static_cast<TableModule*>(
+        GetModuleInternal(m_modeTableIndex, pName, nameHash, pBranch, count, TableModule::FromRecord(pPreviousRecord)));
     return (pModule != nullptr) ? pModule->Record() : nullptr;
 }
 
@@ -277,9 +277,10 @@ VOID ParameterSetManager::ReleaseModule(ParameterModule* pModule)
 {
     const auto logMissing = [this, pModule](const CHAR* pWhat)
     {
-        ParameterLogging::Write(this, ParameterLogging::Error,
-                                "Attempt to release module with a nullptr %s object.  Mode: %d, SubMode: %d, Module %s\n",
-                                pWhat, pModule->Mode.Mode, pModule->Mode.SubMode, pModule->GetModuleName());
+        ParameterLogging::Write(
+            this, ParameterLogging::Error,
+            "Attempt to release module with a nullptr %s object.  Mode: %d, SubMode: %d, Module %s\n", pWhat,
+            pModule->Mode.Mode, pModule->Mode.SubMode, pModule->GetModuleName());
     };
     if (pModule->Data == nullptr)
     {

@@ -23,7 +23,7 @@ bool IsCachedLevel(const ModeEntry* pMode)
     return pMode->Mode.Mode >= static_cast<UINT16>(ModeType::Usecase);
 }
 
-} // namespace
+}  // namespace
 
 bool ParameterSetManager::LoadMode(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pReason)
 {

@@ -20,12 +20,11 @@ constexpr size_t RecordDistance = tuning::AlignUp(sizeof(TableModule), alignof(s
 
 static_assert(alignof(TableModule) <= 8, "tuning memory is aligned to 8 bytes");
 
-} // namespace
+}  // namespace
 
 std::unique_ptr<TableModule> TableModule::Make(const tuning::ModuleDescription& rDescription, ModuleData* pData)
 {
-    const size_t recordSize =
-        (rDescription.pRecord != nullptr) ? rDescription.pRecord->size : sizeof(BareModuleType);
+    const size_t recordSize = (rDescription.pRecord != nullptr) ? rDescription.pRecord->size : sizeof(BareModuleType);
     const RecordSpace space{RecordDistance - sizeof(TableModule) + recordSize};
     return std::unique_ptr<TableModule>(new (space) TableModule(rDescription, pData));
 }
@@ -63,7 +62,8 @@ VOID* TableModule::Record()
 
 TableModule* TableModule::FromRecord(VOID* pRecord)
 {
-    return (pRecord != nullptr) ? reinterpret_cast<TableModule*>(static_cast<BYTE*>(pRecord) - RecordDistance) : nullptr;
+    return (pRecord != nullptr) ? reinterpret_cast<TableModule*>(static_cast<BYTE*>(pRecord) - RecordDistance)
+                                : nullptr;
 }
 
 UINT32& TableModule::SymbolTableID()
@@ -81,10 +81,10 @@ ParameterModule* TableModule::Create(ModuleData* pData, DefaultModule* pDefaultM
 {
     if (pData->Version != Version)
     {
-        ParameterLogging::Write(
-            pData->SetManager, ParameterLogging::Error,
-            "Unable to create %s, binary version (%lld) does not match source version (%lld)\n", ClassName().c_str(),
-            static_cast<INT64>(pData->Version.Value), static_cast<INT64>(Version.Value));
+        ParameterLogging::Write(pData->SetManager, ParameterLogging::Error,
+                                "Unable to create %s, binary version (%lld) does not match source version (%lld)\n",
+                                ClassName().c_str(), static_cast<INT64>(pData->Version.Value),
+                                static_cast<INT64>(Version.Value));
         return nullptr;
     }
     if (pData->NameHash != NameHash)
@@ -134,7 +134,7 @@ bool TableModule::LoadModule(ParameterFileSymbolTable* pTable)
 
 bool TableModule::LoadRecord(ParameterFileSymbolTable& rTable)
 {
-    const UINT32                  id    = SymbolTableID() & EntryIDMask;
+    const UINT32                  id = SymbolTableID() & EntryIDMask;
     ParameterFileSymbolTableEntry entry;
     const bool                    found = rTable.Find(entry, id, true);
     if (!found)

@@ -8,7 +8,7 @@ namespace
 /// The schema tool whose records and messages this store carries.
 constexpr const CHAR* ToolVersion = "Parameter Parser V7.4.1";
 
-} // namespace
+}  // namespace
 
 ModuleSetManager::ModuleSetManager(const CHAR* pClassName, const CHAR* pName,
                                    std::span<const tuning::ModuleDescription> modules)
@@ -39,8 +39,7 @@ bool ModuleSetManager::UpdateBinaryParameters(const BYTE*, UINT64)
     return false;
 }
 
-TuningSetManager::TuningSetManager(const CHAR* pName)
-    : SetManagerOf("TuningSetManager", pName, tuning::TuningModules)
+TuningSetManager::TuningSetManager(const CHAR* pName) : SetManagerOf("TuningSetManager", pName, tuning::TuningModules)
 {
 }
 
@@ -59,8 +58,7 @@ ImageSensorModuleSetManager::ImageSensorModuleSetManager(ParameterSetManager* pM
 {
 }
 
-fdSetManager::fdSetManager(const CHAR* pName)
-    : SetManagerOf("fdSetManager", pName, tuning::FaceDetectionModules)
+fdSetManager::fdSetManager(const CHAR* pName) : SetManagerOf("fdSetManager", pName, tuning::FaceDetectionModules)
 {
 }
 

@@ -28,9 +28,9 @@
 /// @param pBranch   selectors, Default first; null gives the Default variant
 /// @param count     of selectors
 /// @param pPrevious a record of the same accessor whose reference is given back, after the new one is taken; may be null
-/// @return null if no mode on the branch has the module or it could not be read. A record stays valid while its reference
-///         is held, at most until the manager is reloaded twice or destroyed. References are counted in file mode; one
-///         is given back through pPrevious, or by TableModule::FromRecord(pRecord)->Release().
+/// @return null if no mode on the branch has the module or it could not be read. A record stays valid while its
+///         reference is held, at most until the manager is reloaded twice or destroyed. References are counted in file
+///         mode; one is given back through pPrevious, or by TableModule::FromRecord(pRecord)->Release().
 #define TUNING_ACCESSOR(name, Type)                                                                                    \
     Type* GetModule_##name(const TuningMode* pBranch, UINT32 count, Type* pPrevious)                                   \
     {                                                                                                                  \

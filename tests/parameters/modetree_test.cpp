@@ -33,7 +33,7 @@ ParameterFile MakeFamily()
     return maker.Build();
 }
 
-} // namespace
+}  // namespace
 
 TEST_F(ModeTreeTest, TheDeepestModeOnTheBranchThatHasTheModuleWins)
 {
@@ -72,8 +72,9 @@ TEST_F(ModeTreeTest, ASelectorThatIsNotValidEndsTheWalk)
                                         "Expected range: 0 to 6");
 
     EXPECT_EQ(AlphaValue(m_manager, Branch({{Default, 0}, {Sensor, 1}})), 1);
-    EXPECT_EQ(m_manager.GetErrorText(), "GetModuleInternal Error: Default mode found in modeBranch at an index > 0 (1). "
-                                        "Index 0 must be Default, but only index 0 may be Default");
+    EXPECT_EQ(m_manager.GetErrorText(),
+              "GetModuleInternal Error: Default mode found in modeBranch at an index > 0 (1). "
+              "Index 0 must be Default, but only index 0 may be Default");
 }
 
 TEST_F(ModeTreeTest, DoubtfulCallsAreAnsweredWithAWarning)

@@ -59,7 +59,7 @@ protected:
     }
 };
 
-} // namespace
+}  // namespace
 
 TEST_F(OnDemandTest, ModesAreReadWhenABranchFirstLeadsThere)
 {
@@ -186,9 +186,9 @@ TEST_F(OnDemandTest, ReferencesAreTakenBeforeTheyAreGivenBack)
 
     // A previous record is given back also if nothing takes its place.
     pFirst = Alpha(manager, UsecaseBranch(1));
-    EXPECT_EQ(Get<smallschema::BetaType>(manager, "beta", UsecaseBranch(1),
-                                         reinterpret_cast<smallschema::BetaType*>(pFirst)),
-              nullptr);
+    EXPECT_EQ(
+        Get<smallschema::BetaType>(manager, "beta", UsecaseBranch(1), reinterpret_cast<smallschema::BetaType*>(pFirst)),
+        nullptr);
     EXPECT_EQ(References(manager, UsecaseBranch(1)), 0u);
 
     PList<ParameterModule*>       modules;
@@ -220,7 +220,7 @@ TEST_F(OnDemandTest, UnloadingOnRequestTakesTheLastModeOnly)
     const UINT32    root  = maker.Table("one");
     const UINT32    video = maker.Mode(root, Usecase, 2);
     const UINT32    night = maker.Mode(video, Scene, 5);
-    const UINT32    kept  = maker.Mode(root, Usecase, 3, BinaryFileFormat::NoLink, 0, BinaryFileFormat::PreserveModeFlag);
+    const UINT32 kept = maker.Mode(root, Usecase, 3, BinaryFileFormat::NoLink, 0, BinaryFileFormat::PreserveModeFlag);
     maker.Table("two");
     maker.Alpha(root, 1);
     maker.Alpha(video, 2);

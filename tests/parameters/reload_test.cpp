@@ -29,7 +29,7 @@ protected:
     const std::vector<TuningMode> video = Branch({{Usecase, 2}});
 };
 
-} // namespace
+}  // namespace
 
 TEST_F(ReloadTest, OldRecordsLiveUntilTheReloadAfter)
 {
@@ -77,9 +77,10 @@ TEST_F(ReloadTest, ReferenceCountsCarryOverBetweenEqualLayouts)
     Write(maker.Build());
     ASSERT_TRUE(manager.ReloadBinaryParameters(false));
     EXPECT_EQ(References(manager, 2), 0u);
-    EXPECT_TRUE(log.Has("ReloadBinaryParameters: Failed to transfer reference counts, current module name (beta) does not "
-                        "match prev name (alpha) in mode index 1\n",
-                        "V"));
+    EXPECT_TRUE(
+        log.Has("ReloadBinaryParameters: Failed to transfer reference counts, current module name (beta) does not "
+                "match prev name (alpha) in mode index 1\n",
+                "V"));
 }
 
 TEST_F(ReloadTest, AFailedReloadLeavesNothingAndCanBeTriedAgain)
@@ -140,8 +141,7 @@ TEST_F(ReloadTest, AnUpdateReplacesModulesWhereTheTreesAgree)
         const std::string updatePath = m_path + ".update";
         maker.Build().WriteTo(updatePath);
         auto pUpdate = std::make_unique<ParameterSetManager>("update", smallschema::Modules, Verbose());
-        ASSERT_TRUE(fileMode ? pUpdate->LoadBinaryParameters(updatePath.c_str())
-                             : LoadBuffer(*pUpdate, maker.Build()));
+        ASSERT_TRUE(fileMode ? pUpdate->LoadBinaryParameters(updatePath.c_str()) : LoadBuffer(*pUpdate, maker.Build()));
 
         ASSERT_TRUE(manager.UpdateParameters(std::move(pUpdate))) << log.Text();
         EXPECT_EQ(AlphaValue(manager, video), 60);

@@ -33,7 +33,7 @@ size_t SectionRow(const ParameterFile& rFile, BinaryFileFormat::SectionType type
     return row;
 }
 
-} // namespace
+}  // namespace
 
 TEST_F(SetManagerTest, ARefusedFileSaysWhyAndLeavesNothingBehind)
 {
@@ -49,26 +49,20 @@ TEST_F(SetManagerTest, ARefusedFileSaysWhyAndLeavesNothingBehind)
          [](ParameterFile& rFile) { rFile.Put<UINT32>(36, 1); }},
         {"Invalid binary file section count", [](ParameterFile& rFile) { rFile.Put<UINT32>(164, 1); }},
         {"Invalid binary file section count", [](ParameterFile& rFile) { rFile.Put<UINT32>(160, 0x7FFFFFFF); }},
-        {"Failed to read symbol table, data table or definition table",
-         [](ParameterFile& rFile)
+        {"Failed to read symbol table, data table or definition table", [](ParameterFile& rFile)
          { rFile.Put<UINT32>(SectionRow(rFile, BinaryFileFormat::SymbolTableSection) + 8, 33); }},
-        {"Failed to read symbol table, data table or definition table",
-         [](ParameterFile& rFile)
+        {"Failed to read symbol table, data table or definition table", [](ParameterFile& rFile)
          { rFile.Put<BYTE>(rFile.Section(BinaryFileFormat::DefinitionTableSection).Offset, 3); }},
-        {"ReadModeSection: Failed, buffer is nullptr",
-         [](ParameterFile& rFile)
+        {"ReadModeSection: Failed, buffer is nullptr", [](ParameterFile& rFile)
          { rFile.Put<UINT32>(SectionRow(rFile, BinaryFileFormat::ModeTableSection) + 4, 0x7FFFFFF0); }},
-        {"AddModule: moduleData->ModeId(7) >= m_modeCount(2)",
-         [](ParameterFile& rFile)
+        {"AddModule: moduleData->ModeId(7) >= m_modeCount(2)", [](ParameterFile& rFile)
          { rFile.Put<UINT32>(rFile.Section(BinaryFileFormat::SymbolTableSection).Offset + 64 + 16, 7); }},
         {"Failed to parse binary header data for:  Name: alpha, Major: 10, Minor: 0, Patch: 1, Mode: 1",
          [](ParameterFile& rFile)
          { rFile.Put<UINT32>(rFile.Section(BinaryFileFormat::SymbolTableSection).Offset + 64 + 12, 1); }},
         {"Failed to find header module:  Name Hash: 123456789abcdef0, Major: 10, Minor: 0, Patch: 0, Mode: 1",
-         [](ParameterFile& rFile)
-         {
-             rFile.Put<UINT64>(rFile.Section(BinaryFileFormat::SymbolTableSection).Offset + 64,
-                               0x123456789ABCDEF0ull);
+         [](ParameterFile& rFile) {
+             rFile.Put<UINT64>(rFile.Section(BinaryFileFormat::SymbolTableSection).Offset + 64, 0x123456789ABCDEF0ull);
          }},
     };
     for (const bool fileMode : {false, true})

@@ -12,9 +12,9 @@
 #include "parameters/parametersetmanager.h"
 #include "parameters/tablemodule.h"
 #include "schema/modules.h"
-#include "tests/support/systemlogcapture.h"
 #include "tests/support/parameterfilebuilder.h"
 #include "tests/support/recordwriter.h"
+#include "tests/support/systemlogcapture.h"
 
 namespace smallschema
 {
@@ -56,7 +56,7 @@ inline constexpr tuning::ModuleDescription Modules[] = {
 
 inline constexpr VersionUnion RecordVersion{10, 0, 0};
 
-} // namespace smallschema
+}  // namespace smallschema
 
 using Selector = std::pair<ModeType, UINT16>;
 

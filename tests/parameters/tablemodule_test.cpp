@@ -15,7 +15,7 @@ ParameterFile MakeAlpha(INT32 value)
     return maker.Build();
 }
 
-} // namespace
+}  // namespace
 
 TEST_F(SetManagerTest, ARecordLeadsBackToItsModule)
 {
@@ -39,9 +39,15 @@ TEST_F(SetManagerTest, WhatAModuleRefusesItNamesByItsRecordType)
         const CHAR*  pLog;
     } cases[] = {
         // Versions are shown as the 64 bits of the file: major, minor in the upper half word, patch in the upper word.
-        {"alpha", {10, 0, 1}, "Unable to create AlphaTypeClass, binary version (4294967306) does not match source version (10)\n"},
-        {"beta", {9, 1, 0}, "Unable to create BetaTypeClass, binary version (65545) does not match source version (10)\n"},
-        {"plain", {3, 4, 0}, "Unable to create plainTypeClass, binary version (262147) does not match source version (4295229443)\n"},
+        {"alpha",
+         {10, 0, 1},
+         "Unable to create AlphaTypeClass, binary version (4294967306) does not match source version (10)\n"},
+        {"beta",
+         {9, 1, 0},
+         "Unable to create BetaTypeClass, binary version (65545) does not match source version (10)\n"},
+        {"plain",
+         {3, 4, 0},
+         "Unable to create plainTypeClass, binary version (262147) does not match source version (4295229443)\n"},
     };
     for (const auto& rCase : cases)
     {
@@ -76,9 +82,9 @@ TEST_F(SetManagerTest, ABareModuleHasAnIdentityAndNoMore)
 
 TEST_F(SetManagerTest, TheStoresKnowTheirModules)
 {
-    TuningFileMaker      maker;
-    const UINT32         root = maker.Table();
-    CHAR                 revision[] = "r7";
+    TuningFileMaker          maker;
+    const UINT32             root       = maker.Table();
+    CHAR                     revision[] = "r7";
     kirotouch::KIROTouchType touch{};
     touch.module_version.major_revision = 10;
     touch.parameter_version.revision    = revision;

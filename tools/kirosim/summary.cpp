@@ -38,7 +38,9 @@ SummaryBuilder::SummaryBuilder(const Scene& rScene) : m_rScene(rScene), m_isLega
 VOID SummaryBuilder::Add(const FrameRecord& rRecord)
 {
     const auto& rSafe = rRecord.decided.arbitration[AECAlgoExposureSafe].exposureSet;
+    const UINT64 target = rRecord.decided.metering.exposures[AECAlgoExposureSafe];
     m_samples.push_back({rRecord.time, std::log2(std::max(static_cast<DOUBLE>(rSafe.exposure), 1.0)),
+                         std::log2(std::max(static_cast<DOUBLE>(target), 1.0)),
                          m_rScene.LightEV(rRecord.time), rRecord.truth.pictureEV, rRecord.truth.banding});
     m_isLegal = m_isLegal && IsLegal(rRecord);
 }
@@ -103,6 +105,7 @@ RunSummary SummaryBuilder::Finish() const
     summary.rampLagEV      = MeasureRampLag();
     for (const Sample& rSample : last)
     {
+        summary.finalErrorEV += (rSample.targetLog2 - rSample.exposureLog2) / static_cast<DOUBLE>(last.size());
         summary.bandingLast = std::max(summary.bandingLast, rSample.banding);
     }
     return summary;
@@ -173,6 +176,8 @@ std::string FormatSummary(const RunSummary& rSummary)
         text += fmt::format("{} at {:.2f} s: {}, overshoot {:.3f} EV\n", what, rStep.time, frames, rStep.overshootEV);
     }
     text += fmt::format("ripple of the safe exposure, last {} frames: {:.4f} EV\n", RippleFrames, rSummary.rippleEV);
+    text += fmt::format("mean distance from the metered target, last {} frames: {:.4f} EV\n", RippleFrames,
+                        rSummary.finalErrorEV);
     text += fmt::format("swing of the picture, last {} frames: {:.3f} EV\n", RippleFrames, rSummary.pictureSwingEV);
     if (rSummary.rampLagEV.has_value())
     {

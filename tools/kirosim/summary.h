@@ -26,6 +26,7 @@ struct RunSummary
     DOUBLE                  rippleEV;        ///< swing of the safe exposure over the last 100 frames
     DOUBLE                  pictureSwingEV;  ///< swing of the picture over the last 100 frames
     std::optional<DOUBLE>   rampLagEV;       ///< mean distance of the decision from the light during ramps
+    DOUBLE                  finalErrorEV;    ///< mean of metered target over exposure, last 100 frames
     DOUBLE                  bandingLast;     ///< share of the mean, last 100 frames, worst
     bool                    isLegal;         ///< no exposure was NaN, zero or outside the sensor's limits
 };
@@ -44,6 +45,7 @@ private:
     {
         DOUBLE time;
         DOUBLE exposureLog2;
+        DOUBLE targetLog2;
         DOUBLE lightEV;
         DOUBLE pictureEV;
         DOUBLE banding;

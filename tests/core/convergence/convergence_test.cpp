@@ -235,7 +235,7 @@ TEST_F(ConvergenceTest, StepSizeOutOfRangeFallsBackOnTheGridOnly)
 TEST_F(ConvergenceTest, SkippedMeteringAdoptsTheTargetsAtOnce)
 {
     SaveHistory(Same(500.0), Same(500.0));
-    Run({300000, 1200000, 600000}, TRUE);
+    RunSkipped({300000, 1200000, 600000});
     EXPECT_EQ(m_output.bIsConvTargetFixed, TRUE);
     EXPECT_EQ(m_output.bIfConvProcRun, FALSE);
     EXPECT_EQ(m_output.evMultiplier, 1.0f);
@@ -250,13 +250,13 @@ TEST_F(ConvergenceTest, ExposuresAreCappedAndOrdered)
     AECFrameHistory predictive = FrameAt(Same(500.0));
     predictive.predictiveGain  = 3.0f;
     SaveFrame(predictive);
-    Run({900000, 200000, 400000}, TRUE);
+    RunSkipped({900000, 200000, 400000});
     ExpectSteps({StepOf(200000.0), StepOf(400000.0), StepOf(400000.0)}, "Short lowest, Long not below Safe");
     EXPECT_NEAR(m_output.predictiveGain, 2.0, 1e-3) << "no more than the room between Short and Safe";
     EXPECT_NEAR(m_output.compensationADRC, 1.0, 1e-3) << "what the predictive gain leaves";
 
     m_context.m_input.HDRType = MultiframeHDR;
-    Run({100000, 200000, 400000}, TRUE);
+    RunSkipped({100000, 200000, 400000});
     ExpectSteps({StepOf(100000.0), StepOf(200000.0), StepOf(400000.0)}, "a long compensation makes up for a low Long");
     EXPECT_NEAR(m_output.mfhdrLongADRC, 2.0, 1e-3);
     m_context.m_input.HDRType = HDRDisabled;
@@ -264,7 +264,7 @@ TEST_F(ConvergenceTest, ExposuresAreCappedAndOrdered)
     m_limits.ranges[AECAlgoExposureShort].start.exposure = 150000;
     m_limits.ranges[AECAlgoExposureLong].end.exposure    = 800000;
     m_limits.ranges[AECAlgoExposureSafe].end.exposure    = 300000;
-    Run({100000, 900000, 400000}, TRUE);
+    RunSkipped({100000, 900000, 400000});
     EXPECT_EQ(m_output.exposures[AECAlgoExposureShort], 150000u);
     EXPECT_EQ(m_output.exposures[AECAlgoExposureLong], 800000u);
     EXPECT_EQ(m_output.exposures[AECAlgoExposureSafe], 300000u);
@@ -277,9 +277,9 @@ TEST_F(ConvergenceTest, FullManualControlTakesTheDarkBoostFromTheExposures)
     AECFrameHistory previous                   = FrameAt(Same(500.0));
     previous.compensationDarkBoost             = 5.0f;
     SaveFrame(previous);
-    Run({100000, 600000, 400000}, TRUE);
+    RunSkipped({100000, 600000, 400000});
     EXPECT_NEAR(m_output.compensationDarkBoost, 1.5, 1e-3);
     m_context.m_input.manualSetting.manualMode = AECAlgoModeAuto;
-    Run({100000, 600000, 400000}, TRUE);
+    RunSkipped({100000, 600000, 400000});
     EXPECT_EQ(m_output.compensationDarkBoost, 5.0f) << "the previous one is kept while the target is fixed";
 }

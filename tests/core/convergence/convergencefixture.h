@@ -167,12 +167,12 @@ protected:
         m_context.m_pBankManager->SetBankTuning(bankID, nullptr, &rPayload, 1);
     }
 
-    VOID SetStretches(std::vector<kirodbconvstretch::ConvStretchCoreDataType> stretches,
+    VOID SetStretches(const std::vector<kirodbconvstretch::ConvStretchCoreDataType>& rStretches,
                       kirodbconvstretch::AECConvStretchType type = kirodbconvstretch::StretchTypeOffset)
     {
-        m_stretchZones.assign(stretches.begin(), stretches.end());
-        m_stretchTunings.assign(stretches.size(), {});
-        for (size_t index = 0; index < stretches.size(); ++index)
+        m_stretchZones = std::vector<StretchZone>(rStretches.begin(), rStretches.end());
+        m_stretchTunings.assign(rStretches.size(), {});
+        for (size_t index = 0; index < rStretches.size(); ++index)
         {
             auto& rStretch             = m_stretchTunings[index];
             rStretch.stretchType       = type;
@@ -182,25 +182,20 @@ protected:
             rStretch.trigger1DataCount = 1;
             rStretch.trigger1Data      = m_stretchZones[index].Tree();
         }
-        m_stretch.value.convStretchCount = static_cast<UINT32>(stretches.size());
+        m_stretch.value.convStretchCount = static_cast<UINT32>(rStretches.size());
         m_stretch.value.convStretch      = m_stretchTunings.data();
     }
 
-    /// One frame without the stages after it.
-    KiroResult Run(const UINT64 (&rTargets)[3], BOOL bIsMeteringSkipped = FALSE)
-    {
-        KIROConvergenceInput input{};
-        input.pRange             = &m_limits;
-        input.bIsMeteringSkipped = bIsMeteringSkipped;
-        input.mfhdrLongADRC      = 1.0f;
-        std::copy(std::begin(rTargets), std::end(rTargets), input.sensitivities);
-        m_output = {};
-        return Module().RunConvProcesss(input, m_output);
-    }
-
+    /// One frame, without the stages after it.
     KiroResult Run(const Steps& rTarget)
     {
-        return Run({AtStep(rTarget.shortStep), AtStep(rTarget.longStep), AtStep(rTarget.safeStep)});
+        return RunTargets({AtStep(rTarget.shortStep), AtStep(rTarget.longStep), AtStep(rTarget.safeStep)}, FALSE);
+    }
+
+    /// One frame whose metering was skipped, so that the output is the target. @param rTargets Short, Long, Safe
+    KiroResult RunSkipped(const UINT64 (&rTargets)[3])
+    {
+        return RunTargets(rTargets, TRUE);
     }
 
     DOUBLE Step(AECAlgoExposureType type) const
@@ -246,6 +241,17 @@ protected:
     KIROConvergenceOutput                                         m_output{};
 
 private:
+    KiroResult RunTargets(const UINT64 (&rTargets)[3], BOOL bIsMeteringSkipped)
+    {
+        KIROConvergenceInput input{};
+        input.pRange             = &m_limits;
+        input.bIsMeteringSkipped = bIsMeteringSkipped;
+        input.mfhdrLongADRC      = 1.0f;
+        std::copy(std::begin(rTargets), std::end(rTargets), input.sensitivities);
+        m_output = {};
+        return Module().RunConvProcesss(input, m_output);
+    }
+
     UINT64                    m_frameID = 100;
     TavoPtr<CKIROConvergence> m_pModule;
 };
