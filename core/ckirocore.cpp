@@ -22,7 +22,7 @@ constexpr INT32 DefaultTriggerLast = TriggerFlashInfluence;
 } // namespace
 
 CKIROCore::CKIROCore(StatsTuningData& rTuningData, IKIRODebugData& rDebugData)
-    : m_contManager(rDebugData), m_currFrame{}, m_flashExpIncrease{}, m_shortBlend(m_contManager)
+    : m_contManager(rDebugData), m_shortBlend(m_contManager), m_currFrame{}, m_flashExpIncrease{}
 {
     SetDefaultTriggers();
     if (m_contManager.SetTunara(rTuningData) != 0)
@@ -127,7 +127,8 @@ VOID CKIROCore::ResetStretchEntry(const DataBankType& rEntry, const CHAR* pFailu
     DBStartEndPayload payload{};
     payload.dataID              = rEntry.dataID;
     const KIROSetBankData entry = {rEntry.bankID, &payload, sizeof(payload)};
-    if (m_contManager.m_pBankManager->SetControlData(&entry) != 0)
+    // Any other bank would keep the address of the payload.
+    if (!IsValueBank(rEntry.bankID) || m_contManager.m_pBankManager->SetControlData(&entry) != 0)
     {
         STATS_LOG_WARNING("%s", pFailure);
     }

@@ -73,13 +73,14 @@ private:
         return m_contManager.m_pBankManager->GetDataTriggers(id)->value;
     }
 
-    // Destroyed last first: the stats processor, metering, convergence, arbitration, and the context behind them all.
+    // Destroyed last first: the stats processor, metering, convergence, arbitration, the short blend, and the context
+    // behind them all.
     CKIROContextManager          m_contManager;
+    CKIROShortBlend              m_shortBlend;
     TavoPtr<CKIROArbitration>    m_pArbitration;
     TavoPtr<CKIROConvergence>    m_pConvergence;
     TavoPtr<CKIROMetering>       m_pMetering;
     TavoPtr<CKIROStatsProcessor> m_pStatsProcessor;
     AECFrameHistory              m_currFrame;          ///< the frame being assembled
     DBFloatPayload               m_flashExpIncrease;   ///< exposure increase of precision flash
-    CKIROShortBlend              m_shortBlend;
 };

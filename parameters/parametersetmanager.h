@@ -251,7 +251,7 @@ private:
     // Modules go before the tables that their data stands in, hence the order of the members.
     std::vector<std::unique_ptr<ParameterSetManager>> m_previousMerged;
     std::vector<std::unique_ptr<ParameterSetManager>> m_merged;  ///< own the modules that UpdateParameters put here
-    std::vector<Content>                              m_previousContents;
+    Content                                           m_previousContent;
     Content                                           m_content;
     std::vector<std::unique_ptr<ParameterModule>>     m_parkedModules;            ///< until the next reload
     std::vector<std::unique_ptr<ParameterModule>>     m_replacedModules;          ///< to be parked by the next reload

@@ -2,7 +2,6 @@
 #include "parameters/parametersetmanager.h"
 
 #include <cstdio>
-#include <cstring>
 
 #include "parameters/branchwalk.h"
 #include "parameters/modenames.h"

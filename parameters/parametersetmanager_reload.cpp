@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <iterator>
 #include <limits>
+#include <utility>
 
 #include "parameters/parameterbinaryfile.h"
 #include "parameters/parameterfilesymboltable.h"
@@ -24,8 +25,7 @@ bool ParameterSetManager::ReloadBinaryParameters(bool bufferMode)
                             bufferMode ? " in buffer mode" : "");
     FreeReplacedParameters();
     SaveAndClearModules();
-    m_previousContents.push_back(std::move(m_content));
-    m_content = {};
+    m_previousContent = std::exchange(m_content, {});
     FreeBinaryParameters();
 
     if (!ReadReplacement(fileName, bufferMode))
@@ -34,7 +34,7 @@ bool ParameterSetManager::ReloadBinaryParameters(bool bufferMode)
         m_fileName = fileName;
         return false;
     }
-    TransferReferences(m_previousContents.back());
+    TransferReferences(m_previousContent);
     return true;
 }
 
@@ -64,7 +64,8 @@ VOID ParameterSetManager::FreeReplacedParameters()
     ParameterLogging::Write(this, ParameterLogging::Debug, "FreeReplacedParameters called\n");
     // The modules' data stands in the tables.
     m_parkedModules.clear();
-    m_previousContents.clear();
+    m_previousContent.pSymbolTable.reset();
+    m_previousContent.modeTables.clear();
     m_previousMerged.clear();
 }
 

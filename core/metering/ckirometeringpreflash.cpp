@@ -27,9 +27,11 @@ INT32 FindByName(const KIROCntStatsOut* pStats, UINT32 count, const CHAR* pName)
     return NotFound;
 }
 
-UINT32 RegionCount(const KIROCntStatsOut& rStats)
+/// Regions that both channels of a pair have.
+UINT32 RegionCount(const KIROCntStatsOut& rLevel, const KIROCntStatsOut& rSaturation)
 {
-    return rStats.resolution.width * rStats.resolution.height;
+    return std::min(rLevel.resolution.width * rLevel.resolution.height,
+                    rSaturation.resolution.width * rSaturation.resolution.height);
 }
 
 } // namespace
@@ -64,7 +66,8 @@ BOOL CKIROMetering::IsPreflashMeteringNeeded(const KIROCntStatsOut* pOff, UINT32
     const FLOAT* pSaturation = pLow[lowSaturation].channelData.Data.pFData;
     const FLOAT  levelLimit  = rLevel.absoluteThreshold + rLevel.differenceThreshold;
     const FLOAT  satLimit    = rSaturation.absoluteThreshold + rSaturation.differenceThreshold;
-    const UINT32 count       = std::min({RegionCount(pLow[lowLevel]), RegionCount(pOff[offLevel]), PreflashMaskSize});
+    const UINT32 count       = std::min({RegionCount(pLow[lowLevel], pLow[lowSaturation]),
+                                         RegionCount(pOff[offLevel], pOff[offSaturation]), PreflashMaskSize});
     for (UINT32 index = 0; index < count; ++index)
     {
         const bool wasDark = m_preflashContext.LEDOffDilatedBrightTable[index] == CellDark;
@@ -81,7 +84,7 @@ VOID CKIROMetering::BuildLEDOffMask(const KIROCntStatsOut& rLevel, const KIROCnt
 {
     INT32* pMask = m_preflashContext.LEDOffDilatedBrightTable;
     std::fill_n(pMask, PreflashMaskSize, CellDark);
-    const UINT32 count = std::min(RegionCount(rLevel), PreflashMaskSize);
+    const UINT32 count = std::min(RegionCount(rLevel, rSaturation), PreflashMaskSize);
     for (UINT32 index = 0; index < count; ++index)
     {
         const bool isBright =

@@ -80,7 +80,7 @@ VOID CKIRO2DMetIterator::ResolveEntries()
     {
         m_columnEntry[column] = EntryOf(column, m_roiStartWidth, m_roiEndWidth, m_roiWidth);
     }
-    for (UINT32 row = 0; row < m_ipStatsHeight; ++row)
+    for (UINT32 row = 0; row <= m_ipStatsHeight; ++row)
     {
         m_rowEntry[row] = EntryOf(row, m_roiStartHeight, m_roiEndHeight, m_roiHeight);
     }
@@ -94,7 +94,7 @@ FLOAT CKIRO2DMetIterator::GetWeight(UINT32 index) const
     }
     const UINT32 row    = (m_ipStatswidth == 0) ? 0 : index / m_ipStatswidth;
     const UINT32 column = index - row * m_ipStatswidth;
-    if (row >= m_ipStatsHeight || column >= m_ipStatswidth || m_rowEntry[row] == OutsideROI ||
+    if (row > m_ipStatsHeight || column >= m_ipStatswidth || m_rowEntry[row] == OutsideROI ||
         m_columnEntry[column] == OutsideROI)
     {
         return WeightOutside(index);

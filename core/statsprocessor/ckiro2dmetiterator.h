@@ -33,5 +33,5 @@ private:
     BOOL         m_bIterateRaw;
     // Table entry of each column and row of the grid, so that a region costs no division beyond its own.
     INT16 m_columnEntry[GridRegionCountMax];
-    INT16 m_rowEntry[GridRegionCountMax];
+    INT16 m_rowEntry[GridRegionCountMax + 1];  ///< one row more, which an ROI down to the last row includes
 };

@@ -21,12 +21,6 @@ const CHAR* TextOrEmpty(const CHAR* pText)
     return (pText != nullptr) ? pText : "";
 }
 
-bool IsSameShape(const kirocorestatsconfig::ResolutionType& rFirst, const kirocorestatsconfig::ResolutionType& rSecond)
-{
-    return rFirst.binCount == rSecond.binCount && rFirst.bitDepth == rSecond.bitDepth &&
-           rFirst.height == rSecond.height && rFirst.width == rSecond.width;
-}
-
 } // namespace
 
 CKIROStatsProcessor::CKIROStatsProcessor(StatsTuningData& rTuningData, IKIROContextManager& rContextManager)
@@ -38,12 +32,12 @@ CKIROStatsProcessor::CKIROStatsProcessor(StatsTuningData& rTuningData, IKIROCont
 
 KiroResult CKIROStatsProcessor::SetStats(KIROStatsList& rStats)
 {
-    const UINT32 count = std::min(rStats.count, KIROStatsChannelCountMax);
-    if (count < rStats.count)
+    if (rStats.count > KIROStatsChannelCountMax)
     {
-        STATS_LOG_ERROR("%d stats channels given, at most %d", rStats.count, KIROStatsChannelCountMax);
+        STATS_LOG_ERROR("%d stats channels refused, at most %d", rStats.count, KIROStatsChannelCountMax);
+        return ResultInvalidInput;
     }
-    return SetStats(rStats.pList, count, rStats.startup);
+    return SetStats(rStats.pList, rStats.count, rStats.startup);
 }
 
 KiroResult CKIROStatsProcessor::SetStats(KIROCntStatsOut* pStats, UINT32 count, StatisticsStartUp startup)

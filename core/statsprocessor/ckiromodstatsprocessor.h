@@ -22,6 +22,7 @@ public:
     /// Registers itself in the context.
     CKIROStatsProcessor(StatsTuningData& rTuningData, IKIROContextManager& rContextManager);
 
+    /// @return 11, with nothing stored, for more channels than the list holds
     KiroResult SetStats(KIROStatsList& rStats);
     /// @return the result of the last record; 0 for none
     KiroResult SetStats(KIROCntStatsOut* pStats, UINT32 count, StatisticsStartUp startup);
@@ -65,8 +66,9 @@ private:
     KiroResult ValidateStatsChannels(const CHAR* const* ppNames, UINT32 count, const AECCoreStatsDeque& rRing) const;
     KiroResult PrepareHistogram(const CHAR* pChannel);
 
-    AECCoreStatsDeque       m_gridStatsBuffer;
-    AECCoreStatsDeque       m_histStatsBuffer;
+    // The grid processor only takes the address of its ring, which is constructed after it.
     CKIROStatsGridProcessor m_gridStatsProcessor;
     CKIROStatsHistProcessor m_histStatsProcessor;
+    AECCoreStatsDeque       m_gridStatsBuffer;
+    AECCoreStatsDeque       m_histStatsBuffer;
 };

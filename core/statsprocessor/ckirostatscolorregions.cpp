@@ -32,6 +32,19 @@ struct ColorChannels
     INT32 bg;
 };
 
+/// Positions may stem from an earlier frame, which had other channels.
+bool AreOfOneShape(const AECCoreStatsDeque& rRing, const ColorChannels& rChannels)
+{
+    const INT32 size = static_cast<INT32>(rRing.size());
+    if (rChannels.luma >= size || rChannels.rg >= size || rChannels.bg >= size)
+    {
+        return false;
+    }
+    const auto& rLuma = rRing[static_cast<UINT32>(rChannels.luma)].resolution;
+    return IsSameShape(rLuma, rRing[static_cast<UINT32>(rChannels.rg)].resolution) &&
+           IsSameShape(rLuma, rRing[static_cast<UINT32>(rChannels.bg)].resolution);
+}
+
 bool AreColorInputsValid(const CHAR* const* ppNames, UINT32 count, const ColorChannels& rChannels, BOOL bIsROIValid)
 {
     if (count == ColorChannelCount && rChannels.luma >= 0 && rChannels.rg >= 0 && rChannels.bg >= 0 &&
@@ -125,9 +138,9 @@ GroupedGridParameters* CKIROStatsGridProcessor::InitializeXTremeColorRegion(
 VOID CKIROStatsGridProcessor::GetExtColorRgBgStatsRatio(GroupedGridParameters** ppRegions, UINT32 regionCount)
 {
     // Channels and tile come from the group that was initialised last; the regions of a frame share them.
-    const bool isReady = m_group.bIsValid == TRUE && static_cast<UINT32>(m_group.chNum_luma) < m_rStatsBuffer.size() &&
-                         static_cast<UINT32>(m_group.chNum_rg) < m_rStatsBuffer.size() &&
-                         static_cast<UINT32>(m_group.chNum_bg) < m_rStatsBuffer.size();
+    const bool isReady =
+        m_group.bIsValid == TRUE &&
+        AreOfOneShape(m_rStatsBuffer, {m_group.chNum_luma, m_group.chNum_rg, m_group.chNum_bg});
     if (isReady)
     {
         m_gridItr.SetStats(&m_rStatsBuffer[static_cast<UINT32>(m_group.chNum_luma)]);

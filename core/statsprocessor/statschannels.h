@@ -27,6 +27,13 @@ inline INT32 FindStatsChannel(const AECCoreStatsDeque& rRing, const CHAR* pName)
     return ChannelNotFound;
 }
 
+inline bool IsSameShape(const kirocorestatsconfig::ResolutionType& rFirst,
+                        const kirocorestatsconfig::ResolutionType& rSecond)
+{
+    return rFirst.binCount == rSecond.binCount && rFirst.bitDepth == rSecond.bitDepth &&
+           rFirst.height == rSecond.height && rFirst.width == rSecond.width;
+}
+
 /// @return the value at which samples of a channel are clamped
 /// @param statsThreshold fraction of full scale
 inline FLOAT ClampValue(const kirocorestatsconfig::ResolutionType& rResolution, FLOAT statsThreshold)

@@ -41,16 +41,14 @@ TEST_F(DRCConvergence, NeverAwayFromTheTargetAndNeverPastIt)
     ExpectFrame({480.0, 500.0, 500.0}, {482.0, 540.0, 540.0}, {482.0, 504.0, 504.0});  // 483.5 is past
 }
 
-TEST_F(DRCConvergence, LandsWithinAToleranceOfOne)
+TEST_F(DRCConvergence, OnlyAToleranceOfOneLands)
 {
-    // Distance 20 to 22, a move of 1.2 leaves Short 0.8 from its target.
+    // Safe goes from 500 to 501. Short is at a distance of 10, towards 8: at speed 0.7 it would stop 0.6 short.
+    m_speeds.Data()        = {1.0f, 1000.0f, 0.7f};
     m_base.value.tolerance = 1;
-    SetSpeeds(1.0f, 0.6f);
-    ExpectFrame({480.0, 500.0, 500.0}, {488.0, 510.0, 510.0}, {488.0, 510.0, 510.0});
+    ExpectFrame({490.0, 500.0, 500.0}, {493.0, 501.0, 501.0}, {493.0, 501.0, 501.0});
     m_base.value.tolerance = 2;
-    ExpectFrame({480.0, 500.0, 500.0}, {488.0, 510.0, 510.0}, {488.0, 510.0, 510.0});  // never past the target
-    SetSpeeds(1.0f, 0.6f);
-    ExpectFrame({488.0, 500.0, 500.0}, {488.5, 510.0, 510.0}, {488.5, 510.0, 510.0});
+    ExpectFrame({490.0, 500.0, 500.0}, {493.0, 501.0, 501.0}, {492.4, 501.0, 501.0});
 }
 
 TEST_F(DRCConvergence, SettledExposureWithinToleranceKeepsItsDistance)
@@ -157,16 +155,16 @@ TEST_F(DRCConvergence, DarkCompensationConvergesOnAGrid)
 
 TEST_F(DRCConvergence, DarkCompensationIsOnTopOfWhatTheExposuresGive)
 {
-    // Long and its compensation stood 10 steps above Safe and aim at 10; metering asks for 30, the previous total is 16.
+    // Long stood 10 steps above Safe, of a dark boost of 16. It aims at 12, and metering asks for 32.
     SetSpeeds(0.1f, 0.5f);
     m_context.m_input.HDRType = StaggeredHDR;
-    m_context.SetAnalyzerResult(207, {static_cast<FLOAT>(std::pow(1.03, 30.0)), 0.0f});
+    m_context.SetAnalyzerResult(207, {static_cast<FLOAT>(std::pow(1.03, 32.0)), 0.0f});
     AECFrameHistory previous       = FrameAt({500.0, 510.0, 500.0});
     previous.compensationDarkBoost = static_cast<FLOAT>(std::pow(1.03, 16.0));
     SaveFrame(previous);
     SaveFrame(previous);
-    Run({540.0, 550.0, 540.0});
-    ExpectSteps({504.0, 514.0, 504.0});
-    // 6 of the previous 16 were on top; half way to 20 makes 13, and Long gives 10.
-    EXPECT_NEAR(StepOf(m_output.compensationDarkBoost), 23.0, 0.01);
+    Run({540.0, 552.0, 540.0});
+    ExpectSteps({504.0, 515.0, 504.0});
+    // 6 of the 16 were on top; half way to 20 makes 13, and Long gives 11.
+    EXPECT_NEAR(StepOf(m_output.compensationDarkBoost), 24.0, 0.01);
 }

@@ -1,0 +1,128 @@
+/// @file
+/// Arbitration of the Safe exposure on a desk: one call with a range, a table or a LUT that the test writes.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "core/arbitration/arbitrationutils.h"
+#include "core/arbitration/ckiromodarbitration.h"
+#include "tests/support/statslogcapture.h"
+#include "tests/support/testcontext.h"
+
+using namespace kirodbarbitrationorder;
+
+constexpr UINT32 LevelError   = 2;
+constexpr UINT32 LevelWarning = 4;
+
+constexpr UINT64 Microsecond = 1000;
+constexpr UINT64 Millisecond = 1000 * Microsecond;
+
+class ArbitrationTest : public testing::Test
+{
+protected:
+    /// Asks for gain 1 and 10 ms, within gains of 1 to 16 and 0.1 to 33 ms, on a sensor of 1 to 64 and 0.05 to 100 ms.
+    ArbitrationTest()
+    {
+        m_in.expType           = AECAlgoExposureSafe;
+        m_in.indexZeroExposure = 1000;
+        m_in.sensorRange       = {1.0f, 64.0f, 50 * Microsecond, 100 * Millisecond};
+        m_in.range.start       = Set(1.0f, 100 * Microsecond);
+        m_in.range.end         = Set(16.0f, 33 * Millisecond);
+        Ask(1.0f, 10 * Millisecond);
+        m_range.dataID = 3;
+        m_table.dataID = 4;
+        m_lut.dataID   = 5;
+        m_context.m_pBankManager->SetBankTuning(BankIDArbitrationRange, nullptr, &m_range, 1);
+        m_context.m_pBankManager->SetBankTuning(BankIDArbitrationTable, nullptr, &m_table, 1);
+        m_context.m_pBankManager->SetBankTuning(BankIDArbitrationLUT, nullptr, &m_lut, 1);
+    }
+
+    static KIROExposureSetType Set(FLOAT gain, UINT64 time, FLOAT corr = 1.0f)
+    {
+        KIROExposureSetType set{};
+        set.gain     = gain;
+        set.time     = time;
+        set.corr     = corr;
+        set.exposure = static_cast<UINT64>(std::llround(static_cast<DOUBLE>(gain) * static_cast<DOUBLE>(time) * corr));
+        set.indx     = IndexOf(static_cast<DOUBLE>(set.exposure));
+        return set;
+    }
+
+    /// With an index zero of 1000.
+    static FLOAT IndexOf(DOUBLE exposure)
+    {
+        return static_cast<FLOAT>(std::log(exposure / 1000.0) / std::log(1.03));
+    }
+
+    VOID Ask(FLOAT gain, UINT64 time)
+    {
+        m_in.exposures[m_in.expType] = Set(gain, time);
+    }
+
+    VOID AskExposure(UINT64 exposure)
+    {
+        m_in.exposures[m_in.expType]          = Set(1.0f, 10 * Millisecond);
+        m_in.exposures[m_in.expType].exposure = exposure;
+    }
+
+    KiroResult Run(KIROBankIDType bank, INT32 dataID, ArbitrationControl control = ArbCtrlCustomRange)
+    {
+        m_in.controlBank   = bank;
+        m_in.controlDataID = dataID;
+        m_in.controlID     = control;
+        m_out              = {};
+        return m_arbitration.RunArbitration(&m_in, &m_out);
+    }
+
+    KiroResult RunRange(ArbitrationControl control = ArbCtrlCustomRange)
+    {
+        return Run(BankIDArbitrationRange, m_range.dataID, control);
+    }
+
+    KiroResult RunTable()
+    {
+        return Run(BankIDArbitrationTable, m_table.dataID, ArbCtrlTable);
+    }
+
+    VOID SetTable(const std::vector<kirodbarbitrationtable::ExposureKneeType>& rKnees, FLOAT correction = 1.0f)
+    {
+        m_knees                     = rKnees;
+        m_table.value.correction    = correction;
+        m_table.value.expKneesCount = static_cast<UINT32>(m_knees.size());
+        m_table.value.expKnees      = m_knees.data();
+    }
+
+    VOID ExpectExposure(FLOAT gain, UINT64 time, const std::string& rMessage = "") const
+    {
+        EXPECT_NEAR(m_out.exposureSet.gain, gain, 1e-5f * gain) << rMessage;
+        EXPECT_NEAR(static_cast<DOUBLE>(m_out.exposureSet.time), static_cast<DOUBLE>(time), 2.0) << rMessage;
+    }
+
+    VOID ExpectGains(FLOAT start, FLOAT end) const
+    {
+        EXPECT_FLOAT_EQ(m_out.range.start.gain, start);
+        EXPECT_FLOAT_EQ(m_out.range.end.gain, end);
+    }
+
+    VOID ExpectTimes(UINT64 start, UINT64 end) const
+    {
+        EXPECT_EQ(m_out.range.start.time, start);
+        EXPECT_EQ(m_out.range.end.time, end);
+    }
+
+    StatsLogCapture  m_log;
+    TestContext      m_context;
+    CKIROArbitration m_arbitration{m_context.m_tuningData, m_context};
+
+    KIROArbitrationInput  m_in{};
+    KIROArbitrationOutput m_out{};
+
+    kirodbarbitrationrange::DBArbitrationRangePayload     m_range{};
+    kirodbarbitrationtable::DBArbitrationTablePayload     m_table{};
+    std::vector<kirodbarbitrationtable::ExposureKneeType> m_knees;
+    kirodbarbitrationlut::DBArbitrationLUTPayload         m_lut{};
+};

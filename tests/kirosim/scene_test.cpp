@@ -1,0 +1,152 @@
+// Scenes as text: what is read, and what a person is told about a slip.
+
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+
+#include "tools/kirosim/deterministic.h"
+#include "tools/kirosim/scene.h"
+#include "tools/kirosim/sensormodel.h"
+#include "tools/tuningfile/inputerror.h"
+
+using namespace kirosim;
+
+namespace
+{
+
+class SceneText : public testing::Test
+{
+protected:
+    std::string Write(const std::string& rText)
+    {
+        const std::string path = testing::TempDir() + "scene_test.yaml";
+        std::ofstream(path) << rText;
+        return path;
+    }
+
+    std::string ErrorOf(const std::string& rText, const std::string& rVariant = "")
+    {
+        try
+        {
+            (VOID) ReadScene(Write(rText), rVariant);
+        }
+        catch (const tuningfile::InputError& rError)
+        {
+            return rError.what();
+        }
+        return "";
+    }
+};
+
+TEST_F(SceneText, LightStepsAndRampsAreReadAtTheirTimes)
+{
+    const Scene scene =
+        ReadScene(Write("lux: 100\nlight: [{time: 1, ev: 1}, {time: 2, ev: 1}, {time: 4, ev: -1, ramp: true}]\n"), "");
+    EXPECT_DOUBLE_EQ(scene.LightEV(0.99), 0.0);
+    EXPECT_DOUBLE_EQ(scene.LightEV(1.0), 1.0);
+    EXPECT_DOUBLE_EQ(scene.LightEV(3.0), 0.0);
+    EXPECT_DOUBLE_EQ(scene.LightEV(9.0), -1.0);
+    EXPECT_DOUBLE_EQ(scene.LuxAt(1.5), 200.0);
+}
+
+TEST_F(SceneText, AVariantChangesOnlyWhatItNames)
+{
+    const std::string text = "lux: 100\nframes: 7\nvariants:\n  bright: {lux: 900}\n";
+    EXPECT_DOUBLE_EQ(ReadScene(Write(text), "bright").lux, 900.0);
+    EXPECT_EQ(ReadScene(Write(text), "bright").frames, 7U);
+    EXPECT_EQ(ReadVariants(Write(text)), std::vector<std::string>{"bright"});
+    EXPECT_NE(ErrorOf(text, "dark").find("there is no variant 'dark'"), std::string::npos);
+}
+
+TEST_F(SceneText, SlipsNameFileLineColumnAndWhatWasExpected)
+{
+    const std::pair<const CHAR*, const CHAR*> slips[] = {
+        {"lux: 100\nfrmaes: 3\n", ":2:1: "},
+        {"lux: bright\n", ":1:6: 'bright' is no lux, expected a number"},
+        {"pattern: {kind: plaid}\n", "expected uniform, natural, highContrast, window or subject"},
+        {"light: [{time: 3, ev: 1}, {time: 2, ev: 0}]\n", "ascending time"},
+        {"events: [{time: 1, touch: [0, 0, 2, 1]}]\n", "expected a number from 0 to 1"},
+        {"events: [{time: 1, antibanding: 55}]\n", "expected off, 50 or 60"},
+        {"events: [{time: 1, modes: [Usecase.Vdeo]}]\n", ":1:28: "},
+        {"sensor: {minGain: 9, maxGain: 3}\n", "minimum lies above its maximum"},
+    };
+    for (const auto& [pText, pExpected] : slips)
+    {
+        const std::string error = ErrorOf(pText);
+        EXPECT_NE(error.find("scene_test.yaml"), std::string::npos) << pText;
+        EXPECT_NE(error.find(pExpected), std::string::npos) << error;
+        EXPECT_EQ(error.find('\n'), std::string::npos) << error;
+    }
+}
+
+TEST(Deterministic, CosineIsAccurateAndNoiseHasItsMoments)
+{
+    constexpr DOUBLE twoPi = 6.283185307179586;
+    for (DOUBLE turns = -2.0; turns < 2.0; turns += 0.0137)
+    {
+        EXPECT_NEAR(CosineOfTurns(turns), std::cos(turns * twoPi), 1e-9) << turns;
+    }
+    RandomStream stream(3);
+    DOUBLE       sum     = 0.0;
+    DOUBLE       squares = 0.0;
+    constexpr INT32 count = 100000;
+    for (INT32 index = 0; index < count; ++index)
+    {
+        const DOUBLE value = stream.NextGaussian();
+        sum += value;
+        squares += value * value;
+    }
+    EXPECT_NEAR(sum / count, 0.0, 0.02);
+    EXPECT_NEAR(squares / count, 1.0, 0.02);
+}
+
+TEST(SensorModel, StatisticsFollowLightGainAndTime)
+{
+    Scene scene;
+    scene.lux = 100.0;  // full scale at one second and unity gain
+    SensorModel                                             sensor(scene);
+    const std::array<AppliedExposure, AECAlgoExposureCount> exposures = {
+        AppliedExposure{1.0, 100000000}, AppliedExposure{4.0, 500000000}, AppliedExposure{2.0, 100000000}};
+    FrameTruth     truth{};
+    KIROStatsList& rStats = sensor.Capture(1, 0.0, exposures.data(), truth);
+    ASSERT_EQ(rStats.count, 15U);
+    const auto channel = [&](const std::string& rName) -> const KIROCntStatsOut&
+    {
+        for (UINT32 index = 0; index < rStats.count; ++index)
+        {
+            if (rName == rStats.pList[index].channelData.pChannelName)
+            {
+                return rStats.pList[index];
+            }
+        }
+        throw std::runtime_error("no channel " + rName);
+    };
+    EXPECT_NEAR(channel("ShortLuma").channelData.Data.pFData[17], 25.5f, 0.01f);
+    EXPECT_NEAR(channel("SafeLuma").channelData.Data.pFData[17], 51.0f, 0.01f);
+    EXPECT_NEAR(channel("LongLuma").channelData.Data.pFData[17], 255.0f, 0.01f);
+    EXPECT_NEAR(channel("LongSaturation").channelData.Data.pFData[17], 255.0f, 0.01f);
+    // Every sample of the safe exposure is at a fifth of full scale.
+    EXPECT_EQ(channel("SafeHist").channelData.Data.pIData[51], static_cast<INT>(GridSize * SamplesPerRegion));
+}
+
+TEST(SensorModel, DecisionsAreTakenToTheSensorsStepsAndLimits)
+{
+    Scene scene;
+    scene.sensor.gainStep = 0.25;
+    scene.sensor.lineTime = 1e-4;
+    scene.sensor.maxTime  = 5000000;
+    const SensorModel   sensor(scene);
+    KIROExposureSetType decided{};
+    decided.gain                  = 2.3f;
+    decided.time                  = 1040000;
+    const AppliedExposure applied = sensor.Quantize(decided);
+    EXPECT_DOUBLE_EQ(applied.gain, 2.25);
+    EXPECT_EQ(applied.time, 1000000U);
+    decided.gain = 1000.0f;
+    decided.time = 99000000;
+    EXPECT_DOUBLE_EQ(sensor.Quantize(decided).gain, 64.0);
+    EXPECT_EQ(sensor.Quantize(decided).time, 5000000U);
+}
+
+} // namespace

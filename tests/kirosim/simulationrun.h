@@ -1,0 +1,65 @@
+/// @file
+/// One run of an example scene with an example tuning, kept for questions.
+#pragma once
+
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "tools/kirosim/simulation.h"
+#include "tools/kirosim/summary.h"
+#include "tools/kirosim/trace.h"
+
+inline VOID DiscardLog(const CHAR*, INT32, const CHAR*, UINT32, UINT32, const CHAR*, ...)
+{
+}
+
+class SimulationRun
+{
+public:
+    SimulationRun(const std::string& rScene, const std::string& rVariant, const std::string& rTuning, UINT64 seed = 1)
+        : m_scene(kirosim::ReadScene(EXAMPLES_DIR "/scenes/" + rScene + ".yaml", rVariant))
+    {
+        m_scene.seed = seed;
+        kirosim::LoadedTuning tuning(EXAMPLES_DIR "/tunings/" + rTuning);
+        kirosim::Simulation   simulation(m_scene, tuning, DiscardLog);
+        simulation.Run([this](const kirosim::FrameRecord& rRecord) { m_records.push_back(rRecord); });
+    }
+
+    kirosim::RunSummary Summary() const
+    {
+        kirosim::SummaryBuilder builder(m_scene);
+        for (const kirosim::FrameRecord& rRecord : m_records)
+        {
+            builder.Add(rRecord);
+        }
+        return builder.Finish();
+    }
+
+    std::string Trace() const
+    {
+        std::string text = kirosim::CsvHeader();
+        for (const kirosim::FrameRecord& rRecord : m_records)
+        {
+            text += kirosim::CsvLine(rRecord);
+        }
+        return text;
+    }
+
+    const kirosim::FrameRecord& Last() const
+    {
+        return m_records.back();
+    }
+
+    /// Log2 of the safe exposure decided at a time.
+    DOUBLE SafeLog2At(DOUBLE time) const
+    {
+        const auto  index = static_cast<size_t>(time * m_scene.fps);
+        const auto& rSafe = m_records.at(index).decided.arbitration[AECAlgoExposureSafe].exposureSet;
+        return std::log2(static_cast<DOUBLE>(rSafe.exposure));
+    }
+
+private:
+    kirosim::Scene                    m_scene;
+    std::vector<kirosim::FrameRecord> m_records;
+};
