@@ -89,14 +89,17 @@ RunSummary SummaryBuilder::Finish() const
         return summary;
     }
 
+    // A step is judged up to the next change of the light; ramps have a measure of their own.
     size_t begin = 0;
     for (size_t index = 1; index <= m_samples.size(); ++index)
     {
-        if (index == m_samples.size() || IsStepAt(index))
+        const bool isEnd = index == m_samples.size() || IsStepAt(index) ||
+                           IsInRamp(m_samples[index].time) != IsInRamp(m_samples[index - 1].time);
+        if (isEnd && (begin == 0 || IsStepAt(begin)))
         {
             summary.steps.push_back(MeasureStep(begin, index));
-            begin = index;
         }
+        begin = isEnd ? index : begin;
     }
     const size_t              tail = std::min(RippleFrames, m_samples.size());
     const std::vector<Sample> last(m_samples.end() - static_cast<ptrdiff_t>(tail), m_samples.end());
@@ -181,7 +184,7 @@ std::string FormatSummary(const RunSummary& rSummary)
     text += fmt::format("swing of the picture, last {} frames: {:.3f} EV\n", RippleFrames, rSummary.pictureSwingEV);
     if (rSummary.rampLagEV.has_value())
     {
-        text += fmt::format("mean lag behind the ramp: {:.3f} EV\n", *rSummary.rampLagEV);
+        text += fmt::format("mean lag behind the ramps: {:.3f} EV\n", *rSummary.rampLagEV);
     }
     if (rSummary.bandingLast > 0.0)
     {
