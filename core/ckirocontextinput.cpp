@@ -84,6 +84,17 @@ const T& As(const VOID* pParam)
     return *static_cast<const T*>(pParam);
 }
 
+/// Refuses, with a log, a count beyond what the record holds.
+bool IsCountRefused(const CHAR* pName, UINT32 count, UINT32 maximum)
+{
+    if (count > maximum)
+    {
+        STATS_LOG_ERROR("%s - %d entries refused, at most %d", pName, count, maximum);
+        return true;
+    }
+    return false;
+}
+
 const CHAR* TrueOrFalse(BOOL value)
 {
     return (value == TRUE) ? "TRUE" : "FALSE";
@@ -296,6 +307,10 @@ KiroResult CKIROContextManager::SetAWBState(const VOID* pParam, const CHAR* pNam
 
 KiroResult CKIROContextManager::SetGyroInfo(const VOID* pParam, const CHAR* pName)
 {
+    if (IsCountRefused(pName, As<StatsGyroInfo>(pParam).sampleCount, StatsGyroSampleCountMax))
+    {
+        return 1;
+    }
     m_setInputData.gyro = As<StatsGyroInfo>(pParam);
     STATS_LOG_TRACE("%s - %d", pName, m_setInputData.gyro.sampleCount);
     return 0;
@@ -464,7 +479,11 @@ KiroResult CKIROContextManager::SetMultiExpSensorMode(const VOID* pParam, const 
 
 KiroResult CKIROContextManager::SetUnstabilizedFaceROI(const VOID* pParam, const CHAR* pName)
 {
-    const auto& rNew       = As<UnstabilizedROIInformation>(pParam);
+    const auto& rNew = As<UnstabilizedROIInformation>(pParam);
+    if (IsCountRefused(pName, rNew.roiCount, UnstabilizedROICountMax))
+    {
+        return 1;
+    }
     m_bResetFrameSkip      = (rNew.roiCount != m_setInputData.faceROI.roiCount) ? TRUE : FALSE;
     m_setInputData.faceROI = rNew;
     STATS_LOG_TRACE("%s - %d", pName, rNew.roiCount);
@@ -512,7 +531,11 @@ KiroResult CKIROContextManager::SetFlashInlineCalibrationMode(const VOID* pParam
 
 KiroResult CKIROContextManager::SetTrackerROI(const VOID* pParam, const CHAR* pName)
 {
-    const auto& rNew          = As<UnstabilizedROIInformation>(pParam);
+    const auto& rNew = As<UnstabilizedROIInformation>(pParam);
+    if (IsCountRefused(pName, rNew.roiCount, UnstabilizedROICountMax))
+    {
+        return 1;
+    }
     m_bResetFrameSkip         = (rNew.roiCount != m_setInputData.trackerROI.roiCount) ? TRUE : FALSE;
     m_setInputData.trackerROI = rNew;
     STATS_LOG_TRACE("%s - %d", pName, rNew.roiCount);

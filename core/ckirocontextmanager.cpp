@@ -189,7 +189,7 @@ VOID CKIROContextManager::RefreshBanks()
 
 BOOL CKIROContextManager::IsTuningModeChange(const StatsTuningData* pTuningData)
 {
-    if (pTuningData == nullptr)
+    if (pTuningData == nullptr || pTuningData->numSelectors < TuningSelectorCount)
     {
         return FALSE;
     }

@@ -4,3 +4,6 @@ list(APPEND ROOM_TESTS
     recordloading_test.cpp
     symboltable_test.cpp
 )
+
+include(${CMAKE_CURRENT_LIST_DIR}/sources_setmanager.cmake)
+list(APPEND ROOM_TESTS ${SETMANAGER_TESTS})

@@ -1,0 +1,129 @@
+#include "bench/framerig.h"
+
+#include <array>
+#include <deque>
+#include <stdexcept>
+
+#include "bench/heavytuning.h"
+#include "tools/tuningfile/files.h"
+
+namespace
+{
+
+constexpr UINT64 StartExposure = 10000000;  ///< 10 ms at unity gain
+constexpr FLOAT  FramesPerSecond = 30.0f;
+
+/// The host's log sink when nobody wants to see the log.
+VOID DiscardLog(const CHAR*, INT32, const CHAR*, UINT32, UINT32, const CHAR*, ...)
+{
+}
+
+kirosim::Scene OfficeScene()
+{
+    kirosim::Scene scene;
+    scene.pattern.kind      = kirosim::PatternKind::Natural;
+    scene.pattern.textureEV = 0.5;
+    return scene;
+}
+
+} // namespace
+
+FrameRig::FrameRig(const std::vector<BYTE>& rTuning, const kirosim::Sensor& rSensor)
+    : m_manager("kirobench"), m_selectors(kirosim::DefaultSelectors()),
+      m_host(m_library,
+             (m_manager.LoadBinaryParameters(rTuning.data(), rTuning.size()))
+                 ? Config(rSensor)
+                 : throw std::runtime_error(m_manager.GetErrorText()),
+             DiscardLog),
+      m_frameID(0)
+{
+}
+
+KiroHostConfig FrameRig::Config(const kirosim::Sensor& rSensor)
+{
+    KiroHostConfig config{};
+    config.tuning      = {&m_manager, m_selectors.data(), static_cast<UINT>(m_selectors.size())};
+    config.sensorRange = {static_cast<FLOAT>(rSensor.minGain), static_cast<FLOAT>(rSensor.maxGain), rSensor.minTime,
+                          rSensor.maxTime};
+    config.indexZeroExposure = rSensor.minTime;
+    config.startExposure     = StartExposure;
+    config.systemLatency     = rSensor.latency;
+    config.FPSRange          = {FramesPerSecond, FramesPerSecond};
+    return config;
+}
+
+VOID FrameRig::RunFrame(KIROStatsList& rStats)
+{
+    AECAlgoWhiteBalanceState whiteBalance{};
+    whiteBalance.isAuto    = TRUE;
+    whiteBalance.redGain   = 1.0f;
+    whiteBalance.greenGain = 1.0f;
+    whiteBalance.blueGain  = 1.0f;
+    AECAlgoSetParam param  = {&whiteBalance, sizeof(whiteBalance), AECAlgoSetParamAWBState};
+    KIROSetInput    input{};
+    input.source      = AECPEKSetParam;
+    input.u.pPEKInput = &param;
+    (VOID) m_host.Algo()->setInput(m_host.Algo(), &input);
+    (VOID) m_host.RunFrame(++m_frameID, rStats);
+}
+
+HeavyFrame::HeavyFrame()
+    : m_scene(OfficeScene()), m_sensor(m_scene), m_rig(heavytuning::Compile(), m_scene.sensor), m_pStats(nullptr)
+{
+    constexpr UINT32 framesToSettle = 120;
+    using Applied                   = std::array<kirosim::AppliedExposure, AECAlgoExposureCount>;
+
+    const auto decided = [this]
+    {
+        Applied applied;
+        for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
+        {
+            applied[type] = m_sensor.Quantize(m_rig.Host().LastFrame().arbitration[type].exposureSet);
+        }
+        return applied;
+    };
+    std::deque<Applied> pipeline(m_scene.sensor.latency - 1U, decided());
+    for (UINT32 frame = 1; frame <= framesToSettle; ++frame)
+    {
+        pipeline.push_back(decided());
+        kirosim::FrameTruth truth{};
+        m_pStats = &m_sensor.Capture(frame, frame / static_cast<DOUBLE>(FramesPerSecond), pipeline.front().data(), truth);
+        pipeline.pop_front();
+        Run();
+    }
+}
+
+LightFrame::LightFrame()
+    : m_stats{}, m_rig(tuningfile::CompileFile(KIRO_EXAMPLE_TUNINGS "minimal.yaml"), kirosim::Sensor{})
+{
+    constexpr UINT32 width    = 16;
+    constexpr UINT32 bins     = 128;
+    constexpr FLOAT  midGrey  = 46.0f;
+    constexpr INT32  bitDepth = 8;
+    static CHAR      lumaName[] = "SafeLuma";
+    static CHAR      histName[] = "SafeHist";
+
+    m_luma.assign(static_cast<size_t>(width) * width, midGrey);
+    m_histogram.assign(bins + 1, 0);
+    for (UINT32 bin = 0; bin < bins; ++bin)
+    {
+        m_histogramLUT.push_back(2.0f * static_cast<FLOAT>(bin));
+    }
+    m_histogram[static_cast<UINT32>(midGrey) / 2] = static_cast<INT>(m_luma.size());
+
+    m_stats.count             = 2;
+    KIROCntStatsOut& rGrid    = m_stats.pList[0];
+    rGrid.type                = kiroglobalelements::KIROStatsGrid;
+    rGrid.resolution          = {width, width, 0, bitDepth};
+    rGrid.channelData         = {TRUE, lumaName, {}, static_cast<UINT32>(m_luma.size() * sizeof(FLOAT)), nullptr};
+    rGrid.channelData.Data.pFData = m_luma.data();
+    KIROCntStatsOut& rHist    = m_stats.pList[1];
+    rHist.type                = kiroglobalelements::KIROStatsHist;
+    rHist.resolution          = {0, 0, bins, bitDepth};
+    rHist.channelData         = {TRUE, histName, {}, bins * static_cast<UINT32>(sizeof(INT)), m_histogramLUT.data()};
+    rHist.channelData.Data.pIData = m_histogram.data();
+    for (UINT32 frame = 0; frame < 30; ++frame)
+    {
+        Run();
+    }
+}

@@ -1,0 +1,89 @@
+/// @file
+/// The core in a host, ready to run frame after frame on statistics that stand still.
+#pragma once
+
+#include <vector>
+
+#include "host/kirohost.h"
+#include "parameters/tuningsetmanager.h"
+#include "tools/kirosim/sensormodel.h"
+#include "tools/kirosim/simulation.h"
+
+/// A host that drives the core and keeps its log to itself.
+class FrameRig
+{
+public:
+    /// @param rTuning a parameter file
+    /// @throws std::runtime_error when the store refuses the file or the core cannot be created
+    FrameRig(const std::vector<BYTE>& rTuning, const kirosim::Sensor& rSensor);
+
+    /// Tells the core the white balance and runs a frame. @param rStats stays valid until the next call
+    VOID RunFrame(KIROStatsList& rStats);
+
+    KiroHost& Host()
+    {
+        return m_host;
+    }
+
+private:
+    KiroHostConfig Config(const kirosim::Sensor& rSensor);
+
+    TuningSetManager        m_manager;
+    std::vector<TuningMode> m_selectors;
+    KiroCoreLibrary         m_library;
+    KiroHost                m_host;
+    UINT64                  m_frameID;
+};
+
+/// The heavy tuning on the grids of 64 x 48 regions and histograms of 256 bins of a simulated sensor.
+class HeavyFrame
+{
+public:
+    /// Runs frames in a closed loop until the exposure has settled; from then on the last frame's statistics stay.
+    HeavyFrame();
+
+    VOID Run()
+    {
+        m_rig.RunFrame(*m_pStats);
+    }
+
+    const KIROStatsList& Stats() const
+    {
+        return *m_pStats;
+    }
+
+    FrameRig& Rig()
+    {
+        return m_rig;
+    }
+
+private:
+    kirosim::Scene       m_scene;
+    kirosim::SensorModel m_sensor;
+    FrameRig             m_rig;
+    KIROStatsList*       m_pStats;
+};
+
+/// The minimal example on a mid-grey grid of 16 x 16 regions and a histogram of 128 bins.
+class LightFrame
+{
+public:
+    LightFrame();
+
+    VOID Run()
+    {
+        m_rig.RunFrame(m_stats);
+    }
+
+    FrameRig& Rig()
+    {
+        return m_rig;
+    }
+
+private:
+    std::vector<FLOAT> m_luma;
+    std::vector<INT>   m_histogram;
+    std::vector<FLOAT> m_histogramLUT;
+    KIROStatsList      m_stats;
+    FrameRig           m_rig;
+};

@@ -1,0 +1,42 @@
+/// @file
+/// The least that a machine can do for the heavy tuning: its calculators' chains of additions, and nothing around them.
+#pragma once
+
+#include <vector>
+
+#include "interface/kirostats.h"
+
+class HeavyFloor
+{
+public:
+    /// @param rStats the frame that the heavy tuning measures; must outlive this object
+    explicit HeavyFloor(const KIROStatsList& rStats);
+
+    /// @return a value that depends on every chain
+    FLOAT Run() const;
+
+private:
+    struct ColorBox
+    {
+        FLOAT rgCentre;
+        FLOAT bgCentre;
+        FLOAT rgHalf;
+        FLOAT bgHalf;
+        FLOAT weightedCount;
+    };
+
+    FLOAT RunGrid(const FLOAT* pValues, const std::vector<UINT32>& rRegions) const;
+    FLOAT RunWholeGrid(const FLOAT* pValues) const;
+    FLOAT RunHistogram(const KIROCntStatsOut& rChannel) const;
+    FLOAT RunExtremeColors() const;
+
+    const KIROCntStatsOut& m_rSafeLuma;
+    const KIROCntStatsOut& m_rShortLuma;
+    const KIROCntStatsOut& m_rSafeRG;
+    const KIROCntStatsOut& m_rSafeBG;
+    const KIROCntStatsOut& m_rSafeHist;
+    const KIROCntStatsOut& m_rShortHist;
+    std::vector<FLOAT>     m_weights;     ///< of each region
+    std::vector<UINT32>    m_roiRegions;  ///< in the order of the walk
+    FLOAT                  m_clamp;
+};

@@ -1,0 +1,133 @@
+#include "bench/storebench.h"
+
+#include <benchmark/benchmark.h>
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+#include "bench/bars.h"
+#include "parameters/tuningsetmanager.h"
+#include "tools/tuningfile/files.h"
+
+namespace
+{
+
+constexpr TuningMode Selector(ModeType mode, UINT16 subMode)
+{
+    return {mode, {subMode}};
+}
+
+constexpr TuningMode VideoPath[] = {
+    Selector(ModeType::Default, 0), Selector(ModeType::Sensor, 0),
+    Selector(ModeType::Usecase, static_cast<UINT16>(ModeUsecaseSubModeType::Video))};
+
+/// A parameter file in memory and on disk.
+class TuningFile
+{
+public:
+    TuningFile(const CHAR* pName, std::vector<BYTE> bytes)
+        : m_bytes(std::move(bytes)),
+          m_path(std::filesystem::temp_directory_path() / (std::string(pName) + std::to_string(getpid()) + ".bin"))
+    {
+        tuningfile::ReplaceFile(m_path, m_bytes);
+    }
+
+    ~TuningFile()
+    {
+        std::error_code ignored;
+        std::filesystem::remove(m_path, ignored);
+    }
+
+    TuningFile(const TuningFile&)            = delete;
+    TuningFile& operator=(const TuningFile&) = delete;
+
+    /// @return whether the store took the file
+    bool LoadInto(TuningSetManager& rManager, bool isFileMode) const
+    {
+        return isFileMode ? rManager.LoadBinaryParameters(m_path.c_str())
+                          : rManager.LoadBinaryParameters(m_bytes.data(), m_bytes.size());
+    }
+
+private:
+    std::vector<BYTE> m_bytes;
+    std::string       m_path;
+};
+
+const TuningFile& PhoneFile()
+{
+    static const TuningFile file("kirobench-phone-", tuningfile::CompileFile(KIRO_EXAMPLE_TUNINGS "phone.yaml"));
+    return file;
+}
+
+/// All modules of the phone example's Default mode, 33 of them, again in each of 40 modes.
+std::vector<BYTE> LargeBytes()
+{
+    constexpr UINT32   modes      = 40;
+    constexpr size_t   modules    = 33;
+    tuningfile::Tuning tuning     = tuningfile::ReadTextFile(KIRO_EXAMPLE_TUNINGS "phone.yaml");
+    tuningfile::Mode&  rDefault   = tuning.tables.at(0).modes.at(0);
+    if (rDefault.modules.size() != modules)
+    {
+        throw std::runtime_error("the phone example's Default mode has another number of modules than before");
+    }
+    std::vector<tuningfile::Mode> all = {rDefault};
+    while (all.size() < modes)
+    {
+        tuningfile::Mode sensor = rDefault;
+        sensor.mode             = static_cast<UINT16>(ModeType::Sensor);
+        sensor.subMode          = static_cast<UINT16>(all.size() - 1);
+        sensor.parent           = 0;
+        all.push_back(std::move(sensor));
+    }
+    tuning.tables[0].modes = std::move(all);
+    return tuningfile::WriteBinary(tuning, tuningfile::NewestVersion);
+}
+
+const TuningFile& LargeFile()
+{
+    static const TuningFile file("kirobench-large-", LargeBytes());
+    return file;
+}
+
+VOID Load(benchmark::State& rState, const TuningFile& rFile, bool isFileMode)
+{
+    for (auto _ : rState)
+    {
+        TuningSetManager manager("kirobench");
+        if (!rFile.LoadInto(manager, isFileMode))
+        {
+            rState.SkipWithError("the store refused the file");
+        }
+    }
+}
+
+VOID GetModule(benchmark::State& rState, bool isFileMode)
+{
+    TuningSetManager manager("kirobench");
+    if (!PhoneFile().LoadInto(manager, isFileMode))
+    {
+        rState.SkipWithError("the store refused the file");
+    }
+    constexpr UINT32 count     = static_cast<UINT32>(std::size(VideoPath));
+    auto*            pConvBase = manager.GetModule_kirodbconvbase(VideoPath, count, nullptr);
+    for (auto _ : rState)
+    {
+        pConvBase = manager.GetModule_kirodbconvbase(VideoPath, count, pConvBase);
+        benchmark::DoNotOptimize(pConvBase);
+    }
+}
+
+} // namespace
+
+VOID RegisterStoreBenchmarks()
+{
+    const auto add = [](const CHAR* pName, VOID (*run)(benchmark::State&)) { benchmark::RegisterBenchmark(pName, run); };
+    add(benchname::GetModuleBuffer, [](benchmark::State& rState) { GetModule(rState, false); });
+    add(benchname::GetModuleFile, [](benchmark::State& rState) { GetModule(rState, true); });
+    add(benchname::LoadPhoneBuffer, [](benchmark::State& rState) { Load(rState, PhoneFile(), false); });
+    add(benchname::LoadPhoneFile, [](benchmark::State& rState) { Load(rState, PhoneFile(), true); });
+    add(benchname::LoadLargeBuffer, [](benchmark::State& rState) { Load(rState, LargeFile(), false); });
+    add(benchname::LoadLargeFile, [](benchmark::State& rState) { Load(rState, LargeFile(), true); });
+}

@@ -1,0 +1,7 @@
+/// @file
+/// The tuning store: fetching a module's record, loading files.
+#pragma once
+
+#include "platform/tavotypes.h"
+
+VOID RegisterStoreBenchmarks();
