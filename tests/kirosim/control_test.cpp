@@ -18,6 +18,11 @@ struct ControlBar
     UINT32      framesMax;
 };
 
+VOID PrintTo(const ControlBar& rBar, std::ostream* pStream)
+{
+    *pStream << rBar.pScene << " " << rBar.pVariant << " in " << rBar.framesMax;
+}
+
 class StepControl : public testing::TestWithParam<ControlBar>
 {
 };

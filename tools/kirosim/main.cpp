@@ -4,6 +4,7 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
+#include "platform/tavodesk.h"
 #include "tools/kirosim/simulation.h"
 #include "tools/kirosim/summary.h"
 #include "tools/kirosim/trace.h"
@@ -52,6 +53,15 @@ VOID LogToStderr(const CHAR*, INT32, const CHAR* pFunction, UINT32, UINT32 level
     va_end(arguments);
 }
 
+/// The store's lines, on demand too: what is wrong with a file comes as this program's own line.
+VOID ShowStoreLine(VOID*, UINT64, const CHAR*, UINT32, const CHAR* pLine)
+{
+    if (g_isVerbose)
+    {
+        std::fputs(pLine, stderr);
+    }
+}
+
 VOID ShowProgress(UINT64 frame, UINT32 frames)
 {
     constexpr UINT64 interval = 500;
@@ -67,10 +77,11 @@ VOID ShowProgress(UINT64 frame, UINT32 frames)
 
 VOID Run(const RunOptions& rOptions)
 {
-    g_isVerbose           = rOptions.isVerbose;
-    kirosim::Scene  scene = kirosim::ReadScene(rOptions.scene, rOptions.variant);
-    scene.frames          = rOptions.frames.value_or(scene.frames);
-    scene.seed            = rOptions.seed.value_or(scene.seed);
+    g_isVerbose = rOptions.isVerbose;
+    TavoDesk::SetSystemLogSink(&ShowStoreLine, nullptr);
+    kirosim::Scene scene = kirosim::ReadScene(rOptions.scene, rOptions.variant);
+    scene.frames         = rOptions.frames.value_or(scene.frames);
+    scene.seed           = rOptions.seed.value_or(scene.seed);
 
     kirosim::LoadedTuning   tuning(rOptions.tuning);
     kirosim::Simulation     simulation(scene, tuning, LogToStderr);
