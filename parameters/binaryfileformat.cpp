@@ -63,12 +63,16 @@ bool ReadHeaderFields(const BYTE* pBuffer, UINT64 length, UINT64& rPosition, Bin
     const VersionUnion& rVersion = rHeader.Version;
     if (rVersion >= BinaryFileFormat::ModeTreeMinVersion)
     {
-        if (!HasBytes(length, rPosition, BinaryFileFormat::CreatedBySize + BinaryFileFormat::BinaryTagSize, pLog))
+        if (!HasBytes(length, rPosition, BinaryFileFormat::CreatedBySize, pLog))
         {
             return false;
         }
         const std::string createdBy(
             ParameterUtils::ReadText(pBuffer, length, rPosition, BinaryFileFormat::CreatedBySize, 1));
+        if (!HasBytes(length, rPosition, BinaryFileFormat::BinaryTagSize, pLog))
+        {
+            return false;
+        }
         rHeader.BinaryTag = ParameterUtils::ReadText(pBuffer, length, rPosition, BinaryFileFormat::BinaryTagSize, 1);
         ParameterLogging::Write(pLog, ParameterLogging::Debug,
                                 "ReadHeader: Binary Version %d.%d.%d BinaryTag: %s, Created By: %s\n",

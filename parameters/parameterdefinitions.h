@@ -158,11 +158,6 @@ public:
     ParameterDefinitionStructure* FindStructure(UINT32 structureId) const;
     ParameterDefinitionStructure* FindModuleStructure(UINT64 nameHash) const;
 
-    bool IsEmpty() const
-    {
-        return m_structures.empty();
-    }
-
     UINT32 StructureCount() const
     {
         return static_cast<UINT32>(m_structures.size());

@@ -238,10 +238,16 @@ bool ParameterUtils::ReadArray(VOID* pDestination, ValueType wanted, const Param
     const UINT64 position = rPosition;
     const UINT64 size     = static_cast<UINT64>(count) * ParameterDefinitionElementInfo::WidthOf(stored);
     rPosition += Padded(size, alignment);
-    if (pBuffer == nullptr || position > length || size > length - position)
+    if (pBuffer == nullptr)
+    {
+        ParameterLogging::Write(pLog, ParameterLogging::Error, "ReadBuffer called with nullptr buffer\n");
+        return false;
+    }
+    const UINT64 available = (position < length) ? std::min(size, length - position) : 0;
+    if (available < size)
     {
         ParameterLogging::Write(pLog, ParameterLogging::Error, "ReadBuffer failed, read %d bytes, expected %d bytes\n",
-                                0, static_cast<INT32>(size));
+                                static_cast<INT32>(available), static_cast<INT32>(size));
         return false;
     }
     return Convert(static_cast<BYTE*>(pDestination), wanted, pBuffer + position, stored, count);

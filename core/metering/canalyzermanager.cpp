@@ -155,7 +155,7 @@ VOID CAnalyzerManager::RunLuxAnalyzer()
     }
 }
 
-/// Tuning keeps IDs equal to positions, so the ID finds the analyzer without a search.
+/// Tuning keeps IDs equal to positions, so the ID finds the banks to update without a search.
 VOID CAnalyzerManager::UpdateAnalyzerMgrOutput(UINT32 id, const KIROAnalyzerOutput* pOutput)
 {
     if (id >= AnalyzerCountMax)
@@ -163,13 +163,17 @@ VOID CAnalyzerManager::UpdateAnalyzerMgrOutput(UINT32 id, const KIROAnalyzerOutp
         STATS_LOG_ERROR("analyzer ID %d cannot exceed %d undefined behavior", id, AnalyzerCountMax);
         return;
     }
-    if (pOutput == nullptr || id >= m_analyzers.size())
+    if (pOutput == nullptr)
     {
-        STATS_LOG_ERROR("no update of analyzer ID %d: %d analyzers, output %p", id, m_analyzers.size(),
-                        static_cast<const VOID*>(pOutput));
+        STATS_LOG_ERROR("no output to update analyzer ID %d with", id);
         return;
     }
     UpdateDecision(id, *pOutput);
+    if (id >= m_analyzers.size())
+    {
+        STATS_LOG_ERROR("no banks to update of analyzer ID %d: %d analyzers", id, m_analyzers.size());
+        return;
+    }
     UpdateBanks(m_analyzers[id], *pOutput);
 }
 

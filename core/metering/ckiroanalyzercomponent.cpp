@@ -130,7 +130,7 @@ StartEnd CTargetAnalyzerComponent::RunTargetAnalyzerComponent()
 {
     const ComponentAggregatorType& rAggregator = m_pTuning->aggregator;
     const DataBankType&            rOutput     = rAggregator.output.dataBank;
-    if (!analyzerbank::IsOn(rOutput))
+    if (!analyzerbank::IsOn(rOutput) || m_pPositions == nullptr)
     {
         return {0.0f, 0.0f};
     }
@@ -141,7 +141,7 @@ StartEnd CTargetAnalyzerComponent::RunTargetAnalyzerComponent()
 
         StartEnd& rValue  = m_pStartEndValues[index];
         rValue            = calculationunit::RunTargetCalculationUnit(rCalculator.value, m_trigValues[index], rBanks);
-        m_pWeights[index] = calculationunit::RunCalculationUnit(rCalculator.weight, m_trigWeights[index], rBanks);
+        m_pWeights[index] = calculationunit::RunTargetWeightUnit(rCalculator.weight, m_trigWeights[index], rBanks);
         STATS_LOG_TRACE("ComponentCalculator[%d] outputs value: [%.2f, %.2f], weight: %.5f", index, rValue.start,
                         rValue.end, m_pWeights[index]);
     }

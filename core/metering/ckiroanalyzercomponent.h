@@ -43,7 +43,7 @@ public:
     VOID SetTuning(const kirometeringsceneanalyzer::TargetAnalyzerComponentType& rTuning,
                    IKIROContextManager&                                          rContextManager);
 
-    /// Evaluates the calculators, aggregates and stores. @return zeros for a component that is off
+    /// Evaluates the calculators, aggregates and stores. @return zeros for a component that is off or got no memory
     StartEnd RunTargetAnalyzerComponent();
 
 private:

@@ -106,4 +106,15 @@ StartEnd RunTargetCalculationUnit(const TargetCalculationUnitType& rUnit, CKIROT
     return value;
 }
 
+FLOAT RunTargetWeightUnit(const CalculationUnitType& rUnit, CKIROOneFloatXML& rTree, CKIROBankManager& rBanks)
+{
+    if (rUnit.selection != CalculationMethodType::DataBankMethod)
+    {
+        return RunCalculationUnit(rUnit, rTree, rBanks);
+    }
+    StartEnd value{0.0f, 0.0f};
+    (VOID) rBanks.UtilGetStartEndFromBank(&rUnit.dataBank, value, TRUE);
+    return value.start;
+}
+
 }  // namespace calculationunit

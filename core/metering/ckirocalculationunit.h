@@ -29,4 +29,8 @@ FLOAT RunCalculationUnit(const kirometeringsceneanalyzer::CalculationUnitType& r
 StartEnd RunTargetCalculationUnit(const kirometeringsceneanalyzer::TargetCalculationUnitType& rUnit,
                                   CKIROTwoFloatsXML& rTree, CKIROBankManager& rBanks);
 
+/// The weight of a range: a bank entry is read as a range, like its value, and counts with its start.
+FLOAT RunTargetWeightUnit(const kirometeringsceneanalyzer::CalculationUnitType& rUnit, CKIROOneFloatXML& rTree,
+                          CKIROBankManager& rBanks);
+
 }  // namespace calculationunit

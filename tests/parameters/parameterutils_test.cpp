@@ -350,6 +350,9 @@ TEST(StoredValues, RefuseWhatIsNoNumberOrNotThere)
     position         = 0;
     EXPECT_TRUE(ParameterUtils::Read(values, ValueType::UInt32, pWide.get(), bytes, 8, position, 1, nullptr));
     EXPECT_EQ(values[0], 1U);  // the low half
+    position = 0;
+    EXPECT_FALSE(ParameterUtils::ReadArray(values, ValueType::UInt32, pWide.get(), bytes, 5, position, 1, 1, nullptr));
+    EXPECT_TRUE(log.Has("ReadBuffer failed, read 5 bytes, expected 8 bytes\n", "E"));
 }
 
 TEST(ParameterLogging, NamesWhoLogsAndAsksFirst)
