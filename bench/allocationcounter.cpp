@@ -2,6 +2,8 @@
 
 #include <atomic>
 #include <cerrno>
+#include <cstdlib>
+#include <malloc.h>
 
 #include "platform/tavodesk.h"
 
@@ -29,37 +31,37 @@ VOID CountCall()
 
 extern "C"
 {
-TAVO_VISIBLE VOID* malloc(size_t size)
+TAVO_VISIBLE VOID* malloc(size_t size) noexcept
 {
     CountCall();
     return __libc_malloc(size);
 }
 
-TAVO_VISIBLE VOID* calloc(size_t count, size_t size)
+TAVO_VISIBLE VOID* calloc(size_t count, size_t size) noexcept
 {
     CountCall();
     return __libc_calloc(count, size);
 }
 
-TAVO_VISIBLE VOID* realloc(VOID* pMemory, size_t size)
+TAVO_VISIBLE VOID* realloc(VOID* pMemory, size_t size) noexcept
 {
     CountCall();
     return __libc_realloc(pMemory, size);
 }
 
-TAVO_VISIBLE VOID* aligned_alloc(size_t alignment, size_t size)
+TAVO_VISIBLE VOID* aligned_alloc(size_t alignment, size_t size) noexcept
 {
     CountCall();
     return __libc_memalign(alignment, size);
 }
 
-TAVO_VISIBLE VOID* memalign(size_t alignment, size_t size)
+TAVO_VISIBLE VOID* memalign(size_t alignment, size_t size) noexcept
 {
     CountCall();
     return __libc_memalign(alignment, size);
 }
 
-TAVO_VISIBLE int posix_memalign(VOID** ppMemory, size_t alignment, size_t size)
+TAVO_VISIBLE int posix_memalign(VOID** ppMemory, size_t alignment, size_t size) noexcept
 {
     CountCall();
     *ppMemory = __libc_memalign(alignment, size);

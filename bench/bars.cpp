@@ -52,9 +52,8 @@ void MedianReporter::ReportRuns(const std::vector<Run>& rRuns)
     }
 }
 
-bool PrintBars(const std::map<std::string, DOUBLE>& rMedians)
+VOID PrintBars(const std::map<std::string, DOUBLE>& rMedians)
 {
-    bool areKept = true;
     fmt::print("\n{:<40}{:>12}{:>12}{:>9}\n", "bar (CPU time, median)", "measured", "bar", "ratio");
     for (const Bar& rBar : Bars)
     {
@@ -66,7 +65,6 @@ bool PrintBars(const std::map<std::string, DOUBLE>& rMedians)
         }
         const DOUBLE limit  = (rBar.pReference != nullptr) ? rBar.limit * reference->second : rBar.limit;
         const bool   isKept = median->second <= limit;
-        areKept             = areKept && isKept;
         fmt::print("{:<40}{:>12}{:>12}{:>9.2f}  {}\n", rBar.pName, TimeText(median->second), TimeText(limit),
                    median->second / limit, isKept ? "ok" : "above");
         if (rBar.pReference != nullptr)
@@ -75,5 +73,4 @@ bool PrintBars(const std::map<std::string, DOUBLE>& rMedians)
                        TimeText(reference->second), rBar.limit);
         }
     }
-    return areKept;
 }

@@ -43,5 +43,5 @@ private:
     std::map<std::string, DOUBLE> m_medians;
 };
 
-/// Prints one line per bar whose benchmarks have run. @return whether all of them are kept
-bool PrintBars(const std::map<std::string, DOUBLE>& rMedians);
+/// Prints one line per bar whose benchmarks have run.
+VOID PrintBars(const std::map<std::string, DOUBLE>& rMedians);

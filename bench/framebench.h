@@ -6,8 +6,8 @@
 
 VOID RegisterFrameBenchmarks();
 
-/// Prints what a steady frame takes from the heap. @return whether it is the history's node and nothing else
-bool PrintAllocations();
+/// Prints what a steady frame takes from the heap: the history's node and nothing else.
+VOID PrintAllocations();
 
 /// Prints where the time of a frame goes.
 VOID PrintStages();

@@ -87,7 +87,8 @@ HeavyFrame::HeavyFrame()
     {
         pipeline.push_back(decided());
         kirosim::FrameTruth truth{};
-        m_pStats = &m_sensor.Capture(frame, frame / static_cast<DOUBLE>(FramesPerSecond), pipeline.front().data(), truth);
+        const DOUBLE        time = frame / static_cast<DOUBLE>(FramesPerSecond);
+        m_pStats                 = &m_sensor.Capture(frame, time, pipeline.front().data(), truth);
         pipeline.pop_front();
         Run();
     }

@@ -12,8 +12,7 @@ public:
     /// @param rStats the frame that the heavy tuning measures; must outlive this object
     explicit HeavyFloor(const KIROStatsList& rStats);
 
-    /// @return a value that depends on every chain
-    FLOAT Run() const;
+    VOID Run() const;
 
 private:
     struct ColorBox

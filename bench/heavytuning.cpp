@@ -31,18 +31,22 @@ x-target: &target
   triggerSystem:
     trigger1DataBank: {bankID: BankIDTriggers, dataID: 8}
     trigger1Data:
-      - {trigger: {start: 0, end: 400}, trigger2Data: [{trigger: *everywhere, triggerData: {rangeStart: 46.0, rangeEnd: 46.0}}]}
-      - {trigger: {start: 480, end: 600}, trigger2Data: [{trigger: *everywhere, triggerData: {rangeStart: 32.0, rangeEnd: 32.0}}]}
+      - trigger: {start: 0, end: 400}
+        trigger2Data: [{trigger: *everywhere, triggerData: {rangeStart: 46.0, rangeEnd: 46.0}}]
+      - trigger: {start: 480, end: 600}
+        trigger2Data: [{trigger: *everywhere, triggerData: {rangeStart: 32.0, rangeEnd: 32.0}}]
 modes:
   Default:
     modules:
       kirometeringstatscalculator:
         averageStatsCalculator:
           {calculatorID: 1, description: Average, APISelection: API01GridWeightedAverage,
-           statsSelection: {channel1: SafeLuma}, outputStorage: {start: 1, end: 1}, generalParameters: {weightTable2D: 1}}
+           statsSelection: {channel1: SafeLuma}, outputStorage: {start: 1, end: 1},
+           generalParameters: {weightTable2D: 1}}
         centerWeightedStatsCalculator:
           {calculatorID: 2, description: Centre, APISelection: API01GridWeightedAverage,
-           statsSelection: {channel1: SafeLuma}, outputStorage: {start: 2, end: 2}, generalParameters: {weightTable2D: 2}}
+           statsSelection: {channel1: SafeLuma}, outputStorage: {start: 2, end: 2},
+           generalParameters: {weightTable2D: 2}}
         darkRatioStatsCalculator: &ratio
           {calculatorID: 3, description: Dark, APISelection: API05HistLumaRangeAverage,
            statsSelection: {channel1: SafeHist}, outputStorage: {start: 3, end: 4},

@@ -2,12 +2,12 @@
 
 #include <benchmark/benchmark.h>
 #include <filesystem>
-#include <stdexcept>
 #include <string>
 #include <unistd.h>
 #include <vector>
 
 #include "bench/bars.h"
+#include "bench/largetuning.h"
 #include "parameters/tuningsetmanager.h"
 #include "tools/tuningfile/files.h"
 
@@ -61,33 +61,9 @@ const TuningFile& PhoneFile()
     return file;
 }
 
-/// All modules of the phone example's Default mode, 33 of them, again in each of 40 modes.
-std::vector<BYTE> LargeBytes()
-{
-    constexpr UINT32   modes      = 40;
-    constexpr size_t   modules    = 33;
-    tuningfile::Tuning tuning     = tuningfile::ReadTextFile(KIRO_EXAMPLE_TUNINGS "phone.yaml");
-    tuningfile::Mode&  rDefault   = tuning.tables.at(0).modes.at(0);
-    if (rDefault.modules.size() != modules)
-    {
-        throw std::runtime_error("the phone example's Default mode has another number of modules than before");
-    }
-    std::vector<tuningfile::Mode> all = {rDefault};
-    while (all.size() < modes)
-    {
-        tuningfile::Mode sensor = rDefault;
-        sensor.mode             = static_cast<UINT16>(ModeType::Sensor);
-        sensor.subMode          = static_cast<UINT16>(all.size() - 1);
-        sensor.parent           = 0;
-        all.push_back(std::move(sensor));
-    }
-    tuning.tables[0].modes = std::move(all);
-    return tuningfile::WriteBinary(tuning, tuningfile::NewestVersion);
-}
-
 const TuningFile& LargeFile()
 {
-    static const TuningFile file("kirobench-large-", LargeBytes());
+    static const TuningFile file("kirobench-large-", largetuning::Compile());
     return file;
 }
 
@@ -123,7 +99,8 @@ VOID GetModule(benchmark::State& rState, bool isFileMode)
 
 VOID RegisterStoreBenchmarks()
 {
-    const auto add = [](const CHAR* pName, VOID (*run)(benchmark::State&)) { benchmark::RegisterBenchmark(pName, run); };
+    const auto add = [](const CHAR* pName, VOID (*run)(benchmark::State&))
+    { benchmark::RegisterBenchmark(pName, run); };
     add(benchname::GetModuleBuffer, [](benchmark::State& rState) { GetModule(rState, false); });
     add(benchname::GetModuleFile, [](benchmark::State& rState) { GetModule(rState, true); });
     add(benchname::LoadPhoneBuffer, [](benchmark::State& rState) { Load(rState, PhoneFile(), false); });

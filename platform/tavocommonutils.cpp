@@ -18,17 +18,14 @@ std::atomic<UINT64> g_allocations{0};
 std::atomic<UINT64> g_releases{0};
 std::atomic<UINT64> g_bytes{0};
 
-VOID WriteErrorsToStderr(VOID*, UINT64, const CHAR* pLetter, UINT32, const CHAR* pLine)
+VOID WriteToStderr(const CHAR* pLine)
 {
-    if (pLetter != nullptr && pLetter[0] == 'E')
-    {
-        const size_t length = std::strlen(pLine);
-        const bool   ended  = length > 0 && pLine[length - 1] == '\n';
-        std::fprintf(stderr, ended ? "%s" : "%s\n", pLine);
-    }
+    const size_t length = std::strlen(pLine);
+    const bool   ended  = length > 0 && pLine[length - 1] == '\n';
+    std::fprintf(stderr, ended ? "%s" : "%s\n", pLine);
 }
 
-TavoDesk::SystemLogSink g_sink        = WriteErrorsToStderr;
+TavoDesk::SystemLogSink g_sink         = nullptr;  ///< null for the default, which keeps errors only
 VOID*                   g_pSinkContext = nullptr;
 
 } // namespace
@@ -44,7 +41,7 @@ AllocationCounters GetAllocationCounters()
 
 VOID SetSystemLogSink(SystemLogSink sink, VOID* pContext)
 {
-    g_sink         = (sink != nullptr) ? sink : WriteErrorsToStderr;
+    g_sink         = sink;
     g_pSinkContext = pContext;
 }
 
@@ -86,12 +83,24 @@ BOOL   g_logInfoUpdated         = FALSE;
 
 VOID Log::LogSystem(UINT64 group, const CHAR* pLetter, UINT32 level, const CHAR* pFormat, ...)
 {
+    // A line that nobody reads is not put together.
+    if (g_sink == nullptr && (pLetter == nullptr || pLetter[0] != 'E'))
+    {
+        return;
+    }
     CHAR    line[8192];
     va_list arguments;
     va_start(arguments, pFormat);
     std::vsnprintf(line, sizeof(line), pFormat, arguments);
     va_end(arguments);
-    g_sink(g_pSinkContext, group, pLetter, level, line);
+    if (g_sink != nullptr)
+    {
+        g_sink(g_pSinkContext, group, pLetter, level, line);
+    }
+    else
+    {
+        WriteToStderr(line);
+    }
 }
 
 const CHAR* Log::GetFileName(const CHAR* pPath)
@@ -107,7 +116,9 @@ INT32 OsUtils::GetProcessID()
 
 INT32 OsUtils::GetThreadID()
 {
-    return static_cast<INT32>(::syscall(SYS_gettid));
+    // Every line of the tuning store's log asks for it.
+    static thread_local const INT32 threadID = static_cast<INT32>(::syscall(SYS_gettid));
+    return threadID;
 }
 
 size_t OsUtils::StrLCpy(CHAR* pDestination, const CHAR* pSource, size_t size)

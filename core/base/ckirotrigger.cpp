@@ -114,80 +114,79 @@ VOID* CKIRODataXML::GetInterpData(INT curDimension, FLOAT currValue, FLOAT prevV
     }
     else
     {
-        const SearchStart start = StartSearch(curDimension, currValue, prevValue, zoneCount);
-        pResult                 = SearchZones(curDimension, currValue, start, zoneCount, pTData);
+        pResult = SearchZones(curDimension, currValue, prevValue, zoneCount, static_cast<BYTE*>(pTData));
     }
     ++m_zoneIndex[curDimension];
     return pResult;
 }
 
-bool CKIRODataXML::IsLastLevel(INT dimension) const
+inline bool CKIRODataXML::IsLastLevel(INT dimension) const
 {
     return dimension >= m_triggerDimension - 1;
 }
 
-BYTE* CKIRODataXML::ZoneAt(INT dimension, VOID* pZones, INT index) const
+/// Bytes from zone to zone.
+inline ptrdiff_t CKIRODataXML::StrideOf(INT dimension) const
 {
     const INT leafSize = m_ldNodeSize - static_cast<INT>(sizeof(VOID*)) + m_coreDataSize;
-    const INT stride   = IsLastLevel(dimension) ? leafSize : m_nodeSize;
-    return static_cast<BYTE*>(pZones) + static_cast<ptrdiff_t>(index) * stride;
+    return IsLastLevel(dimension) ? leafSize : m_nodeSize;
 }
 
-VOID CKIRODataXML::RecordZone(INT dimension, INT index)
+inline VOID CKIRODataXML::RecordZone(INT dimension, INT index)
 {
     m_selectedNodeIndex[dimension][m_zoneIndex[dimension]] = index;
 }
 
-/// Only the first level remembers: below it the sub-array differs from zone to zone.
-CKIRODataXML::SearchStart CKIRODataXML::StartSearch(INT dimension, FLOAT currValue, FLOAT prevValue,
-                                                    INT zoneCount) const
+VOID* CKIRODataXML::SearchZones(INT dimension, FLOAT currValue, FLOAT prevValue, INT zoneCount, BYTE* pZones)
 {
-    SearchStart start{true, 0, 0};
-    if (dimension == 0)
-    {
-        start.leftToRight = currValue >= prevValue;
-        start.cur         = m_selectedNodeIndex[0][m_zoneIndex[0]];
-        start.prev        = std::clamp(start.leftToRight ? start.cur - 1 : start.cur + 1, 0, zoneCount - 1);
-    }
-    return start;
-}
-
-VOID* CKIRODataXML::SearchZones(INT dimension, FLOAT currValue, const SearchStart& rStart, INT zoneCount, VOID* pZones)
-{
-    BYTE* pFirst = ZoneAt(dimension, pZones, 0);
-    if (currValue < RangeOf(pFirst).start)
+    if (currValue < RangeOf(pZones).start)
     {
         RecordZone(dimension, 0);
-        return EvaluateZone(dimension, pFirst);
+        return EvaluateZone(dimension, pZones);
     }
-    BYTE* pLast = ZoneAt(dimension, pZones, zoneCount - 1);
+    BYTE* pLast = pZones + (zoneCount - 1) * StrideOf(dimension);
     if (RangeOf(pLast).end <= currValue)
     {
         RecordZone(dimension, zoneCount - 1);
         return EvaluateZone(dimension, pLast);
     }
-
-    // A start outside the array or a walk off its end leaves the zone before, and the memory as it was.
-    BYTE*     pVisited = ZoneAt(dimension, pZones, rStart.prev);
-    const INT step     = rStart.leftToRight ? 1 : -1;
-    for (INT index = rStart.cur; index >= 0 && index < zoneCount; index += step)
+    // Only the first level remembers: below it the sub-array differs from zone to zone.
+    if (dimension > 0)
     {
-        BYTE*          pZone   = ZoneAt(dimension, pZones, index);
-        const StartEnd range   = RangeOf(pZone);
-        const bool     bGap    = rStart.leftToRight ? currValue < range.start : currValue > range.end;
-        const bool     bInside = rStart.leftToRight ? currValue < range.end : currValue > range.start;
-        if (bGap || bInside)
+        return WalkZones<true>(dimension, currValue, 0, zoneCount, pZones);
+    }
+    const INT start = m_selectedNodeIndex[0][m_zoneIndex[0]];
+    return (currValue >= prevValue) ? WalkZones<true>(dimension, currValue, start, zoneCount, pZones)
+                                    : WalkZones<false>(dimension, currValue, start, zoneCount, pZones);
+}
+
+template <bool LeftToRight>
+inline VOID* CKIRODataXML::WalkZones(INT dimension, FLOAT currValue, INT start, INT zoneCount, BYTE* pZones)
+{
+    // A start outside the array or a walk off its end leaves the zone before, and the memory as it was.
+    constexpr INT   step     = LeftToRight ? 1 : -1;
+    const ptrdiff_t stride   = StrideOf(dimension);
+    BYTE*           pVisited = pZones + std::clamp(start - step, 0, zoneCount - 1) * stride;
+    for (INT index = start; index >= 0 && index < zoneCount; index += step)
+    {
+        BYTE*          pZone = pZones + index * stride;
+        const StartEnd range = RangeOf(pZone);
+        if (LeftToRight ? currValue < range.start : currValue > range.end)
         {
             RecordZone(dimension, index);
-            return bGap ? EvaluateGap(dimension, currValue, pVisited, pZone, rStart.leftToRight)
-                        : EvaluateZone(dimension, pZone);
+            return EvaluateGap(dimension, currValue, pVisited, pZone, LeftToRight);
+        }
+        if (LeftToRight ? currValue < range.end : currValue > range.start)
+        {
+            RecordZone(dimension, index);
+            return EvaluateZone(dimension, pZone);
         }
         pVisited = pZone;
     }
     return EvaluateZone(dimension, pVisited);
 }
 
-VOID* CKIRODataXML::EvaluateZone(INT dimension, BYTE* pZone)
+inline VOID* CKIRODataXML::EvaluateZone(INT dimension, BYTE* pZone)
 {
     if (IsLastLevel(dimension))
     {

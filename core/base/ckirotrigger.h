@@ -89,14 +89,6 @@ protected:
     INT             m_coreDataSize;
 
 private:
-    /// Where the search of one level starts.
-    struct SearchStart
-    {
-        bool leftToRight;
-        INT  cur;
-        INT  prev;
-    };
-
     static constexpr INT ZeroRecordSize = 1024;
 
     /// What GetData yields when there is nothing to evaluate; larger than any core record, and never written.
@@ -105,13 +97,14 @@ private:
     static constexpr INT m_nodeSize   = sizeof(AECTriggerNodeXML);
     static constexpr INT m_ldNodeSize = sizeof(AECTriggerNodeLDXML);
 
-    bool        IsLastLevel(INT dimension) const;
-    BYTE*       ZoneAt(INT dimension, VOID* pZones, INT index) const;
-    SearchStart StartSearch(INT dimension, FLOAT currValue, FLOAT prevValue, INT zoneCount) const;
-    VOID*       SearchZones(INT dimension, FLOAT currValue, const SearchStart& rStart, INT zoneCount, VOID* pZones);
-    VOID*       EvaluateZone(INT dimension, BYTE* pZone);
-    VOID*       EvaluateGap(INT dimension, FLOAT currValue, BYTE* pVisited, BYTE* pReached, bool leftToRight);
-    VOID        RecordZone(INT dimension, INT index);
+    bool      IsLastLevel(INT dimension) const;
+    ptrdiff_t StrideOf(INT dimension) const;
+    VOID*     SearchZones(INT dimension, FLOAT currValue, FLOAT prevValue, INT zoneCount, BYTE* pZones);
+    template <bool LeftToRight>
+    VOID*     WalkZones(INT dimension, FLOAT currValue, INT start, INT zoneCount, BYTE* pZones);
+    VOID*     EvaluateZone(INT dimension, BYTE* pZone);
+    VOID*     EvaluateGap(INT dimension, FLOAT currValue, BYTE* pVisited, BYTE* pReached, bool leftToRight);
+    VOID      RecordZone(INT dimension, INT index);
 
     const KIROMLDataType m_myDataType;
     const INT            m_recordSize;

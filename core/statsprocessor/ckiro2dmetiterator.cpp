@@ -11,29 +11,13 @@ using exposurearithmetic::SaturateToUINT32;
 namespace
 {
 
-constexpr UINT32 TableWidth  = 16;
-constexpr UINT32 TableSize   = TableWidth * TableWidth;
-constexpr FLOAT  NoWeight    = -1.0f;
-constexpr INT16  OutsideROI  = -1;
-
-/// Table column or row of a grid column or row, nearest neighbour.
-INT16 EntryOf(UINT32 position, UINT32 start, UINT32 end, UINT32 size)
-{
-    // The end is included: weights reach one region behind the ROI, and tuned tables depend on it.
-    if (position < start || position > end)
-    {
-        return OutsideROI;
-    }
-    const FLOAT scaled = static_cast<FLOAT>(position - start) / static_cast<FLOAT>(size) * static_cast<FLOAT>(TableWidth);
-    return static_cast<INT16>(std::min(SaturateToUINT32(std::round(scaled)), TableWidth - 1));
-}
+constexpr FLOAT NoWeight = -1.0f;
 
 } // namespace
 
 CKIRO2DMetIterator::CKIRO2DMetIterator()
     : m_roiWidth(0), m_roiHeight(0), m_roiStartHeight(0), m_roiStartWidth(0), m_roiEndHeight(0), m_roiEndWidth(0),
-      m_ipStatswidth(0), m_ipStatsHeight(0), m_p2DWeightTable(nullptr), m_bIterateRaw(FALSE), m_columnEntry{},
-      m_rowEntry{}
+      m_ipStatswidth(0), m_ipStatsHeight(0), m_rowStart(0), m_pRowWeights(nullptr), m_2DWeightTable{}, m_columns{}, m_rows{}, m_columnEntry{}, m_rowEntry{}
 {
 }
 
@@ -63,44 +47,50 @@ BOOL CKIRO2DMetIterator::Configure(UINT32 width, UINT32 height, const AECAlgoROI
         m_roiWidth       = m_roiEndWidth - m_roiStartWidth;
         m_roiHeight      = m_roiEndHeight - m_roiStartHeight;
     }
-    m_p2DWeightTable = pTable;
-    m_ipStatswidth   = width;
-    m_ipStatsHeight  = height;
-    m_bIterateRaw    = (rROI.x == 0.0f && rROI.y == 0.0f && rROI.dx == 1.0f && rROI.dy == 1.0f &&
-                     width == TableWidth && height == TableWidth)
-                           ? TRUE
-                           : FALSE;
+    m_ipStatswidth  = width;
+    m_ipStatsHeight = height;
+    std::copy_n(pTable, TableWidth * TableWidth, m_2DWeightTable);
     ResolveEntries();
+    SelectRow(0);
     return TRUE;
+}
+
+/// Table column or row of a grid column or row, nearest neighbour.
+INT16 CKIRO2DMetIterator::EntryOf(UINT32 position, const Axis& rAxis)
+{
+    // The end is included: weights reach one region behind the ROI, and tuned tables depend on it.
+    if (position < rAxis.start || position > rAxis.end)
+    {
+        return OutsideROI;
+    }
+    const FLOAT scaled = static_cast<FLOAT>(position - rAxis.start) / static_cast<FLOAT>(rAxis.size) *
+                         static_cast<FLOAT>(TableWidth);
+    return static_cast<INT16>(std::min(SaturateToUINT32(std::round(scaled)), TableWidth - 1));
 }
 
 VOID CKIRO2DMetIterator::ResolveEntries()
 {
-    for (UINT32 column = 0; column < m_ipStatswidth; ++column)
+    const Axis columns = {m_ipStatswidth, m_roiStartWidth, m_roiEndWidth, m_roiWidth};
+    for (UINT32 column = 0; column < columns.count && columns != m_columns; ++column)
     {
-        m_columnEntry[column] = EntryOf(column, m_roiStartWidth, m_roiEndWidth, m_roiWidth);
+        m_columnEntry[column] = EntryOf(column, columns);
     }
-    for (UINT32 row = 0; row <= m_ipStatsHeight; ++row)
+    const Axis rows = {m_ipStatsHeight + 1, m_roiStartHeight, m_roiEndHeight, m_roiHeight};
+    for (UINT32 row = 0; row < rows.count && rows != m_rows; ++row)
     {
-        m_rowEntry[row] = EntryOf(row, m_roiStartHeight, m_roiEndHeight, m_roiHeight);
+        m_rowEntry[row] = EntryOf(row, rows);
     }
+    m_columns = columns;
+    m_rows    = rows;
 }
 
-FLOAT CKIRO2DMetIterator::GetWeight(UINT32 index) const
+VOID CKIRO2DMetIterator::SelectRow(UINT32 index)
 {
-    if (index < TableSize && m_bIterateRaw == TRUE)
-    {
-        return m_p2DWeightTable[index];
-    }
-    const UINT32 row    = (m_ipStatswidth == 0) ? 0 : index / m_ipStatswidth;
-    const UINT32 column = index - row * m_ipStatswidth;
-    if (row > m_ipStatsHeight || column >= m_ipStatswidth || m_rowEntry[row] == OutsideROI ||
-        m_columnEntry[column] == OutsideROI)
-    {
-        return WeightOutside(index);
-    }
-    return m_p2DWeightTable[static_cast<UINT32>(m_columnEntry[column]) +
-                            TableWidth * static_cast<UINT32>(m_rowEntry[row])];
+    const UINT32 row = (m_ipStatswidth == 0) ? 0 : index / m_ipStatswidth;
+    m_rowStart       = row * m_ipStatswidth;
+    m_pRowWeights    = (row > m_ipStatsHeight || m_rowEntry[row] == OutsideROI)
+                           ? nullptr
+                           : m_2DWeightTable + TableWidth * static_cast<UINT32>(m_rowEntry[row]);
 }
 
 FLOAT CKIRO2DMetIterator::WeightOutside(UINT32 index) const

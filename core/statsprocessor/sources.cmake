@@ -6,5 +6,4 @@ add_room(kiro_core_statsprocessor
     core/statsprocessor/ckirostatscolorregions.cpp
     core/statsprocessor/ckirostatsgridprocessor.cpp
     core/statsprocessor/ckirostatshistprocessor.cpp
-    core/statsprocessor/lumaweight.cpp
 )

@@ -38,5 +38,5 @@ inline bool IsSameShape(const kirocorestatsconfig::ResolutionType& rFirst,
 /// @param statsThreshold fraction of full scale
 inline FLOAT ClampValue(const kirocorestatsconfig::ResolutionType& rResolution, FLOAT statsThreshold)
 {
-    return static_cast<FLOAT>(std::pow(2.0, rResolution.bitDepth) - 1.0) * statsThreshold;
+    return static_cast<FLOAT>(std::ldexp(1.0, rResolution.bitDepth) - 1.0) * statsThreshold;
 }

@@ -30,24 +30,25 @@ protected:
         m_in.expType           = AECAlgoExposureSafe;
         m_in.indexZeroExposure = 1000;
         m_in.sensorRange       = {1.0f, 64.0f, 50 * Microsecond, 100 * Millisecond};
-        m_in.range.start       = Set(1.0f, 100 * Microsecond);
-        m_in.range.end         = Set(16.0f, 33 * Millisecond);
-        Ask(1.0f, 10 * Millisecond);
-        m_range.dataID = 3;
-        m_table.dataID = 4;
-        m_lut.dataID   = 5;
-        m_context.m_pBankManager->SetBankTuning(BankIDArbitrationRange, nullptr, &m_range, 1);
-        m_context.m_pBankManager->SetBankTuning(BankIDArbitrationTable, nullptr, &m_table, 1);
-        m_context.m_pBankManager->SetBankTuning(BankIDArbitrationLUT, nullptr, &m_lut, 1);
+        m_in.range             = {Set(1.0f, 100 * Microsecond), Set(16.0f, 33 * Millisecond)};
+        m_rAsked               = Set(1.0f, 10 * Millisecond);
+        SetBank(BankIDArbitrationRange, &m_range);
+        SetBank(BankIDArbitrationTable, &m_table);
+        SetBank(BankIDArbitrationLUT, &m_lut);
     }
 
-    static KIROExposureSetType Set(FLOAT gain, UINT64 time, FLOAT corr = 1.0f)
+    VOID SetBank(KIROBankIDType bankID, VOID* pPayload)
+    {
+        m_context.m_pBankManager->SetBankTuning(bankID, nullptr, pPayload, 1);
+    }
+
+    static KIROExposureSetType Set(FLOAT gain, UINT64 time)
     {
         KIROExposureSetType set{};
         set.gain     = gain;
         set.time     = time;
-        set.corr     = corr;
-        set.exposure = static_cast<UINT64>(std::llround(static_cast<DOUBLE>(gain) * static_cast<DOUBLE>(time) * corr));
+        set.corr     = 1.0f;
+        set.exposure = static_cast<UINT64>(std::llround(static_cast<DOUBLE>(gain) * static_cast<DOUBLE>(time)));
         set.indx     = IndexOf(static_cast<DOUBLE>(set.exposure));
         return set;
     }
@@ -56,17 +57,6 @@ protected:
     static FLOAT IndexOf(DOUBLE exposure)
     {
         return static_cast<FLOAT>(std::log(exposure / 1000.0) / std::log(1.03));
-    }
-
-    VOID Ask(FLOAT gain, UINT64 time)
-    {
-        m_in.exposures[m_in.expType] = Set(gain, time);
-    }
-
-    VOID AskExposure(UINT64 exposure)
-    {
-        m_in.exposures[m_in.expType]          = Set(1.0f, 10 * Millisecond);
-        m_in.exposures[m_in.expType].exposure = exposure;
     }
 
     KiroResult Run(KIROBankIDType bank, INT32 dataID, ArbitrationControl control = ArbCtrlCustomRange)
@@ -78,22 +68,10 @@ protected:
         return m_arbitration.RunArbitration(&m_in, &m_out);
     }
 
-    KiroResult RunRange(ArbitrationControl control = ArbCtrlCustomRange)
-    {
-        return Run(BankIDArbitrationRange, m_range.dataID, control);
-    }
-
-    KiroResult RunTable()
-    {
-        return Run(BankIDArbitrationTable, m_table.dataID, ArbCtrlTable);
-    }
-
     VOID SetTable(const std::vector<kirodbarbitrationtable::ExposureKneeType>& rKnees, FLOAT correction = 1.0f)
     {
-        m_knees                     = rKnees;
-        m_table.value.correction    = correction;
-        m_table.value.expKneesCount = static_cast<UINT32>(m_knees.size());
-        m_table.value.expKnees      = m_knees.data();
+        m_knees       = rKnees;
+        m_table.value = {correction, 0, 0.0f, static_cast<UINT32>(m_knees.size()), 0, m_knees.data()};
     }
 
     VOID ExpectExposure(FLOAT gain, UINT64 time, const std::string& rMessage = "") const
@@ -102,16 +80,12 @@ protected:
         EXPECT_NEAR(static_cast<DOUBLE>(m_out.exposureSet.time), static_cast<DOUBLE>(time), 2.0) << rMessage;
     }
 
-    VOID ExpectGains(FLOAT start, FLOAT end) const
+    VOID ExpectRange(FLOAT startGain, FLOAT endGain, UINT64 startTime, UINT64 endTime) const
     {
-        EXPECT_FLOAT_EQ(m_out.range.start.gain, start);
-        EXPECT_FLOAT_EQ(m_out.range.end.gain, end);
-    }
-
-    VOID ExpectTimes(UINT64 start, UINT64 end) const
-    {
-        EXPECT_EQ(m_out.range.start.time, start);
-        EXPECT_EQ(m_out.range.end.time, end);
+        EXPECT_FLOAT_EQ(m_out.range.start.gain, startGain);
+        EXPECT_FLOAT_EQ(m_out.range.end.gain, endGain);
+        EXPECT_EQ(m_out.range.start.time, startTime);
+        EXPECT_EQ(m_out.range.end.time, endTime);
     }
 
     StatsLogCapture  m_log;
@@ -120,9 +94,10 @@ protected:
 
     KIROArbitrationInput  m_in{};
     KIROArbitrationOutput m_out{};
+    KIROExposureSetType&  m_rAsked = m_in.exposures[AECAlgoExposureSafe];
 
-    kirodbarbitrationrange::DBArbitrationRangePayload     m_range{};
-    kirodbarbitrationtable::DBArbitrationTablePayload     m_table{};
+    kirodbarbitrationrange::DBArbitrationRangePayload     m_range{3, nullptr, {}};
+    kirodbarbitrationtable::DBArbitrationTablePayload     m_table{4, nullptr, {}};
     std::vector<kirodbarbitrationtable::ExposureKneeType> m_knees;
-    kirodbarbitrationlut::DBArbitrationLUTPayload         m_lut{};
+    kirodbarbitrationlut::DBArbitrationLUTPayload         m_lut{5, nullptr, {}};
 };

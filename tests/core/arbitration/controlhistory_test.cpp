@@ -3,7 +3,6 @@
 #include "tests/core/arbitration/arbitrationfixture.h"
 
 using namespace kiroarbitration;
-using kirodbarbitrationtable::AECExpIncGain;
 using kirodbarbitrationtable::AECExpIncTime;
 
 namespace
@@ -12,27 +11,26 @@ namespace
 class ControlHistory : public ArbitrationTest
 {
 protected:
-    /// The reference is gain 2 at 10 ms; on the way up it goes to gain 8 at 20 ms.
+    /// The reference is gain 2 at 10 ms; on the way up it goes to gain 8 at 20 ms, gain first.
     ControlHistory()
     {
-        m_reference.dataID                            = 9;
-        m_reference.referenceSource.bUseStaticTuning  = TRUE;
-        m_reference.referenceSource.staticTuningGain  = 2.0f;
-        m_reference.referenceSource.staticTuningTime  = 10 * Millisecond;
-        m_reference.referenceSource.frameExposureTypeSelection = ExposureSafe;
-        m_reference.endSettings = {EndManualSettings, m_table.dataID, AECExpIncGain, 8.0f, 20 * Millisecond};
+        m_reference.dataID                          = 9;
+        m_source.bUseStaticTuning                   = TRUE;
+        m_source.staticTuningGain                   = 2.0f;
+        m_source.staticTuningTime                   = 10 * Millisecond;
+        m_source.frameExposureTypeSelection         = ExposureSafe;
+        m_reference.endSettings                     = {EndManualSettings, m_table.dataID, {}, 8.0f, 20 * Millisecond};
     }
 
     KiroResult RunMatch(UINT64 exposure)
     {
-        ArbitrationReferenceType references[2]{};
-        references[1] = m_reference;
-        KIROArbitrationType tuning{};
+        ArbitrationReferenceType references[] = {{}, m_reference};
+        KIROArbitrationType      tuning{};
         tuning.referenceArrayCount = 2;
         tuning.referenceArray      = references;
         m_context.SetTuning(TestTuning().Add(tuning));
-        m_context.m_pBankManager->SetBankTuning(BankIDArbitrationTable, nullptr, &m_table, 1);
-        AskExposure(exposure);
+        SetBank(BankIDArbitrationTable, &m_table);
+        m_rAsked.exposure = exposure;
         return Run(BankIDArbitrationTable, 9, ArbCtrlMatchHistory);
     }
 
@@ -42,15 +40,15 @@ protected:
         ExpectExposure(gain, time, std::to_string(exposure));
     }
 
-    /// A frame with one gain, and times of 1, 2 and 3 ms more than time for Short, Long and Safe.
-    VOID SaveFrame(UINT64 frameID, FLOAT gain, UINT64 time, BOOL bIsSnapshot = FALSE)
+    /// A frame with one gain, and 11, 12 and 13 ms for Short, Long and Safe.
+    VOID SaveFrame(UINT64 frameID, FLOAT gain, BOOL bIsSnapshot = FALSE)
     {
         AECFrameHistory frame{};
         frame.frameID     = frameID;
         frame.bIsSnapshot = bIsSnapshot;
         for (UINT64 type = 0; type < AECAlgoExposureCount; ++type)
         {
-            frame.exposureSets[type] = Set(gain, time + (type + 1) * Millisecond);
+            frame.exposureSets[type] = Set(gain, (11 + type) * Millisecond);
         }
         m_context.SaveFrame(frame);
         if (bIsSnapshot == TRUE)
@@ -59,125 +57,102 @@ protected:
         }
     }
 
-    /// With an exposure that is the reference's, so that the result shows its gain and time.
-    VOID ExpectReference(FLOAT gain, UINT64 time)
+    /// Asks for the reference's exposure, so that the result shows its gain and time.
+    VOID ExpectReference(UINT64 gain, UINT64 time)
     {
-        ExpectMatch(static_cast<UINT64>(gain) * time, gain, time);
+        ExpectMatch(gain * time * Millisecond, static_cast<FLOAT>(gain), time * Millisecond);
     }
 
     ArbitrationReferenceType m_reference{};
+    ReferenceSourceType&     m_source = m_reference.referenceSource;
 };
 
 } // namespace
 
-TEST_F(ControlHistory, ExposureOfTheReferenceKeepsItsSplitEvenOutOfRange)
-{
-    ExpectMatch(20000000, 2.0f, 10 * Millisecond);
-    ExpectMatch(20001000, 2.0f, 10 * Millisecond);
-    EXPECT_EQ(m_out.exposureSet.exposure, 20000000u) << "the reference's, not the request's";
-    m_in.range.end.time = 5 * Millisecond;
-    ExpectMatch(20000000, 2.0f, 10 * Millisecond);
-    EXPECT_EQ(m_in.pTable, nullptr) << "no table was used";
-}
-
-TEST_F(ControlHistory, GoesUpTowardsTheEndAndFitsTheRange)
+TEST_F(ControlHistory, LeavesTheReferenceTowardsTheEnd)
 {
     ExpectMatch(40000000, 4.0f, 10 * Millisecond);
-    ExpectMatch(80000000, 8.0f, 10 * Millisecond);
     ExpectMatch(120000000, 8.0f, 15 * Millisecond);
     m_reference.endSettings.quantityToModifyFirst = AECExpIncTime;
     ExpectMatch(30000000, 2.0f, 15 * Millisecond);
     ExpectMatch(80000000, 4.0f, 20 * Millisecond);
     m_in.range.end.time = 16 * Millisecond;
     ExpectMatch(80000000, 5.0f, 16 * Millisecond);
-}
 
-TEST_F(ControlHistory, GoesDownUndoingFirstWhatGoingUpRaisesFirst)
-{
+    // Going down undoes first what going up raises first.
     m_reference.endSettings.manualGain = 1.0f;
     m_reference.endSettings.manualTime = 5 * Millisecond;
-    ExpectMatch(15000000, 1.5f, 10 * Millisecond);
-    ExpectMatch(8000000, 1.0f, 8 * Millisecond);
-    m_reference.endSettings.quantityToModifyFirst = AECExpIncTime;
     ExpectMatch(15000000, 2.0f, 7500 * Microsecond);
     ExpectMatch(8000000, 1.6f, 5 * Millisecond);
+    m_reference.endSettings.quantityToModifyFirst = {};
+    ExpectMatch(15000000, 1.5f, 10 * Millisecond);
+    ExpectMatch(8000000, 1.0f, 8 * Millisecond);
+
+    SetTable({{AECExpIncTime, 1.0f, 2 * Millisecond}, {AECExpIncTime, 4.0f, 15 * Millisecond}});
+    m_reference.endSettings.endSelection = EndLastTableKneePoint;
+    ExpectMatch(60000000, 4.0f, 15 * Millisecond);
+    m_reference.endSettings.endSelection = EndFirstTableKneePoint;
+    ExpectMatch(3000000, 1.0f, 3 * Millisecond);
+    m_reference.endSettings.tableID = 99;
+    EXPECT_EQ(RunMatch(3000000), 1);
+    EXPECT_EQ(m_in.pTable, nullptr) << "none of them is a last used table";
+}
+
+TEST_F(ControlHistory, ExposureOfTheReferenceKeepsItsSplitEvenOutOfRange)
+{
+    m_in.range.end.time = 5 * Millisecond;
+    ExpectMatch(20001000, 2.0f, 10 * Millisecond);
+    EXPECT_EQ(m_out.exposureSet.exposure, 20000000u) << "the reference's, not the request's";
 }
 
 TEST_F(ControlHistory, BeyondTheEndIsAnErrorThatCountsAsApplied)
 {
     EXPECT_EQ(RunMatch(161000000), 0);
     EXPECT_EQ(m_out.exposureSet.exposure, 0u);
-    EXPECT_TRUE(m_log.HasPart(LevelError, "error: ref exposure 20000000 target exposure 161000000 exceeds end exposure "
-                                          "160000000 end gain 8.000000 end time 20000000"));
-    m_reference.endSettings.manualGain = 1.0f;
-    EXPECT_EQ(RunMatch(15000000), 0) << "the end is 20000000";
+    EXPECT_TRUE(m_log.HasPart(LevelError, "target exposure 161000000 exceeds end exposure 160000000"));
+    EXPECT_EQ(RunMatch(15000000), 0);
     EXPECT_EQ(m_out.exposureSet.exposure, 0u);
-    EXPECT_TRUE(m_log.HasPart(LevelError, "error: ref exposure 20000000 target exposure 15000000 smaller than end "
-                                          "exposure 20000000"));
-}
-
-TEST_F(ControlHistory, EndCanBeAKneeOfATable)
-{
-    SetTable({{AECExpIncTime, 1.0f, 5 * Millisecond}, {AECExpIncTime, 4.0f, 20 * Millisecond}});
-    m_reference.endSettings.endSelection = EndLastTableKneePoint;
-    ExpectMatch(60000000, 4.0f, 15 * Millisecond);
-    m_reference.endSettings.endSelection = EndFirstTableKneePoint;
-    ExpectMatch(8000000, 1.0f, 8 * Millisecond);
-    m_reference.endSettings.tableID = 99;
-    EXPECT_EQ(RunMatch(8000000), 1);
-    m_reference.endSettings.endSelection = static_cast<EndKneePointType>(3);
-    EXPECT_EQ(RunMatch(8000000), 1);
-    EXPECT_TRUE(m_log.Has(LevelError, "could not determine end selection type 3"));
+    EXPECT_TRUE(m_log.HasPart(LevelError, "target exposure 15000000 smaller than end exposure 160000000"));
 }
 
 TEST_F(ControlHistory, BracketedReferenceAppliesToItsSignOnly)
 {
     m_reference.bEnableOnlyForBracketedSnapshot = TRUE;
-    m_reference.bracketedEVType                 = EVPlus;
-    EXPECT_EQ(RunMatch(20000000), 10);
+    m_context.SetTrigger(TriggerCtrlBracketEV, 0.9f);
+    EXPECT_EQ(RunMatch(20000000), 10) << "not bracketing";
     m_context.SetContextEvent(AECEVBracketing, TRUE);
-    m_context.SetTrigger(TriggerCtrlBracketEV, 2.0f);
-    EXPECT_EQ(RunMatch(20000000), 0);
-    const struct
+    for (const auto& [ev, zero, plus, minus] : {std::tuple{0.9f, 0, 10, 10}, {1.0f, 10, 0, 10}, {-1.0f, 10, 10, 0}})
     {
-        EVOffsetType type;
-        INT32        ev;
-        KiroResult   result;
-    } cases[] = {{EVPlus, 1, 0},   {EVPlus, 0, 10},  {EVPlus, -1, 10}, {EVMinus, -1, 0}, {EVMinus, 0, 10},
-                 {EVMinus, 1, 10}, {EVZero, 0, 0},   {EVZero, 1, 10},  {EVZero, -1, 10}, {static_cast<EVOffsetType>(3), 0, 1}};
-    for (const auto& rCase : cases)
-    {
-        EXPECT_EQ(UtilMatchEV(rCase.ev, rCase.type), rCase.result) << rCase.type << " " << rCase.ev;
+        m_context.SetTrigger(TriggerCtrlBracketEV, ev);
+        for (const auto& [type, result] : {std::pair{EVZero, zero}, {EVPlus, plus}, {EVMinus, minus}})
+        {
+            m_reference.bracketedEVType = type;
+            EXPECT_EQ(RunMatch(20000000), result) << ev << " " << type;
+        }
     }
 }
 
 TEST_F(ControlHistory, ReferenceCanBeAFrame)
 {
-    m_reference.referenceSource.bUseStaticTuning = FALSE;
-    FrameSelectionType& rSelection               = m_reference.referenceSource.frameSelection;
-    rSelection.frameType                         = TypePreview;
-    rSelection.preview = {PreviewSearchMethod::SearchLastNonSnapshotRequest, 0};
+    FrameSelectionType& rSelection = m_source.frameSelection;
+    m_source.bUseStaticTuning      = FALSE;
+    rSelection                     = {TypePreview, {}, {PreviewSearchMethod::SearchLastNonSnapshotRequest, 0}};
     EXPECT_EQ(RunMatch(20000000), 1);
     EXPECT_TRUE(m_log.Has(LevelError, "reference not found"));
-
-    SaveFrame(1, 2.0f, 10 * Millisecond);
-    SaveFrame(2, 3.0f, 10 * Millisecond);
-    SaveFrame(3, 4.0f, 10 * Millisecond, TRUE);
-    ExpectReference(3.0f, 13 * Millisecond);
+    SaveFrame(1, 2.0f);
+    SaveFrame(2, 3.0f);
+    SaveFrame(3, 4.0f, TRUE);
+    ExpectReference(3, 13);
     rSelection.preview = {PreviewSearchMethod::SearchOffset, 3};
-    ExpectReference(2.0f, 13 * Millisecond);
-    rSelection.frameType = TypeSnapshot;
-    rSelection.snapshot  = {SnapshotSearchMethod::SearchOffset, EVZero, 1};
-    ExpectReference(4.0f, 13 * Millisecond);
-    m_reference.referenceSource.frameExposureTypeSelection = ExposureShort;
-    ExpectReference(4.0f, 11 * Millisecond);
-    m_reference.referenceSource.frameExposureTypeSelection = ExposureNone;
-    ExpectReference(4.0f, 12 * Millisecond);  // Long
-
-    rSelection.preview.searchMethod = static_cast<PreviewSearchMethod>(2);
-    rSelection.frameType            = TypePreview;
+    ExpectReference(2, 13);
+    rSelection = {TypeSnapshot, {SnapshotSearchMethod::SearchOffset, EVZero, 0}, {}};
+    ExpectReference(4, 13);
+    m_source.frameExposureTypeSelection = ExposureShort;
+    ExpectReference(4, 11);
+    m_source.frameExposureTypeSelection = ExposureNone;
+    ExpectReference(4, 12);
+    rSelection = {TypePreview, {}, {static_cast<PreviewSearchMethod>(2), 0}};
     EXPECT_EQ(RunMatch(20000000), 1);
-    EXPECT_TRUE(m_log.Has(LevelError, "unexpected preview search method 2"));
     rSelection.frameType = static_cast<FrameType>(2);
     EXPECT_EQ(RunMatch(20000000), 6);
     m_reference.dataID = 8;
@@ -186,12 +161,11 @@ TEST_F(ControlHistory, ReferenceCanBeAFrame)
 
 TEST_F(ControlHistory, LastPreviewIsFoundBehindAHistoryOfSnapshots)
 {
-    m_reference.referenceSource.bUseStaticTuning         = FALSE;
-    m_reference.referenceSource.frameSelection.frameType = TypePreview;
-    SaveFrame(1, 2.0f, 10 * Millisecond);
-    for (UINT64 frameID = 2; frameID <= 12; ++frameID)
+    m_source.bUseStaticTuning         = FALSE;
+    m_source.frameSelection.frameType = TypePreview;
+    for (UINT64 frameID = 1; frameID <= 12; ++frameID)
     {
-        SaveFrame(frameID, 4.0f, 10 * Millisecond, TRUE);
+        SaveFrame(frameID, (frameID == 1) ? 2.0f : 4.0f, (frameID == 1) ? FALSE : TRUE);
     }
-    ExpectReference(2.0f, 13 * Millisecond);
+    ExpectReference(2, 13);
 }

@@ -10,28 +10,19 @@ namespace
 class RangeConflict : public ArbitrationTest
 {
 protected:
-    RangeConflict()
+    /// A range of absolute gains or times that asks for a fit.
+    KiroResult Fit(ArbExposureQuantity quantity, FLOAT start, FLOAT end, RangeConflictHandlingType handling = Discard)
     {
-        m_range.value.handling.arbitration.enableArbitration = TRUE;
-    }
-
-    /// A range of absolute gains or times.
-    KiroResult RunAbsolute(ArbExposureQuantity quantity, DOUBLE start, DOUBLE end,
-                           RangeConflictHandlingType handling = Discard)
-    {
-        m_range.value.quantity                              = quantity;
-        m_range.value.start                                 = {static_cast<FLOAT>(start), ArbRangeAbsolute};
-        m_range.value.end                                   = {static_cast<FLOAT>(end), ArbRangeAbsolute};
-        m_range.value.handling.arbitration.conflictHandling = handling;
-        return RunRange();
+        m_range.value = {quantity, {start, ArbRangeAbsolute}, {end, ArbRangeAbsolute}, {{}, {TRUE, handling}}};
+        return Run(BankIDArbitrationRange, m_range.dataID);
     }
 
     /// Gain 4 at 10 ms in gains of 1 to 4, with at most 5 ms: a gain of 8 would be needed.
-    KiroResult RunTooBright(RangeConflictHandlingType handling)
+    KiroResult FitTooBright(RangeConflictHandlingType handling)
     {
-        Ask(4.0f, 10 * Millisecond);
+        m_rAsked            = Set(4.0f, 10 * Millisecond);
         m_in.range.end.gain = 4.0f;
-        return RunAbsolute(ArbQuantityTime, 100e3, 5e6, handling);
+        return Fit(ArbQuantityTime, 100e3f, 5e6f, handling);
     }
 };
 
@@ -39,77 +30,55 @@ protected:
 
 TEST_F(RangeConflict, GainAndTimeMakeUpForOneAnother)
 {
-    EXPECT_EQ(RunAbsolute(ArbQuantityGain, 2.0, 16.0), 0);
+    EXPECT_EQ(Fit(ArbQuantityGain, 2.0f, 16.0f), 0);
     ExpectExposure(2.0f, 5 * Millisecond);
-    EXPECT_EQ(m_out.exposureSet.exposure, 10000000u);
     EXPECT_NEAR(m_out.exposureSet.indx, IndexOf(1e7), 0.01f);
-    EXPECT_EQ(RunAbsolute(ArbQuantityTime, 100e3, 4e6), 0);
+    EXPECT_EQ(Fit(ArbQuantityTime, 100e3f, 4e6f), 0);
     ExpectExposure(2.5f, 4 * Millisecond);
-    ExpectTimes(100 * Microsecond, 4 * Millisecond);
-    Ask(8.0f, 10 * Millisecond);
-    EXPECT_EQ(RunAbsolute(ArbQuantityGain, 1.0, 4.0), 0);
+    m_rAsked = Set(8.0f, 10 * Millisecond);
+    EXPECT_EQ(Fit(ArbQuantityGain, 1.0f, 4.0f), 0);
     ExpectExposure(4.0f, 20 * Millisecond);
-    EXPECT_EQ(RunAbsolute(ArbQuantityTime, 20e6, 33e6), 0);
+    EXPECT_EQ(Fit(ArbQuantityTime, 20e6f, 33e6f), 0);
     ExpectExposure(4.0f, 20 * Millisecond);
 
-    // The correction is the range's, not the exposure's.
-    m_in.range.start.corr                     = 2.0f;
-    m_in.exposures[AECAlgoExposureSafe].corr  = 1.0f;
-    EXPECT_EQ(RunAbsolute(ArbQuantityTime, 100e3, 5e6), 0);
-    ExpectExposure(8.0f, 5 * Millisecond);
-    EXPECT_EQ(m_out.exposureSet.corr, 2.0f);
-    EXPECT_EQ(m_out.exposureSet.exposure, 80000000u);
-}
-
-TEST_F(RangeConflict, GainWithinTheMarginOfALimitStays)
-{
-    Ask(1.99995f, 10 * Millisecond);
-    EXPECT_EQ(RunAbsolute(ArbQuantityGain, 2.0, 16.0, Ignore), 0);
-    ExpectExposure(1.99995f, 10 * Millisecond);
-    Ask(1.9998f, 10 * Millisecond);
-    EXPECT_EQ(RunAbsolute(ArbQuantityGain, 2.0, 16.0, Ignore), 0);
-    ExpectExposure(2.0f, 9999000);
-    // 5 ms need a gain of 1.99996, which snaps to the limit of 2.
+    // Within the margin a gain outside stays; one that follows from a time snaps.
+    m_rAsked = Set(1.99995f, 10 * Millisecond);
+    EXPECT_EQ(Fit(ArbQuantityGain, 2.0f, 16.0f, Ignore), 0);
+    EXPECT_EQ(m_out.exposureSet.gain, 1.99995f);
+    m_rAsked              = Set(1.0f, 9999800);
     m_in.range.start.gain = 2.0f;
-    Ask(1.0f, 9999800);
-    EXPECT_EQ(RunAbsolute(ArbQuantityTime, 5e6, 33e6), 0);
-    ExpectExposure(2.0f, 5 * Millisecond);
+    EXPECT_EQ(Fit(ArbQuantityTime, 5e6f, 33e6f), 0);
     EXPECT_EQ(m_out.exposureSet.gain, 2.0f);
+
+    // The correction is the range's.
+    m_in.range.start.corr = 2.0f;
+    m_rAsked              = Set(8.0f, 10 * Millisecond);
+    EXPECT_EQ(Fit(ArbQuantityTime, 100e3f, 5e6f), 0);
+    ExpectExposure(8.0f, 5 * Millisecond);
+    EXPECT_EQ(m_out.exposureSet.exposure, 80000000u);
 }
 
 TEST_F(RangeConflict, TooBrightRequestIsHandledAsTuned)
 {
-    EXPECT_EQ(RunTooBright(ModifyTimeRange), 0);
+    EXPECT_EQ(FitTooBright(ModifyTimeRange), 0);
     ExpectExposure(4.0f, 10 * Millisecond);
-    ExpectTimes(100 * Microsecond, 10 * Millisecond);
-    ExpectGains(1.0f, 4.0f);
+    ExpectRange(1.0f, 4.0f, 100 * Microsecond, 10 * Millisecond);
     EXPECT_EQ(m_out.range.end.exposure, 40000000u);
     EXPECT_TRUE(m_log.Has(LevelWarning, "tentative before conflict resolution gain 8.000 out of gain 1.000 4.000"));
-
-    EXPECT_EQ(RunTooBright(ModifyGainRange), 0);
+    EXPECT_EQ(FitTooBright(ModifyGainRange), 0);
     ExpectExposure(8.0f, 5 * Millisecond);
-    ExpectTimes(100 * Microsecond, 5 * Millisecond);
-    ExpectGains(1.0f, 8.0f);
-
-    EXPECT_EQ(RunTooBright(ForceExposure), 0);
+    ExpectRange(1.0f, 8.0f, 100 * Microsecond, 5 * Millisecond);
+    EXPECT_EQ(FitTooBright(ForceExposure), 0);
     ExpectExposure(4.0f, 5 * Millisecond);
     EXPECT_EQ(m_out.exposureSet.exposure, 20000000u);
-    EXPECT_TRUE(m_log.Has(LevelWarning, "warning: using Force option, ranges 1.000 4.000 100000 5000000 output 4.000 "
-                                        "5000000"));
-
-    EXPECT_EQ(RunTooBright(Ignore), 0);
+    EXPECT_EQ(FitTooBright(Ignore), 0);
     ExpectExposure(8.0f, 5 * Millisecond);
-    ExpectTimes(100 * Microsecond, 5 * Millisecond);
-    ExpectGains(1.0f, 4.0f);
-
-    EXPECT_EQ(RunTooBright(Discard), 1);
+    ExpectRange(1.0f, 4.0f, 100 * Microsecond, 5 * Millisecond);
+    EXPECT_EQ(FitTooBright(Discard), 1);
     ExpectExposure(4.0f, 10 * Millisecond, "as asked");
-    EXPECT_EQ(RunTooBright(static_cast<RangeConflictHandlingType>(9)), 1);
-    EXPECT_TRUE(m_log.Has(LevelError, "unknown handling 9"));
-
+    EXPECT_EQ(FitTooBright(static_cast<RangeConflictHandlingType>(9)), 1);
     m_in.bIsConvRange = TRUE;
-    EXPECT_EQ(RunTooBright(Discard), 0) << "limits have no exposure to fit";
-    ExpectTimes(100 * Microsecond, 5 * Millisecond);
+    EXPECT_EQ(FitTooBright(Discard), 0) << "limits have no exposure to fit";
     ExpectExposure(8.0f, 5 * Millisecond);
 }
 
@@ -117,68 +86,46 @@ TEST_F(RangeConflict, EmptyTimeRangeIsAConflictOfItsOwn)
 {
     m_in.range.start.time = 20 * Millisecond;
     m_in.range.end.time   = 15 * Millisecond;
-    EXPECT_EQ(RunAbsolute(ArbQuantityGain, 0.0, 16.0), 1) << "the sensor's least gain";
-    m_in.sensorRange.minGain = 0.0f;
-    EXPECT_EQ(RunAbsolute(ArbQuantityGain, 0.0, 16.0), 1);
-    EXPECT_TRUE(m_log.Has(LevelWarning, "tentative before conflict resolution time 20000000 out of time 20000000 "
-                                        "15000000"));
-    EXPECT_TRUE(m_log.Has(LevelWarning, "discard handling"));
+    m_rAsked              = Set(2.0f, 10 * Millisecond);
+    EXPECT_EQ(Fit(ArbQuantityGain, 1.0f, 16.0f), 1);
+    EXPECT_TRUE(m_log.HasPart(LevelWarning, "tentative before conflict resolution time 20000000 out of time 20000000"));
     m_in.bIsConvRange = TRUE;
-    EXPECT_EQ(RunAbsolute(ArbQuantityGain, 0.0, 16.0), 0);
-    ExpectExposure(0.5f, 20 * Millisecond);
+    EXPECT_EQ(Fit(ArbQuantityGain, 1.0f, 16.0f), 0);
+    ExpectExposure(1.0f, 20 * Millisecond);
 }
 
 TEST_F(RangeConflict, ResolutionWidensOnlyAsFarAsTheSensorGoes)
 {
-    const KIROSensorRange sensor{0.5f, 64.0f, 4 * Millisecond, 40 * Millisecond};
-    const struct
+    // The range is gains of 1 to 4 and 8 to 20 ms, the sensor 0.5 and up and 4 to 40 ms. Times in ms.
+    const auto expect = [](RangeConflictHandlingType solution, FLOAT gain, UINT64 time, KiroResult result, FLOAT newGain,
+                           UINT64 newTime, FLOAT startGain, FLOAT endGain, UINT64 startTime, UINT64 endTime)
     {
-        RangeConflictHandlingType solution;
-        FLOAT                     gain;
-        UINT64                    time;
-        KiroResult                result;
-        FLOAT                     expectedGain;
-        UINT64                    expectedTime;
-        FLOAT                     startGain;
-        FLOAT                     endGain;
-        UINT64                    startTime;
-        UINT64                    endTime;
-    } cases[] = {
-        // The range is gains of 1 to 4 and 8 to 20 ms.
-        {ModifyTimeRange, 2.0f, 6000000, 0, 2.0f, 6000000, 1.0f, 4.0f, 6000000, 20000000},
-        {ModifyTimeRange, 2.0f, 3000000, 1, 2.0f, 3000000, 1.0f, 4.0f, 3000000, 20000000},
-        {ModifyTimeRange, 2.0f, 30000000, 0, 2.0f, 30000000, 1.0f, 4.0f, 8000000, 30000000},
-        {ModifyTimeRange, 2.0f, 50000000, 1, 2.0f, 50000000, 1.0f, 4.0f, 8000000, 50000000},
-        {ModifyTimeRange, 0.5f, 10000000, 0, 1.0f, 5000000, 1.0f, 4.0f, 5000000, 20000000},
-        {ModifyTimeRange, 0.25f, 12000000, 1, 0.25f, 12000000, 1.0f, 4.0f, 3000000, 20000000},
-        {ModifyTimeRange, 6.0f, 20000000, 0, 4.0f, 30000000, 1.0f, 4.0f, 8000000, 30000000},
-        {ModifyTimeRange, 16.0f, 20000000, 1, 16.0f, 20000000, 1.0f, 4.0f, 8000000, 80000000},
-        {ModifyTimeRange, 6.0f, 8000000, 0, 4.0f, 12000000, 1.0f, 4.0f, 8000000, 20000000},
-        {ModifyGainRange, 0.75f, 10000000, 0, 0.75f, 10000000, 0.75f, 4.0f, 8000000, 20000000},
-        {ModifyGainRange, 0.25f, 10000000, 1, 0.25f, 10000000, 0.25f, 4.0f, 8000000, 20000000},
-        {ModifyGainRange, 90.0f, 10000000, 0, 90.0f, 10000000, 1.0f, 90.0f, 8000000, 20000000},
-        {ModifyGainRange, 3.0f, 40000000, 0, 6.0f, 20000000, 1.0f, 6.0f, 8000000, 20000000},
-        {ModifyGainRange, 1.5f, 4000000, 0, 0.75f, 8000000, 0.75f, 4.0f, 8000000, 20000000},
-        {ModifyGainRange, 1.5f, 2000000, 1, 1.5f, 8000000, 0.375f, 4.0f, 8000000, 20000000},
-        {ForceExposure, 5.0f, 3000000, 0, 4.0f, 8000000, 1.0f, 4.0f, 8000000, 20000000},
-        {ForceExposure, 0.5f, 30000000, 0, 1.0f, 20000000, 1.0f, 4.0f, 8000000, 20000000},
+        const KIROSensorRange sensor{0.5f, 64.0f, 4 * Millisecond, 40 * Millisecond};
+        KIROExposureRange     range{Set(1.0f, 8 * Millisecond), Set(4.0f, 20 * Millisecond)};
+        const std::string     message = "gain " + std::to_string(gain) + " time " + std::to_string(time);
+        time *= Millisecond;
+        EXPECT_EQ(UtilResolveRangeConflicts(&range, &sensor, &gain, &time, solution), result) << message;
+        EXPECT_EQ(gain, newGain) << message;
+        EXPECT_EQ(time, newTime * Millisecond) << message;
+        EXPECT_EQ(range.start.gain, startGain) << message;
+        EXPECT_EQ(range.end.gain, endGain) << message;
+        EXPECT_EQ(range.start.time, startTime * Millisecond) << message;
+        EXPECT_EQ(range.end.time, endTime * Millisecond) << message;
     };
-    for (const auto& rCase : cases)
-    {
-        KIROExposureRange range{Set(1.0f, 8 * Millisecond), Set(4.0f, 20 * Millisecond)};
-        FLOAT             gain    = rCase.gain;
-        UINT64            time    = rCase.time;
-        const std::string message = std::to_string(rCase.solution) + ": gain " + std::to_string(rCase.gain) + " time " +
-                                    std::to_string(rCase.time);
-        EXPECT_EQ(UtilResolveRangeConflicts(&range, &sensor, &gain, &time, rCase.solution), rCase.result) << message;
-        EXPECT_EQ(gain, rCase.expectedGain) << message;
-        EXPECT_EQ(time, rCase.expectedTime) << message;
-        EXPECT_EQ(range.start.gain, rCase.startGain) << message;
-        EXPECT_EQ(range.end.gain, rCase.endGain) << message;
-        EXPECT_EQ(range.start.time, rCase.startTime) << message;
-        EXPECT_EQ(range.end.time, rCase.endTime) << message;
-    }
-    EXPECT_TRUE(m_log.Has(LevelError, "conflict: range time resolution pushed time 3000000 below sensor min 4000000"));
-    EXPECT_TRUE(m_log.Has(LevelError, "conflict: range time resolution pushed time 80000000 above sensor max 40000000"));
-    EXPECT_TRUE(m_log.Has(LevelError, "conflict: range gain resolution pushed gain 0.375 below sensor min 0.500"));
+    expect(ModifyTimeRange, 2.0f, 6, 0, 2.0f, 6, 1.0f, 4.0f, 6, 20);
+    expect(ModifyTimeRange, 2.0f, 3, 1, 2.0f, 3, 1.0f, 4.0f, 3, 20);
+    expect(ModifyTimeRange, 2.0f, 30, 0, 2.0f, 30, 1.0f, 4.0f, 8, 30);
+    expect(ModifyTimeRange, 2.0f, 50, 1, 2.0f, 50, 1.0f, 4.0f, 8, 50);
+    expect(ModifyTimeRange, 0.5f, 10, 0, 1.0f, 5, 1.0f, 4.0f, 5, 20);
+    expect(ModifyTimeRange, 0.25f, 12, 1, 0.25f, 12, 1.0f, 4.0f, 3, 20);
+    expect(ModifyTimeRange, 6.0f, 8, 0, 4.0f, 12, 1.0f, 4.0f, 8, 20);
+    expect(ModifyTimeRange, 16.0f, 20, 1, 16.0f, 20, 1.0f, 4.0f, 8, 80);
+    expect(ModifyGainRange, 0.75f, 10, 0, 0.75f, 10, 0.75f, 4.0f, 8, 20);
+    expect(ModifyGainRange, 0.25f, 10, 1, 0.25f, 10, 0.25f, 4.0f, 8, 20);
+    expect(ModifyGainRange, 90.0f, 10, 0, 90.0f, 10, 1.0f, 90.0f, 8, 20);
+    expect(ModifyGainRange, 3.0f, 40, 0, 6.0f, 20, 1.0f, 6.0f, 8, 20);
+    expect(ModifyGainRange, 1.5f, 4, 0, 0.75f, 8, 0.75f, 4.0f, 8, 20);
+    expect(ModifyGainRange, 1.5f, 2, 1, 1.5f, 8, 0.375f, 4.0f, 8, 20);
+    expect(ForceExposure, 5.0f, 3, 0, 4.0f, 8, 1.0f, 4.0f, 8, 20);
+    expect(ForceExposure, 0.5f, 30, 0, 1.0f, 20, 1.0f, 4.0f, 8, 20);
 }

@@ -19,10 +19,15 @@ protected:
                   {AECExpIncTime, 4.0f, 33 * Millisecond}});
     }
 
+    KiroResult RunTable(UINT64 exposure)
+    {
+        m_rAsked.exposure = exposure;
+        return Run(BankIDArbitrationTable, 4, ArbCtrlTable);
+    }
+
     VOID ExpectSplit(UINT64 exposure, FLOAT gain, UINT64 time)
     {
-        AskExposure(exposure);
-        EXPECT_EQ(RunTable(), 0) << exposure;
+        EXPECT_EQ(RunTable(exposure), 0) << exposure;
         ExpectExposure(gain, time, std::to_string(exposure));
     }
 };
@@ -42,6 +47,11 @@ TEST_F(TableTest, WalksTheSegmentsUpToTheirKnees)
     EXPECT_EQ(m_out.exposureSet.exposure, 132000000u);
     EXPECT_NEAR(m_out.exposureSet.indx, 398.88f, 0.01f) << "log of 132000 to the base 1.03";
     EXPECT_EQ(m_out.range.end.time, 0u) << "a table leaves the range to the host";
+
+    SetTable({{AECExpIncTime, 1.0f, 100 * Microsecond}, {AECExpIncTime, 1.0f, 20 * Millisecond}}, 2.0f);
+    ExpectSplit(20000000, 1.0f, 10 * Millisecond);
+    EXPECT_EQ(m_out.exposureSet.corr, 2.0f);
+    EXPECT_EQ(m_out.exposureSet.exposure, 20000000u);
 }
 
 TEST_F(TableTest, PriorityDecidesWhatGrowsFirstInASegment)
@@ -51,20 +61,10 @@ TEST_F(TableTest, PriorityDecidesWhatGrowsFirstInASegment)
     ExpectSplit(15000000, 1.5f, 10 * Millisecond);
     ExpectSplit(20000000, 2.0f, 10 * Millisecond);
     ExpectSplit(40000000, 2.0f, 20 * Millisecond);
-    SetTable({{AECExpIncTime, 1.0f, 10 * Millisecond}, {AECExpIncTime, 2.0f, 40 * Millisecond}});
+    SetTable({{AECExpIncGain, 1.0f, 10 * Millisecond}, {AECExpIncTime, 2.0f, 40 * Millisecond}});
     ExpectSplit(15000000, 1.0f, 15 * Millisecond);
     ExpectSplit(40000000, 1.0f, 40 * Millisecond);
     ExpectSplit(60000000, 1.5f, 40 * Millisecond);
-    SetTable({{AECExpIncGain, 1.0f, 10 * Millisecond}, {AECExpIncGain, 1.0f, 40 * Millisecond}});
-    ExpectSplit(20000000, 1.0f, 20 * Millisecond);
-}
-
-TEST_F(TableTest, CorrectionIsPartOfTheExposure)
-{
-    SetTable({{AECExpIncTime, 1.0f, 100 * Microsecond}, {AECExpIncTime, 1.0f, 20 * Millisecond}}, 2.0f);
-    ExpectSplit(20000000, 1.0f, 10 * Millisecond);
-    EXPECT_EQ(m_out.exposureSet.corr, 2.0f);
-    EXPECT_EQ(m_out.exposureSet.exposure, 20000000u);
 }
 
 TEST_F(TableTest, GoesOnToTheRangeBelowAndAboveTheKnees)
@@ -72,73 +72,46 @@ TEST_F(TableTest, GoesOnToTheRangeBelowAndAboveTheKnees)
     m_in.range.start = Set(1.0f, 20 * Microsecond);
     ExpectSplit(50000, 1.0f, 50 * Microsecond);
     ExpectSplit(200000000, 6.0606060f, 33 * Millisecond);
-    EXPECT_EQ(m_log.CountLevel(LevelWarning), 0u);
-
+    ExpectSplit(19999, 1.0f, 20 * Microsecond);
+    m_in.bIsConvRange = TRUE;
+    ExpectSplit(10000, 1.0f, 20 * Microsecond);
+    EXPECT_EQ(m_log.CountLevel(LevelWarning), 0u) << "inside, the same exposure, or limits only";
+    m_in.bIsConvRange = FALSE;
     ExpectSplit(10000, 1.0f, 20 * Microsecond);
     EXPECT_TRUE(m_log.Has(LevelWarning, "exposure 10000 out of both table min exposure and current min exposure 20000"));
     ExpectSplit(1000000000, 16.0f, 33 * Millisecond);
     EXPECT_TRUE(m_log.Has(LevelWarning,
                           "exposure 1000000000 out of both table max exposure and current max exposure 528000000"));
-    m_log.Clear();
-    ExpectSplit(19999, 1.0f, 20 * Microsecond);
-    m_in.bIsConvRange = TRUE;
-    ExpectSplit(10000, 1.0f, 20 * Microsecond);
-    ExpectSplit(1000000000, 16.0f, 33 * Millisecond);
-    EXPECT_EQ(m_log.CountLevel(LevelWarning), 0u) << "the same exposure, or no exposure at all";
 }
 
 TEST_F(TableTest, ResultIsFittedIntoTheRange)
 {
     m_in.range.start.gain = 2.0f;
     ExpectSplit(10000000, 2.0f, 5 * Millisecond);
-    m_in.range.start.gain = 1.0f;
-    m_in.range.end.time   = 8 * Millisecond;
-    ExpectSplit(10000000, 1.25f, 8 * Millisecond);
-    m_in.range.end      = Set(2.0f, 10 * Millisecond);
+    m_in.range = {Set(1.0f, 100 * Microsecond), Set(2.0f, 10 * Millisecond)};
     ExpectSplit(40000000, 4.0f, 10 * Millisecond);
-    EXPECT_TRUE(m_log.Has(LevelWarning, "warning desired exposure 40000000 time 10000000 gain 4.000 exceeds max gain "
-                                        "2.000")) << "and counts as fitted";
+    EXPECT_TRUE(m_log.HasPart(LevelWarning, "warning desired exposure 40000000")) << "and counts as fitted";
+    m_in.range = {Set(1.0f, 20 * Millisecond), Set(16.0f, 33 * Millisecond)};
+    EXPECT_EQ(RunTable(10000000), 1);
+    EXPECT_TRUE(m_log.HasPart(LevelWarning, "could not fit desired exposure 10000000 time 20000000 gain 0.5"));
+    ExpectExposure(1.0f, 10 * Millisecond, "the request stays");
 
-    m_in.range.start.time = 20 * Millisecond;
-    m_in.range.end        = Set(16.0f, 33 * Millisecond);
-    AskExposure(10000000);
-    EXPECT_EQ(RunTable(), 1);
-    EXPECT_TRUE(m_log.Has(LevelWarning, "could not fit desired exposure 10000000 time 20000000 gain 0.5 within current "
-                                        "range 20000000 33000000 1.0 16.0"));
-    EXPECT_EQ(m_out.exposureSet.time, 10 * Millisecond) << "the request stays";
-}
-
-TEST_F(TableTest, FitSnapsWithinItsMargins)
-{
-    const KIROExposureRange range{Set(1.0f, 100 * Microsecond), Set(2.0f, 10 * Millisecond)};
-    const struct
+    const auto expectFit = [](FLOAT gain, UINT64 time, FLOAT fittedGain, UINT64 fittedTime)
     {
-        FLOAT  gain;
-        UINT64 time;
-        FLOAT  expectedGain;
-        UINT64 expectedTime;
-    } cases[] = {
-        {0.99995f, 5000000, 1.0f, 5000000}, {0.5f, 5000000, 1.0f, 2500000},    {2.00005f, 5000000, 2.0f, 5000000},
-        {4.0f, 4000000, 2.0f, 8000000},     {1.5f, 99999, 1.5f, 100000},       {1.5f, 50000, 0.75f, 100000},
-        {1.5f, 10000001, 1.5f, 10000000},   {1.5f, 12000000, 1.8f, 10000000},
-    };
-    for (const auto& rCase : cases)
-    {
-        KIROExposureSetType set = Set(rCase.gain, rCase.time);
+        const KIROExposureRange range{Set(1.0f, 100000), Set(2.0f, 10000000)};
+        KIROExposureSetType     set = Set(gain, time);
         UtilMakeTableExposureFit(&set, &range);
-        EXPECT_NEAR(set.gain, rCase.expectedGain, 1e-6f) << rCase.gain << " " << rCase.time;
-        EXPECT_EQ(set.time, rCase.expectedTime) << rCase.gain << " " << rCase.time;
-    }
-}
-
-TEST_F(TableTest, MissingOrShortTableFails)
-{
-    EXPECT_EQ(Run(BankIDArbitrationTable, 99, ArbCtrlTable), 1);
-    EXPECT_TRUE(m_log.Has(LevelError, "table not found"));
-    SetTable({{AECExpIncTime, 1.0f, 100 * Microsecond}});
-    EXPECT_EQ(RunTable(), 1);
-    EXPECT_TRUE(m_log.Has(LevelError, "invalid exposure table tuning"));
-    EXPECT_EQ(m_in.pTable, nullptr);
+        EXPECT_NEAR(set.gain, fittedGain, 1e-6f) << gain << " " << time;
+        EXPECT_EQ(set.time, fittedTime) << gain << " " << time;
+    };
+    expectFit(0.99995f, 5000000, 1.0f, 5000000);  // within the margins only the quantity itself snaps
+    expectFit(0.5f, 5000000, 1.0f, 2500000);
+    expectFit(2.00005f, 5000000, 2.0f, 5000000);
+    expectFit(4.0f, 4000000, 2.0f, 8000000);
+    expectFit(1.5f, 99999, 1.5f, 100000);
+    expectFit(1.5f, 80000, 1.2f, 100000);
+    expectFit(1.5f, 10000001, 1.5f, 10000000);
+    expectFit(1.5f, 12000000, 1.8f, 10000000);
 }
 
 TEST_F(TableTest, RequestsThatMakeNoSenseAreRefusedOrRepaired)
@@ -146,23 +119,20 @@ TEST_F(TableTest, RequestsThatMakeNoSenseAreRefusedOrRepaired)
     EXPECT_EQ(m_arbitration.RunArbitration(nullptr, &m_out), 1);
     EXPECT_EQ(m_arbitration.RunArbitration(&m_in, nullptr), 1);
     EXPECT_EQ(Run(BankIDROITable, 1), 1);
-    EXPECT_TRUE(m_log.Has(LevelError, "don't know how to handle bank 0"));
+    EXPECT_EQ(Run(BankIDArbitrationTable, 99, ArbCtrlTable), 1);
+    EXPECT_EQ(Run(BankIDArbitrationRange, 99), 6);
+    EXPECT_EQ(Run(BankIDArbitrationLUT, 99), 1);
     m_in.expType = AECAlgoExposureCount;
-    EXPECT_EQ(RunTable(), 1);
-    EXPECT_TRUE(m_log.Has(LevelError, "invalid exposure type parameter 3"));
+    EXPECT_EQ(RunTable(10000000), 1);
 
-    m_in.expType                           = AECAlgoExposureLong;
-    m_in.exposures[AECAlgoExposureLong]    = {};
-    m_in.range.start.corr                  = 0.0f;
-    m_in.range.end.corr                    = 0.0f;
-    EXPECT_EQ(RunTable(), 0);
-    EXPECT_EQ(m_out.expType, AECAlgoExposureLong);
-    EXPECT_EQ(m_in.exposures[AECAlgoExposureLong].exposure, 1u);
-    EXPECT_EQ(m_in.exposures[AECAlgoExposureLong].gain, 1.0f);
-    EXPECT_EQ(m_in.exposures[AECAlgoExposureLong].time, 1u);
-    EXPECT_EQ(m_in.exposures[AECAlgoExposureLong].corr, 1.0f);
-    EXPECT_EQ(m_in.range.start.corr, 1.0f);
-    EXPECT_EQ(m_in.range.end.corr, 1.0f);
+    m_in.expType               = AECAlgoExposureSafe;
+    m_rAsked                   = {};
+    m_in.range.start.corr      = 0.0f;
+    m_in.range.end.corr        = 0.0f;
+    m_table.value.expKneesCount = 1;
+    EXPECT_EQ(RunTable(0), 1);
+    EXPECT_EQ(m_in.pTable, nullptr) << "no table";
+    EXPECT_EQ(m_rAsked.exposure * m_rAsked.time, 1u);
+    EXPECT_EQ(m_rAsked.gain * m_rAsked.corr * m_in.range.start.corr * m_in.range.end.corr, 1.0f);
     EXPECT_TRUE(m_log.Has(LevelWarning, "requesting arbitration for exposure 0; forcing to 1"));
-    ExpectExposure(1.0f, 100 * Microsecond);
 }

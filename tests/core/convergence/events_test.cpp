@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "schema/kiroflash.h"
@@ -12,21 +13,26 @@
 namespace
 {
 
-constexpr UINT32 LevelError   = 2;
-constexpr UINT32 LevelWarning = 4;
-constexpr UINT32 DetectorID   = 5;
+constexpr UINT32 DetectorID = 5;
 
 /// Exposures of Short, Long and Safe.
-typedef std::array<DOUBLE, 3> Exposures;
+typedef std::array<UINT64, 3> Exposures;
+
+constexpr Exposures Metered{100, 400, 200};
 
 class ConvEvents : public testing::Test
 {
 protected:
     ConvEvents()
     {
-        m_context.m_input.opMode             = AECAlgoOperationModeStreaming;
-        m_context.m_input.systemLatency      = 3;
-        m_context.m_input.evContext.evFactor = 1.0f;
+        m_context.m_input.opMode        = AECAlgoOperationModeStreaming;
+        m_context.m_input.systemLatency = 3;
+        SetEV(0, 1.0f);
+    }
+
+    VOID SetEV(INT32 value, FLOAT factor)
+    {
+        m_context.m_input.evContext = {value, factor};
     }
 
     VOID SaveFrame(const Exposures& rExposures, FLOAT evFactor = 1.0f, INT32 postRawBoost = 0)
@@ -37,183 +43,117 @@ protected:
         frame.postRawSensitivityBoost = postRawBoost;
         for (size_t type = 0; type < rExposures.size(); ++type)
         {
-            frame.exposureSets[type].exposure = static_cast<UINT64>(rExposures[type]);
+            frame.exposureSets[type].exposure = rExposures[type];
         }
         m_context.SaveFrame(frame);
     }
 
-    /// One frame with a metered target. @return whether the targets are fixed
-    BOOL Run(const Exposures& rMetered = {100.0, 400.0, 200.0})
+    /// One frame. Whether its targets are fixed, and what they are.
+    VOID Expect(BOOL bIsFixed, const Exposures& rExpected, const CHAR* pMessage = "", BOOL bIsMeteringSkipped = FALSE)
     {
+        constexpr DOUBLE logsPerDecade = 77.89853;
         KIROConvTempInput input{};
-        input.bIsMeteringSkipped = m_bIsMeteringSkipped;
-        for (size_t type = 0; type < rMetered.size(); ++type)
-        {
-            input.sensiLog103[type] = std::log10(rMetered[type]) * 77.89853;
-        }
-        const BOOL bIsFixed = m_events.IsTargetFixed(input);
-        for (size_t type = 0; type < rMetered.size(); ++type)
-        {
-            m_targets[type] = std::pow(10.0, input.sensiLog103[type] / 77.89853);
-        }
-        return bIsFixed;
-    }
-
-    VOID ExpectTargets(const Exposures& rExpected, const CHAR* pMessage = "") const
-    {
+        input.bIsMeteringSkipped = bIsMeteringSkipped;
+        std::transform(m_metered.begin(), m_metered.end(), input.sensiLog103,
+                       [](UINT64 exposure) { return std::log10(static_cast<DOUBLE>(exposure)) * logsPerDecade; });
+        EXPECT_EQ(m_events.IsTargetFixed(input), bIsFixed) << pMessage;
         for (size_t type = 0; type < rExpected.size(); ++type)
         {
-            EXPECT_NEAR(m_targets[type] / rExpected[type], 1.0, 1e-5) << "exposure " << type << " " << pMessage;
+            const DOUBLE target = std::pow(10.0, input.sensiLog103[type] / logsPerDecade);
+            EXPECT_NEAR(target / static_cast<DOUBLE>(rExpected[type]), 1.0, 1e-5) << type << " " << pMessage;
         }
     }
 
-    VOID ExpectLocked(const std::array<UINT64, 3>& rExpected) const
+    VOID ExpectLocked(const Exposures& rExpected) const
     {
-        std::array<UINT64, 3> locked{};
+        Exposures locked{};
         m_events.GetLockedEV0(locked.data());
         EXPECT_EQ(locked, rExpected);
-    }
-
-    VOID SetEV(INT32 value, FLOAT factor)
-    {
-        m_context.m_input.evContext = {value, factor};
     }
 
     StatsLogCapture   m_log;
     TestContext       m_context;
     CConvEventManager m_events{m_context};
-    BOOL              m_bIsMeteringSkipped = FALSE;
-    Exposures         m_targets{};
+    Exposures         m_metered = Metered;
 
 private:
     UINT64 m_frameID = 100;
 };
 
-class CamSync : public ConvEvents
-{
-protected:
-    CamSync()
-    {
-        m_tuning.masterAndSlaveConfig.slave.exposureType = kirosync::AECAlgoExposureFollow;
-        m_tuning.expSyncConfig.bLockExpWhenSwitch        = TRUE;
-        m_tuning.expSyncConfig.minFrameNumToLock         = 2;
-        m_tuning.expSyncConfig.SCDID                     = DetectorID;
-        m_context.SetSCDOutput(DetectorID, {nullptr, KIROSCDStateMonitor, KIROHoldTimeOff});
-        SaveFrame({1000.0, 4000.0, 2000.0});
-    }
-
-    /// A frame as a slave, then one as the master. @return whether the latter is fixed
-    BOOL BecomeMaster()
-    {
-        m_context.SetTuning(TestTuning().Add(m_tuning));
-        m_context.SetContextEvent(AECSlaveRole, TRUE);
-        EXPECT_EQ(Run(), FALSE);
-        m_context.SetContextEvent(AECSlaveRole, FALSE);
-        return Run();
-    }
-
-    kirosync::KIROSyncType m_tuning{};
-};
-
 } // namespace
 
-TEST_F(ConvEvents, LockHoldsTheExposuresOfTheFrameBefore)
+TEST_F(ConvEvents, LockHoldsTheExposuresOfTheFrameBeforeAsWithoutEV)
 {
-    SaveFrame({1001.0, 4000.0, 2000.0}, 2.0f);
-    EXPECT_EQ(Run(), FALSE);
-    ExpectTargets({100.0, 400.0, 200.0});
+    SaveFrame({1001, 4000, 2000}, 2.0f);
+    Expect(FALSE, Metered);
     ExpectLocked({0, 0, 0});
-
     m_context.m_input.lockType = AECAlgoLockOn;
-    EXPECT_EQ(Run(), TRUE);
-    ExpectTargets({500.0, 2000.0, 1000.0}, "without the EV factor, truncated");
+    Expect(TRUE, {500, 2000, 1000}, "truncated");
     ExpectLocked({500, 2000, 1000});
-    SaveFrame({7.0, 7.0, 7.0});
-    EXPECT_EQ(Run(), TRUE);
-    ExpectTargets({500.0, 2000.0, 1000.0}, "captured once");
-
+    SaveFrame({7, 7, 7});
+    Expect(TRUE, {500, 2000, 1000}, "captured once");
+    SetEV(6, 2.0f);
+    Expect(TRUE, {1000, 4000, 2000}, "shifted by EV");
+    ExpectLocked({500, 2000, 1000});
+    SetEV(0, 1.0f);
+    Expect(TRUE, {500, 2000, 1000});
     m_context.m_input.lockType = AECAlgoLockOFF;
-    EXPECT_EQ(Run(), FALSE);
-    ExpectTargets({100.0, 400.0, 200.0});
+    Expect(FALSE, Metered);
     ExpectLocked({0, 0, 0});
-
+    SaveFrame({1000, 4000, 2000}, 0.0f);
     m_context.m_input.lockType = AECAlgoLockOn;
-    SaveFrame({1000.0, 4000.0, 2000.0}, 0.0f);
-    Run();
-    ExpectLocked({1000, 4000, 2000});
+    Expect(TRUE, {1000, 4000, 2000}, "no EV factor");
 }
 
 TEST_F(ConvEvents, LockWithoutHistoryHoldsTheTargets)
 {
     m_context.m_input.lockType = AECAlgoLockOn;
-    EXPECT_EQ(Run({100.0, 400.0, 200.0}), TRUE);
-    EXPECT_TRUE(m_log.Has(LevelWarning, "KIROCONVRG no history at lock"));
-    Run({900.0, 900.0, 900.0});
-    ExpectTargets({100.0, 400.0, 200.0});
+    Expect(TRUE, Metered);
+    m_metered = {900, 900, 900};
+    Expect(TRUE, Metered);
 }
 
 TEST_F(ConvEvents, EVJumpsOnceAndShiftsFromThenOn)
 {
     SetEV(6, 2.0f);
-    EXPECT_EQ(Run(), TRUE);
-    ExpectTargets({200.0, 800.0, 400.0});
+    Expect(TRUE, {200, 800, 400});
     EXPECT_EQ(m_context.GetContextEvent(AECEVChange), TRUE);
     EXPECT_EQ(m_context.m_pBankManager->GetContext(), m_context.GetContextStatus()) << "the banks follow the event";
-    EXPECT_EQ(Run(), FALSE);
-    ExpectTargets({200.0, 800.0, 400.0});
+    Expect(FALSE, {200, 800, 400});
     SetEV(0, 1.0f);
-    EXPECT_EQ(Run(), TRUE);
-    ExpectTargets({100.0, 400.0, 200.0});
-}
-
-TEST_F(ConvEvents, EVShiftsALockedExposure)
-{
-    SaveFrame({1000.0, 4000.0, 2000.0});
-    m_context.m_input.lockType = AECAlgoLockOn;
-    SetEV(-6, 0.5f);
-    EXPECT_EQ(Run(), TRUE);
-    ExpectTargets({500.0, 2000.0, 1000.0});
-    ExpectLocked({1000, 4000, 2000});
+    Expect(TRUE, Metered);
 }
 
 TEST_F(ConvEvents, EVShiftsInPreflashOnlyIfTuned)
 {
     m_context.m_input.opMode = AECAlgoOperationModePreflash;
     SetEV(6, 2.0f);
-    EXPECT_EQ(Run(), TRUE);
-    ExpectTargets({100.0, 400.0, 200.0});
-
+    Expect(TRUE, Metered);
     kiroflash::KIROFlashType flash{};
     flash.preflashEvControl.enable = TRUE;
     m_context.SetTuning(TestTuning().Add(flash));
-    EXPECT_EQ(Run(), FALSE);
-    ExpectTargets({200.0, 800.0, 400.0});
+    Expect(FALSE, {200, 800, 400});
 }
 
 TEST_F(ConvEvents, PostRawBoostIsMadeUpForFromTheFrameThatHadTheOldOne)
 {
-    SaveFrame({3.0, 3.0, 3.0}, 1.0f, 100);
-    SaveFrame({1000.0, 4000.0, 2000.0}, 1.0f, 200);
-    SaveFrame({5000.0, 20000.0, 10000.0}, 1.0f, 400);
+    SaveFrame({1000, 4000, 2000}, 1.0f, 200);
+    SaveFrame({5000, 20000, 10000}, 1.0f, 400);
     m_context.m_input.postRawGain    = 100;
     m_context.m_input.postRawCounter = 3;
     m_context.m_input.lockType       = AECAlgoLockOn;
-    EXPECT_EQ(Run(), TRUE);
-    ExpectTargets({20000.0, 80000.0, 40000.0}, "one frame back, and no lock");
+    Expect(TRUE, {20000, 80000, 40000}, "one frame back, lock or not");
     m_context.m_input.postRawCounter = 2;
-    Run();
-    ExpectTargets({2000.0, 8000.0, 4000.0}, "two frames back");
-
     m_context.m_input.lockType       = AECAlgoLockOFF;
+    Expect(TRUE, {2000, 8000, 4000}, "two frames back");
     m_context.m_input.postRawCounter = 5;
-    EXPECT_EQ(Run(), FALSE) << "before the frame in progress there is none";
+    Expect(FALSE, Metered, "no such frame");
     m_context.m_input.postRawCounter = 3;
     m_context.m_input.postRawGain    = 0;
-    EXPECT_EQ(Run(), FALSE);
+    Expect(FALSE, Metered);
     m_context.m_input.postRawGain              = 100;
     m_context.m_input.manualSetting.manualMode = AECAlgoModeManualFull;
-    EXPECT_EQ(Run(), FALSE);
-    ExpectTargets({100.0, 400.0, 200.0});
+    Expect(FALSE, Metered);
 }
 
 TEST_F(ConvEvents, ContextsThatFixTheTargetLeaveItAsMetered)
@@ -221,54 +161,53 @@ TEST_F(ConvEvents, ContextsThatFixTheTargetLeaveItAsMetered)
     for (const KIROTunaraEventType event : {AECManualFull, AECCoreSnapshotHDR3, AECOpFlashCalibration})
     {
         m_context.SetContextEvent(event, TRUE);
-        EXPECT_EQ(Run(), TRUE) << event;
-        ExpectTargets({100.0, 400.0, 200.0});
+        Expect(TRUE, Metered);
         m_context.SetContextEvent(event, FALSE);
     }
-    EXPECT_EQ(Run(), FALSE);
-    m_bIsMeteringSkipped = TRUE;
-    EXPECT_EQ(Run(), TRUE);
-    ExpectTargets({100.0, 400.0, 200.0});
+    Expect(FALSE, Metered);
+    Expect(TRUE, Metered, "metering skipped", TRUE);
 }
 
-TEST_F(CamSync, NewMasterHoldsItsExposureForSomeFrames)
+TEST_F(ConvEvents, NewMasterHoldsItsExposureForSomeFramesOrUntilTheSceneChanges)
 {
+    kirosync::KIROSyncType tuning{};
+    tuning.masterAndSlaveConfig.slave.exposureType = kirosync::AECAlgoExposureFollow;
+    tuning.expSyncConfig.bLockExpWhenSwitch        = TRUE;
+    tuning.expSyncConfig.minFrameNumToLock         = 2;
+    tuning.expSyncConfig.SCDID                     = DetectorID;
+    const auto becomeMaster                        = [&](BOOL bIsFixed, const Exposures& rExpected, const CHAR* pMessage)
+    {
+        m_context.SetTuning(TestTuning().Add(tuning));
+        m_context.SetContextEvent(AECSlaveRole, TRUE);
+        Expect(FALSE, {200, 800, 400}, "slave");
+        m_context.SetContextEvent(AECSlaveRole, FALSE);
+        Expect(bIsFixed, rExpected, pMessage);
+    };
+    SaveFrame({1000, 4000, 2000});
     SetEV(6, 2.0f);
-    Run();
-    EXPECT_EQ(BecomeMaster(), TRUE);
-    ExpectTargets({1000.0, 4000.0, 2000.0}, "the EV factor is taken out and put back");
-    EXPECT_EQ(m_context.m_rebasedSCDs, std::vector<UINT32>{DetectorID});
-    EXPECT_EQ(Run(), TRUE);
-    EXPECT_EQ(Run(), FALSE);
-    ExpectTargets({200.0, 800.0, 400.0});
-    EXPECT_EQ(Run(), FALSE);
-}
+    Expect(TRUE, {200, 800, 400});
+    becomeMaster(FALSE, {200, 800, 400}, "no detector");
+    EXPECT_EQ(m_log.Count(32, "SCDID:5 is not aded in the SCD tuning."), 2u);
 
-TEST_F(CamSync, ChangeOfSceneEndsTheHold)
-{
-    m_tuning.expSyncConfig.minFrameNumToLock = 100;
-    EXPECT_EQ(BecomeMaster(), TRUE);
-    m_context.SetSCDOutput(DetectorID, {nullptr, KIROSCDStateSceneChange, KIROHoldTimeOff});
-    EXPECT_EQ(Run(), FALSE);
     m_context.SetSCDOutput(DetectorID, {nullptr, KIROSCDStateMonitor, KIROHoldTimeOff});
-    EXPECT_EQ(Run(), FALSE);
-}
+    becomeMaster(TRUE, {1000, 4000, 2000}, "the EV factor is taken out and put back");
+    EXPECT_EQ(m_context.m_rebasedSCDs, std::vector<UINT32>{DetectorID});
+    Expect(TRUE, {1000, 4000, 2000});
+    Expect(FALSE, {200, 800, 400}, "two frames have passed");
 
-TEST_F(CamSync, DoesNotHoldUnlessTunedAndDetected)
-{
-    const kirosync::KIROSyncType tuned = m_tuning;
+    tuning.expSyncConfig.minFrameNumToLock = 100;
+    becomeMaster(TRUE, {1000, 4000, 2000}, "for longer");
+    m_context.SetSCDOutput(DetectorID, {nullptr, KIROSCDStateSceneChange, KIROHoldTimeOff});
+    Expect(FALSE, {200, 800, 400}, "the scene changes");
+    m_context.SetSCDOutput(DetectorID, {nullptr, KIROSCDStateMonitor, KIROHoldTimeOff});
+    Expect(FALSE, {200, 800, 400}, "for good");
 
-    m_tuning.expSyncConfig.minFrameNumToLock = 0;
-    EXPECT_EQ(BecomeMaster(), FALSE) << "no frames";
-    m_tuning                                  = tuned;
-    m_tuning.expSyncConfig.bLockExpWhenSwitch = FALSE;
-    EXPECT_EQ(BecomeMaster(), FALSE) << "off";
-    m_tuning                                         = tuned;
-    m_tuning.masterAndSlaveConfig.slave.exposureType = kirosync::AECAlgoExposureIndependent;
-    EXPECT_EQ(BecomeMaster(), FALSE) << "not following";
-    m_tuning                     = tuned;
-    m_tuning.expSyncConfig.SCDID = 6;
-    EXPECT_EQ(BecomeMaster(), FALSE) << "no detector";
-    EXPECT_EQ(m_log.Count(32, "SCDID:6 is not aded in the SCD tuning."), 2u);
-    ExpectTargets({100.0, 400.0, 200.0});
+    tuning.expSyncConfig.minFrameNumToLock = 0;
+    becomeMaster(FALSE, {200, 800, 400}, "no frames");
+    tuning.expSyncConfig.minFrameNumToLock  = 2;
+    tuning.expSyncConfig.bLockExpWhenSwitch = FALSE;
+    becomeMaster(FALSE, {200, 800, 400}, "off");
+    tuning.expSyncConfig.bLockExpWhenSwitch        = TRUE;
+    tuning.masterAndSlaveConfig.slave.exposureType = kirosync::AECAlgoExposureIndependent;
+    becomeMaster(FALSE, {200, 800, 400}, "not following");
 }

@@ -3,26 +3,24 @@
 #include "tests/core/convergence/convergencefixture.h"
 
 using namespace kirodbconvstretch;
-using kiroconvergence::AggTypeCascade;
-using kiroconvergence::AggTypeDisableDRCInPredictive;
-using kiroconvergence::AggTypeDRCPrefParallel;
+using namespace kiroconvergence;
 
 namespace
 {
 
-constexpr DOUBLE BrighterScene = 460.0;  ///< the target lies below: bright to dark
-constexpr DOUBLE DarkerScene   = 540.0;
+constexpr DOUBLE Darken   = 460.0;  ///< a target below: the scene goes from bright to dark
+constexpr DOUBLE Brighten = 540.0;
 
-constexpr FLOAT StepsOfFour5ths = -7.5f;  ///< log of 0.8 is -7.549, on the grid of 0.5; 1.25 is its opposite
+constexpr FLOAT StepsOfFourFifths = -7.5f;  ///< log of 0.8 is -7.549, on the grid of 0.5; 1.25 is its opposite
 
 class Stretch : public ConvergenceTest
 {
 protected:
-    /// Without a unit step nothing moves but the stretch; the grid is 0.5.
+    /// Without a unit step and speeds nothing moves but the stretch; the grid is 0.5.
     Stretch()
     {
         m_module.unitStepSize = 0.0f;
-        m_speeds.Data()       = {0.0f, 0.0f, 0.0f};
+        SetSpeeds(0.0f, 0.0f);
     }
 
     /// One frame at step 500 after a frame with a stretch. @return the stretch of Short
@@ -30,10 +28,20 @@ protected:
     {
         AECFrameHistory previous    = FrameAt(Same(500.0));
         previous.shortStretchOffset = previousStretch;
-        SaveFrame(previous);
-        SaveFrame(previous);
+        SaveHistory(previous);
         Run(Same(target));
         return m_output.shortStretchOffset;
+    }
+
+    /// One stretch of full temporal weight for each offset, or each factor.
+    VOID SetOffsets(const std::vector<FLOAT>& rOffsets, AECConvStretchType type = StretchTypeOffset)
+    {
+        std::vector<ConvStretchCoreDataType> stretches;
+        for (FLOAT offset : rOffsets)
+        {
+            stretches.push_back({1.0f, offset, 0.0f, 1.0f});
+        }
+        SetStretches(stretches, type);
     }
 };
 
@@ -42,193 +50,128 @@ protected:
 TEST_F(Stretch, PredictiveGainTakesItsShareOfADarkeningStretch)
 {
     SetStretches({{1.0f, -10.0f, 0.7f, 1.0f}});
-    EXPECT_EQ(StretchOf(BrighterScene), -10.0f);
+    EXPECT_EQ(StretchOf(Darken), -10.0f);
     ExpectSteps({490.0, 497.0, 497.0});
     EXPECT_NEAR(m_output.predictiveGain, 1.229874, 1e-4) << "7 steps";
-    EXPECT_NEAR(m_output.compensationADRC, 1.0, 1e-3);
-
     SetStretches({{1.0f, 8.0f, 0.7f, 1.0f}});
-    EXPECT_EQ(StretchOf(DarkerScene), 8.0f);
-    ExpectSteps({508.0, 508.0, 508.0}, "a brightening one has none");
+    EXPECT_EQ(StretchOf(Brighten), 8.0f);
+    ExpectSteps(Same(508.0), "a brightening one has none");
     EXPECT_EQ(m_output.predictiveGain, 1.0f);
 }
 
 TEST_F(Stretch, IsFilteredOverTimeAndPutOnTheGrid)
 {
-    const struct
+    const auto expect = [this](FLOAT stretch, FLOAT tempWeight, FLOAT previous, FLOAT expected)
     {
-        FLOAT stretch;
-        FLOAT tempWeight;
-        FLOAT previous;
-        FLOAT expected;
-    } cases[] = {
-        {-8.0f, 0.25f, -4.0f, -5.0f},
-        {-8.0f, 0.25f, -4.4f, -5.5f},  // -5.3
-        {8.0f, 0.5f, -7.0f, 0.0f},     // 0.5 is too little
-        {-1.0f, 1.0f, 0.0f, -1.0f},
-        {-0.9f, 1.0f, 0.0f, 0.0f},
+        SetStretches({{1.0f, stretch, 0.0f, tempWeight}});
+        EXPECT_EQ(StretchOf(Brighten, previous), expected) << stretch << " after " << previous;
     };
-    for (const auto& rCase : cases)
-    {
-        SetStretches({{1.0f, rCase.stretch, 0.0f, rCase.tempWeight}});
-        EXPECT_EQ(StretchOf(DarkerScene, rCase.previous), rCase.expected) << rCase.stretch << " " << rCase.previous;
-        EXPECT_EQ(m_output.predictiveGain, 1.0f);
-    }
-}
-
-TEST_F(Stretch, FineUnitStepIsTheGrid)
-{
+    expect(-8.0f, 0.25f, -4.0f, -5.0f);
+    expect(-8.0f, 0.25f, -4.4f, -5.5f);  // -5.3
+    expect(8.0f, 0.5f, -7.0f, 0.0f);     // 0.5 is too little
+    expect(-1.0f, 1.0f, 0.0f, -1.0f);
     m_module.unitStepSize = 0.25f;
-    SetStretches({{1.0f, -5.3f, 0.0f, 1.0f}});
-    EXPECT_EQ(StretchOf(DarkerScene), -5.25f);
+    Restart();
+    expect(-5.3f, 1.0f, 0.0f, -5.25f);
 }
 
-TEST_F(Stretch, FactorIsTakenInSteps)
-{
-    SetStretches({{1.0f, 0.8f, 0.0f, 1.0f}}, StretchTypeFactor);
-    EXPECT_EQ(StretchOf(BrighterScene), StepsOfFour5ths);
-    SetStretches({{1.0f, 0.0f, 0.0f, 1.0f}}, StretchTypeFactor);
-    EXPECT_EQ(StretchOf(BrighterScene), 0.0f);
-}
-
-TEST_F(Stretch, AverageWeighsAllOffsetsOrThoseInDirection)
+TEST_F(Stretch, AverageWeighsAllOrThoseInDirection)
 {
     SetStretches({{1.0f, -4.0f, 0.2f, 1.0f}, {3.0f, -8.0f, 0.6f, 1.0f}});
-    EXPECT_EQ(StretchOf(BrighterScene), -7.0f);
-    EXPECT_NEAR(m_output.predictiveGain, 1.108997, 1e-4) << "half of 7 steps";
+    EXPECT_EQ(StretchOf(Darken), -7.0f);
+    EXPECT_NEAR(StepOf(m_output.predictiveGain), 3.5, 0.01) << "half of 7 steps";
     SetStretches({{0.0f, -4.0f, 0.2f, 1.0f}});
-    EXPECT_EQ(StretchOf(BrighterScene), 0.0f);
-    SetStretches({});
-    EXPECT_EQ(StretchOf(BrighterScene), 0.0f);
-    EXPECT_EQ(m_output.predictiveGain, 1.0f);
+    EXPECT_EQ(StretchOf(Darken), 0.0f);
+    SetOffsets({0.8f, 0.0f}, StretchTypeFactor);  // a factor of 0 is none
+    EXPECT_EQ(StretchOf(Darken), -4.0f) << "half of 7.549 is on the grid at 4";
 
     m_stretch.value.convSameDirection = TRUE;
-    SetStretches({{1.0f, 0.8f, 0.0f, 1.0f}, {1.0f, 1.25f, 0.0f, 1.0f}}, StretchTypeFactor);
-    EXPECT_EQ(StretchOf(BrighterScene), StepsOfFour5ths);
+    SetOffsets({0.8f, 1.25f}, StretchTypeFactor);
+    EXPECT_EQ(StretchOf(Darken), StepsOfFourFifths);
     EXPECT_TRUE(m_log.HasPart(LevelTrace, "KIROCONVRG Ignore stretch id 1 offset:7.54"));
-    EXPECT_EQ(StretchOf(DarkerScene), -StepsOfFour5ths);
-
-    // An offset has no direction of its own; the slots keep those of the factors: the first is a darkening one.
-    SetStretches({{1.0f, -6.0f, 0.0f, 1.0f}, {1.0f, -3.0f, 0.0f, 1.0f}});
-    EXPECT_EQ(StretchOf(BrighterScene), -6.0f);
-    EXPECT_EQ(StretchOf(DarkerScene), -3.0f);
+    EXPECT_EQ(StretchOf(Brighten), -StepsOfFourFifths);
+    SetOffsets({-6.0f, -3.0f});  // offsets leave the slots with the directions of the factors
+    EXPECT_EQ(StretchOf(Darken), -6.0f);
+    EXPECT_EQ(StretchOf(Brighten), -3.0f);
 }
 
 TEST_F(Stretch, EffectIsChosenInTheDirectionOfTheScene)
 {
-    // No choice yields half of the previous stretch; -8 was the previous one.
-    const struct
+    // After a stretch of -8, no choice yields -4, and a slot that was never written -8.
+    const auto expect = [this](AECConvStretchAggType type, const std::vector<FLOAT>& rOffsets, DOUBLE target, FLOAT expected)
     {
-        AECConvStretchAggType aggregation;
-        std::vector<FLOAT>    offsets;
-        DOUBLE                target;
-        FLOAT                 expected;
-    } cases[] = {
-        {StretchAggLeastEffect, {-3.0f, 6.0f, -9.0f, 4.0f}, BrighterScene, -3.0f},
-        {StretchAggLeastEffect, {-3.0f, 6.0f, -9.0f, 4.0f}, DarkerScene, 4.0f},
-        {StretchAggMostEffect, {-3.0f, 6.0f, -9.0f, 4.0f}, BrighterScene, -9.0f},
-        {StretchAggMostEffect, {-3.0f, 6.0f, -9.0f, 4.0f}, DarkerScene, 6.0f},
-        {StretchAggLeastEffect, {4.0f, 6.0f}, BrighterScene, -4.0f},
-        {StretchAggMostEffect, {4.0f, 6.0f}, BrighterScene, -4.0f},
-        {StretchAggLeastEffect, {-3.0f, -9.0f}, DarkerScene, -4.0f},
-        {StretchAggMostEffect, {-3.0f, -9.0f}, DarkerScene, -4.0f},
-        {StretchAggMostEffect, {0.0f, 5.0f}, BrighterScene, 0.0f},  // an offset of none is chosen
+        m_stretch.value.convStretchAgg = type;
+        SetOffsets(rOffsets);
+        Restart();
+        EXPECT_EQ(StretchOf(target, -8.0f), expected) << "aggregation " << type << ", first offset " << rOffsets[0];
     };
-    for (const auto& rCase : cases)
-    {
-        std::vector<ConvStretchCoreDataType> stretches;
-        for (FLOAT offset : rCase.offsets)
-        {
-            stretches.push_back({1.0f, offset, 0.0f, 1.0f});
-        }
-        SetStretches(stretches);
-        m_stretch.value.convStretchAgg = rCase.aggregation;
-        EXPECT_EQ(StretchOf(rCase.target, -8.0f), rCase.expected)
-            << "aggregation " << rCase.aggregation << ", first offset " << rCase.offsets[0];
-    }
-}
-
-TEST_F(Stretch, LeastEffectOfDarkeningStretchesAloneReadsTheFifthSlot)
-{
-    m_stretch.value.convStretchAgg = StretchAggLeastEffect;
-    SetStretches({{1.0f, -3.0f, 0.0f, 1.0f}, {1.0f, -9.0f, 0.0f, 1.0f}});
-    EXPECT_EQ(StretchOf(BrighterScene, -8.0f), -8.0f) << "never written: a weight of 0 keeps the previous stretch";
-    SetStretches({{1.0f, -3.0f, 0.0f, 1.0f},
-                  {1.0f, -9.0f, 0.0f, 1.0f},
-                  {1.0f, -2.0f, 0.0f, 1.0f},
-                  {1.0f, -4.0f, 0.0f, 1.0f},
-                  {1.0f, -5.0f, 0.0f, 1.0f},
-                  {1.0f, -6.0f, 0.0f, 1.0f}});
-    EXPECT_EQ(StretchOf(BrighterScene, -8.0f), -3.0f) << "in ascending order";
+    expect(StretchAggLeastEffect, {-3.0f, 6.0f, -9.0f, 4.0f}, Darken, -3.0f);
+    expect(StretchAggLeastEffect, {-3.0f, 6.0f, -9.0f, 4.0f}, Brighten, 4.0f);
+    expect(StretchAggMostEffect, {-3.0f, 6.0f, -9.0f, 4.0f}, Darken, -9.0f);
+    expect(StretchAggMostEffect, {-3.0f, 6.0f, -9.0f, 4.0f}, Brighten, 6.0f);
+    expect(StretchAggLeastEffect, {4.0f, 6.0f}, Darken, -4.0f);
+    expect(StretchAggMostEffect, {4.0f, 6.0f}, Darken, -4.0f);
+    expect(StretchAggLeastEffect, {-3.0f, -9.0f}, Brighten, -4.0f);
+    expect(StretchAggMostEffect, {-3.0f, -9.0f}, Brighten, -4.0f);
+    expect(StretchAggMostEffect, {0.0f, 5.0f}, Darken, 0.0f);
+    // The least of darkening stretches alone is the fifth slot.
+    expect(StretchAggLeastEffect, {-3.0f, -9.0f}, Darken, -8.0f);
+    expect(StretchAggLeastEffect, {-3.0f, -9.0f, -2.0f, -4.0f, -5.0f, -6.0f}, Darken, -3.0f);
 }
 
 TEST_F(Stretch, WeightIsChosenInDirectionIfAsked)
 {
-    m_stretch.value.convStretchAgg = StretchAggLeastWeight;
     SetStretches({{3.0f, -3.0f, 0.0f, 1.0f}, {1.0f, -5.0f, 0.0f, 1.0f}, {2.0f, -7.0f, 0.0f, 1.0f}});
-    EXPECT_EQ(StretchOf(BrighterScene), -5.0f);
+    m_stretch.value.convStretchAgg = StretchAggLeastWeight;
+    EXPECT_EQ(StretchOf(Darken), -5.0f);
     m_stretch.value.convStretchAgg = StretchAggMostWeight;
-    EXPECT_EQ(StretchOf(BrighterScene), -3.0f);
-    SetStretches({{2.0f, -3.0f, 0.0f, 1.0f}, {2.0f, -5.0f, 0.0f, 1.0f}});
-    EXPECT_EQ(StretchOf(BrighterScene), -5.0f) << "equal weights keep their order";
+    EXPECT_EQ(StretchOf(Darken), -3.0f);
+    SetOffsets({-3.0f, -5.0f});
+    EXPECT_EQ(StretchOf(Darken), -5.0f) << "equal weights keep their order";
 
     m_stretch.value.convSameDirection = TRUE;
     m_stretch.value.convStretchAgg    = StretchAggLeastWeight;
     SetStretches({{1.0f, 1.25f, 0.0f, 1.0f}, {2.0f, 0.8f, 0.0f, 1.0f}}, StretchTypeFactor);
-    EXPECT_EQ(StretchOf(DarkerScene, -8.0f), -StepsOfFour5ths);
-    EXPECT_EQ(StretchOf(BrighterScene, -8.0f), -4.0f) << "none";
-
+    EXPECT_EQ(StretchOf(Brighten, -8.0f), -StepsOfFourFifths);
+    EXPECT_EQ(StretchOf(Darken, -8.0f), -4.0f) << "none";
     // The most weight is tested by the sixth slot, which was never written and counts as brightening.
     m_stretch.value.convStretchAgg = StretchAggMostWeight;
-    EXPECT_EQ(StretchOf(DarkerScene, -8.0f), StepsOfFour5ths);
-    EXPECT_EQ(StretchOf(BrighterScene, -8.0f), -4.0f);
+    EXPECT_EQ(StretchOf(Brighten, -8.0f), StepsOfFourFifths);
+    EXPECT_EQ(StretchOf(Darken, -8.0f), -4.0f);
 }
 
 TEST_F(Stretch, InvalidTuningStretchesNothing)
 {
-    SetStretches({{1.0f, -3.0f, 0.0f, 1.0f}});
+    SetOffsets({-3.0f});
     m_stretch.value.convStretchAgg = StretchAggTypeMax;
-    EXPECT_EQ(StretchOf(BrighterScene, -8.0f), -8.0f) << "a temporal weight of 0 keeps the previous one";
+    EXPECT_EQ(StretchOf(Darken, -8.0f), -8.0f) << "a temporal weight of 0 keeps the previous one";
     EXPECT_TRUE(m_log.Has(LevelError, "KIROCONVRG Invalid Agg type"));
-
     for (const AECConvStretchAggType aggregation : {StretchAggAverage, StretchAggLeastEffect, StretchAggMostWeight})
     {
         m_stretch.value.convStretchAgg = aggregation;
-        SetStretches(std::vector<ConvStretchCoreDataType>(11, {1.0f, -3.0f, 0.0f, 1.0f}));
-        EXPECT_EQ(StretchOf(BrighterScene), 0.0f);
-        SetStretches({});
-        EXPECT_EQ(StretchOf(BrighterScene), 0.0f);
+        SetOffsets(std::vector<FLOAT>(11, -3.0f));
+        EXPECT_EQ(StretchOf(Darken), 0.0f);
+        SetOffsets({});
+        EXPECT_EQ(StretchOf(Darken), 0.0f);
     }
 }
 
 TEST_F(Stretch, MeetsTheDRCBranch)
 {
     // The stretch alone gives Short 490, Safe 497 and a gain of 7 steps; DRC keeps the previous distance of Short.
-    const struct
+    const auto expect = [this](AECConvDRCStretchAggType type, DOUBLE distance, DOUBLE shortStep, DOUBLE gainSteps)
     {
-        kiroconvergence::AECConvDRCStretchAggType aggregation;
-        DOUBLE                                    distance;
-        DOUBLE                                    expectedShort;
-        DOUBLE                                    expectedGain;  // steps
-        const CHAR*                               pMessage;
-    } cases[] = {
-        {AggTypeDRCPrefParallel, 20.0, 477.0, 0.0, "KIROCONVRG DRC > Stretch, Keep DRC and set PG to unity"},
-        {AggTypeDRCPrefParallel, 3.0, 490.0, 4.0, "KIROCONVRG drcRatio < predGain, Keep DRC and set PG: 1.1255"},
-        {AggTypeCascade, 3.0, 487.0, 7.0, "KIROCONVRG Cascade pred and DRC together"},
-        {AggTypeCascade, 20.0, 470.0, 7.0, "KIROCONVRG Cascade pred and DRC together"},
-        {AggTypeDisableDRCInPredictive, 20.0, 490.0, 7.0, "KIROCONVRG Consider only stretch predictive gain"},
+        m_module.drcStretchAgg = type;
+        Restart();
+        SaveHistory(FrameAt({500.0 - distance, 505.0, 500.0}));
+        Run({460.0 - distance, 465.0, 460.0});
+        ExpectSteps({shortStep, 502.0, 497.0}, "aggregation " + std::to_string(type));
+        EXPECT_NEAR(StepOf(m_output.predictiveGain), gainSteps, 0.01) << "aggregation " << type;
     };
     SetStretches({{1.0f, -10.0f, 0.7f, 1.0f}});
-    for (const auto& rCase : cases)
-    {
-        m_module.drcStretchAgg = rCase.aggregation;
-        Restart();
-        m_log.Clear();
-        const Steps previous{500.0 - rCase.distance, 505.0, 500.0};
-        SaveHistory(previous, previous);
-        Run({460.0 - rCase.distance, 465.0, 460.0});
-        ExpectSteps({rCase.expectedShort, 502.0, 497.0}, rCase.pMessage);
-        EXPECT_NEAR(StepOf(m_output.predictiveGain), rCase.expectedGain, 0.01) << rCase.pMessage;
-        EXPECT_TRUE(m_log.HasPart(LevelTrace, rCase.pMessage)) << rCase.pMessage;
-    }
+    expect(AggTypeDRCPrefParallel, 20.0, 477.0, 0.0);
+    expect(AggTypeDRCPrefParallel, 3.0, 490.0, 4.0);
+    expect(AggTypeCascade, 20.0, 470.0, 7.0);
+    expect(AggTypeCascade, 3.0, 487.0, 7.0);
+    expect(AggTypeDisableDRCInPredictive, 20.0, 490.0, 7.0);
 }

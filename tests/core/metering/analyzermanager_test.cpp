@@ -232,7 +232,10 @@ TEST_F(AnalyzerManager, AmendedResultsOfUnknownAnalyzersAreRefused)
     KIROAnalyzerOutput amended{};
     m_pManager->UpdateAnalyzerMgrOutput(1000, &amended);
     EXPECT_TRUE(m_log.Has(LevelError, "analyzer ID 1000 cannot exceed 1000 undefined behavior"));
+    amended.confidence = 0.25f;
     m_pManager->UpdateAnalyzerMgrOutput(1, &amended);
+    EXPECT_EQ(m_pManager->GetOutput().confidences[1], 0.25f);  // the decision needs no position in the tuning
+    EXPECT_EQ(m_context.AnalyzerResult(102).start, 0.0f);
     m_pManager->UpdateAnalyzerMgrOutput(0, nullptr);
     EXPECT_EQ(m_log.CountLevel(LevelError), 3u);
     amended.type       = ExposureNone;

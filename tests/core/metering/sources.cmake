@@ -1,2 +1,3 @@
 include(${CMAKE_CURRENT_LIST_DIR}/sources_analyzer.cmake)
-set(ROOM_TESTS ${ANALYZER_TESTS})
+include(${CMAKE_CURRENT_LIST_DIR}/sources_metering.cmake)
+set(ROOM_TESTS ${ANALYZER_TESTS} ${METERING_TESTS})

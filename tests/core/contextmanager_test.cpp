@@ -1,0 +1,417 @@
+// What a host's settings become: stored values, event bits, and whether the host restarts its frame skipping.
+
+#include "core/ckirocontextmanager.h"
+
+#include <gtest/gtest.h>
+
+#include "interface/ckiroctrlcorecommon.h"
+#include "parameters/tuningsetmanager.h"
+#include "schema/kiroev.h"
+#include "schema/kirohdrsensor.h"
+#include "schema/kiroparamextension.h"
+#include "tests/core/debugdataoff.h"
+#include "tests/support/statslogcapture.h"
+#include "tests/support/testcontext.h"
+
+namespace
+{
+
+constexpr UINT32 LevelError   = 2;
+constexpr UINT32 LevelWarning = 4;
+
+constexpr UINT64 Bit(KIROTunaraEventType event)
+{
+    return 1ULL << event;
+}
+
+class ContextManager : public testing::Test
+{
+protected:
+    ContextManager()
+    {
+        SetTuning(TestTuning());
+    }
+
+    VOID SetTuning(const TestTuning& rTuning)
+    {
+        m_stores.push_back(rTuning.Load());
+        StatsTuningData data = {m_stores.back().get(), &m_defaultMode, 1};
+        EXPECT_EQ(m_context.SetTunara(data), 0);
+    }
+
+    KiroResult SetBytes(AECAlgoSetParamType type, const VOID* pValue, UINT32 size)
+    {
+        AECAlgoSetParam param = {const_cast<VOID*>(pValue), size, type};
+        KIROSetInput    input{};
+        input.source      = AECPEKSetParam;
+        input.u.pPEKInput = &param;
+        return m_context.SetInput(&input);
+    }
+
+    template <typename T> KiroResult Set(AECAlgoSetParamType type, const T& rValue)
+    {
+        return SetBytes(type, &rValue, sizeof(rValue));
+    }
+
+    /// @return whether the host is asked to restart its frame skipping
+    template <typename T> BOOL SetResets(AECAlgoSetParamType type, const T& rValue)
+    {
+        EXPECT_EQ(Set(type, rValue), 0);
+        return m_context.m_bResetFrameSkip;
+    }
+
+    VOID SetSnapshot(KIROCoreSnapshotType type)
+    {
+        KIROSetInput input{};
+        input.source         = KIROCoreSnapshot;
+        input.u.snapshotMode = type;
+        EXPECT_EQ(m_context.SetInput(&input), 0);
+    }
+
+    const SetInputData& Input()
+    {
+        return *m_context.GetInput();
+    }
+
+    UINT64 Status()
+    {
+        return m_context.GetContextStatus();
+    }
+
+    StatsLogCapture                                m_log;
+    DebugDataOff                                   m_debugData;
+    TuningMode                                     m_defaultMode{ModeType::Default, {0}};
+    std::vector<std::unique_ptr<TuningSetManager>> m_stores;
+    CKIROContextManager                            m_context{m_debugData};
+};
+
+TEST_F(ContextManager, PayloadsThatAreTooSmallChangeNothing)
+{
+    const std::pair<AECAlgoSetParamType, UINT32> sizes[] = {{AECAlgoSetParamOperationMode, 4},
+                                                            {AECAlgoSetParamTunaraData, sizeof(StatsTuningData)},
+                                                            {AECAlgoSetParamGyroInfo, sizeof(StatsGyroInfo)},
+                                                            {AECAlgoSetParamSetDiagTestConfig, 28},
+                                                            {AECAlgoSetParamPipelineDelay, 1},
+                                                            {AECAlgoSetParamPeerInfo, sizeof(StatsPeerInfoCombo)}};
+    const std::vector<UINT64> ones(sizeof(StatsGyroInfo) / sizeof(UINT64) + 1, 0x0101010101010101ULL);
+    for (const auto& [type, size] : sizes)
+    {
+        m_log.Clear();
+        EXPECT_EQ(SetBytes(type, ones.data(), size - 1), 1) << type;
+        EXPECT_TRUE(m_log.Has(LevelError, "set param type " + std::to_string(type) + " input size " +
+                                              std::to_string(size - 1) + " expected at least " + std::to_string(size)));
+    }
+    EXPECT_EQ(Input().opMode, AECAlgoOperationModeInit);
+    EXPECT_EQ(Input().systemLatency, 4);
+    EXPECT_EQ(Input().gyro.sampleCount, 0u);
+    // The events move all the same, from what is stored.
+    EXPECT_EQ(Status(), Bit(AECOpInit));
+
+    const BOOL disable = TRUE;
+    EXPECT_EQ(SetBytes(AECAlgoSetParamDisableADRC, &disable, 0), 0) << "needs no size";
+    EXPECT_EQ(Input().bDisableADRC, TRUE);
+    EXPECT_EQ(Set(static_cast<AECAlgoSetParamType>(60), disable), 0) << "unknown";
+    EXPECT_EQ(SetBytes(AECAlgoSetParamGyroInfo, nullptr, 100000), 0);
+    EXPECT_EQ(m_context.SetInput(nullptr), 1);
+}
+
+TEST_F(ContextManager, OnlyChangesAskForANewStartOfFrameSkipping)
+{
+    const BOOL yes = TRUE;
+    Set(AECAlgoSetParamOperationMode, AECAlgoOperationModeStreaming);
+    EXPECT_EQ(m_context.m_bResetFrameSkip, FALSE);
+    UnstabilizedROIInformation faces{};
+    faces.roiCount                     = 2;
+    const AECAlgoManualSetting manual  = {AECAlgoModeManualISO, 200, 0, 0.0f, 0.0f};
+    AECAlgoROI                 touch   = {};
+    const AECAlgoROIList       touches = {&touch, 1};
+    for (BOOL changed : {TRUE, FALSE})
+    {
+        EXPECT_EQ(SetResets(AECAlgoSetParamMeteringMode, AECAlgoMeteringModeSpot), changed);
+        EXPECT_EQ(SetResets(AECAlgoSetParamExposureCompensation, 3), changed);
+        EXPECT_EQ(SetResets(AECAlgoSetParamFlickerCompensation, StatisticsAntibanding50Hz), changed);
+        EXPECT_EQ(SetResets(AECAlgoSetParamManualSetting, manual), changed);
+        EXPECT_EQ(SetResets(AECAlgoSetParamAECLock, AECAlgoLockOn), changed);
+        EXPECT_EQ(SetResets(AECAlgoSetParamFPSRange, AECAlgoFPSRange{30.0f, 15.0f}), changed);
+        EXPECT_EQ(SetResets(AECAlgoSetParamTouchROI, touches), changed);
+        EXPECT_EQ(SetResets(AECAlgoSetParamCameraInfo, StatsCameraInfo{StatsAlgoRoleSlave, 2}), changed);
+        EXPECT_EQ(SetResets(AECAlgoSetParamMultiExpSensorMode, SensorHDR), changed);
+        EXPECT_EQ(SetResets(AECAlgoSetParamUnstabilizedFaceROI, faces), changed);
+        EXPECT_EQ(SetResets(AECAlgoSetParamTrackerROI, faces), changed);
+        EXPECT_EQ(SetResets(AECAlgoSetParamControlPostRawSensitivityBoost, 200), changed);
+        EXPECT_EQ(SetResets(AECAlgoSetParamDisableADRC, yes), changed);
+        EXPECT_EQ(SetResets(AECAlgoSetParamLEDMode, AECAlgoLEDModeOn), FALSE);
+        EXPECT_EQ(SetResets(AECAlgoSetParamCropWindow, StatsRectangle{1, 2, 3, 4}), FALSE);
+    }
+    EXPECT_EQ(Input().b3HDRMode, TRUE);
+    EXPECT_EQ(Input().touchROI.ROIs, &touch) << "the host's list";
+}
+
+TEST_F(ContextManager, SomeFieldsAloneAreNoChange)
+{
+    Set(AECAlgoSetParamManualSetting, AECAlgoManualSetting{AECAlgoModeAuto, 0, 0, 0.0f, 2.8f});
+    EXPECT_EQ(Input().manualSetting.FNumber, 0.0f);
+    AECAlgoWhiteBalanceState balance   = Input().AWBState;
+    balance.faceSAAdjustedROI.bIsValid = TRUE;
+    Set(AECAlgoSetParamAWBState, balance);
+    EXPECT_EQ(Input().AWBState.faceSAAdjustedROI.bIsValid, FALSE);
+    balance.CCT = 3000;
+    Set(AECAlgoSetParamAWBState, balance);
+    EXPECT_EQ(Input().AWBState.faceSAAdjustedROI.bIsValid, TRUE);
+    AECAlgoOverrideSettingParam settings{};
+    settings.overrideLuma = 50.0f;
+    Set(AECAlgoSetParamOverrideSetting, settings);
+    EXPECT_EQ(Input().overrideSetting.overrideLuma, 0.0f);
+    Set(AECAlgoSetParamFlickerCompensation, StatisticsAntibandingAuto);
+    EXPECT_EQ(Input().flickerComp, StatisticsAntibanding60Hz) << "the last definite value";
+}
+
+TEST_F(ContextManager, OperationModesReplaceOneAnother)
+{
+    const std::pair<AECAlgoOperationModeType, KIROTunaraEventType> modes[] = {
+        {AECAlgoOperationModeStreaming, AECOpStreaming},
+        {AECAlgoOperationModePreflash, AECOpPreflash},
+        {AECAlgoOperationModeFastAEC, AECOpFastAEC},
+        {AECAlgoOperationModeAggressiveAEC, AECOpAggressiveAEC},
+        {AECAlgoOperationModeFlashMeasurement, AECOpFlashTuning},
+        {AECAlgoOperationModeInit, AECOpInit}};
+    for (const auto& [mode, event] : modes)
+    {
+        EXPECT_EQ(Set(AECAlgoSetParamOperationMode, mode), 0);
+        EXPECT_EQ(Status(), Bit(event));
+    }
+    EXPECT_TRUE(m_log.Has(LevelWarning, "flash measurement op mode set but kind is 0"));
+    EXPECT_EQ(Set(AECAlgoSetParamOperationMode, 9), 0) << "the failure is dropped";
+    EXPECT_TRUE(m_log.Has(LevelError, "Error: Invalid Mode 9 \n"));
+    EXPECT_EQ(Input().opMode, AECAlgoOperationModeInit);
+
+    Set(AECAlgoSetParamFlashMeasurement, AECAlgoFlashMeasKindCalib);
+    EXPECT_EQ(Status(), Bit(AECOpInit) | Bit(AECOpFlashCalibration));
+    Set(AECAlgoSetParamOperationMode, AECAlgoOperationModeFlashMeasurement);
+    EXPECT_EQ(Status(), Bit(AECOpFlashCalibration));
+    Set(AECAlgoSetParamFlashMeasurement, AECAlgoFlashMeasKindOff);
+    EXPECT_EQ(Status(), 0u);
+}
+
+TEST_F(ContextManager, EventsOfSettingsIncludeTheirOddities)
+{
+    // A lock is refused outside streaming; the event follows the stored value, an unlock clears another bit.
+    m_context.SetContextEvent(AECLock, TRUE);
+    Set(AECAlgoSetParamAECLock, AECAlgoLockOn);
+    EXPECT_EQ(Input().lockType, AECAlgoLockOFF);
+    EXPECT_TRUE(m_log.Has(LevelWarning, "Warning: Cannot Lock AEC during OpMode 0"));
+    EXPECT_EQ(Status(), 0u);
+    Set(AECAlgoSetParamOperationMode, AECAlgoOperationModeStreaming);
+    const UINT64 streaming = Bit(AECOpStreaming);
+    Set(AECAlgoSetParamAECLock, AECAlgoLockOn);
+    EXPECT_EQ(Status(), streaming | Bit(AECManualISO));
+    Set(AECAlgoSetParamAECLock, AECAlgoLockOFF);
+    EXPECT_EQ(Status(), streaming | Bit(AECManualISO));
+
+    const std::pair<AECAlgoModeType, UINT64> manuals[] = {{AECAlgoModeManualFull, Bit(AECManualFull)},
+                                                          {AECAlgoModeManualGain, Bit(AECManualISO)},
+                                                          {AECAlgoModeManualExpTime, Bit(AECManualTime)},
+                                                          {AECAlgoModeManualAperture, 0}};
+    for (const auto& [mode, events] : manuals)
+    {
+        Set(AECAlgoSetParamManualSetting, AECAlgoManualSetting{mode, 0, 0, 0.0f, 0.0f});
+        EXPECT_EQ(Status(), streaming | events) << mode;
+    }
+
+    Set(AECAlgoSetParamMultiExpSensorMode, StaggeredHDR);
+    EXPECT_EQ(Status(), streaming | Bit(AECHDRTypeSHDR2));
+    Set(AECAlgoSetParamMultiExpSensorMode, MultiframeHDR);
+    EXPECT_EQ(Status(), streaming | Bit(AECHDRTypeMFHDR));
+    m_context.SetContextEvent(AECHDRTypeSHDR3, TRUE);
+    Set(AECAlgoSetParamMultiExpSensorMode, HDRDisabled);
+    EXPECT_EQ(Status(), streaming | Bit(AECHDRTypeDisabled) | Bit(AECHDRTypeMFHDR)) << "stays once set";
+    m_context.SetContextEvent(AECHDRTypeMFHDR, 2);
+    Set(AECAlgoSetParamMultiExpSensorMode, 7);
+    EXPECT_TRUE(m_log.Has(LevelWarning, "core context not handling sensor mode 7"));
+    EXPECT_EQ(Status(), streaming);
+
+    Set(AECAlgoSetParamTouchROI, AECAlgoROIList{nullptr, 2});
+    Set(AECAlgoSetParamExposureCompensation, -1);
+    Set(AECAlgoSetParamSaliencyMapData, AECAlgoSaliencyInfo{1, 8, 8});
+    EXPECT_EQ(Status(), streaming | Bit(AECTouch) | Bit(AECEV) | Bit(AECSaliency));
+    Set(AECAlgoSetParamTouchROI, AECAlgoROIList{nullptr, 0});
+    Set(AECAlgoSetParamExposureCompensation, 0);
+    Set(AECAlgoSetParamSaliencyMapData, AECAlgoSaliencyInfo{1, 8, 0});
+    EXPECT_EQ(Status(), streaming);
+}
+
+TEST_F(ContextManager, SnapshotsRaiseOneEventAndMarkTheFrame)
+{
+    AECFrameHistory frame{};
+    frame.isStartConfig = TRUE;
+    ASSERT_EQ(m_context.m_pHistory->SaveFrameToHistory(&frame), 0);
+    ASSERT_EQ(m_context.m_pHistory->SaveCurrentFrameID(5), 0);
+    SetSnapshot(KIROCoreSnapshotType::Normal);
+    EXPECT_EQ(Status(), Bit(AECCoreSnapshotNormal));
+    SetSnapshot(KIROCoreSnapshotType::AdvancedSnapshot);
+    EXPECT_EQ(Status(), Bit(AECCoreSnapshotAdvanced));
+    frame         = {};
+    frame.frameID = 5;
+    ASSERT_EQ(m_context.m_pHistory->SaveFrameToHistory(&frame), 0);
+    EXPECT_EQ(frame.bIsSnapshot, TRUE);
+
+    SetSnapshot(KIROCoreSnapshotType::SnapshotMax);
+    EXPECT_EQ(Status(), 0u);
+    EXPECT_TRUE(m_log.Has(LevelError, "snapshotMode 65535 unknown to context"));
+    SetSnapshot(KIROCoreSnapshotType::Flash);
+    SetSnapshot(KIROCoreSnapshotType::None);
+    EXPECT_EQ(Status(), 0u);
+}
+
+TEST_F(ContextManager, EVValuesAreClampedForTheFactorOnly)
+{
+    kiroev::KIROEVType tuning{};
+    tuning.EVCoreData.stepsPerEV   = 6;
+    tuning.EVCoreData.minEVValue   = -2;
+    tuning.EVCoreData.maxEVValue   = 2;
+    tuning.EVCoreData.bracketingEV = {0.5f, 2.0f};
+    for (UINT32 step = 0; step < 49; ++step)
+    {
+        tuning.EVCoreData.EVCompTable.EVCompTableElements[step] = static_cast<FLOAT>(step);
+    }
+    SetTuning(TestTuning().Add(tuning));
+    EXPECT_EQ(Input().evContext.evFactor, 1.0f);
+    for (const auto& [value, factor] : {std::pair<INT32, FLOAT>{20, 24.0f}, {-40, 0.0f}, {5, 17.0f}, {0, 12.0f}})
+    {
+        EXPECT_EQ(Set(AECAlgoSetParamExposureCompensation, value), 0);
+        EXPECT_EQ(Input().evContext.evUIVal, value);
+        EXPECT_EQ(Input().evContext.evFactor, factor);
+    }
+    EXPECT_TRUE(m_log.Has(LevelError, "EV (20) exceed max range (-12, 12)! Limit it to range. Steps:6"));
+    EXPECT_EQ(m_log.CountLevel(LevelError), 2u);
+
+    // Stops take the adjustment in full at 2, half of it at 1, nothing of it at 0.
+    const std::pair<INT32, FLOAT> factors[] = {{0, 1.0f},      {12, 2.0f},      {60, 2.0f},
+                                               {6, 1.681793f}, {-6, 0.353553f}, {-12, 0.0625f}};
+    for (const auto& [value, factor] : factors)
+    {
+        const FLOAT result =
+            CKIROCtrlCoreCommon::UtilGetEVMultiplier(m_context.GetTuningData(), value, KIROEVBracketing);
+        EXPECT_NEAR(result, factor, 1e-5f) << value;
+    }
+}
+
+TEST_F(ContextManager, PostRawCounterIsLoadedByChangesAndCountsDown)
+{
+    Set(AECAlgoSetParamPipelineDelay, static_cast<UINT8>(2));
+    Set(AECAlgoSetParamControlPostRawSensitivityBoost, 200);
+    for (INT32 counter : {2, 1, 0, 0})
+    {
+        EXPECT_EQ(Input().postRawCounter, counter);
+        Set(AECAlgoSetParamControlPostRawSensitivityBoost, 200);
+        m_context.UpdateFrameCounters();
+    }
+}
+
+TEST_F(ContextManager, SensorTimesComeFromTheLine)
+{
+    // 2^12 clocks at 2^28 Hz: 2^-16 s a line, 15258.789 ns.
+    const StatsSensorInfo info = {4096, 268435456.0, 2048, 1.5f, 16.0f, 1.8f, 4000, 2000, 77};
+    EXPECT_EQ(Set(AECAlgoSetParamSensorInfo, info), 0);
+    const AECAlgoSensorInfo& rSensor = Input().sensorInfo;
+    EXPECT_EQ(rSensor.minimumStreamExpTime, 15258u);
+    EXPECT_EQ(rSensor.minimumStillExpTime, 15258u);
+    EXPECT_EQ(rSensor.maximumStreamExpTime, 31250000u);
+    EXPECT_EQ(rSensor.maximumStillExpTime, 31250000u);
+    EXPECT_EQ(rSensor.minimumStillGain, 1.5f);
+    EXPECT_EQ(rSensor.maximumStreamGain, 16.0f);
+    EXPECT_EQ(rSensor.statsWindowAspectRatio, 2.0f);
+    EXPECT_EQ(rSensor.rollingShutterSkew, 77u);
+}
+
+TEST_F(ContextManager, RecordsBeyondTheirLimitsAreRefused)
+{
+    std::vector<FLOAT>          ratios(97, 0.5f);
+    AECAlgoFlashCalibrationData data = {96, ratios.data(), ratios.data()};
+    EXPECT_EQ(Set(AECAlgoSetParamFlashCalibrationData, data), 0);
+    ratios.assign(97, 0.25f);
+    data.count = 97;
+    EXPECT_EQ(Set(AECAlgoSetParamFlashCalibrationData, data), 1);
+    EXPECT_EQ(Input().flashCalibData.count, 96u);
+    EXPECT_EQ(Input().flashCalibData.pBGRatios[95], 0.5f) << "copied";
+    data.count = 1;
+    EXPECT_EQ(Set(AECAlgoSetParamFlashCalibrationData, data), 0);
+    EXPECT_EQ(Input().flashCalibData.pRGRatios[0], 0.25f);
+    EXPECT_EQ(Input().flashCalibData.pRGRatios[1], 0.0f);
+
+    auto pGyro         = std::make_unique<StatsGyroInfo>();
+    pGyro->sampleCount = StatsGyroSampleCountMax + 1;
+    EXPECT_EQ(Set(AECAlgoSetParamGyroInfo, *pGyro), 1);
+    EXPECT_EQ(Input().gyro.sampleCount, 0u);
+    UnstabilizedROIInformation regions{};
+    regions.roiCount = UnstabilizedROICountMax + 1;
+    EXPECT_EQ(Set(AECAlgoSetParamUnstabilizedFaceROI, regions), 1);
+    EXPECT_EQ(Set(AECAlgoSetParamTrackerROI, regions), 1);
+    EXPECT_EQ(Input().faceROI.roiCount + Input().trackerROI.roiCount, 0u);
+}
+
+TEST_F(ContextManager, HybridHDRFollowsTheTuning)
+{
+    kirohdrsensor::KIROHDRSensorType tuning{};
+    tuning.hybridHDR.enableHybridHDR = TRUE;
+    SetTuning(TestTuning().Add(tuning));
+    EXPECT_EQ(m_context.GetContextEvent(AECHybridHDR), TRUE);
+    EXPECT_EQ(m_context.m_bIsHybridHDR, TRUE);
+    SetTuning(TestTuning());
+    EXPECT_EQ(m_context.GetContextEvent(AECHybridHDR), FALSE);
+}
+
+TEST_F(ContextManager, MasterServesTheMappedSlaveAndSlavesFollowTheMaster)
+{
+    INT32              infos[4] = {};
+    StatsPeerInfoCombo peers    = {TRUE,
+                                   {FALSE, TRUE, TRUE, TRUE},
+                                   {4, 1, 2, 3},
+                                   {StatsAlgoRoleMaster, StatsAlgoRoleSlave, StatsAlgoRoleSlave, StatsAlgoRoleMaster},
+                                   {&infos[0], &infos[1], &infos[2], &infos[3]}};
+    VOID*              pInfo    = nullptr;
+    const auto         map      = [&](StatsAlgoRole role, UINT32 cameraId)
+    {
+        pInfo = nullptr;
+        return CKIROCtrlCoreCommon::MapMultiCamPeerInfo(&peers, {role, cameraId}, *m_context.GetTuningData(), pInfo);
+    };
+    EXPECT_EQ(map(StatsAlgoRoleMaster, 1), TRUE);
+    EXPECT_EQ(pInfo, &infos[2]) << "the first active one that is not this camera";
+    EXPECT_EQ(map(StatsAlgoRoleSlave, 1), TRUE);
+    EXPECT_EQ(pInfo, &infos[3]) << "an inactive master is none";
+    EXPECT_EQ(map(StatsAlgoRoleDefault, 1), FALSE);
+
+    FLOAT                                       order[] = {1.0f, 4.0f, 3.0f};
+    kiroparamextension::statsExtensionParamType entry   = {
+          const_cast<CHAR*>("AECMulticamPriorityMap"), 0, TRUE, 3, 0, order, 0, 0, nullptr};
+    kiroparamextension::KIROParamExtensionType tuning{};
+    tuning.extensionParam      = &entry;
+    tuning.extensionParamCount = 1;
+    SetTuning(TestTuning().Add(tuning));
+    EXPECT_EQ(map(StatsAlgoRoleMaster, 1), TRUE);
+    EXPECT_EQ(pInfo, &infos[3]) << "neither this camera nor an inactive one";
+    peers.isActive[3] = FALSE;
+    EXPECT_EQ(map(StatsAlgoRoleMaster, 1), FALSE);
+    EXPECT_TRUE(m_log.Has(LevelWarning, "CID:1, Slave Info is not found"));
+    EXPECT_EQ(map(StatsAlgoRoleSlave, 2), FALSE);
+    EXPECT_TRUE(m_log.Has(LevelWarning, "CID:2, Master Info is not found"));
+    for (const auto& [id, enable] : {std::pair<INT32, BOOL>{0, FALSE}, {1, TRUE}})
+    {
+        entry.ID         = id;
+        entry.enableFlag = enable;
+        SetTuning(TestTuning().Add(tuning));
+        EXPECT_EQ(map(StatsAlgoRoleMaster, 1), TRUE);
+        EXPECT_EQ(pInfo, &infos[2]) << "a map that is off, or of another ID";
+    }
+
+    // A peer that is not found leaves the one before.
+    Set(AECAlgoSetParamCameraInfo, StatsCameraInfo{StatsAlgoRoleMaster, 1});
+    EXPECT_EQ(Set(AECAlgoSetParamPeerInfo, peers), 0);
+    EXPECT_EQ(Input().pPeerInfo, &infos[2]);
+    peers.needSync = FALSE;
+    EXPECT_EQ(Set(AECAlgoSetParamPeerInfo, peers), 0);
+    EXPECT_EQ(Input().pPeerInfo, &infos[2]);
+    EXPECT_EQ(map(StatsAlgoRoleMaster, 1), FALSE);
+}
+
+}  // namespace

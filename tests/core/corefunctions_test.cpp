@@ -1,0 +1,158 @@
+// The outward face: creation, answers without an instance, trigger data objects.
+
+#include <gtest/gtest.h>
+
+#include <cstdarg>
+
+#include "core/base/ckirotrigger.h"
+#include "core/ckirocorefactory.h"
+#include "parameters/tuningsetmanager.h"
+#include "tests/core/debugdataoff.h"
+#include "tests/support/statslogcapture.h"
+#include "tests/support/testcontext.h"
+
+namespace
+{
+
+std::string s_firstLine;
+
+VOID LogFirstLine(const CHAR*, INT32, const CHAR* pFunctionName, UINT32 group, UINT32 level, const CHAR* pFormat, ...)
+{
+    if (s_firstLine.empty())
+    {
+        s_firstLine =
+            std::string(pFunctionName) + " " + std::to_string(group) + " " + std::to_string(level) + " " + pFormat;
+    }
+}
+
+class Creation : public testing::Test
+{
+protected:
+    /// @return what the creation with these parameters logged first through the logger of the parameters
+    std::string Create(std::vector<AECAlgoCreateParam> params)
+    {
+        s_firstLine.clear();
+        TuningMode                   mode   = {ModeType::Default, {0}};
+        const auto                   pStore = TestTuning().Load();
+        StatsTuningData              tuning = {pStore.get(), &mode, 1};
+        const AECAlgoCreateParamList list   = {params.data(), static_cast<UINT32>(params.size())};
+        IKIROCoreAlgo*               pAlgo  = nullptr;
+        EXPECT_EQ(CreateKiroCoreAlgo(tuning, m_debugData, list, pAlgo), 0);
+        IKIROCore* pCore = pAlgo->pCore;
+        EXPECT_EQ(pAlgo->GetFlashMaxCurrent(pAlgo), 1000);
+        pAlgo->DestroyInstance(pAlgo);
+        EXPECT_EQ(pAlgo->pCore, pCore) << "the table stays as it was";
+        TavoFree(pAlgo, 16, nullptr, 0);
+        return s_firstLine;
+    }
+
+    StatsLogCapture m_log;
+    DebugDataOff    m_debugData;
+    VOID*           m_pLogger = reinterpret_cast<VOID*>(&LogFirstLine);
+};
+
+TEST_F(Creation, TakesThePointerOfTheFirstEntryWhicheverQualifies)
+{
+    const std::string welcome = "KIROUpdateCreateParamList 2 32 Lib kirocore sucessed creating glogger";
+    const auto        logger  = AECAlgoCreateParamsLoggerFunctionPtr;
+    VOID*             pOther  = &m_debugData;
+    EXPECT_EQ(Create({{m_pLogger, 8, logger}}), welcome);
+    EXPECT_EQ(Create({{m_pLogger, 7, AECAlgoCreateParamTypeCameraInfo}, {pOther, 8, logger}}), welcome);
+
+    StatsLogCapture present;
+    EXPECT_EQ(Create({{m_pLogger, 7, logger}}), "");
+    EXPECT_EQ(Create({{nullptr, 8, logger}, {m_pLogger, 8, AECAlgoCreateParamTypeCameraInfo}}), "");
+    EXPECT_EQ(Create({}), "");
+}
+
+TEST(CoreFunctions, AnswerWithoutATableOrAnInstance)
+{
+    IKIROCoreAlgo table{};
+    SetCoreFunctions(table);
+    KIROMeteringInput       meteringIn{};
+    KIROMeteringOutput      meteringOut{};
+    KIROAnalyzerOutput      analyzer{};
+    KIROConvergenceInput    convIn{};
+    KIROConvergenceOutput   convOut{};
+    KIROExtensionInput      extensionIn{};
+    KIROExtensionOutput     extensionOut{};
+    KIROFrameInfo           info{};
+    KIROPostProcessingInput post{};
+    KIROSCDOutput           detector{};
+    auto                    pStats = std::make_unique<KIROStatsList>();
+    for (IKIROCoreAlgo* pAlgo : {static_cast<IKIROCoreAlgo*>(nullptr), &table})
+    {
+        EXPECT_EQ(table.runStartOfFrame(pAlgo, 1), 4);
+        EXPECT_EQ(table.runMeteringPreprocess(pAlgo, meteringIn, meteringOut), 4);
+        EXPECT_EQ(table.runAnalyzer(pAlgo, 0, analyzer), 4);
+        EXPECT_EQ(table.updateAnalyzerMgrOut(pAlgo, 0, &analyzer), 4);
+        EXPECT_EQ(table.runMeteringPostprocess(pAlgo, meteringIn, meteringOut), 4);
+        EXPECT_EQ(table.mixMetering(pAlgo, meteringOut), 4);
+        EXPECT_EQ(table.runExtension(pAlgo, extensionIn, extensionOut), 4);
+        EXPECT_EQ(table.runEndOfFrame(pAlgo, info, post, meteringOut, convOut, nullptr), 4);
+        EXPECT_EQ(table.followMasterConvExposure(pAlgo, convOut), 4);
+        EXPECT_EQ(table.getBankData(pAlgo, nullptr), 4);
+        EXPECT_EQ(table.setInput(pAlgo, nullptr), 4);
+        EXPECT_EQ(table.setStats(pAlgo, *pStats), 4);
+        EXPECT_EQ(table.setBankData(pAlgo, nullptr), 4);
+        EXPECT_EQ(table.GetFlashMaxCurrent(pAlgo), -1);
+        EXPECT_EQ(table.GetFlashCalibInfo(pAlgo).count, 0u);
+        EXPECT_EQ(table.GetFlashCalibInfo(pAlgo).pRGRatios, nullptr);
+        EXPECT_EQ(table.getFlashCurrent(pAlgo, nullptr, nullptr), 4);
+        EXPECT_EQ(table.isPreflashMeteringNeeded(pAlgo, nullptr, 0, nullptr, 0), FALSE);
+        EXPECT_EQ(table.GetStartUpExposure(pAlgo, nullptr), 4);
+        EXPECT_EQ(table.queryMetaData(pAlgo, nullptr), 4);
+        EXPECT_EQ(table.runArbitration(pAlgo, nullptr, nullptr), 4);
+        EXPECT_EQ(table.RunConvProcess(pAlgo, convIn, convOut), 4);
+        table.RunConvSettle(pAlgo, convOut);
+        table.RunConvPostProcess(pAlgo, convOut);
+        table.HandleExposureConstraints(pAlgo, convOut);
+        table.DestroyInstance(pAlgo);
+        EXPECT_EQ(table.setDynamicBankData(pAlgo, DynamicDataReset, BankIDConvBase, 0), 4);
+        EXPECT_EQ(table.GetContextStatus(pAlgo), 0u);
+        table.SetContextEvent(pAlgo, AECTouch, TRUE);
+        EXPECT_EQ(table.GetContextEvent(pAlgo, AECTouch), FALSE);
+        table.run1DVectorProcess(pAlgo, {}, 1);
+        table.reset1DVectorProcessors(pAlgo, {});
+        table.SetMeteringLock(pAlgo, TRUE);
+        table.RebaseSCD(pAlgo, 1);
+        EXPECT_EQ(table.GetSCDOutput(pAlgo, 1, detector), FALSE);
+        EXPECT_EQ(table.GetFICData(pAlgo, nullptr), 0u);
+        EXPECT_EQ(LIBCreateTriggerData(nullptr), nullptr);
+    }
+}
+
+TEST(CoreFunctions, TriggerDataObjectsOfUnknownTypesHoldOneFloat)
+{
+    StatsLogCapture log;
+    struct Zone
+    {
+        StartEndType range;
+        FLOAT        values[2];
+    };
+    Zone              zones[] = {{{0.0f, 10.0f}, {1.0f, 5.0f}}, {{20.0f, 30.0f}, {3.0f, 9.0f}}};
+    AECTriggerXMLData pairs   = {zones, {1, 2 * sizeof(FLOAT)}, 2};
+
+    CKIROTriggerDataXML* pPairs = KIROCreateTriggerDataInst(nullptr, KIROMLTwoFloatsDataType);
+    ASSERT_NE(pPairs, nullptr);
+    pPairs->SetData(pPairs, &pairs, KIROMLTwoFloatsDataType);
+    const FLOAT* pValues = static_cast<const FLOAT*>(pPairs->GetData(pPairs, 15.0f, 0.0f, 0.0f));
+    EXPECT_EQ(pValues[0], 2.0f);
+    EXPECT_EQ(pValues[1], 7.0f);
+    pPairs->DestoryInstance(pPairs);
+
+    for (INT32 type : {0, 9, -1})
+    {
+        CKIROTriggerDataXML* pBase = KIROCreateTriggerDataInst(nullptr, static_cast<KIROMLDataType>(type));
+        ASSERT_NE(pBase, nullptr);
+        pBase->SetData(pBase, &pairs, static_cast<KIROMLDataType>(99));
+        EXPECT_TRUE(log.Has(2, "expected 0 received 99"));
+        pBase->SetData(pBase, &pairs, KIROMLBaseDataType);
+        EXPECT_EQ(*static_cast<const FLOAT*>(pBase->GetData(pBase, 15.0f, 0.0f, 0.0f)), 2.0f) << type;
+        pBase->DestoryInstance(pBase);
+    }
+    EXPECT_EQ(KIROTriggerGetData(nullptr, 0.0f, 0.0f, 0.0f), nullptr);
+    KIROTriggerDestory(nullptr);
+}
+
+}  // namespace

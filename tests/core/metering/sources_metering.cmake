@@ -1,0 +1,1 @@
+set(METERING_TESTS calculator_test.cpp metering_test.cpp)

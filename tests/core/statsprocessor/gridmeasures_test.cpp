@@ -1,0 +1,277 @@
+// Measures over grid channels, by numbers worked out by hand.
+
+#include <cmath>
+#include <limits>
+
+#include "core/statsprocessor/lumaweight.h"
+#include "tests/support/statsfixture.h"
+
+using namespace statsfixture;
+using kiroglobalelements::TriggerSystemEndLevelStartEndType;
+
+namespace
+{
+
+constexpr FLOAT Clamp8Bit = 249.9f;  // 0.98 of 255
+
+class GridMeasures : public StatsTest
+{
+protected:
+    FLOAT WeightedLuma(INT32 roiID, BOOL bInterpolate = FALSE, INT32 tableID = TableID)
+    {
+        FLOAT luma = 0.0f;
+        m_result =
+            m_pStats->GetGridWeightedLuma("luma", roiID, NoSubsampling, tableID, luma, DoNotHandle, bInterpolate);
+        return luma;
+    }
+
+    KiroResult m_result = 0;
+};
+
+TEST_F(GridMeasures, WeightedMeanSkipsRegionsWithoutWeightAndClampsBrightOnes)
+{
+    std::vector<FLOAT> values = {10.0f, 20.0f, 30.0f, 40.0f};
+    ASSERT_EQ(Set(Grid("luma", 2, 2, values)), 0);
+    // A 2 x 2 grid reads columns and rows 0 and 8 of the table.
+    m_table.weights[0]          = 1.0f;
+    m_table.weights[8]          = 2.0f;
+    m_table.weights[8 * 16]     = 3.0f;
+    m_table.weights[8 * 16 + 8] = 4.0f;
+    EXPECT_FLOAT_EQ(WeightedLuma(0), 30.0f);  // (10 + 40 + 90 + 160) / 10
+    EXPECT_EQ(m_result, 0);
+
+    values[3] = 1000.0f;
+    EXPECT_FLOAT_EQ(WeightedLuma(0), (10.0f + 40.0f + 90.0f + 4.0f * Clamp8Bit) / 10.0f);
+
+    // A negative table ID keeps the weights of the measure before.
+    values[3] = 40.0f;
+    EXPECT_FLOAT_EQ(WeightedLuma(0, FALSE, -1), 30.0f);
+
+    m_table.weights[8] = -1.0f;
+    EXPECT_FLOAT_EQ(WeightedLuma(0), 32.5f);  // (10 + 90 + 160) / 8
+}
+
+TEST_F(GridMeasures, ROIWithinRegionsIsExactOnlyWhenInterpolated)
+{
+    std::vector<FLOAT> values = {10.0f, 20.0f, 40.0f};
+    ASSERT_EQ(Set(Grid("luma", 3, 1, values)), 0);
+    SetROI(7, 0.25f, 0.0f, 0.5f, 1.0f);
+    EXPECT_FLOAT_EQ(WeightedLuma(7), 20.0f);
+    EXPECT_FLOAT_EQ(WeightedLuma(7, TRUE), 32.5f / 1.5f);  // (10 / 4 + 20 + 40 / 4) / 1.5
+    SetROI(7, 0.0f, 0.0f, 0.125f, 1.0f);
+    EXPECT_FLOAT_EQ(WeightedLuma(7, TRUE), 10.0f);  // part of one region
+
+    m_pStats->ResetStats();
+    values = {10.0f, 20.0f, 40.0f, 80.0f};
+    ASSERT_EQ(Set(Grid("luma", 4, 1, values)), 0);
+    SetROI(7, 0.25f, 0.0f, 0.5f, 1.0f);
+    EXPECT_FLOAT_EQ(WeightedLuma(7, TRUE), 30.0f);
+
+    m_pStats->ResetStats();
+    values = {16.0f, 4.0f, 0.0f, 0.0f, 9.0f, 0.0f, 0.0f, 8.0f, 32.0f};
+    ASSERT_EQ(Set(Grid("luma", 3, 3, values)), 0);
+    SetROI(7, 0.25f, 0.25f, 0.5f, 0.5f);
+    // Corners count 1/16, edges 1/4: (1 + 1 + 9 + 2 + 2) / 2.25
+    EXPECT_FLOAT_EQ(WeightedLuma(7, TRUE), 15.0f / 2.25f);
+}
+
+TEST_F(GridMeasures, WithoutWeightsTheMeanIsUnknownAndTheInterpolatedOneZero)
+{
+    std::vector<FLOAT> values = {10.0f, 20.0f, 40.0f};
+    ASSERT_EQ(Set(Grid("luma", 3, 1, values)), 0);
+    std::fill(std::begin(m_table.weights), std::end(m_table.weights), 0.0f);
+    SetROI(7, 0.25f, 0.0f, 0.5f, 1.0f);
+    EXPECT_EQ(WeightedLuma(7), -1.0f);
+    EXPECT_EQ(WeightedLuma(7, TRUE), 0.0f);
+    EXPECT_EQ(m_result, 0);
+}
+
+TEST_F(GridMeasures, BadRegionsAndTablesLeaveTheSentinel)
+{
+    std::vector<FLOAT> values(6, 10.0f);
+    ASSERT_EQ(Set(Grid("luma", 3, 2, values)), 0);
+    const FLOAT nan          = std::numeric_limits<FLOAT>::quiet_NaN();
+    const FLOAT regions[][4] = {{0.0f, 0.0f, 0.0f, 1.0f},  {0.0f, 0.0f, 1.0f, 0.0f}, {1.5f, 0.0f, 0.5f, 1.0f},
+                                {-0.1f, 0.0f, 0.5f, 1.0f}, {0.0f, nan, 0.5f, 1.0f},  {0.0f, 0.0f, 1.5f, 0.5f}};
+    for (const auto& rRegion : regions)
+    {
+        SetROI(7, rRegion[0], rRegion[1], rRegion[2], rRegion[3]);
+        EXPECT_EQ(WeightedLuma(7), -1.0f);
+        EXPECT_EQ(m_result, 0);
+        EXPECT_EQ(WeightedLuma(7, TRUE), -1.0f);
+        EXPECT_EQ(m_result, 1);
+    }
+    EXPECT_EQ(WeightedLuma(9), -1.0f);
+    EXPECT_TRUE(m_log.Has(LevelError, "ROI Info invalid. ID:9"));
+    EXPECT_EQ(WeightedLuma(0, FALSE, 77), -1.0f);
+    EXPECT_TRUE(m_log.Has(LevelError, "Metering table invalid. ID:77"));
+    FLOAT luma = 3.0f;
+    EXPECT_EQ(m_pStats->GetGridWeightedLuma("Luma", 0, NoSubsampling, TableID, luma, DoNotHandle, FALSE), 11);
+    EXPECT_EQ(luma, -1.0f);
+    EXPECT_TRUE(m_log.Has(LevelError, "Invalid stats channel Luma"));
+}
+
+TEST_F(GridMeasures, PlainMeanCountsItsRegions)
+{
+    std::vector<FLOAT> values = {10.0f, 20.0f, 30.0f, 600.0f};
+    ASSERT_EQ(Set(Grid("luma", 4, 1, values)), 0);
+    UINT32 regions = 9;
+    FLOAT  luma    = 0.0f;
+    EXPECT_EQ(m_pStats->GetGridSatRatiosLuma("luma", 0, NoSubsampling, regions, luma, DoNotHandle), 0);
+    EXPECT_FLOAT_EQ(luma, (60.0f + Clamp8Bit) / 4.0f);
+    EXPECT_EQ(regions, 4u);
+    SetROI(7, 0.5f, 0.0f, 0.5f, 1.0f);
+    EXPECT_EQ(m_pStats->GetGridSatRatiosLuma("luma", 7, NoSubsampling, regions, luma, DoNotHandle), 0);
+    EXPECT_FLOAT_EQ(luma, (30.0f + Clamp8Bit) / 2.0f);
+    EXPECT_EQ(regions, 2u);
+}
+
+TEST(LumaWeight, MapsWithinRowsAndBetweenThem)
+{
+    const TriggerSystemEndLevelStartEndType rows[] = {{{10.0f, 20.0f}, {1.0f, 2.0f}}, {{40.0f, 50.0f}, {6.0f, 8.0f}}};
+    const FLOAT expected[][2] = {{5.0f, 1.0f},  {10.0f, 1.0f}, {15.0f, 1.5f}, {20.0f, 2.0f}, {30.0f, 4.0f},
+                                 {40.0f, 6.0f}, {45.0f, 7.0f}, {50.0f, 8.0f}, {60.0f, 8.0f}};
+    for (const auto& rPair : expected)
+    {
+        EXPECT_FLOAT_EQ(GetRegionalLumaWeight(2, rows, rPair[0]), rPair[1]) << rPair[0];
+    }
+    const TriggerSystemEndLevelStartEndType point[] = {{{10.0f, 10.0f}, {3.0f, 5.0f}}};
+    EXPECT_EQ(GetRegionalLumaWeight(1, point, 10.0f), 5.0f) << "the far end";
+    EXPECT_EQ(GetSoftEdgeWeight(1.0f, 1.0f, 2.0f), 1.0f);
+    EXPECT_EQ(GetSoftEdgeWeight(3.0f, 1.0f, 2.0f), 0.0f);
+}
+
+class ColorMeasures : public StatsTest
+{
+protected:
+    VOID SetChannels(UINT32 width, UINT32 height, INT32 bitDepthOfBg = 8)
+    {
+        m_pStats->ResetStats();
+        ASSERT_EQ(Set(Grid("luma", width, height, m_luma)), 0);
+        ASSERT_EQ(Set(Grid("rg", width, height, m_rg)), 0);
+        ASSERT_EQ(Set(Grid("bg", width, height, m_bg, bitDepthOfBg)), 0);
+    }
+
+    KiroResult Count(UINT32 channels, INT32 roiID)
+    {
+        return m_pStats->GetGridRgBgStatsCount(m_names, channels, roiID, NoSubsampling, 2, m_rows, m_count,
+                                               DoNotHandle);
+    }
+
+    GroupedGridParameters* Initialize(FLOAT buffer)
+    {
+        FLOAT result = 0.0f;
+        return m_pStats->ProcInitializeXTremeColorRegion(m_names, 3, 3, NoSubsampling, 2, m_rows, result, DoNotHandle,
+                                                         buffer);
+    }
+
+    FLOAT Stored(INT32 dataID)
+    {
+        return m_context.m_pBankManager->GetDataStatsCalculator(dataID)->value;
+    }
+
+    const CHAR*                       m_names[3] = {"luma", "rg", "bg"};
+    std::vector<FLOAT>                m_luma     = {10.0f, 50.0f, 100.0f, 250.0f};
+    std::vector<FLOAT>                m_rg       = {0.5f, 0.625f, 0.75f, 0.5f};
+    std::vector<FLOAT>                m_bg       = {0.5f, 0.625f, 0.5f, 0.5f};
+    TriggerSystemEndLevelStartEndType m_rows[2]  = {{{0.0f, 100.0f}, {0.0f, 1.0f}}, {{200.0f, 300.0f}, {1.0f, 0.0f}}};
+    FLOAT                             m_count    = 0.0f;
+};
+
+TEST_F(ColorMeasures, CountsRegionsOfABoxByLuma)
+{
+    SetChannels(4, 1);
+    SetROI(3, 0.5f, 0.5f, 0.125f, 0.125f);
+    EXPECT_EQ(Count(3, 3), 0);
+    // 0.1, 0.5 on the border of the box, none, and 249.9 of 200 to 300.
+    EXPECT_NEAR(m_count, 0.1f + 0.5f + 0.501f, 1e-5f);
+
+    EXPECT_EQ(Count(2, 3), 11);
+    EXPECT_EQ(m_count, -1.0f);
+    EXPECT_TRUE(m_log.HasPart(LevelError, "Invalid stats. Channels:2, Luma:luma"));
+    EXPECT_EQ(Count(3, 8), 11);
+
+    SetChannels(4, 1, 10);
+    EXPECT_EQ(Count(3, 3), 11);
+    EXPECT_EQ(m_count, -1.0f);
+    EXPECT_TRUE(m_log.Has(LevelError, "Resolution of stats channel are not matched"));
+}
+
+TEST_F(ColorMeasures, OneWalkServesAllExtremeColours)
+{
+    m_luma = {50.0f, 150.0f, 150.0f, 150.0f};
+    m_rg   = {1.25f, 1.75f, 1.25f, 3.0f};
+    m_bg   = {0.375f, 0.375f, 0.5625f, 0.375f};
+    SetChannels(2, 2);
+    SetROI(3, 0.5f, 0.5f, 0.25f, 0.5f);
+    auto& rAWB = m_context.m_input.AWBState;
+    rAWB       = {TRUE, 1.0f, 2.0f, 4.0f, 5000, {}};
+
+    GroupedGridParameters first = *Initialize(0.25f);
+    EXPECT_FLOAT_EQ(first.rgCenter, 1.25f);
+    EXPECT_FLOAT_EQ(first.rgDist_min, 0.25f);
+    EXPECT_FLOAT_EQ(first.rgDist_buffDist, 0.5f);
+    EXPECT_FLOAT_EQ(first.bgCenter, 0.375f);
+    EXPECT_FLOAT_EQ(first.bgDist_min, 0.125f);
+    EXPECT_FLOAT_EQ(first.bgDist_buffDist, 0.125f);
+    GroupedGridParameters second = *Initialize(0.0f);
+    EXPECT_FLOAT_EQ(second.rgDist_buffDist, 0.0002f) << "least buffer, times the gain ratio";
+
+    first.outputStorage           = {20, 20};
+    second.outputStorage          = {30, 10};
+    GroupedGridParameters* both[] = {&first, &second};
+    m_pStats->ProcGetExtColorRgBgStatsRatio(both, 2);
+    // Weights by luma 0.5, 1, 1, 1; by colour 1, 0.5 (half of the fall-off), 0.5, 0; without a fall-off 1, 0, 0, 0.
+    EXPECT_FLOAT_EQ(Stored(20), 1.5f / 4.0f);
+    EXPECT_FLOAT_EQ(Stored(30), 0.5f / 4.0f);
+    EXPECT_TRUE(m_log.HasPart(LevelWarning, "outputstart 30 end 10 not sufficient; using storage index 30"));
+
+    // Positions of an earlier frame do not fit channels of other shapes.
+    m_pStats->ResetStats();
+    std::vector<FLOAT> one = {1.0f};
+    ASSERT_EQ(Set(Grid("luma", 2, 2, m_luma)), 0);
+    ASSERT_EQ(Set(Grid("other", 1, 1, one)), 0);
+    ASSERT_EQ(Set(Grid("another", 1, 1, one)), 0);
+    first.outputStorage = {40, 40};
+    m_pStats->ProcGetExtColorRgBgStatsRatio(both, 1);
+    EXPECT_EQ(Stored(40), 0.0f);
+    EXPECT_TRUE(m_log.Has(LevelError, "Iterator configuration failed."));
+    EXPECT_EQ(Initialize(0.25f), nullptr);
+}
+
+TEST_F(GridMeasures, RoughnessComparesInnerRegionsWithTheirNeighbourhood)
+{
+    const CHAR*  pName = "luma";
+    StartEndType range = {0.6f, 1.0f};
+    FLOAT        roughness[2];
+    const auto   measure = [&](UINT32 width, UINT32 height, std::vector<FLOAT> values)
+    {
+        m_pStats->ResetStats();
+        EXPECT_EQ(Set(Grid("luma", width, height, values)), 0);
+        EXPECT_EQ(m_pStats->GetStatsRoughness(&pName, 1, &range, roughness), 0);
+    };
+    std::vector<FLOAT> spot(12, 1.0f);
+    spot[5] = 10.0f;
+    measure(4, 3, spot);  // |2 - 10| / 11 and |2 - 1| / 2
+    EXPECT_FLOAT_EQ(roughness[0], (8.0f / 11.0f + 0.5f) / 2.0f);
+    EXPECT_FLOAT_EQ(roughness[1], 0.5f);
+
+    measure(4, 3, std::vector<FLOAT>(12, 7.0f));
+    EXPECT_EQ(roughness[0], 0.0f);
+    EXPECT_EQ(roughness[1], 0.0f);
+    range = {0.0f, 1.0f};
+    measure(4, 3, std::vector<FLOAT>(12, 7.0f));
+    EXPECT_EQ(roughness[1], 1.0f);
+
+    for (const auto& rShape : {std::pair<UINT32, UINT32>{6, 2}, {2, 6}, {1, 1}})
+    {
+        measure(rShape.first, rShape.second, std::vector<FLOAT>(rShape.first * rShape.second, 7.0f));
+        EXPECT_EQ(roughness[0], -1.0f);
+        EXPECT_EQ(roughness[1], -1.0f);
+    }
+    pName = "none";
+    EXPECT_EQ(m_pStats->GetStatsRoughness(&pName, 1, &range, roughness), 11);
+    EXPECT_EQ(roughness[0], -1.0f);
+}
+
+}  // namespace
