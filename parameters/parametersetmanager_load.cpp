@@ -44,6 +44,7 @@ bool ParameterSetManager::LoadBinaryParameters(const BYTE* pBuffer, UINT64 lengt
     {
         return m_pMain->LoadBinaryParameters(pBuffer, length);
     }
+    ParameterLogging::Write(this, ParameterLogging::Debug, "Load Binary Parameters from buffer\n");
     return BeginLoad() && EndLoad(LoadBuffer(pBuffer, length));
 }
 
@@ -75,7 +76,6 @@ bool ParameterSetManager::LoadBuffer(const BYTE* pBuffer, UINT64 length)
 {
     constexpr UINT64 MaxLength = 0xFFFFFFFF;
 
-    ParameterLogging::Write(this, ParameterLogging::Debug, "Load Binary Parameters from buffer\n");
     if (length > MaxLength)
     {
         Refuse("Buffer length (%llu) exceeds maximum %lu\n", length, static_cast<unsigned long>(MaxLength));
@@ -103,6 +103,7 @@ bool ParameterSetManager::LoadFile(const CHAR* pFileName)
     }
     if (!m_options.fileMode)
     {
+        ParameterLogging::Write(this, ParameterLogging::Debug, "Load Binary Parameters from buffer\n");
         return LoadBuffer(pWhole.get(), pFile->Length());
     }
 

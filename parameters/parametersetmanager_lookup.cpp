@@ -114,17 +114,18 @@ ParameterModule* ParameterSetManager::GetModuleInternal(BYTE tableIndex, const C
         }
         pModule = FindModuleOnBranch(pRoot, pName, nameHash, pBranch, count);
     }
-    if (pModule != nullptr && !HoldModule(pModule))
+    const bool isHeld = pModule != nullptr && HoldModule(pModule);
+    if (pPrevious != nullptr)
+    {
+        pPrevious->Release();
+    }
+    if (pModule != nullptr && !isHeld)
     {
         CHAR path[ModeEntry::MaxPathText];
         GetPathFromModeBranch(pBranch, count, path, sizeof(path));
         ParameterLogging::Write(this, ParameterLogging::Error,
                                 "GetModule %s failed to find a loaded module in %s, returning null\n", pName, path);
         pModule = nullptr;
-    }
-    if (pPrevious != nullptr)
-    {
-        pPrevious->Release();
     }
     return pModule;
 }
@@ -215,13 +216,9 @@ ParameterModule* ParameterSetManager::FindModuleOnBranch(ModeEntry* pRoot, const
 
 bool ParameterSetManager::HoldModule(ParameterModule* pModule)
 {
-    if (!IsFileMode())
-    {
-        return pModule->LoadModule(pModule->Data->SymbolTable);
-    }
     // The reference comes first: from then on the module's mode is not evicted any more.
     ModeEntry* pOwnMode   = pModule->Data->Mode->Entry;
-    const bool referenced = pOwnMode->AddReference(pModule);
+    const bool referenced = IsFileMode() && pOwnMode->AddReference(pModule);
     if (pModule->LoadModule(pModule->Data->SymbolTable))
     {
         return true;

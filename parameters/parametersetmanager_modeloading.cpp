@@ -114,10 +114,7 @@ bool ParameterSetManager::LoadModules(ModeEntry* pMode, const CHAR* pReason, con
     const bool touch   = IsCachedLevel(pTarget) && pTarget->HasLocalModules();
     if (pTarget->Loaded)
     {
-        if (touch)
-        {
-            TouchModes({&pTarget, 1}, *pTarget->Table);
-        }
+        TouchModes({&pTarget, touch ? 1U : 0U}, *pTarget->Table);
         return true;
     }
 

@@ -123,13 +123,10 @@ bool TableModule::LoadModule(ParameterFileSymbolTable* pTable)
     {
         return true;
     }
-    if (m_rDescription.pRecord != nullptr && !LoadRecord(*pTable))
-    {
-        return false;
-    }
+    const bool isFound = m_rDescription.pRecord == nullptr || LoadRecord(*pTable);
     RaiseModified();
-    SetLoaded(true);
-    return true;
+    SetLoaded(isFound);
+    return isFound;
 }
 
 bool TableModule::LoadRecord(ParameterFileSymbolTable& rTable)
