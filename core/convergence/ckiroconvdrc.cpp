@@ -163,7 +163,7 @@ VOID CKIROConvergence::CalculateCompensationDarkBoostGain(const KIROConvergenceI
         rOutput.compensationDarkBoost = normalDarkBoost;
         return;
     }
-    if (rOutput.bIfConvProcRun != TRUE || m_bIsTargetFixed == TRUE)
+    if (rOutput.bIfConvProcRun != TRUE || m_bIsTargetFixed == TRUE || m_pBaseCoreData == nullptr)
     {
         rOutput.compensationDarkBoost = std::max(pPrevious->compensationDarkBoost, 1.0f);
         return;

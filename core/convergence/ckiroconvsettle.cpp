@@ -30,7 +30,7 @@ VOID CKIROConvergence::HandleExposureConstraints(KIROConvergenceOutput& rOutput)
 VOID CKIROConvergence::RunConvSettle(KIROConvergenceOutput& rOutput)
 {
     const kirodbconvsettle::BaseSettleType* pBaseSettleTh = nullptr;
-    if (m_pConvSettle != nullptr)
+    if (m_pConvBase != nullptr && m_pConvStretch != nullptr && m_pConvSettle != nullptr)
     {
         const auto& rTrigger = m_pConvSettle->value.baseSettleTrigger;
         pBaseSettleTh        = static_cast<const kirodbconvsettle::BaseSettleType*>(m_triggerSettle.GetData(

@@ -76,6 +76,10 @@ KiroResult CKIROConvergence::Initialize(const KIROConvergenceInput& rInput)
     const AECFrameHistory* pPrevious = PreviousFrame();
     if (pPrevious == nullptr || m_pRange == nullptr)
     {
+        // Settling comes after a failed process too, and must not meet banks of a tuning that is gone.
+        m_pConvBase                 = nullptr;
+        m_pConvStretch              = nullptr;
+        m_pConvSettle               = nullptr;
         m_output.predGain           = 1.0f;
         m_output.shortStretchOffset = 0.0f;
         STATS_LOG_ERROR("KIROCONVRG no previous frame in history! Abort convergence");
