@@ -1,0 +1,48 @@
+#!/usr/bin/env bash
+# Bad input ends the programs with status 1 and one clear line, and leaves no output behind.
+# usage: refusals.sh DIRECTORY_OF_PROGRAMS DIRECTORY_OF_EXAMPLES
+set -u
+readonly bin=$1 examples=$2
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+failures=0
+
+# Runs a command that must be refused; the line on stderr must match the pattern.
+refuses() {
+    local pattern=$1
+    shift
+    "$@" >"$work/stdout" 2>"$work/stderr"
+    local status=$?
+    if [ $status -ne 1 ] || [ "$(grep -c '' "$work/stderr")" -ne 1 ] || ! grep -Eq "$pattern" "$work/stderr"; then
+        echo "status $status, expected 1 and one line that matches '$pattern': $*"
+        cat "$work/stderr"
+        failures=$((failures + 1))
+    fi
+}
+
+# Sets the bytes (octal) at an offset of the good file.
+damage() { cp "$good" "$work/$1" && printf "$3" | dd of="$work/$1" bs=1 seek="$2" conv=notrunc status=none; }
+
+readonly scene=$examples/scenes/tunnel.yaml
+readonly good=$work/good.bin
+"$bin/kirotune" compile "$examples/tunings/minimal.yaml" -o "$good" || exit 1
+
+: >"$work/empty.bin"
+head -c 3000 "$good" >"$work/truncated.bin"
+damage flipped.bin 5000 '\377\377\377\377'
+damage tag.bin 0 'X'
+for file in missing empty truncated flipped tag; do
+    refuses "^kirosim: .*$file.bin: ." "$bin/kirosim" run --tuning "$work/$file.bin" --scene "$scene" --csv "$work/out.csv"
+    "$bin/kirotune" check "$work/$file.bin" >"$work/stdout" 2>&1
+    [ $? -eq 1 ] || { echo "kirotune check accepts $file.bin"; failures=$((failures + 1)); }
+done
+
+printf 'modes:\n  Default:\n    modules:\n      kiroconvergence: {noSuchMember: 1}\n' >"$work/tuning.yaml"
+refuses "tuning.yaml:4:[0-9]+: .*noSuchMember" "$bin/kirotune" compile "$work/tuning.yaml" -o "$work/out.bin"
+printf 'name: bad\nlux: bright\n' >"$work/scene.yaml"
+refuses "scene.yaml:2:[0-9]+: " "$bin/kirosim" run --tuning "$good" --scene "$work/scene.yaml" --csv "$work/out.csv"
+
+for output in out.csv out.bin; do
+    [ ! -e "$work/$output" ] || { echo "$output was left behind"; failures=$((failures + 1)); }
+done
+exit $((failures > 0))
