@@ -33,7 +33,7 @@ std::string TimeText(DOUBLE ns)
     return (ns < 1e6) ? fmt::format("{:.2f} us", ns / 1e3) : fmt::format("{:.3f} ms", ns / 1e6);
 }
 
-} // namespace
+}  // namespace
 
 MedianReporter::MedianReporter() : ConsoleReporter(OO_None)
 {

@@ -24,7 +24,7 @@ constexpr const CHAR* LoadPhoneFile   = "store/load_phone_file";
 constexpr const CHAR* LoadLargeBuffer = "store/load_33_modules_40_modes_buffer";
 constexpr const CHAR* LoadLargeFile   = "store/load_33_modules_40_modes_file";
 
-} // namespace benchname
+}  // namespace benchname
 
 /// Shows results as they come and keeps the median of each benchmark, CPU time in ns.
 class MedianReporter : public benchmark::ConsoleReporter

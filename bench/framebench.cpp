@@ -58,7 +58,7 @@ template <typename Frame> VOID PrintAllocationsOf(const CHAR* pName, Frame& rFra
                framework, all, allowed, isKept ? "ok" : "above");
 }
 
-} // namespace
+}  // namespace
 
 VOID RegisterFrameBenchmarks()
 {

@@ -10,7 +10,7 @@
 namespace
 {
 
-constexpr UINT64 StartExposure = 10000000;  ///< 10 ms at unity gain
+constexpr UINT64 StartExposure   = 10000000;  ///< 10 ms at unity gain
 constexpr FLOAT  FramesPerSecond = 30.0f;
 
 /// The host's log sink when nobody wants to see the log.
@@ -26,7 +26,7 @@ kirosim::Scene OfficeScene()
     return scene;
 }
 
-} // namespace
+}  // namespace
 
 FrameRig::FrameRig(const std::vector<BYTE>& rTuning, const kirosim::Sensor& rSensor)
     : m_manager("kirobench"), m_selectors(kirosim::DefaultSelectors()),
@@ -97,10 +97,10 @@ HeavyFrame::HeavyFrame()
 LightFrame::LightFrame()
     : m_stats{}, m_rig(tuningfile::CompileFile(KIRO_EXAMPLE_TUNINGS "minimal.yaml"), kirosim::Sensor{})
 {
-    constexpr UINT32 width    = 16;
-    constexpr UINT32 bins     = 128;
-    constexpr FLOAT  midGrey  = 46.0f;
-    constexpr INT32  bitDepth = 8;
+    constexpr UINT32 width      = 16;
+    constexpr UINT32 bins       = 128;
+    constexpr FLOAT  midGrey    = 46.0f;
+    constexpr INT32  bitDepth   = 8;
     static CHAR      lumaName[] = "SafeLuma";
     static CHAR      histName[] = "SafeHist";
 
@@ -112,16 +112,16 @@ LightFrame::LightFrame()
     }
     m_histogram[static_cast<UINT32>(midGrey) / 2] = static_cast<INT>(m_luma.size());
 
-    m_stats.count             = 2;
-    KIROCntStatsOut& rGrid    = m_stats.pList[0];
-    rGrid.type                = kiroglobalelements::KIROStatsGrid;
-    rGrid.resolution          = {width, width, 0, bitDepth};
-    rGrid.channelData         = {TRUE, lumaName, {}, static_cast<UINT32>(m_luma.size() * sizeof(FLOAT)), nullptr};
+    m_stats.count                 = 2;
+    KIROCntStatsOut& rGrid        = m_stats.pList[0];
+    rGrid.type                    = kiroglobalelements::KIROStatsGrid;
+    rGrid.resolution              = {width, width, 0, bitDepth};
+    rGrid.channelData             = {TRUE, lumaName, {}, static_cast<UINT32>(m_luma.size() * sizeof(FLOAT)), nullptr};
     rGrid.channelData.Data.pFData = m_luma.data();
-    KIROCntStatsOut& rHist    = m_stats.pList[1];
-    rHist.type                = kiroglobalelements::KIROStatsHist;
-    rHist.resolution          = {0, 0, bins, bitDepth};
-    rHist.channelData         = {TRUE, histName, {}, bins * static_cast<UINT32>(sizeof(INT)), m_histogramLUT.data()};
+    KIROCntStatsOut& rHist        = m_stats.pList[1];
+    rHist.type                    = kiroglobalelements::KIROStatsHist;
+    rHist.resolution              = {0, 0, bins, bitDepth};
+    rHist.channelData = {TRUE, histName, {}, bins * static_cast<UINT32>(sizeof(INT)), m_histogramLUT.data()};
     rHist.channelData.Data.pIData = m_histogram.data();
     for (UINT32 frame = 0; frame < 30; ++frame)
     {

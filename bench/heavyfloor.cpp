@@ -41,7 +41,7 @@ FLOAT EdgeWeight(FLOAT distance, FLOAT half)
     return (distance > half) ? std::max(1.0f - (distance - half) / heavytuning::ColorFallOff, 0.0f) : 1.0f;
 }
 
-} // namespace
+}  // namespace
 
 HeavyFloor::HeavyFloor(const KIROStatsList& rStats)
     : m_rSafeLuma(FindChannel(rStats, "SafeLuma")), m_rShortLuma(FindChannel(rStats, "ShortLuma")),
@@ -55,11 +55,10 @@ HeavyFloor::HeavyFloor(const KIROStatsList& rStats)
     {
         m_weights.push_back(1.0f + static_cast<FLOAT>(region % width) / static_cast<FLOAT>(width));
     }
-    const auto   part    = [](FLOAT share, UINT32 size)
-    { return static_cast<UINT32>(share * static_cast<FLOAT>(size)); };
-    const UINT32 top     = part(heavytuning::ROIStart, height);
-    const UINT32 left    = part(heavytuning::ROIStart, width);
-    const UINT32 rows    = part(heavytuning::ROISize, height);
+    const auto   part = [](FLOAT share, UINT32 size) { return static_cast<UINT32>(share * static_cast<FLOAT>(size)); };
+    const UINT32 top  = part(heavytuning::ROIStart, height);
+    const UINT32 left = part(heavytuning::ROIStart, width);
+    const UINT32 rows = part(heavytuning::ROISize, height);
     const UINT32 columns = part(heavytuning::ROISize, width);
     for (UINT32 row = top; row < top + rows; ++row)
     {

@@ -191,7 +191,7 @@ std::string AnalyzersText()
                               ids);
 }
 
-} // namespace
+}  // namespace
 
 std::vector<BYTE> Compile()
 {
@@ -211,4 +211,4 @@ std::vector<BYTE> Compile()
     return tuningfile::WriteBinary(phone, tuningfile::NewestVersion);
 }
 
-} // namespace heavytuning
+}  // namespace heavytuning

@@ -34,4 +34,4 @@ constexpr FLOAT ColorFallOff                     = 0.1f;
 /// @return the parameter file. @throws tuningfile::InputError if the phone example cannot be read
 std::vector<BYTE> Compile();
 
-} // namespace heavytuning
+}  // namespace heavytuning

@@ -37,7 +37,7 @@ std::string Vary(const std::string& rText, UINT32 mode)
     return varied;
 }
 
-} // namespace
+}  // namespace
 
 std::vector<BYTE> Compile()
 {
@@ -67,4 +67,4 @@ std::vector<BYTE> Compile()
     return tuningfile::WriteBinary(large, tuningfile::NewestVersion);
 }
 
-} // namespace largetuning
+}  // namespace largetuning

@@ -18,4 +18,4 @@ constexpr size_t ModuleCount = 33;
 /// @throws tuningfile::InputError if the phone example cannot be read, std::runtime_error if it has other modules
 std::vector<BYTE> Compile();
 
-} // namespace largetuning
+}  // namespace largetuning

@@ -39,7 +39,7 @@ bool TakeOptions(int argc, char** argv)
     return !benchmark::ReportUnrecognizedArguments(count, pointers.data());
 }
 
-} // namespace
+}  // namespace
 
 int main(int argc, char** argv)
 {

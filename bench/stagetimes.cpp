@@ -103,7 +103,7 @@ DOUBLE MedianOf(std::vector<DOUBLE>& rValues)
     return *middle;
 }
 
-} // namespace
+}  // namespace
 
 VOID PrintStageTimes(const CHAR* pTitle, IKIROCoreAlgo& rAlgo, const std::function<VOID()>& runFrame)
 {

@@ -19,9 +19,8 @@ constexpr TuningMode Selector(ModeType mode, UINT16 subMode)
     return {mode, {subMode}};
 }
 
-constexpr TuningMode VideoPath[] = {
-    Selector(ModeType::Default, 0), Selector(ModeType::Sensor, 0),
-    Selector(ModeType::Usecase, static_cast<UINT16>(ModeUsecaseSubModeType::Video))};
+constexpr TuningMode VideoPath[] = {Selector(ModeType::Default, 0), Selector(ModeType::Sensor, 0),
+                                    Selector(ModeType::Usecase, static_cast<UINT16>(ModeUsecaseSubModeType::Video))};
 
 /// A parameter file in memory and on disk.
 class TuningFile
@@ -95,7 +94,7 @@ VOID GetModule(benchmark::State& rState, bool isFileMode)
     }
 }
 
-} // namespace
+}  // namespace
 
 VOID RegisterStoreBenchmarks()
 {

@@ -80,7 +80,7 @@ VOID EvaluateTrigger(benchmark::State& rState)
     pData->DestoryInstance(pData);
 }
 
-} // namespace
+}  // namespace
 
 VOID RegisterTriggerBenchmark()
 {

@@ -16,7 +16,7 @@ constexpr UINT64 Bits(KIROTunaraEventType first, KIROTunaraEventType last)
     return (Bit(last) - Bit(first)) | Bit(last);
 }
 
-} // namespace
+}  // namespace
 
 VOID CKIROContextManager::UpdateContext(const KIROSetInput* pSetInput)
 {

@@ -78,8 +78,7 @@ const CHAR* SetParamName(AECAlgoSetParamType type)
     return g_pAECSetParamStringArray[std::min(static_cast<UINT32>(type), SetParamNameLast)];
 }
 
-template <typename T>
-const T& As(const VOID* pParam)
+template <typename T> const T& As(const VOID* pParam)
 {
     return *static_cast<const T*>(pParam);
 }
@@ -100,7 +99,7 @@ const CHAR* TrueOrFalse(BOOL value)
     return (value == TRUE) ? "TRUE" : "FALSE";
 }
 
-} // namespace
+}  // namespace
 
 struct CKIROContextManager::ParamHandler
 {
@@ -111,7 +110,7 @@ struct CKIROContextManager::ParamHandler
 
 const CKIROContextManager::ParamHandler* CKIROContextManager::FindHandler(AECAlgoSetParamType type)
 {
-    using Self = CKIROContextManager;
+    using Self                               = CKIROContextManager;
     static constexpr ParamHandler handlers[] = {
         {AECAlgoSetParamOperationMode, sizeof(UINT32), &Self::SetOperationMode},
         {AECAlgoSetParamTunaraData, sizeof(StatsTuningData), &Self::SetTunaraData},
@@ -427,8 +426,7 @@ KiroResult CKIROContextManager::SetCropWindow(const VOID* pParam, const CHAR* pN
     if (rNew.left != rOld.left || rNew.top != rOld.top || rNew.width != rOld.width || rNew.height != rOld.height)
     {
         rOld = rNew;
-        STATS_LOG_TRACE("%s - left:%d top:%d width:%d height:%d", pName, rNew.left, rNew.top, rNew.width,
-                        rNew.height);
+        STATS_LOG_TRACE("%s - left:%d top:%d width:%d height:%d", pName, rNew.left, rNew.top, rNew.width, rNew.height);
     }
     return 0;
 }

@@ -44,16 +44,16 @@ SetInputData DefaultInput()
     return input;
 }
 
-constexpr UINT32 EventMask          = 63;
-constexpr UINT32 SelectorNeverSeen  = 0xFFFFFFFF;
+constexpr UINT32 EventMask         = 63;
+constexpr UINT32 SelectorNeverSeen = 0xFFFFFFFF;
 
-} // namespace
+}  // namespace
 
 IKIROContextManager::IKIROContextManager()
     : m_pHistory(TavoNew<CKIROHistory>()), m_pBankManager(TavoNew<CKIROBankManager>()), m_arbitrationRange{},
       m_pStatsProcessor(nullptr), m_bResetFrameSkip(FALSE), m_pPFHistory(nullptr), m_bIsHybridHDR(FALSE),
-      m_seamlessRID(0), m_bIsLongADRC(FALSE), m_tuningData{}, m_contextStatus(0), m_convergenceCount(0),
-      m_exposureRange{}
+      m_seamlessRID(0), m_bIsLongADRC(FALSE), m_tuningData{}, m_contextStatus(0),
+      m_convergenceCount(0), m_exposureRange{}
 {
     if (m_pHistory == nullptr || m_pBankManager == nullptr)
     {

@@ -20,14 +20,14 @@ public:
     const SetInputData* GetInput() override;
     UINT64              GetContextStatus() override;
     /// Sets the bit when value is 1 and clears it for any other value.
-    VOID                SetContextEvent(KIROTunaraEventType event, BOOL value) override;
-    BOOL                GetContextEvent(KIROTunaraEventType event) override;
-    VOID                SetMaxFlashCurrent(INT32 current) override;
-    VOID                UpdateFrameCounters() override;
-    VOID                RebaseSCD(UINT32 id) override;
-    BOOL                GetSCDOutput(UINT32 id, KIROSCDOutput& rOutput) override;
-    IKIRODebugData&     GetDebugDataInfo() override;
-    VOID                SetMeteringLock(BOOL bLock) override;
+    VOID            SetContextEvent(KIROTunaraEventType event, BOOL value) override;
+    BOOL            GetContextEvent(KIROTunaraEventType event) override;
+    VOID            SetMaxFlashCurrent(INT32 current) override;
+    VOID            UpdateFrameCounters() override;
+    VOID            RebaseSCD(UINT32 id) override;
+    BOOL            GetSCDOutput(UINT32 id, KIROSCDOutput& rOutput) override;
+    IKIRODebugData& GetDebugDataInfo() override;
+    VOID            SetMeteringLock(BOOL bLock) override;
 
     /// Stores a setting and moves the context events.
     /// @return 0, or 1 for a null argument, a payload that is too small or a failed setting; events move all the same

@@ -19,7 +19,7 @@ constexpr KiroResult ResultNoStats          = 11;
 
 constexpr INT32 DefaultTriggerLast = TriggerFlashInfluence;
 
-} // namespace
+}  // namespace
 
 CKIROCore::CKIROCore(StatsTuningData& rTuningData, IKIRODebugData& rDebugData)
     : m_contManager(rDebugData), m_shortBlend(m_contManager), m_currFrame{}, m_flashExpIncrease{}
@@ -183,13 +183,11 @@ KiroResult CKIROCore::runMeteringPostprocess(KIROMeteringInput& rInput, KIROMete
     CKIROBankManager& rBanks     = *m_contManager.m_pBankManager;
     rBanks.PublishTrigger(TriggerCtrlShortTgt, static_cast<FLOAT>(pExposures[AECAlgoExposureShort]), nullptr,
                           SourceCore);
-    rBanks.PublishTrigger(TriggerCtrlLongTgt, static_cast<FLOAT>(pExposures[AECAlgoExposureLong]), nullptr,
-                          SourceCore);
-    rBanks.PublishTrigger(TriggerCtrlSafeTgt, static_cast<FLOAT>(pExposures[AECAlgoExposureSafe]), nullptr,
-                          SourceCore);
+    rBanks.PublishTrigger(TriggerCtrlLongTgt, static_cast<FLOAT>(pExposures[AECAlgoExposureLong]), nullptr, SourceCore);
+    rBanks.PublishTrigger(TriggerCtrlSafeTgt, static_cast<FLOAT>(pExposures[AECAlgoExposureSafe]), nullptr, SourceCore);
     STATS_LOG_TRACE("Metering output exposure [Short:%llu, Safe:%llu, Long:%llu], skipped:%d",
-                    pExposures[AECAlgoExposureShort], pExposures[AECAlgoExposureSafe],
-                    pExposures[AECAlgoExposureLong], rOutput.bIsMeteringSkipped);
+                    pExposures[AECAlgoExposureShort], pExposures[AECAlgoExposureSafe], pExposures[AECAlgoExposureLong],
+                    rOutput.bIsMeteringSkipped);
     return 0;
 }
 
@@ -258,8 +256,9 @@ KiroResult CKIROCore::runEndOfFrame(KIROFrameInfo& rFrameInfo, KIROPostProcessin
 {
     CompleteCurrentFrame(rFrameInfo, rMtrOut, rConvOut, pArbitrationOuts);
 
-    constexpr UINT64 snapshotEvents = ((1ULL << (AECCoreSnapshotAdvanced + 1)) - 1) & ~((1ULL << AECCoreSnapshotNormal) - 1);
-    const bool       isSnapshot     = (m_contManager.GetContextStatus() & snapshotEvents) != 0;
+    constexpr UINT64 snapshotEvents =
+        ((1ULL << (AECCoreSnapshotAdvanced + 1)) - 1) & ~((1ULL << AECCoreSnapshotNormal) - 1);
+    const bool isSnapshot = (m_contManager.GetContextStatus() & snapshotEvents) != 0;
     if (!isSnapshot || rFrameInfo.bStartup == TRUE)
     {
         (VOID) m_contManager.m_pHistory->SaveFrameToHistory(&m_currFrame);
@@ -276,12 +275,12 @@ VOID CKIROCore::CompleteCurrentFrame(const KIROFrameInfo& rFrameInfo, const KIRO
                                      const KIROConvergenceOutput& rConvOut,
                                      const KIROArbitrationOutput* pArbitrationOuts)
 {
-    const SetInputData* pInput      = m_contManager.GetInput();
-    m_currFrame.averageLuma         = TriggerValue(TriggerCtrlLuma);
-    m_currFrame.bIsAECSettled       = rConvOut.bSettle;
+    const SetInputData* pInput       = m_contManager.GetInput();
+    m_currFrame.averageLuma          = TriggerValue(TriggerCtrlLuma);
+    m_currFrame.bIsAECSettled        = rConvOut.bSettle;
     m_currFrame.bIsBrightnessSettled = rConvOut.bBrightnessSettle;
-    m_currFrame.mfhdrLongADRC       = rConvOut.mfhdrLongADRC;
-    m_currFrame.shortBlend          = rConvOut.convergedShortBlend;
+    m_currFrame.mfhdrLongADRC        = rConvOut.mfhdrLongADRC;
+    m_currFrame.shortBlend           = rConvOut.convergedShortBlend;
     if (pArbitrationOuts == nullptr)
     {
         STATS_LOG_ERROR("invalid input argument. pArbitrationOuts %p", static_cast<const VOID*>(pArbitrationOuts));
@@ -316,8 +315,8 @@ VOID CKIROCore::SaveSnapshot()
 {
     m_currFrame.bIsSnapshot = TRUE;
     m_currFrame.evUIVal     = exposurearithmetic::SaturateToINT32(TriggerValue(TriggerCtrlBracketEV));
-    m_currFrame.evFactor    = CKIROCtrlCoreCommon::UtilGetEVMultiplier(m_contManager.GetTuningData(),
-                                                                       m_currFrame.evUIVal, KIROEVBracketing);
+    m_currFrame.evFactor =
+        CKIROCtrlCoreCommon::UtilGetEVMultiplier(m_contManager.GetTuningData(), m_currFrame.evUIVal, KIROEVBracketing);
     m_contManager.m_pHistory->SaveSnapshotFrame(&m_currFrame);
 }
 
@@ -346,10 +345,10 @@ VOID CKIROCore::UpdateFlashExposureIncrease()
     else
     {
         const auto& rTuning = tuningaccess::Require_kirometeringsceneanalyzer(*m_contManager.GetTuningData());
-        const auto  type    = exposurearithmetic::ExposureTypeOfSelection(rTuning.luxAnalyzer.refExposureType,
-                                                                          AECAlgoExposureSafe);
-        const auto& rOff    = pFrameOff->exposureSets;
-        const auto& rLow    = pFrameLow->exposureSets;
+        const auto  type =
+            exposurearithmetic::ExposureTypeOfSelection(rTuning.luxAnalyzer.refExposureType, AECAlgoExposureSafe);
+        const auto& rOff               = pFrameOff->exposureSets;
+        const auto& rLow               = pFrameLow->exposureSets;
         m_flashExpIncrease.dataID      = TriggerFlashExpIncrease;
         m_flashExpIncrease.description = nullptr;
         m_flashExpIncrease.value =

@@ -81,6 +81,6 @@ private:
     TavoPtr<CKIROConvergence>    m_pConvergence;
     TavoPtr<CKIROMetering>       m_pMetering;
     TavoPtr<CKIROStatsProcessor> m_pStatsProcessor;
-    AECFrameHistory              m_currFrame;          ///< the frame being assembled
-    DBFloatPayload               m_flashExpIncrease;   ///< exposure increase of precision flash
+    AECFrameHistory              m_currFrame;         ///< the frame being assembled
+    DBFloatPayload               m_flashExpIncrease;  ///< exposure increase of precision flash
 };

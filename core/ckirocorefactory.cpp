@@ -14,8 +14,8 @@ constexpr MNKResult ResultOutOfMemory = 8;
 /// A logger entry counts when it is large enough to hold a pointer.
 constexpr UINT32 LoggerEntrySizeMin = sizeof(VOID*);
 
-/// Takes the host's logger. Whichever entry qualifies, it is the first entry's pointer that is stored, and the walk does
-/// not stop at a match: hosts place the logger first and depend on both.
+/// Takes the host's logger. Whichever entry qualifies, it is the first entry's pointer that is stored, and the walk
+/// does not stop at a match: hosts place the logger first and depend on both.
 VOID UpdateCreateParamList(const AECAlgoCreateParamList& rCreateParamList)
 {
     if (rCreateParamList.pCreateParamList == nullptr)
@@ -35,7 +35,7 @@ VOID UpdateCreateParamList(const AECAlgoCreateParamList& rCreateParamList)
     }
 }
 
-} // namespace
+}  // namespace
 
 INT CKIROCoreFactory::CreateKiroCoreInstance(StatsTuningData& rTuningData, IKIRODebugData& rDebugData,
                                              IKIROCore*& rpCore)
@@ -46,7 +46,7 @@ INT CKIROCoreFactory::CreateKiroCoreInstance(StatsTuningData& rTuningData, IKIRO
 
 MNKResult CKIROCoreFactory::FactoryCreateKiroCoreAlgo(StatsTuningData& rTuningData, IKIRODebugData& rDebugData,
                                                       const AECAlgoCreateParamList& rCreateParamList,
-                                                      IKIROCoreAlgo*& rpCore)
+                                                      IKIROCoreAlgo*&               rpCore)
 {
     return CreateKiroCoreAlgo(rTuningData, rDebugData, rCreateParamList, rpCore);
 }

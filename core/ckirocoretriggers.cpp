@@ -21,7 +21,7 @@ DOUBLE SafeIndexOf(const AECFrameHistory* pFrame)
     return (pFrame != nullptr) ? IndexOf(pFrame->exposureSets[AECAlgoExposureSafe].exposure) : 0.0;
 }
 
-} // namespace
+}  // namespace
 
 VOID CKIROCore::UpdateConvTriggers(const KIROConvergenceInput& rConvInput)
 {
@@ -33,8 +33,7 @@ VOID CKIROCore::UpdateConvTriggers(const KIROConvergenceInput& rConvInput)
     PublishLoggedTrigger("Conv", TriggerCtrlPrev, static_cast<FLOAT>(prev), "PrevIndex");
     PublishLoggedTrigger("Conv", TriggerCtrlTarget, static_cast<FLOAT>(target), "TargetIndex");
     PublishLoggedTrigger("Conv", TriggerCtrlTgtMatchDelta, static_cast<FLOAT>(target - match), "TgtMatchDelta");
-    PublishLoggedTrigger("Conv", TriggerCtrlTgtPrevDelta, static_cast<FLOAT>(std::abs(target - prev)),
-                         "TgtPrevDelta");
+    PublishLoggedTrigger("Conv", TriggerCtrlTgtPrevDelta, static_cast<FLOAT>(std::abs(target - prev)), "TgtPrevDelta");
     PublishLoggedTrigger("Conv", TriggerCtrlDirection, (target - match > 0.0) ? 1.0f : 0.0f, "Direction");
 }
 

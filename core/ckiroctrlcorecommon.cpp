@@ -12,15 +12,9 @@
 #include "schema/kiroev.h"
 
 const CHAR* const g_pAECExtParamStringArray[AECExtParamMax + 1] = {
-    "AECExtParamMultiCamPriorityMap",
-    "AECExtParamUnstableFaceProcess",
-    "AECExtParamTrackerProcess",
-    "AECExtParamMFHDRFPSControl",
-    "AECExtParamMFHDRADRCControl",
-    "AECExtParamFlickerControl",
-    "AECExtParamAWBInfoFaceROIFactor",
-    "AECExtParamSnapshotExposureControl",
-    "AECExtParamMax",
+    "AECExtParamMultiCamPriorityMap",  "AECExtParamUnstableFaceProcess",     "AECExtParamTrackerProcess",
+    "AECExtParamMFHDRFPSControl",      "AECExtParamMFHDRADRCControl",        "AECExtParamFlickerControl",
+    "AECExtParamAWBInfoFaceROIFactor", "AECExtParamSnapshotExposureControl", "AECExtParamMax",
 };
 
 namespace
@@ -37,18 +31,17 @@ constexpr const CHAR* PeerMapName = "AECMulticamPriorityMap";
 using Parameter = CKIROCtrlCoreCommon::Parameter;
 
 /// @return the first entry that matches, null if there is none
-template <typename Predicate>
-const Parameter* FindParameter(const StatsTuningData& rTuningData, Predicate&& matches)
+template <typename Predicate> const Parameter* FindParameter(const StatsTuningData& rTuningData, Predicate&& matches)
 {
     const auto* pTuning = tuningaccess::Get_kiroparamextension(rTuningData);
     if (pTuning == nullptr)
     {
         return nullptr;
     }
-    const Parameter* pEnd   = pTuning->extensionParam + pTuning->extensionParamCount;
-    const Parameter* pFound = std::find_if(
-        static_cast<const Parameter*>(pTuning->extensionParam), pEnd,
-        [&matches](const Parameter& rEntry) { return rEntry.Name != nullptr && matches(rEntry); });
+    const Parameter* pEnd = pTuning->extensionParam + pTuning->extensionParamCount;
+    const Parameter* pFound =
+        std::find_if(static_cast<const Parameter*>(pTuning->extensionParam), pEnd,
+                     [&matches](const Parameter& rEntry) { return rEntry.Name != nullptr && matches(rEntry); });
     return (pFound == pEnd) ? nullptr : pFound;
 }
 
@@ -62,10 +55,13 @@ bool IsActivePeer(const StatsPeerInfoCombo& rPeers, UINT32 index, UINT32 ownCame
 UINT32 SelectSlave(const StatsPeerInfoCombo& rPeers, const StatsCameraInfo& rCameraInfo,
                    const StatsTuningData& rTuningData)
 {
-    const Parameter* pMap = FindParameter(rTuningData, [](const Parameter& rEntry) {
-        return rEntry.ID == PeerMapID && std::strcmp(rEntry.Name, PeerMapName) == 0 &&
-               rEntry.dataCount == PeerMapDataCount;
-    });
+    const Parameter* pMap = FindParameter(rTuningData,
+                                          [](const Parameter& rEntry)
+                                          {
+                                              return rEntry.ID == PeerMapID &&
+                                                     std::strcmp(rEntry.Name, PeerMapName) == 0 &&
+                                                     rEntry.dataCount == PeerMapDataCount;
+                                          });
     if (pMap == nullptr || pMap->enableFlag != TRUE)
     {
         UINT32 index = 0;
@@ -104,13 +100,11 @@ UINT32 SelectMaster(const StatsPeerInfoCombo& rPeers)
 
 std::array<const CHAR*, TriggerCtrlMax> BuildTriggerNames()
 {
-    static constexpr const CHAR* named[] = {"CtrlPrev",        "CtrlTarget",        "CtrlTgtMatchDelta",
-                                            "CtrlTgtPrevDelta", "CtrlDarkRatio",    "CtrlSatRatio",
-                                            "CtrlDirection",   "CtrlLux",           "CtrlFPS",
-                                            "CtrlExpTime",     "CtrlGain",          "CtrlSensitivity",
-                                            "CtrlLuma",        "CtrlGyro",          "CtrlDistance",
-                                            "FlashFlux",       "FlashExpIncrease",  "FlashInfluence",
-                                            "SCDExternal1",    "SCDExternal2"};
+    static constexpr const CHAR* named[] = {
+        "CtrlPrev",     "CtrlTarget",       "CtrlTgtMatchDelta", "CtrlTgtPrevDelta", "CtrlDarkRatio",
+        "CtrlSatRatio", "CtrlDirection",    "CtrlLux",           "CtrlFPS",          "CtrlExpTime",
+        "CtrlGain",     "CtrlSensitivity",  "CtrlLuma",          "CtrlGyro",         "CtrlDistance",
+        "FlashFlux",    "FlashExpIncrease", "FlashInfluence",    "SCDExternal1",     "SCDExternal2"};
     // All other IDs share one name; log readers of the field know it.
     std::array<const CHAR*, TriggerCtrlMax> names;
     names.fill("CtrlNone");
@@ -127,7 +121,7 @@ FLOAT BracketingMultiplier(const kiroev::EVCoreDataType& rTuning, INT32 ev)
     return std::pow(2.0f, (weight + (1.0f - weight) * adjustment) * stops);
 }
 
-} // namespace
+}  // namespace
 
 BOOL CKIROCtrlCoreCommon::MapMultiCamPeerInfo(const StatsPeerInfoCombo* pPeers, const StatsCameraInfo& rCameraInfo,
                                               const StatsTuningData& rTuningData, VOID*& rpPeerInfo)
@@ -202,9 +196,11 @@ KiroResult CKIROCtrlCoreCommon::ParseExtensionParam(const StatsTuningData& rTuni
                                                     UINT32 dataCount, Parameter& rParameter)
 {
     const CHAR*      pName  = g_pAECExtParamStringArray[parameterType];
-    const Parameter* pFound = FindParameter(rTuningData, [pName, dataCount](const Parameter& rEntry) {
-        return std::strcmp(rEntry.Name, pName) == 0 && (dataCount == AnyDataCount || rEntry.dataCount == dataCount);
-    });
+    const Parameter* pFound = FindParameter(rTuningData,
+                                            [pName, dataCount](const Parameter& rEntry) {
+                                                return std::strcmp(rEntry.Name, pName) == 0 &&
+                                                       (dataCount == AnyDataCount || rEntry.dataCount == dataCount);
+                                            });
     if (pFound == nullptr)
     {
         return ResultNotFound;

@@ -25,10 +25,10 @@ enum Control : UINT32
 /// Data of the parameter, in order; the last is optional.
 enum ParameterData : UINT32
 {
-    BlendStep           = 0,
-    SensorRatioTol      = 1,
-    BlendTriggerID      = 2,
-    DisableAntibanding  = 3
+    BlendStep          = 0,
+    SensorRatioTol     = 1,
+    BlendTriggerID     = 2,
+    DisableAntibanding = 3
 };
 
 constexpr INT32 DefaultBlendTriggerID = 100;
@@ -36,7 +36,7 @@ constexpr INT32 DefaultBlendTriggerID = 100;
 /// Trigger slot of the antibanding switch, in spite of the slot's name; tuned files read it there.
 constexpr INT32 DisableAntibandingSlot = TriggerCtrlPreflashLuxIndex;
 
-} // namespace
+}  // namespace
 
 CKIROShortBlend::CKIROShortBlend(IKIROContextManager& rContextManager)
     : m_rContextManager(rContextManager), m_bEnableShortBlendFeature(FALSE), m_bDoShortBlend(TRUE), m_blendStep(0.1f),
@@ -66,8 +66,7 @@ FLOAT CKIROShortBlend::PreprocessLongADRC(KIROConvergenceInput& rInput)
         return noADRC;
     }
     m_bEnableShortBlendFeature = TRUE;
-    m_extTuning.Refresh(tuningaccess::Get_kiroparamextension(rTuningData),
-                        [&](const Tuning&) { Reload(parameter); });
+    m_extTuning.Refresh(tuningaccess::Get_kiroparamextension(rTuningData), [&](const Tuning&) { Reload(parameter); });
 
     FLOAT      controls[ControlCount];
     const bool isRead  = ReadControls(parameter, controls);
@@ -87,9 +86,8 @@ VOID CKIROShortBlend::Reload(const Parameter& rParameter)
     for (UINT32 control = 0; control < ControlCount; ++control)
     {
         const auto&       rTrigger = rParameter.trigger[control];
-        AECTriggerXMLData tree{rTrigger.trigger3Data,
-                               {levels, sizeof(FLOAT)},
-                               static_cast<INT32>(rTrigger.trigger3DataCount)};
+        AECTriggerXMLData tree{
+            rTrigger.trigger3Data, {levels, sizeof(FLOAT)}, static_cast<INT32>(rTrigger.trigger3DataCount)};
         m_extensionXMLS[control].SetData(&tree, KIROMLOneFloatDataType);
     }
     m_blendStep      = rParameter.data[BlendStep];
@@ -97,8 +95,8 @@ VOID CKIROShortBlend::Reload(const Parameter& rParameter)
     m_dataID         = exposurearithmetic::SaturateToINT32(rParameter.data[BlendTriggerID]);
 
     const FLOAT value = (rParameter.dataCount > DisableAntibanding) ? rParameter.data[DisableAntibanding] : 0.0f;
-    (VOID) m_rContextManager.m_pBankManager->PublishTrigger(DisableAntibandingSlot, value,
-                                                            "DisableAntiBandingDynamic", SourceControl);
+    (VOID) m_rContextManager.m_pBankManager->PublishTrigger(DisableAntibandingSlot, value, "DisableAntiBandingDynamic",
+                                                            SourceControl);
 }
 
 bool CKIROShortBlend::ReadControls(const Parameter& rParameter, FLOAT* pControls)

@@ -37,6 +37,6 @@ private:
     FLOAT                m_previous;                  ///< last blend value
     FLOAT                m_sensorRatioTol;            ///< tolerance of the long/short ratio
     TuningDriven<Tuning> m_extTuning;
-    INT32                m_dataID;                    ///< trigger slot of the blend value
+    INT32                m_dataID;  ///< trigger slot of the blend value
     CKIROOneFloatXML     m_extensionXMLS[ControlCount];
 };

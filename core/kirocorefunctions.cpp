@@ -226,7 +226,7 @@ UINT32 LIBGetFICData(IKIROCoreAlgo* pAlgo, VOID* pFICData)
     return HasInstance(pAlgo) ? pAlgo->pCore->GetFICData(pFICData) : 0;
 }
 
-} // namespace
+}  // namespace
 
 VOID SetCoreFunctions(IKIROCoreAlgo& rAlgo)
 {

@@ -31,7 +31,7 @@ TavoPtr<CKIRODataXML> CreateDataObject(KIROMLDataType xmlType)
     }
 }
 
-} // namespace
+}  // namespace
 
 CKIROTriggerDataXML* KIROCreateTriggerDataInst(IKIROCoreAlgo*, KIROMLDataType xmlType)
 {
@@ -68,7 +68,7 @@ VOID KIROTriggerDestory(CKIROTriggerDataXML* pObj)
 {
     if (pObj != nullptr)
     {
-        TavoPtr<CKIRODataXML> pData(pObj->pData);
+        TavoPtr<CKIRODataXML>        pData(pObj->pData);
         TavoPtr<CKIROTriggerDataXML> pOwned(pObj);
     }
 }

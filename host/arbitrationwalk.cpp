@@ -73,7 +73,7 @@ AECAlgoExposureType ExposureTypeOf(KIROExposureSelection selection)
     }
 }
 
-} // namespace
+}  // namespace
 
 ArbitrationWalk::ArbitrationWalk(IKIROCoreAlgo* pAlgo, const KIROSensorRange& rSensorRange, UINT64 indexZeroExposure)
     : m_pAlgo(pAlgo), m_sensorRange(rSensorRange), m_indexZeroExposure(indexZeroExposure)
@@ -85,7 +85,8 @@ KIROArbitratedLimits ArbitrationWalk::ComputeLimits(const ArbitrationSettings& r
     KIROArbitratedLimits limits{};
     limits.indexZeroExposure = m_indexZeroExposure;
     WalkOrder(rSettings, pExposures, TRUE,
-              [&](AECAlgoExposureType type, const ArbitratedExposure& rResult) { limits.ranges[type] = rResult.range; });
+              [&](AECAlgoExposureType type, const ArbitratedExposure& rResult)
+              { limits.ranges[type] = rResult.range; });
     return limits;
 }
 
@@ -100,14 +101,13 @@ VOID ArbitrationWalk::SplitExposures(const ArbitrationSettings& rSettings, const
                   rOutput.expType                = type;
                   rOutput.exposureSet            = rResult.exposureSet;
                   rOutput.range                  = rResult.range;
-                  rOutput.deltaEVFromTarget      = static_cast<FLOAT>(
-                      std::log2(static_cast<DOUBLE>(rResult.exposureSet.exposure) /
-                                     std::max(static_cast<DOUBLE>(pExposures[type]), 1.0)));
+                  rOutput.deltaEVFromTarget =
+                      static_cast<FLOAT>(std::log2(static_cast<DOUBLE>(rResult.exposureSet.exposure) /
+                                                   std::max(static_cast<DOUBLE>(pExposures[type]), 1.0)));
                   longestTime = std::max(longestTime, rResult.exposureSet.time);
               });
     const FLOAT fastest = static_cast<FLOAT>(NsPerSecond / static_cast<DOUBLE>(longestTime));
-    const FLOAT FPS =
-        std::max(std::min(fastest, rSettings.FPSRange.maximumFPS), rSettings.FPSRange.minimumFPS);
+    const FLOAT FPS     = std::max(std::min(fastest, rSettings.FPSRange.maximumFPS), rSettings.FPSRange.minimumFPS);
     for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
     {
         pOutputs[type].FPS = FPS;
@@ -151,8 +151,8 @@ ArbitratedExposure ArbitrationWalk::WalkControls(const ArbitrationSettings&     
                                                  KIROArbitrationInput&                 rInput)
 {
     // Every list starts from what the sensor can do; each control narrows it.
-    rInput.pTable     = nullptr;
-    rInput.range      = {};
+    rInput.pTable           = nullptr;
+    rInput.range            = {};
     rInput.range.start.gain = m_sensorRange.minGain;
     rInput.range.start.time = m_sensorRange.minTime;
     rInput.range.start.corr = 1.0f;
@@ -219,14 +219,14 @@ VOID ArbitrationWalk::OverrideRange(INT32 dataID, FLOAT start, FLOAT end, bool i
     {
         return;
     }
-    RangePayload payload     = *static_cast<const RangePayload*>(query.pData);
-    payload.value.start.val  = start;
-    payload.value.end.val    = end;
-    payload.value.end.adj    = kirodbarbitrationrange::ArbRangeAbsolute;
-    payload.value.start.adj  = isStartKept ? kirodbarbitrationrange::ArbRangeRelativeFactor
-                                           : kirodbarbitrationrange::ArbRangeAbsolute;
-    RangePayload& rOverride  = m_overrides[dataID];
-    rOverride                = payload;
+    RangePayload payload    = *static_cast<const RangePayload*>(query.pData);
+    payload.value.start.val = start;
+    payload.value.end.val   = end;
+    payload.value.end.adj   = kirodbarbitrationrange::ArbRangeAbsolute;
+    payload.value.start.adj =
+        isStartKept ? kirodbarbitrationrange::ArbRangeRelativeFactor : kirodbarbitrationrange::ArbRangeAbsolute;
+    RangePayload& rOverride   = m_overrides[dataID];
+    rOverride                 = payload;
     const KIROSetBankData set = {BankIDArbitrationRange, &rOverride, sizeof(rOverride)};
     (VOID) m_pAlgo->setBankData(m_pAlgo, &set);
 }

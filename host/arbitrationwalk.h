@@ -45,16 +45,15 @@ private:
     using OrderType    = kirodbarbitrationorder::OrderType;
 
     template <typename Visit>
-    VOID               WalkOrder(const ArbitrationSettings& rSettings, const UINT64* pExposures, BOOL bIsConvRange,
-                                 Visit&& visit);
-    ArbitratedExposure WalkControls(const ArbitrationSettings& rSettings,
+    VOID WalkOrder(const ArbitrationSettings& rSettings, const UINT64* pExposures, BOOL bIsConvRange, Visit&& visit);
+    ArbitratedExposure WalkControls(const ArbitrationSettings&                                    rSettings,
                                     const kirodbarbitrationorder::ArbitrationControlExposureType& rOrder,
                                     KIROArbitrationInput&                                         rInput);
     VOID               PrepareControl(const ArbitrationSettings& rSettings, const OrderType& rControl);
     VOID               OverrideRange(INT32 dataID, FLOAT start, FLOAT end, bool isStartKept);
 
-    IKIROCoreAlgo*                 m_pAlgo;
-    KIROSensorRange                m_sensorRange;
-    UINT64                         m_indexZeroExposure;
-    std::map<INT32, RangePayload>  m_overrides;  ///< ranges that follow user settings; the bank points at them
+    IKIROCoreAlgo*                m_pAlgo;
+    KIROSensorRange               m_sensorRange;
+    UINT64                        m_indexZeroExposure;
+    std::map<INT32, RangePayload> m_overrides;  ///< ranges that follow user settings; the bank points at them
 };

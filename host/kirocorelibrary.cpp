@@ -29,9 +29,9 @@ IKIROCoreAlgo* KiroCoreLibrary::Create(StatsTuningData& rTuningData, IKIRODebugD
                                        StatsLogger logger) const
 {
     // The logger stands first: the core takes the pointer of the first entry.
-    AECAlgoCreateParam           params[] = {{reinterpret_cast<VOID*>(logger), sizeof(logger),
-                                              AECAlgoCreateParamsLoggerFunctionPtr}};
-    const AECAlgoCreateParamList list     = {params, static_cast<UINT32>(std::size(params))};
-    IKIROCoreAlgo*               pCore    = nullptr;
+    AECAlgoCreateParam params[] = {
+        {reinterpret_cast<VOID*>(logger), sizeof(logger), AECAlgoCreateParamsLoggerFunctionPtr}};
+    const AECAlgoCreateParamList list  = {params, static_cast<UINT32>(std::size(params))};
+    IKIROCoreAlgo*               pCore = nullptr;
     return (m_create(rTuningData, rDebugData, list, pCore) == 0) ? pCore : nullptr;
 }

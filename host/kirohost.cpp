@@ -20,7 +20,7 @@ IKIROCoreAlgo* CreateOrThrow(const KiroCoreLibrary& rLibrary, StatsTuningData tu
     return pAlgo;
 }
 
-} // namespace
+}  // namespace
 
 /// Never asked for while debug data is off.
 AECDebugData& KiroHost::DebugDataOff::GetDebugData()
@@ -35,8 +35,8 @@ BOOL KiroHost::DebugDataOff::IsDebugDataEnabled()
 
 KiroHost::KiroHost(const KiroCoreLibrary& rLibrary, const KiroHostConfig& rConfig, StatsLogger logger)
     : m_config(rConfig), m_pAlgo(CreateOrThrow(rLibrary, rConfig.tuning, m_debugData, logger)),
-      m_settings{StatisticsAntibanding60Hz, rConfig.FPSRange, {}, HDRDisabled, StatsAlgoRoleDefault}, m_touchROI{}, m_touchRegion{},
-      m_walk(m_pAlgo, rConfig.sensorRange, rConfig.indexZeroExposure), m_frame{}, m_framesRun(0)
+      m_settings{StatisticsAntibanding60Hz, rConfig.FPSRange, {}, HDRDisabled, StatsAlgoRoleDefault}, m_touchROI{},
+      m_touchRegion{}, m_walk(m_pAlgo, rConfig.sensorRange, rConfig.indexZeroExposure), m_frame{}, m_framesRun(0)
 {
     SetOperationMode(AECAlgoOperationModeFastAEC);
     SetHDRType(HDRDisabled);
@@ -50,8 +50,7 @@ KiroHost::~KiroHost()
     m_pAlgo->DestroyInstance(m_pAlgo);
 }
 
-template <typename T>
-MNKResult KiroHost::SetParam(AECAlgoSetParamType type, const T& rValue)
+template <typename T> MNKResult KiroHost::SetParam(AECAlgoSetParamType type, const T& rValue)
 {
     T               value = rValue;
     AECAlgoSetParam param = {&value, sizeof(value), type};
@@ -116,7 +115,8 @@ VOID KiroHost::RunMetering(bool isStatsValid)
     KIROMeteringInput input = {isStatsValid ? TRUE : FALSE, MinAntibandingExposure()};
     (VOID) m_pAlgo->runMeteringPreprocess(m_pAlgo, input, m_frame.metering);
 
-    KIROGetBankData query = {BankIDActiveAnalyzers, 0, nullptr, sizeof(kirodbactiveanalyzers::DBActiveAnalyzersPayload)};
+    KIROGetBankData query = {BankIDActiveAnalyzers, 0, nullptr,
+                             sizeof(kirodbactiveanalyzers::DBActiveAnalyzersPayload)};
     if (m_frame.metering.bIsMeteringSkipped == FALSE && m_pAlgo->getBankData(m_pAlgo, &query) == 0 &&
         query.pData != nullptr)
     {
@@ -227,8 +227,8 @@ VOID KiroHost::SetTouch(const AECAlgoROI* pROI)
 {
     if (pROI != nullptr)
     {
-        m_touchROI    = *pROI;
-        m_touchRegion = {TouchROIDataID, nullptr, {pROI->x, pROI->y, pROI->dx, pROI->dy}, pROI->weight};
+        m_touchROI                   = *pROI;
+        m_touchRegion                = {TouchROIDataID, nullptr, {pROI->x, pROI->y, pROI->dx, pROI->dy}, pROI->weight};
         const KIROSetBankData region = {BankIDROITable, &m_touchRegion, sizeof(m_touchRegion)};
         (VOID) m_pAlgo->setBankData(m_pAlgo, &region);
     }

@@ -8,7 +8,7 @@
 
 struct KiroHostConfig
 {
-    StatsTuningData tuning;             ///< manager and selectors stay the caller's and must outlive the host
+    StatsTuningData tuning;  ///< manager and selectors stay the caller's and must outlive the host
     KIROSensorRange sensorRange;
     UINT64          indexZeroExposure;  ///< exposure of index 0
     UINT64          startExposure;      ///< exposure before the first frame
@@ -79,8 +79,7 @@ private:
         BOOL          IsDebugDataEnabled() override;
     };
 
-    template <typename T>
-    MNKResult SetParam(AECAlgoSetParamType type, const T& rValue);
+    template <typename T> MNKResult SetParam(AECAlgoSetParamType type, const T& rValue);
 
     VOID   RunStartup();
     VOID   MarkUnknownExposure(KIROStatsList& rStats);

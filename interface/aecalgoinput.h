@@ -243,7 +243,7 @@ struct StatsSensorInfo
     FLOAT  fNumber;
     UINT32 sensorResWidth;
     UINT32 sensorResHeight;
-    UINT64 rollingShutterSkew;   ///< ns
+    UINT64 rollingShutterSkew;  ///< ns
 };
 
 struct StatsCameraInfo

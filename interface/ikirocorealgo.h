@@ -15,7 +15,6 @@ class IKIROCore;
 struct AECAlgoGetParam;
 struct KIROAlgoStartExposureInfo;
 
-
 /// One table per instance. Every function takes the table first. A null table or instance yields 4 (KiroResult),
 /// -1 (GetFlashMaxCurrent), 0 (BOOL and counts) or has no effect. The host serialises all calls on one instance.
 struct IKIROCoreAlgo
@@ -43,8 +42,9 @@ struct IKIROCoreAlgo
     AECAlgoFlashCalibrationData (*GetFlashCalibInfo)(IKIROCoreAlgo* pAlgo);
     KiroResult (*getFlashCurrent)(IKIROCoreAlgo* pAlgo, const KIROAlgoFlashInput* pFlashIn,
                                   KIROAlgoFlashOutput* pFlashOut);
-    BOOL (*isPreflashMeteringNeeded)(IKIROCoreAlgo* pAlgo, const KIROCntStatsOut* pFlashOffStats, UINT32 offStatsNum,
-                                     const KIROCntStatsOut* pFlashLowStats, UINT32 lowStatsNum);
+    BOOL (*isPreflashMeteringNeeded)
+    (IKIROCoreAlgo* pAlgo, const KIROCntStatsOut* pFlashOffStats, UINT32 offStatsNum,
+     const KIROCntStatsOut* pFlashLowStats, UINT32 lowStatsNum);
     KiroResult (*GetStartUpExposure)(IKIROCoreAlgo* pAlgo, KIROAlgoStartExposureInfo* pStartInfo);
     KiroResult (*queryMetaData)(IKIROCoreAlgo* pAlgo, AECAlgoGetParam* pQuery);
     KiroResult (*runArbitration)(IKIROCoreAlgo* pAlgo, KIROArbitrationInput* pInput, KIROArbitrationOutput* pOutput);
@@ -59,8 +59,8 @@ struct IKIROCoreAlgo
     UINT64 (*GetContextStatus)(IKIROCoreAlgo* pAlgo);
     VOID (*SetContextEvent)(IKIROCoreAlgo* pAlgo, KIROTunaraEventType contextEvent, BOOL value);
     BOOL (*GetContextEvent)(IKIROCoreAlgo* pAlgo, KIROTunaraEventType contextEvent);
-    VOID (*run1DVectorProcess)(IKIROCoreAlgo* pAlgo, kiroglobalelements::VectorProcessorUsageType type,
-                               UINT32 sampleCount);
+    VOID (*run1DVectorProcess)
+    (IKIROCoreAlgo* pAlgo, kiroglobalelements::VectorProcessorUsageType type, UINT32 sampleCount);
     VOID (*reset1DVectorProcessors)(IKIROCoreAlgo* pAlgo, kiroglobalelements::VectorProcessorUsageType type);
     VOID (*SetMeteringLock)(IKIROCoreAlgo* pAlgo, const BOOL bLock);
     VOID (*RebaseSCD)(IKIROCoreAlgo* pAlgo, const UINT32 id);
@@ -70,14 +70,14 @@ struct IKIROCoreAlgo
 
 enum AECAlgoCreateParamsType : INT32
 {
-    AECAlgoCreateParamsInvalid              = -1,
-    AECAlgoCreateParamsLoggerFunctionPtr    = 0,
-    AECAlgoCreateParamTypeSessionHandle     = 1,
+    AECAlgoCreateParamsInvalid                = -1,
+    AECAlgoCreateParamsLoggerFunctionPtr      = 0,
+    AECAlgoCreateParamTypeSessionHandle       = 1,
     AECAlgoCreateParamTypeCameraOpenIndicator = 2,
-    AECAlgoCreateParamTypeCameraInfo        = 3,
-    AECCreateParamsTypeTuningData           = 4,
-    AECAlgoCreateParamTypeCount             = 5,
-    AECAlgoCreateParamsMax                  = 2147483647
+    AECAlgoCreateParamTypeCameraInfo          = 3,
+    AECCreateParamsTypeTuningData             = 4,
+    AECAlgoCreateParamTypeCount               = 5,
+    AECAlgoCreateParamsMax                    = 2147483647
 };
 
 struct AECAlgoCreateParam
@@ -107,4 +107,4 @@ extern "C" TAVO_VISIBLE StatsLogger gStatsLogger;
 /// @return 0, or 8 when no memory is left for the table
 extern "C" TAVO_VISIBLE MNKResult CreateKiroCoreAlgo(StatsTuningData& rTuningData, IKIRODebugData& rDebugData,
                                                      const AECAlgoCreateParamList& rCreateParamList,
-                                                     IKIROCoreAlgo*& rpCore);
+                                                     IKIROCoreAlgo*&               rpCore);

@@ -13,9 +13,9 @@ struct KIROExposureSetType
 {
     FLOAT  gain;
     UINT64 time;
-    FLOAT  indx;              ///< log of exposure over the index-zero exposure, to the base 1.03
-    FLOAT  corr;              ///< correction factor of the exposure table
-    UINT64 exposure;          ///< sensitivity: gain * time * corr, rounded
+    FLOAT  indx;      ///< log of exposure over the index-zero exposure, to the base 1.03
+    FLOAT  corr;      ///< correction factor of the exposure table
+    UINT64 exposure;  ///< sensitivity: gain * time * corr, rounded
     UINT32 ISO;
     FLOAT  snapshotGain;
     UINT64 snapshotTime;

@@ -53,7 +53,7 @@ struct KIROArbitrationInput
     KIROExposureSetType                        exposures[3];
     KIROExposureRange                          range;
     KIROSensorRange                            sensorRange;
-    kirodbarbitrationtable::ExposureTableType* pTable;        ///< last used table, kept along a list
+    kirodbarbitrationtable::ExposureTableType* pTable;  ///< last used table, kept along a list
     UINT64                                     indexZeroExposure;
     BOOL                                       bIsConvRange;  ///< compute limits only, no exposure to fit
     BOOL                                       bFPrecisionFlashFlag;
@@ -76,7 +76,7 @@ struct KIROConvergenceInput
     UINT64                sensitivities[3];  ///< metered targets
     FLOAT                 luxIndex;
     BOOL                  bIsMeteringSkipped;
-    FLOAT                 mfhdrLongADRC;     ///< filled by the core
+    FLOAT                 mfhdrLongADRC;  ///< filled by the core
 };
 
 struct KIROConvergenceOutput

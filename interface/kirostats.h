@@ -14,11 +14,11 @@ struct KIROCoreChInfo
     CHAR* pChannelName;  ///< what tuning names in its selections, compared exactly
     union
     {
-        INT*   pIData;   ///< histogram: bin counts, UINT32 each
-        FLOAT* pFData;   ///< grid: one value per region, row-major, row stride is the width
+        INT*   pIData;  ///< histogram: bin counts, UINT32 each
+        FLOAT* pFData;  ///< grid: one value per region, row-major, row stride is the width
     } Data;
-    UINT32 dataSize;     ///< bytes, as the host declares it
-    FLOAT* pValLUT;      ///< histogram: the value that each bin stands for
+    UINT32 dataSize;  ///< bytes, as the host declares it
+    FLOAT* pValLUT;   ///< histogram: the value that each bin stands for
 };
 
 /// One channel of one frame.

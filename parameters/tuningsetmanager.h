@@ -27,7 +27,8 @@
 /// The accessors: the record of the deepest mode on the branch that has the module.
 /// @param pBranch   selectors, Default first; null gives the Default variant
 /// @param count     of selectors
-/// @param pPrevious a record of the same accessor whose reference is given back, after the new one is taken; may be null
+/// @param pPrevious a record of the same accessor whose reference is given back, after the new one is taken; may be
+/// null
 /// @return null if no mode on the branch has the module or it could not be read. A record stays valid while its
 ///         reference is held, at most until the manager is reloaded twice or destroyed. References are counted in file
 ///         mode; one is given back through pPrevious, or by TableModule::FromRecord(pRecord)->Release().
@@ -61,25 +62,21 @@ private:
 };
 
 /// What makes further managers of its own kind.
-template <typename Manager>
-class SetManagerOf : public ModuleSetManager
+template <typename Manager> class SetManagerOf : public ModuleSetManager
 {
 public:
     /// Makes a derived manager for another mode table, on the main manager, which must outlive it.
     /// @return null, with a log, if there is no such table
     std::unique_ptr<Manager> CreateSetManager(BYTE tableIndex)
     {
-        return HasTableForDerived(tableIndex)
-                   ? std::make_unique<Manager>(GetMainSetManager(), tableIndex)
-                   : nullptr;
+        return HasTableForDerived(tableIndex) ? std::make_unique<Manager>(GetMainSetManager(), tableIndex) : nullptr;
     }
 
     std::unique_ptr<Manager> CreateSetManager(const CHAR* pTableName)
     {
         BYTE tableIndex = 0;
-        return FindTableForDerived(pTableName, tableIndex)
-                   ? std::make_unique<Manager>(GetMainSetManager(), tableIndex)
-                   : nullptr;
+        return FindTableForDerived(pTableName, tableIndex) ? std::make_unique<Manager>(GetMainSetManager(), tableIndex)
+                                                           : nullptr;
     }
 
 protected:

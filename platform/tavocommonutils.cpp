@@ -28,7 +28,7 @@ VOID WriteToStderr(const CHAR* pLine)
 TavoDesk::SystemLogSink g_sink         = nullptr;  ///< null for the default, which keeps errors only
 VOID*                   g_pSinkContext = nullptr;
 
-} // namespace
+}  // namespace
 
 namespace TavoDesk
 {
@@ -45,7 +45,7 @@ VOID SetSystemLogSink(SystemLogSink sink, VOID* pContext)
     g_pSinkContext = pContext;
 }
 
-} // namespace TavoDesk
+}  // namespace TavoDesk
 
 VOID* TavoCalloc(size_t size, UINT alignment, INT, INT, const CHAR*, UINT)
 {
@@ -148,4 +148,4 @@ INT32 OsUtils::StrNICmp(const CHAR* pFirst, const CHAR* pSecond, size_t count)
     return ::strncasecmp(pFirst, pSecond, count);
 }
 
-} // namespace Tavo
+}  // namespace Tavo

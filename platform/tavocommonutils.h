@@ -60,4 +60,4 @@ public:
     static INT32 StrNICmp(const CHAR* pFirst, const CHAR* pSecond, size_t count);
 };
 
-} // namespace Tavo
+}  // namespace Tavo

@@ -26,4 +26,4 @@ typedef VOID (*SystemLogSink)(VOID* pContext, UINT64 group, const CHAR* pLetter,
 /// Not synchronised: install before other threads log.
 TAVO_VISIBLE VOID SetSystemLogSink(SystemLogSink sink, VOID* pContext);
 
-} // namespace TavoDesk
+}  // namespace TavoDesk

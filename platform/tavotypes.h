@@ -5,25 +5,25 @@
 #include <cstddef>
 #include <cstdint>
 
-typedef void VOID;
-typedef char CHAR;
-typedef unsigned char BYTE;
-typedef int INT;
-typedef unsigned int UINT;
-typedef signed char INT8;
-typedef unsigned char UINT8;
-typedef short INT16;
-typedef unsigned short UINT16;
-typedef int INT32;
-typedef unsigned int UINT32;
-typedef long long INT64;
+typedef void               VOID;
+typedef char               CHAR;
+typedef unsigned char      BYTE;
+typedef int                INT;
+typedef unsigned int       UINT;
+typedef signed char        INT8;
+typedef unsigned char      UINT8;
+typedef short              INT16;
+typedef unsigned short     UINT16;
+typedef int                INT32;
+typedef unsigned int       UINT32;
+typedef long long          INT64;
 typedef unsigned long long UINT64;
-typedef float FLOAT;
-typedef double DOUBLE;
+typedef float              FLOAT;
+typedef double             DOUBLE;
 
 /// Truth is the value 1; any 32-bit value can arrive from a host or from tuning data.
-typedef INT32 BOOL;
-constexpr BOOL TRUE = 1;
+typedef INT32  BOOL;
+constexpr BOOL TRUE  = 1;
 constexpr BOOL FALSE = 0;
 
 /// Result codes of the core and of its host interface, on one scale:

@@ -176,7 +176,7 @@ bool IsTimeOutside(UINT64 time, UINT64 startTime, UINT64 endTime)
     return time < startTime || time > endTime;
 }
 
-} // namespace
+}  // namespace
 
 VOID UtilUpdateExposureAndIndexLimits(KIROExposureRange* pR, UINT64 indexZeroExposure)
 {
@@ -218,7 +218,8 @@ KiroResult UtilResolveRangeConflicts(KIROExposureRange* pRange, const KIROSensor
 }
 
 KiroResult UtilResolveLUTConflicts(const KIROExposureRange* pRange, const KIROSensorRange* pSensorRange,
-                                   KIROExposureSetType* pOut, const kirodbarbitrationlut::LUTConflictHandling* pHandling)
+                                   KIROExposureSetType*                             pOut,
+                                   const kirodbarbitrationlut::LUTConflictHandling* pHandling)
 {
     const KIROExposureSetType& rStart = pRange->start;
     const KIROExposureSetType& rEnd   = pRange->end;

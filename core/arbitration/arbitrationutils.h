@@ -19,7 +19,8 @@ KiroResult UtilResolveRangeConflicts(KIROExposureRange* pRange, const KIROSensor
 /// Clamps or refuses a looked-up gain and time that leave the current range or the sensor's limits.
 /// @return 0, or 1 when the LUT does not apply
 KiroResult UtilResolveLUTConflicts(const KIROExposureRange* pRange, const KIROSensorRange* pSensorRange,
-                                   KIROExposureSetType* pOut, const kirodbarbitrationlut::LUTConflictHandling* pHandling);
+                                   KIROExposureSetType*                             pOut,
+                                   const kirodbarbitrationlut::LUTConflictHandling* pHandling);
 
 /// Moves gain and time of a table's result into the current range, keeping the exposure.
 /// @return 0 (a gain above the range counts as fitted), or 1

@@ -34,7 +34,7 @@ AECAlgoExposureType ReferenceExposureType(KIROExposureSelection selection)
     return exposurearithmetic::ExposureTypeOfSelection(selection, AECAlgoExposureLong);
 }
 
-} // namespace
+}  // namespace
 
 KiroResult CKIROArbitration::MatchControlHistory(KIROExposureSetType* pOutExposure)
 {
@@ -64,10 +64,10 @@ KiroResult CKIROArbitration::MatchControlHistory(KIROExposureSetType* pOutExposu
         return result;
     }
 
-    const KIROExposureSetType& rCurrent          = CurrentExposure();
-    const DOUBLE               referenceExposure = static_cast<DOUBLE>(refKnee.gain) * static_cast<DOUBLE>(refKnee.time);
-    const DOUBLE               endExposure       = static_cast<DOUBLE>(endKnee.gain) * static_cast<DOUBLE>(endKnee.time);
-    const DOUBLE               targetExposure    = static_cast<DOUBLE>(rCurrent.exposure);
+    const KIROExposureSetType& rCurrent = CurrentExposure();
+    const DOUBLE referenceExposure      = static_cast<DOUBLE>(refKnee.gain) * static_cast<DOUBLE>(refKnee.time);
+    const DOUBLE endExposure            = static_cast<DOUBLE>(endKnee.gain) * static_cast<DOUBLE>(endKnee.time);
+    const DOUBLE targetExposure         = static_cast<DOUBLE>(rCurrent.exposure);
     if (exposurearithmetic::IsSameExposure(exposurearithmetic::SaturateToUINT64(referenceExposure), rCurrent.exposure))
     {
         pOutExposure->time     = refKnee.time;
@@ -191,8 +191,8 @@ const AECFrameHistory* CKIROArbitration::FindLastNonSnapshotFrame() const
     {
         return nullptr;
     }
-    const AECFrameHistory* pCandidate    = nullptr;
-    bool                   isFirstFound  = false;
+    const AECFrameHistory* pCandidate   = nullptr;
+    bool                   isFirstFound = false;
     for (UINT32 offset = 1; offset < frameCount; ++offset)
     {
         const AECFrameHistory* pFrame = rHistory.GetFrameHistory(static_cast<UINT8>(offset));

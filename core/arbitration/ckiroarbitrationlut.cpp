@@ -24,7 +24,7 @@ FLOAT GainForTime(UINT64 exposure, UINT64 time, FLOAT corr)
     return static_cast<FLOAT>(exposure) / std::max(static_cast<FLOAT>(time) * corr, Epsilon);
 }
 
-} // namespace
+}  // namespace
 
 KiroResult CKIROArbitration::ApplyCoreLUT()
 {
@@ -130,10 +130,9 @@ KiroResult CKIROArbitration::FitLUTGain(const LUTType& rLUT, FLOAT data, KIROExp
         return 0;
     }
     pCandidate->gain = data;
-    pCandidate->time =
-        SaturateToUINT64(static_cast<DOUBLE>(pCandidate->exposure) /
-                         std::max(static_cast<DOUBLE>(data) * static_cast<DOUBLE>(pCandidate->corr),
-                                  static_cast<DOUBLE>(Epsilon)));
+    pCandidate->time = SaturateToUINT64(
+        static_cast<DOUBLE>(pCandidate->exposure) /
+        std::max(static_cast<DOUBLE>(data) * static_cast<DOUBLE>(pCandidate->corr), static_cast<DOUBLE>(Epsilon)));
     return FinishLUTOutput(rLUT, pCandidate);
 }
 
@@ -183,8 +182,8 @@ VOID CKIROArbitration::UtilTryATBPeriod(UINT64 period, KIROExposureSetType* pCan
     pCandidate->time = newCount * period;
     pCandidate->gain = GainForTime(pCandidate->exposure, pCandidate->time, pCandidate->corr);
     STATS_LOG_TRACE("in period count %d time %llu gain %.3f out period count %d time %llu gain %.3f",
-                    static_cast<INT32>(count), before.time, before.gain, static_cast<INT32>(newCount),
-                    pCandidate->time, pCandidate->gain);
+                    static_cast<INT32>(count), before.time, before.gain, static_cast<INT32>(newCount), pCandidate->time,
+                    pCandidate->gain);
 }
 
 KiroResult CKIROArbitration::FinishLUTOutput(const LUTType& rLUT, KIROExposureSetType* pCandidate) const

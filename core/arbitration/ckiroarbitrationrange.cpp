@@ -60,7 +60,7 @@ bool IsSameTime(UINT64 first, UINT64 second)
     return std::abs(static_cast<FLOAT>(first) - static_cast<FLOAT>(second)) < Epsilon;
 }
 
-} // namespace
+}  // namespace
 
 KiroResult CKIROArbitration::ApplyCoreRange()
 {
@@ -354,8 +354,7 @@ KiroResult CKIROArbitration::ApplyPrecisionFlashRange(RangeType* pAdj) const
 {
     const KIROPrecisionFlashInfo& rInfo      = m_pIn->precisionFlashInfo;
     const FLOAT                   minExpTime = std::max(static_cast<FLOAT>(rInfo.minFlashTime) / rInfo.e1ToE1PlusE2,
-                                                        static_cast<FLOAT>(rInfo.rollingShutterDelayTime) /
-                                                            (1.0f - rInfo.e1ToE1PlusE2));
+                                                        static_cast<FLOAT>(rInfo.rollingShutterDelayTime) / (1.0f - rInfo.e1ToE1PlusE2));
     const FLOAT                   maxExpTime = static_cast<FLOAT>(rInfo.maxExpoTime);
     if (minExpTime > pAdj->start.val)
     {

@@ -28,7 +28,7 @@ ExposureKneeType KneeOf(const KIROExposureSetType& rBound)
     return {AECExpIncMax, rBound.gain, rBound.time};
 }
 
-} // namespace
+}  // namespace
 
 /// The piece of a table, or between the table and the range, on which an exposure lies.
 struct CKIROArbitration::TableSegment

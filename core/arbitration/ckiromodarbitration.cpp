@@ -19,11 +19,11 @@ VOID ReplaceZero(FLOAT* pValue)
     }
 }
 
-} // namespace
+}  // namespace
 
 CKIROArbitration::CKIROArbitration(StatsTuningData& rTuningData, IKIROContextManager& rContextManager)
-    : ModuleCommon(rTuningData, rContextManager), m_pIn(nullptr), m_pOut(nullptr), m_LUTTrigger(KIROMLBaseDataType),
-      m_ranges{}
+    : ModuleCommon(rTuningData, rContextManager), m_pIn(nullptr), m_pOut(nullptr),
+      m_LUTTrigger(KIROMLBaseDataType), m_ranges{}
 {
 }
 

@@ -1,8 +1,8 @@
 /// @file
 /// Splits an exposure into gain and time under limits that narrow one by one.
 ///
-/// The host walks an ordered list of controls per exposure type; each call applies one control: a range, a look-up table
-/// or an exposure table. Several controls share one input record, whose last used table is kept along the list.
+/// The host walks an ordered list of controls per exposure type; each call applies one control: a range, a look-up
+/// table or an exposure table. Several controls share one input record, whose last used table is kept along the list.
 #pragma once
 
 #include "core/base/ckirotrigger.h"
@@ -44,14 +44,14 @@ private:
     VOID       UpdateOneRangeIndex(FLOAT index, KIROExposureSetType* pBound);
     KiroResult ArbitrateExposureRange(KIROExposureRange* pTempRange, const RangeType* pAdj);
     VOID       WriteArbitratedExposure(FLOAT gain, UINT64 time, FLOAT correction);
-    VOID CompensateRange(const KIROExposureRange* pOld, KIROExposureRange* pNew,
-                         kirodbarbitrationrange::ArbExposureQuantity quantity) const;
+    VOID       CompensateRange(const KIROExposureRange* pOld, KIROExposureRange* pNew,
+                               kirodbarbitrationrange::ArbExposureQuantity quantity) const;
     KiroResult ApplyPrecisionFlashRange(RangeType* pAdj) const;
     KiroResult ApplyCoreRangeAECSync() const;
     KiroResult ApplyCoreRangeSHDRTime(RangeType* pAdj) const;
 
     // Tables.
-    KiroResult ApplyCoreTable(KIROExposureSetType* pOutExposure, ExposureTableType* pTableIn, UINT64 exposureIn);
+    KiroResult   ApplyCoreTable(KIROExposureSetType* pOutExposure, ExposureTableType* pTableIn, UINT64 exposureIn);
     TableSegment SelectSegment(const ExposureTableType& rTable, UINT64 exposure) const;
     KIROExposureSetType SplitAlongSegment(const TableSegment& rSegment, FLOAT correction) const;
 
@@ -71,7 +71,7 @@ private:
     KiroResult FindReferenceKnee(const kiroarbitration::ReferenceSourceType& rSource, ExposureKneeType* pKnee) const;
     const AECFrameHistory* FindPreviewFrame(const kiroarbitration::PreviewFrameSelectionType& rSelection) const;
     const AECFrameHistory* FindLastNonSnapshotFrame() const;
-    KiroResult FindEndKnee(const kiroarbitration::ArbitrationEndType& rEnd, ExposureKneeType* pKnee) const;
+    KiroResult             FindEndKnee(const kiroarbitration::ArbitrationEndType& rEnd, ExposureKneeType* pKnee) const;
 
     const KIROExposureSetType& CurrentExposure() const
     {

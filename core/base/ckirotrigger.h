@@ -100,11 +100,10 @@ private:
     bool      IsLastLevel(INT dimension) const;
     ptrdiff_t StrideOf(INT dimension) const;
     VOID*     SearchZones(INT dimension, FLOAT currValue, FLOAT prevValue, INT zoneCount, BYTE* pZones);
-    template <bool LeftToRight>
-    VOID*     WalkZones(INT dimension, FLOAT currValue, INT start, INT zoneCount, BYTE* pZones);
-    VOID*     EvaluateZone(INT dimension, BYTE* pZone);
-    VOID*     EvaluateGap(INT dimension, FLOAT currValue, BYTE* pVisited, BYTE* pReached, bool leftToRight);
-    VOID      RecordZone(INT dimension, INT index);
+    template <bool LeftToRight> VOID* WalkZones(INT dimension, FLOAT currValue, INT start, INT zoneCount, BYTE* pZones);
+    VOID*                             EvaluateZone(INT dimension, BYTE* pZone);
+    VOID* EvaluateGap(INT dimension, FLOAT currValue, BYTE* pVisited, BYTE* pReached, bool leftToRight);
+    VOID  RecordZone(INT dimension, INT index);
 
     const KIROMLDataType m_myDataType;
     const INT            m_recordSize;

@@ -22,8 +22,7 @@ FLOAT FloatRatio(UINT64 exposure, UINT64 indexZeroExposure)
     return static_cast<FLOAT>(exposure) / std::max(static_cast<FLOAT>(indexZeroExposure), Epsilon);
 }
 
-template <typename Integer>
-Integer Saturate(DOUBLE value)
+template <typename Integer> Integer Saturate(DOUBLE value)
 {
     if (std::isnan(value))
     {
@@ -40,12 +39,11 @@ Integer Saturate(DOUBLE value)
     return static_cast<Integer>(value);
 }
 
-} // namespace
+}  // namespace
 
 FLOAT IndexOfRatio(FLOAT ratio)
 {
-    return (ratio == 0.0f) ? 0.0f
-                           : static_cast<FLOAT>(std::log10(static_cast<DOUBLE>(ratio)) * IndexPerDecade);
+    return (ratio == 0.0f) ? 0.0f : static_cast<FLOAT>(std::log10(static_cast<DOUBLE>(ratio)) * IndexPerDecade);
 }
 
 UINT64 UtilQuantities2Exposure(FLOAT gain, UINT64 time, FLOAT corr)
@@ -80,8 +78,7 @@ VOID SetIndexByFloatRatio(KIROExposureSetType* pSet, UINT64 indexZeroExposure)
 
 UINT64 ExposureOfIndex(FLOAT index, UINT64 indexZeroExposure)
 {
-    return SaturateToUINT64(
-        std::round(IndexZero(indexZeroExposure) * static_cast<DOUBLE>(std::pow(IndexBase, index))));
+    return SaturateToUINT64(std::round(IndexZero(indexZeroExposure) * static_cast<DOUBLE>(std::pow(IndexBase, index))));
 }
 
 UINT64 TimeOfExposure(UINT64 exposure, FLOAT gain, FLOAT corr)
@@ -141,4 +138,4 @@ AECAlgoExposureType ExposureTypeOfSelection(KIROExposureSelection selection, AEC
     }
 }
 
-} // namespace exposurearithmetic
+}  // namespace exposurearithmetic

@@ -72,4 +72,4 @@ INT32  SaturateToINT32(DOUBLE value);
 /// @param selection ExposureNone, or a value out of range, maps to fallback
 AECAlgoExposureType ExposureTypeOfSelection(KIROExposureSelection selection, AECAlgoExposureType fallback);
 
-} // namespace exposurearithmetic
+}  // namespace exposurearithmetic

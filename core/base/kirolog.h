@@ -1,8 +1,9 @@
 /// @file
 /// Logging of the core.
 ///
-/// STATS_LOG_... goes to the host's stats logger, which filters by level. The logger is read without a null test: a host
-/// must supply it. SYSTEM_LOG_... goes to the system log; configuration and verbose lines are gated by the group masks.
+/// STATS_LOG_... goes to the host's stats logger, which filters by level. The logger is read without a null test: a
+/// host must supply it. SYSTEM_LOG_... goes to the system log; configuration and verbose lines are gated by the group
+/// masks.
 #pragma once
 
 #include "interface/ikirocorealgo.h"
@@ -32,7 +33,7 @@ inline bool IsSystemLevelOn(UINT32 level)
 typedef VOID (*CheckedStatsLogger)(const CHAR*, INT32, const CHAR*, UINT32, UINT32, const CHAR*, ...)
     __attribute__((format(printf, 6, 7)));
 
-} // namespace kirolog
+}  // namespace kirolog
 
 #define STATS_LOG(level, ...)                                                                                          \
     static_cast<kirolog::CheckedStatsLogger>(gStatsLogger)(__FILE_NAME__, __LINE__, __func__, kirolog::StatsGroup,     \

@@ -20,8 +20,7 @@ constexpr INT  ReleaseTag = 16;
 
 struct ObjectDeleter
 {
-    template <typename T>
-    VOID operator()(T* pObject) const
+    template <typename T> VOID operator()(T* pObject) const
     {
         pObject->~T();
         TavoFree(pObject, ReleaseTag, nullptr, 0);
@@ -36,20 +35,17 @@ struct ArrayDeleter
     }
 };
 
-} // namespace tavomemory
+}  // namespace tavomemory
 
 /// Owner of one object. A base class that is owned this way has a virtual destructor and stands first in the object.
-template <typename T>
-using TavoPtr = std::unique_ptr<T, tavomemory::ObjectDeleter>;
+template <typename T> using TavoPtr = std::unique_ptr<T, tavomemory::ObjectDeleter>;
 
 /// Owner of an array of plain values.
-template <typename T>
-using TavoArray = std::unique_ptr<T[], tavomemory::ArrayDeleter>;
+template <typename T> using TavoArray = std::unique_ptr<T[], tavomemory::ArrayDeleter>;
 
 /// Constructs a T in zero-filled memory.
 /// @return null when no memory is left; an exception of the constructor frees the memory and passes on
-template <typename T, typename... Arguments>
-TavoPtr<T> TavoNew(Arguments&&... arguments)
+template <typename T, typename... Arguments> TavoPtr<T> TavoNew(Arguments&&... arguments)
 {
     constexpr UINT alignment = (alignof(T) > tavomemory::Alignment) ? alignof(T) : tavomemory::Alignment;
     VOID*          pMemory   = TavoCalloc(sizeof(T), alignment, tavomemory::ObjectTag, 0, nullptr, 0);
@@ -70,8 +66,7 @@ TavoPtr<T> TavoNew(Arguments&&... arguments)
 
 /// @param count values, zero-filled
 /// @return null when no memory is left
-template <typename T>
-TavoArray<T> TavoNewArray(size_t count, INT tag = tavomemory::WorkTag)
+template <typename T> TavoArray<T> TavoNewArray(size_t count, INT tag = tavomemory::WorkTag)
 {
     static_assert(std::is_trivially_copyable_v<T> && std::is_trivially_destructible_v<T>);
     constexpr UINT alignment = (alignof(T) > tavomemory::Alignment) ? alignof(T) : tavomemory::Alignment;
@@ -83,11 +78,10 @@ TavoArray<T> TavoNewArray(size_t count, INT tag = tavomemory::WorkTag)
 }
 
 /// Owner of an array of objects in one block of memory. Elements are destroyed last first.
-template <typename T>
-class TavoObjects
+template <typename T> class TavoObjects
 {
 public:
-    TavoObjects() = default;
+    TavoObjects()                              = default;
     TavoObjects(const TavoObjects&)            = delete;
     TavoObjects& operator=(const TavoObjects&) = delete;
 
@@ -101,9 +95,9 @@ public:
     {
         clear();
         constexpr UINT alignment = (alignof(T) > tavomemory::Alignment) ? alignof(T) : tavomemory::Alignment;
-        m_pElements = (count == 0) ? nullptr
-                                   : static_cast<T*>(TavoCalloc(sizeof(T) * static_cast<size_t>(count), alignment,
-                                                                tavomemory::ObjectTag, 0, nullptr, 0));
+        m_pElements              = (count == 0) ? nullptr
+                                                : static_cast<T*>(TavoCalloc(sizeof(T) * static_cast<size_t>(count), alignment,
+                                                                             tavomemory::ObjectTag, 0, nullptr, 0));
         for (; m_pElements != nullptr && m_count < count; ++m_count)
         {
             new (m_pElements + m_count) T();

@@ -19,8 +19,7 @@ namespace tuningaccess
             ->GetModule_##name(static_cast<const TuningMode*>(rTuningData.pTuningModeSelectors),                       \
                                rTuningData.numSelectors, nullptr);                                                     \
     }                                                                                                                  \
-    template <typename Record = name::RecordType>                                                                      \
-    const Record& Require_##name(const StatsTuningData& rTuningData)                                                   \
+    template <typename Record = name::RecordType> const Record& Require_##name(const StatsTuningData& rTuningData)     \
     {                                                                                                                  \
         static const Record absent{};                                                                                  \
         const Record*       pRecord = Get_##name(rTuningData);                                                         \
@@ -33,4 +32,4 @@ namespace tuningaccess
 #undef TUNING_MODULE
 #undef TUNING_MODULE_BARE
 
-} // namespace tuningaccess
+}  // namespace tuningaccess

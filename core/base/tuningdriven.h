@@ -7,15 +7,13 @@
 
 /// Watches one module's record. SymbolTableID changes with the module instance and with every live edit; the address
 /// changes when the file has been loaded anew.
-template <typename Record>
-class TuningDriven
+template <typename Record> class TuningDriven
 {
 public:
     /// Calls rebuild(rRecord) if the record is not the one of the last call.
     /// @param pRecord may be null, then nothing happens
     /// @return pRecord
-    template <typename Rebuild>
-    Record* Refresh(Record* pRecord, Rebuild&& rebuild)
+    template <typename Rebuild> Record* Refresh(Record* pRecord, Rebuild&& rebuild)
     {
         if (pRecord != nullptr && (pRecord != m_pRecord || pRecord->SymbolTableID != m_symbolTableID))
         {

@@ -19,7 +19,7 @@ DOUBLE LogOfExposure(UINT64 exposure)
     return SensiLog103(static_cast<FLOAT>(exposure));
 }
 
-} // namespace
+}  // namespace
 
 CConvEventManager::CConvEventManager(IKIROContextManager& rContextManager)
     : m_rContextManager(rContextManager), m_oldContext{}, m_camSyncLock{}
@@ -205,7 +205,7 @@ VOID CConvEventManager::ApplyPostRawSensitivityBoost(const ConvEventContext& rNe
     }
     const INT32            indexPostRaw = pInput->systemLatency - rNewContext.postRawCounter + 1;
     const INT32            newBoost     = rNewContext.postRawSIBoost;
-    const AECFrameHistory* pFrame       = m_rContextManager.m_pHistory->GetFrameHistory(static_cast<UINT8>(indexPostRaw));
+    const AECFrameHistory* pFrame = m_rContextManager.m_pHistory->GetFrameHistory(static_cast<UINT8>(indexPostRaw));
     if (pFrame == nullptr || newBoost <= 0)
     {
         return;
@@ -213,8 +213,8 @@ VOID CConvEventManager::ApplyPostRawSensitivityBoost(const ConvEventContext& rNe
     const FLOAT postRawFactor = static_cast<FLOAT>(pFrame->postRawSensitivityBoost) / static_cast<FLOAT>(newBoost);
     for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
     {
-        pTargetExposuresLog103[type] = LogOfExposure(pFrame->exposureSets[type].exposure) +
-                                       static_cast<DOUBLE>(SensiLog103(postRawFactor));
+        pTargetExposuresLog103[type] =
+            LogOfExposure(pFrame->exposureSets[type].exposure) + static_cast<DOUBLE>(SensiLog103(postRawFactor));
         STATS_LOG_TRACE("KIROCONVRG exposure %d apply new post raw %d old %d factor %.1f new exp %f counter %d", type,
                         newBoost, pFrame->postRawSensitivityBoost, postRawFactor, pTargetExposuresLog103[type],
                         rNewContext.postRawCounter);

@@ -26,8 +26,7 @@ DOUBLE LogOfRoundedExposure(UINT64 exposure)
 }
 
 /// @return step with the sign of value; a value of 0 counts as negative
-template <typename T>
-T SignedStep(T step, T value)
+template <typename T> T SignedStep(T step, T value)
 {
     return (value > T(0)) ? step : -step;
 }
@@ -37,7 +36,7 @@ FLOAT RatioOfTargets(UINT64 numerator, UINT64 denominator)
     return static_cast<FLOAT>(static_cast<DOUBLE>(numerator) / std::max(static_cast<DOUBLE>(denominator), 1.0));
 }
 
-} // namespace
+}  // namespace
 
 VOID CKIROConvergence::ComputeDRCConvergence()
 {
@@ -108,12 +107,12 @@ DOUBLE CKIROConvergence::DRCMovedOutput(UINT32 expType, FLOAT speed, DOUBLE desi
 
 VOID CKIROConvergence::ConvergeSmoothNode(AECAlgoExposureType exposureType)
 {
-    const bool  isADRC     = exposureType == AECAlgoExposureShort;
-    const auto& rTuning    = isADRC ? m_pTuning->smoothADRC : m_pTuning->smoothDarkBoost;
-    auto&       rContext   = isADRC ? m_smoothADRC : m_smoothDarkBoost;
-    const FLOAT gainTarget = isADRC ? ADRCGainTarget()
-                                    : RatioOfTargets(m_input.exposures[AECAlgoExposureLong],
-                                                     m_input.exposures[AECAlgoExposureSafe]);
+    const bool  isADRC   = exposureType == AECAlgoExposureShort;
+    const auto& rTuning  = isADRC ? m_pTuning->smoothADRC : m_pTuning->smoothDarkBoost;
+    auto&       rContext = isADRC ? m_smoothADRC : m_smoothDarkBoost;
+    const FLOAT gainTarget =
+        isADRC ? ADRCGainTarget()
+               : RatioOfTargets(m_input.exposures[AECAlgoExposureLong], m_input.exposures[AECAlgoExposureSafe]);
     if (rTuning.nodesCount == 0)
     {
         return;
@@ -152,8 +151,8 @@ FLOAT CKIROConvergence::ADRCGainTarget() const
 VOID CKIROConvergence::CalculateCompensationDarkBoostGain(const KIROConvergenceInput& rInput,
                                                           KIROConvergenceOutput&      rOutput) const
 {
-    const FLOAT longOverSafe = static_cast<FLOAT>(m_output.sensiLog103[AECAlgoExposureLong] -
-                                                  m_output.sensiLog103[AECAlgoExposureSafe]);
+    const FLOAT longOverSafe =
+        static_cast<FLOAT>(m_output.sensiLog103[AECAlgoExposureLong] - m_output.sensiLog103[AECAlgoExposureSafe]);
     const FLOAT normalDarkBoost = std::max(rOutput.mfhdrLongADRC * std::pow(IndexBase, longOverSafe), 1.0f);
 
     const AECAlgoHDRType   type      = m_rContextManager.GetInput()->HDRType;
@@ -182,18 +181,18 @@ FLOAT CKIROConvergence::ConvergeDarkCompensation(const KIROConvergenceInput& rIn
         std::max(static_cast<FLOAT>(rPreviousSets[AECAlgoExposureLong].exposure) * rPrevious.mfhdrLongADRC /
                      static_cast<FLOAT>(rPreviousSets[AECAlgoExposureSafe].exposure),
                  1.0f);
-    const FLOAT targetNormal = std::max(static_cast<FLOAT>(m_input.exposures[AECAlgoExposureLong]) *
-                                            rInput.mfhdrLongADRC /
-                                            static_cast<FLOAT>(m_input.exposures[AECAlgoExposureSafe]),
-                                        1.0f);
+    const FLOAT targetNormal =
+        std::max(static_cast<FLOAT>(m_input.exposures[AECAlgoExposureLong]) * rInput.mfhdrLongADRC /
+                     static_cast<FLOAT>(m_input.exposures[AECAlgoExposureSafe]),
+                 1.0f);
     const FLOAT desiredDelta = std::max(metered / targetNormal, 1.0f);
     const FLOAT unitStep     = m_pTuning->unitStepSize;
 
     FLOAT       compensation = std::max(rPrevious.compensationDarkBoost / previousNormal, 1.0f);
     const FLOAT target       = exposurearithmetic::IndexOfRatio(desiredDelta);
     const FLOAT remaining    = target - exposurearithmetic::IndexOfRatio(compensation);
-    const bool  isHeld = static_cast<FLOAT>(m_pConvBase->value.tolerance) > std::abs(remaining) &&
-                         !(std::abs(target) < Epsilon);
+    const bool  isHeld =
+        static_cast<FLOAT>(m_pConvBase->value.tolerance) > std::abs(remaining) && !(std::abs(target) < Epsilon);
     if (!isHeld)
     {
         FLOAT offset = remaining * m_pBaseCoreData->drcSpeed;

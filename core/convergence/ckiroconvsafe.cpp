@@ -15,7 +15,7 @@ namespace
 /// Tolerances below this land exactly on the target: 0 and 1.
 constexpr FLOAT LandingTolerance = 1.0000001f;
 
-} // namespace
+}  // namespace
 
 VOID CKIROConvergence::ComputeBasicSafeConvergence()
 {
@@ -50,8 +50,8 @@ VOID CKIROConvergence::ComputeBasicSafeConvergence()
 bool CKIROConvergence::IsSafeSettledInTolerance(DOUBLE tgtPreviousDelta) const
 {
     const UINT32 tolerance = m_pConvBase->value.tolerance;
-    const bool   isInside  = static_cast<DOUBLE>(tolerance) > std::abs(tgtPreviousDelta) &&
-                             m_bSettleArray[AECAlgoExposureSafe] == TRUE;
+    const bool   isInside =
+        static_cast<DOUBLE>(tolerance) > std::abs(tgtPreviousDelta) && m_bSettleArray[AECAlgoExposureSafe] == TRUE;
     if (isInside && !(std::abs(PreviousShortStretch()) > 0.0f))
     {
         STATS_LOG_TRACE("Skip safe convergence. willBeIntolerance:%d, prevDelta:%f, tol:%d.", isInside,
@@ -89,9 +89,9 @@ DOUBLE CKIROConvergence::BasicSafeDelta(DOUBLE tgtMatchedDelta, DOUBLE tgtPrevio
         delta = cap;
     }
 
-    const bool isMoving  = !(static_cast<FLOAT>(std::abs(delta)) < exposurearithmetic::Epsilon);
-    const bool isLanding = static_cast<FLOAT>(rBase.tolerance) < LandingTolerance &&
-                           tolerance > std::abs(target - (delta + previous));
+    const bool isMoving = !(static_cast<FLOAT>(std::abs(delta)) < exposurearithmetic::Epsilon);
+    const bool isLanding =
+        static_cast<FLOAT>(rBase.tolerance) < LandingTolerance && tolerance > std::abs(target - (delta + previous));
     if (isMoving && isLanding)
     {
         delta = target - previous;

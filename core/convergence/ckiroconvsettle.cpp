@@ -18,11 +18,11 @@ VOID CKIROConvergence::HandleExposureConstraints(KIROConvergenceOutput& rOutput)
     {
         return;
     }
-    const auto* pTuning  = tuningaccess::Get_kirohdrsensor(*m_rContextManager.GetTuningData());
-    const FLOAT esRatio  = (pTuning != nullptr) ? pTuning->esRatio : 1.0f;
-    const FLOAT logShort = SensiLog103(static_cast<FLOAT>(rOutput.exposures[AECAlgoExposureShort]));
-    const FLOAT logLong  = SensiLog103(static_cast<FLOAT>(rOutput.exposures[AECAlgoExposureLong]));
-    const FLOAT logSafe  = logShort + (logLong - logShort) / (esRatio + 1.0f);
+    const auto* pTuning                    = tuningaccess::Get_kirohdrsensor(*m_rContextManager.GetTuningData());
+    const FLOAT esRatio                    = (pTuning != nullptr) ? pTuning->esRatio : 1.0f;
+    const FLOAT logShort                   = SensiLog103(static_cast<FLOAT>(rOutput.exposures[AECAlgoExposureShort]));
+    const FLOAT logLong                    = SensiLog103(static_cast<FLOAT>(rOutput.exposures[AECAlgoExposureLong]));
+    const FLOAT logSafe                    = logShort + (logLong - logShort) / (esRatio + 1.0f);
     rOutput.exposures[AECAlgoExposureSafe] = exposurearithmetic::SaturateToUINT64(std::pow(IndexBase, logSafe));
     STATS_LOG_TRACE("Apply 3HDR constraints.");
 }
@@ -34,7 +34,7 @@ VOID CKIROConvergence::RunConvSettle(KIROConvergenceOutput& rOutput)
     {
         const auto& rTrigger = m_pConvSettle->value.baseSettleTrigger;
         pBaseSettleTh        = static_cast<const kirodbconvsettle::BaseSettleType*>(m_triggerSettle.GetData(
-            GetTriggerValue(rTrigger.trigger1DataBank), GetTriggerValue(rTrigger.trigger2DataBank), 0.0f));
+                   GetTriggerValue(rTrigger.trigger1DataBank), GetTriggerValue(rTrigger.trigger2DataBank), 0.0f));
     }
     if (pBaseSettleTh == nullptr)
     {
@@ -83,10 +83,10 @@ VOID CKIROConvergence::ApplyAdvancedSettle(BOOL* pSettleStatus) const
     const auto& rTuning = m_pConvSettle->value;
     for (UINT32 index = 0; index < rTuning.advnSettleCount; ++index)
     {
-        const auto& rRule    = rTuning.advnSettle[index];
-        const FLOAT value    = GetTriggerValue(rRule.data);
-        const BOOL  bInRange = (!(rRule.settleDataRange.start > value) && !(rRule.settleDataRange.end < value)) ? TRUE
-                                                                                                                : FALSE;
+        const auto& rRule = rTuning.advnSettle[index];
+        const FLOAT value = GetTriggerValue(rRule.data);
+        const BOOL  bInRange =
+            (!(rRule.settleDataRange.start > value) && !(rRule.settleDataRange.end < value)) ? TRUE : FALSE;
         for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
         {
             pSettleStatus[type] = (rTuning.settleAgg == kirodbconvsettle::SettleAggOR)
@@ -113,9 +113,8 @@ VOID CKIROConvergence::RunConvPostProcess(KIROConvergenceOutput& rOutput)
         }
     }
     SetConvOutputToDB(rOutput);
-    STATS_LOG_TRACE("KIROCONVRG ConvOut(LogScale) Short:%f Safe:%f Long:%f",
-                    m_output.sensiLog103[AECAlgoExposureShort], m_output.sensiLog103[AECAlgoExposureSafe],
-                    m_output.sensiLog103[AECAlgoExposureLong]);
+    STATS_LOG_TRACE("KIROCONVRG ConvOut(LogScale) Short:%f Safe:%f Long:%f", m_output.sensiLog103[AECAlgoExposureShort],
+                    m_output.sensiLog103[AECAlgoExposureSafe], m_output.sensiLog103[AECAlgoExposureLong]);
     STATS_LOG_TRACE("KIROCONVRG ConvOut: Sensi(Short:%llu Safe:%llu Long:%llu) PredGain:%f ShortStretch:%f.",
                     rOutput.exposures[AECAlgoExposureShort], rOutput.exposures[AECAlgoExposureSafe],
                     rOutput.exposures[AECAlgoExposureLong], rOutput.predictiveGain, rOutput.shortStretchOffset);
@@ -146,8 +145,7 @@ VOID CKIROConvergence::SetConvOutputToDB(const KIROConvergenceOutput& rOutput)
     const FLOAT darkBoostGain          = longExp / std::max(safeExp, 1.0f);
 
     CKIROBankManager& rBanks = *m_rContextManager.m_pBankManager;
-    rBanks.PublishTrigger(TriggerCtrlHDRDRCGain, longExp / shortWithoutPredictive, "DRCGain",
-                          SourceModuleConvergence);
+    rBanks.PublishTrigger(TriggerCtrlHDRDRCGain, longExp / shortWithoutPredictive, "DRCGain", SourceModuleConvergence);
     rBanks.PublishTrigger(TriggerCtrlHDRADRCGain, adrcGain, "ADRCGain", SourceModuleConvergence);
     SYSTEM_LOG_CONFIG("ADRC gain %f ", adrcGain);
     rBanks.PublishTrigger(TriggerCtrlHDRDarkBoostGain, darkBoostGain, "DarkBoostGain", SourceModuleConvergence);

@@ -26,7 +26,7 @@ constexpr INT32 IndexNone = -1;
 /// A filtered stretch below this counts as none, log steps.
 constexpr FLOAT StretchMin = 1.0f;
 
-} // namespace
+}  // namespace
 
 VOID CKIROConvergence::ComputeTargetStretchOutput()
 {
@@ -63,9 +63,9 @@ UINT32 CKIROConvergence::StretchCount() const
 VOID CKIROConvergence::ComputeStretch(UINT32 index)
 {
     const ConvTargetStretchType& rTuning = m_pConvStretch->value.convStretch[index];
-    const auto* pData = static_cast<const ConvStretchCoreDataType*>(m_triggerStretch[index].GetData(
-        GetTriggerValue(rTuning.trigger1DataBank), GetTriggerValue(rTuning.trigger2DataBank),
-        GetTriggerValue(rTuning.trigger3DataBank)));
+    const auto*                  pData   = static_cast<const ConvStretchCoreDataType*>(m_triggerStretch[index].GetData(
+                           GetTriggerValue(rTuning.trigger1DataBank), GetTriggerValue(rTuning.trigger2DataBank),
+                           GetTriggerValue(rTuning.trigger3DataBank)));
 
     KIROTargetStretchOutType& rSlot = m_tgtStretchOut[index];
     rSlot.weight                    = pData->weight;
@@ -88,8 +88,7 @@ VOID CKIROConvergence::ComputeStretch(UINT32 index)
 
 VOID CKIROConvergence::AggregateStretchOutput(KIROTargetStretchOutType& rAggOut)
 {
-    const BOOL bBrightToDark =
-        (GetExposureInfo(KIROConvTgtMatchDelta, AECAlgoExposureSafe) < 0.0) ? TRUE : FALSE;
+    const BOOL bBrightToDark = (GetExposureInfo(KIROConvTgtMatchDelta, AECAlgoExposureSafe) < 0.0) ? TRUE : FALSE;
     const AECConvStretchAggType aggType = m_pConvStretch->value.convStretchAgg;
     if (static_cast<UINT32>(aggType) > StretchAggMostWeight)
     {
@@ -148,7 +147,7 @@ VOID CKIROConvergence::SortStretches()
 {
     const AECConvStretchAggType aggType    = m_pConvStretch->value.convStretchAgg;
     const bool                  isByWeight = aggType == StretchAggLeastWeight || aggType == StretchAggMostWeight;
-    const auto                  key = [isByWeight](const KIROTargetStretchOutType& rSlot)
+    const auto                  key        = [isByWeight](const KIROTargetStretchOutType& rSlot)
     { return isByWeight ? rSlot.weight : rSlot.stretchOffset; };
 
     const UINT32 count = StretchCount();
@@ -222,16 +221,16 @@ VOID CKIROConvergence::ComputeStretchOffset(const KIROTargetStretchOutType& rAgg
             rPredGain = std::pow(IndexBase, std::abs(rShortStretchOffset) * rAggOut.comp);
         }
     }
-    rSafeStretchOffset = std::fma(std::log10(rPredGain), static_cast<FLOAT>(exposurearithmetic::IndexPerDecade),
-                                  rShortStretchOffset);
+    rSafeStretchOffset =
+        std::fma(std::log10(rPredGain), static_cast<FLOAT>(exposurearithmetic::IndexPerDecade), rShortStretchOffset);
 }
 
 VOID CKIROConvergence::DRCStretchAggregator()
 {
-    const DOUBLE safeExp      = m_output.sensiLog103[AECAlgoExposureSafe];
-    const FLOAT  drcRatio     = std::pow(IndexBase, static_cast<FLOAT>(safeExp - m_DRCOutput[AECAlgoExposureShort]));
-    const FLOAT  stretchRatio = std::pow(
-        IndexBase, static_cast<FLOAT>(safeExp - m_output.sensiLog103[AECAlgoExposureShort]));
+    const DOUBLE safeExp  = m_output.sensiLog103[AECAlgoExposureSafe];
+    const FLOAT  drcRatio = std::pow(IndexBase, static_cast<FLOAT>(safeExp - m_DRCOutput[AECAlgoExposureShort]));
+    const FLOAT  stretchRatio =
+        std::pow(IndexBase, static_cast<FLOAT>(safeExp - m_output.sensiLog103[AECAlgoExposureShort]));
 
     m_output.sensiLog103[AECAlgoExposureLong] = m_DRCOutput[AECAlgoExposureLong];
     if (stretchRatio > 1.0f && drcRatio > 1.0f)

@@ -18,14 +18,14 @@ constexpr FLOAT DefaultGridStep = 0.5f;
 /// A long compensation above this lets Long stay below Safe.
 constexpr FLOAT CompensationInForce = 1.0000001f;
 
-} // namespace
+}  // namespace
 
 CKIROConvergence::CKIROConvergence(StatsTuningData& rTuningData, IKIROContextManager& rContextManager)
     : ModuleCommon(rTuningData, rContextManager), m_input{}, m_pRange(nullptr), m_output{}, m_DRCOutput{},
       m_pTuning(nullptr), m_pConvBase(nullptr), m_pConvStretch(nullptr), m_pConvSettle(nullptr),
       m_pBaseCoreData(nullptr), m_scdID(0), m_bBrightnessSettle(FALSE), m_bSettle(FALSE), m_bSettleArray{},
-      m_settleCount(0), m_convEventManager(rContextManager), m_bIsTargetFixed(FALSE), m_smoothADRC{},
-      m_smoothDarkBoost{}
+      m_settleCount(0), m_convEventManager(rContextManager),
+      m_bIsTargetFixed(FALSE), m_smoothADRC{}, m_smoothDarkBoost{}
 {
     m_moduleID = tuningaccess::Require_kiroconvergence(rTuningData).moduleID;
 }
@@ -61,8 +61,8 @@ KiroResult CKIROConvergence::RunConvProcesss(KIROConvergenceInput& rInput, KIROC
     const AECAlgoHDRType type = m_rContextManager.GetInput()->HDRType;
     if (type == StaggeredHDR || type == MultiframeHDR)
     {
-        const FLOAT delta = static_cast<FLOAT>(m_output.sensiLog103[AECAlgoExposureSafe] -
-                                               m_output.sensiLog103[AECAlgoExposureLong]);
+        const FLOAT delta =
+            static_cast<FLOAT>(m_output.sensiLog103[AECAlgoExposureSafe] - m_output.sensiLog103[AECAlgoExposureLong]);
         rOutput.mfhdrLongADRC = std::max(std::pow(IndexBase, delta), 1.0f);
     }
     CalculateCompensationDarkBoostGain(rInput, rOutput);
@@ -188,8 +188,8 @@ VOID CKIROConvergence::PopulateOutput(KIROConvergenceOutput& rOutput)
     UINT64*             pExposures = rOutput.exposures;
     for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
     {
-        pExposures[type] = exposurearithmetic::SaturateToUINT64(
-            exposurearithmetic::ExposureOfSensiLog103(m_output.sensiLog103[type]));
+        pExposures[type] =
+            exposurearithmetic::SaturateToUINT64(exposurearithmetic::ExposureOfSensiLog103(m_output.sensiLog103[type]));
     }
     CapExposure(rOutput);
 
@@ -200,8 +200,8 @@ VOID CKIROConvergence::PopulateOutput(KIROConvergenceOutput& rOutput)
     rOutput.bSettle            = FALSE;
     rOutput.bIsConvTargetFixed = m_bIsTargetFixed;
 
-    DOUBLE compensation = static_cast<DOUBLE>(pExposures[AECAlgoExposureSafe]) /
-                          static_cast<DOUBLE>(pExposures[AECAlgoExposureShort]);
+    DOUBLE compensation =
+        static_cast<DOUBLE>(pExposures[AECAlgoExposureSafe]) / static_cast<DOUBLE>(pExposures[AECAlgoExposureShort]);
     if (rOutput.predictiveGain >= 1.0f)
     {
         compensation /= static_cast<DOUBLE>(rOutput.predictiveGain);
@@ -209,8 +209,8 @@ VOID CKIROConvergence::PopulateOutput(KIROConvergenceOutput& rOutput)
     rOutput.compensationADRC = static_cast<FLOAT>(compensation);
     if (pInput->manualSetting.manualMode == AECAlgoModeManualFull)
     {
-        rOutput.compensationDarkBoost = static_cast<FLOAT>(pExposures[AECAlgoExposureLong]) /
-                                        static_cast<FLOAT>(pExposures[AECAlgoExposureSafe]);
+        rOutput.compensationDarkBoost =
+            static_cast<FLOAT>(pExposures[AECAlgoExposureLong]) / static_cast<FLOAT>(pExposures[AECAlgoExposureSafe]);
     }
     m_convEventManager.GetLockedEV0(rOutput.lockedEV0Exposures);
 }
@@ -306,9 +306,9 @@ DOUBLE CKIROConvergence::GetExposureInfo(KIROConvExpInfoType type, UINT32 expTyp
         return DRCPrevDelta(expType);
     }
 
-    const bool  isPrevious = type == KIROConvPrevious || type == KIROConvTgtPreviousDelta;
-    const UINT8 offset     = isPrevious ? 1 : m_rContextManager.GetInput()->systemLatency;
-    const AECFrameHistory* pFrame = m_rContextManager.m_pHistory->GetFrameHistory(offset);
+    const bool             isPrevious = type == KIROConvPrevious || type == KIROConvTgtPreviousDelta;
+    const UINT8            offset     = isPrevious ? 1 : m_rContextManager.GetInput()->systemLatency;
+    const AECFrameHistory* pFrame     = m_rContextManager.m_pHistory->GetFrameHistory(offset);
     if (pFrame == nullptr)
     {
         STATS_LOG_ERROR("Frame History is null. Sensitivity will not be converted to index");

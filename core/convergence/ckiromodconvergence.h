@@ -119,27 +119,27 @@ private:
     VOID SetConvOutputToDB(const KIROConvergenceOutput& rOutput);
 
     KIROConvTempInput      m_input;
-    KIROArbitratedLimits*  m_pRange;           ///< the host's, for the frame
+    KIROArbitratedLimits*  m_pRange;  ///< the host's, for the frame
     KIROConvCoreOutput     m_output;
-    DOUBLE                 m_DRCOutput[3];     ///< the DRC branch's own result
-    KIROStretchOutputDeque m_tgtStretchOut;    ///< written by index; slots keep what they held
+    DOUBLE                 m_DRCOutput[3];   ///< the DRC branch's own result
+    KIROStretchOutputDeque m_tgtStretchOut;  ///< written by index; slots keep what they held
 
-    const kiroconvergence::KIROConvergenceType* m_pTuning;
+    const kiroconvergence::KIROConvergenceType*    m_pTuning;
     const kirodbconvbase::DBConvBasePayload*       m_pConvBase;
     const kirodbconvstretch::DBConvStretchPayload* m_pConvStretch;
     const kirodbconvsettle::DBConvSettlePayload*   m_pConvSettle;
     const kirodbconvbase::ConvBaseCoreDataType*    m_pBaseCoreData;
 
-    CKIROConvBase     m_triggerBase;
-    CKIROConvSettle   m_triggerSettle;
-    CKIROConvStretch  m_triggerStretch[ConvStretchCountMax];
-    UINT32            m_scdID;                 ///< the active scene change detector
-    BOOL              m_bBrightnessSettle;
-    BOOL              m_bSettle;
-    BOOL              m_bSettleArray[3];       ///< Short and Long settled, and for Safe the brightness flag
-    UINT32            m_settleCount;
-    CConvEventManager m_convEventManager;
-    BOOL              m_bIsTargetFixed;
+    CKIROConvBase                m_triggerBase;
+    CKIROConvSettle              m_triggerSettle;
+    CKIROConvStretch             m_triggerStretch[ConvStretchCountMax];
+    UINT32                       m_scdID;  ///< the active scene change detector
+    BOOL                         m_bBrightnessSettle;
+    BOOL                         m_bSettle;
+    BOOL                         m_bSettleArray[3];  ///< Short and Long settled, and for Safe the brightness flag
+    UINT32                       m_settleCount;
+    CConvEventManager            m_convEventManager;
+    BOOL                         m_bIsTargetFixed;
     SmoothNodeConvergenceContext m_smoothADRC;
     SmoothNodeConvergenceContext m_smoothDarkBoost;
 };

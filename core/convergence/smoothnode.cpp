@@ -85,8 +85,7 @@ VOID TriggerMove(SmoothNodeConvergenceContext& rContext, const SmoothNodeType& r
             rGainNode      = std::min(rNode.nodeSize + rGainNode, rNode.maxNodeDRCGain);
         }
     }
-    else if (rNode.minNodeDRCGain + Epsilon < rGainNode &&
-             !(rGainNode - rNode.triggerPointDown + Epsilon < gainTarget))
+    else if (rNode.minNodeDRCGain + Epsilon < rGainNode && !(rGainNode - rNode.triggerPointDown + Epsilon < gainTarget))
     {
         if (isSizeZero)
         {
@@ -101,7 +100,7 @@ VOID TriggerMove(SmoothNodeConvergenceContext& rContext, const SmoothNodeType& r
     }
 }
 
-} // namespace
+}  // namespace
 
 VOID StepSmoothNode(SmoothNodeConvergenceContext& rContext, const DRCSmoothType& rTuning, FLOAT gainTarget)
 {

@@ -1,5 +1,6 @@
 /// @file
-/// Holds a DRC gain on nodes with hysteresis and ramps between them, so that it does not follow every wobble of metering.
+/// Holds a DRC gain on nodes with hysteresis and ramps between them, so that it does not follow every wobble of
+/// metering.
 #pragma once
 
 #include "platform/tavotypes.h"

@@ -18,7 +18,7 @@ TavoPtr<CCalculator> NewCalculator(const CCalculator::StatsCalculatorType& rTuni
     return pCalculator;
 }
 
-} // namespace
+}  // namespace
 
 CCalculatorManager::CCalculatorManager(IKIROContextManager& rContextManager) : m_rContextManager(rContextManager)
 {

@@ -29,8 +29,8 @@ private:
     VOID RunActiveCalculator(UINT32 id);
     VOID RunXtremeColors();
 
-    IKIROContextManager&     m_rContextManager;
-    TuningDriven<Tuning>     m_tuning;
+    IKIROContextManager& m_rContextManager;
+    TuningDriven<Tuning> m_tuning;
     // Destroyed in this order reversed: the fixed ones last.
     TavoPtr<CCalculator>     m_pAverageCalculator;
     TavoPtr<CCalculator>     m_pCtrWeightedCalculator;

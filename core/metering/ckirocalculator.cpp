@@ -23,16 +23,16 @@ constexpr KIROSubsamplingInfo NoSubsampling = {nullptr, 0, 0};
 /// What the parameters of the two-exposure percentile mean.
 enum MultiExposureParameter : UINT32
 {
-    Exposure1Index       = 0,
-    Exposure2Index       = 1,
-    MaxTriggerExposure1  = 2,
-    MinTriggerExposure2  = 3,
-    TriggerBank          = 4,
-    TriggerID            = 5,
-    MultiExposureCount   = 6
+    Exposure1Index      = 0,
+    Exposure2Index      = 1,
+    MaxTriggerExposure1 = 2,
+    MinTriggerExposure2 = 3,
+    TriggerBank         = 4,
+    TriggerID           = 5,
+    MultiExposureCount  = 6
 };
 
-} // namespace
+}  // namespace
 
 CCalculator::CCalculator() : m_group{}, m_pTuning(nullptr), m_pContextManager(nullptr), m_results{}
 {
@@ -182,8 +182,8 @@ KiroResult CCalculator::HandleAPIHistRangeAverage(KIROHistRangeType type, BOOL b
         return result;
     }
     FLOAT others[OutputCountMax] = {};
-    result = Stats().GetHistRangeLuma(m_pTuning->statsSelection.channel2, &range, type, others,
-                                      m_pTuning->expRatioHandle);
+    result =
+        Stats().GetHistRangeLuma(m_pTuning->statsSelection.channel2, &range, type, others, m_pTuning->expRatioHandle);
     STATS_LOG_TRACE("stats1 %.1f stats2 %.1f w1 %.1f", m_results[0], others[0], weight);
     if (result != 0)
     {
@@ -224,8 +224,8 @@ KiroResult CCalculator::ScaleMultiExposurePercentileStats(FLOAT* pOut, FLOAT* pO
     pOut[0] *= scaler;
     pOut[1] *= scaler;
 
-    const DataBankType bank = {static_cast<KIROBankIDType>(SaturateToINT32(pParameters[TriggerBank])),
-                               SaturateToINT32(pParameters[TriggerID])};
+    const DataBankType bank    = {static_cast<KIROBankIDType>(SaturateToINT32(pParameters[TriggerBank])),
+                                  SaturateToINT32(pParameters[TriggerID])};
     FLOAT              trigger = 0.0f;
     const KiroResult   result  = m_pContextManager->m_pBankManager->UtilGetFloatFromBank(&bank, trigger, TRUE, nullptr);
     if (result != 0)
@@ -255,10 +255,9 @@ KiroResult CCalculator::HandleAPIGridRgbgStatsCounter()
     const auto&       rParameters = m_pTuning->generalParameters;
     const auto&       rStats      = m_pTuning->statsSelection;
     const CHAR* const channels[]  = {rStats.channel1, rStats.channel2, rStats.channel3};
-    return Stats().GetGridRgBgStatsCount(channels, static_cast<UINT32>(std::size(channels)),
-                                         static_cast<INT32>(rParameters.ROIID), NoSubsampling,
-                                         rParameters.rangeTriggerCount, rParameters.rangeTrigger, m_results[0],
-                                         m_pTuning->expRatioHandle);
+    return Stats().GetGridRgBgStatsCount(
+        channels, static_cast<UINT32>(std::size(channels)), static_cast<INT32>(rParameters.ROIID), NoSubsampling,
+        rParameters.rangeTriggerCount, rParameters.rangeTrigger, m_results[0], m_pTuning->expRatioHandle);
 }
 
 KiroResult CCalculator::HandleAPIExtremeColorRgbgStatsRatio()
@@ -268,8 +267,8 @@ KiroResult CCalculator::HandleAPIExtremeColorRgbgStatsRatio()
     const CHAR* const channels[]  = {rStats.channel1, rStats.channel2, rStats.channel3};
     const FLOAT       buffer      = (m_pTuning->extensionArrayCount != 0) ? m_pTuning->extensionArray[0] : 0.0f;
     const auto*       pGroup      = Stats().ProcInitializeXTremeColorRegion(
-        channels, static_cast<UINT32>(std::size(channels)), static_cast<INT32>(rParameters.ROIID), NoSubsampling,
-        rParameters.rangeTriggerCount, rParameters.rangeTrigger, m_results[0], m_pTuning->expRatioHandle, buffer);
+                   channels, static_cast<UINT32>(std::size(channels)), static_cast<INT32>(rParameters.ROIID), NoSubsampling,
+                   rParameters.rangeTriggerCount, rParameters.rangeTrigger, m_results[0], m_pTuning->expRatioHandle, buffer);
     if (pGroup == nullptr)
     {
         return ResultFailed;

@@ -47,9 +47,9 @@ private:
         return *m_pContextManager->m_pStatsProcessor;
     }
 
-    GroupedGridParameters      m_group;            ///< filled for extreme colours only
+    GroupedGridParameters      m_group;  ///< filled for extreme colours only
     const StatsCalculatorType* m_pTuning;
     IKIROContextManager*       m_pContextManager;
     FLOAT                      m_results[OutputCountMax];
-    CKIROTwoFloatsXML          m_triggerRange;     ///< ranges over the lux index
+    CKIROTwoFloatsXML          m_triggerRange;  ///< ranges over the lux index
 };

@@ -37,7 +37,7 @@ bool IsFlickerControlOn(IKIROContextManager& rContext)
     return rContext.GetContextEvent(AECCustomContext1) == TRUE || parameter.data[FlickerAlwaysData] > Epsilon;
 }
 
-} // namespace
+}  // namespace
 
 VOID CKIROMetering::CalculateAntibandingPriority(const KIROMeteringInput& rInput, KIROMeteringOutput& rOutput) const
 {
@@ -110,8 +110,8 @@ VOID CKIROMetering::PullSafeToAntibanding(const kirometering::AntibandingPrioOve
 
 VOID CKIROMetering::CalculateAntibandingADRCPriority(const KIROMeteringInput& rInput, KIROMeteringOutput& rOutput) const
 {
-    const auto& rTuning = tuningaccess::Require_kirometering(*m_rContextManager.GetTuningData())
-                              .antibandingMetering.antibandingVsADRC;
+    const auto& rTuning =
+        tuningaccess::Require_kirometering(*m_rContextManager.GetTuningData()).antibandingMetering.antibandingVsADRC;
     const FLOAT exitF = rTuning.exitThresholdAsFactorOfMinExposure;
     if (!IsShareOfMinimum(exitF))
     {

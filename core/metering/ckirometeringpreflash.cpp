@@ -9,10 +9,10 @@
 namespace
 {
 
-constexpr INT32 NotFound     = -1;
-constexpr INT32 CellDark     = 0;
-constexpr INT32 CellBright   = 1;
-constexpr INT32 CellDilated  = 2;  // becomes bright at the end, so that a new cell does not spread
+constexpr INT32 NotFound    = -1;
+constexpr INT32 CellDark    = 0;
+constexpr INT32 CellBright  = 1;
+constexpr INT32 CellDilated = 2;  // becomes bright at the end, so that a new cell does not spread
 
 INT32 FindByName(const KIROCntStatsOut* pStats, UINT32 count, const CHAR* pName)
 {
@@ -34,7 +34,7 @@ UINT32 RegionCount(const KIROCntStatsOut& rLevel, const KIROCntStatsOut& rSatura
                     rSaturation.resolution.width * rSaturation.resolution.height);
 }
 
-} // namespace
+}  // namespace
 
 BOOL CKIROMetering::IsPreflashMeteringNeeded(const KIROCntStatsOut* pOff, UINT32 offCount, const KIROCntStatsOut* pLow,
                                              UINT32 lowCount, const kiroflash::FlashStatsPreprocessingType* pTuning)
@@ -102,10 +102,10 @@ VOID CKIROMetering::UtilDilateBinaryMask(INT32* pMask)
     {
         for (UINT32 column = 1; column + 1 < PreflashMaskWidth; ++column)
         {
-            const UINT32 index = row * PreflashMaskWidth + column;
-            const bool   hasBrightNeighbour =
-                pMask[index - 1] == CellBright || pMask[index + 1] == CellBright ||
-                pMask[index - PreflashMaskWidth] == CellBright || pMask[index + PreflashMaskWidth] == CellBright;
+            const UINT32 index              = row * PreflashMaskWidth + column;
+            const bool   hasBrightNeighbour = pMask[index - 1] == CellBright || pMask[index + 1] == CellBright ||
+                                            pMask[index - PreflashMaskWidth] == CellBright ||
+                                            pMask[index + PreflashMaskWidth] == CellBright;
             if (pMask[index] == CellDark && hasBrightNeighbour)
             {
                 pMask[index] = CellDilated;

@@ -18,7 +18,7 @@ constexpr FLOAT ADRCCapDefault = 3.0f;
 /// Data of the long ADRC parameter.
 constexpr UINT32 ShortBlendTriggerData = 2;
 
-} // namespace
+}  // namespace
 
 CKIROMetering::CKIROMetering(StatsTuningData& rTuningData, IKIROContextManager& rContextManager)
     : ModuleCommon(rTuningData, rContextManager), m_calculatorManager(rContextManager),
@@ -85,9 +85,8 @@ const AECFrameHistory* CKIROMetering::FindReflectedFrame() const
 {
     const SetInputData* pInput   = m_rContextManager.GetInput();
     CKIROHistory&       rHistory = *m_rContextManager.m_pHistory;
-    return (pInput->snapshotMode == KIROCoreSnapshotType::Flash)
-               ? rHistory.GetFlashFrame(KIROExtFlashCurrentType::Off)
-               : rHistory.GetFrameHistory(pInput->systemLatency);
+    return (pInput->snapshotMode == KIROCoreSnapshotType::Flash) ? rHistory.GetFlashFrame(KIROExtFlashCurrentType::Off)
+                                                                 : rHistory.GetFrameHistory(pInput->systemLatency);
 }
 
 bool CKIROMetering::IsFrameSkipped(const AECFrameHistory* pReflected, BOOL bStatsValid) const
@@ -142,8 +141,7 @@ VOID CKIROMetering::PublishReflectedExposures(const AECFrameHistory& rReflected)
 VOID CKIROMetering::PublishShortBlend(const AECFrameHistory& rReflected)
 {
     CKIROCtrlCoreCommon::Parameter parameter{};
-    const KiroResult               result =
-        CKIROCtrlCoreCommon::GetMFHDRADRCExtParam(*m_rContextManager.GetTuningData(), parameter);
+    const KiroResult result = CKIROCtrlCoreCommon::GetMFHDRADRCExtParam(*m_rContextManager.GetTuningData(), parameter);
     if (result == 0 && parameter.enableFlag == TRUE)
     {
         const INT32 dataID = exposurearithmetic::SaturateToINT32(parameter.data[ShortBlendTriggerData]);
@@ -211,8 +209,8 @@ VOID CKIROMetering::CollectAnalyzerOutputs(KIROMeteringOutput& rOutput) const
         {
             continue;
         }
-        const AECAlgoExposureType type = rAnalyzers.type[id];
-        const bool isKnown             = type == AECAlgoExposureShort || type == AECAlgoExposureLong;
+        const AECAlgoExposureType type    = rAnalyzers.type[id];
+        const bool                isKnown = type == AECAlgoExposureShort || type == AECAlgoExposureLong;
         rOutput.exposures[isKnown ? type : AECAlgoExposureSafe] = rAnalyzers.sensitivities[id];
         STATS_LOG_TRACE("analyzerMgrOutput [%d] Type %d, Conf %.2f, Si %llu", id, type, rAnalyzers.confidences[id],
                         rAnalyzers.sensitivities[id]);

@@ -13,11 +13,12 @@ namespace
 
 constexpr FLOAT NoWeight = -1.0f;
 
-} // namespace
+}  // namespace
 
 CKIRO2DMetIterator::CKIRO2DMetIterator()
     : m_roiWidth(0), m_roiHeight(0), m_roiStartHeight(0), m_roiStartWidth(0), m_roiEndHeight(0), m_roiEndWidth(0),
-      m_ipStatswidth(0), m_ipStatsHeight(0), m_rowStart(0), m_pRowWeights(nullptr), m_2DWeightTable{}, m_columns{}, m_rows{}, m_columnEntry{}, m_rowEntry{}
+      m_ipStatswidth(0), m_ipStatsHeight(0), m_rowStart(0),
+      m_pRowWeights(nullptr), m_2DWeightTable{}, m_columns{}, m_rows{}, m_columnEntry{}, m_rowEntry{}
 {
 }
 
@@ -29,10 +30,10 @@ BOOL CKIRO2DMetIterator::Configure(UINT32 width, UINT32 height, const AECAlgoROI
         STATS_LOG_ERROR("grid of %d x %d exceeds %d regions", width, height, GridRegionCountMax);
         return FALSE;
     }
-    const FLOAT w   = static_cast<FLOAT>(width);
-    const FLOAT h   = static_cast<FLOAT>(height);
-    m_roiEndWidth   = SaturateToUINT32(std::ceil((rROI.x + rROI.dx) * w));
-    m_roiEndHeight  = SaturateToUINT32(std::ceil((rROI.y + rROI.dy) * h));
+    const FLOAT w  = static_cast<FLOAT>(width);
+    const FLOAT h  = static_cast<FLOAT>(height);
+    m_roiEndWidth  = SaturateToUINT32(std::ceil((rROI.x + rROI.dx) * w));
+    m_roiEndHeight = SaturateToUINT32(std::ceil((rROI.y + rROI.dy) * h));
     if (bUseDefaultCoordMethod == TRUE)
     {
         m_roiStartWidth  = SaturateToUINT32(std::floor((w - 1.0f) * rROI.x));
@@ -63,8 +64,8 @@ INT16 CKIRO2DMetIterator::EntryOf(UINT32 position, const Axis& rAxis)
     {
         return OutsideROI;
     }
-    const FLOAT scaled = static_cast<FLOAT>(position - rAxis.start) / static_cast<FLOAT>(rAxis.size) *
-                         static_cast<FLOAT>(TableWidth);
+    const FLOAT scaled =
+        static_cast<FLOAT>(position - rAxis.start) / static_cast<FLOAT>(rAxis.size) * static_cast<FLOAT>(TableWidth);
     return static_cast<INT16>(std::min(SaturateToUINT32(std::round(scaled)), TableWidth - 1));
 }
 

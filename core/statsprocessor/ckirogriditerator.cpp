@@ -20,7 +20,7 @@ bool IsFullFrame(const AECAlgoROI& rROI)
     return rROI.dx == 1.0f && rROI.dy == 1.0f && rROI.x == 0.0f && rROI.y == 0.0f;
 }
 
-} // namespace
+}  // namespace
 
 /// An ROI in whole regions.
 struct CKIROGridIterator::Geometry
@@ -125,10 +125,10 @@ bool CKIROGridIterator::FillTables(const Geometry& rGeometry, const KIROSubsampl
     const UINT32 blocksW   = (rTile.width == 0) ? 0 : rGeometry.width / rTile.width;
     const UINT32 blocksH   = (rTile.height == 0) ? 0 : rGeometry.height / rTile.height;
 
-    m_activePatterns   = 0;
-    m_activeBlocks     = 0;
-    m_estNumOfRegions  = 0;
-    UINT64 lastOffset  = 0;
+    m_activePatterns  = 0;
+    m_activeBlocks    = 0;
+    m_estNumOfRegions = 0;
+    UINT64 lastOffset = 0;
     if (static_cast<UINT64>(blocksW) * blocksH > GridRegionCountMax)
     {
         STATS_LOG_ERROR("ROI of %d x %d tiles exceeds %d regions", blocksW, blocksH, GridRegionCountMax);
@@ -162,8 +162,8 @@ bool CKIROGridIterator::FillTables(const Geometry& rGeometry, const KIROSubsampl
                                  static_cast<UINT64>(blocksW - 1) * rTile.width;
         if (lastBlock + lastOffset >= gridSize)
         {
-            STATS_LOG_ERROR("ROI start %d of %d x %d leaves the grid of %llu regions", rGeometry.start,
-                            rGeometry.width, rGeometry.height, gridSize);
+            STATS_LOG_ERROR("ROI start %d of %d x %d leaves the grid of %llu regions", rGeometry.start, rGeometry.width,
+                            rGeometry.height, gridSize);
             return false;
         }
     }

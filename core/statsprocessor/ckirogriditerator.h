@@ -34,8 +34,8 @@ public:
     /// @return 1, or 0 when the walk would leave the channel or the tables of the iterator
     BOOL Configure(const KIROItrConfig& rConfig, BOOL bUseDefaultCoordMethod);
 
-    /// The form with defaults: null pointers become the full frame and a tile of one active cell. Both pointers are null
-    /// afterwards, and rInfo holds the channel's type and shape when the result is 1.
+    /// The form with defaults: null pointers become the full frame and a tile of one active cell. Both pointers are
+    /// null afterwards, and rInfo holds the channel's type and shape when the result is 1.
     BOOL Configure(KIROItrConfig& rConfig, KIROItrInfo& rInfo, BOOL bUseDefaultCoordMethod);
 
     BOOL          HasNext() override;
@@ -52,8 +52,7 @@ public:
     }
 
     /// Calls visit(regionIndex) for all regions in order, without the cost of Next().
-    template <typename Visit>
-    VOID ForEachRegion(Visit&& visit) const
+    template <typename Visit> VOID ForEachRegion(Visit&& visit) const
     {
         if (m_bIterateRaw == TRUE)
         {
@@ -76,14 +75,14 @@ public:
 private:
     struct Geometry;
 
-    VOID ConfigureRaw();
+    VOID     ConfigureRaw();
     Geometry ResolveGeometry(const AECAlgoROI& rROI, BOOL bUseDefaultCoordMethod);
-    bool FillTables(const Geometry& rGeometry, const KIROSubsamplingInfo& rTile);
+    bool     FillTables(const Geometry& rGeometry, const KIROSubsamplingInfo& rTile);
 
     const KIROCntStatsOut* m_pStats;
     BOOL                   m_bIterateRaw;
-    UINT32                 m_blockStart[GridRegionCountMax];    ///< first region of each tile placement
-    UINT32                 m_blockOffset[GridPatternCellMax];   ///< from the tile's origin, per active cell
+    UINT32                 m_blockStart[GridRegionCountMax];   ///< first region of each tile placement
+    UINT32                 m_blockOffset[GridPatternCellMax];  ///< from the tile's origin, per active cell
     UINT32                 m_activePatterns;
     UINT32                 m_activeBlocks;
     UINT32                 m_currentIndex;

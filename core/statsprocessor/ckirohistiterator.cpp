@@ -5,7 +5,7 @@ namespace
 
 constexpr FLOAT NotMeasured = -1.0f;
 
-} // namespace
+}  // namespace
 
 CKIROHistIterator::CKIROHistIterator() : m_pStats(nullptr), m_estNumOfRegions(0), m_currentIndex(0), m_histData{}
 {

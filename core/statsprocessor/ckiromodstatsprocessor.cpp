@@ -21,7 +21,7 @@ const CHAR* TextOrEmpty(const CHAR* pText)
     return (pText != nullptr) ? pText : "";
 }
 
-} // namespace
+}  // namespace
 
 CKIROStatsProcessor::CKIROStatsProcessor(StatsTuningData& rTuningData, IKIROContextManager& rContextManager)
     : ModuleCommon(rTuningData, rContextManager), m_gridStatsProcessor(rContextManager, m_gridStatsBuffer),
@@ -220,8 +220,7 @@ KiroResult CKIROStatsProcessor::GetStatsRoughness(const CHAR* const* ppChannels,
 }
 
 KiroResult CKIROStatsProcessor::GetHistWeightedLuma(const CHAR* pChannel, INT32 weightTableID,
-                                                    const StartEndType* pRange, FLOAT& rLuma,
-                                                    ExpRatioHandleType handle)
+                                                    const StartEndType* pRange, FLOAT& rLuma, ExpRatioHandleType handle)
 {
     rLuma                   = NotMeasured;
     const KiroResult result = PrepareHistogram(pChannel);

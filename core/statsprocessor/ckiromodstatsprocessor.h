@@ -45,16 +45,16 @@ public:
                                      RangeTriggers pTriggers, FLOAT& rResult, ExpRatioHandleType handle);
     /// @return shared by all calls: copy it before the next one; null on failure
     GroupedGridParameters* ProcInitializeXTremeColorRegion(const CHAR* const* ppChannels, UINT32 count, INT32 roiID,
-                                                           const KIROSubsamplingInfo& rSubsampling,
-                                                           UINT32 triggerCount, RangeTriggers pTriggers,
-                                                           FLOAT& rResult, ExpRatioHandleType handle, FLOAT buffer);
-    VOID       ProcGetExtColorRgBgStatsRatio(GroupedGridParameters** ppGroups, UINT32 count);
-    KiroResult GetStatsRoughness(const CHAR* const* ppChannels, UINT32 count, const StartEndType* pRange,
-                                 FLOAT* pRoughness);
+                                                           const KIROSubsamplingInfo& rSubsampling, UINT32 triggerCount,
+                                                           RangeTriggers pTriggers, FLOAT& rResult,
+                                                           ExpRatioHandleType handle, FLOAT buffer);
+    VOID                   ProcGetExtColorRgBgStatsRatio(GroupedGridParameters** ppGroups, UINT32 count);
+    KiroResult             GetStatsRoughness(const CHAR* const* ppChannels, UINT32 count, const StartEndType* pRange,
+                                             FLOAT* pRoughness);
 
     // Measures over histogram channels.
-    KiroResult GetHistWeightedLuma(const CHAR* pChannel, INT32 weightTableID, const StartEndType* pRange,
-                                   FLOAT& rLuma, ExpRatioHandleType handle);
+    KiroResult GetHistWeightedLuma(const CHAR* pChannel, INT32 weightTableID, const StartEndType* pRange, FLOAT& rLuma,
+                                   ExpRatioHandleType handle);
     KiroResult GetHistRangeLuma(const CHAR* pChannel, const StartEndType* pRange, KIROHistRangeType type,
                                 FLOAT* pOutputs, ExpRatioHandleType handle);
     KiroResult GetHistCDF(const CHAR* pChannel, const StartEndType* pRange, FLOAT* pOutput);

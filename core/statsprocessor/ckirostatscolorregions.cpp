@@ -58,7 +58,7 @@ bool AreColorInputsValid(const CHAR* const* ppNames, UINT32 count, const ColorCh
     return false;
 }
 
-} // namespace
+}  // namespace
 
 KiroResult CKIROStatsGridProcessor::GetRgBgStatsCount(const CHAR* const* ppStatsName, UINT32 statsCount,
                                                       INT32 rgbgRoiID, const KIROSubsamplingInfo& rSubsampling,
@@ -138,9 +138,8 @@ GroupedGridParameters* CKIROStatsGridProcessor::InitializeXTremeColorRegion(
 VOID CKIROStatsGridProcessor::GetExtColorRgBgStatsRatio(GroupedGridParameters** ppRegions, UINT32 regionCount)
 {
     // Channels and tile come from the group that was initialised last; the regions of a frame share them.
-    const bool isReady =
-        m_group.bIsValid == TRUE &&
-        AreOfOneShape(m_rStatsBuffer, {m_group.chNum_luma, m_group.chNum_rg, m_group.chNum_bg});
+    const bool isReady = m_group.bIsValid == TRUE &&
+                         AreOfOneShape(m_rStatsBuffer, {m_group.chNum_luma, m_group.chNum_rg, m_group.chNum_bg});
     if (isReady)
     {
         m_gridItr.SetStats(&m_rStatsBuffer[static_cast<UINT32>(m_group.chNum_luma)]);
@@ -182,8 +181,7 @@ VOID CKIROStatsGridProcessor::AccumulateRegion(GroupedGridParameters& rGroup, FL
 VOID CKIROStatsGridProcessor::StoreColorRatio(GroupedGridParameters& rGroup)
 {
     const CHAR* pDescription = (rGroup.pDescription != nullptr) ? rGroup.pDescription : "";
-    rGroup.lumaWeightedCount =
-        rGroup.lumaWeightedCount / std::max(static_cast<FLOAT>(rGroup.totalRgnCount), Epsilon);
+    rGroup.lumaWeightedCount = rGroup.lumaWeightedCount / std::max(static_cast<FLOAT>(rGroup.totalRgnCount), Epsilon);
     if (rGroup.outputStorage.end < rGroup.outputStorage.start)
     {
         STATS_LOG_WARNING("calculator %s outputstart %d end %d not sufficient; using storage index %d", pDescription,

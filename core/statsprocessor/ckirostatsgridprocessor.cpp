@@ -79,7 +79,7 @@ private:
     INT32                m_height;
 };
 
-} // namespace
+}  // namespace
 
 CKIROStatsGridProcessor::CKIROStatsGridProcessor(IKIROContextManager&     rContextManager,
                                                  const AECCoreStatsDeque& rStatsBuffer)

@@ -14,26 +14,26 @@
 /// State of one extreme colour region.
 struct GroupedGridParameters
 {
-    BOOL                bIsValid;
-    AECAlgoROI          rgbgDomainROI;     ///< box in the R/G-B/G plane
-    INT32               chNum_luma;        ///< position in the grid ring
-    INT32               chNum_rg;
-    INT32               chNum_bg;
-    FLOAT               statsAbsThreshold; ///< luma clamp
-    UINT32              totalRgnCount;
-    FLOAT               rgCenter;
-    FLOAT               bgCenter;
-    FLOAT               rgDist_min;        ///< half-width of the box; within it the weight is 1
-    FLOAT               bgDist_min;
-    FLOAT               rgDist_buffDist;   ///< width of the fall-off beyond it
-    FLOAT               bgDist_buffDist;
-    FLOAT               lumaWeightedCount; ///< accumulated weight, after the pass the ratio
-    UINT32              triggerCount;
+    BOOL       bIsValid;
+    AECAlgoROI rgbgDomainROI;  ///< box in the R/G-B/G plane
+    INT32      chNum_luma;     ///< position in the grid ring
+    INT32      chNum_rg;
+    INT32      chNum_bg;
+    FLOAT      statsAbsThreshold;  ///< luma clamp
+    UINT32     totalRgnCount;
+    FLOAT      rgCenter;
+    FLOAT      bgCenter;
+    FLOAT      rgDist_min;  ///< half-width of the box; within it the weight is 1
+    FLOAT      bgDist_min;
+    FLOAT      rgDist_buffDist;  ///< width of the fall-off beyond it
+    FLOAT      bgDist_buffDist;
+    FLOAT      lumaWeightedCount;  ///< accumulated weight, after the pass the ratio
+    UINT32     triggerCount;
     const kiroglobalelements::TriggerSystemEndLevelStartEndType* pRangeTrigger;
-    KIROSubsamplingInfo ss;
-    kirometeringstatscalculator::CalculatorIntegerRangeType outputStorage;  ///< slots of the stats calculator bank
-    CHAR*               pDescription;
-    INT32               calculatorID;
+    KIROSubsamplingInfo                                          ss;
+    kirometeringstatscalculator::CalculatorIntegerRangeType      outputStorage;  ///< slots of the stats calculator bank
+    CHAR*                                                        pDescription;
+    INT32                                                        calculatorID;
 };
 
 class CKIROStatsGridProcessor
@@ -75,16 +75,16 @@ public:
     }
 
 private:
-    BOOL  GetROI(INT32 roiID, AECAlgoROI& rROI) const;
-    BOOL  ConfigMtrWtTableItr(INT32 tableID, const AECAlgoROI& rROI,
-                              const kirocorestatsconfig::ResolutionType& rResolution, BOOL bUseDefaultCoordMethod);
-    INT32 ValidateAndConfigInputParam(const CHAR* pName, const KIROSubsamplingInfo& rSubsampling, INT32 roiID,
-                                      INT32 tableID, BOOL bUseDefaultCoordMethod);
+    BOOL       GetROI(INT32 roiID, AECAlgoROI& rROI) const;
+    BOOL       ConfigMtrWtTableItr(INT32 tableID, const AECAlgoROI& rROI,
+                                   const kirocorestatsconfig::ResolutionType& rResolution, BOOL bUseDefaultCoordMethod);
+    INT32      ValidateAndConfigInputParam(const CHAR* pName, const KIROSubsamplingInfo& rSubsampling, INT32 roiID,
+                                           INT32 tableID, BOOL bUseDefaultCoordMethod);
     KiroResult GetWeightedROIInterpLuma(const CHAR* pName, INT32 roiID, INT32 metTableID, FLOAT& rLumaAverage,
                                         FLOAT statsThreshold);
-    bool FillIntegrals(const KIROCntStatsOut& rStats, FLOAT statsThreshold, FLOAT* pLuma, FLOAT* pWeight);
-    VOID AccumulateRegion(GroupedGridParameters& rGroup, FLOAT luma, FLOAT rg, FLOAT bg) const;
-    VOID StoreColorRatio(GroupedGridParameters& rGroup);
+    bool       FillIntegrals(const KIROCntStatsOut& rStats, FLOAT statsThreshold, FLOAT* pLuma, FLOAT* pWeight);
+    VOID       AccumulateRegion(GroupedGridParameters& rGroup, FLOAT luma, FLOAT rg, FLOAT bg) const;
+    VOID       StoreColorRatio(GroupedGridParameters& rGroup);
 
     IKIROContextManager&     m_rContextManager;
     CKIROGridIterator        m_gridItr;

@@ -16,7 +16,8 @@ namespace
 constexpr KiroResult ResultFailed = 1;
 constexpr FLOAT      LumaMax      = 256.0f;
 
-/// Stands in for an absent weight table. Only bin 0 carries weight, against what the log says; tuned files depend on it.
+/// Stands in for an absent weight table. Only bin 0 carries weight, against what the log says; tuned files depend on
+/// it.
 constexpr std::array<FLOAT, HistBinCountMax + 1> UniformWeight = {1.0f};
 
 FLOAT Clamp(FLOAT value, FLOAT high)
@@ -24,7 +25,7 @@ FLOAT Clamp(FLOAT value, FLOAT high)
     return std::min(std::max(value, 0.0f), high);
 }
 
-} // namespace
+}  // namespace
 
 /// Where a value falls in a rising table.
 struct CKIROStatsHistProcessor::PartialBin
@@ -238,16 +239,16 @@ KiroResult CKIROStatsHistProcessor::GetHistRangeLuma(const CHAR* pStatsName, con
         return 0;
     }
 
-    const FLOAT*     pTable = (type == HistRangeLuma) ? pLUT : pPercentile;
-    const FLOAT      high   = (type == HistRangeLuma) ? LumaMax : 1.0f;
-    const PartialBin first  = PartialBin::Find(pTable, Clamp(pRange->start, high), 0, limit);
-    const PartialBin last   = PartialBin::Find(pTable, Clamp(pRange->end, high), first.index, limit);
+    const FLOAT*     pTable   = (type == HistRangeLuma) ? pLUT : pPercentile;
+    const FLOAT      high     = (type == HistRangeLuma) ? LumaMax : 1.0f;
+    const PartialBin first    = PartialBin::Find(pTable, Clamp(pRange->start, high), 0, limit);
+    const PartialBin last     = PartialBin::Find(pTable, Clamp(pRange->end, high), first.index, limit);
     const UINT32     idxStart = std::min(first.index, limit - 1);
     const UINT32     idxEnd   = std::min(last.index, limit - 1);
 
     const FLOAT statsAbsThreshold = ClampValue(rStats.resolution, statsThreshold);
-    const auto  value = [&](UINT32 bin) { return std::min(statsAbsThreshold, pLUT[bin]); };
-    const auto  samples = [&](UINT32 bin)
+    const auto  value             = [&](UINT32 bin) { return std::min(statsAbsThreshold, pLUT[bin]); };
+    const auto  samples           = [&](UINT32 bin)
     { return static_cast<FLOAT>(static_cast<UINT32>(rStats.channelData.Data.pIData[bin])); };
 
     // Both ends in one bin count that bin twice, once with each share; tuned targets depend on it.
@@ -262,8 +263,8 @@ KiroResult CKIROStatsHistProcessor::GetHistRangeLuma(const CHAR* pStatsName, con
     counts += lastCount;
     sum += lastCount * value(idxEnd);
 
-    pOutputs[0] = sum / std::max(counts, Epsilon);
+    pOutputs[0]            = sum / std::max(counts, Epsilon);
     const bool isFromStart = std::abs(pRange->start - pRange->end) < Epsilon || std::abs(pRange->start) < Epsilon;
-    pOutputs[1] = isFromStart ? pPercentile[idxEnd] : pPercentile[idxEnd] - pPercentile[idxStart];
+    pOutputs[1]            = isFromStart ? pPercentile[idxEnd] : pPercentile[idxEnd] - pPercentile[idxStart];
     return 0;
 }

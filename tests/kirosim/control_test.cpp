@@ -67,8 +67,8 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(Control, FollowsARampCloselyAndIgnoresAQuickRipple)
 {
-    for (const auto& [pScene, lagMax] : {std::pair("uniform", 0.05), std::pair("natural", 0.05),
-                                         std::pair("highcontrast", 0.1)})
+    for (const auto& [pScene, lagMax] :
+         {std::pair("uniform", 0.05), std::pair("natural", 0.05), std::pair("highcontrast", 0.1)})
     {
         SCOPED_TRACE(pScene);
         for (const CHAR* pVariant : {"ramp", "ramp-down"})
@@ -84,17 +84,17 @@ TEST(Control, FollowsARampCloselyAndIgnoresAQuickRipple)
 
 TEST(Control, LampsShowNoBandsAndTimesStandOnThePeriodsGrid)
 {
-    for (const auto& [pScene, period] : {std::pair("flicker50", FlickerPeriod50Hz),
-                                         std::pair("flicker60", FlickerPeriod60Hz)})
+    for (const auto& [pScene, period] :
+         {std::pair("flicker50", FlickerPeriod50Hz), std::pair("flicker60", FlickerPeriod60Hz)})
     {
         SCOPED_TRACE(pScene);
         for (const CHAR* pVariant : {"", "dimmer"})
         {
             const SimulationRun run(pScene, pVariant, "phone.yaml");
             EXPECT_LE(run.Summary().bandingLast, 0.001);
-            const UINT64 time      = run.Last().decided.arbitration[AECAlgoExposureSafe].exposureSet.time;
-            const UINT64 periods   = (time + period / 2) / period;
-            const UINT64 distance  = (time > periods * period) ? time - periods * period : periods * period - time;
+            const UINT64 time     = run.Last().decided.arbitration[AECAlgoExposureSafe].exposureSet.time;
+            const UINT64 periods  = (time + period / 2) / period;
+            const UINT64 distance = (time > periods * period) ? time - periods * period : periods * period - time;
             EXPECT_GE(periods, 1U);
             EXPECT_LE(distance, 1000U) << time;
         }
@@ -156,4 +156,4 @@ TEST(Control, TheSameSeedGivesTheSameTraceAndAnotherDoesNot)
     EXPECT_FALSE(first == other);
 }
 
-} // namespace
+}  // namespace

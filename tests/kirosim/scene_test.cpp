@@ -87,10 +87,10 @@ TEST(Deterministic, CosineIsAccurateAndNoiseHasItsMoments)
     {
         EXPECT_NEAR(CosineOfTurns(turns), std::cos(turns * twoPi), 1e-9) << turns;
     }
-    RandomStream stream(3);
-    DOUBLE       sum     = 0.0;
-    DOUBLE       squares = 0.0;
-    constexpr INT32 count = 100000;
+    RandomStream    stream(3);
+    DOUBLE          sum     = 0.0;
+    DOUBLE          squares = 0.0;
+    constexpr INT32 count   = 100000;
     for (INT32 index = 0; index < count; ++index)
     {
         const DOUBLE value = stream.NextGaussian();
@@ -149,4 +149,4 @@ TEST(SensorModel, DecisionsAreTakenToTheSensorsStepsAndLimits)
     EXPECT_EQ(sensor.Quantize(decided).time, 5000000U);
 }
 
-} // namespace
+}  // namespace

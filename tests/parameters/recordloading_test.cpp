@@ -22,8 +22,8 @@ enum class Colour : INT32
     Green = 4
 };
 TUNING_ENUM(Colour)
-    ENUMERATOR(Red)
-    ENUMERATOR(Green)
+ENUMERATOR(Red)
+ENUMERATOR(Green)
 TUNING_ENUM_END
 
 struct PointType
@@ -32,8 +32,8 @@ struct PointType
     INT32 y;
 };
 TUNING_RECORD(PointType)
-    MEMBER(x)
-    MEMBER(y)
+MEMBER(x)
+MEMBER(y)
 TUNING_RECORD_END
 
 struct LeafType
@@ -44,8 +44,8 @@ struct LeafType
     CHAR*  name;
 };
 TUNING_RECORD(LeafType)
-    VARIABLE(curve)
-    MEMBER(name)
+VARIABLE(curve)
+MEMBER(name)
 TUNING_RECORD_END
 
 /// One member of every type and form.
@@ -91,28 +91,28 @@ struct EverythingType
     UINT32                  last;
 };
 TUNING_RECORD(EverythingType)
-    MODULE_HEADER
-    MEMBER(signed8)
-    MEMBER(unsigned8)
-    MEMBER(signed16)
-    MEMBER(unsigned16)
-    MEMBER(signed64)
-    MEMBER(unsigned64)
-    MEMBER(precise)
-    MEMBER(colour)
-    BOOLEAN(enable)
-    MEMBER(origin)
-    MEMBER(corners)
-    MEMBER(title)
-    MEMBER(labels)
-    VARIABLE(colours)
-    VARIABLE(leaves)
-    VARIABLE(notes)
-    OPTIONAL(limit)
-    OPTIONAL(centre)
-    OPTIONAL(remark)
-    VARIABLE(absent)
-    MEMBER(last)
+MODULE_HEADER
+MEMBER(signed8)
+MEMBER(unsigned8)
+MEMBER(signed16)
+MEMBER(unsigned16)
+MEMBER(signed64)
+MEMBER(unsigned64)
+MEMBER(precise)
+MEMBER(colour)
+BOOLEAN(enable)
+MEMBER(origin)
+MEMBER(corners)
+MEMBER(title)
+MEMBER(labels)
+VARIABLE(colours)
+VARIABLE(leaves)
+VARIABLE(notes)
+OPTIONAL(limit)
+OPTIONAL(centre)
+OPTIONAL(remark)
+VARIABLE(absent)
+MEMBER(last)
 TUNING_RECORD_END
 
 /// A small record, for files that differ from the code.
@@ -127,11 +127,11 @@ struct SmallType
     UINT32    last;
 };
 TUNING_RECORD(SmallType)
-    MEMBER(first)
-    MEMBER(numbers)
-    MEMBER(point)
-    VARIABLE(list)
-    MEMBER(last)
+MEMBER(first)
+MEMBER(numbers)
+MEMBER(point)
+VARIABLE(list)
+MEMBER(last)
 TUNING_RECORD_END
 
 }  // namespace recordtest

@@ -275,4 +275,4 @@ TEST(BinaryOutput, WhatTheFormatCannotAddressIsRefused)
     EXPECT_EQ("t.yaml: 255 mode tables, expected fewer in this file version", refusal(tuning, "3.0.0"));
 }
 
-} // namespace
+}  // namespace

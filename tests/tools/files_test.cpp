@@ -43,8 +43,7 @@ protected:
         return static_cast<size_t>(std::distance(std::filesystem::directory_iterator(m_folder), {}));
     }
 
-    template <typename Action>
-    std::string Refusal(Action action) const
+    template <typename Action> std::string Refusal(Action action) const
     {
         try
         {
@@ -116,4 +115,4 @@ TEST_F(Files, CheckLoadsWhatADeviceWouldLoadAndTellsWhatItWouldSay)
     EXPECT_FALSE(report.lines.empty());
 }
 
-} // namespace
+}  // namespace

@@ -123,4 +123,4 @@ TEST(Hostile, TextThatUnfoldsWithoutEndIsRefused)
     }
 }
 
-} // namespace
+}  // namespace

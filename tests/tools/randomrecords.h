@@ -115,15 +115,13 @@ private:
         }
     }
 
-    template <typename T>
-    static VOID Store(BYTE* pValue, T value)
+    template <typename T> static VOID Store(BYTE* pValue, T value)
     {
         std::memcpy(pValue, &value, sizeof(value));
     }
 
     /// Any bits that are a number, infinities and negative zero included.
-    template <typename T, typename Bits>
-    T RandomFloat()
+    template <typename T, typename Bits> T RandomFloat()
     {
         switch (Below(8))
         {

@@ -305,4 +305,4 @@ TEST(RoundTrip, FileModeFindsTheModuleOfEachMode)
     std::filesystem::remove(path);
 }
 
-} // namespace
+}  // namespace

@@ -69,4 +69,4 @@ TEST(SchemaText, ReferenceListsMembersByPath)
     }
 }
 
-} // namespace
+}  // namespace

@@ -12,8 +12,7 @@ namespace
 
 using namespace tuningfile;
 
-template <typename Record>
-const Record& RecordOf(const Tuning& rTuning, UINT32 mode, const char* pName)
+template <typename Record> const Record& RecordOf(const Tuning& rTuning, UINT32 mode, const char* pName)
 {
     return *static_cast<const Record*>(FindModuleOf(rTuning.tables[0].modes[mode], *FindModule(pName))->pRecord);
 }
@@ -228,4 +227,4 @@ TEST(TextInput, MistakesInTheTreeOfModesNamePlaceAndExpectation)
     });
 }
 
-} // namespace
+}  // namespace

@@ -40,16 +40,18 @@ DOUBLE RandomStream::NextGaussian()
 DOUBLE CosineOfTurns(DOUBLE turns)
 {
     constexpr DOUBLE twoPi = 6.283185307179586;
-    const DOUBLE     turn  = turns - std::floor(turns);          // 0 to 1
-    const DOUBLE     half  = (turn > 0.5) ? 1.0 - turn : turn;   // 0 to 0.5
+    const DOUBLE     turn  = turns - std::floor(turns);         // 0 to 1
+    const DOUBLE     half  = (turn > 0.5) ? 1.0 - turn : turn;  // 0 to 0.5
     const bool       isLow = half > 0.25;
     const DOUBLE     angle = twoPi * (isLow ? 0.5 - half : half);  // 0 to a quarter turn
     const DOUBLE     x     = angle * angle;
     // Taylor series to the 14th power: below 1e-11 on a quarter turn.
     const DOUBLE cosine =
-        1.0 - x / 2.0 * (1.0 - x / 12.0 * (1.0 - x / 30.0 * (1.0 - x / 56.0 * (1.0 - x / 90.0 * (1.0 - x / 132.0 *
-        (1.0 - x / 182.0))))));
+        1.0 -
+        x / 2.0 *
+            (1.0 -
+             x / 12.0 * (1.0 - x / 30.0 * (1.0 - x / 56.0 * (1.0 - x / 90.0 * (1.0 - x / 132.0 * (1.0 - x / 182.0))))));
     return isLow ? -cosine : cosine;
 }
 
-} // namespace kirosim
+}  // namespace kirosim

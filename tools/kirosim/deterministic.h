@@ -28,4 +28,4 @@ private:
 /// Cosine of an angle given in turns, by a polynomial of its own.
 DOUBLE CosineOfTurns(DOUBLE turns);
 
-} // namespace kirosim
+}  // namespace kirosim

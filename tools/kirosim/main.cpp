@@ -113,7 +113,7 @@ VOID Run(const RunOptions& rOptions)
     fmt::print("{}", kirosim::FormatSummary(summary.Finish()));
 }
 
-} // namespace
+}  // namespace
 
 int main(int argc, char** argv)
 {

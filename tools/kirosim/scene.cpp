@@ -38,4 +38,4 @@ DOUBLE Scene::LuxAt(DOUBLE time) const
     return lux * std::pow(2.0, LightEV(time)) * factor;
 }
 
-} // namespace kirosim
+}  // namespace kirosim

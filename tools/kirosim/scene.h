@@ -55,32 +55,32 @@ struct Lamp
 
 struct Sensor
 {
-    UINT8  latency   = 3;  ///< frames from a decision to its statistics
-    DOUBLE minGain   = 1.0;
-    DOUBLE maxGain   = 64.0;
-    DOUBLE gainStep  = 1.0 / 128.0;
-    DOUBLE lineTime  = 1.0 / 120000.0;///< s, the step of exposure times
-    UINT64 minTime   = 20000;      ///< ns
-    UINT64 maxTime   = 100000000;  ///< ns
-    DOUBLE readout   = 0.03;       ///< s, from the first to the last row
-    INT32  bitDepth  = 8;
-    DOUBLE regionNoise = 0.0;      ///< sigma per region, share of the value
-    DOUBLE shotNoise   = 0.0;      ///< sigma of a full-scale region at unity gain, share of full scale
-    DOUBLE readNoise   = 0.0;      ///< sigma, share of full scale
+    UINT8  latency     = 3;  ///< frames from a decision to its statistics
+    DOUBLE minGain     = 1.0;
+    DOUBLE maxGain     = 64.0;
+    DOUBLE gainStep    = 1.0 / 128.0;
+    DOUBLE lineTime    = 1.0 / 120000.0;  ///< s, the step of exposure times
+    UINT64 minTime     = 20000;           ///< ns
+    UINT64 maxTime     = 100000000;       ///< ns
+    DOUBLE readout     = 0.03;            ///< s, from the first to the last row
+    INT32  bitDepth    = 8;
+    DOUBLE regionNoise = 0.0;  ///< sigma per region, share of the value
+    DOUBLE shotNoise   = 0.0;  ///< sigma of a full-scale region at unity gain, share of full scale
+    DOUBLE readNoise   = 0.0;  ///< sigma, share of full scale
 };
 
 /// What happens at a time. Each member that is set applies.
 struct Event
 {
-    DOUBLE                                time = 0.0;  ///< s
-    std::optional<INT32>                  ev;          ///< EV steps
-    std::optional<bool>                   lock;
-    std::optional<AECAlgoROI>             touch;
-    bool                                  isTouchEnd = false;
-    std::optional<StatisticsAntibanding>  antibanding;
-    std::optional<AECAlgoFPSRange>        fps;
-    std::optional<AECAlgoManualSetting>   manual;
-    std::optional<std::vector<TuningMode>> modes;      ///< selectors, Default first
+    DOUBLE                                 time = 0.0;  ///< s
+    std::optional<INT32>                   ev;          ///< EV steps
+    std::optional<bool>                    lock;
+    std::optional<AECAlgoROI>              touch;
+    bool                                   isTouchEnd = false;
+    std::optional<StatisticsAntibanding>   antibanding;
+    std::optional<AECAlgoFPSRange>         fps;
+    std::optional<AECAlgoManualSetting>    manual;
+    std::optional<std::vector<TuningMode>> modes;  ///< selectors, Default first
 };
 
 struct Scene
@@ -98,7 +98,7 @@ struct Scene
     Ripple                  ripple;
     Lamp                    lamp;
     Sensor                  sensor;
-    std::vector<Event>      events;          ///< in ascending time
+    std::vector<Event>      events;  ///< in ascending time
 
     /// Light at a time, EV relative to lux, without ripple.
     DOUBLE LightEV(DOUBLE time) const;
@@ -115,4 +115,4 @@ Scene ReadScene(const std::string& rPath, const std::string& variant);
 /// Names of a scene's variants, in order. @throws tuningfile::InputError
 std::vector<std::string> ReadVariants(const std::string& rPath);
 
-} // namespace kirosim
+}  // namespace kirosim

@@ -59,7 +59,8 @@ private:
         const auto         result = std::from_chars(rText.data(), rText.data() + rText.size(), value);
         if (result.ec != std::errc() || result.ptr != rText.data() + rText.size() || !(value >= low && value <= high))
         {
-            m_rInput.Fail(rNode, fmt::format("'{}' is no {}, expected a number from {} to {}", rText, rName, low, high));
+            m_rInput.Fail(rNode,
+                          fmt::format("'{}' is no {}, expected a number from {} to {}", rText, rName, low, high));
         }
         return value;
     }
@@ -86,21 +87,66 @@ private:
     bool ReadSceneEntry(const YamlEntry& rEntry, Scene& rScene) const
     {
         const std::string& rName = rEntry.name;
-        if (rName == "name") { rScene.name = m_rInput.Scalar(rEntry.value, "a name"); }
-        else if (rName == "fps") { rScene.fps = Number(rEntry, 1.0, 1000.0); }
-        else if (rName == "frames") { rScene.frames = static_cast<UINT32>(Unsigned(rEntry, FramesMax)); }
-        else if (rName == "seed") { rScene.seed = Unsigned(rEntry, ~0ULL); }
-        else if (rName == "lux") { rScene.lux = Number(rEntry, 1e-3, 1e6); }
-        else if (rName == "rg") { rScene.rg = Number(rEntry, 0.01, 100.0); }
-        else if (rName == "bg") { rScene.bg = Number(rEntry, 0.01, 100.0); }
-        else if (rName == "startOffsetEV") { rScene.startOffsetEV = Number(rEntry, -20.0, 20.0); }
-        else if (rName == "pattern") { ReadPattern(rEntry.value, rScene.pattern); }
-        else if (rName == "light") { ReadLight(rEntry.value, rScene.light); }
-        else if (rName == "ripple") { ReadRipple(rEntry.value, rScene.ripple); }
-        else if (rName == "lamp") { ReadLamp(rEntry.value, rScene.lamp); }
-        else if (rName == "sensor") { ReadSensor(rEntry.value, rScene.sensor); }
-        else if (rName == "events") { ReadEvents(rEntry.value, rScene.events); }
-        else { return rName == "variants"; }
+        if (rName == "name")
+        {
+            rScene.name = m_rInput.Scalar(rEntry.value, "a name");
+        }
+        else if (rName == "fps")
+        {
+            rScene.fps = Number(rEntry, 1.0, 1000.0);
+        }
+        else if (rName == "frames")
+        {
+            rScene.frames = static_cast<UINT32>(Unsigned(rEntry, FramesMax));
+        }
+        else if (rName == "seed")
+        {
+            rScene.seed = Unsigned(rEntry, ~0ULL);
+        }
+        else if (rName == "lux")
+        {
+            rScene.lux = Number(rEntry, 1e-3, 1e6);
+        }
+        else if (rName == "rg")
+        {
+            rScene.rg = Number(rEntry, 0.01, 100.0);
+        }
+        else if (rName == "bg")
+        {
+            rScene.bg = Number(rEntry, 0.01, 100.0);
+        }
+        else if (rName == "startOffsetEV")
+        {
+            rScene.startOffsetEV = Number(rEntry, -20.0, 20.0);
+        }
+        else if (rName == "pattern")
+        {
+            ReadPattern(rEntry.value, rScene.pattern);
+        }
+        else if (rName == "light")
+        {
+            ReadLight(rEntry.value, rScene.light);
+        }
+        else if (rName == "ripple")
+        {
+            ReadRipple(rEntry.value, rScene.ripple);
+        }
+        else if (rName == "lamp")
+        {
+            ReadLamp(rEntry.value, rScene.lamp);
+        }
+        else if (rName == "sensor")
+        {
+            ReadSensor(rEntry.value, rScene.sensor);
+        }
+        else if (rName == "events")
+        {
+            ReadEvents(rEntry.value, rScene.events);
+        }
+        else
+        {
+            return rName == "variants";
+        }
         return true;
     }
 
@@ -108,10 +154,22 @@ private:
     {
         for (const YamlEntry& rEntry : m_rInput.Map(rNode, "a pattern"))
         {
-            if (rEntry.name == "kind") { rPattern.kind = ReadKind(rEntry.value); }
-            else if (rEntry.name == "contrastEV") { rPattern.contrastEV = Number(rEntry, 0.0, 20.0); }
-            else if (rEntry.name == "area") { rPattern.area = Number(rEntry, 0.0, 1.0); }
-            else if (rEntry.name == "textureEV") { rPattern.textureEV = Number(rEntry, 0.0, 5.0); }
+            if (rEntry.name == "kind")
+            {
+                rPattern.kind = ReadKind(rEntry.value);
+            }
+            else if (rEntry.name == "contrastEV")
+            {
+                rPattern.contrastEV = Number(rEntry, 0.0, 20.0);
+            }
+            else if (rEntry.name == "area")
+            {
+                rPattern.area = Number(rEntry, 0.0, 1.0);
+            }
+            else if (rEntry.name == "textureEV")
+            {
+                rPattern.textureEV = Number(rEntry, 0.0, 5.0);
+            }
             else
             {
                 m_rInput.FailUnknown(rEntry, "member of a pattern", {"kind", "contrastEV", "area", "textureEV"});
@@ -126,7 +184,7 @@ private:
                                                                     {"highContrast", PatternKind::HighContrast},
                                                                     {"window", PatternKind::Window},
                                                                     {"subject", PatternKind::Subject}};
-        const std::string& rText = m_rInput.Scalar(rNode, "a kind of pattern");
+        const std::string&                               rText   = m_rInput.Scalar(rNode, "a kind of pattern");
         for (const auto& [pName, kind] : kinds)
         {
             if (rText == pName)
@@ -151,13 +209,22 @@ private:
             LightPoint point{};
             for (const YamlEntry& rEntry : m_rInput.Map(rItem, "a point {time, ev}"))
             {
-                if (rEntry.name == "time") { point.time = Number(rEntry, 0.0, 1e6); }
-                else if (rEntry.name == "ev") { point.ev = Number(rEntry, -20.0, 20.0); }
+                if (rEntry.name == "time")
+                {
+                    point.time = Number(rEntry, 0.0, 1e6);
+                }
+                else if (rEntry.name == "ev")
+                {
+                    point.ev = Number(rEntry, -20.0, 20.0);
+                }
                 else if (rEntry.name == "ramp")
                 {
                     point.isRamp = tuningfile::ReadFlag(m_rInput, rEntry.value, rEntry.name);
                 }
-                else { m_rInput.FailUnknown(rEntry, "member of a light point", {"time", "ev", "ramp"}); }
+                else
+                {
+                    m_rInput.FailUnknown(rEntry, "member of a light point", {"time", "ev", "ramp"});
+                }
             }
             if (!rLight.empty() && point.time < rLight.back().time)
             {
@@ -171,10 +238,22 @@ private:
     {
         for (const YamlEntry& rEntry : m_rInput.Map(rNode, "a ripple"))
         {
-            if (rEntry.name == "hertz") { rRipple.hertz = Number(rEntry, 0.0, 1000.0); }
-            else if (rEntry.name == "percent") { rRipple.percent = Number(rEntry, 0.0, 100.0); }
-            else if (rEntry.name == "start") { rRipple.start = Number(rEntry, 0.0, 1e6); }
-            else { m_rInput.FailUnknown(rEntry, "member of a ripple", {"hertz", "percent", "start"}); }
+            if (rEntry.name == "hertz")
+            {
+                rRipple.hertz = Number(rEntry, 0.0, 1000.0);
+            }
+            else if (rEntry.name == "percent")
+            {
+                rRipple.percent = Number(rEntry, 0.0, 100.0);
+            }
+            else if (rEntry.name == "start")
+            {
+                rRipple.start = Number(rEntry, 0.0, 1e6);
+            }
+            else
+            {
+                m_rInput.FailUnknown(rEntry, "member of a ripple", {"hertz", "percent", "start"});
+            }
         }
     }
 
@@ -182,9 +261,18 @@ private:
     {
         for (const YamlEntry& rEntry : m_rInput.Map(rNode, "a lamp"))
         {
-            if (rEntry.name == "hertz") { rLamp.hertz = Number(rEntry, 0.0, 1000.0); }
-            else if (rEntry.name == "depth") { rLamp.depth = Number(rEntry, 0.0, 1.0); }
-            else { m_rInput.FailUnknown(rEntry, "member of a lamp", {"hertz", "depth"}); }
+            if (rEntry.name == "hertz")
+            {
+                rLamp.hertz = Number(rEntry, 0.0, 1000.0);
+            }
+            else if (rEntry.name == "depth")
+            {
+                rLamp.depth = Number(rEntry, 0.0, 1.0);
+            }
+            else
+            {
+                m_rInput.FailUnknown(rEntry, "member of a lamp", {"hertz", "depth"});
+            }
         }
     }
 
@@ -194,11 +282,26 @@ private:
         for (const YamlEntry& rEntry : m_rInput.Map(rNode, "a sensor"))
         {
             const std::string& rName = rEntry.name;
-            if (rName == "latency") { rSensor.latency = static_cast<UINT8>(Number(rEntry, 1.0, 9.0)); }
-            else if (rName == "minGain") { rSensor.minGain = Number(rEntry, 1e-3, 1e4); }
-            else if (rName == "maxGain") { rSensor.maxGain = Number(rEntry, 1e-3, 1e4); }
-            else if (rName == "gainStep") { rSensor.gainStep = Number(rEntry, 1e-6, 1.0); }
-            else if (rName == "lineTimeUs") { rSensor.lineTime = Number(rEntry, 0.1, 1000.0) * 1e-6; }
+            if (rName == "latency")
+            {
+                rSensor.latency = static_cast<UINT8>(Number(rEntry, 1.0, 9.0));
+            }
+            else if (rName == "minGain")
+            {
+                rSensor.minGain = Number(rEntry, 1e-3, 1e4);
+            }
+            else if (rName == "maxGain")
+            {
+                rSensor.maxGain = Number(rEntry, 1e-3, 1e4);
+            }
+            else if (rName == "gainStep")
+            {
+                rSensor.gainStep = Number(rEntry, 1e-6, 1.0);
+            }
+            else if (rName == "lineTimeUs")
+            {
+                rSensor.lineTime = Number(rEntry, 0.1, 1000.0) * 1e-6;
+            }
             else if (rName == "minTimeUs")
             {
                 rSensor.minTime = static_cast<UINT64>(Number(rEntry, 1.0, 1e7) * nsPerUs);
@@ -207,11 +310,26 @@ private:
             {
                 rSensor.maxTime = static_cast<UINT64>(Number(rEntry, 1.0, 1e7) * nsPerUs);
             }
-            else if (rName == "readoutMs") { rSensor.readout = Number(rEntry, 0.0, 1000.0) * 1e-3; }
-            else if (rName == "bitDepth") { rSensor.bitDepth = static_cast<INT32>(Unsigned(rEntry, 16)); }
-            else if (rName == "regionNoise") { rSensor.regionNoise = Number(rEntry, 0.0, 1.0); }
-            else if (rName == "shotNoise") { rSensor.shotNoise = Number(rEntry, 0.0, 1.0); }
-            else if (rName == "readNoise") { rSensor.readNoise = Number(rEntry, 0.0, 1.0); }
+            else if (rName == "readoutMs")
+            {
+                rSensor.readout = Number(rEntry, 0.0, 1000.0) * 1e-3;
+            }
+            else if (rName == "bitDepth")
+            {
+                rSensor.bitDepth = static_cast<INT32>(Unsigned(rEntry, 16));
+            }
+            else if (rName == "regionNoise")
+            {
+                rSensor.regionNoise = Number(rEntry, 0.0, 1.0);
+            }
+            else if (rName == "shotNoise")
+            {
+                rSensor.shotNoise = Number(rEntry, 0.0, 1.0);
+            }
+            else if (rName == "readNoise")
+            {
+                rSensor.readNoise = Number(rEntry, 0.0, 1.0);
+            }
             else
             {
                 m_rInput.FailUnknown(rEntry, "member of a sensor",
@@ -248,18 +366,39 @@ private:
     VOID ReadEventEntry(const YamlEntry& rEntry, Event& rEvent) const
     {
         const std::string& rName = rEntry.name;
-        if (rName == "time") { rEvent.time = Number(rEntry, 0.0, 1e6); }
-        else if (rName == "ev") { rEvent.ev = static_cast<INT32>(Number(rEntry, -1000.0, 1000.0)); }
-        else if (rName == "lock") { rEvent.lock = tuningfile::ReadFlag(m_rInput, rEntry.value, rName); }
-        else if (rName == "touch") { ReadTouch(rEntry, rEvent); }
-        else if (rName == "antibanding") { rEvent.antibanding = ReadAntibanding(rEntry.value); }
+        if (rName == "time")
+        {
+            rEvent.time = Number(rEntry, 0.0, 1e6);
+        }
+        else if (rName == "ev")
+        {
+            rEvent.ev = static_cast<INT32>(Number(rEntry, -1000.0, 1000.0));
+        }
+        else if (rName == "lock")
+        {
+            rEvent.lock = tuningfile::ReadFlag(m_rInput, rEntry.value, rName);
+        }
+        else if (rName == "touch")
+        {
+            ReadTouch(rEntry, rEvent);
+        }
+        else if (rName == "antibanding")
+        {
+            rEvent.antibanding = ReadAntibanding(rEntry.value);
+        }
         else if (rName == "fps")
         {
             const std::vector<DOUBLE> bounds = Numbers(rEntry, 2, 0.1, 1000.0);
             rEvent.fps = AECAlgoFPSRange{static_cast<FLOAT>(bounds[1]), static_cast<FLOAT>(bounds[0])};
         }
-        else if (rName == "manual") { rEvent.manual = ReadManual(rEntry.value); }
-        else if (rName == "modes") { rEvent.modes = ReadModes(rEntry.value); }
+        else if (rName == "manual")
+        {
+            rEvent.manual = ReadManual(rEntry.value);
+        }
+        else if (rName == "modes")
+        {
+            rEvent.modes = ReadModes(rEntry.value);
+        }
         else
         {
             m_rInput.FailUnknown(rEntry, "member of an event",
@@ -282,9 +421,18 @@ private:
     StatisticsAntibanding ReadAntibanding(const YAML::Node& rNode) const
     {
         const std::string& rText = m_rInput.Scalar(rNode, "off, 50 or 60");
-        if (rText == "off") { return StatisticsAntibandingOff; }
-        if (rText == "50") { return StatisticsAntibanding50Hz; }
-        if (rText == "60") { return StatisticsAntibanding60Hz; }
+        if (rText == "off")
+        {
+            return StatisticsAntibandingOff;
+        }
+        if (rText == "50")
+        {
+            return StatisticsAntibanding50Hz;
+        }
+        if (rText == "60")
+        {
+            return StatisticsAntibanding60Hz;
+        }
         m_rInput.Fail(rNode, fmt::format("'{}' is no antibanding, expected off, 50 or 60", rText));
     }
 
@@ -311,7 +459,10 @@ private:
                 hasTime             = true;
                 manual.exposureTime = static_cast<UINT64>(Number(rEntry, 1.0, 1e7) * nsPerUs);
             }
-            else { m_rInput.FailUnknown(rEntry, "member of a manual setting", {"iso", "gain", "timeUs"}); }
+            else
+            {
+                m_rInput.FailUnknown(rEntry, "member of a manual setting", {"iso", "gain", "timeUs"});
+            }
         }
         if (hasGain || hasTime)
         {
@@ -356,7 +507,7 @@ YamlInput OpenScene(const std::string& rPath)
     return YamlInput({reinterpret_cast<const CHAR*>(bytes.data()), bytes.size()}, rPath);
 }
 
-} // namespace
+}  // namespace
 
 Scene ReadScene(const std::string& rPath, const std::string& variant)
 {
@@ -398,4 +549,4 @@ std::vector<std::string> ReadVariants(const std::string& rPath)
     return names;
 }
 
-} // namespace kirosim
+}  // namespace kirosim

@@ -12,8 +12,8 @@ namespace
 constexpr DOUBLE NsPerSecond = 1e9;
 
 /// EV of the natural pattern's 4 x 4 blocks around the mean, row by row.
-constexpr DOUBLE NaturalBlocksEV[16] = {0.5, 0.0, -0.5, 0.3, -0.3, 0.7, -0.7, 0.0,
-                                        0.5, -0.5, 0.0, 1.0, -1.0, 0.5, -0.5, 0.0};
+constexpr DOUBLE NaturalBlocksEV[16] = {0.5, 0.0,  -0.5, 0.3, -0.3, 0.7, -0.7, 0.0,
+                                        0.5, -0.5, 0.0,  1.0, -1.0, 0.5, -0.5, 0.0};
 
 /// A window in the upper middle, or a subject in the middle, of a given share of the frame.
 bool IsInBox(UINT32 column, UINT32 row, DOUBLE area, DOUBLE centreY)
@@ -42,7 +42,7 @@ DOUBLE RegionEV(const Pattern& rPattern, UINT32 column, UINT32 row)
     }
 }
 
-} // namespace
+}  // namespace
 
 SensorModel::SensorModel(const Scene& rScene)
     : m_rScene(rScene), m_noise(rScene.seed),
@@ -99,25 +99,25 @@ VOID SensorModel::BuildChannels()
 
 VOID SensorModel::AddGrid(const CHAR* pName, FLOAT* pValues)
 {
-    KIROCntStatsOut& rChannel             = m_list.pList[m_list.count++];
-    rChannel.type                         = KIROStatsGrid;
-    rChannel.resolution                   = {GridWidth, GridHeight, 0, m_rScene.sensor.bitDepth};
-    rChannel.channelData.bChannelEnabled  = TRUE;
-    rChannel.channelData.pChannelName     = const_cast<CHAR*>(pName);
-    rChannel.channelData.Data.pFData      = pValues;
-    rChannel.channelData.dataSize         = GridSize * sizeof(FLOAT);
+    KIROCntStatsOut& rChannel            = m_list.pList[m_list.count++];
+    rChannel.type                        = KIROStatsGrid;
+    rChannel.resolution                  = {GridWidth, GridHeight, 0, m_rScene.sensor.bitDepth};
+    rChannel.channelData.bChannelEnabled = TRUE;
+    rChannel.channelData.pChannelName    = const_cast<CHAR*>(pName);
+    rChannel.channelData.Data.pFData     = pValues;
+    rChannel.channelData.dataSize        = GridSize * sizeof(FLOAT);
 }
 
 VOID SensorModel::AddHistogram(const CHAR* pName, INT* pBins)
 {
-    KIROCntStatsOut& rChannel             = m_list.pList[m_list.count++];
-    rChannel.type                         = KIROStatsHist;
-    rChannel.resolution                   = {0, 0, HistogramBins, m_rScene.sensor.bitDepth};
-    rChannel.channelData.bChannelEnabled  = TRUE;
-    rChannel.channelData.pChannelName     = const_cast<CHAR*>(pName);
-    rChannel.channelData.Data.pIData      = pBins;
-    rChannel.channelData.dataSize         = HistogramBins * sizeof(INT);
-    rChannel.channelData.pValLUT          = m_histogramLUT.data();
+    KIROCntStatsOut& rChannel            = m_list.pList[m_list.count++];
+    rChannel.type                        = KIROStatsHist;
+    rChannel.resolution                  = {0, 0, HistogramBins, m_rScene.sensor.bitDepth};
+    rChannel.channelData.bChannelEnabled = TRUE;
+    rChannel.channelData.pChannelName    = const_cast<CHAR*>(pName);
+    rChannel.channelData.Data.pIData     = pBins;
+    rChannel.channelData.dataSize        = HistogramBins * sizeof(INT);
+    rChannel.channelData.pValLUT         = m_histogramLUT.data();
 }
 
 AppliedExposure SensorModel::Quantize(const KIROExposureSetType& rDecided) const
@@ -170,14 +170,14 @@ VOID SensorModel::ExposeRegions(DOUBLE time, const AppliedExposure& rExposure, D
             const FLOAT value = std::min(pSamples[sample] * signal * noise, 1.0f);
             saturated += (value >= 1.0f) ? 1 : 0;
             sum += value;
-            const UINT32 bin = std::min(static_cast<UINT32>(value * static_cast<FLOAT>(HistogramBins)),
-                                        HistogramBins - 1);
+            const UINT32 bin =
+                std::min(static_cast<UINT32>(value * static_cast<FLOAT>(HistogramBins)), HistogramBins - 1);
             ++rStats.histogram[bin];
         }
         const DOUBLE level = static_cast<DOUBLE>(sum) / SamplesPerRegion;
         pictureSum += level;
-        const DOUBLE shot  = rSensor.shotNoise * std::sqrt(level * rExposure.gain) * m_noise.NextGaussian();
-        const DOUBLE read  = rSensor.readNoise * m_noise.NextGaussian();
+        const DOUBLE shot         = rSensor.shotNoise * std::sqrt(level * rExposure.gain) * m_noise.NextGaussian();
+        const DOUBLE read         = rSensor.readNoise * m_noise.NextGaussian();
         rStats.luma[region]       = static_cast<FLOAT>(std::clamp(level + shot + read, 0.0, 1.0)) * m_fullScale;
         rStats.saturation[region] = static_cast<FLOAT>(saturated) / SamplesPerRegion * m_fullScale;
         rStats.rg[region]         = static_cast<FLOAT>(m_rScene.rg);
@@ -215,4 +215,4 @@ VOID SensorModel::RowFactors(DOUBLE time, const AppliedExposure& rExposure,
     }
 }
 
-} // namespace kirosim
+}  // namespace kirosim

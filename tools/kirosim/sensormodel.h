@@ -12,11 +12,11 @@
 namespace kirosim
 {
 
-constexpr UINT32 GridWidth     = 64;
-constexpr UINT32 GridHeight    = 48;
-constexpr UINT32 GridSize      = GridWidth * GridHeight;
+constexpr UINT32 GridWidth        = 64;
+constexpr UINT32 GridHeight       = 48;
+constexpr UINT32 GridSize         = GridWidth * GridHeight;
 constexpr UINT32 SamplesPerRegion = 16;
-constexpr UINT32 HistogramBins = 256;
+constexpr UINT32 HistogramBins    = 256;
 
 /// What the sensor did for one exposure, after its quantisation.
 struct AppliedExposure
@@ -55,11 +55,11 @@ private:
     /// Channels of one exposure.
     struct ExposureStats
     {
-        std::array<FLOAT, GridSize>           luma;
-        std::array<FLOAT, GridSize>           saturation;
-        std::array<FLOAT, GridSize>           rg;
-        std::array<FLOAT, GridSize>           bg;
-        std::array<INT, HistogramBins + 1>    histogram;  ///< one entry more, as cumulative counts may read it
+        std::array<FLOAT, GridSize>        luma;
+        std::array<FLOAT, GridSize>        saturation;
+        std::array<FLOAT, GridSize>        rg;
+        std::array<FLOAT, GridSize>        bg;
+        std::array<INT, HistogramBins + 1> histogram;  ///< one entry more, as cumulative counts may read it
     };
 
     VOID BuildRadiance();
@@ -70,13 +70,13 @@ private:
     VOID AddGrid(const CHAR* pName, FLOAT* pValues);
     VOID AddHistogram(const CHAR* pName, INT* pBins);
 
-    const Scene&                                       m_rScene;
-    RandomStream                                       m_noise;
-    FLOAT                                              m_fullScale;
-    std::vector<FLOAT>                                 m_radiance;  ///< relative, SamplesPerRegion per region
-    std::array<ExposureStats, AECAlgoExposureCount>    m_stats;
-    std::array<FLOAT, HistogramBins>                   m_histogramLUT;
-    KIROStatsList                                      m_list;
+    const Scene&                                    m_rScene;
+    RandomStream                                    m_noise;
+    FLOAT                                           m_fullScale;
+    std::vector<FLOAT>                              m_radiance;  ///< relative, SamplesPerRegion per region
+    std::array<ExposureStats, AECAlgoExposureCount> m_stats;
+    std::array<FLOAT, HistogramBins>                m_histogramLUT;
+    KIROStatsList                                   m_list;
 };
 
-} // namespace kirosim
+}  // namespace kirosim

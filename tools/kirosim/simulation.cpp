@@ -19,7 +19,7 @@ constexpr DOUBLE MidGrey = 0.18;
 /// Start exposure of a scene that says nothing: 10 ms at unity gain.
 constexpr UINT64 DefaultStartExposure = 10000000;
 
-} // namespace
+}  // namespace
 
 std::vector<TuningMode> DefaultSelectors()
 {
@@ -69,9 +69,9 @@ KiroHostConfig Simulation::HostConfig() const
     const Sensor&  rSensor = m_rScene.sensor;
     const FLOAT    fps     = static_cast<FLOAT>(m_rScene.fps);
     KiroHostConfig config{};
-    config.tuning            = m_rTuning.Data(DefaultSelectors());
-    config.sensorRange       = {static_cast<FLOAT>(rSensor.minGain), static_cast<FLOAT>(rSensor.maxGain),
-                                rSensor.minTime, rSensor.maxTime};
+    config.tuning      = m_rTuning.Data(DefaultSelectors());
+    config.sensorRange = {static_cast<FLOAT>(rSensor.minGain), static_cast<FLOAT>(rSensor.maxGain), rSensor.minTime,
+                          rSensor.maxTime};
     config.indexZeroExposure = rSensor.minTime;
     config.startExposure     = StartExposure();
     config.systemLatency     = rSensor.latency;
@@ -158,4 +158,4 @@ VOID Simulation::ApplyEvent(const Event& rEvent)
     }
 }
 
-} // namespace kirosim
+}  // namespace kirosim

@@ -61,11 +61,11 @@ private:
     SensorModel                  m_sensor;
     KiroCoreLibrary              m_library;
     KiroHost                     m_host;
-    std::deque<AppliedExposures> m_pipeline;   ///< decisions on their way to the sensor, oldest first
+    std::deque<AppliedExposures> m_pipeline;  ///< decisions on their way to the sensor, oldest first
     size_t                       m_nextEvent;
 };
 
 /// Selectors of the tuning's Default mode.
 std::vector<TuningMode> DefaultSelectors();
 
-} // namespace kirosim
+}  // namespace kirosim

@@ -16,8 +16,7 @@ constexpr DOUBLE SettledPercent = 5.0;
 /// A change of the light from one frame to the next that counts as a step.
 constexpr DOUBLE StepMinEV = 0.2;
 
-template <typename Samples, typename Value>
-DOUBLE Swing(const Samples& rSamples, Value&& value)
+template <typename Samples, typename Value> DOUBLE Swing(const Samples& rSamples, Value&& value)
 {
     DOUBLE low  = value(rSamples.front());
     DOUBLE high = low;
@@ -29,7 +28,7 @@ DOUBLE Swing(const Samples& rSamples, Value&& value)
     return high - low;
 }
 
-} // namespace
+}  // namespace
 
 SummaryBuilder::SummaryBuilder(const Scene& rScene) : m_rScene(rScene), m_isLegal(true)
 {
@@ -37,11 +36,11 @@ SummaryBuilder::SummaryBuilder(const Scene& rScene) : m_rScene(rScene), m_isLega
 
 VOID SummaryBuilder::Add(const FrameRecord& rRecord)
 {
-    const auto& rSafe = rRecord.decided.arbitration[AECAlgoExposureSafe].exposureSet;
+    const auto&  rSafe  = rRecord.decided.arbitration[AECAlgoExposureSafe].exposureSet;
     const UINT64 target = rRecord.decided.metering.exposures[AECAlgoExposureSafe];
     m_samples.push_back({rRecord.time, std::log2(std::max(static_cast<DOUBLE>(rSafe.exposure), 1.0)),
-                         std::log2(std::max(static_cast<DOUBLE>(target), 1.0)),
-                         m_rScene.LightEV(rRecord.time), rRecord.truth.pictureEV, rRecord.truth.banding});
+                         std::log2(std::max(static_cast<DOUBLE>(target), 1.0)), m_rScene.LightEV(rRecord.time),
+                         rRecord.truth.pictureEV, rRecord.truth.banding});
     m_isLegal = m_isLegal && IsLegal(rRecord);
 }
 
@@ -170,12 +169,11 @@ std::string FormatSummary(const RunSummary& rSummary)
     std::string text;
     for (const StepResult& rStep : rSummary.steps)
     {
-        const std::string what =
-            (rStep.ev == 0.0) ? std::string("start") : fmt::format("step {:+.2f} EV", rStep.ev);
-        const std::string frames = rStep.framesToSettle.has_value()
-                                       ? fmt::format("{} frames to settle within {:.0f} percent",
-                                                     *rStep.framesToSettle, SettledPercent)
-                                       : std::string("not settled");
+        const std::string what = (rStep.ev == 0.0) ? std::string("start") : fmt::format("step {:+.2f} EV", rStep.ev);
+        const std::string frames =
+            rStep.framesToSettle.has_value()
+                ? fmt::format("{} frames to settle within {:.0f} percent", *rStep.framesToSettle, SettledPercent)
+                : std::string("not settled");
         text += fmt::format("{} at {:.2f} s: {}, overshoot {:.3f} EV\n", what, rStep.time, frames, rStep.overshootEV);
     }
     text += fmt::format("ripple of the safe exposure, last {} frames: {:.4f} EV\n", RippleFrames, rSummary.rippleEV);
@@ -197,4 +195,4 @@ std::string FormatSummary(const RunSummary& rSummary)
     return text;
 }
 
-} // namespace kirosim
+}  // namespace kirosim

@@ -64,4 +64,4 @@ private:
 
 std::string FormatSummary(const RunSummary& rSummary);
 
-} // namespace kirosim
+}  // namespace kirosim

@@ -25,10 +25,9 @@ std::string CsvLine(const FrameRecord& rRecord)
                        rRecord.time, rRecord.truth.lux, rFrame.luxIndex, rFrame.luma, pTargets[AECAlgoExposureShort],
                        pTargets[AECAlgoExposureSafe], pTargets[AECAlgoExposureLong], rShortSet.exposure,
                        rSafeSet.exposure, rLongSet.exposure, rShortSet.gain, rShortSet.time, rSafeSet.gain,
-                       rSafeSet.time, rLongSet.gain, rLongSet.time, rConv.compensationADRC,
-                       rConv.compensationDarkBoost, rConv.predictiveGain, rConv.bBrightnessSettle, rConv.bSettle,
-                       rShort.FPS, rFrame.metering.bIsMeteringSkipped, rRecord.truth.pictureEV,
-                       rRecord.truth.banding);
+                       rSafeSet.time, rLongSet.gain, rLongSet.time, rConv.compensationADRC, rConv.compensationDarkBoost,
+                       rConv.predictiveGain, rConv.bBrightnessSettle, rConv.bSettle, rShort.FPS,
+                       rFrame.metering.bIsMeteringSkipped, rRecord.truth.pictureEV, rRecord.truth.banding);
 }
 
 std::string TableHeader()
@@ -43,11 +42,14 @@ std::string TableLine(const FrameRecord& rRecord)
     const KiroHostFrame&         rFrame  = rRecord.decided;
     const KIROConvergenceOutput& rConv   = rFrame.convergence;
     const KIROExposureSetType&   rSafe   = rFrame.arbitration[AECAlgoExposureSafe].exposureSet;
-    return fmt::format("{:>6} {:>7.2f} {:>10.1f} {:>8.1f} {:>8.1f} {:>11.0f} {:>7.2f} {:>9.0f} {:>6.2f} {:>6.2f} {:>7}\n",
-                       rRecord.frame, rRecord.time, rRecord.truth.lux, rFrame.luxIndex, rFrame.luma,
-                       static_cast<DOUBLE>(rSafe.exposure) / nsPerUs, rSafe.gain,
-                       static_cast<DOUBLE>(rSafe.time) / nsPerUs, rConv.compensationADRC, rConv.compensationDarkBoost,
-                       (rConv.bSettle == TRUE) ? "yes" : (rConv.bBrightnessSettle == TRUE) ? "bright" : "");
+    return fmt::format(
+        "{:>6} {:>7.2f} {:>10.1f} {:>8.1f} {:>8.1f} {:>11.0f} {:>7.2f} {:>9.0f} {:>6.2f} {:>6.2f} {:>7}\n",
+        rRecord.frame, rRecord.time, rRecord.truth.lux, rFrame.luxIndex, rFrame.luma,
+        static_cast<DOUBLE>(rSafe.exposure) / nsPerUs, rSafe.gain, static_cast<DOUBLE>(rSafe.time) / nsPerUs,
+        rConv.compensationADRC, rConv.compensationDarkBoost,
+        (rConv.bSettle == TRUE)             ? "yes"
+        : (rConv.bBrightnessSettle == TRUE) ? "bright"
+                                            : "");
 }
 
-} // namespace kirosim
+}  // namespace kirosim

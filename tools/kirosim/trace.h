@@ -17,4 +17,4 @@ std::string CsvLine(const FrameRecord& rRecord);
 std::string TableHeader();
 std::string TableLine(const FrameRecord& rRecord);
 
-} // namespace kirosim
+}  // namespace kirosim

@@ -52,7 +52,7 @@ VOID PrintModes(const ModeTable& rTable)
     }
 }
 
-} // namespace
+}  // namespace
 
 int Compile(const std::string& rInput, const std::string& rOutput, const VersionUnion& rVersion)
 {
@@ -134,4 +134,4 @@ int Schema(bool reference)
     return 0;
 }
 
-} // namespace kirotune
+}  // namespace kirotune

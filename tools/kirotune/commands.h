@@ -22,4 +22,4 @@ int Check(const std::string& rInput);
 
 int Schema(bool reference);
 
-} // namespace kirotune
+}  // namespace kirotune

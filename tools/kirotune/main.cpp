@@ -14,7 +14,7 @@ namespace
 constexpr int BadInput = 1;
 constexpr int BadUsage = 2;
 
-} // namespace
+}  // namespace
 
 int main(int argc, char** argv)
 {

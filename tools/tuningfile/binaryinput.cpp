@@ -158,7 +158,7 @@ std::string ReadCreatedBy(const std::vector<BYTE>& rBytes, const BinaryFileHeade
     return field.substr(0, field.find('\0'));
 }
 
-} // namespace
+}  // namespace
 
 std::vector<ModeTable> ReadModeTables(ParameterSetManager& rStore, std::vector<std::string>& rNotes)
 {
@@ -203,4 +203,4 @@ BinaryTuning ReadBinary(const std::vector<BYTE>& rBytes, const std::string& rFil
     return result;
 }
 
-} // namespace tuningfile
+}  // namespace tuningfile

@@ -30,4 +30,4 @@ BinaryTuning ReadBinary(const std::vector<BYTE>& rBytes, const std::string& rFil
 /// @param rNotes receives what was passed over
 std::vector<ModeTable> ReadModeTables(ParameterSetManager& rStore, std::vector<std::string>& rNotes);
 
-} // namespace tuningfile
+}  // namespace tuningfile

@@ -276,7 +276,7 @@ VOID AppendChecksum(std::vector<BYTE>& rBytes, const VersionUnion& rVersion)
     }
 }
 
-} // namespace
+}  // namespace
 
 std::optional<VersionUnion> ParseVersion(std::string_view text)
 {
@@ -396,4 +396,4 @@ std::vector<std::string> LeftOut(const Tuning& rTuning, const VersionUnion& rVer
     return leftOut;
 }
 
-} // namespace tuningfile
+}  // namespace tuningfile

@@ -26,4 +26,4 @@ std::vector<BYTE> WriteBinary(const Tuning& rTuning, const VersionUnion& rVersio
 /// What WriteBinary leaves out because the version has no place for it; each as a noun, such as "links".
 std::vector<std::string> LeftOut(const Tuning& rTuning, const VersionUnion& rVersion);
 
-} // namespace tuningfile
+}  // namespace tuningfile

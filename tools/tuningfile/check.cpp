@@ -39,7 +39,7 @@ VOID LoadAllModes(ParameterSetManager& rStore)
     }
 }
 
-} // namespace
+}  // namespace
 
 CheckReport CheckFile(const std::string& rPath)
 {
@@ -68,4 +68,4 @@ CheckReport CheckFile(const std::string& rPath)
     return report;
 }
 
-} // namespace tuningfile
+}  // namespace tuningfile

@@ -20,4 +20,4 @@ struct CheckReport
 /// @throws InputError if a text cannot be compiled or the file cannot be read
 CheckReport CheckFile(const std::string& rPath);
 
-} // namespace tuningfile
+}  // namespace tuningfile

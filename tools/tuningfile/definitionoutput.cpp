@@ -126,7 +126,7 @@ private:
     std::unordered_map<const tuning::RecordDescription*, UINT32> m_structures;
 };
 
-} // namespace
+}  // namespace
 
 std::vector<BYTE> WriteDefinitions(const std::vector<const tuning::ModuleDescription*>& rModules)
 {
@@ -138,4 +138,4 @@ std::vector<BYTE> WriteDefinitions(const std::vector<const tuning::ModuleDescrip
     return writer.Take();
 }
 
-} // namespace tuningfile
+}  // namespace tuningfile

@@ -12,4 +12,4 @@ namespace tuningfile
 /// @param rModules each once; all with a described record
 std::vector<BYTE> WriteDefinitions(const std::vector<const tuning::ModuleDescription*>& rModules);
 
-} // namespace tuningfile
+}  // namespace tuningfile

@@ -81,7 +81,7 @@ std::string ResolveTarget(const std::string& rPath)
     return error ? rPath : target;
 }
 
-} // namespace
+}  // namespace
 
 bool IsText(const std::string& rPath)
 {
@@ -151,4 +151,4 @@ VOID ReplaceFile(const std::string& rPath, std::span<const BYTE> bytes)
     }
 }
 
-} // namespace tuningfile
+}  // namespace tuningfile

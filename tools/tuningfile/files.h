@@ -29,4 +29,4 @@ std::vector<BYTE> CompileFile(const std::string& rPath, const VersionUnion& rVer
 /// @throws InputError if that cannot be done
 VOID ReplaceFile(const std::string& rPath, std::span<const BYTE> bytes);
 
-} // namespace tuningfile
+}  // namespace tuningfile

@@ -15,4 +15,4 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-} // namespace tuningfile
+}  // namespace tuningfile

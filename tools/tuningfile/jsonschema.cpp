@@ -60,8 +60,7 @@ TextNode ObjectNode(TextNode properties)
     return node;
 }
 
-template <typename T>
-TextNode IntegerNode()
+template <typename T> TextNode IntegerNode()
 {
     TextNode node = TypeNode("integer");
     node.Add("minimum", TextNode::Scalar(std::to_string(+std::numeric_limits<T>::min())));
@@ -260,11 +259,11 @@ TextNode SchemaWriter::Write()
     return root;
 }
 
-} // namespace
+}  // namespace
 
 std::string JsonSchema()
 {
     return ToJson(SchemaWriter().Write());
 }
 
-} // namespace tuningfile
+}  // namespace tuningfile

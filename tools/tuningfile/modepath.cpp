@@ -47,7 +47,7 @@ std::string AdviceOn(std::string_view unknown, const tuning::EnumDescription* pN
     return Advice(unknown, names);
 }
 
-} // namespace
+}  // namespace
 
 bool ParseModeName(std::string_view text, ModeName& rName, std::string& rFault)
 {
@@ -106,4 +106,4 @@ std::string PathOf(const ModeTable& rTable, UINT32 index)
     return path;
 }
 
-} // namespace tuningfile
+}  // namespace tuningfile

@@ -31,4 +31,4 @@ std::string FormatModeName(const ModeName& rName);
 /// The path from the root to a mode. Entries of one mode count once.
 std::string PathOf(const ModeTable& rTable, UINT32 index);
 
-} // namespace tuningfile
+}  // namespace tuningfile

@@ -39,7 +39,7 @@ size_t Distance(std::string_view first, std::string_view second)
     return row[second.size()];
 }
 
-} // namespace
+}  // namespace
 
 std::string Advice(std::string_view unknown, const std::vector<std::string_view>& rNames)
 {
@@ -76,4 +76,4 @@ std::string Advice(std::string_view unknown, const std::vector<std::string_view>
     return fmt::format("did you mean {}?", fmt::join(quoted, " or "));
 }
 
-} // namespace tuningfile
+}  // namespace tuningfile

@@ -13,4 +13,4 @@ namespace tuningfile
 /// "expected one of: a, b, c", shortened if there are many.
 std::string Advice(std::string_view unknown, const std::vector<std::string_view>& rNames);
 
-} // namespace tuningfile
+}  // namespace tuningfile

@@ -19,7 +19,7 @@ bool SameValue(const tuning::RecordMember& rMember, const BYTE* pFirst, const BY
     }
 }
 
-} // namespace
+}  // namespace
 
 Values ValuesOf(const tuning::RecordMember& rMember, const BYTE* pRecord)
 {
@@ -79,4 +79,4 @@ bool SameRecord(const tuning::RecordDescription& rDescription, const VOID* pFirs
     return true;
 }
 
-} // namespace tuningfile
+}  // namespace tuningfile

@@ -11,8 +11,7 @@ namespace tuningfile
 {
 
 /// Copies a value out of a record. @param pAddress need not be aligned
-template <typename T>
-T Load(const BYTE* pAddress)
+template <typename T> T Load(const BYTE* pAddress)
 {
     T value;
     std::memcpy(&value, pAddress, sizeof(value));
@@ -39,4 +38,4 @@ bool SameRecord(const tuning::RecordDescription& rDescription, const VOID* pFirs
 /// The same for one member.
 bool SameMember(const tuning::RecordMember& rMember, const BYTE* pFirst, const BYTE* pSecond);
 
-} // namespace tuningfile
+}  // namespace tuningfile

@@ -107,4 +107,4 @@ VOID RecordBlockPool::AppendValue(const tuning::RecordMember& rMember, const BYT
     }
 }
 
-} // namespace tuningfile
+}  // namespace tuningfile

@@ -58,4 +58,4 @@ private:
     std::unordered_map<std::string, UINT32> m_known;  ///< index by place and content
 };
 
-} // namespace tuningfile
+}  // namespace tuningfile

@@ -47,7 +47,7 @@ VOID Clear(const tuning::RecordMember& rMember, BYTE* pRecord)
     std::memset(pRecord + rMember.Begin(), 0, rMember.End() - rMember.Begin());
 }
 
-} // namespace
+}  // namespace
 
 VOID* RecordInput::Allocate(const YAML::Node& rNode, size_t size) const
 {
@@ -206,4 +206,4 @@ VOID RecordInput::ReadText(const YAML::Node& rNode, const tuning::RecordMember& 
     std::memcpy(pValue, &pText, sizeof(pText));
 }
 
-} // namespace tuningfile
+}  // namespace tuningfile

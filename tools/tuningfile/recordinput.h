@@ -43,4 +43,4 @@ private:
     RecordArena&     m_rArena;
 };
 
-} // namespace tuningfile
+}  // namespace tuningfile

@@ -22,8 +22,7 @@ constexpr UINT32 MinFilledCount = 16;
 const char* const Nothing = "~";
 
 /// The shortest text that reads back as the same number.
-template <typename T>
-std::string FloatText(T value)
+template <typename T> std::string FloatText(T value)
 {
     if (std::isnan(value))
     {
@@ -205,7 +204,7 @@ TextNode MemberToText(const tuning::RecordMember& rMember, const BYTE* pRecord, 
     return ValueToText(rMember, values.pFirst, (base.count != 0) ? base.pFirst : nullptr);
 }
 
-} // namespace
+}  // namespace
 
 TextNode RecordToText(const tuning::RecordDescription& rDescription, const VOID* pRecord, const VOID* pBase)
 {
@@ -249,4 +248,4 @@ TextNode ModuleToText(const Module& rModule, const Module* pAbove)
     return map;
 }
 
-} // namespace tuningfile
+}  // namespace tuningfile

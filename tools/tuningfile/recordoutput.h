@@ -18,4 +18,4 @@ TextNode RecordToText(const tuning::RecordDescription& rDescription, const VOID*
 /// @param pAbove the same module of the nearest mode above that has it, null if there is none
 TextNode ModuleToText(const Module& rModule, const Module* pAbove);
 
-} // namespace tuningfile
+}  // namespace tuningfile

@@ -130,11 +130,11 @@ private:
     std::vector<const tuning::EnumDescription*> m_enums;  ///< in the order of their first use
 };
 
-} // namespace
+}  // namespace
 
 std::string Reference()
 {
     return ReferenceWriter().Write();
 }
 
-} // namespace tuningfile
+}  // namespace tuningfile

@@ -36,8 +36,7 @@ enum class Outcome
     OutOfRange
 };
 
-template <typename T>
-Outcome ParseInteger(std::string_view text, T& rValue)
+template <typename T> Outcome ParseInteger(std::string_view text, T& rValue)
 {
     const bool negative = !text.empty() && text.front() == '-';
     if (!text.empty() && (text.front() == '-' || text.front() == '+'))
@@ -65,8 +64,7 @@ Outcome ParseInteger(std::string_view text, T& rValue)
     return Outcome::Good;
 }
 
-template <typename T>
-Outcome ParseFloat(std::string_view text, T& rValue)
+template <typename T> Outcome ParseFloat(std::string_view text, T& rValue)
 {
     const bool       negative = !text.empty() && text.front() == '-';
     std::string_view digits   = text;
@@ -93,8 +91,7 @@ Outcome ParseFloat(std::string_view text, T& rValue)
     return (result.ec == std::errc()) ? Outcome::Good : Outcome::OutOfRange;
 }
 
-template <typename T>
-std::string Range()
+template <typename T> std::string Range()
 {
     using Limits = std::numeric_limits<T>;
     if constexpr (std::is_floating_point_v<T>)
@@ -169,7 +166,7 @@ VOID ReadEnumerator(const YamlInput& rInput, const YAML::Node& rNode, const tuni
     std::memcpy(pValue, &*value, sizeof(*value));
 }
 
-} // namespace
+}  // namespace
 
 VOID ReadScalar(const YamlInput& rInput, const YAML::Node& rNode, const tuning::RecordMember& rMember, BYTE* pValue)
 {
@@ -227,4 +224,4 @@ bool ReadFlag(const YamlInput& rInput, const YAML::Node& rNode, std::string_view
     return text == "true";
 }
 
-} // namespace tuningfile
+}  // namespace tuningfile

@@ -20,4 +20,4 @@ UINT64 ReadUnsigned(const YamlInput& rInput, const YAML::Node& rNode, std::strin
 /// @throws InputError if the scalar is neither true nor false
 bool ReadFlag(const YamlInput& rInput, const YAML::Node& rNode, std::string_view what);
 
-} // namespace tuningfile
+}  // namespace tuningfile

@@ -13,4 +13,4 @@ std::string JsonSchema();
 /// All tunables as Markdown: members by module, then the enumerations.
 std::string Reference();
 
-} // namespace tuningfile
+}  // namespace tuningfile

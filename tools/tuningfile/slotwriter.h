@@ -19,8 +19,7 @@ public:
     {
     }
 
-    template <typename T>
-    VOID Add(T value)
+    template <typename T> VOID Add(T value)
     {
         const size_t start = bytes.size();
         AppendInteger(bytes, value);
@@ -41,4 +40,4 @@ private:
     const UINT32 m_packing;
 };
 
-} // namespace tuningfile
+}  // namespace tuningfile

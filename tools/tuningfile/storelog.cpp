@@ -39,7 +39,7 @@ std::string_view MessageOf(std::string_view line)
     return line;
 }
 
-} // namespace
+}  // namespace
 
 StoreLog::StoreLog()
 {
@@ -58,4 +58,4 @@ VOID StoreLog::Collect(VOID* pThis, UINT64, const CHAR* pLetter, UINT32, const C
     static_cast<StoreLog*>(pThis)->m_lines.push_back(std::move(line));
 }
 
-} // namespace tuningfile
+}  // namespace tuningfile

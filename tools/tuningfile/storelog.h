@@ -32,4 +32,4 @@ private:
     std::vector<std::string> m_lines;
 };
 
-} // namespace tuningfile
+}  // namespace tuningfile

@@ -369,11 +369,11 @@ VOID TextInput::CheckEnds(const PendingLink& rLink, const ModeTable& rTable) con
     }
 }
 
-} // namespace
+}  // namespace
 
 Tuning ParseText(std::string_view text, const std::string& rFileName)
 {
     return TextInput(text, rFileName).Read();
 }
 
-} // namespace tuningfile
+}  // namespace tuningfile

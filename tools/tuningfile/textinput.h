@@ -15,4 +15,4 @@ namespace tuningfile
 /// @throws InputError at the first fault
 Tuning ParseText(std::string_view text, const std::string& rFileName);
 
-} // namespace tuningfile
+}  // namespace tuningfile

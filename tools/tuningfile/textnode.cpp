@@ -161,7 +161,7 @@ VOID AppendJson(const TextNode& rNode, size_t indent, std::string& rText)
     rText += isMap ? '}' : ']';
 }
 
-} // namespace
+}  // namespace
 
 TextNode TextNode::Scalar(std::string text)
 {
@@ -226,4 +226,4 @@ std::string ToJson(const TextNode& rNode)
     return text + '\n';
 }
 
-} // namespace tuningfile
+}  // namespace tuningfile

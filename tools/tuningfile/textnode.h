@@ -53,4 +53,4 @@ std::string ToYaml(const TextNode& rMap);
 /// Prints as indented JSON.
 std::string ToJson(const TextNode& rNode);
 
-} // namespace tuningfile
+}  // namespace tuningfile

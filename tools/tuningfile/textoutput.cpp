@@ -80,7 +80,7 @@ TextNode ModesToText(const ModeTable& rTable)
     return map;
 }
 
-} // namespace
+}  // namespace
 
 std::string WriteText(const Tuning& rTuning)
 {
@@ -107,4 +107,4 @@ std::string WriteText(const Tuning& rTuning)
     return ToYaml(root);
 }
 
-} // namespace tuningfile
+}  // namespace tuningfile

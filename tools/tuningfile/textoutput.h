@@ -13,4 +13,4 @@ namespace tuningfile
 /// module of the nearest mode above it.
 std::string WriteText(const Tuning& rTuning);
 
-} // namespace tuningfile
+}  // namespace tuningfile

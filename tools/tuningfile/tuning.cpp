@@ -78,4 +78,4 @@ VOID* RecordArena::Allocate(size_t size)
     return pMemory;
 }
 
-} // namespace tuningfile
+}  // namespace tuningfile

@@ -82,4 +82,4 @@ private:
     size_t                                    m_used      = 0;
 };
 
-} // namespace tuningfile
+}  // namespace tuningfile

@@ -27,7 +27,7 @@ std::string OneLine(std::string_view text)
     return line;
 }
 
-} // namespace
+}  // namespace
 
 std::string Describe(const YAML::Node& rNode)
 {
@@ -153,4 +153,4 @@ VOID YamlInput::Merge(const YAML::Node& rMap, std::string_view expected, Collect
     }
 }
 
-} // namespace tuningfile
+}  // namespace tuningfile

@@ -98,4 +98,4 @@ private:
 /// What a node is, in words for a message: "a list", "a map", "nothing" or the quoted scalar.
 std::string Describe(const YAML::Node& rNode);
 
-} // namespace tuningfile
+}  // namespace tuningfile
