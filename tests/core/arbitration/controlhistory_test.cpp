@@ -14,12 +14,12 @@ protected:
     /// The reference is gain 2 at 10 ms; on the way up it goes to gain 8 at 20 ms, gain first.
     ControlHistory()
     {
-        m_reference.dataID                          = 9;
-        m_source.bUseStaticTuning                   = TRUE;
-        m_source.staticTuningGain                   = 2.0f;
-        m_source.staticTuningTime                   = 10 * Millisecond;
-        m_source.frameExposureTypeSelection         = ExposureSafe;
-        m_reference.endSettings                     = {EndManualSettings, m_table.dataID, {}, 8.0f, 20 * Millisecond};
+        m_reference.dataID                  = 9;
+        m_source.bUseStaticTuning           = TRUE;
+        m_source.staticTuningGain           = 2.0f;
+        m_source.staticTuningTime           = 10 * Millisecond;
+        m_source.frameExposureTypeSelection = ExposureSafe;
+        m_reference.endSettings             = {EndManualSettings, m_table.dataID, {}, 8.0f, 20 * Millisecond};
     }
 
     KiroResult RunMatch(UINT64 exposure)
@@ -67,7 +67,7 @@ protected:
     ReferenceSourceType&     m_source = m_reference.referenceSource;
 };
 
-} // namespace
+}  // namespace
 
 TEST_F(ControlHistory, LeavesTheReferenceTowardsTheEnd)
 {
@@ -151,21 +151,17 @@ TEST_F(ControlHistory, ReferenceCanBeAFrame)
     ExpectReference(4, 11);
     m_source.frameExposureTypeSelection = ExposureNone;
     ExpectReference(4, 12);
-    rSelection = {TypePreview, {}, {static_cast<PreviewSearchMethod>(2), 0}};
+    for (UINT64 frameID = 4; frameID <= 13; ++frameID)
+    {
+        SaveFrame(frameID, 4.0f, TRUE);
+    }
+    rSelection                          = {TypePreview, {}, {PreviewSearchMethod::SearchLastNonSnapshotRequest, 0}};
+    m_source.frameExposureTypeSelection = ExposureSafe;
+    ExpectReference(3, 13);  // the preview behind a history of snapshots
+    rSelection.preview.searchMethod = static_cast<PreviewSearchMethod>(2);
     EXPECT_EQ(RunMatch(20000000), 1);
     rSelection.frameType = static_cast<FrameType>(2);
     EXPECT_EQ(RunMatch(20000000), 6);
     m_reference.dataID = 8;
     EXPECT_EQ(RunMatch(20000000), 6) << "no such reference";
-}
-
-TEST_F(ControlHistory, LastPreviewIsFoundBehindAHistoryOfSnapshots)
-{
-    m_source.bUseStaticTuning         = FALSE;
-    m_source.frameSelection.frameType = TypePreview;
-    for (UINT64 frameID = 1; frameID <= 12; ++frameID)
-    {
-        SaveFrame(frameID, (frameID == 1) ? 2.0f : 4.0f, (frameID == 1) ? FALSE : TRUE);
-    }
-    ExpectReference(2, 13);
 }

@@ -17,6 +17,12 @@ protected:
         return Run(BankIDArbitrationRange, m_range.dataID);
     }
 
+    VOID ExpectFit(ArbExposureQuantity quantity, FLOAT start, FLOAT end, FLOAT gain, UINT64 time)
+    {
+        EXPECT_EQ(Fit(quantity, start, end), 0);
+        ExpectExposure(gain, time);
+    }
+
     /// Gain 4 at 10 ms in gains of 1 to 4, with at most 5 ms: a gain of 8 would be needed.
     KiroResult FitTooBright(RangeConflictHandlingType handling)
     {
@@ -26,35 +32,38 @@ protected:
     }
 };
 
-} // namespace
+}  // namespace
 
 TEST_F(RangeConflict, GainAndTimeMakeUpForOneAnother)
 {
-    EXPECT_EQ(Fit(ArbQuantityGain, 2.0f, 16.0f), 0);
-    ExpectExposure(2.0f, 5 * Millisecond);
+    ExpectFit(ArbQuantityGain, 2.0f, 16.0f, 2.0f, 5 * Millisecond);
     EXPECT_NEAR(m_out.exposureSet.indx, IndexOf(1e7), 0.01f);
-    EXPECT_EQ(Fit(ArbQuantityTime, 100e3f, 4e6f), 0);
-    ExpectExposure(2.5f, 4 * Millisecond);
+    ExpectFit(ArbQuantityTime, 100e3f, 4e6f, 2.5f, 4 * Millisecond);
     m_rAsked = Set(8.0f, 10 * Millisecond);
-    EXPECT_EQ(Fit(ArbQuantityGain, 1.0f, 4.0f), 0);
-    ExpectExposure(4.0f, 20 * Millisecond);
-    EXPECT_EQ(Fit(ArbQuantityTime, 20e6f, 33e6f), 0);
-    ExpectExposure(4.0f, 20 * Millisecond);
+    ExpectFit(ArbQuantityGain, 1.0f, 4.0f, 4.0f, 20 * Millisecond);
+    ExpectFit(ArbQuantityTime, 20e6f, 33e6f, 4.0f, 20 * Millisecond);
 
     // Within the margin a gain outside stays; one that follows from a time snaps.
-    m_rAsked = Set(1.99995f, 10 * Millisecond);
-    EXPECT_EQ(Fit(ArbQuantityGain, 2.0f, 16.0f, Ignore), 0);
-    EXPECT_EQ(m_out.exposureSet.gain, 1.99995f);
-    m_rAsked              = Set(1.0f, 9999800);
+    for (FLOAT gain : {1.99995f, 16.00005f})
+    {
+        m_rAsked = Set(gain, 5 * Millisecond);
+        EXPECT_EQ(Fit(ArbQuantityGain, 2.0f, 16.0f, Ignore), 0);
+        EXPECT_EQ(m_out.exposureSet.gain, gain);
+    }
     m_in.range.start.gain = 2.0f;
-    EXPECT_EQ(Fit(ArbQuantityTime, 5e6f, 33e6f), 0);
-    EXPECT_EQ(m_out.exposureSet.gain, 2.0f);
+    for (FLOAT gain : {2.0f, 16.0f})
+    {
+        m_rAsked          = Set(gain, 5 * Millisecond);
+        m_rAsked.exposure = static_cast<UINT64>(gain * 5e6f) + ((gain == 2.0f) ? -200 : 200);
+        m_rAsked.time     = (gain == 2.0f) ? 1 : 6 * Millisecond;
+        EXPECT_EQ(Fit(ArbQuantityTime, 5e6f, 5e6f), 0);
+        EXPECT_EQ(m_out.exposureSet.gain, gain);
+    }
 
     // The correction is the range's.
     m_in.range.start.corr = 2.0f;
     m_rAsked              = Set(8.0f, 10 * Millisecond);
-    EXPECT_EQ(Fit(ArbQuantityTime, 100e3f, 5e6f), 0);
-    ExpectExposure(8.0f, 5 * Millisecond);
+    ExpectFit(ArbQuantityTime, 100e3f, 5e6f, 8.0f, 5 * Millisecond);
     EXPECT_EQ(m_out.exposureSet.exposure, 80000000u);
 }
 
@@ -90,15 +99,15 @@ TEST_F(RangeConflict, EmptyTimeRangeIsAConflictOfItsOwn)
     EXPECT_EQ(Fit(ArbQuantityGain, 1.0f, 16.0f), 1);
     EXPECT_TRUE(m_log.HasPart(LevelWarning, "tentative before conflict resolution time 20000000 out of time 20000000"));
     m_in.bIsConvRange = TRUE;
-    EXPECT_EQ(Fit(ArbQuantityGain, 1.0f, 16.0f), 0);
-    ExpectExposure(1.0f, 20 * Millisecond);
+    ExpectFit(ArbQuantityGain, 1.0f, 16.0f, 1.0f, 20 * Millisecond);
 }
 
 TEST_F(RangeConflict, ResolutionWidensOnlyAsFarAsTheSensorGoes)
 {
     // The range is gains of 1 to 4 and 8 to 20 ms, the sensor 0.5 and up and 4 to 40 ms. Times in ms.
-    const auto expect = [](RangeConflictHandlingType solution, FLOAT gain, UINT64 time, KiroResult result, FLOAT newGain,
-                           UINT64 newTime, FLOAT startGain, FLOAT endGain, UINT64 startTime, UINT64 endTime)
+    const auto expect = [](RangeConflictHandlingType solution, FLOAT gain, UINT64 time, KiroResult result,
+                           FLOAT newGain, UINT64 newTime, FLOAT startGain, FLOAT endGain, UINT64 startTime,
+                           UINT64 endTime)
     {
         const KIROSensorRange sensor{0.5f, 64.0f, 4 * Millisecond, 40 * Millisecond};
         KIROExposureRange     range{Set(1.0f, 8 * Millisecond), Set(4.0f, 20 * Millisecond)};
@@ -117,6 +126,7 @@ TEST_F(RangeConflict, ResolutionWidensOnlyAsFarAsTheSensorGoes)
     expect(ModifyTimeRange, 2.0f, 30, 0, 2.0f, 30, 1.0f, 4.0f, 8, 30);
     expect(ModifyTimeRange, 2.0f, 50, 1, 2.0f, 50, 1.0f, 4.0f, 8, 50);
     expect(ModifyTimeRange, 0.5f, 10, 0, 1.0f, 5, 1.0f, 4.0f, 5, 20);
+    expect(ModifyTimeRange, 0.5f, 20, 0, 1.0f, 10, 1.0f, 4.0f, 8, 20);
     expect(ModifyTimeRange, 0.25f, 12, 1, 0.25f, 12, 1.0f, 4.0f, 3, 20);
     expect(ModifyTimeRange, 6.0f, 8, 0, 4.0f, 12, 1.0f, 4.0f, 8, 20);
     expect(ModifyTimeRange, 16.0f, 20, 1, 16.0f, 20, 1.0f, 4.0f, 8, 80);
@@ -124,6 +134,7 @@ TEST_F(RangeConflict, ResolutionWidensOnlyAsFarAsTheSensorGoes)
     expect(ModifyGainRange, 0.25f, 10, 1, 0.25f, 10, 0.25f, 4.0f, 8, 20);
     expect(ModifyGainRange, 90.0f, 10, 0, 90.0f, 10, 1.0f, 90.0f, 8, 20);
     expect(ModifyGainRange, 3.0f, 40, 0, 6.0f, 20, 1.0f, 6.0f, 8, 20);
+    expect(ModifyGainRange, 1.5f, 40, 0, 3.0f, 20, 1.0f, 4.0f, 8, 20);
     expect(ModifyGainRange, 1.5f, 4, 0, 0.75f, 8, 0.75f, 4.0f, 8, 20);
     expect(ModifyGainRange, 1.5f, 2, 1, 1.5f, 8, 0.375f, 4.0f, 8, 20);
     expect(ForceExposure, 5.0f, 3, 0, 4.0f, 8, 1.0f, 4.0f, 8, 20);

@@ -11,26 +11,11 @@
 #include <vector>
 
 #include "core/convergence/ckiromodconvergence.h"
+#include "schema/kiroflash.h"
+#include "schema/kirohdrsensor.h"
+#include "schema/kirosync.h"
 #include "tests/support/statslogcapture.h"
 #include "tests/support/testcontext.h"
-
-constexpr UINT32 LevelError = 2;
-constexpr UINT32 LevelTrace = 32;
-
-inline DOUBLE ExposureOf(DOUBLE step)
-{
-    return std::pow(1.03, step);
-}
-
-inline UINT64 AtStep(DOUBLE step)
-{
-    return static_cast<UINT64>(std::llround(ExposureOf(step)));
-}
-
-inline DOUBLE StepOf(DOUBLE exposure)
-{
-    return std::log(exposure) / std::log(1.03);
-}
 
 /// Steps of Short, Long and Safe.
 typedef std::array<DOUBLE, 3> Steps;
@@ -38,6 +23,21 @@ typedef std::array<DOUBLE, 3> Steps;
 inline Steps Same(DOUBLE step)
 {
     return {step, step, step};
+}
+
+inline FLOAT FactorOf(DOUBLE steps)
+{
+    return static_cast<FLOAT>(std::pow(1.03, steps));
+}
+
+inline UINT64 AtStep(DOUBLE step)
+{
+    return static_cast<UINT64>(std::llround(std::pow(1.03, step)));
+}
+
+inline DOUBLE StepOf(DOUBLE exposure)
+{
+    return std::log(exposure) / std::log(1.03);
 }
 
 inline AECFrameHistory FrameAt(const Steps& rSteps, DOUBLE predictiveGainSteps = 0.0)
@@ -48,33 +48,19 @@ inline AECFrameHistory FrameAt(const Steps& rSteps, DOUBLE predictiveGainSteps =
         frame.exposureSets[type].exposure = AtStep(rSteps[type]);
     }
     frame.evFactor              = 1.0f;
-    frame.predictiveGain        = static_cast<FLOAT>(ExposureOf(predictiveGainSteps));
+    frame.predictiveGain        = FactorOf(predictiveGainSteps);
     frame.compensationDarkBoost = 1.0f;
     frame.mfhdrLongADRC         = 1.0f;
     return frame;
 }
 
-/// A tree of one zone, which every trigger value selects.
-template <typename Level1, typename Level2, typename Level3> struct OneZone
+/// A stretch with its trigger tree of one zone.
+struct StretchZone
 {
-    explicit OneZone(decltype(Level3::triggerData) data = {}) : leaf{{0.0f, 1.0f}, data}
-    {
-    }
-
-    Level1* Tree()
-    {
-        middle = {{0.0f, 1.0f}, 1, 0, &leaf};
-        top    = {{0.0f, 1.0f}, 1, 0, &middle};
-        return &top;
-    }
-
-    Level3 leaf;
-    Level2 middle{};
-    Level1 top{};
+    kirodbconvstretch::ConvStretchLevel3DataType leaf;
+    kirodbconvstretch::ConvStretchLevel2DataType middle;
+    kirodbconvstretch::ConvStretchLevel1DataType top;
 };
-
-using StretchZone = OneZone<kirodbconvstretch::ConvStretchLevel1DataType, kirodbconvstretch::ConvStretchLevel2DataType,
-                            kirodbconvstretch::ConvStretchLevel3DataType>;
 
 class ConvergenceTest : public testing::Test
 {
@@ -83,18 +69,18 @@ protected:
     /// that no exposure reaches, off the output grid.
     ConvergenceTest()
     {
-        m_context.m_input.systemLatency          = 2;
-        m_context.m_input.opMode                 = AECAlgoOperationModeStreaming;
-        m_context.m_input.evContext.evFactor     = 1.0f;
-        m_module.unitStepSize                    = 0.5f;
-        m_base.value.trigger1DataBank            = {BankIDTriggers, 100};
-        m_base.value.trigger2DataBank            = {BankIDStatsCalculator, 100};
-        m_base.value.trigger3DataBank            = {BankIDSceneAnalyzer, 100};
-        m_base.value.trigger1DataCount           = 1;
-        m_base.value.trigger1Data                = m_speeds.Tree();
-        m_settle.value.baseSettleTrigger         = {{BankIDTriggers, 100}, {BankIDTriggers, 100}, 1, 0, &m_settleZone};
-        m_activeSCD.SCDID                        = 7;
-        m_limits.indexZeroExposure               = 1000;
+        m_context.m_input.systemLatency      = 2;
+        m_context.m_input.opMode             = AECAlgoOperationModeStreaming;
+        m_context.m_input.evContext.evFactor = 1.0f;
+        m_module.unitStepSize                = 0.5f;
+        m_base.value.trigger1DataBank        = Trigger;
+        m_base.value.trigger2DataBank        = {BankIDStatsCalculator, 100};
+        m_base.value.trigger3DataBank        = {BankIDSceneAnalyzer, 100};
+        m_base.value.trigger1DataCount       = 1;
+        m_base.value.trigger1Data            = &m_speedTop;
+        m_settle.value.baseSettleTrigger     = {Trigger, Trigger, 1, 0, &m_settleTop};
+        m_activeSCD.SCDID                    = 7;
+        m_limits.indexZeroExposure           = 1000;
         for (KIROExposureRange& rRange : m_limits.ranges)
         {
             rRange.start.exposure = 1;
@@ -106,8 +92,8 @@ protected:
     VOID SetSpeeds(FLOAT baseSpeed, FLOAT drcSpeed, FLOAT capping = 1000.0f,
                    kirodbconvbase::AECConvCappingType cappingType = kirodbconvbase::CappingTypeAbsolute)
     {
-        m_speeds.leaf.triggerData = {baseSpeed, capping, drcSpeed};
-        m_base.value.cappingType  = cappingType;
+        m_speedLeaf.triggerData  = {baseSpeed, capping, drcSpeed};
+        m_base.value.cappingType = cappingType;
     }
 
     /// Adds the frame whose statistics are looked at and the previous one to the history, later than those before.
@@ -125,24 +111,14 @@ protected:
         SaveHistory(rBoth, rBoth);
     }
 
-    /// Loads the tunings. Later changes of the bank records act at once, those of the module's record after a Restart.
-    CKIROConvergence& Module()
+    /// Later changes of the bank records act at once, those of other tunings after LoadTuning.
+    VOID LoadTuning()
     {
-        if (m_pModule == nullptr)
-        {
-            m_context.SetTuning(TestTuning().Add(m_module));
-            SetBank(BankIDConvBase, &m_base);
-            SetBank(BankIDConvStretch, &m_stretch);
-            SetBank(BankIDConvSettle, &m_settle);
-            SetBank(BankIDConvActiveSCD, &m_activeSCD);
-            m_pModule = TavoNew<CKIROConvergence>(m_context.m_tuningData, m_context);
-        }
-        return *m_pModule;
-    }
-
-    VOID Restart()
-    {
-        m_pModule.reset();
+        m_context.SetTuning(TestTuning().Add(m_module).Add(m_flash).Add(m_sync).Add(m_hdrSensor));
+        SetBank(BankIDConvBase, &m_base);
+        SetBank(BankIDConvStretch, &m_stretch);
+        SetBank(BankIDConvSettle, &m_settle);
+        SetBank(BankIDConvActiveSCD, &m_activeSCD);
     }
 
     VOID SetBank(KIROBankIDType bankID, VOID* pPayload)
@@ -150,15 +126,31 @@ protected:
         m_context.m_pBankManager->SetBankTuning(bankID, nullptr, pPayload, (pPayload != nullptr) ? 1 : 0);
     }
 
+    /// Starts on a new module, with all tunings as they are now.
+    CKIROConvergence& Restart()
+    {
+        LoadTuning();
+        m_pModule = TavoNew<CKIROConvergence>(m_context.m_tuningData, m_context);
+        return *m_pModule;
+    }
+
+    CKIROConvergence& Module()
+    {
+        return (m_pModule != nullptr) ? *m_pModule : Restart();
+    }
+
     VOID SetStretches(const std::vector<kirodbconvstretch::ConvStretchCoreDataType>& rStretches,
                       kirodbconvstretch::AECConvStretchType type = kirodbconvstretch::StretchTypeOffset)
     {
-        constexpr DataBankType trigger{BankIDTriggers, 100};
-        m_stretchZones = std::vector<StretchZone>(rStretches.begin(), rStretches.end());
+        m_stretchZones.resize(rStretches.size());
         m_stretchTunings.clear();
-        for (StretchZone& rZone : m_stretchZones)
+        for (size_t index = 0; index < rStretches.size(); ++index)
         {
-            m_stretchTunings.push_back({type, trigger, trigger, trigger, 1, 0, rZone.Tree()});
+            StretchZone& rZone = m_stretchZones[index];
+            rZone.leaf         = {{0.0f, 1.0f}, rStretches[index]};
+            rZone.middle       = {{0.0f, 1.0f}, 1, 0, &rZone.leaf};
+            rZone.top          = {{0.0f, 1.0f}, 1, 0, &rZone.middle};
+            m_stretchTunings.push_back({type, Trigger, Trigger, Trigger, 1, 0, &rZone.top});
         }
         m_stretch.value.convStretchCount = static_cast<UINT32>(rStretches.size());
         m_stretch.value.convStretch      = m_stretchTunings.data();
@@ -185,6 +177,12 @@ protected:
         }
     }
 
+    VOID ExpectRun(const Steps& rTarget, const Steps& rExpected, const std::string& rMessage = "")
+    {
+        Run(rTarget);
+        ExpectSteps(rExpected, rMessage);
+    }
+
     /// The settle stage on exposures that stand in for those of the last frame.
     VOID RunSettle(const Steps& rSteps)
     {
@@ -194,23 +192,28 @@ protected:
         Module().RunConvSettle(m_output);
     }
 
-    StatsLogCapture m_log;
-    TestContext     m_context;
+    static constexpr DataBankType Trigger{BankIDTriggers, 100};
 
+    StatsLogCapture                      m_log;
+    TestContext                          m_context;
     kiroconvergence::KIROConvergenceType m_module{};
+    kiroflash::KIROFlashType             m_flash{};
+    kirosync::KIROSyncType               m_sync{};
+    kirohdrsensor::KIROHDRSensorType     m_hdrSensor{};
+    KIROArbitratedLimits                 m_limits{};
+    KIROConvergenceOutput                m_output{};
 
-    OneZone<kirodbconvbase::ConvBaseLevel1DataType, kirodbconvbase::ConvBaseLevel2DataType,
-            kirodbconvbase::ConvBaseLevel3DataType>         m_speeds;
+    kirodbconvbase::ConvBaseLevel3DataType                  m_speedLeaf{{0.0f, 1.0f}, {}};
+    kirodbconvbase::ConvBaseLevel2DataType                  m_speedMiddle{{0.0f, 1.0f}, 1, 0, &m_speedLeaf};
+    kirodbconvbase::ConvBaseLevel1DataType                  m_speedTop{{0.0f, 1.0f}, 1, 0, &m_speedMiddle};
     kirodbconvbase::DBConvBasePayload                       m_base{};
     std::vector<StretchZone>                                m_stretchZones;
     std::vector<kirodbconvstretch::ConvTargetStretchType>   m_stretchTunings;
     kirodbconvstretch::DBConvStretchPayload                 m_stretch{};
     kirodbconvsettle::SettleTwoLevelTriggerSystemLevel2Type m_settleLeaf{{0.0f, 1.0f}, {1, 2.0f}};
-    kirodbconvsettle::SettleTwoLevelTriggerSystemLevel1Type m_settleZone{{0.0f, 1.0f}, 1, 0, &m_settleLeaf};
+    kirodbconvsettle::SettleTwoLevelTriggerSystemLevel1Type m_settleTop{{0.0f, 1.0f}, 1, 0, &m_settleLeaf};
     kirodbconvsettle::DBConvSettlePayload                   m_settle{};
     kirodbconvactivescd::DBConvActiveSCDPayload             m_activeSCD{};
-    KIROArbitratedLimits                                    m_limits{};
-    KIROConvergenceOutput                                   m_output{};
 
 private:
     UINT64                    m_frameID = 100;

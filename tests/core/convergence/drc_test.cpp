@@ -1,6 +1,9 @@
-// The distances of Short and Long from Safe.
+// The distances of Short and Long from Safe, and the nodes that hold them.
 
+#include "core/convergence/smoothnode.h"
 #include "tests/core/convergence/convergencefixture.h"
+
+using kiroconvergence::SmoothNodeType;
 
 namespace
 {
@@ -12,12 +15,26 @@ protected:
     VOID ExpectFrame(const Steps& rPrevious, const Steps& rTarget, const Steps& rExpected, const CHAR* pMessage = "")
     {
         SaveHistory(FrameAt(rPrevious));
-        Run(rTarget);
-        ExpectSteps(rExpected, pMessage);
+        ExpectRun(rTarget, rExpected, pMessage);
     }
+
+    /// The gains of successive frames of the node machine.
+    VOID ExpectGains(FLOAT target, const std::vector<FLOAT>& rExpected, UINT nodeIndex)
+    {
+        const kiroconvergence::DRCSmoothType tuning{TRUE, static_cast<UINT32>(m_nodes.size()), 0, m_nodes.data()};
+        for (FLOAT expected : rExpected)
+        {
+            StepSmoothNode(m_node, tuning, target);
+            EXPECT_NEAR(m_node.gain, expected, 1e-5f) << "towards " << target;
+        }
+        EXPECT_EQ(m_node.nodeIndex, nodeIndex) << "towards " << target;
+    }
+
+    std::vector<SmoothNodeType>  m_nodes{{1.0f, 2.0f, 0.5f, 0.25f, 0.25f, 0.2f}, {2.0f, 4.0f, 1.0f, 0.5f, 0.5f, 0.4f}};
+    SmoothNodeConvergenceContext m_node{};
 };
 
-} // namespace
+}  // namespace
 
 TEST_F(DRCConvergence, DistancesMoveByTheirOwnSpeedTowardsTheirTargets)
 {
@@ -39,8 +56,15 @@ TEST_F(DRCConvergence, DistancesMoveByTheirOwnSpeedTowardsTheirTargets)
     SetSpeeds(0.1f, 0.5f);
     m_base.value.tolerance = 0;
     SaveHistory(FrameAt({480.0, 500.0, 500.0}, 10.0));
-    Run({470.0, 500.0, 500.0});
-    ExpectSteps({479.5, 499.5, 499.5});
+    ExpectRun({470.0, 500.0, 500.0}, {479.5, 499.5, 499.5});
+    // Frames in flight reach Short's target unaided: its distance of 20 stays.
+    SaveHistory(FrameAt({495.0, 500.0, 500.0}), FrameAt({480.0, 500.0, 500.0}));
+    ExpectRun({490.0, 540.0, 540.0}, {484.0, 504.0, 504.0});
+
+    // A stretch lifts Safe to 511; Short's target of 491 would be 20 steps away where 10 are wanted and held.
+    SetSpeeds(1.0f, 0.0f);
+    SetStretches({{1.0f, 10.0f, 0.0f, 1.0f}});
+    ExpectFrame({490.0, 500.0, 500.0}, {491.0, 501.0, 501.0}, {501.0, 511.0, 511.0});
 }
 
 TEST_F(DRCConvergence, SettledExposureWithinToleranceKeepsItsDistance)
@@ -54,25 +78,43 @@ TEST_F(DRCConvergence, SettledExposureWithinToleranceKeepsItsDistance)
     ExpectFrame(previous, {478.5, 480.0, 480.0}, {479.5, 499.5, 499.5});
 }
 
-TEST_F(DRCConvergence, DistanceIsNeverWiderThanWantedOrHeld)
+TEST_F(DRCConvergence, NodesRampUpAndDownWithHysteresis)
 {
-    // A stretch lifts Safe to 511; Short's target of 491 would be 20 steps away where 10 are wanted and held.
-    SetSpeeds(1.0f, 0.0f);
-    SetStretches({{1.0f, 10.0f, 0.0f, 1.0f}});
-    ExpectFrame({490.0, 500.0, 500.0}, {491.0, 501.0, 501.0}, {501.0, 511.0, 511.0});
+    // A frame that starts a ramp still shows the held gain; the last increment is cut at the end of the ramp.
+    ExpectGains(1.24f, {1.0f, 1.0f}, 0);
+    ExpectGains(5.0f, {1.0f, 1.2f}, 0);
+    ExpectGains(1.0f, {1.4f, 1.5f}, 0);  // a ramp is finished whatever the target does
+    ExpectGains(1.74f, {1.5f}, 0);
+    ExpectGains(1.26f, {1.5f}, 0);
+    ExpectGains(2.49f, {1.5f, 1.7f, 1.9f, 2.0f, 2.0f}, 0);  // the next node asks for more
+    ExpectGains(5.0f, {2.0f, 2.4f, 2.8f, 3.0f, 3.0f, 3.4f, 3.8f, 4.0f, 4.0f, 4.0f}, 1);
+    ExpectGains(1.0f, {4.0f, 3.6f, 3.2f, 3.0f, 3.0f, 2.6f, 2.2f, 2.0f}, 1);
+    ExpectGains(1.8f, {2.0f}, 1);
+    ExpectGains(1.0f, {2.0f, 1.8f, 1.6f, 1.5f, 1.5f, 1.3f, 1.1f, 1.0f, 1.0f}, 0);
+    m_node.nodeIndex = 8;
+    m_node.gainNode  = 4.0f;
+    ExpectGains(1.0f, {4.0f, 3.6f}, 1);  // a tuning with fewer nodes
+
+    m_nodes = {{1.0f, 4.0f, 0.0f, 0.3f, 0.3f, 0.1f}};
+    m_node  = {};
+    for (const auto& [target, gain] :
+         {std::pair{2.0f, 2.0f}, {2.2f, 2.0f}, {2.4f, 2.4f}, {6.0f, 4.0f}, {3.8f, 4.0f}, {3.6f, 3.6f}, {0.5f, 1.0f}})
+    {
+        ExpectGains(target, {gain}, 0);  // without a size the gain follows the target at once
+    }
 }
 
-TEST_F(DRCConvergence, SmoothNodesReplaceTheTargets)
+TEST_F(DRCConvergence, NodesReplaceTheTargets)
 {
-    kiroconvergence::SmoothNodeType fixed{1.0f, 8.0f, 1.0f, 0.5f, 0.5f, 0.5f};      // starts at 1, tied to Safe
-    kiroconvergence::SmoothNodeType following{1.0f, 8.0f, 0.0f, 0.1f, 0.1f, 0.1f};  // at the target at once
-    const Steps                     target{470.0, 540.0, 510.0};
-    const auto                      expect = [&](kiroconvergence::SmoothNodeType& rADRC,
-                            kiroconvergence::SmoothNodeType& rDarkBoost, const Steps& rExpected)
+    SmoothNodeType fixed{1.0f, 8.0f, 1.0f, 0.5f, 0.5f, 0.5f};      // starts at 1, tied to Safe
+    SmoothNodeType following{1.0f, 8.0f, 0.0f, 0.1f, 0.1f, 0.1f};  // at the target at once
+    const Steps    target{470.0, 540.0, 510.0};
+    const auto     expect = [&](SmoothNodeType& rADRC, SmoothNodeType& rDarkBoost, const Steps& rExpected)
     {
         m_module.smoothADRC      = {TRUE, 1, 0, &rADRC};
         m_module.smoothDarkBoost = {TRUE, 1, 0, &rDarkBoost};
         Restart();
+        m_context.SetTrigger(TriggerCtrlADRCCap, 2.0f);
         ExpectFrame(Same(500.0), target, rExpected);
     };
     SetSpeeds(1.0f, 1.0f);
@@ -80,25 +122,25 @@ TEST_F(DRCConvergence, SmoothNodesReplaceTheTargets)
     expect(fixed, following, {510.0, 540.0, 510.0});
     expect(following, fixed, {470.0, 510.0, 510.0});
 
-    // A binned sensor caps the gain, at 2 or 23.45 steps.
+    // A binned hybrid sensor caps the gain, at 2 or 23.45 steps.
+    m_context.SetTrigger(TriggerCtrl3HDRBinning, 1.9f);
+    expect(following, following, target);
     m_context.m_bIsHybridHDR = TRUE;
-    m_context.SetTrigger(TriggerCtrlADRCCap, 2.0f);
+    expect(following, following, {486.55, 540.0, 510.0});
     m_context.SetTrigger(TriggerCtrl3HDRBinning, 0.9f);
     expect(following, following, target);
-    m_context.SetTrigger(TriggerCtrl3HDRBinning, 1.9f);
-    expect(following, following, {486.55, 540.0, 510.0});
 }
 
 TEST_F(DRCConvergence, DarkCompensationConvergesOnAGridOnTopOfTheExposures)
 {
     // All in steps; Long is given by its distance from Safe in the previous frame and in the target.
-    const auto expect = [this](const std::pair<DOUBLE, DOUBLE>& rLong, DOUBLE metered, DOUBLE previous, UINT32 tolerance,
-                               DOUBLE expected, const CHAR* pMessage)
+    const auto expect = [this](const std::pair<DOUBLE, DOUBLE>& rLong, DOUBLE metered, DOUBLE previous,
+                               UINT32 tolerance, DOUBLE expected, const CHAR* pMessage)
     {
         m_base.value.tolerance = tolerance;
-        m_context.SetAnalyzerResult(207, {static_cast<FLOAT>(ExposureOf(metered)), 0.0f});
+        m_context.SetAnalyzerResult(207, {FactorOf(metered), 0.0f});
         AECFrameHistory frame       = FrameAt({500.0, 500.0 + rLong.first, 500.0});
-        frame.compensationDarkBoost = static_cast<FLOAT>(ExposureOf(previous));
+        frame.compensationDarkBoost = FactorOf(previous);
         SaveHistory(frame);
         Run({540.0, 540.0 + rLong.second, 540.0});
         EXPECT_NEAR(StepOf(m_output.compensationDarkBoost), expected, 0.01) << pMessage;
@@ -107,7 +149,7 @@ TEST_F(DRCConvergence, DarkCompensationConvergesOnAGridOnTopOfTheExposures)
     expect({0.0, 0.0}, 20.0, 10.0, 0, 0.0, "not for an ordinary sensor");
     m_context.m_input.HDRType = StaggeredHDR;
     expect({0.0, 0.0}, 20.3, 10.0, 0, 15.0, "10 and half of 10.3, to the grid of 0.5");
-    expect({0.0, 0.0}, 0.6, 0.0, 0, 0.5, "a unit at least");
+    expect({0.0, 0.0}, 0.4, 0.0, 0, 0.5, "a unit at least");
     expect({0.0, 0.0}, 20.0, 0.0, 25, 0.0, "within tolerance");
     expect({0.0, 0.0}, -30.0, 10.0, 25, 5.0, "less than none is none, and the way back to it is always gone");
     expect({10.0, 12.0}, 32.0, 16.0, 0, 24.0, "6 of 16 were on top, half way to 20 is 13, Long gives 11");

@@ -1,213 +1,143 @@
-#include "core/convergence/cconveventmanager.h"
+// Events that fix the targets: lock, EV, post-raw gain, change of the camera's role.
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
-
-#include "schema/kiroflash.h"
-#include "schema/kirosync.h"
-#include "tests/support/statslogcapture.h"
-#include "tests/support/testcontext.h"
+#include "tests/core/convergence/convergencefixture.h"
 
 namespace
 {
 
-constexpr UINT32 DetectorID = 5;
+constexpr DOUBLE Metered = 500.0;  ///< step of the metered target
 
-/// Exposures of Short, Long and Safe.
-typedef std::array<UINT64, 3> Exposures;
-
-constexpr Exposures Metered{100, 400, 200};
-
-class ConvEvents : public testing::Test
+class Events : public ConvergenceTest
 {
 protected:
-    ConvEvents()
+    /// At full speed an exposure is at its target in one frame, fixed or not.
+    Events()
     {
-        m_context.m_input.opMode        = AECAlgoOperationModeStreaming;
-        m_context.m_input.systemLatency = 3;
-        SetEV(0, 1.0f);
+        SetSpeeds(1.0f, 0.0f);
     }
 
-    VOID SetEV(INT32 value, FLOAT factor)
+    VOID SetEV(INT32 value, DOUBLE steps)
     {
-        m_context.m_input.evContext = {value, factor};
+        m_context.m_input.evContext = {value, FactorOf(steps)};
     }
 
-    VOID SaveFrame(const Exposures& rExposures, FLOAT evFactor = 1.0f, INT32 postRawBoost = 0)
+    VOID SaveFrame(DOUBLE step, DOUBLE evSteps = 0.0)
     {
-        AECFrameHistory frame{};
-        frame.frameID                 = ++m_frameID;
-        frame.evFactor                = evFactor;
-        frame.postRawSensitivityBoost = postRawBoost;
-        for (size_t type = 0; type < rExposures.size(); ++type)
-        {
-            frame.exposureSets[type].exposure = rExposures[type];
-        }
-        m_context.SaveFrame(frame);
+        AECFrameHistory frame = FrameAt(Same(step));
+        frame.evFactor        = FactorOf(evSteps);
+        SaveHistory(frame);
     }
 
-    /// One frame. Whether its targets are fixed, and what they are.
-    VOID Expect(BOOL bIsFixed, const Exposures& rExpected, const CHAR* pMessage = "", BOOL bIsMeteringSkipped = FALSE)
+    VOID Expect(BOOL bIsFixed, DOUBLE target, const CHAR* pMessage)
     {
-        constexpr DOUBLE logsPerDecade = 77.89853;
-        KIROConvTempInput input{};
-        input.bIsMeteringSkipped = bIsMeteringSkipped;
-        std::transform(m_metered.begin(), m_metered.end(), input.sensiLog103,
-                       [](UINT64 exposure) { return std::log10(static_cast<DOUBLE>(exposure)) * logsPerDecade; });
-        EXPECT_EQ(m_events.IsTargetFixed(input), bIsFixed) << pMessage;
-        for (size_t type = 0; type < rExpected.size(); ++type)
-        {
-            const DOUBLE target = std::pow(10.0, input.sensiLog103[type] / logsPerDecade);
-            EXPECT_NEAR(target / static_cast<DOUBLE>(rExpected[type]), 1.0, 1e-5) << type << " " << pMessage;
-        }
+        Run(Same(Metered));
+        EXPECT_EQ(m_output.bIsConvTargetFixed, bIsFixed) << pMessage;
+        ExpectSteps(Same(target), pMessage);
     }
-
-    VOID ExpectLocked(const Exposures& rExpected) const
-    {
-        Exposures locked{};
-        m_events.GetLockedEV0(locked.data());
-        EXPECT_EQ(locked, rExpected);
-    }
-
-    StatsLogCapture   m_log;
-    TestContext       m_context;
-    CConvEventManager m_events{m_context};
-    Exposures         m_metered = Metered;
-
-private:
-    UINT64 m_frameID = 100;
 };
 
-} // namespace
+}  // namespace
 
-TEST_F(ConvEvents, LockHoldsTheExposuresOfTheFrameBeforeAsWithoutEV)
+TEST_F(Events, LockHoldsTheExposureOfTheFrameBeforeAsWithoutEV)
 {
-    SaveFrame({1001, 4000, 2000}, 2.0f);
-    Expect(FALSE, Metered);
-    ExpectLocked({0, 0, 0});
+    SaveFrame(470.0, 10.0);
+    Expect(FALSE, Metered, "no lock");
+    EXPECT_EQ(m_output.lockedEV0Exposures[AECAlgoExposureLong], 0u);
     m_context.m_input.lockType = AECAlgoLockOn;
-    Expect(TRUE, {500, 2000, 1000}, "truncated");
-    ExpectLocked({500, 2000, 1000});
-    SaveFrame({7, 7, 7});
-    Expect(TRUE, {500, 2000, 1000}, "captured once");
-    SetEV(6, 2.0f);
-    Expect(TRUE, {1000, 4000, 2000}, "shifted by EV");
-    ExpectLocked({500, 2000, 1000});
-    SetEV(0, 1.0f);
-    Expect(TRUE, {500, 2000, 1000});
+    Expect(TRUE, 460.0, "locked");
+    SaveFrame(480.0);
+    Expect(TRUE, 460.0, "captured once");
+    SetEV(6, 20.0);
+    Expect(TRUE, 480.0, "shifted by EV");
+    EXPECT_NEAR(static_cast<DOUBLE>(m_output.lockedEV0Exposures[AECAlgoExposureLong]), std::pow(1.03, 460.0), 2.0);
+    SetEV(0, 0.0);
     m_context.m_input.lockType = AECAlgoLockOFF;
-    Expect(FALSE, Metered);
-    ExpectLocked({0, 0, 0});
-    SaveFrame({1000, 4000, 2000}, 0.0f);
-    m_context.m_input.lockType = AECAlgoLockOn;
-    Expect(TRUE, {1000, 4000, 2000}, "no EV factor");
+    Run(Same(Metered));
+    Expect(FALSE, Metered, "unlocked");
+    EXPECT_EQ(m_output.lockedEV0Exposures[AECAlgoExposureLong], 0u);
 }
 
-TEST_F(ConvEvents, LockWithoutHistoryHoldsTheTargets)
+TEST_F(Events, EVJumpsOnceAndShiftsFromThenOnInPreflashIfTuned)
 {
-    m_context.m_input.lockType = AECAlgoLockOn;
-    Expect(TRUE, Metered);
-    m_metered = {900, 900, 900};
-    Expect(TRUE, Metered);
-}
-
-TEST_F(ConvEvents, EVJumpsOnceAndShiftsFromThenOn)
-{
-    SetEV(6, 2.0f);
-    Expect(TRUE, {200, 800, 400});
+    SaveFrame(490.0);
+    SetEV(6, 20.0);
+    Expect(TRUE, 520.0, "changed");
     EXPECT_EQ(m_context.GetContextEvent(AECEVChange), TRUE);
     EXPECT_EQ(m_context.m_pBankManager->GetContext(), m_context.GetContextStatus()) << "the banks follow the event";
-    Expect(FALSE, {200, 800, 400});
-    SetEV(0, 1.0f);
-    Expect(TRUE, Metered);
-}
-
-TEST_F(ConvEvents, EVShiftsInPreflashOnlyIfTuned)
-{
+    Expect(FALSE, 520.0, "unchanged");
     m_context.m_input.opMode = AECAlgoOperationModePreflash;
-    SetEV(6, 2.0f);
-    Expect(TRUE, Metered);
-    kiroflash::KIROFlashType flash{};
-    flash.preflashEvControl.enable = TRUE;
-    m_context.SetTuning(TestTuning().Add(flash));
-    Expect(FALSE, {200, 800, 400});
+    Expect(FALSE, Metered, "not tuned");
+    m_flash.preflashEvControl.enable = TRUE;
+    LoadTuning();
+    Expect(FALSE, 520.0, "tuned");
+    SetEV(0, 0.0);
+    Expect(TRUE, Metered, "changed to none");
 }
 
-TEST_F(ConvEvents, PostRawBoostIsMadeUpForFromTheFrameThatHadTheOldOne)
+TEST_F(Events, PostRawBoostIsMadeUpForFromTheFrameThatHadTheOldOne)
 {
-    SaveFrame({1000, 4000, 2000}, 1.0f, 200);
-    SaveFrame({5000, 20000, 10000}, 1.0f, 400);
-    m_context.m_input.postRawGain    = 100;
-    m_context.m_input.postRawCounter = 3;
-    m_context.m_input.lockType       = AECAlgoLockOn;
-    Expect(TRUE, {20000, 80000, 40000}, "one frame back, lock or not");
-    m_context.m_input.postRawCounter = 2;
-    m_context.m_input.lockType       = AECAlgoLockOFF;
-    Expect(TRUE, {2000, 8000, 4000}, "two frames back");
-    m_context.m_input.postRawCounter = 5;
-    Expect(FALSE, Metered, "no such frame");
-    m_context.m_input.postRawCounter = 3;
-    m_context.m_input.postRawGain    = 0;
-    Expect(FALSE, Metered);
-    m_context.m_input.postRawGain              = 100;
+    SaveHistory(FrameAt(Same(480.0)), FrameAt(Same(490.0)));
+    m_context.m_pHistory->GetInternalFrameHistory(2)->postRawSensitivityBoost = 400;
+    m_context.m_pHistory->GetInternalFrameHistory(1)->postRawSensitivityBoost = 200;
+    const auto expect = [this](UINT8 counter, INT32 gain, BOOL bIsFixed, DOUBLE target, const CHAR* pMessage)
+    {
+        m_context.m_input.postRawCounter = counter;
+        m_context.m_input.postRawGain    = gain;
+        Expect(bIsFixed, target, pMessage);
+    };
+    m_context.m_input.lockType = AECAlgoLockOn;
+    expect(2, 100, TRUE, 490.0 + StepOf(2.0), "a frame back, lock or not");
+    m_context.m_input.lockType = AECAlgoLockOFF;
+    expect(1, 100, TRUE, 480.0 + StepOf(4.0), "two frames back");
+    expect(4, 100, FALSE, Metered, "no such frame");
+    expect(2, 0, FALSE, Metered, "no gain");
     m_context.m_input.manualSetting.manualMode = AECAlgoModeManualFull;
-    Expect(FALSE, Metered);
+    expect(2, 100, FALSE, Metered, "full manual control");
 }
 
-TEST_F(ConvEvents, ContextsThatFixTheTargetLeaveItAsMetered)
+TEST_F(Events, ContextsThatFixTheTargetLeaveItAsMetered)
 {
+    SaveFrame(490.0);
     for (const KIROTunaraEventType event : {AECManualFull, AECCoreSnapshotHDR3, AECOpFlashCalibration})
     {
         m_context.SetContextEvent(event, TRUE);
-        Expect(TRUE, Metered);
+        Expect(TRUE, Metered, "fixed");
         m_context.SetContextEvent(event, FALSE);
     }
-    Expect(FALSE, Metered);
-    Expect(TRUE, Metered, "metering skipped", TRUE);
+    Expect(FALSE, Metered, "free");
 }
 
-TEST_F(ConvEvents, NewMasterHoldsItsExposureForSomeFramesOrUntilTheSceneChanges)
+TEST_F(Events, NewMasterHoldsItsExposureForSomeFramesOrUntilTheSceneChanges)
 {
-    kirosync::KIROSyncType tuning{};
-    tuning.masterAndSlaveConfig.slave.exposureType = kirosync::AECAlgoExposureFollow;
-    tuning.expSyncConfig.bLockExpWhenSwitch        = TRUE;
-    tuning.expSyncConfig.minFrameNumToLock         = 2;
-    tuning.expSyncConfig.SCDID                     = DetectorID;
-    const auto becomeMaster                        = [&](BOOL bIsFixed, const Exposures& rExpected, const CHAR* pMessage)
+    const auto becomeMaster = [this](UINT32 frames, BOOL bIsFixed, DOUBLE target, const CHAR* pMessage)
     {
-        m_context.SetTuning(TestTuning().Add(tuning));
+        m_sync.expSyncConfig.minFrameNumToLock = frames;
+        LoadTuning();
         m_context.SetContextEvent(AECSlaveRole, TRUE);
-        Expect(FALSE, {200, 800, 400}, "slave");
+        Expect(FALSE, 520.0, "slave");
         m_context.SetContextEvent(AECSlaveRole, FALSE);
-        Expect(bIsFixed, rExpected, pMessage);
+        Expect(bIsFixed, target, pMessage);
     };
-    SaveFrame({1000, 4000, 2000});
-    SetEV(6, 2.0f);
-    Expect(TRUE, {200, 800, 400});
-    becomeMaster(FALSE, {200, 800, 400}, "no detector");
-    EXPECT_EQ(m_log.Count(32, "SCDID:5 is not aded in the SCD tuning."), 2u);
+    m_sync.masterAndSlaveConfig.slave.exposureType = kirosync::AECAlgoExposureFollow;
+    m_sync.expSyncConfig.bLockExpWhenSwitch        = TRUE;
+    m_sync.expSyncConfig.SCDID                     = 5;
+    SaveFrame(490.0);
+    SetEV(6, 20.0);
+    Run(Same(Metered));
+    becomeMaster(2, FALSE, 520.0, "no detector");
+    m_context.SetSCDOutput(5, {nullptr, KIROSCDStateMonitor, KIROHoldTimeOff});
+    becomeMaster(0, FALSE, 520.0, "for no frames");
+    m_context.m_rebasedSCDs.clear();
+    becomeMaster(2, TRUE, 490.0, "the EV factor is taken out and put back");
+    EXPECT_EQ(m_context.m_rebasedSCDs, std::vector<UINT32>{5});
+    Expect(TRUE, 490.0, "second frame");
+    Expect(FALSE, 520.0, "third frame");
 
-    m_context.SetSCDOutput(DetectorID, {nullptr, KIROSCDStateMonitor, KIROHoldTimeOff});
-    becomeMaster(TRUE, {1000, 4000, 2000}, "the EV factor is taken out and put back");
-    EXPECT_EQ(m_context.m_rebasedSCDs, std::vector<UINT32>{DetectorID});
-    Expect(TRUE, {1000, 4000, 2000});
-    Expect(FALSE, {200, 800, 400}, "two frames have passed");
-
-    tuning.expSyncConfig.minFrameNumToLock = 100;
-    becomeMaster(TRUE, {1000, 4000, 2000}, "for longer");
-    m_context.SetSCDOutput(DetectorID, {nullptr, KIROSCDStateSceneChange, KIROHoldTimeOff});
-    Expect(FALSE, {200, 800, 400}, "the scene changes");
-    m_context.SetSCDOutput(DetectorID, {nullptr, KIROSCDStateMonitor, KIROHoldTimeOff});
-    Expect(FALSE, {200, 800, 400}, "for good");
-
-    tuning.expSyncConfig.minFrameNumToLock = 0;
-    becomeMaster(FALSE, {200, 800, 400}, "no frames");
-    tuning.expSyncConfig.minFrameNumToLock  = 2;
-    tuning.expSyncConfig.bLockExpWhenSwitch = FALSE;
-    becomeMaster(FALSE, {200, 800, 400}, "off");
-    tuning.expSyncConfig.bLockExpWhenSwitch        = TRUE;
-    tuning.masterAndSlaveConfig.slave.exposureType = kirosync::AECAlgoExposureIndependent;
-    becomeMaster(FALSE, {200, 800, 400}, "not following");
+    becomeMaster(100, TRUE, 490.0, "for long");
+    m_context.SetSCDOutput(5, {nullptr, KIROSCDStateSceneChange, KIROHoldTimeOff});
+    Expect(FALSE, 520.0, "the scene changes");
+    m_context.SetSCDOutput(5, {nullptr, KIROSCDStateMonitor, KIROHoldTimeOff});
+    Expect(FALSE, 520.0, "for good");
+    m_sync.expSyncConfig.bLockExpWhenSwitch = FALSE;
+    becomeMaster(100, FALSE, 520.0, "off");
 }

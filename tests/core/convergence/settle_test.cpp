@@ -1,6 +1,5 @@
-// What follows convergence: constraints, settle, publishing, events.
+// What follows convergence: settle, events, publishing, the constraint of a three-exposure sensor.
 
-#include "schema/kirohdrsensor.h"
 #include "tests/core/convergence/convergencefixture.h"
 
 namespace
@@ -12,9 +11,9 @@ protected:
     /// The frame looked at stands at 480, 520 and 500.
     SettleTest()
     {
-        const Steps steps{480.0, 520.0, 500.0};
-        SaveHistory(FrameAt(steps));
-        Run(steps);
+        SaveHistory(FrameAt({480.0, 520.0, 500.0}));
+        m_hdrSensor.esRatio = 3.0f;
+        Run({480.0, 520.0, 500.0});
     }
 
     VOID ExpectSettle(const Steps& rSteps, BOOL bBrightness, BOOL bSettle)
@@ -25,7 +24,7 @@ protected:
     }
 };
 
-} // namespace
+}  // namespace
 
 TEST_F(SettleTest, CountsFramesOfSafeAndAsksAllThreeAtTheEnd)
 {
@@ -38,25 +37,20 @@ TEST_F(SettleTest, CountsFramesOfSafeAndAsksAllThreeAtTheEnd)
     m_settleLeaf.triggerData.settleCountTh = 0;
     ExpectSettle({480.0, 520.0, 502.1}, FALSE, FALSE);
     ExpectSettle({480.0, 520.0, 500.0}, TRUE, TRUE);
-
     SaveHistory(FrameAt({475.0, 520.0, 500.0}, 5.0), FrameAt(Same(500.0)));
     ExpectSettle({480.0, 520.0, 500.0}, TRUE, TRUE);  // the predictive gain counts to Short
     ExpectSettle({475.0, 520.0, 500.0}, TRUE, FALSE);
-}
 
-TEST_F(SettleTest, AdvancedRulesJoinTheBaseRule)
-{
     kirodbconvsettle::AdvnSettleType rule{{BankIDTriggers, 101}, 99, {10.0f, 20.0f}};
-    m_settle.value.advnSettleCount         = 1;
-    m_settle.value.advnSettle              = &rule;
-    m_settleLeaf.triggerData.settleCountTh = 0;
+    m_settle.value.advnSettleCount = 1;
+    m_settle.value.advnSettle      = &rule;
     for (const auto& [value, inRange] : {std::pair{10.0f, TRUE}, {20.0f, TRUE}, {9.9f, FALSE}, {20.1f, FALSE}})
     {
         m_context.SetTrigger(101, value);
         m_settle.value.settleAgg = kirodbconvsettle::SettleAggAND;
         ExpectSettle({480.0, 520.0, 500.0}, inRange, inRange);
         m_settle.value.settleAgg = kirodbconvsettle::SettleAggOR;
-        ExpectSettle({470.0, 530.0, 510.0}, inRange, inRange);
+        ExpectSettle({460.0, 530.0, 510.0}, inRange, inRange);
     }
 }
 
@@ -68,8 +62,7 @@ TEST_F(SettleTest, SettledFrameEndsEventsAndRebasesTheDetectorAfterItsHold)
          {std::tuple{FALSE, KIROHoldTimeEnd, 0u}, {TRUE, KIROHoldTimeOn, 0u}, {TRUE, KIROHoldTimeEnd, 1u}})
     {
         m_context.SetSCDOutput(7, {nullptr, KIROSCDStateMonitor, holdTime});
-        m_output.bBrightnessSettle = TRUE;
-        m_output.bSettle           = bSettle;
+        m_output.bSettle = bSettle;
         Module().RunConvPostProcess(m_output);
         EXPECT_EQ(m_context.GetContextEvent(AECSettled), bSettle);
         EXPECT_NE(m_context.GetContextEvent(AECEVChange), bSettle);
@@ -88,27 +81,14 @@ TEST_F(SettleTest, PublishesTheRatiosOfTheExposures)
     EXPECT_EQ(m_context.Trigger(TriggerCtrlHDRDRCGain), 6.0f);
     EXPECT_EQ(m_context.Trigger(TriggerCtrlHDRADRCGain), 2.0f);
     EXPECT_EQ(m_context.Trigger(TriggerCtrlHDRDarkBoostGain), 3.0f);
-    m_output.exposures[AECAlgoExposureShort] = 0;
-    m_output.exposures[AECAlgoExposureSafe]  = 0;
-    Module().RunConvPostProcess(m_output);
-    EXPECT_EQ(m_context.Trigger(TriggerCtrlHDRDRCGain), 12000.0f);
-    EXPECT_EQ(m_context.Trigger(TriggerCtrlHDRDarkBoostGain), 12000.0f);
 }
 
 TEST_F(SettleTest, ThreeExposureSensorTiesSafeBetweenShortAndLong)
 {
-    const auto expectSafe = [this](DOUBLE step)
-    {
-        const Steps steps{400.0, 480.0, 470.0};
-        std::transform(steps.begin(), steps.end(), m_output.exposures, AtStep);
-        Module().HandleExposureConstraints(m_output);
-        ExpectSteps({400.0, 480.0, step});
-    };
-    expectSafe(470.0);
+    Run({480.0, 520.0, 500.0}, TRUE);
+    Module().HandleExposureConstraints(m_output);
+    ExpectSteps({480.0, 520.0, 500.0}, "any other sensor");
     m_context.m_input.b3HDRMode = TRUE;
-    expectSafe(440.0);  // half way without a tuning
-    kirohdrsensor::KIROHDRSensorType sensor{};
-    sensor.esRatio = 3.0f;
-    m_context.SetTuning(TestTuning().Add(m_module).Add(sensor));
-    expectSafe(420.0);
+    Module().HandleExposureConstraints(m_output);
+    ExpectSteps({480.0, 520.0, 490.0}, "a quarter of the way");
 }

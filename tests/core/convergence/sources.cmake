@@ -1,8 +1,7 @@
 set(ROOM_TESTS
-    convergence_test.cpp
     drc_test.cpp
     events_test.cpp
     settle_test.cpp
-    smoothnode_test.cpp
+    speedlaw_test.cpp
     stretch_test.cpp
 )
