@@ -22,6 +22,8 @@ protected:
         EXPECT_EQ(m_output.bBrightnessSettle, bBrightness) << "Short " << rSteps[0] << " Safe " << rSteps[2];
         EXPECT_EQ(m_output.bSettle, bSettle) << "Short " << rSteps[0] << " Safe " << rSteps[2];
     }
+
+    kirodbconvsettle::AdvnSettleType m_rule{{BankIDTriggers, 101}, 99, {10.0f, 20.0f}};  ///< lent to the tuning
 };
 
 }  // namespace
@@ -41,9 +43,8 @@ TEST_F(SettleTest, CountsFramesOfSafeAndAsksAllThreeAtTheEnd)
     ExpectSettle({480.0, 520.0, 500.0}, TRUE, TRUE);  // the predictive gain counts to Short
     ExpectSettle({475.0, 520.0, 500.0}, TRUE, FALSE);
 
-    kirodbconvsettle::AdvnSettleType rule{{BankIDTriggers, 101}, 99, {10.0f, 20.0f}};
     m_settle.value.advnSettleCount = 1;
-    m_settle.value.advnSettle      = &rule;
+    m_settle.value.advnSettle      = &m_rule;
     for (const auto& [value, inRange] : {std::pair{10.0f, TRUE}, {20.0f, TRUE}, {9.9f, FALSE}, {20.1f, FALSE}})
     {
         m_context.SetTrigger(101, value);
