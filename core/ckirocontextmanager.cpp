@@ -122,6 +122,12 @@ VOID CKIROContextManager::SetMeteringLock(BOOL bLock)
     m_setInputData.bLockMetering = bLock;
 }
 
+/// Without inline calibration nothing has been learned.
+KIROFICInfo CKIROContextManager::GetFICInfo()
+{
+    return {};
+}
+
 KiroResult CKIROContextManager::SetInput(const KIROSetInput* pSetInput)
 {
     if (pSetInput == nullptr)

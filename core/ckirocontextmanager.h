@@ -28,6 +28,7 @@ public:
     BOOL            GetSCDOutput(UINT32 id, KIROSCDOutput& rOutput) override;
     IKIRODebugData& GetDebugDataInfo() override;
     VOID            SetMeteringLock(BOOL bLock) override;
+    KIROFICInfo     GetFICInfo() override;
 
     /// Stores a setting and moves the context events.
     /// @return 0, or 1 for a null argument, a payload that is too small or a failed setting; events move all the same

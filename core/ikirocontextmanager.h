@@ -5,6 +5,7 @@
 #include "core/base/ckirobankmanager.h"
 #include "core/base/ckirohistory.h"
 #include "core/base/tavomemory.h"
+#include "interface/kirofic.h"
 #include "interface/kirosetinput.h"
 #include "interface/statstuningdata.h"
 
@@ -29,6 +30,7 @@ public:
     virtual BOOL                GetSCDOutput(UINT32 id, KIROSCDOutput& rOutput)        = 0;
     virtual IKIRODebugData&     GetDebugDataInfo()                                     = 0;
     virtual VOID                SetMeteringLock(BOOL bLock)                            = 0;
+    virtual KIROFICInfo         GetFICInfo()                                           = 0;
 
     StatsTuningData* GetTuningData()
     {

@@ -205,6 +205,7 @@ struct AECAlgoOverrideSettingParam
     BOOL   disableTouch;
     UINT32 profile3A;
     FLOAT  overrideLuma;
+    BOOL   disableSpeckleDetection;
 };
 
 /// Sensor limits, exposure times in nanoseconds.

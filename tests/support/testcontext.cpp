@@ -141,12 +141,17 @@ BOOL TestContext::GetSCDOutput(UINT32 id, KIROSCDOutput& rOutput)
 
 IKIRODebugData& TestContext::GetDebugDataInfo()
 {
-    return m_noDebugData;
+    return (m_pDebugData != nullptr) ? *m_pDebugData : m_noDebugData;
 }
 
 VOID TestContext::SetMeteringLock(BOOL bLock)
 {
     m_input.bLockMetering = bLock;
+}
+
+KIROFICInfo TestContext::GetFICInfo()
+{
+    return m_ficInfo;
 }
 
 AECDebugData& TestContext::NoDebugData::GetDebugData()

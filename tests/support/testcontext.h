@@ -84,9 +84,12 @@ public:
     BOOL                GetSCDOutput(UINT32 id, KIROSCDOutput& rOutput) override;
     IKIRODebugData&     GetDebugDataInfo() override;
     VOID                SetMeteringLock(BOOL bLock) override;
+    KIROFICInfo         GetFICInfo() override;
 
-    SetInputData        m_input{};      ///< what GetInput answers
-    std::vector<UINT32> m_rebasedSCDs;  ///< in the order of the calls
+    SetInputData        m_input{};               ///< what GetInput answers
+    KIROFICInfo         m_ficInfo{};             ///< what GetFICInfo answers
+    std::vector<UINT32> m_rebasedSCDs;           ///< in the order of the calls
+    IKIRODebugData*     m_pDebugData = nullptr;  ///< what GetDebugDataInfo answers; null for none enabled
 
 private:
     /// Debug data are off.
