@@ -88,6 +88,7 @@ KiroResult CKIROCore::setStats(KIROStatsList& rStats)
         result = ResultNoStats;
     }
     UpdateTorchAndDepthEvents(rStats);
+    PopulateStatsDebugData(rStats);
     return result;
 }
 
@@ -188,6 +189,7 @@ KiroResult CKIROCore::runMeteringPostprocess(KIROMeteringInput& rInput, KIROMete
     STATS_LOG_TRACE("Metering output exposure [Short:%llu, Safe:%llu, Long:%llu], skipped:%d",
                     pExposures[AECAlgoExposureShort], pExposures[AECAlgoExposureSafe], pExposures[AECAlgoExposureLong],
                     rOutput.bIsMeteringSkipped);
+    PopulateMeteringDebugData(rOutput);
     return 0;
 }
 
@@ -268,6 +270,7 @@ KiroResult CKIROCore::runEndOfFrame(KIROFrameInfo& rFrameInfo, KIROPostProcessin
     {
         SaveSnapshot();
     }
+    PopulateFrameHistoryDebugData();
     return 0;
 }
 

@@ -68,6 +68,10 @@ private:
     VOID SaveSnapshot();
     VOID UpdateFlashExposureIncrease();
 
+    VOID PopulateStatsDebugData(const KIROStatsList& rStats);
+    VOID PopulateMeteringDebugData(const KIROMeteringOutput& rOutput);
+    VOID PopulateFrameHistoryDebugData();
+
     FLOAT TriggerValue(KIROTriggerType id) const
     {
         return m_contManager.m_pBankManager->GetDataTriggers(id)->value;

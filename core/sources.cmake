@@ -8,6 +8,7 @@ add_room(kiro_core
     core/ckirocontextinput.cpp
     core/ckirocontextmanager.cpp
     core/ckirocore.cpp
+    core/ckirocoredebugdata.cpp
     core/ckirocoreforwards.cpp
     core/ckirocoretriggers.cpp
     core/ckiroshortblend.cpp

@@ -1,6 +1,5 @@
 #include "host/kirohost.h"
 
-#include <cstdlib>
 #include <stdexcept>
 
 #include "schema/kirodbactiveanalyzers.h"
@@ -23,16 +22,6 @@ IKIROCoreAlgo* CreateOrThrow(const KiroCoreLibrary& rLibrary, StatsTuningData tu
 }  // namespace
 
 /// Never asked for while debug data is off.
-AECDebugData& KiroHost::DebugDataOff::GetDebugData()
-{
-    std::abort();
-}
-
-BOOL KiroHost::DebugDataOff::IsDebugDataEnabled()
-{
-    return FALSE;
-}
-
 KiroHost::KiroHost(const KiroCoreLibrary& rLibrary, const KiroHostConfig& rConfig, StatsLogger logger)
     : m_config(rConfig), m_pAlgo(CreateOrThrow(rLibrary, rConfig.tuning, m_debugData, logger)),
       m_settings{StatisticsAntibanding60Hz, rConfig.FPSRange, {}, HDRDisabled, StatsAlgoRoleDefault}, m_touchROI{},

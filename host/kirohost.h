@@ -4,6 +4,7 @@
 
 #include "host/arbitrationwalk.h"
 #include "host/kirocorelibrary.h"
+#include "host/kirodebugdata.h"
 #include "schema/kirodbroi.h"
 
 struct KiroHostConfig
@@ -65,20 +66,24 @@ public:
     /// The selectors or the manager have changed.
     VOID SetTuning(const StatsTuningData& rTuning);
 
+    /// Lets the core fill the debug record from the next frame on; off at first.
+    VOID SetDebugDataEnabled(bool isEnabled)
+    {
+        m_debugData.SetEnabled(isEnabled);
+    }
+
+    /// The record of the last frame.
+    const AECDebugData& DebugData()
+    {
+        return m_debugData.GetDebugData();
+    }
+
     IKIROCoreAlgo* Algo()
     {
         return m_pAlgo;
     }
 
 private:
-    /// Debug data stays off.
-    class DebugDataOff final : public IKIRODebugData
-    {
-    public:
-        AECDebugData& GetDebugData() override;
-        BOOL          IsDebugDataEnabled() override;
-    };
-
     template <typename T> MNKResult SetParam(AECAlgoSetParamType type, const T& rValue);
 
     VOID   RunStartup();
@@ -90,7 +95,7 @@ private:
     FLOAT  Trigger(KIROTriggerType id);
 
     KiroHostConfig      m_config;
-    DebugDataOff        m_debugData;
+    KiroDebugData       m_debugData;
     IKIROCoreAlgo*      m_pAlgo;
     ArbitrationSettings m_settings;
     AECAlgoROI          m_touchROI;     ///< the core holds a pointer to it

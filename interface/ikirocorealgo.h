@@ -42,7 +42,7 @@ struct IKIROCoreAlgo
     AECAlgoFlashCalibrationData (*GetFlashCalibInfo)(IKIROCoreAlgo* pAlgo);
     KiroResult (*getFlashCurrent)(IKIROCoreAlgo* pAlgo, const KIROAlgoFlashInput* pFlashIn,
                                   KIROAlgoFlashOutput* pFlashOut);
-    BOOL (*isPreflashMeteringNeeded)
+    BOOL(*isPreflashMeteringNeeded)
     (IKIROCoreAlgo* pAlgo, const KIROCntStatsOut* pFlashOffStats, UINT32 offStatsNum,
      const KIROCntStatsOut* pFlashLowStats, UINT32 lowStatsNum);
     KiroResult (*GetStartUpExposure)(IKIROCoreAlgo* pAlgo, KIROAlgoStartExposureInfo* pStartInfo);
@@ -59,7 +59,7 @@ struct IKIROCoreAlgo
     UINT64 (*GetContextStatus)(IKIROCoreAlgo* pAlgo);
     VOID (*SetContextEvent)(IKIROCoreAlgo* pAlgo, KIROTunaraEventType contextEvent, BOOL value);
     BOOL (*GetContextEvent)(IKIROCoreAlgo* pAlgo, KIROTunaraEventType contextEvent);
-    VOID (*run1DVectorProcess)
+    VOID(*run1DVectorProcess)
     (IKIROCoreAlgo* pAlgo, kiroglobalelements::VectorProcessorUsageType type, UINT32 sampleCount);
     VOID (*reset1DVectorProcessors)(IKIROCoreAlgo* pAlgo, kiroglobalelements::VectorProcessorUsageType type);
     VOID (*SetMeteringLock)(IKIROCoreAlgo* pAlgo, const BOOL bLock);

@@ -10,6 +10,7 @@ struct AECDebugData;
 class IKIRODebugData
 {
 public:
+    /// @return a record at all times: one flag is written also while debug data are off
     virtual AECDebugData& GetDebugData()       = 0;
     virtual BOOL          IsDebugDataEnabled() = 0;
 

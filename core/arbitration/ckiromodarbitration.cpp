@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "core/arbitration/arbitrationutils.h"
+#include "core/base/debugdata.h"
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
 
@@ -55,7 +56,30 @@ KiroResult CKIROArbitration::RunArbitration(KIROArbitrationInput* pInput, KIROAr
     }
     UtilUpdateExposureAndIndexLimits(&pOutput->range, pInput->indexZeroExposure);
     m_ranges[pInput->expType] = pOutput->range;
+    PopulateDebugData();
     return 0;
+}
+
+/// The last control of an exposure's list stays in the record.
+VOID CKIROArbitration::PopulateDebugData() const
+{
+    AECDebugData* pDebug = debugdata::Enabled(m_rContextManager);
+    if (pDebug == nullptr || m_pIn->bIsConvRange == TRUE)
+    {
+        return;
+    }
+    const KIROExposureRange&   rRange = m_pOut->range;
+    AECDebugArbitratedExposure exposure{};
+    exposure.exposureSet                              = debugdata::Exposure(m_pOut->exposureSet);
+    exposure.minGain                                  = rRange.start.gain;
+    exposure.maxGain                                  = rRange.end.gain;
+    exposure.minTime                                  = rRange.start.time;
+    exposure.maxTime                                  = rRange.end.time;
+    exposure.minIndex                                 = rRange.start.indx;
+    exposure.maxIndex                                 = rRange.end.indx;
+    exposure.deltaEVFromTarget                        = m_pOut->deltaEVFromTarget;
+    pDebug->arbitrationInfo.exposures[m_pIn->expType] = exposure;
+    pDebug->arbitrationInfo.FPS                       = m_pOut->FPS;
 }
 
 VOID CKIROArbitration::RepairInput(KIROArbitrationInput& rInput) const

@@ -4,5 +4,6 @@ add_room(kiro_core_base
     core/base/ckirohistory.cpp
     core/base/ckirotrigger.cpp
     core/base/ckirotriggerclasses.cpp
+    core/base/debugdata.cpp
     core/base/exposurearithmetic.cpp
 )

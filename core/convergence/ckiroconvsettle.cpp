@@ -113,6 +113,7 @@ VOID CKIROConvergence::RunConvPostProcess(KIROConvergenceOutput& rOutput)
         }
     }
     SetConvOutputToDB(rOutput);
+    PopulateDebugData(rOutput);
     STATS_LOG_TRACE("KIROCONVRG ConvOut(LogScale) Short:%f Safe:%f Long:%f", m_output.sensiLog103[AECAlgoExposureShort],
                     m_output.sensiLog103[AECAlgoExposureSafe], m_output.sensiLog103[AECAlgoExposureLong]);
     STATS_LOG_TRACE("KIROCONVRG ConvOut: Sensi(Short:%llu Safe:%llu Long:%llu) PredGain:%f ShortStretch:%f.",

@@ -117,6 +117,7 @@ private:
     VOID ApplyAdvancedSettle(BOOL* pSettleStatus) const;
     VOID ClearSettledEvents();
     VOID SetConvOutputToDB(const KIROConvergenceOutput& rOutput);
+    VOID PopulateDebugData(const KIROConvergenceOutput& rOutput) const;
 
     KIROConvTempInput      m_input;
     KIROArbitratedLimits*  m_pRange;  ///< the host's, for the frame

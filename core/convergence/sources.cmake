@@ -1,5 +1,6 @@
 add_room(kiro_core_convergence
     core/convergence/cconveventmanager.cpp
+    core/convergence/ckiroconvdebugdata.cpp
     core/convergence/ckiroconvdrc.cpp
     core/convergence/ckiroconvsafe.cpp
     core/convergence/ckiroconvsettle.cpp

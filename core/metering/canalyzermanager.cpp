@@ -3,9 +3,12 @@
 #include <algorithm>
 #include <tuple>
 
+#include "core/base/debugdata.h"
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
+#include "core/base/tuningaccess.h"
 #include "core/metering/analyzerbank.h"
+#include "schema/kiroextension.h"
 
 using exposurearithmetic::SaturateToUINT64;
 using kirometeringsceneanalyzer::OutputDataBankType;
@@ -96,7 +99,12 @@ VOID CAnalyzerManager::SetSensitivities(const UINT64* pSensitivities)
     {
         m_analyzerMgrInput.sensitivities[type] = static_cast<DOUBLE>(pSensitivities[type]);
     }
-    m_analyzerMgrOutput = {};
+    m_analyzerMgrOutput  = {};
+    AECDebugData* pDebug = debugdata::Enabled(m_rContextManager);
+    if (pDebug != nullptr)
+    {
+        pDebug->meteringInfo.analyzerCount = 0;
+    }
 }
 
 VOID CAnalyzerManager::ResetAnalyzerConfidence()
@@ -132,7 +140,7 @@ const KIROAnalyzerOutput* CAnalyzerManager::RunAnalyzer(UINT32 id)
     CAnalyzer& rAnalyzer = m_analyzers[static_cast<UINT32>(index)];
     STATS_LOG_TRACE("\n---- Running analyzer ID: %d, %s ----", id,
                     (rAnalyzer.GetName() != nullptr) ? rAnalyzer.GetName() : "Anonymous");
-    rAnalyzer.Run(m_analyzerMgrInput.sensitivities);
+    rAnalyzer.Run(m_analyzerMgrInput.sensitivities, NextDebugEntry(rAnalyzer));
 
     const KIROAnalyzerOutput& rOutput = rAnalyzer.GetOutput();
     AECAlgoExposureType       type;
@@ -144,6 +152,24 @@ const KIROAnalyzerOutput* CAnalyzerManager::RunAnalyzer(UINT32 id)
         m_analyzerMgrOutput.isActive[id]      = TRUE;
     }
     return &rOutput;
+}
+
+/// @return where the analyzer's run is recorded: null without verbose debug data, and for analyzers beyond the room
+AECDebugAnalyzerType* CAnalyzerManager::NextDebugEntry(const CAnalyzer& rAnalyzer)
+{
+    AECDebugData* pDebug = debugdata::Enabled(m_rContextManager);
+    if (pDebug == nullptr ||
+        tuningaccess::Require_kiroextension(*m_rContextManager.GetTuningData()).verboseDebugDataEnable.SceneAnalyzer !=
+            TRUE)
+    {
+        return nullptr;
+    }
+    STATS_LOG_TRACE("Metering verbose debug data is enabled for analyzer ID: %d, %s.", rAnalyzer.GetID(),
+                    analyzerbank::TextOf(rAnalyzer.GetName()));
+    AECDebugDataMeteringType& rMetering = pDebug->meteringInfo;
+    const UINT16              position  = rMetering.analyzerCount;
+    rMetering.analyzerCount             = static_cast<UINT16>(position + 1);
+    return (position < AECDebugAnalyzerCount) ? &rMetering.analyzers[position] : nullptr;
 }
 
 VOID CAnalyzerManager::RunLuxAnalyzer()

@@ -63,11 +63,14 @@ private:
         UINT32 analyzerIndex;
     };
 
-    VOID     Rebuild(const Tuning& rTuning);
-    VOID     DeleteAnalyzers();
-    VOID     SortAnalyzers();
-    INT32    GetAnalyzerIndex(UINT32 id) const;
-    VOID     ResetConfidence(const CAnalyzer& rAnalyzer);
+    VOID  Rebuild(const Tuning& rTuning);
+    VOID  DeleteAnalyzers();
+    VOID  SortAnalyzers();
+    INT32 GetAnalyzerIndex(UINT32 id) const;
+    VOID  ResetConfidence(const CAnalyzer& rAnalyzer);
+
+    AECDebugAnalyzerType* NextDebugEntry(const CAnalyzer& rAnalyzer);
+
     VOID     UpdateDecision(UINT32 id, const KIROAnalyzerOutput& rOutput);
     VOID     UpdateBanks(const CAnalyzer& rAnalyzer, const KIROAnalyzerOutput& rOutput);
     StartEnd Overwrite(const kirometeringsceneanalyzer::OutputDataBankType& rBank, StartEnd value);

@@ -1,5 +1,6 @@
 #include "core/metering/ccalculatormanager.h"
 
+#include "core/base/debugdata.h"
 #include "core/base/kirolog.h"
 
 namespace
@@ -90,6 +91,14 @@ VOID CCalculatorManager::RunCalculators()
     {
         STATS_LOG_TRACE("Active Calculator dataID %d, number of active Calculators %d", pActive->dataID,
                         pActive->calculatorIDCount);
+    }
+    AECDebugData* pDebug = debugdata::Enabled(m_rContextManager);
+    if (pDebug != nullptr)
+    {
+        pDebug->meteringInfo.calculatorCount = 0;
+    }
+    if (pActive != nullptr)
+    {
         for (UINT32 index = 0; index < pActive->calculatorIDCount; ++index)
         {
             RunActiveCalculator(pActive->calculatorID[index]);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/base/debugdata.h"
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
 #include "core/metering/analyzerbank.h"
@@ -47,8 +48,12 @@ VOID CAnalyzer::SetAnalyzerTuning(const SceneAnalyzerType* pTuning, IKIROContext
     }
 }
 
-VOID CAnalyzer::Run(const DOUBLE* pSensitivities)
+VOID CAnalyzer::Run(const DOUBLE* pSensitivities, AECDebugAnalyzerType* pDebug)
 {
+    if (pDebug != nullptr)
+    {
+        *pDebug = {};
+    }
     AnalyzerAlgorithmInput algorithmIn{};
     std::copy_n(pSensitivities, static_cast<UINT32>(AECAlgoExposureCount), algorithmIn.sensitivities);
     if (m_pAlgorithm != nullptr && AlgorithmID() > AttachedAlgorithmMax)
@@ -57,21 +62,51 @@ VOID CAnalyzer::Run(const DOUBLE* pSensitivities)
         return;
     }
 
-    m_arithmetic.RunArithMeticOperation(BeginningOfAnalysis);
+    m_arithmetic.RunArithMeticOperation(BeginningOfAnalysis, pDebug);
     m_output.luma       = m_lumaComponent.RunGeneralAnalyzerComponent();
     m_output.target     = m_targetComponent.RunTargetAnalyzerComponent();
     m_output.confidence = m_confidenceComponent.RunGeneralAnalyzerComponent();
-    m_arithmetic.RunArithMeticOperation(EndOfAnalysis);
+    m_arithmetic.RunArithMeticOperation(EndOfAnalysis, pDebug);
 
     const DOUBLE reference = pSensitivities[ExposureTypeOfSelection(m_output.refType, AECAlgoExposureShort)];
-    m_arithmetic.RunArithMeticOperation(kirometeringsceneanalyzer::AdjustmentRatio);
-    m_output.sensitivity = exposurearithmetic::SaturateToUINT64(static_cast<DOUBLE>(AdjustmentRatio()) * reference);
+    m_arithmetic.RunArithMeticOperation(kirometeringsceneanalyzer::AdjustmentRatio, pDebug);
+    const FLOAT adjustment = AdjustmentOfOperators();
+    const FLOAT ratio =
+        (adjustment > 0.0f) ? adjustment : m_output.target.start / std::max(m_output.luma, exposurearithmetic::Epsilon);
+    m_output.sensitivity = exposurearithmetic::SaturateToUINT64(static_cast<DOUBLE>(ratio) * reference);
 
     if (m_pAlgorithm != nullptr)
     {
         algorithmIn.analyzerIn = m_output;
         m_output               = m_pAlgorithm->RunAlgorithm(algorithmIn).analyzerOut;
     }
+    if (pDebug != nullptr)
+    {
+        PopulateDebugData(adjustment, *pDebug);
+    }
+}
+
+VOID CAnalyzer::PopulateDebugData(FLOAT adjustment, AECDebugAnalyzerType& rDebug) const
+{
+    const auto originOf = [](const kirometeringsceneanalyzer::ComponentAggregatorType& rAggregator)
+    {
+        AECDebugComponentType origin{};
+        origin.method = static_cast<UINT8>(rAggregator.method);
+        origin.output = debugdata::Bank(rAggregator.output.dataBank);
+        debugdata::SetName(origin.description, rAggregator.output.description);
+        return origin;
+    };
+    debugdata::SetName(rDebug.name, m_pTuning->analyzerName);
+    rDebug.analyzerID       = static_cast<UINT16>(m_pTuning->analyzerID);
+    rDebug.refType          = static_cast<UINT8>(m_output.refType);
+    rDebug.type             = static_cast<UINT8>(m_output.type);
+    rDebug.luma             = m_output.luma;
+    rDebug.target           = {m_output.target.start, m_output.target.end};
+    rDebug.confidence       = m_output.confidence;
+    rDebug.lumaOrigin       = originOf(m_pTuning->luma.aggregator);
+    rDebug.targetOrigin     = originOf(m_pTuning->target.aggregator);
+    rDebug.confidenceOrigin = originOf(m_pTuning->confidence.aggregator);
+    rDebug.adjustmentRatio  = adjustment;
 }
 
 UINT32 CAnalyzer::GetID() const
@@ -107,16 +142,16 @@ UINT32 CAnalyzer::AlgorithmID() const
     return (count > 0) ? m_pTuning->reservedParameter[0] : static_cast<UINT32>(NoDefinedAlgorithm);
 }
 
-/// What the reference exposure is multiplied with: the adjustment that operators left in their bank, or else what
-/// brings the luma to the lower bound of the target.
-FLOAT CAnalyzer::AdjustmentRatio() const
+/// @return the adjustment that operators left in their bank, -1 without such an operator. Only a value above 0 replaces
+///         the ratio of target to luma.
+FLOAT CAnalyzer::AdjustmentOfOperators() const
 {
     const DataBankType* pBank = m_arithmetic.GetAdjustmentRatioDataBank();
-    StartEnd            adjustment{0.0f, 0.0f};
-    if (pBank != nullptr)
+    if (pBank == nullptr)
     {
-        (VOID) m_pContextManager->m_pBankManager->UtilGetStartEndFromBank(pBank, adjustment, TRUE);
+        return -1.0f;
     }
-    return (adjustment.start > 0.0f) ? adjustment.start
-                                     : m_output.target.start / std::max(m_output.luma, exposurearithmetic::Epsilon);
+    StartEnd adjustment{0.0f, 0.0f};
+    (VOID) m_pContextManager->m_pBankManager->UtilGetStartEndFromBank(pBank, adjustment, TRUE);
+    return adjustment.start;
 }

@@ -27,7 +27,8 @@ public:
 
     /// One frame. An algorithm with an ID above 100 runs in place of everything else.
     /// @param pSensitivities three exposures, by AECAlgoExposureType
-    VOID Run(const DOUBLE* pSensitivities);
+    /// @param pDebug         receives what the run did; null for no record
+    VOID Run(const DOUBLE* pSensitivities, AECDebugAnalyzerType* pDebug = nullptr);
 
     UINT32 GetID() const;
 
@@ -44,7 +45,8 @@ public:
 
 private:
     UINT32 AlgorithmID() const;
-    FLOAT  AdjustmentRatio() const;
+    FLOAT  AdjustmentOfOperators() const;
+    VOID   PopulateDebugData(FLOAT adjustment, AECDebugAnalyzerType& rDebug) const;
 
     const kirometeringsceneanalyzer::SceneAnalyzerType* m_pTuning;
     IKIROContextManager*                                m_pContextManager;

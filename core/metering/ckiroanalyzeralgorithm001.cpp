@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/base/debugdata.h"
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
 #include "core/base/tuningaccess.h"
@@ -51,7 +52,20 @@ AnalyzerAlgorithmOutput CAnalyzerAlgorithm001::RunAlgorithm(const AnalyzerAlgori
     PublishRatio(TriggerCtrlDarkRatio, *m_pDarkRatioCalculatorTuning, "DarkRatio");
     PublishRatio(TriggerCtrlSatRatio, *m_pBrightRatioCalculatorTuning, "BrightRatio");
     ProvideFlashInfluence(rAnalyzer);
+    PopulateDebugData(rAnalyzer);
     return {rAnalyzer};
+}
+
+VOID CAnalyzerAlgorithm001::PopulateDebugData(const KIROAnalyzerOutput& rAnalyzer) const
+{
+    AECDebugData* pDebug = debugdata::Enabled(*m_pContextManager);
+    if (pDebug != nullptr)
+    {
+        pDebug->meteringInfo.luma        = rAnalyzer.luma;
+        pDebug->meteringInfo.luxIndex    = ReadTrigger(TriggerCtrlLux);
+        pDebug->meteringInfo.darkRatio   = ReadTrigger(TriggerCtrlDarkRatio);
+        pDebug->meteringInfo.brightRatio = ReadTrigger(TriggerCtrlSatRatio);
+    }
 }
 
 AECAlgoExposureType CAnalyzerAlgorithm001::ReferenceExposure() const

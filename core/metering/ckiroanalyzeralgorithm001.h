@@ -32,6 +32,7 @@ private:
     VOID  PublishRatio(KIROTriggerType trigger, const kirometeringstatscalculator::StatsCalculatorType& rCalculator,
                        const CHAR* pDescription) const;
     VOID  ProvideFlashInfluence(const KIROAnalyzerOutput& rAnalyzer) const;
+    VOID  PopulateDebugData(const KIROAnalyzerOutput& rAnalyzer) const;
     FLOAT PreflashInfluence(const KIROAnalyzerOutput& rAnalyzer) const;
 
     LuxAlgorithmTuning                                      m_luxAlgorithmTuning;

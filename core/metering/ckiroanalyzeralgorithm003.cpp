@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "core/base/debugdata.h"
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
 #include "core/base/tuningaccess.h"
@@ -103,7 +104,32 @@ AnalyzerAlgorithmOutput CAnalyzerAlgorithm003::RunAlgorithm(const AnalyzerAlgori
     Publish(TriggerCtrlPrecisionFlashMinTime, miniFlashTime);
     Publish(TriggerCtrlPrecisionFlashDelay, flashDelayTime);
     UpdateLEDFlashInfluenceRatio(split.e1, split.e2);
+    PopulateDebugData(scene, split);
     return {rInput.analyzerIn};
+}
+
+VOID CAnalyzerAlgorithm003::PopulateDebugData(const Scene& rScene, const PrecisionFlashSplit& rSplit) const
+{
+    AECDebugData* pDebug = debugdata::Enabled(*m_pContextManager);
+    if (pDebug == nullptr)
+    {
+        return;
+    }
+    AECDebugPrecisionFlashSolution solution{};
+    solution.sceneDetected           = (ReadTrigger(TriggerCtrlPrecisionFlashOk) != 0.0f) ? 1 : 0;
+    solution.e1                      = rSplit.e1;
+    solution.e2                      = rSplit.e2;
+    solution.maxExpoTime             = ReadTrigger(TriggerCtrlPrecisionFlashMaxExpTimeMs);
+    solution.minFlashTime            = ReadTrigger(TriggerCtrlPrecisionFlashMinTime);
+    solution.flashDelayTime          = ReadTrigger(TriggerCtrlPrecisionFlashDelay);
+    solution.hysteresis              = GetHysteresisFromPFHistory();
+    solution.bkGrdLumaOff            = rScene.off.bkGrd;
+    solution.bkGrdLumaOn             = ReadCalculator(BkGrdLumaOnID);
+    solution.frGrdLumaOff            = rScene.off.frGrd;
+    solution.frGrdLumaOn             = ReadCalculator(FrGrdLumaOnID);
+    solution.bkGrdLumaTarget         = rSplit.bkGrdLumaTarget;
+    solution.flux                    = ReadTrigger(TriggerFlashFlux);
+    pDebug->flashInfo.precisionFlash = solution;
 }
 
 FLOAT CAnalyzerAlgorithm003::Param(Parameter index) const

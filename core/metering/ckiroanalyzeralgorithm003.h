@@ -75,6 +75,7 @@ private:
     Scene MeasureScene(const AECFrameHistory& rOffFrame, const AECFrameHistory& rLowFrame) const;
     VOID  ApplyGyrolimitOnMaxExposureTime(INT32 gyroLUTDataID, FLOAT gyroVal, FLOAT* pMaxExpoTime);
     VOID  UpdateLEDFlashInfluenceRatio(FLOAT e1, FLOAT e2) const;
+    VOID  PopulateDebugData(const Scene& rScene, const PrecisionFlashSplit& rSplit) const;
 
     static PrecisionFlashSplit Solve(const Scene& rScene, const PrecisionFlashShares& rShares);
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/base/debugdata.h"
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
 #include "core/metering/analyzerbank.h"
@@ -112,6 +113,30 @@ bool Compute(ArithmeticOperationMethodType method, const Operands& rIn, StartEnd
     }
 }
 
+VOID RecordOperation(const ArithmeticOperatorType& rOperator, const Operands& rOperands, StartEnd result,
+                     AECDebugAnalyzerType& rDebug)
+{
+    constexpr UINT8 countMax      = 255;
+    constexpr UINT8 dataTypeShift = 4;
+    if (rDebug.operationCount < AECDebugOperationCount)
+    {
+        AECDebugOperationType operation{};
+        operation.priorityAndDataType =
+            static_cast<UINT8>(static_cast<UINT8>(rOperator.operatorPriority) |
+                               (static_cast<UINT8>(rOperator.output.dataType) << dataTypeShift));
+        operation.method      = static_cast<UINT8>(rOperator.operationMethod);
+        operation.operands[0] = rOperands.a;
+        operation.operands[1] = rOperands.b;
+        operation.operands[2] = rOperands.c;
+        operation.operands[3] = rOperands.d;
+        operation.result      = {result.start, result.end};
+        operation.output      = debugdata::Bank(rOperator.output.dataBank);
+        debugdata::SetName(operation.description, rOperator.output.description);
+        rDebug.operations[rDebug.operationCount] = operation;
+    }
+    rDebug.operationCount = static_cast<UINT8>(std::min<UINT32>(rDebug.operationCount + 1U, countMax));
+}
+
 }  // namespace
 
 CAnalyzerArithmetic::CAnalyzerArithmetic()
@@ -170,7 +195,7 @@ const DataBankType* CAnalyzerArithmetic::GetAdjustmentRatioDataBank() const
     return m_pAdjustmentRatioBank;
 }
 
-VOID CAnalyzerArithmetic::RunArithMeticOperation(ArithmeticOperationPriorityType priority)
+VOID CAnalyzerArithmetic::RunArithMeticOperation(ArithmeticOperationPriorityType priority, AECDebugAnalyzerType* pDebug)
 {
     if (m_artOpePriorityEnable[priority] == FALSE)
     {
@@ -180,12 +205,12 @@ VOID CAnalyzerArithmetic::RunArithMeticOperation(ArithmeticOperationPriorityType
     {
         if (m_pOperators[index].enableFlag == TRUE && m_pOperators[index].operatorPriority == priority)
         {
-            RunOperator(index);
+            RunOperator(index, pDebug);
         }
     }
 }
 
-VOID CAnalyzerArithmetic::RunOperator(UINT32 index)
+VOID CAnalyzerArithmetic::RunOperator(UINT32 index, AECDebugAnalyzerType* pDebug)
 {
     const ArithmeticOperatorType& rOperator = m_pOperators[index];
     const OutputDataBankType&     rOutput   = rOperator.output;
@@ -203,6 +228,10 @@ VOID CAnalyzerArithmetic::RunOperator(UINT32 index)
                     index, rOperator.operationMethod, operands.a, operands.b, operands.c, operands.d, result.start,
                     result.end, rOutput.dataBank.bankID, rOutput.dataBank.dataID,
                     analyzerbank::TextOf(rOutput.description));
+    if (pDebug != nullptr)
+    {
+        RecordOperation(rOperator, operands, result, *pDebug);
+    }
 }
 
 FLOAT CAnalyzerArithmetic::UtilGetOperand(const ArithmeticOperationOperandInputType& rOperand)

@@ -5,6 +5,7 @@
 
 #include "core/base/ckirotriggerclasses.h"
 #include "core/ikirocontextmanager.h"
+#include "interface/aecdebugdata.h"
 #include "schema/kirometeringsceneanalyzer.h"
 
 class CAnalyzerArithmetic
@@ -16,7 +17,9 @@ public:
     VOID SetTuning(const kirometeringsceneanalyzer::SceneAnalyzerType& rTuning, IKIROContextManager& rContextManager);
 
     /// Runs the enabled operators of the priority in array order.
-    VOID RunArithMeticOperation(kirometeringsceneanalyzer::ArithmeticOperationPriorityType priority);
+    /// @param pDebug receives them; null for no record
+    VOID RunArithMeticOperation(kirometeringsceneanalyzer::ArithmeticOperationPriorityType priority,
+                                AECDebugAnalyzerType*                                      pDebug);
 
     /// @return the output of the last enabled operator that adjusts the ratio; null if there is none
     const DataBankType* GetAdjustmentRatioDataBank() const;
@@ -25,7 +28,7 @@ private:
     static constexpr UINT32 PriorityCount = 3;
 
     bool  NeedsTree() const;
-    VOID  RunOperator(UINT32 index);
+    VOID  RunOperator(UINT32 index, AECDebugAnalyzerType* pDebug);
     FLOAT UtilGetOperand(const kirometeringsceneanalyzer::ArithmeticOperationOperandInputType& rOperand);
 
     IKIROContextManager*                                     m_pContextManager;

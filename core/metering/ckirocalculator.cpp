@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/base/debugdata.h"
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
 
@@ -112,6 +113,8 @@ VOID CCalculator::RunCalculator()
         STATS_LOG_WARNING("Error with calculation; Setting -1 to bank");
     }
     StoreResults(outCount);
+    debugdata::AppendCalculator(*m_pContextManager, m_pTuning->description, static_cast<INT32>(m_pTuning->calculatorID),
+                                m_pTuning->APISelection, m_pTuning->outputStorage, m_results, outCount);
 }
 
 VOID CCalculator::StoreResults(UINT32 outCount)

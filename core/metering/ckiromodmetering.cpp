@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/base/debugdata.h"
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
 #include "core/base/tuningaccess.h"
@@ -78,6 +79,7 @@ KiroResult CKIROMetering::RunMeteringPreprocess(KIROMeteringInput& rInput, KIROM
     // The lux index comes first, so that the calculators' ranges interpolate on this frame's.
     m_analyzerManager.RunLuxAnalyzer();
     m_calculatorManager.RunCalculators();
+    PopulateDebugData(rOutput);
     return 0;
 }
 
@@ -194,6 +196,11 @@ KiroResult CKIROMetering::RunMeteringPostprocess(KIROMeteringInput& rInput, KIRO
     STATS_LOG_TRACE("----- End Of Metering Final Aggregation Output exposures [Short:%llu,  Safe:%llu, Long:%llu] "
                     "-----\n",
                     rShort, rSafe, rLong);
+    AECDebugData* pDebug = debugdata::Enabled(m_rContextManager);
+    if (pDebug != nullptr && m_rContextManager.GetInput()->snapshotMode == KIROCoreSnapshotType::Flash)
+    {
+        return FillFlashDebugData(&pDebug->flashInfo, rOutput);
+    }
     return 0;
 }
 

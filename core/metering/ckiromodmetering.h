@@ -7,6 +7,7 @@
 #include "core/metering/canalyzermanager.h"
 #include "core/metering/ccalculatormanager.h"
 #include "core/modulecommon.h"
+#include "interface/aecdebugdata.h"
 #include "schema/kiroflash.h"
 #include "schema/kirometering.h"
 
@@ -29,7 +30,8 @@ public:
     const KIROAnalyzerOutput* RunAnalyzer(UINT32 analyzerID);
     VOID                      UpdateAnalyzerMgrOutput(UINT32 analyzerID, KIROAnalyzerOutput* pOutput);
 
-    /// Takes the analyzers' sensitivities as the exposures and applies antibanding priorities. @return 0
+    /// Takes the analyzers' sensitivities as the exposures and applies antibanding priorities.
+    /// @return 0, or 1 when debug data of a flash snapshot cannot be filled
     KiroResult RunMeteringPostprocess(KIROMeteringInput& rInput, KIROMeteringOutput& rOutput);
 
     /// Replaces the exposures by the previous frame's targets while metering is locked. @return bLockMetering
@@ -60,8 +62,10 @@ private:
     VOID PullSafeToAntibanding(const kirometering::AntibandingPrioOverLumaType& rTuning, UINT64 antibandingExposure,
                                UINT64* pExposures) const;
     VOID CalculateAntibandingADRCPriority(const KIROMeteringInput& rInput, KIROMeteringOutput& rOutput) const;
-    VOID BuildLEDOffMask(const KIROCntStatsOut& rLevel, const KIROCntStatsOut& rSaturation,
-                         const kiroflash::FlashStatsPreprocessingType& rTuning);
+    VOID PopulateDebugData(const KIROMeteringOutput& rOutput) const;
+    KiroResult FillFlashDebugData(AECDebugDataFlashType* pRecord, const KIROMeteringOutput& rOutput) const;
+    VOID       BuildLEDOffMask(const KIROCntStatsOut& rLevel, const KIROCntStatsOut& rSaturation,
+                               const kiroflash::FlashStatsPreprocessingType& rTuning);
 
     // The calculators outlive the analyzers, which are destroyed first.
     CCalculatorManager m_calculatorManager;

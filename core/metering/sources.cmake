@@ -4,6 +4,7 @@ add_room(kiro_core_metering
     core/metering/ccalculatormanager.cpp
     core/metering/ckirocalculator.cpp
     core/metering/ckirometeringantibanding.cpp
+    core/metering/ckirometeringdebugdata.cpp
     core/metering/ckirometeringpreflash.cpp
     core/metering/ckiromodmetering.cpp
 )

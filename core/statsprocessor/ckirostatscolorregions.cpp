@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/base/debugdata.h"
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
 #include "core/statsprocessor/ckirostatsgridprocessor.h"
@@ -198,4 +199,7 @@ VOID CKIROStatsGridProcessor::StoreColorRatio(GroupedGridParameters& rGroup)
         STATS_LOG_TRACE("Xtreme color %s saves %.5f to [StatsCalculatorDataBank %d]", pDescription,
                         rGroup.lumaWeightedCount, rGroup.outputStorage.start);
     }
+    debugdata::AppendCalculator(m_rContextManager, rGroup.pDescription, rGroup.calculatorID,
+                                kirometeringstatscalculator::API08ExtremeColorRgBgStatsRatio, rGroup.outputStorage,
+                                &rGroup.lumaWeightedCount, 1);
 }
