@@ -1,160 +1,29 @@
 #include "tools/kirosim/simulation.h"
 
-#include <cmath>
-
-#include "tools/tuningfile/files.h"
-#include "tools/tuningfile/inputerror.h"
-
 namespace kirosim
 {
 
-namespace
-{
-
-constexpr DOUBLE NsPerSecond = 1e9;
-
-/// Level that a start exposure without offset gives a mean region, share of full scale.
-constexpr DOUBLE MidGrey = 0.18;
-
-/// Start exposure of a scene that says nothing: 10 ms at unity gain.
-constexpr UINT64 DefaultStartExposure = 10000000;
-
-}  // namespace
-
-std::vector<TuningMode> DefaultSelectors()
-{
-    std::vector<TuningMode> selectors(static_cast<size_t>(ModeType::EnumModeType_COUNT));
-    for (size_t level = 0; level < selectors.size(); ++level)
-    {
-        selectors[level].mode = static_cast<ModeType>(level);
-    }
-    return selectors;
-}
-
-LoadedTuning::LoadedTuning(const std::string& rPath) : m_manager("kirosim")
-{
-    bool isLoaded = false;
-    if (tuningfile::IsText(rPath))
-    {
-        const std::vector<BYTE> bytes = tuningfile::CompileFile(rPath);
-        isLoaded                      = m_manager.LoadBinaryParameters(bytes.data(), bytes.size());
-    }
-    else
-    {
-        // Names a missing file before the store is asked.
-        (VOID) tuningfile::ReadBytes(rPath);
-        isLoaded = m_manager.LoadBinaryParameters(rPath.c_str());
-    }
-    if (!isLoaded)
-    {
-        throw tuningfile::InputError(rPath + ": " + m_manager.GetErrorText());
-    }
-}
-
-StatsTuningData LoadedTuning::Data(const std::vector<TuningMode>& rSelectors)
-{
-    m_selectors = rSelectors;
-    return {&m_manager, m_selectors.data(), static_cast<UINT>(m_selectors.size())};
-}
-
 Simulation::Simulation(const Scene& rScene, LoadedTuning& rTuning, StatsLogger logger)
-    : m_rScene(rScene), m_rTuning(rTuning), m_sensor(rScene), m_host(m_library, HostConfig(), logger), m_nextEvent(0)
+    : m_rScene(rScene), m_camera(rScene, rTuning, logger), m_nextEvent(0)
 {
-    // The decision of frame n is in the statistics of frame n + latency.
-    m_pipeline.assign(rScene.sensor.latency - 1U, Quantize(m_host.LastFrame()));
-}
-
-KiroHostConfig Simulation::HostConfig() const
-{
-    const Sensor&  rSensor = m_rScene.sensor;
-    const FLOAT    fps     = static_cast<FLOAT>(m_rScene.fps);
-    KiroHostConfig config{};
-    config.tuning      = m_rTuning.Data(DefaultSelectors());
-    config.sensorRange = {static_cast<FLOAT>(rSensor.minGain), static_cast<FLOAT>(rSensor.maxGain), rSensor.minTime,
-                          rSensor.maxTime};
-    config.indexZeroExposure = rSensor.minTime;
-    config.startExposure     = StartExposure();
-    config.systemLatency     = rSensor.latency;
-    config.FPSRange          = {fps, fps};
-    return config;
-}
-
-UINT64 Simulation::StartExposure() const
-{
-    if (!m_rScene.startOffsetEV.has_value())
-    {
-        return DefaultStartExposure;
-    }
-    const DOUBLE seconds = MidGrey / (m_rScene.LuxAt(0.0) * SignalPerLuxSecond);
-    return static_cast<UINT64>(seconds * std::pow(2.0, *m_rScene.startOffsetEV) * NsPerSecond);
 }
 
 VOID Simulation::Run(const std::function<VOID(const FrameRecord&)>& visit)
 {
     for (UINT64 frame = 1; frame <= m_rScene.frames; ++frame)
     {
-        FrameRecord record{};
-        record.frame = frame;
-        record.time  = static_cast<DOUBLE>(frame - 1) / m_rScene.fps;
-        ApplyEvents(record.time);
-
-        m_pipeline.push_back(Quantize(m_host.LastFrame()));
-        const AppliedExposures applied = m_pipeline.front();
-        m_pipeline.pop_front();
-        KIROStatsList& rStats = m_sensor.Capture(frame, record.time, applied.data(), record.truth);
-        record.decided        = m_host.RunFrame(frame, rStats);
-        visit(record);
+        const DOUBLE time = static_cast<DOUBLE>(frame - 1) / m_rScene.fps;
+        ApplyEvents(time);
+        visit(m_camera.RunFrame(frame, time));
     }
-}
-
-Simulation::AppliedExposures Simulation::Quantize(const KiroHostFrame& rFrame) const
-{
-    AppliedExposures applied;
-    for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
-    {
-        applied[type] = m_sensor.Quantize(rFrame.arbitration[type].exposureSet);
-    }
-    return applied;
 }
 
 VOID Simulation::ApplyEvents(DOUBLE time)
 {
     while (m_nextEvent < m_rScene.events.size() && m_rScene.events[m_nextEvent].time <= time)
     {
-        ApplyEvent(m_rScene.events[m_nextEvent]);
+        m_camera.Apply(m_rScene.events[m_nextEvent]);
         ++m_nextEvent;
-    }
-}
-
-VOID Simulation::ApplyEvent(const Event& rEvent)
-{
-    if (rEvent.modes.has_value())
-    {
-        m_host.SetTuning(m_rTuning.Data(*rEvent.modes));
-    }
-    if (rEvent.ev.has_value())
-    {
-        m_host.SetExposureCompensation(*rEvent.ev);
-    }
-    if (rEvent.lock.has_value())
-    {
-        m_host.SetLock(*rEvent.lock);
-    }
-    if (rEvent.touch.has_value() || rEvent.isTouchEnd)
-    {
-        m_host.SetTouch(rEvent.touch.has_value() ? &*rEvent.touch : nullptr);
-    }
-    if (rEvent.antibanding.has_value())
-    {
-        m_host.SetFlickerCompensation(*rEvent.antibanding);
-    }
-    if (rEvent.fps.has_value())
-    {
-        m_host.SetFPSRange(*rEvent.fps);
-    }
-    if (rEvent.manual.has_value())
-    {
-        m_host.SetManual(*rEvent.manual);
     }
 }
 

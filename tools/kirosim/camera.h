@@ -1,0 +1,50 @@
+/// @file
+/// One camera of the simulation: a sensor that looks at the scene, a host with its core, and the decisions on their way
+/// from the one to the other.
+#pragma once
+
+#include <deque>
+
+#include "host/kirohost.h"
+#include "tools/kirosim/loadedtuning.h"
+#include "tools/kirosim/sensormodel.h"
+
+namespace kirosim
+{
+
+/// One frame of one camera, as it is written to the trace.
+struct FrameRecord
+{
+    UINT64        frame;
+    DOUBLE        time;  ///< s
+    FrameTruth    truth;
+    KiroHostFrame decided;
+};
+
+class Camera
+{
+public:
+    /// @param rScene, rTuning must outlive the camera
+    /// @throws std::runtime_error when the core cannot be created
+    Camera(const Scene& rScene, LoadedTuning& rTuning, StatsLogger logger);
+
+    VOID Apply(const Event& rEvent);
+
+    FrameRecord RunFrame(UINT64 frame, DOUBLE time);
+
+private:
+    using AppliedExposures = std::array<AppliedExposure, AECAlgoExposureCount>;
+
+    KiroHostConfig   HostConfig() const;
+    UINT64           StartExposure() const;
+    AppliedExposures Quantize(const KiroHostFrame& rFrame) const;
+
+    const Scene&                 m_rScene;
+    LoadedTuning&                m_rTuning;
+    SensorModel                  m_sensor;
+    KiroCoreLibrary              m_library;
+    KiroHost                     m_host;
+    std::deque<AppliedExposures> m_pipeline;  ///< decisions on their way to the sensor, oldest first
+};
+
+}  // namespace kirosim

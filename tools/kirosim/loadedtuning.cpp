@@ -1,0 +1,45 @@
+#include "tools/kirosim/loadedtuning.h"
+
+#include "tools/tuningfile/files.h"
+#include "tools/tuningfile/inputerror.h"
+
+namespace kirosim
+{
+
+std::vector<TuningMode> DefaultSelectors()
+{
+    std::vector<TuningMode> selectors(static_cast<size_t>(ModeType::EnumModeType_COUNT));
+    for (size_t level = 0; level < selectors.size(); ++level)
+    {
+        selectors[level].mode = static_cast<ModeType>(level);
+    }
+    return selectors;
+}
+
+LoadedTuning::LoadedTuning(const std::string& rPath) : m_manager("kirosim")
+{
+    bool isLoaded = false;
+    if (tuningfile::IsText(rPath))
+    {
+        const std::vector<BYTE> bytes = tuningfile::CompileFile(rPath);
+        isLoaded                      = m_manager.LoadBinaryParameters(bytes.data(), bytes.size());
+    }
+    else
+    {
+        // Names a missing file before the store is asked.
+        (VOID) tuningfile::ReadBytes(rPath);
+        isLoaded = m_manager.LoadBinaryParameters(rPath.c_str());
+    }
+    if (!isLoaded)
+    {
+        throw tuningfile::InputError(rPath + ": " + m_manager.GetErrorText());
+    }
+}
+
+StatsTuningData LoadedTuning::Data(const std::vector<TuningMode>& rSelectors)
+{
+    m_selectors = rSelectors;
+    return {&m_manager, m_selectors.data(), static_cast<UINT>(m_selectors.size())};
+}
+
+}  // namespace kirosim

@@ -1,0 +1,31 @@
+/// @file
+/// A tuning in a store, from a parameter file or from text.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "interface/statstuningdata.h"
+#include "parameters/tuningsetmanager.h"
+
+namespace kirosim
+{
+
+/// Selectors of the tuning's Default mode.
+std::vector<TuningMode> DefaultSelectors();
+
+class LoadedTuning
+{
+public:
+    /// @throws tuningfile::InputError if the file cannot be read or the store refuses it
+    explicit LoadedTuning(const std::string& rPath);
+
+    /// @param rSelectors seven, Default first; they stay valid until the next call
+    StatsTuningData Data(const std::vector<TuningMode>& rSelectors);
+
+private:
+    TuningSetManager        m_manager;
+    std::vector<TuningMode> m_selectors;
+};
+
+}  // namespace kirosim
