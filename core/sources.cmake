@@ -10,7 +10,10 @@ add_room(kiro_core
     core/ckirocore.cpp
     core/ckirocoreforwards.cpp
     core/ckirocoretriggers.cpp
+    core/ckiroscenechangedetector.cpp
     core/ckiroshortblend.cpp
+    core/cscdetector.cpp
+    core/cscdetectorstates.cpp
     core/ckirocorefactory.cpp
     core/ckiroctrlcorecommon.cpp
     core/kirocorefunctions.cpp
