@@ -11,7 +11,10 @@ add_room(kiro_core
     core/ckirocoredebugdata.cpp
     core/ckirocoreforwards.cpp
     core/ckirocoretriggers.cpp
+    core/ckiroscenechangedetector.cpp
     core/ckiroshortblend.cpp
+    core/cscdetector.cpp
+    core/cscdetectorstates.cpp
     core/ckirocorefactory.cpp
     core/ckiroctrlcorecommon.cpp
     core/kirocorefunctions.cpp

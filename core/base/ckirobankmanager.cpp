@@ -107,6 +107,16 @@ CKIROBank* CKIROBankManager::GetInternalBank(KIROBankIDType bankID)
     return &m_banks[bankID];
 }
 
+VOID CKIROBankManager::RemoveData(KIROBankIDType bankID, BankDataSourceType source)
+{
+    CKIROBank* pBank = IsValueBank(bankID) ? nullptr : GetInternalBank(bankID);
+    if (pBank != nullptr)
+    {
+        pBank->ResetData(source);
+        pBank->SetBankBasedOnContext();
+    }
+}
+
 const CHAR* CKIROBankManager::GetBankName(KIROBankIDType bankID) const
 {
     return (static_cast<UINT32>(bankID) < BankCount) ? m_banks[bankID].GetName() : "BankIDInvalid";

@@ -22,9 +22,4 @@ VOID SetToBank(CKIROBankManager& rBanks, const DataBankType& rBank, StartEnd val
     (VOID) rBanks.UtilSetStartEndToBank(&rBank, value, pDescription, kind);
 }
 
-const CHAR* TextOf(const CHAR* pText)
-{
-    return (pText != nullptr) ? pText : "";
-}
-
 }  // namespace analyzerbank

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/base/ckirobankmanager.h"
+#include "core/base/tuningvalues.h"
 #include "schema/kirometeringsceneanalyzer.h"
 
 namespace analyzerbank
@@ -17,13 +18,7 @@ bool IsOn(const DataBankType& rBank);
 VOID SetToBank(CKIROBankManager& rBanks, const DataBankType& rBank, StartEnd value, const CHAR* pDescription,
                BankDataType kind);
 
-/// @return a text for logs, also for null
-const CHAR* TextOf(const CHAR* pText);
-
-/// @return the count of a tuned array, 0 for an array that is not there
-template <typename T> UINT32 CountOf(const T* pArray, UINT32 count)
-{
-    return (pArray != nullptr) ? count : 0;
-}
+using tuningvalues::CountOf;
+using tuningvalues::TextOf;
 
 }  // namespace analyzerbank

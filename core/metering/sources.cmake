@@ -1,8 +1,12 @@
 include(core/metering/sources_analyzer.cmake)
 add_room(kiro_core_metering
     ${ANALYZER_SOURCES}
+    core/metering/c1dvectorprocessor.cpp
     core/metering/ccalculatormanager.cpp
+    core/metering/cexternalmapprocessor.cpp
+    core/metering/ckiro1dvectormanager.cpp
     core/metering/ckirocalculator.cpp
+    core/metering/ckiroextmapmanager.cpp
     core/metering/ckirometeringantibanding.cpp
     core/metering/ckirometeringdebugdata.cpp
     core/metering/ckirometeringpreflash.cpp

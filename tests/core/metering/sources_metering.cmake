@@ -1,1 +1,6 @@
-set(METERING_TESTS calculator_test.cpp metering_test.cpp)
+set(METERING_TESTS
+    calculator_test.cpp
+    externalmap_test.cpp
+    metering_test.cpp
+    vectorprocessor_test.cpp
+)

@@ -1,0 +1,402 @@
+// Scene change detectors: when a trigger's move is a change, when the scene is stable again, and how long a change is
+// held.
+
+#include "core/ckiroscenechangedetector.h"
+
+#include <cmath>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "core/base/tuningaccess.h"
+#include "tests/support/statslogcapture.h"
+#include "tests/support/testcontext.h"
+
+namespace
+{
+
+using namespace kiroscenechangedetector;
+
+constexpr UINT32 LevelError = 2;
+
+constexpr INT32  InputSlot  = 70;
+constexpr INT32  ThresSlot1 = 71;  // the threshold is the value of this trigger, plus 100 times the second one
+constexpr INT32  ThresSlot2 = 72;
+constexpr INT32  HoldSlot   = 73;  // seconds
+constexpr UINT32 ID         = 4;
+
+constexpr auto Monitor    = KIROSCDStateMonitor;
+constexpr auto Changed    = KIROSCDStateSceneChange;
+constexpr auto PostStable = KIROSCDStateSCPostStable;
+
+/// One detector with the baseline 100, a threshold of 10 for 2 frames, a stable window of 3 frames and 10 percent, and
+/// a hold of 1 s at 2 frames per second.
+class SceneChange : public testing::Test
+{
+protected:
+    SceneChange()
+    {
+        AECSCDType& rDetector                                = m_detectors[0];
+        rDetector.enable                                     = TRUE;
+        rDetector.priority                                   = ConvergenceStart;
+        rDetector.SCDId                                      = ID;
+        rDetector.SCDName                                    = const_cast<CHAR*>("SCD");
+        rDetector.SCDetectionConfig.inputDataConfig          = {{BankIDTriggers, InputSlot}, 1, Disable};
+        rDetector.SCDetectionConfig.thresConfig.baselineType = UseRebasedData;
+        rDetector.SCDetectionConfig.thresConfig.thresData    = {
+               {BankIDTriggers, ThresSlot1}, {BankIDTriggers, ThresSlot2}, {BankIDInvalid, -1}, 2, 0, m_thres1};
+        rDetector.SCDetectionConfig.SCPostStableConfig = {3, 10.0f};
+        rDetector.holdTimeConfig.enable                = TRUE;
+        rDetector.holdTimeConfig.strictHoldTimeEn      = TRUE;
+        rDetector.holdTimeConfig.holdTimeFilterType    = CurrentHoldTime;
+        rDetector.holdTimeConfig.holdTimeData          = {
+                     {BankIDTriggers, HoldSlot}, {BankIDTriggers, ThresSlot2}, {BankIDInvalid, -1}, 2, 0, m_hold1};
+        m_detectors[1]          = rDetector;
+        m_detectors[1].SCDId    = ID + 1;
+        m_detectors[1].priority = EndOfFrame;
+
+        m_context.SetTrigger(TriggerCtrlFPS, 2.0f);
+        m_context.SetTrigger(InputSlot, 100.0f);
+        m_context.SetTrigger(ThresSlot1, 10.0f);
+        m_context.SetTrigger(HoldSlot, 1.0f);
+        m_context.SetContextEvent(AECSettled, TRUE);
+    }
+
+    AECSCDType& Detector()
+    {
+        return m_detectors[0];
+    }
+
+    /// A new manager over the records as they are.
+    VOID Load()
+    {
+        KIROSceneChangeDetectorType tuning{};
+        tuning.scdBankCount = 2;
+        tuning.scdBank      = m_detectors;
+        m_context.SetTuning(TestTuning().Add(tuning));
+        m_pManager = TavoNew<CSCDManager>(m_context);
+    }
+
+    /// A new manager that has taken 100 for its baseline in a first frame.
+    VOID Start()
+    {
+        Load();
+        EXPECT_EQ(Frame(100.0f), Monitor);
+    }
+
+    /// A frame with this value. @return the state after it
+    KIROSCDStateType Frame(FLOAT value, BOOL bStatsValid = TRUE)
+    {
+        m_context.SetTrigger(InputSlot, value);
+        m_pManager->RunSCDetectors(ConvergenceStart, bStatsValid);
+        return Output().scState;
+    }
+
+    KIROHoldTimeType HoldAfter(FLOAT value)
+    {
+        Frame(value);
+        return Output().htState;
+    }
+
+    KIROSCDOutput Output(UINT32 id = ID)
+    {
+        KIROSCDOutput output{};
+        EXPECT_EQ(m_pManager->GetSCDOutput(id, output), TRUE);
+        return output;
+    }
+
+    VOID ExpectStates(const std::vector<FLOAT>& rValues, const std::vector<KIROSCDStateType>& rStates)
+    {
+        for (size_t frame = 0; frame < rValues.size(); ++frame)
+        {
+            EXPECT_EQ(Frame(rValues[frame]), rStates[frame]) << "frame " << frame;
+        }
+    }
+
+    VOID ExpectHolds(const std::vector<FLOAT>& rValues, const std::vector<KIROHoldTimeType>& rStates)
+    {
+        for (size_t frame = 0; frame < rValues.size(); ++frame)
+        {
+            EXPECT_EQ(HoldAfter(rValues[frame]), rStates[frame]) << "frame " << frame;
+        }
+    }
+
+    // Both trees yield their first trigger; the third level adds 100 times its own, from 0 to 1. The second level is
+    // flat.
+    SCThresLevel3DataType m_thres3[4] = {{{0.0f, 0.0f}, {0.0f, 2}},
+                                         {{1.0f, 1.0f}, {100.0f, 2}},
+                                         {{0.0f, 0.0f}, {1024.0f, 2}},
+                                         {{1.0f, 1.0f}, {1124.0f, 2}}};
+    SCThresLevel2DataType m_thres2[2] = {{{0.0f, 9.0f}, 2, 0, &m_thres3[0]}, {{0.0f, 9.0f}, 2, 0, &m_thres3[2]}};
+    SCThresLevel1DataType m_thres1[2] = {{{0.0f, 0.0f}, 1, 0, &m_thres2[0]}, {{1024.0f, 1024.0f}, 1, 0, &m_thres2[1]}};
+    TriggerSystemEndLevelType         m_hold3[2] = {{{0.0f, 9.0f}, 0.0f}, {{0.0f, 9.0f}, 1024.0f}};
+    ThreeLevelTriggerSystemLevel2Type m_hold2[2] = {{{0.0f, 9.0f}, 1, 0, &m_hold3[0]},
+                                                    {{0.0f, 9.0f}, 1, 0, &m_hold3[1]}};
+    ThreeLevelTriggerSystemLevel1Type m_hold1[2] = {{{0.0f, 0.0f}, 1, 0, &m_hold2[0]},
+                                                    {{1024.0f, 1024.0f}, 1, 0, &m_hold2[1]}};
+    AECSCDType                        m_detectors[2]{};
+    StatsLogCapture                   m_log;
+    TestContext                       m_context;
+    TavoPtr<CSCDManager>              m_pManager;
+};
+
+TEST_F(SceneChange, DetectsChangesAndStabilityInTurn)
+{
+    Start();
+    // A single outlier is no change; two are. Three values within 10 percent are stable: 20 * 200 / 260 is above,
+    // 10 * 200 / 270 below. From there the same threshold detects again, and the hold has cleared the count.
+    ExpectStates({110.0f, 105.0f, 110.0f, 120.0f, 140.0f, 130.0f, 132.0f, 140.0f, 140.0f},
+                 {Monitor, Monitor, Monitor, Changed, Changed, Changed, PostStable, PostStable, Changed});
+    EXPECT_STREQ(Output().pName, "SCD");
+    m_pManager->Rebase(ID);
+    EXPECT_EQ(Output().scState, Monitor);
+    ExpectStates({131.0f, 149.0f, 151.0f, 151.0f, 151.0f}, {Monitor, Monitor, Monitor, Changed, PostStable});
+}
+
+TEST_F(SceneChange, ThresholdFollowsItsTriggers)
+{
+    Start();
+    // The second trigger drives the third level: 10 + 100 * 0.5 = 60. The third entry is not even valid.
+    m_context.SetTrigger(ThresSlot2, 0.5f);
+    ExpectStates({159.0f, 159.0f, 161.0f, 161.0f}, {Monitor, Monitor, Monitor, Changed});
+
+    // In percent of a baseline above 0, otherwise in units.
+    m_context.SetTrigger(ThresSlot2, 0.0f);
+    Detector().SCDetectionConfig.thresConfig.bUsePercentageError = TRUE;
+    for (FLOAT baseline : {200.0f, 0.0f, -200.0f})
+    {
+        Detector().SCDetectionConfig.thresConfig.baselineType       = UseFixedBaseline;
+        Detector().SCDetectionConfig.thresConfig.fixedBaselineValue = baseline;
+        Load();
+        const FLOAT step = (baseline > 0.0f) ? 20.0f : 10.0f;
+        Frame(baseline + step * 0.95f);
+        ExpectStates({baseline + step, baseline - step}, {Monitor, Changed});
+    }
+
+    for (SCThresLevel3DataType& rZone : m_thres3)
+    {
+        rZone.triggerData.countThres = 0;
+    }
+    Load();
+    EXPECT_EQ(Frame(-200.0f), Changed) << "without a count at once";
+}
+
+TEST_F(SceneChange, FiltersItsInput)
+{
+    const struct
+    {
+        SCDetectionDataFilterType filter;
+        UINT32                    window;
+        UINT32                    frames;  // at 200 before the filtered value has moved by 10
+    } filters[] = {{Disable, 5, 1}, {Average, 1, 1}, {Average, 99, 1}, {Median, 4, 3}, {Median, 5, 3}, {Median, 99, 6}};
+    for (SCThresLevel3DataType& rZone : m_thres3)
+    {
+        rZone.triggerData.countThres = 1;
+    }
+    for (const auto& rFilter : filters)
+    {
+        Detector().SCDetectionConfig.inputDataConfig.filterType = rFilter.filter;
+        Detector().SCDetectionConfig.inputDataConfig.windowSize = rFilter.window;
+        Load();
+        for (UINT32 frame = 0; frame < 10; ++frame)
+        {
+            EXPECT_EQ(Frame(100.0f), Monitor);
+        }
+        UINT32 frames = 1;
+        while (frames < 20 && Frame(200.0f) == Monitor)
+        {
+            ++frames;
+        }
+        EXPECT_EQ(frames, rFilter.frames) << rFilter.filter << ", " << rFilter.window;
+    }
+
+    // The mean of ten moves by a tenth of the step; of no values it is 0, and so is the median.
+    Detector().SCDetectionConfig.inputDataConfig = {{BankIDTriggers, InputSlot}, 10, Average};
+    Load();
+    for (UINT32 frame = 0; frame < 10; ++frame)
+    {
+        Frame(100.0f);
+    }
+    ExpectStates({190.0f, 105.0f, 105.0f}, {Monitor, Monitor, Changed});
+    for (SCDetectionDataFilterType filter : {Average, Median})
+    {
+        Detector().SCDetectionConfig.inputDataConfig = {{BankIDTriggers, InputSlot}, 0, filter};
+        Load();
+        EXPECT_EQ(Frame(100.0f), Changed);
+    }
+    Detector().SCDetectionConfig.inputDataConfig = {{BankIDTriggers, InputSlot}, 10, Median};
+    Load();
+    ExpectStates({NAN, NAN, 100.0f}, {Monitor, Monitor, Monitor});
+}
+
+TEST_F(SceneChange, StartsOnlyOnceTheExposureHasSettled)
+{
+    m_context.SetContextEvent(AECSettled, FALSE);
+    Load();
+    ExpectStates({200.0f, 200.0f, 200.0f}, {Monitor, Monitor, Monitor});
+    m_context.SetContextEvent(AECSettled, TRUE);
+    EXPECT_EQ(Frame(300.0f), Monitor) << "the baseline of now";
+    m_context.SetContextEvent(AECSettled, FALSE);
+    ExpectStates({350.0f, 350.0f}, {Monitor, Changed});
+    // A frame that may not run keeps the states and asks for a new settling.
+    EXPECT_EQ(Frame(300.0f, FALSE), Changed);
+    ExpectStates({350.0f, 350.0f, 350.0f}, {Changed, Changed, Changed});
+    m_context.SetContextEvent(AECSettled, TRUE);
+    EXPECT_EQ(Frame(350.0f), Monitor);
+}
+
+TEST_F(SceneChange, StableNeedsAFullWindowAndAMeanOffZero)
+{
+    const struct
+    {
+        UINT32                        window;
+        FLOAT                         variation;
+        std::vector<FLOAT>            values;
+        std::vector<KIROSCDStateType> states;
+    } cases[] = {
+        {1, 0.0f, {200.0f, 200.0f, 900.0f}, {Monitor, Changed, PostStable}},
+        {3, 10.0f, {0.0f, 0.0f, 0.0f}, {Monitor, Changed, PostStable}},
+        {3, 0.0f, {0.0f, 0.0f, 0.0f}, {Monitor, Changed, Changed}},
+        {2, 1e30f, {200.0f, 200.0f, -200.0f, -200.0f}, {Monitor, Changed, Changed, PostStable}},
+        {99,
+         1.0f,
+         {200.0f, 200.0f, 200.0f, 200.0f, 200.0f, 200.0f, 200.0f, 200.0f, 200.0f, 200.0f},
+         {Monitor, Changed, Changed, Changed, Changed, Changed, Changed, Changed, Changed, PostStable}},
+    };
+    for (const auto& rCase : cases)
+    {
+        SCOPED_TRACE(testing::Message() << rCase.window << ", " << rCase.variation);
+        Detector().SCDetectionConfig.SCPostStableConfig             = {rCase.window, rCase.variation};
+        Detector().SCDetectionConfig.thresConfig.baselineType       = UseFixedBaseline;
+        Detector().SCDetectionConfig.thresConfig.fixedBaselineValue = 100.0f;
+        Load();
+        ExpectStates(rCase.values, rCase.states);
+    }
+    // The values before a rebase count as present, and are the baseline now.
+    m_pManager->Rebase(ID);
+    ExpectStates({200.0f, 200.0f, 200.0f}, {Monitor, Changed, Changed});
+}
+
+TEST_F(SceneChange, HoldsAChangeForItsTime)
+{
+    constexpr auto off = KIROHoldTimeOff;
+    constexpr auto on  = KIROHoldTimeOn;
+    constexpr auto end = KIROHoldTimeEnd;
+    Start();
+    // Elapsed at the checks: 0, 0.5, 1.0, 1.5; strictly above 1 s ends the hold, and only a rebase ends the end.
+    ExpectHolds({150.0f, 150.0f, 150.0f, 150.0f, 150.0f, 150.0f, 150.0f}, {off, on, on, on, on, end, end});
+    m_pManager->Rebase(ID);
+    EXPECT_EQ(Output().htState, off);
+
+    // An unknown frame rate stops the clock.
+    m_context.SetTrigger(TriggerCtrlFPS, 0.0f);
+    ExpectHolds({250.0f, 250.0f, 250.0f, 250.0f, 250.0f, 250.0f, 250.0f}, {off, on, on, on, on, on, on});
+    m_context.SetTrigger(TriggerCtrlFPS, 2.0f);
+
+    Detector().holdTimeConfig.strictHoldTimeEn = FALSE;
+    Start();
+    ExpectHolds({350.0f, 350.0f, 350.0f}, {off, on, end});
+    EXPECT_EQ(Output().scState, PostStable);
+
+    Detector().holdTimeConfig.enable = FALSE;
+    Start();
+    ExpectHolds({450.0f, 450.0f}, {off, off});
+    EXPECT_EQ(Output().scState, Changed);
+}
+
+TEST_F(SceneChange, HoldTimeKeepsItsExtreme)
+{
+    const struct
+    {
+        HoldTimeFilterType filter;
+        UINT32             frames;  // of a hold whose time is 1 s, 0.5 s for its second frame, 2 s from then on
+    } filters[] = {{MinHoldTime, 3}, {MaxHoldTime, 6}, {CurrentHoldTime, 6}};
+    for (const auto& rFilter : filters)
+    {
+        Detector().holdTimeConfig.holdTimeFilterType = rFilter.filter;
+        Start();
+        Frame(150.0f);
+        EXPECT_EQ(HoldAfter(150.0f), KIROHoldTimeOn);
+        UINT32 frames = 0;
+        for (FLOAT holdTime : {1.0f, 0.5f, 2.0f, 2.0f, 2.0f, 2.0f, 2.0f})
+        {
+            m_context.SetTrigger(HoldSlot, holdTime);
+            ++frames;
+            if (HoldAfter(150.0f) == KIROHoldTimeEnd)
+            {
+                break;
+            }
+        }
+        EXPECT_EQ(frames, rFilter.frames) << rFilter.filter;
+    }
+}
+
+TEST_F(SceneChange, HoldWaitsForASettledValue)
+{
+    // 1 s within 60 of the baseline, so within two frames in a row.
+    Detector().holdTimeConfig.holdTimeEnterConfig = {TRUE, 60.0f, 1.0f};
+    Start();
+    ExpectHolds({170.0f, 180.0f, 150.0f}, {KIROHoldTimeOff, KIROHoldTimeOff, KIROHoldTimeOff});
+    EXPECT_EQ(Output().scState, Changed);
+    EXPECT_EQ(HoldAfter(120.0f), KIROHoldTimeOn);
+    EXPECT_EQ(Output().scState, Changed);
+}
+
+TEST_F(SceneChange, MissingTriggerFreezesTheStates)
+{
+    Start();
+    Frame(150.0f);
+    auto& rTuned = tuningaccess::Get_kiroscenechangedetector(m_context.m_tuningData)->scdBank[0];
+    for (DataBankType* pBank :
+         {&rTuned.SCDetectionConfig.inputDataConfig.inputDataSource,
+          &rTuned.SCDetectionConfig.thresConfig.thresData.trigger1DataBank,
+          &rTuned.SCDetectionConfig.thresConfig.thresData.trigger2DataBank,
+          &rTuned.holdTimeConfig.holdTimeData.trigger1DataBank, &rTuned.holdTimeConfig.holdTimeData.trigger2DataBank})
+    {
+        const DataBankType intact = *pBank;
+        for (DataBankType invalid : {DataBankType{BankIDStatsCalculator, 1}, DataBankType{BankIDTriggers, 1000},
+                                     DataBankType{BankIDTriggers, -1}})
+        {
+            *pBank = invalid;
+            EXPECT_EQ(Frame(150.0f), Monitor);
+        }
+        *pBank = intact;
+    }
+    EXPECT_TRUE(m_log.Has(LevelError, "KIROSCND ID:SCD Failed to get HoldTime triggers"));
+    EXPECT_EQ(Frame(150.0f), Changed);
+    // Nor does a rebase without its input touch them.
+    rTuned.SCDetectionConfig.inputDataConfig.inputDataSource.bankID = BankIDMax;
+    m_pManager->Rebase(ID);
+    EXPECT_EQ(Output().scState, Changed);
+}
+
+TEST_F(SceneChange, RunsAndAnswersByPriorityAndID)
+{
+    Start();
+    Frame(150.0f);
+    m_pManager->RunSCDetectors(EndOfFrame, TRUE);
+    m_pManager->RunSCDetectors(MeteringStart, TRUE);
+    EXPECT_EQ(Frame(150.0f), Changed);
+    EXPECT_EQ(Output(ID + 1).scState, Monitor);
+
+    KIROSCDOutput untouched{nullptr, KIROSCDStateMax, KIROHoldTimeMax};
+    EXPECT_EQ(m_pManager->GetSCDOutput(ID + 7, untouched), FALSE);
+    EXPECT_EQ(untouched.scState, KIROSCDStateMax);
+    m_pManager->Rebase(ID + 7);
+
+    // Of two with one ID the last one answers; a live edit starts all anew.
+    auto* pTuning             = tuningaccess::Get_kiroscenechangedetector(m_context.m_tuningData);
+    pTuning->scdBank[1].SCDId = ID;
+    EXPECT_EQ(Output().scState, Monitor);
+    pTuning->scdBank[1].SCDId = ID + 1;
+    EXPECT_EQ(Output().scState, Changed);
+    ++pTuning->SymbolTableID;
+    m_pManager->RunSCDetectors(MeteringStart, TRUE);
+    EXPECT_EQ(Output().scState, Monitor);
+
+    m_context.SetTuning(TestTuning());
+    m_pManager->RunSCDetectors(ConvergenceStart, TRUE);
+    EXPECT_EQ(m_pManager->GetSCDOutput(ID, untouched), FALSE) << "no module, no detectors";
+}
+
+}  // namespace
