@@ -4,6 +4,7 @@
 
 #include "core/base/kirolog.h"
 #include "core/base/tuningaccess.h"
+#include "core/ckiroscenechangedetector.h"
 #include "schema/kirohdrsensor.h"
 
 namespace
@@ -62,7 +63,7 @@ IKIROContextManager::IKIROContextManager()
 }
 
 CKIROContextManager::CKIROContextManager(IKIRODebugData& rDebugData)
-    : m_setInputData(DefaultInput()), m_rDebugData(rDebugData), m_calRGRatios{}, m_calBGRatios{}
+    : m_setInputData(DefaultInput()), m_pSCDManager(nullptr), m_rDebugData(rDebugData), m_calRGRatios{}, m_calBGRatios{}
 {
     std::fill(std::begin(m_currentTuningMode), std::end(m_currentTuningMode), AECTuningMode{SelectorNeverSeen});
 }
@@ -102,14 +103,23 @@ VOID CKIROContextManager::UpdateFrameCounters()
     }
 }
 
-VOID CKIROContextManager::RebaseSCD(UINT32)
+VOID CKIROContextManager::SetSCDManager(CSCDManager* pSCDManager)
 {
+    m_pSCDManager = pSCDManager;
 }
 
-/// Without detectors every ID is unknown.
-BOOL CKIROContextManager::GetSCDOutput(UINT32, KIROSCDOutput&)
+VOID CKIROContextManager::RebaseSCD(UINT32 id)
 {
-    return FALSE;
+    if (m_pSCDManager != nullptr)
+    {
+        m_pSCDManager->Rebase(id);
+    }
+}
+
+/// Before there are detectors every ID is unknown.
+BOOL CKIROContextManager::GetSCDOutput(UINT32 id, KIROSCDOutput& rOutput)
+{
+    return (m_pSCDManager != nullptr) ? m_pSCDManager->GetSCDOutput(id, rOutput) : FALSE;
 }
 
 IKIRODebugData& CKIROContextManager::GetDebugDataInfo()

@@ -4,6 +4,8 @@
 
 #include "core/ikirocontextmanager.h"
 
+class CSCDManager;
+
 /// Tuning selectors of one mode path, as last seen.
 struct AECTuningMode
 {
@@ -29,6 +31,9 @@ public:
     IKIRODebugData& GetDebugDataInfo() override;
     VOID            SetMeteringLock(BOOL bLock) override;
     KIROFICInfo     GetFICInfo() override;
+
+    /// The driver's, set once it has been made; null before that.
+    VOID SetSCDManager(CSCDManager* pSCDManager);
 
     /// Stores a setting and moves the context events.
     /// @return 0, or 1 for a null argument, a payload that is too small or a failed setting; events move all the same
@@ -102,6 +107,7 @@ private:
     VOID ReplaceEvents(UINT64 mask, UINT64 events);
 
     SetInputData    m_setInputData;
+    CSCDManager*    m_pSCDManager;
     IKIRODebugData& m_rDebugData;
     AECTuningMode   m_currentTuningMode[TuningSelectorCount];
     FLOAT           m_calRGRatios[AECAlgoFlashCalibrationCountMax];

@@ -19,6 +19,11 @@ constexpr KiroResult ResultNoStats          = 11;
 
 constexpr INT32 DefaultTriggerLast = TriggerFlashInfluence;
 
+BOOL IsFalse(BOOL value)
+{
+    return (value == FALSE) ? TRUE : FALSE;
+}
+
 }  // namespace
 
 CKIROCore::CKIROCore(StatsTuningData& rTuningData, IKIRODebugData& rDebugData)
@@ -29,16 +34,26 @@ CKIROCore::CKIROCore(StatsTuningData& rTuningData, IKIRODebugData& rDebugData)
     {
         STATS_LOG_ERROR("Error in configuring the tunara data");
     }
-    StatsTuningData& rStored = *m_contManager.GetTuningData();
-    m_pStatsProcessor        = TavoNew<CKIROStatsProcessor>(rStored, m_contManager);
-    m_pMetering              = TavoNew<CKIROMetering>(rStored, m_contManager);
-    m_pConvergence           = TavoNew<CKIROConvergence>(rStored, m_contManager);
-    m_pArbitration           = TavoNew<CKIROArbitration>(rStored, m_contManager);
+    CreateModules();
+}
+
+VOID CKIROCore::CreateModules()
+{
+    StatsTuningData& rTuningData = *m_contManager.GetTuningData();
+    m_pStatsProcessor            = TavoNew<CKIROStatsProcessor>(rTuningData, m_contManager);
+    m_pMetering                  = TavoNew<CKIROMetering>(rTuningData, m_contManager);
+    m_pConvergence               = TavoNew<CKIROConvergence>(rTuningData, m_contManager);
+    m_pArbitration               = TavoNew<CKIROArbitration>(rTuningData, m_contManager);
+    m_pExtMapManager             = TavoNew<CKIROExtMapManager>(m_contManager);
+    m_pSCDManager                = TavoNew<CSCDManager>(m_contManager);
+    m_p1DVectorManager           = TavoNew<CKIRO1DVectorManager>(m_contManager);
     if (m_pStatsProcessor == nullptr || m_pMetering == nullptr || m_pConvergence == nullptr ||
-        m_pArbitration == nullptr)
+        m_pArbitration == nullptr || m_pExtMapManager == nullptr || m_pSCDManager == nullptr ||
+        m_p1DVectorManager == nullptr)
     {
         STATS_LOG_ERROR("AEC module instantiation failure!");
     }
+    m_contManager.SetSCDManager(m_pSCDManager.get());
 }
 
 VOID CKIROCore::SetDefaultTriggers()
@@ -110,8 +125,14 @@ VOID CKIROCore::UpdateTorchAndDepthEvents(const KIROStatsList& rStats)
 KiroResult CKIROCore::runMeteringPreprocess(KIROMeteringInput& rInput, KIROMeteringOutput& rOutput)
 {
     m_contManager.RefreshBanks();
+    m_pSCDManager->RunSCDetectors(kiroscenechangedetector::MeteringStart, rInput.bStatsValid);
+    m_pExtMapManager->RunExtMapProcessors();
     ResetDataBankBeforeMetering();
     const KiroResult result = m_pMetering->RunMeteringPreprocess(rInput, rOutput);
+    if (rInput.bStatsValid == TRUE)
+    {
+        m_p1DVectorManager->Run1DVectorProcessors(kiroglobalelements::VectorProcessorUsageType::Default, 1);
+    }
     LogAdvancedInfo();
     return result;
 }
@@ -210,6 +231,7 @@ KiroResult CKIROCore::RunConvProcess(KIROConvergenceInput& rInput, KIROConvergen
     m_contManager.RefreshBanks();
     m_shortBlend.RunConvPreprocess(rInput);
     UpdateConvTriggers(rInput);
+    m_pSCDManager->RunSCDetectors(kiroscenechangedetector::ConvergenceStart, IsFalse(rInput.bIsMeteringSkipped));
     std::copy(std::begin(rInput.sensitivities), std::end(rInput.sensitivities), m_currFrame.exposureTargets);
     m_currFrame.luxIndex    = rInput.luxIndex;
     const KiroResult result = m_pConvergence->RunConvProcesss(rInput, rOutput);
@@ -246,10 +268,13 @@ KiroResult CKIROCore::runExtension(KIROExtensionInput& rInput, KIROExtensionOutp
 {
     m_contManager.RefreshBanks();
     UpdateArbTriggers(rInput.pArbitrationOuts);
+    const BOOL bStatsValid = IsFalse(rInput.statisticsStartup);
+    m_pSCDManager->RunSCDetectors(kiroscenechangedetector::ExtensionStart, bStatsValid);
     for (UINT32 type = 0; rInput.pArbitrationOuts != nullptr && type < AECAlgoExposureCount; ++type)
     {
         m_currFrame.exposureSets[type] = rInput.pArbitrationOuts[type].exposureSet;
     }
+    m_pSCDManager->RunSCDetectors(kiroscenechangedetector::ExtensionEnd, bStatsValid);
     return 0;
 }
 
@@ -265,6 +290,7 @@ KiroResult CKIROCore::runEndOfFrame(KIROFrameInfo& rFrameInfo, KIROPostProcessin
     {
         (VOID) m_contManager.m_pHistory->SaveFrameToHistory(&m_currFrame);
         m_contManager.UpdateFrameCounters();
+        m_pSCDManager->RunSCDetectors(kiroscenechangedetector::EndOfFrame, IsFalse(rMtrOut.bIsMeteringSkipped));
     }
     else
     {

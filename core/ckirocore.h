@@ -5,9 +5,12 @@
 
 #include "core/arbitration/ckiromodarbitration.h"
 #include "core/ckirocontextmanager.h"
+#include "core/ckiroscenechangedetector.h"
 #include "core/ckiroshortblend.h"
 #include "core/convergence/ckiromodconvergence.h"
 #include "core/ikirocore.h"
+#include "core/metering/ckiro1dvectormanager.h"
+#include "core/metering/ckiroextmapmanager.h"
 #include "core/metering/ckiromodmetering.h"
 #include "core/statsprocessor/ckiromodstatsprocessor.h"
 
@@ -56,6 +59,7 @@ public:
 
 private:
     VOID SetDefaultTriggers();
+    VOID CreateModules();
     VOID ResetDataBankBeforeMetering();
     VOID ResetStretchEntry(const DataBankType& rEntry, const CHAR* pFailure);
     VOID LogAdvancedInfo();
@@ -77,14 +81,17 @@ private:
         return m_contManager.m_pBankManager->GetDataTriggers(id)->value;
     }
 
-    // Destroyed last first: the stats processor, metering, convergence, arbitration, the short blend, and the context
+    // Destroyed last first: the stats processor, metering and the other modules, the short blend, and the context
     // behind them all.
-    CKIROContextManager          m_contManager;
-    CKIROShortBlend              m_shortBlend;
-    TavoPtr<CKIROArbitration>    m_pArbitration;
-    TavoPtr<CKIROConvergence>    m_pConvergence;
-    TavoPtr<CKIROMetering>       m_pMetering;
-    TavoPtr<CKIROStatsProcessor> m_pStatsProcessor;
-    AECFrameHistory              m_currFrame;         ///< the frame being assembled
-    DBFloatPayload               m_flashExpIncrease;  ///< exposure increase of precision flash
+    CKIROContextManager           m_contManager;
+    CKIROShortBlend               m_shortBlend;
+    TavoPtr<CKIRO1DVectorManager> m_p1DVectorManager;
+    TavoPtr<CSCDManager>          m_pSCDManager;
+    TavoPtr<CKIROExtMapManager>   m_pExtMapManager;
+    TavoPtr<CKIROArbitration>     m_pArbitration;
+    TavoPtr<CKIROConvergence>     m_pConvergence;
+    TavoPtr<CKIROMetering>        m_pMetering;
+    TavoPtr<CKIROStatsProcessor>  m_pStatsProcessor;
+    AECFrameHistory               m_currFrame;         ///< the frame being assembled
+    DBFloatPayload                m_flashExpIncrease;  ///< exposure increase of precision flash
 };

@@ -58,12 +58,14 @@ UINT32 CKIROCore::GetFICData(VOID*)
     return 0;
 }
 
-VOID CKIROCore::run1DVectorProcess(kiroglobalelements::VectorProcessorUsageType, UINT32)
+VOID CKIROCore::run1DVectorProcess(kiroglobalelements::VectorProcessorUsageType type, UINT32 sampleCount)
 {
+    m_p1DVectorManager->Run1DVectorProcessors(type, sampleCount);
 }
 
-VOID CKIROCore::reset1DVectorProcessors(kiroglobalelements::VectorProcessorUsageType)
+VOID CKIROCore::reset1DVectorProcessors(kiroglobalelements::VectorProcessorUsageType type)
 {
+    m_p1DVectorManager->Reset1DVectorProcessors(type);
 }
 
 VOID CKIROCore::SetMeteringLock(BOOL bLock)
