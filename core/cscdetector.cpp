@@ -166,6 +166,7 @@ FLOAT CSCDetector::GetAverageValue() const
     return std::accumulate(m_history, m_history + count, 0.0f) / static_cast<FLOAT>(count);
 }
 
+/// Of an even number of values the lower of the two in the middle.
 FLOAT CSCDetector::GetMedianValue() const
 {
     const UINT32 count = FilterLength();
@@ -173,10 +174,11 @@ FLOAT CSCDetector::GetMedianValue() const
     {
         return 0.0f;
     }
-    FLOAT sorted[HistorySize];
-    std::copy(m_history, m_history + count, sorted);
-    std::sort(sorted, sorted + count, floatorder::IsBelow);
-    return sorted[(count - 1) / 2];
+    FLOAT  values[HistorySize];
+    FLOAT* pMiddle = values + (count - 1) / 2;
+    std::copy(m_history, m_history + count, values);
+    std::nth_element(values, pMiddle, values + count, floatorder::IsBelow);
+    return *pMiddle;
 }
 
 bool CSCDetector::GetCoreData()

@@ -4,6 +4,7 @@
 #include "core/ckiroscenechangedetector.h"
 
 #include <cmath>
+#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -25,9 +26,9 @@ constexpr INT32  ThresSlot2 = 72;
 constexpr INT32  HoldSlot   = 73;  // seconds
 constexpr UINT32 ID         = 4;
 
-constexpr auto Monitor    = KIROSCDStateMonitor;
-constexpr auto Changed    = KIROSCDStateSceneChange;
-constexpr auto PostStable = KIROSCDStateSCPostStable;
+// Monitoring, changed, stable again; hold off, on, ended.
+constexpr CHAR StateLetters[] = "mcs";
+constexpr CHAR HoldLetters[]  = "-he";
 
 /// One detector with the baseline 100, a threshold of 10 for 2 frames, a stable window of 3 frames and 10 percent, and
 /// a hold of 1 s at 2 frames per second.
@@ -81,21 +82,38 @@ protected:
     VOID Start()
     {
         Load();
-        EXPECT_EQ(Frame(100.0f), Monitor);
+        EXPECT_EQ(Frame(100.0f), 'm');
     }
 
-    /// A frame with this value. @return the state after it
-    KIROSCDStateType Frame(FLOAT value, BOOL bStatsValid = TRUE)
+    /// @return the state after a frame with this value
+    CHAR Frame(FLOAT value, BOOL bStatsValid = TRUE)
     {
         m_context.SetTrigger(InputSlot, value);
         m_pManager->RunSCDetectors(ConvergenceStart, bStatsValid);
-        return Output().scState;
+        return State();
     }
 
-    KIROHoldTimeType HoldAfter(FLOAT value)
+    /// @return the state after each frame
+    std::string States(const std::vector<FLOAT>& rValues)
     {
-        Frame(value);
-        return Output().htState;
+        std::string states;
+        for (FLOAT value : rValues)
+        {
+            states += Frame(value);
+        }
+        return states;
+    }
+
+    /// @return the hold after each frame
+    std::string Holds(const std::vector<FLOAT>& rValues)
+    {
+        std::string holds;
+        for (FLOAT value : rValues)
+        {
+            Frame(value);
+            holds += HoldLetters[Output().htState];
+        }
+        return holds;
     }
 
     KIROSCDOutput Output(UINT32 id = ID)
@@ -105,19 +123,16 @@ protected:
         return output;
     }
 
-    VOID ExpectStates(const std::vector<FLOAT>& rValues, const std::vector<KIROSCDStateType>& rStates)
+    CHAR State(UINT32 id = ID)
     {
-        for (size_t frame = 0; frame < rValues.size(); ++frame)
-        {
-            EXPECT_EQ(Frame(rValues[frame]), rStates[frame]) << "frame " << frame;
-        }
+        return StateLetters[Output(id).scState];
     }
 
-    VOID ExpectHolds(const std::vector<FLOAT>& rValues, const std::vector<KIROHoldTimeType>& rStates)
+    VOID SetCountThres(UINT32 count)
     {
-        for (size_t frame = 0; frame < rValues.size(); ++frame)
+        for (SCThresLevel3DataType& rZone : m_thres3)
         {
-            EXPECT_EQ(HoldAfter(rValues[frame]), rStates[frame]) << "frame " << frame;
+            rZone.triggerData.countThres = count;
         }
     }
 
@@ -145,12 +160,11 @@ TEST_F(SceneChange, DetectsChangesAndStabilityInTurn)
     Start();
     // A single outlier is no change; two are. Three values within 10 percent are stable: 20 * 200 / 260 is above,
     // 10 * 200 / 270 below. From there the same threshold detects again, and the hold has cleared the count.
-    ExpectStates({110.0f, 105.0f, 110.0f, 120.0f, 140.0f, 130.0f, 132.0f, 140.0f, 140.0f},
-                 {Monitor, Monitor, Monitor, Changed, Changed, Changed, PostStable, PostStable, Changed});
+    EXPECT_EQ(States({110.0f, 105.0f, 110.0f, 120.0f, 140.0f, 130.0f, 132.0f, 140.0f, 140.0f}), "mmmcccssc");
     EXPECT_STREQ(Output().pName, "SCD");
     m_pManager->Rebase(ID);
-    EXPECT_EQ(Output().scState, Monitor);
-    ExpectStates({131.0f, 149.0f, 151.0f, 151.0f, 151.0f}, {Monitor, Monitor, Monitor, Changed, PostStable});
+    EXPECT_EQ(State(), 'm');
+    EXPECT_EQ(States({131.0f, 149.0f, 151.0f, 151.0f, 151.0f}), "mmmcs");
 }
 
 TEST_F(SceneChange, ThresholdFollowsItsTriggers)
@@ -158,7 +172,7 @@ TEST_F(SceneChange, ThresholdFollowsItsTriggers)
     Start();
     // The second trigger drives the third level: 10 + 100 * 0.5 = 60. The third entry is not even valid.
     m_context.SetTrigger(ThresSlot2, 0.5f);
-    ExpectStates({159.0f, 159.0f, 161.0f, 161.0f}, {Monitor, Monitor, Monitor, Changed});
+    EXPECT_EQ(States({159.0f, 159.0f, 161.0f, 161.0f}), "mmmc");
 
     // In percent of a baseline above 0, otherwise in units.
     m_context.SetTrigger(ThresSlot2, 0.0f);
@@ -170,15 +184,12 @@ TEST_F(SceneChange, ThresholdFollowsItsTriggers)
         Load();
         const FLOAT step = (baseline > 0.0f) ? 20.0f : 10.0f;
         Frame(baseline + step * 0.95f);
-        ExpectStates({baseline + step, baseline - step}, {Monitor, Changed});
+        EXPECT_EQ(States({baseline + step, baseline - step}), "mc");
     }
 
-    for (SCThresLevel3DataType& rZone : m_thres3)
-    {
-        rZone.triggerData.countThres = 0;
-    }
+    SetCountThres(0);
     Load();
-    EXPECT_EQ(Frame(-200.0f), Changed) << "without a count at once";
+    EXPECT_EQ(Frame(-200.0f), 'c') << "without a count at once";
 }
 
 TEST_F(SceneChange, FiltersItsInput)
@@ -189,79 +200,64 @@ TEST_F(SceneChange, FiltersItsInput)
         UINT32                    window;
         UINT32                    frames;  // at 200 before the filtered value has moved by 10
     } filters[] = {{Disable, 5, 1}, {Average, 1, 1}, {Average, 99, 1}, {Median, 4, 3}, {Median, 5, 3}, {Median, 99, 6}};
-    for (SCThresLevel3DataType& rZone : m_thres3)
-    {
-        rZone.triggerData.countThres = 1;
-    }
+    const std::vector<FLOAT> calm(10, 100.0f);
+    SetCountThres(1);
     for (const auto& rFilter : filters)
     {
         Detector().SCDetectionConfig.inputDataConfig.filterType = rFilter.filter;
         Detector().SCDetectionConfig.inputDataConfig.windowSize = rFilter.window;
         Load();
-        for (UINT32 frame = 0; frame < 10; ++frame)
-        {
-            EXPECT_EQ(Frame(100.0f), Monitor);
-        }
-        UINT32 frames = 1;
-        while (frames < 20 && Frame(200.0f) == Monitor)
-        {
-            ++frames;
-        }
+        EXPECT_EQ(States(calm), "mmmmmmmmmm");
+        const size_t frames = States(std::vector<FLOAT>(10, 200.0f)).find('c') + 1;
         EXPECT_EQ(frames, rFilter.frames) << rFilter.filter << ", " << rFilter.window;
     }
 
     // The mean of ten moves by a tenth of the step; of no values it is 0, and so is the median.
     Detector().SCDetectionConfig.inputDataConfig = {{BankIDTriggers, InputSlot}, 10, Average};
     Load();
-    for (UINT32 frame = 0; frame < 10; ++frame)
-    {
-        Frame(100.0f);
-    }
-    ExpectStates({190.0f, 105.0f, 105.0f}, {Monitor, Monitor, Changed});
+    States(calm);
+    EXPECT_EQ(States({190.0f, 105.0f, 105.0f}), "mmc");
     for (SCDetectionDataFilterType filter : {Average, Median})
     {
         Detector().SCDetectionConfig.inputDataConfig = {{BankIDTriggers, InputSlot}, 0, filter};
         Load();
-        EXPECT_EQ(Frame(100.0f), Changed);
+        EXPECT_EQ(Frame(100.0f), 'c');
     }
     Detector().SCDetectionConfig.inputDataConfig = {{BankIDTriggers, InputSlot}, 10, Median};
     Load();
-    ExpectStates({NAN, NAN, 100.0f}, {Monitor, Monitor, Monitor});
+    EXPECT_EQ(States({NAN, NAN, 100.0f}), "mmm");
 }
 
 TEST_F(SceneChange, StartsOnlyOnceTheExposureHasSettled)
 {
     m_context.SetContextEvent(AECSettled, FALSE);
     Load();
-    ExpectStates({200.0f, 200.0f, 200.0f}, {Monitor, Monitor, Monitor});
+    EXPECT_EQ(States({200.0f, 200.0f, 200.0f}), "mmm");
     m_context.SetContextEvent(AECSettled, TRUE);
-    EXPECT_EQ(Frame(300.0f), Monitor) << "the baseline of now";
+    EXPECT_EQ(Frame(300.0f), 'm') << "the baseline of now";
     m_context.SetContextEvent(AECSettled, FALSE);
-    ExpectStates({350.0f, 350.0f}, {Monitor, Changed});
+    EXPECT_EQ(States({350.0f, 350.0f}), "mc");
     // A frame that may not run keeps the states and asks for a new settling.
-    EXPECT_EQ(Frame(300.0f, FALSE), Changed);
-    ExpectStates({350.0f, 350.0f, 350.0f}, {Changed, Changed, Changed});
+    EXPECT_EQ(Frame(300.0f, FALSE), 'c');
+    EXPECT_EQ(States({350.0f, 350.0f, 350.0f}), "ccc");
     m_context.SetContextEvent(AECSettled, TRUE);
-    EXPECT_EQ(Frame(350.0f), Monitor);
+    EXPECT_EQ(Frame(350.0f), 'm');
 }
 
 TEST_F(SceneChange, StableNeedsAFullWindowAndAMeanOffZero)
 {
     const struct
     {
-        UINT32                        window;
-        FLOAT                         variation;
-        std::vector<FLOAT>            values;
-        std::vector<KIROSCDStateType> states;
+        UINT32             window;
+        FLOAT              variation;
+        std::vector<FLOAT> values;
+        std::string        states;
     } cases[] = {
-        {1, 0.0f, {200.0f, 200.0f, 900.0f}, {Monitor, Changed, PostStable}},
-        {3, 10.0f, {0.0f, 0.0f, 0.0f}, {Monitor, Changed, PostStable}},
-        {3, 0.0f, {0.0f, 0.0f, 0.0f}, {Monitor, Changed, Changed}},
-        {2, 1e30f, {200.0f, 200.0f, -200.0f, -200.0f}, {Monitor, Changed, Changed, PostStable}},
-        {99,
-         1.0f,
-         {200.0f, 200.0f, 200.0f, 200.0f, 200.0f, 200.0f, 200.0f, 200.0f, 200.0f, 200.0f},
-         {Monitor, Changed, Changed, Changed, Changed, Changed, Changed, Changed, Changed, PostStable}},
+        {1, 0.0f, {200.0f, 200.0f, 900.0f}, "mcs"},
+        {3, 10.0f, {0.0f, 0.0f, 0.0f}, "mcs"},
+        {3, 0.0f, {0.0f, 0.0f, 0.0f}, "mcc"},
+        {2, 1e30f, {200.0f, 200.0f, -200.0f, -200.0f}, "mccs"},
+        {99, 1.0f, std::vector<FLOAT>(10, 200.0f), "mccccccccs"},
     };
     for (const auto& rCase : cases)
     {
@@ -270,38 +266,35 @@ TEST_F(SceneChange, StableNeedsAFullWindowAndAMeanOffZero)
         Detector().SCDetectionConfig.thresConfig.baselineType       = UseFixedBaseline;
         Detector().SCDetectionConfig.thresConfig.fixedBaselineValue = 100.0f;
         Load();
-        ExpectStates(rCase.values, rCase.states);
+        EXPECT_EQ(States(rCase.values), rCase.states);
     }
-    // The values before a rebase count as present, and are the baseline now.
+    // The values before a rebase count as present; they are the baseline now.
     m_pManager->Rebase(ID);
-    ExpectStates({200.0f, 200.0f, 200.0f}, {Monitor, Changed, Changed});
+    EXPECT_EQ(States({200.0f, 200.0f, 200.0f}), "mcc");
 }
 
 TEST_F(SceneChange, HoldsAChangeForItsTime)
 {
-    constexpr auto off = KIROHoldTimeOff;
-    constexpr auto on  = KIROHoldTimeOn;
-    constexpr auto end = KIROHoldTimeEnd;
     Start();
     // Elapsed at the checks: 0, 0.5, 1.0, 1.5; strictly above 1 s ends the hold, and only a rebase ends the end.
-    ExpectHolds({150.0f, 150.0f, 150.0f, 150.0f, 150.0f, 150.0f, 150.0f}, {off, on, on, on, on, end, end});
+    EXPECT_EQ(Holds({150.0f, 150.0f, 150.0f, 150.0f, 150.0f, 150.0f, 150.0f}), "-hhhhee");
     m_pManager->Rebase(ID);
-    EXPECT_EQ(Output().htState, off);
+    EXPECT_EQ(Output().htState, KIROHoldTimeOff);
 
     // An unknown frame rate stops the clock.
     m_context.SetTrigger(TriggerCtrlFPS, 0.0f);
-    ExpectHolds({250.0f, 250.0f, 250.0f, 250.0f, 250.0f, 250.0f, 250.0f}, {off, on, on, on, on, on, on});
+    EXPECT_EQ(Holds({250.0f, 250.0f, 250.0f, 250.0f, 250.0f, 250.0f, 250.0f}), "-hhhhhh");
     m_context.SetTrigger(TriggerCtrlFPS, 2.0f);
 
     Detector().holdTimeConfig.strictHoldTimeEn = FALSE;
     Start();
-    ExpectHolds({350.0f, 350.0f, 350.0f}, {off, on, end});
-    EXPECT_EQ(Output().scState, PostStable);
+    EXPECT_EQ(Holds({350.0f, 350.0f, 350.0f}), "-he");
+    EXPECT_EQ(State(), 's');
 
     Detector().holdTimeConfig.enable = FALSE;
     Start();
-    ExpectHolds({450.0f, 450.0f}, {off, off});
-    EXPECT_EQ(Output().scState, Changed);
+    EXPECT_EQ(Holds({450.0f, 450.0f}), "--");
+    EXPECT_EQ(State(), 'c');
 }
 
 TEST_F(SceneChange, HoldTimeKeepsItsExtreme)
@@ -309,25 +302,20 @@ TEST_F(SceneChange, HoldTimeKeepsItsExtreme)
     const struct
     {
         HoldTimeFilterType filter;
-        UINT32             frames;  // of a hold whose time is 1 s, 0.5 s for its second frame, 2 s from then on
-    } filters[] = {{MinHoldTime, 3}, {MaxHoldTime, 6}, {CurrentHoldTime, 6}};
+        UINT32             frames;  // after 0, 0.5, 1 ... s: 1.5 s exceed 1.25 s, 3.5 s exceed 3 s, 2 s exceed 1.75 s
+    } filters[] = {{MinHoldTime, 4}, {MaxHoldTime, 8}, {CurrentHoldTime, 5}};
     for (const auto& rFilter : filters)
     {
         Detector().holdTimeConfig.holdTimeFilterType = rFilter.filter;
         Start();
         Frame(150.0f);
-        EXPECT_EQ(HoldAfter(150.0f), KIROHoldTimeOn);
-        UINT32 frames = 0;
-        for (FLOAT holdTime : {1.0f, 0.5f, 2.0f, 2.0f, 2.0f, 2.0f, 2.0f})
+        std::string holds = Holds({150.0f});
+        for (FLOAT holdTime : {2.0f, 1.25f, 3.0f, 3.0f, 1.75f, 1.75f, 1.75f, 1.75f})
         {
             m_context.SetTrigger(HoldSlot, holdTime);
-            ++frames;
-            if (HoldAfter(150.0f) == KIROHoldTimeEnd)
-            {
-                break;
-            }
+            holds += Holds({150.0f});
         }
-        EXPECT_EQ(frames, rFilter.frames) << rFilter.filter;
+        EXPECT_EQ(holds.find('e'), rFilter.frames) << rFilter.filter;
     }
 }
 
@@ -336,10 +324,10 @@ TEST_F(SceneChange, HoldWaitsForASettledValue)
     // 1 s within 60 of the baseline, so within two frames in a row.
     Detector().holdTimeConfig.holdTimeEnterConfig = {TRUE, 60.0f, 1.0f};
     Start();
-    ExpectHolds({170.0f, 180.0f, 150.0f}, {KIROHoldTimeOff, KIROHoldTimeOff, KIROHoldTimeOff});
-    EXPECT_EQ(Output().scState, Changed);
-    EXPECT_EQ(HoldAfter(120.0f), KIROHoldTimeOn);
-    EXPECT_EQ(Output().scState, Changed);
+    EXPECT_EQ(Holds({170.0f, 180.0f, 150.0f}), "---");
+    EXPECT_EQ(State(), 'c');
+    EXPECT_EQ(Holds({120.0f}), "h");
+    EXPECT_EQ(State(), 'c');
 }
 
 TEST_F(SceneChange, MissingTriggerFreezesTheStates)
@@ -358,16 +346,16 @@ TEST_F(SceneChange, MissingTriggerFreezesTheStates)
                                      DataBankType{BankIDTriggers, -1}})
         {
             *pBank = invalid;
-            EXPECT_EQ(Frame(150.0f), Monitor);
+            EXPECT_EQ(Frame(150.0f), 'm');
         }
         *pBank = intact;
     }
     EXPECT_TRUE(m_log.Has(LevelError, "KIROSCND ID:SCD Failed to get HoldTime triggers"));
-    EXPECT_EQ(Frame(150.0f), Changed);
+    EXPECT_EQ(Frame(150.0f), 'c');
     // Nor does a rebase without its input touch them.
     rTuned.SCDetectionConfig.inputDataConfig.inputDataSource.bankID = BankIDMax;
     m_pManager->Rebase(ID);
-    EXPECT_EQ(Output().scState, Changed);
+    EXPECT_EQ(State(), 'c');
 }
 
 TEST_F(SceneChange, RunsAndAnswersByPriorityAndID)
@@ -376,8 +364,8 @@ TEST_F(SceneChange, RunsAndAnswersByPriorityAndID)
     Frame(150.0f);
     m_pManager->RunSCDetectors(EndOfFrame, TRUE);
     m_pManager->RunSCDetectors(MeteringStart, TRUE);
-    EXPECT_EQ(Frame(150.0f), Changed);
-    EXPECT_EQ(Output(ID + 1).scState, Monitor);
+    EXPECT_EQ(Frame(150.0f), 'c');
+    EXPECT_EQ(State(ID + 1), 'm');
 
     KIROSCDOutput untouched{nullptr, KIROSCDStateMax, KIROHoldTimeMax};
     EXPECT_EQ(m_pManager->GetSCDOutput(ID + 7, untouched), FALSE);
@@ -387,12 +375,12 @@ TEST_F(SceneChange, RunsAndAnswersByPriorityAndID)
     // Of two with one ID the last one answers; a live edit starts all anew.
     auto* pTuning             = tuningaccess::Get_kiroscenechangedetector(m_context.m_tuningData);
     pTuning->scdBank[1].SCDId = ID;
-    EXPECT_EQ(Output().scState, Monitor);
+    EXPECT_EQ(State(), 'm');
     pTuning->scdBank[1].SCDId = ID + 1;
-    EXPECT_EQ(Output().scState, Changed);
+    EXPECT_EQ(State(), 'c');
     ++pTuning->SymbolTableID;
     m_pManager->RunSCDetectors(MeteringStart, TRUE);
-    EXPECT_EQ(Output().scState, Monitor);
+    EXPECT_EQ(State(), 'm');
 
     m_context.SetTuning(TestTuning());
     m_pManager->RunSCDetectors(ConvergenceStart, TRUE);
