@@ -1,0 +1,3 @@
+set(EXTENSION_SYNC_TESTS
+    camsync_test.cpp
+)
