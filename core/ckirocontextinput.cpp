@@ -8,6 +8,7 @@
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
 #include "core/base/tuningaccess.h"
+#include "core/extension/ckirocamsync.h"
 #include "interface/ckiroctrlcorecommon.h"
 
 namespace
@@ -397,6 +398,8 @@ KiroResult CKIROContextManager::SetCameraInfo(const VOID* pParam, const CHAR* pN
     m_bResetFrameSkip         = (rNew.algoRole != m_setInputData.cameraInfo.algoRole) ? TRUE : FALSE;
     m_setInputData.cameraInfo = rNew;
     STATS_LOG_TRACE("%s - Role:%d CamID:%d", pName, rNew.algoRole, rNew.cameraId);
+    // A role without tuning is a setting all the same.
+    (VOID) m_pCamSync->SetStatsCameraInfo(&m_setInputData.cameraInfo);
     return 0;
 }
 
@@ -451,6 +454,7 @@ KiroResult CKIROContextManager::SetPeerInfo(const VOID* pParam, const CHAR*)
     if (CKIROCtrlCoreCommon::MapMultiCamPeerInfo(&rPeers, m_setInputData.cameraInfo, m_tuningData, pPeerInfo) == TRUE)
     {
         m_setInputData.pPeerInfo = pPeerInfo;
+        m_pCamSync->setPeerInfo(pPeerInfo);
     }
     return 0;
 }
@@ -459,6 +463,7 @@ KiroResult CKIROContextManager::SetDualcamCalibrationInfo(const VOID* pParam, co
 {
     m_setInputData.DCCalibrationInfo = As<AECAlgoDCCalibrationInfo>(pParam);
     STATS_LOG_TRACE("%s - %d", pName, m_setInputData.DCCalibrationInfo.version);
+    (VOID) m_pCamSync->UpdateDCCalibrationInfo(&m_setInputData.DCCalibrationInfo);
     return 0;
 }
 

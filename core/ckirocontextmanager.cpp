@@ -5,6 +5,7 @@
 #include "core/base/kirolog.h"
 #include "core/base/tuningaccess.h"
 #include "core/ckiroscenechangedetector.h"
+#include "core/extension/ckirocamsync.h"
 #include "schema/kirohdrsensor.h"
 
 namespace
@@ -51,15 +52,22 @@ constexpr UINT32 SelectorNeverSeen = 0xFFFFFFFF;
 }  // namespace
 
 IKIROContextManager::IKIROContextManager()
-    : m_pHistory(TavoNew<CKIROHistory>()), m_pBankManager(TavoNew<CKIROBankManager>()), m_arbitrationRange{},
-      m_pStatsProcessor(nullptr), m_bResetFrameSkip(FALSE), m_pPFHistory(nullptr), m_bIsHybridHDR(FALSE),
-      m_seamlessRID(0), m_bIsLongADRC(FALSE), m_tuningData{}, m_contextStatus(0),
-      m_convergenceCount(0), m_exposureRange{}
+    : m_pHistory(TavoNew<CKIROHistory>()), m_pBankManager(TavoNew<CKIROBankManager>()),
+      m_pCamSync(TavoNew<CKIROCamsync>(*this)), m_arbitrationRange{}, m_pStatsProcessor(nullptr),
+      m_bResetFrameSkip(FALSE), m_pPFHistory(nullptr), m_bIsHybridHDR(FALSE), m_seamlessRID(0),
+      m_bIsLongADRC(FALSE), m_tuningData{}, m_contextStatus(0), m_convergenceCount(0), m_exposureRange{}
 {
-    if (m_pHistory == nullptr || m_pBankManager == nullptr)
+    if (m_pHistory == nullptr || m_pBankManager == nullptr || m_pCamSync == nullptr)
     {
         throw std::bad_alloc();
     }
+}
+
+IKIROContextManager::~IKIROContextManager()
+{
+    m_pHistory.reset();
+    m_pBankManager.reset();
+    m_pCamSync.reset();
 }
 
 CKIROContextManager::CKIROContextManager(IKIRODebugData& rDebugData)

@@ -1,5 +1,5 @@
 /// @file
-/// What modules see of the context: host settings, context events, history and banks.
+/// What modules see of the context: host settings, context events, history, banks and the sync with other cameras.
 #pragma once
 
 #include "core/base/ckirobankmanager.h"
@@ -9,13 +9,14 @@
 #include "interface/kirosetinput.h"
 #include "interface/statstuningdata.h"
 
+class CKIROCamsync;
 class CKIROStatsProcessor;
 class IKIRODebugData;
 
 class IKIROContextManager
 {
 public:
-    /// Allocates history and banks.
+    /// Allocates history, banks and sync, in this order.
     IKIROContextManager();
     IKIROContextManager(const IKIROContextManager&)            = delete;
     IKIROContextManager& operator=(const IKIROContextManager&) = delete;
@@ -44,6 +45,7 @@ public:
 
     TavoPtr<CKIROHistory>      m_pHistory;
     TavoPtr<CKIROBankManager>  m_pBankManager;
+    TavoPtr<CKIROCamsync>      m_pCamSync;
     KIROExposureRange          m_arbitrationRange;  ///< zeroed at each start of frame
     CKIROStatsProcessor*       m_pStatsProcessor;   ///< stored by the stats processor, not owned
     BOOL                       m_bResetFrameSkip;   ///< the last setInput asks the host to restart its frame skipping
@@ -57,5 +59,6 @@ public:
     KIROExposureRange          m_exposureRange;
 
 protected:
-    ~IKIROContextManager() = default;
+    /// Frees history, banks and sync, in this order.
+    ~IKIROContextManager();
 };

@@ -14,37 +14,37 @@ struct KIROExtFlagsMonitorOutput
     BOOL bZLLEnforced;
 };
 
+/// How the luma histogram is to be stretched.
 struct AECYHistStretchData
 {
     BOOL  enable;
     FLOAT clamp;
-    FLOAT scaling;
+    FLOAT scaling;  ///< at least 1.0, which leaves the histogram as it is
 };
 
-enum InSensorHDR3ExpTriggeResult : INT32
+constexpr UINT32 InSensorHDR3ExpFlagCount = 3;
+
+/// Which of the tuned scenes ask for three exposures.
+struct InSensorHDR3ExpTriggeResult
 {
-    InSensorHDR3ExpTriggerOff = 0,
-    InSensorHDR3ExpTriggerOn  = 1
+    BOOL flags[InSensorHDR3ExpFlagCount];
 };
 
 struct CDFSet
 {
     FLOAT resultCDF0;
-    FLOAT resultCDF1;
-    FLOAT resultCDF2;
-    FLOAT resultCDF3;
-    FLOAT resultCDF4;
     FLOAT resultCDF5;
-    FLOAT realDRCGain;
-    FLOAT ambientRaw;
-    FLOAT faceLuma;
 };
 
+/// What the decision rests on; zeros where the tuning does not measure it.
 struct InSensorHDR3ExpTriggerInfo
 {
     BOOL                        isTriggerInfoValid;
     InSensorHDR3ExpTriggeResult finalTriggerResult;
     CDFSet                      calculatedCDF;
+    FLOAT                       realDRCGain;
+    FLOAT                       ambientRaw;
+    FLOAT                       faceLuma;
 };
 
 struct KIROExt3HDRMonitorOutput

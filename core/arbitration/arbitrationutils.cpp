@@ -5,6 +5,8 @@
 
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
+#include "core/base/tuningaccess.h"
+#include "schema/kirosync.h"
 
 using exposurearithmetic::Epsilon;
 using exposurearithmetic::SaturateToUINT64;
@@ -360,6 +362,18 @@ KiroResult UtilMatchEV(INT32 ev, kiroarbitration::EVOffsetType evType)
         STATS_LOG_ERROR("error: unknown EV type %d", evType);
         return ResultFailed;
     }
+}
+
+KiroResult UtilSyncUpExposureTime(AECAlgoExposureType expType, StatsTuningData* pTuningData,
+                                  const AECMultiCamInfo* pPeerInfo, FLOAT* pOutTime)
+{
+    const auto* pTuning = tuningaccess::Get_kirosync(*pTuningData);
+    if (pTuning == nullptr || pPeerInfo == nullptr)
+    {
+        return ResultFailed;
+    }
+    *pOutTime = static_cast<FLOAT>(pPeerInfo->exposureInfo.exposureTime[expType]);
+    return (pTuning->expSyncConfig.enableExposureTimeMatch == TRUE && *pOutTime > 0.0f) ? 0 : ResultFailed;
 }
 
 const CHAR* TextOrEmpty(const CHAR* pText)

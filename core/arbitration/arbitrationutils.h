@@ -3,6 +3,8 @@
 #pragma once
 
 #include "interface/kiroframe.h"
+#include "interface/kiromulticam.h"
+#include "interface/statstuningdata.h"
 #include "schema/kiroarbitration.h"
 #include "schema/kirodbarbitrationlut.h"
 #include "schema/kirodbarbitrationrange.h"
@@ -28,6 +30,12 @@ KiroResult UtilMakeTableExposureFit(KIROExposureSetType* pExp, const KIROExposur
 
 /// @return 0 when an EV value is of the wanted sign, 10 when not, 1 for an unknown sign
 KiroResult UtilMatchEV(INT32 ev, kiroarbitration::EVOffsetType evType);
+
+/// Takes the exposure time of a master.
+/// @param pOutTime receives the time in ns; untouched without tuning or peer
+/// @return 0, or 1 when the time is not to be matched
+KiroResult UtilSyncUpExposureTime(AECAlgoExposureType expType, StatsTuningData* pTuningData,
+                                  const AECMultiCamInfo* pPeerInfo, FLOAT* pOutTime);
 
 /// @return pText, or an empty text for null
 const CHAR* TextOrEmpty(const CHAR* pText);

@@ -7,6 +7,7 @@
 #include "core/arbitration/ckiromodarbitration.h"
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
+#include "core/extension/ckirocamsync.h"
 
 using exposurearithmetic::Epsilon;
 using exposurearithmetic::SaturateToUINT64;
@@ -16,8 +17,9 @@ using namespace kirodbarbitrationrange;
 namespace
 {
 
-constexpr KiroResult ResultFailed   = 1;
-constexpr KiroResult ResultNotFound = 6;
+constexpr KiroResult ResultFailed       = 1;
+constexpr KiroResult ResultNotFollowing = 3;
+constexpr KiroResult ResultNotFound     = 6;
 
 /// Data ID of the time range that precision flash rewrites.
 constexpr INT32 PrecisionFlashRangeID = 17;
@@ -121,7 +123,7 @@ KiroResult CKIROArbitration::AdjustSpecialRange(RangeType* pAdj, const CHAR* pDe
     }
     if (control == ArbCtrlMasterTime)
     {
-        return ApplyCoreRangeAECSync();
+        return ApplyCoreRangeAECSync(pAdj);
     }
     if (control == ArbCtrlSHDRTimeRange)
     {
@@ -369,11 +371,27 @@ KiroResult CKIROArbitration::ApplyPrecisionFlashRange(RangeType* pAdj) const
     return (pAdj->start.val > pAdj->end.val) ? ResultFailed : 0;
 }
 
-/// Without a peer there is no master whose time could be taken.
-KiroResult CKIROArbitration::ApplyCoreRangeAECSync() const
+KiroResult CKIROArbitration::ApplyCoreRangeAECSync(RangeType* pAdj) const
 {
-    STATS_LOG_ERROR("no peer info");
-    return ResultNotFound;
+    const CKIROCamsync&    rCamSync  = *m_rContextManager.m_pCamSync;
+    const AECMultiCamInfo* pPeerInfo = rCamSync.getPeerInfo();
+    if (pPeerInfo == nullptr)
+    {
+        STATS_LOG_ERROR("no peer info");
+        return ResultNotFound;
+    }
+    if (rCamSync.getExposureType() != kirosync::AECAlgoExposureFollow)
+    {
+        STATS_LOG_ERROR("not in follow mode");
+        return ResultNotFollowing;
+    }
+    const KiroResult result = UtilSyncUpExposureTime(m_pIn->expType, m_pTuningData, pPeerInfo, &pAdj->start.val);
+    pAdj->end.val           = pAdj->start.val;
+    if (result == 0)
+    {
+        STATS_LOG_TRACE("syncing with master exposure time: %f", pAdj->start.val);
+    }
+    return result;
 }
 
 KiroResult CKIROArbitration::ApplyCoreRangeSHDRTime(RangeType* pAdj) const

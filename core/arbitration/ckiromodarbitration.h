@@ -48,7 +48,7 @@ private:
     VOID       CompensateRange(const KIROExposureRange* pOld, KIROExposureRange* pNew,
                                kirodbarbitrationrange::ArbExposureQuantity quantity) const;
     KiroResult ApplyPrecisionFlashRange(RangeType* pAdj) const;
-    KiroResult ApplyCoreRangeAECSync() const;
+    KiroResult ApplyCoreRangeAECSync(RangeType* pAdj) const;
     KiroResult ApplyCoreRangeSHDRTime(RangeType* pAdj) const;
 
     // Tables.

@@ -125,6 +125,11 @@ public:
         return m_pElements[index];
     }
 
+    const T& operator[](UINT32 index) const
+    {
+        return m_pElements[index];
+    }
+
     T* begin()
     {
         return m_pElements;

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "core/extension/ckirocamsync.h"
 #include "interface/ckiroctrlcorecommon.h"
 #include "parameters/tuningsetmanager.h"
 #include "schema/kiroev.h"
@@ -361,6 +362,22 @@ TEST_F(ContextManager, HybridHDRFollowsTheTuning)
     EXPECT_EQ(m_context.GetContextEvent(AECHybridHDR), FALSE);
 }
 
+TEST_F(ContextManager, SyncLearnsRoleAndCalibration)
+{
+    EXPECT_EQ(Set(AECAlgoSetParamCameraInfo, StatsCameraInfo{StatsAlgoRoleSlave, 2}), 0)
+        << "without sync tuning as well";
+    EXPECT_EQ(m_context.GetContextEvent(AECSlaveRole), TRUE);
+    EXPECT_EQ(Set(AECAlgoSetParamCameraInfo, StatsCameraInfo{StatsAlgoRoleMaster, 2}), 0);
+    EXPECT_EQ(m_context.GetContextEvent(AECSlaveRole), FALSE);
+
+    AECAlgoDCCalibrationInfo calibration{};
+    calibration.version    = 1;
+    calibration.u.absolute = {1.0f, 60, 30, 5000};
+    EXPECT_EQ(Set(AECAlgoSetParamDualcamCalibrationInfo, calibration), 0);
+    EXPECT_EQ(m_context.m_pCamSync->getDCCalibrationInfo().OTPStatus, AECAlgoDualcamOTPSet);
+    EXPECT_FLOAT_EQ(m_context.m_pCamSync->getDCCalibrationInfo().OTPExpCompMultiplier, 0.5f);
+}
+
 TEST_F(ContextManager, MasterServesTheMappedSlaveAndSlavesFollowTheMaster)
 {
     INT32              infos[4] = {};
@@ -411,6 +428,7 @@ TEST_F(ContextManager, MasterServesTheMappedSlaveAndSlavesFollowTheMaster)
     peers.needSync = FALSE;
     EXPECT_EQ(Set(AECAlgoSetParamPeerInfo, peers), 0);
     EXPECT_EQ(Input().pPeerInfo, &infos[2]);
+    EXPECT_EQ(static_cast<const VOID*>(m_context.m_pCamSync->getPeerInfo()), &infos[2]);
     EXPECT_EQ(map(StatsAlgoRoleMaster, 1), FALSE);
 }
 

@@ -1,5 +1,6 @@
 // Ranges: how bounds follow from a tuning, and the controls with rules of their own.
 
+#include "core/extension/ckirocamsync.h"
 #include "tests/core/arbitration/arbitrationfixture.h"
 
 using namespace kirodbarbitrationrange;
@@ -129,6 +130,31 @@ TEST_F(RangeTest, CompensationMovesTheOtherQuantity)
     ExpectRange(4.0f, 8.0f, 50 * Microsecond, 66 * Millisecond);
     EXPECT_EQ(RunRange(ArbQuantityGain, Absolute(1.0f), Absolute(4.0f)), 0);
     ExpectRange(1.0f, 4.0f, 100 * Microsecond, 100 * Millisecond);
+}
+
+TEST_F(RangeTest, FollowerTakesTheTimeOfItsMaster)
+{
+    kirosync::KIROSyncType tuning{};
+    tuning.masterAndSlaveConfig.slave.exposureType = kirosync::AECAlgoExposureFollow;
+    const auto run                                 = [&](BOOL bMatch)
+    {
+        tuning.expSyncConfig.enableExposureTimeMatch = bMatch;
+        m_context.SetTuning(TestTuning().Add(tuning));
+        SetBank(BankIDArbitrationRange, &m_range);
+        return RunRange(ArbQuantityTime, Absolute(1e6f), Absolute(2e6f), ArbCtrlMasterTime);
+    };
+    AECMultiCamInfo peer{};
+    peer.exposureInfo.exposureTime[AECAlgoExposureSafe] = 12 * Millisecond;
+    EXPECT_EQ(run(TRUE), 6) << "no master";
+    m_context.m_pCamSync->setPeerInfo(&peer);
+    EXPECT_EQ(run(TRUE), 3) << "not following";
+    StatsCameraInfo info{StatsAlgoRoleSlave, 1};
+    m_context.m_pCamSync->SetStatsCameraInfo(&info);
+    EXPECT_EQ(run(TRUE), 0);
+    ExpectRange(1.0f, 16.0f, 12 * Millisecond, 12 * Millisecond);
+    EXPECT_EQ(run(FALSE), 1) << "not tuned";
+    peer.exposureInfo.exposureTime[AECAlgoExposureSafe] = 0;
+    EXPECT_EQ(run(TRUE), 1) << "a master without a frame";
 }
 
 TEST_F(RangeTest, StaggeredTimeGrowsWithWhatLongLeaves)

@@ -1,0 +1,11 @@
+set(EXTENSION_SYNC_SOURCES
+    core/extension/ckirocamsync.cpp
+    core/extension/ckirocamsyncfollow.cpp
+    core/extension/ckirocamsyncmixing.cpp
+    core/extension/ckiroextension3hdr.cpp
+    core/extension/ckiroextensionbracket.cpp
+    core/extension/ckiroextensionhiststretch.cpp
+    core/extension/ckiroextensionmonitor.cpp
+    core/extension/ckirogeneralizedmonitor.cpp
+    core/extension/ckiromodextension.cpp
+)

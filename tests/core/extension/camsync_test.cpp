@@ -1,0 +1,300 @@
+// Two cameras of a group: roles, calibration, mixed targets and followed exposures, by hand-worked numbers.
+
+#include "core/extension/ckirocamsync.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
+
+#include "tests/support/statslogcapture.h"
+#include "tests/support/testcontext.h"
+
+namespace
+{
+
+using namespace kirosync;
+using Exposures = std::array<UINT64, 3>;  // short, long, safe
+
+constexpr UINT32 LevelError = 2;
+
+constexpr FLOAT Dim    = 50.0f;   // lux index of the factor 2
+constexpr FLOAT Bright = 250.0f;  // lux index of the factor 4
+constexpr INT32 Warm   = 3000;    // CCT of the factor 0.5
+
+class Camsync : public testing::Test
+{
+protected:
+    Camsync()
+    {
+        m_tuning.masterAndSlaveConfig = {{AECAlgoMeteringMixStatic, AECAlgoExposureIndependent},
+                                         {AECAlgoMeteringMixDynamic, AECAlgoExposureFollow}};
+
+        m_tuning.mtrMixConfig.staticMixingConfig  = {0.25f};
+        m_tuning.mtrMixConfig.dynamicMixingConfig = {2, 0, m_weights, 1, 0, m_mixFactor};
+        m_tuning.expSyncConfig.globalExpComp      = {FALSE, FALSE, 2, 0, m_factors};
+        m_tuning.expSyncConfig.cctBasedExpComp    = {FALSE, 2, 0, m_colourFactors};
+        m_peer.exposureInfo                       = {{10, 20, 30}, {100, 200, 300}, {1000, 2000, 3000}, {}};
+        m_peer.CCT                                = Warm;
+        m_context.SetTrigger(TriggerCtrlLux, Dim);
+        Load();
+    }
+
+    VOID Load()
+    {
+        m_context.SetTuning(TestTuning().Add(m_tuning));
+    }
+
+    CKIROCamsync& Sync()
+    {
+        return *m_context.m_pCamSync;
+    }
+
+    KiroResult SetRole(StatsAlgoRole role)
+    {
+        StatsCameraInfo info{role, 7};
+        return Sync().SetStatsCameraInfo(&info);
+    }
+
+    VOID ExpectTypes(AECMtrConfigType metering, AECExpConfigType exposure)
+    {
+        EXPECT_EQ(Sync().getMeteringType(), metering);
+        EXPECT_EQ(Sync().getExposureType(), exposure);
+    }
+
+    VOID SetPeerTargets(const Exposures& rTargets)
+    {
+        std::copy(rTargets.begin(), rTargets.end(), m_peer.meteringInfo.targetExposure);
+        Sync().setPeerInfo(&m_peer);
+    }
+
+    VOID ExpectMixed(const Exposures& rTargets, const Exposures& rMixed)
+    {
+        KIROMeteringOutput output{};
+        std::copy(rTargets.begin(), rTargets.end(), output.exposures);
+        Sync().CalculateMixedTargetExposure(output);
+        for (size_t type = 0; type < rMixed.size(); ++type)
+        {
+            EXPECT_NEAR(static_cast<DOUBLE>(output.exposures[type]), static_cast<DOUBLE>(rMixed[type]), 1.0) << type;
+        }
+    }
+
+    KIROConvergenceOutput Follow(BOOL bGlobal, BOOL bColour)
+    {
+        m_tuning.expSyncConfig.globalExpComp.enable   = bGlobal;
+        m_tuning.expSyncConfig.cctBasedExpComp.enable = bColour;
+        Load();
+        KIROConvergenceOutput output{};
+        Sync().ComputeTargetExposureInFollowMode(output);
+        return output;
+    }
+
+    VOID ExpectFollowed(BOOL bGlobal, BOOL bColour, UINT64 shortExp)
+    {
+        const KIROConvergenceOutput output = Follow(bGlobal, bColour);
+        for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
+        {
+            EXPECT_EQ(output.exposures[type], shortExp * (type + 1)) << "global " << bGlobal << " colour " << bColour;
+        }
+    }
+
+    static AECAlgoDCCalibrationInfo Relative(FLOAT ratio, FLOAT slaveGain)
+    {
+        AECAlgoDCCalibrationInfo info{};
+        info.u.relative = {ratio, slaveGain, 10.0f, 2.0f, 5.0f, 5000};
+        return info;
+    }
+
+    static AECAlgoDCCalibrationInfo Absolute(FLOAT gain, UINT16 luma)
+    {
+        AECAlgoDCCalibrationInfo info{};
+        info.version    = 1;
+        info.u.absolute = {gain, luma, 30, 5000};
+        return info;
+    }
+
+    StatsLogCapture         m_log;
+    TestContext             m_context;
+    KIROSyncType            m_tuning{};
+    AECMultiCamInfo         m_peer{};
+    aecTriggerDataFloatType m_factors[2]       = {{{0.0f, 100.0f}, 2.0f}, {{200.0f, 300.0f}, 4.0f}};
+    aecTriggerDataFloatType m_colourFactors[2] = {{{0.0f, 4000.0f}, 0.5f}, {{5000.0f, 9000.0f}, 1.0f}};
+    aecTriggerDataFloatType m_weights[2]       = {{{0.0f, 0.1f}, 0.0f}, {{1.1f, 2.0f}, 1.0f}};
+    aecTriggerDataFloatType m_mixFactor[1]     = {{{0.0f, 1.0f}, 3.0f}};
+};
+
+TEST_F(Camsync, RoleSelectsHowTheCameraMetersAndExposes)
+{
+    EXPECT_EQ(SetRole(StatsAlgoRoleSlave), 0);
+    ExpectTypes(AECAlgoMeteringMixDynamic, AECAlgoExposureFollow);
+    EXPECT_EQ(m_context.GetContextEvent(AECSlaveRole), TRUE);
+    EXPECT_TRUE(m_log.Has(32, "CID: 7, Role changed to 2, from 0"));
+    EXPECT_EQ(SetRole(StatsAlgoRoleMaster), 0);
+    ExpectTypes(AECAlgoMeteringMixStatic, AECAlgoExposureIndependent);
+    EXPECT_EQ(m_context.GetContextEvent(AECSlaveRole), FALSE);
+    m_tuning.masterAndSlaveConfig.master.exposureType = AECAlgoExposureFollow;
+    Load();
+    EXPECT_EQ(SetRole(StatsAlgoRoleMaster), 0);
+    ExpectTypes(AECAlgoMeteringMixStatic, AECAlgoExposureIndependent);  // only a new role looks at the tuning
+
+    m_context.SetTuning(TestTuning());
+    EXPECT_EQ(SetRole(StatsAlgoRoleSlave), 1);
+    ExpectTypes(AECAlgoMeteringMixStatic, AECAlgoExposureIndependent);
+    EXPECT_EQ(m_context.GetContextEvent(AECSlaveRole), TRUE) << "the role holds all the same";
+    Load();
+    EXPECT_EQ(SetRole(StatsAlgoRoleDefault), 0);
+    ExpectTypes(AECAlgoMeteringIndependent, AECAlgoExposureIndependent);
+}
+
+TEST_F(Camsync, FactoryCalibrationIsTakenOnceAndNeverFromZeros)
+{
+    const auto update = [this](const AECAlgoDCCalibrationInfo& rInfo)
+    { EXPECT_EQ(Sync().UpdateDCCalibrationInfo(&rInfo), 0); };
+    const AECDualcamCalibrationInfo& rTaken = Sync().getDCCalibrationInfo();
+
+    update(Relative(0.0f, 4.0f));
+    EXPECT_TRUE(m_log.Has(LevelError, "Incorrect relative OTP data"));
+    update(Relative(NAN, 4.0f));
+    update(Absolute(2.0f, 0));
+    EXPECT_TRUE(m_log.Has(LevelError, "Incorrect absolute OTP data"));
+    EXPECT_EQ(rTaken.OTPStatus, AECAlgoDualcamOTPInvalid);
+    update(Relative(2.0f, 4.0f));
+    EXPECT_EQ(rTaken.OTPStatus, AECAlgoDualcamOTPSet);
+    EXPECT_FLOAT_EQ(rTaken.OTPExpCompMultiplier, 2.0f);
+    EXPECT_EQ(rTaken.bAbsoluteOTPFormat, FALSE);
+    update(Absolute(2.0f, 20));
+    EXPECT_FLOAT_EQ(rTaken.OTPExpCompMultiplier, 2.0f);
+
+    TestContext                    other;
+    const AECAlgoDCCalibrationInfo absolute = Absolute(2.0f, 20);
+    other.m_pCamSync->UpdateDCCalibrationInfo(&absolute);
+    EXPECT_FLOAT_EQ(other.m_pCamSync->getDCCalibrationInfo().OTPExpCompMultiplier, 3.0f);
+    EXPECT_EQ(other.m_pCamSync->getDCCalibrationInfo().bAbsoluteOTPFormat, TRUE);
+}
+
+TEST_F(Camsync, MasterMixesByAFixedWeight)
+{
+    SetRole(StatsAlgoRoleMaster);
+    ExpectMixed({100, 400, 200}, {100, 400, 200});  // no peer
+    SetPeerTargets({200, 0, 400});
+    ExpectMixed({100, 400, 200}, {125, 300, 250});
+
+    m_tuning.masterAndSlaveConfig.slave.meteirngType = AECAlgoMeteringMixStatic;
+    Load();
+    SetRole(StatsAlgoRoleSlave);
+    ExpectMixed({100, 400, 200}, {100, 400, 200});
+    EXPECT_TRUE(m_log.Has(LevelError, "Static metering mix can only be used for master mode. Current mode: 2"));
+    SetRole(StatsAlgoRoleDefault);
+    ExpectMixed({100, 400, 200}, {100, 400, 200});
+}
+
+TEST_F(Camsync, SlaveMixesByHowFarTheTargetsAreApart)
+{
+    SetRole(StatsAlgoRoleSlave);
+    SetPeerTargets({1000, 2000, 333000});
+    ExpectMixed({30000, 60000, 999000}, {30000, 60000, 999000});    // the same
+    ExpectMixed({30000, 60000, 1598400}, {16500, 33000, 1298700});  // 0.6 apart: halfway
+    SetPeerTargets({0, 0, 0});
+    ExpectMixed({30000, 60000, 1598400}, {0, 0, 0});
+
+    // The lux index is the peer's, if tuned so and there is one.
+    m_mixFactor[0]         = {{0.0f, 100.0f}, 3.0f};
+    m_tuning.luxSyncConfig = UseMaster;
+    Load();
+    SetPeerTargets({1000, 2000, 333000});
+    ExpectMixed({30000, 60000, 1598400}, {16500, 33000, 1298700});
+
+    m_tuning.masterAndSlaveConfig.master.meteirngType = AECAlgoMeteringMixDynamic;
+    Load();
+    SetRole(StatsAlgoRoleMaster);
+    ExpectMixed({1, 2, 3}, {1, 2, 3});
+    EXPECT_TRUE(m_log.Has(LevelError, "Dynamic metering mix can only be used for slave mode. Current mode: 1"));
+}
+
+TEST_F(Camsync, FollowerTakesTheExposureThatGoesWithItsFactors)
+{
+    SetRole(StatsAlgoRoleSlave);
+    EXPECT_EQ(Follow(FALSE, FALSE).compensationADRC, 0.0f) << "no peer";
+    Sync().setPeerInfo(&m_peer);
+    ExpectFollowed(FALSE, FALSE, 10);
+    ExpectFollowed(FALSE, TRUE, 5);
+    ExpectFollowed(TRUE, FALSE, 200);
+    ExpectFollowed(TRUE, TRUE, 1000);
+
+    m_context.SetTrigger(TriggerCtrlLux, Bright);
+    ExpectFollowed(TRUE, FALSE, 400);
+    m_peer.meteringInfo.luxIndex = Dim;
+    m_tuning.luxSyncConfig       = UseMaster;
+    ExpectFollowed(TRUE, FALSE, 200);
+
+    const AECAlgoDCCalibrationInfo calibration = Absolute(1.0f, 10);
+    Sync().UpdateDCCalibrationInfo(&calibration);
+    ExpectFollowed(TRUE, FALSE, 300);
+    m_tuning.expSyncConfig.globalExpComp.useTuning = TRUE;
+    ExpectFollowed(TRUE, FALSE, 200);
+}
+
+TEST_F(Camsync, FollowerTakesCompensationsAndSettleFlags)
+{
+    Sync().setPeerInfo(&m_peer);
+    m_peer.exposureInfo            = {{10, 60, 30}, {}, {}, {}};
+    m_peer.bSettle                 = TRUE;
+    KIROConvergenceOutput followed = Follow(FALSE, FALSE);
+    EXPECT_FLOAT_EQ(followed.compensationADRC, 3.0f);
+    EXPECT_FLOAT_EQ(followed.compensationDarkBoost, 2.0f);
+    EXPECT_EQ(followed.bSettle, TRUE);
+    EXPECT_EQ(followed.bBrightnessSettle, FALSE);
+
+    // Values that no exposure can have.
+    m_peer.exposureInfo = {{-5.0f, INFINITY, NAN}, {}, {}, {}};
+    followed            = Follow(FALSE, FALSE);
+    EXPECT_EQ(followed.exposures[AECAlgoExposureShort], 0u);
+    EXPECT_EQ(followed.exposures[AECAlgoExposureLong], UINT64_MAX);
+    EXPECT_EQ(followed.exposures[AECAlgoExposureSafe], 0u);
+}
+
+TEST_F(Camsync, MasterPublishesWithoutItsFactorsAndTheFollowerPutsItsOwn)
+{
+    m_tuning.expSyncConfig.globalExpComp.enable   = TRUE;
+    m_tuning.expSyncConfig.cctBasedExpComp.enable = TRUE;
+    Load();
+    TestContext master;
+    master.SetTuning(TestTuning().Add(m_tuning));
+    master.SetTrigger(TriggerCtrlLux, Bright);
+    master.m_input.AWBState.CCT = 6000;
+    master.m_pHistory->SaveCurrentFrameID(42);
+    StatsCameraInfo info{StatsAlgoRoleMaster, 3};
+    master.m_pCamSync->SetStatsCameraInfo(&info);
+
+    const KIROMeteringOutput    metering{{}, {11, 22, 33}, FALSE};
+    const KIROConvergenceOutput convergence{};
+    KIROArbitrationOutput       arbitrated[3]{};
+    for (UINT32 type = 0; type < 3; ++type)
+    {
+        arbitrated[type].exposureSet.exposure = 4000 * (type + 1);
+        arbitrated[type].exposureSet.time     = 1000 + type;
+    }
+    master.m_pCamSync->PopulateMultiCamInfo(metering, convergence, arbitrated);
+    const auto* pInfo = static_cast<const AECMultiCamInfo*>(*master.m_pCamSync->getMyOwnInfoPtrAddr());
+    EXPECT_EQ(pInfo->cameraID, 3u);
+    EXPECT_EQ(pInfo->algoRole, StatsAlgoRoleMaster);
+    EXPECT_EQ(pInfo->statsFrameId, 42u);
+    EXPECT_EQ(pInfo->CCT, 6000);
+    EXPECT_EQ(pInfo->meteringInfo.luxIndex, Bright);
+    EXPECT_EQ(pInfo->meteringInfo.targetExposure[AECAlgoExposureSafe], 33u);
+    EXPECT_EQ(pInfo->exposureInfo.exposureTime[AECAlgoExposureLong], 1001u);
+    EXPECT_FLOAT_EQ(pInfo->exposureInfo.origExp[AECAlgoExposureLong], 8000.0f);
+    EXPECT_FLOAT_EQ(pInfo->exposureInfo.normExp[AECAlgoExposureLong], 2000.0f);
+
+    // Factors of 4 and 1 on the master, 2 and 1 on the follower.
+    Sync().setPeerInfo(const_cast<AECMultiCamInfo*>(pInfo));
+    ExpectFollowed(TRUE, TRUE, 2000);
+
+    master.m_pCamSync->PopulateMultiCamInfo(metering, convergence, nullptr);
+    master.SetTuning(TestTuning());
+    arbitrated[0].exposureSet.exposure = 1;
+    master.m_pCamSync->PopulateMultiCamInfo(metering, convergence, arbitrated);
+    EXPECT_FLOAT_EQ(pInfo->exposureInfo.origExp[AECAlgoExposureShort], 4000.0f);
+}
+
+}  // namespace

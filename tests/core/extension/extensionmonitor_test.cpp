@@ -1,0 +1,324 @@
+// Flags for capture decisions, histogram stretch, the HDR snapshot and the bracket lock, frame by frame.
+
+#include "core/extension/ckiroextensionmonitor.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+
+#include "tests/support/statslogcapture.h"
+#include "tests/support/testcontext.h"
+
+namespace
+{
+
+using namespace kiroextension;
+
+constexpr UINT32 LevelError = 2;
+constexpr INT32  SceneSlot  = 100;  // trigger that the monitors look at
+constexpr INT32  ClampID    = 40;
+constexpr INT32  ScaleID    = 41;
+
+class ExtensionMonitor : public testing::Test
+{
+protected:
+    ExtensionMonitor()
+    {
+        ExtensionFlagsMonitor& rFlags = m_tuning.flagMonitor;
+        rFlags.flashFlag              = {{200.0f, 300.0f}, {400.0f, 500.0f}, FALSE};
+        rFlags.LLSFlag                = {TRUE, {200.0f, 300.0f}};
+        rFlags.YHistStretch           = {TRUE, 0.75f, {BankIDSceneAnalyzer, ClampID}, {BankIDSceneAnalyzer, ScaleID}};
+        m_tuning.monitor3HDRSnapshot  = {TRUE, 3, {nullptr, 1, 0, m_scenes}};
+        m_tuning.monitorEVBracketLock = {TRUE, 20, {nullptr, 1, 0, m_scenes}};
+        m_in.pConvergenceOuts         = &m_convergence;
+        Load();
+    }
+
+    VOID Load()
+    {
+        m_context.SetTuning(TestTuning().Add(m_tuning));
+    }
+
+    const KIROExtensionOutput& Process()
+    {
+        EXPECT_EQ(m_monitor.Process(m_in, m_out), 0);
+        return m_out;
+    }
+
+    const KIROExtFlagsMonitorOutput& ProcessFlags(FLOAT luxIndex, AECAlgoLEDModeType mode)
+    {
+        m_context.SetTrigger(TriggerCtrlLux, luxIndex);
+        m_context.m_input.LEDMode = mode;
+        return Process().monitoredFlags;
+    }
+
+    VOID ExpectStretch(FLOAT clamp, FLOAT scaling, const CHAR* pMessage)
+    {
+        Process();
+        EXPECT_FLOAT_EQ(m_out.histStretchData.clamp, clamp) << pMessage;
+        EXPECT_FLOAT_EQ(m_out.histStretchData.scaling, scaling) << pMessage;
+    }
+
+    /// A frame of a bracketing session.
+    /// @return the Safe exposure, with metered targets of 1, 2 and 3 times target
+    UINT64 Bracket(UINT64 frameID, FLOAT ev, UINT64 target, BOOL bExpectLocked, BOOL bStatsValid = TRUE)
+    {
+        if (frameID > 0)
+        {
+            EXPECT_EQ(m_context.m_pHistory->SaveCurrentFrameID(frameID), 0);
+        }
+        m_context.SetTrigger(TriggerCtrlBracketEV, ev);
+        UINT64 exposures[] = {target, 2 * target, 3 * target};
+        EXPECT_EQ(m_monitor.GetBracketLockedExposure(exposures, bStatsValid), bExpectLocked) << "frame " << frameID;
+        EXPECT_EQ(exposures[AECAlgoExposureSafe], 3 * exposures[AECAlgoExposureShort]);
+        return exposures[AECAlgoExposureShort];
+    }
+
+    StatsLogCapture           m_log;
+    TestContext               m_context;
+    KIROExtensionType         m_tuning{};
+    TriggerSystemEndLevelType m_score[2]    = {{{0.0f, 0.0f}, 0.0f}, {{100.0f, 100.0f}, 100.0f}};
+    SceneCriterion            m_criteria[5] = {{{BankIDTriggers, SceneSlot}, OriginalData, 2, 0, m_score},
+                                               {{BankIDTriggers, SceneSlot + 1}, OriginalData, 2, 0, m_score},
+                                               {{BankIDTriggers, SceneSlot + 2}, OriginalData, 2, 0, m_score},
+                                               {{BankIDTriggers, SceneSlot + 3}, OriginalData, 2, 0, m_score},
+                                               {{BankIDTriggers, SceneSlot + 4}, OriginalData, 2, 0, m_score}};
+    MonitorSceneConfiguration m_scenes[4]   = {
+          {nullptr, 5, 0, m_criteria, 50.0f}, {nullptr, 0, 0, nullptr, 0.0f}, {}, {nullptr, 0, 0, nullptr, 1.0f}};
+    KIROConvergenceOutput m_convergence{};
+    KIROExtensionInput    m_in{};
+    KIROExtensionOutput   m_out{};
+    CKIROExtensionMonitor m_monitor{m_context};
+};
+
+TEST_F(ExtensionMonitor, FlashIsWantedInTheDarkAndAsTheUserSays)
+{
+    struct Step
+    {
+        FLOAT              luxIndex;
+        AECAlgoLEDModeType mode;
+        BOOL               bFlash;
+        BOOL               bLEDAF;
+        BOOL               bDelay;
+    };
+    const auto badMode = static_cast<AECAlgoLEDModeType>(9);
+    const Step steps[] = {
+        {300.0f, AECAlgoLEDModeAuto, 0, 0, 0}, {301.0f, AECAlgoLEDModeAuto, 1, 1, 0},
+        {200.0f, AECAlgoLEDModeAuto, 1, 1, 0}, {199.0f, AECAlgoLEDModeAuto, 0, 0, 0},
+        {250.0f, AECAlgoLEDModeOn, 1, 0, 0},   {501.0f, AECAlgoLEDModeOff, 0, 0, 1},
+        {450.0f, AECAlgoLEDModeOn, 1, 1, 1},   {100.0f, badMode, 1, 0, 0},
+    };
+    for (const Step& rStep : steps)
+    {
+        const KIROExtFlagsMonitorOutput& rFlags = ProcessFlags(rStep.luxIndex, rStep.mode);
+        EXPECT_EQ(rFlags.bFlashNeeded, rStep.bFlash) << rStep.luxIndex;
+        EXPECT_EQ(rFlags.bLEDAFNeeded, rStep.bLEDAF) << rStep.luxIndex;
+        EXPECT_EQ(rFlags.bFDFlashDelayNeeded, rStep.bDelay) << rStep.luxIndex;
+    }
+    EXPECT_TRUE(m_log.Has(4, "WARNING: Invalid/Bad LED Mode(9)!"));
+
+    m_context.m_input.opMode = AECAlgoOperationModePreflash;
+    EXPECT_EQ(ProcessFlags(600.0f, AECAlgoLEDModeAuto).bFlashNeeded, FALSE) << "frozen";
+    EXPECT_EQ(m_out.monitoredFlags.bFDFlashDelayNeeded, FALSE);
+
+    m_tuning.flagMonitor.flashFlag.enableForceAFInLEDOnMode = TRUE;
+    m_tuning.flagMonitor.ZLLFlag                            = {TRUE, TRUE};
+    Load();
+    EXPECT_EQ(ProcessFlags(100.0f, AECAlgoLEDModeOn).bLEDAFNeeded, TRUE);
+    EXPECT_EQ(ProcessFlags(100.0f, badMode).bLEDAFNeeded, TRUE);
+    EXPECT_EQ(m_out.monitoredFlags.bZLLEnabled + m_out.monitoredFlags.bZLLEnforced, 2);
+}
+
+TEST_F(ExtensionMonitor, LowLightSnapshotHasHysteresisAndNeedsAutoMode)
+{
+    const auto expect = [this](FLOAT luxIndex, BOOL bNeeded)
+    { EXPECT_EQ(ProcessFlags(luxIndex, AECAlgoLEDModeOff).bLLSNeeded, bNeeded) << luxIndex; };
+    expect(300.0f, FALSE);
+    expect(301.0f, TRUE);
+    expect(200.0f, TRUE);
+    m_context.m_input.manualSetting.manualMode = AECAlgoModeManualISO;
+    expect(400.0f, FALSE);
+    m_context.m_input.manualSetting.manualMode = AECAlgoModeAuto;
+    expect(250.0f, FALSE);
+    expect(400.0f, TRUE);
+    m_context.m_input.opMode = AECAlgoOperationModePreflash;
+    expect(400.0f, FALSE);
+    m_context.m_input.opMode               = AECAlgoOperationModeStreaming;
+    m_tuning.flagMonitor.LLSFlag.enableLLS = FALSE;
+    Load();
+    expect(400.0f, FALSE);
+}
+
+TEST_F(ExtensionMonitor, StretchMovesOnSettledFramesOnly)
+{
+    m_context.SetAnalyzerResult(ClampID, {8.0f, 0.0f});
+    m_context.SetAnalyzerResult(ScaleID, {5.0f, 0.0f});
+    ExpectStretch(0.0f, 1.0f, "not settled");
+    m_convergence.bSettle = TRUE;
+    ExpectStretch(2.0f, 2.0f, "settled");
+    ExpectStretch(3.5f, 2.75f, "filtered");
+    m_convergence.bIsConvTargetFixed = TRUE;
+    ExpectStretch(3.5f, 2.75f, "fixed");
+    m_convergence.bIsConvTargetFixed = FALSE;
+    AECYHistStretchData kept{};
+    m_monitor.GetHistStretchData(&kept);
+    m_monitor.GetHistStretchData(nullptr);
+    EXPECT_EQ(kept.enable, TRUE);
+    EXPECT_FLOAT_EQ(kept.clamp, 3.5f);
+
+    for (const DataBankType bank : {DataBankType{BankIDTriggers, 3}, {BankIDSceneAnalyzer, 1000}, {BankIDROITable, 1}})
+    {
+        m_tuning.flagMonitor.YHistStretch.scalingValue = bank;
+        Load();
+        ExpectStretch(3.5f, 2.75f, "no such range");
+    }
+    EXPECT_TRUE(m_log.Has(LevelError, "Unable to get scaling data from bankID:0 dataID:1"));
+    m_in.statisticsStartup = StatisticsStartUpInvalid;
+    ExpectStretch(0.0f, 1.0f, "start-up");
+    m_in.statisticsStartup                         = StatisticsStartUpValid;
+    m_tuning.flagMonitor.YHistStretch.scalingValue = {BankIDSceneAnalyzer, ScaleID};
+    Load();
+    ExpectStretch(2.0f, 2.0f, "anew");
+    m_context.SetAnalyzerResult(ScaleID, {0.99f, 0.0f});
+    ExpectStretch(0.0f, 1.0f, "would squeeze");
+    m_in.pConvergenceOuts = nullptr;
+    ExpectStretch(0.0f, 1.0f, "no convergence");
+}
+
+TEST_F(ExtensionMonitor, HDRSnapshotComesAfterPassingFramesInARow)
+{
+    for (INT32 criterion = 0; criterion < 5; ++criterion)
+    {
+        m_context.SetTrigger(SceneSlot + criterion, 10.0f + static_cast<FLOAT>(criterion));
+    }
+    const auto expect = [this](BOOL bSnapshot, BOOL bValid, const CHAR* pMessage)
+    {
+        EXPECT_EQ(Process().snapshot3HDRTriggers.bIs3HDRSnapshot, bSnapshot) << pMessage;
+        EXPECT_EQ(m_out.snapshot3HDRTriggers.IHDRTriggers.isTriggerInfoValid, bValid) << pMessage;
+    };
+    for (const BOOL bSnapshot : {FALSE, FALSE, FALSE, TRUE, TRUE})
+    {
+        expect(bSnapshot, TRUE, "passing");
+    }
+    const InSensorHDR3ExpTriggerInfo& rInfo = m_out.snapshot3HDRTriggers.IHDRTriggers;
+    EXPECT_EQ(rInfo.finalTriggerResult.flags[0], TRUE);
+    EXPECT_EQ(rInfo.finalTriggerResult.flags[2], FALSE);
+    const FLOAT reported[] = {rInfo.calculatedCDF.resultCDF0, rInfo.calculatedCDF.resultCDF5, rInfo.realDRCGain,
+                              rInfo.ambientRaw, rInfo.faceLuma};
+    for (size_t criterion = 0; criterion < std::size(reported); ++criterion)
+    {
+        EXPECT_EQ(reported[criterion], 10.0f + static_cast<FLOAT>(criterion));
+    }
+    m_context.SetTrigger(SceneSlot, 0.0f);
+    expect(TRUE, TRUE, "50 points are enough");
+    m_context.SetTrigger(SceneSlot + 1, 0.0f);
+    expect(FALSE, TRUE, "failing");
+    m_context.SetTrigger(SceneSlot + 1, 20.0f);
+    expect(FALSE, TRUE, "counted from the start");
+
+    m_context.SetContextEvent(AECCoreSnapshotHDR3, TRUE);
+    expect(TRUE, TRUE, "asked for");
+    m_in.statisticsStartup = StatisticsStartUpInvalid;
+    expect(TRUE, FALSE, "asked for at start-up");
+    m_context.SetContextEvent(AECCoreSnapshotHDR3, FALSE);
+    expect(FALSE, FALSE, "start-up");
+    m_context.SetTuning(TestTuning());
+    expect(FALSE, FALSE, "no module");
+    EXPECT_TRUE(m_log.Has(LevelError, "no tuning data 2"));
+}
+
+TEST_F(ExtensionMonitor, LastHDRFlagStandsForAllScenesBeyondTheFlags)
+{
+    m_scenes[2] = {nullptr, 0, 0, nullptr, 1.0f};
+    for (const UINT32 count : {3u, 4u})
+    {
+        m_tuning.monitor3HDRSnapshot.generalizedMonitor.scenesCount = count;
+        Load();
+        const auto& rFlags = Process().snapshot3HDRTriggers.IHDRTriggers.finalTriggerResult.flags;
+        EXPECT_EQ(rFlags[0], FALSE);
+        EXPECT_EQ(rFlags[1], TRUE);
+        EXPECT_EQ(rFlags[2], (count > 3) ? TRUE : FALSE);
+    }
+}
+
+class BracketLock : public ExtensionMonitor
+{
+protected:
+    /// The scene is the same while the trigger is at least 50.
+    BracketLock()
+    {
+        m_scenes[0].criteriaArrayCount = 1;
+        Load();
+        m_context.SetTrigger(SceneSlot, 60.0f);
+    }
+
+    /// A session of 30 to 35, the frame before the first check. The scene is rebased in the first and the last of them.
+    VOID Start()
+    {
+        Bracket(30, 0.0f, 1000, FALSE);
+        Bracket(31, -2.0f, 250, FALSE);
+        Bracket(32, 2.0f, 4000, FALSE);
+        Bracket(35, 0.0f, 1001, FALSE);
+    }
+};
+
+TEST_F(BracketLock, HoldsEachSignWithItsEVWhileTheSceneIsTheSame)
+{
+    Start();
+    EXPECT_EQ(Bracket(36, -1.0f, 500, TRUE), 250u);
+    EXPECT_EQ(m_context.Trigger(TriggerCtrlBracketEV), -2.0f);
+    EXPECT_EQ(Bracket(37, 0.0f, 3333, TRUE), 1001u);
+    EXPECT_EQ(Bracket(38, 1.0f, 3333, TRUE), 4000u);
+    EXPECT_EQ(m_context.Trigger(TriggerCtrlBracketEV), 2.0f);
+
+    // A change shows at the next check, six frames after the last.
+    m_context.SetTrigger(SceneSlot, 10.0f);
+    EXPECT_EQ(Bracket(41, 0.0f, 3333, TRUE), 1001u);
+    EXPECT_EQ(Bracket(42, 0.0f, 2000, FALSE), 2000u);
+    EXPECT_EQ(Bracket(43, 1.0f, 5000, FALSE), 5000u);
+    m_context.SetTrigger(SceneSlot, 60.0f);
+    EXPECT_EQ(Bracket(47, 0.0f, 2100, FALSE), 2100u);
+    EXPECT_EQ(Bracket(48, 0.0f, 3333, TRUE), 2100u);
+    EXPECT_EQ(Bracket(49, 2.0f, 3333, TRUE), 5000u);
+    EXPECT_EQ(Bracket(50, 0.0f, 3333, FALSE, FALSE), 3333u) << "no statistics";
+}
+
+TEST_F(BracketLock, ExpiresAndIsRebased)
+{
+    Start();
+    EXPECT_EQ(Bracket(36, 0.0f, 3333, TRUE), 1001u);
+    EXPECT_EQ(Bracket(54, 0.0f, 3333, TRUE), 1001u) << "19 frames after the rebase of frame 35";
+    EXPECT_EQ(Bracket(55, 0.0f, 2000, FALSE), 2000u);
+    EXPECT_EQ(Bracket(60, 0.0f, 2001, FALSE), 2001u) << "rebased, not checked yet";
+    EXPECT_EQ(Bracket(61, 0.0f, 3333, TRUE), 2001u);
+
+    m_tuning.monitorEVBracketLock.maxFrameNum = 0;
+    Load();
+    EXPECT_EQ(Bracket(62, 0.0f, 2002, FALSE), 2002u);
+    m_tuning.monitorEVBracketLock.enableEVBracketLock = FALSE;
+    Load();
+    EXPECT_EQ(Bracket(70, 0.0f, 3333, FALSE), 3333u);
+    EXPECT_TRUE(m_log.Has(32, "MFHDR Bracket EV Lock enabled:0, statsValid:1"));
+}
+
+TEST_F(BracketLock, NewTuningStartsItAnew)
+{
+    Start();
+    Load();
+    EXPECT_EQ(Bracket(36, 0.0f, 2000, FALSE), 2000u);
+    EXPECT_EQ(Bracket(41, 0.0f, 2001, FALSE), 2001u);
+    EXPECT_EQ(Bracket(42, 0.0f, 3333, TRUE), 2001u);
+}
+
+TEST_F(BracketLock, NeedsNoFrameID)
+{
+    EXPECT_EQ(Bracket(0, 0.0f, 1000, FALSE), 1000u);
+    EXPECT_EQ(Bracket(0, 0.0f, 1001, FALSE), 1001u);
+    // Start-up asks for a check at the next occasion.
+    m_in.statisticsStartup = StatisticsStartUpInvalid;
+    Process();
+    EXPECT_EQ(Bracket(0, 0.0f, 3333, TRUE), 1001u);
+}
+
+}  // namespace

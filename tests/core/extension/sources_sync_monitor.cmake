@@ -1,0 +1,5 @@
+set(EXTENSION_SYNC_TESTS
+    camsync_test.cpp
+    extensionmonitor_test.cpp
+    generalizedmonitor_test.cpp
+)
