@@ -3,6 +3,7 @@ include(core/statsprocessor/sources.cmake)
 include(core/metering/sources.cmake)
 include(core/arbitration/sources.cmake)
 include(core/convergence/sources.cmake)
+include(core/extension/sources.cmake)
 add_room(kiro_core
     core/ckirocontextevents.cpp
     core/ckirocontextinput.cpp

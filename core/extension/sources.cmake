@@ -1,0 +1,11 @@
+add_room(kiro_core_extension
+    core/extension/cficmanager.cpp
+    core/extension/cflashcurrentestimator.cpp
+    core/extension/ficblob.cpp
+    core/extension/ficfactoring.cpp
+    core/extension/ficinfluence.cpp
+    core/extension/ficreference.cpp
+    core/extension/ficsamples.cpp
+    core/extension/flashfactorycalibration.cpp
+    core/extension/flashmixmatching.cpp
+)

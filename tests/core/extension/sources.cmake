@@ -1,0 +1,4 @@
+set(ROOM_TESTS
+    flashcurrent_test.cpp
+    inlinecalibration_test.cpp
+)
