@@ -8,6 +8,7 @@
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
 #include "core/base/tuningaccess.h"
+#include "core/extension/cficmanager.h"
 #include "core/extension/ckirocamsync.h"
 #include "interface/ckiroctrlcorecommon.h"
 
@@ -142,6 +143,7 @@ const CKIROContextManager::ParamHandler* CKIROContextManager::FindHandler(AECAlg
         {AECAlgoSetParamUnstabilizedFaceROI, sizeof(UnstabilizedROIInformation), &Self::SetUnstabilizedFaceROI},
         {AECAlgoSetParamControlPostRawSensitivityBoost, sizeof(INT32), &Self::SetPostRawSensitivityBoost},
         {AECAlgoSetParamDisableADRC, 0, &Self::SetDisableADRC},
+        {AECAlgoSetParamFlashInlineCalibrationData, 0, &Self::SetFlashInlineCalibrationData},
         {AECAlgoSetParamIsFlashInfluencedStats, sizeof(UINT32), &Self::SetIsFlashInfluencedStats},
         {AECAlgoSetParamFlashInlineCalibrationMode, sizeof(UINT32), &Self::SetFlashInlineCalibrationMode},
         {AECAlgoSetParamTrackerROI, sizeof(UnstabilizedROIInformation), &Self::SetTrackerROI},
@@ -529,6 +531,20 @@ KiroResult CKIROContextManager::SetFlashInlineCalibrationMode(const VOID* pParam
 {
     m_setInputData.bIsFICMode = As<BOOL>(pParam);
     STATS_LOG_TRACE("AECCoreInline: Is flash inline calibration mode : %s", TrueOrFalse(m_setInputData.bIsFICMode));
+    if (m_pFICManager != nullptr)
+    {
+        (VOID) m_pFICManager->SetFICMode();
+    }
+    return 0;
+}
+
+/// The blob of an earlier session.
+KiroResult CKIROContextManager::SetFlashInlineCalibrationData(const VOID* pParam, const CHAR*)
+{
+    if (m_pFICManager != nullptr)
+    {
+        (VOID) m_pFICManager->SetFICData(pParam);
+    }
     return 0;
 }
 

@@ -5,6 +5,7 @@
 #include "core/base/kirolog.h"
 #include "core/base/tuningaccess.h"
 #include "core/ckiroscenechangedetector.h"
+#include "core/extension/cficmanager.h"
 #include "core/extension/ckirocamsync.h"
 #include "schema/kirohdrsensor.h"
 
@@ -71,7 +72,8 @@ IKIROContextManager::~IKIROContextManager()
 }
 
 CKIROContextManager::CKIROContextManager(IKIRODebugData& rDebugData)
-    : m_setInputData(DefaultInput()), m_pSCDManager(nullptr), m_rDebugData(rDebugData), m_calRGRatios{}, m_calBGRatios{}
+    : m_setInputData(DefaultInput()), m_pSCDManager(nullptr), m_pFICManager(nullptr),
+      m_rDebugData(rDebugData), m_calRGRatios{}, m_calBGRatios{}
 {
     std::fill(std::begin(m_currentTuningMode), std::end(m_currentTuningMode), AECTuningMode{SelectorNeverSeen});
 }
@@ -140,10 +142,14 @@ VOID CKIROContextManager::SetMeteringLock(BOOL bLock)
     m_setInputData.bLockMetering = bLock;
 }
 
-/// Without inline calibration nothing has been learned.
+VOID CKIROContextManager::SetFICManager(CFICManager* pFICManager)
+{
+    m_pFICManager = pFICManager;
+}
+
 KIROFICInfo CKIROContextManager::GetFICInfo()
 {
-    return {};
+    return (m_pFICManager != nullptr) ? m_pFICManager->GetFICInfo() : KIROFICInfo{};
 }
 
 KiroResult CKIROContextManager::SetInput(const KIROSetInput* pSetInput)

@@ -4,6 +4,7 @@
 
 #include "core/ikirocontextmanager.h"
 
+class CFICManager;
 class CSCDManager;
 
 /// Tuning selectors of one mode path, as last seen.
@@ -32,8 +33,9 @@ public:
     VOID            SetMeteringLock(BOOL bLock) override;
     KIROFICInfo     GetFICInfo() override;
 
-    /// The driver's, set once it has been made; null before that.
+    // The driver's, set once they have been made; null before that.
     VOID SetSCDManager(CSCDManager* pSCDManager);
+    VOID SetFICManager(CFICManager* pFICManager);
 
     /// Stores a setting and moves the context events.
     /// @return 0, or 1 for a null argument, a payload that is too small or a failed setting; events move all the same
@@ -89,6 +91,7 @@ private:
     KiroResult SetPostRawSensitivityBoost(const VOID* pParam, const CHAR* pName);
     KiroResult SetDisableADRC(const VOID* pParam, const CHAR* pName);
     KiroResult SetIsFlashInfluencedStats(const VOID* pParam, const CHAR* pName);
+    KiroResult SetFlashInlineCalibrationData(const VOID* pParam, const CHAR* pName);
     KiroResult SetFlashInlineCalibrationMode(const VOID* pParam, const CHAR* pName);
     KiroResult SetTrackerROI(const VOID* pParam, const CHAR* pName);
     KiroResult SetSaliencyMapData(const VOID* pParam, const CHAR* pName);
@@ -108,6 +111,7 @@ private:
 
     SetInputData    m_setInputData;
     CSCDManager*    m_pSCDManager;
+    CFICManager*    m_pFICManager;
     IKIRODebugData& m_rDebugData;
     AECTuningMode   m_currentTuningMode[TuningSelectorCount];
     FLOAT           m_calRGRatios[AECAlgoFlashCalibrationCountMax];

@@ -5,17 +5,16 @@
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
 #include "core/base/tuningaccess.h"
+#include "core/extension/ckirocamsync.h"
 #include "interface/ckiroctrlcorecommon.h"
 #include "schema/kiroadvancedinfo.h"
 #include "schema/kiroextension.h"
-#include "schema/kirometeringsceneanalyzer.h"
 
 namespace
 {
 
-constexpr KiroResult ResultFailed           = 1;
-constexpr KiroResult ResultUnsupportedQuery = 2;
-constexpr KiroResult ResultNoStats          = 11;
+constexpr KiroResult ResultFailed  = 1;
+constexpr KiroResult ResultNoStats = 11;
 
 constexpr INT32 DefaultTriggerLast = TriggerFlashInfluence;
 
@@ -44,16 +43,19 @@ VOID CKIROCore::CreateModules()
     m_pMetering                  = TavoNew<CKIROMetering>(rTuningData, m_contManager);
     m_pConvergence               = TavoNew<CKIROConvergence>(rTuningData, m_contManager);
     m_pArbitration               = TavoNew<CKIROArbitration>(rTuningData, m_contManager);
+    m_pExtension                 = TavoNew<CKIROExtension>(rTuningData, m_contManager);
     m_pExtMapManager             = TavoNew<CKIROExtMapManager>(m_contManager);
     m_pSCDManager                = TavoNew<CSCDManager>(m_contManager);
     m_p1DVectorManager           = TavoNew<CKIRO1DVectorManager>(m_contManager);
+    m_pFICManager                = TavoNew<CFICManager>(m_contManager);
     if (m_pStatsProcessor == nullptr || m_pMetering == nullptr || m_pConvergence == nullptr ||
-        m_pArbitration == nullptr || m_pExtMapManager == nullptr || m_pSCDManager == nullptr ||
-        m_p1DVectorManager == nullptr)
+        m_pArbitration == nullptr || m_pExtension == nullptr || m_pExtMapManager == nullptr ||
+        m_pSCDManager == nullptr || m_p1DVectorManager == nullptr)
     {
         STATS_LOG_ERROR("AEC module instantiation failure!");
     }
     m_contManager.SetSCDManager(m_pSCDManager.get());
+    m_contManager.SetFICManager(m_pFICManager.get());
 }
 
 VOID CKIROCore::SetDefaultTriggers()
@@ -207,6 +209,7 @@ KiroResult CKIROCore::runMeteringPostprocess(KIROMeteringInput& rInput, KIROMete
                           SourceCore);
     rBanks.PublishTrigger(TriggerCtrlLongTgt, static_cast<FLOAT>(pExposures[AECAlgoExposureLong]), nullptr, SourceCore);
     rBanks.PublishTrigger(TriggerCtrlSafeTgt, static_cast<FLOAT>(pExposures[AECAlgoExposureSafe]), nullptr, SourceCore);
+    HoldBracketExposures(rInput, rOutput);
     STATS_LOG_TRACE("Metering output exposure [Short:%llu, Safe:%llu, Long:%llu], skipped:%d",
                     pExposures[AECAlgoExposureShort], pExposures[AECAlgoExposureSafe], pExposures[AECAlgoExposureLong],
                     rOutput.bIsMeteringSkipped);
@@ -214,9 +217,22 @@ KiroResult CKIROCore::runMeteringPostprocess(KIROMeteringInput& rInput, KIROMete
     return 0;
 }
 
-/// Without a peer the targets are the camera's own.
-KiroResult CKIROCore::mixMetering(KIROMeteringOutput&)
+VOID CKIROCore::HoldBracketExposures(const KIROMeteringInput& rInput, KIROMeteringOutput& rOutput)
 {
+    if (m_contManager.GetContextEvent(AECEVBracketing) == TRUE &&
+        m_pExtension->GetFlagsMonitor().GetBracketLockedExposure(rOutput.exposures, rInput.bStatsValid) == TRUE)
+    {
+        rOutput.bIsMeteringSkipped = TRUE;
+    }
+}
+
+KiroResult CKIROCore::mixMetering(KIROMeteringOutput& rOutput)
+{
+    CKIROCamsync& rSync = *m_contManager.m_pCamSync;
+    if (rSync.getMeteringType() != kirosync::AECAlgoMeteringIndependent && rSync.getPeerInfo() != nullptr)
+    {
+        rSync.CalculateMixedTargetExposure(rOutput);
+    }
     return 0;
 }
 
@@ -258,13 +274,25 @@ VOID CKIROCore::HandleExposureConstraints(KIROConvergenceOutput& rOutput)
     m_pConvergence->HandleExposureConstraints(rOutput);
 }
 
-/// Without a peer there is no master to follow.
-KiroResult CKIROCore::followMasterConvExposure(KIROConvergenceOutput&)
+BOOL CKIROCore::IsFollowing() const
 {
+    const CKIROCamsync& rSync = *m_contManager.m_pCamSync;
+    return (rSync.getExposureType() == kirosync::AECAlgoExposureFollow && rSync.getPeerInfo() != nullptr) ? TRUE
+                                                                                                          : FALSE;
+}
+
+KiroResult CKIROCore::followMasterConvExposure(KIROConvergenceOutput& rConvOut)
+{
+    if (IsFollowing() == TRUE)
+    {
+        STATS_LOG_TRACE("Camera ID:%d is in follow mode. Overwrite convergence output.",
+                        m_contManager.GetInput()->cameraInfo.cameraId);
+        m_contManager.m_pCamSync->ComputeTargetExposureInFollowMode(rConvOut);
+    }
     return 0;
 }
 
-KiroResult CKIROCore::runExtension(KIROExtensionInput& rInput, KIROExtensionOutput&)
+KiroResult CKIROCore::runExtension(KIROExtensionInput& rInput, KIROExtensionOutput& rOutput)
 {
     m_contManager.RefreshBanks();
     UpdateArbTriggers(rInput.pArbitrationOuts);
@@ -274,8 +302,11 @@ KiroResult CKIROCore::runExtension(KIROExtensionInput& rInput, KIROExtensionOutp
     {
         m_currFrame.exposureSets[type] = rInput.pArbitrationOuts[type].exposureSet;
     }
+    const KiroResult result = m_pExtension->RunExtension(rInput, rOutput);
+    m_currFrame.bIsSeamless = rOutput.bIsSeamlessBinning;
+    m_pFICManager->RunFICManager(rInput, rOutput);
     m_pSCDManager->RunSCDetectors(kiroscenechangedetector::ExtensionEnd, bStatsValid);
-    return 0;
+    return result;
 }
 
 KiroResult CKIROCore::runEndOfFrame(KIROFrameInfo& rFrameInfo, KIROPostProcessingInput&, KIROMeteringOutput& rMtrOut,
@@ -297,7 +328,23 @@ KiroResult CKIROCore::runEndOfFrame(KIROFrameInfo& rFrameInfo, KIROPostProcessin
         SaveSnapshot();
     }
     PopulateFrameHistoryDebugData();
+    ShareFrame(rMtrOut, rConvOut, pArbitrationOuts);
     return 0;
+}
+
+/// What the sensor does for a flash is of no use to another camera.
+VOID CKIROCore::ShareFrame(const KIROMeteringOutput& rMtrOut, const KIROConvergenceOutput& rConvOut,
+                           const KIROArbitrationOutput* pArbitrationOuts)
+{
+    const SetInputData* pInput  = m_contManager.GetInput();
+    const bool          isFlash = pInput->snapshotMode == KIROCoreSnapshotType::Flash ||
+                         pInput->snapshotMode == KIROCoreSnapshotType::PrecisionFlash;
+    if (isFlash && pInput->opMode == AECAlgoOperationModePreflash)
+    {
+        STATS_LOG_TRACE("Skip PopulateMultiCamInfo");
+        return;
+    }
+    m_contManager.m_pCamSync->PopulateMultiCamInfo(rMtrOut, rConvOut, pArbitrationOuts);
 }
 
 VOID CKIROCore::CompleteCurrentFrame(const KIROFrameInfo& rFrameInfo, const KIROMeteringOutput& rMtrOut,
@@ -334,10 +381,15 @@ VOID CKIROCore::CompleteCurrentFrame(const KIROFrameInfo& rFrameInfo, const KIRO
     m_currFrame.bIsSnapshot             = FALSE;
     m_currFrame.modeType                = pInput->manualSetting.manualMode;
     m_currFrame.compensationDarkBoost   = rConvOut.compensationDarkBoost;
-    m_currFrame.bSHDR_MFHDR             = (m_contManager.GetContextEvent(AECHDRTypeSHDR2) == TRUE ||
-                               m_contManager.GetContextEvent(AECHDRTypeMFHDR) == TRUE)
-                                              ? TRUE
-                                              : FALSE;
+    m_currFrame.bSHDR_MFHDR             = IsSHDROrMFHDR();
+}
+
+BOOL CKIROCore::IsSHDROrMFHDR()
+{
+    return (m_contManager.GetContextEvent(AECHDRTypeSHDR2) == TRUE ||
+            m_contManager.GetContextEvent(AECHDRTypeMFHDR) == TRUE)
+               ? TRUE
+               : FALSE;
 }
 
 VOID CKIROCore::SaveSnapshot()
@@ -347,70 +399,4 @@ VOID CKIROCore::SaveSnapshot()
     m_currFrame.evFactor =
         CKIROCtrlCoreCommon::UtilGetEVMultiplier(m_contManager.GetTuningData(), m_currFrame.evUIVal, KIROEVBracketing);
     m_contManager.m_pHistory->SaveSnapshotFrame(&m_currFrame);
-}
-
-KiroResult CKIROCore::getFlashCurrent(const KIROAlgoFlashInput* pFlashIn, KIROAlgoFlashOutput*)
-{
-    if (pFlashIn != nullptr && pFlashIn->bBackupState == TRUE &&
-        pFlashIn->flashCurrentType == KIROExtFlashCurrentType::High)
-    {
-        UpdateFlashExposureIncrease();
-    }
-    // Without an estimator there is no current to tell.
-    return ResultFailed;
-}
-
-VOID CKIROCore::UpdateFlashExposureIncrease()
-{
-    CKIROHistory& rHistory = *m_contManager.m_pHistory;
-    rHistory.SaveFlashFrame(KIROExtFlashCurrentType::Low);
-    const AECFrameHistory* pFrameOff = rHistory.GetFlashFrame(KIROExtFlashCurrentType::Off);
-    const AECFrameHistory* pFrameLow = rHistory.GetFlashFrame(KIROExtFlashCurrentType::Low);
-    if (pFrameOff == nullptr || pFrameLow == nullptr)
-    {
-        STATS_LOG_WARNING("Failed to retrieve pFrameOff: %p pFrameLow: %p", static_cast<const VOID*>(pFrameOff),
-                          static_cast<const VOID*>(pFrameLow));
-    }
-    else
-    {
-        const auto& rTuning = tuningaccess::Require_kirometeringsceneanalyzer(*m_contManager.GetTuningData());
-        const auto  type =
-            exposurearithmetic::ExposureTypeOfSelection(rTuning.luxAnalyzer.refExposureType, AECAlgoExposureSafe);
-        const auto& rOff               = pFrameOff->exposureSets;
-        const auto& rLow               = pFrameLow->exposureSets;
-        m_flashExpIncrease.dataID      = TriggerFlashExpIncrease;
-        m_flashExpIncrease.description = nullptr;
-        m_flashExpIncrease.value =
-            std::max(static_cast<FLOAT>(rOff[type].exposure) / static_cast<FLOAT>(rLow[type].exposure), 1.0f);
-        STATS_LOG_RARE("Precision flash: exposure off, low, increase = short (%lld, %lld, %f), safe(%lld, %lld)\n",
-                       static_cast<INT64>(rOff[AECAlgoExposureShort].exposure),
-                       static_cast<INT64>(rLow[AECAlgoExposureShort].exposure),
-                       static_cast<DOUBLE>(m_flashExpIncrease.value),
-                       static_cast<INT64>(rOff[AECAlgoExposureSafe].exposure),
-                       static_cast<INT64>(rLow[AECAlgoExposureSafe].exposure));
-    }
-    (VOID) m_contManager.m_pBankManager->SetDataTriggers({m_flashExpIncrease.dataID, &m_flashExpIncrease, SourceCore});
-}
-
-BOOL CKIROCore::isPreflashMeteringNeeded(const KIROCntStatsOut* pFlashOffStats, UINT32 offStatsNum,
-                                         const KIROCntStatsOut* pFlashLowStats, UINT32 lowStatsNum)
-{
-    const auto* pTuning = tuningaccess::Get_kiroflash(*m_contManager.GetTuningData());
-    if (pTuning == nullptr)
-    {
-        STATS_LOG_ERROR("no tuning found");
-        return TRUE;
-    }
-    return m_pMetering->IsPreflashMeteringNeeded(pFlashOffStats, offStatsNum, pFlashLowStats, lowStatsNum,
-                                                 &pTuning->preflashStatsPreProcessing);
-}
-
-KiroResult CKIROCore::queryMetaData(AECAlgoGetParam*)
-{
-    return ResultUnsupportedQuery;
-}
-
-KiroResult CKIROCore::GetStartUpExposure(KIROAlgoStartExposureInfo*)
-{
-    return ResultFailed;
 }

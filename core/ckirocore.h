@@ -8,11 +8,16 @@
 #include "core/ckiroscenechangedetector.h"
 #include "core/ckiroshortblend.h"
 #include "core/convergence/ckiromodconvergence.h"
+#include "core/extension/cficmanager.h"
+#include "core/extension/ckiromodextension.h"
 #include "core/ikirocore.h"
 #include "core/metering/ckiro1dvectormanager.h"
 #include "core/metering/ckiroextmapmanager.h"
 #include "core/metering/ckiromodmetering.h"
 #include "core/statsprocessor/ckiromodstatsprocessor.h"
+
+struct AECAlgoSnapshotConfig;
+struct KIROAlgoParsedGetExposureOutput;
 
 class CKIROCore final : public IKIROCore
 {
@@ -70,7 +75,23 @@ private:
     VOID CompleteCurrentFrame(const KIROFrameInfo& rFrameInfo, const KIROMeteringOutput& rMtrOut,
                               const KIROConvergenceOutput& rConvOut, const KIROArbitrationOutput* pArbitrationOuts);
     VOID SaveSnapshot();
+    VOID ShareFrame(const KIROMeteringOutput& rMtrOut, const KIROConvergenceOutput& rConvOut,
+                    const KIROArbitrationOutput* pArbitrationOuts);
     VOID UpdateFlashExposureIncrease();
+    BOOL IsSHDROrMFHDR();
+    VOID HoldBracketExposures(const KIROMeteringInput& rInput, KIROMeteringOutput& rOutput);
+    BOOL IsFollowing() const;
+
+    KiroResult             PreflashStartUpExposure(KIROAlgoStartExposureInfo& rStartInfo);
+    KiroResult             PreviousModeStartUpExposure(KIROAlgoStartExposureInfo& rStartInfo);
+    KiroResult             FollowStartUpExposure(KIROAlgoStartExposureInfo& rStartInfo);
+    KiroResult             LightSensorStartUpExposure(KIROAlgoStartExposureInfo* pStartInfo);
+    const AECFrameHistory* FindLastPreviewFrame(AECFrameHistory& rPrevMode) const;
+
+    KiroResult QueryEVCapabilities(const AECAlgoGetParam& rGetParam);
+    KiroResult QueryPeerInfo(const AECAlgoGetParam& rGetParam);
+    KiroResult QuerySnapshot(const AECAlgoGetParam& rGetParam);
+    VOID       QuerySnapshotExposure(const AECAlgoSnapshotConfig* pConfig, KIROAlgoParsedGetExposureOutput* pOutput);
 
     VOID PopulateStatsDebugData(const KIROStatsList& rStats);
     VOID PopulateMeteringDebugData(const KIROMeteringOutput& rOutput);
@@ -85,9 +106,11 @@ private:
     // behind them all.
     CKIROContextManager           m_contManager;
     CKIROShortBlend               m_shortBlend;
+    TavoPtr<CFICManager>          m_pFICManager;
     TavoPtr<CKIRO1DVectorManager> m_p1DVectorManager;
     TavoPtr<CSCDManager>          m_pSCDManager;
     TavoPtr<CKIROExtMapManager>   m_pExtMapManager;
+    TavoPtr<CKIROExtension>       m_pExtension;
     TavoPtr<CKIROArbitration>     m_pArbitration;
     TavoPtr<CKIROConvergence>     m_pConvergence;
     TavoPtr<CKIROMetering>        m_pMetering;

@@ -52,10 +52,9 @@ BOOL CKIROCore::GetSCDOutput(UINT32 id, KIROSCDOutput& rSCDOutput)
     return m_contManager.GetSCDOutput(id, rSCDOutput);
 }
 
-/// Without inline calibration there is nothing to keep.
-UINT32 CKIROCore::GetFICData(VOID*)
+UINT32 CKIROCore::GetFICData(VOID* pFICData)
 {
-    return 0;
+    return m_pFICManager->GetFICData(pFICData);
 }
 
 VOID CKIROCore::run1DVectorProcess(kiroglobalelements::VectorProcessorUsageType type, UINT32 sampleCount)

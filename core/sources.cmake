@@ -10,7 +10,10 @@ add_room(kiro_core
     core/ckirocontextmanager.cpp
     core/ckirocore.cpp
     core/ckirocoredebugdata.cpp
+    core/ckirocoreflash.cpp
     core/ckirocoreforwards.cpp
+    core/ckirocorequeries.cpp
+    core/ckirocorestartup.cpp
     core/ckirocoretriggers.cpp
     core/ckiroscenechangedetector.cpp
     core/ckiroshortblend.cpp

@@ -2,7 +2,7 @@
 /// Stateless helpers that host and core share.
 #pragma once
 
-#include "interface/aecalgoinput.h"
+#include "interface/aecalgogetparam.h"
 #include "interface/statstuningdata.h"
 #include "platform/tavocommonutils.h"
 #include "schema/kiroparamextension.h"
@@ -55,6 +55,11 @@ public:
     /// @return 0, or 6 when there is no such entry
     static KiroResult ParseExtensionParam(const StatsTuningData& rTuningData, INT32 parameterType, UINT32 dataCount,
                                           Parameter& rParameter);
+
+    /// Finds the five outputs of a query of a snapshot's exposure.
+    /// @return 0, or 4 with a log when one is missing or has too little room
+    static KiroResult UtilGetParamExposureOutput(const AECAlgoGetParam&           rQuery,
+                                                 KIROAlgoParsedGetExposureOutput& rOutput);
 
     // ParseExtensionParam for one parameter each.
     static KiroResult GetUnstableFaceProcessExtParam(const StatsTuningData& rTuningData, Parameter& rParameter);

@@ -70,6 +70,11 @@ public:
     BOOL   IsCurrentModeHistoryEmpty() const;
     UINT64 GetCurrentFrameID() const;
 
+    UINT8 GetMaxFrameHistorySize() const
+    {
+        return m_maxFrameHistorySize;
+    }
+
     /// @return frames of the running mode that the list holds
     UINT32 GetFrameCount() const;
 

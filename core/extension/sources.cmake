@@ -1,2 +1,21 @@
-include(core/extension/sources_sync_monitor.cmake)
-add_room(kiro_core_extension ${EXTENSION_SYNC_SOURCES})
+add_room(kiro_core_extension
+    core/extension/cficmanager.cpp
+    core/extension/cflashcurrentestimator.cpp
+    core/extension/ckirocamsync.cpp
+    core/extension/ckirocamsyncfollow.cpp
+    core/extension/ckirocamsyncmixing.cpp
+    core/extension/ckiroextension3hdr.cpp
+    core/extension/ckiroextensionbracket.cpp
+    core/extension/ckiroextensionflash.cpp
+    core/extension/ckiroextensionhiststretch.cpp
+    core/extension/ckiroextensionmonitor.cpp
+    core/extension/ckirogeneralizedmonitor.cpp
+    core/extension/ckiromodextension.cpp
+    core/extension/ficblob.cpp
+    core/extension/ficfactoring.cpp
+    core/extension/ficinfluence.cpp
+    core/extension/ficreference.cpp
+    core/extension/ficsamples.cpp
+    core/extension/flashfactorycalibration.cpp
+    core/extension/flashmixmatching.cpp
+)

@@ -1,2 +1,8 @@
-include(${CMAKE_CURRENT_LIST_DIR}/sources_sync_monitor.cmake)
-set(ROOM_TESTS ${EXTENSION_SYNC_TESTS})
+set(ROOM_TESTS
+    camsync_test.cpp
+    extension_test.cpp
+    extensionmonitor_test.cpp
+    flashcurrent_test.cpp
+    generalizedmonitor_test.cpp
+    inlinecalibration_test.cpp
+)

@@ -1,5 +1,0 @@
-set(EXTENSION_SYNC_TESTS
-    camsync_test.cpp
-    extensionmonitor_test.cpp
-    generalizedmonitor_test.cpp
-)
