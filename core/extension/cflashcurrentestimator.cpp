@@ -14,7 +14,7 @@ namespace
 
 constexpr INT32 MixCountMax = KIROFlashMixCountMax;
 
-/// A knee of inline calibration is one of the inner mixes, so that a table of two has none.
+/// Inline calibration corrects the inner mixes; a table of two has none.
 constexpr UINT32 LeastKnees = 3;
 
 /// Currents as truncated milliamperes, colour and light linearly; ratio may lie outside 0 to 1.

@@ -1,6 +1,7 @@
 // The mix of a row whose colour is the wanted one. Colours lie in a plane: red over green (RG) across, blue over green
 // (BG) upwards. The mixes of a row are a polyline in it.
 
+#include <algorithm>
 #include <cmath>
 
 #include "core/base/kirolog.h"
@@ -22,7 +23,7 @@ bool IsSame(FLOAT first, FLOAT second)
     return std::abs(first - second) < Epsilon;
 }
 
-/// A segment of the polyline and the point of it that was chosen; start and end are the same for a mix itself.
+/// Two neighbouring mixes, or the same mix twice.
 struct Segment
 {
     INT32 start;

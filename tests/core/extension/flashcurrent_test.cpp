@@ -1,0 +1,405 @@
+// Flash currents by power and colour, over a table of three powers and three mixes on a line of slope -1.
+
+#include "core/extension/cflashcurrentestimator.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/statslogcapture.h"
+#include "tests/support/testcontext.h"
+
+namespace
+{
+
+using namespace kiroflash;
+using enum KIROExtFlashCurrentType;
+
+constexpr UINT32 LevelError   = 2;
+constexpr UINT32 LevelWarning = 4;
+
+struct Point
+{
+    FLOAT rg;
+    FLOAT bg;
+};
+
+class FlashCurrent : public testing::Test
+{
+protected:
+    FlashCurrent()
+    {
+        m_tuning.LEDMatching.dualLEDIntersectSlope = 1.0f;
+        m_tuning.LEDMatching.countPower            = 3;
+        m_tuning.LEDMatching.countMix              = 3;
+        m_tuning.LEDMatching.tableCount            = 9;
+        m_tuning.LEDMatching.table                 = m_table;
+        m_tuning.LEDMatching.tableCalibration      = m_calibration;
+        m_input.maxFlashCurrent                    = 1000;
+    }
+
+    KiroResult Load()
+    {
+        m_context.SetTuning(TestTuning().Add(m_tuning));
+        return m_estimator.SetTuningHeaderChanged();
+    }
+
+    KiroResult Estimate(KIROExtFlashCurrentType type)
+    {
+        m_input.flashCurrentType = type;
+        return m_estimator.EstimateFlashCurrent(&m_input, &m_out);
+    }
+
+    KiroResult Estimate(KIROExtFlashCurrentType type, FLOAT rg, FLOAT bg)
+    {
+        m_input.AWBRG = rg;
+        m_input.AWBBG = bg;
+        return Estimate(type);
+    }
+
+    VOID ExpectCurrents(INT32 led1, INT32 led2, FLOAT rg, INT32 mix1, INT32 mix2)
+    {
+        EXPECT_EQ(Result().LED1Setting, led1);
+        EXPECT_EQ(Result().LED2Setting, led2);
+        EXPECT_NEAR(Result().RGRatio, rg, 1e-5f);
+        EXPECT_EQ(m_out.mixIdx1, mix1);
+        EXPECT_EQ(m_out.mixIdx2, mix2);
+    }
+
+    /// Colours of the three mixes from which the last estimate has chosen.
+    VOID ExpectRow(const std::vector<FLOAT>& rRG, const std::vector<FLOAT>& rBG)
+    {
+        for (size_t mix = 0; mix < rRG.size(); ++mix)
+        {
+            EXPECT_NEAR(Result().refTable[mix].RGRatio, rRG[mix], 1e-5f) << mix;
+            EXPECT_NEAR(Result().refTable[mix].BGRatio, rBG[mix], 1e-5f) << mix;
+        }
+    }
+
+    const KIROAlgoFlashOutput& Result() const
+    {
+        return m_out.LEDCombination;
+    }
+
+    StatsLogCapture m_log;
+    TestContext     m_context;
+    LEDMixType      m_table[100] = {
+             {500, 0, 0.25f, 1.0f, 10.0f},  {300, 200, 0.5f, 0.75f, 12.0f},  {0, 500, 1.0f, 0.25f, 16.0f},
+             {1000, 0, 0.25f, 1.0f, 20.0f}, {600, 400, 0.5f, 0.75f, 24.0f},  {0, 1000, 1.0f, 0.25f, 32.0f},
+             {2000, 0, 0.25f, 1.0f, 40.0f}, {1600, 400, 0.5f, 0.75f, 48.0f}, {0, 2000, 1.0f, 0.25f, 64.0f}};
+    KIROLEDMixCalibType    m_calibration[3]{};
+    KIROFlashType          m_tuning{};
+    KIROAlgoFlashInput     m_input{};
+    FlashCurrentEstimate   m_out{};
+    CFlashCurrentEstimator m_estimator{m_context};
+};
+
+TEST_F(FlashCurrent, MatchesTheNearestColourOfTheRow)
+{
+    ASSERT_EQ(Load(), 0);
+    EXPECT_EQ(m_context.m_input.maxLEDCurrent, 2000);
+    const struct
+    {
+        const CHAR* pName;
+        FLOAT       rg, bg;
+        INT32       led1, led2;
+        FLOAT       resultRG, resultBG, flux, first;
+        INT32       mix1, mix2;
+    } cases[] = {
+        {"on the line", 0.375f, 0.875f, 400, 100, 0.375f, 0.875f, 11.0f, 0.8f, 0, 1},
+        {"across from it", 0.5f, 1.0f, 400, 100, 0.375f, 0.875f, 11.0f, 0.8f, 0, 1},
+        {"second segment", 0.75f, 0.5f, 150, 350, 0.75f, 0.5f, 14.0f, 0.3f, 1, 2},
+        {"beyond the first mix", 0.0f, 1.5f, 500, 0, 0.25f, 1.0f, 10.0f, 1.0f, 0, 0},
+        {"beyond the last mix", 2.0f, 0.0f, 0, 500, 1.0f, 0.25f, 16.0f, 0.0f, 2, 2},
+        {"400.5 mA", 0.374375f, 0.875625f, 400, 100, 0.375f, 0.875f, 11.0f, 0.8f, 0, 1},
+    };
+    for (const auto& rCase : cases)
+    {
+        SCOPED_TRACE(rCase.pName);
+        ASSERT_EQ(Estimate(Low, rCase.rg, rCase.bg), 0);
+        ExpectCurrents(rCase.led1, rCase.led2, rCase.resultRG, rCase.mix1, rCase.mix2);
+        EXPECT_FLOAT_EQ(Result().BGRatio, rCase.resultBG);
+        EXPECT_FLOAT_EQ(Result().flux, rCase.flux);
+        EXPECT_FLOAT_EQ(Result().firstEntryRatio, rCase.first);
+        EXPECT_FLOAT_EQ(Result().lastEntryRatio, 1.0f - rCase.first);
+    }
+
+    // The same mixes in the other direction.
+    for (INT32 row = 0; row < 3; ++row)
+    {
+        std::swap(m_table[3 * row], m_table[3 * row + 2]);
+    }
+    ASSERT_EQ(Load(), 0);
+    Estimate(Low, 0.375f, 0.875f);
+    ExpectCurrents(400, 100, 0.375f, 1, 2);
+    Estimate(Low, 2.0f, 0.0f);
+    ExpectCurrents(0, 500, 1.0f, 0, 0);
+    Estimate(Low, 0.0f, 1.5f);
+    ExpectCurrents(500, 0, 0.25f, 2, 2);
+}
+
+TEST_F(FlashCurrent, ChoosesTheRowByPower)
+{
+    ASSERT_EQ(Load(), 0);
+    const struct
+    {
+        KIROExtFlashCurrentType type;
+        INT32                   maxCurrent;
+        INT32                   led1, led2;  ///< of the middle mix
+        FLOAT                   flux;
+        INT32                   power1, power2;
+    } cases[] = {
+        {Low, 0, 0, 0, 0.0f, 0, 0},           {Low, 101, 60, 41, 2.424f, 0, 0},     {Low, 250, 150, 100, 6.0f, 0, 0},
+        {Low, 5000, 300, 200, 12.0f, 0, 0},   {High, 250, 150, 100, 6.0f, 0, 0},    {High, 750, 450, 300, 18.0f, 0, 1},
+        {High, 1500, 900, 600, 36.0f, 0, 1},  // extrapolates the first two rows
+        {High, 2000, 1600, 400, 48.0f, 2, 2}, {High, 9000, 1600, 400, 48.0f, 2, 2},
+    };
+    for (const auto& rCase : cases)
+    {
+        SCOPED_TRACE(testing::Message() << static_cast<INT32>(rCase.type) << " at " << rCase.maxCurrent);
+        m_input.maxFlashCurrent = rCase.maxCurrent;
+        ASSERT_EQ(Estimate(rCase.type, 0.5f, 0.75f), 0);
+        EXPECT_EQ(Result().refTable[1].LED1Setting, rCase.led1);
+        EXPECT_EQ(Result().refTable[1].LED2Setting, rCase.led2);
+        EXPECT_FLOAT_EQ(Result().refTable[1].flux, rCase.flux);
+        EXPECT_EQ(m_out.powIdx1, rCase.power1);
+        EXPECT_EQ(m_out.powIdx2, rCase.power2);
+        EXPECT_EQ(Result().LED1Setting, rCase.led1);
+        ExpectRow({0.25f, 0.5f, 1.0f}, {1.0f, 0.75f, 0.25f});
+    }
+    EXPECT_EQ(Estimate(Off), 1);
+    m_input.maxFlashCurrent = INT32_MIN;
+    EXPECT_EQ(Estimate(High), 0);
+}
+
+TEST_F(FlashCurrent, MatchesHighToTheColourOfThePreflash)
+{
+    ASSERT_EQ(Load(), 0);
+    Estimate(High, 0.75f, 0.5f);
+    EXPECT_FLOAT_EQ(Result().RGRatio, 0.75f) << "no preflash";
+    Estimate(Low, 0.375f, 0.875f);
+    ASSERT_EQ(m_estimator.SetTuningHeaderChanged(), 0);
+    Estimate(High, 0.75f, 0.5f);
+    EXPECT_FLOAT_EQ(Result().RGRatio, 0.375f);
+    Estimate(Full, 0.75f, 0.5f);
+    ExpectCurrents(800, 1200, 0.75f, 1, 2);
+    EXPECT_EQ(m_out.powIdx1, 2);
+    EXPECT_EQ(Result().refTable[0].flux, 0.0f);
+}
+
+TEST_F(FlashCurrent, TakesTheOnlyMix)
+{
+    m_tuning.LEDMatching.countMix   = 1;
+    m_tuning.LEDMatching.tableCount = 3;
+    m_table[1]                      = m_table[3];
+    m_table[2]                      = m_table[6];
+    ASSERT_EQ(Load(), 0);
+    EXPECT_EQ(Estimate(Low), 0);
+    ExpectCurrents(500, 0, 0.25f, 0, 0);
+    EXPECT_EQ(Result().flux, 10.0f);
+    EXPECT_EQ(Result().firstEntryRatio, -1.0f);
+    EXPECT_EQ(Result().lastEntryRatio, -1.0f);
+    EXPECT_EQ(Estimate(Full), 0);
+    EXPECT_EQ(Result().LED1Setting, 2000);
+    EXPECT_EQ(Result().firstEntryRatio, 40.0f) << "the flux";
+    EXPECT_EQ(Result().flux, 0.0f);
+}
+
+TEST_F(FlashCurrent, YieldsADefinedMixForDegenerateColours)
+{
+    const auto setColours = [this](Point first, Point second, Point third)
+    {
+        const Point colours[] = {first, second, third};
+        for (INT32 mix = 0; mix < 3; ++mix)
+        {
+            m_table[mix].RGRatio = colours[mix].rg;
+            m_table[mix].BGRatio = colours[mix].bg;
+        }
+        ASSERT_EQ(Load(), 0);
+    };
+    setColours({0.25f, 1.0f}, {0.25f, 0.5f}, {1.0f, 0.5f});  // no width, then no slope
+    Estimate(Low, 0.625f, 0.5f);
+    ExpectCurrents(150, 350, 0.625f, 1, 2);
+    EXPECT_TRUE(m_log.HasPart(LevelWarning, "slope close to zero"));
+
+    setColours({0.5f, 1.0f}, {0.5f, 0.75f}, {0.5f, 0.5f});  // no width at all
+    Estimate(Low, 0.25f, 1.0f);
+    ExpectCurrents(500, 0, 0.5f, 0, 0);
+    Estimate(Low, 0.5f, 1.0f);
+    ExpectCurrents(300, 200, 0.5f, 0, 1);
+    Estimate(Low, 0.75f, 1.0f);
+    ExpectCurrents(0, 500, 0.5f, 2, 2);
+    Estimate(Low, NAN, 1.0f);
+    ExpectCurrents(500, 0, 0.5f, 0, 0);
+    EXPECT_TRUE(m_log.Has(LevelError, "issue with tuning: rg ratio 0.50 same for mixes 0 and 1"));
+
+    setColours({0.25f, 1.0f}, {0.5f, 0.25f}, {1.0f, 0.0f});  // beside the corner, off both segments
+    Estimate(Low, 0.3f, 0.1f);
+    ExpectCurrents(205, 295, 0.658333f, 1, 2);
+    m_tuning.LEDMatching.dualLEDIntersectSlope = -4.0f / 3.0f;
+    Load();
+    Estimate(Low, 0.3f, 0.1f);
+    ExpectCurrents(0, 500, 1.0f, 1, 2);
+    EXPECT_TRUE(m_log.Has(LevelError, "issue with tuning: LEDSlope -1.33 same as intersection slope -1.33"));
+}
+
+TEST_F(FlashCurrent, RefusesATableOutOfOrder)
+{
+    const LEDMatchTableType good = m_tuning.LEDMatching;
+    LEDMixType              table[9];
+    const struct
+    {
+        const CHAR* pName;
+        VOID (*pSpoil)(LEDMatchTableType&);
+    } cases[] = {
+        {"equal powers", [](LEDMatchTableType& r) { std::copy_n(r.table, 3, r.table + 3); }},
+        {"another sum", [](LEDMatchTableType& r) { r.table[7].LED2Setting = 401; }},
+        {"negative",
+         [](LEDMatchTableType& r) {
+             r.table[7] = {2001, -1, 0.5f, 0.75f, 1.0f};
+         }},
+        {"rows missing", [](LEDMatchTableType& r) { r.tableCount = 6; }},
+        {"too many mixes", [](LEDMatchTableType& r) { r.countMix = 17; }},
+        {"no mixes", [](LEDMatchTableType& r) { r.countMix = 0; }},
+        {"too many powers", [](LEDMatchTableType& r) { r.countPower = 7; }},
+        {"negative counts", [](LEDMatchTableType& r) { r.countPower = r.countMix = INT32_MIN; }},
+    };
+    for (const auto& rCase : cases)
+    {
+        SCOPED_TRACE(rCase.pName);
+        std::copy_n(good.table, 9, table);
+        m_tuning.LEDMatching       = good;
+        m_tuning.LEDMatching.table = table;
+        rCase.pSpoil(m_tuning.LEDMatching);
+        EXPECT_EQ(Load(), 1);
+        EXPECT_EQ(Estimate(Low), 1);
+        m_tuning.LEDMatching = good;
+        EXPECT_EQ(Load(), 0);
+        EXPECT_EQ(Estimate(Low), 0);
+    }
+    EXPECT_TRUE(m_log.Has(LevelError, "AECCoreFlash power must increase as power index increases"));
+    m_tuning.LEDMatching.tableCount = 100;
+    EXPECT_EQ(Load(), 0);
+    EXPECT_TRUE(m_log.Has(LevelError, "tableCount 100 exceeds threshold 96"));
+
+    m_context.SetTuning(TestTuning());
+    EXPECT_EQ(m_estimator.SetTuningHeaderChanged(), 0);
+    EXPECT_EQ(Estimate(Low), 1);
+    EXPECT_TRUE(m_log.Has(LevelError, "AECCoreFlash null CCT table"));
+}
+
+/// Measured mixes of the table, and what they were measured as.
+class FactoryCalibration : public FlashCurrent
+{
+protected:
+    FactoryCalibration()
+    {
+        m_input.pFlashCalib = &m_measured;
+    }
+
+    KiroResult LoadCalibrated(UINT32 count)
+    {
+        m_tuning.LEDMatching.tableCalibrationCount = count;
+        m_measured.count                           = count;
+        return Load();
+    }
+
+    VOID ExpectTunedRow()
+    {
+        Estimate(Low);
+        ExpectRow({0.25f, 0.5f, 1.0f}, {1.0f, 0.75f, 0.25f});
+    }
+
+    FLOAT                       m_rg[3] = {0.5f, 1.5f, 0.25f};
+    FLOAT                       m_bg[3] = {0.75f, 0.25f, 1.5f};
+    AECAlgoFlashCalibrationData m_measured{0, m_rg, m_bg};
+};
+
+TEST_F(FactoryCalibration, CorrectsMeasuredRowsAndThoseBetween)
+{
+    m_calibration[0].indexMix   = 0;
+    m_calibration[1].indexMix   = 2;
+    m_calibration[2].indexMix   = 1;
+    m_calibration[2].indexPower = 2;
+    ASSERT_EQ(LoadCalibrated(3), 0);
+    Estimate(Low);
+    ExpectRow({0.5f, 5.0f / 6.0f, 1.5f}, {0.75f, 7.0f / 12.0f, 0.25f});
+    m_input.maxFlashCurrent = 2000;
+    Estimate(High);
+    ExpectRow({0.125f, 0.25f, 0.5f}, {2.0f, 1.5f, 0.5f});
+    m_input.maxFlashCurrent = 1000;  // a third of the way in power
+    Estimate(High);
+    ExpectRow({0.375f, 0.638889f, 7.0f / 6.0f}, {1.166667f, 0.888889f, 1.0f / 3.0f});
+
+    m_input.pFlashCalib = nullptr;
+    ASSERT_EQ(Load(), 0);
+    ExpectTunedRow();
+}
+
+TEST_F(FactoryCalibration, ScalesTheTableByOneMeasuredMix)
+{
+    m_calibration[0].indexMix   = 1;  // RG doubles, BG halves
+    m_calibration[0].indexPower = 1;
+    m_rg[0]                     = 1.0f;
+    m_bg[0]                     = 0.375f;
+    ASSERT_EQ(LoadCalibrated(1), 0);
+    for (const INT32 maxCurrent : {500, 1000, 2000})
+    {
+        m_input.maxFlashCurrent = maxCurrent;
+        Estimate(High);
+        ExpectRow({0.5f, 1.0f, 2.0f}, {0.5f, 0.375f, 0.125f});
+    }
+}
+
+TEST_F(FactoryCalibration, KeepsTunedColoursWhenItDoesNotFitTheTable)
+{
+    LoadCalibrated(1);
+    m_measured.count = 2;
+    ExpectTunedRow();
+    EXPECT_TRUE(m_log.Has(LevelError, "flashMeas: mismatch between input calib count 2 and header calib count 1"));
+    m_calibration[0] = {3, 2, FALSE, {}, {}, 0};
+    LoadCalibrated(1);
+    ExpectTunedRow();
+    EXPECT_TRUE(m_log.Has(LevelError, "flashMeas: calib pow 2 mix 3 indices larger than tuning count 9"));
+    m_calibration[0] = {INT32_MIN, 1 << 30, FALSE, {}, {}, 0};
+    LoadCalibrated(1);
+    ExpectTunedRow();
+    m_calibration[0]     = {};
+    m_measured.pRGRatios = nullptr;
+    LoadCalibrated(1);
+    ExpectTunedRow();
+}
+
+TEST_F(FlashCurrent, AppliesLearnedKneesBetweenTheFirstAndTheLastMix)
+{
+    m_context.m_input.bIsFICMode   = TRUE;
+    m_context.m_ficInfo.numOfKnees = 3;
+    std::fill_n(m_context.m_ficInfo.kneeData, 3,
+                KIROFICKneeData{0.625f, 0.5f, 0.375f, 0.875f, FICConfHigh, FICConfLow});
+    ASSERT_EQ(Load(), 0);
+    Estimate(Low);
+    ExpectRow({0.25f, 0.625f, 1.0f}, {1.0f, 0.5f, 0.25f});
+    m_input.maxFlashCurrent = 2000;
+    Estimate(High);
+    ExpectRow({0.25f, 0.5f, 1.0f}, {1.0f, 0.75f, 0.25f});
+    m_context.m_ficInfo.kneeData[1].confLEDHigh = FICConfHigh;
+    Estimate(High);
+    ExpectRow({0.25f, 0.375f, 1.0f}, {1.0f, 0.875f, 0.25f});
+
+    m_context.m_ficInfo.numOfKnees = 255;  // more than there are mixes: other rows stay
+    Load();
+    m_input.maxFlashCurrent = 1000;
+    Estimate(High);
+    EXPECT_EQ(Result().refTable[2].RGRatio, 1.0f);
+    for (const auto& [isMode, knees] : {std::pair(TRUE, 2), std::pair(FALSE, 3)})
+    {
+        m_context.m_input.bIsFICMode   = isMode;
+        m_context.m_ficInfo.numOfKnees = static_cast<UINT8>(knees);
+        Load();
+        Estimate(Low);
+        ExpectRow({0.25f, 0.5f, 1.0f}, {1.0f, 0.75f, 0.25f});
+    }
+}
+
+}  // namespace
