@@ -1,2 +1,13 @@
 include(core/extension/sources_sync_monitor.cmake)
-add_room(kiro_core_extension ${EXTENSION_SYNC_SOURCES})
+add_room(kiro_core_extension
+    ${EXTENSION_SYNC_SOURCES}
+    core/extension/cficmanager.cpp
+    core/extension/cflashcurrentestimator.cpp
+    core/extension/ficblob.cpp
+    core/extension/ficfactoring.cpp
+    core/extension/ficinfluence.cpp
+    core/extension/ficreference.cpp
+    core/extension/ficsamples.cpp
+    core/extension/flashfactorycalibration.cpp
+    core/extension/flashmixmatching.cpp
+)

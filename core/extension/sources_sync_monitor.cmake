@@ -4,6 +4,7 @@ set(EXTENSION_SYNC_SOURCES
     core/extension/ckirocamsyncmixing.cpp
     core/extension/ckiroextension3hdr.cpp
     core/extension/ckiroextensionbracket.cpp
+    core/extension/ckiroextensionflash.cpp
     core/extension/ckiroextensionhiststretch.cpp
     core/extension/ckiroextensionmonitor.cpp
     core/extension/ckirogeneralizedmonitor.cpp
