@@ -12,9 +12,8 @@ namespace
 
 using namespace kiroextension;
 
-constexpr UINT32 LevelError = 2;
-constexpr INT32  SlotA      = 100;
-constexpr INT32  SlotB      = 101;
+constexpr INT32 SlotA = 100;
+constexpr INT32 SlotB = 101;
 
 class GeneralizedMonitor : public testing::Test
 {
@@ -89,14 +88,12 @@ TEST_F(GeneralizedMonitor, AnySceneThatReachesItsThresholdPasses)
     EXPECT_EQ(m_monitor.GetOneSceneDecision(0), FALSE);
     EXPECT_EQ(m_monitor.GetOneSceneDecision(1), TRUE);
     EXPECT_EQ(m_monitor.GetOneSceneDecision(2), FALSE);
-    EXPECT_TRUE(m_log.Has(LevelError, "Input scene 2 is greater than the scene count 2."));
 
     FLOAT value = 0.0f;
     EXPECT_EQ(m_monitor.GetOneRebasedData(0, 1, value), TRUE);
     EXPECT_EQ(value, 4.0f);
     EXPECT_EQ(m_monitor.GetOneRebasedData(0, 2, value), FALSE);
     EXPECT_EQ(m_monitor.GetOneRebasedData(2, 0, value), FALSE);
-    EXPECT_TRUE(m_log.Has(LevelError, "Input scene 0 criteria:2 is greater than the scene 2 criteria 2 count."));
     EXPECT_EQ(value, 4.0f);
 }
 
@@ -122,17 +119,11 @@ TEST_F(GeneralizedMonitor, WithoutTuningNothingPasses)
     EXPECT_EQ(m_monitor.RunCriteriaCheck(), FALSE);
     EXPECT_EQ(m_monitor.GetOneSceneDecision(0), FALSE);
     EXPECT_EQ(m_monitor.GetOneRebasedData(0, 0, value), FALSE);
-    EXPECT_FALSE(m_log.Has(LevelError, "Memory Error."));
 
     m_tuning.scenesCount = 0;
     m_monitor.SetTuning(&m_tuning);
     EXPECT_EQ(m_monitor.RebaseData(), TRUE) << "nothing failed to be read";
     EXPECT_EQ(m_monitor.RunCriteriaCheck(), FALSE);
-
-    m_monitor.FreeDataMemory();
-    EXPECT_EQ(m_monitor.RunCriteriaCheck(), FALSE) << "its data are gone";
-    m_monitor.FreeDataMemory();
-    EXPECT_TRUE(m_log.Has(LevelError, "Memory Error."));
 }
 
 }  // namespace
