@@ -21,6 +21,11 @@ add_room(kiro_core
     core/cscdetectorstates.cpp
     core/ckirocorefactory.cpp
     core/ckiroctrlcorecommon.cpp
+    core/ckiromtrtablegen.cpp
+    core/ckiromtrtablegenflash.cpp
+    core/ckiromtrtablegenprecision.cpp
+    core/ckirotriggermanager.cpp
     core/kirocorefunctions.cpp
     core/kirotriggerfunctions.cpp
+    core/tablegenerator.cpp
 )

@@ -44,3 +44,17 @@ struct CKIROTriggerDataXML
     VOID (*DestoryInstance)(CKIROTriggerDataXML* pObj);  // misspelled; hosts use the name as it stands
     CKIRODataXML* pData;
 };
+
+/// What a host asks of a general trigger system.
+struct KIROGeneralizedTriggerSystemInput
+{
+    FLOAT  data[3];     ///< trigger values
+    INT32  numOfInput;  ///< entries of data in use
+    UINT32 dataID;      ///< entry of the bank that holds the system; 0 for the one that the context selects
+};
+
+struct KIROGeneralizedTriggerSystemOutput
+{
+    FLOAT data[5];
+    INT32 numOfOutput;  ///< entries of data in use
+};

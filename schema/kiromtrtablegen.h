@@ -158,7 +158,7 @@ struct FlashBiasMtrTblGenCoreConfigType
     float               thresBrightSat;      ///< saturation, LED off, above which a region is bright without flash
     float               flashEstStrength;    ///< factor on the predicted gain; 1.0 takes it as it is
     INT32               minOffStats;         ///< luma, LED off, is lifted to this
-    float               kFloorPct;           ///< share of regions, 0 to 1, whose gain is kept; the others become 1
+    float               kFloorPct;           ///< share of regions, 0 to 1, those of least gain, whose gain becomes 1
     float               satPreventStrength;  ///< weight of the cubic rise of the largest gains, from 0
     SpeckleScreenType   SpeckleScreen;
     SmartFlashConfType  flashBiasConf;

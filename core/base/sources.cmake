@@ -1,4 +1,5 @@
 add_room(kiro_core_base
+    core/base/binarymask.cpp
     core/base/ckirobank.cpp
     core/base/ckirobankmanager.cpp
     core/base/ckirohistory.cpp

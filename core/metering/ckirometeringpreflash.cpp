@@ -3,16 +3,14 @@
 #include <algorithm>
 #include <cstring>
 
+#include "core/base/binarymask.h"
 #include "core/base/kirolog.h"
 #include "core/metering/ckiromodmetering.h"
 
 namespace
 {
 
-constexpr INT32 NotFound    = -1;
-constexpr INT32 CellDark    = 0;
-constexpr INT32 CellBright  = 1;
-constexpr INT32 CellDilated = 2;  // becomes bright at the end, so that a new cell does not spread
+constexpr INT32 NotFound = -1;
 
 INT32 FindByName(const KIROCntStatsOut* pStats, UINT32 count, const CHAR* pName)
 {
@@ -67,10 +65,10 @@ BOOL CKIROMetering::IsPreflashMeteringNeeded(const KIROCntStatsOut* pOff, UINT32
     const FLOAT  levelLimit  = rLevel.absoluteThreshold + rLevel.differenceThreshold;
     const FLOAT  satLimit    = rSaturation.absoluteThreshold + rSaturation.differenceThreshold;
     const UINT32 count       = std::min({RegionCount(pLow[lowLevel], pLow[lowSaturation]),
-                                         RegionCount(pOff[offLevel], pOff[offSaturation]), PreflashMaskSize});
+                                         RegionCount(pOff[offLevel], pOff[offSaturation]), binarymask::CellCount});
     for (UINT32 index = 0; index < count; ++index)
     {
-        const bool wasDark = m_preflashContext.LEDOffDilatedBrightTable[index] == CellDark;
+        const bool wasDark = m_preflashContext.LEDOffDilatedBrightTable[index] == binarymask::Clear;
         if (wasDark && (pSaturation[index] > satLimit || pLevels[index] > levelLimit))
         {
             return TRUE;
@@ -83,40 +81,14 @@ VOID CKIROMetering::BuildLEDOffMask(const KIROCntStatsOut& rLevel, const KIROCnt
                                     const kiroflash::FlashStatsPreprocessingType& rTuning)
 {
     INT32* pMask = m_preflashContext.LEDOffDilatedBrightTable;
-    std::fill_n(pMask, PreflashMaskSize, CellDark);
-    const UINT32 count = std::min(RegionCount(rLevel, rSaturation), PreflashMaskSize);
+    std::fill_n(pMask, binarymask::CellCount, binarymask::Clear);
+    const UINT32 count = std::min(RegionCount(rLevel, rSaturation), binarymask::CellCount);
     for (UINT32 index = 0; index < count; ++index)
     {
         const bool isBright =
             rLevel.channelData.Data.pFData[index] > rTuning.stopMeteringYLevel.absoluteThreshold ||
             rSaturation.channelData.Data.pFData[index] > rTuning.stopMeteringYSaturation.absoluteThreshold;
-        pMask[index] = isBright ? CellBright : CellDark;
+        pMask[index] = isBright ? binarymask::Set : binarymask::Clear;
     }
-    UtilDilateBinaryMask(pMask);
-}
-
-VOID CKIROMetering::UtilDilateBinaryMask(INT32* pMask)
-{
-    UINT32 changed = 0;
-    for (UINT32 row = 1; row + 1 < PreflashMaskWidth; ++row)
-    {
-        for (UINT32 column = 1; column + 1 < PreflashMaskWidth; ++column)
-        {
-            const UINT32 index              = row * PreflashMaskWidth + column;
-            const bool   hasBrightNeighbour = pMask[index - 1] == CellBright || pMask[index + 1] == CellBright ||
-                                            pMask[index - PreflashMaskWidth] == CellBright ||
-                                            pMask[index + PreflashMaskWidth] == CellBright;
-            if (pMask[index] == CellDark && hasBrightNeighbour)
-            {
-                pMask[index] = CellDilated;
-                ++changed;
-            }
-        }
-    }
-    if (changed > 0)
-    {
-        constexpr UINT32 firstInner = PreflashMaskWidth + 1;
-        constexpr UINT32 lastInner  = PreflashMaskSize - PreflashMaskWidth - 2;
-        std::replace(pMask + firstInner, pMask + lastInner + 1, CellDilated, CellBright);
-    }
+    binarymask::UtilDilateBinaryMask(pMask);
 }

@@ -4,6 +4,7 @@
 /// Called twice in a frame; between the calls the frame driver runs the active analyzers. Exposures are sensitivities.
 #pragma once
 
+#include "core/base/binarymask.h"
 #include "core/metering/canalyzermanager.h"
 #include "core/metering/ccalculatormanager.h"
 #include "core/modulecommon.h"
@@ -16,10 +17,6 @@ class CKIROMetering : public ModuleCommon
 public:
     /// Target when nothing is known yet.
     static constexpr UINT64 DefaultExposure = 10000000;
-
-    /// Cells of the preflash masks, 16 x 16.
-    static constexpr UINT32 PreflashMaskWidth = 16;
-    static constexpr UINT32 PreflashMaskSize  = PreflashMaskWidth * PreflashMaskWidth;
 
     CKIROMetering(StatsTuningData& rTuningData, IKIROContextManager& rContextManager);
 
@@ -41,13 +38,10 @@ public:
     BOOL IsPreflashMeteringNeeded(const KIROCntStatsOut* pOff, UINT32 offCount, const KIROCntStatsOut* pLow,
                                   UINT32 lowCount, const kiroflash::FlashStatsPreprocessingType* pTuning);
 
-    /// One step of dilation with the four nearest neighbours, in place; the outer ring is not changed.
-    static VOID UtilDilateBinaryMask(INT32* pMask);
-
 private:
     struct PreflashContext
     {
-        INT32  LEDOffDilatedBrightTable[PreflashMaskSize];
+        INT32  LEDOffDilatedBrightTable[binarymask::CellCount];
         UINT64 fID;  ///< never assigned: the table is rebuilt on every call with a frame ID
     };
 

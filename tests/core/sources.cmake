@@ -1,7 +1,10 @@
 set(ROOM_TESTS
     contextmanager_test.cpp
     corefunctions_test.cpp
+    flashtable_test.cpp
     frame_test.cpp
     scenechangedetector_test.cpp
     shortblend_test.cpp
+    tablegenerator_test.cpp
+    triggermanager_test.cpp
 )

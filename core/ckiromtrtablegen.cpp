@@ -1,0 +1,56 @@
+#include "core/ckiromtrtablegen.h"
+
+#include "core/base/kirolog.h"
+#include "core/base/tuningaccess.h"
+
+CKIROMtrTableGen::CKIROMtrTableGen(StatsTuningData& rTuningData, IKIROContextManager& rContextManager)
+    : ModuleCommon(rTuningData, rContextManager), m_pTuning(nullptr), m_metTable{}, m_metBkGrdTable{}, m_metFrGrdTable{}
+{
+}
+
+KiroResult CKIROMtrTableGen::RunTableGen()
+{
+    m_pTuning = &tuningaccess::Require_kiromtrtablegen(*m_pTuningData);
+    UpdateMtrTableGen();
+    return (m_rContextManager.GetInput()->snapshotMode == KIROCoreSnapshotType::Flash) ? RunTableGenFlashSnapshot()
+                                                                                       : RunTableGeneration();
+}
+
+VOID CKIROMtrTableGen::UpdateMtrTableGen()
+{
+    m_tuning.Refresh(m_pTuning,
+                     [this](const Tuning& rTuning)
+                     {
+                         // A live edit leaves the bank as it is, with pointers to the tables that go now.
+                         m_rContextManager.m_pBankManager->ResetDataMetering2D(SourceModuleMtrTableGen);
+                         m_tableGenerators.reset(rTuning.tableGeneratorCount);
+                         for (UINT32 index = 0; index < m_tableGenerators.size(); ++index)
+                         {
+                             m_tableGenerators[index].SetGeneratorTuning(&rTuning.tableGenerator[index],
+                                                                         m_rContextManager);
+                         }
+                     });
+}
+
+KiroResult CKIROMtrTableGen::RunTableGeneration()
+{
+    KiroResult result = 0;
+    for (UINT32 index = 0; index < m_tableGenerators.size(); ++index)
+    {
+        STATS_LOG_TRACE("Table Generator %d-th (tot:%d)", index, m_tableGenerators.size());
+        const KiroResult generated = m_tableGenerators[index].Run();
+        result                     = (generated != 0) ? generated : result;
+    }
+    return result;
+}
+
+FLOAT CKIROMtrTableGen::ReadTrigger(KIROTriggerType trigger) const
+{
+    return m_rContextManager.m_pBankManager->GetDataTriggers(trigger)->value;
+}
+
+VOID CKIROMtrTableGen::StoreTable(DBMeter2DWeightPayload& rTable, INT32 dataID)
+{
+    rTable.dataID = dataID;
+    (VOID) m_rContextManager.m_pBankManager->SetDataMetering2D({dataID, &rTable, SourceModuleMtrTableGen});
+}
