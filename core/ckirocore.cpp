@@ -44,13 +44,14 @@ VOID CKIROCore::CreateModules()
     m_pConvergence               = TavoNew<CKIROConvergence>(rTuningData, m_contManager);
     m_pArbitration               = TavoNew<CKIROArbitration>(rTuningData, m_contManager);
     m_pExtension                 = TavoNew<CKIROExtension>(rTuningData, m_contManager);
+    m_pMtrTableGen               = TavoNew<CKIROMtrTableGen>(rTuningData, m_contManager);
     m_pExtMapManager             = TavoNew<CKIROExtMapManager>(m_contManager);
     m_pSCDManager                = TavoNew<CSCDManager>(m_contManager);
     m_p1DVectorManager           = TavoNew<CKIRO1DVectorManager>(m_contManager);
     m_pFICManager                = TavoNew<CFICManager>(m_contManager);
     if (m_pStatsProcessor == nullptr || m_pMetering == nullptr || m_pConvergence == nullptr ||
-        m_pArbitration == nullptr || m_pExtension == nullptr || m_pExtMapManager == nullptr ||
-        m_pSCDManager == nullptr || m_p1DVectorManager == nullptr)
+        m_pArbitration == nullptr || m_pExtension == nullptr || m_pMtrTableGen == nullptr ||
+        m_pExtMapManager == nullptr || m_pSCDManager == nullptr || m_p1DVectorManager == nullptr)
     {
         STATS_LOG_ERROR("AEC module instantiation failure!");
     }
@@ -129,6 +130,10 @@ KiroResult CKIROCore::runMeteringPreprocess(KIROMeteringInput& rInput, KIROMeter
     m_contManager.RefreshBanks();
     m_pSCDManager->RunSCDetectors(kiroscenechangedetector::MeteringStart, rInput.bStatsValid);
     m_pExtMapManager->RunExtMapProcessors();
+    if (rInput.bStatsValid == TRUE)
+    {
+        (VOID) m_pMtrTableGen->RunTableGen();
+    }
     ResetDataBankBeforeMetering();
     const KiroResult result = m_pMetering->RunMeteringPreprocess(rInput, rOutput);
     if (rInput.bStatsValid == TRUE)

@@ -5,6 +5,7 @@
 
 #include "core/arbitration/ckiromodarbitration.h"
 #include "core/ckirocontextmanager.h"
+#include "core/ckiromtrtablegen.h"
 #include "core/ckiroscenechangedetector.h"
 #include "core/ckiroshortblend.h"
 #include "core/convergence/ckiromodconvergence.h"
@@ -23,6 +24,12 @@ class CKIROCore final : public IKIROCore
 {
 public:
     CKIROCore(StatsTuningData& rTuningData, IKIRODebugData& rDebugData);
+
+    /// What CKIROTriggerManager needs of an instance.
+    IKIROContextManager& GetContextManager()
+    {
+        return m_contManager;
+    }
 
     VOID       DestroyInstance() override;
     KiroResult setInput(KIROSetInput* pSetInputData) override;
@@ -110,6 +117,7 @@ private:
     TavoPtr<CKIRO1DVectorManager> m_p1DVectorManager;
     TavoPtr<CSCDManager>          m_pSCDManager;
     TavoPtr<CKIROExtMapManager>   m_pExtMapManager;
+    TavoPtr<CKIROMtrTableGen>     m_pMtrTableGen;
     TavoPtr<CKIROExtension>       m_pExtension;
     TavoPtr<CKIROArbitration>     m_pArbitration;
     TavoPtr<CKIROConvergence>     m_pConvergence;

@@ -3,6 +3,7 @@
 #include "core/base/kirolog.h"
 #include "core/base/tavomemory.h"
 #include "core/ckirocore.h"
+#include "interface/kirocontextaccess.h"
 
 StatsLogger gStatsLogger = nullptr;
 
@@ -78,4 +79,10 @@ MNKResult CreateKiroCoreAlgo(StatsTuningData& rTuningData, IKIRODebugData& rDebu
     SYSTEM_LOG_VERBOSE("Lib KIROcore set functions ");
     rpCore = pAlgo.release();
     return 0;
+}
+
+IKIROContextManager* GetKiroContextManager(IKIROCoreAlgo* pAlgo)
+{
+    return (pAlgo != nullptr && pAlgo->pCore != nullptr) ? &static_cast<CKIROCore*>(pAlgo->pCore)->GetContextManager()
+                                                         : nullptr;
 }

@@ -22,7 +22,7 @@ VOID CKIROMtrTableGen::UpdateMtrTableGen()
                      [this](const Tuning& rTuning)
                      {
                          // A live edit leaves the bank as it is, with pointers to the tables that go now.
-                         m_rContextManager.m_pBankManager->ResetDataMetering2D(SourceModuleMtrTableGen);
+                         m_rContextManager.m_pBankManager->RemoveData(BankIDMetering2D, SourceModuleMtrTableGen);
                          m_tableGenerators.reset(rTuning.tableGeneratorCount);
                          for (UINT32 index = 0; index < m_tableGenerators.size(); ++index)
                          {

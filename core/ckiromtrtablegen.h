@@ -122,6 +122,7 @@ private:
     VOID SplitScene(const PrecisionFlashInput& rInput, FLOAT lux, FLOAT lumaAvg, PrecisionFlashWork& rWork,
                     PrecisionFlashScene& rScene) const;
     VOID ApplyPrecisionFlashThresholds(PrecisionFlashScene& rScene) const;
+    VOID PopulateDebugData(const PrecisionFlashScene& rScene, const PrecisionFlashWork* pWork) const;
     VOID StorePrecisionFlashTables(const PrecisionFlashWork& rWork, FLOAT bkGrdPct);
 
     TuningDriven<const Tuning>  m_tuning;

@@ -1,7 +1,9 @@
 // The precision flash: whether the LED parts the scene into a background and a foreground, and a table for each.
 
 #include <algorithm>
+#include <cstring>
 
+#include "core/base/debugdata.h"
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
 #include "core/base/tuningaccess.h"
@@ -60,7 +62,27 @@ KiroResult CKIROMtrTableGen::RunTableGenPrecisionFlash(const PrecisionFlashInput
     {
         StorePrecisionFlashTables(pWork[0], scene.bkGrdPct);
     }
+    PopulateDebugData(scene, pWork.get());
     return 0;
+}
+
+VOID CKIROMtrTableGen::PopulateDebugData(const PrecisionFlashScene& rScene, const PrecisionFlashWork* pWork) const
+{
+    AECDebugData* pDebug = debugdata::Enabled(m_rContextManager);
+    if (pDebug == nullptr)
+    {
+        return;
+    }
+    AECDebugDataPrecisionFlashType record{};
+    record.scenceEnabled = rScene.bEnabled ? 1 : 0;
+    record.bkgrdpct      = rScene.bkGrdPct;
+    record.frgrdpct      = rScene.frGrdPct;
+    if (pWork != nullptr)
+    {
+        std::memcpy(record.backGroundTable, pWork->bkGrdTable.data(), sizeof(record.backGroundTable));
+        std::memcpy(record.foreGroundTable, pWork->frGrdTable.data(), sizeof(record.foreGroundTable));
+    }
+    pDebug->precisionFlashInfo = record;
 }
 
 /// A scene that was taken for a precision flash a moment ago passes with lower thresholds. The host keeps the record.

@@ -153,8 +153,8 @@ VOID KiroHost::RunExtension(const KIROStatsList& rStats)
     input.pConvergenceOuts  = &m_frame.convergence;
     input.pArbitrationOuts  = m_frame.arbitration;
     input.statisticsStartup = rStats.startup;
-    KIROExtensionOutput output{};
-    (VOID) m_pAlgo->runExtension(m_pAlgo, input, output);
+    m_frame.extension       = {};
+    (VOID) m_pAlgo->runExtension(m_pAlgo, input, m_frame.extension);
 }
 
 /// The smallest exposure at which banding does not show: one period of the lamp at the lowest gain.

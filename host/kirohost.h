@@ -5,6 +5,7 @@
 #include "host/arbitrationwalk.h"
 #include "host/kirocorelibrary.h"
 #include "host/kirodebugdata.h"
+#include "interface/kiroextension.h"
 #include "schema/kirodbroi.h"
 
 struct KiroHostConfig
@@ -23,6 +24,7 @@ struct KiroHostFrame
     KIROMeteringOutput    metering;
     KIROConvergenceOutput convergence;
     KIROArbitrationOutput arbitration[AECAlgoExposureCount];
+    KIROExtensionOutput   extension;
     FLOAT                 luxIndex;
     FLOAT                 luma;
 };

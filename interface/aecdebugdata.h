@@ -221,7 +221,7 @@ struct AECDebugDataExtensionType
     FLOAT histStretchClamp;
     FLOAT histStretchScaling;
     UINT8 bIs3HDRTriggerValid;
-    UINT8 trigger3HDRResult;
+    UINT8 trigger3HDRResult[3];
     FLOAT resultCDF0;
     FLOAT resultCDF5;
     FLOAT realDRCGain;
@@ -229,7 +229,7 @@ struct AECDebugDataExtensionType
     FLOAT faceLuma;
     UINT8 bIs3HDRSnapshot;
     UINT8 bIsSeamlessBinning;
-    UINT8 reserved[4];
+    UINT8 reserved[2];
     UINT8 statsListVerboseDebugDataEnable;
 };
 

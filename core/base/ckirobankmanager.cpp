@@ -513,12 +513,6 @@ KiroResult CKIROBankManager::SetDataMetering2D(const BankData& rData)
     return m_banks[BankIDMetering2D].SetBankData(rData);
 }
 
-VOID CKIROBankManager::ResetDataMetering2D(BankDataSourceType source)
-{
-    m_banks[BankIDMetering2D].ResetData(source);
-    m_banks[BankIDMetering2D].SetBankBasedOnContext();
-}
-
 KiroResult CKIROBankManager::SetDataConvBase(const BankData& rData)
 {
     return m_banks[BankIDConvBase].SetBankData(rData);

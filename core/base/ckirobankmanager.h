@@ -98,9 +98,6 @@ public:
     KiroResult SetDataConvStretch(const BankData& rData);
     KiroResult SetDataConvSettle(const BankData& rData);
 
-    /// Takes back the entries that a source has written, before their memory goes, and selects anew.
-    VOID ResetDataMetering2D(BankDataSourceType source);
-
     /// Publishes a trigger value: SetDataTriggers with a payload of these fields.
     KiroResult PublishTrigger(INT32 dataID, FLOAT value, const CHAR* pDescription, BankDataSourceType source);
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/base/debugdata.h"
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
 #include "core/base/tuningaccess.h"
@@ -152,6 +153,7 @@ KiroResult CFlashCurrentEstimator::EstimateFlashCurrent(const KIROAlgoFlashInput
     {
         EstimateFull(*pIn, *pOut);
         LogEstimate(*pIn, pOut->LEDCombination);
+        PopulateDebugData(*pIn, *pOut);
         return 0;
     }
 
@@ -164,7 +166,42 @@ KiroResult CFlashCurrentEstimator::EstimateFlashCurrent(const KIROAlgoFlashInput
     MatchColour(*pIn, mixes, *pOut);
     std::copy(std::begin(mixes), std::end(mixes), pOut->LEDCombination.refTable);
     LogEstimate(*pIn, pOut->LEDCombination);
+    PopulateDebugData(*pIn, *pOut);
     return 0;
+}
+
+VOID CFlashCurrentEstimator::PopulateDebugData(const KIROAlgoFlashInput& rIn, const FlashCurrentEstimate& rOut) const
+{
+    AECDebugData* pDebug = debugdata::Enabled(m_rContextManager);
+    if (pDebug == nullptr)
+    {
+        return;
+    }
+    AECDebugFlashCurrent record{};
+    record.bIsValid             = 1;
+    record.wantedRG             = rIn.AWBRG;
+    record.wantedBG             = rIn.AWBBG;
+    record.maxFlashCurrent      = rIn.maxFlashCurrent;
+    record.LED1Setting          = rOut.LEDCombination.LED1Setting;
+    record.LED2Setting          = rOut.LEDCombination.LED2Setting;
+    record.RGRatio              = rOut.LEDCombination.RGRatio;
+    record.BGRatio              = rOut.LEDCombination.BGRatio;
+    record.firstEntryRatio      = rOut.LEDCombination.firstEntryRatio;
+    record.lastEntryRatio       = rOut.LEDCombination.lastEntryRatio;
+    record.flux                 = rOut.LEDCombination.flux;
+    record.powIdx1              = rOut.powIdx1;
+    record.powIdx2              = rOut.powIdx2;
+    record.mixIdx1              = rOut.mixIdx1;
+    record.mixIdx2              = rOut.mixIdx2;
+    record.bIsFactoryCalApplied = static_cast<UINT8>(m_isFactoryCalApplied);
+    record.countPower           = m_tuningAndCalibration.countPower;
+    record.countMix             = m_tuningAndCalibration.countMix;
+    for (UINT32 power = 0; power < AECDebugFlashRowCountMax - 1; ++power)
+    {
+        record.rowPower[power] = m_precomputedPowerTable[power];
+    }
+    AECDebugDataLEDTableType& rTable                                                    = pDebug->ledTableInfo;
+    ((rIn.flashCurrentType == KIROExtFlashCurrentType::Low) ? rTable.low : rTable.high) = record;
 }
 
 VOID CFlashCurrentEstimator::FactoryCalibrate(const AECAlgoFlashCalibrationData* pCalib)

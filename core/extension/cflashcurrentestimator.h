@@ -51,6 +51,7 @@ private:
     bool SelectMixes(const KIROAlgoFlashInput& rIn, LEDMixType* pMixes, FlashCurrentEstimate& rOut) const;
     VOID DerateMixes(INT32 maxCurrent, LEDMixType* pMixes) const;
     VOID MixesOfPower(INT32 maxCurrent, LEDMixType* pMixes) const;
+    VOID PopulateDebugData(const KIROAlgoFlashInput& rIn, const FlashCurrentEstimate& rOut) const;
     VOID MatchColour(const KIROAlgoFlashInput& rIn, const LEDMixType* pMixes, FlashCurrentEstimate& rOut);
 
     // Colour matching over one row of mixes. Both fill the currents, colour, flux, entry ratios and mix indices of pOut

@@ -1,5 +1,6 @@
 #include "core/extension/ckiromodextension.h"
 
+#include "core/base/debugdata.h"
 #include "core/base/kirolog.h"
 #include "core/base/tuningaccess.h"
 
@@ -8,7 +9,46 @@ KiroResult CKIROExtension::RunExtension(KIROExtensionInput& rInput, KIROExtensio
     m_pTuningData = m_rContextManager.GetTuningData();
     (VOID) m_flagsMonitor.Process(rInput, rOutput);
     CalculateSeamlessSwitchFlag(rInput, rOutput);
+    PopulateDebugData(rOutput);
     return 0;
+}
+
+VOID CKIROExtension::PopulateDebugData(const KIROExtensionOutput& rOutput) const
+{
+    AECDebugData* pDebug = debugdata::Enabled(m_rContextManager);
+    if (pDebug == nullptr)
+    {
+        return;
+    }
+    const SetInputData*               pInput  = m_rContextManager.GetInput();
+    const KIROExtFlagsMonitorOutput&  rFlags  = rOutput.monitoredFlags;
+    const InSensorHDR3ExpTriggerInfo& r3HDR   = rOutput.snapshot3HDRTriggers.IHDRTriggers;
+    AECDebugDataExtensionType&        rRecord = pDebug->extensionInfo;
+
+    rRecord.luxIndex            = m_rContextManager.m_pBankManager->GetDataTriggers(TriggerCtrlLux)->value;
+    rRecord.LEDMode             = static_cast<UINT8>(pInput->LEDMode);
+    rRecord.opMode              = static_cast<UINT8>(pInput->opMode);
+    rRecord.bFlashNeeded        = static_cast<UINT8>(rFlags.bFlashNeeded);
+    rRecord.bFDFlashDelayNeeded = static_cast<UINT8>(rFlags.bFDFlashDelayNeeded);
+    rRecord.bLEDAFNeeded        = static_cast<UINT8>(rFlags.bLEDAFNeeded);
+    rRecord.bLLSNeeded          = static_cast<UINT8>(rFlags.bLLSNeeded);
+    rRecord.bZLLEnabled         = static_cast<UINT8>(rFlags.bZLLEnabled);
+    rRecord.bZLLEnforced        = static_cast<UINT8>(rFlags.bZLLEnforced);
+    rRecord.bHistStretchEnabled = static_cast<UINT8>(rOutput.histStretchData.enable);
+    rRecord.histStretchClamp    = rOutput.histStretchData.clamp;
+    rRecord.histStretchScaling  = rOutput.histStretchData.scaling;
+    rRecord.bIs3HDRTriggerValid = static_cast<UINT8>(r3HDR.isTriggerInfoValid);
+    for (UINT32 scene = 0; scene < InSensorHDR3ExpFlagCount; ++scene)
+    {
+        rRecord.trigger3HDRResult[scene] = static_cast<UINT8>(r3HDR.finalTriggerResult.flags[scene]);
+    }
+    rRecord.resultCDF0         = r3HDR.calculatedCDF.resultCDF0;
+    rRecord.resultCDF5         = r3HDR.calculatedCDF.resultCDF5;
+    rRecord.realDRCGain        = r3HDR.realDRCGain;
+    rRecord.ambientRaw         = r3HDR.ambientRaw;
+    rRecord.faceLuma           = r3HDR.faceLuma;
+    rRecord.bIs3HDRSnapshot    = static_cast<UINT8>(rOutput.snapshot3HDRTriggers.bIs3HDRSnapshot);
+    rRecord.bIsSeamlessBinning = static_cast<UINT8>(rOutput.bIsSeamlessBinning);
 }
 
 VOID CKIROExtension::CalculateSeamlessSwitchFlag(KIROExtensionInput& rInput, KIROExtensionOutput& rOutput)

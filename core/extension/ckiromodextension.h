@@ -38,6 +38,7 @@ private:
         UINT64 stable;  ///< frames since the last switch
     };
 
+    VOID  PopulateDebugData(const KIROExtensionOutput& rOutput) const;
     VOID  CalculateSeamlessSwitchFlag(KIROExtensionInput& rInput, KIROExtensionOutput& rOutput);
     VOID  DecideSeamlessSwitch(const KIROExtensionInput& rInput, BOOL bWasSeamless, KIROExtensionOutput& rOutput,
                                SwitchState& rState);

@@ -59,8 +59,9 @@ size_t SceneText::Choice(const YamlEntry& rEntry, const std::vector<std::string>
     const auto         found = std::find(rNames.begin(), rNames.end(), rText);
     if (found == rNames.end())
     {
-        m_rInput.Fail(rEntry.value,
-                      fmt::format("'{}' is no {}, expected one of {}", rText, rEntry.name, fmt::join(rNames, ", ")));
+        const auto last = rNames.end() - 1;
+        m_rInput.Fail(rEntry.value, fmt::format("'{}' is no {}, expected {} or {}", rText, rEntry.name,
+                                                fmt::join(rNames.begin(), last, ", "), *last));
     }
     return static_cast<size_t>(found - rNames.begin());
 }
