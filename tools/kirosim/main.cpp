@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include "platform/tavodesk.h"
+#include "tools/kirosim/report.h"
 #include "tools/kirosim/simulation.h"
 #include "tools/kirosim/summary.h"
 #include "tools/kirosim/trace.h"
@@ -86,6 +87,7 @@ VOID Run(const RunOptions& rOptions)
     kirosim::LoadedTuning   tuning(rOptions.tuning);
     kirosim::Simulation     simulation(scene, tuning, LogToStderr);
     kirosim::SummaryBuilder summary(scene);
+    const auto              reports  = kirosim::ReportsOf(scene);
     std::string             csv      = kirosim::CsvHeader();
     const UINT32            interval = std::max(scene.frames / TableLines, 1U);
     if (!rOptions.isQuiet)
@@ -96,6 +98,10 @@ VOID Run(const RunOptions& rOptions)
         [&](const kirosim::FrameRecord& rRecord)
         {
             summary.Add(rRecord);
+            for (const auto& pReport : reports)
+            {
+                pReport->Add(rRecord);
+            }
             if (!rOptions.csv.empty())
             {
                 csv += kirosim::CsvLine(rRecord);
@@ -111,6 +117,10 @@ VOID Run(const RunOptions& rOptions)
         tuningfile::ReplaceFile(rOptions.csv, {reinterpret_cast<const BYTE*>(csv.data()), csv.size()});
     }
     fmt::print("{}", kirosim::FormatSummary(summary.Finish()));
+    for (const auto& pReport : reports)
+    {
+        fmt::print("{}", pReport->Format());
+    }
 }
 
 }  // namespace

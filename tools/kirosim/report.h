@@ -1,0 +1,29 @@
+/// @file
+/// The parts of the summary that a scene asks for beyond the control of exposure. Each feature of a scene has its own.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "tools/kirosim/camera.h"
+
+namespace kirosim
+{
+
+class Report
+{
+public:
+    virtual ~Report() = default;
+
+    /// Sees each frame once it is decided.
+    virtual VOID Add(const FrameRecord& rRecord) = 0;
+
+    /// Lines for a person to judge, each ended by a newline.
+    virtual std::string Format() const = 0;
+};
+
+/// The reports of a scene, in the order in which they are printed. @param rScene must outlive them
+std::vector<std::unique_ptr<Report>> ReportsOf(const Scene& rScene);
+
+}  // namespace kirosim
