@@ -14,6 +14,7 @@ namespace benchname
 {
 
 constexpr const CHAR* HeavyFrame      = "frame/heavy";
+constexpr const CHAR* EverythingFrame = "frame/everything_on";
 constexpr const CHAR* HeavyFloor      = "frame/heavy_floor";
 constexpr const CHAR* LightFrame      = "frame/light";
 constexpr const CHAR* GetModuleBuffer = "store/get_module_buffer";

@@ -14,7 +14,13 @@ namespace
 
 HeavyFrame& Heavy()
 {
-    static HeavyFrame frame;
+    static HeavyFrame frame(false);
+    return frame;
+}
+
+HeavyFrame& Everything()
+{
+    static HeavyFrame frame(true);
     return frame;
 }
 
@@ -63,6 +69,8 @@ template <typename Frame> VOID PrintAllocationsOf(const CHAR* pName, Frame& rFra
 VOID RegisterFrameBenchmarks()
 {
     benchmark::RegisterBenchmark(benchname::HeavyFrame, [](benchmark::State& rState) { RunFrames(rState, Heavy()); });
+    benchmark::RegisterBenchmark(benchname::EverythingFrame,
+                                 [](benchmark::State& rState) { RunFrames(rState, Everything()); });
     benchmark::RegisterBenchmark(benchname::HeavyFloor, RunFloor);
     benchmark::RegisterBenchmark(benchname::LightFrame, [](benchmark::State& rState) { RunFrames(rState, Light()); });
 }
@@ -71,11 +79,13 @@ VOID PrintAllocations()
 {
     fmt::print("\nallocations\n");
     PrintAllocationsOf("heavy", Heavy());
+    PrintAllocationsOf("everything on", Everything());
     PrintAllocationsOf("light", Light());
 }
 
 VOID PrintStages()
 {
     PrintStageTimes("heavy frame", *Heavy().Rig().Host().Algo(), [] { Heavy().Run(); });
+    PrintStageTimes("everything on", *Everything().Rig().Host().Algo(), [] { Everything().Run(); });
     PrintStageTimes("light frame", *Light().Rig().Host().Algo(), [] { Light().Run(); });
 }

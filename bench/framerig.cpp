@@ -1,9 +1,11 @@
 #include "bench/framerig.h"
 
+#include <algorithm>
 #include <array>
 #include <deque>
 #include <stdexcept>
 
+#include "bench/everythingtuning.h"
 #include "bench/heavytuning.h"
 #include "tools/tuningfile/files.h"
 
@@ -67,8 +69,9 @@ VOID FrameRig::RunFrame(KIROStatsList& rStats)
     (VOID) m_host.RunFrame(++m_frameID, rStats);
 }
 
-HeavyFrame::HeavyFrame()
-    : m_scene(OfficeScene()), m_sensor(m_scene), m_rig(heavytuning::Compile(), m_scene.sensor), m_pStats(nullptr)
+HeavyFrame::HeavyFrame(bool isEverythingOn)
+    : m_scene(OfficeScene()), m_sensor(m_scene), m_rig(heavytuning::Compile(isEverythingOn), m_scene.sensor),
+      m_pStats(nullptr), m_map{}
 {
     constexpr UINT32 framesToSettle = 120;
     using Applied                   = std::array<kirosim::AppliedExposure, AECAlgoExposureCount>;
@@ -90,8 +93,30 @@ HeavyFrame::HeavyFrame()
         const DOUBLE        time = frame / static_cast<DOUBLE>(FramesPerSecond);
         m_pStats                 = &m_sensor.Capture(frame, time, pipeline.front().data(), truth);
         pipeline.pop_front();
+        if (isEverythingOn && frame == 1)
+        {
+            FeedEverything();
+        }
         Run();
     }
+}
+
+VOID HeavyFrame::FeedEverything()
+{
+    constexpr UINT32 width  = 16;
+    static CHAR      name[] = "SmallLuma";
+    m_smallLuma.assign(static_cast<size_t>(width) * width, 46.0f);
+    KIROCntStatsOut& rChannel = m_pStats->pList[m_pStats->count++];
+    rChannel.type             = kiroglobalelements::KIROStatsGrid;
+    rChannel.resolution       = {width, width, 0, 8};
+    rChannel.channelData      = {TRUE, name, {}, static_cast<UINT32>(m_smallLuma.size() * sizeof(FLOAT)), nullptr};
+    rChannel.channelData.Data.pFData = m_smallLuma.data();
+
+    m_map.dataID = everythingtuning::FirstMapID;
+    std::fill_n(m_map.weights + 96, 64, 1.0f);
+    const KIROSetBankData entry = {BankIDMetering2D, &m_map, sizeof(m_map)};
+    (VOID) m_rig.Host().Algo()->setBankData(m_rig.Host().Algo(), &entry);
+    m_rig.Host().Algo()->SetContextEvent(m_rig.Host().Algo(), AECEVBracketing, TRUE);
 }
 
 LightFrame::LightFrame()

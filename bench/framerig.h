@@ -6,6 +6,7 @@
 
 #include "host/kirohost.h"
 #include "parameters/tuningsetmanager.h"
+#include "schema/kirodb2dmeterweight.h"
 #include "tools/kirosim/sensormodel.h"
 #include "tools/kirosim/simulation.h"
 
@@ -40,7 +41,8 @@ class HeavyFrame
 {
 public:
     /// Runs frames in a closed loop until the exposure has settled; from then on the last frame's statistics stay.
-    HeavyFrame();
+    /// @param isEverythingOn with all that can hang on a frame, fed with a map and a channel of 16 x 16 regions
+    explicit HeavyFrame(bool isEverythingOn);
 
     VOID Run()
     {
@@ -62,6 +64,11 @@ private:
     kirosim::SensorModel m_sensor;
     FrameRig             m_rig;
     KIROStatsList*       m_pStats;
+    std::vector<FLOAT>   m_smallLuma;
+
+    kirodb2dmeterweight::DBMeter2DWeightPayload m_map;  ///< the bank points at it
+
+    VOID FeedEverything();
 };
 
 /// The minimal example on a mid-grey grid of 16 x 16 regions and a histogram of 128 bins.

@@ -6,6 +6,7 @@
 #include <string>
 #include <utility>
 
+#include "bench/everythingtuning.h"
 #include "tools/tuningfile/files.h"
 #include "tools/tuningfile/textinput.h"
 
@@ -23,6 +24,7 @@ constexpr INT32 FirstListedOut = 11;  ///< in the bank of results; every calcula
 constexpr const CHAR* Head = R"(
 tuning: {createdBy: kirotune, binaryTag: heavy}
 x-everywhere: &everywhere {start: 0, end: 1}
+x-lux: &lux {bankID: BankIDTriggers, dataID: 8}
 x-one: &one
   selection: TriggerSystemMethod
   triggerSystem: {trigger1Data: [{trigger: *everywhere, trigger2Data: [{trigger: *everywhere, triggerData: 1.0}]}]}
@@ -193,11 +195,13 @@ std::string AnalyzersText()
 
 }  // namespace
 
-std::vector<BYTE> Compile()
+std::vector<BYTE> Compile(bool isEverythingOn)
 {
     tuningfile::Tuning       phone = tuningfile::ReadTextFile(KIRO_EXAMPLE_TUNINGS "phone.yaml");
     const tuningfile::Tuning heavy =
-        tuningfile::ParseText(Head + CalculatorsText() + RegionsText() + AnalyzersText(), "heavy tuning");
+        tuningfile::ParseText(Head + CalculatorsText() + RegionsText() + AnalyzersText() +
+                                  (isEverythingOn ? everythingtuning::ModulesText() : std::string()),
+                              "heavy tuning");
     for (const tuningfile::Module& rModule : heavy.tables.at(0).modes.at(0).modules)
     {
         for (tuningfile::Module& rReplaced : phone.tables.at(0).modes.at(0).modules)

@@ -31,7 +31,8 @@ constexpr FLOAT LumaNone = 80.0f;
 constexpr FLOAT ColorBoxes[ExtremeColorCount][4] = {{0.3f, 0.3f, 0.3f, 0.3f}, {0.6f, 0.5f, 0.3f, 0.3f}};
 constexpr FLOAT ColorFallOff                     = 0.1f;
 
+/// @param isEverythingOn adds detectors, maps, filters, generated tables and monitors
 /// @return the parameter file. @throws tuningfile::InputError if the phone example cannot be read
-std::vector<BYTE> Compile();
+std::vector<BYTE> Compile(bool isEverythingOn);
 
 }  // namespace heavytuning
