@@ -147,20 +147,23 @@ KiroResult CKIROCore::runMeteringPreprocess(KIROMeteringInput& rInput, KIROMeter
 VOID CKIROCore::ResetDataBankBeforeMetering()
 {
     const auto& rStretch = tuningaccess::Require_kiroextension(*m_contManager.GetTuningData()).flagMonitor.YHistStretch;
-    ResetStretchEntry(rStretch.clampValue, "Issue in setting YHist clamp value to DB");
-    ResetStretchEntry(rStretch.scalingValue, "Issue in setting YHist scale value to DB");
+    if (!ResetStretchEntry(rStretch.clampValue))
+    {
+        STATS_LOG_WARNING("Issue in setting YHist clamp value to DB");
+    }
+    if (!ResetStretchEntry(rStretch.scalingValue))
+    {
+        STATS_LOG_WARNING("Issue in setting YHist scale value to DB");
+    }
 }
 
-VOID CKIROCore::ResetStretchEntry(const DataBankType& rEntry, const CHAR* pFailure)
+bool CKIROCore::ResetStretchEntry(const DataBankType& rEntry)
 {
     DBStartEndPayload payload{};
     payload.dataID              = rEntry.dataID;
     const KIROSetBankData entry = {rEntry.bankID, &payload, sizeof(payload)};
     // Any other bank would keep the address of the payload.
-    if (!IsValueBank(rEntry.bankID) || m_contManager.m_pBankManager->SetControlData(&entry) != 0)
-    {
-        STATS_LOG_WARNING("%s", pFailure);
-    }
+    return IsValueBank(rEntry.bankID) && m_contManager.m_pBankManager->SetControlData(&entry) == 0;
 }
 
 VOID CKIROCore::LogAdvancedInfo()

@@ -73,7 +73,7 @@ private:
     VOID SetDefaultTriggers();
     VOID CreateModules();
     VOID ResetDataBankBeforeMetering();
-    VOID ResetStretchEntry(const DataBankType& rEntry, const CHAR* pFailure);
+    bool ResetStretchEntry(const DataBankType& rEntry);
     VOID LogAdvancedInfo();
     VOID UpdateTorchAndDepthEvents(const KIROStatsList& rStats);
     VOID UpdateConvTriggers(const KIROConvergenceInput& rConvInput);

@@ -39,7 +39,7 @@ VOID CKIROCore::UpdateFlashExposureIncrease()
         m_flashExpIncrease.dataID      = TriggerFlashExpIncrease;
         m_flashExpIncrease.description = nullptr;
         m_flashExpIncrease.value =
-            std::max(static_cast<FLOAT>(rOff[type].exposure) / static_cast<FLOAT>(rLow[type].exposure), 1.0f);
+            std::max(1.0f, static_cast<FLOAT>(rOff[type].exposure) / static_cast<FLOAT>(rLow[type].exposure));
         STATS_LOG_RARE("Precision flash: exposure off, low, increase = short (%lld, %lld, %f), safe(%lld, %lld)\n",
                        static_cast<INT64>(rOff[AECAlgoExposureShort].exposure),
                        static_cast<INT64>(rLow[AECAlgoExposureShort].exposure),

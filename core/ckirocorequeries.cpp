@@ -32,7 +32,8 @@ AECAlgoGetParamOutput* FindOutput(const AECAlgoGetParam& rQuery, AECAlgoGetParam
     return nullptr;
 }
 
-const AECAlgoSnapshotConfig* FindSnapshotConfig(const AECAlgoGetParam& rQuery)
+/// @return the first input that has room for a snapshot's configuration, null if there is none
+const AECAlgoGetParamInput* FindSnapshotInput(const AECAlgoGetParam& rQuery)
 {
     const AECAlgoGetParamInputList& rList = rQuery.inputList;
     for (UINT32 index = 0; rList.pAECGetParamList != nullptr && index < rList.numberOfAECGetInputParams; ++index)
@@ -41,7 +42,7 @@ const AECAlgoSnapshotConfig* FindSnapshotConfig(const AECAlgoGetParam& rQuery)
         if (rInput.inputType == AECAlgoGetParamInputSnapshotType &&
             rInput.sizeOfInputData >= sizeof(AECAlgoSnapshotConfig))
         {
-            return static_cast<const AECAlgoSnapshotConfig*>(rInput.pInputData);
+            return &rInput;
         }
     }
     return nullptr;
@@ -162,7 +163,7 @@ KiroResult CKIROCore::QuerySnapshot(const AECAlgoGetParam& rGetParam)
     constexpr UINT32 outputCount = 5;
     constexpr UINT32 ISOAtUnity  = 100;
 
-    const AECAlgoSnapshotConfig* pConfig = FindSnapshotConfig(rGetParam);
+    const AECAlgoGetParamInput* pInput = FindSnapshotInput(rGetParam);
     if (rGetParam.outputList.numberOfAECOutputs != outputCount)
     {
         STATS_LOG_ERROR("warning: output count: expected %d received %d needs to be addressed", outputCount,
@@ -175,11 +176,11 @@ KiroResult CKIROCore::QuerySnapshot(const AECAlgoGetParam& rGetParam)
         return result;
     }
     ClearOutput(output);
-    if (pConfig == nullptr)
+    if (pInput == nullptr)
     {
         return 0;
     }
-    QuerySnapshotExposure(pConfig, &output);
+    QuerySnapshotExposure(static_cast<const AECAlgoSnapshotConfig*>(pInput->pInputData), &output);
     AECAlgoFrameControl& rControl     = *output.pFrameControl;
     rControl.luxIndex                 = 0.0f;
     rControl.ISOValue                 = ISOAtUnity;

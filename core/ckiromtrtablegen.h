@@ -118,7 +118,7 @@ private:
     FLOAT               HysteresisSinceDetection(FLOAT lux, const KIROPrecisionFlashHistory& rHistory) const;
     PrecisionFlashScene AnalyzePrecisionFlash(const PrecisionFlashInput& rInput, PrecisionFlashWork& rWork) const;
     PrecisionFlashSums  MeasureLEDLight(const PrecisionFlashInput& rInput, PrecisionFlashWork& rWork) const;
-    FLOAT               MeanOfHighest(const Cells& rLumaDelta, const Mask& rIsBrightTable, UINT32 count) const;
+    bool MeanOfHighest(const Cells& rLumaDelta, const Mask& rIsBrightTable, UINT32 count, FLOAT& rLumaAvg) const;
     VOID SplitScene(const PrecisionFlashInput& rInput, FLOAT lux, FLOAT lumaAvg, PrecisionFlashWork& rWork,
                     PrecisionFlashScene& rScene) const;
     VOID ApplyPrecisionFlashThresholds(PrecisionFlashScene& rScene) const;

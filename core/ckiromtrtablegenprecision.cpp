@@ -154,14 +154,19 @@ CKIROMtrTableGen::PrecisionFlashScene CKIROMtrTableGen::AnalyzePrecisionFlash(co
     if (rTuning.DetectionType == MeanDetection)
     {
         STATS_LOG_TRACE("Precision flash using avarage\n");
-        lumaAvg = sums.lumaDelta / static_cast<FLOAT>(std::max(sums.count, 1u));
+        scene.bEnabled = sums.count > 0;
+        lumaAvg        = sums.lumaDelta / static_cast<FLOAT>(std::max(sums.count, 1u));
     }
     else
     {
         STATS_LOG_TRACE("Precision flash using High pct\n");
-        lumaAvg = MeanOfHighest(rWork.lumaDelta, rInput.rIsBrightTable, sums.count);
+        scene.bEnabled = MeanOfHighest(rWork.lumaDelta, rInput.rIsBrightTable, sums.count, lumaAvg);
     }
-    SplitScene(rInput, lux, lumaAvg, rWork, scene);
+    // Without a region to take the mean of, the scene is none for a precision flash.
+    if (scene.bEnabled)
+    {
+        SplitScene(rInput, lux, lumaAvg, rWork, scene);
+    }
     return scene;
 }
 
@@ -189,7 +194,9 @@ CKIROMtrTableGen::PrecisionFlashSums CKIROMtrTableGen::MeasureLEDLight(const Pre
 
 /// The mean over the tuned percentage of the regions, those that the LED brightens most, by a histogram.
 /// @param count regions that are not bright without LED; only these are taken
-FLOAT CKIROMtrTableGen::MeanOfHighest(const Cells& rLumaDelta, const Mask& rIsBrightTable, UINT32 count) const
+/// @return false if the percentage leaves none
+bool CKIROMtrTableGen::MeanOfHighest(const Cells& rLumaDelta, const Mask& rIsBrightTable, UINT32 count,
+                                     FLOAT& rLumaAvg) const
 {
     FLOAT maxLuma = 1.0f;
     for (UINT32 index = 0; index < CellCount; ++index)
@@ -223,10 +230,10 @@ FLOAT CKIROMtrTableGen::MeanOfHighest(const Cells& rLumaDelta, const Mask& rIsBr
         histSum += taken;
     }
     const FLOAT meanBin = histoLumaSum / static_cast<FLOAT>(std::max(histSum, 1));
-    const FLOAT lumaAvg = meanBin * maxLuma / static_cast<FLOAT>(BinMax);
-    STATS_LOG_TRACE("Precision: lumaAvg %f histoLumaSum %f histSum =%f\n", lumaAvg, histoLumaSum,
+    rLumaAvg            = meanBin * maxLuma / static_cast<FLOAT>(BinMax);
+    STATS_LOG_TRACE("Precision: lumaAvg %f histoLumaSum %f histSum =%f\n", rLumaAvg, histoLumaSum,
                     static_cast<FLOAT>(histSum));
-    return lumaAvg;
+    return histSum > 0;
 }
 
 /// Fills masks and tables, and the shares of the scene.

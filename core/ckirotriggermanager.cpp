@@ -1,7 +1,6 @@
 #include "core/ckirotriggermanager.h"
 
 #include "core/base/kirolog.h"
-#include "core/base/tuningaccess.h"
 
 using kirodbsnapshot::DRCGainType;
 
@@ -31,8 +30,6 @@ CKIROTriggerManager::~CKIROTriggerManager()
 
 VOID CKIROTriggerManager::UpdateSnapshotDBTriggerSystems(UINT32 dataID)
 {
-    m_tuning.Refresh(tuningaccess::Get_kirodbsnapshot(*m_rContextManager.GetTuningData()),
-                     [this](const auto&) { m_pSnapshotTuning = nullptr; });
     DBSnapshotPayload* pPayload = m_rContextManager.m_pBankManager->GetDataSnapshot(static_cast<INT32>(dataID));
     if (pPayload == nullptr)
     {
@@ -46,33 +43,33 @@ VOID CKIROTriggerManager::GetSnapshotDBBracketingEVZero(const KIROGeneralizedTri
                                                         KIROGeneralizedTriggerSystemOutput&      rOutput)
 {
     Answer(pInput, &CKIROTriggerManager::SetBracketingEVZeroTuning, &CKIROTriggerManager::m_pBracketingEVZero,
-           "m_pBracketingEVZero", rOutput);
+           "Failed to get trigger data - m_pBracketingEVZero is NuLL", rOutput);
 }
 
 VOID CKIROTriggerManager::GetSnapshotDBBracketingEVPlus(const KIROGeneralizedTriggerSystemInput* pInput,
                                                         KIROGeneralizedTriggerSystemOutput&      rOutput)
 {
     Answer(pInput, &CKIROTriggerManager::SetBracketingEVPlusTuning, &CKIROTriggerManager::m_pBracketingEVPlus,
-           "m_pBracketingEVPlus", rOutput);
+           "Failed to get trigger data - m_pBracketingEVPlus is NuLL", rOutput);
 }
 
 VOID CKIROTriggerManager::GetSnapshotDBBracketingEVMinus(const KIROGeneralizedTriggerSystemInput* pInput,
                                                          KIROGeneralizedTriggerSystemOutput&      rOutput)
 {
     Answer(pInput, &CKIROTriggerManager::SetBracketingEVMinusTuning, &CKIROTriggerManager::m_pBracketingEVMinus,
-           "m_pBracketingEVMinus", rOutput);
+           "Failed to get trigger data - m_pBracketingEVMinus is NuLL", rOutput);
 }
 
 VOID CKIROTriggerManager::GetSnapshotDBNonBracketing(const KIROGeneralizedTriggerSystemInput* pInput,
                                                      KIROGeneralizedTriggerSystemOutput&      rOutput)
 {
     Answer(pInput, &CKIROTriggerManager::SetNonBracketingTuning, &CKIROTriggerManager::m_pNonBracketing,
-           "m_pNonBracketing", rOutput);
+           "Failed to get trigger data - m_pNonBracketing is NuLL", rOutput);
 }
 
 VOID CKIROTriggerManager::Answer(const KIROGeneralizedTriggerSystemInput* pInput,
                                  VOID (CKIROTriggerManager::*pSetTuning)(),
-                                 CKIROTwoFloatsXML* CKIROTriggerManager::*ppTriggerData, const CHAR* pName,
+                                 CKIROTwoFloatsXML* CKIROTriggerManager::*ppTriggerData, const CHAR* pFailure,
                                  KIROGeneralizedTriggerSystemOutput& rOutput)
 {
     rOutput.data[0]     = 0.0f;
@@ -88,7 +85,7 @@ VOID CKIROTriggerManager::Answer(const KIROGeneralizedTriggerSystemInput* pInput
     CKIROTwoFloatsXML* pTriggerData = this->*ppTriggerData;
     if (pTriggerData == nullptr)
     {
-        STATS_LOG_ERROR("Failed to get trigger data - %s is NuLL", pName);
+        STATS_LOG_ERROR("%s", pFailure);
         return;
     }
     const auto* pGains = static_cast<const DRCGainType*>(pTriggerData->GetData(pInput->data[0], 0.0f, 0.0f));

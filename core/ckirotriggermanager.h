@@ -4,7 +4,6 @@
 #pragma once
 
 #include "core/base/ckirotriggerclasses.h"
-#include "core/base/tuningdriven.h"
 #include "core/ikirocontextmanager.h"
 #include "interface/kirotriggerdata.h"
 
@@ -20,8 +19,8 @@ public:
     CKIROTriggerManager& operator=(const CKIROTriggerManager&) = delete;
     ~CKIROTriggerManager();
 
-    /// Looks the settings up in BankIDSnapshot. Without an entry of the ID the settings found last stay, unless the
-    /// tuning that held them has been replaced.
+    /// Looks the settings up in BankIDSnapshot. Without an entry of the ID the settings found last stay: after a change
+    /// of tuning a host asks with an ID that exists, or with a new object.
     /// @param dataID 0 for the entry that the context selects
     VOID UpdateSnapshotDBTriggerSystems(UINT32 dataID);
 
@@ -51,7 +50,7 @@ private:
 
     /// The common part of the queries: a query fetches the settings, builds its object by pSetTuning, and evaluates it.
     VOID Answer(const KIROGeneralizedTriggerSystemInput* pInput, VOID (CKIROTriggerManager::*pSetTuning)(),
-                CKIROTwoFloatsXML* CKIROTriggerManager::*ppTriggerData, const CHAR* pName,
+                CKIROTwoFloatsXML* CKIROTriggerManager::*ppTriggerData, const CHAR* pFailure,
                 KIROGeneralizedTriggerSystemOutput& rOutput);
 
     static CKIROTwoFloatsXML* NewTriggerData(const ExposureConfigType& rTuning);
@@ -63,9 +62,8 @@ private:
     ExposureConfigType*  m_pBracketingEVMinusTuning;
     ExposureConfigType*  m_pNonBracketingTuning;
     // Of the last query each. Not freed: see the delete operations.
-    CKIROTwoFloatsXML*                               m_pBracketingEVZero;
-    CKIROTwoFloatsXML*                               m_pBracketingEVPlus;
-    CKIROTwoFloatsXML*                               m_pBracketingEVMinus;
-    CKIROTwoFloatsXML*                               m_pNonBracketing;
-    TuningDriven<kirodbsnapshot::KIRODBSnapshotType> m_tuning;  ///< what m_pSnapshotTuning belongs to
+    CKIROTwoFloatsXML* m_pBracketingEVZero;
+    CKIROTwoFloatsXML* m_pBracketingEVPlus;
+    CKIROTwoFloatsXML* m_pBracketingEVMinus;
+    CKIROTwoFloatsXML* m_pNonBracketing;
 };

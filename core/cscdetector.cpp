@@ -184,18 +184,20 @@ FLOAT CSCDetector::GetMedianValue() const
 bool CSCDetector::GetCoreData()
 {
     const auto* pThres = static_cast<const SCThresCoreDataType*>(
-        Evaluate(m_pTuning->SCDetectionConfig.thresConfig.thresData, m_thresTrigger, "Threshold"));
+        Evaluate(m_pTuning->SCDetectionConfig.thresConfig.thresData, m_thresTrigger));
     if (pThres == nullptr)
     {
+        STATS_LOG_ERROR("KIROSCND ID:%s Failed to get Threshold triggers", Name());
         return false;
     }
     m_coreData.valueThres = pThres->valueThres;
     m_coreData.countThres = pThres->countThres;
 
     const auto* pHoldTime =
-        static_cast<const FLOAT*>(Evaluate(m_pTuning->holdTimeConfig.holdTimeData, m_holdtimeTrigger, "HoldTime"));
+        static_cast<const FLOAT*>(Evaluate(m_pTuning->holdTimeConfig.holdTimeData, m_holdtimeTrigger));
     if (pHoldTime == nullptr)
     {
+        STATS_LOG_ERROR("KIROSCND ID:%s Failed to get HoldTime triggers", Name());
         return false;
     }
     m_coreData.holdTime = *pHoldTime;
@@ -204,14 +206,12 @@ bool CSCDetector::GetCoreData()
 
 /// The second entry drives the third level too, and the third entry is not read: trees are tuned on that.
 /// @return a core record, null if a driving trigger could not be read
-template <typename TriggerData>
-const VOID* CSCDetector::Evaluate(const TriggerData& rTuning, CKIRODataXML& rTree, const CHAR* pWhat) const
+template <typename TriggerData> const VOID* CSCDetector::Evaluate(const TriggerData& rTuning, CKIRODataXML& rTree) const
 {
     FLOAT trigger1;
     FLOAT trigger2;
     if (!GetTriggerValue(rTuning.trigger1DataBank, trigger1) || !GetTriggerValue(rTuning.trigger2DataBank, trigger2))
     {
-        STATS_LOG_ERROR("KIROSCND ID:%s Failed to get %s triggers", Name(), pWhat);
         return nullptr;
     }
     return rTree.GetData(trigger1, trigger2, trigger2);

@@ -66,17 +66,16 @@ private:
     static constexpr UINT32 HistorySize = 10;
 
     // Input and tuned values of the frame.
-    bool   CheckTuningAndState(BOOL bStatsValid);
-    bool   GetTriggerValue(const DataBankType& rBank, FLOAT& rValue) const;
-    bool   GetInput(FLOAT& rValue);
-    bool   RunPreProcessing();
-    UINT32 FilterLength() const;
-    FLOAT  GetAverageValue() const;
-    FLOAT  GetMedianValue() const;
-    bool   GetCoreData();
-    template <typename TriggerData>
-    const VOID* Evaluate(const TriggerData& rTuning, CKIRODataXML& rTree, const CHAR* pWhat) const;
-    VOID        UpdateOutputState();
+    bool                                        CheckTuningAndState(BOOL bStatsValid);
+    bool                                        GetTriggerValue(const DataBankType& rBank, FLOAT& rValue) const;
+    bool                                        GetInput(FLOAT& rValue);
+    bool                                        RunPreProcessing();
+    UINT32                                      FilterLength() const;
+    FLOAT                                       GetAverageValue() const;
+    FLOAT                                       GetMedianValue() const;
+    bool                                        GetCoreData();
+    template <typename TriggerData> const VOID* Evaluate(const TriggerData& rTuning, CKIRODataXML& rTree) const;
+    VOID                                        UpdateOutputState();
 
     // State machines.
     FLOAT DiffFromBaseline() const;

@@ -68,8 +68,9 @@ VOID KIROTriggerDestory(CKIROTriggerDataXML* pObj)
 {
     if (pObj != nullptr)
     {
-        TavoPtr<CKIRODataXML>        pData(pObj->pData);
+        // The data object goes first.
         TavoPtr<CKIROTriggerDataXML> pOwned(pObj);
+        TavoPtr<CKIRODataXML>        pData(pObj->pData);
     }
 }
 

@@ -156,7 +156,7 @@ struct FlashBiasMtrTblGenCoreConfigType
     INT32               dataBankID;          ///< data ID of the table that is made
     INT32               baseTableID;         ///< data ID of the table that the gains multiply
     float               thresBrightSat;      ///< saturation, LED off, above which a region is bright without flash
-    float               flashEstStrength;    ///< factor on the predicted gain; 1.0 takes it as it is
+    float               flashEstStrength;    ///< factor on the light that the flash is predicted to add; 1.0 takes it as it is
     INT32               minOffStats;         ///< luma, LED off, is lifted to this
     float               kFloorPct;           ///< share of regions, 0 to 1, those of least gain, whose gain becomes 1
     float               satPreventStrength;  ///< weight of the cubic rise of the largest gains, from 0

@@ -218,7 +218,7 @@ struct AECSCDType
 {
     BOOL                   enable;
     SCDetectionRunPriority priority;
-    UINT32                 SCDId;  ///< what other modules ask for it by; from 1
+    UINT32                 SCDId;  ///< what other modules ask for it by
     CHAR*                  SCDName;
     SCDetectionConfigType  SCDetectionConfig;
     HoldTimeConfigType     holdTimeConfig;

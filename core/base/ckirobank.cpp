@@ -178,3 +178,13 @@ VOID CKIROBank::ResetData(BankDataSourceType source)
         }
     }
 }
+
+VOID CKIROBank::RemoveData(BankDataSourceType source)
+{
+    const bool isSelected = m_dynamicData.pPayload != nullptr && m_dynamicData.source == source;
+    ResetData(source);
+    if (isSelected)
+    {
+        SetBankBasedOnContext();
+    }
+}

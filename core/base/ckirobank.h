@@ -81,6 +81,8 @@ public:
 
     /// Removes the entries of one source; the selected entry stays until the next selection.
     VOID ResetData(BankDataSourceType source);
+    /// The same, and selects anew if the selected entry was one of them.
+    VOID RemoveData(BankDataSourceType source);
 
     const CHAR* GetName() const
     {

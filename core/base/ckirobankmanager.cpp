@@ -112,8 +112,7 @@ VOID CKIROBankManager::RemoveData(KIROBankIDType bankID, BankDataSourceType sour
     CKIROBank* pBank = IsValueBank(bankID) ? nullptr : GetInternalBank(bankID);
     if (pBank != nullptr)
     {
-        pBank->ResetData(source);
-        pBank->SetBankBasedOnContext();
+        pBank->RemoveData(source);
     }
 }
 

@@ -101,8 +101,8 @@ public:
     /// Publishes a trigger value: SetDataTriggers with a payload of these fields.
     KiroResult PublishTrigger(INT32 dataID, FLOAT value, const CHAR* pDescription, BankDataSourceType source);
 
-    /// Takes the entries of one source out of a tuned bank and selects anew: for a writer whose payloads are about to
-    /// be freed. A value bank keeps no payloads, and is left alone.
+    /// Takes the entries of one source out of a tuned bank, and selects anew if it had the selected one: for a writer
+    /// whose payloads are about to be freed. A value bank keeps no payloads, and is left alone.
     VOID RemoveData(KIROBankIDType bankID, BankDataSourceType source);
 
     /// @return a name for logs, also for an ID that is no bank

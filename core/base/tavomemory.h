@@ -111,7 +111,10 @@ public:
             --m_count;
             m_pElements[m_count].~T();
         }
-        TavoFree(m_pElements, tavomemory::ReleaseTag, nullptr, 0);
+        if (m_pElements != nullptr)
+        {
+            TavoFree(m_pElements, tavomemory::ReleaseTag, nullptr, 0);
+        }
         m_pElements = nullptr;
     }
 

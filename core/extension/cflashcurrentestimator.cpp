@@ -62,6 +62,7 @@ KiroResult CFlashCurrentEstimator::SetTuningHeaderChanged()
     std::copy_n(rMatching.table, hasTable ? rCount : 0, m_tunedTable);
     std::copy(std::begin(m_tunedTable), std::end(m_tunedTable), m_refTable);
 
+    std::fill(std::begin(m_precomputedPowerTable), std::end(m_precomputedPowerTable), 0u);
     m_isTuningValid       = IsTableSizeUsable() ? TRUE : FALSE;
     m_isFactoryCalApplied = FALSE;
     if (m_isTuningValid == FALSE)
@@ -319,7 +320,8 @@ bool CFlashCurrentEstimator::SelectMixes(const KIROAlgoFlashInput& rIn, LEDMixTy
 /// Scales the first row down to the allowed current; the two settings of a mix sum to it exactly.
 VOID CFlashCurrentEstimator::DerateMixes(INT32 maxCurrent, LEDMixType* pMixes) const
 {
-    const FLOAT ratio = static_cast<FLOAT>(maxCurrent) / static_cast<FLOAT>(m_minTunedPower);
+    const FLOAT ratio =
+        static_cast<FLOAT>(maxCurrent) / std::max(static_cast<FLOAT>(m_minTunedPower), exposurearithmetic::Epsilon);
     for (INT32 mix = 0; mix < m_tuningAndCalibration.countMix; ++mix)
     {
         LEDMixType& rMix = pMixes[mix];

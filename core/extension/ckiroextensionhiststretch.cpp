@@ -56,15 +56,18 @@ bool CKIROExtensionMonitor::ReadStretch(const ExtensionYHistStretch& rTuning, FL
     return true;
 }
 
-/// Only value banks hold the payload of this size by value; a tuned bank could answer with another record of the size.
+/// The start of a pair, the value of a number. Tuned banks hold records of other kinds and are refused.
 bool CKIROExtensionMonitor::ReadStretchEntry(const DataBankType& rEntry, FLOAT& rValue)
 {
-    KIROGetBankData entry{rEntry.bankID, rEntry.dataID, nullptr, sizeof(DBStartEndPayload)};
+    const bool      isPair = rEntry.bankID == BankIDSceneAnalyzer;
+    const size_t    size   = isPair ? sizeof(DBStartEndPayload) : sizeof(DBFloatPayload);
+    KIROGetBankData entry{rEntry.bankID, rEntry.dataID, nullptr, static_cast<INT32>(size)};
     if (!IsValueBank(rEntry.bankID) || m_rContext.m_pBankManager->GetControlData(&entry) != 0)
     {
         return false;
     }
-    rValue = static_cast<const DBStartEndPayload*>(entry.pData)->value.start;
+    rValue = isPair ? static_cast<const DBStartEndPayload*>(entry.pData)->value.start
+                    : static_cast<const DBFloatPayload*>(entry.pData)->value;
     return true;
 }
 

@@ -3,7 +3,7 @@
 /// or a ZLL snapshot is wanted, how to stretch the luma histogram, and whether a snapshot of three exposures is worth
 /// it. It also holds the exposures of a bracketing session steady while the scene stays the same.
 ///
-/// A lux index grows as the scene darkens. Without the tuning module nothing is wanted and nothing is held.
+/// A lux index grows as the scene darkens. Without the tuning module the flags stay as they are and nothing is held.
 #pragma once
 
 #include "core/base/tuningdriven.h"

@@ -4,9 +4,11 @@
 //   0       2     rawDataCount
 //   2       1     numOfKnees
 //   3       1     numOfZones
-//   4       16 each, rawDataCount samples: led1Setting 2, led2Setting 2, rgRatio 4, bgRatio 4, zoneIdx 1, reserved 3
-//           24 each, numOfKnees knees: rgRatioLow, bgRatioLow, rgRatioHigh, bgRatioHigh, confLEDLow, confLEDHigh, 4
-//           each 4 each, numOfZones zones: zoneCntLow 2, zoneCntHigh 2
+//   4       16    each of rawDataCount samples: led1Setting 2, led2Setting 2, rgRatio 4, bgRatio 4, zoneIdx 1,
+//                 reserved 3
+//           24    each of numOfKnees knees: rgRatioLow, bgRatioLow, rgRatioHigh, bgRatioHigh, confLEDLow and
+//                 confLEDHigh, 4 each
+//           4     each of numOfZones zones: zoneCntLow 2, zoneCntHigh 2
 
 #include <bit>
 

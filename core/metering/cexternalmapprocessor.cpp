@@ -59,7 +59,7 @@ VOID CExternalMapProcessor::PreprocessInputData()
     const auto*          pTable = m_pContextManager->m_pBankManager->GetDataMetering2D(rInput.dataIDWeight2D);
     if (pTable == nullptr)
     {
-        STATS_LOG_WARNING("no external map in Metering2DDataBank %d", rInput.dataIDWeight2D);
+        STATS_LOG_TRACE("no external map in Metering2DDataBank %d", rInput.dataIDWeight2D);
         m_inputMap.fill(0);
         return;
     }

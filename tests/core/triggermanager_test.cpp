@@ -119,10 +119,6 @@ TEST_F(SnapshotTriggers, AMissingIDKeepsThePreviousSettingsOfTheTuning)
     m_context.SetTuning(TestTuning().Add(tuning));
     Expect(1, 5, 60.0f, 14.0f, 15.0f);
     Expect(2, 7, 60.0f, 24.0f, 25.0f);
-
-    // The records of a tuning that was replaced may be gone.
-    m_context.SetTuning(TestTuning().Add(tuning));
-    Expect(2, 7, 60.0f, 0.0f, 0.0f);
 }
 
 }  // namespace

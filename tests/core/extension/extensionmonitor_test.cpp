@@ -157,12 +157,16 @@ TEST_F(ExtensionMonitor, StretchMovesOnSettledFramesOnly)
     EXPECT_EQ(kept.enable, TRUE);
     EXPECT_FLOAT_EQ(kept.clamp, 3.5f);
 
-    for (const DataBankType bank : {DataBankType{BankIDTriggers, 3}, {BankIDSceneAnalyzer, 1000}, {BankIDROITable, 1}})
+    for (const DataBankType bank : {DataBankType{BankIDTriggers, 1000}, {BankIDSceneAnalyzer, 1000}, {BankIDROITable, 1}})
     {
         m_tuning.flagMonitor.YHistStretch.scalingValue = bank;
         Load();
         ExpectStretch(3.5f, 2.75f, "no such range");
     }
+    m_context.SetTrigger(200, 5.0f);
+    m_tuning.flagMonitor.YHistStretch.scalingValue = {BankIDTriggers, 200};
+    Load();
+    ExpectStretch(4.625f, 3.3125f, "a number instead of a range");
     m_in.statisticsStartup = StatisticsStartUpInvalid;
     ExpectStretch(0.0f, 1.0f, "start-up");
     m_in.statisticsStartup                         = StatisticsStartUpValid;

@@ -125,9 +125,9 @@ TEST_F(VectorProcessor, KeepsTheNewest300Samples)
     Load(MovingAverage, 1000);
     Run(std::vector<FLOAT>(200, 1.0f));
     EXPECT_FLOAT_EQ(Run(std::vector<FLOAT>(200, 4.0f)), 3.0f) << "200 of the newer, 100 of the older";
-    EXPECT_FLOAT_EQ(Run(std::vector<FLOAT>(1025, 2.0f)), 2.0f);
-    m_manager.Run1DVectorProcessors(Default, std::numeric_limits<UINT32>::max());
-    EXPECT_FLOAT_EQ(m_context.Trigger(ResultID), 2.0f);
+    EXPECT_FLOAT_EQ(Run(std::vector<FLOAT>(301, 2.0f)), 3.0f) << "more than there is room for is refused";
+    EXPECT_TRUE(m_log.Has(LevelError, "301 samples refused, at most 300"));
+    EXPECT_FLOAT_EQ(Run(std::vector<FLOAT>(300, 2.0f)), 2.0f);
     Load(MedianFilter, 1000);
     EXPECT_TRUE(std::isnan(Run(std::vector<FLOAT>(300, NAN))));
 }
