@@ -56,7 +56,7 @@ DOUBLE BaseExposure(const SnapshotTuningType* pSettings, const KiroHostFrame& rF
 }  // namespace
 
 BracketCapture::BracketCapture(KiroHost& rHost, UINT8 systemLatency)
-    : m_rHost(rHost), m_systemLatency(systemLatency), m_gains(rHost.Algo()), m_frame{}
+    : m_rHost(rHost), m_systemLatency(systemLatency), m_gains(rHost.Algo()), m_hasShownPicture(false), m_frame{}
 {
 }
 
@@ -67,13 +67,13 @@ VOID BracketCapture::Start(const std::vector<INT32>& rEVSteps)
 
 const KiroHostFrame& BracketCapture::RunFrame(UINT64 frameID, KIROStatsList& rStats)
 {
-    const bool isOwnStats = StatsShowPicture(frameID);
+    m_hasShownPicture = StatsShowPicture(frameID);
     m_picture.reset();
     if (!m_pending.empty() && m_rHost.IsStreaming())
     {
-        TakePicture(frameID, rStats, !isOwnStats);
+        TakePicture(frameID, rStats, !m_hasShownPicture);
     }
-    else if (isOwnStats)
+    else if (m_hasShownPicture)
     {
         // The history finds frames by ID: a frame that the core has not seen leaves no gap for it.
         m_frame = m_rHost.LastFrame();

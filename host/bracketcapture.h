@@ -45,6 +45,12 @@ public:
         return m_picture;
     }
 
+    /// Whether the last frame's statistics were those of a picture.
+    bool HasShownPicture() const
+    {
+        return m_hasShownPicture;
+    }
+
 private:
     bool StatsShowPicture(UINT64 frameID);
     VOID TakePicture(UINT64 frameID, KIROStatsList& rStats, bool isMetered);
@@ -57,5 +63,6 @@ private:
     std::deque<INT32>             m_pending;  ///< EVs of the pictures to take
     std::deque<UINT64>            m_taken;    ///< frames whose pictures the statistics have yet to show
     std::optional<BracketPicture> m_picture;
+    bool                          m_hasShownPicture;
     KiroHostFrame                 m_frame;
 };

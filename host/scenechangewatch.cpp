@@ -10,13 +10,14 @@ std::vector<SceneChangeReading> SceneChangeWatch::Read()
     std::vector<SceneChangeReading> readings;
     for (const SceneChangeDetector& rDetector : m_detectors)
     {
-        SceneChangeReading reading{rDetector.id, false, {}};
-        reading.isTuned = m_pAlgo->GetSCDOutput(m_pAlgo, rDetector.id, reading.output) == TRUE;
-        if (reading.isTuned && rDetector.isHosts && reading.output.scState == KIROSCDStateSCPostStable)
+        KIROSCDOutput output{};
+        const bool    isTuned = m_pAlgo->GetSCDOutput(m_pAlgo, rDetector.id, output) == TRUE;
+        readings.push_back(
+            {rDetector.id, (output.pName != nullptr) ? output.pName : "", isTuned, output.scState, output.htState});
+        if (isTuned && rDetector.isHosts && output.scState == KIROSCDStateSCPostStable)
         {
             m_pAlgo->RebaseSCD(m_pAlgo, rDetector.id);
         }
-        readings.push_back(reading);
     }
     return readings;
 }

@@ -5,6 +5,7 @@
 /// the host heeds stays where it is until the host has taken note of the change and says so.
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "interface/ikirocorealgo.h"
@@ -18,9 +19,11 @@ struct SceneChangeDetector
 /// A detector after a frame.
 struct SceneChangeReading
 {
-    UINT32        id;
-    bool          isTuned;  ///< otherwise the output is zeros
-    KIROSCDOutput output;
+    UINT32           id;
+    std::string      name;     ///< a copy: the tuning's goes with it. Empty until the detector has been at rest once
+    bool             isTuned;  ///< otherwise the states are those of rest
+    KIROSCDStateType scState;
+    KIROHoldTimeType htState;
 };
 
 class SceneChangeWatch

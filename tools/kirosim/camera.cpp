@@ -64,6 +64,7 @@ FrameRecord Camera::RunFrame(UINT64 frame, DOUBLE time)
     m_decided             = m_bracket.RunFrame(frame, rStats);
     record.decided        = m_decided;
     record.picture        = m_bracket.LastPicture();
+    record.isPictureShown = m_bracket.HasShownPicture();
     record.detectors      = m_watch.Read();
     return record;
 }

@@ -22,8 +22,9 @@ struct FrameRecord
     FrameTruth    truth;
     KiroHostFrame decided;
 
-    std::optional<BracketPicture>   picture;    ///< the frame is one of a bracket, and no preview
-    std::vector<SceneChangeReading> detectors;  ///< those that the scene watches
+    std::optional<BracketPicture>   picture;         ///< the frame is one of a bracket, and no preview
+    bool                            isPictureShown;  ///< the truth is of such a frame
+    std::vector<SceneChangeReading> detectors;       ///< those that the scene watches
 };
 
 class Camera

@@ -33,25 +33,24 @@ VOID DetectorReport::Add(const FrameRecord& rRecord)
 VOID DetectorReport::AddReading(const SceneChangeReading& rReading, DOUBLE time, size_t index)
 {
     DetectorResult&        rResult = m_results[index];
-    const KIROSCDOutput&   rOutput = rReading.output;
     const KIROSCDStateType before  = m_states[index];
     rResult.isTuned                = rResult.isTuned || rReading.isTuned;
-    if (rOutput.pName != nullptr)
+    if (!rReading.name.empty())
     {
-        rResult.name = rOutput.pName;
+        rResult.name = rReading.name;
     }
-    rResult.framesAtRest += (rOutput.scState == KIROSCDStateMonitor) ? 1U : 0U;
-    rResult.framesChanged += (rOutput.scState == KIROSCDStateSceneChange) ? 1U : 0U;
-    rResult.framesStableAgain += (rOutput.scState == KIROSCDStateSCPostStable) ? 1U : 0U;
-    rResult.detections += (rOutput.scState == KIROSCDStateSceneChange && before != KIROSCDStateSceneChange) ? 1U : 0U;
-    rResult.rebases += (rOutput.scState == KIROSCDStateMonitor && before != KIROSCDStateMonitor) ? 1U : 0U;
-    if (rOutput.htState == KIROHoldTimeOn)
+    rResult.framesAtRest += (rReading.scState == KIROSCDStateMonitor) ? 1U : 0U;
+    rResult.framesChanged += (rReading.scState == KIROSCDStateSceneChange) ? 1U : 0U;
+    rResult.framesStableAgain += (rReading.scState == KIROSCDStateSCPostStable) ? 1U : 0U;
+    rResult.detections += (rReading.scState != KIROSCDStateMonitor && before == KIROSCDStateMonitor) ? 1U : 0U;
+    rResult.rebases += (rReading.scState == KIROSCDStateMonitor && before != KIROSCDStateMonitor) ? 1U : 0U;
+    if (rReading.htState == KIROHoldTimeOn)
     {
         ++rResult.framesHeld;
         rResult.heldFrom  = rResult.heldFrom.value_or(time);
         rResult.heldUntil = time;
     }
-    m_states[index] = rOutput.scState;
+    m_states[index] = rReading.scState;
 }
 
 VOID DetectorReport::AddPassFrame(const FrameRecord& rRecord)

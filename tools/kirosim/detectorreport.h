@@ -19,10 +19,10 @@ struct DetectorResult
     UINT32                framesChanged;      ///< the scene differs
     UINT32                framesStableAgain;  ///< it differs, and stands still
     UINT32                framesHeld;         ///< the hold time runs
-    UINT32                detections;
-    UINT32                rebases;    ///< back to rest after a detection
-    std::optional<DOUBLE> heldFrom;   ///< s, first frame of the first hold
-    std::optional<DOUBLE> heldUntil;  ///< s, last frame of the last hold
+    UINT32                detections;         ///< changes that ended the rest
+    UINT32                rebases;            ///< back to rest after a detection
+    std::optional<DOUBLE> heldFrom;           ///< s, first frame of the first hold
+    std::optional<DOUBLE> heldUntil;          ///< s, last frame of the last hold
 };
 
 class DetectorReport final : public Report
