@@ -75,11 +75,13 @@ const KiroHostFrame& BracketCapture::RunFrame(UINT64 frameID, KIROStatsList& rSt
     }
     else if (m_hasShownPicture)
     {
+        m_metering.reset();
         // The history finds frames by ID: a frame that the core has not seen leaves no gap for it.
         m_frame = m_rHost.LastFrame();
     }
     else
     {
+        m_metering.reset();
         m_frame = m_rHost.RunFrame(frameID, rStats);
     }
     return m_frame;
@@ -103,13 +105,21 @@ VOID BracketCapture::TakePicture(UINT64 frameID, KIROStatsList& rStats, bool isM
     m_taken.push_back(frameID);
     m_picture.emplace();
     m_frame = m_rHost.RunSnapshotFrame(frameID, rStats, KIROCoreSnapshotType::Normal, isMetered,
-                                       [this](KiroHostFrame& rFrame) { ChooseExposures(rFrame); });
+                                       [&](KiroHostFrame& rFrame) { ChooseExposures(rFrame, isMetered); });
     pAlgo->SetContextEvent(pAlgo, AECEVBracketing, FALSE);
     PublishEV(0);
 }
 
-VOID BracketCapture::ChooseExposures(KiroHostFrame& rFrame)
+VOID BracketCapture::ChooseExposures(KiroHostFrame& rFrame, bool isMetered)
 {
+    if (isMetered)
+    {
+        m_metering = rFrame.metering;
+    }
+    else if (m_metering.has_value())
+    {
+        rFrame.metering = *m_metering;
+    }
     KIROConvergenceOutput& rConverged = rFrame.convergence;
     BracketPicture&        rPicture   = *m_picture;
     rPicture.isLocked                 = rFrame.metering.bIsMeteringSkipped == TRUE;

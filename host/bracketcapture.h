@@ -54,7 +54,7 @@ public:
 private:
     bool StatsShowPicture(UINT64 frameID);
     VOID TakePicture(UINT64 frameID, KIROStatsList& rStats, bool isMetered);
-    VOID ChooseExposures(KiroHostFrame& rFrame);
+    VOID ChooseExposures(KiroHostFrame& rFrame, bool isMetered);
     VOID PublishEV(INT32 evSteps);
 
     KiroHost&                     m_rHost;
@@ -63,6 +63,9 @@ private:
     std::deque<INT32>             m_pending;  ///< EVs of the pictures to take
     std::deque<UINT64>            m_taken;    ///< frames whose pictures the statistics have yet to show
     std::optional<BracketPicture> m_picture;
-    bool                          m_hasShownPicture;
-    KiroHostFrame                 m_frame;
+    /// Of the bracket's last picture whose statistics showed the preview; a short pipeline shows pictures to the
+    /// others.
+    std::optional<KIROMeteringOutput> m_metering;
+    bool                              m_hasShownPicture;
+    KiroHostFrame                     m_frame;
 };

@@ -107,10 +107,9 @@ KiroHostFrame KiroHost::RunSnapshotFrame(UINT64 frameID, KIROStatsList& rStats, 
     (VOID) m_pAlgo->runStartOfFrame(m_pAlgo, frameID);
     // Between frames it would mark the preview frame before it as a snapshot.
     SetSnapshot(type);
-    const bool isStatsValid = m_pAlgo->setStats(m_pAlgo, rStats) == 0;
-    if (isMetered)
+    if (m_pAlgo->setStats(m_pAlgo, rStats) == 0 && isMetered)
     {
-        RunMetering(isStatsValid);
+        RunMetering(true);
     }
     choose(m_frame);
     m_walk.SplitExposures(m_settings, m_frame.convergence.exposures, m_frame.arbitration);

@@ -51,7 +51,8 @@ public:
 
     /// Runs a frame that is a picture and no part of the preview. Metering runs as ever; convergence and extension
     /// rest, so that the preview goes on as if there had been no such frame. Only while IsStreaming.
-    /// @param isMetered whether the statistics show the preview; otherwise its last targets stand
+    /// @param isMetered whether the statistics show the preview; otherwise, and without valid ones, its last targets
+    ///                  stand
     /// @param choose    sets the converged exposures and gains. It finds this frame's targets and the preview's values.
     KiroHostFrame RunSnapshotFrame(UINT64 frameID, KIROStatsList& rStats, KIROCoreSnapshotType type, bool isMetered,
                                    const std::function<VOID(KiroHostFrame&)>& choose);

@@ -96,6 +96,20 @@ TEST_F(Brackets, ThePreviewGoesOnWhereItWas)
     EXPECT_TRUE(s_summary.isLegal);
 }
 
+TEST(BracketCapture, PicturesThatArePartOfTheStatisticsAlreadyAreNotMetered)
+{
+    const SimulationRun run("bracket", "short-pipeline", "phone.yaml");
+    const auto          results = run.Show(BracketReport(run.GetScene().sensor.latency)).Results();
+    ASSERT_EQ(results.size(), 3U);
+    for (const BracketResult& rResult : results)
+    {
+        EXPECT_NEAR(rResult.frames[0].exposureEV, -2.0, 0.01);
+        EXPECT_NEAR(rResult.frames[2].exposureEV, 2.0, 0.01);
+        EXPECT_EQ(rResult.previewChangeEV, 0.0);
+    }
+    EXPECT_NEAR(results[1].frames[1].exposureLog2, results[0].frames[1].exposureLog2, 0.01);
+}
+
 TEST(BracketCapture, ATuningWithoutSettingsOfSnapshotsTakesThePreviewsExposureTimesTheEV)
 {
     // The small tuning has neither settings of snapshots, nor a lock, nor references.

@@ -41,6 +41,13 @@ TEST(Detectors, AHandThatPassesMovesTheFilmNotAtAllAndTheFinderAllTheWay)
     EXPECT_EQ(followed.Results()[LightJump].rebases, 0U);
 }
 
+TEST(Detectors, AHandThatComesSlowlyIsFollowedOnlyUntilItIsKnown)
+{
+    const DetectorReport report = ReportOf(SimulationRun("hand", "slowly", "phone.yaml"));
+    EXPECT_LT(*report.PassSwingEV(), 0.2);
+    EXPECT_EQ(report.Results()[LightJump].detections, 1U);
+}
+
 TEST(Detectors, ARealChangeIsFollowedAfterTheHoldTimeAndBecomesTheNewBaseline)
 {
     const SimulationRun   run("scene-change", "", "phone.yaml");
