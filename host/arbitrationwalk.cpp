@@ -174,8 +174,9 @@ ArbitratedExposure ArbitrationWalk::WalkControls(const ArbitrationSettings&     
 
         KIROArbitrationOutput output{};
         output.range = rInput.range;
-        // A control that fails or does not apply leaves exposure and limits as they were.
-        if (m_pAlgo->runArbitration(m_pAlgo, &rInput, &output) == 0)
+        // A control that fails or does not apply leaves exposure and limits as they were. So does a reference frame
+        // that the exposure lies on the wrong side of: its control succeeds without an answer.
+        if (m_pAlgo->runArbitration(m_pAlgo, &rInput, &output) == 0 && output.exposureSet.exposure != 0)
         {
             rInput.exposures[rInput.expType] = output.exposureSet;
             rInput.range                     = output.range;

@@ -99,6 +99,31 @@ const KiroHostFrame& KiroHost::RunFrame(UINT64 frameID, KIROStatsList& rStats)
     return m_frame;
 }
 
+KiroHostFrame KiroHost::RunSnapshotFrame(UINT64 frameID, KIROStatsList& rStats, KIROCoreSnapshotType type,
+                                         bool isMetered, const std::function<VOID(KiroHostFrame&)>& choose)
+{
+    const KiroHostFrame preview = m_frame;
+    rStats.startup              = StatisticsStartUpValid;
+    (VOID) m_pAlgo->runStartOfFrame(m_pAlgo, frameID);
+    // Between frames it would mark the preview frame before it as a snapshot.
+    SetSnapshot(type);
+    if (m_pAlgo->setStats(m_pAlgo, rStats) == 0 && isMetered)
+    {
+        RunMetering(true);
+    }
+    choose(m_frame);
+    m_walk.SplitExposures(m_settings, m_frame.convergence.exposures, m_frame.arbitration);
+
+    KIROFrameInfo           info = {frameID, FALSE};
+    KIROPostProcessingInput unused{};
+    (VOID) m_pAlgo->runEndOfFrame(m_pAlgo, info, unused, m_frame.metering, m_frame.convergence, m_frame.arbitration);
+    SetSnapshot(KIROCoreSnapshotType::None);
+
+    const KiroHostFrame snapshot = m_frame;
+    m_frame                      = preview;
+    return snapshot;
+}
+
 VOID KiroHost::RunMetering(bool isStatsValid)
 {
     KIROMeteringInput input = {isStatsValid ? TRUE : FALSE, MinAntibandingExposure()};
@@ -229,6 +254,11 @@ VOID KiroHost::SetHDRType(AECAlgoHDRType type)
 {
     m_settings.HDRType = type;
     (VOID) SetParam(AECAlgoSetParamMultiExpSensorMode, type);
+}
+
+VOID KiroHost::SetLEDMode(AECAlgoLEDModeType mode)
+{
+    (VOID) SetParam(AECAlgoSetParamLEDMode, mode);
 }
 
 VOID KiroHost::SetSnapshot(KIROCoreSnapshotType type)

@@ -2,6 +2,8 @@
 /// A reference host: the order of a frame's calls, and what must be kept alive for the core.
 #pragma once
 
+#include <functional>
+
 #include "host/arbitrationwalk.h"
 #include "host/kirocorelibrary.h"
 #include "host/kirodebugdata.h"
@@ -47,7 +49,21 @@ public:
     /// @param rStats  stays valid until the next call
     const KiroHostFrame& RunFrame(UINT64 frameID, KIROStatsList& rStats);
 
-    /// The decision of the last frame; before the first one that of the start-up frame.
+    /// Runs a frame that is a picture and no part of the preview. Metering runs as ever; convergence and extension
+    /// rest, so that the preview goes on as if there had been no such frame. Only while IsStreaming.
+    /// @param isMetered whether the statistics show the preview; otherwise, and without valid ones, its last targets
+    ///                  stand
+    /// @param choose    sets the converged exposures and gains. It finds this frame's targets and the preview's values.
+    KiroHostFrame RunSnapshotFrame(UINT64 frameID, KIROStatsList& rStats, KIROCoreSnapshotType type, bool isMetered,
+                                   const std::function<VOID(KiroHostFrame&)>& choose);
+
+    /// Whether the statistics show decided exposures.
+    bool IsStreaming() const
+    {
+        return m_framesRun > m_config.systemLatency;
+    }
+
+    /// The decision of the last preview frame; before the first one that of the start-up frame.
     const KiroHostFrame& LastFrame() const
     {
         return m_frame;
@@ -64,6 +80,7 @@ public:
     /// @param pROI fractions of the frame; null ends the touch. Copied.
     VOID SetTouch(const AECAlgoROI* pROI);
     VOID SetHDRType(AECAlgoHDRType type);
+    VOID SetLEDMode(AECAlgoLEDModeType mode);
     VOID SetSnapshot(KIROCoreSnapshotType type);
     /// The selectors or the manager have changed.
     VOID SetTuning(const StatsTuningData& rTuning);
@@ -85,6 +102,14 @@ public:
         return m_pAlgo;
     }
 
+    const StatsTuningData& Tuning() const
+    {
+        return m_config.tuning;
+    }
+
+    /// A value of the trigger bank.
+    FLOAT Trigger(KIROTriggerType id);
+
 private:
     template <typename T> MNKResult SetParam(AECAlgoSetParamType type, const T& rValue);
 
@@ -94,7 +119,6 @@ private:
     VOID   RunConvergence(UINT64 frameID);
     VOID   RunExtension(const KIROStatsList& rStats);
     UINT64 MinAntibandingExposure() const;
-    FLOAT  Trigger(KIROTriggerType id);
 
     KiroHostConfig      m_config;
     KiroDebugData       m_debugData;

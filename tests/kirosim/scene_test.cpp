@@ -69,6 +69,10 @@ TEST_F(SceneText, SlipsNameFileLineColumnAndWhatWasExpected)
         {"events: [{time: 1, touch: [0, 0, 2, 1]}]\n", "expected a number from 0 to 1"},
         {"events: [{time: 1, antibanding: 55}]\n", "expected off, 50 or 60"},
         {"events: [{time: 1, modes: [Usecase.Vdeo]}]\n", ":1:28: "},
+        {"events: [{time: 1, bracket: []}]\n", "bracket wants 1 to 16 EV steps"},
+        {"events: [{time: 1, bracket: [-12, 0.5]}]\n", "bracket wants whole EV steps"},
+        {"events: [{time: 1, led: dim}]\n", "expected off, auto or on"},
+        {"detectors: {watch: [{id: 1, host: true}]}\n", "did you mean 'hosts'"},
         {"sensor: {minGain: 9, maxGain: 3}\n", "minimum lies above its maximum"},
     };
     for (const auto& [pText, pExpected] : slips)

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/kirosim/report.h"
 #include "tools/kirosim/simulation.h"
 #include "tools/kirosim/summary.h"
 #include "tools/kirosim/trace.h"
@@ -44,6 +45,26 @@ public:
             text += kirosim::CsvLine(rRecord);
         }
         return text;
+    }
+
+    const kirosim::Scene& GetScene() const
+    {
+        return m_scene;
+    }
+
+    const std::vector<kirosim::FrameRecord>& Records() const
+    {
+        return m_records;
+    }
+
+    /// Lets a report see all frames. @return the report
+    template <typename T> T Show(T report) const
+    {
+        for (const kirosim::FrameRecord& rRecord : m_records)
+        {
+            report.Add(rRecord);
+        }
+        return report;
     }
 
     const kirosim::FrameRecord& Last() const

@@ -19,10 +19,12 @@ constexpr UINT64 DefaultStartExposure = 10000000;
 }  // namespace
 
 Camera::Camera(const Scene& rScene, LoadedTuning& rTuning, StatsLogger logger)
-    : m_rScene(rScene), m_rTuning(rTuning), m_sensor(rScene), m_host(m_library, HostConfig(), logger)
+    : m_rScene(rScene), m_rTuning(rTuning), m_sensor(rScene), m_host(m_library, HostConfig(), logger),
+      m_bracket(m_host, rScene.sensor.latency), m_watch(m_host.Algo(), rScene.detectors.watched),
+      m_decided(m_host.LastFrame())
 {
     // The decision of frame n is in the statistics of frame n + latency.
-    m_pipeline.assign(rScene.sensor.latency - 1U, Quantize(m_host.LastFrame()));
+    m_pipeline.assign(rScene.sensor.latency - 1U, Quantize(m_decided));
 }
 
 KiroHostConfig Camera::HostConfig() const
@@ -55,11 +57,15 @@ FrameRecord Camera::RunFrame(UINT64 frame, DOUBLE time)
     FrameRecord record{};
     record.frame = frame;
     record.time  = time;
-    m_pipeline.push_back(Quantize(m_host.LastFrame()));
+    m_pipeline.push_back(Quantize(m_decided));
     const AppliedExposures applied = m_pipeline.front();
     m_pipeline.pop_front();
     KIROStatsList& rStats = m_sensor.Capture(frame, time, applied.data(), record.truth);
-    record.decided        = m_host.RunFrame(frame, rStats);
+    m_decided             = m_bracket.RunFrame(frame, rStats);
+    record.decided        = m_decided;
+    record.picture        = m_bracket.LastPicture();
+    record.isPictureShown = m_bracket.HasShownPicture();
+    record.detectors      = m_watch.Read();
     return record;
 }
 
@@ -102,6 +108,14 @@ VOID Camera::Apply(const Event& rEvent)
     if (rEvent.manual.has_value())
     {
         m_host.SetManual(*rEvent.manual);
+    }
+    if (rEvent.bracket.has_value())
+    {
+        m_bracket.Start(*rEvent.bracket);
+    }
+    if (rEvent.LEDMode.has_value())
+    {
+        m_host.SetLEDMode(*rEvent.LEDMode);
     }
 }
 

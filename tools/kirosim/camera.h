@@ -5,7 +5,9 @@
 
 #include <deque>
 
+#include "host/bracketcapture.h"
 #include "host/kirohost.h"
+#include "host/scenechangewatch.h"
 #include "tools/kirosim/loadedtuning.h"
 #include "tools/kirosim/sensormodel.h"
 
@@ -19,6 +21,10 @@ struct FrameRecord
     DOUBLE        time;  ///< s
     FrameTruth    truth;
     KiroHostFrame decided;
+
+    std::optional<BracketPicture>   picture;         ///< the frame is one of a bracket, and no preview
+    bool                            isPictureShown;  ///< the truth is of such a frame
+    std::vector<SceneChangeReading> detectors;       ///< those that the scene watches
 };
 
 class Camera
@@ -44,6 +50,9 @@ private:
     SensorModel                  m_sensor;
     KiroCoreLibrary              m_library;
     KiroHost                     m_host;
+    BracketCapture               m_bracket;
+    SceneChangeWatch             m_watch;
+    KiroHostFrame                m_decided;   ///< of the last frame
     std::deque<AppliedExposures> m_pipeline;  ///< decisions on their way to the sensor, oldest first
 };
 

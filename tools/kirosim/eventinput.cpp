@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "tools/kirosim/bracketinput.h"
 #include "tools/tuningfile/modepath.h"
 
 using tuningfile::YamlEntry;
@@ -124,10 +125,20 @@ VOID ReadEventEntry(const SceneText& rText, const YamlEntry& rEntry, Event& rEve
     {
         rEvent.modes = ReadModes(rText, rEntry);
     }
+    else if (rName == "bracket")
+    {
+        rEvent.bracket = ReadBracket(rText, rEntry);
+    }
+    else if (rName == "led")
+    {
+        constexpr AECAlgoLEDModeType modes[] = {AECAlgoLEDModeOff, AECAlgoLEDModeAuto, AECAlgoLEDModeOn};
+        rEvent.LEDMode                       = modes[rText.Choice(rEntry, {"off", "auto", "on"})];
+    }
     else
     {
-        rText.Input().FailUnknown(rEntry, "member of an event",
-                                  {"time", "ev", "lock", "touch", "antibanding", "fps", "manual", "modes"});
+        rText.Input().FailUnknown(
+            rEntry, "member of an event",
+            {"time", "ev", "lock", "touch", "antibanding", "fps", "manual", "modes", "bracket", "led"});
     }
 }
 

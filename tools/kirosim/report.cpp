@@ -1,11 +1,30 @@
 #include "tools/kirosim/report.h"
 
+#include <algorithm>
+
+#include "tools/kirosim/bracketreport.h"
+#include "tools/kirosim/detectorreport.h"
+#include "tools/kirosim/monitorreport.h"
+
 namespace kirosim
 {
 
-std::vector<std::unique_ptr<Report>> ReportsOf(const Scene&)
+std::vector<std::unique_ptr<Report>> ReportsOf(const Scene& rScene)
 {
     std::vector<std::unique_ptr<Report>> reports;
+    if (!rScene.detectors.watched.empty())
+    {
+        reports.push_back(std::make_unique<DetectorReport>(rScene.detectors));
+    }
+    if (std::any_of(rScene.events.begin(), rScene.events.end(),
+                    [](const Event& rEvent) { return rEvent.bracket.has_value(); }))
+    {
+        reports.push_back(std::make_unique<BracketReport>(rScene.sensor.latency));
+    }
+    if (rScene.isMonitored)
+    {
+        reports.push_back(std::make_unique<MonitorReport>());
+    }
     return reports;
 }
 

@@ -8,6 +8,8 @@
 
 #include "interface/aecalgoinput.h"
 #include "parameters/tuningmode.h"
+#include "tools/kirosim/bracketscene.h"
+#include "tools/kirosim/detectorscene.h"
 
 namespace kirosim
 {
@@ -81,6 +83,8 @@ struct Event
     std::optional<AECAlgoFPSRange>         fps;
     std::optional<AECAlgoManualSetting>    manual;
     std::optional<std::vector<TuningMode>> modes;  ///< selectors, Default first
+    std::optional<BracketRequest>          bracket;
+    std::optional<AECAlgoLEDModeType>      LEDMode;
 };
 
 struct Scene
@@ -99,6 +103,8 @@ struct Scene
     Lamp                    lamp;
     Sensor                  sensor;
     std::vector<Event>      events;  ///< in ascending time
+    DetectorScene           detectors;
+    bool                    isMonitored = false;  ///< the summary tells what the monitors said
 
     /// Light at a time, EV relative to lux, without ripple.
     DOUBLE LightEV(DOUBLE time) const;

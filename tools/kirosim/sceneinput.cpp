@@ -4,6 +4,7 @@
 
 #include <fmt/format.h>
 
+#include "tools/kirosim/detectorinput.h"
 #include "tools/kirosim/eventinput.h"
 #include "tools/tuningfile/files.h"
 #include "tools/tuningfile/inputerror.h"
@@ -37,7 +38,8 @@ public:
             {
                 m_rInput.FailUnknown(rEntry, "member of a scene",
                                      {"name", "fps", "frames", "seed", "lux", "rg", "bg", "startOffsetEV", "pattern",
-                                      "light", "ripple", "lamp", "sensor", "events", "variants"});
+                                      "light", "ripple", "lamp", "sensor", "events", "detectors", "monitors",
+                                      "variants"});
             }
         }
     }
@@ -101,6 +103,14 @@ private:
         else if (rName == "events")
         {
             rScene.events = ReadEvents(m_text, rEntry);
+        }
+        else if (rName == "detectors")
+        {
+            rScene.detectors = ReadDetectors(m_text, rEntry.value);
+        }
+        else if (rName == "monitors")
+        {
+            rScene.isMonitored = m_text.Flag(rEntry);
         }
         else
         {

@@ -36,12 +36,16 @@ SummaryBuilder::SummaryBuilder(const Scene& rScene) : m_rScene(rScene), m_isLega
 
 VOID SummaryBuilder::Add(const FrameRecord& rRecord)
 {
+    m_isLegal = m_isLegal && IsLegal(rRecord);
+    if (rRecord.picture.has_value() || rRecord.isPictureShown)
+    {
+        return;  // the summary judges the preview
+    }
     const auto&  rSafe  = rRecord.decided.arbitration[AECAlgoExposureSafe].exposureSet;
     const UINT64 target = rRecord.decided.metering.exposures[AECAlgoExposureSafe];
     m_samples.push_back({rRecord.time, std::log2(std::max(static_cast<DOUBLE>(rSafe.exposure), 1.0)),
                          std::log2(std::max(static_cast<DOUBLE>(target), 1.0)), m_rScene.LightEV(rRecord.time),
                          rRecord.truth.pictureEV, rRecord.truth.banding});
-    m_isLegal = m_isLegal && IsLegal(rRecord);
 }
 
 bool SummaryBuilder::IsLegal(const FrameRecord& rRecord) const

@@ -1,0 +1,14 @@
+/// @file
+/// The bracket of an event from its text.
+#pragma once
+
+#include "tools/kirosim/bracketscene.h"
+#include "tools/kirosim/scenetext.h"
+
+namespace kirosim
+{
+
+/// @throws tuningfile::InputError
+BracketRequest ReadBracket(const SceneText& rText, const tuningfile::YamlEntry& rEntry);
+
+}  // namespace kirosim

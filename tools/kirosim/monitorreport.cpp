@@ -1,0 +1,72 @@
+#include "tools/kirosim/monitorreport.h"
+
+#include <fmt/format.h>
+
+namespace kirosim
+{
+
+namespace
+{
+
+constexpr const CHAR* FlagNames[] = {
+    "flash needed", "delay of the flash for faces", "LED assist for AF", "low-light snapshot", "ZLL snapshot",
+    "ZLL enforced", "three-exposure snapshot"};
+static_assert(std::size(FlagNames) == static_cast<size_t>(MonitoredFlag::Count));
+
+}  // namespace
+
+VOID MonitorReport::Add(const FrameRecord& rRecord)
+{
+    const KIROExtensionOutput&       rOutput = rRecord.decided.extension;
+    const KIROExtFlagsMonitorOutput& rFlags  = rOutput.monitoredFlags;
+    AddFlag(MonitoredFlag::Flash, rFlags.bFlashNeeded, rRecord);
+    AddFlag(MonitoredFlag::FaceDelay, rFlags.bFDFlashDelayNeeded, rRecord);
+    AddFlag(MonitoredFlag::LEDAssist, rFlags.bLEDAFNeeded, rRecord);
+    AddFlag(MonitoredFlag::LowLight, rFlags.bLLSNeeded, rRecord);
+    AddFlag(MonitoredFlag::ZLL, rFlags.bZLLEnabled, rRecord);
+    AddFlag(MonitoredFlag::ZLLEnforced, rFlags.bZLLEnforced, rRecord);
+    AddFlag(MonitoredFlag::HDR3, rOutput.snapshot3HDRTriggers.bIs3HDRSnapshot, rRecord);
+    if (rOutput.snapshot3HDRTriggers.bIs3HDRSnapshot == TRUE && !m_HDR3Frame.has_value())
+    {
+        m_HDR3Frame = rRecord.frame;
+    }
+    if (rRecord.decided.convergence.bSettle == TRUE && rOutput.histStretchData.enable == TRUE)
+    {
+        m_stretch = StretchResult{rRecord.time, rOutput.histStretchData.clamp, rOutput.histStretchData.scaling};
+    }
+}
+
+VOID MonitorReport::AddFlag(MonitoredFlag flag, BOOL value, const FrameRecord& rRecord)
+{
+    Flag&      rFlag = m_flags[static_cast<size_t>(flag)];
+    const bool isSet = value == TRUE;
+    if (isSet != rFlag.isSet)
+    {
+        rFlag.changes.push_back({rRecord.time, rRecord.decided.luxIndex, isSet});
+        rFlag.isSet = isSet;
+    }
+}
+
+std::string MonitorReport::Format() const
+{
+    std::string text;
+    for (size_t flag = 0; flag < m_flags.size(); ++flag)
+    {
+        text += fmt::format("{}:", FlagNames[flag]);
+        for (const FlagChange& rChange : m_flags[flag].changes)
+        {
+            text += fmt::format(" {} at lux index {:.1f} ({:.2f} s){}", rChange.isRise ? "on" : "off", rChange.luxIndex,
+                                rChange.time, (&rChange == &m_flags[flag].changes.back()) ? "" : ",");
+        }
+        text += m_flags[flag].changes.empty() ? " never\n" : "\n";
+    }
+    text += m_HDR3Frame.has_value() ? fmt::format("criteria of three exposures hold from frame {} on\n", *m_HDR3Frame)
+                                    : std::string("criteria of three exposures never hold\n");
+    text += m_stretch.has_value()
+                ? fmt::format("histogram stretch in the last settled frame ({:.2f} s): clamp {:.2f}, scaling {:.3f}\n",
+                              m_stretch->time, m_stretch->clamp, m_stretch->scaling)
+                : std::string("histogram stretch: off, or never settled\n");
+    return text;
+}
+
+}  // namespace kirosim

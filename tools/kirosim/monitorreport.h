@@ -1,0 +1,78 @@
+/// @file
+/// What the monitors of the extension said: flags for capture decisions, histogram stretch, three exposures.
+#pragma once
+
+#include <array>
+#include <optional>
+
+#include "tools/kirosim/report.h"
+
+namespace kirosim
+{
+
+/// A flag that changed.
+struct FlagChange
+{
+    DOUBLE time;      ///< s
+    FLOAT  luxIndex;  ///< of the frame
+    bool   isRise;
+};
+
+enum class MonitoredFlag
+{
+    Flash,
+    FaceDelay,  ///< of the flash, for face detection
+    LEDAssist,  ///< light for AF
+    LowLight,
+    ZLL,
+    ZLLEnforced,
+    HDR3,  ///< a snapshot of three exposures is worth it
+    Count
+};
+
+/// The stretch as of the last settled frame.
+struct StretchResult
+{
+    DOUBLE time;  ///< s
+    FLOAT  clamp;
+    FLOAT  scaling;
+};
+
+class MonitorReport final : public Report
+{
+public:
+    VOID        Add(const FrameRecord& rRecord) override;
+    std::string Format() const override;
+
+    const std::vector<FlagChange>& Changes(MonitoredFlag flag) const
+    {
+        return m_flags[static_cast<size_t>(flag)].changes;
+    }
+
+    /// Empty while no settled frame had one.
+    const std::optional<StretchResult>& Stretch() const
+    {
+        return m_stretch;
+    }
+
+    /// The frame from which on the criteria of three exposures held first; empty if they never did.
+    std::optional<UINT64> HDR3Frame() const
+    {
+        return m_HDR3Frame;
+    }
+
+private:
+    struct Flag
+    {
+        bool                    isSet = false;
+        std::vector<FlagChange> changes;
+    };
+
+    VOID AddFlag(MonitoredFlag flag, BOOL value, const FrameRecord& rRecord);
+
+    std::array<Flag, static_cast<size_t>(MonitoredFlag::Count)> m_flags;
+    std::optional<StretchResult>                                m_stretch;
+    std::optional<UINT64>                                       m_HDR3Frame;
+};
+
+}  // namespace kirosim
