@@ -19,7 +19,7 @@ constexpr UINT64 DefaultStartExposure = 10000000;
 }  // namespace
 
 Camera::Camera(const Scene& rScene, LoadedTuning& rTuning, StatsLogger logger)
-    : m_rScene(rScene), m_rTuning(rTuning), m_sensor(rScene), m_host(m_library, HostConfig(), logger)
+    : m_rScene(rScene), m_rTuning(rTuning), m_sensor(rScene), m_host(m_library, HostConfig(), logger), m_outside(rScene)
 {
     // The decision of frame n is in the statistics of frame n + latency.
     m_pipeline.assign(rScene.sensor.latency - 1U, Quantize(m_host.LastFrame()));
@@ -59,7 +59,9 @@ FrameRecord Camera::RunFrame(UINT64 frame, DOUBLE time)
     const AppliedExposures applied = m_pipeline.front();
     m_pipeline.pop_front();
     KIROStatsList& rStats = m_sensor.Capture(frame, time, applied.data(), record.truth);
-    record.decided        = m_host.RunFrame(frame, rStats);
+    m_outside.Deliver(time, m_host.ExternalData());
+    record.decided = m_host.RunFrame(frame, rStats);
+    record.outside = m_outside.StateOf(m_host.ExternalData());
     return record;
 }
 
@@ -98,6 +100,10 @@ VOID Camera::Apply(const Event& rEvent)
     if (rEvent.fps.has_value())
     {
         m_host.SetFPSRange(*rEvent.fps);
+    }
+    if (rEvent.hdr.has_value())
+    {
+        m_host.SetHDRType(*rEvent.hdr);
     }
     if (rEvent.manual.has_value())
     {

@@ -7,6 +7,7 @@
 
 #include "host/kirohost.h"
 #include "tools/kirosim/loadedtuning.h"
+#include "tools/kirosim/outsidesources.h"
 #include "tools/kirosim/sensormodel.h"
 
 namespace kirosim
@@ -19,6 +20,7 @@ struct FrameRecord
     DOUBLE        time;  ///< s
     FrameTruth    truth;
     KiroHostFrame decided;
+    OutsideState  outside;
 };
 
 class Camera
@@ -32,6 +34,18 @@ public:
 
     FrameRecord RunFrame(UINT64 frame, DOUBLE time);
 
+    /// Lets the core fill the debug record from the next frame on.
+    VOID EnableDebugData()
+    {
+        m_host.SetDebugDataEnabled(true);
+    }
+
+    /// The record of the last frame.
+    const AECDebugData& DebugData()
+    {
+        return m_host.DebugData();
+    }
+
 private:
     using AppliedExposures = std::array<AppliedExposure, AECAlgoExposureCount>;
 
@@ -44,6 +58,7 @@ private:
     SensorModel                  m_sensor;
     KiroCoreLibrary              m_library;
     KiroHost                     m_host;
+    OutsideSources               m_outside;
     std::deque<AppliedExposures> m_pipeline;  ///< decisions on their way to the sensor, oldest first
 };
 

@@ -8,6 +8,8 @@
 
 #include "interface/aecalgoinput.h"
 #include "parameters/tuningmode.h"
+#include "tools/kirosim/objectscene.h"
+#include "tools/kirosim/outsidescene.h"
 
 namespace kirosim
 {
@@ -80,6 +82,7 @@ struct Event
     std::optional<StatisticsAntibanding>   antibanding;
     std::optional<AECAlgoFPSRange>         fps;
     std::optional<AECAlgoManualSetting>    manual;
+    std::optional<AECAlgoHDRType>          hdr;
     std::optional<std::vector<TuningMode>> modes;  ///< selectors, Default first
 };
 
@@ -99,6 +102,10 @@ struct Scene
     Lamp                    lamp;
     Sensor                  sensor;
     std::vector<Event>      events;  ///< in ascending time
+
+    std::optional<SceneObject> object;
+    std::optional<OutsideMap>  map;   ///< of the object
+    std::vector<GyroPoint>     gyro;  ///< in ascending time
 
     /// Light at a time, EV relative to lux, without ripple.
     DOUBLE LightEV(DOUBLE time) const;

@@ -5,6 +5,8 @@
 #include <fmt/format.h>
 
 #include "tools/kirosim/eventinput.h"
+#include "tools/kirosim/objectinput.h"
+#include "tools/kirosim/outsideinput.h"
 #include "tools/tuningfile/files.h"
 #include "tools/tuningfile/inputerror.h"
 #include "tools/tuningfile/yamlinput.h"
@@ -22,6 +24,12 @@ namespace
 /// Longest run and fastest frame rate, so that a slip of the pen does not run for hours.
 constexpr UINT64 FramesMax = 10000000;
 
+/// What a variant names changes what the scene has.
+template <typename T> T& Emplaced(std::optional<T>& rValue)
+{
+    return rValue.has_value() ? *rValue : rValue.emplace();
+}
+
 class SceneReader
 {
 public:
@@ -37,7 +45,8 @@ public:
             {
                 m_rInput.FailUnknown(rEntry, "member of a scene",
                                      {"name", "fps", "frames", "seed", "lux", "rg", "bg", "startOffsetEV", "pattern",
-                                      "light", "ripple", "lamp", "sensor", "events", "variants"});
+                                      "light", "ripple", "lamp", "sensor", "object", "map", "gyro", "events",
+                                      "variants"});
             }
         }
     }
@@ -97,6 +106,18 @@ private:
         else if (rName == "sensor")
         {
             ReadSensor(rEntry.value, rScene.sensor);
+        }
+        else if (rName == "object")
+        {
+            ReadObject(m_text, rEntry.value, Emplaced(rScene.object));
+        }
+        else if (rName == "map")
+        {
+            ReadOutsideMap(m_text, rEntry.value, Emplaced(rScene.map));
+        }
+        else if (rName == "gyro")
+        {
+            rScene.gyro = ReadGyro(m_text, rEntry);
         }
         else if (rName == "events")
         {
