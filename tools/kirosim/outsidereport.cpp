@@ -66,14 +66,14 @@ std::optional<DOUBLE> TrackingReport::SubjectErrorEV(bool isTracking) const
 
 std::optional<UINT32> TrackingReport::FramesToRecover() const
 {
-    const auto   hasSubject = [](const Sample& rSample) { return rSample.subjectEV.has_value(); };
-    const auto   lastShown  = std::find_if(m_samples.rbegin(), m_samples.rend(), hasSubject);
-    const size_t gone       = static_cast<size_t>(m_samples.rend() - lastShown);
-    if (gone == 0 || gone >= m_samples.size())
+    if (m_changes.empty() || m_changes.back().isTracking)
     {
         return std::nullopt;
     }
-    size_t settled = m_samples.size();
+    const auto isSince = [this](const Sample& rSample) { return rSample.time >= m_changes.back().time; };
+    const auto end     = std::find_if(m_samples.begin(), m_samples.end(), isSince);
+    const auto gone    = static_cast<size_t>(end - m_samples.begin());
+    size_t     settled = m_samples.size();
     while (settled > gone && std::abs(m_samples[settled - 1].exposureLog2 - m_samples.back().exposureLog2) <= SettledEV)
     {
         --settled;
@@ -99,7 +99,7 @@ std::string TrackingReport::Format() const
     }
     if (const std::optional<UINT32> frames = FramesToRecover(); frames.has_value())
     {
-        text += fmt::format("recovery once the subject is gone: {} frames\n", *frames);
+        text += fmt::format("recovery once nothing is tracked: {} frames\n", *frames);
     }
     return text;
 }

@@ -36,7 +36,7 @@ public:
     /// Nothing without such frames. @param isTracking with or without tracking
     std::optional<DOUBLE> SubjectErrorEV(bool isTracking) const;
 
-    /// Frames from the end of the subject until the safe exposure stays within 5 percent of its last one.
+    /// Frames from the end of tracking until the safe exposure stays within 5 percent of its last one.
     std::optional<UINT32> FramesToRecover() const;
 
 private:
