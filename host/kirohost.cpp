@@ -25,7 +25,8 @@ IKIROCoreAlgo* CreateOrThrow(const KiroCoreLibrary& rLibrary, StatsTuningData tu
 KiroHost::KiroHost(const KiroCoreLibrary& rLibrary, const KiroHostConfig& rConfig, StatsLogger logger)
     : m_config(rConfig), m_pAlgo(CreateOrThrow(rLibrary, rConfig.tuning, m_debugData, logger)),
       m_settings{StatisticsAntibanding60Hz, rConfig.FPSRange, {}, HDRDisabled, StatsAlgoRoleDefault}, m_touchROI{},
-      m_touchRegion{}, m_walk(m_pAlgo, rConfig.sensorRange, rConfig.indexZeroExposure), m_frame{}, m_framesRun(0)
+      m_touchRegion{}, m_externalData(m_pAlgo),
+      m_walk(m_pAlgo, rConfig.sensorRange, rConfig.indexZeroExposure), m_frame{}, m_framesRun(0)
 {
     SetOperationMode(AECAlgoOperationModeFastAEC);
     SetHDRType(HDRDisabled);

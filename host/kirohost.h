@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "host/arbitrationwalk.h"
+#include "host/externaldata.h"
 #include "host/kirocorelibrary.h"
 #include "host/kirodebugdata.h"
 #include "interface/kiroextension.h"
@@ -97,6 +98,12 @@ public:
         return m_debugData.GetDebugData();
     }
 
+    /// Maps and samples of outside sources, for the frame that runs next.
+    KiroExternalData& ExternalData()
+    {
+        return m_externalData;
+    }
+
     IKIROCoreAlgo* Algo()
     {
         return m_pAlgo;
@@ -126,6 +133,7 @@ private:
     ArbitrationSettings m_settings;
     AECAlgoROI          m_touchROI;     ///< the core holds a pointer to it
     DBROIPayload        m_touchRegion;  ///< the bank points at it
+    KiroExternalData    m_externalData;
     ArbitrationWalk     m_walk;
     KiroHostFrame       m_frame;
     UINT64              m_framesRun;

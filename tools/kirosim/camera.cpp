@@ -20,7 +20,7 @@ constexpr UINT64 DefaultStartExposure = 10000000;
 
 Camera::Camera(const Scene& rScene, LoadedTuning& rTuning, StatsLogger logger)
     : m_rScene(rScene), m_rTuning(rTuning), m_sensor(rScene), m_host(m_library, HostConfig(), logger),
-      m_bracket(m_host, rScene.sensor.latency), m_watch(m_host.Algo(), rScene.detectors.watched),
+      m_bracket(m_host, rScene.sensor.latency), m_watch(m_host.Algo(), rScene.detectors.watched), m_outside(rScene),
       m_decided(m_host.LastFrame())
 {
     // The decision of frame n is in the statistics of frame n + latency.
@@ -61,11 +61,13 @@ FrameRecord Camera::RunFrame(UINT64 frame, DOUBLE time)
     const AppliedExposures applied = m_pipeline.front();
     m_pipeline.pop_front();
     KIROStatsList& rStats = m_sensor.Capture(frame, time, applied.data(), record.truth);
+    m_outside.Deliver(time, m_host.ExternalData());
     m_decided             = m_bracket.RunFrame(frame, rStats);
     record.decided        = m_decided;
     record.picture        = m_bracket.LastPicture();
     record.isPictureShown = m_bracket.HasShownPicture();
     record.detectors      = m_watch.Read();
+    record.outside        = m_outside.StateOf(m_host.ExternalData());
     return record;
 }
 
@@ -104,6 +106,10 @@ VOID Camera::Apply(const Event& rEvent)
     if (rEvent.fps.has_value())
     {
         m_host.SetFPSRange(*rEvent.fps);
+    }
+    if (rEvent.hdr.has_value())
+    {
+        m_host.SetHDRType(*rEvent.hdr);
     }
     if (rEvent.manual.has_value())
     {

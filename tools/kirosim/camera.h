@@ -9,6 +9,7 @@
 #include "host/kirohost.h"
 #include "host/scenechangewatch.h"
 #include "tools/kirosim/loadedtuning.h"
+#include "tools/kirosim/outsidesources.h"
 #include "tools/kirosim/sensormodel.h"
 
 namespace kirosim
@@ -25,6 +26,7 @@ struct FrameRecord
     std::optional<BracketPicture>   picture;         ///< the frame is one of a bracket, and no preview
     bool                            isPictureShown;  ///< the truth is of such a frame
     std::vector<SceneChangeReading> detectors;       ///< those that the scene watches
+    OutsideState                    outside;
 };
 
 class Camera
@@ -37,6 +39,18 @@ public:
     VOID Apply(const Event& rEvent);
 
     FrameRecord RunFrame(UINT64 frame, DOUBLE time);
+
+    /// Lets the core fill the debug record from the next frame on.
+    VOID EnableDebugData()
+    {
+        m_host.SetDebugDataEnabled(true);
+    }
+
+    /// The record of the last frame.
+    const AECDebugData& DebugData()
+    {
+        return m_host.DebugData();
+    }
 
 private:
     using AppliedExposures = std::array<AppliedExposure, AECAlgoExposureCount>;
@@ -52,7 +66,8 @@ private:
     KiroHost                     m_host;
     BracketCapture               m_bracket;
     SceneChangeWatch             m_watch;
-    KiroHostFrame                m_decided;   ///< of the last frame
+    KiroHostFrame                m_decided;  ///< of the last frame
+    OutsideSources               m_outside;
     std::deque<AppliedExposures> m_pipeline;  ///< decisions on their way to the sensor, oldest first
 };
 

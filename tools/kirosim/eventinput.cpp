@@ -32,6 +32,12 @@ StatisticsAntibanding ReadAntibanding(const SceneText& rText, const YamlEntry& r
     return modes[rText.Choice(rEntry, {"off", "50", "60"})];
 }
 
+AECAlgoHDRType ReadHDR(const SceneText& rText, const YamlEntry& rEntry)
+{
+    constexpr AECAlgoHDRType types[] = {HDRDisabled, SensorHDR, StaggeredHDR, MultiframeHDR};
+    return types[rText.Choice(rEntry, {"off", "sensor", "staggered", "multiframe"})];
+}
+
 AECAlgoManualSetting ReadManual(const SceneText& rText, const YAML::Node& rNode)
 {
     constexpr DOUBLE     nsPerUs = 1000.0;
@@ -121,6 +127,10 @@ VOID ReadEventEntry(const SceneText& rText, const YamlEntry& rEntry, Event& rEve
     {
         rEvent.manual = ReadManual(rText, rEntry.value);
     }
+    else if (rName == "hdr")
+    {
+        rEvent.hdr = ReadHDR(rText, rEntry);
+    }
     else if (rName == "modes")
     {
         rEvent.modes = ReadModes(rText, rEntry);
@@ -138,7 +148,7 @@ VOID ReadEventEntry(const SceneText& rText, const YamlEntry& rEntry, Event& rEve
     {
         rText.Input().FailUnknown(
             rEntry, "member of an event",
-            {"time", "ev", "lock", "touch", "antibanding", "fps", "manual", "modes", "bracket", "led"});
+            {"time", "ev", "lock", "touch", "antibanding", "fps", "manual", "hdr", "modes", "bracket", "led"});
     }
 }
 

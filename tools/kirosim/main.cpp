@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include "platform/tavodesk.h"
+#include "tools/debugdata/debugfile.h"
 #include "tools/kirosim/report.h"
 #include "tools/kirosim/simulation.h"
 #include "tools/kirosim/summary.h"
@@ -30,6 +31,7 @@ struct RunOptions
     std::string           scene;
     std::string           variant;
     std::string           csv;
+    std::string           debugData;
     std::optional<UINT32> frames;
     std::optional<UINT64> seed;
     bool                  isQuiet   = false;
@@ -84,12 +86,18 @@ VOID Run(const RunOptions& rOptions)
     scene.frames         = rOptions.frames.value_or(scene.frames);
     scene.seed           = rOptions.seed.value_or(scene.seed);
 
-    kirosim::LoadedTuning   tuning(rOptions.tuning);
-    kirosim::Simulation     simulation(scene, tuning, LogToStderr);
-    kirosim::SummaryBuilder summary(scene);
-    const auto              reports  = kirosim::ReportsOf(scene);
-    std::string             csv      = kirosim::CsvHeader();
-    const UINT32            interval = std::max(scene.frames / TableLines, 1U);
+    kirosim::LoadedTuning                     tuning(rOptions.tuning);
+    kirosim::Simulation                       simulation(scene, tuning, LogToStderr);
+    kirosim::SummaryBuilder                   summary(scene);
+    const auto                                reports = kirosim::ReportsOf(scene);
+    std::string                               csv     = kirosim::CsvHeader();
+    std::optional<debugdata::DebugFileWriter> debugFile;
+    if (!rOptions.debugData.empty())
+    {
+        debugFile.emplace(rOptions.debugData);
+        simulation.MainCamera().EnableDebugData();
+    }
+    const UINT32 interval = std::max(scene.frames / TableLines, 1U);
     if (!rOptions.isQuiet)
     {
         fmt::print("{}", kirosim::TableHeader());
@@ -101,6 +109,10 @@ VOID Run(const RunOptions& rOptions)
             for (const auto& pReport : reports)
             {
                 pReport->Add(rRecord);
+            }
+            if (debugFile.has_value())
+            {
+                debugFile->Add(simulation.MainCamera().DebugData());
             }
             if (!rOptions.csv.empty())
             {
@@ -115,6 +127,10 @@ VOID Run(const RunOptions& rOptions)
     if (!rOptions.csv.empty())
     {
         tuningfile::ReplaceFile(rOptions.csv, {reinterpret_cast<const BYTE*>(csv.data()), csv.size()});
+    }
+    if (debugFile.has_value())
+    {
+        debugFile->Commit();
     }
     fmt::print("{}", kirosim::FormatSummary(summary.Finish()));
     for (const auto& pReport : reports)
@@ -138,6 +154,7 @@ int main(int argc, char** argv)
     pRun->add_option("--frames", options.frames, "frames to run, instead of the scene's");
     pRun->add_option("--seed", options.seed, "seed of the noise, instead of the scene's");
     pRun->add_option("--csv", options.csv, "write every frame to this file");
+    pRun->add_option("--debug-data", options.debugData, "write the debug record of every frame to this file");
     pRun->add_flag("--quiet", options.isQuiet, "print the summary only");
     pRun->add_flag("--verbose", options.isVerbose, "print errors and warnings of the library");
 

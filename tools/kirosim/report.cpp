@@ -4,7 +4,9 @@
 
 #include "tools/kirosim/bracketreport.h"
 #include "tools/kirosim/detectorreport.h"
+#include "tools/kirosim/hdrreport.h"
 #include "tools/kirosim/monitorreport.h"
+#include "tools/kirosim/outsidereport.h"
 
 namespace kirosim
 {
@@ -24,6 +26,18 @@ std::vector<std::unique_ptr<Report>> ReportsOf(const Scene& rScene)
     if (rScene.isMonitored)
     {
         reports.push_back(std::make_unique<MonitorReport>());
+    }
+    if (HDRReport::IsAskedBy(rScene))
+    {
+        reports.push_back(std::make_unique<HDRReport>(rScene));
+    }
+    if (rScene.map.has_value())
+    {
+        reports.push_back(std::make_unique<TrackingReport>(rScene));
+    }
+    if (!rScene.gyro.empty())
+    {
+        reports.push_back(std::make_unique<ShakeReport>(rScene));
     }
     return reports;
 }

@@ -10,6 +10,8 @@
 #include "parameters/tuningmode.h"
 #include "tools/kirosim/bracketscene.h"
 #include "tools/kirosim/detectorscene.h"
+#include "tools/kirosim/objectscene.h"
+#include "tools/kirosim/outsidescene.h"
 
 namespace kirosim
 {
@@ -82,6 +84,7 @@ struct Event
     std::optional<StatisticsAntibanding>   antibanding;
     std::optional<AECAlgoFPSRange>         fps;
     std::optional<AECAlgoManualSetting>    manual;
+    std::optional<AECAlgoHDRType>          hdr;
     std::optional<std::vector<TuningMode>> modes;  ///< selectors, Default first
     std::optional<BracketRequest>          bracket;
     std::optional<AECAlgoLEDModeType>      LEDMode;
@@ -105,6 +108,10 @@ struct Scene
     std::vector<Event>      events;  ///< in ascending time
     DetectorScene           detectors;
     bool                    isMonitored = false;  ///< the summary tells what the monitors said
+
+    std::optional<SceneObject> object;
+    std::optional<OutsideMap>  map;   ///< of the object
+    std::vector<GyroPoint>     gyro;  ///< in ascending time
 
     /// Light at a time, EV relative to lux, without ripple.
     DOUBLE LightEV(DOUBLE time) const;

@@ -6,6 +6,8 @@
 
 #include "tools/kirosim/detectorinput.h"
 #include "tools/kirosim/eventinput.h"
+#include "tools/kirosim/objectinput.h"
+#include "tools/kirosim/outsideinput.h"
 #include "tools/tuningfile/files.h"
 #include "tools/tuningfile/inputerror.h"
 #include "tools/tuningfile/yamlinput.h"
@@ -23,6 +25,12 @@ namespace
 /// Longest run and fastest frame rate, so that a slip of the pen does not run for hours.
 constexpr UINT64 FramesMax = 10000000;
 
+/// What a variant names changes what the scene has.
+template <typename T> T& Emplaced(std::optional<T>& rValue)
+{
+    return rValue.has_value() ? *rValue : rValue.emplace();
+}
+
 class SceneReader
 {
 public:
@@ -37,9 +45,10 @@ public:
             if (!ReadSceneEntry(rEntry, rScene))
             {
                 m_rInput.FailUnknown(rEntry, "member of a scene",
-                                     {"name", "fps", "frames", "seed", "lux", "rg", "bg", "startOffsetEV", "pattern",
-                                      "light", "ripple", "lamp", "sensor", "events", "detectors", "monitors",
-                                      "variants"});
+                                     {"name",   "fps",    "frames",        "seed",     "lux",
+                                      "rg",     "bg",     "startOffsetEV", "pattern",  "light",
+                                      "ripple", "lamp",   "sensor",        "object",   "map",
+                                      "gyro",   "events", "detectors",     "monitors", "variants"});
             }
         }
     }
@@ -99,6 +108,18 @@ private:
         else if (rName == "sensor")
         {
             ReadSensor(rEntry.value, rScene.sensor);
+        }
+        else if (rName == "object")
+        {
+            ReadObject(m_text, rEntry.value, Emplaced(rScene.object));
+        }
+        else if (rName == "map")
+        {
+            ReadOutsideMap(m_text, rEntry.value, Emplaced(rScene.map));
+        }
+        else if (rName == "gyro")
+        {
+            rScene.gyro = ReadGyro(m_text, rEntry);
         }
         else if (rName == "events")
         {

@@ -46,8 +46,13 @@ DOUBLE RegionEV(const Pattern& rPattern, UINT32 column, UINT32 row)
 
 SensorModel::SensorModel(const Scene& rScene)
     : m_rScene(rScene), m_noise(rScene.seed),
-      m_fullScale(static_cast<FLOAT>(std::pow(2.0, rScene.sensor.bitDepth) - 1.0)), m_stats{}, m_list{}
+      m_fullScale(static_cast<FLOAT>(std::pow(2.0, rScene.sensor.bitDepth) - 1.0)), m_stats{}, m_list{},
+      m_objectGain(1.0f)
 {
+    if (rScene.object.has_value())
+    {
+        m_objectGain = static_cast<FLOAT>(std::pow(2.0, rScene.object->contrastEV));
+    }
     for (UINT32 bin = 0; bin < HistogramBins; ++bin)
     {
         m_histogramLUT[bin] = (static_cast<FLOAT>(bin) + 0.5f) / static_cast<FLOAT>(HistogramBins) * m_fullScale;
@@ -134,10 +139,15 @@ AppliedExposure SensorModel::Quantize(const KIROExposureSetType& rDecided) const
 KIROStatsList& SensorModel::Capture(UINT64 frameID, DOUBLE time, const AppliedExposure* pExposures, FrameTruth& rTruth)
 {
     rTruth.lux = m_rScene.LuxAt(time);
+    PlaceObject(time);
     for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
     {
-        ExposeRegions(time, pExposures[type], rTruth.lux, m_stats[type],
-                      (type == AECAlgoExposureSafe) ? &rTruth : nullptr);
+        rTruth.clipped[type] = ExposeRegions(time, pExposures[type], rTruth.lux, m_stats[type],
+                                             (type == AECAlgoExposureSafe) ? &rTruth : nullptr);
+    }
+    if (m_objectMask.any())
+    {
+        rTruth.objectLuma = MeanLumaOfObject();
     }
     m_list.frameID = frameID;
     for (UINT32 channel = 0; channel < m_list.count; ++channel)
@@ -147,8 +157,31 @@ KIROStatsList& SensorModel::Capture(UINT64 frameID, DOUBLE time, const AppliedEx
     return m_list;
 }
 
-VOID SensorModel::ExposeRegions(DOUBLE time, const AppliedExposure& rExposure, DOUBLE lux, ExposureStats& rStats,
-                                FrameTruth* pTruth)
+VOID SensorModel::PlaceObject(DOUBLE time)
+{
+    for (UINT32 region = 0; m_rScene.object.has_value() && region < GridSize; ++region)
+    {
+        const DOUBLE x       = (region % GridWidth + 0.5) / GridWidth;
+        const DOUBLE y       = (region / GridWidth + 0.5) / GridHeight;
+        m_objectMask[region] = m_rScene.object->Covers(time, x, y);
+    }
+}
+
+DOUBLE SensorModel::MeanLumaOfObject() const
+{
+    constexpr DOUBLE lumaMax = 255.0;
+    DOUBLE           sum     = 0.0;
+    for (UINT32 region = 0; region < GridSize; ++region)
+    {
+        const FLOAT level = m_stats[AECAlgoExposureSafe].luma[region] / m_fullScale;
+        sum += m_objectMask[region] ? static_cast<DOUBLE>(level) : 0.0;
+    }
+    return sum / static_cast<DOUBLE>(m_objectMask.count()) * lumaMax;
+}
+
+/// @return share of the samples that are clipped
+DOUBLE SensorModel::ExposeRegions(DOUBLE time, const AppliedExposure& rExposure, DOUBLE lux, ExposureStats& rStats,
+                                  FrameTruth* pTruth)
 {
     const Sensor& rSensor = m_rScene.sensor;
     const DOUBLE  seconds = static_cast<DOUBLE>(rExposure.time) / NsPerSecond;
@@ -157,10 +190,12 @@ VOID SensorModel::ExposeRegions(DOUBLE time, const AppliedExposure& rExposure, D
     std::array<DOUBLE, GridHeight> rowFactors;
     RowFactors(time, rExposure, rowFactors);
     rStats.histogram.fill(0);
-    DOUBLE pictureSum = 0.0;
+    DOUBLE pictureSum   = 0.0;
+    UINT32 clippedCount = 0;
     for (UINT32 region = 0; region < GridSize; ++region)
     {
-        const FLOAT  signal    = static_cast<FLOAT>(mean * rowFactors[region / GridWidth]);
+        const FLOAT signal =
+            static_cast<FLOAT>(mean * rowFactors[region / GridWidth]) * (m_objectMask[region] ? m_objectGain : 1.0f);
         const FLOAT  noise     = 1.0f + static_cast<FLOAT>(rSensor.regionNoise * m_noise.NextGaussian());
         const FLOAT* pSamples  = &m_radiance[static_cast<size_t>(region) * SamplesPerRegion];
         FLOAT        sum       = 0.0f;
@@ -176,6 +211,7 @@ VOID SensorModel::ExposeRegions(DOUBLE time, const AppliedExposure& rExposure, D
         }
         const DOUBLE level = static_cast<DOUBLE>(sum) / SamplesPerRegion;
         pictureSum += level;
+        clippedCount += saturated;
         const DOUBLE shot         = rSensor.shotNoise * std::sqrt(level * rExposure.gain) * m_noise.NextGaussian();
         const DOUBLE read         = rSensor.readNoise * m_noise.NextGaussian();
         rStats.luma[region]       = static_cast<FLOAT>(std::clamp(level + shot + read, 0.0, 1.0)) * m_fullScale;
@@ -189,6 +225,7 @@ VOID SensorModel::ExposeRegions(DOUBLE time, const AppliedExposure& rExposure, D
         pTruth->banding        = *high - *low;
         pTruth->pictureEV      = std::log2(std::max(pictureSum / GridSize, 1e-9));
     }
+    return static_cast<DOUBLE>(clippedCount) / (GridSize * SamplesPerRegion);
 }
 
 /// Mean of the lamp's light over each row's exposure: a rolling shutter starts the rows one after another.

@@ -3,6 +3,8 @@
 #pragma once
 
 #include <array>
+#include <bitset>
+#include <optional>
 #include <vector>
 
 #include "interface/kiroframe.h"
@@ -31,6 +33,10 @@ struct FrameTruth
     DOUBLE lux;
     DOUBLE pictureEV;  ///< log2 of the mean of the safe exposure's picture, full scale is 0
     DOUBLE banding;    ///< peak to peak of the rows' brightness, share of the mean, safe exposure
+
+    std::array<DOUBLE, AECAlgoExposureCount> clipped;  ///< share of the picture that is clipped, by exposure
+
+    std::optional<DOUBLE> objectLuma;  ///< mean of the safe exposure where the scene's object is, 0 to 255
 };
 
 /// Full-scale signal of a mean region per lux, unity gain and second of exposure.
@@ -62,13 +68,16 @@ private:
         std::array<INT, HistogramBins + 1> histogram;  ///< one entry more, as cumulative counts may read it
     };
 
-    VOID BuildRadiance();
-    VOID ExposeRegions(DOUBLE time, const AppliedExposure& rExposure, DOUBLE lux, ExposureStats& rStats,
-                       FrameTruth* pTruth);
-    VOID RowFactors(DOUBLE time, const AppliedExposure& rExposure, std::array<DOUBLE, GridHeight>& rFactors) const;
-    VOID BuildChannels();
-    VOID AddGrid(const CHAR* pName, FLOAT* pValues);
-    VOID AddHistogram(const CHAR* pName, INT* pBins);
+    VOID   BuildRadiance();
+    DOUBLE ExposeRegions(DOUBLE time, const AppliedExposure& rExposure, DOUBLE lux, ExposureStats& rStats,
+                         FrameTruth* pTruth);
+    VOID   RowFactors(DOUBLE time, const AppliedExposure& rExposure, std::array<DOUBLE, GridHeight>& rFactors) const;
+    VOID   BuildChannels();
+
+    VOID   PlaceObject(DOUBLE time);
+    DOUBLE MeanLumaOfObject() const;
+    VOID   AddGrid(const CHAR* pName, FLOAT* pValues);
+    VOID   AddHistogram(const CHAR* pName, INT* pBins);
 
     const Scene&                                    m_rScene;
     RandomStream                                    m_noise;
@@ -77,6 +86,9 @@ private:
     std::array<ExposureStats, AECAlgoExposureCount> m_stats;
     std::array<FLOAT, HistogramBins>                m_histogramLUT;
     KIROStatsList                                   m_list;
+
+    std::bitset<GridSize> m_objectMask;  ///< regions that the scene's object hides
+    FLOAT                 m_objectGain;  ///< of their radiance
 };
 
 }  // namespace kirosim

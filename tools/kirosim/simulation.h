@@ -19,6 +19,11 @@ public:
     /// Runs all frames of the scene. @param visit sees each frame once it is decided
     VOID Run(const std::function<VOID(const FrameRecord&)>& visit);
 
+    Camera& MainCamera()
+    {
+        return m_camera;
+    }
+
 private:
     VOID ApplyEvents(DOUBLE time);
 

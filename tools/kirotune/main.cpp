@@ -1,11 +1,13 @@
-/// kirotune: makes, reads and checks tuning files.
+/// kirotune: makes, reads and checks tuning files, and reads debug records.
 #include <exception>
 #include <functional>
+#include <optional>
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
 #include "tools/kirotune/commands.h"
+#include "tools/kirotune/debugcommand.h"
 #include "tools/tuningfile/binaryoutput.h"
 
 namespace
@@ -18,7 +20,7 @@ constexpr int BadUsage = 2;
 
 int main(int argc, char** argv)
 {
-    CLI::App app("Makes, reads and checks tuning files.", "kirotune");
+    CLI::App app("Makes, reads and checks tuning files, and reads debug records.", "kirotune");
     app.require_subcommand(1);
 
     std::string          input;
@@ -55,6 +57,14 @@ int main(int argc, char** argv)
     auto*     pJson     = pSchema->add_flag("--json", json, "as JSON Schema for editors (default)");
     pSchema->add_flag("--reference", reference, "as a reference of all tunables in Markdown")->excludes(pJson);
     pSchema->callback([&] { run = [&] { return kirotune::Schema(reference); }; });
+
+    CLI::App*             pDebug = app.add_subcommand("debug", "show debug records of a run");
+    std::optional<UINT32> frame;
+    bool                  isList = false;
+    pDebug->add_option("file", input, "debug records, as kirosim --debug-data writes them")->required();
+    auto* pFrame = pDebug->add_option("--frame", frame, "frame to show, instead of the last one");
+    pDebug->add_flag("--list", isList, "a line for each frame")->excludes(pFrame);
+    pDebug->callback([&] { run = [&] { return kirotune::Debug(input, frame, isList); }; });
 
     try
     {

@@ -3,13 +3,12 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
-#include <memory>
 
 #include <fcntl.h>
 #include <fmt/format.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
+#include "tools/tuningfile/filereplacement.h"
 #include "tools/tuningfile/inputerror.h"
 #include "tools/tuningfile/textinput.h"
 
@@ -31,7 +30,10 @@ public:
 
     ~Descriptor()
     {
-        Close();
+        if (m_descriptor >= 0)
+        {
+            (VOID) close(m_descriptor);
+        }
     }
 
     Descriptor(const Descriptor&)            = delete;
@@ -42,14 +44,6 @@ public:
         return m_descriptor;
     }
 
-    /// @return whether all that was written has arrived
-    bool Close()
-    {
-        const bool closed = m_descriptor < 0 || close(m_descriptor) == 0;
-        m_descriptor      = -1;
-        return closed;
-    }
-
 private:
     int m_descriptor;
 };
@@ -57,28 +51,6 @@ private:
 [[noreturn]] VOID FailOnSystem(const std::string& rPath, std::string_view what)
 {
     throw InputError(fmt::format("{}: {}: {}", rPath, what, std::strerror(errno)));
-}
-
-bool WriteAll(int descriptor, std::span<const BYTE> bytes)
-{
-    while (!bytes.empty())
-    {
-        const ssize_t written = write(descriptor, bytes.data(), bytes.size());
-        if (written < 0 && errno != EINTR)
-        {
-            return false;
-        }
-        bytes = bytes.subspan(static_cast<size_t>(std::max<ssize_t>(written, 0)));
-    }
-    return true;
-}
-
-/// The file that a name stands for: what a symbolic link points to, otherwise itself.
-std::string ResolveTarget(const std::string& rPath)
-{
-    std::error_code   error;
-    const std::string target = std::filesystem::canonical(rPath, error).string();
-    return error ? rPath : target;
 }
 
 }  // namespace
@@ -130,25 +102,9 @@ std::vector<BYTE> CompileFile(const std::string& rPath, const VersionUnion& rVer
 
 VOID ReplaceFile(const std::string& rPath, std::span<const BYTE> bytes)
 {
-    const std::string target = ResolveTarget(rPath);
-    struct stat       status = {};
-    if (stat(target.c_str(), &status) == 0 && !S_ISREG(status.st_mode))
-    {
-        throw InputError(fmt::format("{}: cannot be replaced, expected a plain file", rPath));
-    }
-    const std::string temporary = fmt::format("{}.{}.tmp", target, getpid());
-    Descriptor        file(open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
-    if (file.Get() < 0)
-    {
-        FailOnSystem(rPath, "cannot be written");
-    }
-    if (!WriteAll(file.Get(), bytes) || !file.Close() || rename(temporary.c_str(), target.c_str()) != 0)
-    {
-        const int reason = errno;
-        unlink(temporary.c_str());
-        errno = reason;
-        FailOnSystem(rPath, "cannot be written");
-    }
+    FileReplacement file(rPath);
+    file.Write(bytes);
+    file.Commit();
 }
 
 }  // namespace tuningfile

@@ -1,0 +1,45 @@
+/// @file
+/// A file that is written piece by piece and takes the place of another once it is whole.
+#pragma once
+
+#include <span>
+#include <string>
+
+#include "platform/tavotypes.h"
+
+namespace tuningfile
+{
+
+/// Writes to a temporary file beside the target. Without Commit nothing of it remains, and the target is as it was.
+class FileReplacement
+{
+public:
+    /// @throws InputError, as all functions do, if the file cannot be written or the target is no plain file
+    explicit FileReplacement(const std::string& rPath);
+    ~FileReplacement();
+    FileReplacement(const FileReplacement&)            = delete;
+    FileReplacement& operator=(const FileReplacement&) = delete;
+
+    /// Appends bytes.
+    VOID Write(std::span<const BYTE> bytes);
+
+    /// Appends zeros, which take no room on the disk.
+    VOID Skip(UINT64 bytes);
+
+    /// Bytes so far.
+    UINT64 Size() const
+    {
+        return m_size;
+    }
+
+    VOID Commit();
+
+private:
+    std::string m_path;       ///< as the user wrote it
+    std::string m_target;     ///< what it stands for
+    std::string m_temporary;  ///< empty once it is gone
+    int         m_descriptor;
+    UINT64      m_size;
+};
+
+}  // namespace tuningfile
