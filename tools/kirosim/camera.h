@@ -66,8 +66,8 @@ private:
     KiroHost                     m_host;
     BracketCapture               m_bracket;
     SceneChangeWatch             m_watch;
-    KiroHostFrame                m_decided;  ///< of the last frame
     OutsideSources               m_outside;
+    KiroHostFrame                m_decided;   ///< of the last frame
     std::deque<AppliedExposures> m_pipeline;  ///< decisions on their way to the sensor, oldest first
 };
 
