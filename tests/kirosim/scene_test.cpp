@@ -69,6 +69,10 @@ TEST_F(SceneText, SlipsNameFileLineColumnAndWhatWasExpected)
         {"events: [{time: 1, touch: [0, 0, 2, 1]}]\n", "expected a number from 0 to 1"},
         {"events: [{time: 1, antibanding: 55}]\n", "expected off, 50 or 60"},
         {"events: [{time: 1, modes: [Usecase.Vdeo]}]\n", ":1:28: "},
+        {"events: [{time: 1, hdr: full}]\n", "expected off, sensor, staggered or multiframe"},
+        {"object: {path: [{time: 2}, {time: 2}]}\n", ":1:28: points of a path must stand in ascending time"},
+        {"map: {kind: radar}\n", "expected depth or segmentation"},
+        {"gyro: [{time: 0, rms: 0}, {tmie: 1}]\n", ":1:28: "},
         {"sensor: {minGain: 9, maxGain: 3}\n", "minimum lies above its maximum"},
     };
     for (const auto& [pText, pExpected] : slips)

@@ -46,6 +46,22 @@ public:
         return text;
     }
 
+    /// A report of the run; it must not outlive the run.
+    template <typename ReportType> ReportType ReportOf() const
+    {
+        ReportType report(m_scene);
+        for (const kirosim::FrameRecord& rRecord : m_records)
+        {
+            report.Add(rRecord);
+        }
+        return report;
+    }
+
+    const kirosim::FrameRecord& First() const
+    {
+        return m_records.front();
+    }
+
     const kirosim::FrameRecord& Last() const
     {
         return m_records.back();
