@@ -4,6 +4,7 @@
 
 #include "core/ckiromtrtablegen.h"
 #include "schema/kirometeringsaalgorithm.h"
+#include "tests/support/debugrecord.h"
 #include "tests/support/statsfixture.h"
 
 using namespace statsfixture;
@@ -259,6 +260,8 @@ protected:
 
 TEST_F(PrecisionFlash, SplitsTheBiasTable)
 {
+    DebugRecord record;
+    m_context.m_pDebugData = &record.Host();
     EXPECT_EQ(Detect(), 1.0f);
     EXPECT_EQ(m_context.Trigger(SharePctID), 50.0f);
     const FLOAT* pBackground = Weights(BackgroundID);
@@ -268,6 +271,19 @@ TEST_F(PrecisionFlash, SplitsTheBiasTable)
     EXPECT_EQ(pBackground[128], 0.0f);
     EXPECT_EQ(pForeground[128], 5.0f) << "the gain of 100 more over 50, times the flux";
     EXPECT_EQ(pForeground[Corner], 0.0f) << "bright without LED";
+
+    ByteWriter bytes;
+    bytes.Add<UINT8>(1).Add<FLOAT>(50.0f).Add<FLOAT>(100.0f * 127.0f / 256.0f);
+    for (UINT32 cell = 0; cell < 128; ++cell)
+    {
+        bytes.Add<FLOAT>(1.0f);
+    }
+    bytes.Zeros(2 * 128 * 4);
+    for (UINT32 cell = 0; cell < 127; ++cell)
+    {
+        bytes.Add<FLOAT>(5.0f);
+    }
+    record.ExpectBytes(recordoffset::PrecisionFlash, bytes.Zeros(4 + 249));
 }
 
 TEST_F(PrecisionFlash, NeedsEnoughBackgroundAndForeground)

@@ -1,6 +1,7 @@
 set(ROOM_TESTS
     contextmanager_test.cpp
     corefunctions_test.cpp
+    debugdata_test.cpp
     flashtable_test.cpp
     frame_test.cpp
     scenechangedetector_test.cpp

@@ -73,6 +73,10 @@ TEST_F(SceneText, SlipsNameFileLineColumnAndWhatWasExpected)
         {"events: [{time: 1, bracket: [-12, 0.5]}]\n", "bracket wants whole EV steps"},
         {"events: [{time: 1, led: dim}]\n", "expected off, auto or on"},
         {"detectors: {watch: [{id: 1, host: true}]}\n", "did you mean 'hosts'"},
+        {"events: [{time: 1, hdr: full}]\n", "expected off, sensor, staggered or multiframe"},
+        {"object: {path: [{time: 2}, {time: 2}]}\n", ":1:28: points of a path must stand in ascending time"},
+        {"map: {kind: radar}\n", "expected depth or segmentation"},
+        {"gyro: [{time: 0, rms: 0}, {tmie: 1}]\n", ":1:28: "},
         {"sensor: {minGain: 9, maxGain: 3}\n", "minimum lies above its maximum"},
     };
     for (const auto& [pText, pExpected] : slips)

@@ -67,6 +67,17 @@ public:
         return report;
     }
 
+    /// A report of the run; it must not outlive the run.
+    template <typename T> T ReportOf() const
+    {
+        return Show(T(m_scene));
+    }
+
+    const kirosim::FrameRecord& First() const
+    {
+        return m_records.front();
+    }
+
     const kirosim::FrameRecord& Last() const
     {
         return m_records.back();

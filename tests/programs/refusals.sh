@@ -42,7 +42,15 @@ refuses "tuning.yaml:4:[0-9]+: .*noSuchMember" "$bin/kirotune" compile "$work/tu
 printf 'name: bad\nlux: bright\n' >"$work/scene.yaml"
 refuses "scene.yaml:2:[0-9]+: " "$bin/kirosim" run --tuning "$good" --scene "$work/scene.yaml" --csv "$work/out.csv"
 
-for output in out.csv out.bin; do
+refuses "scene.yaml:2:[0-9]+: " "$bin/kirosim" run --tuning "$good" --scene "$work/scene.yaml" --debug-data "$work/out.dbg"
+refuses "good.bin: no file of debug records" "$bin/kirotune" debug "$good"
+# The table of an instance stays allocated on purpose.
+ASAN_OPTIONS=detect_leaks=0 "$bin/kirosim" run --quiet --tuning "$good" --scene "$scene" --frames 2 --debug-data "$work/run.dbg" >/dev/null || exit 1
+refuses "run.dbg: no frame 3, there are frames 1 to 2" "$bin/kirotune" debug "$work/run.dbg" --frame 3
+head -c 400000 "$work/run.dbg" >"$work/cut.dbg"
+refuses "cut.dbg: cut within record 1" "$bin/kirotune" debug "$work/cut.dbg"
+
+for output in out.csv out.bin out.dbg; do
     [ ! -e "$work/$output" ] || { echo "$output was left behind"; failures=$((failures + 1)); }
 done
 exit $((failures > 0))

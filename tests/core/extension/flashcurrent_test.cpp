@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/debugrecord.h"
 #include "tests/support/statslogcapture.h"
 #include "tests/support/testcontext.h"
 
@@ -137,6 +138,32 @@ TEST_F(FlashCurrent, MatchesTheNearestColourOfTheRow)
     ExpectCurrents(0, 500, 1.0f, 0, 0);
     Estimate(Low, 0.0f, 1.5f);
     ExpectCurrents(500, 0, 0.25f, 2, 2);
+}
+
+TEST_F(FlashCurrent, RecordsLowAndHighCurrentsApart)
+{
+    constexpr size_t size = 90;
+    DebugRecord      record;
+    m_context.m_pDebugData = &record.Host();
+    ASSERT_EQ(Load(), 0);
+    ASSERT_EQ(Estimate(Low, 0.375f, 0.875f), 0);
+
+    ByteWriter low;
+    low.Add<UINT8>(1).Add<FLOAT>(0.375f).Add<FLOAT>(0.875f).Add<INT32>(1000).Add<INT32>(400).Add<INT32>(100);
+    low.Add<FLOAT>(0.375f).Add<FLOAT>(0.875f).Add<FLOAT>(0.8f).Add<FLOAT>(1.0f - 0.8f).Add<FLOAT>(11.0f);
+    low.Add<INT32>(0).Add<INT32>(0).Add<INT32>(0).Add<INT32>(1).Add<UINT8>(0).Add<INT32>(3).Add<INT32>(3);
+    low.Add<UINT32>(500).Add<UINT32>(1000).Add<UINT32>(2000).Zeros(2 * 4 + 4);
+    ASSERT_EQ(low.Size(), size);
+    record.ExpectBytes(recordoffset::LEDTable, low);
+    record.ExpectZeros(recordoffset::LEDTable + size, size);
+
+    // 1000 mA from the second row.
+    ASSERT_EQ(Estimate(High, 0.375f, 0.875f), 0);
+    record.ExpectBytes(recordoffset::LEDTable, low);
+    EXPECT_EQ(record.At<UINT8>(recordoffset::LEDTable + size), 1);
+    EXPECT_EQ(record.At<INT32>(recordoffset::LEDTable + size + 13), 800);
+    EXPECT_EQ(record.At<INT32>(recordoffset::LEDTable + size + 17), 200);
+    EXPECT_FLOAT_EQ(record.At<FLOAT>(recordoffset::LEDTable + size + 37), 22.0f);
 }
 
 TEST_F(FlashCurrent, ChoosesTheRowByPower)

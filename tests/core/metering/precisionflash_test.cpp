@@ -7,6 +7,7 @@
 
 #include "core/metering/ckiroanalyzer.h"
 #include "schema/kirodbarbitrationlut.h"
+#include "tests/support/debugrecord.h"
 #include "tests/support/statslogcapture.h"
 #include "tests/support/testcontext.h"
 
@@ -139,6 +140,23 @@ TEST_F(PrecisionFlash, KeepsTheWholeBackgroundWhereItCan)
     // The delay adds up from run to run.
     Run();
     EXPECT_EQ(m_context.Trigger(TriggerCtrlPrecisionFlashDelay), 15.0f);
+}
+
+TEST_F(PrecisionFlash, RecordsWhatItReadAndFound)
+{
+    constexpr size_t offset = recordoffset::Flash + 1392;
+    DebugRecord      record;
+    m_context.m_pDebugData = &record.Host();
+    TuneAndRun();
+    EXPECT_FLOAT_EQ(record.At<FLOAT>(offset + 1), 400000.0f);
+    EXPECT_FLOAT_EQ(record.At<FLOAT>(offset + 5), 500000.0f);
+    EXPECT_EQ(record.At<UINT8>(offset), 1);
+    ByteWriter rest;
+    rest.Add<FLOAT>(100.0f).Add<FLOAT>(10.0f).Add<FLOAT>(10.0f).Add<FLOAT>(0.0f);
+    rest.Add<FLOAT>(40.0f).Add<FLOAT>(50.0f).Add<FLOAT>(20.0f).Add<FLOAT>(100.0f);
+    record.ExpectBytes(offset + 9, rest);
+    EXPECT_FLOAT_EQ(record.At<FLOAT>(offset + 41), 40.0f) << "the whole background";
+    record.ExpectBytes(offset + 45, ByteWriter().Add<FLOAT>(1.0f).Zeros(24515));
 }
 
 TEST_F(PrecisionFlash, ScalesLowFlashToHighByExposureAndFlux)

@@ -1,0 +1,471 @@
+// The debug record of whole frames, byte by byte: hand-made values at the offsets that offline tools read.
+
+#include <algorithm>
+#include <memory>
+
+#include <gtest/gtest.h>
+
+#include "interface/ikirocorealgo.h"
+#include "parameters/tuningsetmanager.h"
+#include "schema/kirodbstatscalculator.h"
+#include "tests/support/debugrecord.h"
+#include "tests/support/statslogcapture.h"
+#include "tools/tuningfile/binaryoutput.h"
+#include "tools/tuningfile/textinput.h"
+
+namespace
+{
+
+/// Meters the average for a luma of 50, with one operator. All that
+/// is verbose is recorded, except in the mode of sensor 1.
+constexpr const CHAR* RecordTuning = R"(
+x-everywhere: &everywhere {start: 0, end: 1}
+x-one: &one
+  selection: TriggerSystemMethod
+  triggerSystem: {trigger1Data: [{trigger: *everywhere, trigger2Data: [{trigger: *everywhere, triggerData: 1.0}]}]}
+x-bank: &none {bankID: BankIDTriggers, dataID: 0}
+modes:
+  Default:
+    modules:
+      kirometeringstatscalculator:
+        averageStatsCalculator: &average
+          calculatorID: 1
+          APISelection: API01GridWeightedAverage
+          statsSelection: {channel1: luma}
+          outputStorage: {start: 1, end: 1}
+          generalParameters: {weightTable2D: 1}
+        darkRatioStatsCalculator: {<<: *average, outputStorage: {start: 3, end: 3}}
+        brightRatioStatsCalculator: {<<: *average, outputStorage: {start: 4, end: 4}}
+        statsCalculators: [{<<: *average, calculatorID: 9, description: Spot, outputStorage: {start: 5, end: 6}}]
+      kirodbactivecalculators:
+        dataBank: {bankID: BankIDActiveCalculators}
+        data: [{dataID: 1, calculatorID: [9]}]
+      kirodb2dmeterweight:
+        dataBank: {bankID: BankIDMetering2D}
+        data: [{dataID: 1, weights: {fill: 1.0}}]
+      kirometeringsceneanalyzer:
+        luxAnalyzer: &safe
+          exposureType: ExposureSafe
+          refExposureType: ExposureSafe
+          luma:
+            calculators: [{value: {selection: DataBankMethod, dataBank: {bankID: BankIDStatsCalculator, dataID: 1}}, weight: *one}]
+            aggregator: {method: NormalizedWeightedSum, output: {dataBank: {bankID: BankIDSceneAnalyzer, dataID: 11}, description: L}}
+          target:
+            calculators:
+              - value:
+                  selection: TriggerSystemMethod
+                  triggerSystem:
+                    trigger1Data:
+                      - {trigger: *everywhere, trigger2Data: [{trigger: *everywhere, triggerData: {rangeStart: 50.0, rangeEnd: 50.0}}]}
+                weight: *one
+            aggregator: {method: Average, output: {dataBank: {bankID: BankIDSceneAnalyzer, dataID: 12}, description: T}}
+          confidence:
+            calculators: [{value: *one, weight: *one}]
+            aggregator: {method: Average, output: {dataBank: {bankID: BankIDSceneAnalyzer, dataID: 13}, description: C}}
+          reservedParameter: [1]
+        analyzers:
+          - <<: *safe
+            analyzerID: 300
+            analyzerName: Safe
+            arithmeticOperators:
+              - enableFlag: true
+                operatorPriority: EndOfAnalysis
+                operationMethod: Addition
+                operandA: {method: TuningMethod, tuningValue: 2.0}
+                operandB: {method: TuningMethod, tuningValue: 3.0}
+                operandC: {method: TuningMethod, tuningValue: 4.0}
+                operandD: {method: TuningMethod, tuningValue: 5.0}
+                output: {dataBank: {bankID: BankIDSceneAnalyzer, dataID: 14}, dataType: end, description: Sum}
+            reservedParameter: [0]
+      kirodbactiveanalyzers:
+        dataBank: {bankID: BankIDActiveAnalyzers}
+        data: [{dataID: 1, analyzerID: [300]}]
+      kirometering:
+        luxIndexOperation: {enableCompensation: true, refExposureForLuxIndexZero: 200000}
+      kirodbarbitrationtable:
+        dataBank: {bankID: BankIDArbitrationTable}
+        data:
+          - dataID: 1
+            value:
+              correction: 1.0
+              expKnees:
+                - {incrementPriority: AECExpIncTime, gain: 1.0, time: 20000}
+                - {incrementPriority: AECExpIncTime, gain: 1.0, time: 500000}
+                - {incrementPriority: AECExpIncGain, gain: 64.0, time: 500000}
+      kiroconvergence: {unitStepSize: 0.25}
+      kirodbconvbase:
+        dataBank: {bankID: BankIDConvBase}
+        data:
+          - dataID: 1
+            value:
+              tolerance: 2
+              cappingType: CappingTypeAbsolute
+              trigger1DataBank: *none
+              trigger2DataBank: *none
+              trigger3DataBank: *none
+              trigger1Data: [{trigger: *everywhere, trigger2Data: [{trigger: *everywhere, trigger3Data: [{trigger: *everywhere, triggerData: {baseSpeed: 0.5, baseCapping: 4.0, drcSpeed: 0.75}}]}]}]
+      kirodbconvstretch:
+        dataBank: {bankID: BankIDConvStretch}
+        data: [{dataID: 1}]
+      kirodbconvsettle:
+        dataBank: {bankID: BankIDConvSettle}
+        data:
+          - dataID: 1
+            value:
+              baseSettleTrigger:
+                trigger1DataBank: *none
+                trigger2DataBank: *none
+                trigger1Data: [{trigger: *everywhere, trigger2Data: [{trigger: *everywhere, triggerData: {settleCountTh: 2, settleExpTh: 3.0}}]}]
+      kiroev:
+        EVCoreData: {stepsPerEV: 1, minEVValue: -1, maxEVValue: 1, EVCompTable: {EVCompTableElements: {fill: 1.0, 0: 0.5, 2: 2.0}}}
+      kiroextension:
+        flagMonitor: {ZLLFlag: {enableZLLSnapshot: true}}
+        verboseDebugDataEnable: {StatsList: true, SceneAnalyzer: true, StatsCalculator: true}
+    children:
+      Sensor.1:
+        modules:
+          kiroextension: {verboseDebugDataEnable: {StatsList: false}}
+)";
+
+constexpr UINT64 StartExposure = 1000000;
+
+class DebugBytes : public testing::Test
+{
+protected:
+    DebugBytes() : m_luma(16, 25.0f), m_bins{1, 2, 3, 4}, m_pStats(std::make_unique<KIROStatsList>())
+    {
+        const std::vector<BYTE> bytes =
+            tuningfile::WriteBinary(tuningfile::ParseText(RecordTuning, "record.yaml"), tuningfile::NewestVersion);
+        EXPECT_TRUE(m_store.LoadBinaryParameters(bytes.data(), bytes.size())) << m_store.GetErrorText();
+        const AECAlgoCreateParamList noParams{};
+        EXPECT_EQ(CreateKiroCoreAlgo(m_tuning, m_record.Host(), noParams, m_pAlgo), 0);
+        Set(AECAlgoSetParamOperationMode, AECAlgoOperationModeStreaming);
+        Set(AECAlgoSetParamPipelineDelay, static_cast<UINT8>(1));
+        AddChannel("luma", KIROStatsGrid, {4, 4, 0, 8}).Data.pFData  = m_luma.data();
+        AddChannel("hist", KIROStatsHist, {0, 0, 4, 10}).Data.pIData = m_bins.data();
+        m_limits.indexZeroExposure                                   = 1;
+        for (KIROExposureRange& rRange : m_limits.ranges)
+        {
+            rRange.start = {1.0f, 10, 77.0f, 1.0f, 10, 0, 0.0f, 0, 0};
+            rRange.end   = {64.0f, 1000000000, 702.0f, 1.0f, 1000000000, 0, 0.0f, 0, 0};
+        }
+        std::fill(std::begin(m_convergence.exposures), std::end(m_convergence.exposures), StartExposure);
+        m_convergence.predictiveGain = 1.0f;
+        MakeExposures();
+        EndFrame(TRUE);
+    }
+
+    ~DebugBytes() override
+    {
+        m_pAlgo->DestroyInstance(m_pAlgo);
+        TavoFree(m_pAlgo, 16, nullptr, 0);
+    }
+
+    KIROCoreChInfo& AddChannel(const CHAR* pName, KIROStatsType type, kirocorestatsconfig::ResolutionType resolution)
+    {
+        KIROCntStatsOut& rChannel            = m_pStats->pList[m_pStats->count++];
+        rChannel.frameID                     = 0x0102030405060708;
+        rChannel.type                        = type;
+        rChannel.resolution                  = resolution;
+        rChannel.channelData.bChannelEnabled = TRUE;
+        rChannel.channelData.pChannelName    = const_cast<CHAR*>(pName);
+        return rChannel.channelData;
+    }
+
+    template <typename T> VOID Set(AECAlgoSetParamType type, T value)
+    {
+        AECAlgoSetParam param = {&value, sizeof(value), type};
+        KIROSetInput    input{};
+        input.source      = AECPEKSetParam;
+        input.u.pPEKInput = &param;
+        EXPECT_EQ(m_pAlgo->setInput(m_pAlgo, &input), 0);
+    }
+
+    VOID SetTrigger(INT32 dataID, FLOAT value)
+    {
+        DBFloatPayload        payload{dataID, value, nullptr};
+        const KIROSetBankData set = {BankIDTriggers, &payload, sizeof(payload)};
+        EXPECT_EQ(m_pAlgo->setBankData(m_pAlgo, &set), 0);
+    }
+
+    /// Exposures that the host has arbitrated.
+    VOID MakeExposures()
+    {
+        for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
+        {
+            m_arbitration[type].exposureSet = {2.0f, 500000, 10.5f, 1.0f, StartExposure, 200 + type, 0.0f, 0, 0};
+            m_arbitration[type].FPS         = 24.0f;
+        }
+    }
+
+    VOID BeginFrame()
+    {
+        ++m_frameID;
+        EXPECT_EQ(m_pAlgo->runStartOfFrame(m_pAlgo, m_frameID), 0);
+        EXPECT_EQ(m_pAlgo->setStats(m_pAlgo, *m_pStats), 0);
+    }
+
+    VOID Meter()
+    {
+        KIROMeteringInput  input = {TRUE, 0};
+        KIROAnalyzerOutput output{};
+        EXPECT_EQ(m_pAlgo->runMeteringPreprocess(m_pAlgo, input, m_metering), 0);
+        EXPECT_EQ(m_pAlgo->runAnalyzer(m_pAlgo, 300, output), 0);
+        EXPECT_EQ(m_pAlgo->runMeteringPostprocess(m_pAlgo, input, m_metering), 0);
+    }
+
+    VOID Converge()
+    {
+        KIROConvergenceInput input{};
+        input.frameID = m_frameID;
+        input.pRange  = &m_limits;
+        std::copy(std::begin(m_metering.exposures), std::end(m_metering.exposures), input.sensitivities);
+        EXPECT_EQ(m_pAlgo->RunConvProcess(m_pAlgo, input, m_convergence), 0);
+        m_pAlgo->RunConvSettle(m_pAlgo, m_convergence);
+        m_pAlgo->RunConvPostProcess(m_pAlgo, m_convergence);
+    }
+
+    VOID EndFrame(BOOL bStartup = FALSE)
+    {
+        KIROExtensionInput  input = {&m_convergence, m_arbitration, StatisticsStartUpValid, {}};
+        KIROExtensionOutput output{};
+        EXPECT_EQ(m_pAlgo->runExtension(m_pAlgo, input, output), 0);
+        KIROFrameInfo           info = {m_frameID, bStartup};
+        KIROPostProcessingInput post{};
+        EXPECT_EQ(m_pAlgo->runEndOfFrame(m_pAlgo, info, post, m_metering, m_convergence, m_arbitration), 0);
+    }
+
+    StatsLogCapture                m_log;
+    DebugRecord                    m_record;
+    TuningSetManager               m_store{"test"};
+    TuningMode                     m_modes[2]{{ModeType::Default, {0}}, {ModeType::Sensor, {1}}};
+    StatsTuningData                m_tuning{&m_store, m_modes, 1};
+    IKIROCoreAlgo*                 m_pAlgo = nullptr;
+    std::vector<FLOAT>             m_luma;
+    std::vector<INT>               m_bins;
+    std::unique_ptr<KIROStatsList> m_pStats;
+    UINT64                         m_frameID = 0;
+    KIROArbitratedLimits           m_limits{};
+    KIROMeteringOutput             m_metering{};
+    KIROConvergenceOutput          m_convergence{};
+    KIROArbitrationOutput          m_arbitration[AECAlgoExposureCount]{};
+};
+
+TEST_F(DebugBytes, TheCurrentFrameStandsFirstInTheHistory)
+{
+    Set(AECAlgoSetParamExposureCompensation, 1);
+    Set(AECAlgoSetParamControlPostRawSensitivityBoost, 150);
+    BeginFrame();
+    Meter();
+    SetTrigger(TriggerCtrlLuma, 41.5f);
+    SetTrigger(TriggerCtrlLux, 123.25f);
+    m_convergence.bSettle            = FALSE;
+    m_convergence.bBrightnessSettle  = TRUE;
+    m_convergence.predictiveGain     = 1.25f;
+    m_convergence.shortStretchOffset = -3.5f;
+    for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
+    {
+        m_metering.exposures[type] = 7000 + type;
+    }
+    EndFrame();
+
+    ByteWriter frame;
+    frame.Add<UINT32>(1).Add<UINT8>(0);
+    for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
+    {
+        frame.Add<FLOAT>(2.0f).Add<UINT64>(500000).Add<FLOAT>(10.5f).Add<FLOAT>(1.0f);
+        frame.Add<UINT64>(1000000).Add<UINT32>(200 + type);
+    }
+    frame.Add<UINT64>(7000).Add<UINT64>(7001).Add<UINT64>(7002);
+    frame.Add<FLOAT>(41.5f).Add<FLOAT>(123.25f).Add<UINT8>(0).Add<UINT8>(1).Add<FLOAT>(2.0f).Add<INT32>(1);
+    frame.Add<FLOAT>(1.25f).Add<FLOAT>(-3.5f).Add<FLOAT>(24.0f).Add<INT32>(150).Add<UINT8>(0);
+    ASSERT_EQ(frame.Size(), 160u);
+    m_record.ExpectBytes(recordoffset::FrameHistory, frame);
+    m_record.ExpectBytes(recordoffset::FrameHistory + 160, frame);
+}
+
+TEST_F(DebugBytes, SettledFramesAfterASettledOneAreNotKept)
+{
+    for (const BOOL bSettle : {FALSE, TRUE, TRUE, TRUE, FALSE})
+    {
+        BeginFrame();
+        m_convergence.bSettle = bSettle;
+        EndFrame();
+    }
+    const auto frameAt = [&](size_t past)
+    { return m_record.At<UINT32>(recordoffset::FrameHistory + 160 * (1 + past)); };
+    EXPECT_EQ(m_record.At<UINT32>(recordoffset::FrameHistory), 5u);
+    EXPECT_EQ(frameAt(0), 5u);
+    EXPECT_EQ(frameAt(1), 2u);
+    EXPECT_EQ(frameAt(2), 1u);
+    EXPECT_EQ(m_record.At<UINT8>(recordoffset::FrameHistory + 160 * 4 + 4), 1) << "the start configuration";
+    m_record.ExpectZeros(recordoffset::FrameHistory + 160 * 5, 160 * 16);
+
+    // The oldest of twenty falls out.
+    for (UINT32 frame = 0; frame < 20; ++frame)
+    {
+        BeginFrame();
+        EndFrame();
+    }
+    EXPECT_EQ(frameAt(0), 25u);
+    EXPECT_EQ(frameAt(19), 6u);
+}
+
+TEST_F(DebugBytes, MeteringRecordsExposuresCalculatorsAndAnalyzers)
+{
+    BeginFrame();
+    Meter();
+
+    // Luma 25 for a target of 50 asks for twice the start exposure, ten times the exposure of lux index 0.
+    ByteWriter metering;
+    for (UINT32 target = 0; target < 6; ++target)
+    {
+        metering.Add<UINT64>(2000000);
+    }
+    metering.Add<UINT8>(0).Add<FLOAT>(25.0f).Add<FLOAT>(77.89853f).Add<FLOAT>(25.0f).Add<FLOAT>(25.0f);
+    metering.Add<UINT16>(1);
+    metering.Field("Spot", 64).Add<INT32>(9).Add<UINT8>(1).Add<INT16>(5).Add<INT16>(6);
+    metering.Add<FLOAT>(25.0f).Add<FLOAT>(0.0f);
+    m_record.ExpectBytes(recordoffset::Metering, metering);
+
+    // The fixed calculators run before the count starts anew: what stands past it is of no meaning.
+    ByteWriter analyzers;
+    analyzers.Add<UINT16>(1);
+    analyzers.Field("Safe", 64).Add<UINT16>(300).Add<UINT8>(1).Add<UINT8>(1);
+    analyzers.Add<FLOAT>(25.0f).Add<FLOAT>(50.0f).Add<FLOAT>(50.0f).Add<FLOAT>(1.0f);
+    analyzers.Add<UINT8>(1).Add<UINT8>(3).Add<INT16>(11).Field("L", 64);
+    analyzers.Add<UINT8>(0).Add<UINT8>(3).Add<INT16>(12).Field("T", 64);
+    analyzers.Add<UINT8>(0).Add<UINT8>(3).Add<INT16>(13).Field("C", 64);
+    analyzers.Add<FLOAT>(-1.0f).Add<UINT8>(1);
+    // End of analysis, to the end of the entry: 2 times 3 and 4 times 5.
+    analyzers.Add<UINT8>(0x21).Add<UINT8>(0);
+    analyzers.Add<FLOAT>(2.0f).Add<FLOAT>(3.0f).Add<FLOAT>(4.0f).Add<FLOAT>(5.0f).Add<FLOAT>(26.0f).Add<FLOAT>(26.0f);
+    analyzers.Add<UINT8>(3).Add<INT16>(14).Field("Sum", 64);
+    analyzers.Zeros(19 * 93).Zeros(19 * 2153).Zeros(2);
+    ASSERT_EQ(metering.Size() + 39 * 81 + analyzers.Size(), 46371u);
+    m_record.ExpectBytes(recordoffset::Metering + 3307, analyzers);
+}
+
+TEST_F(DebugBytes, ConvergenceRecordsLimitsMovesAndItsHistory)
+{
+    BeginFrame();
+    Meter();
+    std::fill(std::begin(m_metering.exposures), std::end(m_metering.exposures), 10 * StartExposure);
+    Converge();
+    EndFrame();
+
+    // Logs of powers of ten are multiples of 77.89853. Four steps up, on the grid of quarters.
+    constexpr FLOAT decade = 77.89853f;
+    ByteWriter      moves;
+    for (const FLOAT log : {7.0f * decade, 471.5f})
+    {
+        moves.Add<FLOAT>(log).Add<FLOAT>(log).Add<FLOAT>(log);
+    }
+    ByteWriter convergence;
+    for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
+    {
+        convergence.Add<FLOAT>(decade).Add<FLOAT>(9.0f * decade).Add<FLOAT>(1.0f).Add<FLOAT>(64.0f);
+    }
+    convergence.Bytes(moves.Get());
+    convergence.Add<FLOAT>(6.0f * decade).Add<FLOAT>(6.0f * decade).Add<FLOAT>(6.0f * decade);
+    convergence.Add<FLOAT>(0.5f).Add<FLOAT>(0.75f).Add<UINT8>(1).Add<FLOAT>(1.0f).Add<UINT8>(0).Add<UINT8>(0);
+    convergence.Add<FLOAT>(0.0f).Add<UINT8>(1);
+    convergence.Add<UINT32>(1).Bytes(moves.Get()).Zeros(19 * 28);
+    ASSERT_EQ(convergence.Size(), 664u);
+    m_record.ExpectBytes(recordoffset::Convergence, convergence);
+}
+
+TEST_F(DebugBytes, ArbitrationRecordsTheLastControlOfEachExposure)
+{
+    BeginFrame();
+    KIROArbitrationInput input{};
+    input.controlID         = kirodbarbitrationorder::ArbCtrlTable;
+    input.controlBank       = BankIDArbitrationTable;
+    input.controlDataID     = 1;
+    input.expType           = AECAlgoExposureLong;
+    input.sensorRange       = {1.0f, 64.0f, 1, 500000};
+    input.range.start       = {1.0f, 1, 0.0f, 1.0f, 0, 0, 0.0f, 0, 0};
+    input.range.end         = {20.0f, 500000, 0.0f, 1.0f, 0, 0, 0.0f, 0, 0};
+    input.indexZeroExposure = 1;
+    m_arbitration[1].range  = input.range;
+    const auto arbitrateAs  = [&](UINT64 exposure, BOOL bIsConvRange)
+    {
+        input.exposures[1] = {1.0f, 20000, 0.0f, 1.0f, exposure, 100, 0.0f, 0, 0};
+        input.bIsConvRange = bIsConvRange;
+        EXPECT_EQ(m_pAlgo->runArbitration(m_pAlgo, &input, &m_arbitration[1]), 0);
+    };
+    arbitrateAs(10000000, FALSE);
+    arbitrateAs(30000, TRUE);  // the limits of a frame are no exposure
+
+    ByteWriter exposure;
+    exposure.Add<FLOAT>(20.0f).Add<UINT64>(500000).Add<FLOAT>(7.0f * 77.89853f).Add<FLOAT>(1.0f);
+    exposure.Add<UINT64>(10000000).Add<UINT32>(0);
+    exposure.Add<FLOAT>(1.0f).Add<FLOAT>(20.0f).Add<UINT64>(1).Add<UINT64>(500000);
+    exposure.Add<FLOAT>(0.0f).Add<FLOAT>(7.0f * 77.89853f).Add<FLOAT>(0.0f);
+    ASSERT_EQ(exposure.Size(), 68u);
+    m_record.ExpectZeros(recordoffset::Arbitration, 68);
+    m_record.ExpectBytes(recordoffset::Arbitration + 68, exposure);
+    m_record.ExpectBytes(recordoffset::Arbitration + 3 * 68, ByteWriter().Add<FLOAT>(24.0f).Zeros(4));
+}
+
+TEST_F(DebugBytes, ExtensionRecordsItsFlags)
+{
+    BeginFrame();
+    SetTrigger(TriggerCtrlLux, 123.25f);
+    EndFrame();
+    ByteWriter extension;
+    extension.Add<FLOAT>(123.25f).Add<UINT8>(0).Add<UINT8>(AECAlgoOperationModeStreaming);
+    // Lux above the zeros of the flash limits: flash and delay for faces; ZLL is tuned on; no stretch.
+    extension.Add<UINT8>(0).Add<UINT8>(1).Add<UINT8>(0).Add<UINT8>(0).Add<UINT8>(1).Add<UINT8>(0).Add<UINT8>(0);
+    extension.Add<FLOAT>(0.0f).Add<FLOAT>(1.0f);
+    extension.Zeros(1 + 3 + 5 * 4 + 1).Add<UINT8>(1).Zeros(2).Add<UINT8>(1);
+    ASSERT_EQ(extension.Size(), 50u);
+    m_record.ExpectBytes(recordoffset::Extension, extension);
+}
+
+TEST_F(DebugBytes, StatisticsFollowTheVerboseFlag)
+{
+    constexpr size_t channelSize    = 16474;
+    m_pStats->bayerGridROI          = {1, 2, 3, 4};
+    m_pStats->bIsTorchAEC           = TRUE;
+    m_pStats->prepareBeforePreflash = TRUE;
+    for (UINT32 region = 0; region < 16; ++region)
+    {
+        m_luma[region] = static_cast<FLOAT>(region);
+    }
+
+    // The flag of the tuning is written even while debug data are off; nothing else is.
+    m_record.Host().SetEnabled(false);
+    BeginFrame();
+    EXPECT_EQ(m_record.At<UINT8>(recordoffset::Extension + 49), 1);
+    m_record.ExpectZeros(recordoffset::Stats, 19 + 20 * channelSize);
+
+    m_record.Host().SetEnabled(true);
+    BeginFrame();
+    ByteWriter stats;
+    stats.Add<UINT8>(2).Add<UINT8>(1).Add<UINT8>(1);
+    stats.Add<UINT32>(1).Add<UINT32>(2).Add<UINT32>(3).Add<UINT32>(4);
+    stats.Add<UINT64>(0x0102030405060708).Field("luma", 64).Add<UINT8>(1).Add<UINT8>(0);
+    stats.Add<UINT32>(4).Add<UINT32>(4).Add<UINT32>(0).Add<INT32>(8);
+    for (UINT32 region = 0; region < 16; ++region)
+    {
+        stats.Add<FLOAT>(static_cast<FLOAT>(region));
+    }
+    stats.Zeros((3072 - 16) * 4 + 1024 * 4);
+    stats.Add<UINT64>(0x0102030405060708).Field("hist", 64).Add<UINT8>(1).Add<UINT8>(1);
+    stats.Add<UINT32>(0).Add<UINT32>(0).Add<UINT32>(4).Add<INT32>(10).Zeros(3072 * 4);
+    stats.Add<UINT32>(1).Add<UINT32>(2).Add<UINT32>(3).Add<UINT32>(4).Zeros((1024 - 4) * 4);
+    stats.Zeros(18 * channelSize);
+    ASSERT_EQ(stats.Size(), 329499u);
+    m_record.ExpectBytes(recordoffset::Stats, stats);
+
+    // Without the flag the last channels stay.
+    m_tuning.numSelectors = 2;
+    Set(AECAlgoSetParamTunaraData, m_tuning);
+    m_luma[0] = 99.0f;
+    BeginFrame();
+    EXPECT_EQ(m_record.At<UINT8>(recordoffset::Extension + 49), 0);
+    m_record.ExpectBytes(recordoffset::Stats, stats);
+}
+
+}  // namespace
