@@ -2,6 +2,8 @@
 /// A reference host: the order of a frame's calls, and what must be kept alive for the core.
 #pragma once
 
+#include <optional>
+
 #include "host/arbitrationwalk.h"
 #include "host/kirocorelibrary.h"
 #include "host/kirodebugdata.h"
@@ -64,9 +66,46 @@ public:
     /// @param pROI fractions of the frame; null ends the touch. Copied.
     VOID SetTouch(const AECAlgoROI* pROI);
     VOID SetHDRType(AECAlgoHDRType type);
+    /// Said to the core once the next frame has begun, so that the frame before is not taken for the snapshot.
     VOID SetSnapshot(KIROCoreSnapshotType type);
     /// The selectors or the manager have changed.
     VOID SetTuning(const StatsTuningData& rTuning);
+
+    /// One setting, by the core's own name for it. @return the core's answer, 0 for accepted
+    template <typename T> MNKResult SetParam(AECAlgoSetParamType type, const T& rValue)
+    {
+        T               value = rValue;
+        AECAlgoSetParam param = {&value, sizeof(value), type};
+        KIROSetInput    input{};
+        input.source      = AECPEKSetParam;
+        input.u.pPEKInput = &param;
+        return m_pAlgo->setInput(m_pAlgo, &input);
+    }
+
+    /// Changes to a mode whose history begins anew, with a frame to begin it. Its statistics are delivered but not
+    /// metered until they show what the mode has decided.
+    VOID StartMode(AECAlgoOperationModeType mode, const KiroHostFrame& rStart);
+
+    /// Without metering the targets of the frame before stand, whatever the statistics show.
+    VOID SetMetered(bool isMetered)
+    {
+        m_isMetered = isMetered;
+    }
+
+    /// What the extension stage of the next frames is told of a flash.
+    VOID SetFlashInfo(const KIROExtFlashInfo& rInfo)
+    {
+        m_flashInfo = rInfo;
+    }
+
+    /// Shares of a precision flash, for the arbitration of the next frames. @param pInfo null for none; copied
+    VOID SetPrecisionFlash(const KIROPrecisionFlashInfo* pInfo);
+
+    FLOAT Trigger(KIROTriggerType id);
+    VOID  SetTrigger(KIROTriggerType id, FLOAT value);
+
+    /// First half of an entry of the bank of analyzer values; 0 if there is none.
+    FLOAT AnalyzerValue(INT32 dataID);
 
     /// Lets the core fill the debug record from the next frame on; off at first.
     VOID SetDebugDataEnabled(bool isEnabled)
@@ -86,15 +125,15 @@ public:
     }
 
 private:
-    template <typename T> MNKResult SetParam(AECAlgoSetParamType type, const T& rValue);
-
     VOID   RunStartup();
+    VOID   RunStartFrame();
+    VOID   ApplySnapshot();
+    bool   TakeIsMetered();
     VOID   MarkUnknownExposure(KIROStatsList& rStats);
     VOID   RunMetering(bool isStatsValid);
     VOID   RunConvergence(UINT64 frameID);
     VOID   RunExtension(const KIROStatsList& rStats);
     UINT64 MinAntibandingExposure() const;
-    FLOAT  Trigger(KIROTriggerType id);
 
     KiroHostConfig      m_config;
     KiroDebugData       m_debugData;
@@ -105,4 +144,10 @@ private:
     ArbitrationWalk     m_walk;
     KiroHostFrame       m_frame;
     UINT64              m_framesRun;
+    bool                m_isMetered;
+    UINT32              m_unmeteredFrames;  ///< still to come after a change of mode
+    KIROExtFlashInfo    m_flashInfo;
+
+    KIROCoreSnapshotType                m_snapshot;
+    std::optional<KIROCoreSnapshotType> m_nextSnapshot;  ///< not said to the core yet
 };

@@ -23,6 +23,10 @@ Camera::Camera(const Scene& rScene, LoadedTuning& rTuning, StatsLogger logger)
 {
     // The decision of frame n is in the statistics of frame n + latency.
     m_pipeline.assign(rScene.sensor.latency - 1U, Quantize(m_host.LastFrame()));
+    if (rScene.flash.has_value())
+    {
+        m_pFlash = std::make_unique<FlashUnit>(rScene, m_sensor, m_host);
+    }
 }
 
 KiroHostConfig Camera::HostConfig() const
@@ -58,8 +62,20 @@ FrameRecord Camera::RunFrame(UINT64 frame, DOUBLE time)
     m_pipeline.push_back(Quantize(m_host.LastFrame()));
     const AppliedExposures applied = m_pipeline.front();
     m_pipeline.pop_front();
+    if (m_pFlash != nullptr)
+    {
+        m_pFlash->Begin(time);
+    }
     KIROStatsList& rStats = m_sensor.Capture(frame, time, applied.data(), record.truth);
-    record.decided        = m_host.RunFrame(frame, rStats);
+    if (m_pFlash != nullptr)
+    {
+        record.flash   = m_pFlash->RunFrame(frame, rStats);
+        record.decided = m_host.LastFrame();
+    }
+    else
+    {
+        record.decided = m_host.RunFrame(frame, rStats);
+    }
     return record;
 }
 

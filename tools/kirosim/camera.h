@@ -6,6 +6,7 @@
 #include <deque>
 
 #include "host/kirohost.h"
+#include "tools/kirosim/flashunit.h"
 #include "tools/kirosim/loadedtuning.h"
 #include "tools/kirosim/sensormodel.h"
 
@@ -19,6 +20,7 @@ struct FrameRecord
     DOUBLE        time;  ///< s
     FrameTruth    truth;
     KiroHostFrame decided;
+    FlashRecord   flash;
 };
 
 class Camera
@@ -45,6 +47,7 @@ private:
     KiroCoreLibrary              m_library;
     KiroHost                     m_host;
     std::deque<AppliedExposures> m_pipeline;  ///< decisions on their way to the sensor, oldest first
+    std::unique_ptr<FlashUnit>   m_pFlash;    ///< null without flash
 };
 
 }  // namespace kirosim

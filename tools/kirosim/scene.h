@@ -8,6 +8,7 @@
 
 #include "interface/aecalgoinput.h"
 #include "parameters/tuningmode.h"
+#include "tools/kirosim/flashscene.h"
 
 namespace kirosim
 {
@@ -99,6 +100,7 @@ struct Scene
     Lamp                    lamp;
     Sensor                  sensor;
     std::vector<Event>      events;  ///< in ascending time
+    std::optional<FlashScene> flash;
 
     /// Light at a time, EV relative to lux, without ripple.
     DOUBLE LightEV(DOUBLE time) const;

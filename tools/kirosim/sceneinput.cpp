@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include "tools/kirosim/eventinput.h"
+#include "tools/kirosim/flashinput.h"
 #include "tools/tuningfile/files.h"
 #include "tools/tuningfile/inputerror.h"
 #include "tools/tuningfile/yamlinput.h"
@@ -37,7 +38,7 @@ public:
             {
                 m_rInput.FailUnknown(rEntry, "member of a scene",
                                      {"name", "fps", "frames", "seed", "lux", "rg", "bg", "startOffsetEV", "pattern",
-                                      "light", "ripple", "lamp", "sensor", "events", "variants"});
+                                      "light", "ripple", "lamp", "sensor", "events", "flash", "variants"});
             }
         }
     }
@@ -101,6 +102,10 @@ private:
         else if (rName == "events")
         {
             rScene.events = ReadEvents(m_text, rEntry);
+        }
+        else if (rName == "flash")
+        {
+            rScene.flash = ReadFlash(m_text, rEntry);
         }
         else
         {
