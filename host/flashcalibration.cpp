@@ -29,9 +29,8 @@ bool Enable(KiroHost& rHost, std::span<const BYTE> bytes)
         return false;
     }
     std::vector<BYTE> copy(bytes.begin(), bytes.end());
-    AECAlgoSetParam   param = {copy.data(), static_cast<UINT32>(copy.size()),
-                               AECAlgoSetParamFlashInlineCalibrationData};
-    KIROSetInput      input{};
+    AECAlgoSetParam param = {copy.data(), static_cast<UINT32>(copy.size()), AECAlgoSetParamFlashInlineCalibrationData};
+    KIROSetInput    input{};
     input.source      = AECPEKSetParam;
     input.u.pPEKInput = &param;
     return rHost.Algo()->setInput(rHost.Algo(), &input) == 0;

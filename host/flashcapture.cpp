@@ -6,8 +6,15 @@ namespace
 {
 
 constexpr FlashLamp LampOff  = {0, 0, 0.0f};
-constexpr FLOAT     NsPerMs  = 1e6f;
 constexpr FLOAT     WholeLit = 1.0f;
+
+/// @param ms below 0 counts as 0, above a minute as a minute
+UINT64 NsOf(FLOAT ms)
+{
+    constexpr FLOAT nsPerMs = 1e6f;
+    constexpr FLOAT maximum = 60000.0f;
+    return (ms > 0.0f) ? static_cast<UINT64>(std::min(ms, maximum) * nsPerMs) : 0;
+}
 
 /// Convergence may go back and forth by its smallest move.
 bool IsAlike(UINT64 first, UINT64 second)
@@ -27,11 +34,11 @@ FlashLamp LampOf(const KIROAlgoFlashOutput& rCurrent, FLOAT litShare)
 FlashCapture::FlashCapture(KiroHost& rHost, const FlashCaptureConfig& rConfig)
     : m_rHost(rHost), m_config(rConfig), m_precisionHistory{}, m_phase(FlashCapturePhase::Idle), m_phaseFrames(0),
       m_stillFrames(0), m_stillExposure(0), m_isPrecisionAllowed(false), m_isMeteringDone(false),
-      m_isPictureShown(false), m_lamp(LampOff), m_off("luma16Off", "sat16Off"), m_low("luma16Low", "sat16Low"),
-      m_preview{}, m_result{}
+      m_isPictureShown(false), m_lamp(LampOff), m_off("luma16Off", "sat16Off"),
+      m_low("luma16Low", "sat16Low"), m_preview{}, m_result{}
 {
     m_precisionHistory.frameFPS = m_config.fps;
-    KIROCoreSetParam param = {KIROCorePrecisionFlashHistory, sizeof(m_precisionHistory), &m_precisionHistory};
+    KIROCoreSetParam param      = {KIROCorePrecisionFlashHistory, sizeof(m_precisionHistory), &m_precisionHistory};
     KIROSetInput     input{};
     input.source           = KIROCoreInternalParam;
     input.u.pKirocoreParam = &param;
@@ -161,7 +168,7 @@ VOID FlashCapture::RunPreflash(UINT64 frameID, KIROStatsList& rStats)
     {
         ++m_result.preflashFrames;
         m_result.isStoppedByMeter = !IsPreflashMeteringNeeded(rStats);
-        m_isMeteringDone = m_result.isStoppedByMeter || m_result.preflashFrames >= m_config.maxPreflashFrames;
+        m_isMeteringDone          = m_result.isStoppedByMeter || m_result.preflashFrames >= m_config.maxPreflashFrames;
         m_rHost.Algo()->SetMeteringLock(m_rHost.Algo(), m_isMeteringDone ? TRUE : FALSE);
     }
     if (m_isMeteringDone && IsStill())
@@ -176,9 +183,8 @@ VOID FlashCapture::RunPreflash(UINT64 frameID, KIROStatsList& rStats)
 bool FlashCapture::IsPreflashMeteringNeeded(const KIROStatsList& rStats)
 {
     IKIROCoreAlgo* pAlgo = m_rHost.Algo();
-    return !m_low.Save(rStats) ||
-           pAlgo->isPreflashMeteringNeeded(pAlgo, m_off.Channels(), FlashStats::ChannelCount, m_low.Channels(),
-                                           FlashStats::ChannelCount) == TRUE;
+    return !m_low.Save(rStats) || pAlgo->isPreflashMeteringNeeded(pAlgo, m_off.Channels(), FlashStats::ChannelCount,
+                                                                  m_low.Channels(), FlashStats::ChannelCount) == TRUE;
 }
 
 VOID FlashCapture::FinishPreflash(UINT64 frameID, KIROStatsList& rStats)
@@ -246,7 +252,10 @@ VOID FlashCapture::RunSnapshot(UINT64 frameID, const KIROStatsList& rStats)
 /// @return whether the picture will be exposed in two parts
 bool FlashCapture::PreparePrecision()
 {
-    const bool isDetected            = m_rHost.Trigger(TriggerCtrlPrecisionFlashOk) > 0.0f;
+    m_result.e1 = m_rHost.Trigger(TriggerCtrlPrecisionFlashE1);
+    m_result.e2 = m_rHost.Trigger(TriggerCtrlPrecisionFlashE2);
+    const bool isDetected =
+        m_rHost.Trigger(TriggerCtrlPrecisionFlashOk) > 0.0f && m_result.e1 > 0.0f && m_result.e2 > 0.0f;
     m_precisionHistory.sceneDetected = isDetected ? TRUE : FALSE;
     if (isDetected)
     {
@@ -257,14 +266,12 @@ bool FlashCapture::PreparePrecision()
         return false;
     }
     m_result.isPrecision = true;
-    m_result.e1          = m_rHost.Trigger(TriggerCtrlPrecisionFlashE1);
-    m_result.e2          = m_rHost.Trigger(TriggerCtrlPrecisionFlashE2);
 
     KIROPrecisionFlashInfo info{};
-    info.e1ToE1PlusE2 = m_result.e1 / (m_result.e1 + m_result.e2);
-    info.minFlashTime = static_cast<UINT64>(m_rHost.Trigger(TriggerCtrlPrecisionFlashMinTime) * NsPerMs);
-    info.maxExpoTime  = static_cast<UINT64>(m_rHost.Trigger(TriggerCtrlPrecisionFlashMaxExpTimeMs) * NsPerMs);
-    info.rollingShutterDelayTime = static_cast<UINT64>(m_rHost.Trigger(TriggerCtrlPrecisionFlashDelay) * NsPerMs);
+    info.e1ToE1PlusE2            = m_result.e1 / (m_result.e1 + m_result.e2);
+    info.minFlashTime            = NsOf(m_rHost.Trigger(TriggerCtrlPrecisionFlashMinTime));
+    info.maxExpoTime             = NsOf(m_rHost.Trigger(TriggerCtrlPrecisionFlashMaxExpTimeMs));
+    info.rollingShutterDelayTime = NsOf(m_rHost.Trigger(TriggerCtrlPrecisionFlashDelay));
     m_rHost.SetPrecisionFlash(&info);
     m_rHost.SetSnapshot(KIROCoreSnapshotType::PrecisionFlash);
     return true;

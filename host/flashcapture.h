@@ -118,7 +118,7 @@ private:
     KIROPrecisionFlashHistory m_precisionHistory;  ///< the core points at it
     FlashCapturePhase         m_phase;
     UINT32                    m_phaseFrames;  ///< run in the phase, this one included
-    UINT32                    m_stillFrames;    ///< decisions in a row since m_stillExposure that are like it
+    UINT32                    m_stillFrames;  ///< decisions in a row since m_stillExposure that are like it
     UINT64                    m_stillExposure;
     bool                      m_isPrecisionAllowed;
     bool                      m_isMeteringDone;

@@ -33,9 +33,8 @@ bool FlashModel::IsNear(UINT32 region) const
 /// Light falls off with the square of the distance.
 DOUBLE FlashModel::LuxAt(UINT32 region) const
 {
-    const DOUBLE atOneMetre =
-        LuxOf(m_rScene.leds[0], m_lamp.LED1Setting) + LuxOf(m_rScene.leds[1], m_lamp.LED2Setting);
-    const DOUBLE distance = IsNear(region) ? m_rScene.nearDistance : m_rScene.farDistance;
+    const DOUBLE atOneMetre = LuxOf(m_rScene.leds[0], m_lamp.LED1Setting) + LuxOf(m_rScene.leds[1], m_lamp.LED2Setting);
+    const DOUBLE distance   = IsNear(region) ? m_rScene.nearDistance : m_rScene.farDistance;
     return atOneMetre * static_cast<DOUBLE>(m_lamp.litShare) / (distance * distance);
 }
 
@@ -71,8 +70,7 @@ VOID FlashModel::TakePicture(const DOUBLE* pLevels, const DOUBLE* pSaturated)
     UINT32                                      counts[2] = {};
     for (UINT32 region = 0; region < GridSize; ++region)
     {
-        const UINT32 cell =
-            region / GridWidth / CellHeight * SmallSide + region % GridWidth / CellWidth;
+        const UINT32 cell = region / GridWidth / CellHeight * SmallSide + region % GridWidth / CellWidth;
         luma[cell] += pLevels[region] / cellSize * LumaFullScale;
         saturation[cell] += pSaturated[region] / cellSize * LumaFullScale;
         const UINT32 part = IsNear(region) ? 0 : 1;

@@ -105,9 +105,9 @@ std::string FlashReport::FormatShot(size_t index) const
                                    rDecided.preflashFrames, rDecided.isStoppedByMeter ? "metering" : "the frame limit");
     for (const auto& [pName, rCurrent] : {std::pair{"low ", rDecided.low}, std::pair{"high", rDecided.high}})
     {
-        text += fmt::format("  {}: {} + {} mA, rg {:.3f} bg {:.3f} by the table, flux {:.2f}\n", pName,
-                            rCurrent.LED1Setting, rCurrent.LED2Setting, rCurrent.RGRatio, rCurrent.BGRatio,
-                            rCurrent.flux);
+        text +=
+            fmt::format("  {}: {} + {} mA, rg {:.3f} bg {:.3f} by the table, flux {:.2f}\n", pName,
+                        rCurrent.LED1Setting, rCurrent.LED2Setting, rCurrent.RGRatio, rCurrent.BGRatio, rCurrent.flux);
     }
     text += fmt::format("  colour: wanted rg {:.3f} bg {:.3f}, {:.3f} off what the LEDs can make; mix {:.2f} steps of "
                         "1 mA from the best; true light rg {:.3f} bg {:.3f}\n",
@@ -121,9 +121,9 @@ std::string FlashReport::FormatShot(size_t index) const
         text += fmt::format("  precision: {:.1f} ms lit, {:.1f} ms not\n", static_cast<DOUBLE>(rDecided.e1) / nsPerMs,
                             static_cast<DOUBLE>(rDecided.e2) / nsPerMs);
     }
-    text += fmt::format("  near: luma {:.1f}, target {:.1f} ({:+.1f} percent); far: luma {:.1f}, {:.1f} without flash\n",
-                        rShot.nearLuma, rDecided.target, (NearOverTarget(rShot) - 1.0) * 100.0, rShot.farLuma,
-                        rShot.farLumaOff);
+    text += fmt::format(
+        "  near: luma {:.1f}, target {:.1f} ({:+.1f} percent); far: luma {:.1f}, {:.1f} without flash\n",
+        rShot.nearLuma, rDecided.target, (NearOverTarget(rShot) - 1.0) * 100.0, rShot.farLuma, rShot.farLumaOff);
     return text;
 }
 
@@ -131,10 +131,16 @@ std::string FlashReport::FormatCalibration() const
 {
     const auto isLearned = [this](const FlashShot& rShot)
     { return rShot.kneeError < Learned * m_shots.front().kneeError; };
-    const auto        found = std::find_if(m_shots.begin(), m_shots.end(), isLearned);
-    const std::string when  = (found == m_shots.end())
-                                  ? std::string("not below a quarter")
-                                  : fmt::format("below a quarter from picture {} on", found - m_shots.begin() + 1);
+    const auto  found = std::find_if(m_shots.begin(), m_shots.end(), isLearned);
+    std::string when  = "not below a quarter";
+    if (!m_rScene.learned.empty())
+    {
+        when = "begun with what was learned before";
+    }
+    else if (found != m_shots.end())
+    {
+        when = fmt::format("below a quarter from picture {} on", found - m_shots.begin() + 1);
+    }
     return fmt::format("flash calibration: colour error of the inner mixes {:.4f} at picture 1, {:.4f} at picture {} "
                        "({:.0f} percent); {}\n",
                        m_shots.front().kneeError, m_shots.back().kneeError, m_shots.size(),

@@ -37,10 +37,10 @@ struct FlashPictures
 struct FlashScene
 {
     std::array<FlashLED, 2> leds;
-    INT32                   maxCurrent   = 1000;  ///< mA that the camera allows, both LEDs together
-    DOUBLE                  nearDistance = 1.0;   ///< m
-    DOUBLE                  nearArea     = 0.25;  ///< share of the frame, in its middle
-    DOUBLE                  farDistance  = 5.0;   ///< m, the rest
+    INT32                   maxCurrent   = 1000;   ///< mA that the camera allows, both LEDs together
+    DOUBLE                  nearDistance = 1.0;    ///< m
+    DOUBLE                  nearArea     = 0.25;   ///< share of the frame, in its middle
+    DOUBLE                  farDistance  = 5.0;    ///< m, the rest
     bool                    isCalibrated = false;  ///< inline calibration is on
     FlashPictures           pictures;
     std::vector<BYTE>       learned;  ///< by inline calibration in an earlier run; not part of the scene's text

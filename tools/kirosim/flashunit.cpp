@@ -40,7 +40,8 @@ FlashUnit::FlashUnit(const Scene& rScene, SensorModel& rSensor, KiroHost& rHost)
 {
     if (m_rScene.isCalibrated && !flashcalibration::Enable(m_rHost, m_rScene.learned))
     {
-        throw std::runtime_error("what an earlier run has learned of the flash is refused: damaged, or of another flash");
+        throw std::runtime_error(
+            "what an earlier run has learned of the flash is refused: damaged, or of another flash");
     }
 }
 

@@ -109,8 +109,8 @@ VOID Run(const RunOptions& rOptions)
     kirosim::LoadedTuning   tuning(rOptions.tuning);
     kirosim::Simulation     simulation(scene, tuning, LogToStderr);
     kirosim::SummaryBuilder summary(scene);
-    const auto              reports  = kirosim::ReportsOf(scene);
-    std::string             csv      = kirosim::CsvHeader();
+    const auto              reports = kirosim::ReportsOf(scene);
+    std::string             csv     = kirosim::CsvHeader();
     std::vector<BYTE>       learned;
     const UINT32            interval = std::max(scene.frames / TableLines, 1U);
     if (!rOptions.isQuiet)

@@ -100,6 +100,7 @@ struct Scene
     Lamp                    lamp;
     Sensor                  sensor;
     std::vector<Event>      events;  ///< in ascending time
+
     std::optional<FlashScene> flash;
 
     /// Light at a time, EV relative to lux, without ripple.

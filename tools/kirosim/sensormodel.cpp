@@ -37,7 +37,8 @@ DOUBLE RegionEV(const Pattern& rPattern, UINT32 column, UINT32 row)
 
 SensorModel::SensorModel(const Scene& rScene)
     : m_rScene(rScene), m_noise(rScene.seed),
-      m_fullScale(static_cast<FLOAT>(std::pow(2.0, rScene.sensor.bitDepth) - 1.0)), m_stats{}, m_list{}, m_levels{}, m_saturated{}
+      m_fullScale(static_cast<FLOAT>(std::pow(2.0, rScene.sensor.bitDepth) - 1.0)), m_stats{}, m_list{}, m_levels{},
+      m_saturated{}
 {
     for (UINT32 bin = 0; bin < HistogramBins; ++bin)
     {
@@ -97,7 +98,7 @@ VOID SensorModel::BuildFlashChannels()
     }
     constexpr UINT32 side     = 16;
     constexpr INT32  bitDepth = 8;
-    m_pFlash = std::make_unique<FlashModel>(*m_rScene.flash, Colour{m_rScene.rg, m_rScene.bg});
+    m_pFlash                  = std::make_unique<FlashModel>(*m_rScene.flash, Colour{m_rScene.rg, m_rScene.bg});
     AddGrid("gridRGratio", m_stats[AECAlgoExposureSafe].rg.data());
     AddGrid("gridBGratio", m_stats[AECAlgoExposureSafe].bg.data());
     for (const auto& [pName, pValues] : {std::pair{FlashStats::LumaChannel, m_pFlash->Luma16()},
