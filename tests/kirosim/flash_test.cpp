@@ -25,6 +25,12 @@ public:
             [this](const FrameRecord& rRecord)
             {
                 m_report.Add(rRecord);
+                // The frame of the picture itself carries the preview to which the camera goes back.
+                if (rRecord.flash.phase == FlashCapturePhase::Readout && !rRecord.flash.shot.has_value())
+                {
+                    ++m_readoutFrames;
+                    m_readoutFramesMetered += (rRecord.decided.metering.bIsMeteringSkipped == FALSE) ? 1 : 0;
+                }
                 m_safe.push_back(rRecord.decided.arbitration[AECAlgoExposureSafe].exposureSet.exposure);
             });
     }
@@ -32,6 +38,17 @@ public:
     const FlashReport& Report() const
     {
         return m_report;
+    }
+
+    /// Frames until the picture is read out.
+    UINT32 ReadoutFrames() const
+    {
+        return m_readoutFrames;
+    }
+
+    UINT32 ReadoutFramesMetered() const
+    {
+        return m_readoutFramesMetered;
     }
 
     const std::vector<UINT64>& SafeExposures() const
@@ -43,6 +60,8 @@ private:
     Scene               m_scene;
     FlashReport         m_report;
     std::vector<UINT64> m_safe;
+    UINT32              m_readoutFrames        = 0;
+    UINT32              m_readoutFramesMetered = 0;
 };
 
 Scene ReadExample(const std::string& rName, const std::string& rVariant = "")
@@ -120,7 +139,9 @@ TEST(Flash, PreviewGoesOnAsBeforeThePicture)
 {
     Scene scene  = ReadExample("flash", "main");
     scene.frames = 80;
-    const FlashRun             run(scene);
+    const FlashRun run(scene);
+    EXPECT_EQ(run.ReadoutFrames(), scene.sensor.latency - 1U);
+    EXPECT_EQ(run.ReadoutFramesMetered(), 0U);
     const std::vector<UINT64>& rSafe  = run.SafeExposures();
     const DOUBLE               before = static_cast<DOUBLE>(run.Report().Shots().at(0).decided.offExposure);
     for (size_t frame = rSafe.size() - 20; frame < rSafe.size(); ++frame)
