@@ -129,6 +129,11 @@ VOID ArbitrationWalk::WalkOrder(const ArbitrationSettings& rSettings, const UINT
     input.sensorRange       = m_sensorRange;
     input.indexZeroExposure = m_indexZeroExposure;
     input.bIsConvRange      = bIsConvRange;
+    if (rSettings.precisionFlash.has_value())
+    {
+        input.bFPrecisionFlashFlag = TRUE;
+        input.precisionFlashInfo   = *rSettings.precisionFlash;
+    }
     for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
     {
         input.exposures[type].gain     = m_sensorRange.minGain;

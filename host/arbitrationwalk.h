@@ -3,6 +3,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 
 #include "interface/ikirocorealgo.h"
 #include "schema/kirodbarbitrationrange.h"
@@ -15,6 +16,8 @@ struct ArbitrationSettings
     AECAlgoManualSetting  manualSetting;
     AECAlgoHDRType        HDRType;
     StatsAlgoRole         algoRole;
+
+    std::optional<KIROPrecisionFlashInfo> precisionFlash;  ///< while an exposure is split between LED on and off
 };
 
 /// What one walk yields for one exposure.

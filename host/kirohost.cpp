@@ -3,6 +3,7 @@
 #include <stdexcept>
 
 #include "schema/kirodbactiveanalyzers.h"
+#include "schema/kirodbsceneanalyzer.h"
 #include "schema/kirodbstatscalculator.h"
 
 namespace
@@ -24,9 +25,10 @@ IKIROCoreAlgo* CreateOrThrow(const KiroCoreLibrary& rLibrary, StatsTuningData tu
 /// Never asked for while debug data is off.
 KiroHost::KiroHost(const KiroCoreLibrary& rLibrary, const KiroHostConfig& rConfig, StatsLogger logger)
     : m_config(rConfig), m_pAlgo(CreateOrThrow(rLibrary, rConfig.tuning, m_debugData, logger)),
-      m_settings{StatisticsAntibanding60Hz, rConfig.FPSRange, {}, HDRDisabled, StatsAlgoRoleDefault}, m_touchROI{},
+      m_settings{StatisticsAntibanding60Hz, rConfig.FPSRange, {}, HDRDisabled, StatsAlgoRoleDefault, {}}, m_touchROI{},
       m_touchRegion{}, m_externalData(m_pAlgo),
-      m_walk(m_pAlgo, rConfig.sensorRange, rConfig.indexZeroExposure), m_frame{}, m_framesRun(0)
+      m_walk(m_pAlgo, rConfig.sensorRange, rConfig.indexZeroExposure), m_frame{}, m_framesRun(0), m_isMetered(true),
+      m_unmeteredFrames(0), m_flashInfo{}, m_snapshot(KIROCoreSnapshotType::Normal)
 {
     SetOperationMode(AECAlgoOperationModeFastAEC);
     SetHDRType(HDRDisabled);
@@ -38,16 +40,6 @@ KiroHost::KiroHost(const KiroCoreLibrary& rLibrary, const KiroHostConfig& rConfi
 KiroHost::~KiroHost()
 {
     m_pAlgo->DestroyInstance(m_pAlgo);
-}
-
-template <typename T> MNKResult KiroHost::SetParam(AECAlgoSetParamType type, const T& rValue)
-{
-    T               value = rValue;
-    AECAlgoSetParam param = {&value, sizeof(value), type};
-    KIROSetInput    input{};
-    input.source      = AECPEKSetParam;
-    input.u.pPEKInput = &param;
-    return m_pAlgo->setInput(m_pAlgo, &input);
 }
 
 /// The start configuration: what the sensor does until the first decision reaches it.
@@ -64,10 +56,43 @@ VOID KiroHost::RunStartup()
     m_frame.convergence.mfhdrLongADRC         = 1.0f;
     m_frame.convergence.convergedShortBlend   = 1.0f;
     m_walk.SplitExposures(m_settings, m_frame.convergence.exposures, m_frame.arbitration);
+    RunStartFrame();
+}
 
+VOID KiroHost::RunStartFrame()
+{
     KIROFrameInfo           info = {0, TRUE};
     KIROPostProcessingInput unused{};
     (VOID) m_pAlgo->runEndOfFrame(m_pAlgo, info, unused, m_frame.metering, m_frame.convergence, m_frame.arbitration);
+}
+
+VOID KiroHost::StartMode(AECAlgoOperationModeType mode, const KiroHostFrame& rStart)
+{
+    m_frame = rStart;
+    SetOperationMode(mode);
+    RunStartFrame();
+    m_unmeteredFrames = m_config.systemLatency;
+}
+
+VOID KiroHost::ApplySnapshot()
+{
+    if (!m_nextSnapshot.has_value())
+    {
+        return;
+    }
+    m_snapshot = *m_nextSnapshot;
+    m_nextSnapshot.reset();
+    KIROSetInput input{};
+    input.source         = KIROCoreSnapshot;
+    input.u.snapshotMode = m_snapshot;
+    (VOID) m_pAlgo->setInput(m_pAlgo, &input);
+}
+
+bool KiroHost::TakeIsMetered()
+{
+    const bool isKnown = m_unmeteredFrames == 0;
+    m_unmeteredFrames -= isKnown ? 0 : 1;
+    return isKnown && m_isMetered;
 }
 
 /// From the second frame on until the first decision has reached the sensor, the statistics still show the start
@@ -87,8 +112,10 @@ const KiroHostFrame& KiroHost::RunFrame(UINT64 frameID, KIROStatsList& rStats)
         SetOperationMode(AECAlgoOperationModeStreaming);
     }
     (VOID) m_pAlgo->runStartOfFrame(m_pAlgo, frameID);
+    ApplySnapshot();
     const bool isStatsValid = m_pAlgo->setStats(m_pAlgo, rStats) == 0;
-    RunMetering(isStatsValid);
+    const bool isMetered    = TakeIsMetered();
+    RunMetering(isStatsValid && isMetered);
     (VOID) m_pAlgo->mixMetering(m_pAlgo, m_frame.metering);
     RunConvergence(frameID);
     m_walk.SplitExposures(m_settings, m_frame.convergence.exposures, m_frame.arbitration);
@@ -108,6 +135,7 @@ KiroHostFrame KiroHost::RunSnapshotFrame(UINT64 frameID, KIROStatsList& rStats, 
     (VOID) m_pAlgo->runStartOfFrame(m_pAlgo, frameID);
     // Between frames it would mark the preview frame before it as a snapshot.
     SetSnapshot(type);
+    ApplySnapshot();
     if (m_pAlgo->setStats(m_pAlgo, rStats) == 0 && isMetered)
     {
         RunMetering(true);
@@ -119,6 +147,7 @@ KiroHostFrame KiroHost::RunSnapshotFrame(UINT64 frameID, KIROStatsList& rStats, 
     KIROPostProcessingInput unused{};
     (VOID) m_pAlgo->runEndOfFrame(m_pAlgo, info, unused, m_frame.metering, m_frame.convergence, m_frame.arbitration);
     SetSnapshot(KIROCoreSnapshotType::None);
+    ApplySnapshot();
 
     const KiroHostFrame snapshot = m_frame;
     m_frame                      = preview;
@@ -179,6 +208,7 @@ VOID KiroHost::RunExtension(const KIROStatsList& rStats)
     input.pConvergenceOuts  = &m_frame.convergence;
     input.pArbitrationOuts  = m_frame.arbitration;
     input.statisticsStartup = rStats.startup;
+    input.flashInfo         = m_flashInfo;
     m_frame.extension       = {};
     (VOID) m_pAlgo->runExtension(m_pAlgo, input, m_frame.extension);
 }
@@ -186,6 +216,11 @@ VOID KiroHost::RunExtension(const KIROStatsList& rStats)
 /// The smallest exposure at which banding does not show: one period of the lamp at the lowest gain.
 UINT64 KiroHost::MinAntibandingExposure() const
 {
+    // What the flash lights has no bands.
+    if (m_snapshot == KIROCoreSnapshotType::Flash || m_snapshot == KIROCoreSnapshotType::PrecisionFlash)
+    {
+        return 0;
+    }
     switch (m_settings.flickerComp)
     {
     case StatisticsAntibanding50Hz:
@@ -203,6 +238,26 @@ FLOAT KiroHost::Trigger(KIROTriggerType id)
     return (m_pAlgo->getBankData(m_pAlgo, &query) == 0)
                ? static_cast<const kirodbstatscalculator::DBFloatPayload*>(query.pData)->value
                : 0.0f;
+}
+
+VOID KiroHost::SetTrigger(KIROTriggerType id, FLOAT value)
+{
+    kirodbstatscalculator::DBFloatPayload payload = {id, value, nullptr};
+    const KIROSetBankData                 trigger = {BankIDTriggers, &payload, sizeof(payload)};
+    (VOID) m_pAlgo->setBankData(m_pAlgo, &trigger);
+}
+
+FLOAT KiroHost::AnalyzerValue(INT32 dataID)
+{
+    KIROGetBankData query = {BankIDSceneAnalyzer, dataID, nullptr, sizeof(kirodbsceneanalyzer::DBStartEndPayload)};
+    return (m_pAlgo->getBankData(m_pAlgo, &query) == 0 && query.pData != nullptr)
+               ? static_cast<const kirodbsceneanalyzer::DBStartEndPayload*>(query.pData)->value.start
+               : 0.0f;
+}
+
+VOID KiroHost::SetPrecisionFlash(const KIROPrecisionFlashInfo* pInfo)
+{
+    m_settings.precisionFlash = (pInfo != nullptr) ? std::optional<KIROPrecisionFlashInfo>(*pInfo) : std::nullopt;
 }
 
 VOID KiroHost::SetOperationMode(AECAlgoOperationModeType mode)
@@ -264,10 +319,7 @@ VOID KiroHost::SetLEDMode(AECAlgoLEDModeType mode)
 
 VOID KiroHost::SetSnapshot(KIROCoreSnapshotType type)
 {
-    KIROSetInput input{};
-    input.source         = KIROCoreSnapshot;
-    input.u.snapshotMode = type;
-    (VOID) m_pAlgo->setInput(m_pAlgo, &input);
+    m_nextSnapshot = type;
 }
 
 VOID KiroHost::SetTuning(const StatsTuningData& rTuning)

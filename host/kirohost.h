@@ -3,6 +3,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 
 #include "host/arbitrationwalk.h"
 #include "host/externaldata.h"
@@ -82,9 +83,47 @@ public:
     VOID SetTouch(const AECAlgoROI* pROI);
     VOID SetHDRType(AECAlgoHDRType type);
     VOID SetLEDMode(AECAlgoLEDModeType mode);
+    /// Said to the core once the next frame has begun, so that the frame before is not taken for the snapshot.
     VOID SetSnapshot(KIROCoreSnapshotType type);
     /// The selectors or the manager have changed.
     VOID SetTuning(const StatsTuningData& rTuning);
+
+    /// One setting, by the core's own name for it. @return the core's answer, 0 for accepted
+    template <typename T> MNKResult SetParam(AECAlgoSetParamType type, const T& rValue)
+    {
+        T               value = rValue;
+        AECAlgoSetParam param = {&value, sizeof(value), type};
+        KIROSetInput    input{};
+        input.source      = AECPEKSetParam;
+        input.u.pPEKInput = &param;
+        return m_pAlgo->setInput(m_pAlgo, &input);
+    }
+
+    /// Changes to a mode whose history begins anew, with a frame to begin it. Its statistics are delivered but not
+    /// metered until they show what the mode has decided.
+    VOID StartMode(AECAlgoOperationModeType mode, const KiroHostFrame& rStart);
+
+    /// Without metering the targets of the frame before stand, whatever the statistics show.
+    VOID SetMetered(bool isMetered)
+    {
+        m_isMetered = isMetered;
+    }
+
+    /// What the extension stage of the next frames is told of a flash.
+    VOID SetFlashInfo(const KIROExtFlashInfo& rInfo)
+    {
+        m_flashInfo = rInfo;
+    }
+
+    /// Shares of a precision flash, for the arbitration of the next frames. @param pInfo null for none; copied
+    VOID SetPrecisionFlash(const KIROPrecisionFlashInfo* pInfo);
+
+    /// A value of the trigger bank.
+    FLOAT Trigger(KIROTriggerType id);
+    VOID  SetTrigger(KIROTriggerType id, FLOAT value);
+
+    /// First half of an entry of the bank of analyzer values; 0 if there is none.
+    FLOAT AnalyzerValue(INT32 dataID);
 
     /// Lets the core fill the debug record from the next frame on; off at first.
     VOID SetDebugDataEnabled(bool isEnabled)
@@ -114,13 +153,11 @@ public:
         return m_config.tuning;
     }
 
-    /// A value of the trigger bank.
-    FLOAT Trigger(KIROTriggerType id);
-
 private:
-    template <typename T> MNKResult SetParam(AECAlgoSetParamType type, const T& rValue);
-
     VOID   RunStartup();
+    VOID   RunStartFrame();
+    VOID   ApplySnapshot();
+    bool   TakeIsMetered();
     VOID   MarkUnknownExposure(KIROStatsList& rStats);
     VOID   RunMetering(bool isStatsValid);
     VOID   RunConvergence(UINT64 frameID);
@@ -137,4 +174,10 @@ private:
     ArbitrationWalk     m_walk;
     KiroHostFrame       m_frame;
     UINT64              m_framesRun;
+    bool                m_isMetered;
+    UINT32              m_unmeteredFrames;  ///< still to come after a change of mode
+    KIROExtFlashInfo    m_flashInfo;
+
+    KIROCoreSnapshotType                m_snapshot;
+    std::optional<KIROCoreSnapshotType> m_nextSnapshot;  ///< not said to the core yet
 };

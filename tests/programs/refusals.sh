@@ -39,6 +39,9 @@ done
 
 printf 'modes:\n  Default:\n    modules:\n      kiroconvergence: {noSuchMember: 1}\n' >"$work/tuning.yaml"
 refuses "tuning.yaml:4:[0-9]+: .*noSuchMember" "$bin/kirotune" compile "$work/tuning.yaml" -o "$work/out.bin"
+printf 'no blob' >"$work/flash.fic"
+refuses "flash.fic: not what a run has learned of a flash" "$bin/kirosim" run --tuning "$good" \
+    --scene "$examples/scenes/flash-calibration.yaml" --fic-load "$work/flash.fic"
 printf 'name: bad\nlux: bright\n' >"$work/scene.yaml"
 refuses "scene.yaml:2:[0-9]+: " "$bin/kirosim" run --tuning "$good" --scene "$work/scene.yaml" --csv "$work/out.csv"
 

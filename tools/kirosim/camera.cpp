@@ -25,6 +25,10 @@ Camera::Camera(const Scene& rScene, LoadedTuning& rTuning, StatsLogger logger)
 {
     // The decision of frame n is in the statistics of frame n + latency.
     m_pipeline.assign(rScene.sensor.latency - 1U, Quantize(m_decided));
+    if (rScene.flash.has_value())
+    {
+        m_pFlash = std::make_unique<FlashUnit>(rScene, m_sensor, m_host);
+    }
 }
 
 KiroHostConfig Camera::HostConfig() const
@@ -60,14 +64,26 @@ FrameRecord Camera::RunFrame(UINT64 frame, DOUBLE time)
     m_pipeline.push_back(Quantize(m_decided));
     const AppliedExposures applied = m_pipeline.front();
     m_pipeline.pop_front();
+    if (m_pFlash != nullptr)
+    {
+        m_pFlash->Begin(time);
+    }
     KIROStatsList& rStats = m_sensor.Capture(frame, time, applied.data(), record.truth);
     m_outside.Deliver(time, m_host.ExternalData());
-    m_decided             = m_bracket.RunFrame(frame, rStats);
-    record.decided        = m_decided;
-    record.picture        = m_bracket.LastPicture();
-    record.isPictureShown = m_bracket.HasShownPicture();
-    record.detectors      = m_watch.Read();
-    record.outside        = m_outside.StateOf(m_host.ExternalData());
+    if (m_pFlash != nullptr)
+    {
+        record.flash = m_pFlash->RunFrame(frame, rStats);
+        m_decided    = m_host.LastFrame();
+    }
+    else
+    {
+        m_decided             = m_bracket.RunFrame(frame, rStats);
+        record.picture        = m_bracket.LastPicture();
+        record.isPictureShown = m_bracket.HasShownPicture();
+    }
+    record.decided   = m_decided;
+    record.detectors = m_watch.Read();
+    record.outside   = m_outside.StateOf(m_host.ExternalData());
     return record;
 }
 

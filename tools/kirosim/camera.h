@@ -8,6 +8,7 @@
 #include "host/bracketcapture.h"
 #include "host/kirohost.h"
 #include "host/scenechangewatch.h"
+#include "tools/kirosim/flashunit.h"
 #include "tools/kirosim/loadedtuning.h"
 #include "tools/kirosim/outsidesources.h"
 #include "tools/kirosim/sensormodel.h"
@@ -27,6 +28,7 @@ struct FrameRecord
     bool                            isPictureShown;  ///< the truth is of such a frame
     std::vector<SceneChangeReading> detectors;       ///< those that the scene watches
     OutsideState                    outside;
+    FlashRecord                     flash;
 };
 
 class Camera
@@ -69,6 +71,7 @@ private:
     OutsideSources               m_outside;
     KiroHostFrame                m_decided;   ///< of the last frame
     std::deque<AppliedExposures> m_pipeline;  ///< decisions on their way to the sensor, oldest first
+    std::unique_ptr<FlashUnit>   m_pFlash;    ///< null without flash
 };
 
 }  // namespace kirosim

@@ -4,6 +4,7 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
+#include "host/flashcalibration.h"
 #include "platform/tavodesk.h"
 #include "tools/debugdata/debugfile.h"
 #include "tools/kirosim/report.h"
@@ -32,6 +33,8 @@ struct RunOptions
     std::string           variant;
     std::string           csv;
     std::string           debugData;
+    std::string           ficLoad;
+    std::string           ficSave;
     std::optional<UINT32> frames;
     std::optional<UINT64> seed;
     bool                  isQuiet   = false;
@@ -78,6 +81,24 @@ VOID ShowProgress(UINT64 frame, UINT32 frames)
     }
 }
 
+/// @throws std::runtime_error for a scene that learns nothing of its flash
+VOID LoadLearned(const RunOptions& rOptions, kirosim::Scene& rScene)
+{
+    const bool isWanted = !rOptions.ficLoad.empty() || !rOptions.ficSave.empty();
+    if (isWanted && (!rScene.flash.has_value() || !rScene.flash->isCalibrated))
+    {
+        throw std::runtime_error(rOptions.scene + ": the scene has no flash with calibration");
+    }
+    if (!rOptions.ficLoad.empty())
+    {
+        rScene.flash->learned = tuningfile::ReadBytes(rOptions.ficLoad);
+        if (!flashcalibration::IsComplete(rScene.flash->learned))
+        {
+            throw std::runtime_error(rOptions.ficLoad + ": not what a run has learned of a flash");
+        }
+    }
+}
+
 VOID Run(const RunOptions& rOptions)
 {
     g_isVerbose = rOptions.isVerbose;
@@ -85,12 +106,14 @@ VOID Run(const RunOptions& rOptions)
     kirosim::Scene scene = kirosim::ReadScene(rOptions.scene, rOptions.variant);
     scene.frames         = rOptions.frames.value_or(scene.frames);
     scene.seed           = rOptions.seed.value_or(scene.seed);
+    LoadLearned(rOptions, scene);
 
     kirosim::LoadedTuning                     tuning(rOptions.tuning);
     kirosim::Simulation                       simulation(scene, tuning, LogToStderr);
     kirosim::SummaryBuilder                   summary(scene);
     const auto                                reports = kirosim::ReportsOf(scene);
     std::string                               csv     = kirosim::CsvHeader();
+    std::vector<BYTE>                         learned;
     std::optional<debugdata::DebugFileWriter> debugFile;
     if (!rOptions.debugData.empty())
     {
@@ -114,6 +137,10 @@ VOID Run(const RunOptions& rOptions)
             {
                 debugFile->Add(simulation.MainCamera().DebugData());
             }
+            if (rRecord.flash.shot.has_value())
+            {
+                learned = rRecord.flash.shot->learned;
+            }
             if (!rOptions.csv.empty())
             {
                 csv += kirosim::CsvLine(rRecord);
@@ -131,6 +158,14 @@ VOID Run(const RunOptions& rOptions)
     if (debugFile.has_value())
     {
         debugFile->Commit();
+    }
+    if (!rOptions.ficSave.empty())
+    {
+        if (learned.empty())
+        {
+            throw std::runtime_error(rOptions.scene + ": the run was too short for a picture, nothing was learned");
+        }
+        tuningfile::ReplaceFile(rOptions.ficSave, learned);
     }
     fmt::print("{}", kirosim::FormatSummary(summary.Finish()));
     for (const auto& pReport : reports)
@@ -155,6 +190,8 @@ int main(int argc, char** argv)
     pRun->add_option("--seed", options.seed, "seed of the noise, instead of the scene's");
     pRun->add_option("--csv", options.csv, "write every frame to this file");
     pRun->add_option("--debug-data", options.debugData, "write the debug record of every frame to this file");
+    pRun->add_option("--fic-load", options.ficLoad, "begin with what an earlier run learned of the flash");
+    pRun->add_option("--fic-save", options.ficSave, "keep what this run learns of the flash");
     pRun->add_flag("--quiet", options.isQuiet, "print the summary only");
     pRun->add_flag("--verbose", options.isVerbose, "print errors and warnings of the library");
 

@@ -4,6 +4,7 @@
 
 #include "tools/kirosim/bracketreport.h"
 #include "tools/kirosim/detectorreport.h"
+#include "tools/kirosim/flashreport.h"
 #include "tools/kirosim/hdrreport.h"
 #include "tools/kirosim/monitorreport.h"
 #include "tools/kirosim/outsidereport.h"
@@ -38,6 +39,10 @@ std::vector<std::unique_ptr<Report>> ReportsOf(const Scene& rScene)
     if (!rScene.gyro.empty())
     {
         reports.push_back(std::make_unique<ShakeReport>(rScene));
+    }
+    if (rScene.flash.has_value())
+    {
+        reports.push_back(std::make_unique<FlashReport>(*rScene.flash));
     }
     return reports;
 }

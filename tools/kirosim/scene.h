@@ -10,6 +10,7 @@
 #include "parameters/tuningmode.h"
 #include "tools/kirosim/bracketscene.h"
 #include "tools/kirosim/detectorscene.h"
+#include "tools/kirosim/flashscene.h"
 #include "tools/kirosim/objectscene.h"
 #include "tools/kirosim/outsidescene.h"
 
@@ -112,6 +113,8 @@ struct Scene
     std::optional<SceneObject> object;
     std::optional<OutsideMap>  map;   ///< of the object
     std::vector<GyroPoint>     gyro;  ///< in ascending time
+
+    std::optional<FlashScene> flash;
 
     /// Light at a time, EV relative to lux, without ripple.
     DOUBLE LightEV(DOUBLE time) const;

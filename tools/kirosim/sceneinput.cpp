@@ -6,6 +6,7 @@
 
 #include "tools/kirosim/detectorinput.h"
 #include "tools/kirosim/eventinput.h"
+#include "tools/kirosim/flashinput.h"
 #include "tools/kirosim/objectinput.h"
 #include "tools/kirosim/outsideinput.h"
 #include "tools/tuningfile/files.h"
@@ -45,10 +46,10 @@ public:
             if (!ReadSceneEntry(rEntry, rScene))
             {
                 m_rInput.FailUnknown(rEntry, "member of a scene",
-                                     {"name",   "fps",    "frames",        "seed",     "lux",
-                                      "rg",     "bg",     "startOffsetEV", "pattern",  "light",
-                                      "ripple", "lamp",   "sensor",        "object",   "map",
-                                      "gyro",   "events", "detectors",     "monitors", "variants"});
+                                     {"name",     "fps",           "frames",  "seed",  "lux",    "rg",
+                                      "bg",       "startOffsetEV", "pattern", "light", "ripple", "lamp",
+                                      "sensor",   "object",        "map",     "gyro",  "events", "detectors",
+                                      "monitors", "flash",         "variants"});
             }
         }
     }
@@ -132,6 +133,10 @@ private:
         else if (rName == "monitors")
         {
             rScene.isMonitored = m_text.Flag(rEntry);
+        }
+        else if (rName == "flash")
+        {
+            rScene.flash = ReadFlash(m_text, rEntry);
         }
         else
         {

@@ -15,15 +15,6 @@ constexpr DOUBLE NsPerSecond = 1e9;
 constexpr DOUBLE NaturalBlocksEV[16] = {0.5, 0.0,  -0.5, 0.3, -0.3, 0.7, -0.7, 0.0,
                                         0.5, -0.5, 0.0,  1.0, -1.0, 0.5, -0.5, 0.0};
 
-/// A window in the upper middle, or a subject in the middle, of a given share of the frame.
-bool IsInBox(UINT32 column, UINT32 row, DOUBLE area, DOUBLE centreY)
-{
-    const DOUBLE half = std::sqrt(area) / 2.0;
-    const DOUBLE x    = (column + 0.5) / GridWidth;
-    const DOUBLE y    = (row + 0.5) / GridHeight;
-    return std::abs(x - 0.5) < half && std::abs(y - centreY) < half;
-}
-
 /// EV of a region relative to the frame, before texture.
 DOUBLE RegionEV(const Pattern& rPattern, UINT32 column, UINT32 row)
 {
@@ -47,7 +38,7 @@ DOUBLE RegionEV(const Pattern& rPattern, UINT32 column, UINT32 row)
 SensorModel::SensorModel(const Scene& rScene)
     : m_rScene(rScene), m_noise(rScene.seed),
       m_fullScale(static_cast<FLOAT>(std::pow(2.0, rScene.sensor.bitDepth) - 1.0)), m_stats{}, m_list{},
-      m_objectGain(1.0f)
+      m_objectGain(1.0f), m_levels{}, m_saturated{}
 {
     if (rScene.object.has_value())
     {
@@ -59,6 +50,7 @@ SensorModel::SensorModel(const Scene& rScene)
     }
     BuildRadiance();
     BuildChannels();
+    BuildFlashChannels();
 }
 
 VOID SensorModel::BuildRadiance()
@@ -99,6 +91,27 @@ VOID SensorModel::BuildChannels()
         AddGrid(names[type][2], m_stats[type].rg.data());
         AddGrid(names[type][3], m_stats[type].bg.data());
         AddHistogram(names[type][4], m_stats[type].histogram.data());
+    }
+}
+
+VOID SensorModel::BuildFlashChannels()
+{
+    if (!m_rScene.flash.has_value())
+    {
+        return;
+    }
+    constexpr UINT32 side     = 16;
+    constexpr INT32  bitDepth = 8;
+    m_pFlash                  = std::make_unique<FlashModel>(*m_rScene.flash, Colour{m_rScene.rg, m_rScene.bg});
+    AddGrid("gridRGratio", m_stats[AECAlgoExposureSafe].rg.data());
+    AddGrid("gridBGratio", m_stats[AECAlgoExposureSafe].bg.data());
+    for (const auto& [pName, pValues] : {std::pair{FlashStats::LumaChannel, m_pFlash->Luma16()},
+                                         std::pair{FlashStats::SaturationChannel, m_pFlash->Saturation16()}})
+    {
+        AddGrid(pName, pValues);
+        KIROCntStatsOut& rChannel     = m_list.pList[m_list.count - 1];
+        rChannel.resolution           = {side, side, 0, bitDepth};
+        rChannel.channelData.dataSize = FlashStats::RegionCount * sizeof(FLOAT);
     }
 }
 
@@ -149,6 +162,11 @@ KIROStatsList& SensorModel::Capture(UINT64 frameID, DOUBLE time, const AppliedEx
     {
         rTruth.objectLuma = MeanLumaOfObject();
     }
+    if (m_pFlash != nullptr)
+    {
+        // The safe exposure is the last one.
+        m_pFlash->TakePicture(m_levels.data(), m_saturated.data());
+    }
     m_list.frameID = frameID;
     for (UINT32 channel = 0; channel < m_list.count; ++channel)
     {
@@ -187,6 +205,8 @@ DOUBLE SensorModel::ExposeRegions(DOUBLE time, const AppliedExposure& rExposure,
     const DOUBLE  seconds = static_cast<DOUBLE>(rExposure.time) / NsPerSecond;
     const DOUBLE  mean    = lux * rExposure.gain * seconds * SignalPerLuxSecond;
 
+    const DOUBLE meanPerLux = rExposure.gain * seconds * SignalPerLuxSecond;
+
     std::array<DOUBLE, GridHeight> rowFactors;
     RowFactors(time, rExposure, rowFactors);
     rStats.histogram.fill(0);
@@ -194,8 +214,9 @@ DOUBLE SensorModel::ExposeRegions(DOUBLE time, const AppliedExposure& rExposure,
     UINT32 clippedCount = 0;
     for (UINT32 region = 0; region < GridSize; ++region)
     {
-        const FLOAT signal =
-            static_cast<FLOAT>(mean * rowFactors[region / GridWidth]) * (m_objectMask[region] ? m_objectGain : 1.0f);
+        const DOUBLE lamp   = (m_pFlash != nullptr) ? m_pFlash->LuxAt(region) * meanPerLux : 0.0;
+        const FLOAT  signal = static_cast<FLOAT>(mean * rowFactors[region / GridWidth] + lamp) *
+                             (m_objectMask[region] ? m_objectGain : 1.0f);
         const FLOAT  noise     = 1.0f + static_cast<FLOAT>(rSensor.regionNoise * m_noise.NextGaussian());
         const FLOAT* pSamples  = &m_radiance[static_cast<size_t>(region) * SamplesPerRegion];
         FLOAT        sum       = 0.0f;
@@ -216,9 +237,10 @@ DOUBLE SensorModel::ExposeRegions(DOUBLE time, const AppliedExposure& rExposure,
         const DOUBLE read         = rSensor.readNoise * m_noise.NextGaussian();
         rStats.luma[region]       = static_cast<FLOAT>(std::clamp(level + shot + read, 0.0, 1.0)) * m_fullScale;
         rStats.saturation[region] = static_cast<FLOAT>(saturated) / SamplesPerRegion * m_fullScale;
-        rStats.rg[region]         = static_cast<FLOAT>(m_rScene.rg);
-        rStats.bg[region]         = static_cast<FLOAT>(m_rScene.bg);
+        m_levels[region]          = level;
+        m_saturated[region]       = static_cast<DOUBLE>(saturated) / SamplesPerRegion;
     }
+    SetColours(lux, rStats);
     if (pTruth != nullptr)
     {
         const auto [low, high] = std::minmax_element(rowFactors.begin(), rowFactors.end());
@@ -226,6 +248,17 @@ DOUBLE SensorModel::ExposeRegions(DOUBLE time, const AppliedExposure& rExposure,
         pTruth->pictureEV      = std::log2(std::max(pictureSum / GridSize, 1e-9));
     }
     return static_cast<DOUBLE>(clippedCount) / (GridSize * SamplesPerRegion);
+}
+
+VOID SensorModel::SetColours(DOUBLE lux, ExposureStats& rStats) const
+{
+    for (UINT32 region = 0; region < GridSize; ++region)
+    {
+        const Colour colour =
+            (m_pFlash != nullptr) ? m_pFlash->ColourAt(region, lux) : Colour{m_rScene.rg, m_rScene.bg};
+        rStats.rg[region] = static_cast<FLOAT>(colour.rg);
+        rStats.bg[region] = static_cast<FLOAT>(colour.bg);
+    }
 }
 
 /// Mean of the lamp's light over each row's exposure: a rolling shutter starts the rows one after another.

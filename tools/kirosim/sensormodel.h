@@ -9,14 +9,13 @@
 
 #include "interface/kiroframe.h"
 #include "tools/kirosim/deterministic.h"
+#include "tools/kirosim/flashmodel.h"
 #include "tools/kirosim/scene.h"
+#include "tools/kirosim/scenegrid.h"
 
 namespace kirosim
 {
 
-constexpr UINT32 GridWidth        = 64;
-constexpr UINT32 GridHeight       = 48;
-constexpr UINT32 GridSize         = GridWidth * GridHeight;
 constexpr UINT32 SamplesPerRegion = 16;
 constexpr UINT32 HistogramBins    = 256;
 
@@ -57,6 +56,12 @@ public:
     /// @param pExposures three, indexed by AECAlgoExposureType
     KIROStatsList& Capture(UINT64 frameID, DOUBLE time, const AppliedExposure* pExposures, FrameTruth& rTruth);
 
+    /// Null in a scene without flash.
+    FlashModel* Flash()
+    {
+        return m_pFlash.get();
+    }
+
 private:
     /// Channels of one exposure.
     struct ExposureStats
@@ -73,7 +78,8 @@ private:
                          FrameTruth* pTruth);
     VOID   RowFactors(DOUBLE time, const AppliedExposure& rExposure, std::array<DOUBLE, GridHeight>& rFactors) const;
     VOID   BuildChannels();
-
+    VOID   BuildFlashChannels();
+    VOID   SetColours(DOUBLE lux, ExposureStats& rStats) const;
     VOID   PlaceObject(DOUBLE time);
     DOUBLE MeanLumaOfObject() const;
     VOID   AddGrid(const CHAR* pName, FLOAT* pValues);
@@ -89,6 +95,10 @@ private:
 
     std::bitset<GridSize> m_objectMask;  ///< regions that the scene's object hides
     FLOAT                 m_objectGain;  ///< of their radiance
+
+    std::unique_ptr<FlashModel>  m_pFlash;
+    std::array<DOUBLE, GridSize> m_levels;     ///< of the exposure last exposed, full scale is 1
+    std::array<DOUBLE, GridSize> m_saturated;  ///< share of its clipped samples
 };
 
 }  // namespace kirosim
