@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+#include "interface/ckiroctrlcorecommon.h"
 #include "schema/kirodbactiveanalyzers.h"
 #include "schema/kirodbstatscalculator.h"
 
@@ -25,13 +26,18 @@ IKIROCoreAlgo* CreateOrThrow(const KiroCoreLibrary& rLibrary, StatsTuningData tu
 KiroHost::KiroHost(const KiroCoreLibrary& rLibrary, const KiroHostConfig& rConfig, StatsLogger logger)
     : m_config(rConfig), m_pAlgo(CreateOrThrow(rLibrary, rConfig.tuning, m_debugData, logger)),
       m_settings{StatisticsAntibanding60Hz, rConfig.FPSRange, {}, HDRDisabled, StatsAlgoRoleDefault}, m_touchROI{},
-      m_touchRegion{}, m_walk(m_pAlgo, rConfig.sensorRange, rConfig.indexZeroExposure), m_frame{}, m_framesRun(0)
+      m_touchRegion{}, m_walk(m_pAlgo, rConfig.sensorRange, rConfig.indexZeroExposure), m_frame{}, m_start{},
+      m_framesRun(0), m_opMode(AECAlgoOperationModeInit), m_isLightSensed(false), m_hasPreviousMode(false), m_evSteps(0)
 {
     SetOperationMode(AECAlgoOperationModeFastAEC);
     SetHDRType(HDRDisabled);
     (VOID) SetParam(AECAlgoSetParamPipelineDelay, m_config.systemLatency);
     SetFPSRange(m_config.FPSRange);
-    RunStartup();
+    if (m_config.lightLux.has_value())
+    {
+        SetLightSensor(*m_config.lightLux);
+    }
+    RunStartup(m_config.startSources);
 }
 
 KiroHost::~KiroHost()
@@ -39,34 +45,49 @@ KiroHost::~KiroHost()
     m_pAlgo->DestroyInstance(m_pAlgo);
 }
 
-template <typename T> MNKResult KiroHost::SetParam(AECAlgoSetParamType type, const T& rValue)
-{
-    T               value = rValue;
-    AECAlgoSetParam param = {&value, sizeof(value), type};
-    KIROSetInput    input{};
-    input.source      = AECPEKSetParam;
-    input.u.pPEKInput = &param;
-    return m_pAlgo->setInput(m_pAlgo, &input);
-}
-
 /// The start configuration: what the sensor does until the first decision reaches it.
-VOID KiroHost::RunStartup()
+VOID KiroHost::RunStartup(const std::vector<KIROAlgoStartExpType>& rSources)
 {
-    for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
+    KiroStartRequest request{};
+    request.sources = rSources;
+    std::copy(std::begin(m_frame.convergence.exposures), std::end(m_frame.convergence.exposures),
+              request.warmExposures);
+    request.evFactor      = CKIROCtrlCoreCommon::UtilGetEVMultiplier(&m_config.tuning, m_evSteps, KIROEVPreview);
+    request.fixedExposure = m_config.startExposure;
+
+    m_start = KiroAskStartExposure(m_pAlgo, request);
+    m_frame = {};
+    KiroApplyStartExposure(m_start, m_frame.metering, m_frame.convergence);
+    if (m_start.luxIndex.has_value())
     {
-        m_frame.metering.exposures[type]    = m_config.startExposure;
-        m_frame.convergence.exposures[type] = m_config.startExposure;
+        SeedLuxIndex(*m_start.luxIndex);
     }
-    m_frame.convergence.predictiveGain        = 1.0f;
-    m_frame.convergence.compensationADRC      = 1.0f;
-    m_frame.convergence.compensationDarkBoost = 1.0f;
-    m_frame.convergence.mfhdrLongADRC         = 1.0f;
-    m_frame.convergence.convergedShortBlend   = 1.0f;
     m_walk.SplitExposures(m_settings, m_frame.convergence.exposures, m_frame.arbitration);
 
     KIROFrameInfo           info = {0, TRUE};
     KIROPostProcessingInput unused{};
     (VOID) m_pAlgo->runEndOfFrame(m_pAlgo, info, unused, m_frame.metering, m_frame.convergence, m_frame.arbitration);
+}
+
+/// So that the first frame's filter goes on from where the last session was.
+VOID KiroHost::SeedLuxIndex(FLOAT luxIndex)
+{
+    kirodbstatscalculator::DBFloatPayload trigger = {TriggerCtrlLux, luxIndex, nullptr};
+    const KIROSetBankData                 set     = {BankIDTriggers, &trigger, sizeof(trigger)};
+    (VOID) m_pAlgo->setBankData(m_pAlgo, &set);
+}
+
+VOID KiroHost::BeginSession(AECAlgoOperationModeType mode, const std::vector<KIROAlgoStartExpType>& rSources)
+{
+    SetOperationMode(mode);
+    m_framesRun = 0;
+    RunStartup(rSources);
+}
+
+KiroStartSituation KiroHost::StartSituation(AECAlgoOperationModeType mode) const
+{
+    return {mode == AECAlgoOperationModePreflash, m_settings.algoRole == StatsAlgoRoleSlave, m_hasPreviousMode,
+            m_isLightSensed};
 }
 
 /// From the second frame on until the first decision has reached the sensor, the statistics still show the start
@@ -81,7 +102,8 @@ VOID KiroHost::MarkUnknownExposure(KIROStatsList& rStats)
 const KiroHostFrame& KiroHost::RunFrame(UINT64 frameID, KIROStatsList& rStats)
 {
     MarkUnknownExposure(rStats);
-    if (m_framesRun == m_config.systemLatency + 1U)
+    m_hasPreviousMode = true;
+    if (m_framesRun == m_config.systemLatency + 1U && m_opMode == AECAlgoOperationModeFastAEC)
     {
         SetOperationMode(AECAlgoOperationModeStreaming);
     }
@@ -179,8 +201,37 @@ FLOAT KiroHost::Trigger(KIROTriggerType id)
                : 0.0f;
 }
 
+VOID KiroHost::SetCameraInfo(const StatsCameraInfo& rInfo)
+{
+    m_settings.algoRole = rInfo.algoRole;
+    (VOID) SetParam(AECAlgoSetParamCameraInfo, rInfo);
+}
+
+VOID KiroHost::SetCalibration(const AECAlgoDCCalibrationInfo& rCalibration)
+{
+    (VOID) SetParam(AECAlgoSetParamDualcamCalibrationInfo, rCalibration);
+}
+
+VOID KiroHost::SetLightSensor(FLOAT lux)
+{
+    m_isLightSensed = true;
+    (VOID) SetParam(AECAlgoSetParamLightInfo, StatsLightInfo{TRUE, lux});
+}
+
+VOID KiroHost::SetCCT(UINT32 CCT)
+{
+    AECAlgoWhiteBalanceState state{};
+    state.isAuto    = TRUE;
+    state.redGain   = 1.0f;
+    state.greenGain = 1.0f;
+    state.blueGain  = 1.0f;
+    state.CCT       = CCT;
+    (VOID) SetParam(AECAlgoSetParamAWBState, state);
+}
+
 VOID KiroHost::SetOperationMode(AECAlgoOperationModeType mode)
 {
+    m_opMode = mode;
     (VOID) SetParam(AECAlgoSetParamOperationMode, mode);
 }
 
@@ -192,6 +243,7 @@ VOID KiroHost::SetFlickerCompensation(StatisticsAntibanding mode)
 
 VOID KiroHost::SetExposureCompensation(INT32 evSteps)
 {
+    m_evSteps = evSteps;
     (VOID) SetParam(AECAlgoSetParamExposureCompensation, evSteps);
 }
 

@@ -19,7 +19,12 @@ struct FrameRecord
     DOUBLE        time;  ///< s
     FrameTruth    truth;
     KiroHostFrame decided;
+
+    std::optional<KiroStartExposure> start;  ///< a session began with this frame
 };
+
+/// Exposure with which a camera starts if nothing better is known, gain times ns.
+UINT64 FixedStartExposure(const Scene& rScene);
 
 class Camera
 {
@@ -30,13 +35,24 @@ public:
 
     VOID Apply(const Event& rEvent);
 
+    /// Begins a session anew. @param time of the next frame, s
+    VOID Begin(const StartPlan& rPlan, DOUBLE time);
+
+    /// The light has another colour; white balance finds it at once.
+    VOID SetCCT(DOUBLE CCT);
+
     FrameRecord RunFrame(UINT64 frame, DOUBLE time);
+
+    KiroHost& Host()
+    {
+        return m_host;
+    }
 
 private:
     using AppliedExposures = std::array<AppliedExposure, AECAlgoExposureCount>;
 
     KiroHostConfig   HostConfig() const;
-    UINT64           StartExposure() const;
+    VOID             FillPipeline();
     AppliedExposures Quantize(const KiroHostFrame& rFrame) const;
 
     const Scene&                 m_rScene;
@@ -44,7 +60,8 @@ private:
     SensorModel                  m_sensor;
     KiroCoreLibrary              m_library;
     KiroHost                     m_host;
-    std::deque<AppliedExposures> m_pipeline;  ///< decisions on their way to the sensor, oldest first
+    std::deque<AppliedExposures> m_pipeline;    ///< decisions on their way to the sensor, oldest first
+    bool                         m_isStarting;  ///< the next frame is the first of its session
 };
 
 }  // namespace kirosim

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include "platform/tavodesk.h"
+#include "tools/kirosim/queryanswers.h"
 #include "tools/kirosim/report.h"
 #include "tools/kirosim/simulation.h"
 #include "tools/kirosim/summary.h"
@@ -30,10 +31,12 @@ struct RunOptions
     std::string           scene;
     std::string           variant;
     std::string           csv;
+    std::string           csvSecond;
     std::optional<UINT32> frames;
     std::optional<UINT64> seed;
     bool                  isQuiet   = false;
     bool                  isVerbose = false;
+    bool                  isAsking  = false;
 };
 
 bool g_isVerbose = false;
@@ -76,6 +79,14 @@ VOID ShowProgress(UINT64 frame, UINT32 frames)
     }
 }
 
+VOID WriteText(const std::string& rPath, const std::string& rText)
+{
+    if (!rPath.empty())
+    {
+        tuningfile::ReplaceFile(rPath, {reinterpret_cast<const BYTE*>(rText.data()), rText.size()});
+    }
+}
+
 VOID Run(const RunOptions& rOptions)
 {
     g_isVerbose = rOptions.isVerbose;
@@ -84,12 +95,18 @@ VOID Run(const RunOptions& rOptions)
     scene.frames         = rOptions.frames.value_or(scene.frames);
     scene.seed           = rOptions.seed.value_or(scene.seed);
 
+    if (!rOptions.csvSecond.empty() && scene.pSecond == nullptr)
+    {
+        throw std::runtime_error(rOptions.scene + ": --csv-second wants a scene with a second camera");
+    }
+
     kirosim::LoadedTuning   tuning(rOptions.tuning);
     kirosim::Simulation     simulation(scene, tuning, LogToStderr);
     kirosim::SummaryBuilder summary(scene);
-    const auto              reports  = kirosim::ReportsOf(scene);
-    std::string             csv      = kirosim::CsvHeader();
-    const UINT32            interval = std::max(scene.frames / TableLines, 1U);
+    const auto              reports   = kirosim::ReportsOf(scene);
+    std::string             csv       = kirosim::CsvHeader();
+    std::string             csvSecond = csv;
+    const UINT32            interval  = std::max(scene.frames / TableLines, 1U);
     if (!rOptions.isQuiet)
     {
         fmt::print("{}", kirosim::TableHeader());
@@ -111,15 +128,28 @@ VOID Run(const RunOptions& rOptions)
                 fmt::print("{}", kirosim::TableLine(rRecord));
             }
             ShowProgress(rRecord.frame, scene.frames);
+        },
+        [&](const kirosim::FrameRecord& rRecord)
+        {
+            for (const auto& pReport : reports)
+            {
+                pReport->AddSecond(rRecord);
+            }
+            if (!rOptions.csvSecond.empty())
+            {
+                csvSecond += kirosim::CsvLine(rRecord);
+            }
         });
-    if (!rOptions.csv.empty())
-    {
-        tuningfile::ReplaceFile(rOptions.csv, {reinterpret_cast<const BYTE*>(csv.data()), csv.size()});
-    }
+    WriteText(rOptions.csv, csv);
+    WriteText(rOptions.csvSecond, csvSecond);
     fmt::print("{}", kirosim::FormatSummary(summary.Finish()));
     for (const auto& pReport : reports)
     {
         fmt::print("{}", pReport->Format());
+    }
+    if (rOptions.isAsking)
+    {
+        fmt::print("{}", kirosim::QueryAnswers(simulation.FirstHost().Algo()));
     }
 }
 
@@ -138,6 +168,8 @@ int main(int argc, char** argv)
     pRun->add_option("--frames", options.frames, "frames to run, instead of the scene's");
     pRun->add_option("--seed", options.seed, "seed of the noise, instead of the scene's");
     pRun->add_option("--csv", options.csv, "write every frame to this file");
+    pRun->add_option("--csv-second", options.csvSecond, "write every frame of the second camera to this file");
+    pRun->add_flag("--queries", options.isAsking, "print what the library answers to queries after the run");
     pRun->add_flag("--quiet", options.isQuiet, "print the summary only");
     pRun->add_flag("--verbose", options.isVerbose, "print errors and warnings of the library");
 

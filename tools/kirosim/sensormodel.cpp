@@ -46,7 +46,8 @@ DOUBLE RegionEV(const Pattern& rPattern, UINT32 column, UINT32 row)
 
 SensorModel::SensorModel(const Scene& rScene)
     : m_rScene(rScene), m_noise(rScene.seed),
-      m_fullScale(static_cast<FLOAT>(std::pow(2.0, rScene.sensor.bitDepth) - 1.0)), m_stats{}, m_list{}
+      m_fullScale(static_cast<FLOAT>(std::pow(2.0, rScene.sensor.bitDepth) - 1.0)), m_stats{}, m_list{},
+      m_colourSensitivity(1.0)
 {
     for (UINT32 bin = 0; bin < HistogramBins; ++bin)
     {
@@ -152,7 +153,7 @@ VOID SensorModel::ExposeRegions(DOUBLE time, const AppliedExposure& rExposure, D
 {
     const Sensor& rSensor = m_rScene.sensor;
     const DOUBLE  seconds = static_cast<DOUBLE>(rExposure.time) / NsPerSecond;
-    const DOUBLE  mean    = lux * rExposure.gain * seconds * SignalPerLuxSecond;
+    const DOUBLE mean = lux * rExposure.gain * seconds * SignalPerLuxSecond * rSensor.sensitivity * m_colourSensitivity;
 
     std::array<DOUBLE, GridHeight> rowFactors;
     RowFactors(time, rExposure, rowFactors);

@@ -46,6 +46,13 @@ public:
     /// What the sensor makes of a decided exposure: limits, and the steps of gain and time.
     AppliedExposure Quantize(const KIROExposureSetType& rDecided) const;
 
+    /// @param factor of the sensor's sensitivity, from the next frame on: a module sees light of each colour
+    /// differently
+    VOID SetColourSensitivity(DOUBLE factor)
+    {
+        m_colourSensitivity = factor;
+    }
+
     /// Statistics of one frame. The list stays valid until the next call.
     /// @param time       of the frame's start, s
     /// @param pExposures three, indexed by AECAlgoExposureType
@@ -77,6 +84,7 @@ private:
     std::array<ExposureStats, AECAlgoExposureCount> m_stats;
     std::array<FLOAT, HistogramBins>                m_histogramLUT;
     KIROStatsList                                   m_list;
+    DOUBLE                                          m_colourSensitivity;
 };
 
 }  // namespace kirosim
