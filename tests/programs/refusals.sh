@@ -41,6 +41,7 @@ printf 'modes:\n  Default:\n    modules:\n      kiroconvergence: {noSuchMember: 
 refuses "tuning.yaml:4:[0-9]+: .*noSuchMember" "$bin/kirotune" compile "$work/tuning.yaml" -o "$work/out.bin"
 printf 'name: bad\nlux: bright\n' >"$work/scene.yaml"
 refuses "scene.yaml:2:[0-9]+: " "$bin/kirosim" run --tuning "$good" --scene "$work/scene.yaml" --csv "$work/out.csv"
+refuses "second camera" "$bin/kirosim" run --tuning "$good" --scene "$scene" --csv-second "$work/out.csv"
 
 for output in out.csv out.bin; do
     [ ! -e "$work/$output" ] || { echo "$output was left behind"; failures=$((failures + 1)); }

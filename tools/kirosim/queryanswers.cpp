@@ -23,12 +23,10 @@ std::string QueryAnswers(IKIROCoreAlgo* pAlgo)
                             pInfo->exposureInfo.origExp[AECAlgoExposureSafe], pInfo->bSettle);
     }
     const SnapshotAnswer snapshot = QuerySnapshotExposure(pAlgo, KIROCoreSnapshotType::Normal);
-    text += fmt::format("query of snapshot exposure: result {}, ISO {}, predictive gain {:.1f}, exposures cleared "
-                        "({} ns)\n",
+    text += fmt::format("query of snapshot exposure: result {}, ISO {}, predictive gain {:.1f}, first exposure {} ns\n",
                         snapshot.result, snapshot.frameControl.ISOValue, snapshot.frameControl.predictiveGain,
                         snapshot.exposures.front().exposureData.exposureTime);
-    text += fmt::format("query of SW version: result {}, not supported\n",
-                        QueryUnanswered(pAlgo, AECAlgoGetParamSWVersion));
+    text += fmt::format("query of SW version: result {}\n", QueryUnanswered(pAlgo, AECAlgoGetParamSWVersion));
     return text;
 }
 
