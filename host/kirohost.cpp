@@ -52,6 +52,7 @@ VOID KiroHost::RunStartup(const std::vector<KIROAlgoStartExpType>& rSources)
     request.sources = rSources;
     std::copy(std::begin(m_frame.convergence.exposures), std::end(m_frame.convergence.exposures),
               request.warmExposures);
+    std::copy(std::begin(m_frame.metering.exposures), std::end(m_frame.metering.exposures), request.warmTargets);
     request.evFactor      = CKIROCtrlCoreCommon::UtilGetEVMultiplier(&m_config.tuning, m_evSteps, KIROEVPreview);
     request.fixedExposure = m_config.startExposure;
 

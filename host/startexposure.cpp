@@ -83,12 +83,8 @@ KiroStartExposure KiroAskStartExposure(IKIROCoreAlgo* pAlgo, const KiroStartRequ
         info.evFactor = rRequest.evFactor;
         if (source == KIROStartExpExtLightData)
         {
-            for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
-            {
-                info.convergedExposures[type] = rRequest.warmExposures[type];
-                info.targetExposures[type] =
-                    static_cast<UINT64>(static_cast<DOUBLE>(rRequest.warmExposures[type]) / rRequest.evFactor);
-            }
+            std::copy(std::begin(rRequest.warmExposures), std::end(rRequest.warmExposures), info.convergedExposures);
+            std::copy(std::begin(rRequest.warmTargets), std::end(rRequest.warmTargets), info.targetExposures);
         }
         if (HasAnswered(pAlgo->GetStartUpExposure(pAlgo, &info), info))
         {

@@ -36,6 +36,7 @@ struct KiroStartRequest
 {
     std::vector<KIROAlgoStartExpType> sources;           ///< asked in this order until one answers
     UINT64                            warmExposures[3];  ///< of the last session, 0 for none; the light sensor's check
+    UINT64                            warmTargets[3];    ///< that went with them
     FLOAT                             evFactor;          ///< of the user's EV
     UINT64                            fixedExposure;     ///< of all three, if no source answers
 };
