@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+#include "interface/ckiroctrlcorecommon.h"
 #include "schema/kirodbactiveanalyzers.h"
 #include "schema/kirodbsceneanalyzer.h"
 #include "schema/kirodbstatscalculator.h"
@@ -27,14 +28,19 @@ KiroHost::KiroHost(const KiroCoreLibrary& rLibrary, const KiroHostConfig& rConfi
     : m_config(rConfig), m_pAlgo(CreateOrThrow(rLibrary, rConfig.tuning, m_debugData, logger)),
       m_settings{StatisticsAntibanding60Hz, rConfig.FPSRange, {}, HDRDisabled, StatsAlgoRoleDefault, {}}, m_touchROI{},
       m_touchRegion{}, m_externalData(m_pAlgo),
-      m_walk(m_pAlgo, rConfig.sensorRange, rConfig.indexZeroExposure), m_frame{}, m_framesRun(0), m_isMetered(true),
-      m_unmeteredFrames(0), m_flashInfo{}, m_snapshot(KIROCoreSnapshotType::Normal)
+      m_walk(m_pAlgo, rConfig.sensorRange, rConfig.indexZeroExposure), m_frame{}, m_start{}, m_framesRun(0),
+      m_opMode(AECAlgoOperationModeInit), m_isLightSensed(false), m_hasPreviousMode(false), m_evSteps(0),
+      m_isMetered(true), m_unmeteredFrames(0), m_flashInfo{}, m_snapshot(KIROCoreSnapshotType::Normal)
 {
     SetOperationMode(AECAlgoOperationModeFastAEC);
     SetHDRType(HDRDisabled);
     (VOID) SetParam(AECAlgoSetParamPipelineDelay, m_config.systemLatency);
     SetFPSRange(m_config.FPSRange);
-    RunStartup();
+    if (m_config.lightLux.has_value())
+    {
+        SetLightSensor(*m_config.lightLux);
+    }
+    RunStartup(m_config.startSources);
 }
 
 KiroHost::~KiroHost()
@@ -43,18 +49,24 @@ KiroHost::~KiroHost()
 }
 
 /// The start configuration: what the sensor does until the first decision reaches it.
-VOID KiroHost::RunStartup()
+VOID KiroHost::RunStartup(const std::vector<KIROAlgoStartExpType>& rSources)
 {
-    for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
+    KiroStartRequest request{};
+    request.sources = rSources;
+    std::copy(std::begin(m_frame.convergence.exposures), std::end(m_frame.convergence.exposures),
+              request.warmExposures);
+    std::copy(std::begin(m_frame.metering.exposures), std::end(m_frame.metering.exposures), request.warmTargets);
+    request.evFactor      = CKIROCtrlCoreCommon::UtilGetEVMultiplier(&m_config.tuning, m_evSteps, KIROEVPreview);
+    request.fixedExposure = m_config.startExposure;
+
+    m_start = KiroAskStartExposure(m_pAlgo, request);
+    m_frame = {};
+    KiroApplyStartExposure(m_start, m_frame.metering, m_frame.convergence);
+    if (m_start.luxIndex.has_value())
     {
-        m_frame.metering.exposures[type]    = m_config.startExposure;
-        m_frame.convergence.exposures[type] = m_config.startExposure;
+        // The first frame's filter goes on from where the last session was.
+        SetTrigger(TriggerCtrlLux, *m_start.luxIndex);
     }
-    m_frame.convergence.predictiveGain        = 1.0f;
-    m_frame.convergence.compensationADRC      = 1.0f;
-    m_frame.convergence.compensationDarkBoost = 1.0f;
-    m_frame.convergence.mfhdrLongADRC         = 1.0f;
-    m_frame.convergence.convergedShortBlend   = 1.0f;
     m_walk.SplitExposures(m_settings, m_frame.convergence.exposures, m_frame.arbitration);
     RunStartFrame();
 }
@@ -95,6 +107,19 @@ bool KiroHost::TakeIsMetered()
     return isKnown && m_isMetered;
 }
 
+VOID KiroHost::BeginSession(AECAlgoOperationModeType mode, const std::vector<KIROAlgoStartExpType>& rSources)
+{
+    SetOperationMode(mode);
+    m_framesRun = 0;
+    RunStartup(rSources);
+}
+
+KiroStartSituation KiroHost::StartSituation(AECAlgoOperationModeType mode) const
+{
+    return {mode == AECAlgoOperationModePreflash, m_settings.algoRole == StatsAlgoRoleSlave, m_hasPreviousMode,
+            m_isLightSensed};
+}
+
 /// From the second frame on until the first decision has reached the sensor, the statistics still show the start
 /// exposure, but the core takes the oldest decision that it knows for theirs: they must not be metered.
 VOID KiroHost::MarkUnknownExposure(KIROStatsList& rStats)
@@ -107,7 +132,8 @@ VOID KiroHost::MarkUnknownExposure(KIROStatsList& rStats)
 const KiroHostFrame& KiroHost::RunFrame(UINT64 frameID, KIROStatsList& rStats)
 {
     MarkUnknownExposure(rStats);
-    if (m_framesRun == m_config.systemLatency + 1U)
+    m_hasPreviousMode = true;
+    if (m_framesRun == m_config.systemLatency + 1U && m_opMode == AECAlgoOperationModeFastAEC)
     {
         SetOperationMode(AECAlgoOperationModeStreaming);
     }
@@ -260,8 +286,37 @@ VOID KiroHost::SetPrecisionFlash(const KIROPrecisionFlashInfo* pInfo)
     m_settings.precisionFlash = (pInfo != nullptr) ? std::optional<KIROPrecisionFlashInfo>(*pInfo) : std::nullopt;
 }
 
+VOID KiroHost::SetCameraInfo(const StatsCameraInfo& rInfo)
+{
+    m_settings.algoRole = rInfo.algoRole;
+    (VOID) SetParam(AECAlgoSetParamCameraInfo, rInfo);
+}
+
+VOID KiroHost::SetCalibration(const AECAlgoDCCalibrationInfo& rCalibration)
+{
+    (VOID) SetParam(AECAlgoSetParamDualcamCalibrationInfo, rCalibration);
+}
+
+VOID KiroHost::SetLightSensor(FLOAT lux)
+{
+    m_isLightSensed = true;
+    (VOID) SetParam(AECAlgoSetParamLightInfo, StatsLightInfo{TRUE, lux});
+}
+
+VOID KiroHost::SetCCT(UINT32 CCT)
+{
+    AECAlgoWhiteBalanceState state{};
+    state.isAuto    = TRUE;
+    state.redGain   = 1.0f;
+    state.greenGain = 1.0f;
+    state.blueGain  = 1.0f;
+    state.CCT       = CCT;
+    (VOID) SetParam(AECAlgoSetParamAWBState, state);
+}
+
 VOID KiroHost::SetOperationMode(AECAlgoOperationModeType mode)
 {
+    m_opMode = mode;
     (VOID) SetParam(AECAlgoSetParamOperationMode, mode);
 }
 
@@ -273,6 +328,7 @@ VOID KiroHost::SetFlickerCompensation(StatisticsAntibanding mode)
 
 VOID KiroHost::SetExposureCompensation(INT32 evSteps)
 {
+    m_evSteps = evSteps;
     (VOID) SetParam(AECAlgoSetParamExposureCompensation, evSteps);
 }
 

@@ -9,6 +9,7 @@
 #include "host/externaldata.h"
 #include "host/kirocorelibrary.h"
 #include "host/kirodebugdata.h"
+#include "host/startexposure.h"
 #include "interface/kiroextension.h"
 #include "schema/kirodbroi.h"
 
@@ -17,9 +18,12 @@ struct KiroHostConfig
     StatsTuningData tuning;  ///< manager and selectors stay the caller's and must outlive the host
     KIROSensorRange sensorRange;
     UINT64          indexZeroExposure;  ///< exposure of index 0
-    UINT64          startExposure;      ///< exposure before the first frame
+    UINT64          startExposure;      ///< exposure before the first frame, if no source knows a better one
     UINT8           systemLatency;      ///< frames from a decision to its statistics
     AECAlgoFPSRange FPSRange;
+
+    std::vector<KIROAlgoStartExpType> startSources;  ///< asked in this order before the first frame
+    std::optional<FLOAT>              lightLux;      ///< reading of the light sensor, if there is one
 };
 
 /// What was decided for a frame. Arrays are indexed by AECAlgoExposureType.
@@ -70,6 +74,30 @@ public:
     {
         return m_frame;
     }
+
+    /// Begins a session anew, as after a change of mode: the frames so far are those of the previous mode, and what the
+    /// sensor delivers next shows the start exposures.
+    /// @param mode    FastAEC, which goes over to Streaming by itself, or Preflash
+    /// @param sources asked in this order until one answers
+    VOID BeginSession(AECAlgoOperationModeType mode, const std::vector<KIROAlgoStartExpType>& rSources);
+
+    /// Where the present session began.
+    const KiroStartExposure& Start() const
+    {
+        return m_start;
+    }
+
+    /// What this host knows if a session began now, for KiroStartSources.
+    KiroStartSituation StartSituation(AECAlgoOperationModeType mode) const;
+
+    // What the cameras around it are; see CameraGroup.
+    VOID SetCameraInfo(const StatsCameraInfo& rInfo);
+    VOID SetCalibration(const AECAlgoDCCalibrationInfo& rCalibration);
+
+    // What the host senses or finds out besides the statistics.
+    VOID SetLightSensor(FLOAT lux);
+    /// @param CCT colour of the light, K
+    VOID SetCCT(UINT32 CCT);
 
     // User settings; they apply from the next frame on.
     VOID SetOperationMode(AECAlgoOperationModeType mode);
@@ -154,7 +182,7 @@ public:
     }
 
 private:
-    VOID   RunStartup();
+    VOID   RunStartup(const std::vector<KIROAlgoStartExpType>& rSources);
     VOID   RunStartFrame();
     VOID   ApplySnapshot();
     bool   TakeIsMetered();
@@ -173,10 +201,17 @@ private:
     KiroExternalData    m_externalData;
     ArbitrationWalk     m_walk;
     KiroHostFrame       m_frame;
-    UINT64              m_framesRun;
-    bool                m_isMetered;
-    UINT32              m_unmeteredFrames;  ///< still to come after a change of mode
-    KIROExtFlashInfo    m_flashInfo;
+    KiroStartExposure   m_start;
+    UINT64              m_framesRun;  ///< since the session began
+
+    AECAlgoOperationModeType m_opMode;
+    bool                     m_isLightSensed;
+    bool                     m_hasPreviousMode;
+    INT32                    m_evSteps;
+
+    bool             m_isMetered;
+    UINT32           m_unmeteredFrames;  ///< still to come after a change of mode
+    KIROExtFlashInfo m_flashInfo;
 
     KIROCoreSnapshotType                m_snapshot;
     std::optional<KIROCoreSnapshotType> m_nextSnapshot;  ///< not said to the core yet

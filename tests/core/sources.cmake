@@ -4,8 +4,10 @@ set(ROOM_TESTS
     debugdata_test.cpp
     flashtable_test.cpp
     frame_test.cpp
+    queries_test.cpp
     scenechangedetector_test.cpp
     shortblend_test.cpp
+    startup_test.cpp
     tablegenerator_test.cpp
     triggermanager_test.cpp
 )

@@ -59,6 +59,21 @@ TEST_F(SceneText, AVariantChangesOnlyWhatItNames)
     EXPECT_NE(ErrorOf(text, "dark").find("there is no variant 'dark'"), std::string::npos);
 }
 
+TEST_F(SceneText, ASecondCameraIsTheFirstButForWhatIsSaid)
+{
+    const std::string text  = "lux: 100\nsensor: {maxGain: 8}\nrole: master\nsecond: {role: slave, lux: 50, sensor: "
+                              "{sensitivity: 0.5}}\nvariants: {dim: {lux: 80, second: {lux: 40}}}\n";
+    const Scene       scene = ReadScene(Write(text), "dim");
+    ASSERT_NE(scene.pSecond, nullptr);
+    EXPECT_DOUBLE_EQ(scene.lux, 80.0);
+    EXPECT_DOUBLE_EQ(scene.pSecond->lux, 40.0);
+    EXPECT_DOUBLE_EQ(scene.pSecond->sensor.maxGain, 8.0);
+    EXPECT_DOUBLE_EQ(scene.pSecond->sensor.sensitivity, 0.5);
+    EXPECT_DOUBLE_EQ(scene.sensor.sensitivity, 1.0);
+    EXPECT_EQ(scene.pSecond->camera.role, StatsAlgoRoleSlave);
+    EXPECT_EQ(scene.camera.role, StatsAlgoRoleMaster);
+}
+
 TEST_F(SceneText, SlipsNameFileLineColumnAndWhatWasExpected)
 {
     const std::pair<const CHAR*, const CHAR*> slips[] = {
@@ -78,6 +93,12 @@ TEST_F(SceneText, SlipsNameFileLineColumnAndWhatWasExpected)
         {"map: {kind: radar}\n", "expected depth or segmentation"},
         {"gyro: [{time: 0, rms: 0}, {tmie: 1}]\n", ":1:28: "},
         {"sensor: {minGain: 9, maxGain: 3}\n", "minimum lies above its maximum"},
+        {"second: {frames: 3}\n", ":1:10: unknown member of a second camera 'frames'"},
+        {"events: [{time: 1, role: master}]\n", "the scene has none"},
+        {"role: mastr\n", "expected none, master or slave"},
+        {"calibration: {absolute: {gian: 1}}\n", ":1:26: unknown member of a calibration 'gian'"},
+        {"sensitivityByCCT: [{CCT: 5000}, {CCT: 3000}]\n", "ascending CCT"},
+        {"start: {from: luck}\n", "expected preflash, previousMode, master, lightSensor, fixed or automatic"},
     };
     for (const auto& [pText, pExpected] : slips)
     {

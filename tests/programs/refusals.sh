@@ -44,6 +44,7 @@ refuses "flash.fic: not what a run has learned of a flash" "$bin/kirosim" run --
     --scene "$examples/scenes/flash-calibration.yaml" --fic-load "$work/flash.fic"
 printf 'name: bad\nlux: bright\n' >"$work/scene.yaml"
 refuses "scene.yaml:2:[0-9]+: " "$bin/kirosim" run --tuning "$good" --scene "$work/scene.yaml" --csv "$work/out.csv"
+refuses "second camera" "$bin/kirosim" run --tuning "$good" --scene "$scene" --csv-second "$work/out.csv"
 
 refuses "scene.yaml:2:[0-9]+: " "$bin/kirosim" run --tuning "$good" --scene "$work/scene.yaml" --debug-data "$work/out.dbg"
 refuses "good.bin: no file of debug records" "$bin/kirotune" debug "$good"

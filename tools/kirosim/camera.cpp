@@ -13,22 +13,77 @@ constexpr DOUBLE NsPerSecond = 1e9;
 /// Level that a start exposure without offset gives a mean region, share of full scale.
 constexpr DOUBLE MidGrey = 0.18;
 
+bool UsesLightSensor(const StartPlan& rPlan)
+{
+    return rPlan.source == KIROStartExpExtLightData || rPlan.lux.has_value();
+}
+
+/// Sources that a scene's start asks.
+std::vector<KIROAlgoStartExpType> SourcesOf(const StartPlan& rPlan, const KiroStartSituation& rSituation)
+{
+    if (rPlan.isFixed)
+    {
+        return {};
+    }
+    return rPlan.source.has_value() ? std::vector<KIROAlgoStartExpType>{*rPlan.source} : KiroStartSources(rSituation);
+}
+
 /// Start exposure of a scene that says nothing: 10 ms at unity gain.
 constexpr UINT64 DefaultStartExposure = 10000000;
 
 }  // namespace
 
+UINT64 FixedStartExposure(const Scene& rScene)
+{
+    if (!rScene.startOffsetEV.has_value())
+    {
+        return DefaultStartExposure;
+    }
+    const DOUBLE seconds = MidGrey / (rScene.LuxAt(0.0) * SignalPerLuxSecond * rScene.sensor.sensitivity);
+    return static_cast<UINT64>(seconds * std::pow(2.0, *rScene.startOffsetEV) * NsPerSecond);
+}
+
 Camera::Camera(const Scene& rScene, LoadedTuning& rTuning, StatsLogger logger)
     : m_rScene(rScene), m_rTuning(rTuning), m_sensor(rScene), m_host(m_library, HostConfig(), logger),
-      m_bracket(m_host, rScene.sensor.latency), m_watch(m_host.Algo(), rScene.detectors.watched), m_outside(rScene),
-      m_decided(m_host.LastFrame())
+      m_bracket(m_host, rScene.sensor.latency), m_watch(m_host.Algo(), rScene.detectors.watched),
+      m_outside(rScene), m_decided{}, m_isStarting(true)
 {
-    // The decision of frame n is in the statistics of frame n + latency.
-    m_pipeline.assign(rScene.sensor.latency - 1U, Quantize(m_decided));
+    SetCCT(m_rScene.CCT);
+    if (m_rScene.camera.calibration.has_value())
+    {
+        m_host.SetCalibration(*m_rScene.camera.calibration);
+    }
+    FillPipeline();
     if (rScene.flash.has_value())
     {
         m_pFlash = std::make_unique<FlashUnit>(rScene, m_sensor, m_host);
     }
+}
+
+/// The decision of frame n is in the statistics of frame n + latency.
+VOID Camera::FillPipeline()
+{
+    m_decided = m_host.LastFrame();
+    m_pipeline.assign(m_rScene.sensor.latency - 1U, Quantize(m_decided));
+    m_isStarting = true;
+}
+
+VOID Camera::Begin(const StartPlan& rPlan, DOUBLE time)
+{
+    const bool isPreflash = rPlan.source == KIROStartExpPreflash;
+    const auto mode       = isPreflash ? AECAlgoOperationModePreflash : AECAlgoOperationModeFastAEC;
+    if (UsesLightSensor(rPlan) || m_host.StartSituation(mode).hasLightSensor)
+    {
+        m_host.SetLightSensor(static_cast<FLOAT>(rPlan.lux.value_or(m_rScene.LuxAt(time))));
+    }
+    m_host.BeginSession(mode, SourcesOf(rPlan, m_host.StartSituation(mode)));
+    FillPipeline();
+}
+
+VOID Camera::SetCCT(DOUBLE CCT)
+{
+    m_sensor.SetColourSensitivity(m_rScene.camera.SensitivityAt(CCT));
+    m_host.SetCCT(static_cast<UINT32>(CCT));
 }
 
 KiroHostConfig Camera::HostConfig() const
@@ -36,24 +91,23 @@ KiroHostConfig Camera::HostConfig() const
     const Sensor&  rSensor = m_rScene.sensor;
     const FLOAT    fps     = static_cast<FLOAT>(m_rScene.fps);
     KiroHostConfig config{};
-    config.tuning      = m_rTuning.Data(DefaultSelectors());
+    config.tuning      = m_rTuning.Data(m_rScene.camera.modes.empty() ? DefaultSelectors() : m_rScene.camera.modes);
     config.sensorRange = {static_cast<FLOAT>(rSensor.minGain), static_cast<FLOAT>(rSensor.maxGain), rSensor.minTime,
                           rSensor.maxTime};
     config.indexZeroExposure = rSensor.minTime;
-    config.startExposure     = StartExposure();
+    config.startExposure     = FixedStartExposure(m_rScene);
     config.systemLatency     = rSensor.latency;
     config.FPSRange          = {fps, fps};
-    return config;
-}
-
-UINT64 Camera::StartExposure() const
-{
-    if (!m_rScene.startOffsetEV.has_value())
+    if (m_rScene.start.has_value())
     {
-        return DefaultStartExposure;
+        const StartPlan& rPlan = *m_rScene.start;
+        if (UsesLightSensor(rPlan))
+        {
+            config.lightLux = static_cast<FLOAT>(rPlan.lux.value_or(m_rScene.LuxAt(0.0)));
+        }
+        config.startSources = SourcesOf(rPlan, {false, false, false, config.lightLux.has_value()});
     }
-    const DOUBLE seconds = MidGrey / (m_rScene.LuxAt(0.0) * SignalPerLuxSecond);
-    return static_cast<UINT64>(seconds * std::pow(2.0, *m_rScene.startOffsetEV) * NsPerSecond);
+    return config;
 }
 
 FrameRecord Camera::RunFrame(UINT64 frame, DOUBLE time)
@@ -84,6 +138,11 @@ FrameRecord Camera::RunFrame(UINT64 frame, DOUBLE time)
     record.decided   = m_decided;
     record.detectors = m_watch.Read();
     record.outside   = m_outside.StateOf(m_host.ExternalData());
+    if (m_isStarting)
+    {
+        record.start = m_host.Start();
+        m_isStarting = false;
+    }
     return record;
 }
 
@@ -99,9 +158,9 @@ Camera::AppliedExposures Camera::Quantize(const KiroHostFrame& rFrame) const
 
 VOID Camera::Apply(const Event& rEvent)
 {
-    if (rEvent.modes.has_value())
+    if (!rEvent.modes.empty())
     {
-        m_host.SetTuning(m_rTuning.Data(*rEvent.modes));
+        m_host.SetTuning(m_rTuning.Data(rEvent.modes));
     }
     if (rEvent.ev.has_value())
     {

@@ -24,12 +24,16 @@ struct FrameRecord
     FrameTruth    truth;
     KiroHostFrame decided;
 
-    std::optional<BracketPicture>   picture;         ///< the frame is one of a bracket, and no preview
-    bool                            isPictureShown;  ///< the truth is of such a frame
-    std::vector<SceneChangeReading> detectors;       ///< those that the scene watches
-    OutsideState                    outside;
-    FlashRecord                     flash;
+    std::optional<BracketPicture>    picture;         ///< the frame is one of a bracket, and no preview
+    bool                             isPictureShown;  ///< the truth is of such a frame
+    std::vector<SceneChangeReading>  detectors;       ///< those that the scene watches
+    OutsideState                     outside;
+    FlashRecord                      flash;
+    std::optional<KiroStartExposure> start;  ///< a session began with this frame
 };
+
+/// Exposure with which a camera starts if nothing better is known, gain times ns.
+UINT64 FixedStartExposure(const Scene& rScene);
 
 class Camera
 {
@@ -39,6 +43,12 @@ public:
     Camera(const Scene& rScene, LoadedTuning& rTuning, StatsLogger logger);
 
     VOID Apply(const Event& rEvent);
+
+    /// Begins a session anew. @param time of the next frame, s
+    VOID Begin(const StartPlan& rPlan, DOUBLE time);
+
+    /// The light has another colour; white balance finds it at once.
+    VOID SetCCT(DOUBLE CCT);
 
     FrameRecord RunFrame(UINT64 frame, DOUBLE time);
 
@@ -54,11 +64,16 @@ public:
         return m_host.DebugData();
     }
 
+    KiroHost& Host()
+    {
+        return m_host;
+    }
+
 private:
     using AppliedExposures = std::array<AppliedExposure, AECAlgoExposureCount>;
 
     KiroHostConfig   HostConfig() const;
-    UINT64           StartExposure() const;
+    VOID             FillPipeline();
     AppliedExposures Quantize(const KiroHostFrame& rFrame) const;
 
     const Scene&                 m_rScene;
@@ -69,9 +84,10 @@ private:
     BracketCapture               m_bracket;
     SceneChangeWatch             m_watch;
     OutsideSources               m_outside;
-    KiroHostFrame                m_decided;   ///< of the last frame
-    std::deque<AppliedExposures> m_pipeline;  ///< decisions on their way to the sensor, oldest first
-    std::unique_ptr<FlashUnit>   m_pFlash;    ///< null without flash
+    KiroHostFrame                m_decided;     ///< of the last frame
+    std::deque<AppliedExposures> m_pipeline;    ///< decisions on their way to the sensor, oldest first
+    bool                         m_isStarting;  ///< the next frame is the first of its session
+    std::unique_ptr<FlashUnit>   m_pFlash;      ///< null without flash
 };
 
 }  // namespace kirosim

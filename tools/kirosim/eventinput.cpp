@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "tools/kirosim/bracketinput.h"
+#include "tools/kirosim/camerainput.h"
+#include "tools/kirosim/startinput.h"
 #include "tools/tuningfile/modepath.h"
 
 using tuningfile::YamlEntry;
@@ -75,26 +77,6 @@ AECAlgoManualSetting ReadManual(const SceneText& rText, const YAML::Node& rNode)
     return manual;
 }
 
-std::vector<TuningMode> ReadModes(const SceneText& rText, const YamlEntry& rEntry)
-{
-    std::vector<TuningMode> selectors(static_cast<size_t>(ModeType::EnumModeType_COUNT));
-    for (size_t level = 0; level < selectors.size(); ++level)
-    {
-        selectors[level].mode = static_cast<ModeType>(level);
-    }
-    for (const YAML::Node& rItem : rText.Items(rEntry, "modes such as Sensor.0"))
-    {
-        tuningfile::ModeName name;
-        std::string          fault;
-        if (!tuningfile::ParseModeName(rText.Input().Scalar(rItem, "a mode"), name, fault))
-        {
-            rText.Input().Fail(rItem, fault);
-        }
-        selectors[name.mode].subMode.value = name.subMode;
-    }
-    return selectors;
-}
-
 VOID ReadEventEntry(const SceneText& rText, const YamlEntry& rEntry, Event& rEvent)
 {
     const std::string& rName = rEntry.name;
@@ -144,15 +126,51 @@ VOID ReadEventEntry(const SceneText& rText, const YamlEntry& rEntry, Event& rEve
         constexpr AECAlgoLEDModeType modes[] = {AECAlgoLEDModeOff, AECAlgoLEDModeAuto, AECAlgoLEDModeOn};
         rEvent.LEDMode                       = modes[rText.Choice(rEntry, {"off", "auto", "on"})];
     }
+    else if (rName == "camera")
+    {
+        rEvent.isForSecond = rText.Choice(rEntry, {"first", "second"}) == 1;
+    }
+    else if (rName == "role")
+    {
+        rEvent.role = ReadRole(rText, rEntry);
+    }
+    else if (rName == "start")
+    {
+        rEvent.start = ReadStart(rText, rEntry.value);
+    }
+    else if (rName == "CCT")
+    {
+        rEvent.CCT = rText.Number(rEntry, 1000.0, 1e5);
+    }
     else
     {
-        rText.Input().FailUnknown(
-            rEntry, "member of an event",
-            {"time", "ev", "lock", "touch", "antibanding", "fps", "manual", "hdr", "modes", "bracket", "led"});
+        rText.Input().FailUnknown(rEntry, "member of an event",
+                                  {"time", "ev", "lock", "touch", "antibanding", "fps", "manual", "hdr", "modes",
+                                   "bracket", "led", "camera", "role", "start", "CCT"});
     }
 }
 
 }  // namespace
+
+std::vector<TuningMode> ReadModes(const SceneText& rText, const YamlEntry& rEntry)
+{
+    std::vector<TuningMode> selectors(static_cast<size_t>(ModeType::EnumModeType_COUNT));
+    for (size_t level = 0; level < selectors.size(); ++level)
+    {
+        selectors[level].mode = static_cast<ModeType>(level);
+    }
+    for (const YAML::Node& rItem : rText.Items(rEntry, "modes such as Sensor.0"))
+    {
+        tuningfile::ModeName name;
+        std::string          fault;
+        if (!tuningfile::ParseModeName(rText.Input().Scalar(rItem, "a mode"), name, fault))
+        {
+            rText.Input().Fail(rItem, fault);
+        }
+        selectors[name.mode].subMode.value = name.subMode;
+    }
+    return selectors;
+}
 
 std::vector<Event> ReadEvents(const SceneText& rText, const YamlEntry& rEntry)
 {

@@ -38,8 +38,8 @@ LoadedTuning::LoadedTuning(const std::string& rPath) : m_manager("kirosim")
 
 StatsTuningData LoadedTuning::Data(const std::vector<TuningMode>& rSelectors)
 {
-    m_selectors = rSelectors;
-    return {&m_manager, m_selectors.data(), static_cast<UINT>(m_selectors.size())};
+    std::vector<TuningMode>& rKept = m_selectors.emplace_back(rSelectors);
+    return {&m_manager, rKept.data(), static_cast<UINT>(rKept.size())};
 }
 
 }  // namespace kirosim

@@ -2,6 +2,7 @@
 /// A tuning in a store, from a parameter file or from text.
 #pragma once
 
+#include <deque>
 #include <string>
 #include <vector>
 
@@ -20,12 +21,12 @@ public:
     /// @throws tuningfile::InputError if the file cannot be read or the store refuses it
     explicit LoadedTuning(const std::string& rPath);
 
-    /// @param rSelectors seven, Default first; they stay valid until the next call
+    /// @param rSelectors seven, Default first; they stay valid as long as the tuning: several cameras use it
     StatsTuningData Data(const std::vector<TuningMode>& rSelectors);
 
 private:
-    TuningSetManager        m_manager;
-    std::vector<TuningMode> m_selectors;
+    TuningSetManager                    m_manager;
+    std::deque<std::vector<TuningMode>> m_selectors;
 };
 
 }  // namespace kirosim

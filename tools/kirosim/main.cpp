@@ -7,6 +7,7 @@
 #include "host/flashcalibration.h"
 #include "platform/tavodesk.h"
 #include "tools/debugdata/debugfile.h"
+#include "tools/kirosim/queryanswers.h"
 #include "tools/kirosim/report.h"
 #include "tools/kirosim/simulation.h"
 #include "tools/kirosim/summary.h"
@@ -35,10 +36,12 @@ struct RunOptions
     std::string           debugData;
     std::string           ficLoad;
     std::string           ficSave;
+    std::string           csvSecond;
     std::optional<UINT32> frames;
     std::optional<UINT64> seed;
     bool                  isQuiet   = false;
     bool                  isVerbose = false;
+    bool                  isAsking  = false;
 };
 
 bool g_isVerbose = false;
@@ -99,6 +102,14 @@ VOID LoadLearned(const RunOptions& rOptions, kirosim::Scene& rScene)
     }
 }
 
+VOID WriteText(const std::string& rPath, const std::string& rText)
+{
+    if (!rPath.empty())
+    {
+        tuningfile::ReplaceFile(rPath, {reinterpret_cast<const BYTE*>(rText.data()), rText.size()});
+    }
+}
+
 VOID Run(const RunOptions& rOptions)
 {
     g_isVerbose = rOptions.isVerbose;
@@ -108,11 +119,17 @@ VOID Run(const RunOptions& rOptions)
     scene.seed           = rOptions.seed.value_or(scene.seed);
     LoadLearned(rOptions, scene);
 
+    if (!rOptions.csvSecond.empty() && scene.pSecond == nullptr)
+    {
+        throw std::runtime_error(rOptions.scene + ": --csv-second wants a scene with a second camera");
+    }
+
     kirosim::LoadedTuning                     tuning(rOptions.tuning);
     kirosim::Simulation                       simulation(scene, tuning, LogToStderr);
     kirosim::SummaryBuilder                   summary(scene);
-    const auto                                reports = kirosim::ReportsOf(scene);
-    std::string                               csv     = kirosim::CsvHeader();
+    const auto                                reports   = kirosim::ReportsOf(scene);
+    std::string                               csv       = kirosim::CsvHeader();
+    std::string                               csvSecond = csv;
     std::vector<BYTE>                         learned;
     std::optional<debugdata::DebugFileWriter> debugFile;
     if (!rOptions.debugData.empty())
@@ -150,11 +167,20 @@ VOID Run(const RunOptions& rOptions)
                 fmt::print("{}", kirosim::TableLine(rRecord));
             }
             ShowProgress(rRecord.frame, scene.frames);
+        },
+        [&](const kirosim::FrameRecord& rRecord)
+        {
+            for (const auto& pReport : reports)
+            {
+                pReport->AddSecond(rRecord);
+            }
+            if (!rOptions.csvSecond.empty())
+            {
+                csvSecond += kirosim::CsvLine(rRecord);
+            }
         });
-    if (!rOptions.csv.empty())
-    {
-        tuningfile::ReplaceFile(rOptions.csv, {reinterpret_cast<const BYTE*>(csv.data()), csv.size()});
-    }
+    WriteText(rOptions.csv, csv);
+    WriteText(rOptions.csvSecond, csvSecond);
     if (debugFile.has_value())
     {
         debugFile->Commit();
@@ -171,6 +197,10 @@ VOID Run(const RunOptions& rOptions)
     for (const auto& pReport : reports)
     {
         fmt::print("{}", pReport->Format());
+    }
+    if (rOptions.isAsking)
+    {
+        fmt::print("{}", kirosim::QueryAnswers(simulation.FirstHost().Algo()));
     }
 }
 
@@ -192,6 +222,8 @@ int main(int argc, char** argv)
     pRun->add_option("--debug-data", options.debugData, "write the debug record of every frame to this file");
     pRun->add_option("--fic-load", options.ficLoad, "begin with what an earlier run learned of the flash");
     pRun->add_option("--fic-save", options.ficSave, "keep what this run learns of the flash");
+    pRun->add_option("--csv-second", options.csvSecond, "write every frame of the second camera to this file");
+    pRun->add_flag("--queries", options.isAsking, "print what the library answers to queries after the run");
     pRun->add_flag("--quiet", options.isQuiet, "print the summary only");
     pRun->add_flag("--verbose", options.isVerbose, "print errors and warnings of the library");
 

@@ -19,6 +19,11 @@ public:
     /// Sees each frame once it is decided.
     virtual VOID Add(const FrameRecord& rRecord) = 0;
 
+    /// Sees each frame of the second camera, before the first one's of the same time.
+    virtual VOID AddSecond(const FrameRecord&)
+    {
+    }
+
     /// Lines for a person to judge, each ended by a newline.
     virtual std::string Format() const = 0;
 };

@@ -2,6 +2,7 @@
 /// A scene: light over space and time, the sensor that looks at it, and what the user does meanwhile.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -9,10 +10,12 @@
 #include "interface/aecalgoinput.h"
 #include "parameters/tuningmode.h"
 #include "tools/kirosim/bracketscene.h"
+#include "tools/kirosim/camerasetup.h"
 #include "tools/kirosim/detectorscene.h"
 #include "tools/kirosim/flashscene.h"
 #include "tools/kirosim/objectscene.h"
 #include "tools/kirosim/outsidescene.h"
+#include "tools/kirosim/startscene.h"
 
 namespace kirosim
 {
@@ -72,23 +75,29 @@ struct Sensor
     DOUBLE regionNoise = 0.0;  ///< sigma per region, share of the value
     DOUBLE shotNoise   = 0.0;  ///< sigma of a full-scale region at unity gain, share of full scale
     DOUBLE readNoise   = 0.0;  ///< sigma, share of full scale
+    DOUBLE sensitivity = 1.0;  ///< signal against a sensor of unity
 };
 
 /// What happens at a time. Each member that is set applies.
 struct Event
 {
-    DOUBLE                                 time = 0.0;  ///< s
-    std::optional<INT32>                   ev;          ///< EV steps
-    std::optional<bool>                    lock;
-    std::optional<AECAlgoROI>              touch;
-    bool                                   isTouchEnd = false;
-    std::optional<StatisticsAntibanding>   antibanding;
-    std::optional<AECAlgoFPSRange>         fps;
-    std::optional<AECAlgoManualSetting>    manual;
-    std::optional<AECAlgoHDRType>          hdr;
-    std::optional<std::vector<TuningMode>> modes;  ///< selectors, Default first
-    std::optional<BracketRequest>          bracket;
-    std::optional<AECAlgoLEDModeType>      LEDMode;
+    DOUBLE                               time = 0.0;  ///< s
+    std::optional<INT32>                 ev;          ///< EV steps
+    std::optional<bool>                  lock;
+    std::optional<AECAlgoROI>            touch;
+    bool                                 isTouchEnd = false;
+    std::optional<StatisticsAntibanding> antibanding;
+    std::optional<AECAlgoFPSRange>       fps;
+    std::optional<AECAlgoManualSetting>  manual;
+    std::optional<AECAlgoHDRType>        hdr;
+    std::vector<TuningMode>              modes;  ///< selectors, Default first; empty if they stay
+    std::optional<BracketRequest>        bracket;
+    std::optional<AECAlgoLEDModeType>    LEDMode;
+
+    bool                         isForSecond = false;  ///< else for the first camera
+    std::optional<StatsAlgoRole> role;
+    std::optional<StartPlan>     start;  ///< a new session begins
+    std::optional<DOUBLE>        CCT;    ///< of the light from now on, K; for both cameras
 };
 
 struct Scene
@@ -115,6 +124,13 @@ struct Scene
     std::vector<GyroPoint>     gyro;  ///< in ascending time
 
     std::optional<FlashScene> flash;
+
+    CameraSetup              camera;
+    std::optional<StartPlan> start;         ///< none for the fixed start
+    DOUBLE                   CCT = 5000.0;  ///< of the light at first, K
+
+    /// The same scene as the second camera sees it, with its own sensor, pattern and setup; null if there is none.
+    std::shared_ptr<const Scene> pSecond;
 
     /// Light at a time, EV relative to lux, without ripple.
     DOUBLE LightEV(DOUBLE time) const;

@@ -2,13 +2,16 @@
 
 #include "tools/kirosim/scene.h"
 
+#include <algorithm>
 #include <fmt/format.h>
 
+#include "tools/kirosim/camerainput.h"
 #include "tools/kirosim/detectorinput.h"
 #include "tools/kirosim/eventinput.h"
 #include "tools/kirosim/flashinput.h"
 #include "tools/kirosim/objectinput.h"
 #include "tools/kirosim/outsideinput.h"
+#include "tools/kirosim/startinput.h"
 #include "tools/tuningfile/files.h"
 #include "tools/tuningfile/inputerror.h"
 #include "tools/tuningfile/yamlinput.h"
@@ -39,19 +42,53 @@ public:
     {
     }
 
-    VOID ReadInto(const YAML::Node& rNode, Scene& rScene) const
+    VOID ReadInto(const YAML::Node& rNode, Scene& rScene)
     {
+        static const std::vector<std::string_view> members = {
+            "name",    "fps",         "frames",           "seed", "lux",    "rg",     "bg",       "startOffsetEV",
+            "pattern", "light",       "ripple",           "lamp", "sensor", "events", "variants", "role",
+            "modes",   "calibration", "sensitivityByCCT", "CCT",  "start",  "second", "object",   "map",
+            "gyro",    "detectors",   "monitors",         "flash"};
         for (const YamlEntry& rEntry : m_rInput.Map(rNode, "a scene"))
         {
             if (!ReadSceneEntry(rEntry, rScene))
             {
-                m_rInput.FailUnknown(rEntry, "member of a scene",
-                                     {"name",     "fps",           "frames",  "seed",  "lux",    "rg",
-                                      "bg",       "startOffsetEV", "pattern", "light", "ripple", "lamp",
-                                      "sensor",   "object",        "map",     "gyro",  "events", "detectors",
-                                      "monitors", "flash",         "variants"});
+                m_rInput.FailUnknown(rEntry, "member of a scene", members);
+            }
+            if (rEntry.name == "second")
+            {
+                m_seconds.push_back(rEntry.value);
             }
         }
+    }
+
+    /// The second camera is the first one but for what the scene says; a variant may add to that.
+    VOID ReadSecond(Scene& rScene) const
+    {
+        if (m_seconds.empty())
+        {
+            return;
+        }
+        auto pSecond    = std::make_shared<Scene>(rScene);
+        pSecond->camera = {};
+        pSecond->start.reset();
+        pSecond->events.clear();
+        ++pSecond->seed;
+        for (const YAML::Node& rNode : m_seconds)
+        {
+            for (const YamlEntry& rEntry : m_rInput.Map(rNode, "a second camera"))
+            {
+                static const std::vector<std::string_view> names = {
+                    "lux",  "seed",  "startOffsetEV", "pattern",          "sensor",
+                    "role", "modes", "calibration",   "sensitivityByCCT", "start"};
+                if (std::find(names.begin(), names.end(), rEntry.name) == names.end())
+                {
+                    m_rInput.FailUnknown(rEntry, "member of a second camera", names);
+                }
+                (VOID) ReadSceneEntry(rEntry, *pSecond);
+            }
+        }
+        rScene.pSecond = pSecond;
     }
 
 private:
@@ -138,9 +175,17 @@ private:
         {
             rScene.flash = ReadFlash(m_text, rEntry);
         }
+        else if (rName == "start")
+        {
+            rScene.start = ReadStart(m_text, rEntry.value);
+        }
+        else if (rName == "CCT")
+        {
+            rScene.CCT = m_text.Number(rEntry, 1000.0, 1e5);
+        }
         else
         {
-            return rName == "variants";
+            return ReadCameraEntry(m_text, rEntry, rScene.camera) || rName == "variants" || rName == "second";
         }
         return true;
     }
@@ -308,11 +353,16 @@ private:
             {
                 rSensor.readNoise = m_text.Number(rEntry, 0.0, 1.0);
             }
+            else if (rName == "sensitivity")
+            {
+                rSensor.sensitivity = m_text.Number(rEntry, 1e-3, 1e3);
+            }
             else
             {
                 m_rInput.FailUnknown(rEntry, "member of a sensor",
                                      {"latency", "minGain", "maxGain", "gainStep", "lineTimeUs", "minTimeUs",
-                                      "maxTimeUs", "readoutMs", "bitDepth", "regionNoise", "shotNoise", "readNoise"});
+                                      "maxTimeUs", "readoutMs", "bitDepth", "regionNoise", "shotNoise", "readNoise",
+                                      "sensitivity"});
             }
         }
         if (rSensor.minGain > rSensor.maxGain || rSensor.minTime > rSensor.maxTime)
@@ -321,8 +371,9 @@ private:
         }
     }
 
-    const YamlInput& m_rInput;
-    const SceneText  m_text;
+    const YamlInput&        m_rInput;
+    const SceneText         m_text;
+    std::vector<YAML::Node> m_seconds;  ///< what scene and variant say about the second camera
 };
 
 /// The text of a scene file as YAML.
@@ -336,9 +387,9 @@ YamlInput OpenScene(const std::string& rPath)
 
 Scene ReadScene(const std::string& rPath, const std::string& variant)
 {
-    const YamlInput   input = OpenScene(rPath);
-    const SceneReader reader(input);
-    Scene             scene;
+    const YamlInput input = OpenScene(rPath);
+    SceneReader     reader(input);
+    Scene           scene;
     reader.ReadInto(input.Root(), scene);
     if (!variant.empty())
     {
@@ -355,6 +406,14 @@ Scene ReadScene(const std::string& rPath, const std::string& variant)
             input.Fail(pVariants->value, fmt::format("there is no variant '{}'", variant));
         }
         reader.ReadInto(pVariant->value, scene);
+    }
+    reader.ReadSecond(scene);
+    const bool needsSecond =
+        std::any_of(scene.events.begin(), scene.events.end(),
+                    [](const Event& rEvent) { return rEvent.isForSecond || rEvent.role.has_value(); });
+    if (needsSecond && scene.pSecond == nullptr)
+    {
+        input.Fail(input.Root(), "an event is for a second camera, but the scene has none");
     }
     return scene;
 }

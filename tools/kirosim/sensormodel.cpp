@@ -38,7 +38,7 @@ DOUBLE RegionEV(const Pattern& rPattern, UINT32 column, UINT32 row)
 SensorModel::SensorModel(const Scene& rScene)
     : m_rScene(rScene), m_noise(rScene.seed),
       m_fullScale(static_cast<FLOAT>(std::pow(2.0, rScene.sensor.bitDepth) - 1.0)), m_stats{}, m_list{},
-      m_objectGain(1.0f), m_levels{}, m_saturated{}
+      m_objectGain(1.0f), m_levels{}, m_saturated{}, m_colourSensitivity(1.0)
 {
     if (rScene.object.has_value())
     {
@@ -203,9 +203,9 @@ DOUBLE SensorModel::ExposeRegions(DOUBLE time, const AppliedExposure& rExposure,
 {
     const Sensor& rSensor = m_rScene.sensor;
     const DOUBLE  seconds = static_cast<DOUBLE>(rExposure.time) / NsPerSecond;
-    const DOUBLE  mean    = lux * rExposure.gain * seconds * SignalPerLuxSecond;
+    const DOUBLE mean = lux * rExposure.gain * seconds * SignalPerLuxSecond * rSensor.sensitivity * m_colourSensitivity;
 
-    const DOUBLE meanPerLux = rExposure.gain * seconds * SignalPerLuxSecond;
+    const DOUBLE meanPerLux = rExposure.gain * seconds * SignalPerLuxSecond * rSensor.sensitivity * m_colourSensitivity;
 
     std::array<DOUBLE, GridHeight> rowFactors;
     RowFactors(time, rExposure, rowFactors);

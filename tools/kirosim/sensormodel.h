@@ -51,6 +51,13 @@ public:
     /// What the sensor makes of a decided exposure: limits, and the steps of gain and time.
     AppliedExposure Quantize(const KIROExposureSetType& rDecided) const;
 
+    /// @param factor of the sensor's sensitivity, from the next frame on: a module sees light of each colour
+    /// differently
+    VOID SetColourSensitivity(DOUBLE factor)
+    {
+        m_colourSensitivity = factor;
+    }
+
     /// Statistics of one frame. The list stays valid until the next call.
     /// @param time       of the frame's start, s
     /// @param pExposures three, indexed by AECAlgoExposureType
@@ -99,6 +106,7 @@ private:
     std::unique_ptr<FlashModel>  m_pFlash;
     std::array<DOUBLE, GridSize> m_levels;     ///< of the exposure last exposed, full scale is 1
     std::array<DOUBLE, GridSize> m_saturated;  ///< share of its clipped samples
+    DOUBLE                       m_colourSensitivity;
 };
 
 }  // namespace kirosim

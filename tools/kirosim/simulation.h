@@ -4,6 +4,7 @@
 
 #include <functional>
 
+#include "host/cameragroup.h"
 #include "tools/kirosim/camera.h"
 
 namespace kirosim
@@ -16,8 +17,17 @@ public:
     /// @throws std::runtime_error when the core cannot be created
     Simulation(const Scene& rScene, LoadedTuning& rTuning, StatsLogger logger);
 
-    /// Runs all frames of the scene. @param visit sees each frame once it is decided
-    VOID Run(const std::function<VOID(const FrameRecord&)>& visit);
+    using Visitor = std::function<VOID(const FrameRecord&)>;
+
+    /// Runs all frames of the scene.
+    /// @param visit       sees each frame of the first camera once both cameras have decided theirs
+    /// @param visitSecond sees each frame of the second camera before that; may be empty
+    VOID Run(const Visitor& visit, const Visitor& visitSecond = {});
+
+    KiroHost& FirstHost()
+    {
+        return m_camera.Host();
+    }
 
     Camera& MainCamera()
     {
@@ -26,10 +36,14 @@ public:
 
 private:
     VOID ApplyEvents(DOUBLE time);
+    VOID Apply(const Event& rEvent, DOUBLE time);
+    bool IsSecondMaster() const;
 
-    const Scene& m_rScene;
-    Camera       m_camera;
-    size_t       m_nextEvent;
+    const Scene&            m_rScene;
+    Camera                  m_camera;
+    std::unique_ptr<Camera> m_pSecond;  ///< null without a second camera
+    CameraGroup             m_group;    ///< of both; empty without a second camera
+    size_t                  m_nextEvent;
 };
 
 }  // namespace kirosim

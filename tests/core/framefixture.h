@@ -1,0 +1,286 @@
+/// @file
+/// An instance behind the function table with a small tuning, and the order of a frame's calls.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+
+#include "interface/ikirocorealgo.h"
+#include "parameters/tuningsetmanager.h"
+#include "schema/kirodbroi.h"
+#include "schema/kirodbstatscalculator.h"
+#include "tests/core/debugdataoff.h"
+#include "tests/support/statslogcapture.h"
+#include "tools/tuningfile/binaryoutput.h"
+#include "tools/tuningfile/textinput.h"
+
+/// Meters the average for a luma of 50, goes half of the way in each frame, and splits exposures into time, then gain.
+/// One stop of EV is one step. Entry 2 of the regions applies during a touch.
+inline constexpr const CHAR* FrameTuning = R"(
+x-everywhere: &everywhere {start: 0, end: 1}
+x-one: &one
+  selection: TriggerSystemMethod
+  triggerSystem: {trigger1Data: [{trigger: *everywhere, trigger2Data: [{trigger: *everywhere, triggerData: 1.0}]}]}
+x-bank: &none {bankID: BankIDTriggers, dataID: 0}
+modes:
+  Default:
+    modules:
+      kirometeringstatscalculator:
+        averageStatsCalculator:
+          APISelection: API01GridWeightedAverage
+          statsSelection: {channel1: luma}
+          outputStorage: {start: 1, end: 1}
+          generalParameters: {weightTable2D: 1}
+      kirodb2dmeterweight:
+        dataBank: {bankID: BankIDMetering2D}
+        data: [{dataID: 1, weights: {fill: 1.0}}]
+      kirometeringsceneanalyzer:
+        luxAnalyzer: &safe
+          exposureType: ExposureSafe
+          refExposureType: ExposureSafe
+          luma:
+            calculators: [{value: {selection: DataBankMethod, dataBank: {bankID: BankIDStatsCalculator, dataID: 1}}, weight: *one}]
+            aggregator: {method: Average, output: {dataBank: {bankID: BankIDSceneAnalyzer, dataID: 1}}}
+          target:
+            calculators:
+              - value:
+                  selection: TriggerSystemMethod
+                  triggerSystem:
+                    trigger1Data:
+                      - {trigger: *everywhere, trigger2Data: [{trigger: *everywhere, triggerData: {rangeStart: 50.0, rangeEnd: 50.0}}]}
+                weight: *one
+            aggregator: {method: Average, output: {dataBank: {bankID: BankIDSceneAnalyzer, dataID: 2}}}
+          confidence:
+            calculators: [{value: *one, weight: *one}]
+            aggregator: {method: Average, output: {dataBank: {bankID: BankIDSceneAnalyzer, dataID: 3}}}
+          reservedParameter: [0]
+        analyzers: [{<<: *safe, analyzerName: Safe}]
+      kirodbactiveanalyzers:
+        dataBank: {bankID: BankIDActiveAnalyzers}
+        data: [{dataID: 1, analyzerID: [0]}]
+      kirodbroi:
+        dataBank: {bankID: BankIDROITable, priorityMap: [{context: [AECDefault], dataID: 1}, {context: [AECTouch], priority: 1, dataID: 2}]}
+        data: [{dataID: 1}, {dataID: 2}]
+      kirodbarbitrationtable:
+        dataBank: {bankID: BankIDArbitrationTable}
+        data:
+          - dataID: 1
+            value:
+              correction: 1.0
+              expKnees:
+                - {incrementPriority: AECExpIncTime, gain: 1.0, time: 20000}
+                - {incrementPriority: AECExpIncTime, gain: 1.0, time: 33333333}
+                - {incrementPriority: AECExpIncGain, gain: 64.0, time: 33333333}
+      kiroconvergence: {unitStepSize: 0.25}
+      kirodbconvbase:
+        dataBank: {bankID: BankIDConvBase}
+        data:
+          - dataID: 1
+            value:
+              tolerance: 2
+              trigger1DataBank: *none
+              trigger2DataBank: *none
+              trigger3DataBank: *none
+              trigger1Data: [{trigger: *everywhere, trigger2Data: [{trigger: *everywhere, trigger3Data: [{trigger: *everywhere, triggerData: {baseSpeed: 0.5, baseCapping: 1.0, drcSpeed: 0.5}}]}]}]
+      kirodbconvstretch:
+        dataBank: {bankID: BankIDConvStretch}
+        data: [{dataID: 1}]
+      kirodbconvsettle:
+        dataBank: {bankID: BankIDConvSettle}
+        data:
+          - dataID: 1
+            value:
+              baseSettleTrigger:
+                trigger1DataBank: *none
+                trigger2DataBank: *none
+                trigger1Data: [{trigger: *everywhere, trigger2Data: [{trigger: *everywhere, triggerData: {settleCountTh: 2, settleExpTh: 3.0}}]}]
+      kiroev:
+        EVCoreData: {stepsPerEV: 1, minEVValue: -1, maxEVValue: 1, EVCompTable: {EVCompTableElements: {fill: 1.0, 0: 0.5, 2: 2.0}}, bracketingEV: {bracketingAdjForEVPos2: 1.0, bracketingAdjForEVNeg2: 1.0}}
+      kiroextension:
+        flagMonitor:
+          YHistStretch: {clampValue: {bankID: BankIDSceneAnalyzer, dataID: 30}, scalingValue: {bankID: BankIDConvActiveSCD, dataID: 5}}
+)";
+
+inline constexpr UINT64 StartExposure = 1000000;
+
+class Frames : public testing::Test
+{
+protected:
+    /// @param rModules further modules, each line indented by six
+    explicit Frames(const std::string& rModules = "") : m_values(16, 50.0f), m_pStats(std::make_unique<KIROStatsList>())
+    {
+        const std::vector<BYTE> bytes = tuningfile::WriteBinary(
+            tuningfile::ParseText(FrameTuning + rModules, "frame.yaml"), tuningfile::NewestVersion);
+        EXPECT_TRUE(m_store.LoadBinaryParameters(bytes.data(), bytes.size())) << m_store.GetErrorText();
+        const AECAlgoCreateParamList noParams{};
+        EXPECT_EQ(CreateKiroCoreAlgo(m_tuning, m_debugData, noParams, m_pAlgo), 0);
+        (VOID) Set(AECAlgoSetParamOperationMode, AECAlgoOperationModeStreaming);
+        (VOID) Set(AECAlgoSetParamPipelineDelay, static_cast<UINT8>(1));
+
+        KIROCntStatsOut& rChannel            = m_pStats->pList[0];
+        rChannel.resolution                  = {4, 4, 0, 8};
+        rChannel.channelData.bChannelEnabled = TRUE;
+        rChannel.channelData.pChannelName    = const_cast<CHAR*>("luma");
+        rChannel.channelData.Data.pFData     = m_values.data();
+        m_pStats->count                      = 1;
+        m_limits.indexZeroExposure           = 1;
+        for (KIROExposureRange& rRange : m_limits.ranges)
+        {
+            rRange.start.exposure = 1;
+            rRange.end.exposure   = 1ULL << 40;
+        }
+    }
+
+    ~Frames() override
+    {
+        m_pAlgo->DestroyInstance(m_pAlgo);
+        TavoFree(m_pAlgo, 16, nullptr, 0);
+    }
+
+    template <typename T> MNKResult Set(AECAlgoSetParamType type, T value)
+    {
+        AECAlgoSetParam param = {&value, sizeof(value), type};
+        KIROSetInput    input{};
+        input.source      = AECPEKSetParam;
+        input.u.pPEKInput = &param;
+        return m_pAlgo->setInput(m_pAlgo, &input);
+    }
+
+    VOID SetSnapshot(KIROCoreSnapshotType type)
+    {
+        KIROSetInput input{};
+        input.source         = KIROCoreSnapshot;
+        input.u.snapshotMode = type;
+        EXPECT_EQ(m_pAlgo->setInput(m_pAlgo, &input), 0);
+    }
+
+    FLOAT Trigger(INT32 id)
+    {
+        KIROGetBankData query = {BankIDTriggers, id, nullptr, sizeof(DBFloatPayload)};
+        EXPECT_EQ(m_pAlgo->getBankData(m_pAlgo, &query), 0);
+        return static_cast<const DBFloatPayload*>(query.pData)->value;
+    }
+
+    /// The start configuration, with all three exposures alike.
+    VOID RunStartup()
+    {
+        std::fill(std::begin(m_convergence.exposures), std::end(m_convergence.exposures), StartExposure);
+        m_convergence.predictiveGain = 1.0f;
+        Split();
+        EndFrame(TRUE);
+    }
+
+    VOID BeginFrame(FLOAT luma)
+    {
+        ++m_frameID;
+        std::fill(m_values.begin(), m_values.end(), luma);
+        EXPECT_EQ(m_pAlgo->runStartOfFrame(m_pAlgo, m_frameID), 0);
+        EXPECT_EQ(m_pAlgo->setStats(m_pAlgo, *m_pStats), 0);
+    }
+
+    VOID Meter()
+    {
+        KIROMeteringInput  input = {TRUE, 0};
+        KIROAnalyzerOutput output{};
+        m_result = m_pAlgo->runMeteringPreprocess(m_pAlgo, input, m_metering);
+        if (m_result == 0)
+        {
+            output.refType = ExposureNone;
+            EXPECT_EQ(m_pAlgo->runAnalyzer(m_pAlgo, 0, output), 0);
+            EXPECT_EQ(output.refType, ExposureNone) << "the caller's";
+        }
+        EXPECT_EQ(m_pAlgo->runMeteringPostprocess(m_pAlgo, input, m_metering), 0);
+        EXPECT_EQ(m_pAlgo->mixMetering(m_pAlgo, m_metering), 0);
+    }
+
+    KiroResult Converge()
+    {
+        KIROConvergenceInput input{};
+        input.frameID            = m_frameID;
+        input.pRange             = &m_limits;
+        input.bIsMeteringSkipped = m_metering.bIsMeteringSkipped;
+        std::copy(std::begin(m_metering.exposures), std::end(m_metering.exposures), input.sensitivities);
+        const KiroResult result = m_pAlgo->RunConvProcess(m_pAlgo, input, m_convergence);
+        EXPECT_EQ(m_pAlgo->followMasterConvExposure(m_pAlgo, m_convergence), 0);
+        m_pAlgo->HandleExposureConstraints(m_pAlgo, m_convergence);
+        m_pAlgo->RunConvSettle(m_pAlgo, m_convergence);
+        m_pAlgo->RunConvPostProcess(m_pAlgo, m_convergence);
+        return result;
+    }
+
+    VOID Split()
+    {
+        for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
+        {
+            KIROArbitrationInput input{};
+            input.controlID           = kirodbarbitrationorder::ArbCtrlTable;
+            input.controlBank         = BankIDArbitrationTable;
+            input.controlDataID       = 1;
+            input.expType             = static_cast<AECAlgoExposureType>(type);
+            input.exposures[type]     = {1.0f, 20000, 0.0f, 1.0f, m_convergence.exposures[type], 0, 0.0f, 0, 0};
+            input.sensorRange         = {1.0f, 64.0f, 20000, 33333333};
+            input.range.start         = {1.0f, 20000, 0.0f, 1.0f, 0, 0, 0.0f, 0, 0};
+            input.range.end           = {64.0f, 33333333, 0.0f, 1.0f, 0, 0, 0.0f, 0, 0};
+            input.indexZeroExposure   = 1;
+            m_arbitration[type].range = input.range;
+            m_arbitration[type].FPS   = 30.0f;
+            EXPECT_EQ(m_pAlgo->runArbitration(m_pAlgo, &input, &m_arbitration[type]), 0);
+        }
+    }
+
+    VOID EndFrame(BOOL bStartup = FALSE)
+    {
+        KIROExtensionInput  input = {&m_convergence, m_arbitration, StatisticsStartUpValid, {}};
+        KIROExtensionOutput output{};
+        EXPECT_EQ(m_pAlgo->runExtension(m_pAlgo, input, output), 0);
+        KIROFrameInfo           info = {m_frameID, bStartup};
+        KIROPostProcessingInput post{};
+        EXPECT_EQ(m_pAlgo->runEndOfFrame(m_pAlgo, info, post, m_metering, m_convergence, m_arbitration), 0);
+    }
+
+    VOID RunFrame(FLOAT luma)
+    {
+        BeginFrame(luma);
+        Meter();
+        EXPECT_EQ(Converge(), 0);
+        Split();
+        EndFrame();
+    }
+
+    /// Frames of a scene that is right at an exposure.
+    VOID RunScene(UINT64 rightExposure, UINT32 frames)
+    {
+        for (UINT32 frame = 0; frame < frames; ++frame)
+        {
+            RunFrame(std::min(50.0f * static_cast<FLOAT>(Safe()) / static_cast<FLOAT>(rightExposure), 255.0f));
+        }
+    }
+
+    VOID ExpectSafe(DOUBLE expected, DOUBLE tolerance = 0.0001)
+    {
+        EXPECT_NEAR(static_cast<DOUBLE>(Safe()), expected, tolerance * expected);
+    }
+
+    UINT64 Safe() const
+    {
+        return m_arbitration[AECAlgoExposureSafe].exposureSet.exposure;
+    }
+
+    StatsLogCapture                m_log;
+    DebugDataOff                   m_debugData;
+    TuningSetManager               m_store{"test"};
+    TuningMode                     m_mode{ModeType::Default, {0}};
+    StatsTuningData                m_tuning{&m_store, &m_mode, 1};
+    IKIROCoreAlgo*                 m_pAlgo = nullptr;
+    std::vector<FLOAT>             m_values;
+    std::unique_ptr<KIROStatsList> m_pStats;
+    UINT64                         m_frameID = 0;
+    KiroResult                     m_result  = 0;
+    KIROArbitratedLimits           m_limits{};
+    KIROMeteringOutput             m_metering{};
+    KIROConvergenceOutput          m_convergence{};
+    KIROArbitrationOutput          m_arbitration[AECAlgoExposureCount]{};
+};
