@@ -1,6 +1,8 @@
 // Debug records of a run: what is written is what was decided, and writing it decides nothing.
 
+#include <cstdio>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "tests/kirosim/simulationrun.h"
 #include "tools/debugdata/debugfile.h"
@@ -13,7 +15,7 @@ namespace
 
 TEST(DebugRun, EveryFramesRecordShowsWhatWasDecided)
 {
-    const std::string path  = testing::TempDir() + "debugrun_test.dbg";
+    const std::string path  = testing::TempDir() + "debugrun_test." + std::to_string(getpid()) + ".dbg";
     Scene             scene = ReadScene(EXAMPLES_DIR "/scenes/window.yaml", "");
     scene.frames            = 12;
     std::vector<FrameRecord> records;
@@ -60,6 +62,7 @@ TEST(DebugRun, EveryFramesRecordShowsWhatWasDecided)
     {
         EXPECT_NE(text.find(pPart), std::string::npos) << pPart;
     }
+    (VOID) std::remove(path.c_str());
 }
 
 }  // namespace

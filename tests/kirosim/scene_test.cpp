@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "tools/kirosim/deterministic.h"
 #include "tools/kirosim/scene.h"
@@ -20,7 +21,7 @@ class SceneText : public testing::Test
 protected:
     std::string Write(const std::string& rText)
     {
-        const std::string path = testing::TempDir() + "scene_test.yaml";
+        const std::string path = testing::TempDir() + std::to_string(getpid()) + ".scene_test.yaml";
         std::ofstream(path) << rText;
         return path;
     }

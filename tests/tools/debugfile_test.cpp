@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "tools/debugdata/debugtext.h"
 #include "tools/tuningfile/files.h"
@@ -25,7 +26,9 @@ constexpr size_t RecordSize = 409340;
 class DebugFile : public testing::Test
 {
 protected:
-    DebugFile() : m_directory(testing::TempDir() + "debugfile_test"), m_path(m_directory + "/run.dbg")
+    DebugFile()
+        : m_directory(testing::TempDir() + "debugfile_test." + std::to_string(getpid())),
+          m_path(m_directory + "/run.dbg")
     {
         fs::remove_all(m_directory);
         fs::create_directory(m_directory);

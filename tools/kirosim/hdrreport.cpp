@@ -98,9 +98,9 @@ std::string HDRReport::Format() const
     UINT64      last = 0;
     for (const Switch& rSwitch : m_switches)
     {
-        text += fmt::format("switch to the {} mode at {:.2f} s (frame {}, {} after the last one): ADRC {:.2f}\n",
+        text += fmt::format("switch to the {} mode at {:.2f} s (frame {}, {} after the {}): ADRC {:.2f}\n",
                             rSwitch.isBinned ? "binned" : "full", rSwitch.time, rSwitch.frame, rSwitch.frame - last,
-                            rSwitch.ADRC);
+                            (last == 0) ? "start" : "last one", rSwitch.ADRC);
         last = rSwitch.frame;
     }
     for (const Moment& rMoment : Moments())
@@ -118,7 +118,9 @@ std::string HDRReport::Format() const
     }
     if (const std::vector<DOUBLE> rests = BlendRests(); rests.size() > 1)
     {
-        text += fmt::format("short blend rests at {:.2f}\n", fmt::join(rests, ", then at "));
+        const auto [low, high] = std::minmax_element(m_blends.begin(), m_blends.end());
+        text += fmt::format("short blend from {:.2f} in the first frame, within {:.2f} to {:.2f}; rests at {:.2f}\n",
+                            m_blends.front(), *low, *high, fmt::join(rests, ", then at "));
     }
     return text;
 }
