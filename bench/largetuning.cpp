@@ -41,7 +41,7 @@ std::string Vary(const std::string& rText, UINT32 mode)
 
 std::vector<BYTE> Compile()
 {
-    const std::string       name  = KIRO_EXAMPLE_TUNINGS "phone.yaml";
+    const std::string       name  = KIRO_BENCH_TUNINGS "largetuning.yaml";
     const std::vector<BYTE> bytes = tuningfile::ReadBytes(name);
     const std::string       text(bytes.begin(), bytes.end());
 

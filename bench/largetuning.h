@@ -12,10 +12,10 @@ namespace largetuning
 constexpr UINT32 ModeCount   = 40;
 constexpr size_t ModuleCount = 33;
 
-/// The modules of the phone example's Default mode again in each mode, with numbers of their own: modules of equal data
+/// The modules of largetuning.yaml's Default mode again in each mode, with numbers of their own: modules of equal data
 /// would be stored and loaded but once.
 /// @return the parameter file
-/// @throws tuningfile::InputError if the phone example cannot be read, std::runtime_error if it has other modules
+/// @throws tuningfile::InputError if that file cannot be read, std::runtime_error if it has other modules
 std::vector<BYTE> Compile();
 
 }  // namespace largetuning

@@ -61,6 +61,8 @@ VOID ParameterBinaryFile::Open(bool logFailure)
         }
         return;
     }
+    // The read buffers of this class are the only ones: reads jump too far for a stream's own to be of use.
+    (VOID) std::setvbuf(m_file, nullptr, _IONBF, 0);
     struct stat status = {};
     if (::fstat(fileno(m_file), &status) != 0)
     {
