@@ -157,7 +157,8 @@ TEST_F(ExtensionMonitor, StretchMovesOnSettledFramesOnly)
     EXPECT_EQ(kept.enable, TRUE);
     EXPECT_FLOAT_EQ(kept.clamp, 3.5f);
 
-    for (const DataBankType bank : {DataBankType{BankIDTriggers, 1000}, {BankIDSceneAnalyzer, 1000}, {BankIDROITable, 1}})
+    for (const DataBankType bank :
+         {DataBankType{BankIDTriggers, 1000}, {BankIDSceneAnalyzer, 1000}, {BankIDROITable, 1}})
     {
         m_tuning.flagMonitor.YHistStretch.scalingValue = bank;
         Load();
