@@ -33,6 +33,11 @@ FLOAT WeightAt(CKIRODataXML& rMask, FLOAT lux, FLOAT relativeLuma)
     return *static_cast<const FLOAT*>(rMask.GetData(lux, relativeLuma, 0.0f));
 }
 
+FLOAT FrameRateOf(const KIROPrecisionFlashHistory& rHistory)
+{
+    return (rHistory.frameFPS > Epsilon) ? rHistory.frameFPS : DefaultFPS;
+}
+
 }  // namespace
 
 KiroResult CKIROMtrTableGen::RunTableGenPrecisionFlash(const PrecisionFlashInput& rInput)
@@ -98,7 +103,7 @@ FLOAT CKIROMtrTableGen::GetAndUpdateHysteresisFromPFHistory(FLOAT lux) const
                     pHistory->previousReqID, pHistory->curReqID, pHistory->frameFPS);
     pHistory->hysteresis = (pHistory->sceneDetected == TRUE) ? HysteresisSinceDetection(lux, *pHistory) : 0.0f;
     STATS_LOG_TRACE("precisionflash hysteresis %f, curId %d, preId %d, fps %f", pHistory->hysteresis,
-                    pHistory->curReqID, pHistory->previousReqID, pHistory->frameFPS);
+                    pHistory->curReqID, pHistory->previousReqID, FrameRateOf(*pHistory));
     return pHistory->hysteresis;
 }
 
@@ -124,11 +129,10 @@ FLOAT CKIROMtrTableGen::HysteresisSinceDetection(FLOAT lux, const KIROPrecisionF
     CKIRODataXML hysteresis(KIROMLBaseDataType);
     hysteresis.SetData(&tree, KIROMLBaseDataType);
 
-    const FLOAT fps   = (rHistory.frameFPS > Epsilon) ? rHistory.frameFPS : DefaultFPS;
     const FLOAT delta = (rHistory.curReqID >= rHistory.previousReqID)
                             ? static_cast<FLOAT>(rHistory.curReqID - rHistory.previousReqID)
                             : LongAgo;
-    return *static_cast<const FLOAT*>(hysteresis.GetData(lux, delta / fps, 0.0f));
+    return *static_cast<const FLOAT*>(hysteresis.GetData(lux, delta / FrameRateOf(rHistory), 0.0f));
 }
 
 /// @return enabled if the scene without LED is not too dark to have a background, with its shares

@@ -209,8 +209,8 @@ VOID CKIROConvergence::PopulateOutput(KIROConvergenceOutput& rOutput)
     rOutput.compensationADRC = static_cast<FLOAT>(compensation);
     if (pInput->manualSetting.manualMode == AECAlgoModeManualFull)
     {
-        rOutput.compensationDarkBoost =
-            static_cast<FLOAT>(pExposures[AECAlgoExposureLong]) / static_cast<FLOAT>(pExposures[AECAlgoExposureSafe]);
+        rOutput.compensationDarkBoost = static_cast<FLOAT>(static_cast<DOUBLE>(pExposures[AECAlgoExposureLong]) /
+                                                           static_cast<DOUBLE>(pExposures[AECAlgoExposureSafe]));
     }
     m_convEventManager.GetLockedEV0(rOutput.lockedEV0Exposures);
 }
