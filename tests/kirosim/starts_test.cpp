@@ -62,7 +62,7 @@ TEST(Queries, AHostIsAnsweredThroughTheSharedLibrary)
     UINT64       safe = 0;
     simulation.Run([&](const FrameRecord& rRecord)
                    { safe = rRecord.decided.arbitration[AECAlgoExposureSafe].exposureSet.exposure; });
-    IKIROCoreAlgo* pAlgo        = simulation.FirstHost().Algo();
+    IKIROCoreAlgo* pAlgo        = simulation.MainCamera().Host().Algo();
     const auto     capabilities = QueryEVCapabilities(pAlgo);
     ASSERT_TRUE(capabilities.has_value());
     EXPECT_EQ(capabilities->stepsPerEV, 6);

@@ -110,34 +110,96 @@ VOID WriteText(const std::string& rPath, const std::string& rText)
     }
 }
 
-VOID Run(const RunOptions& rOptions)
+/// The files that a run leaves; none is touched before the run is over.
+class RunFiles
 {
-    g_isVerbose = rOptions.isVerbose;
-    TavoDesk::SetSystemLogSink(&ShowStoreLine, nullptr);
+public:
+    RunFiles(const RunOptions& rOptions, kirosim::Simulation& rSimulation)
+        : m_rOptions(rOptions), m_rCamera(rSimulation.MainCamera()), m_csv(kirosim::CsvHeader()), m_csvSecond(m_csv)
+    {
+        if (!rOptions.debugData.empty())
+        {
+            m_debugFile.emplace(rOptions.debugData);
+            m_rCamera.EnableDebugData();
+        }
+    }
+
+    VOID Add(const kirosim::FrameRecord& rRecord)
+    {
+        if (m_debugFile.has_value())
+        {
+            m_debugFile->Add(m_rCamera.DebugData());
+        }
+        if (rRecord.flash.shot.has_value())
+        {
+            m_learned = rRecord.flash.shot->learned;
+        }
+        if (!m_rOptions.csv.empty())
+        {
+            m_csv += kirosim::CsvLine(rRecord);
+        }
+    }
+
+    VOID AddSecond(const kirosim::FrameRecord& rRecord)
+    {
+        if (!m_rOptions.csvSecond.empty())
+        {
+            m_csvSecond += kirosim::CsvLine(rRecord);
+        }
+    }
+
+    VOID Write()
+    {
+        WriteText(m_rOptions.csv, m_csv);
+        WriteText(m_rOptions.csvSecond, m_csvSecond);
+        if (m_debugFile.has_value())
+        {
+            m_debugFile->Commit();
+        }
+        if (m_rOptions.ficSave.empty())
+        {
+            return;
+        }
+        if (m_learned.empty())
+        {
+            throw std::runtime_error(m_rOptions.scene + ": the run was too short for a picture, nothing was learned");
+        }
+        tuningfile::ReplaceFile(m_rOptions.ficSave, m_learned);
+    }
+
+private:
+    const RunOptions&                         m_rOptions;
+    kirosim::Camera&                          m_rCamera;
+    std::string                               m_csv;
+    std::string                               m_csvSecond;
+    std::vector<BYTE>                         m_learned;  ///< of the flash's colour, as of the last picture
+    std::optional<debugdata::DebugFileWriter> m_debugFile;
+};
+
+kirosim::Scene ReadRunScene(const RunOptions& rOptions)
+{
     kirosim::Scene scene = kirosim::ReadScene(rOptions.scene, rOptions.variant);
     scene.frames         = rOptions.frames.value_or(scene.frames);
     scene.seed           = rOptions.seed.value_or(scene.seed);
     LoadLearned(rOptions, scene);
-
     if (!rOptions.csvSecond.empty() && scene.pSecond == nullptr)
     {
         throw std::runtime_error(rOptions.scene + ": --csv-second wants a scene with a second camera");
     }
+    return scene;
+}
 
-    kirosim::LoadedTuning                     tuning(rOptions.tuning);
-    kirosim::Simulation                       simulation(scene, tuning, LogToStderr);
-    kirosim::SummaryBuilder                   summary(scene);
-    const auto                                reports   = kirosim::ReportsOf(scene);
-    std::string                               csv       = kirosim::CsvHeader();
-    std::string                               csvSecond = csv;
-    std::vector<BYTE>                         learned;
-    std::optional<debugdata::DebugFileWriter> debugFile;
-    if (!rOptions.debugData.empty())
-    {
-        debugFile.emplace(rOptions.debugData);
-        simulation.MainCamera().EnableDebugData();
-    }
-    const UINT32 interval = std::max(scene.frames / TableLines, 1U);
+VOID Run(const RunOptions& rOptions)
+{
+    g_isVerbose = rOptions.isVerbose;
+    TavoDesk::SetSystemLogSink(&ShowStoreLine, nullptr);
+    const kirosim::Scene    scene = ReadRunScene(rOptions);
+    kirosim::LoadedTuning   tuning(rOptions.tuning);
+    kirosim::Simulation     simulation(scene, tuning, LogToStderr);
+    kirosim::SummaryBuilder summary(scene);
+    const auto              reports = kirosim::ReportsOf(scene);
+    RunFiles                files(rOptions, simulation);
+    const UINT32            interval = std::max(scene.frames / TableLines, 1U);
     if (!rOptions.isQuiet)
     {
         fmt::print("{}", kirosim::TableHeader());
@@ -150,18 +212,7 @@ VOID Run(const RunOptions& rOptions)
             {
                 pReport->Add(rRecord);
             }
-            if (debugFile.has_value())
-            {
-                debugFile->Add(simulation.MainCamera().DebugData());
-            }
-            if (rRecord.flash.shot.has_value())
-            {
-                learned = rRecord.flash.shot->learned;
-            }
-            if (!rOptions.csv.empty())
-            {
-                csv += kirosim::CsvLine(rRecord);
-            }
+            files.Add(rRecord);
             if (!rOptions.isQuiet && (rRecord.frame - 1) % interval == 0)
             {
                 fmt::print("{}", kirosim::TableLine(rRecord));
@@ -174,25 +225,9 @@ VOID Run(const RunOptions& rOptions)
             {
                 pReport->AddSecond(rRecord);
             }
-            if (!rOptions.csvSecond.empty())
-            {
-                csvSecond += kirosim::CsvLine(rRecord);
-            }
+            files.AddSecond(rRecord);
         });
-    WriteText(rOptions.csv, csv);
-    WriteText(rOptions.csvSecond, csvSecond);
-    if (debugFile.has_value())
-    {
-        debugFile->Commit();
-    }
-    if (!rOptions.ficSave.empty())
-    {
-        if (learned.empty())
-        {
-            throw std::runtime_error(rOptions.scene + ": the run was too short for a picture, nothing was learned");
-        }
-        tuningfile::ReplaceFile(rOptions.ficSave, learned);
-    }
+    files.Write();
     fmt::print("{}", kirosim::FormatSummary(summary.Finish()));
     for (const auto& pReport : reports)
     {
@@ -200,7 +235,7 @@ VOID Run(const RunOptions& rOptions)
     }
     if (rOptions.isAsking)
     {
-        fmt::print("{}", kirosim::QueryAnswers(simulation.FirstHost().Algo()));
+        fmt::print("{}", kirosim::QueryAnswers(simulation.MainCamera().Host().Algo()));
     }
 }
 

@@ -24,11 +24,7 @@ public:
     /// @param visitSecond sees each frame of the second camera before that; may be empty
     VOID Run(const Visitor& visit, const Visitor& visitSecond = {});
 
-    KiroHost& FirstHost()
-    {
-        return m_camera.Host();
-    }
-
+    /// The first camera.
     Camera& MainCamera()
     {
         return m_camera;
