@@ -1,5 +1,10 @@
 add_room(kiro_parameters
     parameters/binaryfileformat.cpp
+    parameters/live/packetqueue.cpp
+    parameters/live/parameterverniercom.cpp
+    parameters/live/parameterverniercombase.cpp
+    parameters/live/requestframing.cpp
+    parameters/live/socketid.cpp
     parameters/modeentry.cpp
     parameters/modenames.cpp
     parameters/modesectionreader.cpp
