@@ -24,6 +24,8 @@ public:
     static constexpr const CHAR* TypeEnum      = "Enum";
     static constexpr const CHAR* TypeString    = "String";
 
+    ParameterParserInfo() = default;
+
     /// Something without a value. @param pName, pType must outlive this, as in all constructors
     ParameterParserInfo(const CHAR* pName, const CHAR* pType) : Name(pName), Type(pType)
     {
@@ -49,8 +51,8 @@ public:
     {
     }
 
-    const CHAR* Name;
-    const CHAR* Type;
+    const CHAR* Name            = "";
+    const CHAR* Type            = "";
     CHAR        Value[MaxValue] = {};
     bool        IsArray         = false;
     bool        IsVariable      = false;  ///< left false by all records of today

@@ -1,8 +1,13 @@
 add_room(kiro_parameters
     parameters/binaryfileformat.cpp
     parameters/live/packetqueue.cpp
+    parameters/live/parametertriggervalues.cpp
     parameters/live/parameterverniercom.cpp
     parameters/live/parameterverniercombase.cpp
+    parameters/live/parametervernierworker.cpp
+    parameters/live/parametervernierworker_commands.cpp
+    parameters/live/parametervernierworker_packets.cpp
+    parameters/live/parametervernierworker_triggers.cpp
     parameters/live/requestframing.cpp
     parameters/live/socketid.cpp
     parameters/modeentry.cpp

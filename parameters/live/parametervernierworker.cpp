@@ -48,9 +48,9 @@ VOID ParameterVernierWorker::ReadWorker()
     {
         SendTriggerResponses();
         const std::unique_ptr<Packet> pPacket = m_com.Read();
-        if (pPacket != nullptr && !m_stop && pPacket->Size() > 0)
+        if (pPacket != nullptr && !m_stop && pPacket->size > 0)
         {
-            Dispatch(pPacket->Data(), pPacket->Size());
+            Dispatch(pPacket->data.get(), pPacket->size);
         }
     }
 }

@@ -40,7 +40,7 @@ public:
     /// @return the TCP port that tools connect to, 0 while there is none
     UINT16 Port() const
     {
-        return m_com.Port();
+        return m_com.GetPort();
     }
 
     /// Takes a request apart. @param rpPayload into pPacket, null if there is no payload

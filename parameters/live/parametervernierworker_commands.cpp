@@ -11,6 +11,8 @@
 #include "parameters/parameterutils.h"
 #include "platform/tavocommonutils.h"
 
+using vernier::Command;
+
 namespace
 {
 
@@ -120,10 +122,9 @@ VOID ParameterVernierWorker::ProcessDeviceInfo()
     }
     answer.EndAfterText(vernier::DevicePayloadOffset);
     Queue(answer);
-    ParameterLogging::Write(m_pDataAPI, ParameterLogging::Debug,
-                            "Vernier queued command: Info(%d), Version: %u.%u, Name: %.127s\n",
-                            static_cast<INT32>(Command::DeviceInfo), vernier::VersionMajor, vernier::VersionMinor,
-                            pText);
+    ParameterLogging::Write(
+        m_pDataAPI, ParameterLogging::Debug, "Vernier queued command: Info(%d), Version: %u.%u, Name: %.127s\n",
+        static_cast<INT32>(Command::DeviceInfo), vernier::VersionMajor, vernier::VersionMinor, pText);
 }
 
 VOID ParameterVernierWorker::ProcessActiveModes()
@@ -302,10 +303,9 @@ VOID ParameterVernierWorker::ProcessGetValues(const BYTE* pRequest, UINT32 size)
     }
     answer.EndAfterText(vernier::HeaderSizeWithRequestID);
     Queue(answer);
-    ParameterLogging::Write(m_pDataAPI, ParameterLogging::Debug,
-                            "Vernier queued command: GetValues(%d), ID: %u, Payload: %.127s\n",
-                            static_cast<INT32>(Command::GetValues), requestID,
-                            answer.Text(vernier::HeaderSizeWithRequestID));
+    ParameterLogging::Write(
+        m_pDataAPI, ParameterLogging::Debug, "Vernier queued command: GetValues(%d), ID: %u, Payload: %.127s\n",
+        static_cast<INT32>(Command::GetValues), requestID, answer.Text(vernier::HeaderSizeWithRequestID));
 }
 
 VOID ParameterVernierWorker::ProcessSetValues(const BYTE* pRequest, UINT32 size)
@@ -352,8 +352,8 @@ VOID ParameterVernierWorker::SetItem(const SetTarget& rTarget, const CHAR* pItem
     rResult = m_pDataAPI->SetValue(m_tableIndex, rTarget.pModePath, rTarget.pModule, name, pValue);
     if (!rResult)
     {
-        ParameterLogging::Write(m_pDataAPI, ParameterLogging::Error,
-                                "Vernier SetValues failed: Mode: %s, Value: %s\n", rTarget.pModePath, pItem);
+        ParameterLogging::Write(m_pDataAPI, ParameterLogging::Error, "Vernier SetValues failed: Mode: %s, Value: %s\n",
+                                rTarget.pModePath, pItem);
         return;
     }
     std::vector<CHAR> readBack(ValuesAnswer);

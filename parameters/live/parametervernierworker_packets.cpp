@@ -6,6 +6,8 @@
 #include "parameters/parameterdataapi.h"
 #include "parameters/parameterutils.h"
 
+using vernier::Command;
+
 namespace
 {
 
@@ -38,8 +40,7 @@ bool ParameterVernierWorker::ReadHeader(const BYTE* pPacket, UINT32 size, UINT32
     std::memcpy(&tag, pPacket, sizeof(tag));
     std::memcpy(&rCommand, pPacket + vernier::CommandOffset, sizeof(rCommand));
     UINT64 position = idOffset;
-    return tag == vernier::StartTag &&
-           ParameterUtils::ReadField(rVernierID, pPacket, size, position, 1, m_pDataAPI);
+    return tag == vernier::StartTag && ParameterUtils::ReadField(rVernierID, pPacket, size, position, 1, m_pDataAPI);
 }
 
 bool ParameterVernierWorker::ParseRequest(const BYTE* pPacket, UINT32 size, UINT16& rCommand, UINT64& rVernierID,
@@ -105,14 +106,12 @@ bool ParameterVernierWorker::ParseResponse(const BYTE* pPacket, UINT32 size, UIN
 }
 
 bool ParameterVernierWorker::BuildResponse(BYTE* pPacket, UINT32 packetSize, UINT32& rLength, UINT16 command,
-                                           UINT64 vernierID, UINT32 requestID, const BYTE* pPayload,
-                                           UINT32 payloadSize)
+                                           UINT64 vernierID, UINT32 requestID, const BYTE* pPayload, UINT32 payloadSize)
 {
     constexpr UINT64 MaxLength = 0xFFFF;
 
     const bool hasRequestID = vernier::HasRequestID(command);
-    if (pPacket == nullptr || packetSize < SmallestAnswerRoom ||
-        command == static_cast<UINT16>(Command::DeviceInfo))
+    if (pPacket == nullptr || packetSize < SmallestAnswerRoom || command == static_cast<UINT16>(Command::DeviceInfo))
     {
         return false;
     }

@@ -9,6 +9,8 @@
 #include "parameters/parameterutils.h"
 #include "schema/namehash.h"
 
+using vernier::Command;
+
 namespace
 {
 
@@ -58,7 +60,7 @@ VOID ParameterVernierWorker::ProcessTriggerValues(const BYTE* pRequest, UINT32 s
     }
     const CHAR*       pPayloadText = reinterpret_cast<const CHAR*>(pPayload);
     const std::string text(pPayloadText, strnlen(pPayloadText, payloadSize));
-    const CHAR*       pRest               = text.c_str();
+    const CHAR*       pRest                = text.c_str();
     CHAR              fields[3][FieldSize] = {};
     for (auto& rField : fields)
     {
