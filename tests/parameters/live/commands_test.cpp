@@ -1,0 +1,426 @@
+/// The commands of the live tuning service, byte for byte, as a tool that knows nothing of this code would see them.
+#include <ctime>
+#include <optional>
+
+#include "parameters/live/parametervernierworker.h"
+#include "tests/parameters/live/livefixture.h"
+#include "tests/parameters/setmanagerfixture.h"
+
+namespace
+{
+
+/// Bytes of a number, low one first.
+template <typename T> Bytes Number(T value)
+{
+    Bytes bytes(sizeof(T));
+    std::memcpy(bytes.data(), &value, sizeof(T));
+    return bytes;
+}
+
+Bytes Text(const std::string& rText)
+{
+    Bytes bytes(rText.begin(), rText.end());
+    bytes.push_back(0);
+    return bytes;
+}
+
+/// A request with the command's own header.
+Bytes Request(UINT16 command, const Bytes& rPayload = {}, UINT64 id = 0, UINT32 requestID = 0x01020304)
+{
+    Bytes body = Number(id);
+    if (vernier::HasRequestID(command))
+    {
+        body = body + Number(requestID);
+    }
+    body = body + rPayload;
+    return Number<UINT16>(19286) + Number(command) + Number(static_cast<UINT16>(6 + body.size())) + body;
+}
+
+std::string PayloadOf(const Bytes& rAnswer, size_t offset)
+{
+    const std::string all(rAnswer.begin(), rAnswer.end());
+    return (all.size() > offset) ? std::string(all.c_str() + offset) : "no payload";
+}
+
+class TestHandler : public IVernierCustomHandler
+{
+public:
+    UINT16 ProcessCustom(const BYTE* pPayload, UINT32 payloadSize, UINT32 capacity, BYTE* pOutput,
+                         UINT32& rOutputSize) override
+    {
+        received.assign(pPayload, pPayload + payloadSize);
+        room = capacity;
+        std::copy(output.begin(), output.end(), pOutput);
+        rOutputSize = static_cast<UINT32>(output.size());
+        return 0xBEEF;
+    }
+
+    VOID RequestTriggerValues(const CHAR* pModePath, const CHAR* pModule, UINT64 moduleNameHash,
+                              const CHAR* pPipeline) override
+    {
+        isHashRight = moduleNameHash == namehash::OfName("alpha");
+        texts       = std::string(pModePath) + "/" + pModule + "/" + pPipeline;
+        ++requests;
+    }
+
+    Bytes            received;
+    Bytes            output;
+    UINT32           room        = 0;
+    bool             isHashRight = false;
+    std::string      texts;
+    std::atomic<INT> requests = 0;
+};
+
+class LiveCommandsTest : public LiveTest
+{
+protected:
+    /// Default with alpha 1, below it Video with alpha 20, Preview with beta 5, and sensor 3.
+    static ParameterFile File(bool isTwoTables)
+    {
+        TuningFileMaker maker;
+        const UINT32    root    = maker.Table("main");
+        const UINT32    video   = maker.Mode(root, ModeType::Usecase, 2);
+        const UINT32    preview = maker.Mode(root, ModeType::Usecase, 0);
+        maker.Mode(root, ModeType::Sensor, 3);
+        maker.Alpha(root, 1);
+        maker.Alpha(video, 20);
+        maker.Beta(preview, 5);
+        if (isTwoTables)
+        {
+            maker.Alpha(maker.Table("second"), 300);
+        }
+        return maker.Build();
+    }
+
+    VOID Load(bool isTwoTables = false)
+    {
+        ParameterSetManager::Options options;
+        options.liveTuning = true;
+        options.logDebug   = true;
+        m_manager.emplace("cam", smallschema::Modules, options);
+        File(isTwoTables).WriteTo(m_path);
+        ASSERT_TRUE(m_manager->LoadBinaryParameters(m_path.c_str()));
+        m_client.emplace(m_manager->GetLiveTuningPort());
+    }
+
+    ~LiveCommandsTest() override
+    {
+        m_client.reset();
+        m_manager.reset();
+        std::remove(m_path.c_str());
+    }
+
+    UINT64 ID() const
+    {
+        return reinterpret_cast<UINT64>(static_cast<const IParameterDataAPI*>(&*m_manager));
+    }
+
+    Bytes Ask(const Bytes& rRequest)
+    {
+        EXPECT_TRUE(m_client->Send(rRequest));
+        return m_client->ReceivePacket();
+    }
+
+    /// What a command with texts answers; the header is checked on the way.
+    std::string AskText(UINT16 command, const std::string& rPayload)
+    {
+        const Bytes answer = Ask(Request(command, Text(rPayload), 0x1122334455667788));
+        EXPECT_EQ(PayloadOf(answer, 18).size() + 19, answer.size());
+        EXPECT_EQ(answer, Request(command, Text(PayloadOf(answer, 18)), 0x1122334455667788));
+        return PayloadOf(answer, 18);
+    }
+
+    /// The service's lines follow its answers.
+    bool IsLogged(const std::string& rText)
+    {
+        return WaitFor([&] { return m_log.Has(rText); });
+    }
+
+    const std::string m_path = ::testing::TempDir() + "livecommands_" +
+                               ::testing::UnitTest::GetInstance()->current_test_info()->name() + ".bin";
+    SystemLogCapture                   m_log;
+    std::optional<ParameterSetManager> m_manager;
+    std::optional<LiveClient>          m_client;
+};
+
+TEST_F(LiveCommandsTest, DeviceInfoTellsVersionIdAndTables)
+{
+    Load();
+    const std::string name = m_manager->GetLoggingIdentifier();
+    ASSERT_EQ(name.substr(0, 4), "cam;");
+    EXPECT_EQ(Ask(Request(0)), Number<UINT16>(19286) + Number<UINT16>(0) +
+                                   Number(static_cast<UINT16>(name.size() + 17)) + Bytes{2, 0} + Number(ID()) +
+                                   Text(name));
+
+    // A packet of three bytes can name no command and counts as this one.
+    EXPECT_EQ(PayloadOf(Ask(WithLength(Request(7), 3) + Bytes{}), 16), name);
+    m_client.reset();
+    Load(true);
+    EXPECT_EQ(PayloadOf(Ask(Request(0)), 16), std::string(m_manager->GetLoggingIdentifier()) + ":main,second");
+}
+
+TEST_F(LiveCommandsTest, AStoreWithoutNameIsNamedByItsAddress)
+{
+    const ParameterSetManager::Options options;
+    ParameterSetManager                unnamed(nullptr, smallschema::Modules, options);
+    ParameterVernierWorker             worker(&unnamed);
+    worker.Start();
+    worker.Start();  // does nothing
+    m_client.emplace(worker.Port());
+    CHAR address[24];
+    std::snprintf(address, sizeof(address), "0x%016lx",
+                  reinterpret_cast<unsigned long>(static_cast<IParameterDataAPI*>(&unnamed)));
+    EXPECT_EQ(PayloadOf(Ask(Request(0)), 16), address);
+    worker.Stop();
+    EXPECT_EQ(worker.Port(), 0);
+}
+
+TEST_F(LiveCommandsTest, ActiveModesAreThoseThatFramesUse)
+{
+    Load();
+    const auto header = [&](const std::string& rText) { return Request(1, Text(rText), ID()); };
+    EXPECT_EQ(Ask(Request(1)), header(""));
+    const std::vector<TuningMode> video = Branch({{ModeType::Usecase, 2}});
+    ASSERT_NE(m_manager->GetModuleInternal(0, "alpha", video.data(), 2, nullptr), nullptr);
+    EXPECT_EQ(Ask(Request(1)), header("Default|Usecase.Video"));
+}
+
+TEST_F(LiveCommandsTest, ControlValuesComeInTheOrderOfTheirIds)
+{
+    Load();
+    EXPECT_EQ(Ask(Request(2)), Request(2, Text(""), ID()));
+    m_manager->SetControlValue({7, 1.5});
+    m_manager->SetControlValue({3, -2.0});
+    m_manager->SetControlValue({7, 0.25});
+    EXPECT_EQ(Ask(Request(2)), Request(2, Text("3=-2.000000,7=0.250000"), ID()));
+
+    // Of values that take 312 bytes each, 13 fit; the short one behind them does too.
+    PList<ParameterCTValue> many;
+    for (UINT32 id = 10; id < 30; ++id)
+    {
+        many.Add({id, 1e300});
+    }
+    many.Add({30, 1.0});
+    m_manager->SetControlValues(many);
+    const std::string text = PayloadOf(Ask(Request(2)), 14);
+    EXPECT_EQ(std::count(text.begin(), text.end(), '='), 14);
+    EXPECT_TRUE(text.ends_with(",30=1.000000"));
+    EXPECT_LT(text.size(), 4096u - 14u);
+
+    // A derived manager hands one value on as a list of one.
+    ParameterSetManager derived(&*m_manager, 0);
+    derived.SetControlValue({5, 1.0});
+    EXPECT_EQ(PayloadOf(Ask(Request(2)), 14), "5=1.000000");
+}
+
+TEST_F(LiveCommandsTest, ModesListsChildrenWithTenZerosBehind)
+{
+    Load();
+    const std::string children = "Usecase.Video,Usecase.Preview,Sensor.3";
+    const auto        expected = [&](const std::string& rText) {
+        return WithLength(Request(3, Text(rText), ID(), 77), static_cast<UINT16>(18 + rText.size() + 1 + 10)) +
+               Bytes(10);
+    };
+    EXPECT_EQ(Ask(Request(3, Text("Default"), ID(), 77)), expected(children));
+    EXPECT_EQ(Ask(Request(3, Text("Default|Usecase.Video"), ID(), 77)), expected(""));
+    EXPECT_EQ(Ask(Request(3, Text("default|usecase.nowhere"), ID(), 77)), expected(""))
+        << "an unknown name counts as 0";
+    EXPECT_FALSE(m_log.Has("Vernier ID does not match"));
+    EXPECT_EQ(Ask(Request(3, Text(""), 5, 77)), expected(children)) << "no such mode: the root's children";
+    EXPECT_TRUE(IsLogged("Request packet Vernier ID does not match, Command: Modes(3): Expected: " +
+                         std::to_string(ID()) + ", Actual: 5"));
+}
+
+TEST_F(LiveCommandsTest, InfoDescribesMembers)
+{
+    Load();
+    EXPECT_EQ(AskText(4, "Default|Usecase.Video:alpha"),
+              "module_version,Structure;parameter_version,Structure;value=20,Int32;steps,Float,2");
+    EXPECT_EQ(AskText(4, "Default:alpha.module_version"),
+              "major_revision=0,Int32;minor_revision=0,Int32;incr_revision=0,Int32");
+    EXPECT_EQ(AskText(4, "Default:nothing"), "");
+    EXPECT_EQ(AskText(4, "Default"), "");
+    EXPECT_EQ(AskText(4, "Default:plain"), "");
+}
+
+TEST_F(LiveCommandsTest, GetValuesReadsMembersOrAll)
+{
+    Load();
+    const std::string all = "value=20;steps=20.5,20.25";
+    EXPECT_EQ(AskText(5, "Default|Usecase.Video:alpha:value,steps[1]"), "value=20;steps[1]=20.25");
+    EXPECT_EQ(AskText(5, "Default|Usecase.Video:alpha"), all);
+    EXPECT_EQ(AskText(5, "Default|Usecase.Video:alpha:"), all);
+    EXPECT_EQ(AskText(5, "Default:alpha.module_version:major_revision"), "major_revision=0");
+    EXPECT_EQ(AskText(5, "Default|Usecase.Preview:alpha:value"), "value=1") << "inherited";
+    for (const CHAR* pBad :
+         {"Default:nothing:value", "Default:alpha:nothing", "Default", "", ":", "::", "Default:plain"})
+    {
+        EXPECT_EQ(AskText(5, pBad), "") << pBad;
+    }
+    // Too short for a request ID: answered with zeros in its place.
+    EXPECT_EQ(Ask(WithLength(Request(5, {}, 9, 0x0706), 16)), Request(5, Text(""), 9, 0x0706));
+    EXPECT_TRUE(IsLogged("Failed to read 4 bytes from binary file offset 14, length 16"));
+}
+
+TEST_F(LiveCommandsTest, SetValuesAnswersWhatItReadsBack)
+{
+    Load();
+    const std::vector<TuningMode> video = Branch({{ModeType::Usecase, 2}});
+    const std::vector<TuningMode> root  = Branch({});
+    const auto                    value = [&](const std::vector<TuningMode>& rBranch)
+    {
+        auto* pRecord = static_cast<smallschema::AlphaType*>(m_manager->GetModuleRecord(
+            "alpha", namehash::OfName("alpha"), rBranch.data(), static_cast<UINT32>(rBranch.size()), nullptr));
+        return std::pair(pRecord->value, pRecord->SymbolTableID >> 24);
+    };
+    EXPECT_EQ(AskText(6, "Default|Usecase.Video:alpha:value=-7"), "value=-7");
+    EXPECT_EQ(value(video), std::pair(-7, 1u));
+    EXPECT_EQ(value(root), std::pair(1, 0u));
+
+    // Items without a value are passed over, those that fail are left out, and the others are set.
+    EXPECT_EQ(AskText(6, "Default|Usecase.Video:alpha:value;value=;nothing=3;steps[1]=2.5;value=1e3;;steps[0]=9"),
+              "steps[1]=2.5;steps[0]=9.0");
+    EXPECT_EQ(value(video), std::pair(-7, 3u));
+    EXPECT_TRUE(IsLogged("Vernier SetValues failed: Mode: 0.0|2.2, Value: nothing=3"));
+    EXPECT_TRUE(IsLogged("Vernier command succeeded: SetValues(6), ID: 16909060, Payload: steps[1]=2.5;steps[0]=9.0"));
+    EXPECT_EQ(AskText(6, "Default:alpha.module_version:major_revision=4"), "major_revision=4");
+
+    EXPECT_EQ(AskText(6, "Default:alpha"), "");
+    EXPECT_TRUE(IsLogged("Vernier SetValues failed: Failed to read mode"));
+    EXPECT_EQ(AskText(6, "Default:nothing:value=3"), "");
+    EXPECT_TRUE(IsLogged("Vernier command failed: SetValues(6)"));
+}
+
+TEST_F(LiveCommandsTest, TriggerValuesFollowWhenTheyHaveComeTogether)
+{
+    Load();
+    TestHandler handler;
+    m_manager->SetCustomHandler(&handler);
+    const ParameterCTValue values[] = {{1, 0.5}, {2, 4.0}};
+    EXPECT_FALSE(m_manager->SetTriggerValues("Default", "alpha", "IPE", "first", values, 2));
+
+    const Bytes request = Request(7, Text("Default:alpha:IPE"));
+    ASSERT_TRUE(m_client->Send(request + request));
+    ASSERT_TRUE(WaitFor([&] { return handler.requests == 2; }));
+    EXPECT_EQ(handler.texts, "Default/alpha/IPE");
+    EXPECT_TRUE(handler.isHashRight);
+    m_manager->SetCustomHandler(nullptr);
+
+    EXPECT_TRUE(m_manager->SetTriggerValues("Default", "alpha", "IPE", "first", values, 2));
+    EXPECT_TRUE(m_manager->SetTriggerValues("Default", "alpha", "IPE", "empty", nullptr, 0));
+    const std::clock_t due = std::clock() + 5001;
+    while (std::clock() < due)
+    {
+    }
+    // The answer goes out when the service wakes up for something else.
+    EXPECT_EQ(PayloadOf(Ask(Request(9, Text("0"))), 14), "0");
+    Bytes payload  = Text("Default:alpha:IPE#first:");
+    payload.back() = 2;  // the count follows without a NUL
+    payload        = payload + Bytes{0} + Number<UINT32>(1) + Number(0.5) + Number<UINT32>(2) + Number(4.0) +
+              Bytes{'e', 'm', 'p', 't', 'y', ':', 0, 0};
+    EXPECT_EQ(m_client->ReceivePacket(), Request(7, payload, ID()));
+    EXPECT_FALSE(m_manager->SetTriggerValues("Default", "alpha", "IPE", "late", values, 2));
+}
+
+TEST_F(LiveCommandsTest, CustomCommandsAreTheHosts)
+{
+    Load();
+    EXPECT_EQ(Ask(Request(8, Bytes{1}, 6)), Request(8, Number<UINT16>(0), 6))
+        << "nobody serves them: result 0, no data";
+
+    TestHandler handler;
+    handler.output = {0xFF, 0, 0x10};
+    m_manager->SetCustomHandler(&handler);
+    EXPECT_EQ(Ask(Request(8, Bytes{9, 0, 8}, 6)), Request(8, Number<UINT16>(0xBEEF) + handler.output, 6));
+    EXPECT_EQ(handler.received, (Bytes{9, 0, 8}));
+    EXPECT_TRUE(IsLogged("Custom(8), ID: 16909060, Payload: FF0010..."));
+
+    handler.output.assign(handler.room, 'x');
+    const Bytes largest = Ask(Request(8, Bytes{1}));
+    EXPECT_EQ(largest.size(), 65534u);
+    m_manager->SetCustomHandler(nullptr);
+}
+
+TEST_F(LiveCommandsTest, TheModeTableIsChosenByIndex)
+{
+    Load(true);
+    const auto choose = [&](const std::string& rText)
+    {
+        const Bytes answer = Ask(Request(9, Text(rText)));
+        EXPECT_EQ(answer, Request(9, Text(PayloadOf(answer, 14)), ID()));
+        return PayloadOf(answer, 14);
+    };
+    EXPECT_EQ(AskText(5, "Default:alpha:value"), "value=1");
+    EXPECT_EQ(choose("1"), "1");
+    EXPECT_EQ(AskText(5, "Default:alpha:value"), "value=300");
+    EXPECT_EQ(choose("2"), "1");
+    EXPECT_EQ(choose("-1"), "1");
+    EXPECT_EQ(choose("none"), "1");
+    EXPECT_EQ(PayloadOf(Ask(Request(9)), 14), "1") << "a request without index asks for it";
+    EXPECT_EQ(choose("0"), "0");
+}
+
+TEST_F(LiveCommandsTest, AReloadGoesOnServing)
+{
+    Load();
+    const UINT16 port = m_manager->GetLiveTuningPort();
+    EXPECT_EQ(AskText(6, "Default:alpha:value=55"), "value=55");
+    ASSERT_TRUE(m_manager->ReloadBinaryParameters(false));
+    EXPECT_EQ(m_manager->GetLiveTuningPort(), port);
+    EXPECT_EQ(AskText(5, "Default:alpha:value"), "value=1");
+}
+
+TEST_F(LiveCommandsTest, HostsCanReadAndBuildPackets)
+{
+    Load();
+    UINT16      command = 0;
+    UINT64      id      = 0;
+    UINT32      request = 0;
+    UINT32      size    = 0;
+    const BYTE* pData   = nullptr;
+    const auto  parse   = [&](const Bytes& rPacket, UINT32 length)
+    { return m_manager->ParseVernierRequest(rPacket.data(), length, command, id, request, pData, size); };
+
+    const Bytes get = Request(5, Text("a:b"), 99, 12);
+    ASSERT_TRUE(parse(get, 22));
+    EXPECT_EQ(std::tie(command, id, request, size), std::make_tuple(UINT16{5}, UINT64{99}, 12u, 4u));
+    EXPECT_EQ(pData, get.data() + 18);
+    EXPECT_FALSE(parse(get, 18));
+    EXPECT_FALSE(parse(get, 13));
+    EXPECT_TRUE(IsLogged("Failed to read 8 bytes from binary file offset 6, length 13"));
+    EXPECT_FALSE(parse(get, 6));
+    EXPECT_TRUE(parse(Request(1), 14));
+    Bytes foreign = get;
+    foreign[0]    = 0;
+    EXPECT_FALSE(parse(foreign, 22));
+
+    BYTE       packet[32] = {};
+    UINT32     length     = 0;
+    const BYTE content[]  = {1, 2, 3, 4, 5};
+    ASSERT_TRUE(m_manager->BuildVernierResponse(packet, sizeof(packet), length, 5, 99, 12, content, 5));
+    EXPECT_EQ(length, 15u) << "6 and 4 bytes more than the payload";
+    EXPECT_EQ(Bytes(packet, packet + 23), WithLength(Request(5, Bytes{1, 2, 3, 4, 5}, 99, 12), 15));
+    EXPECT_FALSE(m_manager->BuildVernierResponse(packet, 20, length, 5, 99, 12, content, 11));
+    EXPECT_EQ(length, 21u);
+    EXPECT_FALSE(m_manager->BuildVernierResponse(packet, sizeof(packet), length, 0, 99, 12, content, 5));
+    EXPECT_FALSE(m_manager->BuildVernierResponse(packet, 14, length, 2, 99, 12, content, 5));
+    EXPECT_FALSE(m_manager->BuildVernierResponse(nullptr, 32, length, 2, 99, 12, content, 5));
+
+    ParameterSetManager offline("off", smallschema::Modules, {});
+    EXPECT_FALSE(offline.ParseVernierRequest(get.data(), 22, command, id, request, pData, size));
+    m_manager->SetLiveTuningAutostart(false);
+    EXPECT_FALSE(parse(get, 22));
+}
+
+TEST_F(LiveCommandsTest, NoPortIsOpenedUnlessAskedFor)
+{
+    ParameterSetManager::Options options;
+    options.liveTuning = true;
+    m_manager.emplace("cam", smallschema::Modules, options);
+    m_manager->SetLiveTuningAutostart(false);
+    File(false).WriteTo(m_path);
+    ASSERT_TRUE(m_manager->LoadBinaryParameters(m_path.c_str()));
+    EXPECT_EQ(m_manager->GetLiveTuningPort(), 0);
+}
+
+}  // namespace
