@@ -1,5 +1,6 @@
 set(SUPPORT_SOURCES
     parameterfilebuilder.cpp
+    privatenetwork.cpp
     recordwriter.cpp
     statslogcapture.cpp
     testcontext.cpp
