@@ -2,7 +2,7 @@
 
 #include <limits>
 
-#include "parameters/modenames.h"
+#include "parameters/modepaths.h"
 #include "parameters/parameterlogging.h"
 #include "parameters/parametermodule.h"
 #include "parameters/parametersetmanager.h"
@@ -292,6 +292,16 @@ bool ModeEntry::IsActive() const
     return false;
 }
 
+bool ModeEntry::IsParent(const ModeEntry* pMode) const
+{
+    const ModeEntry* pNode = pMode->Parent;
+    while (pNode != nullptr && pNode != this)
+    {
+        pNode = pNode->Parent;
+    }
+    return pNode != nullptr;
+}
+
 VOID ModeEntry::GetModePath(CHAR* pText, size_t size) const
 {
     const ModeEntry* nodes[MaxPathNodes];
@@ -304,7 +314,7 @@ VOID ModeEntry::GetModePath(CHAR* pText, size_t size) const
     while (count > 0)
     {
         --count;
-        ModeNames::AppendPathItem(pText, size, nodes[count]->Mode.Mode, nodes[count]->Mode.SubMode);
+        ModePaths::AppendItem(pText, size, nodes[count]->Mode.Mode, nodes[count]->Mode.SubMode);
     }
 }
 

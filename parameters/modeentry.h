@@ -191,6 +191,9 @@ public:
         return m_localModules > 0;
     }
 
+    /// @return whether this node stands on the way from the root to pMode
+    bool IsParent(const ModeEntry* pMode) const;
+
     /// Writes the numeric path from the root down, as in "0.0|1.2|2.1". Of a chain of more than 64 nodes the upper ones
     /// are left out.
     /// @param size of pText, at least 1

@@ -1,8 +1,10 @@
 #include "parameters/modenames.h"
 
-#include <cstdio>
 #include <cstring>
-#include <string_view>
+#include <string>
+
+#include "parameters/parameterutils.h"
+#include "platform/tavocommonutils.h"
 
 TUNING_ENUM(ModeType)
 ENUMERATOR(Default)
@@ -91,40 +93,9 @@ TUNING_ENUM_END
 namespace
 {
 
-constexpr size_t MaxPathItemLength = 9;
-constexpr UINT32 MaxSubMode        = 0xFFFF;
-
-/// Reads one item "mode.subMode". @return false if it is none
-bool ParsePathItem(std::string_view item, TuningMode& rMode)
+bool IsSameName(std::string_view name, const CHAR* pName)
 {
-    if (item.size() > MaxPathItemLength)
-    {
-        return false;
-    }
-    UINT32 values[2] = {0, 0};
-    size_t which     = 0;
-    for (const CHAR character : item)
-    {
-        if (character == '.' && which == 0)
-        {
-            which = 1;
-        }
-        else if (character >= '0' && character <= '9')
-        {
-            values[which] = values[which] * 10 + static_cast<UINT32>(character - '0');
-        }
-        else
-        {
-            return false;
-        }
-    }
-    if (values[1] > MaxSubMode)
-    {
-        return false;
-    }
-    rMode.mode          = static_cast<ModeType>(values[0]);
-    rMode.subMode.value = static_cast<UINT16>(values[1]);
-    return true;
+    return name.size() == std::strlen(pName) && Tavo::OsUtils::StrNICmp(name.data(), pName, name.size()) == 0;
 }
 
 }  // namespace
@@ -162,41 +133,37 @@ const CHAR* GetSubModeName(ModeType mode, UINT32 subMode)
     return (pNames != nullptr) ? pNames->NameOf(static_cast<INT32>(subMode)) : nullptr;
 }
 
-bool GetModeBranchFromPath(const CHAR* pPath, std::vector<TuningMode>& rBranch)
+ModeType GetModeIndex(std::string_view name)
 {
-    if (pPath == nullptr || pPath[0] == '\0')
+    const tuning::EnumDescription& rModes = Modes();
+    for (UINT32 index = 0; index < rModes.count; ++index)
     {
-        return !rBranch.empty();
-    }
-    std::string_view rest(pPath);
-    while (true)
-    {
-        const size_t bar = rest.find('|');
-        TuningMode   mode{};
-        if (!ParsePathItem(rest.substr(0, bar), mode))
+        if (IsSameName(name, rModes.pEnumerators[index].pName))
         {
-            return false;
+            return static_cast<ModeType>(rModes.pEnumerators[index].value);
         }
-        rBranch.push_back(mode);
-        if (bar == std::string_view::npos)
-        {
-            return true;
-        }
-        rest.remove_prefix(bar + 1);
     }
+    return ModeType::Default;
 }
 
-bool AppendPathItem(CHAR* pText, size_t size, UINT32 mode, UINT32 subMode)
+UINT32 GetSubModeIndex(ModeType mode, std::string_view name)
 {
-    CHAR         item[24];
-    const size_t used   = std::strlen(pText);
-    const INT    length = std::snprintf(item, sizeof(item), (used > 0) ? "|%u.%u" : "%u.%u", mode, subMode);
-    if (used + static_cast<size_t>(length) >= size)
+    bool         isNumber = false;
+    const DOUBLE number   = ParameterUtils::StringToDouble(std::string(name).c_str(), isNumber);
+    if (isNumber)
     {
-        return false;
+        return ParameterUtils::ToInteger<UINT32>(number);
     }
-    std::memcpy(pText + used, item, static_cast<size_t>(length) + 1);
-    return true;
+    UINT32 subMode = 0;
+    while (const CHAR* pName = GetSubModeName(mode, subMode))
+    {
+        if (IsSameName(name, pName))
+        {
+            return subMode;
+        }
+        ++subMode;
+    }
+    return 0;
 }
 
 }  // namespace ModeNames

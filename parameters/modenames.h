@@ -1,10 +1,8 @@
 /// @file
-/// Names of modes and sub-modes, and mode paths as text.
-///
-/// A numeric path holds items of mode and sub-mode with "." between them, joined by "|", as in "0.0|2.1".
+/// Names of modes and sub-modes.
 #pragma once
 
-#include <vector>
+#include <string_view>
 
 #include "parameters/tuningmode.h"
 #include "platform/tavocommonutils.h"
@@ -23,13 +21,12 @@ TAVO_VISIBLE const tuning::EnumDescription* SubModes(ModeType mode);
 /// @return the name of a sub-mode, null if it has none
 TAVO_VISIBLE const CHAR* GetSubModeName(ModeType mode, UINT32 subMode);
 
-/// Appends the selectors of a numeric path to rBranch. An item with anything but digits and one "." ends the path at
-/// once; the items before it are kept.
-/// @return whether the path was clean to its end and rBranch is not empty
-TAVO_VISIBLE bool GetModeBranchFromPath(const CHAR* pPath, std::vector<TuningMode>& rBranch);
+/// @param name in any case
+/// @return the level of that name, Default if there is none
+ModeType GetModeIndex(std::string_view name);
 
-/// Appends one item to the numeric path in pText, with "|" before it if the text is not empty. An item that does not
-/// fit in size bytes is left out whole. @return whether it fitted
-bool AppendPathItem(CHAR* pText, size_t size, UINT32 mode, UINT32 subMode);
+/// @param name a number, or a sub-mode's name in any case
+/// @return the number, or the sub-mode of that name; 0 if there is none
+UINT32 GetSubModeIndex(ModeType mode, std::string_view name);
 
 }  // namespace ModeNames

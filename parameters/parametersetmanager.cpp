@@ -11,8 +11,9 @@
 ParameterSetManager::ParameterSetManager(const CHAR* pName, std::span<const tuning::ModuleDescription> modules,
                                          const Options& rOptions)
     : m_pMain(nullptr), m_modeTableIndex(0), m_options(rOptions), m_name((pName != nullptr) ? pName : ""),
-      m_modules(modules), m_loggingIdentifier(m_name)
+      m_modules(modules)
 {
+    PublishLoggingIdentifier(m_name);
     for (const tuning::ModuleDescription& rDescription : modules)
     {
         AddDefaultModule(TableModule::Make(rDescription, nullptr));
@@ -27,6 +28,15 @@ ParameterSetManager::ParameterSetManager(ParameterSetManager* pMain, BYTE tableI
 ParameterSetManager::~ParameterSetManager()
 {
     ParameterLogging::Write(this, ParameterLogging::Debug, "ParameterSetManager deleting\n");
+    if (IsDerived())
+    {
+        return;
+    }
+    const std::lock_guard<ParameterMutex> lock(m_dataMutex);
+    m_replacedModules.clear();
+    FreeReplacedParameters();
+    FreeBinaryParameters();
+    m_merged.clear();
 }
 
 ParameterSetManager* ParameterSetManager::GetMainSetManager()
@@ -131,7 +141,18 @@ std::string ParameterSetManager::GetErrorText() const
 
 const CHAR* ParameterSetManager::GetLoggingIdentifier() const
 {
-    return IsDerived() ? m_pMain->GetLoggingIdentifier() : m_loggingIdentifier.c_str();
+    return IsDerived() ? m_pMain->GetLoggingIdentifier() : m_pLoggingIdentifier.load(std::memory_order_acquire);
+}
+
+VOID ParameterSetManager::PublishLoggingIdentifier(const std::string& rText)
+{
+    // Texts of a set stay in place until it goes, and a reload mostly brings back one that is there.
+    m_pLoggingIdentifier.store(m_loggingIdentifiers.insert(rText).first->c_str(), std::memory_order_release);
+}
+
+ParameterMutex& ParameterSetManager::GetDataMutex()
+{
+    return GetMainSetManager()->m_dataMutex;
 }
 
 bool ParameterSetManager::LoggingEnabled(ParameterLogging::ParameterLogLevel level) const
@@ -155,7 +176,12 @@ bool ParameterSetManager::LoggingEnabled(ParameterLogging::ParameterLogLevel lev
 
 UINT32 ParameterSetManager::GetModeTableCount() const
 {
-    return IsDerived() ? m_pMain->GetModeTableCount() : static_cast<UINT32>(m_content.modeTables.size());
+    if (IsDerived())
+    {
+        return m_pMain->GetModeTableCount();
+    }
+    const std::lock_guard<ParameterMutex> lock(m_dataMutex);
+    return static_cast<UINT32>(m_content.modeTables.size());
 }
 
 VOID ParameterSetManager::GetModeTableNames(PList<const CHAR*>& rList) const
@@ -165,6 +191,7 @@ VOID ParameterSetManager::GetModeTableNames(PList<const CHAR*>& rList) const
         m_pMain->GetModeTableNames(rList);
         return;
     }
+    const std::lock_guard<ParameterMutex> lock(m_dataMutex);
     for (const auto& rpTable : m_content.modeTables)
     {
         rList.Add(rpTable->Name.c_str());

@@ -10,11 +10,16 @@
 /// nothing of its own, and works on the main manager with its own table index in place of the caller's.
 ///
 /// Modules may be fetched, released, and loaded ahead from any thread. Loading, reloading and updating of a whole file,
-/// and destruction, may not run beside them.
+/// unloading of a mode, and destruction, may not run beside them. Text access and the tables' names, which the live
+/// tuning service uses, may run beside all of this but destruction: they take the data mutex, and so does whatever
+/// replaces or frees what the manager holds. Fetching never takes it, so that frames do not wait for a tuning tool. Log
+/// lines may be written at any time.
 #pragma once
 
+#include <atomic>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <span>
 #include <string>
 #include <unordered_map>
@@ -23,10 +28,12 @@
 #include "parameters/binaryfileformat.h"
 #include "parameters/modeentry.h"
 #include "parameters/moduledata.h"
+#include "parameters/parameterdataapi.h"
 #include "parameters/parameterlogging.h"
 #include "parameters/parametermodule.h"
 #include "platform/tavocommonutils.h"
 
+class BoundedText;
 class BranchWalk;
 class ParameterBinaryFile;
 class ParameterFileSymbolTable;
@@ -36,7 +43,7 @@ namespace tuning
 struct ModuleDescription;
 }
 
-class TAVO_VISIBLE ParameterSetManager : public IModeTable, public IParameterLoggingAPI
+class TAVO_VISIBLE ParameterSetManager : public IModeTable, public IParameterDataAPI
 {
 public:
     /// How a main manager works.
@@ -122,17 +129,16 @@ public:
     /// Releases all modules of the list and empties it.
     VOID ReleaseModules(PList<ParameterModule*>& rList);
 
-    /// @return null if no mode has that ID
-    ModeEntryInfo* GetModeEntry(UINT32 id) override;
+    // Text access with a branch in the place of a path, as in IParameterDataAPI. No branch means no answer.
+    bool GetValue(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pModuleText,
+                  const CHAR* pMembers, CHAR* pValue, UINT32 size);
+    bool SetValue(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pModuleText, const CHAR* pName,
+                  const CHAR* pValue);
+    bool GetInfo(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pPath,
+                 PList<ParameterParserInfo>& rList);
 
-    /// The mode at the end of a branch, or of a numeric path such as "0.0|2.1". @return null if there is none
-    ModeEntry* GetModeEntry(BYTE tableIndex, const TuningMode* pBranch, UINT32 count);
-    ModeEntry* GetModeEntry(BYTE tableIndex, const CHAR* pPath);
-
-    UINT32 GetModeTableCount() const;
-
-    /// Appends the names of the mode tables, empty ones included. They stay valid as long as the file stays loaded.
-    VOID GetModeTableNames(PList<const CHAR*>& rList) const;
+    /// @return how often SetValue has set a value
+    UINT32 GetSetValueCount() const;
 
     /// Writes a branch as numeric path, up to the first selector that is not valid.
     /// @param size of pText, at least 1
@@ -145,14 +151,46 @@ public:
     /// @param pModuleData the module that it concerns, null for none
     VOID SetError(const CHAR* pText, const ModuleData* pModuleData = nullptr);
 
-    /// What the manager knows of a module of its list. @return null, with a log, for any other
-    DefaultModule* GetDefaultModule(UINT64 nameHash);
-
     /// The end of the chain of main managers: this one, if it is not derived.
     ParameterSetManager* GetMainSetManager();
 
+    // From here to GetDataMutex, the virtual operations stand in the order of their slots.
+
+    /// @return null if no mode has that ID
+    ModeEntryInfo* GetModeEntry(UINT32 id) override;
+
+    UINT32 GetModeTableCount() const override;
+    VOID   GetModeTableNames(PList<const CHAR*>& rList) const override;
+
+    bool GetValue(BYTE tableIndex, const CHAR* pModePath, const CHAR* pModuleText, const CHAR* pMembers, CHAR* pValue,
+                  UINT32 size) override;
+    bool SetValue(BYTE tableIndex, const CHAR* pModePath, const CHAR* pModuleText, const CHAR* pName,
+                  const CHAR* pValue) override;
+    bool GetInfo(BYTE tableIndex, const CHAR* pModePath, const CHAR* pPath, PList<ParameterParserInfo>& rList) override;
+    bool GetActiveModes(BYTE tableIndex, CHAR* pText, UINT32 size) override;
+    bool GetModeShorthand(const CHAR* pPath, CHAR* pText, UINT32 size) override;
+
+    /// The mode at the end of a numeric path such as "0.0|2.1", or of a branch. @return null if there is none
+    virtual ModeEntry* GetModeEntry(BYTE tableIndex, const CHAR* pPath);
+    virtual ModeEntry* GetModeEntry(BYTE tableIndex, const TuningMode* pBranch, UINT32 count);
+
+    UINT32 GetChildModes(BYTE tableIndex, const CHAR* pPath, CHAR* pText, UINT32 size) override;
+
+    /// The text stays valid as long as the manager, also after a reload has put another in its place.
     const CHAR* GetLoggingIdentifier() const override;
     bool        LoggingEnabled(ParameterLogging::ParameterLogLevel level) const override;
+
+    /// What the manager knows of a module of its list. @return null, with a log, for any other
+    virtual DefaultModule* GetDefaultModule(UINT64 nameHash);
+
+protected:
+    /// Parks all module instances, or those of one module, until the next reload. Nothing may refer to them afterwards
+    /// but records handed out before, so this is a step of a reload and nothing by itself.
+    virtual VOID SaveAndClearModules();
+    virtual VOID SaveAndClearModule(DefaultModule* pModule);
+
+public:
+    ParameterMutex& GetDataMutex() override;
 
 protected:
     /// Enters a default instance under its name hash. Refused on a derived manager, and for null.
@@ -192,17 +230,24 @@ private:
     bool             AddModule(const ModuleData* pModuleData, ParameterModule* pModule);
     VOID             FreeBinaryParameters();
 
+    /// Makes the text the one that log lines carry. Any thread may be writing a line.
+    VOID PublishLoggingIdentifier(const std::string& rText);
+
     /// Logs a line and keeps it as the reason of a refusal.
     VOID Refuse(const CHAR* pFormat, ...) __attribute__((format(printf, 2, 3)));
 
     // Reloading and updating.
     VOID FreeReplacedParameters();
-    VOID SaveAndClearModules();
     bool ReadReplacement(const std::string& rFileName, bool bufferMode);
     VOID TransferReferences(const Content& rPrevious);
     VOID TransferModeReferences(const ModeEntry& rPrevious, ModeEntry& rMode, UINT32 index);
     VOID MergeTree(ModeEntry* pRoot, ModeEntry* pOtherRoot);
     VOID MergeMode(ModeEntry* pMode, ModeEntry* pOtherMode);
+
+    // Text access.
+    bool GetMemberValues(ParameterModule& rModule, const CHAR* pRest, const CHAR* pMembers, BoundedText& rText);
+    bool GetAllValues(ParameterModule& rModule, const CHAR* pRest, BoundedText& rText);
+    VOID PreserveMode(const ParameterModule& rModule);
 
     // Lookup.
     bool             HasModeTable(const CHAR* pCaller, BYTE tableIndex) const;
@@ -239,7 +284,13 @@ private:
     const Options                                    m_options;
     const std::string                                m_name;
     const std::span<const tuning::ModuleDescription> m_modules;
-    std::string                                      m_loggingIdentifier;
+
+    /// Guards m_content and what belongs to it while it is replaced or freed, against text access.
+    mutable ParameterMutex m_dataMutex;
+
+    std::set<std::string>    m_loggingIdentifiers;  ///< all that were ever handed out
+    std::atomic<const CHAR*> m_pLoggingIdentifier = "";
+    std::atomic<UINT32>      m_setValueCount      = 0;
 
     mutable std::mutex m_errorMutex;  ///< guards m_errorText, which any thread may set
     std::string        m_errorText;

@@ -22,6 +22,7 @@ bool ParameterSetManager::LoadBinaryParameters(const CHAR* pFileName)
     {
         return m_pMain->LoadBinaryParameters(pFileName);
     }
+    const std::lock_guard<ParameterMutex> lock(m_dataMutex);
     if (pFileName == nullptr)
     {
         SetError("LoadBinaryParameters called with nullptr file name");
@@ -44,6 +45,7 @@ bool ParameterSetManager::LoadBinaryParameters(const BYTE* pBuffer, UINT64 lengt
     {
         return m_pMain->LoadBinaryParameters(pBuffer, length);
     }
+    const std::lock_guard<ParameterMutex> lock(m_dataMutex);
     ParameterLogging::Write(this, ParameterLogging::Debug, "Load Binary Parameters from buffer\n");
     return BeginLoad() && EndLoad(LoadBuffer(pBuffer, length));
 }
@@ -149,7 +151,7 @@ bool ParameterSetManager::ReadHeader(const BYTE* pBuffer, UINT64 length)
         SetError(errorText.c_str());
         return false;
     }
-    m_loggingIdentifier = m_name.empty() ? m_header.BinaryTag : m_name + ";BinaryTag=" + m_header.BinaryTag;
+    PublishLoggingIdentifier(m_name.empty() ? m_header.BinaryTag : m_name + ";BinaryTag=" + m_header.BinaryTag);
     return true;
 }
 
@@ -285,8 +287,8 @@ VOID ParameterSetManager::FreeBinaryParameters()
     }
     m_content.pSymbolTable.reset();
     m_content.modeTables.clear();
-    m_header            = {};
-    m_loggingIdentifier = m_name;
+    m_header = {};
+    PublishLoggingIdentifier(m_name);
     m_fileName.clear();
 }
 

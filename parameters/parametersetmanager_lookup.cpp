@@ -4,7 +4,7 @@
 #include <cstdio>
 
 #include "parameters/branchwalk.h"
-#include "parameters/modenames.h"
+#include "parameters/modepaths.h"
 #include "parameters/parameterfilesymboltable.h"
 #include "parameters/tablemodule.h"
 #include "schema/namehash.h"
@@ -72,8 +72,7 @@ VOID ParameterSetManager::GetPathFromModeBranch(const TuningMode* pBranch, UINT3
     }
     for (UINT32 index = 0; index < count && ValidateMode("GetPathFromModeBranch", pBranch, index); ++index)
     {
-        if (!ModeNames::AppendPathItem(pText, size, static_cast<UINT32>(pBranch[index].mode),
-                                       pBranch[index].subMode.value))
+        if (!ModePaths::AppendItem(pText, size, static_cast<UINT32>(pBranch[index].mode), pBranch[index].subMode.value))
         {
             return;
         }
@@ -339,7 +338,7 @@ ModeEntry* ParameterSetManager::GetModeEntry(BYTE tableIndex, const TuningMode* 
 ModeEntry* ParameterSetManager::GetModeEntry(BYTE tableIndex, const CHAR* pPath)
 {
     std::vector<TuningMode> branch;
-    if (!ModeNames::GetModeBranchFromPath(pPath, branch))
+    if (!ModePaths::GetModeBranchFromPath(pPath, branch))
     {
         return nullptr;
     }

@@ -76,6 +76,8 @@ bool ParameterSetManager::UnloadMode(BYTE tableIndex, const TuningMode* pBranch,
     {
         return GetMainSetManager()->UnloadMode(m_modeTableIndex, pBranch, count);
     }
+    // Text access counts on its module while it reads; so does nobody else.
+    const std::lock_guard<ParameterMutex> lock(m_dataMutex);
     if (!IsFileMode())
     {
         SetError("UnloadMode is not valid in buffer mode");

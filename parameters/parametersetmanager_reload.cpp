@@ -15,6 +15,7 @@ bool ParameterSetManager::ReloadBinaryParameters(bool bufferMode)
     {
         return m_pMain->ReloadBinaryParameters(bufferMode);
     }
+    const std::lock_guard<ParameterMutex> lock(m_dataMutex);
     if (m_fileName.empty())
     {
         SetError("ReloadBinaryParameters called with empty file name");
@@ -71,14 +72,29 @@ VOID ParameterSetManager::FreeReplacedParameters()
 
 VOID ParameterSetManager::SaveAndClearModules()
 {
+    if (IsDerived())
+    {
+        m_pMain->SaveAndClearModules();
+        return;
+    }
     for (const auto& [nameHash, rpDefault] : m_defaultModules)
     {
-        std::ranges::move(rpDefault->RemoveAll(), std::back_inserter(m_parkedModules));
+        SaveAndClearModule(rpDefault.get());
     }
     std::ranges::move(m_replacedModules, std::back_inserter(m_parkedModules));
     m_replacedModules.clear();
     m_previousMerged = std::move(m_merged);
     m_merged.clear();
+}
+
+VOID ParameterSetManager::SaveAndClearModule(DefaultModule* pModule)
+{
+    if (IsDerived())
+    {
+        m_pMain->SaveAndClearModule(pModule);
+        return;
+    }
+    std::ranges::move(pModule->RemoveAll(), std::back_inserter(m_parkedModules));
 }
 
 VOID ParameterSetManager::TransferReferences(const Content& rPrevious)
@@ -141,13 +157,16 @@ bool ParameterSetManager::UpdateParameters(std::unique_ptr<ParameterSetManager> 
     {
         return m_pMain->UpdateParameters(std::move(pOther));
     }
+    const std::lock_guard<ParameterMutex> lock(m_dataMutex);
     if (!m_valid || pOther == nullptr || pOther->IsDerived() || pOther->m_modules.data() != m_modules.data())
     {
         return false;
     }
-    const auto& rTables      = m_content.modeTables;
-    const auto& rOtherTables = pOther->m_content.modeTables;
-    bool        matched      = false;
+    // The other manager can have a live tuning service of its own.
+    const std::lock_guard<ParameterMutex> otherLock(pOther->m_dataMutex);
+    const auto&                           rTables      = m_content.modeTables;
+    const auto&                           rOtherTables = pOther->m_content.modeTables;
+    bool                                  matched      = false;
     for (const auto& rpOtherTable : rOtherTables)
     {
         const auto found = (rTables.size() == 1 && rOtherTables.size() == 1)

@@ -12,6 +12,7 @@ add_room(kiro_parameters
     parameters/live/socketid.cpp
     parameters/modeentry.cpp
     parameters/modenames.cpp
+    parameters/modepaths.cpp
     parameters/modesectionreader.cpp
     parameters/moduledata.cpp
     parameters/parameterbinaryfile.cpp
@@ -26,10 +27,12 @@ add_room(kiro_parameters
     parameters/parametersetmanager_lookup.cpp
     parameters/parametersetmanager_modeloading.cpp
     parameters/parametersetmanager_reload.cpp
+    parameters/parametersetmanager_text.cpp
     parameters/parameterutils.cpp
     parameters/parametervalues.cpp
     parameters/parsercrc.cpp
     parameters/recordloader.cpp
+    parameters/recordtext.cpp
     parameters/tablemodule.cpp
     parameters/tuningsetmanager.cpp
 )

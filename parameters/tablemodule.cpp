@@ -6,6 +6,7 @@
 #include "parameters/parameterlogging.h"
 #include "parameters/parametersetmanager.h"
 #include "parameters/recordloader.h"
+#include "parameters/recordtext.h"
 #include "parameters/tuningmemory.h"
 #include "schema/modules.h"
 
@@ -13,7 +14,9 @@ namespace
 {
 
 /// The low bits of SymbolTableID are the ID of the entry that holds the data; the rest counts changes of values.
-constexpr UINT32 EntryIDMask = 0xFFFFFF;
+constexpr UINT32 EntryIDMask     = 0xFFFFFF;
+constexpr UINT32 OneChange       = 0x1000000;
+constexpr UINT32 LastChangeCount = 0xFF000000;
 
 /// From the start of a module to its record.
 constexpr size_t RecordDistance = tuning::AlignUp(sizeof(TableModule), alignof(std::max_align_t));
@@ -166,4 +169,33 @@ VOID TableModule::UnloadModule()
     {
         RecordLoader::Unload(*m_rDescription.pRecord, Record(), Data->SymbolTable);
     }
+}
+
+bool TableModule::HasText() const
+{
+    return m_rDescription.pRecord != nullptr && IsLoaded();
+}
+
+bool TableModule::GetValue(const CHAR* pPath, CHAR* pValue, UINT32 size)
+{
+    return HasText() && RecordText::GetValue(*m_rDescription.pRecord, Record(), pPath, pValue, size);
+}
+
+bool TableModule::SetValue(const CHAR* pPath, const CHAR* pValue)
+{
+    if (!HasText() || !RecordText::SetValue(*m_rDescription.pRecord, Record(), pPath, pValue))
+    {
+        return false;
+    }
+    // Behind its top the count goes on with 1: 0 is for a record as the file has it.
+    UINT32&      rID = SymbolTableID();
+    const UINT32 old = (rID >= LastChangeCount) ? (rID & EntryIDMask) : rID;
+    RecordText::StoreUnlocked(&rID, tuning::ValueType::UInt32, old + OneChange);
+    RaiseModified();
+    return true;
+}
+
+bool TableModule::GetInfo(const CHAR* pPath, PList<ParameterParserInfo>& rList)
+{
+    return HasText() && RecordText::GetInfo(*m_rDescription.pRecord, Record(), pPath, rList);
 }

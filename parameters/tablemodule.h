@@ -35,6 +35,12 @@ public:
     bool             LoadModule(ParameterFileSymbolTable* pTable) override;
     VOID             UnloadModule() override;
 
+    // Text access to the record; none while it is not loaded, and none for a bare module. A value that is set shows in
+    // the change count of SymbolTableID, by which users of the record notice.
+    bool GetValue(const CHAR* pPath, CHAR* pValue, UINT32 size) override;
+    bool SetValue(const CHAR* pPath, const CHAR* pValue) override;
+    bool GetInfo(const CHAR* pPath, PList<ParameterParserInfo>& rList) override;
+
     /// The module's record: a struct of the described type, or a BareModuleType. It lives as long as the module.
     TAVO_VISIBLE VOID* Record();
 
@@ -54,6 +60,7 @@ private:
 
     TableModule(const tuning::ModuleDescription& rDescription, ModuleData* pData);
 
+    bool    HasText() const;
     UINT32& SymbolTableID();
     bool    LoadRecord(ParameterFileSymbolTable& rTable);
 

@@ -1,0 +1,402 @@
+/// Values as text, and the modes that there are, for the live tuning service. All of this holds the data mutex: the
+/// file stays as it is meanwhile. Modes that frames load and evict in between are kept by a reference while they are
+/// read.
+#include "parameters/parametersetmanager.h"
+
+#include <algorithm>
+#include <string>
+
+#include "parameters/boundedtext.h"
+#include "parameters/modenames.h"
+#include "parameters/modepaths.h"
+#include "parameters/parameterparserinfo.h"
+
+namespace
+{
+
+constexpr UINT32 MaxModuleName  = 65;     ///< bytes, terminator included
+constexpr UINT32 MaxValueText   = 65535;  ///< of one member
+constexpr UINT32 MaxActiveText  = 4096;   ///< of the paths of active modes
+constexpr size_t MaxActiveModes = 5;
+
+/// Module and member path of a text such as "kiroconvergence.smoothADRC".
+struct ModuleText
+{
+    explicit ModuleText(const CHAR* pText)
+    {
+        ParameterUtils::GetSubString(pText, '.', name, sizeof(name));
+        const INT32 point = ParameterUtils::GetStringPos(pText, '.');
+        if (point >= 0)
+        {
+            pRest = pText + point + 1;
+        }
+    }
+
+    CHAR        name[MaxModuleName] = {};
+    const CHAR* pRest               = "";
+};
+
+/// A module, loaded and kept in memory for as long as this lives.
+class HeldModule
+{
+public:
+    HeldModule(ParameterSetManager& rManager, BYTE tableIndex, const CHAR* pName, const TuningMode* pBranch,
+               UINT32 count)
+        : m_rManager(rManager), m_pModule(rManager.GetModuleInternal(tableIndex, pName, pBranch, count, nullptr))
+    {
+    }
+    HeldModule(const HeldModule&)            = delete;
+    HeldModule& operator=(const HeldModule&) = delete;
+
+    ~HeldModule()
+    {
+        if (m_pModule != nullptr)
+        {
+            m_rManager.ReleaseModule(m_pModule);
+        }
+    }
+
+    ParameterModule* Get() const
+    {
+        return m_pModule;
+    }
+
+private:
+    ParameterSetManager& m_rManager;
+    ParameterModule*     m_pModule;
+};
+
+/// The selectors of a path; none if it is not clean.
+std::vector<TuningMode> BranchOf(const CHAR* pPath)
+{
+    std::vector<TuningMode> branch;
+    if (!ModePaths::GetModeBranchFromPath(pPath, branch))
+    {
+        branch.clear();
+    }
+    return branch;
+}
+
+std::string JoinPath(const CHAR* pRest, std::string_view member)
+{
+    std::string path(pRest);
+    if (!path.empty())
+    {
+        path += '.';
+    }
+    return path += member;
+}
+
+VOID AppendValue(BoundedText& rText, std::string_view name, const CHAR* pValue)
+{
+    rText.Separate(";");
+    rText.Append(name);
+    rText.Append("=");
+    rText.Append(pValue);
+}
+
+/// Puts a mode that is in use among those collected. Of a mode and one below it only the lower one is told, since a
+/// path names the upper ones anyway.
+VOID CollectMode(std::vector<const ModeEntry*>& rModes, const ModeEntry* pMode)
+{
+    for (const ModeEntry*& rpCollected : rModes)
+    {
+        if (rpCollected->IsParent(pMode))
+        {
+            rpCollected = pMode;
+            return;
+        }
+        if (pMode->IsParent(rpCollected))
+        {
+            return;
+        }
+    }
+    rModes.push_back(pMode);
+}
+
+std::vector<const ModeEntry*> ActiveModesOf(ParameterModeTable& rTable)
+{
+    const std::lock_guard<ParameterMutex> lock(rTable.ActModeMutex);
+    const PList<ModeEntry*>&              rActive = rTable.ActiveModes;
+    std::vector<const ModeEntry*>         modes;
+    bool                                  passedOver = false;
+    for (UINT32 index = 0; index < rActive.Count() && modes.size() < MaxActiveModes; ++index)
+    {
+        // An edited mode never leaves the list by eviction: behind one that is out of use it is out of use, too.
+        if (!rActive[index]->IsActive() || (passedOver && rActive[index]->Preserve))
+        {
+            passedOver = true;
+            continue;
+        }
+        CollectMode(modes, rActive[index]);
+    }
+    return modes;
+}
+
+/// "Usecase.Video", "Sensor.3", "Default".
+std::string NameOfMode(const ModeEntry& rMode)
+{
+    const ModeType mode  = static_cast<ModeType>(rMode.Mode.Mode);
+    const CHAR*    pMode = ModeNames::Modes().NameOf(rMode.Mode.Mode);
+    std::string    name  = (pMode != nullptr) ? pMode : "";
+    if (mode != ModeType::Default)
+    {
+        const CHAR* pSubMode = ModeNames::GetSubModeName(mode, rMode.Mode.SubMode);
+        name += '.';
+        name += (pSubMode != nullptr) ? pSubMode : std::to_string(rMode.Mode.SubMode);
+    }
+    return name;
+}
+
+}  // namespace
+
+bool ParameterSetManager::GetValue(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pModuleText,
+                                   const CHAR* pMembers, CHAR* pValue, UINT32 size)
+{
+    if (IsDerived())
+    {
+        return GetMainSetManager()->GetValue(m_modeTableIndex, pBranch, count, pModuleText, pMembers, pValue, size);
+    }
+    if (pValue == nullptr || size == 0)
+    {
+        return false;
+    }
+    BoundedText text(pValue, size);
+    if (pBranch == nullptr || count == 0 || pModuleText == nullptr)
+    {
+        return false;
+    }
+    const ModuleText                      moduleText(pModuleText);
+    const std::lock_guard<ParameterMutex> lock(m_dataMutex);
+    const HeldModule                      module(*this, tableIndex, moduleText.name, pBranch, count);
+    if (module.Get() == nullptr)
+    {
+        return false;
+    }
+    return (pMembers != nullptr && pMembers[0] != '\0')
+               ? GetMemberValues(*module.Get(), moduleText.pRest, pMembers, text)
+               : GetAllValues(*module.Get(), moduleText.pRest, text);
+}
+
+bool ParameterSetManager::GetMemberValues(ParameterModule& rModule, const CHAR* pRest, const CHAR* pMembers,
+                                          BoundedText& rText)
+{
+    const std::unique_ptr<CHAR[]> pValue  = std::make_unique<CHAR[]>(MaxValueText);
+    std::string_view              members = pMembers;
+    bool                          isRead  = false;
+    while (!members.empty())
+    {
+        const size_t           comma  = members.find(',');
+        const std::string_view member = members.substr(0, comma);
+        members.remove_prefix((comma == std::string_view::npos) ? members.size() : comma + 1);
+        // Of what has no room any more, only the last counts, for the answer. A long list costs no more than its text.
+        if (rText.IsFull() && !members.empty())
+        {
+            continue;
+        }
+        isRead = rModule.GetValue(JoinPath(pRest, member).c_str(), pValue.get(), MaxValueText);
+        if (isRead)
+        {
+            AppendValue(rText, member, pValue.get());
+        }
+    }
+    return isRead;
+}
+
+bool ParameterSetManager::GetAllValues(ParameterModule& rModule, const CHAR* pRest, BoundedText& rText)
+{
+    const std::unique_ptr<CHAR[]> pValue = std::make_unique<CHAR[]>(MaxValueText);
+    PList<ParameterParserInfo>    list;
+    if (!rModule.GetInfo(pRest, list))
+    {
+        // No record: then perhaps a value.
+        if (!rModule.GetValue(pRest, pValue.get(), MaxValueText))
+        {
+            return false;
+        }
+        const std::string_view path(pRest);
+        AppendValue(rText, path.substr(path.rfind('.') + 1), pValue.get());
+        return true;
+    }
+    for (UINT32 index = 0; index < list.Count() && !rText.IsFull(); ++index)
+    {
+        const ParameterParserInfo& rInfo = list.ToArray()[index];
+        const std::string_view     type  = rInfo.Type;
+        if (type == ParameterParserInfo::TypeStructure || type == ParameterParserInfo::TypeModule)
+        {
+            continue;
+        }
+        AppendValue(rText, rInfo.Name, rInfo.Value);
+        const std::string path = JoinPath(pRest, rInfo.Name) + '[';
+        for (UINT32 item = 0; rInfo.IsArray && item < rInfo.Count && !rText.IsFull(); ++item)
+        {
+            if (!rModule.GetValue((path + std::to_string(item) + ']').c_str(), pValue.get(), MaxValueText))
+            {
+                return false;
+            }
+            rText.Append((item > 0) ? "," : "");
+            rText.Append(pValue.get());
+        }
+    }
+    return true;
+}
+
+bool ParameterSetManager::SetValue(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pModuleText,
+                                   const CHAR* pName, const CHAR* pValue)
+{
+    if (IsDerived())
+    {
+        return GetMainSetManager()->SetValue(m_modeTableIndex, pBranch, count, pModuleText, pName, pValue);
+    }
+    if (pBranch == nullptr || count == 0 || pModuleText == nullptr || pName == nullptr || pValue == nullptr)
+    {
+        return false;
+    }
+    const ModuleText moduleText(pModuleText);
+    if (moduleText.name[0] == '\0')
+    {
+        return false;
+    }
+    const std::lock_guard<ParameterMutex> lock(m_dataMutex);
+    const HeldModule                      module(*this, tableIndex, moduleText.name, pBranch, count);
+    if (module.Get() == nullptr)
+    {
+        ParameterLogging::Write(this, ParameterLogging::Error, "Vernier SetValues failed: Module not found: \n");
+        return false;
+    }
+    if (!module.Get()->SetValue(JoinPath(moduleText.pRest, pName).c_str(), pValue))
+    {
+        ParameterLogging::Write(this, ParameterLogging::Error, "Vernier SetValues failed: Variable not found: \n");
+        return false;
+    }
+    m_setValueCount.fetch_add(1, std::memory_order_relaxed);
+    PreserveMode(*module.Get());
+    return true;
+}
+
+VOID ParameterSetManager::PreserveMode(const ParameterModule& rModule)
+{
+    // A shared module is unloaded with the mode that owns it, wherever it was found.
+    ModeEntry* pMode = rModule.Data->Mode->Entry;
+    if (!pMode->Preserve)
+    {
+        const std::lock_guard<ParameterMutex> lock(pMode->Table->ActModeMutex);
+        pMode->Preserve = true;
+        pMode->Table->ActiveModes.Remove(pMode);
+    }
+}
+
+UINT32 ParameterSetManager::GetSetValueCount() const
+{
+    return IsDerived() ? m_pMain->GetSetValueCount() : m_setValueCount.load(std::memory_order_relaxed);
+}
+
+bool ParameterSetManager::GetInfo(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pPath,
+                                  PList<ParameterParserInfo>& rList)
+{
+    if (IsDerived())
+    {
+        return GetMainSetManager()->GetInfo(m_modeTableIndex, pBranch, count, pPath, rList);
+    }
+    if (pBranch == nullptr || count == 0)
+    {
+        ParameterLogging::Write(this, ParameterLogging::Error, "GetInfo called with null or empty modeBranch\n");
+        return false;
+    }
+    if (pPath == nullptr)
+    {
+        return false;
+    }
+    const ModuleText                      moduleText(pPath);
+    const std::lock_guard<ParameterMutex> lock(m_dataMutex);
+    const HeldModule                      module(*this, tableIndex, moduleText.name, pBranch, count);
+    return module.Get() != nullptr && module.Get()->GetInfo(moduleText.pRest, rList);
+}
+
+bool ParameterSetManager::GetValue(BYTE tableIndex, const CHAR* pModePath, const CHAR* pModuleText,
+                                   const CHAR* pMembers, CHAR* pValue, UINT32 size)
+{
+    const std::vector<TuningMode> branch = BranchOf(pModePath);
+    return GetValue(tableIndex, branch.data(), static_cast<UINT32>(branch.size()), pModuleText, pMembers, pValue, size);
+}
+
+bool ParameterSetManager::SetValue(BYTE tableIndex, const CHAR* pModePath, const CHAR* pModuleText, const CHAR* pName,
+                                   const CHAR* pValue)
+{
+    const std::vector<TuningMode> branch = BranchOf(pModePath);
+    return SetValue(tableIndex, branch.data(), static_cast<UINT32>(branch.size()), pModuleText, pName, pValue);
+}
+
+bool ParameterSetManager::GetInfo(BYTE tableIndex, const CHAR* pModePath, const CHAR* pPath,
+                                  PList<ParameterParserInfo>& rList)
+{
+    const std::vector<TuningMode> branch = BranchOf(pModePath);
+    return GetInfo(tableIndex, branch.data(), static_cast<UINT32>(branch.size()), pPath, rList);
+}
+
+bool ParameterSetManager::GetActiveModes(BYTE tableIndex, CHAR* pText, UINT32 size)
+{
+    if (IsDerived())
+    {
+        return GetMainSetManager()->GetActiveModes(m_modeTableIndex, pText, size);
+    }
+    if (pText == nullptr || size == 0)
+    {
+        return false;
+    }
+    pText[0] = '\0';
+    const std::lock_guard<ParameterMutex> lock(m_dataMutex);
+    if (!HasModeTable("GetActiveModes", tableIndex))
+    {
+        return false;
+    }
+    CHAR        paths[MaxActiveText];
+    BoundedText pathText(paths, sizeof(paths));
+    for (const ModeEntry* pMode : ActiveModesOf(*m_content.modeTables[tableIndex]))
+    {
+        CHAR path[ModeEntry::MaxPathText];
+        pMode->GetModePath(path, sizeof(path));
+        pathText.Separate(";");
+        pathText.Append(path);
+    }
+    ModePaths::GetVernierModesString(paths, pText, size);
+    return true;
+}
+
+bool ParameterSetManager::GetModeShorthand(const CHAR* pPath, CHAR* pText, UINT32 size)
+{
+    return ModePaths::GetModeShorthand(pPath, pText, size);
+}
+
+UINT32 ParameterSetManager::GetChildModes(BYTE tableIndex, const CHAR* pPath, CHAR* pText, UINT32 size)
+{
+    if (IsDerived())
+    {
+        return GetMainSetManager()->GetChildModes(m_modeTableIndex, pPath, pText, size);
+    }
+    if (pText == nullptr || size == 0)
+    {
+        return 0;
+    }
+    BoundedText                           text(pText, size);
+    const std::lock_guard<ParameterMutex> lock(m_dataMutex);
+    ModeEntry*                            pMode = GetModeEntry(tableIndex, pPath);
+    if (pMode == nullptr && HasModeTable("GetChildModes", tableIndex))
+    {
+        pMode = m_content.modeTables[tableIndex]->RootMode.Entry;
+    }
+    const ModeEntry* pChild = (pMode != nullptr) ? pMode->Target()->FirstChild : nullptr;
+    for (; pChild != nullptr; pChild = pChild->Next)
+    {
+        const std::string item = ((text.Length() > 0) ? "," : "") + NameOfMode(*pChild);
+        if (text.Length() + item.size() >= size)
+        {
+            ParameterLogging::Write(this, ParameterLogging::Error,
+                                    "Failed to write %lld bytes to binary offset %d, length %d\n",
+                                    static_cast<INT64>(item.size()), text.Length(), size);
+            break;
+        }
+        text.Append(item);
+    }
+    return text.Length() + 1;
+}

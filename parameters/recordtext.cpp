@@ -1,0 +1,385 @@
+#include "parameters/recordtext.h"
+
+#include <cstring>
+#include <optional>
+
+#include "parameters/boundedtext.h"
+#include "parameters/parameterparserinfo.h"
+#include "parameters/parameterutils.h"
+
+using tuning::Form;
+using tuning::RecordDescription;
+using tuning::RecordMember;
+using tuning::ValueType;
+
+namespace
+{
+
+constexpr UINT32 NoIndex       = 0xFFFFFFFF;
+constexpr UINT32 MaxName       = 129;  ///< bytes of a component of a path, terminator included
+constexpr UINT32 MaxNumberText = 512;  ///< the longest double takes 321
+
+/// A record and its description.
+struct RecordView
+{
+    const RecordDescription* pDescription;
+    const BYTE*              pBytes;
+};
+
+/// The values that a member holds in one record.
+struct Values
+{
+    const BYTE* pFirst;
+    UINT32      count;
+
+    const BYTE* At(const RecordMember& rMember, UINT32 index) const
+    {
+        return pFirst + static_cast<size_t>(index) * rMember.valueSize;
+    }
+};
+
+/// What a path leads to: a member that is no record.
+struct Leaf
+{
+    const RecordMember* pMember;
+    Values              values;
+    UINT32              index;
+};
+
+template <typename T> T Load(const BYTE* pPlace)
+{
+    T value;
+    std::memcpy(&value, pPlace, sizeof(value));
+    return value;
+}
+
+bool IsArray(const RecordMember& rMember)
+{
+    return rMember.form == Form::Fixed || rMember.form == Form::Variable;
+}
+
+Values ValuesOf(const RecordMember& rMember, const BYTE* pRecord)
+{
+    const BYTE* pPlace = pRecord + rMember.offset;
+    switch (rMember.form)
+    {
+    case Form::Variable:
+    {
+        const BYTE* pArray = Load<const BYTE*>(pPlace);
+        return {pArray, (pArray != nullptr) ? Load<UINT32>(pRecord + rMember.countOffset) : 0};
+    }
+    case Form::Optional:
+        return {pPlace, (Load<UINT32>(pRecord + rMember.countOffset) == 1) ? 1U : 0U};
+    default:
+        return {pPlace, rMember.count};
+    }
+}
+
+const RecordMember* FindMember(const RecordDescription& rRecord, const CHAR* pName)
+{
+    for (UINT32 index = 0; index < rRecord.memberCount; ++index)
+    {
+        const RecordMember& rMember = rRecord.pMembers[index];
+        if (rMember.IsStored() && std::strcmp(rMember.pName, pName) == 0)
+        {
+            return &rMember;
+        }
+    }
+    return nullptr;
+}
+
+/// A path under way from record to record.
+class PathWalk
+{
+public:
+    PathWalk(const RecordDescription& rRecord, const VOID* pRecord, const CHAR* pPath)
+        : m_record{&rRecord, static_cast<const BYTE*>(pRecord)}, m_pRest((pPath != nullptr) ? pPath : "")
+    {
+    }
+
+    std::optional<Leaf> ToLeaf()
+    {
+        while (const RecordMember* pMember = TakeMember())
+        {
+            if (pMember->type != ValueType::Record)
+            {
+                return Leaf{pMember, ValuesOf(*pMember, m_record.pBytes), m_index};
+            }
+            if (!Enter(*pMember))
+            {
+                break;
+            }
+        }
+        return std::nullopt;
+    }
+
+    std::optional<RecordView> ToRecord()
+    {
+        while (m_pRest[0] != '\0')
+        {
+            const RecordMember* pMember = TakeMember();
+            if (pMember == nullptr || pMember->type != ValueType::Record || !Enter(*pMember))
+            {
+                return std::nullopt;
+            }
+        }
+        return m_record;
+    }
+
+private:
+    const RecordMember* TakeMember()
+    {
+        CHAR name[MaxName];
+        m_index = NoIndex;
+        m_pRest += ParameterUtils::GetVariable(m_pRest, name, m_index, sizeof(name));
+        return FindMember(*m_record.pDescription, name);
+    }
+
+    bool Enter(const RecordMember& rMember)
+    {
+        const Values values = ValuesOf(rMember, m_record.pBytes);
+        const UINT32 index  = IsArray(rMember) ? m_index : 0;
+        if (index >= values.count)
+        {
+            return false;
+        }
+        m_record = {rMember.pRecord, values.At(rMember, index)};
+        return true;
+    }
+
+    RecordView  m_record;
+    const CHAR* m_pRest;
+    UINT32      m_index = NoIndex;
+};
+
+DOUBLE LoadNumber(ValueType type, const BYTE* pPlace)
+{
+    switch (type)
+    {
+    case ValueType::Int8:
+        return Load<INT8>(pPlace);
+    case ValueType::UInt8:
+        return Load<UINT8>(pPlace);
+    case ValueType::Int16:
+        return Load<INT16>(pPlace);
+    case ValueType::UInt16:
+        return Load<UINT16>(pPlace);
+    case ValueType::Int32:
+    case ValueType::Boolean:
+    case ValueType::Enum:
+        return Load<INT32>(pPlace);
+    case ValueType::UInt32:
+        return Load<UINT32>(pPlace);
+    case ValueType::Int64:
+        return static_cast<DOUBLE>(Load<INT64>(pPlace));
+    case ValueType::UInt64:
+        return static_cast<DOUBLE>(Load<UINT64>(pPlace));
+    case ValueType::Float:
+        return Load<FLOAT>(pPlace);
+    case ValueType::Double:
+        return Load<DOUBLE>(pPlace);
+    case ValueType::Text:
+    case ValueType::Record:
+        break;
+    }
+    return 0.0;
+}
+
+UINT32 PrecisionOf(ValueType type)
+{
+    return (type == ValueType::Float || type == ValueType::Double) ? 10 : 0;
+}
+
+const CHAR* LoadText(const BYTE* pPlace)
+{
+    const CHAR* pText = Load<const CHAR*>(pPlace);
+    return (pText != nullptr) ? pText : "";
+}
+
+VOID WriteValue(ValueType type, const BYTE* pPlace, CHAR* pValue, UINT32 size)
+{
+    if (type == ValueType::Text)
+    {
+        (VOID) Tavo::OsUtils::StrLCpy(pValue, LoadText(pPlace), size);
+        return;
+    }
+    bool fits = false;
+    (VOID) ParameterUtils::DoubleToString(LoadNumber(type, pPlace), pValue, size, PrecisionOf(type), fits);
+}
+
+VOID WriteAll(const RecordMember& rMember, const Values& rValues, CHAR* pValue, UINT32 size)
+{
+    BoundedText text(pValue, size);
+    for (UINT32 index = 0; index < rValues.count && !text.IsFull(); ++index)
+    {
+        const BYTE* pPlace = rValues.At(rMember, index);
+        if (index > 0)
+        {
+            text.Append(",");
+        }
+        if (rMember.type == ValueType::Text)
+        {
+            text.Append(LoadText(pPlace));
+        }
+        else
+        {
+            CHAR number[MaxNumberText];
+            WriteValue(rMember.type, pPlace, number, sizeof(number));
+            text.Append(number);
+        }
+    }
+}
+
+/// Tools know a few types only; an integer of another width goes by the nearest of them.
+const CHAR* TypeTextOf(ValueType type)
+{
+    switch (type)
+    {
+    case ValueType::Int8:
+    case ValueType::Int16:
+    case ValueType::Int32:
+        return ParameterParserInfo::TypeInt32;
+    case ValueType::UInt8:
+    case ValueType::UInt16:
+    case ValueType::UInt32:
+        return ParameterParserInfo::TypeUInt32;
+    case ValueType::Int64:
+    case ValueType::UInt64:
+        return ParameterParserInfo::TypeUInt64;
+    case ValueType::Float:
+    case ValueType::Double:
+        return ParameterParserInfo::TypeFloat;
+    case ValueType::Boolean:
+        return ParameterParserInfo::TypeBoolean;
+    case ValueType::Enum:
+        return ParameterParserInfo::TypeEnum;
+    case ValueType::Text:
+        return ParameterParserInfo::TypeString;
+    case ValueType::Record:
+        break;
+    }
+    return ParameterParserInfo::TypeStructure;
+}
+
+ParameterParserInfo Describe(const RecordMember& rMember, const BYTE* pRecord)
+{
+    const Values values = ValuesOf(rMember, pRecord);
+    const CHAR*  pType  = TypeTextOf(rMember.type);
+    if (IsArray(rMember))
+    {
+        return {rMember.pName, pType, true, false, values.count};
+    }
+    if (rMember.type == ValueType::Record || values.count == 0)
+    {
+        return {rMember.pName, pType};
+    }
+    if (rMember.type == ValueType::Text)
+    {
+        return {rMember.pName, pType, LoadText(values.pFirst)};
+    }
+    return {rMember.pName, pType, LoadNumber(rMember.type, values.pFirst), PrecisionOf(rMember.type)};
+}
+
+template <typename T> VOID Store(VOID* pPlace, T value)
+{
+    std::memcpy(pPlace, &value, sizeof(value));
+}
+
+}  // namespace
+
+VOID RecordText::StoreUnlocked(VOID* pPlace, ValueType type, DOUBLE value)
+{
+    switch (type)
+    {
+    case ValueType::Int8:
+        return Store(pPlace, ParameterUtils::ToInteger<INT8>(value));
+    case ValueType::UInt8:
+        return Store(pPlace, ParameterUtils::ToInteger<UINT8>(value));
+    case ValueType::Int16:
+        return Store(pPlace, ParameterUtils::ToInteger<INT16>(value));
+    case ValueType::UInt16:
+        return Store(pPlace, ParameterUtils::ToInteger<UINT16>(value));
+    case ValueType::Int32:
+    case ValueType::Boolean:
+    case ValueType::Enum:
+        return Store(pPlace, ParameterUtils::ToInteger<INT32>(value));
+    case ValueType::UInt32:
+        return Store(pPlace, ParameterUtils::ToInteger<UINT32>(value));
+    case ValueType::Int64:
+        return Store(pPlace, ParameterUtils::ToInteger<INT64>(value));
+    case ValueType::UInt64:
+        return Store(pPlace, ParameterUtils::ToInteger<UINT64>(value));
+    case ValueType::Float:
+        return Store(pPlace, static_cast<FLOAT>(value));
+    case ValueType::Double:
+        return Store(pPlace, value);
+    case ValueType::Text:
+    case ValueType::Record:
+        break;
+    }
+}
+
+bool RecordText::GetValue(const RecordDescription& rRecord, const VOID* pRecord, const CHAR* pPath, CHAR* pValue,
+                          UINT32 size)
+{
+    const std::optional<Leaf> leaf = PathWalk(rRecord, pRecord, pPath).ToLeaf();
+    if (!leaf)
+    {
+        return false;
+    }
+    const RecordMember& rMember = *leaf->pMember;
+    const UINT32        index   = IsArray(rMember) ? leaf->index : 0;
+    if (index < leaf->values.count)
+    {
+        WriteValue(rMember.type, leaf->values.At(rMember, index), pValue, size);
+        return true;
+    }
+    if (IsArray(rMember))
+    {
+        WriteAll(rMember, leaf->values, pValue, size);
+        return true;
+    }
+    return false;
+}
+
+bool RecordText::SetValue(const RecordDescription& rRecord, VOID* pRecord, const CHAR* pPath, const CHAR* pValue)
+{
+    const std::optional<Leaf> leaf = PathWalk(rRecord, pRecord, pPath).ToLeaf();
+    if (!leaf || leaf->pMember->type == ValueType::Text)
+    {
+        return false;
+    }
+    const RecordMember& rMember = *leaf->pMember;
+    const UINT32        index   = IsArray(rMember) ? leaf->index : 0;
+    if (index >= leaf->values.count)
+    {
+        return false;
+    }
+    bool         valid = false;
+    const DOUBLE value = ParameterUtils::StringToDouble(pValue, valid);
+    if (valid)
+    {
+        // The walk only reads, but what it walks is the caller's to change.
+        StoreUnlocked(const_cast<BYTE*>(leaf->values.At(rMember, index)), rMember.type, value);
+    }
+    return valid;
+}
+
+bool RecordText::GetInfo(const RecordDescription& rRecord, const VOID* pRecord, const CHAR* pPath,
+                         PList<ParameterParserInfo>& rList)
+{
+    const std::optional<RecordView> record = PathWalk(rRecord, pRecord, pPath).ToRecord();
+    if (!record)
+    {
+        return false;
+    }
+    for (UINT32 index = 0; index < record->pDescription->memberCount; ++index)
+    {
+        const RecordMember& rMember = record->pDescription->pMembers[index];
+        if (rMember.IsStored())
+        {
+            rList.Add(Describe(rMember, record->pBytes));
+        }
+    }
+    return true;
+}
