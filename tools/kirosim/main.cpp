@@ -273,9 +273,9 @@ VOID Run(const RunOptions& rOptions)
     kirosim::LoadedTuning     tuning(rOptions.tuning, !rOptions.isNotLive);
     kirosim::Simulation       simulation(scene, tuning, LogToStderr);
     kirosim::RunReport        report(scene);
+    const kirosim::StopSignal stopSignal;  // before there are files to clear away
     RunFiles                  files(rOptions, simulation);
     kirosim::FramePacer       pacer(scene.fps);
-    const kirosim::StopSignal stopSignal;
     if (!rOptions.isQuiet)
     {
         fmt::print("{}", kirosim::TableHeader());
