@@ -32,7 +32,7 @@ head -c 3000 "$good" >"$work/truncated.bin"
 damage flipped.bin 5000 '\377\377\377\377'
 damage tag.bin 0 'X'
 for file in missing empty truncated flipped tag; do
-    refuses "^kirosim: .*$file.bin: ." "$bin/kirosim" run --tuning "$work/$file.bin" --scene "$scene" --csv "$work/out.csv"
+    refuses "^kirosim: .*$file.bin: ." "$bin/kirosim" run --no-live --tuning "$work/$file.bin" --scene "$scene" --csv "$work/out.csv"
     "$bin/kirotune" check "$work/$file.bin" >"$work/stdout" 2>&1
     [ $? -eq 1 ] || { echo "kirotune check accepts $file.bin"; failures=$((failures + 1)); }
 done
@@ -40,16 +40,16 @@ done
 printf 'modes:\n  Default:\n    modules:\n      kiroconvergence: {noSuchMember: 1}\n' >"$work/tuning.yaml"
 refuses "tuning.yaml:4:[0-9]+: .*noSuchMember" "$bin/kirotune" compile "$work/tuning.yaml" -o "$work/out.bin"
 printf 'no blob' >"$work/flash.fic"
-refuses "flash.fic: not what a run has learned of a flash" "$bin/kirosim" run --tuning "$good" \
+refuses "flash.fic: not what a run has learned of a flash" "$bin/kirosim" run --no-live --tuning "$good" \
     --scene "$examples/scenes/flash-calibration.yaml" --fic-load "$work/flash.fic"
 printf 'name: bad\nlux: bright\n' >"$work/scene.yaml"
-refuses "scene.yaml:2:[0-9]+: " "$bin/kirosim" run --tuning "$good" --scene "$work/scene.yaml" --csv "$work/out.csv"
-refuses "second camera" "$bin/kirosim" run --tuning "$good" --scene "$scene" --csv-second "$work/out.csv"
+refuses "scene.yaml:2:[0-9]+: " "$bin/kirosim" run --no-live --tuning "$good" --scene "$work/scene.yaml" --csv "$work/out.csv"
+refuses "second camera" "$bin/kirosim" run --no-live --tuning "$good" --scene "$scene" --csv-second "$work/out.csv"
 
-refuses "scene.yaml:2:[0-9]+: " "$bin/kirosim" run --tuning "$good" --scene "$work/scene.yaml" --debug-data "$work/out.dbg"
+refuses "scene.yaml:2:[0-9]+: " "$bin/kirosim" run --no-live --tuning "$good" --scene "$work/scene.yaml" --debug-data "$work/out.dbg"
 refuses "good.bin: no file of debug records" "$bin/kirotune" debug "$good"
 # The table of an instance stays allocated on purpose.
-ASAN_OPTIONS=detect_leaks=0 "$bin/kirosim" run --quiet --tuning "$good" --scene "$scene" --frames 2 --debug-data "$work/run.dbg" >/dev/null || exit 1
+ASAN_OPTIONS=detect_leaks=0 "$bin/kirosim" run --no-live --quiet --tuning "$good" --scene "$scene" --frames 2 --debug-data "$work/run.dbg" >/dev/null || exit 1
 refuses "run.dbg: no frame 3, there are frames 1 to 2" "$bin/kirotune" debug "$work/run.dbg" --frame 3
 head -c 400000 "$work/run.dbg" >"$work/cut.dbg"
 refuses "cut.dbg: cut within record 1" "$bin/kirotune" debug "$work/cut.dbg"

@@ -68,16 +68,27 @@ VOID Camera::FillPipeline()
     m_isStarting = true;
 }
 
-VOID Camera::Begin(const StartPlan& rPlan, DOUBLE time)
+VOID Camera::Begin(const StartPlan& rPlan, DOUBLE sceneTime)
 {
     const bool isPreflash = rPlan.source == KIROStartExpPreflash;
     const auto mode       = isPreflash ? AECAlgoOperationModePreflash : AECAlgoOperationModeFastAEC;
     if (UsesLightSensor(rPlan) || m_host.StartSituation(mode).hasLightSensor)
     {
-        m_host.SetLightSensor(static_cast<FLOAT>(rPlan.lux.value_or(m_rScene.LuxAt(time))));
+        m_host.SetLightSensor(static_cast<FLOAT>(rPlan.lux.value_or(m_rScene.LuxAt(sceneTime))));
     }
     m_host.BeginSession(mode, SourcesOf(rPlan, m_host.StartSituation(mode)));
     FillPipeline();
+}
+
+VOID Camera::StartRound()
+{
+    SetCCT(m_rScene.CCT);
+    m_sensor.StartRound();
+    m_outside.StartRound();
+    if (m_pFlash != nullptr)
+    {
+        m_pFlash->StartRound();
+    }
 }
 
 VOID Camera::SetCCT(DOUBLE CCT)
@@ -110,20 +121,21 @@ KiroHostConfig Camera::HostConfig() const
     return config;
 }
 
-FrameRecord Camera::RunFrame(UINT64 frame, DOUBLE time)
+FrameRecord Camera::RunFrame(UINT64 frame, DOUBLE time, DOUBLE sceneTime)
 {
     FrameRecord record{};
-    record.frame = frame;
-    record.time  = time;
+    record.frame     = frame;
+    record.time      = time;
+    record.sceneTime = sceneTime;
     m_pipeline.push_back(Quantize(m_decided));
     const AppliedExposures applied = m_pipeline.front();
     m_pipeline.pop_front();
     if (m_pFlash != nullptr)
     {
-        m_pFlash->Begin(time);
+        m_pFlash->Begin(sceneTime);
     }
-    KIROStatsList& rStats = m_sensor.Capture(frame, time, applied.data(), record.truth);
-    m_outside.Deliver(time, m_host.ExternalData());
+    KIROStatsList& rStats = m_sensor.Capture(frame, sceneTime, applied.data(), record.truth);
+    m_outside.Deliver(sceneTime, m_host.ExternalData());
     if (m_pFlash != nullptr)
     {
         record.flash = m_pFlash->RunFrame(frame, rStats);
@@ -142,6 +154,10 @@ FrameRecord Camera::RunFrame(UINT64 frame, DOUBLE time)
     {
         record.start = m_host.Start();
         m_isStarting = false;
+    }
+    if (m_controlValues.has_value())
+    {
+        m_controlValues->Publish(frame, m_decided);
     }
     return record;
 }

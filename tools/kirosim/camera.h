@@ -6,6 +6,7 @@
 #include <deque>
 
 #include "host/bracketcapture.h"
+#include "host/controlvalues.h"
 #include "host/kirohost.h"
 #include "host/scenechangewatch.h"
 #include "tools/kirosim/flashunit.h"
@@ -20,7 +21,8 @@ namespace kirosim
 struct FrameRecord
 {
     UINT64        frame;
-    DOUBLE        time;  ///< s
+    DOUBLE        time;       ///< s
+    DOUBLE        sceneTime;  ///< within the present round of the scene, s
     FrameTruth    truth;
     KiroHostFrame decided;
 
@@ -44,13 +46,23 @@ public:
 
     VOID Apply(const Event& rEvent);
 
-    /// Begins a session anew. @param time of the next frame, s
-    VOID Begin(const StartPlan& rPlan, DOUBLE time);
+    /// Begins a session anew. @param sceneTime of the next frame, s
+    VOID Begin(const StartPlan& rPlan, DOUBLE sceneTime);
+
+    /// The scene starts again before the next frame, light, noise and flash pictures alike; host and core run on.
+    VOID StartRound();
 
     /// The light has another colour; white balance finds it at once.
     VOID SetCCT(DOUBLE CCT);
 
-    FrameRecord RunFrame(UINT64 frame, DOUBLE time);
+    /// @param time, sceneTime of the frame's start, s; the latter begins again with each round of the scene
+    FrameRecord RunFrame(UINT64 frame, DOUBLE time, DOUBLE sceneTime);
+
+    /// Publishes the values of each frame from the next one on. @param rManager must outlive the camera
+    VOID PublishControlValues(TuningSetManager& rManager)
+    {
+        m_controlValues.emplace(rManager);
+    }
 
     /// Lets the core fill the debug record from the next frame on.
     VOID EnableDebugData()
@@ -88,6 +100,8 @@ private:
     std::deque<AppliedExposures> m_pipeline;    ///< decisions on their way to the sensor, oldest first
     bool                         m_isStarting;  ///< the next frame is the first of its session
     std::unique_ptr<FlashUnit>   m_pFlash;      ///< null without flash
+
+    std::optional<controlvalues::Publisher> m_controlValues;  ///< none unless somebody may watch
 };
 
 }  // namespace kirosim

@@ -22,9 +22,10 @@ VOID DetectorReport::Add(const FrameRecord& rRecord)
 {
     for (size_t index = 0; index < rRecord.detectors.size() && index < m_results.size(); ++index)
     {
-        AddReading(rRecord.detectors[index], rRecord.time, index);
+        AddReading(rRecord.detectors[index], rRecord.sceneTime, index);
     }
-    if (m_rScene.pass.has_value() && rRecord.time >= m_rScene.pass->begin && rRecord.time <= m_rScene.pass->end)
+    if (m_rScene.pass.has_value() && rRecord.sceneTime >= m_rScene.pass->begin &&
+        rRecord.sceneTime <= m_rScene.pass->end)
     {
         AddPassFrame(rRecord);
     }

@@ -77,7 +77,7 @@ VOID FlashReport::Add(const FrameRecord& rRecord)
     if (rRecord.flash.shot.has_value())
     {
         m_shots.push_back(*rRecord.flash.shot);
-        m_times.push_back(rRecord.time);
+        m_times.push_back(rRecord.sceneTime);
     }
 }
 

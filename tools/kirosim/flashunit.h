@@ -17,6 +17,12 @@ public:
     /// @throws std::runtime_error if the core refuses what an earlier run has learned
     FlashUnit(const Scene& rScene, SensorModel& rSensor, KiroHost& rHost);
 
+    /// The scene's pictures are due once more.
+    VOID StartRound()
+    {
+        m_pictures = 0;
+    }
+
     /// Before the frame is captured: sets the LEDs for it.
     VOID Begin(DOUBLE time);
 
@@ -33,7 +39,7 @@ private:
     KiroHost&             m_rHost;
     FlashCapture          m_capture;
     std::deque<FlashLamp> m_pipeline;  ///< on their way to the LEDs, oldest first
-    UINT32                m_pictures;  ///< asked for so far
+    UINT32                m_pictures;  ///< asked for in this round
     DOUBLE                m_farLumaOff;
 };
 

@@ -38,7 +38,7 @@ HDRReport::Moment HDRReport::MomentOf(const FrameRecord& rRecord)
     const KIROExposureSetType& rLong  = rRecord.decided.arbitration[AECAlgoExposureLong].exposureSet;
     const KIROExposureSetType& rSafe  = rRecord.decided.arbitration[AECAlgoExposureSafe].exposureSet;
     const auto&                rConv  = rRecord.decided.convergence;
-    return {rRecord.time,
+    return {rRecord.sceneTime,
             rRecord.decided.extension.bIsSeamlessBinning == TRUE,
             Ratio(rSafe.exposure, rShort.exposure),
             Ratio(rLong.exposure, rSafe.exposure),
@@ -53,6 +53,7 @@ HDRReport::Moment HDRReport::MomentOf(const FrameRecord& rRecord)
 VOID HDRReport::Add(const FrameRecord& rRecord)
 {
     const Moment moment = MomentOf(rRecord);
+    m_framesBefore      = m_last.has_value() ? m_framesBefore : rRecord.frame - 1;
     if (m_last.has_value() && m_rScene.object.has_value() &&
         m_rScene.object->IsThere(moment.time) != m_rScene.object->IsThere(m_last->time))
     {
@@ -61,7 +62,7 @@ VOID HDRReport::Add(const FrameRecord& rRecord)
     if (m_last.has_value() && moment.isBinned != m_last->isBinned)
     {
         const UINT64* pExposures = rRecord.decided.convergence.exposures;
-        m_switches.push_back({rRecord.frame, rRecord.time, moment.isBinned,
+        m_switches.push_back({rRecord.frame, rRecord.sceneTime, moment.isBinned,
                               Ratio(pExposures[AECAlgoExposureSafe], pExposures[AECAlgoExposureShort])});
     }
     m_blends.push_back(moment.shortBlend);
@@ -95,12 +96,12 @@ std::vector<DOUBLE> HDRReport::BlendRests() const
 std::string HDRReport::Format() const
 {
     std::string text;
-    UINT64      last = 0;
+    UINT64      last = m_framesBefore;
     for (const Switch& rSwitch : m_switches)
     {
         text += fmt::format("switch to the {} mode at {:.2f} s (frame {}, {} after the {}): ADRC {:.2f}\n",
                             rSwitch.isBinned ? "binned" : "full", rSwitch.time, rSwitch.frame, rSwitch.frame - last,
-                            (last == 0) ? "start" : "last one", rSwitch.ADRC);
+                            (last == m_framesBefore) ? "start" : "last one", rSwitch.ADRC);
         last = rSwitch.frame;
     }
     for (const Moment& rMoment : Moments())

@@ -66,6 +66,7 @@ private:
     std::vector<Moment>   m_moments;
     std::vector<Switch>   m_switches;
     std::vector<DOUBLE>   m_blends;
+    UINT64                m_framesBefore = 0;  ///< number of the last frame before the first one seen
 };
 
 }  // namespace kirosim

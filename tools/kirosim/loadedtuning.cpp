@@ -16,7 +16,7 @@ std::vector<TuningMode> DefaultSelectors()
     return selectors;
 }
 
-LoadedTuning::LoadedTuning(const std::string& rPath) : m_manager("kirosim")
+LoadedTuning::LoadedTuning(const std::string& rPath, bool isLive) : m_isLive(isLive), m_manager("kirosim")
 {
     bool isLoaded = false;
     if (tuningfile::IsText(rPath))

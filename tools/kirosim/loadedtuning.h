@@ -18,13 +18,25 @@ std::vector<TuningMode> DefaultSelectors();
 class LoadedTuning
 {
 public:
+    /// @param isLive open a port, so that a tool can read and change the tuning while it is in use
     /// @throws tuningfile::InputError if the file cannot be read or the store refuses it
-    explicit LoadedTuning(const std::string& rPath);
+    explicit LoadedTuning(const std::string& rPath, bool isLive = false);
 
     /// @param rSelectors seven, Default first; they stay valid as long as the tuning: several cameras use it
     StatsTuningData Data(const std::vector<TuningMode>& rSelectors);
 
+    bool IsLive() const
+    {
+        return m_isLive;
+    }
+
+    TuningSetManager& Manager()
+    {
+        return m_manager;
+    }
+
 private:
+    const bool                          m_isLive;
     TuningSetManager                    m_manager;
     std::deque<std::vector<TuningMode>> m_selectors;
 };

@@ -7,10 +7,11 @@
 #include "host/flashcalibration.h"
 #include "platform/tavodesk.h"
 #include "tools/debugdata/debugfile.h"
+#include "tools/kirosim/framepacer.h"
 #include "tools/kirosim/queryanswers.h"
-#include "tools/kirosim/report.h"
+#include "tools/kirosim/runreport.h"
 #include "tools/kirosim/simulation.h"
-#include "tools/kirosim/summary.h"
+#include "tools/kirosim/stopsignal.h"
 #include "tools/kirosim/trace.h"
 #include "tools/tuningfile/files.h"
 #include "tools/tuningfile/inputerror.h"
@@ -39,9 +40,18 @@ struct RunOptions
     std::string           csvSecond;
     std::optional<UINT32> frames;
     std::optional<UINT64> seed;
-    bool                  isQuiet   = false;
-    bool                  isVerbose = false;
-    bool                  isAsking  = false;
+    std::optional<UINT64> loops;
+    bool                  isQuiet    = false;
+    bool                  isVerbose  = false;
+    bool                  isAsking   = false;
+    bool                  isRealtime = false;
+    bool                  isLoop     = false;
+    bool                  isNotLive  = false;
+
+    bool IsLooping() const
+    {
+        return isLoop || loops.has_value();
+    }
 };
 
 bool g_isVerbose = false;
@@ -102,20 +112,51 @@ VOID LoadLearned(const RunOptions& rOptions, kirosim::Scene& rScene)
     }
 }
 
-VOID WriteText(const std::string& rPath, const std::string& rText)
+/// A trace that is written as the run goes on, which may be for hours. Does nothing without a path.
+class TraceFile
 {
-    if (!rPath.empty())
+public:
+    explicit TraceFile(const std::string& rPath)
     {
-        tuningfile::ReplaceFile(rPath, {reinterpret_cast<const BYTE*>(rText.data()), rText.size()});
+        if (!rPath.empty())
+        {
+            m_file.emplace(rPath);
+            Write(kirosim::CsvHeader());
+        }
     }
-}
 
-/// The files that a run leaves; none is touched before the run is over.
+    VOID Add(const kirosim::FrameRecord& rRecord)
+    {
+        if (m_file.has_value())
+        {
+            Write(kirosim::CsvLine(rRecord));
+        }
+    }
+
+    VOID Commit()
+    {
+        if (m_file.has_value())
+        {
+            m_file->Commit();
+        }
+    }
+
+private:
+    VOID Write(const std::string& rText)
+    {
+        m_file->Write({reinterpret_cast<const BYTE*>(rText.data()), rText.size()});
+    }
+
+    std::optional<tuningfile::FileReplacement> m_file;
+};
+
+/// The files that a run leaves; none takes its place before the run is over.
 class RunFiles
 {
 public:
     RunFiles(const RunOptions& rOptions, kirosim::Simulation& rSimulation)
-        : m_rOptions(rOptions), m_rCamera(rSimulation.MainCamera()), m_csv(kirosim::CsvHeader()), m_csvSecond(m_csv)
+        : m_rOptions(rOptions), m_rCamera(rSimulation.MainCamera()), m_csv(rOptions.csv),
+          m_csvSecond(rOptions.csvSecond)
     {
         if (!rOptions.debugData.empty())
         {
@@ -134,24 +175,18 @@ public:
         {
             m_learned = rRecord.flash.shot->learned;
         }
-        if (!m_rOptions.csv.empty())
-        {
-            m_csv += kirosim::CsvLine(rRecord);
-        }
+        m_csv.Add(rRecord);
     }
 
     VOID AddSecond(const kirosim::FrameRecord& rRecord)
     {
-        if (!m_rOptions.csvSecond.empty())
-        {
-            m_csvSecond += kirosim::CsvLine(rRecord);
-        }
+        m_csvSecond.Add(rRecord);
     }
 
     VOID Write()
     {
-        WriteText(m_rOptions.csv, m_csv);
-        WriteText(m_rOptions.csvSecond, m_csvSecond);
+        m_csv.Commit();
+        m_csvSecond.Commit();
         if (m_debugFile.has_value())
         {
             m_debugFile->Commit();
@@ -170,8 +205,8 @@ public:
 private:
     const RunOptions&                         m_rOptions;
     kirosim::Camera&                          m_rCamera;
-    std::string                               m_csv;
-    std::string                               m_csvSecond;
+    TraceFile                                 m_csv;
+    TraceFile                                 m_csvSecond;
     std::vector<BYTE>                         m_learned;  ///< of the flash's colour, as of the last picture
     std::optional<debugdata::DebugFileWriter> m_debugFile;
 };
@@ -189,17 +224,58 @@ kirosim::Scene ReadRunScene(const RunOptions& rOptions)
     return scene;
 }
 
+/// How the run goes on: paced or not, round after round or not, and up to a signal.
+kirosim::RunPlan PlanOf(const RunOptions& rOptions, kirosim::FramePacer& rPacer)
+{
+    kirosim::RunPlan plan;
+    plan.rounds = rOptions.IsLooping() ? rOptions.loops : std::optional<UINT64>(1);
+    if (rOptions.isRealtime)
+    {
+        plan.beforeFrame = [&rPacer]()
+        {
+            rPacer.Wait(kirosim::StopSignal::IsRaised);
+            return !kirosim::StopSignal::IsRaised();
+        };
+    }
+    else
+    {
+        plan.beforeFrame = []() { return !kirosim::StopSignal::IsRaised(); };
+    }
+    return plan;
+}
+
+/// What a person sees while the run goes on.
+VOID ShowFrame(const RunOptions& rOptions, const kirosim::Scene& rScene, const kirosim::FrameRecord& rRecord,
+               const std::string& rRoundLines)
+{
+    const UINT32 interval = std::max(rScene.frames / TableLines, 1U);
+    std::string  lines = (!rOptions.isQuiet && (rRecord.frame - 1) % interval == 0) ? kirosim::TableLine(rRecord) : "";
+    if (rOptions.IsLooping())
+    {
+        lines += rRoundLines;
+    }
+    else
+    {
+        ShowProgress(rRecord.frame, rScene.frames);
+    }
+    if (!lines.empty())
+    {
+        fmt::print("{}", lines);
+        (VOID) std::fflush(stdout);
+    }
+}
+
 VOID Run(const RunOptions& rOptions)
 {
     g_isVerbose = rOptions.isVerbose;
     TavoDesk::SetSystemLogSink(&ShowStoreLine, nullptr);
-    const kirosim::Scene    scene = ReadRunScene(rOptions);
-    kirosim::LoadedTuning   tuning(rOptions.tuning);
-    kirosim::Simulation     simulation(scene, tuning, LogToStderr);
-    kirosim::SummaryBuilder summary(scene);
-    const auto              reports = kirosim::ReportsOf(scene);
-    RunFiles                files(rOptions, simulation);
-    const UINT32            interval = std::max(scene.frames / TableLines, 1U);
+    const kirosim::Scene      scene = ReadRunScene(rOptions);
+    kirosim::LoadedTuning     tuning(rOptions.tuning, !rOptions.isNotLive);
+    kirosim::Simulation       simulation(scene, tuning, LogToStderr);
+    kirosim::RunReport        report(scene);
+    const kirosim::StopSignal stopSignal;  // before there are files to clear away
+    RunFiles                  files(rOptions, simulation);
+    kirosim::FramePacer       pacer(scene.fps);
     if (!rOptions.isQuiet)
     {
         fmt::print("{}", kirosim::TableHeader());
@@ -207,32 +283,23 @@ VOID Run(const RunOptions& rOptions)
     simulation.Run(
         [&](const kirosim::FrameRecord& rRecord)
         {
-            summary.Add(rRecord);
-            for (const auto& pReport : reports)
-            {
-                pReport->Add(rRecord);
-            }
+            report.Add(rRecord);
             files.Add(rRecord);
-            if (!rOptions.isQuiet && (rRecord.frame - 1) % interval == 0)
-            {
-                fmt::print("{}", kirosim::TableLine(rRecord));
-            }
-            ShowProgress(rRecord.frame, scene.frames);
+            ShowFrame(rOptions, scene, rRecord, report.RoundLines());
         },
         [&](const kirosim::FrameRecord& rRecord)
         {
-            for (const auto& pReport : reports)
-            {
-                pReport->AddSecond(rRecord);
-            }
+            report.AddSecond(rRecord);
             files.AddSecond(rRecord);
-        });
-    files.Write();
-    fmt::print("{}", kirosim::FormatSummary(summary.Finish()));
-    for (const auto& pReport : reports)
+        },
+        PlanOf(rOptions, pacer));
+    if (kirosim::StopSignal::IsRaised() && !rOptions.isRealtime && !rOptions.IsLooping())
     {
-        fmt::print("{}", pReport->Format());
+        // Half of a run in batch is no result.
+        throw std::runtime_error("interrupted");
     }
+    files.Write();
+    fmt::print("{}", report.Format());
     if (rOptions.isAsking)
     {
         fmt::print("{}", kirosim::QueryAnswers(simulation.MainCamera().Host().Algo()));
@@ -259,7 +326,11 @@ int main(int argc, char** argv)
     pRun->add_option("--fic-save", options.ficSave, "keep what this run learns of the flash");
     pRun->add_option("--csv-second", options.csvSecond, "write every frame of the second camera to this file");
     pRun->add_flag("--queries", options.isAsking, "print what the library answers to queries after the run");
-    pRun->add_flag("--quiet", options.isQuiet, "print the summary only");
+    pRun->add_flag("--realtime", options.isRealtime, "run at the scene's frame rate; Ctrl-C ends the run");
+    pRun->add_flag("--loop", options.isLoop, "start the scene again at its end, until Ctrl-C; the camera runs on");
+    pRun->add_option("--loops", options.loops, "run this many rounds of the scene")->check(CLI::PositiveNumber);
+    pRun->add_flag("--no-live", options.isNotLive, "open no port for live tuning");
+    pRun->add_flag("--quiet", options.isQuiet, "leave out the table");
     pRun->add_flag("--verbose", options.isVerbose, "print errors and warnings of the library");
 
     CLI::App* pVariants = app.add_subcommand("variants", "list the variants of a scene");

@@ -32,7 +32,7 @@ VOID MonitorReport::Add(const FrameRecord& rRecord)
     }
     if (rRecord.decided.convergence.bSettle == TRUE && rOutput.histStretchData.enable == TRUE)
     {
-        m_stretch = StretchResult{rRecord.time, rOutput.histStretchData.clamp, rOutput.histStretchData.scaling};
+        m_stretch = StretchResult{rRecord.sceneTime, rOutput.histStretchData.clamp, rOutput.histStretchData.scaling};
     }
 }
 
@@ -42,7 +42,7 @@ VOID MonitorReport::AddFlag(MonitoredFlag flag, BOOL value, const FrameRecord& r
     const bool isSet = value == TRUE;
     if (isSet != rFlag.isSet)
     {
-        rFlag.changes.push_back({rRecord.time, rRecord.decided.luxIndex, isSet});
+        rFlag.changes.push_back({rRecord.sceneTime, rRecord.decided.luxIndex, isSet});
         rFlag.isSet = isSet;
     }
 }

@@ -29,7 +29,7 @@ TrackingReport::TrackingReport(const Scene& rScene) : m_rScene(rScene)
 
 VOID TrackingReport::Add(const FrameRecord& rRecord)
 {
-    Sample sample{rRecord.time, rRecord.outside.trackedCells > 0, std::nullopt, SafeLog2(rRecord)};
+    Sample sample{rRecord.sceneTime, rRecord.outside.trackedCells > 0, std::nullopt, SafeLog2(rRecord)};
     if (rRecord.truth.objectLuma.has_value())
     {
         sample.subjectEV = std::log2(std::max(*rRecord.truth.objectLuma, 0.1) / m_rScene.map->targetLuma);
@@ -37,7 +37,7 @@ VOID TrackingReport::Add(const FrameRecord& rRecord)
     const bool wasTracking = !m_samples.empty() && m_samples.back().isTracking;
     if (sample.isTracking != wasTracking)
     {
-        m_changes.push_back({rRecord.frame, rRecord.time, sample.isTracking});
+        m_changes.push_back({rRecord.frame, rRecord.sceneTime, sample.isTracking});
     }
     m_samples.push_back(sample);
 }
@@ -118,11 +118,11 @@ VOID ShakeReport::Add(const FrameRecord& rRecord)
 {
     constexpr DOUBLE           nsPerMs = 1e6;
     const KIROExposureSetType& rSafe   = rRecord.decided.arbitration[AECAlgoExposureSafe].exposureSet;
-    if (m_last.has_value() && IsChangeBetween(m_last->time, rRecord.time))
+    if (m_last.has_value() && IsChangeBetween(m_last->time, rRecord.sceneTime))
     {
         m_moments.push_back(*m_last);
     }
-    m_last = Moment{rRecord.time, rRecord.outside.gyro, static_cast<DOUBLE>(rSafe.time) / nsPerMs, rSafe.gain,
+    m_last = Moment{rRecord.sceneTime, rRecord.outside.gyro, static_cast<DOUBLE>(rSafe.time) / nsPerMs, rSafe.gain,
                     SafeLog2(rRecord)};
 }
 

@@ -32,6 +32,12 @@ OutsideSources::OutsideSources(const Scene& rScene) : m_rScene(rScene), m_shake(
 {
 }
 
+VOID OutsideSources::StartRound()
+{
+    m_shake            = RandomStream(ShakeSeed);
+    m_samplesDelivered = 0;
+}
+
 VOID OutsideSources::Deliver(DOUBLE time, KiroExternalData& rHost)
 {
     if (m_rScene.map.has_value())

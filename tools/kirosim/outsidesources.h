@@ -22,6 +22,9 @@ public:
     /// @param rScene must outlive the sources
     explicit OutsideSources(const Scene& rScene);
 
+    /// The scene starts again.
+    VOID StartRound();
+
     /// Delivers what is known at the start of a frame.
     VOID Deliver(DOUBLE time, KiroExternalData& rHost);
 

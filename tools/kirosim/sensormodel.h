@@ -58,8 +58,14 @@ public:
         m_colourSensitivity = factor;
     }
 
+    /// The noise begins again, so that all rounds of a scene are alike.
+    VOID StartRound()
+    {
+        m_noise = RandomStream(m_rScene.seed);
+    }
+
     /// Statistics of one frame. The list stays valid until the next call.
-    /// @param time       of the frame's start, s
+    /// @param time       of the frame's start in the scene, s
     /// @param pExposures three, indexed by AECAlgoExposureType
     KIROStatsList& Capture(UINT64 frameID, DOUBLE time, const AppliedExposure* pExposures, FrameTruth& rTruth);
 

@@ -6,6 +6,10 @@ namespace kirosim
 Simulation::Simulation(const Scene& rScene, LoadedTuning& rTuning, StatsLogger logger)
     : m_rScene(rScene), m_camera(rScene, rTuning, logger), m_nextEvent(0)
 {
+    if (rTuning.IsLive())
+    {
+        m_camera.PublishControlValues(rTuning.Manager());
+    }
     if (rScene.pSecond == nullptr)
     {
         return;
@@ -20,34 +24,72 @@ Simulation::Simulation(const Scene& rScene, LoadedTuning& rTuning, StatsLogger l
     }
 }
 
-VOID Simulation::Run(const Visitor& visit, const Visitor& visitSecond)
+VOID Simulation::Run(const Visitor& visit, const Visitor& visitSecond, const RunPlan& rPlan)
 {
-    for (UINT64 frame = 1; frame <= m_rScene.frames; ++frame)
+    const UINT64 frames = m_rScene.frames;
+    for (UINT64 index = 0; frames > 0 && (!rPlan.rounds.has_value() || index / frames < *rPlan.rounds); ++index)
     {
-        const DOUBLE time = static_cast<DOUBLE>(frame - 1) / m_rScene.fps;
-        ApplyEvents(time);
-        if (m_pSecond == nullptr)
+        if (rPlan.beforeFrame && !rPlan.beforeFrame())
         {
-            visit(m_camera.RunFrame(frame, time));
-            continue;
+            return;
         }
-        // The master decides first, so that the slave follows in the same frame.
-        std::optional<FrameRecord> second;
-        if (IsSecondMaster())
+        if (index > 0 && index % frames == 0)
         {
-            second = m_pSecond->RunFrame(frame, time);
+            StartRound();
         }
-        const FrameRecord first = m_camera.RunFrame(frame, time);
-        if (!second.has_value())
-        {
-            second = m_pSecond->RunFrame(frame, time);
-        }
-        if (visitSecond)
-        {
-            visitSecond(*second);
-        }
-        visit(first);
+        RunFrame(index, visit, visitSecond);
     }
+}
+
+VOID Simulation::StartRound()
+{
+    m_nextEvent = 0;
+    m_camera.StartRound();
+    if (m_pSecond != nullptr)
+    {
+        RestoreRole(0, m_rScene.camera.role);
+        RestoreRole(1, m_rScene.pSecond->camera.role);
+        m_pSecond->StartRound();
+    }
+}
+
+VOID Simulation::RestoreRole(size_t camera, StatsAlgoRole role)
+{
+    if (m_group.Role(camera) != role)
+    {
+        m_group.SetRole(camera, role);
+    }
+}
+
+/// @param index of the frame in the run, from 0
+VOID Simulation::RunFrame(UINT64 index, const Visitor& visit, const Visitor& visitSecond)
+{
+    // From the frame's place in the round, so that all rounds see exactly the same times.
+    const UINT64 frame     = index + 1;
+    const DOUBLE time      = static_cast<DOUBLE>(index) / m_rScene.fps;
+    const DOUBLE sceneTime = static_cast<DOUBLE>(index % m_rScene.frames) / m_rScene.fps;
+    ApplyEvents(sceneTime);
+    if (m_pSecond == nullptr)
+    {
+        visit(m_camera.RunFrame(frame, time, sceneTime));
+        return;
+    }
+    // The master decides first, so that the slave follows in the same frame.
+    std::optional<FrameRecord> second;
+    if (IsSecondMaster())
+    {
+        second = m_pSecond->RunFrame(frame, time, sceneTime);
+    }
+    const FrameRecord first = m_camera.RunFrame(frame, time, sceneTime);
+    if (!second.has_value())
+    {
+        second = m_pSecond->RunFrame(frame, time, sceneTime);
+    }
+    if (visitSecond)
+    {
+        visitSecond(*second);
+    }
+    visit(first);
 }
 
 bool Simulation::IsSecondMaster() const
@@ -55,16 +97,16 @@ bool Simulation::IsSecondMaster() const
     return m_group.Role(1) == StatsAlgoRoleMaster;
 }
 
-VOID Simulation::ApplyEvents(DOUBLE time)
+VOID Simulation::ApplyEvents(DOUBLE sceneTime)
 {
-    while (m_nextEvent < m_rScene.events.size() && m_rScene.events[m_nextEvent].time <= time)
+    while (m_nextEvent < m_rScene.events.size() && m_rScene.events[m_nextEvent].time <= sceneTime)
     {
-        Apply(m_rScene.events[m_nextEvent], time);
+        Apply(m_rScene.events[m_nextEvent], sceneTime);
         ++m_nextEvent;
     }
 }
 
-VOID Simulation::Apply(const Event& rEvent, DOUBLE time)
+VOID Simulation::Apply(const Event& rEvent, DOUBLE sceneTime)
 {
     Camera& rCamera = rEvent.isForSecond ? *m_pSecond : m_camera;
     rCamera.Apply(rEvent);
@@ -82,7 +124,7 @@ VOID Simulation::Apply(const Event& rEvent, DOUBLE time)
     }
     if (rEvent.start.has_value())
     {
-        rCamera.Begin(*rEvent.start, time);
+        rCamera.Begin(*rEvent.start, sceneTime);
     }
 }
 

@@ -10,6 +10,13 @@
 namespace kirosim
 {
 
+/// How long a run goes on, and how fast.
+struct RunPlan
+{
+    std::optional<UINT64> rounds = 1;   ///< of the scene; none to go on for ever
+    std::function<bool()> beforeFrame;  ///< may wait for the frame's time; false ends the run. May be empty
+};
+
 class Simulation
 {
 public:
@@ -19,10 +26,12 @@ public:
 
     using Visitor = std::function<VOID(const FrameRecord&)>;
 
-    /// Runs all frames of the scene.
+    /// Runs all frames of the scene, once or round after round: then light and events start again while the cameras run
+    /// on. What an event has set stays set until an event changes it, but for roles of cameras and colour of the light,
+    /// which are the scene's.
     /// @param visit       sees each frame of the first camera once both cameras have decided theirs
     /// @param visitSecond sees each frame of the second camera before that; may be empty
-    VOID Run(const Visitor& visit, const Visitor& visitSecond = {});
+    VOID Run(const Visitor& visit, const Visitor& visitSecond = {}, const RunPlan& rPlan = {});
 
     /// The first camera.
     Camera& MainCamera()
@@ -31,8 +40,11 @@ public:
     }
 
 private:
-    VOID ApplyEvents(DOUBLE time);
-    VOID Apply(const Event& rEvent, DOUBLE time);
+    VOID StartRound();
+    VOID RestoreRole(size_t camera, StatsAlgoRole role);
+    VOID RunFrame(UINT64 index, const Visitor& visit, const Visitor& visitSecond);
+    VOID ApplyEvents(DOUBLE sceneTime);
+    VOID Apply(const Event& rEvent, DOUBLE sceneTime);
     bool IsSecondMaster() const;
 
     const Scene&            m_rScene;

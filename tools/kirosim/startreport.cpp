@@ -27,7 +27,7 @@ VOID StartReport::Add(const FrameRecord& rRecord, bool isSecond)
     if (rRecord.start.has_value())
     {
         const Scene& rScene = isSecond ? *m_rScene.pSecond : m_rScene;
-        m_sessions.push_back({isSecond, rRecord.time, rRecord.start->source,
+        m_sessions.push_back({isSecond, rRecord.sceneTime, rRecord.start->source,
                               rRecord.start->exposures[AECAlgoExposureSafe], FixedStartExposure(rScene), 0});
     }
     const auto session = std::find_if(m_sessions.rbegin(), m_sessions.rend(),

@@ -43,9 +43,18 @@ VOID SummaryBuilder::Add(const FrameRecord& rRecord)
     }
     const auto&  rSafe  = rRecord.decided.arbitration[AECAlgoExposureSafe].exposureSet;
     const UINT64 target = rRecord.decided.metering.exposures[AECAlgoExposureSafe];
-    m_samples.push_back({rRecord.time, std::log2(std::max(static_cast<DOUBLE>(rSafe.exposure), 1.0)),
-                         std::log2(std::max(static_cast<DOUBLE>(target), 1.0)), m_rScene.LightEV(rRecord.time),
+    m_samples.push_back({rRecord.sceneTime, std::log2(std::max(static_cast<DOUBLE>(rSafe.exposure), 1.0)),
+                         std::log2(std::max(static_cast<DOUBLE>(target), 1.0)), m_rScene.LightEV(rRecord.sceneTime),
                          rRecord.truth.pictureEV, rRecord.truth.banding});
+}
+
+VOID SummaryBuilder::BeginRound()
+{
+    if (!m_samples.empty())
+    {
+        m_lastOfRoundBefore = m_samples.back();
+    }
+    m_samples.clear();
 }
 
 bool SummaryBuilder::IsLegal(const FrameRecord& rRecord) const
@@ -79,8 +88,19 @@ bool SummaryBuilder::IsInRamp(DOUBLE time) const
 
 bool SummaryBuilder::IsStepAt(size_t index) const
 {
-    return index > 0 && !IsInRamp(m_samples[index].time) &&
-           std::abs(m_samples[index].lightEV - m_samples[index - 1].lightEV) >= StepMinEV;
+    const Sample* pBefore = Before(index);
+    return pBefore != nullptr && !IsInRamp(m_samples[index].time) &&
+           std::abs(m_samples[index].lightEV - pBefore->lightEV) >= StepMinEV;
+}
+
+/// @return null for the first sample of all
+const SummaryBuilder::Sample* SummaryBuilder::Before(size_t index) const
+{
+    if (index > 0)
+    {
+        return &m_samples[index - 1];
+    }
+    return m_lastOfRoundBefore.has_value() ? &*m_lastOfRoundBefore : nullptr;
 }
 
 RunSummary SummaryBuilder::Finish() const
@@ -98,7 +118,7 @@ RunSummary SummaryBuilder::Finish() const
     {
         const bool isEnd = index == m_samples.size() || IsStepAt(index) ||
                            IsInRamp(m_samples[index].time) != IsInRamp(m_samples[index - 1].time);
-        if (isEnd && (begin == 0 || IsStepAt(begin)))
+        if (isEnd && (Before(begin) == nullptr || IsStepAt(begin)))
         {
             summary.steps.push_back(MeasureStep(begin, index));
         }
@@ -120,14 +140,15 @@ RunSummary SummaryBuilder::Finish() const
 /// Frames count from the first statistics that show the step.
 StepResult SummaryBuilder::MeasureStep(size_t begin, size_t end) const
 {
-    const DOUBLE tolerance = std::log2(1.0 + SettledPercent / 100.0);
-    const DOUBLE final     = m_samples[end - 1].exposureLog2;
-    const DOUBLE initial   = m_samples[(begin == 0) ? 0 : begin - 1].exposureLog2;
-    const DOUBLE direction = (final >= initial) ? 1.0 : -1.0;
+    const DOUBLE  tolerance = std::log2(1.0 + SettledPercent / 100.0);
+    const DOUBLE  final     = m_samples[end - 1].exposureLog2;
+    const Sample* pBefore   = Before(begin);
+    const DOUBLE  initial   = (pBefore != nullptr) ? pBefore->exposureLog2 : m_samples[begin].exposureLog2;
+    const DOUBLE  direction = (final >= initial) ? 1.0 : -1.0;
 
     StepResult result{};
     result.time = m_samples[begin].time;
-    result.ev   = (begin == 0) ? 0.0 : m_samples[begin].lightEV - m_samples[begin - 1].lightEV;
+    result.ev   = (pBefore != nullptr) ? m_samples[begin].lightEV - pBefore->lightEV : 0.0;
 
     size_t settledFrom = end;
     while (settledFrom > begin && std::abs(m_samples[settledFrom - 1].exposureLog2 - final) <= tolerance)

@@ -36,7 +36,12 @@ class SummaryBuilder
 public:
     explicit SummaryBuilder(const Scene& rScene);
 
-    VOID       Add(const FrameRecord& rRecord);
+    VOID Add(const FrameRecord& rRecord);
+
+    /// The scene starts again: frames so far are forgotten but for the last one, which the next may differ from by a
+    /// step. An exposure beyond the limits stays on record.
+    VOID BeginRound();
+
     RunSummary Finish() const;
 
 private:
@@ -56,10 +61,12 @@ private:
     std::optional<DOUBLE> MeasureRampLag() const;
     bool                  IsInRamp(DOUBLE time) const;
     bool                  IsStepAt(size_t index) const;
+    const Sample*         Before(size_t index) const;
 
-    const Scene&        m_rScene;
-    std::vector<Sample> m_samples;
-    bool                m_isLegal;
+    const Scene&          m_rScene;
+    std::vector<Sample>   m_samples;
+    std::optional<Sample> m_lastOfRoundBefore;  ///< none in the first round
+    bool                  m_isLegal;
 };
 
 std::string FormatSummary(const RunSummary& rSummary);

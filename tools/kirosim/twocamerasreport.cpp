@@ -80,13 +80,13 @@ TwoCamerasReport::TwoCamerasReport(const Scene& rScene) : m_rScene(rScene)
 TwoCamerasReport::Sample TwoCamerasReport::Keep(const FrameRecord& rRecord, bool isSecond) const
 {
     const KIROMeteringOutput& rMetering = rRecord.decided.metering;
-    return {rRecord.time,
+    return {rRecord.sceneTime,
             rRecord.truth.pictureEV,
             Log2Of(rMetering.mtrExposures[AECAlgoExposureSafe]),
             Log2Of(rMetering.exposures[AECAlgoExposureSafe]),
             rRecord.decided.arbitration[AECAlgoExposureSafe].exposureSet.time,
             rRecord.decided.convergence.bIsConvTargetFixed == TRUE && rMetering.bIsMeteringSkipped == FALSE,
-            RoleAt(m_rScene, isSecond, rRecord.time)};
+            RoleAt(m_rScene, isSecond, rRecord.sceneTime)};
 }
 
 VOID TwoCamerasReport::Add(const FrameRecord& rRecord)

@@ -1,0 +1,130 @@
+#include "host/controlvalues.h"
+
+#include "parameters/tuningsetmanager.h"
+
+namespace controlvalues
+{
+
+namespace
+{
+
+/// A frame as the host has it.
+struct Frame
+{
+    UINT64               id;
+    const KiroHostFrame& rDecided;
+};
+
+struct Entry
+{
+    ID          id;
+    const CHAR* pName;
+    DOUBLE (*read)(const Frame&);
+};
+
+template <AECAlgoExposureType type> DOUBLE TimeOf(const Frame& rFrame)
+{
+    return static_cast<DOUBLE>(rFrame.rDecided.arbitration[type].exposureSet.time);
+}
+
+template <AECAlgoExposureType type> DOUBLE GainOf(const Frame& rFrame)
+{
+    return static_cast<DOUBLE>(rFrame.rDecided.arbitration[type].exposureSet.gain);
+}
+
+template <AECAlgoExposureType type> DOUBLE SensitivityOf(const Frame& rFrame)
+{
+    return static_cast<DOUBLE>(rFrame.rDecided.arbitration[type].exposureSet.exposure);
+}
+
+template <AECAlgoExposureType type> DOUBLE TargetOf(const Frame& rFrame)
+{
+    return static_cast<DOUBLE>(rFrame.rDecided.metering.exposures[type]);
+}
+
+/// A member of the convergence's output.
+template <auto member> DOUBLE ConvergedOf(const Frame& rFrame)
+{
+    return static_cast<DOUBLE>(rFrame.rDecided.convergence.*member);
+}
+
+template <auto member> DOUBLE ConvergenceFlagOf(const Frame& rFrame)
+{
+    return (rFrame.rDecided.convergence.*member != FALSE) ? 1.0 : 0.0;
+}
+
+DOUBLE FrameNumberOf(const Frame& rFrame)
+{
+    return static_cast<DOUBLE>(rFrame.id);
+}
+
+DOUBLE LuxIndexOf(const Frame& rFrame)
+{
+    return static_cast<DOUBLE>(rFrame.rDecided.luxIndex);
+}
+
+DOUBLE LumaOf(const Frame& rFrame)
+{
+    return static_cast<DOUBLE>(rFrame.rDecided.luma);
+}
+
+DOUBLE IsMeteringSkipped(const Frame& rFrame)
+{
+    return (rFrame.rDecided.metering.bIsMeteringSkipped != FALSE) ? 1.0 : 0.0;
+}
+
+DOUBLE FrameRateOf(const Frame& rFrame)
+{
+    return static_cast<DOUBLE>(rFrame.rDecided.arbitration[AECAlgoExposureSafe].FPS);
+}
+
+constexpr Entry Entries[] = {
+    {FrameNumber, "frameNumber", FrameNumberOf},
+    {LuxIndex, "luxIndex", LuxIndexOf},
+    {CurrentLuma, "currentLuma", LumaOf},
+    {ShortExposureTime, "shortExposureTime", TimeOf<AECAlgoExposureShort>},
+    {SafeExposureTime, "safeExposureTime", TimeOf<AECAlgoExposureSafe>},
+    {LongExposureTime, "longExposureTime", TimeOf<AECAlgoExposureLong>},
+    {ShortGain, "shortGain", GainOf<AECAlgoExposureShort>},
+    {SafeGain, "safeGain", GainOf<AECAlgoExposureSafe>},
+    {LongGain, "longGain", GainOf<AECAlgoExposureLong>},
+    {ShortSensitivity, "shortSensitivity", SensitivityOf<AECAlgoExposureShort>},
+    {SafeSensitivity, "safeSensitivity", SensitivityOf<AECAlgoExposureSafe>},
+    {LongSensitivity, "longSensitivity", SensitivityOf<AECAlgoExposureLong>},
+    {ShortTarget, "shortTarget", TargetOf<AECAlgoExposureShort>},
+    {SafeTarget, "safeTarget", TargetOf<AECAlgoExposureSafe>},
+    {LongTarget, "longTarget", TargetOf<AECAlgoExposureLong>},
+    {ADRCGain, "adrcGain", ConvergedOf<&KIROConvergenceOutput::compensationADRC>},
+    {DarkBoostGain, "darkBoostGain", ConvergedOf<&KIROConvergenceOutput::compensationDarkBoost>},
+    {PredictiveGain, "predictiveGain", ConvergedOf<&KIROConvergenceOutput::predictiveGain>},
+    {BrightnessSettled, "brightnessSettled", ConvergenceFlagOf<&KIROConvergenceOutput::bBrightnessSettle>},
+    {Settled, "settled", ConvergenceFlagOf<&KIROConvergenceOutput::bSettle>},
+    {MeteringSkipped, "meteringSkipped", IsMeteringSkipped},
+    {FrameRate, "frameRate", FrameRateOf},
+};
+
+}  // namespace
+
+const CHAR* NameOf(UINT32 id)
+{
+    for (const Entry& rEntry : Entries)
+    {
+        if (rEntry.id == id)
+        {
+            return rEntry.pName;
+        }
+    }
+    return nullptr;
+}
+
+VOID Publisher::Publish(UINT64 frameID, const KiroHostFrame& rFrame)
+{
+    const Frame frame = {frameID, rFrame};
+    m_values.Clear();
+    for (const Entry& rEntry : Entries)
+    {
+        m_values.Add({rEntry.id, rEntry.read(frame)});
+    }
+}
+
+}  // namespace controlvalues

@@ -1,0 +1,158 @@
+// A camera that somebody tunes while it runs: rounds of a scene, the pace of the frames, the values to watch.
+
+#include <gtest/gtest.h>
+#include <map>
+
+#include "tests/kirosim/simulationrun.h"
+#include "tools/kirosim/framepacer.h"
+#include "tools/kirosim/runreport.h"
+
+using namespace kirosim;
+
+namespace
+{
+
+/// Runs rounds of a scene with the phone's tuning.
+class Loop
+{
+public:
+    explicit Loop(const Scene& rScene)
+        : m_scene(rScene), m_tuning(EXAMPLES_DIR "/tunings/phone.yaml"), m_simulation(m_scene, m_tuning, DiscardLog),
+          m_report(m_scene)
+    {
+    }
+
+    VOID Run(const RunPlan& rPlan)
+    {
+        m_simulation.Run(
+            [this](const FrameRecord& rRecord)
+            {
+                m_report.Add(rRecord);
+                m_frames.push_back({rRecord.frame, rRecord.time, rRecord.sceneTime});
+                if (!m_report.RoundLines().empty())
+                {
+                    m_lines.push_back(m_report.RoundLines());
+                    m_rounds.push_back(*m_report.LastRound());
+                }
+            },
+            {}, rPlan);
+    }
+
+    struct Frame
+    {
+        UINT64 number;
+        DOUBLE time;
+        DOUBLE sceneTime;
+    };
+
+    Scene                    m_scene;
+    LoadedTuning             m_tuning;
+    Simulation               m_simulation;
+    RunReport                m_report;
+    std::vector<Frame>       m_frames;
+    std::vector<std::string> m_lines;   ///< of each round
+    std::vector<RunSummary>  m_rounds;  ///< of each round
+};
+
+TEST(Loop, RoundsOfStepsSettleAlikeWhileTheCameraRunsOn)
+{
+    Loop loop(ReadScene(EXAMPLES_DIR "/scenes/step-loop.yaml", ""));
+    // Stopped within the fourth round: the third is the last full one.
+    UINT32 left = 3 * loop.m_scene.frames + 90;
+    loop.Run({std::nullopt, [&left]() { return left-- > 0; }});
+
+    ASSERT_EQ(loop.m_frames.size(), 810U);
+    EXPECT_EQ(loop.m_frames[809].number, 810U);
+    EXPECT_DOUBLE_EQ(loop.m_frames[480].time, 16.0);
+    EXPECT_EQ(loop.m_frames[480].sceneTime, 0.0);
+    EXPECT_EQ(loop.m_frames[541].sceneTime, loop.m_frames[61].sceneTime);
+
+    ASSERT_EQ(loop.m_rounds.size(), 3U);
+    EXPECT_EQ(loop.m_rounds[0].steps.size(), 3U) << "the cold start is the first round's alone";
+    const auto& rSecond = loop.m_rounds[1].steps;
+    const auto& rThird  = loop.m_rounds[2].steps;
+    ASSERT_EQ(rSecond.size(), 2U);
+    ASSERT_EQ(rThird.size(), 2U);
+    for (const size_t step : {0, 1})
+    {
+        EXPECT_DOUBLE_EQ(rThird[step].time, (step == 0) ? 2.0 : 5.0);
+        EXPECT_DOUBLE_EQ(rThird[step].ev, (step == 0) ? 3.0 : -3.0);
+        ASSERT_TRUE(rThird[step].framesToSettle.has_value());
+        EXPECT_LT(*rThird[step].framesToSettle, 30U);
+        EXPECT_EQ(rSecond[step].framesToSettle, rThird[step].framesToSettle);
+    }
+    const std::string frames = std::to_string(*rThird[0].framesToSettle);
+    EXPECT_EQ(loop.m_lines[2].substr(0, loop.m_lines[2].find('\n')),
+              "round 3: step +3.0 EV at 2.0 s: settled after " + frames + " frames");
+    EXPECT_EQ(loop.m_report.Format(), FormatSummary(loop.m_rounds[2]));
+}
+
+TEST(Loop, ASceneThatEndsInOtherLightStepsBackAtTheSeam)
+{
+    Scene scene  = ReadScene(EXAMPLES_DIR "/scenes/step-loop.yaml", "");
+    scene.frames = 120;  // ends after the step up
+    Loop loop(scene);
+    loop.Run({3, {}});
+    ASSERT_EQ(loop.m_rounds.size(), 3U);
+    ASSERT_EQ(loop.m_rounds[2].steps.size(), 2U);
+    EXPECT_EQ(loop.m_rounds[2].steps[0].time, 0.0);
+    EXPECT_DOUBLE_EQ(loop.m_rounds[2].steps[0].ev, -3.0);
+    EXPECT_EQ(loop.m_rounds[2].steps[0].framesToSettle, loop.m_rounds[1].steps[0].framesToSettle);
+}
+
+TEST(FrameSchedule, ErrorsDoNotAddUpAndMissedFramesAreNotMadeUpFor)
+{
+    constexpr UINT64 start = 5000;
+    FrameSchedule    schedule(30.0);
+    EXPECT_EQ(schedule.Next(start), start);
+    EXPECT_EQ(schedule.Next(start + 10), start + 33333333);
+    EXPECT_EQ(schedule.Next(start + 33333340), start + 66666667);
+    EXPECT_EQ(schedule.Next(start + 120000000), start + 100000000) << "a frame that is a little late";
+    EXPECT_EQ(schedule.Next(start + 121000000), start + 133333333) << "keeps the schedule";
+    EXPECT_EQ(schedule.Next(start + 166666667 + 33333333 + 1), start + 200000001) << "more than a period late";
+    EXPECT_EQ(schedule.Next(start + 200000002), start + 200000001 + 33333333);
+}
+
+TEST(ControlValues, ShowWhatWasDecidedForTheFrame)
+{
+    KiroHostFrame frame{};
+    frame.luxIndex                                              = 212.5f;
+    frame.luma                                                  = 46.0f;
+    frame.arbitration[AECAlgoExposureShort].exposureSet.time    = 10000000;
+    frame.arbitration[AECAlgoExposureLong].exposureSet.gain     = 2.5f;
+    frame.arbitration[AECAlgoExposureSafe].exposureSet.exposure = 30000000;
+    frame.arbitration[AECAlgoExposureSafe].FPS                  = 30.0f;
+    frame.metering.exposures[AECAlgoExposureLong]               = 40000000;
+    frame.convergence.compensationADRC                          = 1.5f;
+    frame.convergence.bSettle                                   = TRUE;
+
+    TuningSetManager         manager("watched");
+    controlvalues::Publisher publisher(manager);
+    publisher.Publish(6, {});
+    publisher.Publish(7, frame);
+
+    std::map<std::string, DOUBLE> values;
+    UINT32                        lastID = 0;
+    for (UINT32 index = 0; index < publisher.Values().Count(); ++index)
+    {
+        const ParameterCTValue value = publisher.Values()[index];
+        EXPECT_GT(value.ID, lastID);
+        lastID = value.ID;
+        ASSERT_NE(controlvalues::NameOf(value.ID), nullptr);
+        values[controlvalues::NameOf(value.ID)] = value.Value;
+    }
+    EXPECT_EQ(values.size(), publisher.Values().Count()) << "a name stands for one value";
+    const std::map<std::string, DOUBLE> expected = {
+        {"frameNumber", 7.0}, {"luxIndex", 212.5},        {"currentLuma", 46.0}, {"shortExposureTime", 1e7},
+        {"longGain", 2.5},    {"safeSensitivity", 3e7},   {"longTarget", 4e7},   {"adrcGain", 1.5},
+        {"settled", 1.0},     {"brightnessSettled", 0.0}, {"frameRate", 30.0}};
+    for (const auto& [name, value] : expected)
+    {
+        ASSERT_TRUE(values.contains(name)) << name;
+        EXPECT_EQ(values[name], value) << name;
+    }
+    EXPECT_EQ(controlvalues::LuxIndex, 2U) << "tools know the numbers";
+    EXPECT_EQ(controlvalues::NameOf(9999), nullptr);
+}
+
+}  // namespace

@@ -1,0 +1,52 @@
+/// @file
+/// What a run prints beside its table, round by round for a scene that repeats.
+#pragma once
+
+#include "tools/kirosim/report.h"
+#include "tools/kirosim/summary.h"
+
+namespace kirosim
+{
+
+/// Keeps the frames of the present round and the results of the last full one, however long the run.
+class RunReport
+{
+public:
+    /// @param rScene must outlive the report
+    explicit RunReport(const Scene& rScene);
+
+    VOID Add(const FrameRecord& rRecord);
+
+    /// Sees each frame of the second camera, before the first one's of the same time.
+    VOID AddSecond(const FrameRecord& rRecord);
+
+    /// One line per step of the light in the round that the last frame has ended; empty within a round.
+    const std::string& RoundLines() const
+    {
+        return m_roundLines;
+    }
+
+    /// Summary of the last full round; none before its end.
+    const std::optional<RunSummary>& LastRound() const
+    {
+        return m_lastRound;
+    }
+
+    /// Summary and reports of the last full round; of the frames that there are if no round is full.
+    std::string Format() const;
+
+private:
+    VOID        EndRound();
+    std::string FormatReports() const;
+
+    const Scene&                         m_rScene;
+    SummaryBuilder                       m_builder;
+    std::vector<std::unique_ptr<Report>> m_reports;
+    UINT32                               m_frames;  ///< of the present round
+    UINT64                               m_rounds;  ///< full ones
+    std::string                          m_roundLines;
+    std::optional<RunSummary>            m_lastRound;
+    std::string                          m_lastReports;
+};
+
+}  // namespace kirosim

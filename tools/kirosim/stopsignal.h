@@ -1,0 +1,22 @@
+/// @file
+/// Ctrl-C and the like as a question that a run asks between frames.
+#pragma once
+
+#include "platform/tavotypes.h"
+
+namespace kirosim
+{
+
+/// While it lives, the first SIGINT or SIGTERM only asks the program to stop; a second one of the same kind ends it.
+class StopSignal
+{
+public:
+    StopSignal();
+    ~StopSignal();
+    StopSignal(const StopSignal&)            = delete;
+    StopSignal& operator=(const StopSignal&) = delete;
+
+    static bool IsRaised();
+};
+
+}  // namespace kirosim
