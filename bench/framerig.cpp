@@ -30,19 +30,19 @@ kirosim::Scene OfficeScene()
 
 }  // namespace
 
-FrameRig::FrameRig(const std::vector<BYTE>& rTuning, const kirosim::Sensor& rSensor)
+FrameRig::FrameRig(const std::vector<BYTE>& rTuning, const kirosim::Sensor& rSensor, bool isLive)
     : m_manager("kirobench"), m_selectors(kirosim::DefaultSelectors()),
-      m_host(m_library,
-             (m_manager.LoadBinaryParameters(rTuning.data(), rTuning.size()))
-                 ? Config(rSensor)
-                 : throw std::runtime_error(m_manager.GetErrorText()),
-             DiscardLog),
-      m_frameID(0)
+      m_host(m_library, ConfigOf(rTuning, rSensor, isLive), DiscardLog), m_frameID(0)
 {
 }
 
-KiroHostConfig FrameRig::Config(const kirosim::Sensor& rSensor)
+KiroHostConfig FrameRig::ConfigOf(const std::vector<BYTE>& rTuning, const kirosim::Sensor& rSensor, bool isLive)
 {
+    m_manager.SetLiveTuningAutostart(isLive);
+    if (!m_manager.LoadBinaryParameters(rTuning.data(), rTuning.size()))
+    {
+        throw std::runtime_error(m_manager.GetErrorText());
+    }
     KiroHostConfig config{};
     config.tuning      = {&m_manager, m_selectors.data(), static_cast<UINT>(m_selectors.size())};
     config.sensorRange = {static_cast<FLOAT>(rSensor.minGain), static_cast<FLOAT>(rSensor.maxGain), rSensor.minTime,

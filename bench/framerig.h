@@ -15,8 +15,9 @@ class FrameRig
 {
 public:
     /// @param rTuning a parameter file
+    /// @param isLive  whether tuning tools are served
     /// @throws std::runtime_error when the store refuses the file or the core cannot be created
-    FrameRig(const std::vector<BYTE>& rTuning, const kirosim::Sensor& rSensor);
+    FrameRig(const std::vector<BYTE>& rTuning, const kirosim::Sensor& rSensor, bool isLive = false);
 
     /// Tells the core the white balance and runs a frame. @param rStats stays valid until the next call
     VOID RunFrame(KIROStatsList& rStats);
@@ -27,7 +28,7 @@ public:
     }
 
 private:
-    KiroHostConfig Config(const kirosim::Sensor& rSensor);
+    KiroHostConfig ConfigOf(const std::vector<BYTE>& rTuning, const kirosim::Sensor& rSensor, bool isLive);
 
     TuningSetManager        m_manager;
     std::vector<TuningMode> m_selectors;

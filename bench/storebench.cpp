@@ -71,6 +71,7 @@ VOID Load(benchmark::State& rState, const TuningFile& rFile, bool isFileMode)
     for (auto _ : rState)
     {
         TuningSetManager manager("kirobench");
+        manager.SetLiveTuningAutostart(false);
         if (!rFile.LoadInto(manager, isFileMode))
         {
             rState.SkipWithError("the store refused the file");
@@ -81,6 +82,7 @@ VOID Load(benchmark::State& rState, const TuningFile& rFile, bool isFileMode)
 VOID GetModule(benchmark::State& rState, bool isFileMode)
 {
     TuningSetManager manager("kirobench");
+    manager.SetLiveTuningAutostart(false);
     if (!PhoneFile().LoadInto(manager, isFileMode))
     {
         rState.SkipWithError("the store refused the file");

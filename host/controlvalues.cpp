@@ -125,6 +125,7 @@ VOID Publisher::Publish(UINT64 frameID, const KiroHostFrame& rFrame)
     {
         m_values.Add({rEntry.id, rEntry.read(frame)});
     }
+    m_rManager.SetControlValues(m_values);
 }
 
 }  // namespace controlvalues

@@ -32,8 +32,7 @@ public:
     }
 
     /// A number. @param precision decimals at most, as for ParameterUtils::DoubleToString
-    ParameterParserInfo(const CHAR* pName, const CHAR* pType, DOUBLE value, UINT32 precision)
-        : Name(pName), Type(pType)
+    ParameterParserInfo(const CHAR* pName, const CHAR* pType, DOUBLE value, UINT32 precision) : Name(pName), Type(pType)
     {
         bool fits = false;
         (VOID) ParameterUtils::DoubleToString(value, Value, sizeof(Value), precision, fits);

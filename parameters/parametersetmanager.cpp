@@ -4,6 +4,7 @@
 #include <cstdarg>
 #include <cstdio>
 
+#include "parameters/live/parametervernierworker.h"
 #include "parameters/parameterfilesymboltable.h"
 #include "parameters/tablemodule.h"
 #include "schema/modules.h"
@@ -18,6 +19,10 @@ ParameterSetManager::ParameterSetManager(const CHAR* pName, std::span<const tuni
     {
         AddDefaultModule(TableModule::Make(rDescription, nullptr));
     }
+    if (rOptions.liveTuning)
+    {
+        m_pWorker = std::make_unique<ParameterVernierWorker>(this);
+    }
 }
 
 ParameterSetManager::ParameterSetManager(ParameterSetManager* pMain, BYTE tableIndex)
@@ -27,6 +32,7 @@ ParameterSetManager::ParameterSetManager(ParameterSetManager* pMain, BYTE tableI
 
 ParameterSetManager::~ParameterSetManager()
 {
+    StopLiveTuning();
     ParameterLogging::Write(this, ParameterLogging::Debug, "ParameterSetManager deleting\n");
     if (IsDerived())
     {

@@ -35,8 +35,11 @@
 
 class BoundedText;
 class BranchWalk;
+class IVernierCustomHandler;
 class ParameterBinaryFile;
 class ParameterFileSymbolTable;
+class ParameterVernierWorker;
+struct ParameterCTValue;
 
 namespace tuning
 {
@@ -55,6 +58,7 @@ public:
         bool   logWarnings         = true;
         bool   logDebug            = false;
         bool   allowUnknownModules = false;  ///< pass over modules of a file that are not in the list of modules
+        bool   liveTuning          = false;  ///< serve tuning tools once a file is loaded
     };
 
     /// A main manager.
@@ -154,6 +158,37 @@ public:
     /// The end of the chain of main managers: this one, if it is not derived.
     ParameterSetManager* GetMainSetManager();
 
+    // The live tuning service of a manager that was made with it; see docs/live-tuning.md. Without one, values go
+    // nowhere and packets are refused.
+
+    /// Whether the next load starts the service, as it does by default.
+    VOID SetLiveTuningAutostart(bool isAutostart);
+
+    /// @return the TCP port that tools connect to, 0 while nothing is served. Not beside a load
+    UINT16 GetLiveTuningPort() const;
+
+    /// Replaces the numbers of the running camera that a tool can watch. Any thread; never waits for the tool.
+    VOID SetControlValues(const PList<ParameterCTValue>& rValues);
+
+    /// Replaces or adds one number. A derived manager passes it on as a list of one, which replaces all numbers.
+    VOID SetControlValue(const ParameterCTValue& rValue);
+
+    /// Delivers the triggers of a module's instance to a tool that asked for them. Any thread.
+    /// @return false if no tool waits for them
+    bool SetTriggerValues(const CHAR* pModePath, const CHAR* pModule, const CHAR* pPipeline, const CHAR* pInstance,
+                          const ParameterCTValue* pValues, UINT32 count);
+
+    /// Installs what serves a tool's custom commands, null for none. It must live until it is replaced: the call
+    /// returns when the handler before is not running any more.
+    VOID SetCustomHandler(IVernierCustomHandler* pHandler);
+
+    /// Take a tool's request apart and put an answer together, for hosts that carry packets by other ways; parameters
+    /// as for ParameterVernierWorker. @return false also without a service, or while it does not start by itself
+    bool ParseVernierRequest(const BYTE* pPacket, UINT32 size, UINT16& rCommand, UINT64& rVernierID, UINT32& rRequestID,
+                             const BYTE*& rpPayload, UINT32& rPayloadSize) const;
+    bool BuildVernierResponse(BYTE* pPacket, UINT32 packetSize, UINT32& rLength, UINT16 command, UINT64 vernierID,
+                              UINT32 requestID, const BYTE* pPayload, UINT32 payloadSize) const;
+
     // From here to GetDataMutex, the virtual operations stand in the order of their slots.
 
     /// @return null if no mode has that ID
@@ -204,6 +239,10 @@ protected:
     {
         return m_pMain != nullptr;
     }
+
+    /// Ends the live tuning service, if there is one. Called first of all by the destructor of a class that is made
+    /// with it: the service's thread calls virtual operations, which must still be those of the whole object.
+    VOID StopLiveTuning();
 
 private:
     friend class BranchWalk;
@@ -307,4 +346,8 @@ private:
     std::vector<std::unique_ptr<ParameterModule>>     m_parkedModules;            ///< until the next reload
     std::vector<std::unique_ptr<ParameterModule>>     m_replacedModules;          ///< to be parked by the next reload
     std::unordered_map<UINT64, std::unique_ptr<DefaultModule>> m_defaultModules;  ///< by name hash
+
+    // Goes first: it works on all of the above.
+    bool                                    m_isAutostart = true;
+    std::unique_ptr<ParameterVernierWorker> m_pWorker;  ///< null without live tuning, and on a derived manager
 };

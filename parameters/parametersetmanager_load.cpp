@@ -3,6 +3,7 @@
 
 #include <cstring>
 
+#include "parameters/live/parametervernierworker.h"
 #include "parameters/modesectionreader.h"
 #include "parameters/parameterbinaryfile.h"
 #include "parameters/parameterfilesymboltable.h"
@@ -70,6 +71,10 @@ bool ParameterSetManager::EndLoad(bool loaded)
     {
         // Nothing half-built may be reachable.
         FreeBinaryParameters();
+    }
+    else if (m_pWorker != nullptr && m_isAutostart)
+    {
+        m_pWorker->Start();
     }
     return loaded;
 }

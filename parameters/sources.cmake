@@ -23,6 +23,7 @@ add_room(kiro_parameters
     parameters/parametermemberreaders.cpp
     parameters/parametermodule.cpp
     parameters/parametersetmanager.cpp
+    parameters/parametersetmanager_live.cpp
     parameters/parametersetmanager_load.cpp
     parameters/parametersetmanager_lookup.cpp
     parameters/parametersetmanager_modeloading.cpp

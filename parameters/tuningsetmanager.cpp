@@ -11,8 +11,8 @@ constexpr const CHAR* ToolVersion = "Parameter Parser V7.4.1";
 }  // namespace
 
 ModuleSetManager::ModuleSetManager(const CHAR* pClassName, const CHAR* pName,
-                                   std::span<const tuning::ModuleDescription> modules)
-    : ParameterSetManager(pName, modules, Options{}), m_pClassName(pClassName)
+                                   std::span<const tuning::ModuleDescription> modules, const Options& rOptions)
+    : ParameterSetManager(pName, modules, rOptions), m_pClassName(pClassName)
 {
     ParameterLogging::Write(this, ParameterLogging::Debug, "%s constructed: %s\n", pClassName, ToolVersion);
 }
@@ -39,7 +39,8 @@ bool ModuleSetManager::UpdateBinaryParameters(const BYTE*, UINT64)
     return false;
 }
 
-TuningSetManager::TuningSetManager(const CHAR* pName) : SetManagerOf("TuningSetManager", pName, tuning::TuningModules)
+TuningSetManager::TuningSetManager(const CHAR* pName)
+    : SetManagerOf("TuningSetManager", pName, tuning::TuningModules, {.liveTuning = true})
 {
 }
 
@@ -48,8 +49,13 @@ TuningSetManager::TuningSetManager(ParameterSetManager* pMain, BYTE tableIndex)
 {
 }
 
+TuningSetManager::~TuningSetManager()
+{
+    StopLiveTuning();
+}
+
 ImageSensorModuleSetManager::ImageSensorModuleSetManager(const CHAR* pName)
-    : SetManagerOf("ImageSensorModuleSetManager", pName, tuning::ImageSensorModules)
+    : SetManagerOf("ImageSensorModuleSetManager", pName, tuning::ImageSensorModules, {})
 {
 }
 
@@ -58,7 +64,7 @@ ImageSensorModuleSetManager::ImageSensorModuleSetManager(ParameterSetManager* pM
 {
 }
 
-fdSetManager::fdSetManager(const CHAR* pName) : SetManagerOf("fdSetManager", pName, tuning::FaceDetectionModules)
+fdSetManager::fdSetManager(const CHAR* pName) : SetManagerOf("fdSetManager", pName, tuning::FaceDetectionModules, {})
 {
 }
 

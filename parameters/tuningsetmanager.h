@@ -52,7 +52,8 @@ public:
 
 protected:
     /// A main manager. @param pClassName for messages; must outlive the manager, as must modules
-    ModuleSetManager(const CHAR* pClassName, const CHAR* pName, std::span<const tuning::ModuleDescription> modules);
+    ModuleSetManager(const CHAR* pClassName, const CHAR* pName, std::span<const tuning::ModuleDescription> modules,
+                     const Options& rOptions);
 
     /// A derived manager.
     ModuleSetManager(const CHAR* pClassName, ParameterSetManager* pMain, BYTE tableIndex);
@@ -83,7 +84,8 @@ protected:
     using ModuleSetManager::ModuleSetManager;
 };
 
-/// The tuning of image processing, exposure, focus and white balance.
+/// The tuning of image processing, exposure, focus and white balance. Serves tuning tools from the first load on,
+/// unless SetLiveTuningAutostart forbids it.
 class TAVO_VISIBLE TuningSetManager : public SetManagerOf<TuningSetManager>
 {
 public:
@@ -92,6 +94,8 @@ public:
 
     /// A derived manager for a further mode table. @param pMain must outlive it
     TuningSetManager(ParameterSetManager* pMain, BYTE tableIndex);
+
+    ~TuningSetManager() override;
 
 #include "schema/modules.def"
 };

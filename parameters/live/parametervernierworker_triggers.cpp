@@ -115,7 +115,7 @@ VOID ParameterVernierWorker::SendTriggerValues(const ParameterTriggerValues& rRe
     UINT32       position = vernier::HeaderSize;
     const auto   append   = [&](const VOID* pData, size_t size)
     {
-        std::memcpy(answer.Data() + position, pData, size);
+        std::copy_n(static_cast<const BYTE*>(pData), size, answer.Data() + position);
         position += static_cast<UINT32>(size);
     };
     append(texts.data(), texts.size());

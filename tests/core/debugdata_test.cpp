@@ -136,6 +136,7 @@ protected:
     {
         const std::vector<BYTE> bytes =
             tuningfile::WriteBinary(tuningfile::ParseText(RecordTuning, "record.yaml"), tuningfile::NewestVersion);
+        m_store.SetLiveTuningAutostart(false);
         EXPECT_TRUE(m_store.LoadBinaryParameters(bytes.data(), bytes.size())) << m_store.GetErrorText();
         const AECAlgoCreateParamList noParams{};
         EXPECT_EQ(CreateKiroCoreAlgo(m_tuning, m_record.Host(), noParams, m_pAlgo), 0);

@@ -227,6 +227,7 @@ TEST_F(SetManagerTest, ADerivedManagerWorksOnItsOwnTable)
     maker.builder.AddModule("abf40_ife", {4, 0, 0}, front, {1, 2, 3});
     maker.builder.AddModule("abf40_ife", {4, 0, 0}, back, {4, 5, 6});
     TuningSetManager main("cam");
+    main.SetLiveTuningAutostart(false);
     ASSERT_TRUE(main.LoadBinaryParameters(Write(maker.Build()))) << log.Text();
     EXPECT_EQ(main.GetModeTableCount(), 2u);
 

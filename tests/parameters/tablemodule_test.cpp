@@ -92,6 +92,7 @@ TEST_F(SetManagerTest, TheStoresKnowTheirModules)
                            *TuningRecordOf(static_cast<const kirotouch::KIROTouchType*>(nullptr)), &touch);
     maker.builder.AddModule("lsc34_ife", {3, 4, 1}, root, {1, 2});
     TuningSetManager tuning("rear");
+    tuning.SetLiveTuningAutostart(false);
     ASSERT_TRUE(LoadBuffer(tuning, maker.Build())) << log.Text();
     const kirotouch::KIROTouchType* pTouch = tuning.GetModule_kirotouch(nullptr, 0, nullptr);
     ASSERT_NE(pTouch, nullptr);

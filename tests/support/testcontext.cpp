@@ -31,6 +31,7 @@ std::unique_ptr<TuningSetManager> TestTuning::Load() const
 {
     const ParameterFile file   = m_builder.Build();
     auto                pStore = std::make_unique<TuningSetManager>("test");
+    pStore->SetLiveTuningAutostart(false);
     EXPECT_TRUE(pStore->LoadBinaryParameters(file.bytes.data(), file.bytes.size())) << pStore->GetErrorText();
     return pStore;
 }

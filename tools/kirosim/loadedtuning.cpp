@@ -18,6 +18,7 @@ std::vector<TuningMode> DefaultSelectors()
 
 LoadedTuning::LoadedTuning(const std::string& rPath, bool isLive) : m_isLive(isLive), m_manager("kirosim")
 {
+    m_manager.SetLiveTuningAutostart(isLive);
     bool isLoaded = false;
     if (tuningfile::IsText(rPath))
     {

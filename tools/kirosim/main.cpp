@@ -265,12 +265,29 @@ VOID ShowFrame(const RunOptions& rOptions, const kirosim::Scene& rScene, const k
     }
 }
 
+/// Where a camera that runs on can be tuned.
+VOID ShowPort(const RunOptions& rOptions, kirosim::LoadedTuning& rTuning)
+{
+    if (!rTuning.IsLive() || !(rOptions.isRealtime || rOptions.IsLooping()))
+    {
+        return;
+    }
+    const UINT16 port = rTuning.Manager().GetLiveTuningPort();
+    if (port == 0)
+    {
+        fmt::print(stderr, "kirosim: no port is free for live tuning\n");
+        return;
+    }
+    fmt::print("live tuning at port {}\n", port);
+}
+
 VOID Run(const RunOptions& rOptions)
 {
     g_isVerbose = rOptions.isVerbose;
     TavoDesk::SetSystemLogSink(&ShowStoreLine, nullptr);
-    const kirosim::Scene      scene = ReadRunScene(rOptions);
-    kirosim::LoadedTuning     tuning(rOptions.tuning, !rOptions.isNotLive);
+    const kirosim::Scene  scene = ReadRunScene(rOptions);
+    kirosim::LoadedTuning tuning(rOptions.tuning, !rOptions.isNotLive);
+    ShowPort(rOptions, tuning);
     kirosim::Simulation       simulation(scene, tuning, LogToStderr);
     kirosim::RunReport        report(scene);
     const kirosim::StopSignal stopSignal;  // before there are files to clear away

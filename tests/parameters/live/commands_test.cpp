@@ -148,12 +148,12 @@ TEST_F(LiveCommandsTest, DeviceInfoTellsVersionIdAndTables)
     Load();
     const std::string name = m_manager->GetLoggingIdentifier();
     ASSERT_EQ(name.substr(0, 4), "cam;");
-    EXPECT_EQ(Ask(Request(0)), Number<UINT16>(19286) + Number<UINT16>(0) +
-                                   Number(static_cast<UINT16>(name.size() + 17)) + Bytes{2, 0} + Number(ID()) +
-                                   Text(name));
+    const UINT16 length = static_cast<UINT16>(name.size() + 17);
+    const Bytes  header = Number<UINT16>(19286) + Number<UINT16>(0) + Number(length) + Bytes({2, 0}) + Number(ID());
+    EXPECT_EQ(Ask(Request(0)), header + Text(name));
 
     // A packet of three bytes can name no command and counts as this one.
-    EXPECT_EQ(PayloadOf(Ask(WithLength(Request(7), 3) + Bytes{}), 16), name);
+    EXPECT_EQ(PayloadOf(Ask(WithLength(Request(7), 3)), 16), name);
     m_client.reset();
     Load(true);
     EXPECT_EQ(PayloadOf(Ask(Request(0)), 16), std::string(m_manager->GetLoggingIdentifier()) + ":main,second");
@@ -281,7 +281,7 @@ TEST_F(LiveCommandsTest, SetValuesAnswersWhatItReadsBack)
     EXPECT_EQ(AskText(6, "Default|Usecase.Video:alpha:value;value=;nothing=3;steps[1]=2.5;value=1e3;;steps[0]=9"),
               "steps[1]=2.5;steps[0]=9.0");
     EXPECT_EQ(value(video), std::pair(-7, 3u));
-    EXPECT_TRUE(IsLogged("Vernier SetValues failed: Mode: 0.0|2.2, Value: nothing=3"));
+    EXPECT_TRUE(IsLogged("Vernier SetValues failed: Mode: 0|2.2, Value: nothing=3"));
     EXPECT_TRUE(IsLogged("Vernier command succeeded: SetValues(6), ID: 16909060, Payload: steps[1]=2.5;steps[0]=9.0"));
     EXPECT_EQ(AskText(6, "Default:alpha.module_version:major_revision=4"), "major_revision=4");
 

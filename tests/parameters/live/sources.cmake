@@ -1,4 +1,5 @@
 list(APPEND ROOM_TESTS
+    commands_test.cpp
     framing_test.cpp
     transport_test.cpp
 )
