@@ -2,6 +2,7 @@ list(APPEND ROOM_TESTS
     parameterbinaryfile_test.cpp
     parameterutils_test.cpp
     recordloading_test.cpp
+    recordtext_test.cpp
     symboltable_test.cpp
 )
 
