@@ -151,9 +151,9 @@ TextNode JsonValue(const std::string& rModule, const liveclient::Value& rValue)
     return list;
 }
 
-std::string ControlName(UINT32 id)
+std::string ControlName(UINT32)
 {
-    return std::to_string(id);
+    return "";
 }
 
 bool IsPlainText(const std::vector<BYTE>& rBytes)

@@ -28,7 +28,7 @@ tuningfile::TextNode JsonList(const std::vector<std::string>& rTexts);
 /// A value as number, list of numbers or text, by the schema if that knows the member, otherwise by its looks.
 tuningfile::TextNode JsonValue(const std::string& rModule, const liveclient::Value& rValue);
 
-/// The name of a number that the camera publishes; its ID alone if it has none.
+/// The name of a number that the camera publishes; empty if this program knows none.
 std::string ControlName(UINT32 id);
 
 /// @return whether all bytes are ASCII that can be shown, line ends included

@@ -1,6 +1,7 @@
 #include "tools/kirotune/livesession.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <cmath>
 #include <csignal>
@@ -85,7 +86,7 @@ public:
         sigemptyset(&m_signals);
         sigaddset(&m_signals, SIGINT);
         sigaddset(&m_signals, SIGTERM);
-        sigprocmask(SIG_BLOCK, &m_signals, nullptr);
+        pthread_sigmask(SIG_BLOCK, &m_signals, nullptr);
     }
 
     /// @return whether such a signal has come until then
@@ -189,10 +190,11 @@ VOID LiveSession::Controls()
     TextNode         list = TextNode::List();
     for (const liveclient::ControlValue& rControl : m_client.ControlValues())
     {
+        const std::string id   = std::to_string(rControl.id);
         const std::string text = fmt::format("{}", rControl.value);
-        rows.push_back({ControlName(rControl.id), text});
+        rows.push_back({id, text, ControlName(rControl.id)});
         TextNode& rItem = list.Add(TextNode::Map());
-        rItem.Add("id", TextNode::Scalar(std::to_string(rControl.id)));
+        rItem.Add("id", TextNode::Scalar(id));
         rItem.Add("name", JsonText(ControlName(rControl.id)));
         rItem.Add("value", std::isfinite(rControl.value) ? TextNode::Scalar(text) : JsonText(text));
     }
@@ -201,7 +203,7 @@ VOID LiveSession::Controls()
         Print(list);
         return;
     }
-    PrintTable({"control", "value"}, rows);
+    PrintTable({"id", "value", "name"}, rows);
 }
 
 VOID LiveSession::Info(const std::string& rPath, const std::string& rModule)
