@@ -367,8 +367,7 @@ TEST(LiveSession, ShowsWhatASetHasDone)
               run({Says(5, "data[0].weight=1.0"), Says(6, "data[0].weight=0.5")}, {"data[0].weight=0.5"}, 2));
     EXPECT_EQ("b  2.0  ->  3.0\nthe camera did not set: a",
               run({Says(5, "a=1.0;b=2.0"), Says(6, "b=3.0")}, {"a=1", "b=3"}, 2));
-    EXPECT_EQ("the camera has no answer: no such mode path, module or member: Default kirodbroi b",
-              run({Says(5, "a=1.0")}, {"a=1", "b=3"}, 1));
+    EXPECT_EQ("no such mode path, module or member: 'Default' kirodbroi b", run({Says(5, "a=1.0")}, {"a=1", "b=3"}, 1));
     EXPECT_EQ("'a': expected NAME=VALUE", run({}, {"a"}, 0));
 }
 
@@ -382,6 +381,18 @@ TEST(LiveSession, ListsModesOnlyOfPathsThatThereAre)
                       kirotune::LiveSession session(To(service.Port()), false);
                       session.Modes("Default|Usecase.Video|Scene.Snow");
                   }));
+}
+
+TEST(LiveSession, DescribesOneMemberByItsRecord)
+{
+    ScriptedService service({Says(4, ""), Says(4, "luxSyncConfig=1,Enum;masterAndSlaveConfig,Structure")});
+    testing::internal::CaptureStdout();
+    {
+        kirotune::LiveSession session(To(service.Port()), false);
+        session.Info("Default", "kirosync.luxSyncConfig");
+    }
+    EXPECT_EQ("member         type  count  value\nluxSyncConfig  Enum         1 (UseMaster)\n",
+              testing::internal::GetCapturedStdout());
 }
 
 TEST(LiveSession, WatchesForChanges)

@@ -34,10 +34,10 @@ VOID Print(const TextNode& rNode)
 }
 
 /// What an answer without content may mean. The service does not say more.
+/// @param rMembers those that are missing; none if all were asked for
 Error Nothing(const std::string& rPath, const std::string& rModule, const std::vector<std::string>& rMembers)
 {
     const std::string             name = rModule.substr(0, rModule.find('.'));
-    std::string                   advice;
     std::vector<std::string_view> names;
     for (const tuning::ModuleDescription& rKnown : tuning::TuningModules)
     {
@@ -46,12 +46,15 @@ Error Nothing(const std::string& rPath, const std::string& rModule, const std::v
             names.push_back(rKnown.pName);
         }
     }
+    std::string text = "no such mode path, module or member";
+    text += rMembers.empty() ? ", or no values right below it" : "";
+    text += fmt::format(": '{}' {}", rPath, rModule);
+    text += rMembers.empty() ? "" : fmt::format(" {}", fmt::join(rMembers, ","));
     if (std::find(names.begin(), names.end(), name) == names.end())
     {
-        advice = "; of modules, " + tuningfile::Advice(name, names);
+        text += "; for the module, " + tuningfile::Advice(name, names);
     }
-    return Error(fmt::format("the camera has no answer: no such mode path, module or member: {} {} {}{}", rPath,
-                             rModule, fmt::join(rMembers, ","), advice));
+    return Error(text);
 }
 
 /// Takes the value of that name out of a list. @return whether there was one
@@ -206,20 +209,40 @@ VOID LiveSession::Controls()
     PrintTable({"id", "value", "name"}, rows);
 }
 
-VOID LiveSession::Info(const std::string& rPath, const std::string& rModule)
+/// Describes the members of a record, or one member. For the latter the service has no answer: it is found among the
+/// members of its record.
+/// @param rRecord the text by which the record is named
+std::vector<liveclient::MemberInfo> LiveSession::Describe(const std::string& rPath, const std::string& rModule,
+                                                          std::string& rRecord)
 {
-    const std::vector<liveclient::MemberInfo> infos = m_client.Info(rPath, rModule);
+    rRecord                                   = rModule;
+    std::vector<liveclient::MemberInfo> infos = m_client.Info(rPath, rModule);
+    const size_t                        dot   = rModule.rfind('.');
+    if (infos.empty() && dot != std::string::npos)
+    {
+        const std::string member = rModule.substr(dot + 1, rModule.find('[', dot) - dot - 1);
+        rRecord                  = rModule.substr(0, dot);
+        infos                    = m_client.Info(rPath, rRecord);
+        std::erase_if(infos, [&](const liveclient::MemberInfo& rInfo) { return rInfo.name != member; });
+    }
     if (infos.empty())
     {
         throw Nothing(rPath, rModule, {});
     }
-    std::vector<Row> rows;
-    TextNode         list = TextNode::List();
+    return infos;
+}
+
+VOID LiveSession::Info(const std::string& rPath, const std::string& rModule)
+{
+    std::string                               record;
+    const std::vector<liveclient::MemberInfo> infos = Describe(rPath, rModule, record);
+    std::vector<Row>                          rows;
+    TextNode                                  list = TextNode::List();
     for (const liveclient::MemberInfo& rInfo : infos)
     {
         const std::string count = rInfo.count ? std::to_string(*rInfo.count) : "";
         const Value       value{rInfo.name, rInfo.value};
-        rows.push_back({rInfo.name, rInfo.type, count, WithEnumerator(rModule, value)});
+        rows.push_back({rInfo.name, rInfo.type, count, WithEnumerator(record, value)});
         TextNode& rItem = list.Add(TextNode::Map());
         rItem.Add("name", JsonText(rInfo.name));
         rItem.Add("type", JsonText(rInfo.type));
@@ -230,7 +253,7 @@ VOID LiveSession::Info(const std::string& rPath, const std::string& rModule)
         if (!rInfo.value.empty())
         {
             const bool isText = rInfo.type == ParameterParserInfo::TypeString;
-            rItem.Add("value", isText ? JsonText(rInfo.value) : JsonValue(rModule, value));
+            rItem.Add("value", isText ? JsonText(rInfo.value) : JsonValue(record, value));
         }
     }
     if (m_isJson)

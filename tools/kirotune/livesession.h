@@ -51,8 +51,10 @@ private:
     VOID PrintSample(const std::string& rModule, DOUBLE seconds, const std::vector<liveclient::Value>& rValues) const;
     VOID PrintTableIndex(UINT32 index);
     VOID RequireMode(const std::string& rPath);
-    std::vector<liveclient::Value> GetAll(const std::string& rPath, const std::string& rModule,
-                                          const std::vector<std::string>& rMembers);
+    std::vector<liveclient::MemberInfo> Describe(const std::string& rPath, const std::string& rModule,
+                                                 std::string& rRecord);
+    std::vector<liveclient::Value>      GetAll(const std::string& rPath, const std::string& rModule,
+                                               const std::vector<std::string>& rMembers);
 
     liveclient::Client m_client;
     const bool         m_isJson;
