@@ -54,6 +54,8 @@ refuses "run.dbg: no frame 3, there are frames 1 to 2" "$bin/kirotune" debug "$w
 head -c 400000 "$work/run.dbg" >"$work/cut.dbg"
 refuses "cut.dbg: cut within record 1" "$bin/kirotune" debug "$work/cut.dbg"
 
+refuses "^nobody listens at 127.0.0.1:1: Connection refused$" "$bin/kirotune" live device --json --port 1
+
 for output in out.csv out.bin out.dbg; do
     [ ! -e "$work/$output" ] || { echo "$output was left behind"; failures=$((failures + 1)); }
 done

@@ -3,6 +3,7 @@ set(ROOM_TESTS
     debugfile_test.cpp
     files_test.cpp
     hostile_test.cpp
+    liveclient_test.cpp
     roundtrip_test.cpp
     schematext_test.cpp
     textinput_test.cpp

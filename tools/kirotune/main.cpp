@@ -1,4 +1,4 @@
-/// kirotune: makes, reads and checks tuning files, and reads debug records.
+/// kirotune: makes, reads and checks tuning files, reads debug records, and tunes running cameras.
 #include <exception>
 #include <functional>
 #include <optional>
@@ -8,6 +8,7 @@
 
 #include "tools/kirotune/commands.h"
 #include "tools/kirotune/debugcommand.h"
+#include "tools/kirotune/livecommand.h"
 #include "tools/tuningfile/binaryoutput.h"
 
 namespace
@@ -20,7 +21,7 @@ constexpr int BadUsage = 2;
 
 int main(int argc, char** argv)
 {
-    CLI::App app("Makes, reads and checks tuning files, and reads debug records.", "kirotune");
+    CLI::App app("Makes, reads and checks tuning files, reads debug records, and tunes running cameras.", "kirotune");
     app.require_subcommand(1);
 
     std::string          input;
@@ -65,6 +66,8 @@ int main(int argc, char** argv)
     auto* pFrame = pDebug->add_option("--frame", frame, "frame to show, instead of the last one");
     pDebug->add_flag("--list", isList, "a line for each frame")->excludes(pFrame);
     pDebug->callback([&] { run = [&] { return kirotune::Debug(input, frame, isList); }; });
+
+    kirotune::AddLiveCommands(app, run);
 
     try
     {

@@ -18,8 +18,14 @@ bool IsScalar(const TextNode& rNode)
     return rNode.kind == TextNode::Kind::Scalar;
 }
 
-/// Appends a node in the form that stands on one line: "{a: 1, b: [2, 3]}".
-VOID AppendFlow(const TextNode& rNode, std::string& rText)
+enum class Names
+{
+    Plain,
+    Quoted
+};
+
+/// Appends a node in the form that stands on one line: "{a: 1, b: [2, 3]}", which is JSON if names are quoted.
+VOID AppendFlow(const TextNode& rNode, Names names, std::string& rText)
 {
     if (IsScalar(rNode))
     {
@@ -34,9 +40,9 @@ VOID AppendFlow(const TextNode& rNode, std::string& rText)
         rText += pSeparator;
         if (isMap)
         {
-            rText += rName + ": ";
+            rText += ((names == Names::Quoted) ? TextNode::Quoted(rName).scalar : rName) + ": ";
         }
-        AppendFlow(rValue, rText);
+        AppendFlow(rValue, names, rText);
         pSeparator = ", ";
     }
     rText += isMap ? '}' : ']';
@@ -88,7 +94,7 @@ VOID YamlPrinter::PrintValue(const TextNode& rNode, size_t indent, size_t used)
     if (IsScalar(rNode) || rNode.items.empty() || FitsFlow(rNode, LineWidth, width))
     {
         text += ' ';
-        AppendFlow(rNode, text);
+        AppendFlow(rNode, Names::Plain, text);
         text += '\n';
         return;
     }
@@ -223,6 +229,13 @@ std::string ToJson(const TextNode& rNode)
 {
     std::string text;
     AppendJson(rNode, 0, text);
+    return text + '\n';
+}
+
+std::string ToJsonLine(const TextNode& rNode)
+{
+    std::string text;
+    AppendFlow(rNode, Names::Quoted, text);
     return text + '\n';
 }
 

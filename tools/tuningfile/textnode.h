@@ -53,4 +53,7 @@ std::string ToYaml(const TextNode& rMap);
 /// Prints as indented JSON.
 std::string ToJson(const TextNode& rNode);
 
+/// Prints as JSON on one line.
+std::string ToJsonLine(const TextNode& rNode);
+
 }  // namespace tuningfile

@@ -1,0 +1,413 @@
+/// What the client of live tuning sends, and what it makes of good and bad answers.
+#include <random>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/tools/scriptedservice.h"
+#include "tools/kirotune/livemembers.h"
+#include "tools/kirotune/liveoutput.h"
+#include "tools/kirotune/livesession.h"
+#include "tools/liveclient/packet.h"
+#include "tools/liveclient/texts.h"
+
+namespace
+{
+
+using namespace liveclient;
+using testing::ElementsAre;
+using testing::FieldsAre;
+using testing::HasSubstr;
+
+constexpr UINT64 Token = 0x1122334455667788;
+
+Options To(UINT16 port, int milliseconds = 20000)
+{
+    return {"127.0.0.1", port, std::chrono::milliseconds(milliseconds)};
+}
+
+/// An answer with a text.
+ScriptedService::Reply Says(UINT16 command, std::string_view text)
+{
+    return [command, payload = Text(text)](UINT32 requestID)
+    { return Packet(command, Token, vernier::HasRequestID(command) ? &requestID : nullptr, payload); };
+}
+
+ScriptedService::Reply Sends(const Bytes& rBytes)
+{
+    return [rBytes](UINT32) { return rBytes; };
+}
+
+/// The answer to DeviceInfo: version 2.0 before the token.
+ScriptedService::Reply DeviceSays(std::string_view text)
+{
+    ByteWriter payload;
+    payload.Raw<UINT16>(Token >> 48).Bytes(Text(text));
+    Bytes packet = Packet(0, (Token << 16) | 2, nullptr, payload.Get());
+    return Sends(packet);
+}
+
+template <typename Action> std::string Fault(Action action)
+{
+    try
+    {
+        action();
+    }
+    catch (const Error& rFault)
+    {
+        return rFault.what();
+    }
+    return "no fault";
+}
+
+TEST(LiveClient, TalksAsTheProtocolSays)
+{
+    const Bytes modes{
+        'S', 'e', 'n', 's', 'o', 'r', '.', '0', ',', 'U', 's', 'e', 'c', 'a', 's', 'e',
+        '.', 'Z', 'S', 'L', 0,   0,   0,   0,   0,   0,   0,   0,   0,   0,   0};  // the service adds ten zeros
+    ScriptedService service(
+        {Says(1, "Default;Default|Usecase.Video"), DeviceSays("cam:0:main,night"),
+         Says(2, "7=1.500000,4000000000=-nan"), [&](UINT32 requestID) { return Packet(3, Token, &requestID, modes); },
+         Says(4, "mode=2,Enum;text=a,b;c=d,String;rec,Structure;list,Float,3;x=-0.5,Float"),
+         Says(5, "a=1.0;t=x;y;list=1.0,2.0;e="), Says(6, "a=0.5;b=-3.0"), Says(9, "1"), Says(9, "0"),
+         [](UINT32 requestID) {
+             return Packet(8, Token, &requestID, {0x34, 0x12, 0xFF, 0x00});
+         }});
+    {
+        Client client(To(service.Port()));
+        EXPECT_THAT(client.ActiveModes(), ElementsAre("Default", "Default|Usecase.Video"));
+        const DeviceInfo device = client.Device();
+        EXPECT_EQ("cam:0", device.name);
+        EXPECT_THAT(device.tables, ElementsAre("main", "night"));
+        EXPECT_EQ(2, device.major);
+        EXPECT_EQ(0, device.minor);
+        EXPECT_EQ(Token, device.id);
+        const std::vector<ControlValue> controls = client.ControlValues();
+        ASSERT_EQ(2u, controls.size());
+        EXPECT_EQ(7u, controls[0].id);
+        EXPECT_EQ(1.5, controls[0].value);
+        EXPECT_EQ(4000000000u, controls[1].id);
+        EXPECT_TRUE(std::isnan(controls[1].value));
+        EXPECT_THAT(client.ChildModes("0"), ElementsAre("Sensor.0", "Usecase.ZSL"));
+        EXPECT_THAT(client.Info("Default", "m.r"),
+                    ElementsAre(FieldsAre("mode", "2", "Enum", std::nullopt),
+                                FieldsAre("text", "a,b;c=d", "String", std::nullopt),
+                                FieldsAre("rec", "", "Structure", std::nullopt), FieldsAre("list", "", "Float", 3u),
+                                FieldsAre("x", "-0.5", "Float", std::nullopt)));
+        EXPECT_THAT(client.Get("0.0|2.2", "m", {"a", "t"}),
+                    ElementsAre(FieldsAre("a", "1.0"), FieldsAre("t", "x;y"), FieldsAre("list", "1.0,2.0"),
+                                FieldsAre("e", "")));
+        EXPECT_THAT(client.Set("Default", "m", {{"a", "0.5"}, {"b[1]", "-3"}}),
+                    ElementsAre(FieldsAre("a", "0.5"), FieldsAre("b", "-3.0")));
+        EXPECT_EQ(1u, client.TableIndex());
+        EXPECT_EQ(0u, client.SelectTable(12));
+        const Bytes        bytes{0, 1, 2};
+        const CustomResult custom = client.Custom(bytes);
+        EXPECT_EQ(0x1234, custom.result);
+        EXPECT_THAT(custom.bytes, ElementsAre(0xFF, 0x00));
+    }
+    const std::vector<Bytes>& rRequests = service.End();
+    ASSERT_EQ(10u, rRequests.size());
+    EXPECT_EQ((Bytes{0x56, 0x4B, 1, 0, 14, 0, 0, 0, 0, 0, 0, 0, 0, 0}), rRequests[0]);
+    EXPECT_EQ((Bytes{0x56, 0x4B, 0, 0, 14, 0, 0, 0, 0, 0, 0, 0, 0, 0}), rRequests[1]);
+    EXPECT_EQ((Bytes{0x56, 0x4B, 2, 0, 14, 0, 0x88, 0x77, 0x66, 0x55, 0x44, 0x33, 0x22, 0x11}), rRequests[2]);
+    const std::pair<UINT16, const char*> texts[] = {
+        {3, "Default"}, {4, "Default:m.r"}, {5, "Default|Usecase.Video:m:a,t"}, {6, "Default:m:a=0.5;b[1]=-3"},
+        {9, ""},        {9, "12"}};
+    UINT32 lastID = 0;
+    for (size_t index = 0; index < std::size(texts); ++index)
+    {
+        const auto& [command, pText] = texts[index];
+        const Bytes& rRequest        = rRequests[3 + index];
+        UINT32       requestID       = 0;
+        std::memcpy(&requestID, rRequest.data() + 14, vernier::HasRequestID(command) ? 4 : 0);
+        EXPECT_EQ(Packet(command, Token, vernier::HasRequestID(command) ? &requestID : nullptr, Text(pText)), rRequest);
+        EXPECT_TRUE(!vernier::HasRequestID(command) || requestID != lastID);
+        lastID = requestID;
+    }
+    EXPECT_EQ((Bytes{0, 1, 2}), Bytes(rRequests[9].begin() + 18, rRequests[9].end()));
+    EXPECT_EQ(ECONNRESET, service.LastError()) << "only a reset frees the service for the next client at once";
+}
+
+TEST(LiveClient, SkipsAnswersToOthers)
+{
+    ScriptedService service({[](UINT32 requestID)
+                             {
+                                 const UINT32 stale = requestID - 1000;
+                                 Bytes        bytes = Packet(5, Token, &stale, Text("a=1.0"));
+                                 for (const Bytes& rMore :
+                                      {Packet(7, Token, nullptr, Text("p:m:t#")),
+                                       Packet(6, Token, &requestID, Text("")), Packet(0xFFFF, Token, nullptr, {}),
+                                       Packet(5, Token, &requestID, Text("a=2.0"))})
+                                 {
+                                     bytes.insert(bytes.end(), rMore.begin(), rMore.end());
+                                 }
+                                 return bytes;
+                             }},
+                            false, 1);  // half a request of another client has swallowed the first one
+    {
+        Client client(To(service.Port(), 2000));
+        EXPECT_THAT(client.Get("Default", "m", {"a"}), ElementsAre(FieldsAre("a", "2.0")));
+    }
+}
+
+TEST(LiveClient, RefusesBadAnswersAndLeaves)
+{
+    const auto cut = [](Bytes bytes, size_t size)
+    {
+        bytes.resize(size);
+        return bytes;
+    };
+    const Bytes good = Packet(1, Token, nullptr, Text("Default"));
+    struct Case
+    {
+        Bytes       answer;
+        bool        closes;   ///< behind the answer
+        int         timeout;  ///< ms; short where the client has to wait for its end
+        const char* pFault;
+    };
+    const Case cases[] = {
+        {{}, true, 20000, "has closed the connection"},
+        {{}, false, 1000, "no answer to ActiveModes within 1000 ms"},
+        {cut(good, 3), true, 20000, "has closed the connection"},
+        {cut(good, 20), true, 20000, "has closed the connection"},
+        {cut(good, 20), false, 1000, "an answer ends after 20 of 22 bytes"},
+        {cut(good, 5), false, 1000, "an answer ends after 5 of 6 bytes"},
+        {Text("HTTP/1.1 400"), false, 20000, "an answer starts with 21576, expected 19286"},
+        {{0x56, 0x4B, 1, 0, 0, 0}, false, 20000, "says that it has 0 bytes, expected at least 14"},
+        {{0x56, 0x4B, 0, 0, 15, 0}, false, 20000, "says that it has 15 bytes, expected at least 16"},
+        {{0x56, 0x4B, 5, 0, 17, 0}, false, 20000, "says that it has 17 bytes, expected at least 18"},
+        {Packet(1, Token, nullptr, {'D', 'e'}), false, 20000, "has no end"},
+        {Packet(1, Token, nullptr, {}), false, 20000, "has no end"},
+    };
+    for (const Case& rCase : cases)
+    {
+        ScriptedService service({Sends(rCase.answer)}, rCase.closes);
+        {
+            Client client(To(service.Port(), rCase.timeout));
+            EXPECT_THAT(Fault([&] { (VOID) client.ActiveModes(); }), HasSubstr(rCase.pFault));
+        }
+    }
+    ScriptedService service(
+        {[](UINT32 requestID) { return Packet(8, Token, &requestID, {1}); }, Says(9, "x"), Sends({})});
+    {
+        Client client(To(service.Port(), 1000));
+        EXPECT_THAT(Fault([&] { (VOID) client.Custom(Bytes{1}); }), HasSubstr("holds no result"));
+        EXPECT_THAT(Fault([&] { (VOID) client.TableIndex(); }), HasSubstr("'x', expected a number"));
+        EXPECT_THAT(Fault([&] { (VOID) client.Device(); }), HasSubstr("no answer"));
+        EXPECT_THAT(Fault([&] { (VOID) client.Device(); }), HasSubstr("the connection has been closed"));
+    }
+}
+
+TEST(LiveClient, TellsWhyThereIsNoConnection)
+{
+    const int   listening = socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in address{};
+    address.sin_family      = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size          = sizeof(address);
+    ASSERT_EQ(0, bind(listening, reinterpret_cast<sockaddr*>(&address), size));
+    ASSERT_EQ(0, getsockname(listening, reinterpret_cast<sockaddr*>(&address), &size));
+    const UINT16      port = ntohs(address.sin_port);
+    const std::string peer = "127.0.0.1:" + std::to_string(port);
+    EXPECT_EQ("nobody listens at " + peer + ": Connection refused", Fault([&] { Client client(To(port)); }));
+    ASSERT_EQ(0, listen(listening, 1));  // takes connections, as for a second client, and never serves them
+    EXPECT_THAT(Fault([&] { Client client(To(port, 100)); }),
+                HasSubstr(peer + " takes the connection but does not answer within 100 ms"));
+    close(listening);
+    EXPECT_THAT(Fault([] { Client client({"no such host", 1}); }), HasSubstr("unknown host 'no such host': "));
+}
+
+TEST(LiveClient, NothingFromTheNetworkDoesMoreThanFail)
+{
+    std::mt19937      random(1);
+    const std::string letters = "a1.-=,;:|\x80 nanFloatEnum";
+    for (int round = 0; round < 5000; ++round)
+    {
+        std::string text;
+        for (UINT32 count = random() % 40; count > 0; --count)
+        {
+            text += letters[random() % letters.size()];
+        }
+        const UINT32 requestID = 1;
+        Bytes        packet    = Packet(random() % 10, Token, (random() % 2 == 0) ? &requestID : nullptr, Text(text));
+        packet[4]              = static_cast<BYTE>(random() % (packet.size() + 1));
+        DeviceInfo device;
+        ParseDevice(text, device);
+        (VOID) ParseValues(text);
+        (VOID) kirotune::JsonValue("kirosync", {text, text});
+        (VOID) Fault([&] { (VOID) ParseControlValues(text); });
+        (VOID) Fault([&] { (VOID) ParseMemberInfos(text); });
+        (VOID) Fault(
+            [&]
+            {
+                const Bytes exact(packet.begin(), packet.begin() + AnswerLength(packet));
+                (VOID) TextOf(DecodeAnswer(exact));
+            });
+    }
+}
+
+TEST(LiveClient, SpellsOutModePaths)
+{
+    const std::pair<const char*, const char*> paths[] = {
+        {"0", "Default"},
+        {"0.0|1.3|2.2|5.20", "Default|Sensor.3|Usecase.Video|Scene.BestShot"},
+        {"Default|Sensor.3|4.HLG", "Default|Sensor.3|Feature2.HLG"},
+        {"0|2.99", "Default|Usecase.99"},  // without a name, as the service lists it
+    };
+    for (const auto& [pPath, pNamed] : paths)
+    {
+        EXPECT_EQ(pNamed, NamedPath(pPath));
+    }
+    const std::pair<const char*, const char*> faults[] = {
+        {"", "unknown mode ''"},
+        {"Default|", "unknown mode ''"},
+        {"Usecase.Video", "expected Default as the first mode"},
+        {"Default|Default", "expected Default as the first mode, and only there"},
+        {"0.1", "expected Default as the first mode"},
+        {"Default|Usecase", "expected 'Usecase.<sub-mode>'"},
+        {"Default|Usecase.Vdeo", "did you mean 'Video'?"},
+        {"Default|Use", "expected one of: Default, Sensor, Usecase"},
+        {"Default|Sensor.x", "expected a number from 0 to 65535"},
+        {"0|7.0", "no mode 7, there are 0 Default, 1 Sensor"},
+        {"0|2.65536", "unknown sub-mode '65536'"},
+    };
+    for (const auto& [pPath, pFault] : faults)
+    {
+        EXPECT_THAT(Fault([&, pText = pPath] { (VOID) NamedPath(pText); }), HasSubstr(pFault)) << pPath;
+    }
+}
+
+TEST(LiveClient, SendsOnlyWhatTheServiceReadsAsItIsMeant)
+{
+    for (const char* pText : {"0", "-12.5", ".5", "5.", "00.50"})
+    {
+        EXPECT_TRUE(IsNumber(pText)) << pText;
+    }
+    for (const char* pText : {"", "-", ".", "--1", "1-2", "+1", "1e3", "0x10", "1.2.3", " 1", "nan", "1,5"})
+    {
+        EXPECT_FALSE(IsNumber(pText)) << pText;
+    }
+    ScriptedService service({});
+    {
+        Client     client(To(service.Port()));
+        const auto set = [&](const std::string& rModule, const Value& rValue)
+        { return Fault([&] { (VOID) client.Set("Default", rModule, {rValue}); }); };
+        EXPECT_THAT(set("m", {"a", "1e3"}), HasSubstr("value '1e3' of a: expected a decimal number"));
+        EXPECT_THAT(set("m", {"a;b", "1"}), HasSubstr("member 'a;b': expected a name"));
+        EXPECT_THAT(set("m:x", {"a", "1"}), HasSubstr("module 'm:x': expected a name"));
+        EXPECT_THAT(set("", {"a", "1"}), HasSubstr("module ''"));
+        EXPECT_THAT(set("m", {"a", std::string(510, '1')}), HasSubstr("512 characters is too long"));
+        EXPECT_THAT(
+            Fault([&] { (VOID) client.Get("Default", "m", std::vector<std::string>(200, std::string(400, 'a'))); }),
+            HasSubstr("too long, at most 65534 can be sent"));
+    }
+    EXPECT_TRUE(service.End().empty());
+}
+
+TEST(LiveClient, KnowsWhatTheSchemaSays)
+{
+    using namespace kirotune;
+    const std::string sync  = "kirosync";
+    const std::string roi   = "kirodbroi";
+    const auto        first = FindMember(roi, "data[3].coords");
+    ASSERT_TRUE(first.has_value());
+    EXPECT_TRUE(first->isWholeArray);
+    EXPECT_FALSE(FindMember("kirodbroi.data[3]", "coords[1]")->isWholeArray);
+    for (const auto& [pModule, pMember] : {std::pair{"kirodbroi", "dat"},
+                                           {"none", "data"},
+                                           {"kirodbroi", "data.weight.x"},
+                                           {"kirodbroi", ""},
+                                           {"kirodbroi", "SymbolTableID"},
+                                           {".", "."}})
+    {
+        EXPECT_FALSE(FindMember(pModule, pMember).has_value()) << pModule << ' ' << pMember;
+    }
+    EXPECT_EQ("-1.5", NumberFor(roi, {"data[0].weight", "-1.5"}));
+    EXPECT_EQ("1", NumberFor("kirometering", {"luxIndexOperation.enableCompensation", "true"}));
+    EXPECT_EQ("0", NumberFor("unknown", {"switch", "false"}));
+    EXPECT_THAT(Fault([&] { (VOID) NumberFor(roi, {"data[0].coords", "1"}); }), HasSubstr("data[0].coords[0]=1"));
+    EXPECT_THAT(Fault([&] { (VOID) NumberFor(roi, {"data[0].description", "1"}); }), HasSubstr("is a text"));
+
+    const char* const lux = "luxSyncConfig";
+    EXPECT_EQ("1", NumberFor(sync, {lux, "UseMaster"}));
+    EXPECT_THAT(Fault([&] { (VOID) NumberFor(sync, {lux, "UseMastr"}); }), HasSubstr("did you mean 'UseMaster'?"));
+    EXPECT_EQ("1 (UseMaster)", WithEnumerator(sync, {lux, "1"}));
+    EXPECT_EQ("7", WithEnumerator(sync, {lux, "7"}));
+
+    const auto line = [](const std::string& rModule, const Value& rValue)
+    { return tuningfile::ToJsonLine(JsonValue(rModule, rValue)); };
+    EXPECT_EQ("[1.0]\n", line(roi, {"data[0].coords", "1.0"}));
+    EXPECT_EQ("[1.0, -2.0]\n", line("unknown", {"a", "1.0,-2.0"}));
+    EXPECT_EQ("\"7\"\n", line(roi, {"data[0].description", "7"}));
+    EXPECT_EQ("\"nan\"\n", line(roi, {"data[0].weight", "nan"}));
+    EXPECT_EQ("\"007\"\n", line("unknown", {"a", "007"}));
+    EXPECT_EQ("-0.5\n", line("unknown", {"a", "-0.5"}));
+    EXPECT_EQ("\xC3\xA9\xEF\xBF\xBD\xEF\xBF\xBD[2J\xEF\xBF\xBD", Clean("\xC3\xA9\xFF\x1B[2J\xC2\x9B"));
+}
+
+TEST(LiveSession, ShowsWhatASetHasDone)
+{
+    const auto run = [](const std::vector<ScriptedService::Reply>& rReplies,
+                        const std::vector<std::string>& rAssignments, size_t requests)
+    {
+        ScriptedService service(rReplies);
+        testing::internal::CaptureStdout();
+        const std::string fault = Fault(
+            [&]
+            {
+                kirotune::LiveSession session(To(service.Port()), false);
+                session.Set("Default", "kirodbroi", rAssignments);
+            });
+        std::fflush(stdout);
+        EXPECT_EQ(requests, service.End().size());
+        return testing::internal::GetCapturedStdout() + fault;
+    };
+    EXPECT_EQ("data[0].weight  1.0  ->  0.5\nno fault",
+              run({Says(5, "data[0].weight=1.0"), Says(6, "data[0].weight=0.5")}, {"data[0].weight=0.5"}, 2));
+    EXPECT_EQ("b  2.0  ->  3.0\nthe camera did not set: a",
+              run({Says(5, "a=1.0;b=2.0"), Says(6, "b=3.0")}, {"a=1", "b=3"}, 2));
+    EXPECT_EQ("no such mode path, module or member: 'Default' kirodbroi b", run({Says(5, "a=1.0")}, {"a=1", "b=3"}, 1));
+    EXPECT_EQ("'a': expected NAME=VALUE", run({}, {"a"}, 0));
+}
+
+TEST(LiveSession, ListsModesOnlyOfPathsThatThereAre)
+{
+    ScriptedService service({DeviceSays("cam"), Says(3, "Sensor.0,Usecase.Video"), Says(3, "Scene.Night")});
+    EXPECT_EQ("the tuning has no mode 'Scene.Snow' below 'Default|Usecase.Video', there are Scene.Night",
+              Fault(
+                  [&]
+                  {
+                      kirotune::LiveSession session(To(service.Port()), false);
+                      session.Modes("Default|Usecase.Video|Scene.Snow");
+                  }));
+}
+
+TEST(LiveSession, DescribesOneMemberByItsRecord)
+{
+    ScriptedService service({Says(4, ""), Says(4, "luxSyncConfig=1,Enum;masterAndSlaveConfig,Structure")});
+    testing::internal::CaptureStdout();
+    {
+        kirotune::LiveSession session(To(service.Port()), false);
+        session.Info("Default", "kirosync.luxSyncConfig");
+    }
+    EXPECT_EQ("member         type  count  value\nluxSyncConfig  Enum         1 (UseMaster)\n",
+              testing::internal::GetCapturedStdout());
+}
+
+TEST(LiveSession, WatchesForChanges)
+{
+    ScriptedService service({Says(5, "a=1.0"), Says(5, "a=1.0"), Says(5, "a=2.0")});
+    testing::internal::CaptureStdout();
+    {
+        kirotune::LiveSession session(To(service.Port()), true);
+        session.Watch("Default", "unknown", "a", {.rate = 1000.0, .count = 2});
+    }
+    EXPECT_THAT(testing::internal::GetCapturedStdout(),
+                testing::ContainsRegex(R"(^\{"seconds": [0-9.]+, "values": \{"a": 1\.0\}\}
+\{"seconds": [0-9.]+, "values": \{"a": 2\.0\}\}
+$)"));
+    EXPECT_EQ(3u, service.End().size());
+}
+
+}  // namespace

@@ -1,0 +1,39 @@
+/// @file
+/// How answers of a camera are printed: as tables for people, as JSON for scripts.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tools/liveclient/liveclient.h"
+#include "tools/tuningfile/textnode.h"
+
+namespace kirotune
+{
+
+using Row = std::vector<std::string>;
+
+/// Prints aligned columns.
+/// @param rHeader printed above them; empty for none
+VOID PrintTable(const Row& rHeader, const std::vector<Row>& rRows);
+
+/// @return the text with U+FFFD in place of what a terminal or a reader of JSON cannot take: control characters, and
+///         bytes that are not UTF-8
+std::string Clean(std::string_view text);
+
+tuningfile::TextNode JsonText(std::string_view text);
+tuningfile::TextNode JsonList(const std::vector<std::string>& rTexts);
+
+/// A value as number, list of numbers or text, by the schema if that knows the member, otherwise by its looks.
+tuningfile::TextNode JsonValue(const std::string& rModule, const liveclient::Value& rValue);
+
+/// The name of a number that the camera publishes; empty if this program knows none.
+std::string ControlName(UINT32 id);
+
+/// @return whether all bytes are ASCII that can be shown, line ends included
+bool IsPlainText(const std::vector<BYTE>& rBytes);
+
+std::string Hex(const std::vector<BYTE>& rBytes, const char* pSeparator);
+
+}  // namespace kirotune
