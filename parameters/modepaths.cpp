@@ -122,6 +122,7 @@ bool ModePaths::GetModeShorthand(const CHAR* pPath, CHAR* pText, UINT32 size)
     }
     BoundedText      text(pText, size);
     std::string_view rest(pPath);
+    pText[size - 1] = '\0';
     while (!rest.empty())
     {
         std::string_view subMode    = Take(rest, '|');

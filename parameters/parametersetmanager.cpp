@@ -215,14 +215,15 @@ bool ParameterSetManager::HasTableForDerived(BYTE tableIndex) const
     return false;
 }
 
-bool ParameterSetManager::FindTableForDerived(const CHAR* pTableName, BYTE& rTableIndex) const
+bool ParameterSetManager::FindTableForDerived(const CHAR* pTableName, BYTE& rTableIndex)
 {
     if (pTableName == nullptr)
     {
         return false;
     }
-    constexpr UINT32   MaxTables = 256;  // what mode IDs and callers can address
-    PList<const CHAR*> names;
+    constexpr UINT32                      MaxTables = 256;  // what mode IDs and callers can address
+    const std::lock_guard<ParameterMutex> lock(GetMainSetManager()->m_dataMutex);
+    PList<const CHAR*>                    names;
     GetModeTableNames(names);
     for (UINT32 index = 0; index < std::min(names.Count(), MaxTables); ++index)
     {

@@ -233,7 +233,7 @@ protected:
 
     /// Finds the mode table for a new derived manager, by index or by name. A table that does not exist is logged.
     bool HasTableForDerived(BYTE tableIndex) const;
-    bool FindTableForDerived(const CHAR* pTableName, BYTE& rTableIndex) const;
+    bool FindTableForDerived(const CHAR* pTableName, BYTE& rTableIndex);
 
     bool IsDerived() const
     {
@@ -348,6 +348,6 @@ private:
     std::unordered_map<UINT64, std::unique_ptr<DefaultModule>> m_defaultModules;  ///< by name hash
 
     // Goes first: it works on all of the above.
-    bool                                    m_isAutostart = true;
+    std::atomic<bool>                       m_isAutostart = true;
     std::unique_ptr<ParameterVernierWorker> m_pWorker;  ///< null without live tuning, and on a derived manager
 };

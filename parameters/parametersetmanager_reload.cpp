@@ -157,16 +157,19 @@ bool ParameterSetManager::UpdateParameters(std::unique_ptr<ParameterSetManager> 
     {
         return m_pMain->UpdateParameters(std::move(pOther));
     }
+    if (pOther != nullptr)
+    {
+        // One service for one set of records.
+        pOther->StopLiveTuning();
+    }
     const std::lock_guard<ParameterMutex> lock(m_dataMutex);
     if (!m_valid || pOther == nullptr || pOther->IsDerived() || pOther->m_modules.data() != m_modules.data())
     {
         return false;
     }
-    // The other manager can have a live tuning service of its own.
-    const std::lock_guard<ParameterMutex> otherLock(pOther->m_dataMutex);
-    const auto&                           rTables      = m_content.modeTables;
-    const auto&                           rOtherTables = pOther->m_content.modeTables;
-    bool                                  matched      = false;
+    const auto& rTables      = m_content.modeTables;
+    const auto& rOtherTables = pOther->m_content.modeTables;
+    bool        matched      = false;
     for (const auto& rpOtherTable : rOtherTables)
     {
         const auto found = (rTables.size() == 1 && rOtherTables.size() == 1)
@@ -220,8 +223,9 @@ VOID ParameterSetManager::MergeMode(ModeEntry* pMode, ModeEntry* pOtherMode)
     pOtherMode->Preserve = true;
     for (const auto& rpReference : pOtherMode->ModuleMap)
     {
-        const ParameterModule* pReplaced = pMode->ReplaceModule(rpReference->Module);
-        DefaultModule*         pDefault  = GetDefaultModule(rpReference->NameHash);
+        rpReference->Module->Data->Mode->Entry->Preserve = true;  // the owner of a shared one
+        const ParameterModule* pReplaced                 = pMode->ReplaceModule(rpReference->Module);
+        DefaultModule*         pDefault                  = GetDefaultModule(rpReference->NameHash);
         if (pReplaced == nullptr || pDefault == nullptr)
         {
             continue;

@@ -122,7 +122,7 @@ std::vector<const ModeEntry*> ActiveModesOf(ParameterModeTable& rTable)
     bool                                  passedOver = false;
     for (UINT32 index = 0; index < rActive.Count() && modes.size() < MaxActiveModes; ++index)
     {
-        // An edited mode never leaves the list by eviction: behind one that is out of use it is out of use, too.
+        // A preserved mode was put back by a fetch and says less: it counts only before the first that is out of use.
         if (!rActive[index]->IsActive() || (passedOver && rActive[index]->Preserve))
         {
             passedOver = true;
@@ -310,7 +310,9 @@ bool ParameterSetManager::GetInfo(BYTE tableIndex, const TuningMode* pBranch, UI
     const ModuleText                      moduleText(pPath);
     const std::lock_guard<ParameterMutex> lock(m_dataMutex);
     const HeldModule                      module(*this, tableIndex, moduleText.name, pBranch, count);
-    return module.Get() != nullptr && module.Get()->GetInfo(moduleText.pRest, rList);
+    // One character is no member: then the whole module is described.
+    const CHAR* pRest = (std::strlen(moduleText.pRest) >= 2) ? moduleText.pRest : nullptr;
+    return module.Get() != nullptr && module.Get()->GetInfo(pRest, rList);
 }
 
 bool ParameterSetManager::GetValue(BYTE tableIndex, const CHAR* pModePath, const CHAR* pModuleText,

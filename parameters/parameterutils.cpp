@@ -198,7 +198,9 @@ UINT32 ParameterUtils::GetVariable(const CHAR* pPath, CHAR* pName, UINT32& rInde
         if (GetSubString(component + bracket + 1, ']', index, sizeof(index)) > 0)
         {
             bool valid = false;
-            rIndex     = ToInteger<UINT32>(StringToDouble(index, valid));
+            // A negative index is like none at all: beyond every bound.
+            const DOUBLE value = StringToDouble(index, valid);
+            rIndex             = (value <= -1.0) ? 0xFFFFFFFF : ToInteger<UINT32>(value);
         }
         component[bracket] = '\0';
     }

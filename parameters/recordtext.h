@@ -37,8 +37,8 @@ bool GetInfo(const tuning::RecordDescription& rRecord, const VOID* pRecord, cons
 
 /// Stores one number into a record while frames may be reading it. On purpose there is no lock, since frames never wait
 /// for a tuning tool, and no atomic, since records are plain structs; a frame sees the old value or the new one. This
-/// is the only place of the library that stores so, and the only one that the thread sanitizer is told to pass over, by
-/// this name; hence never inline.
+/// is the only place of the library that stores so, and the only one that tests/threadsanitizer.suppressions names;
+/// hence never inline.
 [[gnu::noinline]] VOID StoreUnlocked(VOID* pPlace, tuning::ValueType type, DOUBLE value);
 
 }  // namespace RecordText

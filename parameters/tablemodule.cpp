@@ -178,7 +178,8 @@ bool TableModule::HasText() const
 
 bool TableModule::GetValue(const CHAR* pPath, CHAR* pValue, UINT32 size)
 {
-    return HasText() && RecordText::GetValue(*m_rDescription.pRecord, Record(), pPath, pValue, size);
+    return HasText() && pValue != nullptr && size > 0 &&
+           RecordText::GetValue(*m_rDescription.pRecord, Record(), pPath, pValue, size);
 }
 
 bool TableModule::SetValue(const CHAR* pPath, const CHAR* pValue)
@@ -190,7 +191,8 @@ bool TableModule::SetValue(const CHAR* pPath, const CHAR* pValue)
     // Behind its top the count goes on with 1: 0 is for a record as the file has it.
     UINT32&      rID = SymbolTableID();
     const UINT32 old = (rID >= LastChangeCount) ? (rID & EntryIDMask) : rID;
-    RecordText::StoreUnlocked(&rID, tuning::ValueType::UInt32, old + OneChange);
+    // A frame that sees this also sees the value.
+    std::atomic_ref(rID).store(old + OneChange, std::memory_order_release);
     RaiseModified();
     return true;
 }

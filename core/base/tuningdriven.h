@@ -3,6 +3,8 @@
 /// another one than before.
 #pragma once
 
+#include <atomic>
+
 #include "platform/tavotypes.h"
 
 /// Watches one module's record. SymbolTableID changes with the module instance and with every live edit; the address
@@ -15,10 +17,16 @@ public:
     /// @return pRecord
     template <typename Rebuild> Record* Refresh(Record* pRecord, Rebuild&& rebuild)
     {
-        if (pRecord != nullptr && (pRecord != m_pRecord || pRecord->SymbolTableID != m_symbolTableID))
+        if (pRecord == nullptr)
+        {
+            return nullptr;
+        }
+        // A live edit stores the value first: whoever has seen the new ID also sees what was edited.
+        const UINT32 symbolTableID = std::atomic_ref(pRecord->SymbolTableID).load(std::memory_order_acquire);
+        if (pRecord != m_pRecord || symbolTableID != m_symbolTableID)
         {
             m_pRecord       = pRecord;
-            m_symbolTableID = pRecord->SymbolTableID;
+            m_symbolTableID = symbolTableID;
             rebuild(*pRecord);
         }
         return pRecord;

@@ -30,8 +30,8 @@ struct ParameterTriggerIDValues
 class ParameterTriggerValues
 {
 public:
-    ParameterTriggerValues(const CHAR* pModePath, const CHAR* pModule, const CHAR* pPipeline)
-        : modePath(pModePath), module(pModule), pipeline(pPipeline), requestTime(std::clock())
+    ParameterTriggerValues(const CHAR* pModePath, const CHAR* pModule, const CHAR* pPipeline, UINT32 clientNumber)
+        : modePath(pModePath), module(pModule), pipeline(pPipeline), requestTime(std::clock()), client(clientNumber)
     {
     }
 
@@ -50,6 +50,7 @@ public:
     const std::string                     module;
     const std::string                     pipeline;
     const std::clock_t                    requestTime;  ///< processor time, as the age of a request is measured
+    UINT32                                client;       ///< who has asked last
     std::vector<ParameterTriggerIDValues> instances;
 
 private:

@@ -4,6 +4,7 @@
 #include <system_error>
 #include <utility>
 
+#include "parameters/live/blockedsignals.h"
 #include "parameters/live/readtimeout.h"
 
 namespace
@@ -43,6 +44,7 @@ VOID ParameterVernierComBase::Start()
     m_readQueue.Clear();
     m_writeQueue.Clear();
     StartCom();
+    const BlockedSignals signals;
     try
     {
         if (m_pReceived != nullptr)
@@ -89,8 +91,13 @@ std::unique_ptr<ParameterVernierComBase::Packet> ParameterVernierComBase::Read()
 
 VOID ParameterVernierComBase::Write(const BYTE* pBuffer, UINT32 size)
 {
+    Write(pBuffer, size, m_servedClient);
+}
+
+VOID ParameterVernierComBase::Write(const BYTE* pBuffer, UINT32 size, UINT32 client)
+{
     auto pPacket    = std::make_unique<Packet>(pBuffer, size);
-    pPacket->client = m_servedClient;
+    pPacket->client = client;
     m_writeQueue.Push(std::move(pPacket));
 }
 
@@ -223,7 +230,7 @@ VOID ParameterVernierComBase::LogWrite(const Packet& rPacket) const
 
 bool ParameterVernierComBase::HasManyPackets() const
 {
-    return m_readQueue.Size() + m_writeQueue.Size() > MaxPackets;
+    return m_readQueue.Size() + m_writeQueue.Size() >= MaxPackets;
 }
 
 const CHAR* ParameterVernierComBase::Identifier() const

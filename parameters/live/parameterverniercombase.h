@@ -40,7 +40,8 @@ public:
     /// Begins with empty queues. Bytes of a request that was not complete are still there.
     VOID Start();
 
-    /// Ends both threads and every wait. Read then answers null; after a Start all works again.
+    /// Ends both threads and the wait of a Read that is going on, or of the next one, which answers null. After a Start
+    /// all works again.
     VOID Stop();
 
     /// Waits for a request.
@@ -50,6 +51,15 @@ public:
     /// Queues a copy of an answer to the request that was Read last; never waits. It is dropped if the client of that
     /// request has left by the time it would be sent. Null, a size of 0 or one of 65535 and more send nothing.
     VOID Write(const BYTE* pBuffer, UINT32 size);
+
+    /// The same for a client that was served before. @param client its number, from ServedClient
+    VOID Write(const BYTE* pBuffer, UINT32 size, UINT32 client);
+
+    /// @return the number of the client whose request was Read last
+    UINT32 ServedClient() const
+    {
+        return m_servedClient;
+    }
 
     /// Waits for a whole request.
     /// @param size           of the buffer, 65535 to hold any request

@@ -1,7 +1,9 @@
 #include "parameters/live/parametervernierworker.h"
 
 #include <algorithm>
+#include <system_error>
 
+#include "parameters/live/blockedsignals.h"
 #include "parameters/parameterdataapi.h"
 
 using vernier::Command;
@@ -29,7 +31,18 @@ VOID ParameterVernierWorker::Start()
     }
     m_stop = false;
     m_com.Start();
-    m_thread = std::thread([this] { ReadWorker(); });
+    const BlockedSignals signals;
+    try
+    {
+        m_thread = std::thread([this] { ReadWorker(); });
+    }
+    catch (const std::system_error& rError)
+    {
+        // The camera runs without the service.
+        ParameterLogging::Write(m_pDataAPI, ParameterLogging::Error, "Vernier server has no worker: %s\n",
+                                rError.what());
+        m_com.Stop();
+    }
 }
 
 VOID ParameterVernierWorker::Stop()

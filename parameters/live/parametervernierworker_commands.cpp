@@ -46,7 +46,7 @@ public:
     VOID Take(CHAR delimiter, Field& rField)
     {
         m_pRest += ParameterUtils::GetSubString(m_pRest, delimiter, rField, sizeof(rField));
-        m_pRest += (*m_pRest == delimiter) ? 1 : 0;
+        m_pRest += (*m_pRest == delimiter && !IsAtEnd()) ? 1 : 0;
     }
 
     /// What was not taken yet.
@@ -91,8 +91,9 @@ std::string Preview(const BYTE* pData, UINT32 size)
 /// Where the items of a SetValues request go.
 struct ParameterVernierWorker::SetTarget
 {
-    const CHAR* pModePath;
-    const CHAR* pModule;
+    const CHAR*             pModePath;
+    const CHAR*             pModule;
+    std::unique_ptr<CHAR[]> pReadBack;  ///< ValuesAnswer bytes for one value
 };
 
 VOID ParameterVernierWorker::ProcessDeviceInfo()
@@ -325,11 +326,12 @@ VOID ParameterVernierWorker::ProcessSetValues(const BYTE* pRequest, UINT32 size)
         ParameterLogging::Write(m_pDataAPI, ParameterLogging::Error, "Vernier SetValues failed: Failed to read mode\n");
     }
     (VOID) m_pDataAPI->GetModeShorthand(modePath, shorthand, sizeof(shorthand));
-    while (!text.IsAtEnd())
+    const SetTarget target = {shorthand, module, std::make_unique<CHAR[]>(ValuesAnswer)};
+    while (!text.IsAtEnd() && !m_stop)
     {
         Field item;
         text.Take(';', item);
-        SetItem({shorthand, module}, item, answer, result);
+        SetItem(target, item, answer, result);
     }
     answer.EndAfterText(vernier::HeaderSizeWithRequestID);
     Queue(answer);
@@ -356,8 +358,8 @@ VOID ParameterVernierWorker::SetItem(const SetTarget& rTarget, const CHAR* pItem
                                 rTarget.pModePath, pItem);
         return;
     }
-    std::vector<CHAR> readBack(ValuesAnswer);
-    if (!m_pDataAPI->GetValue(m_tableIndex, rTarget.pModePath, rTarget.pModule, name, readBack.data(), ValuesAnswer))
+    CHAR* const pReadBack = rTarget.pReadBack.get();
+    if (!m_pDataAPI->GetValue(m_tableIndex, rTarget.pModePath, rTarget.pModule, name, pReadBack, ValuesAnswer))
     {
         return;
     }
@@ -367,7 +369,7 @@ VOID ParameterVernierWorker::SetItem(const SetTarget& rTarget, const CHAR* pItem
     {
         (VOID) Tavo::OsUtils::StrLCat(pText, ";", room);
     }
-    (VOID) Tavo::OsUtils::StrLCat(pText, readBack.data(), room);
+    (VOID) Tavo::OsUtils::StrLCat(pText, pReadBack, room);
 }
 
 VOID ParameterVernierWorker::ProcessCustom(const BYTE* pRequest, UINT32 size)

@@ -32,15 +32,15 @@ VOID ParameterVernierWorker::LogShortRead(UINT32 wanted, UINT32 offset, UINT32 s
 bool ParameterVernierWorker::ReadHeader(const BYTE* pPacket, UINT32 size, UINT32 idOffset, UINT16& rCommand,
                                         UINT64& rVernierID) const
 {
-    UINT16 tag = 0;
-    if (pPacket == nullptr || size < SmallestPacket)
+    UINT64 position = idOffset;
+    if (!ParameterUtils::ReadField(rVernierID, pPacket, size, position, 1, m_pDataAPI) || size < SmallestPacket)
     {
         return false;
     }
+    UINT16 tag = 0;
     std::memcpy(&tag, pPacket, sizeof(tag));
     std::memcpy(&rCommand, pPacket + vernier::CommandOffset, sizeof(rCommand));
-    UINT64 position = idOffset;
-    return tag == vernier::StartTag && ParameterUtils::ReadField(rVernierID, pPacket, size, position, 1, m_pDataAPI);
+    return tag == vernier::StartTag;
 }
 
 bool ParameterVernierWorker::ParseRequest(const BYTE* pPacket, UINT32 size, UINT16& rCommand, UINT64& rVernierID,

@@ -17,6 +17,7 @@ namespace
 constexpr std::clock_t CollectingTime = 5001;   ///< ticks of std::clock
 constexpr UINT32       FieldSize      = 512;    ///< of each of the three texts, with terminator
 constexpr UINT32       TriggerAnswer  = 65535;  ///< bytes of the packet
+constexpr size_t       MaxRequests    = 64;     ///< that wait for their age
 constexpr UINT32       MaxTexts       = 65520;  ///< of the three texts with their separators
 
 }  // namespace
@@ -70,9 +71,21 @@ VOID ParameterVernierWorker::ProcessTriggerValues(const BYTE* pRequest, UINT32 s
     const auto& [modePath, module, pipeline] = fields;
     {
         const std::lock_guard<ParameterMutex> lock(m_valuesMutex);
-        if (FindTriggerRequest(modePath, module, pipeline) == nullptr)
+        if (ParameterTriggerValues* pKnown = FindTriggerRequest(modePath, module, pipeline))
         {
-            m_triggerRequests.push_back(std::make_unique<ParameterTriggerValues>(modePath, module, pipeline));
+            pKnown->client = m_com.ServedClient();
+        }
+        else if (m_triggerRequests.size() < MaxRequests)
+        {
+            m_triggerRequests.push_back(
+                std::make_unique<ParameterTriggerValues>(modePath, module, pipeline, m_com.ServedClient()));
+        }
+        else
+        {
+            ParameterLogging::Write(m_pDataAPI, ParameterLogging::Error,
+                                    "Vernier Trigger Values(%d) command, %zu requests are waiting already\n", command,
+                                    MaxRequests);
+            return;
         }
     }
     const std::lock_guard<std::recursive_mutex> lock(m_handlerMutex);
@@ -84,18 +97,20 @@ VOID ParameterVernierWorker::ProcessTriggerValues(const BYTE* pRequest, UINT32 s
 
 VOID ParameterVernierWorker::SendTriggerResponses()
 {
-    const std::lock_guard<ParameterMutex> lock(m_valuesMutex);
-    const std::clock_t                    now = std::clock();
-    std::erase_if(m_triggerRequests,
-                  [&](const auto& rpRequest)
-                  {
-                      const bool isDue = now - rpRequest->requestTime >= CollectingTime;
-                      if (isDue)
-                      {
-                          SendTriggerValues(*rpRequest);
-                      }
-                      return isDue;
-                  });
+    std::vector<std::unique_ptr<ParameterTriggerValues>> due;
+    {
+        // A frame may be waiting to leave its values, so the packets are made afterwards.
+        const std::lock_guard<ParameterMutex> lock(m_valuesMutex);
+        const std::clock_t                    now = std::clock();
+        const auto firstDue = std::ranges::stable_partition(m_triggerRequests, [now](const auto& rpRequest)
+                                                            { return now - rpRequest->requestTime < CollectingTime; });
+        due.assign(std::make_move_iterator(firstDue.begin()), std::make_move_iterator(firstDue.end()));
+        m_triggerRequests.erase(firstDue.begin(), firstDue.end());
+    }
+    for (const auto& rpRequest : due)
+    {
+        SendTriggerValues(*rpRequest);
+    }
 }
 
 VOID ParameterVernierWorker::SendTriggerValues(const ParameterTriggerValues& rRequest)
@@ -143,7 +158,7 @@ VOID ParameterVernierWorker::SendTriggerValues(const ParameterTriggerValues& rRe
         append(rInstance.values.data(), rInstance.values.size() * sizeof(ParameterCTValue));
     }
     answer.SetLength(position);
-    Queue(answer);
+    m_com.Write(answer.Data(), answer.Length(), rRequest.client);
     ParameterLogging::Write(m_pDataAPI, ParameterLogging::Debug,
                             "Vernier queued command: Control Values(%d), Version: %u.%u, Name: %.127s\n", CommandNumber,
                             vernier::VersionMajor, vernier::VersionMinor, answer.Text(vernier::HeaderSize));

@@ -35,6 +35,7 @@ VOID SetConnectionOptions(INT32 connection)
     SetOption(connection, IPPROTO_TCP, TCP_KEEPIDLE, 10);  // s
     SetOption(connection, IPPROTO_TCP, TCP_KEEPINTVL, 5);  // s
     SetOption(connection, IPPROTO_TCP, TCP_KEEPCNT, 3);
+    SetOption(connection, IPPROTO_TCP, TCP_USER_TIMEOUT, 25000);  // ms, if it was pulled with an answer on its way
 }
 
 }  // namespace
@@ -180,8 +181,12 @@ UINT32 SocketID::WriteData(const BYTE* pBuffer, UINT32 size)
 {
     std::lock_guard<std::mutex> lock(m_connectionMutex);
 
-    const ssize_t result = send(m_connection, pBuffer, size, MSG_NOSIGNAL);
-    const UINT32  sent   = (result > 0) ? static_cast<UINT32>(result) : 0;
+    ssize_t result = 0;
+    do
+    {
+        result = send(m_connection, pBuffer, size, MSG_NOSIGNAL);
+    } while (result < 0 && errno == EINTR);
+    const UINT32 sent = (result > 0) ? static_cast<UINT32>(result) : 0;
     if (sent < size)
     {
         ParameterLogging::Write(m_pLog, ParameterLogging::Error,

@@ -4,7 +4,9 @@
 
 #include "platform/tavotypes.h"
 
-/// Installed by a host with ParameterSetManager::SetCustomHandler. Its operations run on the service's own thread.
+/// Installed by a host with ParameterSetManager::SetCustomHandler. Its operations run on the service's own thread, may
+/// use the store, and must not throw. Replacing the handler and destroying the store wait for an operation that is
+/// running, so neither may be done while holding what the operation waits for.
 class IVernierCustomHandler
 {
 public:

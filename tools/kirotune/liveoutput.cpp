@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include "host/controlvalues.h"
 #include "tools/kirotune/livemembers.h"
 #include "tools/liveclient/texts.h"
 
@@ -151,9 +152,10 @@ TextNode JsonValue(const std::string& rModule, const liveclient::Value& rValue)
     return list;
 }
 
-std::string ControlName(UINT32)
+std::string ControlName(UINT32 id)
 {
-    return "";
+    const CHAR* const pName = controlvalues::NameOf(id);
+    return (pName != nullptr) ? pName : "";
 }
 
 bool IsPlainText(const std::vector<BYTE>& rBytes)
