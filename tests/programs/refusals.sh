@@ -1,11 +1,15 @@
 #!/usr/bin/env bash
 # Bad input ends the programs with status 1 and one clear line, and leaves no output behind.
-# usage: refusals.sh DIRECTORY_OF_PROGRAMS DIRECTORY_OF_EXAMPLES
+# usage: refusals.sh DIRECTORY_OF_PROGRAMS DIRECTORY_OF_EXAMPLES [LAUNCHER OF PROGRAMS...]
 set -u
 readonly bin=$1 examples=$2
+readonly launcher=("${@:3}")
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 failures=0
+
+kirosim() { "${launcher[@]}" "$bin/kirosim" "$@"; }
+kirotune() { "${launcher[@]}" "$bin/kirotune" "$@"; }
 
 # Runs a command that must be refused; the line on stderr must match the pattern.
 refuses() {
@@ -25,36 +29,36 @@ damage() { cp "$good" "$work/$1" && printf "$3" | dd of="$work/$1" bs=1 seek="$2
 
 readonly scene=$examples/scenes/tunnel.yaml
 readonly good=$work/good.bin
-"$bin/kirotune" compile "$examples/tunings/minimal.yaml" -o "$good" || exit 1
+kirotune compile "$examples/tunings/minimal.yaml" -o "$good" || exit 1
 
 : >"$work/empty.bin"
 head -c 3000 "$good" >"$work/truncated.bin"
 damage flipped.bin 5000 '\377\377\377\377'
 damage tag.bin 0 'X'
 for file in missing empty truncated flipped tag; do
-    refuses "^kirosim: .*$file.bin: ." "$bin/kirosim" run --no-live --tuning "$work/$file.bin" --scene "$scene" --csv "$work/out.csv"
-    "$bin/kirotune" check "$work/$file.bin" >"$work/stdout" 2>&1
+    refuses "^kirosim: .*$file.bin: ." kirosim run --no-live --tuning "$work/$file.bin" --scene "$scene" --csv "$work/out.csv"
+    kirotune check "$work/$file.bin" >"$work/stdout" 2>&1
     [ $? -eq 1 ] || { echo "kirotune check accepts $file.bin"; failures=$((failures + 1)); }
 done
 
 printf 'modes:\n  Default:\n    modules:\n      kiroconvergence: {noSuchMember: 1}\n' >"$work/tuning.yaml"
-refuses "tuning.yaml:4:[0-9]+: .*noSuchMember" "$bin/kirotune" compile "$work/tuning.yaml" -o "$work/out.bin"
+refuses "tuning.yaml:4:[0-9]+: .*noSuchMember" kirotune compile "$work/tuning.yaml" -o "$work/out.bin"
 printf 'no blob' >"$work/flash.fic"
-refuses "flash.fic: not what a run has learned of a flash" "$bin/kirosim" run --no-live --tuning "$good" \
+refuses "flash.fic: not what a run has learned of a flash" kirosim run --no-live --tuning "$good" \
     --scene "$examples/scenes/flash-calibration.yaml" --fic-load "$work/flash.fic"
 printf 'name: bad\nlux: bright\n' >"$work/scene.yaml"
-refuses "scene.yaml:2:[0-9]+: " "$bin/kirosim" run --no-live --tuning "$good" --scene "$work/scene.yaml" --csv "$work/out.csv"
-refuses "second camera" "$bin/kirosim" run --no-live --tuning "$good" --scene "$scene" --csv-second "$work/out.csv"
+refuses "scene.yaml:2:[0-9]+: " kirosim run --no-live --tuning "$good" --scene "$work/scene.yaml" --csv "$work/out.csv"
+refuses "second camera" kirosim run --no-live --tuning "$good" --scene "$scene" --csv-second "$work/out.csv"
 
-refuses "scene.yaml:2:[0-9]+: " "$bin/kirosim" run --no-live --tuning "$good" --scene "$work/scene.yaml" --debug-data "$work/out.dbg"
-refuses "good.bin: no file of debug records" "$bin/kirotune" debug "$good"
+refuses "scene.yaml:2:[0-9]+: " kirosim run --no-live --tuning "$good" --scene "$work/scene.yaml" --debug-data "$work/out.dbg"
+refuses "good.bin: no file of debug records" kirotune debug "$good"
 # The table of an instance stays allocated on purpose.
-ASAN_OPTIONS=detect_leaks=0 "$bin/kirosim" run --no-live --quiet --tuning "$good" --scene "$scene" --frames 2 --debug-data "$work/run.dbg" >/dev/null || exit 1
-refuses "run.dbg: no frame 3, there are frames 1 to 2" "$bin/kirotune" debug "$work/run.dbg" --frame 3
+ASAN_OPTIONS=detect_leaks=0 kirosim run --no-live --quiet --tuning "$good" --scene "$scene" --frames 2 --debug-data "$work/run.dbg" >/dev/null || exit 1
+refuses "run.dbg: no frame 3, there are frames 1 to 2" kirotune debug "$work/run.dbg" --frame 3
 head -c 400000 "$work/run.dbg" >"$work/cut.dbg"
-refuses "cut.dbg: cut within record 1" "$bin/kirotune" debug "$work/cut.dbg"
+refuses "cut.dbg: cut within record 1" kirotune debug "$work/cut.dbg"
 
-refuses "^nobody listens at 127.0.0.1:1: Connection refused$" "$bin/kirotune" live device --json --port 1
+refuses "^nobody listens at 127.0.0.1:1: Connection refused$" kirotune live device --json --port 1
 
 for output in out.csv out.bin out.dbg; do
     [ ! -e "$work/$output" ] || { echo "$output was left behind"; failures=$((failures + 1)); }

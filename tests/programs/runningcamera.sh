@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # A camera that runs on ends at a signal as a run ends by itself; a run in batch leaves nothing behind.
-# usage: runningcamera.sh DIRECTORY_OF_PROGRAMS DIRECTORY_OF_EXAMPLES
+# usage: runningcamera.sh DIRECTORY_OF_PROGRAMS DIRECTORY_OF_EXAMPLES [LAUNCHER OF PROGRAMS...]
 set -u
 readonly bin=$1 examples=$2
+readonly launcher=("${@:3}")
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 failures=0
@@ -14,7 +15,7 @@ stop_at() {
     local pattern=$1 signal=$2
     shift 2
     : >"$work/stdout"
-    "$bin/kirosim" run --no-live --tuning "$examples/tunings/minimal.yaml" --csv "$work/out.csv" "$@" \
+    "${launcher[@]}" "$bin/kirosim" run --no-live --tuning "$examples/tunings/minimal.yaml" --csv "$work/out.csv" "$@" \
         >"$work/stdout" 2>"$work/stderr" &
     local run=$!
     until grep -Eq "$pattern" "$work/stdout" || ! kill -0 $run 2>/dev/null; do sleep 0.05; done
