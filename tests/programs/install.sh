@@ -83,4 +83,4 @@ grep -q "set kirocore_UTILITY_LIBRARY" configure.txt || fail "does not say what 
 cmake -S example -B device -DCMAKE_PREFIX_PATH="$tree" -DCMAKE_CXX_COMPILER="$compiler" \
     -Dkirocore_UTILITY_LIBRARY="$work/framework/libtavocommonutils.so.0" >/dev/null
 cmake --build device >/dev/null
-./device/minihost phone.bin >/dev/null 2>&1
+LD_LIBRARY_PATH=$work/framework ./device/minihost phone.bin >/dev/null 2>&1
