@@ -22,11 +22,11 @@ public:
         }
         for (UINT32 node = 0; node < Nodes; ++node)
         {
-            m_nodes[node] = {Zone(node), Zones, 0, &m_leaves[node * Zones]};
+            m_nodes[node] = {Zone(node), Zones, 0, &m_leaves[static_cast<size_t>(node) * Zones]};
         }
         for (UINT32 root = 0; root < Zones; ++root)
         {
-            m_roots[root] = {Zone(root), Zones, 0, &m_nodes[root * Zones]};
+            m_roots[root] = {Zone(root), Zones, 0, &m_nodes[static_cast<size_t>(root) * Zones]};
         }
     }
 

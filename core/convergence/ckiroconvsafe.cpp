@@ -23,6 +23,7 @@ VOID CKIROConvergence::ComputeBasicSafeConvergence()
     const DOUBLE tgtPreviousDelta = GetExposureInfo(KIROConvTgtPreviousDelta, AECAlgoExposureSafe);
     const DOUBLE previous         = GetExposureInfo(KIROConvPrevious, AECAlgoExposureSafe);
 
+    m_pBaseCoreData = nullptr;
     if (m_pConvBase != nullptr && m_pConvStretch != nullptr && m_pConvSettle != nullptr)
     {
         const auto& rBase = m_pConvBase->value;

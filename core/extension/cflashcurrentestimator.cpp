@@ -109,7 +109,7 @@ bool CFlashCurrentEstimator::CheckRow(INT32 power)
 {
     const INT32       mixes        = m_tuningAndCalibration.countMix;
     const UINT32      total        = TotalPower(static_cast<UINT32>(power * mixes));
-    const LEDMixType* pRow         = &m_refTable[power * mixes];
+    const LEDMixType* pRow         = &m_refTable[static_cast<ptrdiff_t>(power) * mixes];
     m_precomputedPowerTable[power] = total;
     if (power > 0 && total <= m_precomputedPowerTable[power - 1])
     {

@@ -201,7 +201,7 @@ private:
 
     FLOAT PowerOf(INT32 row) const
     {
-        const LEDMixType& rMix = m_pTuned[row * m_mixes];
+        const LEDMixType& rMix = m_pTuned[static_cast<ptrdiff_t>(row) * m_mixes];
         return static_cast<FLOAT>(static_cast<INT64>(rMix.LED1Setting) + rMix.LED2Setting);
     }
 

@@ -91,7 +91,7 @@ VOID CKIRO2DMetIterator::SelectRow(UINT32 index)
     m_rowStart       = row * m_ipStatswidth;
     m_pRowWeights    = (row > m_ipStatsHeight || m_rowEntry[row] == OutsideROI)
                            ? nullptr
-                           : m_2DWeightTable + TableWidth * static_cast<UINT32>(m_rowEntry[row]);
+                           : m_2DWeightTable + TableWidth * static_cast<size_t>(m_rowEntry[row]);
 }
 
 FLOAT CKIRO2DMetIterator::WeightOutside(UINT32 index) const

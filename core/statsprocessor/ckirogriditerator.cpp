@@ -41,22 +41,22 @@ BOOL CKIROGridIterator::Configure(const KIROItrConfig& rConfig, BOOL bUseDefault
     m_bIterateRaw  = FALSE;
     m_currentIndex = 0;
 
-    const bool                hasTile = rConfig.pSSInfo != nullptr && rConfig.pSSInfo->pSSPattern != nullptr;
-    const KIROSubsamplingInfo tile    = hasTile ? *rConfig.pSSInfo : SingleCellTile;
-    const AECAlgoROI          roi     = (rConfig.pROIInfo != nullptr) ? *rConfig.pROIInfo : FullFrameROI;
+    const bool                 hasTile = rConfig.pSSInfo != nullptr && rConfig.pSSInfo->pSSPattern != nullptr;
+    const KIROSubsamplingInfo& rTile   = hasTile ? *rConfig.pSSInfo : SingleCellTile;
+    const AECAlgoROI           roi     = (rConfig.pROIInfo != nullptr) ? *rConfig.pROIInfo : FullFrameROI;
     if (rConfig.pSSInfo == nullptr && rConfig.pROIInfo == nullptr)
     {
         ConfigureRaw();
         return TRUE;
     }
     // The size of the tile alone decides; tunings with a tile of one inactive cell depend on it.
-    if (IsFullFrame(roi) && tile.width == 1 && tile.height == 1)
+    if (IsFullFrame(roi) && rTile.width == 1 && rTile.height == 1)
     {
         ConfigureRaw();
         return TRUE;
     }
     const Geometry geometry = ResolveGeometry(roi, bUseDefaultCoordMethod);
-    return FillTables(geometry, tile) ? TRUE : FALSE;
+    return FillTables(geometry, rTile) ? TRUE : FALSE;
 }
 
 BOOL CKIROGridIterator::Configure(KIROItrConfig& rConfig, KIROItrInfo& rInfo, BOOL bUseDefaultCoordMethod)
