@@ -1,0 +1,119 @@
+// A tuning tool at a camera that runs: what an edit does to the frames behind it, and frames and edits side by side.
+
+#include <atomic>
+#include <gtest/gtest.h>
+#include <thread>
+
+#include "host/controlvalues.h"
+#include "tests/kirosim/simulationrun.h"
+#include "tools/kirosim/runreport.h"
+#include "tools/liveclient/liveclient.h"
+
+using namespace kirosim;
+
+namespace
+{
+
+constexpr const CHAR* NearSpeed = "data[2].value.trigger1Data[0].trigger2Data[0].trigger3Data[0].triggerData.baseSpeed";
+constexpr const CHAR* FarSpeed  = "data[2].value.trigger1Data[1].trigger2Data[0].trigger3Data[0].triggerData.baseSpeed";
+
+/// A camera with the phone's tuning that can be tuned while it runs a scene of steps.
+class LiveCamera
+{
+public:
+    LiveCamera()
+        : m_scene(ReadScene(EXAMPLES_DIR "/scenes/step-loop.yaml", "")),
+          m_tuning(EXAMPLES_DIR "/tunings/phone.yaml", true), m_simulation(m_scene, m_tuning, DiscardLog),
+          m_report(m_scene)
+    {
+    }
+
+    liveclient::Options Port()
+    {
+        liveclient::Options options;
+        options.port = m_tuning.Manager().GetLiveTuningPort();
+        return options;
+    }
+
+    /// @param roundEnded sees the frames that the last step of a round took to settle, and the round's number
+    VOID Run(UINT32 rounds, const std::function<VOID(UINT32, UINT32)>& roundEnded)
+    {
+        UINT32 round = 0;
+        m_simulation.Run(
+            [&](const FrameRecord& rRecord)
+            {
+                m_report.Add(rRecord);
+                if (!m_report.RoundLines().empty())
+                {
+                    roundEnded(m_report.LastRound()->steps.back().framesToSettle.value_or(0), ++round);
+                }
+            },
+            {}, {rounds, {}});
+    }
+
+private:
+    Scene        m_scene;
+    LoadedTuning m_tuning;
+    Simulation   m_simulation;
+    RunReport    m_report;
+};
+
+TEST(LiveTuning, AnEditOfASpeedChangesTheFramesToSettle)
+{
+    LiveCamera          camera;
+    std::vector<UINT32> frames;
+    camera.Run(3,
+               [&](UINT32 framesToSettle, UINT32 round)
+               {
+                   frames.push_back(framesToSettle);
+                   if (round > 2)
+                   {
+                       return;
+                   }
+                   // Down, and back to where it was.
+                   liveclient::Client client(camera.Port());
+                   const bool         isFirst = round == 1;
+                   const auto         set =
+                       client.Set("Default", "kirodbconvbase",
+                                  {{NearSpeed, isFirst ? "0.2" : "0.55"}, {FarSpeed, isFirst ? "0.2" : "0.75"}});
+                   EXPECT_EQ(set.size(), 2U);
+                   const std::vector<liveclient::ControlValue> watched = client.ControlValues();
+                   ASSERT_FALSE(watched.empty());
+                   EXPECT_EQ(watched[0].id, controlvalues::FrameNumber);
+                   EXPECT_EQ(watched[0].value, round * 240.0);
+               });
+    ASSERT_EQ(frames.size(), 3U);
+    EXPECT_GE(frames[1], 2 * frames[0]);
+    EXPECT_EQ(frames[2], frames[0]);
+}
+
+TEST(LiveTuning, FramesAndEditsGoOnSideBySide)
+{
+    LiveCamera        camera;
+    std::atomic<bool> isOver = false;
+    UINT32            rounds = 0;
+    std::thread       tool(
+        [&]
+        {
+            liveclient::Client client(camera.Port());
+            while (!isOver || rounds == 0)
+            {
+                const std::string speed = (rounds % 2 == 0) ? "0.5" : "0.25";
+                const auto        set   = client.Set("Default", "kirodbconvbase", {{NearSpeed, speed}});
+                ASSERT_EQ(set.size(), 1U);
+                EXPECT_EQ(std::stod(set[0].text), std::stod(speed));
+                EXPECT_EQ(client.Set("Default", "kiroconvergence", {{"unitStepSize", speed}}).size(), 1U);
+                EXPECT_FALSE(client.Info("Default", "kirodbconvbase.data[2]").empty());
+                EXPECT_FALSE(client.Get("Default", "kiroconvergence", {}).empty());
+                (VOID) client.ActiveModes();
+                (VOID) client.ControlValues();
+                ++rounds;
+            }
+        });
+    camera.Run(1, [](UINT32, UINT32) {});
+    isOver = true;
+    tool.join();
+    EXPECT_GT(rounds, 0U);
+}
+
+}  // namespace

@@ -1,0 +1,69 @@
+#!/usr/bin/env bash
+# A person at a running camera: looks around, changes a speed, and sees the next steps of the light settle later.
+# usage: tuneacamera.sh DIRECTORY_OF_PROGRAMS DIRECTORY_OF_EXAMPLES [LAUNCHER OF PROGRAMS...]
+set -u
+readonly bin=$1 examples=$2
+readonly launcher=("${@:3}")
+work=$(mktemp -d)
+failures=0
+# The table of an instance stays allocated on purpose.
+export ASAN_OPTIONS=detect_leaks=0
+trap 'kill $camera 2>/dev/null; rm -rf "$work"' EXIT
+
+"${launcher[@]}" "$bin/kirosim" run --loop --quiet --tuning "$examples/tunings/phone.yaml" \
+    --scene "$examples/scenes/step-loop.yaml" >"$work/camera" 2>&1 &
+readonly camera=$!
+until grep -q '^live tuning at port' "$work/camera" || ! kill -0 $camera 2>/dev/null; do sleep 0.05; done
+readonly port=$(sed -n 's/^live tuning at port //p' "$work/camera")
+
+live() { "${launcher[@]}" "$bin/kirotune" live --timeout 30 --port "$port" "$@" >"$work/stdout" 2>"$work/stderr"; }
+
+fail() {
+    echo "$1"
+    cat "$work/stdout" "$work/stderr"
+    failures=$((failures + 1))
+}
+
+answers() {
+    local pattern=$1
+    shift
+    live "$@" && grep -Eq "$pattern" "$work/stdout" || fail "kirotune live $*: expected '$pattern'"
+}
+
+refuses() {
+    local pattern=$1
+    shift
+    live "$@" && fail "kirotune live $* succeeds"
+    [ "$(grep -c '' "$work/stderr")" -eq 1 ] && grep -Eq "$pattern" "$work/stderr" || fail "kirotune live $*: expected one line with '$pattern'"
+}
+
+# The frames that the step up took to settle in the round of that number.
+frames_of_round() {
+    until grep -q "^round $1: step +" "$work/camera" || ! kill -0 $camera 2>/dev/null; do sleep 0.05; done
+    sed -n "s/^round $1: step +.* settled after \([0-9]*\) frames/\1/p" "$work/camera" | head -n 1
+}
+rounds_so_far() { sed -n 's/^round \([0-9]*\): .*/\1/p' "$work/camera" | tail -n 1; }
+
+readonly speeds='data[2].value.trigger1Data[%d].trigger2Data[0].trigger3Data[0].triggerData.baseSpeed'
+readonly near=$(printf "$speeds" 0) far=$(printf "$speeds" 1)
+
+answers 'BinaryTag=phone' device
+answers '^Sensor.10$' modes
+answers '^Usecase\.Video' modes 'Default|Sensor.0'
+answers '"name": "safeExposureTime"' controls --json
+answers 'unitStepSize +Float' info Default kiroconvergence
+answers '^unitStepSize +0\.25' get 0 kiroconvergence
+refuses 'no such mode path, module or member' get Default kiroconvergence nothing
+refuses "expected a decimal number" set Default kiroconvergence unitStepSize=1e3
+refuses "kiroconvergence" get Default kiroconvergance
+
+readonly before=$(frames_of_round 1)
+answers '0\.2' set Default kirodbconvbase "$near=0.2" "$far=0.2"
+# The round of the edit is a mixture; the one behind it is not.
+readonly after=$(frames_of_round $(($(rounds_so_far) + 2)))
+[ "$after" -ge $((2 * before)) ] || fail "the steps settle after $before frames, and after $after at a third of the speed"
+
+kill -INT $camera
+wait $camera || fail "the camera ends with status $?"
+grep -q '^ripple of the safe exposure' "$work/camera" || fail 'the camera ends without a summary'
+exit $((failures > 0))
