@@ -279,6 +279,7 @@ VOID ShowPort(const RunOptions& rOptions, kirosim::LoadedTuning& rTuning)
         return;
     }
     fmt::print("live tuning at port {}\n", port);
+    (VOID) std::fflush(stdout);
 }
 
 VOID Run(const RunOptions& rOptions)

@@ -322,6 +322,25 @@ TEST_F(LiveCommandsTest, TriggerValuesFollowWhenTheyHaveComeTogether)
     EXPECT_FALSE(m_manager->SetTriggerValues("Default", "alpha", "IPE", "late", values, 2));
 }
 
+TEST_F(LiveCommandsTest, TriggerValuesOfAClientThatHasLeftReachNobody)
+{
+    Load();
+    ASSERT_TRUE(m_client->Send(Request(7, Text("Default:alpha:IPE"))));
+    ASSERT_TRUE(WaitFor([&] { return m_manager->SetTriggerValues("Default", "alpha", "IPE", "x", nullptr, 0); }));
+    m_client->Reset();
+    m_client.emplace(m_manager->GetLiveTuningPort());
+    const std::clock_t due = std::clock() + 5001;
+    while (std::clock() < due)
+    {
+    }
+    const Bytes table = Request(9, Text("0"), ID());
+    for (INT turn = 0; turn < 3; ++turn)
+    {
+        EXPECT_EQ(Ask(Request(9, Text("0"))), table);
+    }
+    EXPECT_FALSE(m_manager->SetTriggerValues("Default", "alpha", "IPE", "x", nullptr, 0)) << "the request is over";
+}
+
 TEST_F(LiveCommandsTest, CustomCommandsAreTheHosts)
 {
     Load();
