@@ -10,12 +10,12 @@ namespace
 {
 
 // The allowance for loading records: see ChargeWork.
-constexpr UINT64 WorkBase    = 4 * 1024 * 1024;
+constexpr UINT64 WorkBase    = 4ULL * 1024 * 1024;
 constexpr UINT64 WorkPerByte = 32;
 
 // What all modules together may claim as their data. Modules with the same data claim the same bytes each, so that real
 // files claim a multiple of their size.
-constexpr UINT64 ClaimBase    = 1024 * 1024 * 1024;
+constexpr UINT64 ClaimBase    = 1024ULL * 1024 * 1024;
 constexpr UINT64 ClaimPerByte = 64;
 
 }  // namespace

@@ -57,8 +57,9 @@ VOID OutsideSources::DeliverMap(DOUBLE time, KiroExternalData& rHost) const
     std::array<FLOAT, KiroExternalData::MapSize> cells{};
     for (UINT32 cell = 0; isHere && cell < KiroExternalData::MapSize; ++cell)
     {
+        const UINT32 row       = cell / KiroExternalData::MapWidth;
         const DOUBLE x         = (cell % KiroExternalData::MapWidth + 0.5) / KiroExternalData::MapWidth;
-        const DOUBLE y         = (cell / KiroExternalData::MapWidth + 0.5) / KiroExternalData::MapWidth;
+        const DOUBLE y         = (row + 0.5) / KiroExternalData::MapWidth;
         const bool   isObject  = m_rScene.object.has_value() && m_rScene.object->Covers(time, x, y);
         const DOUBLE distance  = isObject ? rMap.near : rMap.far;
         const DOUBLE selection = isObject ? 1.0 : 0.0;

@@ -179,8 +179,9 @@ VOID SensorModel::PlaceObject(DOUBLE time)
 {
     for (UINT32 region = 0; m_rScene.object.has_value() && region < GridSize; ++region)
     {
+        const UINT32 row     = region / GridWidth;
         const DOUBLE x       = (region % GridWidth + 0.5) / GridWidth;
-        const DOUBLE y       = (region / GridWidth + 0.5) / GridHeight;
+        const DOUBLE y       = (row + 0.5) / GridHeight;
         m_objectMask[region] = m_rScene.object->Covers(time, x, y);
     }
 }

@@ -31,7 +31,8 @@ public:
     {
         const size_t start = bytes.size();
         bytes.insert(bytes.end(), text.begin(), text.end());
-        bytes.resize(start + (size + m_packing - 1) / m_packing * m_packing);
+        const size_t slots = (static_cast<size_t>(size) + m_packing - 1) / m_packing;
+        bytes.resize(start + slots * m_packing);
     }
 
     std::vector<BYTE> bytes;

@@ -58,7 +58,7 @@ VOID InitializeModuleRecord(const tuning::ModuleDescription& rDescription, VOID*
 
 VOID* RecordArena::Allocate(size_t size)
 {
-    constexpr size_t BlockSize = 64 * 1024;
+    constexpr size_t BlockSize = static_cast<size_t>(64) * 1024;
     if (size > MaxBytes - std::min(m_used, MaxBytes))
     {
         return nullptr;
