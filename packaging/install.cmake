@@ -7,8 +7,8 @@ include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
 # The headers of the store that a host sees through parameters/tuningsetmanager.h; the others are the store's own.
-set(STORE_HEADERS binaryfileformat modeentry moduledata parameterlogging parametermodule parametersetmanager parametersync
-    plist tablemodule tuningmode tuningsetmanager versionunion)
+set(STORE_HEADERS binaryfileformat modeentry moduledata parameterdataapi parameterlogging parametermodule
+    parametersetmanager parametersync plist tablemodule tuningmode tuningsetmanager versionunion)
 list(TRANSFORM STORE_HEADERS PREPEND ${PROJECT_SOURCE_DIR}/parameters/)
 list(TRANSFORM STORE_HEADERS APPEND .h)
 
@@ -18,6 +18,9 @@ set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/kirocore)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/interface ${PROJECT_SOURCE_DIR}/schema DESTINATION ${header_dir} COMPONENT headers
         FILES_MATCHING PATTERN *.h PATTERN *.def)
 install(FILES ${STORE_HEADERS} DESTINATION ${header_dir}/parameters COMPONENT headers)
+install(FILES ${PROJECT_SOURCE_DIR}/parameters/live/parameterctvalue.h
+              ${PROJECT_SOURCE_DIR}/parameters/live/verniercustomhandler.h
+        DESTINATION ${header_dir}/parameters/live COMPONENT headers)
 install(FILES ${PROJECT_SOURCE_DIR}/platform/tavotypes.h ${PROJECT_SOURCE_DIR}/platform/tavocommonutils.h
         DESTINATION ${header_dir}/platform COMPONENT headers)
 install(FILES ${PROJECT_SOURCE_DIR}/platform/tavodesk.h DESTINATION ${header_dir}/platform COMPONENT desk)

@@ -280,9 +280,10 @@ ParameterParserInfo Describe(const RecordMember& rMember, const BYTE* pRecord)
     return {rMember.pName, pType, LoadNumber(rMember.type, values.pFirst), PrecisionOf(rMember.type)};
 }
 
+/// One store, so that a frame never sees a part of the number.
 template <typename T> VOID Store(VOID* pPlace, T value)
 {
-    std::memcpy(pPlace, &value, sizeof(value));
+    *static_cast<T*>(pPlace) = value;
 }
 
 }  // namespace

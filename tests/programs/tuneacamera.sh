@@ -56,6 +56,7 @@ answers '^unitStepSize +0\.25' get 0 kiroconvergence
 refuses 'no such mode path, module or member' get Default kiroconvergence nothing
 refuses "expected a decimal number" set Default kiroconvergence unitStepSize=1e3
 refuses "kiroconvergence" get Default kiroconvergance
+refuses "no mode 'Usecase.Video' below 'Default'" set 'Default|Usecase.Video' kiroconvergence unitStepSize=1
 
 readonly before=$(frames_of_round 1)
 answers '0\.2' set Default kirodbconvbase "$near=0.2" "$far=0.2"

@@ -329,6 +329,8 @@ VOID LiveSession::PrintSet(const std::string& rModule, const std::vector<Value>&
 VOID LiveSession::Set(const std::string& rPath, const std::string& rModule,
                       const std::vector<std::string>& rAssignments)
 {
+    // The service would edit the deepest mode that exists.
+    RequireMode(liveclient::NamedPath(rPath));
     std::vector<Value>       wanted;
     std::vector<std::string> names;
     for (const std::string& rAssignment : rAssignments)

@@ -2,7 +2,7 @@
 /// A client of the live tuning service: reads and changes the parameters of a running camera.
 ///
 ///     liveclient::Client client({.host = "192.168.1.20"});
-///     client.Set("Default|Usecase.Video", "kiroconvergence", {{"speed", "0.5"}});
+///     client.Set("Default|Sensor.0|Usecase.Video", "kiroconvergence", {{"unitStepSize", "0.5"}});
 #pragma once
 
 #include <chrono>
