@@ -181,7 +181,7 @@ bool ParameterSetManager::GetValue(BYTE tableIndex, const TuningMode* pBranch, U
 bool ParameterSetManager::GetMemberValues(ParameterModule& rModule, const CHAR* pRest, const CHAR* pMembers,
                                           BoundedText& rText)
 {
-    const std::unique_ptr<CHAR[]> pValue  = std::make_unique<CHAR[]>(MaxValueText);
+    const std::unique_ptr<CHAR[]> pValue  = std::make_unique_for_overwrite<CHAR[]>(MaxValueText);
     std::string_view              members = pMembers;
     bool                          isRead  = false;
     while (!members.empty())
@@ -205,7 +205,7 @@ bool ParameterSetManager::GetMemberValues(ParameterModule& rModule, const CHAR* 
 
 bool ParameterSetManager::GetAllValues(ParameterModule& rModule, const CHAR* pRest, BoundedText& rText)
 {
-    const std::unique_ptr<CHAR[]> pValue = std::make_unique<CHAR[]>(MaxValueText);
+    const std::unique_ptr<CHAR[]> pValue = std::make_unique_for_overwrite<CHAR[]>(MaxValueText);
     PList<ParameterParserInfo>    list;
     if (!rModule.GetInfo(pRest, list))
     {
