@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/tavotypes.h"
+#include "bench/results.h"
 
 /// Names of the benchmarks, as bars refer to them.
 namespace benchname
@@ -19,6 +19,10 @@ constexpr const CHAR* HeavyFloor      = "frame/heavy_floor";
 constexpr const CHAR* LightFrame      = "frame/light";
 constexpr const CHAR* GetModuleBuffer = "store/get_module_buffer";
 constexpr const CHAR* GetModuleFile   = "store/get_module_file";
+constexpr const CHAR* GetMemberText   = "store/text_get_one_member";
+constexpr const CHAR* GetModuleText   = "store/text_get_all_members";
+constexpr const CHAR* SetMemberText   = "store/text_set_member";
+constexpr const CHAR* ModuleInfo      = "store/text_get_info";
 constexpr const CHAR* TriggerTree     = "core/trigger_three_levels";
 constexpr const CHAR* LoadPhoneBuffer = "store/load_phone_buffer";
 constexpr const CHAR* LoadPhoneFile   = "store/load_phone_file";
@@ -27,12 +31,14 @@ constexpr const CHAR* LoadLargeFile   = "store/load_33_modules_40_modes_file";
 
 }  // namespace benchname
 
-/// Shows results as they come and keeps the median of each benchmark, CPU time in ns.
+/// Keeps the median of each benchmark, CPU time in ns.
 class MedianReporter : public benchmark::ConsoleReporter
 {
 public:
-    MedianReporter();
+    /// @param isShown whether results are printed as they come
+    explicit MedianReporter(bool isShown);
 
+    bool ReportContext(const Context& rContext) override;
     void ReportRuns(const std::vector<Run>& rRuns) override;
 
     const std::map<std::string, DOUBLE>& Medians() const
@@ -41,8 +47,10 @@ public:
     }
 
 private:
+    const bool                    m_isShown;
     std::map<std::string, DOUBLE> m_medians;
 };
 
-/// Prints one line per bar whose benchmarks have run.
-VOID PrintBars(const std::map<std::string, DOUBLE>& rMedians);
+/// @param rMedians as MedianReporter has them
+/// @return those with a bar first
+std::vector<BenchResult> CompareWithBars(const std::map<std::string, DOUBLE>& rMedians);

@@ -47,7 +47,8 @@ VOID RunFloor(benchmark::State& rState)
     }
 }
 
-template <typename Frame> VOID PrintAllocationsOf(const CHAR* pName, Frame& rFrame)
+template <typename Frame>
+VOID MeasureAllocationsOf(const CHAR* pName, Frame& rFrame, bool isPrinted, std::vector<BenchResult>& rResults)
 {
     constexpr UINT64   frames  = 1000;
     constexpr UINT64   allowed = frames;  // the history's node
@@ -59,9 +60,28 @@ template <typename Frame> VOID PrintAllocationsOf(const CHAR* pName, Frame& rFra
     const HeapCounters after     = GetHeapCounters();
     const UINT64       framework = after.framework - before.framework;
     const UINT64       all       = after.all - before.all;
-    const bool         isKept    = framework == allowed && all == allowed;
-    fmt::print("{} frame, {} in a row: {} by TavoCalloc, {} by any allocator, {} expected  {}\n", pName, frames,
-               framework, all, allowed, isKept ? "ok" : "above");
+    if (isPrinted)
+    {
+        const bool isKept = framework == allowed && all == allowed;
+        fmt::print("{} frame, {} in a row: {} by TavoCalloc, {} by any allocator, {} expected  {}\n", pName, frames,
+                   framework, all, allowed, isKept ? "ok" : "above");
+    }
+    rResults.push_back({fmt::format("frame/{}/allocations_in_1000", pName), "count", static_cast<DOUBLE>(all),
+                        static_cast<DOUBLE>(allowed)});
+}
+
+template <typename Frame>
+VOID MeasureStagesOf(const CHAR* pName, Frame& rFrame, bool isPrinted, std::vector<BenchResult>& rResults)
+{
+    const std::vector<StageTime> stages = MeasureStageTimes(*rFrame.Rig().Host().Algo(), [&rFrame] { rFrame.Run(); });
+    if (isPrinted)
+    {
+        PrintStageTimes(fmt::format("{} frame", pName).c_str(), stages);
+    }
+    for (const StageTime& rStage : stages)
+    {
+        rResults.push_back({fmt::format("frame/{}/{}", pName, rStage.pName), "ns", rStage.ns, {}});
+    }
 }
 
 }  // namespace
@@ -75,17 +95,24 @@ VOID RegisterFrameBenchmarks()
     benchmark::RegisterBenchmark(benchname::LightFrame, [](benchmark::State& rState) { RunFrames(rState, Light()); });
 }
 
-VOID PrintAllocations()
+std::vector<BenchResult> MeasureAllocations(bool isPrinted)
 {
-    fmt::print("\nallocations\n");
-    PrintAllocationsOf("heavy", Heavy());
-    PrintAllocationsOf("everything on", Everything());
-    PrintAllocationsOf("light", Light());
+    if (isPrinted)
+    {
+        fmt::print("\nallocations\n");
+    }
+    std::vector<BenchResult> results;
+    MeasureAllocationsOf("heavy", Heavy(), isPrinted, results);
+    MeasureAllocationsOf("everything_on", Everything(), isPrinted, results);
+    MeasureAllocationsOf("light", Light(), isPrinted, results);
+    return results;
 }
 
-VOID PrintStages()
+std::vector<BenchResult> MeasureStages(bool isPrinted)
 {
-    PrintStageTimes("heavy frame", *Heavy().Rig().Host().Algo(), [] { Heavy().Run(); });
-    PrintStageTimes("everything on", *Everything().Rig().Host().Algo(), [] { Everything().Run(); });
-    PrintStageTimes("light frame", *Light().Rig().Host().Algo(), [] { Light().Run(); });
+    std::vector<BenchResult> results;
+    MeasureStagesOf("heavy", Heavy(), isPrinted, results);
+    MeasureStagesOf("everything_on", Everything(), isPrinted, results);
+    MeasureStagesOf("light", Light(), isPrinted, results);
+    return results;
 }

@@ -2,12 +2,14 @@
 /// Whole frames, from the host's first input to the end of the frame.
 #pragma once
 
-#include "platform/tavotypes.h"
+#include <vector>
+
+#include "bench/results.h"
 
 VOID RegisterFrameBenchmarks();
 
-/// Prints what a steady frame takes from the heap: the history's node and nothing else.
-VOID PrintAllocations();
+/// What a steady frame takes from the heap: the history's node and nothing else.
+std::vector<BenchResult> MeasureAllocations(bool isPrinted);
 
-/// Prints where the time of a frame goes.
-VOID PrintStages();
+/// Where the time of a frame goes.
+std::vector<BenchResult> MeasureStages(bool isPrinted);

@@ -69,8 +69,8 @@ VOID FrameRig::RunFrame(KIROStatsList& rStats)
     (VOID) m_host.RunFrame(++m_frameID, rStats);
 }
 
-HeavyFrame::HeavyFrame(bool isEverythingOn)
-    : m_scene(OfficeScene()), m_sensor(m_scene), m_rig(heavytuning::Compile(isEverythingOn), m_scene.sensor),
+HeavyFrame::HeavyFrame(bool isEverythingOn, bool isLive)
+    : m_scene(OfficeScene()), m_sensor(m_scene), m_rig(heavytuning::Compile(isEverythingOn), m_scene.sensor, isLive),
       m_pStats(nullptr), m_map{}
 {
     constexpr UINT32 framesToSettle = 120;

@@ -27,6 +27,11 @@ public:
         return m_host;
     }
 
+    TuningSetManager& Manager()
+    {
+        return m_manager;
+    }
+
 private:
     KiroHostConfig ConfigOf(const std::vector<BYTE>& rTuning, const kirosim::Sensor& rSensor, bool isLive);
 
@@ -43,7 +48,8 @@ class HeavyFrame
 public:
     /// Runs frames in a closed loop until the exposure has settled; from then on the last frame's statistics stay.
     /// @param isEverythingOn with all that can hang on a frame, fed with a map and a channel of 16 x 16 regions
-    explicit HeavyFrame(bool isEverythingOn);
+    /// @param isLive         whether tuning tools are served
+    explicit HeavyFrame(bool isEverythingOn, bool isLive = false);
 
     VOID Run()
     {

@@ -1,11 +1,15 @@
 #include <benchmark/benchmark.h>
+#include <charconv>
 #include <exception>
 #include <fmt/format.h>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "bench/bars.h"
 #include "bench/framebench.h"
+#include "bench/livebench.h"
+#include "bench/results.h"
 #include "bench/storebench.h"
 #include "bench/triggerbench.h"
 #include "platform/tavocommonutils.h"
@@ -16,6 +20,9 @@ namespace
 constexpr INT ExitBadInput = 1;
 constexpr INT ExitBadUsage = 2;
 
+constexpr UINT32 LiveSeconds      = 60;
+constexpr UINT32 ShortLiveSeconds = 6;  ///< when it is one of many
+
 /// A median over many short rounds, taken in turns, shrugs off what else the machine does meanwhile.
 std::vector<std::string> DefaultOptions()
 {
@@ -23,13 +30,47 @@ std::vector<std::string> DefaultOptions()
             "--benchmark_report_aggregates_only=true"};
 }
 
+struct Arguments
+{
+    bool                     isJson = false;
+    std::optional<UINT32>    liveSeconds;  ///< measure nothing but live tuning, for so long
+    std::vector<std::string> options;      ///< for the benchmarks
+};
+
+Arguments ReadArguments(const std::vector<std::string>& rTexts)
+{
+    Arguments arguments;
+    for (const std::string& rText : rTexts)
+    {
+        UINT32     seconds  = 0;
+        const auto read     = std::from_chars(rText.data(), rText.data() + rText.size(), seconds);
+        const bool isNumber = read.ec == std::errc() && *read.ptr == '\0' && seconds > 0;
+        if (rText == "--json")
+        {
+            arguments.isJson = true;
+        }
+        else if (rText == "--live")
+        {
+            arguments.liveSeconds = LiveSeconds;
+        }
+        else if (arguments.liveSeconds && isNumber)
+        {
+            arguments.liveSeconds = seconds;
+        }
+        else
+        {
+            arguments.options.push_back(rText);
+        }
+    }
+    return arguments;
+}
+
 /// Options of the command line stand behind the defaults and win.
-bool TakeOptions(int argc, char** argv)
+bool TakeOptions(char* pProgram, const std::vector<std::string>& rOptions)
 {
     std::vector<std::string> options = DefaultOptions();
-    options.insert(options.begin(), argv[0]);
-    options.insert(options.end(), argv + 1, argv + argc);
-    std::vector<char*> pointers;
+    options.insert(options.end(), rOptions.begin(), rOptions.end());
+    std::vector<char*> pointers = {pProgram};
     for (std::string& rOption : options)
     {
         pointers.push_back(rOption.data());
@@ -39,26 +80,66 @@ bool TakeOptions(int argc, char** argv)
     return !benchmark::ReportUnrecognizedArguments(count, pointers.data());
 }
 
+VOID Append(const std::vector<BenchResult>& rMore, std::vector<BenchResult>& rResults)
+{
+    rResults.insert(rResults.end(), rMore.begin(), rMore.end());
+}
+
+std::vector<BenchResult> RunBenchmarks(bool isPrinted)
+{
+    RegisterFrameBenchmarks();
+    RegisterStoreBenchmarks();
+    RegisterTriggerBenchmark();
+    MedianReporter reporter(isPrinted);
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    std::vector<BenchResult> results = MeasureStages(isPrinted);
+    Append(MeasureAllocations(isPrinted), results);
+    const std::vector<BenchResult> compared = CompareWithBars(reporter.Medians());
+    if (isPrinted)
+    {
+        PrintTable("CPU time, median", compared);
+    }
+    Append(compared, results);
+    return results;
+}
+
+VOID Run(const Arguments& rArguments)
+{
+    std::vector<BenchResult> results;
+    if (!rArguments.liveSeconds)
+    {
+        results = RunBenchmarks(!rArguments.isJson);
+    }
+    // Whoever chooses among the benchmarks does not want to wait for this.
+    if (rArguments.liveSeconds || rArguments.options.empty())
+    {
+        const std::vector<BenchResult> live = MeasureLiveTuning(rArguments.liveSeconds.value_or(ShortLiveSeconds));
+        if (!rArguments.isJson)
+        {
+            PrintTable("frames beside a tuning tool, medians", live);
+        }
+        Append(live, results);
+    }
+    if (rArguments.isJson)
+    {
+        PrintJson(results);
+    }
+}
+
 }  // namespace
 
 int main(int argc, char** argv)
 {
     // The log is configured, and every group of it is off.
-    Tavo::g_logInfoUpdated = TRUE;
-    if (!TakeOptions(argc, argv))
+    Tavo::g_logInfoUpdated    = TRUE;
+    const Arguments arguments = ReadArguments({argv + 1, argv + argc});
+    if (!TakeOptions(argv[0], arguments.options))
     {
         return ExitBadUsage;
     }
     try
     {
-        RegisterFrameBenchmarks();
-        RegisterStoreBenchmarks();
-        RegisterTriggerBenchmark();
-        MedianReporter reporter;
-        benchmark::RunSpecifiedBenchmarks(&reporter);
-        PrintStages();
-        PrintAllocations();
-        PrintBars(reporter.Medians());
+        Run(arguments);
         return 0;
     }
     catch (const std::exception& rError)

@@ -1,10 +1,11 @@
 #include "bench/stagetimes.h"
 
-#include <algorithm>
 #include <chrono>
 #include <fmt/format.h>
 #include <utility>
 #include <vector>
+
+#include "bench/results.h"
 
 namespace
 {
@@ -96,16 +97,9 @@ constexpr Stage Stages[] = {
 };
 constexpr size_t StageCount = std::size(Stages);
 
-DOUBLE MedianOf(std::vector<DOUBLE>& rValues)
-{
-    const auto middle = rValues.begin() + static_cast<ptrdiff_t>(rValues.size() / 2);
-    std::nth_element(rValues.begin(), middle, rValues.end());
-    return *middle;
-}
-
 }  // namespace
 
-VOID PrintStageTimes(const CHAR* pTitle, IKIROCoreAlgo& rAlgo, const std::function<VOID()>& runFrame)
+std::vector<StageTime> MeasureStageTimes(IKIROCoreAlgo& rAlgo, const std::function<VOID()>& runFrame)
 {
     constexpr UINT32    frames = 2001;
     std::vector<DOUBLE> stageNs[StageCount];
@@ -135,14 +129,22 @@ VOID PrintStageTimes(const CHAR* pTitle, IKIROCoreAlgo& rAlgo, const std::functi
         rStage.remove(rAlgo);
     }
 
-    const DOUBLE whole = MedianOf(frameNs);
-    const auto   print = [whole](const CHAR* pName, UINT32 calls, DOUBLE ns)
-    { fmt::print("  {:<28}{:>6}{:>12.2f}{:>8.1f}\n", pName, calls, ns / 1e3, 100.0 * ns / whole); };
-    fmt::print("\n{:<30}{:>6}{:>12}{:>8}\n", pTitle, "calls", "us", "%");
+    std::vector<StageTime> times;
     for (size_t stage = 0; stage < StageCount; ++stage)
     {
-        print(Stages[stage].pName, stageCalls[stage], MedianOf(stageNs[stage]));
+        times.push_back({Stages[stage].pName, stageCalls[stage], PercentileOf(stageNs[stage], 0.5)});
     }
-    print("host, and the clock", 1, MedianOf(restNs));
-    print("whole frame", 1, whole);
+    times.push_back({"host, and the clock", 1, PercentileOf(restNs, 0.5)});
+    times.push_back({"whole frame", 1, PercentileOf(frameNs, 0.5)});
+    return times;
+}
+
+VOID PrintStageTimes(const CHAR* pTitle, const std::vector<StageTime>& rStages)
+{
+    fmt::print("\n{:<30}{:>6}{:>12}{:>8}\n", pTitle, "calls", "us", "%");
+    for (const StageTime& rStage : rStages)
+    {
+        fmt::print("  {:<28}{:>6}{:>12.2f}{:>8.1f}\n", rStage.pName, rStage.calls, rStage.ns / 1e3,
+                   100.0 * rStage.ns / rStages.back().ns);
+    }
 }

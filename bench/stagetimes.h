@@ -3,10 +3,21 @@
 #pragma once
 
 #include <functional>
+#include <vector>
 
 #include "interface/ikirocorealgo.h"
 
-/// Runs frames with a clock around each function of the table and prints the median of each. The clock itself costs
-/// some tens of nanoseconds per call.
+struct StageTime
+{
+    const CHAR* pName;
+    UINT32      calls;  ///< in a frame
+    DOUBLE      ns;     ///< median over frames of all its calls
+};
+
+/// Runs frames with a clock around each function of the table. The clock itself costs some tens of nanoseconds per
+/// call.
 /// @param rAlgo the table through which the frames run; as it was afterwards
-VOID PrintStageTimes(const CHAR* pTitle, IKIROCoreAlgo& rAlgo, const std::function<VOID()>& runFrame);
+/// @return the stages; behind them what the host takes, and the whole frame
+std::vector<StageTime> MeasureStageTimes(IKIROCoreAlgo& rAlgo, const std::function<VOID()>& runFrame);
+
+VOID PrintStageTimes(const CHAR* pTitle, const std::vector<StageTime>& rStages);

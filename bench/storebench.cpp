@@ -8,6 +8,7 @@
 
 #include "bench/bars.h"
 #include "bench/largetuning.h"
+#include "parameters/parameterparserinfo.h"
 #include "parameters/tuningsetmanager.h"
 #include "tools/tuningfile/files.h"
 
@@ -96,6 +97,52 @@ VOID GetModule(benchmark::State& rState, bool isFileMode)
     }
 }
 
+/// What a tuning tool asks for, and room for its answer.
+constexpr UINT32      AnswerSize    = 65535;
+constexpr const CHAR* VideoPathText = "0|1.0|2.2";
+constexpr const CHAR* TextModule    = "kiroconvergence";
+constexpr const CHAR* TextRecord    = "kiroconvergence.smoothADRC.nodes[0]";
+
+/// @param access what is measured: takes the store, returns whether it worked
+template <typename Access> VOID AccessAsText(benchmark::State& rState, const Access& access)
+{
+    TuningSetManager manager("kirobench");
+    manager.SetLiveTuningAutostart(false);
+    bool isDone = PhoneFile().LoadInto(manager, false);
+    for (auto _ : rState)
+    {
+        isDone = access(manager) && isDone;
+    }
+    if (!isDone)
+    {
+        rState.SkipWithError("the store did not answer");
+    }
+}
+
+/// @param pMembers null for all
+VOID GetText(benchmark::State& rState, const CHAR* pModule, const CHAR* pMembers)
+{
+    std::vector<CHAR> answer(AnswerSize);
+    AccessAsText(rState, [&](TuningSetManager& rManager)
+                 { return rManager.GetValue(0, VideoPathText, pModule, pMembers, answer.data(), AnswerSize); });
+}
+
+VOID SetText(benchmark::State& rState)
+{
+    AccessAsText(rState, [](TuningSetManager& rManager)
+                 { return rManager.SetValue(0, VideoPathText, TextRecord, "nodeSize", "0.5"); });
+}
+
+VOID GetInfo(benchmark::State& rState)
+{
+    AccessAsText(rState,
+                 [](TuningSetManager& rManager)
+                 {
+                     PList<ParameterParserInfo> infos;
+                     return rManager.GetInfo(0, VideoPathText, TextModule, infos) && infos.Count() > 0;
+                 });
+}
+
 }  // namespace
 
 VOID RegisterStoreBenchmarks()
@@ -108,4 +155,10 @@ VOID RegisterStoreBenchmarks()
     add(benchname::LoadPhoneFile, [](benchmark::State& rState) { Load(rState, PhoneFile(), true); });
     add(benchname::LoadLargeBuffer, [](benchmark::State& rState) { Load(rState, LargeFile(), false); });
     add(benchname::LoadLargeFile, [](benchmark::State& rState) { Load(rState, LargeFile(), true); });
+    const auto addText = [](const CHAR* pName, VOID (*run)(benchmark::State&))
+    { benchmark::RegisterBenchmark(pName, run)->Unit(benchmark::kMicrosecond); };
+    addText(benchname::GetMemberText, [](benchmark::State& rState) { GetText(rState, TextRecord, "nodeSize"); });
+    addText(benchname::GetModuleText, [](benchmark::State& rState) { GetText(rState, TextModule, nullptr); });
+    addText(benchname::SetMemberText, SetText);
+    addText(benchname::ModuleInfo, GetInfo);
 }
