@@ -46,8 +46,9 @@ bool Replay(const ReplayOptions& rOptions, StatsLogger logger)
     {
         fmt::print(stderr, "kirosim: {}: {}\n", rOptions.file, result.damage);
     }
-    const std::string verdict =
-        result.differences.empty() ? "the same" : fmt::format("{} differences", result.differences.size());
+    const std::string verdict = result.differences.empty() ? "the same"
+                                                           : fmt::format("{} difference{}", result.differences.size(),
+                                                                         (result.differences.size() > 1) ? "s" : "");
     fmt::print("replayed {} frames, {} calls: {}\n", result.frames, result.calls, verdict);
     return result.differences.empty() && result.damage.empty();
 }

@@ -1,12 +1,11 @@
 #include "tools/recording/chunks.h"
 
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <fmt/format.h>
 #include <stdexcept>
 #include <sys/stat.h>
-
-#include "parameters/parsercrc.h"
 
 namespace recording
 {
@@ -24,6 +23,33 @@ struct Header
     UINT32 version;
     UINT32 checksum;  ///< of what stands before it
 };
+
+using ChecksumTables = std::array<std::array<UINT32, 256>, 8>;
+
+/// Table n takes a byte that n bytes follow: eight bytes at a time, since statistics are large.
+constexpr ChecksumTables BuildTables()
+{
+    constexpr UINT32 polynomial = 0xEDB88320;
+    ChecksumTables   tables{};
+    for (UINT32 index = 0; index < 256; ++index)
+    {
+        UINT32 value = index;
+        for (UINT32 bit = 0; bit < 8; ++bit)
+        {
+            value = (value >> 1) ^ (((value & 1) != 0) ? polynomial : 0);
+        }
+        tables[0][index] = value;
+    }
+    for (size_t table = 1; table < tables.size(); ++table)
+    {
+        for (UINT32 index = 0; index < 256; ++index)
+        {
+            const UINT32 before  = tables[table - 1][index];
+            tables[table][index] = (before >> 8) ^ tables[0][before & 0xFF];
+        }
+    }
+    return tables;
+}
 
 std::span<const BYTE> BytesOf(const VOID* pBytes, size_t size)
 {
@@ -50,7 +76,26 @@ std::string NameOf(UINT32 type)
 
 UINT32 ChecksumOf(std::span<const BYTE> bytes, UINT32 seed)
 {
-    return ParserCRC32::GetCRC(bytes.data(), static_cast<UINT32>(bytes.size()), seed);
+    static constexpr ChecksumTables tables = BuildTables();
+
+    UINT32 value = ~seed;
+    for (; bytes.size() >= tables.size(); bytes = bytes.subspan(tables.size()))
+    {
+        UINT32 words[2];
+        std::memcpy(words, bytes.data(), sizeof(words));
+        words[0] ^= value;
+        value = 0;
+        for (size_t byte = 0; byte < 4; ++byte)
+        {
+            value ^=
+                tables[7 - byte][(words[0] >> (8 * byte)) & 0xFF] ^ tables[3 - byte][(words[1] >> (8 * byte)) & 0xFF];
+        }
+    }
+    for (const BYTE byte : bytes)
+    {
+        value = tables[0][(byte ^ value) & 0xFF] ^ (value >> 8);
+    }
+    return ~value;
 }
 
 ChunkWriter::ChunkWriter(const std::string& rPath)
