@@ -1,7 +1,6 @@
 #include "tools/recording/replayer.h"
 
 #include <algorithm>
-#include <array>
 #include <fmt/format.h>
 
 #include "host/kirodebugdata.h"
@@ -17,6 +16,15 @@ namespace
 
 /// Cameras of a recording: far more than a device has.
 constexpr size_t InstanceCountMax = 16;
+
+using AllCalls = std::tuple<
+    CreateDataXmlCall, RunStartOfFrameCall, RunMeteringPreprocessCall, RunAnalyzerCall, UpdateAnalyzerMgrOutCall,
+    RunMeteringPostprocessCall, MixMeteringCall, RunExtensionCall, RunEndOfFrameCall, FollowMasterConvExposureCall,
+    GetBankDataCall, SetInputCall, SetStatsCall, SetBankDataCall, GetFlashMaxCurrentCall, GetFlashCalibInfoCall,
+    GetFlashCurrentCall, IsPreflashMeteringNeededCall, GetStartUpExposureCall, QueryMetaDataCall, RunArbitrationCall,
+    RunConvProcessCall, RunConvSettleCall, RunConvPostProcessCall, HandleExposureConstraintsCall, DestroyInstanceCall,
+    SetDynamicBankDataCall, GetContextStatusCall, SetContextEventCall, GetContextEventCall, Run1DVectorProcessCall,
+    Reset1DVectorProcessorsCall, SetMeteringLockCall, RebaseSCDCall, GetSCDOutputCall, GetFICDataCall>;
 
 template <typename T> T Load(std::span<const BYTE>& rBytes)
 {
@@ -219,26 +227,18 @@ VOID Replayer::CheckTail(const Chunk& rChunk)
     m_hasTail = true;
 }
 
+template <typename... Calls> constexpr Replayer::Handlers Replayer::HandlersOf(std::tuple<Calls...>*)
+{
+    static_assert(((1ULL << static_cast<UINT32>(Calls::slot)) | ...) == (1ULL << std::size(SlotNames)) - 1,
+                  "every function has its call");
+    Handlers handlers{};
+    ((handlers[static_cast<size_t>(Calls::slot)] = &Replayer::Replay<Calls>), ...);
+    return handlers;
+}
+
 VOID Replayer::RunCall(const Chunk& rChunk)
 {
-    static constexpr std::array<Handler, static_cast<size_t>(Slot::Count)> handlers = []()
-    {
-        std::array<Handler, static_cast<size_t>(Slot::Count)> table{};
-        const auto                                            set = [&table]<typename... Calls>(std::tuple<Calls...>*)
-        { ((table[static_cast<size_t>(Calls::slot)] = &Replayer::Replay<Calls>), ...); };
-        set(static_cast<
-            std::tuple<CreateDataXmlCall, RunStartOfFrameCall, RunMeteringPreprocessCall, RunAnalyzerCall,
-                       UpdateAnalyzerMgrOutCall, RunMeteringPostprocessCall, MixMeteringCall, RunExtensionCall,
-                       RunEndOfFrameCall, FollowMasterConvExposureCall, GetBankDataCall, SetInputCall, SetStatsCall,
-                       SetBankDataCall, GetFlashMaxCurrentCall, GetFlashCalibInfoCall, GetFlashCurrentCall,
-                       IsPreflashMeteringNeededCall, GetStartUpExposureCall, QueryMetaDataCall, RunArbitrationCall,
-                       RunConvProcessCall, RunConvSettleCall, RunConvPostProcessCall, HandleExposureConstraintsCall,
-                       DestroyInstanceCall, SetDynamicBankDataCall, GetContextStatusCall, SetContextEventCall,
-                       GetContextEventCall, Run1DVectorProcessCall, Reset1DVectorProcessorsCall, SetMeteringLockCall,
-                       RebaseSCDCall, GetSCDOutputCall, GetFICDataCall>*>(nullptr));
-        return table;
-    }();
-    static_assert(std::find(handlers.begin(), handlers.end(), nullptr) == handlers.end(), "every slot has its call");
+    static constexpr Handlers handlers = HandlersOf(static_cast<AllCalls*>(nullptr));
 
     std::span<const BYTE> inputs = rChunk.payload;
     const auto            number = Load<UINT32>(inputs);

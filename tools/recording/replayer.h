@@ -2,14 +2,17 @@
 /// Drives the core from a recording and compares what it answers.
 #pragma once
 
+#include <array>
 #include <functional>
 #include <memory>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "host/kirocorelibrary.h"
 #include "tools/recording/chunks.h"
 #include "tools/recording/identities.h"
+#include "tools/recording/slots.h"
 #include "tools/recording/tuningreference.h"
 
 class KiroDebugData;
@@ -49,7 +52,8 @@ public:
 private:
     struct PresentCall;
 
-    using Handler = VOID (Replayer::*)(PresentCall& rCall);
+    using Handler  = VOID (Replayer::*)(PresentCall& rCall);
+    using Handlers = std::array<Handler, static_cast<size_t>(Slot::Count)>;
 
     bool Handle(const Chunk& rChunk);
     VOID CheckHead(const Chunk& rChunk);
@@ -58,6 +62,8 @@ private:
     VOID SetHostRecord(const Chunk& rChunk);
     VOID CheckTail(const Chunk& rChunk);
     VOID RunCall(const Chunk& rChunk);
+
+    template <typename... Calls> static constexpr Handlers HandlersOf(std::tuple<Calls...>*);
 
     template <typename Call> VOID Replay(PresentCall& rCall);
     template <typename Call> VOID Compare(const PresentCall& rCall, const Call& rAnswered);
