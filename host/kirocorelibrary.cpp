@@ -2,8 +2,9 @@
 
 #include <dlfcn.h>
 #include <stdexcept>
+#include <utility>
 
-KiroCoreLibrary::KiroCoreLibrary(const std::string& rName)
+KiroCoreLibrary::KiroCoreLibrary(const std::string& rName, KiroTableDecorator decorate)
     : m_pHandle(dlopen(rName.c_str(), RTLD_NOW),
                 [](VOID* pHandle)
                 {
@@ -12,7 +13,7 @@ KiroCoreLibrary::KiroCoreLibrary(const std::string& rName)
                         dlclose(pHandle);
                     }
                 }),
-      m_create(nullptr)
+      m_create(nullptr), m_decorate(std::move(decorate))
 {
     if (m_pHandle == nullptr)
     {
@@ -33,5 +34,9 @@ IKIROCoreAlgo* KiroCoreLibrary::Create(StatsTuningData& rTuningData, IKIRODebugD
         {reinterpret_cast<VOID*>(logger), sizeof(logger), AECAlgoCreateParamsLoggerFunctionPtr}};
     const AECAlgoCreateParamList list  = {params, static_cast<UINT32>(std::size(params))};
     IKIROCoreAlgo*               pCore = nullptr;
-    return (m_create(rTuningData, rDebugData, list, pCore) == 0) ? pCore : nullptr;
+    if (m_create(rTuningData, rDebugData, list, pCore) != 0)
+    {
+        return nullptr;
+    }
+    return m_decorate ? m_decorate(pCore, rTuningData) : pCore;
 }

@@ -60,6 +60,16 @@ refuses "cut.dbg: cut within record 1" kirotune debug "$work/cut.dbg"
 
 refuses "^nobody listens at 127.0.0.1:1: Connection refused$" kirotune live device --json --port 1
 
+refuses "nowhere/run.rec: No such file or directory" kirosim run --no-live --tuning "$good" --scene "$scene" --record "$work/nowhere/run.rec"
+ASAN_OPTIONS=detect_leaks=0 kirosim run --quiet --tuning "$good" --scene "$scene" --frames 2 --record "$work/run.rec" >/dev/null || exit 1
+ASAN_OPTIONS=detect_leaks=0 kirosim replay "$work/run.rec" | grep -q "^replayed 2 frames, [0-9]* calls: the same$" ||
+    { echo "a recording is not replayed"; failures=$((failures + 1)); }
+refuses "phone.yaml: not the tuning of the recording, which is .*good.bin .*--force takes it" \
+    kirosim replay "$work/run.rec" --tuning "$examples/tunings/phone.yaml"
+head -c 100000 "$work/run.rec" >"$work/cut.rec"
+ASAN_OPTIONS=detect_leaks=0 refuses "cut.rec: cut or damaged at byte [0-9]+: a chunk CALL" kirosim replay "$work/cut.rec"
+refuses "good.bin: no recording" kirosim replay "$good"
+
 for output in out.csv out.bin out.dbg; do
     [ ! -e "$work/$output" ] || { echo "$output was left behind"; failures=$((failures + 1)); }
 done

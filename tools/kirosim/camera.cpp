@@ -43,10 +43,10 @@ UINT64 FixedStartExposure(const Scene& rScene)
     return static_cast<UINT64>(seconds * std::pow(2.0, *rScene.startOffsetEV) * NsPerSecond);
 }
 
-Camera::Camera(const Scene& rScene, LoadedTuning& rTuning, StatsLogger logger)
-    : m_rScene(rScene), m_rTuning(rTuning), m_sensor(rScene), m_host(m_library, HostConfig(), logger),
-      m_bracket(m_host, rScene.sensor.latency), m_watch(m_host.Algo(), rScene.detectors.watched),
-      m_outside(rScene), m_decided{}, m_isStarting(true)
+Camera::Camera(const Scene& rScene, LoadedTuning& rTuning, StatsLogger logger, const KiroTableDecorator& rDecorate)
+    : m_rScene(rScene), m_rTuning(rTuning), m_sensor(rScene), m_library(KiroCoreLibraryName, rDecorate),
+      m_host(m_library, HostConfig(), logger), m_bracket(m_host, rScene.sensor.latency),
+      m_watch(m_host.Algo(), rScene.detectors.watched), m_outside(rScene), m_decided{}, m_isStarting(true)
 {
     SetCCT(m_rScene.CCT);
     if (m_rScene.camera.calibration.has_value())

@@ -41,8 +41,9 @@ class Camera
 {
 public:
     /// @param rScene, rTuning must outlive the camera
+    /// @param rDecorate see KiroCoreLibrary; may be empty
     /// @throws std::runtime_error when the core cannot be created
-    Camera(const Scene& rScene, LoadedTuning& rTuning, StatsLogger logger);
+    Camera(const Scene& rScene, LoadedTuning& rTuning, StatsLogger logger, const KiroTableDecorator& rDecorate = {});
 
     VOID Apply(const Event& rEvent);
 

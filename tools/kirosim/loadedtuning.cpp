@@ -1,5 +1,6 @@
 #include "tools/kirosim/loadedtuning.h"
 
+#include "tools/recording/chunks.h"
 #include "tools/tuningfile/files.h"
 #include "tools/tuningfile/inputerror.h"
 
@@ -19,18 +20,12 @@ std::vector<TuningMode> DefaultSelectors()
 LoadedTuning::LoadedTuning(const std::string& rPath, bool isLive) : m_isLive(isLive), m_manager("kirosim")
 {
     m_manager.SetLiveTuningAutostart(isLive);
-    bool isLoaded = false;
-    if (tuningfile::IsText(rPath))
-    {
-        const std::vector<BYTE> bytes = tuningfile::CompileFile(rPath);
-        isLoaded                      = m_manager.LoadBinaryParameters(bytes.data(), bytes.size());
-    }
-    else
-    {
-        // Names a missing file before the store is asked.
-        (VOID) tuningfile::ReadBytes(rPath);
-        isLoaded = m_manager.LoadBinaryParameters(rPath.c_str());
-    }
+    // Names a missing file before the store is asked.
+    const bool              isText = tuningfile::IsText(rPath);
+    const std::vector<BYTE> bytes  = isText ? tuningfile::CompileFile(rPath) : tuningfile::ReadBytes(rPath);
+    m_reference                    = {rPath, recording::ChecksumOf(bytes), bytes.size()};
+    const bool isLoaded            = isText ? m_manager.LoadBinaryParameters(bytes.data(), bytes.size())
+                                            : m_manager.LoadBinaryParameters(rPath.c_str());
     if (!isLoaded)
     {
         throw tuningfile::InputError(rPath + ": " + m_manager.GetErrorText());

@@ -8,6 +8,7 @@
 
 #include "interface/statstuningdata.h"
 #include "parameters/tuningsetmanager.h"
+#include "tools/recording/tuningreference.h"
 
 namespace kirosim
 {
@@ -30,6 +31,12 @@ public:
         return m_isLive;
     }
 
+    /// Where it came from, and what it is.
+    const recording::TuningReference& Reference() const
+    {
+        return m_reference;
+    }
+
     TuningSetManager& Manager()
     {
         return m_manager;
@@ -38,6 +45,7 @@ public:
 private:
     const bool                          m_isLive;
     TuningSetManager                    m_manager;
+    recording::TuningReference          m_reference;
     std::deque<std::vector<TuningMode>> m_selectors;
 };
 

@@ -9,10 +9,12 @@
 #include "tools/debugdata/debugfile.h"
 #include "tools/kirosim/framepacer.h"
 #include "tools/kirosim/queryanswers.h"
+#include "tools/kirosim/replaycommand.h"
 #include "tools/kirosim/runreport.h"
 #include "tools/kirosim/simulation.h"
 #include "tools/kirosim/stopsignal.h"
 #include "tools/kirosim/trace.h"
+#include "tools/recording/recorder.h"
 #include "tools/tuningfile/files.h"
 #include "tools/tuningfile/inputerror.h"
 
@@ -38,6 +40,7 @@ struct RunOptions
     std::string           ficLoad;
     std::string           ficSave;
     std::string           csvSecond;
+    std::string           record;
     std::optional<UINT32> frames;
     std::optional<UINT64> seed;
     std::optional<UINT64> loops;
@@ -282,18 +285,32 @@ VOID ShowPort(const RunOptions& rOptions, kirosim::LoadedTuning& rTuning)
     (VOID) std::fflush(stdout);
 }
 
+/// @return what puts the recorder between host and core; empty without one
+KiroTableDecorator MakeRecorder(const RunOptions& rOptions, kirosim::LoadedTuning& rTuning,
+                                std::optional<recording::Recorder>& rRecorder)
+{
+    if (rOptions.record.empty())
+    {
+        return {};
+    }
+    rRecorder.emplace(rOptions.record);
+    rRecorder->AddTuning(&rTuning.Manager(), rTuning.Reference());
+    return [&rRecorder](IKIROCoreAlgo* pAlgo, const StatsTuningData& rTuningData)
+    { return rRecorder->Wrap(pAlgo, rTuningData); };
+}
+
 VOID Run(const RunOptions& rOptions)
 {
-    g_isVerbose = rOptions.isVerbose;
-    TavoDesk::SetSystemLogSink(&ShowStoreLine, nullptr);
-    const kirosim::Scene  scene = ReadRunScene(rOptions);
-    kirosim::LoadedTuning tuning(rOptions.tuning, !rOptions.isNotLive);
+    const kirosim::Scene scene = ReadRunScene(rOptions);
+    // What a tool changes meanwhile would not be part of a recording.
+    kirosim::LoadedTuning tuning(rOptions.tuning, !rOptions.isNotLive && rOptions.record.empty());
     ShowPort(rOptions, tuning);
-    kirosim::Simulation       simulation(scene, tuning, LogToStderr);
-    kirosim::RunReport        report(scene);
-    const kirosim::StopSignal stopSignal;  // before there are files to clear away
-    RunFiles                  files(rOptions, simulation);
-    kirosim::FramePacer       pacer(scene.fps);
+    std::optional<recording::Recorder> recorder;
+    kirosim::Simulation                simulation(scene, tuning, LogToStderr, MakeRecorder(rOptions, tuning, recorder));
+    kirosim::RunReport                 report(scene);
+    const kirosim::StopSignal          stopSignal;  // before there are files to clear away
+    RunFiles                           files(rOptions, simulation);
+    kirosim::FramePacer                pacer(scene.fps);
     if (!rOptions.isQuiet)
     {
         fmt::print("{}", kirosim::TableHeader());
@@ -322,6 +339,10 @@ VOID Run(const RunOptions& rOptions)
     {
         fmt::print("{}", kirosim::QueryAnswers(simulation.MainCamera().Host().Algo()));
     }
+    if (recorder.has_value())
+    {
+        recorder->Finish();
+    }
 }
 
 }  // namespace
@@ -343,6 +364,9 @@ int main(int argc, char** argv)
     pRun->add_option("--fic-load", options.ficLoad, "begin with what an earlier run learned of the flash");
     pRun->add_option("--fic-save", options.ficSave, "keep what this run learns of the flash");
     pRun->add_option("--csv-second", options.csvSecond, "write every frame of the second camera to this file");
+    pRun->add_option("--record", options.record,
+                     "write what crosses the function table to this file, for replay; "
+                     "opens no port for live tuning");
     pRun->add_flag("--queries", options.isAsking, "print what the library answers to queries after the run");
     pRun->add_flag("--realtime", options.isRealtime, "run at the scene's frame rate; Ctrl-C ends the run");
     pRun->add_flag("--loop", options.isLoop, "start the scene again at its end, until Ctrl-C; the camera runs on");
@@ -350,6 +374,14 @@ int main(int argc, char** argv)
     pRun->add_flag("--no-live", options.isNotLive, "open no port for live tuning");
     pRun->add_flag("--quiet", options.isQuiet, "leave out the table");
     pRun->add_flag("--verbose", options.isVerbose, "print errors and warnings of the library");
+
+    kirosim::ReplayOptions replayOptions;
+    CLI::App*              pReplay = app.add_subcommand("replay", "drive the library from a recording and compare");
+    pReplay->add_option("file", replayOptions.file, "recording, of kirosim run --record")->required();
+    pReplay->add_option("--tuning", replayOptions.tuning, "tuning, if it is not where it was");
+    pReplay->add_flag("--force", replayOptions.isForced, "take another tuning than the recorded one");
+    pReplay->add_flag("--all", replayOptions.isAll, "go on after a difference, up to 100");
+    pReplay->add_flag("--verbose", options.isVerbose, "print errors and warnings of the library");
 
     CLI::App* pVariants = app.add_subcommand("variants", "list the variants of a scene");
     pVariants->add_option("--scene", options.scene, "scene (.yaml)")->required();
@@ -362,11 +394,17 @@ int main(int argc, char** argv)
     {
         return (app.exit(rError) == 0) ? 0 : ExitBadUsage;
     }
+    g_isVerbose = options.isVerbose;
+    TavoDesk::SetSystemLogSink(&ShowStoreLine, nullptr);
     try
     {
         if (pRun->parsed())
         {
             Run(options);
+        }
+        else if (pReplay->parsed())
+        {
+            return kirosim::Replay(replayOptions, LogToStderr) ? 0 : ExitBadInput;
         }
         else
         {

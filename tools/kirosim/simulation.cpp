@@ -3,8 +3,9 @@
 namespace kirosim
 {
 
-Simulation::Simulation(const Scene& rScene, LoadedTuning& rTuning, StatsLogger logger)
-    : m_rScene(rScene), m_camera(rScene, rTuning, logger), m_nextEvent(0)
+Simulation::Simulation(const Scene& rScene, LoadedTuning& rTuning, StatsLogger logger,
+                       const KiroTableDecorator& rDecorate)
+    : m_rScene(rScene), m_camera(rScene, rTuning, logger, rDecorate), m_nextEvent(0)
 {
     if (rTuning.IsLive())
     {
@@ -14,7 +15,7 @@ Simulation::Simulation(const Scene& rScene, LoadedTuning& rTuning, StatsLogger l
     {
         return;
     }
-    m_pSecond = std::make_unique<Camera>(*rScene.pSecond, rTuning, logger);
+    m_pSecond = std::make_unique<Camera>(*rScene.pSecond, rTuning, logger, rDecorate);
     m_group.Join(m_camera.Host(), rScene.camera.role);
     m_group.Join(m_pSecond->Host(), rScene.pSecond->camera.role);
     // Only now does it know a master.

@@ -21,8 +21,10 @@ class Simulation
 {
 public:
     /// @param rScene, rTuning must outlive the simulation
+    /// @param rDecorate of all cameras, see KiroCoreLibrary; may be empty
     /// @throws std::runtime_error when the core cannot be created
-    Simulation(const Scene& rScene, LoadedTuning& rTuning, StatsLogger logger);
+    Simulation(const Scene& rScene, LoadedTuning& rTuning, StatsLogger logger,
+               const KiroTableDecorator& rDecorate = {});
 
     using Visitor = std::function<VOID(const FrameRecord&)>;
 

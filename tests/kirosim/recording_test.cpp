@@ -1,0 +1,389 @@
+// Recordings of runs, and replays of them: the same where nothing has changed, the right place where something has, and
+// no harm from a file that can hold anything.
+
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "host/kirodebugdata.h"
+#include "tests/kirosim/simulationrun.h"
+#include "tools/recording/recorder.h"
+#include "tools/recording/replayer.h"
+#include "tools/recording/slots.h"
+#include "tools/tuningfile/bytes.h"
+#include "tools/tuningfile/files.h"
+
+using namespace kirosim;
+using namespace recording;
+
+namespace
+{
+
+LoadedTuning& Phone()
+{
+    static LoadedTuning tuning(EXAMPLES_DIR "/tunings/phone.yaml");
+    return tuning;
+}
+
+/// A file that is gone with the test.
+class TemporaryFile
+{
+public:
+    explicit TemporaryFile(const std::string& rEnding = ".rec")
+        : m_path(testing::TempDir() + "recording" + std::to_string(getpid()) + rEnding)
+    {
+    }
+
+    ~TemporaryFile()
+    {
+        std::filesystem::remove(m_path);
+    }
+
+    const std::string& Path() const
+    {
+        return m_path;
+    }
+
+    VOID Write(std::span<const BYTE> bytes) const
+    {
+        std::ofstream(m_path, std::ios::binary)
+            .write(reinterpret_cast<const CHAR*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    }
+
+private:
+    std::string m_path;
+};
+
+/// Runs the beginning of a scene. @param pPath of the recording, null for none @return the trace, a line per frame
+std::vector<std::string> RunScene(const std::string& rScene, UINT32 frames, LoadedTuning& rTuning, const CHAR* pPath)
+{
+    Scene scene  = ReadScene(EXAMPLES_DIR "/scenes/" + rScene + ".yaml", "");
+    scene.frames = frames;
+    std::optional<Recorder> recorder;
+    KiroTableDecorator      decorate;
+    if (pPath != nullptr)
+    {
+        recorder.emplace(pPath);
+        recorder->AddTuning(&rTuning.Manager(), rTuning.Reference());
+        decorate = [&](IKIROCoreAlgo* pAlgo, const StatsTuningData& rData) { return recorder->Wrap(pAlgo, rData); };
+    }
+    std::vector<std::string> lines;
+    {
+        Simulation simulation(scene, rTuning, DiscardLog, decorate);
+        simulation.Run([&](const FrameRecord& rRecord) { lines.push_back(CsvLine(rRecord)); });
+    }
+    if (recorder.has_value())
+    {
+        recorder->Finish();
+    }
+    return lines;
+}
+
+ReplayResult ReplayOf(const std::string& rPath, LoadedTuning& rTuning = Phone(), size_t differenceMax = 1)
+{
+    ReplayPlan plan;
+    plan.tuning        = [&](const TuningReference&) -> VOID* { return &rTuning.Manager(); };
+    plan.differenceMax = differenceMax;
+    plan.logger        = DiscardLog;
+    return Replayer(rPath, plan).Run();
+}
+
+std::vector<Chunk> ChunksOf(const std::string& rPath)
+{
+    std::vector<Chunk> chunks;
+    ChunkReader        reader(rPath);
+    for (std::optional<Chunk> chunk = reader.Next(); chunk.has_value(); chunk = reader.Next())
+    {
+        chunks.push_back(std::move(*chunk));
+    }
+    return chunks;
+}
+
+/// The same with checksums that fit.
+VOID WriteChunks(const std::string& rPath, const std::vector<Chunk>& rChunks)
+{
+    ChunkWriter writer(rPath);
+    for (const Chunk& rChunk : rChunks)
+    {
+        writer.Write(rChunk.type, rChunk.payload);
+    }
+    writer.Flush();
+}
+
+bool IsCallOf(const Chunk& rChunk, Slot slot)
+{
+    return rChunk.type == ChunkType::Call && tuningfile::LoadInteger<UINT16>(rChunk.payload, 4) == UINT16(slot);
+}
+
+/// @return the position of the nth call of a function, from 1
+size_t FindCall(const std::vector<Chunk>& rChunks, Slot slot, UINT32 nth)
+{
+    size_t position = 0;
+    for (UINT32 found = 0; position < rChunks.size(); ++position)
+    {
+        found += IsCallOf(rChunks[position], slot) ? 1 : 0;
+        if (found == nth)
+        {
+            break;
+        }
+    }
+    return position;
+}
+
+/// A few frames without much statistics, for damage.
+class Damage : public testing::Test
+{
+protected:
+    Damage()
+    {
+        (VOID) RunScene("touch", 2, Phone(), m_file.Path().c_str());
+        m_chunks = ChunksOf(m_file.Path());
+        m_bytes  = tuningfile::ReadBytes(m_file.Path());
+    }
+
+    /// @return the damage of a replay; what refuses the file from its beginning counts as such
+    std::string DamageOf()
+    {
+        try
+        {
+            m_result = ReplayOf(m_file.Path(), Phone(), 100);
+            return m_result.damage;
+        }
+        catch (const std::runtime_error& rError)
+        {
+            m_result = {};
+            return rError.what();
+        }
+    }
+
+    TemporaryFile      m_file;
+    std::vector<Chunk> m_chunks;
+    std::vector<BYTE>  m_bytes;
+    ReplayResult       m_result;
+};
+
+struct RecordedScene
+{
+    const CHAR* pName;
+    UINT32      frames;
+};
+
+class Recording : public testing::TestWithParam<RecordedScene>
+{
+};
+
+TEST_P(Recording, IsReplayedWithoutADifferenceAndDoesNotChangeTheRun)
+{
+    const TemporaryFile file;
+    const auto [pName, frames]           = GetParam();
+    const std::vector<std::string> trace = RunScene(pName, frames, Phone(), file.Path().c_str());
+    EXPECT_EQ(trace, RunScene(pName, frames, Phone(), nullptr));
+    const ReplayResult result = ReplayOf(file.Path());
+    EXPECT_EQ(result.differences, std::vector<std::string>{});
+    EXPECT_EQ(result.damage, "");
+    EXPECT_GT(result.calls, frames * 15);
+}
+
+INSTANTIATE_TEST_SUITE_P(Scenes, Recording,
+                         testing::Values(RecordedScene{"touch", 70}, RecordedScene{"bracket", 60},
+                                         RecordedScene{"flash-calibration", 90}, RecordedScene{"flash-precision", 60},
+                                         RecordedScene{"two-cameras-follow", 60}, RecordedScene{"hdr-staggered", 60},
+                                         RecordedScene{"moving-subject", 30}, RecordedScene{"shake", 30},
+                                         RecordedScene{"starts", 100}, RecordedScene{"scene-change", 40}),
+                         [](const auto& rInfo)
+                         {
+                             std::string name = rInfo.param.pName;
+                             std::erase(name, '-');
+                             return name;
+                         });
+
+TEST(RecordingDifference, IsFoundInTheFrameInWhichAnotherTuningDecidesOtherwise)
+{
+    const TemporaryFile file;
+    const TemporaryFile changed(".yaml");
+    std::vector<BYTE>   bytes = tuningfile::ReadBytes(EXAMPLES_DIR "/tunings/phone.yaml");
+    std::string         text(bytes.begin(), bytes.end());
+    const std::string   speed = "baseSpeed: 0.75";
+    ASSERT_NE(text.find(speed), std::string::npos);
+    text.replace(text.find(speed), speed.size(), "baseSpeed: 0.76");
+    changed.Write({reinterpret_cast<const BYTE*>(text.data()), text.size()});
+    LoadedTuning other(changed.Path());
+    EXPECT_FALSE(other.Reference().HasSameContent(Phone().Reference()));
+
+    const std::vector<std::string> trace   = RunScene("step-loop", 160, Phone(), file.Path().c_str());
+    const std::vector<std::string> changes = RunScene("step-loop", 160, other, nullptr);
+    const auto frame = std::mismatch(trace.begin(), trace.end(), changes.begin()).first - trace.begin() + 1;
+    ASSERT_LT(frame, 160);
+    const ReplayResult result = ReplayOf(file.Path(), other);
+    ASSERT_EQ(result.differences.size(), 1u);
+    EXPECT_EQ(result.frames, static_cast<UINT64>(frame));
+    const std::string start =
+        "frame " + std::to_string(frame) + ", RunConvProcess of camera 1: output.exposures[short]: recorded ";
+    EXPECT_EQ(result.differences[0].substr(0, start.size()), start);
+    EXPECT_GT(ReplayOf(file.Path(), other, 100).differences.size(), 10u);
+}
+
+TEST_F(Damage, OfARecordedAnswerIsNamedByFrameFunctionAndField)
+{
+    const size_t call = FindCall(m_chunks, Slot::RunConvProcess, 2) + 1;
+    ASSERT_EQ(m_chunks[call].type, ChunkType::Done);
+    // Instance and result; the input without its address; three ranges and their presence; short and long exposure.
+    constexpr size_t position = 8 + 44 + (1 + 6 * 52 + 8) + 2 * 8;
+    const auto       safe     = tuningfile::LoadInteger<UINT64>(m_chunks[call].payload, position);
+    tuningfile::StoreInteger(m_chunks[call].payload, position, safe - 1);
+    WriteChunks(m_file.Path(), m_chunks);
+    EXPECT_EQ(DamageOf(), "");
+    ASSERT_EQ(m_result.differences.size(), 1u);
+    EXPECT_EQ(m_result.differences[0], "frame 2, RunConvProcess of camera 1: output.exposures[safe]: recorded " +
+                                           std::to_string(safe - 1) + ", now " + std::to_string(safe));
+}
+
+TEST_F(Damage, ByACutIsSaidAndWhatIsWholeIsReplayed)
+{
+    std::vector<std::pair<size_t, UINT64>> cuts  = {{0, 0}, {7, 0}, {15, 0}, {16, 0}};  // bytes, calls before them
+    UINT64                                 calls = 0;
+    for (size_t index = 0; index < m_chunks.size(); ++index)
+    {
+        if (index % 11 == 0 || index + 2 > m_chunks.size())
+        {
+            const size_t start = m_chunks[index].offset;
+            const size_t end   = start + m_chunks[index].payload.size() + 12;
+            for (const size_t cut : {start, start + 5, start + 8, end - 1})
+            {
+                cuts.emplace_back(cut, calls);
+            }
+        }
+        calls += (m_chunks[index].type == ChunkType::Done) ? 1 : 0;
+    }
+    for (const auto& [size, whole] : cuts)
+    {
+        m_file.Write(std::span(m_bytes).first(size));
+        EXPECT_NE(DamageOf(), "") << size;
+        EXPECT_EQ(m_result.calls, whole) << size;
+        EXPECT_EQ(m_result.differences, std::vector<std::string>{}) << size;
+    }
+}
+
+TEST_F(Damage, OfAnyBitIsSaid)
+{
+    UINT64 random = 1;
+    for (INT round = 0; round < 60; ++round)
+    {
+        random                = random * 6364136223846793005ULL + 1442695040888963407ULL;
+        const size_t position = (random >> 24) % m_bytes.size();
+        // The large chunks of statistics would take most of it: every other one goes into the first kilobytes.
+        const size_t target = (round % 2 == 0) ? position : position % 4000;
+        m_bytes[target] ^= static_cast<BYTE>(1U << (random >> 61));
+        m_file.Write(m_bytes);
+        EXPECT_NE(DamageOf(), "") << target;
+        m_bytes[target] ^= static_cast<BYTE>(1U << (random >> 61));
+    }
+}
+
+TEST_F(Damage, WithChecksumsThatFitDoesNoHarm)
+{
+    UINT64 random = 2;
+    for (INT round = 0; round < 150; ++round)
+    {
+        random                   = random * 6364136223846793005ULL + 1442695040888963407ULL;
+        Chunk&            rChunk = m_chunks[(random >> 24) % m_chunks.size()];
+        std::vector<BYTE> whole  = rChunk.payload;
+        for (INT flip = 0; flip < 3 && !whole.empty(); ++flip)
+        {
+            random = random * 6364136223846793005ULL + 1442695040888963407ULL;
+            rChunk.payload[(random >> 24) % std::min<size_t>(whole.size(), 200)] ^= static_cast<BYTE>(random >> 56);
+        }
+        WriteChunks(m_file.Path(), m_chunks);
+        (VOID) DamageOf();
+        rChunk.payload = whole;
+    }
+}
+
+TEST_F(Damage, ByCountsThatTheFileCannotHoldIsRefused)
+{
+    const auto refuses = [&](size_t chunk, size_t position, auto value, const CHAR* pReason)
+    {
+        std::vector<Chunk> chunks = m_chunks;
+        tuningfile::StoreInteger(chunks.at(chunk).payload, position, value);
+        WriteChunks(m_file.Path(), chunks);
+        EXPECT_NE(DamageOf().find(pReason), std::string::npos) << DamageOf();
+    };
+    const auto find = [&](ChunkType type)
+    {
+        return static_cast<size_t>(std::find_if(m_chunks.begin(), m_chunks.end(),
+                                                [type](const Chunk& rChunk) { return rChunk.type == type; }) -
+                                   m_chunks.begin());
+    };
+    refuses(find(ChunkType::Head), 9, UINT32{1}, "recorded with other records, by version 1.0.0");
+    refuses(find(ChunkType::Tuning), 0, 0xFFFFFFF0, " of path in ");
+    refuses(find(ChunkType::Instance), 0, UINT32{7}, "cameras out of order");
+    refuses(find(ChunkType::Instance), 4, UINT32{3}, "a tuning that is not in the recording");
+    refuses(find(ChunkType::Instance), 8, 0xFFFFFFFF, " of selectors in ");
+    const size_t statistics = FindCall(m_chunks, Slot::setStats, 1);
+    refuses(statistics, 0, UINT32{1}, "of no camera");
+    refuses(statistics, 4, UINT16{36}, "a call of no function");
+    refuses(statistics, 46, UINT32{9}, "a call of setStats with");        // fewer channels than follow
+    refuses(statistics, 46 + 4 + 12, 0xFFFFFFFF, "an impossible shape");  // width of the first
+    m_chunks.erase(m_chunks.begin() + static_cast<INT64>(statistics) + 1);
+    refuses(statistics, 0, UINT32{0}, "a call of setStats without its answer");
+}
+
+TEST(RecordingOfAHost, FollowsRecordsThatTheHostChangesWithoutACall)
+{
+    const TemporaryFile       file;
+    KIROPrecisionFlashHistory history{};
+    AECMultiCamInfo           peer{};
+    {
+        Recorder        recorder(file.Path());
+        KiroCoreLibrary library;
+        KiroDebugData   debugData;
+        recorder.AddTuning(&Phone().Manager(), Phone().Reference());
+        StatsTuningData tuning = Phone().Data(DefaultSelectors());
+        IKIROCoreAlgo*  pCore  = library.Create(tuning, debugData, DiscardLog);
+        IKIROCoreAlgo*  pAlgo  = recorder.Wrap(pCore, tuning);
+        EXPECT_EQ(pAlgo->pCore, pCore->pCore);
+
+        KIROCoreSetParam param = {KIROCorePrecisionFlashHistory, sizeof(history), &history};
+        KIROSetInput     input{};
+        input.source           = KIROCoreInternalParam;
+        input.u.pKirocoreParam = &param;
+        EXPECT_EQ(pAlgo->setInput(pAlgo, &input), 0);
+        StatsPeerInfoCombo peers{};
+        peers.peerInfo[1]         = &peer;
+        AECAlgoSetParam peerParam = {&peers, sizeof(peers), AECAlgoSetParamPeerInfo};
+        input.source              = AECPEKSetParam;
+        input.u.pPEKInput         = &peerParam;
+        EXPECT_EQ(pAlgo->setInput(pAlgo, &input), 0);
+        EXPECT_EQ(pAlgo->runStartOfFrame(pAlgo, 1), 0);
+        history.curReqID = 5;
+        peer.CCT         = 4000;
+        EXPECT_EQ(pAlgo->runStartOfFrame(pAlgo, 2), 0);
+        EXPECT_EQ(pAlgo->setInput(pAlgo, nullptr), 1);
+        CKIROTriggerDataXML* pData = pAlgo->createDataXml(pAlgo, KIROMLBaseDataType);
+        pData->DestoryInstance(pData);
+        EXPECT_EQ(pAlgo->runStartOfFrame(nullptr, 1), 4) << "unrecorded, as the core answers it";
+        pAlgo->DestroyInstance(pAlgo);
+        recorder.Finish();
+    }
+    const std::vector<Chunk> chunks = ChunksOf(file.Path());
+    EXPECT_EQ(
+        std::count_if(chunks.begin(), chunks.end(), [](const Chunk& rChunk) { return rChunk.type == ChunkType::Host; }),
+        4);
+    const ReplayResult result = ReplayOf(file.Path());
+    EXPECT_EQ(result.differences, std::vector<std::string>{});
+    EXPECT_EQ(result.damage, "");
+    EXPECT_EQ(result.calls, 7u);
+    EXPECT_EQ(result.frames, 2u);
+}
+
+TEST(RecordingChecksum, IsThePublishedOneInPiecesToo)
+{
+    const std::string           text = "123456789";
+    const std::span<const BYTE> bytes(reinterpret_cast<const BYTE*>(text.data()), text.size());
+    EXPECT_EQ(ChecksumOf(bytes), 0xCBF43926u);
+    EXPECT_EQ(ChecksumOf(bytes.subspan(4), ChecksumOf(bytes.first(4))), 0xCBF43926u);
+}
+
+}  // namespace

@@ -1,0 +1,215 @@
+#include "tools/recording/identities.h"
+
+#include <algorithm>
+#include <fmt/format.h>
+
+#include "schema/kirodb1dmeterweight.h"
+#include "schema/kirodb2dmeterweight.h"
+#include "schema/kirodbactiveanalyzers.h"
+#include "schema/kirodbactivecalculators.h"
+#include "schema/kirodbarbitrationlut.h"
+#include "schema/kirodbarbitrationrange.h"
+#include "schema/kirodbconvactivescd.h"
+#include "schema/kirodbconvbase.h"
+#include "schema/kirodbconvsettle.h"
+#include "schema/kirodbconvstretch.h"
+#include "schema/kirodbroi.h"
+#include "schema/kirodbsceneanalyzer.h"
+#include "schema/kirodbsnapshot.h"
+#include "schema/kirodbstatscalculator.h"
+
+using kirodbarbitrationtable::ExposureTableType;
+
+namespace recording
+{
+
+namespace
+{
+
+/// How the table of an arbitration's input is written.
+enum class TableKind : UINT8
+{
+    Null  = 0,
+    Last  = 1,  ///< as the core has named it last
+    Other = 2   ///< the host's own, which follows
+};
+
+}  // namespace
+
+const tuning::RecordDescription& DescriptionOf(HostRecordKind kind)
+{
+    return (kind == HostRecordKind::PeerInfo) ? DescriptionOf<AECMultiCamInfo>()
+                                              : DescriptionOf<KIROPrecisionFlashHistory>();
+}
+
+const tuning::RecordDescription* PayloadOf(KIROBankIDType bank)
+{
+    static constexpr const tuning::RecordDescription* payloads[BankIDMax] = {
+        &kirodbroi::DBROIPayloadTable::Description,
+        &kirodb2dmeterweight::DBMeter2DWeightPayloadTable::Description,
+        &kirodb1dmeterweight::DBMeter1DWeightPayloadTable::Description,
+        &kirodbsceneanalyzer::DBStartEndPayloadTable::Description,
+        &kirodbstatscalculator::DBFloatPayloadTable::Description,
+        &kirodbarbitrationtable::DBArbitrationTablePayloadTable::Description,
+        &kirodbarbitrationorder::DBArbitrationOrderPayloadTable::Description,
+        &kirodbarbitrationlut::DBArbitrationLUTPayloadTable::Description,
+        &kirodbarbitrationrange::DBArbitrationRangePayloadTable::Description,
+        &kirodbstatscalculator::DBFloatPayloadTable::Description,
+        &kirodbactiveanalyzers::DBActiveAnalyzersPayloadTable::Description,
+        &kirodbconvbase::DBConvBasePayloadTable::Description,
+        &kirodbconvstretch::DBConvStretchPayloadTable::Description,
+        &kirodbconvsettle::DBConvSettlePayloadTable::Description,
+        &kirodbconvactivescd::DBConvActiveSCDPayloadTable::Description,
+        &kirodbactivecalculators::DBActiveCalculatorsPayloadTable::Description,
+        &kirodbsnapshot::DBSnapshotPayloadTable::Description,
+    };
+    return (static_cast<UINT32>(bank) < std::size(payloads)) ? payloads[bank] : nullptr;
+}
+
+bool IsValueBank(KIROBankIDType bank)
+{
+    return bank == BankIDSceneAnalyzer || bank == BankIDStatsCalculator || bank == BankIDTriggers;
+}
+
+VOID InputWriter::TuningData(const StatsTuningData& rTuning)
+{
+    const auto& rKnown = m_rIdentities.tunings;
+    const auto  found  = std::find(rKnown.begin(), rKnown.end(), rTuning.pTuningSetManager);
+    Value("tuning", (found != rKnown.end()) ? static_cast<UINT32>(found - rKnown.begin()) : UnknownTuning);
+    Value("numSelectors", rTuning.numSelectors);
+    Array("selectors", static_cast<const TuningMode*>(rTuning.pTuningModeSelectors), rTuning.numSelectors);
+}
+
+VOID InputReader::TuningData(StatsTuningData& rTuning)
+{
+    UINT32 number = UnknownTuning;
+    Value("tuning", number);
+    if (number >= m_rIdentities.tunings.size())
+    {
+        throw MalformedError("it names a tuning that is not in the recording");
+    }
+    TuningMode* pSelectors    = nullptr;
+    rTuning.pTuningSetManager = m_rIdentities.tunings[number];
+    Value("numSelectors", rTuning.numSelectors);
+    Array("selectors", pSelectors, rTuning.numSelectors);
+    rTuning.pTuningModeSelectors = pSelectors;
+}
+
+VOID InputWriter::OwnOrHostRecord(HostRecordKind kind, VOID* pRecord)
+{
+    const auto own = m_rIdentities.ownRecords.find(pRecord);
+    if (pRecord == nullptr)
+    {
+        Value("kind", ReferenceKind::Null);
+        Value("number", UINT32{0});
+    }
+    else if (own != m_rIdentities.ownRecords.end())
+    {
+        Value("kind", ReferenceKind::Instance);
+        Value("number", own->second);
+    }
+    else
+    {
+        const UINT32 number = m_rIdentities.hostRecordCount++;
+        m_rIdentities.hostRecords.push_back({number, m_rInstance.number, kind, pRecord, {}});
+        Value("kind", ReferenceKind::HostRecord);
+        Value("number", number);
+    }
+}
+
+VOID InputReader::OwnOrHostRecord(HostRecordKind kind, VOID*& rpRecord)
+{
+    auto   reference = ReferenceKind::Null;
+    UINT32 number    = 0;
+    Value("kind", reference);
+    Value("number", number);
+    rpRecord = nullptr;
+    if (reference == ReferenceKind::Instance && kind == HostRecordKind::PeerInfo &&
+        number < m_rIdentities.instances.size())
+    {
+        rpRecord = m_rIdentities.instances[number].pPeerInfo;
+    }
+    else if (reference == ReferenceKind::HostRecord)
+    {
+        const auto found = m_rIdentities.hostRecords.find(number);
+        if (found == m_rIdentities.hostRecords.end())
+        {
+            throw MalformedError("it names a record of the host's that is not in the recording");
+        }
+        rpRecord = found->second.pPayload;
+    }
+    else if (reference != ReferenceKind::Null)
+    {
+        throw MalformedError("it names a record that is not in the recording");
+    }
+}
+
+VOID InputWriter::ForgetHostRecords(HostRecordKind kind)
+{
+    std::erase_if(m_rIdentities.hostRecords, [&](const HostRecord& rRecord)
+                  { return rRecord.instance == m_rInstance.number && rRecord.kind == kind; });
+}
+
+VOID InputWriter::LastTable(ExposureTableType* pTable)
+{
+    const auto kind = (pTable == nullptr)                  ? TableKind::Null
+                      : (pTable == m_rInstance.pLastTable) ? TableKind::Last
+                                                           : TableKind::Other;
+    Value("table", kind);
+    if (kind == TableKind::Other)
+    {
+        Record("pTable", *pTable);
+    }
+}
+
+VOID InputReader::LastTable(ExposureTableType*& rpTable)
+{
+    auto kind = TableKind::Null;
+    Value("table", kind);
+    rpTable = (kind == TableKind::Last) ? m_rInstance.pLastTable : nullptr;
+    if (kind == TableKind::Other)
+    {
+        Argument("pTable", rpTable);
+    }
+}
+
+VOID InputWriter::BankPayload(KIROBankIDType bank, VOID* pPayload)
+{
+    if (!IsValueBank(bank))
+    {
+        const auto [kept, isNew] =
+            m_rIdentities.kept.try_emplace(pPayload, static_cast<UINT32>(m_rIdentities.kept.size()));
+        Value("object", kept->second);
+    }
+    Record("payload", *PayloadOf(bank), pPayload);
+}
+
+/// The same object is the same address again: an entry that was selected before shows what is set now.
+VOID InputReader::BankPayload(KIROBankIDType bank, VOID*& rpPayload)
+{
+    const tuning::RecordDescription& rDescription = *PayloadOf(bank);
+    if (IsValueBank(bank))
+    {
+        rpPayload = Memory().Make(rDescription.size);
+        Members(rDescription, rpPayload);
+        return;
+    }
+    UINT32 number = 0;
+    Value("object", number);
+    KeptPayload& rKept = m_rInstance.payloads[{bank, number}];
+    if (rKept.pPayload == nullptr)
+    {
+        rKept.pPayload = rKept.record.Make(rDescription.size);
+    }
+    Arena  nested;
+    Arena* pOuter = m_pArena;
+    m_pArena      = &nested;
+    std::vector<std::max_align_t> payload(rDescription.size / sizeof(std::max_align_t) + 1);
+    Members(rDescription, payload.data());
+    m_pArena = pOuter;
+    std::copy_n(reinterpret_cast<const BYTE*>(payload.data()), rDescription.size, static_cast<BYTE*>(rKept.pPayload));
+    rKept.nested = std::move(nested);
+    rpPayload    = rKept.pPayload;
+}
+
+}  // namespace recording

@@ -1,0 +1,69 @@
+/// @file
+/// Writes everything that crosses the function table of the core's instances.
+///
+/// The host gets a table of the recorder's in place of each instance's own. Its functions write the inputs, call the
+/// core, and write what came out. Neither the host nor the core sees a difference, but for the time that it takes.
+#pragma once
+
+#include <deque>
+#include <mutex>
+#include <string>
+
+#include "tools/recording/chunks.h"
+#include "tools/recording/identities.h"
+#include "tools/recording/tuningreference.h"
+
+namespace recording
+{
+
+class Recorder
+{
+public:
+    /// The file holds each call before the core has it: a run that dies in the core leaves the call that did it.
+    /// @throws std::runtime_error if the file cannot be made
+    explicit Recorder(const std::string& rPath);
+    Recorder(const Recorder&)            = delete;
+    Recorder& operator=(const Recorder&) = delete;
+
+    /// Names a tuning, before an instance uses it. @param pManager its store, as the host names it to the core
+    VOID AddTuning(const VOID* pManager, const TuningReference& rTuning);
+
+    /// @param pCore an instance that has just been created
+    /// @return a table that stands for it, valid as long as the recorder; the instance's own stays valid too
+    IKIROCoreAlgo* Wrap(IKIROCoreAlgo* pCore, const StatsTuningData& rTuning);
+
+    /// Ends the recording: without it the file counts as cut.
+    /// @throws std::runtime_error if something could not be written, now or before
+    VOID Finish();
+
+private:
+    /// What a host holds for an instance. The instance's pCore stands in it too, for functions beside the table.
+    struct Table : IKIROCoreAlgo
+    {
+        Recorder*     pRecorder;
+        InstanceState state;
+    };
+
+    template <typename Call> static Call Run(IKIROCoreAlgo* pAlgo, Call call);
+    template <typename Call> VOID        Record(Table& rTable, Call& rCall);
+    static VOID                          SetFrameFunctions(IKIROCoreAlgo& rTable);
+    static VOID                          SetSettingFunctions(IKIROCoreAlgo& rTable);
+    static VOID                          SetOtherFunctions(IKIROCoreAlgo& rTable);
+
+    VOID Write(ChunkType type, bool isFlushed);
+    VOID WriteHostRecords();
+    VOID UpdateHostRecords();
+
+    ChunkWriter        m_file;
+    std::mutex         m_mutex;  ///< instances may run in threads of their own; a recording has one order
+    std::deque<Table>  m_tables;
+    RecordedIdentities m_identities;
+    std::vector<BYTE>  m_bytes;  ///< of the chunk being made
+    std::string        m_error;  ///< the first; nothing is written after it
+    UINT64             m_callCount;
+    bool               m_isFinished;
+
+    static IKIROCoreAlgo s_functions;  ///< the core's own, for calls without a table
+};
+
+}  // namespace recording
