@@ -34,6 +34,13 @@ modes:
           Usecase.ZSL: {link: Default|Sensor.0|Usecase.Video}
 )";
 
+/// Makes the checksum match the bytes again.
+VOID Seal(std::vector<BYTE>& rBytes)
+{
+    const UINT32 summed = static_cast<UINT32>(rBytes.size() - sizeof(UINT64));
+    StoreInteger(rBytes, summed, ParserCRC64::GetCRC(reinterpret_cast<const CHAR*>(rBytes.data()), summed, true, 0));
+}
+
 TEST(Hostile, DamagedFilesAreRefusedOrDumped)
 {
     const std::vector<BYTE> good = WriteBinary(ParseText(Text, "t.yaml"), NewestVersion);
@@ -49,8 +56,7 @@ TEST(Hostile, DamagedFilesAreRefusedOrDumped)
             const size_t position = 152 + random() % 2000;
             bytes[position]       = (random() % 2 == 0) ? static_cast<BYTE>(random()) : static_cast<BYTE>(random() % 8);
         }
-        const UINT32 summed = static_cast<UINT32>(bytes.size() - sizeof(UINT64));
-        StoreInteger(bytes, summed, ParserCRC64::GetCRC(reinterpret_cast<const CHAR*>(bytes.data()), summed, true, 0));
+        Seal(bytes);
         try
         {
             WriteText(ReadBinary(bytes, "t.bin").tuning);
@@ -61,6 +67,29 @@ TEST(Hostile, DamagedFilesAreRefusedOrDumped)
         }
     }
     EXPECT_GT(accepted, 500u);
+}
+
+TEST(Hostile, AModeWhoseIdAnotherHasTakenIsReadWithAllBelowIt)
+{
+    std::vector<BYTE> bytes    = WriteBinary(ParseText(Text, "t.yaml"), NewestVersion);
+    const SectionInfo section  = ReadBinary(bytes, "t.bin").sections.ModeTables[0];
+    const UINT32      nameSize = BinaryFileFormat::GetModeTableNameSize(NewestVersion);
+    const UINT32      rowSize  = BinaryFileFormat::GetModeEntrySize(NewestVersion);
+    const UINT32      rows     = section.Offset + nameSize;
+    const UINT32      count    = (section.Size - nameSize) / rowSize;
+    const StoreLog    log;
+    constexpr UINT32  SensorId = 1;
+    // The last mode takes the place of its parent, and with it that of the others' parent; itself it has none then.
+    StoreInteger(bytes, rows + (count - 1) * rowSize, SensorId);
+    Seal(bytes);
+
+    const std::vector<ModeTable> tables = ReadBinary(bytes, "t.bin").tuning.tables;
+    ASSERT_EQ(tables.size(), 1U);
+    ASSERT_EQ(tables[0].modes.size(), count - 1);
+    for (UINT32 index = 1; index < count - 1; ++index)
+    {
+        EXPECT_LT(tables[0].modes[index].parent.value_or(count), index);
+    }
 }
 
 TEST(Hostile, DamagedTextsAreRefusedOrCompiled)
