@@ -102,10 +102,11 @@ VOID ParameterVernierWorker::SendTriggerResponses()
         // A frame may be waiting to leave its values, so the packets are made afterwards.
         const std::lock_guard<ParameterMutex> lock(m_valuesMutex);
         const std::clock_t                    now = std::clock();
-        const auto firstDue = std::ranges::stable_partition(m_triggerRequests, [now](const auto& rpRequest)
-                                                            { return now - rpRequest->requestTime < CollectingTime; });
-        due.assign(std::make_move_iterator(firstDue.begin()), std::make_move_iterator(firstDue.end()));
-        m_triggerRequests.erase(firstDue.begin(), firstDue.end());
+        const auto firstDue = std::stable_partition(m_triggerRequests.begin(), m_triggerRequests.end(),
+                                                    [now](const auto& rpRequest)
+                                                    { return now - rpRequest->requestTime < CollectingTime; });
+        due.assign(std::make_move_iterator(firstDue), std::make_move_iterator(m_triggerRequests.end()));
+        m_triggerRequests.erase(firstDue, m_triggerRequests.end());
     }
     for (const auto& rpRequest : due)
     {
