@@ -31,9 +31,9 @@ enum Use : BYTE
     CutAfterLoad   = 64   ///< the file loses its second half while it is in use
 };
 
-constexpr UINT32 MaxModes = 24;   ///< that are visited of one table, to bound the time of an input
+constexpr UINT32 MaxModes = 12;   ///< that are visited of one table, to bound the time of an input
 constexpr UINT32 MaxDepth = 8;    ///< selectors of a branch
-constexpr UINT32 MaxTexts = 400;  ///< records that are read as text
+constexpr UINT32 MaxTexts = 100;  ///< records that are read as text
 
 using Branch = std::vector<TuningMode>;
 
@@ -128,12 +128,11 @@ private:
         }
         const UINT32 count = static_cast<UINT32>(branch.size());
         m_rManager.LoadMode(table, branch.data(), count, "fuzz");
-        Fetch(table, branch);
         ReadTexts(table, branch);
         if (rMode.Id % 3 == 0)
         {
             m_rManager.UnloadMode(table, branch.data(), count);
-            Fetch(table, branch);
+            ReadTexts(table, branch);
         }
     }
 
@@ -162,6 +161,7 @@ private:
         m_rManager.GetModules(table, modules, rBranch.data(), static_cast<UINT32>(rBranch.size()), true, true, nullptr);
         for (UINT32 index = 0; index < modules.Count(); ++index)
         {
+            // The text operations fetch it by its name.
             ReadText(table, rBranch, modules[index]->GetModuleName(), 0);
         }
         m_rManager.ReleaseModules(modules);
