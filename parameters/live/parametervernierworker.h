@@ -81,6 +81,9 @@ public:
     static bool IsPrintable(const BYTE* pData, UINT32 size);
 
 private:
+    /// Serves requests on its caller's thread, for programs that test commands without a transport.
+    friend class ThreadlessWorker;
+
     using Packet = ParameterVernierComBase::Packet;
 
     VOID ReadWorker();
