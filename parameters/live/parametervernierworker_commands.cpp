@@ -65,6 +65,25 @@ private:
     const CHAR* m_pRest;
 };
 
+/// What GetValues and SetValues begin with: mode path and module. The rest of the text are members or items.
+struct ValueRequest
+{
+    ValueRequest(const BYTE* pRequest, UINT32 size, IParameterDataAPI& rDataAPI)
+        : text(pRequest, size, vernier::HeaderSizeWithRequestID)
+    {
+        text.Take(':', modePath);
+        hasModule = !text.IsAtEnd();
+        text.Take(':', module);
+        (VOID) rDataAPI.GetModeShorthand(modePath, shorthand, sizeof(shorthand));
+    }
+
+    RequestText text;
+    Field       modePath;
+    Field       module;
+    Field       shorthand = {};
+    bool        hasModule = false;
+};
+
 /// Bytes as log lines show them: as text if they are one, else in hexadecimal.
 std::string Preview(const BYTE* pData, UINT32 size)
 {
@@ -289,18 +308,12 @@ VOID ParameterVernierWorker::ProcessGetValues(const BYTE* pRequest, UINT32 size)
     const std::lock_guard<ParameterMutex> lock(m_pDataAPI->GetDataMutex());
     const UINT32                          requestID = EchoedRequestID(pRequest, size);
     AnswerPacket                          answer(pRequest, size, ValuesAnswer);
-    RequestText                           text(pRequest, size, vernier::HeaderSizeWithRequestID);
-    Field                                 modePath;
-    Field                                 module;
-    Field                                 shorthand = {};
-    text.Take(':', modePath);
-    if (!text.IsAtEnd())
+    const ValueRequest                    request(pRequest, size, *m_pDataAPI);
+    if (request.hasModule)
     {
-        text.Take(':', module);
-        (VOID) m_pDataAPI->GetModeShorthand(modePath, shorthand, sizeof(shorthand));
-        (VOID) m_pDataAPI->GetValue(m_tableIndex, shorthand, module, text.IsAtEnd() ? nullptr : text.Rest(),
-                                    answer.Text(vernier::HeaderSizeWithRequestID),
-                                    answer.Room(vernier::HeaderSizeWithRequestID));
+        (VOID) m_pDataAPI->GetValue(
+            m_tableIndex, request.shorthand, request.module, request.text.IsAtEnd() ? nullptr : request.text.Rest(),
+            answer.Text(vernier::HeaderSizeWithRequestID), answer.Room(vernier::HeaderSizeWithRequestID));
     }
     answer.EndAfterText(vernier::HeaderSizeWithRequestID);
     Queue(answer);
@@ -314,23 +327,17 @@ VOID ParameterVernierWorker::ProcessSetValues(const BYTE* pRequest, UINT32 size)
     const std::lock_guard<ParameterMutex> lock(m_pDataAPI->GetDataMutex());
     const UINT32                          requestID = EchoedRequestID(pRequest, size);
     AnswerPacket                          answer(pRequest, size, ValuesAnswer);
-    RequestText                           text(pRequest, size, vernier::HeaderSizeWithRequestID);
-    Field                                 modePath;
-    Field                                 module;
-    Field                                 shorthand = {};
-    bool                                  result    = false;
-    text.Take(':', modePath);
-    text.Take(':', module);
-    if (text.IsAtEnd())
+    ValueRequest                          request(pRequest, size, *m_pDataAPI);
+    bool                                  result = false;
+    if (request.text.IsAtEnd())
     {
         ParameterLogging::Write(m_pDataAPI, ParameterLogging::Error, "Vernier SetValues failed: Failed to read mode\n");
     }
-    (VOID) m_pDataAPI->GetModeShorthand(modePath, shorthand, sizeof(shorthand));
-    const SetTarget target = {shorthand, module, std::make_unique<CHAR[]>(ValuesAnswer)};
-    while (!text.IsAtEnd() && !m_stop)
+    const SetTarget target = {request.shorthand, request.module, std::make_unique<CHAR[]>(ValuesAnswer)};
+    while (!request.text.IsAtEnd() && !m_stop)
     {
         Field item;
-        text.Take(';', item);
+        request.text.Take(';', item);
         SetItem(target, item, answer, result);
     }
     answer.EndAfterText(vernier::HeaderSizeWithRequestID);
