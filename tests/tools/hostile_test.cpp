@@ -3,11 +3,10 @@
 
 #include <gtest/gtest.h>
 
-#include "parameters/parsercrc.h"
 #include "tests/tools/randomrecords.h"
 #include "tools/tuningfile/binaryinput.h"
 #include "tools/tuningfile/binaryoutput.h"
-#include "tools/tuningfile/bytes.h"
+#include "tools/tuningfile/checksum.h"
 #include "tools/tuningfile/inputerror.h"
 #include "tools/tuningfile/storelog.h"
 #include "tools/tuningfile/textinput.h"
@@ -49,8 +48,7 @@ TEST(Hostile, DamagedFilesAreRefusedOrDumped)
             const size_t position = 152 + random() % 2000;
             bytes[position]       = (random() % 2 == 0) ? static_cast<BYTE>(random()) : static_cast<BYTE>(random() % 8);
         }
-        const UINT32 summed = static_cast<UINT32>(bytes.size() - sizeof(UINT64));
-        StoreInteger(bytes, summed, ParserCRC64::GetCRC(reinterpret_cast<const CHAR*>(bytes.data()), summed, true, 0));
+        Seal(bytes, NewestVersion);
         try
         {
             WriteText(ReadBinary(bytes, "t.bin").tuning);
