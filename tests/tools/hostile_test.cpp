@@ -6,6 +6,7 @@
 #include "tests/tools/randomrecords.h"
 #include "tools/tuningfile/binaryinput.h"
 #include "tools/tuningfile/binaryoutput.h"
+#include "tools/tuningfile/bytes.h"
 #include "tools/tuningfile/checksum.h"
 #include "tools/tuningfile/inputerror.h"
 #include "tools/tuningfile/storelog.h"
@@ -59,6 +60,29 @@ TEST(Hostile, DamagedFilesAreRefusedOrDumped)
         }
     }
     EXPECT_GT(accepted, 500u);
+}
+
+TEST(Hostile, AModeWhoseIdAnotherHasTakenIsReadWithAllBelowIt)
+{
+    std::vector<BYTE> bytes    = WriteBinary(ParseText(Text, "t.yaml"), NewestVersion);
+    const SectionInfo section  = ReadBinary(bytes, "t.bin").sections.ModeTables[0];
+    const UINT32      nameSize = BinaryFileFormat::GetModeTableNameSize(NewestVersion);
+    const UINT32      rowSize  = BinaryFileFormat::GetModeEntrySize(NewestVersion);
+    const UINT32      rows     = section.Offset + nameSize;
+    const UINT32      count    = (section.Size - nameSize) / rowSize;
+    const StoreLog    log;
+    constexpr UINT32  SensorId = 1;
+    // The last mode takes the place of its parent, and with it that of the others' parent; itself it has none then.
+    StoreInteger(bytes, rows + (count - 1) * rowSize, SensorId);
+    Seal(bytes, NewestVersion);
+
+    const std::vector<ModeTable> tables = ReadBinary(bytes, "t.bin").tuning.tables;
+    ASSERT_EQ(tables.size(), 1U);
+    ASSERT_EQ(tables[0].modes.size(), count - 1);
+    for (UINT32 index = 1; index < count - 1; ++index)
+    {
+        EXPECT_LT(tables[0].modes[index].parent.value_or(count), index);
+    }
 }
 
 TEST(Hostile, DamagedTextsAreRefusedOrCompiled)

@@ -64,7 +64,13 @@ private:
         m_visited.push_back(pMode);
         // The store preserves the upper levels by itself.
         const bool preserve = pMode->Preserve && pMode->Mode.Mode > static_cast<UINT16>(ModeType::Sensor);
-        for (const UINT32 group : m_groups[pMode])
+        // A mode whose ID another row has taken stands in the tree still, but in no slot.
+        std::vector<UINT32>& rGroups = m_groups[pMode];
+        if (rGroups.empty())
+        {
+            rGroups.push_back(static_cast<BYTE>(pMode->Mode.Group));
+        }
+        for (const UINT32 group : rGroups)
         {
             m_rTable.modes.push_back(
                 {pMode->Mode.Mode, pMode->Mode.SubMode, group, parent, std::nullopt, preserve, {}});
