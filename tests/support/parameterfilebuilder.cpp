@@ -3,8 +3,8 @@
 #include <fstream>
 #include <functional>
 
-#include "parameters/parsercrc.h"
 #include "schema/namehash.h"
+#include "tools/tuningfile/checksum.h"
 
 namespace
 {
@@ -15,17 +15,7 @@ constexpr size_t PieceSize = 3388;  ///< what a reader takes of a file to find i
 
 VOID ParameterFile::Seal()
 {
-    if (version >= BinaryFileFormat::StructSymbolsVersion)
-    {
-        const size_t covered = bytes.size() - sizeof(UINT64);
-        Put(covered,
-            ParserCRC64::GetCRC(reinterpret_cast<const CHAR*>(bytes.data()), static_cast<UINT32>(covered), true, 0));
-    }
-    else
-    {
-        const size_t covered = bytes.size() - sizeof(UINT32);
-        Put(covered, ParserCRC32::GetCRC(bytes.data(), static_cast<UINT32>(covered), 0));
-    }
+    tuningfile::Seal(bytes, version);
 }
 
 VOID ParameterFile::WriteTo(const std::string& rPath) const
@@ -253,7 +243,7 @@ ParameterFile ParameterFileBuilder::Build() const
         file.sections.emplace(type, info);
     }
 
-    const size_t sumSize = (m_version >= BinaryFileFormat::StructSymbolsVersion) ? sizeof(UINT64) : sizeof(UINT32);
+    const size_t sumSize = tuningfile::ChecksumSize(m_version);
     const size_t size    = std::max(contentStart + content.Size() + sumSize, m_minimumSize);
     ByteWriter   whole;
     whole.Bytes(Header(static_cast<UINT32>(size), file.sectionTableOffset, sectionCount))

@@ -3,11 +3,11 @@
 
 #include <gtest/gtest.h>
 
-#include "parameters/parsercrc.h"
 #include "tests/tools/randomrecords.h"
 #include "tools/tuningfile/binaryinput.h"
 #include "tools/tuningfile/binaryoutput.h"
 #include "tools/tuningfile/bytes.h"
+#include "tools/tuningfile/checksum.h"
 #include "tools/tuningfile/inputerror.h"
 #include "tools/tuningfile/storelog.h"
 #include "tools/tuningfile/textinput.h"
@@ -34,13 +34,6 @@ modes:
           Usecase.ZSL: {link: Default|Sensor.0|Usecase.Video}
 )";
 
-/// Makes the checksum match the bytes again.
-VOID Seal(std::vector<BYTE>& rBytes)
-{
-    const UINT32 summed = static_cast<UINT32>(rBytes.size() - sizeof(UINT64));
-    StoreInteger(rBytes, summed, ParserCRC64::GetCRC(reinterpret_cast<const CHAR*>(rBytes.data()), summed, true, 0));
-}
-
 TEST(Hostile, DamagedFilesAreRefusedOrDumped)
 {
     const std::vector<BYTE> good = WriteBinary(ParseText(Text, "t.yaml"), NewestVersion);
@@ -56,7 +49,7 @@ TEST(Hostile, DamagedFilesAreRefusedOrDumped)
             const size_t position = 152 + random() % 2000;
             bytes[position]       = (random() % 2 == 0) ? static_cast<BYTE>(random()) : static_cast<BYTE>(random() % 8);
         }
-        Seal(bytes);
+        Seal(bytes, NewestVersion);
         try
         {
             WriteText(ReadBinary(bytes, "t.bin").tuning);
@@ -81,7 +74,7 @@ TEST(Hostile, AModeWhoseIdAnotherHasTakenIsReadWithAllBelowIt)
     constexpr UINT32  SensorId = 1;
     // The last mode takes the place of its parent, and with it that of the others' parent; itself it has none then.
     StoreInteger(bytes, rows + (count - 1) * rowSize, SensorId);
-    Seal(bytes);
+    Seal(bytes, NewestVersion);
 
     const std::vector<ModeTable> tables = ReadBinary(bytes, "t.bin").tuning.tables;
     ASSERT_EQ(tables.size(), 1U);

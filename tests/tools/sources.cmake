@@ -1,5 +1,6 @@
 set(ROOM_TESTS
     binaryoutput_test.cpp
+    damage_test.cpp
     debugfile_test.cpp
     files_test.cpp
     hostile_test.cpp

@@ -1,5 +1,7 @@
 #include "tools/kirosim/loadedtuning.h"
 
+#include <algorithm>
+
 #include "tools/recording/chunks.h"
 #include "tools/tuningfile/files.h"
 #include "tools/tuningfile/inputerror.h"
@@ -34,8 +36,19 @@ LoadedTuning::LoadedTuning(const std::string& rPath, bool isLive) : m_isLive(isL
 
 StatsTuningData LoadedTuning::Data(const std::vector<TuningMode>& rSelectors)
 {
-    std::vector<TuningMode>& rKept = m_selectors.emplace_back(rSelectors);
-    return {&m_manager, rKept.data(), static_cast<UINT>(rKept.size())};
+    // A camera that runs for days goes from mode to mode and back.
+    const auto isSame = [&rSelectors](const std::vector<TuningMode>& rKept)
+    {
+        return std::equal(rKept.begin(), rKept.end(), rSelectors.begin(), rSelectors.end(),
+                          [](const TuningMode& rOne, const TuningMode& rOther)
+                          { return rOne.mode == rOther.mode && rOne.subMode.value == rOther.subMode.value; });
+    };
+    auto kept = std::find_if(m_selectors.begin(), m_selectors.end(), isSame);
+    if (kept == m_selectors.end())
+    {
+        kept = m_selectors.insert(kept, rSelectors);
+    }
+    return {&m_manager, kept->data(), static_cast<UINT>(kept->size())};
 }
 
 }  // namespace kirosim

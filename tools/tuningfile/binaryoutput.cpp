@@ -6,7 +6,7 @@
 
 #include <fmt/format.h>
 
-#include "parameters/parsercrc.h"
+#include "tools/tuningfile/checksum.h"
 #include "tools/tuningfile/definitionoutput.h"
 #include "tools/tuningfile/inputerror.h"
 #include "tools/tuningfile/recordblocks.h"
@@ -263,19 +263,6 @@ std::vector<BYTE> WriteHeader(const Tuning& rTuning, const VersionUnion& rVersio
     return std::move(writer.bytes);
 }
 
-VOID AppendChecksum(std::vector<BYTE>& rBytes, const VersionUnion& rVersion)
-{
-    const UINT32 length = static_cast<UINT32>(rBytes.size());
-    if (rVersion >= Format::StructSymbolsVersion)
-    {
-        AppendInteger(rBytes, ParserCRC64::GetCRC(reinterpret_cast<const CHAR*>(rBytes.data()), length, true, 0));
-    }
-    else
-    {
-        AppendInteger(rBytes, ParserCRC32::GetCRC(rBytes.data(), length, 0));
-    }
-}
-
 }  // namespace
 
 std::optional<VersionUnion> ParseVersion(std::string_view text)
@@ -333,7 +320,7 @@ std::vector<BYTE> WriteBinary(const Tuning& rTuning, const VersionUnion& rVersio
     const UINT32 sectionCount = static_cast<UINT32>(sections.size());
     const UINT32 packing      = Format::GetAlignment(rVersion);
     const size_t headerSize   = WriteHeader(rTuning, rVersion, sectionCount, 0).size();
-    const size_t checksumSize = (rVersion >= Format::StructSymbolsVersion) ? sizeof(UINT64) : sizeof(UINT32);
+    const size_t checksumSize = ChecksumSize(rVersion);
     size_t       offset = headerSize + sections.size() * SectionRowWidth * std::max<size_t>(sizeof(UINT32), packing);
     if (offset > MinFileSize)
     {
@@ -362,8 +349,8 @@ std::vector<BYTE> WriteBinary(const Tuning& rTuning, const VersionUnion& rVersio
     {
         bytes.insert(bytes.end(), rSection.bytes.begin(), rSection.bytes.end());
     }
-    bytes.resize(fileSize - checksumSize);
-    AppendChecksum(bytes, rVersion);
+    bytes.resize(fileSize);
+    Seal(bytes, rVersion);
     return bytes;
 }
 

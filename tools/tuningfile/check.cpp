@@ -1,9 +1,8 @@
 #include "tools/tuningfile/check.h"
 
-#include <algorithm>
-
 #include "tools/tuningfile/binaryinput.h"
 #include "tools/tuningfile/files.h"
+#include "tools/tuningfile/modepath.h"
 #include "tools/tuningfile/storelog.h"
 
 namespace tuningfile
@@ -21,19 +20,7 @@ VOID LoadAllModes(ParameterSetManager& rStore)
     {
         for (UINT32 index = 0; index < tables[table].modes.size(); ++index)
         {
-            std::vector<TuningMode> branch;
-            for (std::optional<UINT32> mode = index; mode.has_value(); mode = tables[table].modes[*mode].parent)
-            {
-                const Mode& rMode = tables[table].modes[*mode];
-                if (!tables[table].IsGroupEntry(*mode))
-                {
-                    TuningMode selector{};
-                    selector.mode          = static_cast<ModeType>(rMode.mode);
-                    selector.subMode.value = rMode.subMode;
-                    branch.push_back(selector);
-                }
-            }
-            std::reverse(branch.begin(), branch.end());
+            const std::vector<TuningMode> branch = BranchOf(tables[table], index);
             rStore.LoadMode(static_cast<BYTE>(table), branch.data(), static_cast<UINT32>(branch.size()), "check");
         }
     }

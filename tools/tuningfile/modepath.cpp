@@ -1,5 +1,6 @@
 #include "tools/tuningfile/modepath.h"
 
+#include <algorithm>
 #include <charconv>
 #include <vector>
 
@@ -104,6 +105,23 @@ std::string PathOf(const ModeTable& rTable, UINT32 index)
         path                    = isGroupEntry ? path : nameOf(index) + '|' + path;
     }
     return path;
+}
+
+std::vector<TuningMode> BranchOf(const ModeTable& rTable, UINT32 index)
+{
+    std::vector<TuningMode> branch;
+    for (std::optional<UINT32> mode = index; mode.has_value(); mode = rTable.modes[*mode].parent)
+    {
+        if (!rTable.IsGroupEntry(*mode))
+        {
+            TuningMode selector{};
+            selector.mode          = static_cast<ModeType>(rTable.modes[*mode].mode);
+            selector.subMode.value = rTable.modes[*mode].subMode;
+            branch.push_back(selector);
+        }
+    }
+    std::reverse(branch.begin(), branch.end());
+    return branch;
 }
 
 }  // namespace tuningfile

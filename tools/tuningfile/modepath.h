@@ -5,7 +5,9 @@
 #include <compare>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "parameters/tuningmode.h"
 #include "platform/tavotypes.h"
 #include "tools/tuningfile/tuning.h"
 
@@ -30,5 +32,8 @@ std::string FormatModeName(const ModeName& rName);
 
 /// The path from the root to a mode. Entries of one mode count once.
 std::string PathOf(const ModeTable& rTable, UINT32 index);
+
+/// The selectors from the root to a mode, as the store takes them. Entries of one mode count once.
+std::vector<TuningMode> BranchOf(const ModeTable& rTable, UINT32 index);
 
 }  // namespace tuningfile
