@@ -117,18 +117,21 @@ TEST(Deterministic, CosineIsAccurateAndNoiseHasItsMoments)
     {
         EXPECT_NEAR(CosineOfTurns(turns), std::cos(turns * twoPi), 1e-9) << turns;
     }
-    RandomStream    stream(3);
-    DOUBLE          sum     = 0.0;
-    DOUBLE          squares = 0.0;
-    constexpr INT32 count   = 100000;
-    for (INT32 index = 0; index < count; ++index)
+    for (DOUBLE (RandomStream::*const next)() : {&RandomStream::NextGaussian, &RandomStream::NextNoise})
     {
-        const DOUBLE value = stream.NextGaussian();
-        sum += value;
-        squares += value * value;
+        RandomStream    stream(3);
+        DOUBLE          sum     = 0.0;
+        DOUBLE          squares = 0.0;
+        constexpr INT32 count   = 100000;
+        for (INT32 index = 0; index < count; ++index)
+        {
+            const DOUBLE value = (stream.*next)();
+            sum += value;
+            squares += value * value;
+        }
+        EXPECT_NEAR(sum / count, 0.0, 0.02);
+        EXPECT_NEAR(squares / count, 1.0, 0.02);
     }
-    EXPECT_NEAR(sum / count, 0.0, 0.02);
-    EXPECT_NEAR(squares / count, 1.0, 0.02);
 }
 
 TEST(SensorModel, StatisticsFollowLightGainAndTime)

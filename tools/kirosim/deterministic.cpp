@@ -37,6 +37,20 @@ DOUBLE RandomStream::NextGaussian()
     return sum;
 }
 
+DOUBLE RandomStream::NextNoise()
+{
+    constexpr UINT64 partMask = 0xFFFF;
+    constexpr DOUBLE scale    = 1.0 / 65536.0;
+    constexpr DOUBLE mean     = 12.0 * (0.5 - 0.5 * scale);
+    UINT64           sum      = 0;
+    for (UINT32 draw = 0; draw < 3; ++draw)
+    {
+        const UINT64 parts = Next();
+        sum += (parts & partMask) + (parts >> 16 & partMask) + (parts >> 32 & partMask) + (parts >> 48);
+    }
+    return static_cast<DOUBLE>(sum) * scale - mean;
+}
+
 DOUBLE CosineOfTurns(DOUBLE turns)
 {
     constexpr DOUBLE twoPi = 6.283185307179586;

@@ -21,6 +21,9 @@ public:
     /// Mean 0, sigma 1: the sum of twelve uniform numbers less 6, which needs no function of the math library.
     DOUBLE NextGaussian();
 
+    /// The same in steps of 2^-16, from a quarter of the draws: a frame takes 28000 of them.
+    DOUBLE NextNoise();
+
 private:
     UINT64 m_state;
 };

@@ -218,7 +218,7 @@ DOUBLE SensorModel::ExposeRegions(DOUBLE time, const AppliedExposure& rExposure,
         const DOUBLE lamp   = (m_pFlash != nullptr) ? m_pFlash->LuxAt(region) * meanPerLux : 0.0;
         const FLOAT  signal = static_cast<FLOAT>(mean * rowFactors[region / GridWidth] + lamp) *
                              (m_objectMask[region] ? m_objectGain : 1.0f);
-        const FLOAT  noise     = 1.0f + static_cast<FLOAT>(rSensor.regionNoise * m_noise.NextGaussian());
+        const FLOAT  noise     = std::max(1.0f + static_cast<FLOAT>(rSensor.regionNoise * m_noise.NextNoise()), 0.0f);
         const FLOAT* pSamples  = &m_radiance[static_cast<size_t>(region) * SamplesPerRegion];
         FLOAT        sum       = 0.0f;
         UINT32       saturated = 0;
@@ -234,8 +234,8 @@ DOUBLE SensorModel::ExposeRegions(DOUBLE time, const AppliedExposure& rExposure,
         const DOUBLE level = static_cast<DOUBLE>(sum) / SamplesPerRegion;
         pictureSum += level;
         clippedCount += saturated;
-        const DOUBLE shot         = rSensor.shotNoise * std::sqrt(level * rExposure.gain) * m_noise.NextGaussian();
-        const DOUBLE read         = rSensor.readNoise * m_noise.NextGaussian();
+        const DOUBLE shot         = rSensor.shotNoise * std::sqrt(level * rExposure.gain) * m_noise.NextNoise();
+        const DOUBLE read         = rSensor.readNoise * m_noise.NextNoise();
         rStats.luma[region]       = static_cast<FLOAT>(std::clamp(level + shot + read, 0.0, 1.0)) * m_fullScale;
         rStats.saturation[region] = static_cast<FLOAT>(saturated) / SamplesPerRegion * m_fullScale;
         m_levels[region]          = level;
