@@ -17,8 +17,8 @@ constexpr FLOAT NoWeight = -1.0f;
 
 CKIRO2DMetIterator::CKIRO2DMetIterator()
     : m_roiWidth(0), m_roiHeight(0), m_roiStartHeight(0), m_roiStartWidth(0), m_roiEndHeight(0), m_roiEndWidth(0),
-      m_ipStatswidth(0), m_ipStatsHeight(0), m_rowStart(0),
-      m_pRowWeights(nullptr), m_2DWeightTable{}, m_columns{}, m_rows{}, m_columnEntry{}, m_rowEntry{}
+      m_ipStatswidth(0), m_ipStatsHeight(0), m_rowStart(0), m_pRowWeights(nullptr), m_2DWeightTable{},
+      m_pColumnEntry(m_columns.Entries({})), m_pRowEntry(m_rows.Entries({}))
 {
 }
 
@@ -51,7 +51,8 @@ BOOL CKIRO2DMetIterator::Configure(UINT32 width, UINT32 height, const AECAlgoROI
     m_ipStatswidth  = width;
     m_ipStatsHeight = height;
     std::copy_n(pTable, TableWidth * TableWidth, m_2DWeightTable);
-    ResolveEntries();
+    m_pColumnEntry = m_columns.Entries({m_ipStatswidth, m_roiStartWidth, m_roiEndWidth, m_roiWidth});
+    m_pRowEntry    = m_rows.Entries({m_ipStatsHeight + 1, m_roiStartHeight, m_roiEndHeight, m_roiHeight});
     SelectRow(0);
     return TRUE;
 }
@@ -69,29 +70,32 @@ INT16 CKIRO2DMetIterator::EntryOf(UINT32 position, const Axis& rAxis)
     return static_cast<INT16>(std::min(SaturateToUINT32(std::round(scaled)), TableWidth - 1));
 }
 
-VOID CKIRO2DMetIterator::ResolveEntries()
+const INT16* CKIRO2DMetIterator::ResolvedAxes::Entries(const Axis& rAxis)
 {
-    const Axis columns = {m_ipStatswidth, m_roiStartWidth, m_roiEndWidth, m_roiWidth};
-    for (UINT32 column = 0; column < columns.count && columns != m_columns; ++column)
+    for (const Resolved& rResolved : m_axes)
     {
-        m_columnEntry[column] = EntryOf(column, columns);
+        if (rResolved.axis == rAxis)
+        {
+            return rResolved.entries;
+        }
     }
-    const Axis rows = {m_ipStatsHeight + 1, m_roiStartHeight, m_roiEndHeight, m_roiHeight};
-    for (UINT32 row = 0; row < rows.count && rows != m_rows; ++row)
+    Resolved& rResolved = m_axes[m_next];
+    m_next              = (m_next + 1) % Count;
+    rResolved.axis      = rAxis;
+    for (UINT32 position = 0; position < rAxis.count; ++position)
     {
-        m_rowEntry[row] = EntryOf(row, rows);
+        rResolved.entries[position] = EntryOf(position, rAxis);
     }
-    m_columns = columns;
-    m_rows    = rows;
+    return rResolved.entries;
 }
 
 VOID CKIRO2DMetIterator::SelectRow(UINT32 index)
 {
     const UINT32 row = (m_ipStatswidth == 0) ? 0 : index / m_ipStatswidth;
     m_rowStart       = row * m_ipStatswidth;
-    m_pRowWeights    = (row > m_ipStatsHeight || m_rowEntry[row] == OutsideROI)
+    m_pRowWeights    = (row > m_ipStatsHeight || m_pRowEntry[row] == OutsideROI)
                            ? nullptr
-                           : m_2DWeightTable + TableWidth * static_cast<size_t>(m_rowEntry[row]);
+                           : m_2DWeightTable + TableWidth * static_cast<size_t>(m_pRowEntry[row]);
 }
 
 FLOAT CKIRO2DMetIterator::WeightOutside(UINT32 index) const

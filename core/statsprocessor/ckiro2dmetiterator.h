@@ -20,14 +20,16 @@ public:
     FLOAT GetWeight(UINT32 index)
     {
         // A walk mostly stays in a row, which is looked up once.
-        if (index - m_rowStart >= m_ipStatswidth)
+        if (index - m_rowStart >= m_ipStatswidth) [[unlikely]]
         {
             SelectRow(index);
         }
         const UINT32 column = index - m_rowStart;
-        return (m_pRowWeights != nullptr && column < m_ipStatswidth && m_columnEntry[column] != OutsideROI)
-                   ? m_pRowWeights[m_columnEntry[column]]
-                   : WeightOutside(index);
+        if (m_pRowWeights != nullptr && column < m_ipStatswidth && m_pColumnEntry[column] != OutsideROI) [[likely]]
+        {
+            return m_pRowWeights[m_pColumnEntry[column]];
+        }
+        return WeightOutside(index);
     }
 
 private:
@@ -46,9 +48,30 @@ private:
     };
 
     static INT16 EntryOf(UINT32 position, const Axis& rAxis);
-    VOID         ResolveEntries();
-    VOID         SelectRow(UINT32 index);
-    FLOAT        WeightOutside(UINT32 index) const;
+
+    /// Table entries of the columns or of the rows of a grid, so that a region costs no division. The requests of a
+    /// tuning have few grids and ROIs between them.
+    class ResolvedAxes
+    {
+    public:
+        /// @return by position; until the next call
+        const INT16* Entries(const Axis& rAxis);
+
+    private:
+        struct Resolved
+        {
+            Axis  axis;
+            INT16 entries[GridRegionCountMax + 1];  ///< one row more, which an ROI down to the last row includes
+        };
+
+        static constexpr UINT32 Count = 4;
+
+        Resolved m_axes[Count] = {};
+        UINT32   m_next        = 0;  ///< the one that a further axis takes
+    };
+
+    [[gnu::cold]] VOID  SelectRow(UINT32 index);
+    [[gnu::cold]] FLOAT WeightOutside(UINT32 index) const;
 
     UINT32       m_roiWidth;
     UINT32       m_roiHeight;
@@ -61,10 +84,9 @@ private:
     UINT32       m_rowStart;     ///< first region of the row of the last region that was asked for
     const FLOAT* m_pRowWeights;  ///< that row's part of the table, null outside the ROI and until configured
     FLOAT        m_2DWeightTable[TableWidth * TableWidth];
-    // Table entry of each column and row of the grid, so that a region costs no division. Requests mostly share their
-    // grid and ROI.
-    Axis  m_columns;
-    Axis  m_rows;
-    INT16 m_columnEntry[GridRegionCountMax];
-    INT16 m_rowEntry[GridRegionCountMax + 1];  ///< one row more, which an ROI down to the last row includes
+
+    ResolvedAxes m_columns;
+    ResolvedAxes m_rows;
+    const INT16* m_pColumnEntry;  ///< of the grid's columns
+    const INT16* m_pRowEntry;
 };

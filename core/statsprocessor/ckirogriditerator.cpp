@@ -31,8 +31,8 @@ struct CKIROGridIterator::Geometry
 };
 
 CKIROGridIterator::CKIROGridIterator()
-    : m_pStats(nullptr), m_bIterateRaw(FALSE), m_blockStart{}, m_blockOffset{}, m_activePatterns(0), m_activeBlocks(0),
-      m_currentIndex(0), m_estNumOfRegions(0), m_interpInfo{}
+    : m_pStats(nullptr), m_bIterateRaw(FALSE), m_placedBlocks{}, m_blockStart{}, m_blockOffset{}, m_activePatterns(0),
+      m_activeBlocks(0), m_currentIndex(0), m_estNumOfRegions(0), m_interpInfo{}
 {
 }
 
@@ -168,14 +168,7 @@ bool CKIROGridIterator::FillTables(const Geometry& rGeometry, const KIROSubsampl
         }
     }
     m_activeBlocks = blocks;
-    for (UINT32 row = 0; row < blocksH; ++row)
-    {
-        for (UINT32 column = 0; column < blocksW; ++column)
-        {
-            m_blockStart[row * blocksW + column] =
-                rGeometry.start + row * rTile.height * gridWidth + column * rTile.width;
-        }
-    }
+    PlaceBlocks({rGeometry.start, blocksW, blocksH, rTile.width, rTile.height * gridWidth});
     m_estNumOfRegions = m_activeBlocks * m_activePatterns;
     if (m_estNumOfRegions > gridSize)
     {
@@ -187,6 +180,23 @@ bool CKIROGridIterator::FillTables(const Geometry& rGeometry, const KIROSubsampl
     STATS_LOG_TRACE("Block Count(h:%d w:%d) PatternSize:%d TotalReg:%d ROI (Start:%d, W:%d, H:%d)", blocksH, blocksW,
                     m_activePatterns, m_estNumOfRegions, rGeometry.start, rGeometry.width, rGeometry.height);
     return true;
+}
+
+VOID CKIROGridIterator::PlaceBlocks(const BlockGrid& rBlocks)
+{
+    if (rBlocks == m_placedBlocks)
+    {
+        return;
+    }
+    m_placedBlocks = rBlocks;
+    for (UINT32 row = 0; row < rBlocks.rows; ++row)
+    {
+        for (UINT32 column = 0; column < rBlocks.columns; ++column)
+        {
+            m_blockStart[row * rBlocks.columns + column] =
+                rBlocks.start + row * rBlocks.rowStep + column * rBlocks.columnStep;
+        }
+    }
 }
 
 BOOL CKIROGridIterator::HasNext()

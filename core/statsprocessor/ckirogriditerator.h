@@ -54,18 +54,27 @@ public:
     /// Calls visit(regionIndex) for all regions in order, without the cost of Next().
     template <typename Visit> VOID ForEachRegion(Visit&& visit) const
     {
+        ForRegions(0, m_estNumOfRegions, visit);
+    }
+
+    /// The same for a part of the walk.
+    /// @param first number in the walk, from 0
+    /// @param end   behind the last one, up to GetTotalNumOfRegions()
+    template <typename Visit> VOID ForRegions(UINT32 first, UINT32 end, Visit&& visit) const
+    {
         if (m_bIterateRaw == TRUE)
         {
-            for (UINT32 index = 0; index < m_estNumOfRegions; ++index)
+            for (UINT32 index = first; index < end; ++index)
             {
                 visit(index);
             }
             return;
         }
-        UINT32 left = m_estNumOfRegions;
-        for (UINT32 block = 0; left > 0; ++block)
+        UINT32 left = end - first;
+        UINT32 cell = (left > 0) ? first % m_activePatterns : 0;
+        for (UINT32 block = (left > 0) ? first / m_activePatterns : 0; left > 0; ++block, cell = 0)
         {
-            for (UINT32 cell = 0; cell < m_activePatterns && left > 0; ++cell, --left)
+            for (; cell < m_activePatterns && left > 0; ++cell, --left)
             {
                 visit(m_blockStart[block] + m_blockOffset[cell]);
             }
@@ -75,12 +84,26 @@ public:
 private:
     struct Geometry;
 
+    /// Where the placements of a tile begin; requests mostly share it.
+    struct BlockGrid
+    {
+        UINT32 start;  ///< region index of the first
+        UINT32 columns;
+        UINT32 rows;
+        UINT32 columnStep;
+        UINT32 rowStep;
+
+        bool operator==(const BlockGrid&) const = default;
+    };
+
     VOID     ConfigureRaw();
     Geometry ResolveGeometry(const AECAlgoROI& rROI, BOOL bUseDefaultCoordMethod);
     bool     FillTables(const Geometry& rGeometry, const KIROSubsamplingInfo& rTile);
+    VOID     PlaceBlocks(const BlockGrid& rBlocks);
 
     const KIROCntStatsOut* m_pStats;
     BOOL                   m_bIterateRaw;
+    BlockGrid              m_placedBlocks;                     ///< which m_blockStart holds
     UINT32                 m_blockStart[GridRegionCountMax];   ///< first region of each tile placement
     UINT32                 m_blockOffset[GridPatternCellMax];  ///< from the tile's origin, per active cell
     UINT32                 m_activePatterns;

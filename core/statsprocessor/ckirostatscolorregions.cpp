@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 #include "core/base/debugdata.h"
 #include "core/base/exposurearithmetic.h"
@@ -19,6 +20,7 @@ constexpr FLOAT      NotMeasured        = -1.0f;
 constexpr INT32      NoID               = -1;
 constexpr UINT32     ColorChannelCount  = 3;  // luma, R/G, B/G
 constexpr FLOAT      BufferZoneMin      = 0.0001f;
+constexpr UINT32     LumaWeightCount    = 512;  // regions whose luma weights are kept at a time
 
 const CHAR* NameAt(const CHAR* const* ppNames, UINT32 count, UINT32 index)
 {
@@ -57,6 +59,14 @@ bool AreColorInputsValid(const CHAR* const* ppNames, UINT32 count, const ColorCh
                     NameAt(ppNames, count, 0), rChannels.luma >= 0, NameAt(ppNames, count, 1), rChannels.rg >= 0,
                     NameAt(ppNames, count, 2), rChannels.bg >= 0, bIsROIValid);
     return false;
+}
+
+/// Regions mostly weigh luma alike; the weight is then looked up once for all.
+bool HaveSameLumaWeight(const GroupedGridParameters& rGroup, const GroupedGridParameters& rOther)
+{
+    return rGroup.triggerCount == rOther.triggerCount &&
+           (rGroup.triggerCount == 0 || std::memcmp(rGroup.pRangeTrigger, rOther.pRangeTrigger,
+                                                    rGroup.triggerCount * sizeof(*rGroup.pRangeTrigger)) == 0);
 }
 
 }  // namespace
@@ -150,33 +160,65 @@ VOID CKIROStatsGridProcessor::GetExtColorRgBgStatsRatio(GroupedGridParameters** 
         STATS_LOG_ERROR("Iterator configuration failed.");
         return;
     }
-    const FLOAT* pLuma = m_rStatsBuffer[static_cast<UINT32>(m_group.chNum_luma)].channelData.Data.pFData;
-    const FLOAT* pRg   = m_rStatsBuffer[static_cast<UINT32>(m_group.chNum_rg)].channelData.Data.pFData;
-    const FLOAT* pBg   = m_rStatsBuffer[static_cast<UINT32>(m_group.chNum_bg)].channelData.Data.pFData;
-    m_gridItr.ForEachRegion(
-        [&](UINT32 index)
-        {
-            const FLOAT luma = std::min(m_group.statsAbsThreshold, pLuma[index]);
-            for (UINT32 region = 0; region < regionCount; ++region)
-            {
-                AccumulateRegion(*ppRegions[region], luma, pRg[index], pBg[index]);
-            }
-        });
+    for (UINT32 region = 0; region < regionCount; ++region)
+    {
+        ppRegions[region]->bLumaWeightOfOwn =
+            (region == 0 || !HaveSameLumaWeight(*ppRegions[region], *ppRegions[region - 1])) ? TRUE : FALSE;
+    }
+    const UINT32 total = m_gridItr.GetTotalNumOfRegions();
+    for (UINT32 first = 0; first < total; first += LumaWeightCount)
+    {
+        AccumulatePart(ppRegions, regionCount, first, std::min(total - first, LumaWeightCount));
+    }
     for (UINT32 region = 0; region < regionCount; ++region)
     {
         StoreColorRatio(*ppRegions[region]);
     }
 }
 
-VOID CKIROStatsGridProcessor::AccumulateRegion(GroupedGridParameters& rGroup, FLOAT luma, FLOAT rg, FLOAT bg) const
+/// One after another, the regions go over a part of the walk: the sum of each is a chain of its own.
+VOID CKIROStatsGridProcessor::AccumulatePart(GroupedGridParameters** ppRegions, UINT32 regionCount, UINT32 first,
+                                             UINT32 count) const
 {
-    const FLOAT lumaWeight   = GetRegionalLumaWeight(rGroup.triggerCount, rGroup.pRangeTrigger, luma);
-    const FLOAT statDistRG   = std::abs(rg - rGroup.rgCenter);
-    const FLOAT statDistBG   = std::abs(bg - rGroup.bgCenter);
-    const FLOAT extRGBweight = std::min(GetSoftEdgeWeight(statDistRG, rGroup.rgDist_min, rGroup.rgDist_buffDist),
-                                        GetSoftEdgeWeight(statDistBG, rGroup.bgDist_min, rGroup.bgDist_buffDist));
-    rGroup.lumaWeightedCount = std::fma(extRGBweight, lumaWeight, rGroup.lumaWeightedCount);
-    rGroup.totalRgnCount += 1;
+    FLOAT        lumaWeights[LumaWeightCount];
+    const FLOAT* pLuma = m_rStatsBuffer[static_cast<UINT32>(m_group.chNum_luma)].channelData.Data.pFData;
+    for (UINT32 region = 0; region < regionCount; ++region)
+    {
+        GroupedGridParameters& rGroup = *ppRegions[region];
+        if (rGroup.bLumaWeightOfOwn == TRUE)
+        {
+            FLOAT* pNext = lumaWeights;
+            m_gridItr.ForRegions(first, first + count,
+                                 [&](UINT32 index)
+                                 {
+                                     const FLOAT luma = std::min(m_group.statsAbsThreshold, pLuma[index]);
+                                     *pNext++ = GetRegionalLumaWeight(rGroup.triggerCount, rGroup.pRangeTrigger, luma);
+                                 });
+        }
+        AccumulateRegion(rGroup, lumaWeights, first, count);
+    }
+}
+
+/// @param pLumaWeights of this part's regions
+VOID CKIROStatsGridProcessor::AccumulateRegion(GroupedGridParameters& rGroup, const FLOAT* pLumaWeights, UINT32 first,
+                                               UINT32 count) const
+{
+    const FLOAT*                pRg   = m_rStatsBuffer[static_cast<UINT32>(m_group.chNum_rg)].channelData.Data.pFData;
+    const FLOAT*                pBg   = m_rStatsBuffer[static_cast<UINT32>(m_group.chNum_bg)].channelData.Data.pFData;
+    const GroupedGridParameters group = rGroup;
+    FLOAT                       weightedCount = rGroup.lumaWeightedCount;
+    m_gridItr.ForRegions(first, first + count,
+                         [&](UINT32 index)
+                         {
+                             const FLOAT statDistRG = std::abs(pRg[index] - group.rgCenter);
+                             const FLOAT statDistBG = std::abs(pBg[index] - group.bgCenter);
+                             const FLOAT extRGBweight =
+                                 std::min(GetSoftEdgeWeight(statDistRG, group.rgDist_min, group.rgDist_buffDist),
+                                          GetSoftEdgeWeight(statDistBG, group.bgDist_min, group.bgDist_buffDist));
+                             weightedCount = std::fma(extRGBweight, *pLumaWeights++, weightedCount);
+                         });
+    rGroup.lumaWeightedCount = weightedCount;
+    rGroup.totalRgnCount += count;
 }
 
 VOID CKIROStatsGridProcessor::StoreColorRatio(GroupedGridParameters& rGroup)

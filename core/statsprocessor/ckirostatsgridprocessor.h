@@ -28,6 +28,7 @@ struct GroupedGridParameters
     FLOAT      rgDist_buffDist;  ///< width of the fall-off beyond it
     FLOAT      bgDist_buffDist;
     FLOAT      lumaWeightedCount;  ///< accumulated weight, after the pass the ratio
+    BOOL       bLumaWeightOfOwn;   ///< 0 when luma weighs as in the region before, in the pass over the grid
     UINT32     triggerCount;
     const kiroglobalelements::TriggerSystemEndLevelStartEndType* pRangeTrigger;
     KIROSubsamplingInfo                                          ss;
@@ -83,7 +84,9 @@ private:
     KiroResult GetWeightedROIInterpLuma(const CHAR* pName, INT32 roiID, INT32 metTableID, FLOAT& rLumaAverage,
                                         FLOAT statsThreshold);
     bool       FillIntegrals(const KIROCntStatsOut& rStats, FLOAT statsThreshold, FLOAT* pLuma, FLOAT* pWeight);
-    VOID       AccumulateRegion(GroupedGridParameters& rGroup, FLOAT luma, FLOAT rg, FLOAT bg) const;
+    VOID       AccumulatePart(GroupedGridParameters** ppRegions, UINT32 regionCount, UINT32 first, UINT32 count) const;
+    VOID       AccumulateRegion(GroupedGridParameters& rGroup, const FLOAT* pLumaWeights, UINT32 first,
+                                UINT32 count) const;
     VOID       StoreColorRatio(GroupedGridParameters& rGroup);
 
     IKIROContextManager&     m_rContextManager;
