@@ -386,19 +386,26 @@ private:
 INT RunSoak(const SoakOptions& rOptions)
 {
     TavoDesk::SetSystemLogSink(&ShowStoreLine, nullptr);
-    const CompiledTuning tuning(rOptions.tuning);
-    const auto           show = [](const std::string& rLine)
+    const kirosim::StopSignal stopSignal;  // before there is a file to clear away
+    const CompiledTuning      tuning(rOptions.tuning);
+    const auto                show = [](const std::string& rLine)
     {
         fmt::print("{}", rLine);
         (VOID) std::fflush(stdout);
     };
-    const kirosim::SoakResult result =
-        kirosim::Soak({rOptions.frames, rOptions.scenes, tuning.Path(), show}, LogToStderr);
-    fmt::print("{} frames in {} laps of {} scenes: {} steps settled, {} live edits, {} reloads\n", result.frames,
-               result.laps, rOptions.scenes.size(), result.settles, result.edits, result.reloads);
+    const kirosim::SoakResult result = kirosim::Soak(
+        {rOptions.frames, rOptions.scenes, tuning.Path(), show, kirosim::StopSignal::IsRaised}, LogToStderr);
+    fmt::print("{} frames in {} laps of {} scenes: {} cameras, {} steps settled, {} values edited, {} reloads, {} mode "
+               "changes, {} snapshots; heap {:+} bytes, resident {:+} bytes\n",
+               result.frames, result.laps, rOptions.scenes.size(), result.cameras, result.settles, result.edits,
+               result.reloads, result.modeChanges, result.snapshots, result.heapGrowth, result.residentGrowth);
     for (const std::string& rFault : result.faults)
     {
         fmt::print(stderr, "kirosim: {}\n", rFault);
+    }
+    if (result.isStopped)
+    {
+        throw std::runtime_error("interrupted");
     }
     return result.faults.empty() ? 0 : ExitBadInput;
 }

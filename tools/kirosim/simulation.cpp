@@ -5,7 +5,7 @@ namespace kirosim
 
 Simulation::Simulation(const Scene& rScene, LoadedTuning& rTuning, StatsLogger logger,
                        const KiroTableDecorator& rDecorate)
-    : m_rScene(rScene), m_camera(rScene, rTuning, logger, rDecorate), m_nextEvent(0)
+    : m_rScene(rScene), m_camera(rScene, rTuning, logger, rDecorate), m_nextEvent(0), m_framesRun(0)
 {
     if (rTuning.IsLive())
     {
@@ -28,17 +28,18 @@ Simulation::Simulation(const Scene& rScene, LoadedTuning& rTuning, StatsLogger l
 VOID Simulation::Run(const Visitor& visit, const Visitor& visitSecond, const RunPlan& rPlan)
 {
     const UINT64 frames = m_rScene.frames;
-    for (UINT64 index = 0; frames > 0 && (!rPlan.rounds.has_value() || index / frames < *rPlan.rounds); ++index)
+    const UINT64 first  = m_framesRun;
+    while (frames > 0 && (!rPlan.rounds.has_value() || (m_framesRun - first) / frames < *rPlan.rounds))
     {
         if (rPlan.beforeFrame && !rPlan.beforeFrame())
         {
             return;
         }
-        if (index > 0 && index % frames == 0)
+        if (m_framesRun > 0 && m_framesRun % frames == 0)
         {
             StartRound();
         }
-        RunFrame(index, visit, visitSecond);
+        RunFrame(m_framesRun++, visit, visitSecond);
     }
 }
 

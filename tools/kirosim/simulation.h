@@ -30,7 +30,7 @@ public:
 
     /// Runs all frames of the scene, once or round after round: then light and events start again while the cameras run
     /// on. What an event has set stays set until an event changes it, but for roles of cameras and colour of the light,
-    /// which are the scene's.
+    /// which are the scene's. A further call goes on behind the last frame.
     /// @param visit       sees each frame of the first camera once both cameras have decided theirs
     /// @param visitSecond sees each frame of the second camera before that; may be empty
     VOID Run(const Visitor& visit, const Visitor& visitSecond = {}, const RunPlan& rPlan = {});
@@ -39,6 +39,12 @@ public:
     Camera& MainCamera()
     {
         return m_camera;
+    }
+
+    /// Null without a second camera.
+    Camera* SecondCamera()
+    {
+        return m_pSecond.get();
     }
 
 private:
@@ -54,6 +60,7 @@ private:
     std::unique_ptr<Camera> m_pSecond;  ///< null without a second camera
     CameraGroup             m_group;    ///< of both; empty without a second camera
     size_t                  m_nextEvent;
+    UINT64                  m_framesRun;
 };
 
 }  // namespace kirosim
