@@ -10,13 +10,13 @@ struct Bar
 };
 
 constexpr Bar Bars[] = {
-    {benchname::LightFrame, 12e3},    {benchname::GetModuleBuffer, 150.0}, {benchname::GetModuleFile, 300.0},
+    {benchname::LightFrame, 5e3},     {benchname::GetModuleBuffer, 150.0}, {benchname::GetModuleFile, 300.0},
     {benchname::TriggerTree, 120.0},  {benchname::LoadPhoneBuffer, 1e6},   {benchname::LoadLargeBuffer, 30e6},
     {benchname::LoadLargeFile, 30e6},
 };
 
 /// The heavy frame, in times of its floor.
-constexpr DOUBLE HeavyFloors = 4.0;
+constexpr DOUBLE HeavyFloors = 1.5;
 
 /// What all that hangs on a frame may add to the heavy one.
 constexpr DOUBLE EverythingMoreNs = 60e3;
@@ -40,6 +40,10 @@ void MedianReporter::ReportRuns(const std::vector<Run>& rRuns)
     }
     for (const Run& rRun : rRuns)
     {
+        if (rRun.error_occurred)
+        {
+            m_errors.push_back(rRun.benchmark_name() + ": " + rRun.error_message);
+        }
         if (rRun.aggregate_name == "median")
         {
             m_medians[rRun.run_name.function_name] =

@@ -46,9 +46,16 @@ public:
         return m_medians;
     }
 
+    /// What went wrong in benchmarks, one line each.
+    const std::vector<std::string>& Errors() const
+    {
+        return m_errors;
+    }
+
 private:
     const bool                    m_isShown;
     std::map<std::string, DOUBLE> m_medians;
+    std::vector<std::string>      m_errors;
 };
 
 /// @param rMedians as MedianReporter has them

@@ -1,8 +1,10 @@
+#include <algorithm>
 #include <benchmark/benchmark.h>
 #include <charconv>
 #include <exception>
 #include <fmt/format.h>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -17,6 +19,7 @@
 namespace
 {
 
+constexpr INT ExitAboveBar = 3;
 constexpr INT ExitBadInput = 1;
 constexpr INT ExitBadUsage = 2;
 
@@ -91,7 +94,18 @@ std::vector<BenchResult> RunBenchmarks(bool isPrinted)
     RegisterStoreBenchmarks();
     RegisterTriggerBenchmark();
     MedianReporter reporter(isPrinted);
-    benchmark::RunSpecifiedBenchmarks(&reporter);
+    const size_t   count = benchmark::RunSpecifiedBenchmarks(&reporter);
+    if (!reporter.Errors().empty())
+    {
+        throw std::runtime_error(reporter.Errors().front());
+    }
+    if (reporter.Medians().size() != count)
+    {
+        throw std::runtime_error(
+            fmt::format("{} benchmarks ran and {} medians came of them; a median needs at least two "
+                        "repetitions",
+                        count, reporter.Medians().size()));
+    }
     std::vector<BenchResult> results = MeasureStages(isPrinted);
     Append(MeasureAllocations(isPrinted), results);
     const std::vector<BenchResult> compared = CompareWithBars(reporter.Medians());
@@ -103,8 +117,13 @@ std::vector<BenchResult> RunBenchmarks(bool isPrinted)
     return results;
 }
 
-VOID Run(const Arguments& rArguments)
+/// @return whether all that has a bar keeps it
+bool Run(const Arguments& rArguments)
 {
+    if (!rArguments.isJson)
+    {
+        PrintMachine();
+    }
     std::vector<BenchResult> results;
     if (!rArguments.liveSeconds)
     {
@@ -124,6 +143,7 @@ VOID Run(const Arguments& rArguments)
     {
         PrintJson(results);
     }
+    return std::all_of(results.begin(), results.end(), [](const BenchResult& rResult) { return rResult.IsKept(); });
 }
 
 }  // namespace
@@ -139,8 +159,7 @@ int main(int argc, char** argv)
     }
     try
     {
-        Run(arguments);
-        return 0;
+        return Run(arguments) ? 0 : ExitAboveBar;
     }
     catch (const std::exception& rError)
     {

@@ -34,18 +34,24 @@ TextNode Number(DOUBLE value)
     return TextNode::Scalar(fmt::format("{:.6g}", value));
 }
 
+/// AArch64 has no name of the model but numbers of maker and part.
 std::string ProcessorName()
 {
     std::ifstream file("/proc/cpuinfo");
-    for (std::string line; std::getline(file, line);)
+    std::string   numbers;
+    for (std::string line; std::getline(file, line) && !(line.empty() && !numbers.empty());)
     {
         const size_t colon = line.find(": ");
         if (line.starts_with("model name") && colon != std::string::npos)
         {
             return line.substr(colon + 2);
         }
+        if (line.starts_with("CPU implementer") || line.starts_with("CPU part"))
+        {
+            numbers += (numbers.empty() ? "implementer " : " part ") + line.substr(colon + 2);
+        }
     }
-    return "unknown";
+    return numbers.empty() ? "unknown" : numbers;
 }
 
 TextNode Machine()
@@ -86,6 +92,11 @@ VOID PrintTable(const CHAR* pTitle, const std::vector<BenchResult>& rResults)
         }
         fmt::print("\n");
     }
+}
+
+VOID PrintMachine()
+{
+    fmt::print("{}\n", tuningfile::ToJsonLine(Machine()));
 }
 
 VOID PrintJson(const std::vector<BenchResult>& rResults)

@@ -27,5 +27,8 @@ DOUBLE PercentileOf(std::vector<DOUBLE>& rValues, DOUBLE fraction);
 
 VOID PrintTable(const CHAR* pTitle, const std::vector<BenchResult>& rResults);
 
+/// System, processor and load of the machine that measures.
+VOID PrintMachine();
+
 /// Prints results, and the machine that they were measured on.
 VOID PrintJson(const std::vector<BenchResult>& rResults);
