@@ -47,8 +47,9 @@ HostCamera::HostCamera(const CameraPlan& rPlan, HostBytes& rBytes) : m_plan(rPla
     m_memory.tuning = rPlan.tuning;
     if (rPlan.isBare)
     {
-        m_debugData.SetEnabled(rPlan.isDebugging);
-        m_pAlgo = rPlan.pLibrary->Create(m_plan.tuning, m_debugData, DiscardLog);
+        m_pDebugData = std::make_unique<KiroDebugData>();
+        m_pDebugData->SetEnabled(rPlan.isDebugging);
+        m_pAlgo = rPlan.pLibrary->Create(m_plan.tuning, *m_pDebugData, DiscardLog);
     }
     else
     {

@@ -70,7 +70,7 @@ private:
 
     CameraPlan                      m_plan;
     HostMemory                      m_memory;
-    KiroDebugData                   m_debugData;
+    std::unique_ptr<KiroDebugData>  m_pDebugData;   ///< of a bare instance
     std::unique_ptr<HostStatistics> m_pStatistics;  ///< of the last frame: the core may look at them until the next one
     std::unique_ptr<KiroHost>       m_pHost;        ///< null for a bare instance
     IKIROCoreAlgo*                  m_pAlgo;
