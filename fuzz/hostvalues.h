@@ -17,10 +17,10 @@ namespace fuzz
 {
 
 /// Names of the statistics that the example tunings select.
-constexpr const CHAR* ChannelNames[] = {"SafeLuma",  "SafeHist",       "ShortLuma",      "ShortHist",       "LongLuma",
-                                        "LongHist",  "SafeSaturation", "SafeRG",         "SafeBG",          "luma16Off",
-                                        "luma16Low", "gridRGratio",    "gridBGratio",    "saturation16Off", "ShortRG",
-                                        "ShortBG",   "LongRG",         "LongSaturation", "ShortSaturation"};
+constexpr const CHAR* ChannelNames[] = {
+    "SafeLuma", "SafeHist", "ShortLuma", "ShortHist", "LongLuma",       "LongHist",       "SafeSaturation",
+    "SafeRG",   "SafeBG",   "luma16Off", "luma16Low", "gridRGratio",    "gridBGratio",    "sat16Off",
+    "sat16Low", "ShortRG",  "ShortBG",   "LongRG",    "LongSaturation", "ShortSaturation"};
 
 /// What is left of an input.
 class HostBytes

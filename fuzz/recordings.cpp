@@ -17,7 +17,8 @@ namespace
 enum Use : BYTE
 {
     AsItIs          = 1,  ///< checksums are not repaired
-    ToTheFirstError = 2   ///< the replay ends where an answer differs
+    ToTheFirstError = 2,  ///< the replay ends where an answer differs
+    OtherTuning     = 4
 };
 
 VOID DiscardLog(const CHAR*, INT32, const CHAR*, UINT32, UINT32, const CHAR*, ...)
@@ -33,6 +34,8 @@ extern "C" int LLVMFuzzerTestOneInput(const BYTE* pData, size_t size)
         return 0;
     }
     static kirosim::LoadedTuning tuning(TUNING_FILE, false);
+    static kirosim::LoadedTuning otherTuning(OTHER_TUNING_FILE, false);
+    kirosim::LoadedTuning&       rTuning = ((pData[0] & OtherTuning) != 0) ? otherTuning : tuning;
 
     std::vector<BYTE> file(pData + 1, pData + size);
     if ((pData[0] & AsItIs) == 0)
@@ -42,7 +45,7 @@ extern "C" int LLVMFuzzerTestOneInput(const BYTE* pData, size_t size)
     const fuzz::MemoryFile memory(file.data(), file.size());
 
     recording::ReplayPlan plan;
-    plan.tuning        = [](const recording::TuningReference&) -> VOID* { return &tuning.Manager(); };
+    plan.tuning        = [&rTuning](const recording::TuningReference&) -> VOID* { return &rTuning.Manager(); };
     plan.differenceMax = ((pData[0] & ToTheFirstError) != 0) ? 1 : 1000;
     plan.logger        = DiscardLog;
     try
