@@ -1,7 +1,6 @@
 /// Calls of a hostile host: the functions of the table in any order, with any records that a host may hand over, and
 /// whole frames in between, on the tuning of a phone and on one with every way to measure.
 #include "fuzz/hostrun.h"
-#include "tools/kirosim/loadedtuning.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const BYTE* pData, size_t size)
 {
@@ -10,6 +9,6 @@ extern "C" int LLVMFuzzerTestOneInput(const BYTE* pData, size_t size)
                                               kirosim::LoadedTuning(OTHER_TUNING_FILE, false)};
 
     const size_t which = (size > 0 && (pData[0] & fuzz::SecondTuning) != 0) ? 1 : 0;
-    fuzz::RunHost({pData, size}, library, tunings[which].Data(kirosim::DefaultSelectors()), false);
+    fuzz::RunHost({pData, size}, library, tunings[which], false);
     return 0;
 }

@@ -201,6 +201,47 @@ VOID HostCamera::Set(HostBytes& rBytes)
     }
 }
 
+VOID HostCamera::Sense(HostBytes& rBytes)
+{
+    recording::Arena   arena;
+    HostValues         values(rBytes, arena, m_memory);
+    const BYTE         choice = rBytes.Next();
+    FLOAT*             pCells = nullptr;
+    std::vector<FLOAT> cells(KiroExternalData::MapSize);
+    values.Array("cells", pCells, cells.size());
+    if (m_pHost == nullptr || pCells == nullptr)
+    {
+        return;
+    }
+    std::copy_n(pCells, cells.size(), cells.begin());
+    const std::span<const FLOAT, KiroExternalData::MapSize> map(cells);
+    switch (choice % 3)
+    {
+    case 0:
+        m_pHost->ExternalData().SetDepthMap(map);
+        break;
+    case 1:
+        m_pHost->ExternalData().SetSegmentationMap(map);
+        break;
+    default:
+        m_pHost->ExternalData().AddGyroSamples(map.first(choice));
+        break;
+    }
+}
+
+VOID HostCamera::AskFlash(HostBytes& rBytes)
+{
+    recording::Arena    arena;
+    HostValues          values(rBytes, arena, m_memory);
+    HostStatistics      low(rBytes);
+    KIROAlgoFlashInput  input{};
+    KIROAlgoFlashOutput output{};
+    const auto&         rOff = ((m_pStatistics != nullptr) ? *m_pStatistics : low).List();
+    (VOID) m_pAlgo->isPreflashMeteringNeeded(m_pAlgo, rOff.pList, rOff.count, low.List().pList, low.List().count);
+    values.Record("input", input);
+    (VOID) m_pAlgo->getFlashCurrent(m_pAlgo, &input, &output);
+}
+
 VOID HostCamera::Query(HostBytes& rBytes)
 {
     (VOID) QuerySnapshotExposure(m_pAlgo, static_cast<KIROCoreSnapshotType>(rBytes.Next()));

@@ -40,7 +40,7 @@ public:
     /// What the camera tells others of itself; null if the core does not say.
     AECMultiCamInfo* OwnRecord();
 
-    /// @param rOthers records of all cameras, which outlive this one
+    /// @param rPeers records of all cameras, which outlive this one
     VOID SetPeers(const std::vector<AECMultiCamInfo*>& rPeers)
     {
         m_memory.peers = rPeers;
@@ -55,6 +55,10 @@ public:
     VOID RunSnapshotFrame(HostBytes& rBytes);
     VOID BeginSession(HostBytes& rBytes);
     VOID Set(HostBytes& rBytes);
+    /// Maps and samples from outside, for the next frame.
+    VOID Sense(HostBytes& rBytes);
+    /// What a flash is decided by, from the last frame's statistics and others.
+    VOID AskFlash(HostBytes& rBytes);
 
     /// What the core answers about a snapshot, and of itself.
     VOID Query(HostBytes& rBytes);

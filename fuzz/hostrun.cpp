@@ -19,9 +19,43 @@ constexpr BYTE SecondCamera  = 0x80;
 constexpr BYTE RefusedBegin  = SlotCount;      ///< calls without an instance
 constexpr BYTE HostStepBegin = 2 * SlotCount;  ///< what the reference host does
 
+/// The modes for which a tuning may have more than for all.
+struct Modes
+{
+    UINT16 usecase;
+    UINT16 feature1;
+    UINT16 scene;
+};
+
+constexpr UINT16 Of(auto subMode)
+{
+    return static_cast<UINT16>(subMode);
+}
+
+constexpr Modes ModesToChoose[] = {
+    {0, 0, 0},
+    {Of(ModeUsecaseSubModeType::Video), 0, 0},
+    {Of(ModeUsecaseSubModeType::Snapshot), 0, 0},
+    {0, Of(ModeFeature1SubModeType::inSensorHDR3Exp), 0},
+    {0, Of(ModeFeature1SubModeType::MFHDRPreFusion), 0},
+    {0, 0, Of(ModeSceneSubModeType::Action)},
+    {0, 0, Of(ModeSceneSubModeType::AntiShake)},
+};
+
+std::vector<TuningMode> Selectors(BYTE choice)
+{
+    const Modes&            rModes    = ModesToChoose[choice % std::size(ModesToChoose)];
+    std::vector<TuningMode> selectors = kirosim::DefaultSelectors();
+
+    selectors[static_cast<size_t>(ModeType::Usecase)].subMode.value  = rModes.usecase;
+    selectors[static_cast<size_t>(ModeType::Feature1)].subMode.value = rModes.feature1;
+    selectors[static_cast<size_t>(ModeType::Scene)].subMode.value    = rModes.scene;
+    return selectors;
+}
+
 VOID RunHostStep(HostCamera& rCamera, BYTE step, HostBytes& rBytes, UINT32& rFrameCount)
 {
-    switch (step % 12)
+    switch (step % 14)
     {
     case 0:
         rCamera.BeginSession(rBytes);
@@ -36,6 +70,12 @@ VOID RunHostStep(HostCamera& rCamera, BYTE step, HostBytes& rBytes, UINT32& rFra
         rCamera.Query(rBytes);
         break;
     case 4:
+        rCamera.Sense(rBytes);
+        break;
+    case 5:
+        rCamera.AskFlash(rBytes);
+        break;
+    case 6:
         if (rFrameCount++ < FrameCountMax)
         {
             rCamera.RunSnapshotFrame(rBytes);
@@ -69,12 +109,12 @@ VOID RunStep(HostCamera& rCamera, BYTE step, HostBytes& rBytes, UINT32& rFrameCo
 
 }  // namespace
 
-VOID RunHost(std::span<const BYTE> input, const KiroCoreLibrary& rLibrary, const StatsTuningData& rTuning,
+VOID RunHost(std::span<const BYTE> input, const KiroCoreLibrary& rLibrary, kirosim::LoadedTuning& rTuning,
              bool isRecorded)
 {
     HostBytes  bytes(input);
     const BYTE flags = bytes.Next();
-    CameraPlan plan  = {&rLibrary, rTuning};
+    CameraPlan plan  = {&rLibrary, rTuning.Data(Selectors(bytes.Next()))};
     plan.isBare      = (flags & BareInstance) != 0;
     plan.isRecorded  = isRecorded;
     plan.isDebugging = (flags & DebugData) != 0;

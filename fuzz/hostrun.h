@@ -5,6 +5,7 @@
 #include <span>
 
 #include "host/kirocorelibrary.h"
+#include "tools/kirosim/loadedtuning.h"
 
 namespace fuzz
 {
@@ -17,7 +18,7 @@ constexpr BYTE BareInstance = 0x04;
 constexpr BYTE DebugData    = 0x08;
 
 /// @param rLibrary   opened, with a decorator if the run is recorded
-VOID RunHost(std::span<const BYTE> input, const KiroCoreLibrary& rLibrary, const StatsTuningData& rTuning,
+VOID RunHost(std::span<const BYTE> input, const KiroCoreLibrary& rLibrary, kirosim::LoadedTuning& rTuning,
              bool isRecorded);
 
 }  // namespace fuzz

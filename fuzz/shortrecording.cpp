@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "fuzz/hostrun.h"
-#include "tools/kirosim/loadedtuning.h"
 #include "tools/recording/recorder.h"
 #include "tools/tuningfile/files.h"
 
@@ -20,12 +19,11 @@ int main(int argc, char** argv)
     try
     {
         kirosim::LoadedTuning    tuning(TUNING_FILE, false);
-        const StatsTuningData    data = tuning.Data(kirosim::DefaultSelectors());
         recording::Recorder      recorder(argv[2]);
         const KiroTableDecorator wrap = [&](IKIROCoreAlgo* pCore, const StatsTuningData& rTuning)
         { return recorder.Wrap(pCore, rTuning); };
-        recorder.AddTuning(data.pTuningSetManager, tuning.Reference());
-        fuzz::RunHost(tuningfile::ReadBytes(argv[1]), KiroCoreLibrary(KiroCoreLibraryName, wrap), data, true);
+        recorder.AddTuning(&tuning.Manager(), tuning.Reference());
+        fuzz::RunHost(tuningfile::ReadBytes(argv[1]), KiroCoreLibrary(KiroCoreLibraryName, wrap), tuning, true);
         recorder.Finish();
     }
     catch (const std::exception& rError)
