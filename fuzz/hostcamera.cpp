@@ -89,7 +89,10 @@ template <typename... Calls> HostCamera::Handler HostCamera::HandlerOf(Slot slot
 
 VOID HostCamera::Call(Slot slot, TableUse use, HostBytes& rBytes)
 {
-    (this->*HandlerOf(slot, static_cast<recording::AllCalls*>(nullptr)))(use, rBytes);
+    // A recorder knows its own tables only.
+    const bool isCopyOfRecorders = m_plan.isRecorded && use == TableUse::WithoutInstance;
+    (this->*HandlerOf(slot, static_cast<recording::AllCalls*>(nullptr)))(isCopyOfRecorders ? TableUse::Null : use,
+                                                                         rBytes);
 }
 
 /// Arguments are gone behind the call, but for those that the core may look at until the next one of their kind.
