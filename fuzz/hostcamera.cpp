@@ -134,10 +134,10 @@ template <typename CallType> VOID HostCamera::Invoke(TableUse use, HostBytes& rB
 
 VOID HostCamera::RunFrame(HostBytes& rBytes)
 {
-    auto pStatistics = std::make_unique<HostStatistics>(rBytes);
+    auto pStatistics = std::make_unique<HostStatistics>(++m_frameID, rBytes);
     if (m_pHost != nullptr)
     {
-        (VOID) m_pHost->RunFrame(++m_frameID, pStatistics->List());
+        (VOID) m_pHost->RunFrame(m_frameID, pStatistics->List());
         m_pStatistics = std::move(pStatistics);
     }
 }
@@ -147,10 +147,10 @@ VOID HostCamera::RunSnapshotFrame(HostBytes& rBytes)
     constexpr BYTE typeCount   = 9;
     const auto     type        = static_cast<KIROCoreSnapshotType>(rBytes.Next() % typeCount);
     const bool     isMetered   = rBytes.Next() % 2 == 0;
-    auto           pStatistics = std::make_unique<HostStatistics>(rBytes);
+    auto           pStatistics = std::make_unique<HostStatistics>(++m_frameID, rBytes);
     if (m_pHost != nullptr)
     {
-        (VOID) m_pHost->RunSnapshotFrame(++m_frameID, pStatistics->List(), type, isMetered, [](KiroHostFrame&) {});
+        (VOID) m_pHost->RunSnapshotFrame(m_frameID, pStatistics->List(), type, isMetered, [](KiroHostFrame&) {});
         m_pStatistics = std::move(pStatistics);
     }
 }
@@ -236,7 +236,7 @@ VOID HostCamera::AskFlash(HostBytes& rBytes)
 {
     recording::Arena    arena;
     HostValues          values(rBytes, arena, m_memory);
-    HostStatistics      low(rBytes);
+    HostStatistics      low(m_frameID, rBytes);
     KIROAlgoFlashInput  input{};
     KIROAlgoFlashOutput output{};
     const auto&         rOff = ((m_pStatistics != nullptr) ? *m_pStatistics : low).List();

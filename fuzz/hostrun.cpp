@@ -19,12 +19,12 @@ constexpr BYTE SecondCamera  = 0x80;
 constexpr BYTE RefusedBegin  = SlotCount;      ///< calls without an instance
 constexpr BYTE HostStepBegin = 2 * SlotCount;  ///< what the reference host does
 
-/// The modes for which a tuning may have more than for all.
-struct Modes
+/// A mode for which the tuning of the phone has more than for all, and the sensor.
+struct ModeChoice
 {
-    UINT16 usecase;
-    UINT16 feature1;
-    UINT16 scene;
+    ModeType level;
+    UINT16   subMode;
+    UINT16   sensor;
 };
 
 constexpr UINT16 Of(auto subMode)
@@ -32,24 +32,27 @@ constexpr UINT16 Of(auto subMode)
     return static_cast<UINT16>(subMode);
 }
 
-constexpr Modes ModesToChoose[] = {
-    {0, 0, 0},
-    {Of(ModeUsecaseSubModeType::Video), 0, 0},
-    {Of(ModeUsecaseSubModeType::Snapshot), 0, 0},
-    {0, Of(ModeFeature1SubModeType::inSensorHDR3Exp), 0},
-    {0, Of(ModeFeature1SubModeType::MFHDRPreFusion), 0},
-    {0, 0, Of(ModeSceneSubModeType::Action)},
-    {0, 0, Of(ModeSceneSubModeType::AntiShake)},
+constexpr ModeChoice ModeChoices[] = {
+    {ModeType::Default, 0, 0},
+    {ModeType::Usecase, Of(ModeUsecaseSubModeType::Video), 0},
+    {ModeType::Usecase, Of(ModeUsecaseSubModeType::Snapshot), 0},
+    {ModeType::Feature1, Of(ModeFeature1SubModeType::inSensorHDR3Exp), 0},
+    {ModeType::Feature1, Of(ModeFeature1SubModeType::MFHDRPreFusion), 0},
+    {ModeType::Scene, Of(ModeSceneSubModeType::Action), 0},
+    {ModeType::Scene, Of(ModeSceneSubModeType::AntiShake), 0},
+    {ModeType::Default, 0, 10},  // from here on tuned as one of two cameras
+    {ModeType::Default, 0, 20},
+    {ModeType::Default, 0, 30},
+    {ModeType::Default, 0, 31},
 };
 
 std::vector<TuningMode> Selectors(BYTE choice)
 {
-    const Modes&            rModes    = ModesToChoose[choice % std::size(ModesToChoose)];
+    const ModeChoice&       rChoice   = ModeChoices[choice % std::size(ModeChoices)];
     std::vector<TuningMode> selectors = kirosim::DefaultSelectors();
 
-    selectors[static_cast<size_t>(ModeType::Usecase)].subMode.value  = rModes.usecase;
-    selectors[static_cast<size_t>(ModeType::Feature1)].subMode.value = rModes.feature1;
-    selectors[static_cast<size_t>(ModeType::Scene)].subMode.value    = rModes.scene;
+    selectors[static_cast<size_t>(ModeType::Sensor)].subMode.value = rChoice.sensor;
+    selectors[static_cast<size_t>(rChoice.level)].subMode.value    = rChoice.subMode;
     return selectors;
 }
 

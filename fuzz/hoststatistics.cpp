@@ -46,10 +46,11 @@ ResolutionType ShapeOf(BYTE choice)
 }  // namespace
 
 /// Without bytes: an even scene of middle brightness.
-HostStatistics::HostStatistics(HostBytes& rBytes)
+HostStatistics::HostStatistics(UINT64 frameID, HostBytes& rBytes)
 {
     constexpr BYTE oddMax = 4;
 
+    m_list.frameID             = frameID;
     const ResolutionType shape = ShapeOf(rBytes.Next());
     const BYTE           level = rBytes.Next();
     for (const CHAR* pName : ChannelNames)
@@ -68,6 +69,7 @@ VOID HostStatistics::AddChannel(const CHAR* pName, const ResolutionType& rShape,
 
     KIROCntStatsOut& rChannel = m_list.pList[m_list.count++];
     KIROCoreChInfo&  rData    = rChannel.channelData;
+    rChannel.frameID          = m_list.frameID;
     rData.bChannelEnabled     = TRUE;
     rData.pChannelName        = static_cast<CHAR*>(m_memory.Make(std::strlen(pName) + 1));
     std::copy_n(pName, std::strlen(pName), rData.pChannelName);

@@ -11,7 +11,7 @@ namespace fuzz
 class HostStatistics
 {
 public:
-    explicit HostStatistics(HostBytes& rBytes);
+    HostStatistics(UINT64 frameID, HostBytes& rBytes);
     HostStatistics(const HostStatistics&)            = delete;
     HostStatistics& operator=(const HostStatistics&) = delete;
 
