@@ -157,7 +157,10 @@ VOID HostStatistics::PutOddValue(KIROCntStatsOut& rChannel, HostBytes& rBytes)
         if (isHistogram)
         {
             std::memcpy(rChannel.channelData.Data.pIData + index, &value, sizeof(value));
-            rChannel.channelData.pValLUT[index] = (place % 2 == 0) ? value : static_cast<FLOAT>(index);
+            if (rChannel.channelData.pValLUT != nullptr && place % 2 == 0)
+            {
+                rChannel.channelData.pValLUT[index] = value;
+            }
         }
         else
         {
