@@ -7,9 +7,7 @@
 #include <string>
 #include <vector>
 
-#include <sys/mman.h>
-#include <unistd.h>
-
+#include "fuzz/memoryfile.h"
 #include "fuzz/parameterfiledamage.h"
 #include "parameters/parameterparserinfo.h"
 #include "parameters/parametersetmanager.h"
@@ -36,42 +34,6 @@ constexpr UINT32 MaxDepth = 8;    ///< selectors of a branch
 constexpr UINT32 MaxTexts = 100;  ///< records that are read as text
 
 using Branch = std::vector<TuningMode>;
-
-/// A file without a name, which the store opens by its descriptor.
-class MemoryFile
-{
-public:
-    MemoryFile(const BYTE* pData, size_t size) : m_descriptor(memfd_create("tuning", MFD_CLOEXEC))
-    {
-        if (m_descriptor < 0 || write(m_descriptor, pData, size) != static_cast<ssize_t>(size))
-        {
-            std::abort();
-        }
-        m_path = "/proc/self/fd/" + std::to_string(m_descriptor);
-    }
-
-    ~MemoryFile()
-    {
-        (VOID) close(m_descriptor);
-    }
-
-    MemoryFile(const MemoryFile&)            = delete;
-    MemoryFile& operator=(const MemoryFile&) = delete;
-
-    const CHAR* Path() const
-    {
-        return m_path.c_str();
-    }
-
-    VOID Cut(size_t size) const
-    {
-        (VOID) !ftruncate(m_descriptor, static_cast<off_t>(size));
-    }
-
-private:
-    int         m_descriptor;
-    std::string m_path;
-};
 
 /// Asks a loaded store for everything.
 class Visit
@@ -200,7 +162,7 @@ private:
     UINT32               m_texts = 0;
 };
 
-bool Load(ParameterSetManager& rManager, BYTE use, const MemoryFile* pFile, const BYTE* pData, size_t size)
+bool Load(ParameterSetManager& rManager, BYTE use, const fuzz::MemoryFile* pFile, const BYTE* pData, size_t size)
 {
     return ((use & FileMode) != 0) ? rManager.LoadBinaryParameters(pFile->Path())
                                    : rManager.LoadBinaryParameters(pData, size);
@@ -218,10 +180,10 @@ extern "C" int LLVMFuzzerTestOneInput(const BYTE* pData, size_t size)
     const BYTE* pContent = pData + 1;
     --size;
 
-    std::unique_ptr<MemoryFile> pFile;
+    std::unique_ptr<fuzz::MemoryFile> pFile;
     if ((use & FileMode) != 0)
     {
-        pFile = std::make_unique<MemoryFile>(pContent, size);
+        pFile = std::make_unique<fuzz::MemoryFile>(pContent, size);
         (VOID) ParameterSetManager::ModeTableEntryExists(pFile->Path(), "main");
     }
     ParameterSetManager::Options options;

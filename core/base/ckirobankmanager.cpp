@@ -174,6 +174,10 @@ VOID CKIROBankManager::RunBankStartOfFrame(UINT64 context)
 
 KiroResult CKIROBankManager::SetControlData(const KIROSetBankData* pSetData)
 {
+    if (pSetData == nullptr)
+    {
+        return ResultInvalidArgument;
+    }
     CKIROBank* pBank = GetInternalBank(pSetData->bankID);
     if (pBank == nullptr)
     {
@@ -208,6 +212,10 @@ KiroResult CKIROBankManager::SetControlData(const KIROSetBankData* pSetData)
 
 KiroResult CKIROBankManager::GetControlData(KIROGetBankData* pGetData)
 {
+    if (pGetData == nullptr)
+    {
+        return ResultInvalidArgument;
+    }
     CKIROBank* pBank = GetInternalBank(pGetData->bankID);
     if (pBank == nullptr)
     {

@@ -19,7 +19,7 @@ constexpr UINT32 NoText = 0xFFFFFFFF;
 
 VOID* Arena::Make(size_t size)
 {
-    return m_blocks.emplace_back(size / sizeof(std::max_align_t) + 1).data();
+    return m_blocks.emplace_back(std::make_unique<BYTE[]>(size)).get();
 }
 
 FieldReader::FieldReader(std::span<const BYTE> bytes, Arena& rArena, TextPool& rTexts)

@@ -3,7 +3,7 @@
 /// the bytes behind it could fill, and what does not fit is refused.
 #pragma once
 
-#include <deque>
+#include <memory>
 #include <set>
 #include <span>
 #include <stdexcept>
@@ -22,14 +22,15 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// Zeroed memory for records, until it is destroyed.
+/// Zeroed memory for records, until it is destroyed. A block is as long as was asked for, so that reading beyond its
+/// end is found out.
 class Arena
 {
 public:
     VOID* Make(size_t size);
 
 private:
-    std::deque<std::vector<std::max_align_t>> m_blocks;
+    std::vector<std::unique_ptr<BYTE[]>> m_blocks;
 };
 
 /// Texts at addresses of their own; alike ones share theirs.

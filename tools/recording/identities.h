@@ -3,6 +3,7 @@
 /// numbers, InputReader turns the numbers into addresses of the replay.
 #pragma once
 
+#include <deque>
 #include <map>
 #include <vector>
 

@@ -107,6 +107,11 @@ template <typename A> VOID SetParam(A& rInputs, AECAlgoSetParam& rParam)
     {
         return;
     }
+    if constexpr (A::IsReading)
+    {
+        rParam.pAECSetParam =
+            rInputs.Memory().Make((pRule->pRecord != nullptr) ? pRule->pRecord->size : pRule->leastSize);
+    }
     if (pRule->pRecord == nullptr)
     {
         AddressedParam(rInputs, rParam);
@@ -114,7 +119,6 @@ template <typename A> VOID SetParam(A& rInputs, AECAlgoSetParam& rParam)
     }
     if constexpr (A::IsReading)
     {
-        rParam.pAECSetParam = rInputs.Memory().Make(pRule->pRecord->size);
         rInputs.Members(*pRule->pRecord, rParam.pAECSetParam);
     }
     else

@@ -43,6 +43,21 @@ template <typename A> VOID ChannelHead(A& rInputs, KIROCntStatsOut& rChannel)
     }
 }
 
+/// Hosts have one entry behind the last bin, which tunings may name; it is not recorded.
+template <typename A, typename T> VOID Bins(A& rInputs, const CHAR* pName, T*& rpValues, UINT64 count)
+{
+    rInputs.Array(pName, rpValues, count);
+    if constexpr (A::IsReading)
+    {
+        const T* pRead = rpValues;
+        if (pRead != nullptr)
+        {
+            rpValues = static_cast<T*>(rInputs.Memory().Make((count + 1) * sizeof(T)));
+            std::copy_n(pRead, count, rpValues);
+        }
+    }
+}
+
 /// Name and values of a channel that the core reads: those of others may be gone.
 template <typename A> VOID ChannelValues(A& rInputs, KIROCntStatsOut& rChannel)
 {
@@ -51,8 +66,8 @@ template <typename A> VOID ChannelValues(A& rInputs, KIROCntStatsOut& rChannel)
     rInputs.Text("pChannelName", rData.pChannelName);
     if (rChannel.type == kiroglobalelements::KIROStatsHist)
     {
-        rInputs.Array("Data", rData.Data.pIData, count);
-        rInputs.Array("pValLUT", rData.pValLUT, count);
+        Bins(rInputs, "Data", rData.Data.pIData, count);
+        Bins(rInputs, "pValLUT", rData.pValLUT, count);
     }
     else
     {

@@ -248,6 +248,7 @@ TEST_F(BankManager, HostWritesAreChecked)
     EXPECT_EQ(HostSet(BankIDInvalid, value), 6);
     EXPECT_EQ(HostSet(static_cast<KIROBankIDType>(-1), value), 6);
     EXPECT_TRUE(m_log.Has(LevelError, "invalid bank id -1"));
+    EXPECT_EQ(m_pBanks->SetControlData(nullptr), 4);
 }
 
 TEST_F(BankManager, HostReads)
@@ -269,6 +270,7 @@ TEST_F(BankManager, HostReads)
     data = {BankIDMax, 7, pUntouched, scdSize};
     EXPECT_EQ(m_pBanks->GetControlData(&data), 1);
     EXPECT_TRUE(m_log.HasPart(LevelError, "get bank failed bank ID 17 pBank"));
+    EXPECT_EQ(m_pBanks->GetControlData(nullptr), 4);
 
     const struct
     {
