@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <cstdint>
 #include <cstdlib>
 #include <malloc.h>
 
@@ -95,9 +96,9 @@ extern "C"
 
     TAVO_VISIBLE VOID* calloc(size_t count, size_t size) noexcept
     {
-        size_t whole = 0;
-        (VOID) __builtin_mul_overflow(count, size, &whole);
-        return Count(__libc_calloc(count, size), whole);
+        size_t     whole     = 0;
+        const bool isTooMuch = __builtin_mul_overflow(count, size, &whole);
+        return Count(__libc_calloc(count, size), isTooMuch ? SIZE_MAX : whole);
     }
 
     TAVO_VISIBLE VOID* realloc(VOID* pMemory, size_t size) noexcept
