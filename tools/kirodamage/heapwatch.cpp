@@ -23,6 +23,12 @@ extern "C" TAVO_VISIBLE const CHAR* __asan_default_options()
     return "max_allocation_size_mb=64:allocator_may_return_null=0";
 }
 
+/// The function table of an instance stays allocated on purpose.
+extern "C" TAVO_VISIBLE const CHAR* __lsan_default_suppressions()
+{
+    return "leak:CreateKiroCoreAlgo\n";
+}
+
 namespace heapwatch
 {
 
