@@ -79,12 +79,14 @@ TEST(DamageTest, CampaignNamesTheTrialThatCrashesHangsOrComplains)
             TrialResult result;
             result.kind     = DamageKind::Rows;
             result.isUsable = number % 3 == 0;
+            result.withheld = number;
             result.largest  = 100 - number;
             return result;
         });
     EXPECT_FALSE(clean.fault.has_value());
     EXPECT_EQ(clean.tally.kinds[static_cast<size_t>(DamageKind::Rows)].usable, 3U);
     EXPECT_EQ(clean.tally.kinds[static_cast<size_t>(DamageKind::Rows)].refused, 6U);
+    EXPECT_EQ(clean.tally.kinds[static_cast<size_t>(DamageKind::Rows)].withheld, 36U);
     EXPECT_EQ(clean.tally.largest.value, 100U);
 
     const struct

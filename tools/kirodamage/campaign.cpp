@@ -78,8 +78,9 @@ VOID LimitTime(UINT32 seconds)
 
 VOID AddTo(Tally& rTally, const TrialResult& rResult, UINT64 number, UINT64 microseconds)
 {
-    Tally::Counts& rCounts = rTally.kinds[static_cast<size_t>(rResult.kind)];
-    (rResult.isUsable ? rCounts.usable : rCounts.refused) += 1;
+    const UINT64 usable = rResult.isUsable ? 1 : 0;
+    rTally.kinds[static_cast<size_t>(rResult.kind)].Add(
+        {1 - usable, usable, rResult.isDoubted ? 1ULL : 0ULL, rResult.fetched, rResult.withheld, rResult.frames});
     rTally.microseconds.Add(microseconds, number);
     rTally.largest.Add(rResult.largest, number);
     rTally.most.Add(rResult.most, number);
@@ -150,8 +151,7 @@ VOID Merge(Tally& rSum, const Tally& rPart)
 {
     for (size_t kind = 0; kind < DamageKinds; ++kind)
     {
-        rSum.kinds[kind].refused += rPart.kinds[kind].refused;
-        rSum.kinds[kind].usable += rPart.kinds[kind].usable;
+        rSum.kinds[kind].Add(rPart.kinds[kind]);
     }
     rSum.microseconds.Add(rPart.microseconds.value, rPart.microseconds.number);
     rSum.largest.Add(rPart.largest.value, rPart.largest.number);

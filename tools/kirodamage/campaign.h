@@ -18,6 +18,10 @@ struct TrialResult
 {
     DamageKind kind      = DamageKind::Bits;
     bool       isUsable  = false;  ///< false if the store refused it
+    UINT64     fetched   = 0;      ///< modules that were handed out
+    UINT64     withheld  = 0;      ///< modules that were there and not handed out
+    bool       isDoubted = false;  ///< usable, but the store has found something wrong with it
+    UINT64     frames    = 0;      ///< that a core ran on the file
     UINT64     largest   = 0;      ///< bytes of the largest allocation
     UINT64     most      = 0;      ///< bytes held at one time
     CHAR       fault[96] = {};     ///< empty if all is well
@@ -53,8 +57,22 @@ struct Tally
 {
     struct Counts
     {
-        UINT64 refused = 0;
-        UINT64 usable  = 0;
+        UINT64 refused  = 0;  ///< files
+        UINT64 usable   = 0;  ///< files
+        UINT64 doubted  = 0;  ///< usable ones that the store has found something wrong with
+        UINT64 fetched  = 0;  ///< modules of those
+        UINT64 withheld = 0;  ///< modules of those that were there but are too damaged
+        UINT64 frames   = 0;  ///< that a core ran
+
+        VOID Add(const Counts& rOther)
+        {
+            refused += rOther.refused;
+            usable += rOther.usable;
+            doubted += rOther.doubted;
+            fetched += rOther.fetched;
+            withheld += rOther.withheld;
+            frames += rOther.frames;
+        }
     };
 
     std::array<Counts, DamageKinds> kinds;

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <cstdint>
 #include <cstdlib>
 #include <malloc.h>
 
@@ -20,6 +21,12 @@
 extern "C" TAVO_VISIBLE const CHAR* __asan_default_options()
 {
     return "max_allocation_size_mb=64:allocator_may_return_null=0";
+}
+
+/// The function table of an instance stays allocated on purpose.
+extern "C" TAVO_VISIBLE const CHAR* __lsan_default_suppressions()
+{
+    return "leak:CreateKiroCoreAlgo\n";
 }
 
 namespace heapwatch
@@ -95,9 +102,9 @@ extern "C"
 
     TAVO_VISIBLE VOID* calloc(size_t count, size_t size) noexcept
     {
-        size_t whole = 0;
-        (VOID) __builtin_mul_overflow(count, size, &whole);
-        return Count(__libc_calloc(count, size), whole);
+        size_t     whole     = 0;
+        const bool isTooMuch = __builtin_mul_overflow(count, size, &whole);
+        return Count(__libc_calloc(count, size), isTooMuch ? SIZE_MAX : whole);
     }
 
     TAVO_VISIBLE VOID* realloc(VOID* pMemory, size_t size) noexcept

@@ -5,8 +5,8 @@
 #include <thread>
 #include <unistd.h>
 
-#include "platform/tavodesk.h"
 #include "tools/kirodamage/campaign.h"
+#include "tools/kirodamage/errorlines.h"
 #include "tools/kirodamage/heapwatch.h"
 #include "tools/kirodamage/trial.h"
 #include "tools/tuningfile/files.h"
@@ -27,11 +27,6 @@ struct Options
     UINT32                   seconds = 1;
     std::optional<UINT64>    only;
 };
-
-/// The lines about damaged files are put together, as on a device, and go nowhere.
-VOID IgnoreLine(VOID*, UINT64, const CHAR*, UINT32, const CHAR*)
-{
-}
 
 std::vector<kirodamage::Specimen> MakeSpecimens(const std::vector<std::string>& rTunings)
 {
@@ -75,19 +70,23 @@ private:
     const std::filesystem::path m_path;
 };
 
+VOID PrintCounts(const CHAR* pName, const kirodamage::Tally::Counts& rCounts)
+{
+    fmt::print("{:12} {:9} {:9} {:9} {:12} {:12} {:12}\n", pName, rCounts.refused, rCounts.usable, rCounts.doubted,
+               rCounts.fetched, rCounts.withheld, rCounts.frames);
+}
+
 VOID PrintTally(const kirodamage::Tally& rTally)
 {
     kirodamage::Tally::Counts sum;
-    fmt::print("{:12} {:>9} {:>9}\n", "damage", "refused", "usable");
+    fmt::print("{:12} {:>9} {:>9} {:>9} {:>12} {:>12} {:>12}\n", "damage", "refused", "usable", "doubted", "modules",
+               "withheld", "core frames");
     for (size_t kind = 0; kind < kirodamage::DamageKinds; ++kind)
     {
-        const auto& rCounts = rTally.kinds[kind];
-        fmt::print("{:12} {:9} {:9}\n", NameOf(static_cast<kirodamage::DamageKind>(kind)), rCounts.refused,
-                   rCounts.usable);
-        sum.refused += rCounts.refused;
-        sum.usable += rCounts.usable;
+        PrintCounts(NameOf(static_cast<kirodamage::DamageKind>(kind)), rTally.kinds[kind]);
+        sum.Add(rTally.kinds[kind]);
     }
-    fmt::print("{:12} {:9} {:9}\n", "all", sum.refused, sum.usable);
+    PrintCounts("all", sum);
     const auto& rTime = rTally.microseconds;
     fmt::print("slowest: {:.1f} ms of processor time (file {})\n", static_cast<DOUBLE>(rTime.value) / 1000.0,
                rTime.number);
@@ -111,7 +110,7 @@ VOID ReportFault(const kirodamage::Fault& rFault, const std::vector<kirodamage::
 /// @return the program's status
 INT Run(const Options& rOptions)
 {
-    TavoDesk::SetSystemLogSink(&IgnoreLine, nullptr);
+    kirodamage::errorlines::Watch();
     const std::vector<kirodamage::Specimen> specimens = MakeSpecimens(rOptions.tunings);
     const WorkFolder                        folder;
     const auto                              tryNumber = [&](UINT64 number)
@@ -144,7 +143,7 @@ int main(int argc, char** argv)
     CLI::App app{"kirodamage: loads damaged parameter files and uses them; each must be refused or usable"};
     Options  options;
     app.add_option("tunings", options.tunings, "tunings to be damaged (.yaml)")->required();
-    app.add_option("--files", options.files, "how many files")->capture_default_str();
+    app.add_option("--files", options.files, "how many files")->check(CLI::PositiveNumber)->capture_default_str();
     app.add_option("--seed", options.seed, "of all that is random")->capture_default_str();
     app.add_option("--jobs", options.jobs, "files at a time")->check(CLI::Range(1, 256));
     app.add_option("--seconds", options.seconds, "processor time that a file may take")

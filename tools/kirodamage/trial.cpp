@@ -2,12 +2,17 @@
 
 #include <cstdio>
 #include <fstream>
+#include <map>
 #include <memory>
+#include <stdexcept>
 
+#include "parameters/modeentry.h"
 #include "parameters/parameterparserinfo.h"
 #include "parameters/parametersetmanager.h"
 #include "parameters/tablemodule.h"
 #include "schema/modules.h"
+#include "tools/kirodamage/coreuse.h"
+#include "tools/kirodamage/errorlines.h"
 #include "tools/kirodamage/heapwatch.h"
 #include "tools/tuningfile/binaryinput.h"
 #include "tools/tuningfile/modepath.h"
@@ -19,9 +24,9 @@ namespace kirodamage
 namespace
 {
 
-constexpr UINT32 Branches   = 4;      ///< that are asked for modules
-constexpr UINT32 AnswerSize = 16384;  ///< bytes of a text
-constexpr UINT32 ModeCache  = 5;      ///< little enough for modes to be evicted
+constexpr UINT32 FilesPerCamera = 16;     ///< of the accepted ones
+constexpr UINT32 AnswerSize     = 16384;  ///< bytes of a text
+constexpr UINT32 ModeCache      = 5;      ///< little enough for modes to be evicted
 
 /// Reads all that a record holds, as the core might: counts must be true of what stands behind them.
 class RecordReader
@@ -31,7 +36,7 @@ public:
     UINT64 Read(const tuning::RecordDescription& rRecord, const BYTE* pRecord)
     {
         UINT64 sum = 0;
-        for (UINT32 index = 0; index < rRecord.memberCount && m_bytesLeft > 0; ++index)
+        for (UINT32 index = 0; index < rRecord.memberCount; ++index)
         {
             const tuning::RecordMember& rMember = rRecord.pMembers[index];
             if (rMember.IsStored())
@@ -43,13 +48,30 @@ public:
     }
 
 private:
+    /// Arrays may share their data: what was read as the same is not read again, or a walk would see far more than
+    /// there is.
+    bool WasRead(const tuning::RecordMember& rMember, const tuningfile::Values& rValues)
+    {
+        if (rMember.form != tuning::Form::Variable)
+        {
+            return false;
+        }
+        UINT32&    rCount  = m_read[{rValues.pFirst, &rMember}];
+        const bool wasRead = rValues.count <= rCount;
+        rCount             = std::max(rCount, rValues.count);
+        return wasRead;
+    }
+
     UINT64 ReadMember(const tuning::RecordMember& rMember, const tuningfile::Values& rValues)
     {
+        if (WasRead(rMember, rValues))
+        {
+            return 0;
+        }
         UINT64 sum = 0;
-        for (UINT32 item = 0; item < rValues.count && m_bytesLeft > 0; ++item)
+        for (UINT32 item = 0; item < rValues.count; ++item)
         {
             const BYTE* pValue = rValues.pFirst + static_cast<size_t>(item) * rMember.valueSize;
-            m_bytesLeft -= std::min<UINT64>(m_bytesLeft, rMember.valueSize);
             if (rMember.type == tuning::ValueType::Record)
             {
                 sum += Read(*rMember.pRecord, pValue);
@@ -65,15 +87,15 @@ private:
         return sum;
     }
 
-    /// Arrays may share their data, so that a walk sees far more than there is.
-    UINT64 m_bytesLeft = UINT64{1} << 20;
+    std::map<std::pair<const BYTE*, const tuning::RecordMember*>, UINT32> m_read;  ///< items by place and member
 };
 
-/// What hosts and tools do with a store, at random.
+/// What hosts and tools do with a store: all modules of all modes, and here and there a tool's questions.
 class User
 {
 public:
-    User(ParameterSetManager& rStore, std::mt19937_64& rRandom) : m_rStore(rStore), m_rRandom(rRandom)
+    User(ParameterSetManager& rStore, bool isFileMode, std::mt19937_64& rRandom, TrialResult& rResult)
+        : m_rStore(rStore), m_isFileMode(isFileMode), m_rRandom(rRandom), m_rResult(rResult)
     {
     }
 
@@ -81,14 +103,11 @@ public:
     {
         std::vector<std::string>                 notes;
         const std::vector<tuningfile::ModeTable> tables = tuningfile::ReadModeTables(m_rStore, notes);
-        for (UINT32 count = 0; count < Branches && !tables.empty(); ++count)
+        for (size_t table = 0; table < tables.size(); ++table)
         {
-            const size_t                 index  = m_rRandom() % tables.size();
-            const tuningfile::ModeTable& rTable = tables[index];
-            if (!rTable.modes.empty())
+            for (UINT32 mode = 0; mode < tables[table].modes.size(); ++mode)
             {
-                const UINT32 mode = static_cast<UINT32>(m_rRandom() % rTable.modes.size());
-                UseBranch(static_cast<BYTE>(index), tuningfile::BranchOf(rTable, mode));
+                UseBranch(static_cast<BYTE>(table), tuningfile::BranchOf(tables[table], mode));
             }
         }
     }
@@ -102,18 +121,30 @@ private:
     VOID UseBranch(BYTE table, const std::vector<TuningMode>& rBranch)
     {
         const UINT32 count = static_cast<UINT32>(rBranch.size());
-        (VOID) m_rStore.LoadMode(table, rBranch.data(), count, "campaign");
+        if (m_isFileMode)
+        {
+            const UINT64 complaints = errorlines::Count();
+            (VOID) m_rStore.LoadMode(table, rBranch.data(), count, "campaign");
+            Doubt(errorlines::Count() > complaints);
+        }
         std::vector<ParameterModule*> held;
         for (const tuning::ModuleDescription& rModule : tuning::TuningModules)
         {
+            const UINT64     complaints = errorlines::Count();
+            const bool       isOwn      = IsModuleOf(table, rBranch, rModule);
             ParameterModule* pModule =
                 m_rStore.GetModuleInternal(table, rModule.pName, rModule.nameHash, rBranch.data(), count, nullptr);
+            const bool isDoubted = errorlines::Count() > complaints;
+            Doubt(isDoubted);
             if (pModule == nullptr)
             {
+                Withheld(isOwn, isDoubted);
                 continue;
             }
             held.push_back(pModule);
-            if (rModule.pRecord != nullptr)
+            ++m_rResult.fetched;
+            // What a mode has from those above is read there.
+            if (isOwn && rModule.pRecord != nullptr)
             {
                 const VOID* pRecord = static_cast<TableModule*>(pModule)->Record();
                 m_sum += RecordReader().Read(*rModule.pRecord, static_cast<const BYTE*>(pRecord));
@@ -126,9 +157,30 @@ private:
         }
         (VOID) m_rStore.GetActiveModes(table, m_answer.data(), AnswerSize);
         (VOID) m_rStore.GetChildModes(table, "0.0", m_answer.data(), AnswerSize);
-        if (m_rRandom() % 2 == 0)
+        if (m_isFileMode && m_rRandom() % 2 == 0)
         {
             (VOID) m_rStore.UnloadMode(table, rBranch.data(), count);
+        }
+    }
+
+    bool IsModuleOf(BYTE table, const std::vector<TuningMode>& rBranch, const tuning::ModuleDescription& rModule)
+    {
+        ModeEntry* pMode = m_rStore.GetModeEntry(table, rBranch.data(), static_cast<UINT32>(rBranch.size()));
+        return pMode != nullptr && pMode->FindModule(rModule.nameHash) != nullptr;
+    }
+
+    VOID Doubt(bool isDoubted)
+    {
+        m_rResult.isDoubted = m_rResult.isUsable && (m_rResult.isDoubted || isDoubted);
+    }
+
+    /// A module that is there and cannot be had is nothing that a store may keep to itself.
+    VOID Withheld(bool isThere, bool isSaid)
+    {
+        m_rResult.withheld += isThere ? 1 : 0;
+        if (isThere && !isSaid)
+        {
+            (VOID) std::snprintf(m_rResult.fault, sizeof(m_rResult.fault), "withholds a module without a word");
         }
     }
 
@@ -155,7 +207,9 @@ private:
     }
 
     ParameterSetManager& m_rStore;
+    const bool           m_isFileMode;
     std::mt19937_64&     m_rRandom;
+    TrialResult&         m_rResult;
     std::vector<CHAR>    m_answer = std::vector<CHAR>(AnswerSize);
     UINT64               m_sum    = 0;
 };
@@ -189,24 +243,43 @@ VOID Replace(ParameterSetManager& rStore, const DamagedFile& rFile, bool toBuffe
     }
 }
 
-/// @return whether the store took the file
-bool LoadAndUse(const DamagedFile& rFile, const std::string& rPath)
+VOID LoadAndUse(const DamagedFile& rFile, const std::string& rPath, TrialResult& rResult)
 {
     std::mt19937_64                            random(rFile.useSeed);
-    const std::unique_ptr<ParameterSetManager> pStore = MakeStore(rFile.isFileMode);
-    if (!Load(*pStore, rFile, rPath))
-    {
-        // A refused file leaves nothing: asking must be safe all the same.
-        User(*pStore, random).UseAll();
-        return false;
-    }
-    User user(*pStore, random);
+    const UINT64                               complaints = errorlines::Count();
+    const std::unique_ptr<ParameterSetManager> pStore     = MakeStore(rFile.isFileMode);
+    rResult.isUsable                                      = Load(*pStore, rFile, rPath);
+    User user(*pStore, rFile.isFileMode, random, rResult);
+    rResult.isDoubted = rResult.isUsable && errorlines::Count() > complaints;
     user.UseAll();
+    if (!rResult.isUsable)
+    {
+        // A refused file leaves nothing, but for the reason; asking must be safe all the same.
+        if (rResult.fetched > 0 || pStore->GetErrorText().empty())
+        {
+            (VOID) std::snprintf(rResult.fault, sizeof(rResult.fault), "is refused without a reason or in part");
+        }
+        return;
+    }
     Replace(*pStore, rFile, random() % 4 == 0);
     user.UseAll();
     volatile UINT64 sum = user.Sum();
     (VOID) sum;
-    return true;
+}
+
+/// A camera on the file. @return bytes that it leaves on purpose
+INT64 LoadAndExpose(const DamagedFile& rFile, const std::string& rPath, TrialResult& rResult)
+{
+    std::mt19937_64  random(rFile.useSeed);
+    TuningSetManager store("campaign");
+    store.SetLiveTuningAutostart(false);
+    if (!Load(store, rFile, rPath))
+    {
+        return 0;
+    }
+    const CoreUse use = RunCore(store, random);
+    rResult.frames    = use.frames;
+    return use.bytesLeft;
 }
 
 }  // namespace
@@ -232,9 +305,19 @@ TrialResult TryFile(const DamagedFile& rFile, const std::string& rPath)
         std::ofstream stream(rPath, std::ios::binary | std::ios::trunc);
         stream.write(reinterpret_cast<const CHAR*>(rFile.bytes.data()),
                      static_cast<std::streamsize>(rFile.bytes.size()));
+        stream.close();
+        if (!stream)
+        {
+            throw std::runtime_error("the file cannot be written to " + rPath);
+        }
     }
     heapwatch::Start();
-    result.isUsable                = LoadAndUse(rFile, rPath);
+    LoadAndUse(rFile, rPath, result);
+    INT64 leftOnPurpose = 0;
+    if (result.isUsable && rFile.useSeed % FilesPerCamera == 0)
+    {
+        leftOnPurpose = LoadAndExpose(rFile, rPath, result);
+    }
     const heapwatch::Report report = heapwatch::Read();
     result.largest                 = report.largest;
     result.most                    = report.most;
@@ -242,9 +325,14 @@ TrialResult TryFile(const DamagedFile& rFile, const std::string& rPath)
     {
         (VOID) std::snprintf(result.fault, sizeof(result.fault), "allocates %llu bytes at once", report.largest);
     }
-    else if (report.kept > 0)
+    else if (report.most > MaxAllocation)
     {
-        (VOID) std::snprintf(result.fault, sizeof(result.fault), "loses %lld bytes of memory", report.kept);
+        (VOID) std::snprintf(result.fault, sizeof(result.fault), "holds %llu bytes at one time", report.most);
+    }
+    else if (report.kept > leftOnPurpose)
+    {
+        (VOID) std::snprintf(result.fault, sizeof(result.fault), "loses %lld bytes of memory",
+                             report.kept - leftOnPurpose);
     }
     return result;
 }

@@ -11,7 +11,7 @@
 namespace kirodamage
 {
 
-/// What a file may cost.
+/// What a file may cost, in one request and in all.
 constexpr UINT64 MaxAllocation = UINT64{64} << 20;
 
 /// A file of a campaign. Everything about it follows from the seed and the number.
@@ -26,7 +26,7 @@ struct DamagedFile
 
 DamagedFile MakeFile(const std::vector<Specimen>& rSpecimens, UINT64 seed, UINT64 number);
 
-/// Loads the file and uses it.
+/// Loads the file and uses it; some of those that the store takes are given to a core, too.
 /// @param rPath where it is put for file mode
 TrialResult TryFile(const DamagedFile& rFile, const std::string& rPath);
 

@@ -13,7 +13,7 @@ namespace
 {
 
 /// The first lap has fresh cameras only, the second is the measure for those that go on, and of memory.
-constexpr UINT64 MinLaps     = 4;
+constexpr UINT64 MinLaps     = 3;
 constexpr UINT64 MeasuredLap = 2;
 
 /// The function table of an instance stays allocated, since hosts may still hold its address, and so does what a

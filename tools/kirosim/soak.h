@@ -15,7 +15,7 @@ namespace kirosim
 /// but the first another scene gets a new camera; the scenes' tuning stores live through all laps.
 struct SoakPlan
 {
-    UINT64                                  frames = 0;      ///< at least; laps are whole, and never fewer than four
+    UINT64                                  frames = 0;      ///< at least; laps are whole, and never fewer than three
     std::vector<std::string>                scenes;          ///< files
     std::string                             tuningFile;      ///< a parameter file, for file mode
     std::function<VOID(const std::string&)> progress  = {};  ///< sees a line per lap; may be empty

@@ -15,8 +15,8 @@ namespace
 
 constexpr UINT64 QuietRound    = 3;
 constexpr UINT64 EditRound     = 4;
-constexpr UINT64 ModeRound     = 5;
-constexpr UINT64 SnapshotRound = 6;
+constexpr UINT64 ModeRound     = 6;
+constexpr UINT64 SnapshotRound = 8;
 constexpr UINT64 LastRound     = SoakCamera::RoundsPerLap;
 
 constexpr UINT64 ReloadFrame   = 2;
@@ -261,14 +261,14 @@ VOID SoakCamera::JudgeSteps(UINT64 round)
 
 VOID SoakCamera::JudgeAgainstQuiet(UINT64 round)
 {
-    const UINT64 alike = (round == LastRound) ? m_rScene.frames : (round == EditRound) ? m_window.begin : 0;
+    const bool   isWindowed = round == EditRound || round == ModeRound;
+    const UINT64 alike      = (round == LastRound) ? m_rScene.frames : isWindowed ? m_window.begin : 0;
     if (const UINT64 frame = FirstDifference(0, alike); frame < alike)
     {
         Fault(fmt::format("round {} of a lap should be like round {}, but is not from frame {} on", round, QuietRound,
                           frame + 1));
     }
-    const UINT64 frame  = FirstDifference(0, m_window.end);
-    const bool   isFelt = frame >= m_window.begin && frame < m_window.end;
+    const bool isFelt = FirstDifference(m_window.begin, m_window.end) < m_window.end;
     if (round == EditRound && m_window.isFollowing && !isFelt)
     {
         Fault("the exposure follows a step of the light as if no speed had been edited");

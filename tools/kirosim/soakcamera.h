@@ -14,9 +14,9 @@ class SoakCamera
 {
 public:
     /// In two rounds the exposure comes to where every round ends as it began, and the third is the measure. Then a
-    /// round with an edit, one with other modes, one with a reload and snapshots, one to recover. The last must be like
-    /// the third to the bit.
-    static constexpr UINT64 RoundsPerLap = 8;
+    /// round with an edit, one with other modes, one with a reload and snapshots, each with one to recover behind it.
+    /// The last must be like the third to the bit.
+    static constexpr UINT64 RoundsPerLap = 10;
 
     /// All but the result must outlive this object. @throws std::runtime_error for a scene too short to do it all
     SoakCamera(const Scene& rScene, const std::string& rName, LoadedTuning& rTuning, StatsLogger logger);
