@@ -36,6 +36,29 @@ UINT32 FirstWord(const ParameterFileSymbolTableEntry& rEntry)
     return value;
 }
 
+TEST(SymbolTable, AFileThatIsCutWhileItIsReadIsRefused)
+{
+    ParameterFileBuilder builder;
+    builder.AddModule("alpha", {1, 0, 0}, 5, Block(0x11));
+    builder.AddData(Block(0x44));
+    const auto expectRefusal = [&](BinaryFileFormat::SectionType type, const std::string& rTable)
+    {
+        SystemLogCapture    log;
+        const ParameterFile file    = builder.Build();
+        const SectionInfo   section = file.Section(type);
+        const LoadedTable   loaded(file, Source::Disk, section.Offset + section.Size - 1);
+        EXPECT_FALSE(loaded.loaded) << rTable;
+        EXPECT_TRUE(log.Has("Failed to read " + rTable + " table buffer (offset: " + std::to_string(section.Offset) +
+                            ", size: " + std::to_string(section.Size) + ") from binary file\n"));
+        EXPECT_TRUE(log.Has("Failed to read " + rTable + " table from binary file\n"));
+    };
+    expectRefusal(BinaryFileFormat::SymbolTableSection, "symbol");
+    expectRefusal(BinaryFileFormat::DataTableSection, "data");
+    builder.DefineStructure(1, "AlphaType", {{"value", ParameterDefinitionType_Signed32Bits}});
+    builder.DefineModule("alpha", 1);
+    expectRefusal(BinaryFileFormat::DefinitionTableSection, "definition");
+}
+
 TEST(SymbolTable, FindsBlocksInBothTables)
 {
     for (const Source source : Sources)
