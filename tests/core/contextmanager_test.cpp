@@ -212,6 +212,8 @@ TEST_F(ContextManager, OperationModesReplaceOneAnother)
     EXPECT_EQ(Status(), Bit(AECOpInit) | Bit(AECOpFlashCalibration));
     Set(AECAlgoSetParamOperationMode, AECAlgoOperationModeFlashMeasurement);
     EXPECT_EQ(Status(), Bit(AECOpFlashCalibration));
+    Set(AECAlgoSetParamFlashMeasurement, AECAlgoFlashMeasKindTuning);
+    EXPECT_EQ(Status(), Bit(AECOpFlashTuning));
     Set(AECAlgoSetParamFlashMeasurement, AECAlgoFlashMeasKindOff);
     EXPECT_EQ(Status(), 0u);
 }
@@ -241,6 +243,8 @@ TEST_F(ContextManager, EventsOfSettingsIncludeTheirOddities)
         EXPECT_EQ(Status(), streaming | events) << mode;
     }
 
+    Set(AECAlgoSetParamMultiExpSensorMode, ISPHDR);
+    EXPECT_EQ(Status(), streaming | Bit(AECHDRTypeISPHDR));
     Set(AECAlgoSetParamMultiExpSensorMode, StaggeredHDR);
     EXPECT_EQ(Status(), streaming | Bit(AECHDRTypeSHDR2));
     Set(AECAlgoSetParamMultiExpSensorMode, MultiframeHDR);
@@ -400,6 +404,35 @@ TEST_F(ContextManager, AChangeOfAnySelectorIsToldOnce)
     data.numSelectors     = 6;
     path[1].subMode.value = 6;
     EXPECT_EQ(m_context.IsTuningModeChange(&data), FALSE) << "too short to compare";
+}
+
+TEST_F(ContextManager, EachExtensionParameterIsFoundByItsName)
+{
+    using Common = CKIROCtrlCoreCommon;
+    kiroparamextension::statsExtensionParamType found;
+    const struct
+    {
+        const CHAR* pName;
+        KiroResult (*pGet)(const StatsTuningData&, kiroparamextension::statsExtensionParamType&);
+    } lookups[] = {{"AECExtParamUnstableFaceProcess", &Common::GetUnstableFaceProcessExtParam},
+                   {"AECExtParamTrackerProcess", &Common::GetTrackerProcessExtParam},
+                   {"AECExtParamMFHDRFPSControl", &Common::GetMFHDRFPSControlExtParam},
+                   {"AECExtParamSnapshotExposureControl", &Common::GetSnapshotExposureExtParam}};
+    for (const auto& rTuned : lookups)
+    {
+        FLOAT                                       data  = 5.0f;
+        kiroparamextension::statsExtensionParamType entry = {
+            const_cast<CHAR*>(rTuned.pName), 0, TRUE, 1, 0, &data, 0, 0, nullptr};
+        kiroparamextension::KIROParamExtensionType tuning{};
+        tuning.extensionParam      = &entry;
+        tuning.extensionParamCount = 1;
+        SetTuning(TestTuning().Add(tuning));
+        for (const auto& rLookup : lookups)
+        {
+            EXPECT_EQ(rLookup.pGet(*m_context.GetTuningData(), found) == 0, &rLookup == &rTuned) << rLookup.pName;
+        }
+        EXPECT_EQ(found.data[0], 5.0f);
+    }
 }
 
 TEST_F(ContextManager, SyncLearnsRoleAndCalibration)

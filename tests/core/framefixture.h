@@ -129,8 +129,7 @@ protected:
         (VOID) Set(AECAlgoSetParamOperationMode, AECAlgoOperationModeStreaming);
         (VOID) Set(AECAlgoSetParamPipelineDelay, static_cast<UINT8>(1));
         m_limits.indexZeroExposure = 1;
-        std::fill(std::begin(m_convergence.exposures), std::end(m_convergence.exposures), StartExposure);
-        m_convergence.predictiveGain = 1.0f;
+        SetStartExposures();
     }
 
     ~FrameCalls() override
@@ -156,6 +155,12 @@ protected:
         input.source      = AECPEKSetParam;
         input.u.pPEKInput = &param;
         return m_pAlgo->setInput(m_pAlgo, &input);
+    }
+
+    VOID SetStartExposures()
+    {
+        std::fill(std::begin(m_convergence.exposures), std::end(m_convergence.exposures), StartExposure);
+        m_convergence.predictiveGain = 1.0f;
     }
 
     VOID BeginFrame()
@@ -253,6 +258,7 @@ protected:
     /// The start configuration, with all three exposures alike.
     VOID RunStartup()
     {
+        SetStartExposures();
         Split();
         EndFrame(TRUE);
     }

@@ -100,6 +100,35 @@ TEST(Loop, ASceneThatEndsInOtherLightStepsBackAtTheSeam)
     EXPECT_EQ(loop.m_rounds[2].steps[0].framesToSettle, loop.m_rounds[1].steps[0].framesToSettle);
 }
 
+TEST(Loop, ManualSettingsBindWhatTheyName)
+{
+    const struct
+    {
+        AECAlgoManualSetting  setting;
+        std::optional<DOUBLE> gain;
+        std::optional<DOUBLE> time;
+    } cases[] = {{{AECAlgoModeManualFull, 0, 8000000, 2.0f, 0.0f}, 2.0, 8e6},
+                 {{AECAlgoModeManualGain, 0, 0, 4.0f, 0.0f}, 4.0, {}},
+                 {{AECAlgoModeManualISO, 800, 0, 0.0f, 0.0f}, 8.0, {}},
+                 {{AECAlgoModeManualExpTime, 0, 4000000, 0.0f, 0.0f}, {}, 4e6}};
+    for (const auto& rCase : cases)
+    {
+        Scene scene  = ReadScene(EXAMPLES_DIR "/scenes/step-loop.yaml", "");
+        scene.frames = 30;  // before the step
+        Event event;
+        event.time   = 0.2;
+        event.manual = rCase.setting;
+        scene.events.push_back(event);
+        Loop        loop(scene);
+        FrameRecord last;
+        loop.m_simulation.Run([&last](const FrameRecord& rRecord) { last = rRecord; }, {}, {1, {}});
+        const auto& rSafe = last.decided.arbitration[AECAlgoExposureSafe].exposureSet;
+        SCOPED_TRACE(rCase.setting.manualMode);
+        EXPECT_FLOAT_EQ(rSafe.gain, rCase.gain.value_or(rSafe.gain));
+        EXPECT_NEAR(static_cast<DOUBLE>(rSafe.time), rCase.time.value_or(rSafe.time), 1.0);
+    }
+}
+
 TEST(FrameSchedule, ErrorsDoNotAddUpAndMissedFramesAreNotMadeUpFor)
 {
     constexpr UINT64 start = 5000;

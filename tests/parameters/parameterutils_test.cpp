@@ -281,6 +281,17 @@ TEST(ReadString, StopsAtNulSizeAndEnd)
     ParameterUtils::ReadString(field, pBuffer, 9, position, sizeof(field), 6, 1, nullptr);
     EXPECT_STREQ(field, "cde");
     EXPECT_EQ(position, 9U);
+
+    // Positions move although there is nowhere to read from, or to.
+    SystemLogCapture log;
+    ParameterUtils::ReadString(nullptr, pBuffer, 9, position, 4, 6, 1, nullptr);
+    EXPECT_EQ(position, 15U);
+    EXPECT_TRUE(log.Has("ReadBuffer failed to allocate space for a string of 6 length\n"));
+    EXPECT_FALSE(ParameterUtils::ReadBuffer(field, nullptr, 9, position, 3, 4, nullptr));
+    EXPECT_FALSE(ParameterUtils::ReadBuffer(nullptr, pBuffer, 9, position, 3, 4, nullptr));
+    EXPECT_EQ(position, 23U);
+    EXPECT_TRUE(log.Has("ReadBuffer called with nullptr buffer\n"));
+    EXPECT_TRUE(log.Has("ReadBuffer called with nullptr value\n"));
 }
 
 TEST(StoredValues, ConvertToTheWantedType)

@@ -4,9 +4,8 @@
 #include <fmt/format.h>
 
 #include "host/kirodebugdata.h"
-#include "tools/recording/calls.h"
+#include "tools/recording/allcalls.h"
 #include "tools/recording/layout.h"
-#include "tools/recording/settingcalls.h"
 
 namespace recording
 {
@@ -16,15 +15,6 @@ namespace
 
 /// Cameras of a recording: far more than a device has.
 constexpr size_t InstanceCountMax = 16;
-
-using AllCalls = std::tuple<
-    CreateDataXmlCall, RunStartOfFrameCall, RunMeteringPreprocessCall, RunAnalyzerCall, UpdateAnalyzerMgrOutCall,
-    RunMeteringPostprocessCall, MixMeteringCall, RunExtensionCall, RunEndOfFrameCall, FollowMasterConvExposureCall,
-    GetBankDataCall, SetInputCall, SetStatsCall, SetBankDataCall, GetFlashMaxCurrentCall, GetFlashCalibInfoCall,
-    GetFlashCurrentCall, IsPreflashMeteringNeededCall, GetStartUpExposureCall, QueryMetaDataCall, RunArbitrationCall,
-    RunConvProcessCall, RunConvSettleCall, RunConvPostProcessCall, HandleExposureConstraintsCall, DestroyInstanceCall,
-    SetDynamicBankDataCall, GetContextStatusCall, SetContextEventCall, GetContextEventCall, Run1DVectorProcessCall,
-    Reset1DVectorProcessorsCall, SetMeteringLockCall, RebaseSCDCall, GetSCDOutputCall, GetFICDataCall>;
 
 template <typename T> T Load(std::span<const BYTE>& rBytes)
 {
@@ -280,7 +270,7 @@ template <typename Call> VOID Replayer::Replay(PresentCall& rCall)
     }
     if constexpr (Call::slot == Slot::runStartOfFrame)
     {
-        rInstance.frameID = call.frameID;
+        rInstance.frameID = std::get<0>(call.arguments);
         ++rInstance.frameCount;
     }
 
