@@ -431,10 +431,15 @@ TEST_F(LiveCommandsTest, HostsCanReadAndBuildPackets)
     ASSERT_TRUE(tool.ParseResponse(packet, 23, command, id, request, pData, size));
     EXPECT_EQ(std::tie(command, id, request, size), std::make_tuple(UINT16{5}, UINT64{99}, 12u, 5u));
     EXPECT_EQ(pData, packet + 18);
-    ASSERT_TRUE(tool.ParseResponse(packet, 18, command, id, request, pData, size)) << "an empty payload";
-    EXPECT_EQ(pData, nullptr);
-    EXPECT_FALSE(tool.ParseResponse(packet, 17, command, id, request, pData, size));
+    EXPECT_FALSE(tool.ParseResponse(packet, 18, command, id, request, pData, size));
     EXPECT_FALSE(tool.ParseResponse(nullptr, 23, command, id, request, pData, size));
+    const Bytes table = Request(9, {}, 99);
+    ASSERT_TRUE(tool.ParseResponse(table.data(), 14, command, id, request, pData, size)) << "no payload";
+    EXPECT_EQ(std::tie(command, id, request, size), std::make_tuple(UINT16{9}, UINT64{99}, 0u, 0u));
+    const Bytes device = Ask(Request(0));
+    ASSERT_TRUE(
+        tool.ParseResponse(device.data(), static_cast<UINT32>(device.size()), command, id, request, pData, size));
+    EXPECT_EQ(std::tie(command, id), std::make_tuple(UINT16{0}, ID()));
 
     ParameterSetManager offline("off", smallschema::Modules, {});
     EXPECT_FALSE(offline.ParseVernierRequest(get.data(), 22, command, id, request, pData, size));
