@@ -13,6 +13,7 @@
 #include "parameters/parsercrc.h"
 #include "parameters/plist.h"
 #include "parameters/versionunion.h"
+#include "platform/tavocommonutils.h"
 #include "tests/support/bytewriter.h"
 #include "tests/support/systemlogcapture.h"
 
@@ -292,6 +293,16 @@ TEST(ReadString, StopsAtNulSizeAndEnd)
     EXPECT_EQ(position, 23U);
     EXPECT_TRUE(log.Has("ReadBuffer called with nullptr buffer\n"));
     EXPECT_TRUE(log.Has("ReadBuffer called with nullptr value\n"));
+}
+
+TEST(Platform, RefusesWhatDoesNotFitAndNamesFiles)
+{
+    EXPECT_EQ(TavoCalloc(SIZE_MAX, 16, 0, 0, nullptr, 0), nullptr) << "rounded up it would be nothing";
+    CHAR full[4] = {'a', 'b', 'c', 'd'};
+    EXPECT_EQ(Tavo::OsUtils::StrLCat(full, "ef", sizeof(full)), 6U) << "no room for a terminator";
+    EXPECT_EQ(full[3], 'd');
+    EXPECT_STREQ(Tavo::Log::GetFileName("core/base/a.cpp"), "a.cpp");
+    EXPECT_STREQ(Tavo::Log::GetFileName("a.cpp"), "a.cpp");
 }
 
 TEST(StoredValues, ConvertToTheWantedType)

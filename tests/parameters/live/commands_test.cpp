@@ -2,6 +2,7 @@
 #include <ctime>
 #include <optional>
 
+#include "parameters/live/parametertriggervalues.h"
 #include "parameters/live/parametervernierworker.h"
 #include "tests/parameters/live/livefixture.h"
 #include "tests/parameters/setmanagerfixture.h"
@@ -320,6 +321,20 @@ TEST_F(LiveCommandsTest, TriggerValuesFollowWhenTheyHaveComeTogether)
               Bytes{'e', 'm', 'p', 't', 'y', ':', 0, 0};
     EXPECT_EQ(m_client->ReceivePacket(), Request(7, payload, ID()));
     EXPECT_FALSE(m_manager->SetTriggerValues("Default", "alpha", "IPE", "late", values, 2));
+}
+
+TEST(TriggerValues, AreFoundByTheirInstance)
+{
+    const ParameterCTValue values[] = {{1, 0.5}, {2, 4.0}};
+    ParameterTriggerValues request("Default", "alpha", "IPE", 1);
+    EXPECT_TRUE(request.Add("first", values, 1));
+    EXPECT_TRUE(request.Add("second", values, 2));
+    EXPECT_EQ(request.Find("third"), nullptr);
+    ASSERT_NE(request.Find("second"), nullptr);
+    EXPECT_EQ(request.Find("second")->values.size(), 2u);
+    ParameterVernierWorker worker(nullptr);
+    EXPECT_FALSE(worker.TriggerRequestExists("Default", "alpha", "IPE"));
+    EXPECT_FALSE(worker.TriggerRequestExists("Default", nullptr, "IPE"));
 }
 
 TEST_F(LiveCommandsTest, TriggerValuesOfAClientThatHasLeftReachNobody)
