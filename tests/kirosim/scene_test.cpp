@@ -72,7 +72,8 @@ TEST_F(SceneText, ManualSettingsAreReadByWhatTheyName)
         const bool hasTime = rCase.mode == AECAlgoModeManualExpTime || rCase.mode == AECAlgoModeManualFull;
         EXPECT_EQ(manual->exposureTime, hasTime ? 8000000U : 0U);
     }
-    EXPECT_NE(ErrorOf("lux: 100\nevents: [{time: 1, manual: {ISO: 800}}]\n").find("gain"), std::string::npos);
+    EXPECT_NE(ErrorOf("lux: 100\nevents: [{time: 1, manual: {ISO: 800}}]\n").find("did you mean 'iso'?"),
+              std::string::npos);
 }
 
 TEST_F(SceneText, AVariantChangesOnlyWhatItNames)
