@@ -15,6 +15,7 @@
 
 class IParameterLoggingAPI;
 class ParameterDefinitionElement;
+enum ParameterDefinitionType : UINT8;
 
 class ParameterUtils
 {
@@ -113,6 +114,9 @@ public:
 
     /// @return whether values of the element need no conversion to the wanted type
     static bool IsExactType(tuning::ValueType wanted, const ParameterDefinitionElement* pElement);
+
+    /// @return the type of stored values that need no conversion
+    static ParameterDefinitionType NativeType(tuning::ValueType type);
 
     /// @return bytes of one value in memory; 0 for texts and records
     static UINT32 ValueSize(tuning::ValueType type);

@@ -115,8 +115,20 @@ bool Convert(BYTE* pDestination, ValueType wanted, const BYTE* pSource, Paramete
     }
 }
 
-/// The type of stored values that are stored as wanted.
-ParameterDefinitionType NativeType(ValueType wanted)
+ParameterDefinitionType StoredTypeOf(ValueType wanted, const ParameterDefinitionElement* pElement)
+{
+    return (pElement != nullptr && pElement->Info != nullptr) ? pElement->Info->StoredType()
+                                                              : ParameterUtils::NativeType(wanted);
+}
+
+bool IsNumber(ParameterDefinitionType type)
+{
+    return type >= ParameterDefinitionType_Signed8Bits && type <= ParameterDefinitionType_Enum;
+}
+
+}  // namespace
+
+ParameterDefinitionType ParameterUtils::NativeType(ValueType wanted)
 {
     switch (wanted)
     {
@@ -147,22 +159,10 @@ ParameterDefinitionType NativeType(ValueType wanted)
     case ValueType::Text:
         return ParameterDefinitionType_String;
     case ValueType::Record:
-        return ParameterDefinitionType_Structure;
+        break;
     }
-    return ParameterDefinitionType_ScenarioMode;
+    return ParameterDefinitionType_Structure;
 }
-
-ParameterDefinitionType StoredTypeOf(ValueType wanted, const ParameterDefinitionElement* pElement)
-{
-    return (pElement != nullptr && pElement->Info != nullptr) ? pElement->Info->StoredType() : NativeType(wanted);
-}
-
-bool IsNumber(ParameterDefinitionType type)
-{
-    return type >= ParameterDefinitionType_Signed8Bits && type <= ParameterDefinitionType_Enum;
-}
-
-}  // namespace
 
 UINT32 ParameterUtils::ValueSize(ValueType type)
 {

@@ -5,12 +5,12 @@
 #include <gtest/gtest.h>
 
 #include "core/extension/ckirocamsync.h"
+#include "host/kirodebugdata.h"
 #include "interface/ckiroctrlcorecommon.h"
 #include "parameters/tuningsetmanager.h"
 #include "schema/kiroev.h"
 #include "schema/kirohdrsensor.h"
 #include "schema/kiroparamextension.h"
-#include "tests/core/debugdataoff.h"
 #include "tests/support/statslogcapture.h"
 #include "tests/support/testcontext.h"
 
@@ -80,7 +80,7 @@ protected:
     }
 
     StatsLogCapture                                m_log;
-    DebugDataOff                                   m_debugData;
+    KiroDebugData                                  m_debugData;
     TuningMode                                     m_defaultMode{ModeType::Default, {0}};
     std::vector<std::unique_ptr<TuningSetManager>> m_stores;
     CKIROContextManager                            m_context{m_debugData};
@@ -163,8 +163,30 @@ TEST_F(ContextManager, SomeFieldsAloneAreNoChange)
     settings.overrideLuma = 50.0f;
     Set(AECAlgoSetParamOverrideSetting, settings);
     EXPECT_EQ(Input().overrideSetting.overrideLuma, 0.0f);
+    settings.disableTouch = TRUE;
+    Set(AECAlgoSetParamOverrideSetting, settings);
+    EXPECT_EQ(Input().overrideSetting.overrideLuma, 50.0f);
     Set(AECAlgoSetParamFlickerCompensation, StatisticsAntibandingAuto);
     EXPECT_EQ(Input().flickerComp, StatisticsAntibanding60Hz) << "the last definite value";
+}
+
+TEST_F(ContextManager, SettingsOfLaterFramesAreKept)
+{
+    auto pGyro                                           = std::make_unique<StatsGyroInfo>();
+    pGyro->sampleCount                                   = StatsGyroSampleCountMax;
+    pGyro->angularVelocityZ[StatsGyroSampleCountMax - 1] = 0.5f;
+    EXPECT_EQ(Set(AECAlgoSetParamGyroInfo, *pGyro), 0);
+    EXPECT_EQ(Input().gyro.angularVelocityZ[StatsGyroSampleCountMax - 1], 0.5f);
+    EXPECT_EQ(Set(AECAlgoSetParamDebugDataEnable, TRUE), 0);
+    EXPECT_EQ(Input().bIsDebugDataEnabled, TRUE);
+    EXPECT_EQ(Set(AECAlgoSetParamFlashMaximumCurrent, 750), 0);
+    EXPECT_EQ(Input().maxLEDCurrent, 750);
+    AECAlgoStartupIndices start{};
+    start.startUpLuxIndex = 250.0f;
+    EXPECT_EQ(Set(AECAlgoSetParamStartUpExpSensitivity, start), 0);
+    EXPECT_EQ(Input().startUpExpInfo.startUpLuxIndex, 250.0f);
+    const INT32 diagnosis[7] = {};
+    EXPECT_EQ(Set(AECAlgoSetParamSetDiagTestConfig, diagnosis), 0);
 }
 
 TEST_F(ContextManager, OperationModesReplaceOneAnother)
@@ -190,6 +212,8 @@ TEST_F(ContextManager, OperationModesReplaceOneAnother)
     EXPECT_EQ(Status(), Bit(AECOpInit) | Bit(AECOpFlashCalibration));
     Set(AECAlgoSetParamOperationMode, AECAlgoOperationModeFlashMeasurement);
     EXPECT_EQ(Status(), Bit(AECOpFlashCalibration));
+    Set(AECAlgoSetParamFlashMeasurement, AECAlgoFlashMeasKindTuning);
+    EXPECT_EQ(Status(), Bit(AECOpFlashTuning));
     Set(AECAlgoSetParamFlashMeasurement, AECAlgoFlashMeasKindOff);
     EXPECT_EQ(Status(), 0u);
 }
@@ -219,6 +243,8 @@ TEST_F(ContextManager, EventsOfSettingsIncludeTheirOddities)
         EXPECT_EQ(Status(), streaming | events) << mode;
     }
 
+    Set(AECAlgoSetParamMultiExpSensorMode, ISPHDR);
+    EXPECT_EQ(Status(), streaming | Bit(AECHDRTypeISPHDR));
     Set(AECAlgoSetParamMultiExpSensorMode, StaggeredHDR);
     EXPECT_EQ(Status(), streaming | Bit(AECHDRTypeSHDR2));
     Set(AECAlgoSetParamMultiExpSensorMode, MultiframeHDR);
@@ -360,6 +386,53 @@ TEST_F(ContextManager, HybridHDRFollowsTheTuning)
     EXPECT_EQ(m_context.m_bIsHybridHDR, TRUE);
     SetTuning(TestTuning());
     EXPECT_EQ(m_context.GetContextEvent(AECHybridHDR), FALSE);
+}
+
+TEST_F(ContextManager, AChangeOfAnySelectorIsToldOnce)
+{
+    EXPECT_EQ(m_context.IsTuningModeChange(nullptr), FALSE);
+    TuningMode      path[7] = {};
+    StatsTuningData data    = {m_stores.back().get(), path, 7};
+    path[0].mode            = ModeType::Effect;
+    for (UINT32 selector = 0; selector < 7; ++selector)
+    {
+        EXPECT_EQ(m_context.IsTuningModeChange(&data), (selector != 1) ? TRUE : FALSE) << selector;
+        EXPECT_EQ(m_context.IsTuningModeChange(&data), FALSE);
+        path[selector].subMode.value = 5;  // not looked at in the first
+    }
+    EXPECT_EQ(m_context.IsTuningModeChange(&data), TRUE);
+    data.numSelectors     = 6;
+    path[1].subMode.value = 6;
+    EXPECT_EQ(m_context.IsTuningModeChange(&data), FALSE) << "too short to compare";
+}
+
+TEST_F(ContextManager, EachExtensionParameterIsFoundByItsName)
+{
+    using Common = CKIROCtrlCoreCommon;
+    kiroparamextension::statsExtensionParamType found;
+    const struct
+    {
+        const CHAR* pName;
+        KiroResult (*pGet)(const StatsTuningData&, kiroparamextension::statsExtensionParamType&);
+    } lookups[] = {{"AECExtParamUnstableFaceProcess", &Common::GetUnstableFaceProcessExtParam},
+                   {"AECExtParamTrackerProcess", &Common::GetTrackerProcessExtParam},
+                   {"AECExtParamMFHDRFPSControl", &Common::GetMFHDRFPSControlExtParam},
+                   {"AECExtParamSnapshotExposureControl", &Common::GetSnapshotExposureExtParam}};
+    for (const auto& rTuned : lookups)
+    {
+        FLOAT                                       data  = 5.0f;
+        kiroparamextension::statsExtensionParamType entry = {
+            const_cast<CHAR*>(rTuned.pName), 0, TRUE, 1, 0, &data, 0, 0, nullptr};
+        kiroparamextension::KIROParamExtensionType tuning{};
+        tuning.extensionParam      = &entry;
+        tuning.extensionParamCount = 1;
+        SetTuning(TestTuning().Add(tuning));
+        for (const auto& rLookup : lookups)
+        {
+            EXPECT_EQ(rLookup.pGet(*m_context.GetTuningData(), found) == 0, &rLookup == &rTuned) << rLookup.pName;
+        }
+        EXPECT_EQ(found.data[0], 5.0f);
+    }
 }
 
 TEST_F(ContextManager, SyncLearnsRoleAndCalibration)

@@ -6,8 +6,8 @@
 
 #include "core/base/ckirotrigger.h"
 #include "core/ckirocorefactory.h"
+#include "host/kirodebugdata.h"
 #include "parameters/tuningsetmanager.h"
-#include "tests/core/debugdataoff.h"
 #include "tests/support/statslogcapture.h"
 #include "tests/support/testcontext.h"
 
@@ -37,7 +37,7 @@ protected:
         StatsTuningData              tuning = {pStore.get(), &mode, 1};
         const AECAlgoCreateParamList list   = {params.data(), static_cast<UINT32>(params.size())};
         IKIROCoreAlgo*               pAlgo  = nullptr;
-        EXPECT_EQ(CreateKiroCoreAlgo(tuning, m_debugData, list, pAlgo), 0);
+        EXPECT_EQ(CKIROCoreFactory::FactoryCreateKiroCoreAlgo(tuning, m_debugData, list, pAlgo), 0);
         IKIROCore* pCore = pAlgo->pCore;
         EXPECT_EQ(pAlgo->GetFlashMaxCurrent(pAlgo), 1000);
         pAlgo->DestroyInstance(pAlgo);
@@ -47,7 +47,7 @@ protected:
     }
 
     StatsLogCapture m_log;
-    DebugDataOff    m_debugData;
+    KiroDebugData   m_debugData;
     VOID*           m_pLogger = reinterpret_cast<VOID*>(&LogFirstLine);
 };
 
@@ -153,6 +153,24 @@ TEST(CoreFunctions, TriggerDataObjectsOfUnknownTypesHoldOneFloat)
     }
     EXPECT_EQ(KIROTriggerGetData(nullptr, 0.0f, 0.0f, 0.0f), nullptr);
     KIROTriggerDestory(nullptr);
+}
+
+TEST(CoreFunctions, EachKindOfTriggerDataTakesTreesOfItsOwn)
+{
+    StatsLogCapture log;
+    for (INT32 type = KIROMLConvBaseDataType; type < KIROMLDataMax; ++type)
+    {
+        CKIROTriggerDataXML* pObject = KIROCreateTriggerDataInst(nullptr, static_cast<KIROMLDataType>(type));
+        ASSERT_NE(pObject, nullptr);
+        for (INT32 other = KIROMLBaseDataType; other < KIROMLDataMax; ++other)
+        {
+            log.Clear();
+            AECTriggerXMLData none = {nullptr, {1, 2 * sizeof(FLOAT)}, 0};
+            pObject->SetData(pObject, &none, static_cast<KIROMLDataType>(other));
+            EXPECT_EQ(log.HasPart(2, "expected " + std::to_string(type) + " received "), other != type) << other;
+        }
+        pObject->DestoryInstance(pObject);
+    }
 }
 
 }  // namespace

@@ -1,29 +1,13 @@
 // The debug record of whole frames, byte by byte: hand-made values at the offsets that offline tools read.
 
-#include <algorithm>
-#include <memory>
-
-#include <gtest/gtest.h>
-
-#include "interface/ikirocorealgo.h"
-#include "parameters/tuningsetmanager.h"
-#include "schema/kirodbstatscalculator.h"
-#include "tests/support/debugrecord.h"
-#include "tests/support/statslogcapture.h"
-#include "tools/tuningfile/binaryoutput.h"
-#include "tools/tuningfile/textinput.h"
+#include "tests/core/framefixture.h"
 
 namespace
 {
 
 /// Meters the average for a luma of 50, with one operator. All that
 /// is verbose is recorded, except in the mode of sensor 1.
-constexpr const CHAR* RecordTuning = R"(
-x-everywhere: &everywhere {start: 0, end: 1}
-x-one: &one
-  selection: TriggerSystemMethod
-  triggerSystem: {trigger1Data: [{trigger: *everywhere, trigger2Data: [{trigger: *everywhere, triggerData: 1.0}]}]}
-x-bank: &none {bankID: BankIDTriggers, dataID: 0}
+const std::string RecordTuning = std::string(TuningAnchors) + R"(
 modes:
   Default:
     modules:
@@ -104,21 +88,7 @@ modes:
               trigger2DataBank: *none
               trigger3DataBank: *none
               trigger1Data: [{trigger: *everywhere, trigger2Data: [{trigger: *everywhere, trigger3Data: [{trigger: *everywhere, triggerData: {baseSpeed: 0.5, baseCapping: 4.0, drcSpeed: 0.75}}]}]}]
-      kirodbconvstretch:
-        dataBank: {bankID: BankIDConvStretch}
-        data: [{dataID: 1}]
-      kirodbconvsettle:
-        dataBank: {bankID: BankIDConvSettle}
-        data:
-          - dataID: 1
-            value:
-              baseSettleTrigger:
-                trigger1DataBank: *none
-                trigger2DataBank: *none
-                trigger1Data: [{trigger: *everywhere, trigger2Data: [{trigger: *everywhere, triggerData: {settleCountTh: 2, settleExpTh: 3.0}}]}]
-      kiroev:
-        EVCoreData: {stepsPerEV: 1, minEVValue: -1, maxEVValue: 1, EVCompTable: {EVCompTableElements: {fill: 1.0, 0: 0.5, 2: 2.0}}}
-      kiroextension:
+)" + StretchAndSettle + R"(      kiroextension:
         flagMonitor: {ZLLFlag: {enableZLLSnapshot: true}}
         verboseDebugDataEnable: {StatsList: true, SceneAnalyzer: true, StatsCalculator: true}
     children:
@@ -127,59 +97,27 @@ modes:
           kiroextension: {verboseDebugDataEnable: {StatsList: false}}
 )";
 
-constexpr UINT64 StartExposure = 1000000;
+constexpr UINT32 Analyzer = 300;
 
-class DebugBytes : public testing::Test
+class DebugBytes : public FrameCalls
 {
 protected:
-    DebugBytes() : m_luma(16, 25.0f), m_bins{1, 2, 3, 4}, m_pStats(std::make_unique<KIROStatsList>())
+    DebugBytes() : FrameCalls(RecordTuning, true), m_luma(16, 25.0f), m_bins{1, 2, 3, 4}
     {
-        const std::vector<BYTE> bytes =
-            tuningfile::WriteBinary(tuningfile::ParseText(RecordTuning, "record.yaml"), tuningfile::NewestVersion);
-        m_store.SetLiveTuningAutostart(false);
-        EXPECT_TRUE(m_store.LoadBinaryParameters(bytes.data(), bytes.size())) << m_store.GetErrorText();
-        const AECAlgoCreateParamList noParams{};
-        EXPECT_EQ(CreateKiroCoreAlgo(m_tuning, m_record.Host(), noParams, m_pAlgo), 0);
-        Set(AECAlgoSetParamOperationMode, AECAlgoOperationModeStreaming);
-        Set(AECAlgoSetParamPipelineDelay, static_cast<UINT8>(1));
-        AddChannel("luma", KIROStatsGrid, {4, 4, 0, 8}).Data.pFData  = m_luma.data();
-        AddChannel("hist", KIROStatsHist, {0, 0, 4, 10}).Data.pIData = m_bins.data();
-        m_limits.indexZeroExposure                                   = 1;
+        AddChannel("luma", KIROStatsGrid, {4, 4, 0, 8}).channelData.Data.pFData  = m_luma.data();
+        AddChannel("hist", KIROStatsHist, {0, 0, 4, 10}).channelData.Data.pIData = m_bins.data();
         for (KIROExposureRange& rRange : m_limits.ranges)
         {
             rRange.start = {1.0f, 10, 77.0f, 1.0f, 10, 0, 0.0f, 0, 0};
             rRange.end   = {64.0f, 1000000000, 702.0f, 1.0f, 1000000000, 0, 0.0f, 0, 0};
         }
-        std::fill(std::begin(m_convergence.exposures), std::end(m_convergence.exposures), StartExposure);
-        m_convergence.predictiveGain = 1.0f;
-        MakeExposures();
+        // Exposures that the host has arbitrated.
+        for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
+        {
+            m_arbitration[type].exposureSet = {2.0f, 500000, 10.5f, 1.0f, StartExposure, 200 + type, 0.0f, 0, 0};
+            m_arbitration[type].FPS         = 24.0f;
+        }
         EndFrame(TRUE);
-    }
-
-    ~DebugBytes() override
-    {
-        m_pAlgo->DestroyInstance(m_pAlgo);
-        TavoFree(m_pAlgo, 16, nullptr, 0);
-    }
-
-    KIROCoreChInfo& AddChannel(const CHAR* pName, KIROStatsType type, kirocorestatsconfig::ResolutionType resolution)
-    {
-        KIROCntStatsOut& rChannel            = m_pStats->pList[m_pStats->count++];
-        rChannel.frameID                     = 0x0102030405060708;
-        rChannel.type                        = type;
-        rChannel.resolution                  = resolution;
-        rChannel.channelData.bChannelEnabled = TRUE;
-        rChannel.channelData.pChannelName    = const_cast<CHAR*>(pName);
-        return rChannel.channelData;
-    }
-
-    template <typename T> VOID Set(AECAlgoSetParamType type, T value)
-    {
-        AECAlgoSetParam param = {&value, sizeof(value), type};
-        KIROSetInput    input{};
-        input.source      = AECPEKSetParam;
-        input.u.pPEKInput = &param;
-        EXPECT_EQ(m_pAlgo->setInput(m_pAlgo, &input), 0);
     }
 
     VOID SetTrigger(INT32 dataID, FLOAT value)
@@ -189,75 +127,16 @@ protected:
         EXPECT_EQ(m_pAlgo->setBankData(m_pAlgo, &set), 0);
     }
 
-    /// Exposures that the host has arbitrated.
-    VOID MakeExposures()
-    {
-        for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
-        {
-            m_arbitration[type].exposureSet = {2.0f, 500000, 10.5f, 1.0f, StartExposure, 200 + type, 0.0f, 0, 0};
-            m_arbitration[type].FPS         = 24.0f;
-        }
-    }
-
-    VOID BeginFrame()
-    {
-        ++m_frameID;
-        EXPECT_EQ(m_pAlgo->runStartOfFrame(m_pAlgo, m_frameID), 0);
-        EXPECT_EQ(m_pAlgo->setStats(m_pAlgo, *m_pStats), 0);
-    }
-
-    VOID Meter()
-    {
-        KIROMeteringInput  input = {TRUE, 0};
-        KIROAnalyzerOutput output{};
-        EXPECT_EQ(m_pAlgo->runMeteringPreprocess(m_pAlgo, input, m_metering), 0);
-        EXPECT_EQ(m_pAlgo->runAnalyzer(m_pAlgo, 300, output), 0);
-        EXPECT_EQ(m_pAlgo->runMeteringPostprocess(m_pAlgo, input, m_metering), 0);
-    }
-
-    VOID Converge()
-    {
-        KIROConvergenceInput input{};
-        input.frameID = m_frameID;
-        input.pRange  = &m_limits;
-        std::copy(std::begin(m_metering.exposures), std::end(m_metering.exposures), input.sensitivities);
-        EXPECT_EQ(m_pAlgo->RunConvProcess(m_pAlgo, input, m_convergence), 0);
-        m_pAlgo->RunConvSettle(m_pAlgo, m_convergence);
-        m_pAlgo->RunConvPostProcess(m_pAlgo, m_convergence);
-    }
-
-    VOID EndFrame(BOOL bStartup = FALSE)
-    {
-        KIROExtensionInput  input = {&m_convergence, m_arbitration, StatisticsStartUpValid, {}};
-        KIROExtensionOutput output{};
-        EXPECT_EQ(m_pAlgo->runExtension(m_pAlgo, input, output), 0);
-        KIROFrameInfo           info = {m_frameID, bStartup};
-        KIROPostProcessingInput post{};
-        EXPECT_EQ(m_pAlgo->runEndOfFrame(m_pAlgo, info, post, m_metering, m_convergence, m_arbitration), 0);
-    }
-
-    StatsLogCapture                m_log;
-    DebugRecord                    m_record;
-    TuningSetManager               m_store{"test"};
-    TuningMode                     m_modes[2]{{ModeType::Default, {0}}, {ModeType::Sensor, {1}}};
-    StatsTuningData                m_tuning{&m_store, m_modes, 1};
-    IKIROCoreAlgo*                 m_pAlgo = nullptr;
-    std::vector<FLOAT>             m_luma;
-    std::vector<INT>               m_bins;
-    std::unique_ptr<KIROStatsList> m_pStats;
-    UINT64                         m_frameID = 0;
-    KIROArbitratedLimits           m_limits{};
-    KIROMeteringOutput             m_metering{};
-    KIROConvergenceOutput          m_convergence{};
-    KIROArbitrationOutput          m_arbitration[AECAlgoExposureCount]{};
+    std::vector<FLOAT> m_luma;
+    std::vector<INT>   m_bins;
 };
 
 TEST_F(DebugBytes, TheCurrentFrameStandsFirstInTheHistory)
 {
-    Set(AECAlgoSetParamExposureCompensation, 1);
-    Set(AECAlgoSetParamControlPostRawSensitivityBoost, 150);
+    (VOID) Set(AECAlgoSetParamExposureCompensation, 1);
+    (VOID) Set(AECAlgoSetParamControlPostRawSensitivityBoost, 150);
     BeginFrame();
-    Meter();
+    Meter(Analyzer);
     SetTrigger(TriggerCtrlLuma, 41.5f);
     SetTrigger(TriggerCtrlLux, 123.25f);
     m_convergence.bSettle            = FALSE;
@@ -315,7 +194,7 @@ TEST_F(DebugBytes, SettledFramesAfterASettledOneAreNotKept)
 TEST_F(DebugBytes, MeteringRecordsExposuresCalculatorsAndAnalyzers)
 {
     BeginFrame();
-    Meter();
+    Meter(Analyzer);
 
     // Luma 25 for a target of 50 asks for twice the start exposure, ten times the exposure of lux index 0.
     ByteWriter metering;
@@ -350,7 +229,7 @@ TEST_F(DebugBytes, MeteringRecordsExposuresCalculatorsAndAnalyzers)
 TEST_F(DebugBytes, ConvergenceRecordsLimitsMovesAndItsHistory)
 {
     BeginFrame();
-    Meter();
+    Meter(Analyzer);
     std::fill(std::begin(m_metering.exposures), std::end(m_metering.exposures), 10 * StartExposure);
     Converge();
     EndFrame();
@@ -430,6 +309,8 @@ TEST_F(DebugBytes, StatisticsFollowTheVerboseFlag)
     m_pStats->bayerGridROI          = {1, 2, 3, 4};
     m_pStats->bIsTorchAEC           = TRUE;
     m_pStats->prepareBeforePreflash = TRUE;
+    m_pStats->pList[0].frameID      = 0x0102030405060708;
+    m_pStats->pList[1].frameID      = 0x0102030405060708;
     for (UINT32 region = 0; region < 16; ++region)
     {
         m_luma[region] = static_cast<FLOAT>(region);
@@ -462,7 +343,7 @@ TEST_F(DebugBytes, StatisticsFollowTheVerboseFlag)
 
     // Without the flag the last channels stay.
     m_tuning.numSelectors = 2;
-    Set(AECAlgoSetParamTunaraData, m_tuning);
+    (VOID) Set(AECAlgoSetParamTunaraData, m_tuning);
     m_luma[0] = 99.0f;
     BeginFrame();
     EXPECT_EQ(m_record.At<UINT8>(recordoffset::Extension + 49), 0);

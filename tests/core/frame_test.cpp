@@ -138,9 +138,16 @@ TEST_F(Frames, EventsOfAFrameActAtTheNextStage)
     EXPECT_EQ(applied(), 1);
     Meter();
     EXPECT_EQ(applied(), 2);
+    constexpr UINT64 touch = 1ULL << AECTouch;
+    EXPECT_EQ(m_pAlgo->GetContextStatus(m_pAlgo) & touch, touch);
     m_pAlgo->SetContextEvent(m_pAlgo, AECTouch, 2);
     EXPECT_EQ(m_pAlgo->GetContextEvent(m_pAlgo, AECTouch), FALSE) << "only 1 sets";
+    EXPECT_EQ(m_pAlgo->GetContextStatus(m_pAlgo) & touch, 0u);
     EXPECT_EQ(Converge(), 0);
+    EXPECT_EQ(applied(), 1);
+    EXPECT_EQ(m_pAlgo->setDynamicBankData(m_pAlgo, DynamicDataOverride, BankIDROITable, 2), 0);
+    EXPECT_EQ(applied(), 2) << "at once";
+    EXPECT_EQ(m_pAlgo->setDynamicBankData(m_pAlgo, DynamicDataReset, BankIDROITable, 2), 0);
     EXPECT_EQ(applied(), 1);
 
     m_pStats->bIsTorchAEC = TRUE;
@@ -161,6 +168,52 @@ TEST_F(Frames, EventsOfAFrameActAtTheNextStage)
     KIROAnalyzerOutput analyzer{};
     EXPECT_EQ(m_pAlgo->runAnalyzer(m_pAlgo, 7, analyzer), 1);
     EXPECT_EQ(m_pAlgo->isPreflashMeteringNeeded(m_pAlgo, nullptr, 0, nullptr, 0), TRUE) << "no tuning";
+}
+
+TEST_F(Frames, AmendedResultsOfAnAnalyzerDecide)
+{
+    RunStartup();
+    BeginFrame(50.0f);
+    KIROMeteringInput  input = {TRUE, 0};
+    KIROAnalyzerOutput amended{};
+    EXPECT_EQ(m_pAlgo->runMeteringPreprocess(m_pAlgo, input, m_metering), 0);
+    EXPECT_EQ(m_pAlgo->runAnalyzer(m_pAlgo, 0, amended), 0);
+    EXPECT_EQ(amended.sensitivity, StartExposure);
+    amended.luma = 12.5f;
+    EXPECT_EQ(m_pAlgo->updateAnalyzerMgrOut(m_pAlgo, 0, &amended), 0);
+    EXPECT_EQ(m_pAlgo->runMeteringPostprocess(m_pAlgo, input, m_metering), 0);
+    EXPECT_EQ(m_metering.exposures[AECAlgoExposureSafe], 4 * StartExposure);
+}
+
+class FilteredFrames : public Frames
+{
+protected:
+    /// The mean of the last four lumas.
+    FilteredFrames()
+        : Frames(R"(
+      kiro1dvectorprocessor:
+        vectorProcessors:
+          - enable: true
+            input: {bankID: BankIDStatsCalculator, dataID: 1}
+            output: {bankID: BankIDTriggers, dataID: 80}
+            filtering: {method: MovingAverage, filterLength: 4}
+)")
+    {
+    }
+};
+
+TEST_F(FilteredFrames, RunWithTheFrameAndAtTheHostsCall)
+{
+    constexpr auto usage = kiroglobalelements::VectorProcessorUsageType::Default;
+    RunStartup();
+    RunFrame(50.0f);
+    RunFrame(30.0f);
+    EXPECT_EQ(Trigger(80), 40.0f);
+    m_pAlgo->run1DVectorProcess(m_pAlgo, usage, 1);
+    EXPECT_FLOAT_EQ(Trigger(80), 110.0f / 3.0f);
+    m_pAlgo->reset1DVectorProcessors(m_pAlgo, usage);
+    m_pAlgo->run1DVectorProcess(m_pAlgo, usage, 1);
+    EXPECT_EQ(Trigger(80), 30.0f);
 }
 
 TEST_F(Frames, StretchEntriesAreClearedInValueBanksOnly)

@@ -7,24 +7,44 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
+#include <string>
 
 #include "interface/ikirocorealgo.h"
 #include "parameters/tuningsetmanager.h"
 #include "schema/kirodbroi.h"
 #include "schema/kirodbstatscalculator.h"
-#include "tests/core/debugdataoff.h"
+#include "tests/support/debugrecord.h"
 #include "tests/support/statslogcapture.h"
 #include "tools/tuningfile/binaryoutput.h"
 #include "tools/tuningfile/textinput.h"
 
-/// Meters the average for a luma of 50, goes half of the way in each frame, and splits exposures into time, then gain.
-/// One stop of EV is one step. Entry 2 of the regions applies during a touch.
-inline constexpr const CHAR* FrameTuning = R"(
+inline constexpr const CHAR* TuningAnchors = R"(
 x-everywhere: &everywhere {start: 0, end: 1}
 x-one: &one
   selection: TriggerSystemMethod
   triggerSystem: {trigger1Data: [{trigger: *everywhere, trigger2Data: [{trigger: *everywhere, triggerData: 1.0}]}]}
-x-bank: &none {bankID: BankIDTriggers, dataID: 0}
+x-bank: &none {bankID: BankIDTriggers, dataID: 0})";
+
+/// No stretch, settled after two frames within three indices; one stop of EV is one step.
+inline constexpr const CHAR* StretchAndSettle = R"(      kirodbconvstretch:
+        dataBank: {bankID: BankIDConvStretch}
+        data: [{dataID: 1}]
+      kirodbconvsettle:
+        dataBank: {bankID: BankIDConvSettle}
+        data:
+          - dataID: 1
+            value:
+              baseSettleTrigger:
+                trigger1DataBank: *none
+                trigger2DataBank: *none
+                trigger1Data: [{trigger: *everywhere, trigger2Data: [{trigger: *everywhere, triggerData: {settleCountTh: 2, settleExpTh: 3.0}}]}]
+      kiroev:
+        EVCoreData: {stepsPerEV: 1, minEVValue: -1, maxEVValue: 1, EVCompTable: {EVCompTableElements: {fill: 1.0, 0: 0.5, 2: 2.0}}, bracketingEV: {bracketingAdjForEVPos2: 1.0, bracketingAdjForEVNeg2: 1.0}}
+)";
+
+/// Meters the average for a luma of 50, goes half of the way in each frame, and splits exposures into time, then gain.
+/// Entry 2 of the regions applies during a touch.
+inline const std::string FrameTuning = std::string(TuningAnchors) + R"(
 modes:
   Default:
     modules:
@@ -85,60 +105,47 @@ modes:
               trigger2DataBank: *none
               trigger3DataBank: *none
               trigger1Data: [{trigger: *everywhere, trigger2Data: [{trigger: *everywhere, trigger3Data: [{trigger: *everywhere, triggerData: {baseSpeed: 0.5, baseCapping: 1.0, drcSpeed: 0.5}}]}]}]
-      kirodbconvstretch:
-        dataBank: {bankID: BankIDConvStretch}
-        data: [{dataID: 1}]
-      kirodbconvsettle:
-        dataBank: {bankID: BankIDConvSettle}
-        data:
-          - dataID: 1
-            value:
-              baseSettleTrigger:
-                trigger1DataBank: *none
-                trigger2DataBank: *none
-                trigger1Data: [{trigger: *everywhere, trigger2Data: [{trigger: *everywhere, triggerData: {settleCountTh: 2, settleExpTh: 3.0}}]}]
-      kiroev:
-        EVCoreData: {stepsPerEV: 1, minEVValue: -1, maxEVValue: 1, EVCompTable: {EVCompTableElements: {fill: 1.0, 0: 0.5, 2: 2.0}}, bracketingEV: {bracketingAdjForEVPos2: 1.0, bracketingAdjForEVNeg2: 1.0}}
-      kiroextension:
+)" + StretchAndSettle + R"(      kiroextension:
         flagMonitor:
           YHistStretch: {clampValue: {bankID: BankIDSceneAnalyzer, dataID: 30}, scalingValue: {bankID: BankIDConvActiveSCD, dataID: 5}}
 )";
 
 inline constexpr UINT64 StartExposure = 1000000;
 
-class Frames : public testing::Test
+/// The calls of a frame, on an instance that is tuned by a text.
+class FrameCalls : public testing::Test
 {
 protected:
-    /// @param rModules further modules, each line indented by six
-    explicit Frames(const std::string& rModules = "") : m_values(16, 50.0f), m_pStats(std::make_unique<KIROStatsList>())
+    explicit FrameCalls(const std::string& rTuning, bool hasDebugData = false)
+        : m_pStats(std::make_unique<KIROStatsList>())
     {
-        const std::vector<BYTE> bytes = tuningfile::WriteBinary(
-            tuningfile::ParseText(FrameTuning + rModules, "frame.yaml"), tuningfile::NewestVersion);
+        m_record.Host().SetEnabled(hasDebugData);
+        const std::vector<BYTE> bytes =
+            tuningfile::WriteBinary(tuningfile::ParseText(rTuning, "frame.yaml"), tuningfile::NewestVersion);
         m_store.SetLiveTuningAutostart(false);
         EXPECT_TRUE(m_store.LoadBinaryParameters(bytes.data(), bytes.size())) << m_store.GetErrorText();
         const AECAlgoCreateParamList noParams{};
-        EXPECT_EQ(CreateKiroCoreAlgo(m_tuning, m_debugData, noParams, m_pAlgo), 0);
+        EXPECT_EQ(CreateKiroCoreAlgo(m_tuning, m_record.Host(), noParams, m_pAlgo), 0);
         (VOID) Set(AECAlgoSetParamOperationMode, AECAlgoOperationModeStreaming);
         (VOID) Set(AECAlgoSetParamPipelineDelay, static_cast<UINT8>(1));
-
-        KIROCntStatsOut& rChannel            = m_pStats->pList[0];
-        rChannel.resolution                  = {4, 4, 0, 8};
-        rChannel.channelData.bChannelEnabled = TRUE;
-        rChannel.channelData.pChannelName    = const_cast<CHAR*>("luma");
-        rChannel.channelData.Data.pFData     = m_values.data();
-        m_pStats->count                      = 1;
-        m_limits.indexZeroExposure           = 1;
-        for (KIROExposureRange& rRange : m_limits.ranges)
-        {
-            rRange.start.exposure = 1;
-            rRange.end.exposure   = 1ULL << 40;
-        }
+        m_limits.indexZeroExposure = 1;
+        SetStartExposures();
     }
 
-    ~Frames() override
+    ~FrameCalls() override
     {
         m_pAlgo->DestroyInstance(m_pAlgo);
         TavoFree(m_pAlgo, 16, nullptr, 0);
+    }
+
+    KIROCntStatsOut& AddChannel(const CHAR* pName, KIROStatsType type, kirocorestatsconfig::ResolutionType resolution)
+    {
+        KIROCntStatsOut& rChannel            = m_pStats->pList[m_pStats->count++];
+        rChannel.type                        = type;
+        rChannel.resolution                  = resolution;
+        rChannel.channelData.bChannelEnabled = TRUE;
+        rChannel.channelData.pChannelName    = const_cast<CHAR*>(pName);
+        return rChannel;
     }
 
     template <typename T> MNKResult Set(AECAlgoSetParamType type, T value)
@@ -150,39 +157,20 @@ protected:
         return m_pAlgo->setInput(m_pAlgo, &input);
     }
 
-    VOID SetSnapshot(KIROCoreSnapshotType type)
-    {
-        KIROSetInput input{};
-        input.source         = KIROCoreSnapshot;
-        input.u.snapshotMode = type;
-        EXPECT_EQ(m_pAlgo->setInput(m_pAlgo, &input), 0);
-    }
-
-    FLOAT Trigger(INT32 id)
-    {
-        KIROGetBankData query = {BankIDTriggers, id, nullptr, sizeof(DBFloatPayload)};
-        EXPECT_EQ(m_pAlgo->getBankData(m_pAlgo, &query), 0);
-        return static_cast<const DBFloatPayload*>(query.pData)->value;
-    }
-
-    /// The start configuration, with all three exposures alike.
-    VOID RunStartup()
+    VOID SetStartExposures()
     {
         std::fill(std::begin(m_convergence.exposures), std::end(m_convergence.exposures), StartExposure);
         m_convergence.predictiveGain = 1.0f;
-        Split();
-        EndFrame(TRUE);
     }
 
-    VOID BeginFrame(FLOAT luma)
+    VOID BeginFrame()
     {
         ++m_frameID;
-        std::fill(m_values.begin(), m_values.end(), luma);
         EXPECT_EQ(m_pAlgo->runStartOfFrame(m_pAlgo, m_frameID), 0);
         EXPECT_EQ(m_pAlgo->setStats(m_pAlgo, *m_pStats), 0);
     }
 
-    VOID Meter()
+    VOID Meter(UINT32 analyzerID = 0)
     {
         KIROMeteringInput  input = {TRUE, 0};
         KIROAnalyzerOutput output{};
@@ -190,7 +178,7 @@ protected:
         if (m_result == 0)
         {
             output.refType = ExposureNone;
-            EXPECT_EQ(m_pAlgo->runAnalyzer(m_pAlgo, 0, output), 0);
+            EXPECT_EQ(m_pAlgo->runAnalyzer(m_pAlgo, analyzerID, output), 0);
             EXPECT_EQ(output.refType, ExposureNone) << "the caller's";
         }
         EXPECT_EQ(m_pAlgo->runMeteringPostprocess(m_pAlgo, input, m_metering), 0);
@@ -212,6 +200,75 @@ protected:
         return result;
     }
 
+    VOID EndFrame(BOOL bStartup = FALSE)
+    {
+        KIROExtensionInput  input = {&m_convergence, m_arbitration, StatisticsStartUpValid, {}};
+        KIROExtensionOutput output{};
+        EXPECT_EQ(m_pAlgo->runExtension(m_pAlgo, input, output), 0);
+        KIROFrameInfo           info = {m_frameID, bStartup};
+        KIROPostProcessingInput post{};
+        EXPECT_EQ(m_pAlgo->runEndOfFrame(m_pAlgo, info, post, m_metering, m_convergence, m_arbitration), 0);
+    }
+
+    StatsLogCapture                m_log;
+    DebugRecord                    m_record;
+    TuningSetManager               m_store{"test"};
+    TuningMode                     m_modes[2]{{ModeType::Default, {0}}, {ModeType::Sensor, {1}}};
+    StatsTuningData                m_tuning{&m_store, m_modes, 1};
+    IKIROCoreAlgo*                 m_pAlgo = nullptr;
+    std::unique_ptr<KIROStatsList> m_pStats;
+    UINT64                         m_frameID = 0;
+    KiroResult                     m_result  = 0;
+    KIROArbitratedLimits           m_limits{};
+    KIROMeteringOutput             m_metering{};
+    KIROConvergenceOutput          m_convergence{};
+    KIROArbitrationOutput          m_arbitration[AECAlgoExposureCount]{};
+};
+
+/// Whole frames of a scene.
+class Frames : public FrameCalls
+{
+protected:
+    /// @param rModules further modules, each line indented by six
+    explicit Frames(const std::string& rModules = "") : FrameCalls(FrameTuning + rModules), m_values(16, 50.0f)
+    {
+        AddChannel("luma", KIROStatsGrid, {4, 4, 0, 8}).channelData.Data.pFData = m_values.data();
+        for (KIROExposureRange& rRange : m_limits.ranges)
+        {
+            rRange.start.exposure = 1;
+            rRange.end.exposure   = 1ULL << 40;
+        }
+    }
+
+    VOID SetSnapshot(KIROCoreSnapshotType type)
+    {
+        KIROSetInput input{};
+        input.source         = KIROCoreSnapshot;
+        input.u.snapshotMode = type;
+        EXPECT_EQ(m_pAlgo->setInput(m_pAlgo, &input), 0);
+    }
+
+    FLOAT Trigger(INT32 id)
+    {
+        KIROGetBankData query = {BankIDTriggers, id, nullptr, sizeof(DBFloatPayload)};
+        EXPECT_EQ(m_pAlgo->getBankData(m_pAlgo, &query), 0);
+        return static_cast<const DBFloatPayload*>(query.pData)->value;
+    }
+
+    /// The start configuration, with all three exposures alike.
+    VOID RunStartup()
+    {
+        SetStartExposures();
+        Split();
+        EndFrame(TRUE);
+    }
+
+    VOID BeginFrame(FLOAT luma)
+    {
+        std::fill(m_values.begin(), m_values.end(), luma);
+        FrameCalls::BeginFrame();
+    }
+
     VOID Split()
     {
         for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
@@ -230,16 +287,6 @@ protected:
             m_arbitration[type].FPS   = 30.0f;
             EXPECT_EQ(m_pAlgo->runArbitration(m_pAlgo, &input, &m_arbitration[type]), 0);
         }
-    }
-
-    VOID EndFrame(BOOL bStartup = FALSE)
-    {
-        KIROExtensionInput  input = {&m_convergence, m_arbitration, StatisticsStartUpValid, {}};
-        KIROExtensionOutput output{};
-        EXPECT_EQ(m_pAlgo->runExtension(m_pAlgo, input, output), 0);
-        KIROFrameInfo           info = {m_frameID, bStartup};
-        KIROPostProcessingInput post{};
-        EXPECT_EQ(m_pAlgo->runEndOfFrame(m_pAlgo, info, post, m_metering, m_convergence, m_arbitration), 0);
     }
 
     VOID RunFrame(FLOAT luma)
@@ -270,18 +317,5 @@ protected:
         return m_arbitration[AECAlgoExposureSafe].exposureSet.exposure;
     }
 
-    StatsLogCapture                m_log;
-    DebugDataOff                   m_debugData;
-    TuningSetManager               m_store{"test"};
-    TuningMode                     m_mode{ModeType::Default, {0}};
-    StatsTuningData                m_tuning{&m_store, &m_mode, 1};
-    IKIROCoreAlgo*                 m_pAlgo = nullptr;
-    std::vector<FLOAT>             m_values;
-    std::unique_ptr<KIROStatsList> m_pStats;
-    UINT64                         m_frameID = 0;
-    KiroResult                     m_result  = 0;
-    KIROArbitratedLimits           m_limits{};
-    KIROMeteringOutput             m_metering{};
-    KIROConvergenceOutput          m_convergence{};
-    KIROArbitrationOutput          m_arbitration[AECAlgoExposureCount]{};
+    std::vector<FLOAT> m_values;
 };

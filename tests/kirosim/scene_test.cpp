@@ -51,6 +51,31 @@ TEST_F(SceneText, LightStepsAndRampsAreReadAtTheirTimes)
     EXPECT_DOUBLE_EQ(scene.LuxAt(1.5), 200.0);
 }
 
+TEST_F(SceneText, ManualSettingsAreReadByWhatTheyName)
+{
+    const struct
+    {
+        const CHAR*     pText;
+        AECAlgoModeType mode;
+    } cases[] = {{"{iso: 800}", AECAlgoModeManualISO},
+                 {"{gain: 4}", AECAlgoModeManualGain},
+                 {"{timeUs: 8000}", AECAlgoModeManualExpTime},
+                 {"{gain: 4, timeUs: 8000}", AECAlgoModeManualFull},
+                 {"{}", AECAlgoModeAuto}};
+    for (const auto& rCase : cases)
+    {
+        const std::string text   = std::string("lux: 100\nevents: [{time: 1, manual: ") + rCase.pText + "}]\n";
+        const auto        manual = ReadScene(Write(text), "").events.at(0).manual;
+        ASSERT_TRUE(manual.has_value()) << text;
+        EXPECT_EQ(manual->manualMode, rCase.mode) << text;
+        EXPECT_EQ(manual->ISOValue, (rCase.mode == AECAlgoModeManualISO) ? 800U : 0U);
+        const bool hasTime = rCase.mode == AECAlgoModeManualExpTime || rCase.mode == AECAlgoModeManualFull;
+        EXPECT_EQ(manual->exposureTime, hasTime ? 8000000U : 0U);
+    }
+    EXPECT_NE(ErrorOf("lux: 100\nevents: [{time: 1, manual: {ISO: 800}}]\n").find("did you mean 'iso'?"),
+              std::string::npos);
+}
+
 TEST_F(SceneText, AVariantChangesOnlyWhatItNames)
 {
     const std::string text = "lux: 100\nframes: 7\nvariants:\n  bright: {lux: 900}\n";

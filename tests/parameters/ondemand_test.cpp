@@ -200,6 +200,37 @@ TEST_F(OnDemandTest, ReferencesAreTakenBeforeTheyAreGivenBack)
     EXPECT_EQ(modules.Count(), 0u);
 }
 
+TEST_F(OnDemandTest, ReferencesThatFitNoModeChangeNoCount)
+{
+    TuningFileMaker maker;
+    const UINT32    root  = maker.Table();
+    const UINT32    video = maker.Mode(root, Usecase, 2);
+    maker.Same("alpha", maker.Mode(root, Usecase, 3), maker.Alpha(video, 5));
+    ParameterSetManager manager("cam", smallschema::Modules, Verbose());
+    ASSERT_TRUE(manager.LoadBinaryParameters(Write(maker.Build())));
+    smallschema::AlphaType* pRecord = Alpha(manager, UsecaseBranch(3));
+    ASSERT_NE(pRecord, nullptr);
+    ParameterModule* pModule = TableModule::FromRecord(pRecord);
+    ModeEntry*       pHeir   = Mode(manager, UsecaseBranch(3));
+    EXPECT_FALSE(pHeir->AddReference(pModule));
+    EXPECT_FALSE(pHeir->ReleaseReference(pModule));
+    EXPECT_EQ(log.Count("reference from wrong mode.  Mode: 2, SubMode: 3, Module alpha, ModePath: 0.0|2.2\n"), 2u);
+    ModeEntry* pRoot = Mode(manager, Branch({}));
+    EXPECT_FALSE(pRoot->AddReference(pModule));
+    EXPECT_FALSE(pRoot->ReleaseReference(pModule));
+    EXPECT_EQ(log.Count("a non-existant module.  Mode: 0, SubMode: 0, Module alpha\n"), 2u);
+
+    // A default instance is of no mode.
+    const std::unique_ptr<TableModule> pDefault = TableModule::Make(smallschema::Modules[0], nullptr);
+    pDefault->Release();
+    EXPECT_TRUE(log.Has("release module reference when Data or SetManager is nullptr. Module alpha\n"));
+    manager.ReleaseModule(pDefault.get());
+    EXPECT_TRUE(log.Has("release module with a nullptr Data object.  Mode: 0, SubMode: 0, Module alpha\n"));
+    EXPECT_EQ(References(manager, UsecaseBranch(2)), 1u);
+    Release(pRecord);
+    EXPECT_EQ(References(manager, UsecaseBranch(2)), 0u);
+}
+
 TEST_F(OnDemandTest, ACountThatIsNeverGivenBackStopsAtItsTop)
 {
     ParameterSetManager manager("cam", smallschema::Modules, Verbose());

@@ -289,6 +289,8 @@ TEST_F(DiskFile, ReferencesOpenAndClose)
     EXPECT_EQ(file.Reference(1), 1);
     EXPECT_TRUE(m_log.Has("Failed to open binary file '" + m_path));
     EXPECT_FALSE(ReadsRight(file, 0, 10));
+    EXPECT_EQ(file.Reference(1), 2);
+    EXPECT_TRUE(m_log.Has("Binary File was null when file reference was 1\n"));
 }
 
 TEST_F(DiskFile, AChangedFileIsNeverReadAgain)
@@ -320,6 +322,20 @@ TEST_F(DiskFile, AFileThatShrinksUnderTheReaderFails)
     EXPECT_FALSE(ReadsRight(file, 3000, 1500));
     EXPECT_TRUE(m_log.Has("ParameterBinaryFile::Read failed, retrying\n"));
     EXPECT_TRUE(m_log.Has("file modified, must reload"));
+}
+
+TEST_F(DiskFile, AFileThatIsCutAndGoneFailsAfterFourAttempts)
+{
+    Write(5000);
+    ParameterBinaryFile file(m_path.c_str(), nullptr);
+    ASSERT_EQ(::truncate(m_path.c_str(), 100), 0);
+    std::remove(m_path.c_str());
+    EXPECT_FALSE(ReadsRight(file, 3000, 1500));
+    EXPECT_TRUE(
+        m_log.Has("Read failed to read from file, ferror: 0, offset: 3000, pos: 0, requested: 1500, actual: 0\n"));
+    EXPECT_EQ(m_log.Count("failed to open file, errno: 2, file name: " + m_path), 3U);
+    EXPECT_EQ(m_log.Count("fseek failed, file not open\n"), 3U);
+    EXPECT_FALSE(ReadsRight(file, 0, 10)) << "not from a buffer either";
 }
 
 TEST_F(DiskFile, WithoutAFileNothingIsValid)

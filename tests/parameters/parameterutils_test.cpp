@@ -13,6 +13,7 @@
 #include "parameters/parsercrc.h"
 #include "parameters/plist.h"
 #include "parameters/versionunion.h"
+#include "platform/tavocommonutils.h"
 #include "tests/support/bytewriter.h"
 #include "tests/support/systemlogcapture.h"
 
@@ -281,6 +282,27 @@ TEST(ReadString, StopsAtNulSizeAndEnd)
     ParameterUtils::ReadString(field, pBuffer, 9, position, sizeof(field), 6, 1, nullptr);
     EXPECT_STREQ(field, "cde");
     EXPECT_EQ(position, 9U);
+
+    // Positions move although there is nowhere to read from, or to.
+    SystemLogCapture log;
+    ParameterUtils::ReadString(nullptr, pBuffer, 9, position, 4, 6, 1, nullptr);
+    EXPECT_EQ(position, 15U);
+    EXPECT_TRUE(log.Has("ReadBuffer failed to allocate space for a string of 6 length\n"));
+    EXPECT_FALSE(ParameterUtils::ReadBuffer(field, nullptr, 9, position, 3, 4, nullptr));
+    EXPECT_FALSE(ParameterUtils::ReadBuffer(nullptr, pBuffer, 9, position, 3, 4, nullptr));
+    EXPECT_EQ(position, 23U);
+    EXPECT_TRUE(log.Has("ReadBuffer called with nullptr buffer\n"));
+    EXPECT_TRUE(log.Has("ReadBuffer called with nullptr value\n"));
+}
+
+TEST(Platform, RefusesWhatDoesNotFitAndNamesFiles)
+{
+    EXPECT_EQ(TavoCalloc(SIZE_MAX, 16, 0, 0, nullptr, 0), nullptr) << "rounded up it would be nothing";
+    CHAR full[4] = {'a', 'b', 'c', 'd'};
+    EXPECT_EQ(Tavo::OsUtils::StrLCat(full, "ef", sizeof(full)), 6U) << "no room for a terminator";
+    EXPECT_EQ(full[3], 'd');
+    EXPECT_STREQ(Tavo::Log::GetFileName("core/base/a.cpp"), "a.cpp");
+    EXPECT_STREQ(Tavo::Log::GetFileName("a.cpp"), "a.cpp");
 }
 
 TEST(StoredValues, ConvertToTheWantedType)

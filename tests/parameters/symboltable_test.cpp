@@ -36,6 +36,33 @@ UINT32 FirstWord(const ParameterFileSymbolTableEntry& rEntry)
     return value;
 }
 
+TEST(SymbolTable, AFileThatIsCutWhileItIsReadIsRefused)
+{
+    ParameterFileBuilder builder;
+    builder.AddModule("alpha", {1, 0, 0}, 5, Block(0x11));
+    for (UINT32 entry = 0; entry < 100; ++entry)
+    {
+        builder.AddData(Block(entry));  // more than is read ahead with the symbol table
+    }
+    const auto expectRefusal = [&](BinaryFileFormat::SectionType type, const std::string& rTable)
+    {
+        SystemLogCapture    log;
+        const ParameterFile file    = builder.Build();
+        const SectionInfo   section = file.Section(type);
+        const LoadedTable   loaded(file, Source::Disk, section.Offset + section.Size - 1);
+        EXPECT_FALSE(loaded.loaded) << rTable;
+        EXPECT_TRUE(log.Has("Failed to read " + rTable + " table buffer (offset: " + std::to_string(section.Offset) +
+                            ", size: " + std::to_string(section.Size) + ") from binary file\n"))
+            << log.Text();
+        EXPECT_TRUE(log.Has("Failed to read " + rTable + " table from binary file\n")) << log.Text();
+    };
+    expectRefusal(BinaryFileFormat::SymbolTableSection, "symbol");
+    expectRefusal(BinaryFileFormat::DataTableSection, "data");
+    builder.DefineStructure(1, "AlphaType", {{"value", ParameterDefinitionType_Signed32Bits}});
+    builder.DefineModule("alpha", 1);
+    expectRefusal(BinaryFileFormat::DefinitionTableSection, "definition");
+}
+
 TEST(SymbolTable, FindsBlocksInBothTables)
 {
     for (const Source source : Sources)
@@ -236,6 +263,8 @@ TEST(DuplicateObjects, AreSharedByPlaceAndCount)
     EXPECT_EQ(rTable.GetDupObject(false, first, site, 2), nullptr);  // made for another number of values
     EXPECT_EQ(rTable.GetDupObject(false, single, site, 1), nullptr);
     EXPECT_EQ(log.Size(), 0U) << log.Text();
+    EXPECT_EQ(rTable.FileReference(1), 0);
+    EXPECT_TRUE(log.Has("FileReference called with null File object, Adjust: 1\n"));
 
     EXPECT_FALSE(rTable.ReleaseDupObject(&object));
     EXPECT_TRUE(rTable.ReleaseDupObject(&object));

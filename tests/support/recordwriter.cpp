@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "parameters/parameterutils.h"
+
 using tuning::Form;
 using tuning::RecordDescription;
 using tuning::RecordMember;
@@ -17,41 +19,6 @@ template <typename T> T ValueAt(const BYTE* pPlace)
     T value;
     std::memcpy(&value, pPlace, sizeof(value));
     return value;
-}
-
-ParameterDefinitionType StoredType(ValueType type)
-{
-    switch (type)
-    {
-    case ValueType::Int8:
-        return ParameterDefinitionType_Signed8Bits;
-    case ValueType::UInt8:
-        return ParameterDefinitionType_Unsigned8Bits;
-    case ValueType::Int16:
-        return ParameterDefinitionType_Signed16Bits;
-    case ValueType::UInt16:
-        return ParameterDefinitionType_Unsigned16Bits;
-    case ValueType::Int32:
-        return ParameterDefinitionType_Signed32Bits;
-    case ValueType::UInt32:
-        return ParameterDefinitionType_Unsigned32Bits;
-    case ValueType::Int64:
-        return ParameterDefinitionType_Signed64Bits;
-    case ValueType::UInt64:
-        return ParameterDefinitionType_Unsigned64Bits;
-    case ValueType::Float:
-        return ParameterDefinitionType_Float;
-    case ValueType::Double:
-        return ParameterDefinitionType_Double;
-    case ValueType::Boolean:
-        return ParameterDefinitionType_Boolean;
-    case ValueType::Enum:
-        return ParameterDefinitionType_Enum;
-    case ValueType::Text:
-        return ParameterDefinitionType_String;
-    default:
-        return ParameterDefinitionType_Structure;
-    }
 }
 
 }  // namespace
@@ -132,7 +99,7 @@ std::vector<DefinedMember> RecordWriter::Members(const RecordDescription& rRecor
         {
             continue;
         }
-        DefinedMember member{rMember.pName, StoredType(rMember.type), 1, 1, 0, 0};
+        DefinedMember member{rMember.pName, ParameterUtils::NativeType(rMember.type), 1, 1, 0, 0};
         if (rMember.form == Form::Fixed)
         {
             member.minimum = rMember.count;

@@ -7,28 +7,19 @@
 /// InputKind, where there is one, says that the core keeps addresses of inputs until the next call of the same kind.
 #pragma once
 
+#include "tools/recording/call.h"
 #include "tools/recording/identities.h"
-#include "tools/recording/slots.h"
 #include "tools/recording/statistics.h"
 
 namespace recording
 {
 
-struct CreateDataXmlCall
+struct CreateDataXmlCall : Call<Slot::createDataXml>
 {
-    static constexpr Slot slot = Slot::createDataXml;
-
-    KIROMLDataType       type;
-    CKIROTriggerDataXML* result;
-
     template <typename A> VOID Inputs(A& rInputs)
     {
+        auto& [type] = arguments;
         rInputs.Value("type", type);
-    }
-
-    VOID Invoke(const IKIROCoreAlgo& rTable, IKIROCoreAlgo* pAlgo)
-    {
-        result = rTable.createDataXml(pAlgo, type);
     }
 
     VOID Outputs(FieldWriter& rOutputs) const
@@ -46,81 +37,63 @@ struct CreateDataXmlCall
     }
 };
 
-struct RunStartOfFrameCall
-{
-    static constexpr Slot slot = Slot::runStartOfFrame;
-
-    UINT64     frameID;
-    KiroResult result;
-
-    template <typename A> VOID Inputs(A& rInputs)
-    {
-        rInputs.Value("frameID", frameID);
-    }
-
-    VOID Invoke(const IKIROCoreAlgo& rTable, IKIROCoreAlgo* pAlgo)
-    {
-        result = rTable.runStartOfFrame(pAlgo, frameID);
-    }
-
-    VOID Outputs(FieldWriter& rOutputs) const
-    {
-        rOutputs.Value("result", result);
-    }
-};
-
 /// The two halves of metering.
-template <Slot MeteringSlot, auto Function> struct MeteringCall
+template <Slot MeteringSlot> struct MeteringCall : Call<MeteringSlot>
 {
-    static constexpr Slot slot = MeteringSlot;
-
-    KIROMeteringInput*  pInput;
-    KIROMeteringOutput* pOutput;
-    KiroResult          result;
-
     template <typename A> VOID Inputs(A& rInputs)
     {
+        auto& [pInput, pOutput] = this->arguments;
         rInputs.Argument("input", pInput);
         rInputs.Argument("output", pOutput);
     }
 
-    VOID Invoke(const IKIROCoreAlgo& rTable, IKIROCoreAlgo* pAlgo)
-    {
-        result = (rTable.*Function)(pAlgo, *pInput, *pOutput);
-    }
-
     VOID Outputs(FieldWriter& rOutputs) const
     {
-        rOutputs.Value("result", result);
+        const auto& [pInput, pOutput] = this->arguments;
+        rOutputs.Value("result", this->result);
         rOutputs.Record("input", *pInput);
         rOutputs.Record("output", *pOutput);
     }
 };
 
-using RunMeteringPreprocessCall  = MeteringCall<Slot::runMeteringPreprocess, &IKIROCoreAlgo::runMeteringPreprocess>;
-using RunMeteringPostprocessCall = MeteringCall<Slot::runMeteringPostprocess, &IKIROCoreAlgo::runMeteringPostprocess>;
+using RunMeteringPreprocessCall  = MeteringCall<Slot::runMeteringPreprocess>;
+using RunMeteringPostprocessCall = MeteringCall<Slot::runMeteringPostprocess>;
 
-struct RunAnalyzerCall
+/// Stages that take a record and change it.
+template <Slot StageSlot> struct StageCall : Call<StageSlot>
 {
-    static constexpr Slot slot = Slot::runAnalyzer;
-
-    UINT32              analyzerID;
-    KIROAnalyzerOutput* pOutput;
-    KiroResult          result;
-
     template <typename A> VOID Inputs(A& rInputs)
     {
-        rInputs.Value("analyzerID", analyzerID);
+        auto& [pOutput] = this->arguments;
         rInputs.Argument("output", pOutput);
-    }
-
-    VOID Invoke(const IKIROCoreAlgo& rTable, IKIROCoreAlgo* pAlgo)
-    {
-        result = rTable.runAnalyzer(pAlgo, analyzerID, *pOutput);
     }
 
     VOID Outputs(FieldWriter& rOutputs) const
     {
+        const auto& [pOutput] = this->arguments;
+        rOutputs.Value("result", this->result);
+        rOutputs.Record("output", *pOutput);
+    }
+};
+
+using MixMeteringCall               = StageCall<Slot::mixMetering>;
+using FollowMasterConvExposureCall  = StageCall<Slot::followMasterConvExposure>;
+using RunConvSettleCall             = StageCall<Slot::RunConvSettle>;
+using RunConvPostProcessCall        = StageCall<Slot::RunConvPostProcess>;
+using HandleExposureConstraintsCall = StageCall<Slot::HandleExposureConstraints>;
+
+struct RunAnalyzerCall : Call<Slot::runAnalyzer>
+{
+    template <typename A> VOID Inputs(A& rInputs)
+    {
+        auto& [analyzerID, pOutput] = arguments;
+        rInputs.Value("analyzerID", analyzerID);
+        rInputs.Argument("output", pOutput);
+    }
+
+    VOID Outputs(FieldWriter& rOutputs) const
+    {
+        const auto& [analyzerID, pOutput] = arguments;
         rOutputs.Value("result", result);
         rOutputs.Record("output", *pOutput);
         // Without an answer the name is the host's.
@@ -128,16 +101,11 @@ struct RunAnalyzerCall
     }
 };
 
-struct UpdateAnalyzerMgrOutCall
+struct UpdateAnalyzerMgrOutCall : Call<Slot::updateAnalyzerMgrOut>
 {
-    static constexpr Slot slot = Slot::updateAnalyzerMgrOut;
-
-    UINT32              analyzerID;
-    KIROAnalyzerOutput* pInput;
-    KiroResult          result;
-
     template <typename A> VOID Inputs(A& rInputs)
     {
+        auto& [analyzerID, pInput] = arguments;
         rInputs.Value("analyzerID", analyzerID);
         rInputs.Reference("input", pInput);
         if (pInput != nullptr)
@@ -146,65 +114,28 @@ struct UpdateAnalyzerMgrOutCall
         }
     }
 
-    VOID Invoke(const IKIROCoreAlgo& rTable, IKIROCoreAlgo* pAlgo)
-    {
-        result = rTable.updateAnalyzerMgrOut(pAlgo, analyzerID, pInput);
-    }
-
     VOID Outputs(FieldWriter& rOutputs) const
     {
+        const auto& [analyzerID, pInput] = arguments;
         rOutputs.Value("result", result);
         rOutputs.Reference("input", pInput);
     }
 };
 
-struct MixMeteringCall
+struct RunExtensionCall : Call<Slot::runExtension>
 {
-    static constexpr Slot slot = Slot::mixMetering;
-
-    KIROMeteringOutput* pOutput;
-    KiroResult          result;
-
     template <typename A> VOID Inputs(A& rInputs)
     {
-        rInputs.Argument("output", pOutput);
-    }
-
-    VOID Invoke(const IKIROCoreAlgo& rTable, IKIROCoreAlgo* pAlgo)
-    {
-        result = rTable.mixMetering(pAlgo, *pOutput);
-    }
-
-    VOID Outputs(FieldWriter& rOutputs) const
-    {
-        rOutputs.Value("result", result);
-        rOutputs.Record("output", *pOutput);
-    }
-};
-
-struct RunExtensionCall
-{
-    static constexpr Slot slot = Slot::runExtension;
-
-    KIROExtensionInput*  pInput;
-    KIROExtensionOutput* pOutput;
-    KiroResult           result;
-
-    template <typename A> VOID Inputs(A& rInputs)
-    {
+        auto& [pInput, pOutput] = arguments;
         rInputs.Argument("input", pInput);
         rInputs.Reference("convergence", pInput->pConvergenceOuts);
         rInputs.Array("arbitration", pInput->pArbitrationOuts, AECAlgoExposureCount);
         rInputs.Argument("output", pOutput);
     }
 
-    VOID Invoke(const IKIROCoreAlgo& rTable, IKIROCoreAlgo* pAlgo)
-    {
-        result = rTable.runExtension(pAlgo, *pInput, *pOutput);
-    }
-
     VOID Outputs(FieldWriter& rOutputs) const
     {
+        const auto& [pInput, pOutput] = arguments;
         rOutputs.Value("result", result);
         rOutputs.Record("output", *pOutput);
         rOutputs.Reference("convergence", pInput->pConvergenceOuts);
@@ -212,19 +143,11 @@ struct RunExtensionCall
     }
 };
 
-struct RunEndOfFrameCall
+struct RunEndOfFrameCall : Call<Slot::runEndOfFrame>
 {
-    static constexpr Slot slot = Slot::runEndOfFrame;
-
-    KIROFrameInfo*           pFrameInfo;
-    KIROPostProcessingInput* pInput;
-    KIROMeteringOutput*      pMetering;
-    KIROConvergenceOutput*   pConvergence;
-    KIROArbitrationOutput*   pArbitration;
-    KiroResult               result;
-
     template <typename A> VOID Inputs(A& rInputs)
     {
+        auto& [pFrameInfo, pInput, pMetering, pConvergence, pArbitration] = arguments;
         rInputs.Argument("frameInfo", pFrameInfo);
         rInputs.Argument("input", pInput);
         rInputs.Argument("metering", pMetering);
@@ -232,13 +155,9 @@ struct RunEndOfFrameCall
         rInputs.Array("arbitration", pArbitration, AECAlgoExposureCount);
     }
 
-    VOID Invoke(const IKIROCoreAlgo& rTable, IKIROCoreAlgo* pAlgo)
-    {
-        result = rTable.runEndOfFrame(pAlgo, *pFrameInfo, *pInput, *pMetering, *pConvergence, pArbitration);
-    }
-
     VOID Outputs(FieldWriter& rOutputs) const
     {
+        const auto& [pFrameInfo, pInput, pMetering, pConvergence, pArbitration] = arguments;
         rOutputs.Value("result", result);
         rOutputs.Record("frameInfo", *pFrameInfo);
         rOutputs.Record("metering", *pMetering);
@@ -247,67 +166,19 @@ struct RunEndOfFrameCall
     }
 };
 
-/// Stages that take the frame's convergence and change it. @tparam hasResult whether the function answers
-template <Slot ConvergenceSlot, auto Function, bool hasResult> struct ConvergenceStepCall
+struct RunConvProcessCall : Call<Slot::RunConvProcess>
 {
-    static constexpr Slot slot = ConvergenceSlot;
-
-    KIROConvergenceOutput* pOutput;
-    KiroResult             result;
-
     template <typename A> VOID Inputs(A& rInputs)
     {
-        rInputs.Argument("output", pOutput);
-    }
-
-    VOID Invoke(const IKIROCoreAlgo& rTable, IKIROCoreAlgo* pAlgo)
-    {
-        if constexpr (hasResult)
-        {
-            result = (rTable.*Function)(pAlgo, *pOutput);
-        }
-        else
-        {
-            (rTable.*Function)(pAlgo, *pOutput);
-        }
-    }
-
-    VOID Outputs(FieldWriter& rOutputs) const
-    {
-        rOutputs.Value("result", result);
-        rOutputs.Record("output", *pOutput);
-    }
-};
-
-using FollowMasterConvExposureCall =
-    ConvergenceStepCall<Slot::followMasterConvExposure, &IKIROCoreAlgo::followMasterConvExposure, true>;
-using RunConvSettleCall      = ConvergenceStepCall<Slot::RunConvSettle, &IKIROCoreAlgo::RunConvSettle, false>;
-using RunConvPostProcessCall = ConvergenceStepCall<Slot::RunConvPostProcess, &IKIROCoreAlgo::RunConvPostProcess, false>;
-using HandleExposureConstraintsCall =
-    ConvergenceStepCall<Slot::HandleExposureConstraints, &IKIROCoreAlgo::HandleExposureConstraints, false>;
-
-struct RunConvProcessCall
-{
-    static constexpr Slot slot = Slot::RunConvProcess;
-
-    KIROConvergenceInput*  pInput;
-    KIROConvergenceOutput* pOutput;
-    KiroResult             result;
-
-    template <typename A> VOID Inputs(A& rInputs)
-    {
+        auto& [pInput, pOutput] = arguments;
         rInputs.Argument("input", pInput);
         rInputs.Reference("range", pInput->pRange);
         rInputs.Argument("output", pOutput);
     }
 
-    VOID Invoke(const IKIROCoreAlgo& rTable, IKIROCoreAlgo* pAlgo)
-    {
-        result = rTable.RunConvProcess(pAlgo, *pInput, *pOutput);
-    }
-
     VOID Outputs(FieldWriter& rOutputs) const
     {
+        const auto& [pInput, pOutput] = arguments;
         rOutputs.Value("result", result);
         rOutputs.Record("input", *pInput);
         rOutputs.Reference("range", pInput->pRange);
@@ -315,18 +186,13 @@ struct RunConvProcessCall
     }
 };
 
-struct RunArbitrationCall
+struct RunArbitrationCall : Call<Slot::runArbitration>
 {
-    static constexpr Slot slot = Slot::runArbitration;
-
-    KIROArbitrationInput*  pInput;
-    KIROArbitrationOutput* pOutput;
-    KiroResult             result;
-
     const VOID* pTableBefore;  ///< of the input
 
     template <typename A> VOID Inputs(A& rInputs)
     {
+        auto& [pInput, pOutput] = arguments;
         rInputs.Reference("input", pInput);
         if (pInput != nullptr)
         {
@@ -336,13 +202,9 @@ struct RunArbitrationCall
         rInputs.Reference("output", pOutput);
     }
 
-    VOID Invoke(const IKIROCoreAlgo& rTable, IKIROCoreAlgo* pAlgo)
-    {
-        result = rTable.runArbitration(pAlgo, pInput, pOutput);
-    }
-
     VOID Learn(InstanceState& rInstance) const
     {
+        const auto& [pInput, pOutput] = arguments;
         if (pInput != nullptr && pInput->pTable != pTableBefore)
         {
             rInstance.pLastTable = pInput->pTable;
@@ -351,6 +213,7 @@ struct RunArbitrationCall
 
     VOID Outputs(FieldWriter& rOutputs) const
     {
+        const auto& [pInput, pOutput] = arguments;
         rOutputs.Value("result", result);
         rOutputs.Reference("output", pOutput);
         rOutputs.Reference("input", pInput);
@@ -361,13 +224,8 @@ struct RunArbitrationCall
     }
 };
 
-struct SetStatsCall
+struct SetStatsCall : Call<Slot::setStats>
 {
-    static constexpr Slot slot = Slot::setStats;
-
-    KIROStatsList* pStats;
-    KiroResult     result;
-
     /// Until the next statistics.
     INT64 InputKind() const
     {
@@ -376,12 +234,8 @@ struct SetStatsCall
 
     template <typename A> VOID Inputs(A& rInputs)
     {
+        auto& [pStats] = arguments;
         StatisticsList(rInputs, pStats);
-    }
-
-    VOID Invoke(const IKIROCoreAlgo& rTable, IKIROCoreAlgo* pAlgo)
-    {
-        result = rTable.setStats(pAlgo, *pStats);
     }
 
     VOID Outputs(FieldWriter& rOutputs) const
@@ -390,78 +244,49 @@ struct SetStatsCall
     }
 };
 
-struct IsPreflashMeteringNeededCall
+struct IsPreflashMeteringNeededCall : Call<Slot::isPreflashMeteringNeeded>
 {
-    static constexpr Slot slot = Slot::isPreflashMeteringNeeded;
-
-    KIROCntStatsOut* pOff;
-    UINT32           offCount;
-    KIROCntStatsOut* pLow;
-    UINT32           lowCount;
-    BOOL             result;
-
     template <typename A> VOID Inputs(A& rInputs)
     {
+        auto& [pOff, offCount, pLow, lowCount] = arguments;
         StatisticsChannels(rInputs, "off", pOff, offCount);
         StatisticsChannels(rInputs, "low", pLow, lowCount);
     }
 
-    VOID Invoke(const IKIROCoreAlgo& rTable, IKIROCoreAlgo* pAlgo)
-    {
-        result = rTable.isPreflashMeteringNeeded(pAlgo, pOff, offCount, pLow, lowCount);
-    }
-
     VOID Outputs(FieldWriter& rOutputs) const
     {
         rOutputs.Value("result", result);
     }
 };
 
-struct GetStartUpExposureCall
+struct GetStartUpExposureCall : Call<Slot::GetStartUpExposure>
 {
-    static constexpr Slot slot = Slot::GetStartUpExposure;
-
-    KIROAlgoStartExposureInfo* pInfo;
-    KiroResult                 result;
-
     template <typename A> VOID Inputs(A& rInputs)
     {
+        auto& [pInfo] = arguments;
         rInputs.Reference("info", pInfo);
-    }
-
-    VOID Invoke(const IKIROCoreAlgo& rTable, IKIROCoreAlgo* pAlgo)
-    {
-        result = rTable.GetStartUpExposure(pAlgo, pInfo);
     }
 
     VOID Outputs(FieldWriter& rOutputs) const
     {
+        const auto& [pInfo] = arguments;
         rOutputs.Value("result", result);
         rOutputs.Reference("info", pInfo);
     }
 };
 
-struct GetSCDOutputCall
+struct GetSCDOutputCall : Call<Slot::GetSCDOutput>
 {
-    static constexpr Slot slot = Slot::GetSCDOutput;
-
-    UINT32         id;
-    KIROSCDOutput* pOutput;
-    BOOL           result;
-
     template <typename A> VOID Inputs(A& rInputs)
     {
+        auto& [id, pOutput] = arguments;
         rInputs.Value("id", id);
         rInputs.Argument("output", pOutput);
     }
 
-    VOID Invoke(const IKIROCoreAlgo& rTable, IKIROCoreAlgo* pAlgo)
-    {
-        result = rTable.GetSCDOutput(pAlgo, id, *pOutput);
-    }
-
     VOID Outputs(FieldWriter& rOutputs) const
     {
+        const auto& [id, pOutput] = arguments;
         rOutputs.Value("result", result);
         rOutputs.Record("output", *pOutput);
         rOutputs.Text("output.pName", (result == TRUE) ? pOutput->pName : nullptr);

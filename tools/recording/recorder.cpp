@@ -1,8 +1,7 @@
 #include "tools/recording/recorder.h"
 
-#include "tools/recording/calls.h"
+#include "tools/recording/allcalls.h"
 #include "tools/recording/layout.h"
-#include "tools/recording/settingcalls.h"
 
 namespace recording
 {
@@ -38,9 +37,7 @@ IKIROCoreAlgo* Recorder::Wrap(IKIROCoreAlgo* pCore, const StatsTuningData& rTuni
     rTable.pCore        = pCore->pCore;
     rTable.state.pCore  = pCore;
     rTable.state.number = static_cast<UINT32>(m_tables.size() - 1);
-    SetFrameFunctions(rTable);
-    SetSettingFunctions(rTable);
-    SetOtherFunctions(rTable);
+    SetFunctions(rTable, static_cast<AllCalls*>(nullptr));
 
     m_bytes.clear();
     InputWriter writer(m_bytes, m_identities, rTable.state);
@@ -147,131 +144,37 @@ template <typename Call> VOID Recorder::Record(Table& rTable, Call& rCall)
     ++m_callCount;
 }
 
-template <typename Call> Call Recorder::Run(IKIROCoreAlgo* pAlgo, Call call)
+template <typename Call> VOID Recorder::Run(IKIROCoreAlgo* pAlgo, Call& rCall)
 {
     if (pAlgo == nullptr)
     {
-        call.Invoke(s_functions, nullptr);
+        rCall.Invoke(s_functions, nullptr);
     }
     else
     {
         auto& rTable = static_cast<Table&>(*pAlgo);
-        rTable.pRecorder->Record(rTable, call);
+        rTable.pRecorder->Record(rTable, rCall);
     }
-    return call;
 }
 
-VOID Recorder::SetFrameFunctions(IKIROCoreAlgo& rTable)
+template <typename Call, typename Answer, typename... Parameters>
+VOID Recorder::SetFunction(Answer (*&rpFunction)(IKIROCoreAlgo*, Parameters...))
 {
-    rTable.runStartOfFrame = [](IKIROCoreAlgo* p, UINT64 frameID) {
-        return Run(p, RunStartOfFrameCall{frameID, {}}).result;
-    };
-    rTable.runMeteringPreprocess = [](IKIROCoreAlgo* p, KIROMeteringInput& rInput, KIROMeteringOutput& rOutput) {
-        return Run(p, RunMeteringPreprocessCall{&rInput, &rOutput, {}}).result;
-    };
-    rTable.runAnalyzer = [](IKIROCoreAlgo* p, UINT32 id, KIROAnalyzerOutput& rOutput) {
-        return Run(p, RunAnalyzerCall{id, &rOutput, {}}).result;
-    };
-    rTable.updateAnalyzerMgrOut = [](IKIROCoreAlgo* p, UINT32 id, KIROAnalyzerOutput* pInput) {
-        return Run(p, UpdateAnalyzerMgrOutCall{id, pInput, {}}).result;
-    };
-    rTable.runMeteringPostprocess = [](IKIROCoreAlgo* p, KIROMeteringInput& rInput, KIROMeteringOutput& rOutput) {
-        return Run(p, RunMeteringPostprocessCall{&rInput, &rOutput, {}}).result;
-    };
-    rTable.mixMetering = [](IKIROCoreAlgo* p, KIROMeteringOutput& rOutput) {
-        return Run(p, MixMeteringCall{&rOutput, {}}).result;
-    };
-    rTable.runExtension = [](IKIROCoreAlgo* p, KIROExtensionInput& rInput, KIROExtensionOutput& rOutput) {
-        return Run(p, RunExtensionCall{&rInput, &rOutput, {}}).result;
-    };
-    rTable.runEndOfFrame = [](IKIROCoreAlgo* p, KIROFrameInfo& rInfo, KIROPostProcessingInput& rInput,
-                              KIROMeteringOutput& rMetering, KIROConvergenceOutput& rConvergence,
-                              KIROArbitrationOutput* pArbitration) {
-        return Run(p, RunEndOfFrameCall{&rInfo, &rInput, &rMetering, &rConvergence, pArbitration, {}}).result;
-    };
-    rTable.followMasterConvExposure = [](IKIROCoreAlgo* p, KIROConvergenceOutput& rOutput) {
-        return Run(p, FollowMasterConvExposureCall{&rOutput, {}}).result;
-    };
-    rTable.runArbitration = [](IKIROCoreAlgo* p, KIROArbitrationInput* pInput, KIROArbitrationOutput* pOutput) {
-        return Run(p, RunArbitrationCall{pInput, pOutput, {}, nullptr}).result;
-    };
-    rTable.RunConvProcess = [](IKIROCoreAlgo* p, KIROConvergenceInput& rInput, KIROConvergenceOutput& rOutput) {
-        return Run(p, RunConvProcessCall{&rInput, &rOutput, {}}).result;
-    };
-    rTable.RunConvSettle = [](IKIROCoreAlgo* p, KIROConvergenceOutput& rOutput) {
-        (VOID) Run(p, RunConvSettleCall{&rOutput, {}});
-    };
-    rTable.RunConvPostProcess = [](IKIROCoreAlgo* p, KIROConvergenceOutput& rOutput) {
-        (VOID) Run(p, RunConvPostProcessCall{&rOutput, {}});
-    };
-    rTable.HandleExposureConstraints = [](IKIROCoreAlgo* p, KIROConvergenceOutput& rOutput) {
-        (VOID) Run(p, HandleExposureConstraintsCall{&rOutput, {}});
-    };
-    rTable.setStats = [](IKIROCoreAlgo* p, KIROStatsList& rStats) { return Run(p, SetStatsCall{&rStats, {}}).result; };
-}
-
-VOID Recorder::SetSettingFunctions(IKIROCoreAlgo& rTable)
-{
-    rTable.getBankData = [](IKIROCoreAlgo* p, KIROGetBankData* pData) {
-        return Run(p, GetBankDataCall{pData, {}}).result;
-    };
-    rTable.setInput    = [](IKIROCoreAlgo* p, KIROSetInput* pInput) { return Run(p, SetInputCall{pInput, {}}).result; };
-    rTable.setBankData = [](IKIROCoreAlgo* p, const KIROSetBankData* pData) {
-        return Run(p, SetBankDataCall{const_cast<KIROSetBankData*>(pData), {}}).result;
-    };
-    rTable.setDynamicBankData = [](IKIROCoreAlgo* p, KIRODynamicDataOperationType operation, KIROBankIDType bank,
-                                   INT32 dataID) {
-        return Run(p, SetDynamicBankDataCall{operation, bank, dataID, {}}).result;
-    };
-    rTable.queryMetaData = [](IKIROCoreAlgo* p, AECAlgoGetParam* pQuery) {
-        return Run(p, QueryMetaDataCall{pQuery, {}}).result;
-    };
-    rTable.GetContextStatus = [](IKIROCoreAlgo* p) { return Run(p, GetContextStatusCall{{}, {}}).result; };
-    rTable.SetContextEvent  = [](IKIROCoreAlgo* p, KIROTunaraEventType event, BOOL value) {
-        (VOID) Run(p, SetContextEventCall{{event, value}, {}});
-    };
-    rTable.GetContextEvent = [](IKIROCoreAlgo* p, KIROTunaraEventType event) {
-        return Run(p, GetContextEventCall{{event}, {}}).result;
-    };
-    rTable.SetMeteringLock = [](IKIROCoreAlgo* p, const BOOL bLock) {
-        (VOID) Run(p, SetMeteringLockCall{{bLock}, {}});
-    };
-    rTable.RebaseSCD    = [](IKIROCoreAlgo* p, const UINT32 id) { (VOID) Run(p, RebaseSCDCall{{id}, {}}); };
-    rTable.GetSCDOutput = [](IKIROCoreAlgo* p, const UINT32 id, KIROSCDOutput& rOutput) {
-        return Run(p, GetSCDOutputCall{id, &rOutput, {}}).result;
-    };
-}
-
-VOID Recorder::SetOtherFunctions(IKIROCoreAlgo& rTable)
-{
-    rTable.createDataXml = [](IKIROCoreAlgo* p, KIROMLDataType type) {
-        return Run(p, CreateDataXmlCall{type, {}}).result;
-    };
-    rTable.GetFlashMaxCurrent = [](IKIROCoreAlgo* p) { return Run(p, GetFlashMaxCurrentCall{}).result; };
-    rTable.GetFlashCalibInfo  = [](IKIROCoreAlgo* p) { return Run(p, GetFlashCalibInfoCall{}).result; };
-    rTable.getFlashCurrent    = [](IKIROCoreAlgo* p, const KIROAlgoFlashInput* pInput, KIROAlgoFlashOutput* pOutput) {
-        return Run(p, GetFlashCurrentCall{const_cast<KIROAlgoFlashInput*>(pInput), pOutput, {}}).result;
-    };
-    rTable.isPreflashMeteringNeeded =
-        [](IKIROCoreAlgo* p, const KIROCntStatsOut* pOff, UINT32 offCount, const KIROCntStatsOut* pLow, UINT32 lowCount)
+    rpFunction = [](IKIROCoreAlgo* pAlgo, Parameters... parameters) -> Answer
     {
-        return Run(p,
-                   IsPreflashMeteringNeededCall{
-                       const_cast<KIROCntStatsOut*>(pOff), offCount, const_cast<KIROCntStatsOut*>(pLow), lowCount, {}})
-            .result;
+        Call call{};
+        call.arguments = decltype(call.arguments)(Keep<Parameters>(parameters)...);
+        Run(pAlgo, call);
+        if constexpr (Call::hasAnswer)
+        {
+            return call.result;
+        }
     };
-    rTable.GetStartUpExposure = [](IKIROCoreAlgo* p, KIROAlgoStartExposureInfo* pInfo) {
-        return Run(p, GetStartUpExposureCall{pInfo, {}}).result;
-    };
-    rTable.DestroyInstance    = [](IKIROCoreAlgo* p) { (VOID) Run(p, DestroyInstanceCall{}); };
-    rTable.run1DVectorProcess = [](IKIROCoreAlgo* p, kiroglobalelements::VectorProcessorUsageType type, UINT32 samples)
-    {
-        (VOID) Run(p, Run1DVectorProcessCall{{type, samples}, {}});
-    };
-    rTable.reset1DVectorProcessors = [](IKIROCoreAlgo* p, kiroglobalelements::VectorProcessorUsageType type) {
-        (VOID) Run(p, Reset1DVectorProcessorsCall{{type}, {}});
-    };
-    rTable.GetFICData = [](IKIROCoreAlgo* p, VOID* pBytes) { return Run(p, GetFICDataCall{pBytes, {}, {}}).result; };
+}
+
+template <typename... Calls> VOID Recorder::SetFunctions(IKIROCoreAlgo& rTable, std::tuple<Calls...>*)
+{
+    (SetFunction<Calls>(rTable.*TableMember<Calls::slot>), ...);
 }
 
 }  // namespace recording

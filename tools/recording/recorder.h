@@ -8,6 +8,7 @@
 #include <deque>
 #include <mutex>
 #include <string>
+#include <tuple>
 
 #include "tools/recording/chunks.h"
 #include "tools/recording/identities.h"
@@ -44,11 +45,12 @@ private:
         InstanceState state;
     };
 
-    template <typename Call> static Call Run(IKIROCoreAlgo* pAlgo, Call call);
+    template <typename Call> static VOID Run(IKIROCoreAlgo* pAlgo, Call& rCall);
     template <typename Call> VOID        Record(Table& rTable, Call& rCall);
-    static VOID                          SetFrameFunctions(IKIROCoreAlgo& rTable);
-    static VOID                          SetSettingFunctions(IKIROCoreAlgo& rTable);
-    static VOID                          SetOtherFunctions(IKIROCoreAlgo& rTable);
+
+    template <typename Call, typename Answer, typename... Parameters>
+    static VOID                              SetFunction(Answer (*&rpFunction)(IKIROCoreAlgo*, Parameters...));
+    template <typename... Calls> static VOID SetFunctions(IKIROCoreAlgo& rTable, std::tuple<Calls...>*);
 
     VOID Write(ChunkType type, bool isFlushed);
     VOID WriteHostRecords();

@@ -270,7 +270,7 @@ template <typename Call> VOID Replayer::Replay(PresentCall& rCall)
     }
     if constexpr (Call::slot == Slot::runStartOfFrame)
     {
-        rInstance.frameID = call.frameID;
+        rInstance.frameID = std::get<0>(call.arguments);
         ++rInstance.frameCount;
     }
 

@@ -3,32 +3,27 @@
 /// See calls.h.
 #pragma once
 
-#include <tuple>
-
+#include "tools/recording/call.h"
 #include "tools/recording/identities.h"
 #include "tools/recording/queryoutputs.h"
 #include "tools/recording/setparams.h"
-#include "tools/recording/slots.h"
 
 namespace recording
 {
 
-struct SetInputCall
+struct SetInputCall : Call<Slot::setInput>
 {
-    static constexpr Slot slot = Slot::setInput;
-
-    KIROSetInput* pInput;
-    MNKResult     result;
-
     /// Until the parameter is set again: tuning selectors and lists of regions stay the host's.
     INT64 InputKind() const
     {
-        const bool isParam = pInput != nullptr && pInput->source == AECPEKSetParam && pInput->u.pPEKInput != nullptr;
+        const auto& [pInput] = arguments;
+        const bool isParam   = pInput != nullptr && pInput->source == AECPEKSetParam && pInput->u.pPEKInput != nullptr;
         return isParam ? 1 + INT64{pInput->u.pPEKInput->setParamType} : -1;
     }
 
     template <typename A> VOID Inputs(A& rInputs)
     {
+        auto& [pInput] = arguments;
         if (!Pointer(rInputs, "input", pInput))
         {
             return;
@@ -56,27 +51,19 @@ struct SetInputCall
         }
     }
 
-    VOID Invoke(const IKIROCoreAlgo& rTable, IKIROCoreAlgo* pAlgo)
-    {
-        result = rTable.setInput(pAlgo, pInput);
-    }
-
     VOID Outputs(FieldWriter& rOutputs) const
     {
+        const auto& [pInput] = arguments;
         rOutputs.Value("result", result);
         rOutputs.Value("bResetFrameSkip", (pInput != nullptr) ? pInput->bResetFrameSkip : FALSE);
     }
 };
 
-struct SetBankDataCall
+struct SetBankDataCall : Call<Slot::setBankData>
 {
-    static constexpr Slot slot = Slot::setBankData;
-
-    KIROSetBankData* pData;
-    KiroResult       result;
-
     template <typename A> VOID Inputs(A& rInputs)
     {
+        auto& [pData] = arguments;
         if (!Pointer(rInputs, "data", pData))
         {
             return;
@@ -92,26 +79,17 @@ struct SetBankDataCall
         }
     }
 
-    VOID Invoke(const IKIROCoreAlgo& rTable, IKIROCoreAlgo* pAlgo)
-    {
-        result = rTable.setBankData(pAlgo, pData);
-    }
-
     VOID Outputs(FieldWriter& rOutputs) const
     {
         rOutputs.Value("result", result);
     }
 };
 
-struct GetBankDataCall
+struct GetBankDataCall : Call<Slot::getBankData>
 {
-    static constexpr Slot slot = Slot::getBankData;
-
-    KIROGetBankData* pData;
-    KiroResult       result;
-
     template <typename A> VOID Inputs(A& rInputs)
     {
+        auto& [pData] = arguments;
         if (Pointer(rInputs, "data", pData))
         {
             rInputs.Value("bankID", pData->bankID);
@@ -120,14 +98,10 @@ struct GetBankDataCall
         }
     }
 
-    VOID Invoke(const IKIROCoreAlgo& rTable, IKIROCoreAlgo* pAlgo)
-    {
-        result = rTable.getBankData(pAlgo, pData);
-    }
-
     /// Names of entries are for logs, and not the host's to read: they may be gone.
     VOID Outputs(FieldWriter& rOutputs) const
     {
+        const auto& [pData] = arguments;
         rOutputs.Value("result", result);
         if (result == 0 && pData != nullptr && rOutputs.Presence("payload", pData->pData))
         {
@@ -143,42 +117,11 @@ private:
     }
 };
 
-struct SetDynamicBankDataCall
+struct QueryMetaDataCall : Call<Slot::queryMetaData>
 {
-    static constexpr Slot slot = Slot::setDynamicBankData;
-
-    KIRODynamicDataOperationType operation;
-    KIROBankIDType               bankID;
-    INT32                        dataID;
-    KiroResult                   result;
-
     template <typename A> VOID Inputs(A& rInputs)
     {
-        rInputs.Value("operation", operation);
-        rInputs.Value("bankID", bankID);
-        rInputs.Value("dataID", dataID);
-    }
-
-    VOID Invoke(const IKIROCoreAlgo& rTable, IKIROCoreAlgo* pAlgo)
-    {
-        result = rTable.setDynamicBankData(pAlgo, operation, bankID, dataID);
-    }
-
-    VOID Outputs(FieldWriter& rOutputs) const
-    {
-        rOutputs.Value("result", result);
-    }
-};
-
-struct QueryMetaDataCall
-{
-    static constexpr Slot slot = Slot::queryMetaData;
-
-    AECAlgoGetParam* pQuery;
-    KiroResult       result;
-
-    template <typename A> VOID Inputs(A& rInputs)
-    {
+        auto& [pQuery] = arguments;
         if (Pointer(rInputs, "query", pQuery))
         {
             rInputs.Value("type", pQuery->type);
@@ -187,13 +130,9 @@ struct QueryMetaDataCall
         }
     }
 
-    VOID Invoke(const IKIROCoreAlgo& rTable, IKIROCoreAlgo* pAlgo)
-    {
-        result = rTable.queryMetaData(pAlgo, pQuery);
-    }
-
     VOID Learn(InstanceState& rInstance) const
     {
+        const auto& [pQuery] = arguments;
         if (pQuery != nullptr && pQuery->type == AECAlgoGetParamPeerInfo && result == 0)
         {
             LearnPeerInfo(*pQuery, rInstance);
@@ -202,6 +141,7 @@ struct QueryMetaDataCall
 
     VOID Outputs(FieldWriter& rOutputs) const
     {
+        const auto& [pQuery] = arguments;
         rOutputs.Value("result", result);
         if (pQuery != nullptr)
         {
@@ -210,40 +150,10 @@ struct QueryMetaDataCall
     }
 };
 
-struct GetFlashMaxCurrentCall
+struct GetFlashCalibInfoCall : Call<Slot::GetFlashCalibInfo>
 {
-    static constexpr Slot slot = Slot::GetFlashMaxCurrent;
-
-    INT32 result;
-
     template <typename A> VOID Inputs(A&)
     {
-    }
-
-    VOID Invoke(const IKIROCoreAlgo& rTable, IKIROCoreAlgo* pAlgo)
-    {
-        result = rTable.GetFlashMaxCurrent(pAlgo);
-    }
-
-    VOID Outputs(FieldWriter& rOutputs) const
-    {
-        rOutputs.Value("result", result);
-    }
-};
-
-struct GetFlashCalibInfoCall
-{
-    static constexpr Slot slot = Slot::GetFlashCalibInfo;
-
-    AECAlgoFlashCalibrationData result;
-
-    template <typename A> VOID Inputs(A&)
-    {
-    }
-
-    VOID Invoke(const IKIROCoreAlgo& rTable, IKIROCoreAlgo* pAlgo)
-    {
-        result = rTable.GetFlashCalibInfo(pAlgo);
     }
 
     VOID Outputs(FieldWriter& rOutputs) const
@@ -253,16 +163,11 @@ struct GetFlashCalibInfoCall
     }
 };
 
-struct GetFlashCurrentCall
+struct GetFlashCurrentCall : Call<Slot::getFlashCurrent>
 {
-    static constexpr Slot slot = Slot::getFlashCurrent;
-
-    KIROAlgoFlashInput*  pInput;
-    KIROAlgoFlashOutput* pOutput;
-    KiroResult           result;
-
     template <typename A> VOID Inputs(A& rInputs)
     {
+        auto& [pInput, pOutput] = arguments;
         rInputs.Reference("input", pInput);
         if (pInput != nullptr)
         {
@@ -279,63 +184,46 @@ struct GetFlashCurrentCall
         rInputs.Reference("output", pOutput);
     }
 
-    VOID Invoke(const IKIROCoreAlgo& rTable, IKIROCoreAlgo* pAlgo)
-    {
-        result = rTable.getFlashCurrent(pAlgo, pInput, pOutput);
-    }
-
     VOID Outputs(FieldWriter& rOutputs) const
     {
+        const auto& [pInput, pOutput] = arguments;
         rOutputs.Value("result", result);
         rOutputs.Reference("output", pOutput);
     }
 };
 
 /// What inline calibration has learned, as bytes or as their number alone.
-struct GetFICDataCall
+struct GetFICDataCall : Call<Slot::GetFICData>
 {
-    static constexpr Slot slot = Slot::GetFICData;
-
-    VOID*  pBytes;
-    UINT32 result;
-    bool   isWanted;
+    bool isWanted;
 
     template <typename A> VOID Inputs(A& rInputs)
     {
-        isWanted = Blank(rInputs, "pFICData", pBytes);
+        auto& [pBytes] = arguments;
+        isWanted       = Blank(rInputs, "pFICData", pBytes);
     }
 
     /// A replay has the room that the core asks for.
     VOID MakeRoom(IKIROCoreAlgo* pCore, Arena& rArena)
     {
-        pBytes = isWanted ? rArena.Make(pCore->GetFICData(pCore, nullptr)) : nullptr;
-    }
-
-    VOID Invoke(const IKIROCoreAlgo& rTable, IKIROCoreAlgo* pAlgo)
-    {
-        result = rTable.GetFICData(pAlgo, pBytes);
+        auto& [pBytes] = arguments;
+        pBytes         = isWanted ? rArena.Make(pCore->GetFICData(pCore, nullptr)) : nullptr;
     }
 
     VOID Outputs(FieldWriter& rOutputs) const
     {
+        const auto& [pBytes] = arguments;
         rOutputs.Value("result", result);
         rOutputs.Array("bytes", static_cast<const BYTE*>(pBytes), result);
     }
 };
 
-struct DestroyInstanceCall
+struct DestroyInstanceCall : Call<Slot::DestroyInstance>
 {
-    static constexpr Slot slot = Slot::DestroyInstance;
-
     template <typename A> VOID Inputs(A& rInputs)
     {
         rInputs.ForgetHostRecords(HostRecordKind::PeerInfo);
         rInputs.ForgetHostRecords(HostRecordKind::PrecisionFlashHistory);
-    }
-
-    VOID Invoke(const IKIROCoreAlgo& rTable, IKIROCoreAlgo* pAlgo)
-    {
-        rTable.DestroyInstance(pAlgo);
     }
 
     VOID Outputs(FieldWriter&) const
@@ -344,50 +232,31 @@ struct DestroyInstanceCall
 };
 
 /// Functions of a few numbers with a number for an answer, or none.
-template <Slot NumbersSlot, auto Function, typename Result, typename... Numbers> struct NumbersCall
+template <Slot NumbersSlot> struct NumbersCall : Call<NumbersSlot>
 {
-    static constexpr Slot slot = NumbersSlot;
-
-    std::tuple<Numbers...>                                           numbers;
-    std::conditional_t<std::is_void_v<Result>, std::tuple<>, Result> result;
-
     template <typename A> VOID Inputs(A& rInputs)
     {
-        std::apply([&](auto&... rNumbers) { (rInputs.Value("argument", rNumbers), ...); }, numbers);
-    }
-
-    VOID Invoke(const IKIROCoreAlgo& rTable, IKIROCoreAlgo* pAlgo)
-    {
-        const auto call = [&](Numbers... values) { return (rTable.*Function)(pAlgo, values...); };
-        if constexpr (std::is_void_v<Result>)
-        {
-            std::apply(call, numbers);
-        }
-        else
-        {
-            result = std::apply(call, numbers);
-        }
+        std::apply([&](auto&... rNumbers) { (rInputs.Value("argument", rNumbers), ...); }, this->arguments);
     }
 
     VOID Outputs(FieldWriter& rOutputs) const
     {
-        if constexpr (!std::is_void_v<Result>)
+        if constexpr (NumbersCall::hasAnswer)
         {
-            rOutputs.Value("result", result);
+            rOutputs.Value("result", this->result);
         }
     }
 };
 
-using GetContextStatusCall = NumbersCall<Slot::GetContextStatus, &IKIROCoreAlgo::GetContextStatus, UINT64>;
-using SetContextEventCall =
-    NumbersCall<Slot::SetContextEvent, &IKIROCoreAlgo::SetContextEvent, VOID, KIROTunaraEventType, BOOL>;
-using GetContextEventCall =
-    NumbersCall<Slot::GetContextEvent, &IKIROCoreAlgo::GetContextEvent, BOOL, KIROTunaraEventType>;
-using Run1DVectorProcessCall      = NumbersCall<Slot::run1DVectorProcess, &IKIROCoreAlgo::run1DVectorProcess, VOID,
-                                           kiroglobalelements::VectorProcessorUsageType, UINT32>;
-using Reset1DVectorProcessorsCall = NumbersCall<Slot::reset1DVectorProcessors, &IKIROCoreAlgo::reset1DVectorProcessors,
-                                                VOID, kiroglobalelements::VectorProcessorUsageType>;
-using SetMeteringLockCall         = NumbersCall<Slot::SetMeteringLock, &IKIROCoreAlgo::SetMeteringLock, VOID, BOOL>;
-using RebaseSCDCall               = NumbersCall<Slot::RebaseSCD, &IKIROCoreAlgo::RebaseSCD, VOID, UINT32>;
+using RunStartOfFrameCall         = NumbersCall<Slot::runStartOfFrame>;
+using GetFlashMaxCurrentCall      = NumbersCall<Slot::GetFlashMaxCurrent>;
+using SetDynamicBankDataCall      = NumbersCall<Slot::setDynamicBankData>;
+using GetContextStatusCall        = NumbersCall<Slot::GetContextStatus>;
+using SetContextEventCall         = NumbersCall<Slot::SetContextEvent>;
+using GetContextEventCall         = NumbersCall<Slot::GetContextEvent>;
+using Run1DVectorProcessCall      = NumbersCall<Slot::run1DVectorProcess>;
+using Reset1DVectorProcessorsCall = NumbersCall<Slot::reset1DVectorProcessors>;
+using SetMeteringLockCall         = NumbersCall<Slot::SetMeteringLock>;
+using RebaseSCDCall               = NumbersCall<Slot::RebaseSCD>;
 
 }  // namespace recording

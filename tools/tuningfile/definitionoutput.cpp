@@ -4,6 +4,7 @@
 #include <unordered_map>
 
 #include "parameters/parameterdefinitions.h"
+#include "parameters/parameterutils.h"
 #include "tools/tuningfile/slotwriter.h"
 
 namespace tuningfile
@@ -13,42 +14,6 @@ namespace
 {
 
 constexpr UINT32 Unbounded = 0xFFFFFFFF;
-
-ParameterDefinitionType StoredType(tuning::ValueType type)
-{
-    switch (type)
-    {
-    case tuning::ValueType::Int8:
-        return ParameterDefinitionType_Signed8Bits;
-    case tuning::ValueType::UInt8:
-        return ParameterDefinitionType_Unsigned8Bits;
-    case tuning::ValueType::Int16:
-        return ParameterDefinitionType_Signed16Bits;
-    case tuning::ValueType::UInt16:
-        return ParameterDefinitionType_Unsigned16Bits;
-    case tuning::ValueType::Int32:
-        return ParameterDefinitionType_Signed32Bits;
-    case tuning::ValueType::UInt32:
-        return ParameterDefinitionType_Unsigned32Bits;
-    case tuning::ValueType::Int64:
-        return ParameterDefinitionType_Signed64Bits;
-    case tuning::ValueType::UInt64:
-        return ParameterDefinitionType_Unsigned64Bits;
-    case tuning::ValueType::Float:
-        return ParameterDefinitionType_Float;
-    case tuning::ValueType::Double:
-        return ParameterDefinitionType_Double;
-    case tuning::ValueType::Boolean:
-        return ParameterDefinitionType_Boolean;
-    case tuning::ValueType::Enum:
-        return ParameterDefinitionType_Enum;
-    case tuning::ValueType::Text:
-        return ParameterDefinitionType_String;
-    case tuning::ValueType::Record:
-        break;
-    }
-    return ParameterDefinitionType_Structure;
-}
 
 class DefinitionWriter
 {
@@ -83,7 +48,7 @@ private:
         const UINT32 structure = (rMember.pRecord != nullptr) ? AddStructure(*rMember.pRecord) : 0;
         const UINT32 minimum   = rMember.HasCount() ? 0 : rMember.count;
         const UINT32 maximum   = (rMember.form == tuning::Form::Variable) ? Unbounded : rMember.count;
-        rWriter.Add<UINT8>(StoredType(rMember.type));
+        rWriter.Add<UINT8>(ParameterUtils::NativeType(rMember.type));
         rWriter.Add(structure);
         AddText(rWriter, rMember.pName);
         rWriter.Add<UINT16>(0);

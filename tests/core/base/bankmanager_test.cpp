@@ -386,6 +386,22 @@ TEST_F(BankManager, PublishedTriggerIsACopy)
     EXPECT_STREQ(m_pBanks->GetBankName(BankIDTriggers), "BankIDTriggers");
 }
 
+TEST_F(BankManager, ModulesWriteToTheBanksTheyName)
+{
+    DBConvBasePayload                           base{};
+    kirodbconvstretch::DBConvStretchPayload     stretch{};
+    kirodbconvsettle::DBConvSettlePayload       settle{};
+    kirodb2dmeterweight::DBMeter2DWeightPayload weights{};
+    EXPECT_EQ(m_pBanks->SetDataConvBase({3, &base, SourceModuleConvergence}), 0);
+    EXPECT_EQ(m_pBanks->SetDataConvStretch({4, &stretch, SourceModuleConvergence}), 0);
+    EXPECT_EQ(m_pBanks->SetDataConvSettle({5, &settle, SourceModuleConvergence}), 0);
+    EXPECT_EQ(m_pBanks->SetDataMetering2D({6, &weights, SourceModuleConvergence}), 0);
+    EXPECT_EQ(m_pBanks->GetDataConvBase(3), &base);
+    EXPECT_EQ(m_pBanks->GetDataConvStretch(4), &stretch);
+    EXPECT_EQ(m_pBanks->GetDataConvSettle(5), &settle);
+    EXPECT_EQ(m_pBanks->GetDataMetering2D(6), &weights);
+}
+
 TEST(Bank, RemovesTheEntriesOfOneSourceInOrder)
 {
     StatsLogCapture        log;

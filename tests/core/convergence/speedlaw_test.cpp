@@ -24,6 +24,30 @@ TEST_F(ConvergenceTest, SafeMovesByASpeedUnderACap)
     expect(CappingTypeMax, 0.5f, 0.1f, 474.0, 460.0, 493.0);
 }
 
+TEST_F(ConvergenceTest, TriggersThatCannotBeReadCountAsZero)
+{
+    const std::pair<DataBankType, const CHAR*> references[] = {
+        {{BankIDTriggers, 1000}, "KIROCONVRG Trigger bank dataID 1000 is not valid \n"},
+        {{BankIDStatsCalculator, -1}, "KIROCONVRG Stats cal bank dataID -1 is not valid \n"},
+        {{BankIDSceneAnalyzer, 1000}, "KIROCONVRG SA bank dataID 1000 is not valid \n"},
+        {{BankIDConvBase, 1}, "KIROCONVRG Invalid bankID 11 \n"}};
+    // The whole way for triggers above 2, a tenth of it below.
+    ConvBaseLevel3DataType whole{{0.0f, 1.0f}, {1.0f, 1000.0f, 0.0f}};
+    ConvBaseLevel2DataType middle{{0.0f, 1.0f}, 1, 0, &whole};
+    ConvBaseLevel1DataType zones[] = {m_speedTop, {{2.0f, 3.0f}, 1, 0, &middle}};
+    m_base.value.trigger1DataCount = 2;
+    m_base.value.trigger1Data      = zones;
+    m_context.SetTrigger(100, 2.5f);
+    SaveHistory(FrameAt(Same(500.0)));
+    ExpectRun(Same(520.0), Same(520.0), "a trigger of 2.5");
+    for (const auto& [reference, pLine] : references)
+    {
+        m_base.value.trigger1DataBank = reference;
+        ExpectRun(Same(520.0), Same(502.0), pLine);
+        EXPECT_TRUE(m_log.Has(2, pLine)) << pLine;
+    }
+}
+
 TEST_F(ConvergenceTest, AMoveLandsOrIsAtLeastOneUnit)
 {
     const auto expect = [this](UINT32 tolerance, FLOAT speed, DOUBLE target, DOUBLE end)

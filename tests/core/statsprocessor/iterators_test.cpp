@@ -94,6 +94,26 @@ TEST(GridIterator, WalksWithoutARegionEndAtOnce)
     EXPECT_EQ(walk.Visit(), Regions{});
 }
 
+TEST(GridIterator, TheFormWithDefaultsTellsTheChannelAndForgetsTheConfiguration)
+{
+    const AECAlgoROI below = {0.0f, 0.5f, 1.0f, 0.9f, 1.0f};
+    GridWalk         walk(3, 2);
+    KIROItrConfig    config = {nullptr, nullptr};
+    KIROItrInfo      info   = {KIROStatsHist, {}};
+    EXPECT_EQ(walk.m_iterator.Configure(config, info, TRUE), TRUE);
+    EXPECT_EQ(walk.Visit(), (Regions{0, 1, 2, 3, 4, 5}));
+    EXPECT_EQ(info.type, KIROStatsGrid);
+    EXPECT_EQ(info.resolution.width, 3u);
+    EXPECT_EQ(walk.m_iterator.NextHistData(), nullptr);
+
+    config.Set(&NoSubsampling, &below);
+    info.resolution.width = 9;
+    EXPECT_EQ(walk.m_iterator.Configure(config, info, TRUE), FALSE);
+    EXPECT_EQ(info.resolution.width, 9u);
+    EXPECT_EQ(config.pSSInfo, nullptr);
+    EXPECT_EQ(config.pROIInfo, nullptr);
+}
+
 TEST(GridIterator, WholeRegionsScaleTheStartByOneRegionLess)
 {
     // Columns 6 to 10 of 10 start at round(9 * 0.6) = 5, rows 6 to 8 likewise.

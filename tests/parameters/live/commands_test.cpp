@@ -2,6 +2,7 @@
 #include <ctime>
 #include <optional>
 
+#include "parameters/live/parametertriggervalues.h"
 #include "parameters/live/parametervernierworker.h"
 #include "tests/parameters/live/livefixture.h"
 #include "tests/parameters/setmanagerfixture.h"
@@ -322,6 +323,20 @@ TEST_F(LiveCommandsTest, TriggerValuesFollowWhenTheyHaveComeTogether)
     EXPECT_FALSE(m_manager->SetTriggerValues("Default", "alpha", "IPE", "late", values, 2));
 }
 
+TEST(TriggerValues, AreFoundByTheirInstance)
+{
+    const ParameterCTValue values[] = {{1, 0.5}, {2, 4.0}};
+    ParameterTriggerValues request("Default", "alpha", "IPE", 1);
+    EXPECT_TRUE(request.Add("first", values, 1));
+    EXPECT_TRUE(request.Add("second", values, 2));
+    EXPECT_EQ(request.Find("third"), nullptr);
+    ASSERT_NE(request.Find("second"), nullptr);
+    EXPECT_EQ(request.Find("second")->values.size(), 2u);
+    ParameterVernierWorker worker(nullptr);
+    EXPECT_FALSE(worker.TriggerRequestExists("Default", "alpha", "IPE"));
+    EXPECT_FALSE(worker.TriggerRequestExists("Default", nullptr, "IPE"));
+}
+
 TEST_F(LiveCommandsTest, TriggerValuesOfAClientThatHasLeftReachNobody)
 {
     Load();
@@ -425,10 +440,59 @@ TEST_F(LiveCommandsTest, HostsCanReadAndBuildPackets)
     EXPECT_FALSE(m_manager->BuildVernierResponse(packet, 14, length, 2, 99, 12, content, 5));
     EXPECT_FALSE(m_manager->BuildVernierResponse(nullptr, 32, length, 2, 99, 12, content, 5));
 
+    // The answer as a tool reads it.
+    const ParameterVernierWorker tool(nullptr);
+    EXPECT_TRUE(IsLogged("ParameterVernierWorker constructed with a nullptr Set Manager object"));
+    ASSERT_TRUE(tool.ParseResponse(packet, 23, command, id, request, pData, size));
+    EXPECT_EQ(std::tie(command, id, request, size), std::make_tuple(UINT16{5}, UINT64{99}, 12u, 5u));
+    EXPECT_EQ(pData, packet + 18);
+    EXPECT_FALSE(tool.ParseResponse(packet, 18, command, id, request, pData, size));
+    EXPECT_FALSE(tool.ParseResponse(nullptr, 23, command, id, request, pData, size));
+    const Bytes table = Request(9, {}, 99);
+    ASSERT_TRUE(tool.ParseResponse(table.data(), 14, command, id, request, pData, size)) << "no payload";
+    EXPECT_EQ(std::tie(command, id, request, size), std::make_tuple(UINT16{9}, UINT64{99}, 0u, 0u));
+    const Bytes device = Ask(Request(0));
+    ASSERT_TRUE(
+        tool.ParseResponse(device.data(), static_cast<UINT32>(device.size()), command, id, request, pData, size));
+    EXPECT_EQ(std::tie(command, id), std::make_tuple(UINT16{0}, ID()));
+
     ParameterSetManager offline("off", smallschema::Modules, {});
     EXPECT_FALSE(offline.ParseVernierRequest(get.data(), 22, command, id, request, pData, size));
     m_manager->SetLiveTuningAutostart(false);
     EXPECT_FALSE(parse(get, 22));
+}
+
+TEST_F(LiveCommandsTest, ADerivedManagerServesThroughItsMain)
+{
+    Load();
+    ParameterSetManager derived(&*m_manager, 0);
+    EXPECT_EQ(derived.GetLiveTuningPort(), m_manager->GetLiveTuningPort());
+    PList<ParameterCTValue> values;
+    values.Add({3, 0.5});
+    derived.SetControlValues(values);
+    EXPECT_EQ(PayloadOf(Ask(Request(2)), 14), "3=0.500000");
+    derived.SetControlValue({8, 2.5});
+    EXPECT_EQ(PayloadOf(Ask(Request(2)), 14), "8=2.500000") << "takes the place of all";
+
+    TestHandler handler;
+    derived.SetCustomHandler(&handler);
+    ASSERT_TRUE(m_client->Send(Request(7, Text("Default:alpha:IPE"))));
+    ASSERT_TRUE(WaitFor([&] { return handler.requests == 1; }));
+    derived.SetCustomHandler(nullptr);
+    EXPECT_TRUE(derived.SetTriggerValues("Default", "alpha", "IPE", "x", nullptr, 0));
+
+    UINT16      command = 0;
+    UINT64      id      = 0;
+    UINT32      request = 0;
+    UINT32      size    = 0;
+    const BYTE* pData   = nullptr;
+    const Bytes get     = Request(5, Text("a:b"), 99, 12);
+    EXPECT_TRUE(derived.ParseVernierRequest(get.data(), 22, command, id, request, pData, size));
+    BYTE   packet[32] = {};
+    UINT32 length     = 0;
+    EXPECT_TRUE(derived.BuildVernierResponse(packet, sizeof(packet), length, 5, 99, 12, pData, size));
+    derived.SetLiveTuningAutostart(false);
+    EXPECT_FALSE(m_manager->ParseVernierRequest(get.data(), 22, command, id, request, pData, size));
 }
 
 TEST_F(LiveCommandsTest, NoPortIsOpenedUnlessAskedFor)
