@@ -25,9 +25,13 @@ INT32 FindByName(const KIROCntStatsOut* pStats, UINT32 count, const CHAR* pName)
     return NotFound;
 }
 
-/// Regions that both channels of a pair have.
+/// Regions that both channels of a pair have; none if one comes without values.
 UINT32 RegionCount(const KIROCntStatsOut& rLevel, const KIROCntStatsOut& rSaturation)
 {
+    if (rLevel.channelData.Data.pFData == nullptr || rSaturation.channelData.Data.pFData == nullptr)
+    {
+        return 0;
+    }
     return std::min(rLevel.resolution.width * rLevel.resolution.height,
                     rSaturation.resolution.width * rSaturation.resolution.height);
 }

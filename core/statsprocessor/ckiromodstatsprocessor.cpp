@@ -75,6 +75,11 @@ KiroResult CKIROStatsProcessor::SetStats(KIROCntStatsOut& rStats, StatisticsStar
     }
     else
     {
+        if (rStats.channelData.Data.pFData == nullptr)
+        {
+            STATS_LOG_ERROR("Grid buffer missing for stats %s. Skip the stats.", pName);
+            return ResultInvalidInput;
+        }
         if (m_gridStatsBuffer.full())
         {
             STATS_LOG_ERROR("Grid core stats buffer is full. Unable to set!");

@@ -3,6 +3,7 @@
 #include "core/metering/ckiromodmetering.h"
 
 #include <memory>
+#include <utility>
 
 #include "schema/kiroparamextension.h"
 #include "tests/core/metering/analyzerrecords.h"
@@ -341,6 +342,14 @@ TEST_F(Metering, PreflashGoesOnWhileTheLEDBrightensARegion)
     offLevel.assign(256, 101.0f);
     lowSaturation[0] = 99.0f;
     EXPECT_EQ(isNeeded(), FALSE);
+
+    offLevel.assign(256, 50.0f);
+    for (KIROCntStatsOut* pChannel : {&off[0], &off[1], &low[0], &low[1]})
+    {
+        FLOAT* pValues = std::exchange(pChannel->channelData.Data.pFData, nullptr);
+        EXPECT_EQ(isNeeded(), FALSE) << "no values, no region that brightens";
+        pChannel->channelData.Data.pFData = pValues;
+    }
 
     EXPECT_EQ(isNeeded(1), TRUE);
     EXPECT_TRUE(m_log.Has(LevelError, "cannot find OFF stats level index 0 or saturation index -1"));

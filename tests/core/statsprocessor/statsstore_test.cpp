@@ -61,6 +61,11 @@ TEST_F(StatsStore, RefusesStartUpInvalidFramesAndListsBeyondTheirEnd)
     list.pList[0].type                        = static_cast<KIROStatsType>(9);
     EXPECT_EQ(m_pStats->SetStats(list), 0);
     EXPECT_EQ(m_pStats->GetGridStatsCount(), 1u) << "unknown types count as grids";
+
+    list.pList[0].channelData.Data.pFData = nullptr;
+    EXPECT_EQ(m_pStats->SetStats(list), 11);
+    EXPECT_EQ(m_pStats->GetGridStatsCount(), 1u);
+    EXPECT_TRUE(m_log.Has(LevelError, "Grid buffer missing for stats G. Skip the stats."));
 }
 
 TEST_F(StatsStore, FindsTheEarlierOfTwoChannelsByExactName)
