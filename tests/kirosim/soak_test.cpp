@@ -83,7 +83,7 @@ TEST_F(SoakTest, SeesMemoryGrow)
         {
             if (lap == 2)
             {
-                kept.emplace_back(UINT32{32} << 20, BYTE{1});
+                kept.emplace_back(UINT32{128} << 20, BYTE{1});
             }
         });
     ASSERT_FALSE(result.faults.empty());
