@@ -9,6 +9,7 @@
 #include "platform/tavodesk.h"
 #include "tools/debugdata/debugfile.h"
 #include "tools/kirosim/framepacer.h"
+#include "tools/kirosim/memorywatch.h"
 #include "tools/kirosim/queryanswers.h"
 #include "tools/kirosim/replaycommand.h"
 #include "tools/kirosim/runreport.h"
@@ -479,6 +480,7 @@ int main(int argc, char** argv)
         }
         else if (pSoak->parsed())
         {
+            kirosim::RestartWithoutHeapCaches(argv);
             return RunSoak(soak);
         }
         else

@@ -1,13 +1,31 @@
 #include "tools/kirosim/memorywatch.h"
 
+#include <cstdlib>
 #include <fstream>
 #include <stdexcept>
+#include <string>
 
 #include <malloc.h>
 #include <unistd.h>
 
 namespace kirosim
 {
+
+VOID RestartWithoutHeapCaches(CHAR* const* pArguments)
+{
+    constexpr const CHAR* tunables = "GLIBC_TUNABLES";
+    constexpr const CHAR* noCaches = "glibc.malloc.tcache_count=0";
+
+    const CHAR* const pPresent = std::getenv(tunables);
+    const std::string present  = (pPresent != nullptr) ? pPresent : "";
+    if (present.find(noCaches) != std::string::npos)
+    {
+        return;
+    }
+    (VOID) setenv(tunables, (present.empty() ? noCaches : present + ":" + noCaches).c_str(), 1);
+    (VOID) execv("/proc/self/exe", pArguments);
+    throw std::runtime_error("the program cannot be started again without heap caches");
+}
 
 INT64 HeapInUse()
 {

@@ -7,6 +7,12 @@
 namespace kirosim
 {
 
+/// Begins the program again without the caches that the C library's allocator has for each thread, unless it runs so:
+/// what lies in them counts as in use, and over hours they fill.
+/// @param pArguments of main
+/// @throws std::runtime_error if that is not possible
+VOID RestartWithoutHeapCaches(CHAR* const* pArguments);
+
 /// Bytes that are allocated and not freed; 0 under a sanitizer, which has a heap of its own.
 INT64 HeapInUse();
 
