@@ -127,7 +127,7 @@ modes:
           kiroextension: {verboseDebugDataEnable: {StatsList: false}}
 )";
 
-constexpr UINT64 StartExposure = 1000000;
+constexpr UINT64 FirstExposure = 1000000;
 
 class DebugBytes : public testing::Test
 {
@@ -150,7 +150,7 @@ protected:
             rRange.start = {1.0f, 10, 77.0f, 1.0f, 10, 0, 0.0f, 0, 0};
             rRange.end   = {64.0f, 1000000000, 702.0f, 1.0f, 1000000000, 0, 0.0f, 0, 0};
         }
-        std::fill(std::begin(m_convergence.exposures), std::end(m_convergence.exposures), StartExposure);
+        std::fill(std::begin(m_convergence.exposures), std::end(m_convergence.exposures), FirstExposure);
         m_convergence.predictiveGain = 1.0f;
         MakeExposures();
         EndFrame(TRUE);
@@ -194,7 +194,7 @@ protected:
     {
         for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
         {
-            m_arbitration[type].exposureSet = {2.0f, 500000, 10.5f, 1.0f, StartExposure, 200 + type, 0.0f, 0, 0};
+            m_arbitration[type].exposureSet = {2.0f, 500000, 10.5f, 1.0f, FirstExposure, 200 + type, 0.0f, 0, 0};
             m_arbitration[type].FPS         = 24.0f;
         }
     }
@@ -351,7 +351,7 @@ TEST_F(DebugBytes, ConvergenceRecordsLimitsMovesAndItsHistory)
 {
     BeginFrame();
     Meter();
-    std::fill(std::begin(m_metering.exposures), std::end(m_metering.exposures), 10 * StartExposure);
+    std::fill(std::begin(m_metering.exposures), std::end(m_metering.exposures), 10 * FirstExposure);
     Converge();
     EndFrame();
 
