@@ -44,7 +44,7 @@ constexpr INT64 MaxResidentGrowth     = INT64{16} << 20;
 INT64 HeapInUse()
 {
     const struct mallinfo2 info = mallinfo2();
-    return static_cast<INT64>(info.uordblks + info.hblkhd);
+    return static_cast<INT64>(info.uordblks) + static_cast<INT64>(info.hblkhd);
 }
 
 INT64 ResidentBytes()
