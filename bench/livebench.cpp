@@ -6,14 +6,13 @@
 #include <stdexcept>
 #include <thread>
 
+#include "bench/clock.h"
 #include "bench/framerig.h"
 #include "host/controlvalues.h"
 #include "tools/liveclient/liveclient.h"
 
 namespace
 {
-
-using Clock = std::chrono::steady_clock;
 
 constexpr auto   AskInterval    = std::chrono::milliseconds(2);  ///< 500 values per second
 constexpr UINT32 AskedInTurn    = 250;                           ///< short against the moods of a machine
@@ -22,11 +21,6 @@ constexpr UINT32 LostToGiveUp   = 5;  ///< what is asked afterwards counts as lo
 
 constexpr DOUBLE AnswerTimeBarNs = 1e6;
 constexpr DOUBLE FrameRatioBar   = 1.05;
-
-DOUBLE NsSince(Clock::time_point start)
-{
-    return std::chrono::duration<DOUBLE, std::nano>(Clock::now() - start).count();
-}
 
 /// What the heavy tuning says; all differ, so that an answer to another question shows.
 struct Question

@@ -5,17 +5,11 @@
 #include <utility>
 #include <vector>
 
+#include "bench/clock.h"
 #include "bench/results.h"
 
 namespace
 {
-
-using Clock = std::chrono::steady_clock;
-
-DOUBLE NsSince(Clock::time_point start)
-{
-    return std::chrono::duration<DOUBLE, std::nano>(Clock::now() - start).count();
-}
 
 /// What one function of the table took in the frame in progress.
 struct StageClock

@@ -4,6 +4,7 @@
 
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
+#include "core/base/kiroresults.h"
 #include "core/base/tuningaccess.h"
 #include "core/extension/ckirocamsync.h"
 #include "interface/ckiroctrlcorecommon.h"
@@ -12,9 +13,6 @@
 
 namespace
 {
-
-constexpr KiroResult ResultFailed  = 1;
-constexpr KiroResult ResultNoStats = 11;
 
 constexpr INT32 DefaultTriggerLast = TriggerFlashInfluence;
 
@@ -103,7 +101,7 @@ KiroResult CKIROCore::setStats(KIROStatsList& rStats)
     if (m_pStatsProcessor->GetGridStatsCount() == 0)
     {
         STATS_LOG_ERROR("Did not receive any grid stats!");
-        result = ResultNoStats;
+        result = ResultInvalidInput;
     }
     UpdateTorchAndDepthEvents(rStats);
     PopulateStatsDebugData(rStats);

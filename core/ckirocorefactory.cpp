@@ -1,6 +1,7 @@
 #include "core/ckirocorefactory.h"
 
 #include "core/base/kirolog.h"
+#include "core/base/kiroresults.h"
 #include "core/base/tavomemory.h"
 #include "core/ckirocore.h"
 #include "interface/kirocontextaccess.h"
@@ -9,8 +10,6 @@ StatsLogger gStatsLogger = nullptr;
 
 namespace
 {
-
-constexpr MNKResult ResultOutOfMemory = 8;
 
 /// A logger entry counts when it is large enough to hold a pointer.
 constexpr UINT32 LoggerEntrySizeMin = sizeof(VOID*);

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "core/base/kirolog.h"
+#include "core/base/kiroresults.h"
 #include "core/base/tuningaccess.h"
 #include "core/ckirocore.h"
 #include "core/extension/ckirocamsync.h"
@@ -13,9 +14,6 @@
 
 namespace
 {
-
-constexpr KiroResult ResultUnsupportedQuery = 2;
-constexpr KiroResult ResultInvalidArgument  = 4;
 
 /// @return the first output of the type with room for size bytes, null if there is none
 AECAlgoGetParamOutput* FindOutput(const AECAlgoGetParam& rQuery, AECAlgoGetParamOutputType type, size_t size)

@@ -5,6 +5,7 @@
 
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
+#include "core/base/kiroresults.h"
 #include "core/base/tuningaccess.h"
 #include "core/ckirocore.h"
 #include "core/extension/ckirocamsync.h"
@@ -15,8 +16,6 @@ using exposurearithmetic::SaturateToUINT64;
 
 namespace
 {
-
-constexpr KiroResult ResultFailed = 1;
 
 /// The largest ADRC gain with which a camera comes out of HDR.
 constexpr FLOAT ADRCGainOutOfHDRMax = 4.0f;

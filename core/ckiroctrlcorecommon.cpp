@@ -8,6 +8,7 @@
 
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
+#include "core/base/kiroresults.h"
 #include "core/base/tuningaccess.h"
 #include "schema/kiroev.h"
 
@@ -20,8 +21,7 @@ const CHAR* const g_pAECExtParamStringArray[AECExtParamMax + 1] = {
 namespace
 {
 
-constexpr KiroResult ResultNotFound = 6;
-constexpr UINT32     AnyDataCount   = 0xFFFFFFFF;
+constexpr UINT32 AnyDataCount = 0xFFFFFFFF;
 
 constexpr INT32  PeerMapID        = 0;
 constexpr UINT32 PeerMapDataCount = 3;

@@ -6,6 +6,7 @@
 
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
+#include "core/base/kiroresults.h"
 #include "core/ckiromtrtablegen.h"
 #include "core/statsprocessor/ckiromodstatsprocessor.h"
 
@@ -14,8 +15,6 @@ using exposurearithmetic::Epsilon;
 
 namespace
 {
-
-constexpr KiroResult ResultFailed = 1;
 
 constexpr FLOAT NoGain = 1.0f;
 

@@ -2,13 +2,13 @@
 // Nothing here allocates or logs on the per-frame path.
 
 #include "core/base/kirolog.h"
+#include "core/base/kiroresults.h"
 #include "core/ckirocorefactory.h"
 
 namespace
 {
 
-constexpr KiroResult ResultInvalidArgument = 4;
-constexpr INT32      NoFlashCurrent        = -1;
+constexpr INT32 NoFlashCurrent = -1;
 
 bool HasInstance(const IKIROCoreAlgo* pAlgo)
 {

@@ -3,12 +3,11 @@
 #include <algorithm>
 
 #include "core/base/kirolog.h"
+#include "core/base/kiroresults.h"
 #include "core/statsprocessor/ckiromodstatsprocessor.h"
 
 namespace
 {
-
-constexpr KiroResult ResultFailed = 1;
 
 constexpr UINT32 TableWidth   = 16;
 constexpr UINT32 TableSize    = TableWidth * TableWidth;

@@ -227,7 +227,6 @@ namespace
 {
 
 constexpr UINT32 RecordCountSize = 4;  ///< byte count in front of each record
-constexpr UINT32 ArrayCountSize  = 4;  ///< count in front of a fixed array
 constexpr UINT32 PointerPairSize = 8;  ///< count, or a text's length, and the ID of an entry
 constexpr UINT32 FloatSize       = 4;
 

@@ -13,6 +13,8 @@
 
 #include "platform/tavotypes.h"
 
+constexpr UINT32 ArrayCountSize = 4;  ///< count in front of a fixed array
+
 class IParameterLoggingAPI;
 struct ParameterDefinitionStructure;
 

@@ -13,8 +13,6 @@ using tuning::ValueType;
 namespace
 {
 
-constexpr UINT32 ArrayCountSize = 4;  ///< count in front of a fixed array
-
 using Info = ParameterDefinitionElementInfo;
 
 /// Where the items of an array of records stand, as their own readers see it.

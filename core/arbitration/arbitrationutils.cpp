@@ -5,6 +5,7 @@
 
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
+#include "core/base/kiroresults.h"
 #include "core/base/tuningaccess.h"
 #include "schema/kirosync.h"
 
@@ -14,9 +15,6 @@ using exposurearithmetic::SnapMargin;
 
 namespace
 {
-
-constexpr KiroResult ResultFailed        = 1;
-constexpr KiroResult ResultNotApplicable = 10;
 
 VOID UpdateBoundExposure(KIROExposureSetType* pBound)
 {

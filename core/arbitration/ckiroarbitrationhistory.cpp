@@ -4,6 +4,7 @@
 #include "core/arbitration/ckiromodarbitration.h"
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
+#include "core/base/kiroresults.h"
 #include "core/base/tuningaccess.h"
 
 using namespace kiroarbitration;
@@ -12,10 +13,6 @@ using kirodbarbitrationtable::AECExpIncTime;
 
 namespace
 {
-
-constexpr KiroResult ResultFailed        = 1;
-constexpr KiroResult ResultNotFound      = 6;
-constexpr KiroResult ResultNotApplicable = 10;
 
 const ArbitrationReferenceType* FindReference(const KIROArbitrationType* pTuning, INT32 dataID)
 {

@@ -7,6 +7,7 @@
 #include "core/arbitration/ckiromodarbitration.h"
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
+#include "core/base/kiroresults.h"
 
 using exposurearithmetic::Epsilon;
 using exposurearithmetic::SaturateToUINT64;
@@ -14,8 +15,6 @@ using namespace kirodbarbitrationlut;
 
 namespace
 {
-
-constexpr KiroResult ResultFailed = 1;
 
 constexpr INT32 LUTLevels = 2;
 

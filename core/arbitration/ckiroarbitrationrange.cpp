@@ -7,6 +7,7 @@
 #include "core/arbitration/ckiromodarbitration.h"
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
+#include "core/base/kiroresults.h"
 #include "core/extension/ckirocamsync.h"
 
 using exposurearithmetic::Epsilon;
@@ -16,10 +17,6 @@ using namespace kirodbarbitrationrange;
 
 namespace
 {
-
-constexpr KiroResult ResultFailed       = 1;
-constexpr KiroResult ResultNotFollowing = 3;
-constexpr KiroResult ResultNotFound     = 6;
 
 /// Data ID of the time range that precision flash rewrites.
 constexpr INT32 PrecisionFlashRangeID = 17;

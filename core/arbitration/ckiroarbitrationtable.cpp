@@ -6,14 +6,13 @@
 #include "core/arbitration/ckiromodarbitration.h"
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
+#include "core/base/kiroresults.h"
 
 using exposurearithmetic::SaturateToUINT64;
 using namespace kirodbarbitrationtable;
 
 namespace
 {
-
-constexpr KiroResult ResultFailed = 1;
 
 /// A multiplier above this is distributed. Time-first segments test their rest against 1.0 instead.
 constexpr FLOAT MultiplierAboveOne = 1.0000001f;

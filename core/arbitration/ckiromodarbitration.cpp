@@ -6,11 +6,10 @@
 #include "core/base/debugdata.h"
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
+#include "core/base/kiroresults.h"
 
 namespace
 {
-
-constexpr KiroResult ResultFailed = 1;
 
 VOID ReplaceZero(FLOAT* pValue)
 {

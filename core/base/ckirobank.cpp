@@ -4,11 +4,10 @@
 #include <cstring>
 
 #include "core/base/kirolog.h"
+#include "core/base/kiroresults.h"
 
 namespace
 {
-
-constexpr KiroResult ResultNotFound = 6;
 
 constexpr UINT32 EventMask      = 63;
 constexpr UINT64 OnlyAECDefault = 1;

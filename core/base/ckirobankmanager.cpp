@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "core/base/kirolog.h"
+#include "core/base/kiroresults.h"
 #include "core/base/tuningaccess.h"
 
 using kirodbarbitrationlut::DBArbitrationLUTPayload;
@@ -18,10 +19,6 @@ using kirodbsnapshot::DBSnapshotPayload;
 
 namespace
 {
-
-constexpr KiroResult ResultFailed          = 1;
-constexpr KiroResult ResultInvalidArgument = 4;
-constexpr KiroResult ResultNotFound        = 6;
 
 struct BankDescription
 {

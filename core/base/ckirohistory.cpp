@@ -1,6 +1,7 @@
 #include "core/base/ckirohistory.h"
 
 #include "core/base/kirolog.h"
+#include "core/base/kiroresults.h"
 
 using kiroarbitration::EVMinus;
 using kiroarbitration::EVOffsetType;
@@ -10,10 +11,6 @@ using kiroarbitration::SnapshotSearchMethod;
 
 namespace
 {
-
-constexpr KiroResult ResultFailed          = 1;
-constexpr KiroResult ResultInvalidArgument = 4;
-constexpr KiroResult ResultOutOfMemory     = 8;
 
 constexpr UINT8 FrameCountMax = 10;
 

@@ -6,11 +6,10 @@
 #include <limits>
 
 #include "core/base/kirolog.h"
+#include "core/base/kiroresults.h"
 
 namespace
 {
-
-constexpr KiroResult ResultOutOfMemory = 8;
 
 /// Zones are read by copy: the tree consists of records of many types.
 template <typename Zone> Zone ReadZone(const BYTE* pZone)

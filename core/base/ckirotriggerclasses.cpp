@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "core/base/exposurearithmetic.h"
+#include "core/base/kiroresults.h"
 #include "schema/kirodbconvbase.h"
 #include "schema/kirodbconvsettle.h"
 #include "schema/kirodbconvstretch.h"
@@ -19,8 +20,6 @@ using kirostartup::LightDataTriggerDataType;
 
 namespace
 {
-
-constexpr KiroResult ResultOutOfMemory = 8;
 
 constexpr INT FloatArrayCount = 10;
 constexpr INT OneFloatSize    = sizeof(FLOAT);

@@ -14,8 +14,6 @@ using exposurearithmetic::SensiLog103;
 namespace
 {
 
-constexpr FLOAT LandingTolerance = 1.0000001f;
-
 /// Analyzer output that holds the metered dark compensation.
 constexpr INT32 DarkCompensationSlot = 207;
 

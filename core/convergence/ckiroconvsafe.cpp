@@ -9,14 +9,6 @@
 using kirodbconvbase::CappingTypeAbsolute;
 using kirodbconvbase::CappingTypeRatio;
 
-namespace
-{
-
-/// Tolerances below this land exactly on the target: 0 and 1.
-constexpr FLOAT LandingTolerance = 1.0000001f;
-
-}  // namespace
-
 VOID CKIROConvergence::ComputeBasicSafeConvergence()
 {
     const DOUBLE tgtMatchedDelta  = GetExposureInfo(KIROConvTgtMatchDelta, AECAlgoExposureSafe);

@@ -15,6 +15,9 @@
 #include "schema/kirodbconvsettle.h"
 #include "schema/kirodbconvstretch.h"
 
+/// Tolerances below this land exactly on the target: 0 and 1.
+constexpr FLOAT LandingTolerance = 1.0000001f;
+
 /// Selects what GetExposureInfo returns.
 enum KIROConvExpInfoType : INT32
 {

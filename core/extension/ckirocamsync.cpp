@@ -3,18 +3,11 @@
 #include <algorithm>
 
 #include "core/base/kirolog.h"
+#include "core/base/kiroresults.h"
 #include "core/base/tuningaccess.h"
 #include "core/ikirocontextmanager.h"
 
 using namespace kirosync;
-
-namespace
-{
-
-constexpr KiroResult ResultFailed          = 1;
-constexpr KiroResult ResultInvalidArgument = 4;
-
-}  // namespace
 
 CKIROCamsync::CKIROCamsync(IKIROContextManager& rContManager)
     : m_rContManager(rContManager), m_meteringType(AECAlgoMeteringIndependent),

@@ -1,13 +1,12 @@
 // The currents of the flash, and the life of their estimator.
 
 #include "core/base/kirolog.h"
+#include "core/base/kiroresults.h"
 #include "core/extension/cflashcurrentestimator.h"
 #include "core/extension/ckiromodextension.h"
 
 namespace
 {
-
-constexpr KiroResult ResultFailed = 1;
 
 /// What a flash that is off answers; the reference table stays.
 VOID SetFlashOff(KIROAlgoFlashOutput& rOutput)

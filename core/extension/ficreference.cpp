@@ -30,7 +30,7 @@ Window CentralWindow(UINT32 size, FLOAT share)
     return {std::max(middle - before, 0), std::min(middle + after, cells - 1)};
 }
 
-bool IsWithin(FLOAT value, FLOAT centre, FLOAT range)
+bool IsNear(FLOAT value, FLOAT centre, FLOAT range)
 {
     return value >= centre - range && value <= centre + range;
 }
@@ -94,8 +94,8 @@ VOID CFICManager::CollectReferenceRegions()
         for (INT32 column = columns.first; column <= columns.last; ++column)
         {
             const UINT32 cell = static_cast<UINT32>(row) * m_rgbg.width + static_cast<UINT32>(column);
-            if (IsWithin(m_rgbg.rg[cell], m_refRegInfo.refRG, m_refRange) &&
-                IsWithin(m_rgbg.bg[cell], m_refRegInfo.refBG, m_refRange))
+            if (IsNear(m_rgbg.rg[cell], m_refRegInfo.refRG, m_refRange) &&
+                IsNear(m_rgbg.bg[cell], m_refRegInfo.refBG, m_refRange))
             {
                 m_refRegInfo.regionIdx[m_refRegInfo.numRegions] = cell;
                 ++m_refRegInfo.numRegions;

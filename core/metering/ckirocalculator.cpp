@@ -6,6 +6,8 @@
 #include "core/base/debugdata.h"
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
+#include "core/base/kiroresults.h"
+#include "core/statsprocessor/notmeasured.h"
 
 using namespace kirometeringstatscalculator;
 using exposurearithmetic::Epsilon;
@@ -14,9 +16,6 @@ using exposurearithmetic::SaturateToUINT32;
 
 namespace
 {
-
-constexpr KiroResult ResultFailed = 1;
-constexpr FLOAT      NotMeasured  = -1.0f;
 
 /// Every region of the ROI counts.
 constexpr KIROSubsamplingInfo NoSubsampling = {nullptr, 0, 0};

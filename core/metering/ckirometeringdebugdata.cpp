@@ -4,6 +4,7 @@
 
 #include "core/base/debugdata.h"
 #include "core/base/kirolog.h"
+#include "core/base/kiroresults.h"
 #include "core/base/tuningaccess.h"
 #include "core/metering/ckiromodmetering.h"
 #include "schema/kiromtrtablegen.h"
@@ -25,8 +26,6 @@ VOID CKIROMetering::PopulateDebugData(const KIROMeteringOutput& rOutput) const
 /// @return 1 without both flash frames or without the bias table
 KiroResult CKIROMetering::FillFlashDebugData(AECDebugDataFlashType* pRecord, const KIROMeteringOutput& rOutput) const
 {
-    constexpr KiroResult resultFailed = 1;
-
     CKIROHistory&          rHistory = *m_rContextManager.m_pHistory;
     CKIROBankManager&      rBanks   = *m_rContextManager.m_pBankManager;
     const AECFrameHistory* pOff     = rHistory.GetFlashFrame(KIROExtFlashCurrentType::Off);
@@ -35,7 +34,7 @@ KiroResult CKIROMetering::FillFlashDebugData(AECDebugDataFlashType* pRecord, con
     {
         STATS_LOG_ERROR("no flash frames for debug data: off %p low %p", static_cast<const VOID*>(pOff),
                         static_cast<const VOID*>(pLow));
-        return resultFailed;
+        return ResultFailed;
     }
     pRecord->frameOff  = debugdata::Frame(*pOff);
     pRecord->frameLow  = debugdata::Frame(*pLow);
@@ -56,7 +55,7 @@ KiroResult CKIROMetering::FillFlashDebugData(AECDebugDataFlashType* pRecord, con
     if (pTable == nullptr)
     {
         STATS_LOG_ERROR("could not get smart bias table");
-        return resultFailed;
+        return ResultFailed;
     }
     static_assert(sizeof(pRecord->biasTable) == sizeof(pTable->weights));
     std::memcpy(pRecord->biasTable, pTable->weights, sizeof(pRecord->biasTable));

@@ -5,13 +5,12 @@
 #include "core/base/debugdata.h"
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
+#include "core/base/kiroresults.h"
 #include "core/base/tuningaccess.h"
 #include "interface/ckiroctrlcorecommon.h"
 
 namespace
 {
-
-constexpr KiroResult ResultSkipped = 1;
 
 /// Default of the trigger that caps the ADRC gain.
 constexpr FLOAT ADRCCapDefault = 3.0f;
@@ -55,7 +54,7 @@ KiroResult CKIROMetering::RunMeteringPreprocess(KIROMeteringInput& rInput, KIROM
     if (IsFrameSkipped(pReflected, rInput.bStatsValid))
     {
         UsePreviousTargets(pReflected, rInput.bStatsValid, rOutput);
-        return ResultSkipped;
+        return ResultFailed;
     }
 
     PublishReflectedExposures(*pReflected);

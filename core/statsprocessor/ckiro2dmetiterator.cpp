@@ -8,13 +8,6 @@
 
 using exposurearithmetic::SaturateToUINT32;
 
-namespace
-{
-
-constexpr FLOAT NoWeight = -1.0f;
-
-}  // namespace
-
 CKIRO2DMetIterator::CKIRO2DMetIterator()
     : m_roiWidth(0), m_roiHeight(0), m_roiStartHeight(0), m_roiStartWidth(0), m_roiEndHeight(0), m_roiEndWidth(0),
       m_ipStatswidth(0), m_ipStatsHeight(0), m_rowStart(0), m_pRowWeights(nullptr), m_2DWeightTable{},

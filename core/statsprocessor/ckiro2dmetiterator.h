@@ -7,6 +7,8 @@
 class CKIRO2DMetIterator
 {
 public:
+    static constexpr FLOAT NoWeight = -1.0f;
+
     CKIRO2DMetIterator();
     CKIRO2DMetIterator(const CKIRO2DMetIterator&)            = delete;
     CKIRO2DMetIterator& operator=(const CKIRO2DMetIterator&) = delete;
@@ -16,7 +18,7 @@ public:
     BOOL Configure(UINT32 width, UINT32 height, const AECAlgoROI& rROI, const FLOAT* pTable,
                    BOOL bUseDefaultCoordMethod);
 
-    /// @return the weight of a region, -1.0 outside the ROI
+    /// @return the weight of a region, NoWeight outside the ROI
     FLOAT GetWeight(UINT32 index)
     {
         // A walk mostly stays in a row, which is looked up once.

@@ -11,10 +11,6 @@ using exposurearithmetic::SaturateToUINT32;
 namespace
 {
 
-constexpr UINT32              ActiveCell     = 1;
-constexpr UINT32              OneActiveCell  = ActiveCell;
-constexpr KIROSubsamplingInfo SingleCellTile = {&OneActiveCell, 1, 1};
-
 bool IsFullFrame(const AECAlgoROI& rROI)
 {
     return rROI.dx == 1.0f && rROI.dy == 1.0f && rROI.x == 0.0f && rROI.y == 0.0f;

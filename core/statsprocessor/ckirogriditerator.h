@@ -8,6 +8,10 @@
 constexpr UINT32 GridRegionCountMax = 3072;
 constexpr UINT32 GridPatternCellMax = 100;
 
+/// A tile under which every region is active.
+inline constexpr UINT32              ActiveCell     = 1;
+inline constexpr KIROSubsamplingInfo SingleCellTile = {&ActiveCell, 1, 1};
+
 /// An ROI that does not fall on region borders.
 struct ROIInterpInfo
 {

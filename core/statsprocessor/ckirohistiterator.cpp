@@ -1,11 +1,6 @@
 #include "core/statsprocessor/ckirohistiterator.h"
 
-namespace
-{
-
-constexpr FLOAT NotMeasured = -1.0f;
-
-}  // namespace
+#include "core/statsprocessor/notmeasured.h"
 
 CKIROHistIterator::CKIROHistIterator() : m_pStats(nullptr), m_estNumOfRegions(0), m_currentIndex(0), m_histData{}
 {

@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "core/base/kirolog.h"
+#include "core/base/kiroresults.h"
+#include "core/statsprocessor/notmeasured.h"
 
 using kiroglobalelements::KIROStatsGrid;
 using kiroglobalelements::KIROStatsHist;
@@ -11,10 +13,7 @@ using kiroglobalelements::KIROStatsType;
 namespace
 {
 
-constexpr KiroResult ResultFailed       = 1;
-constexpr KiroResult ResultInvalidInput = 11;
-constexpr FLOAT      NotMeasured        = -1.0f;
-constexpr FLOAT      BaseThreshold      = 0.98f;
+constexpr FLOAT BaseThreshold = 0.98f;
 
 const CHAR* TextOrEmpty(const CHAR* pText)
 {

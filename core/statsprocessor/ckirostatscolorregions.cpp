@@ -7,20 +7,19 @@
 #include "core/base/debugdata.h"
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
+#include "core/base/kiroresults.h"
 #include "core/statsprocessor/ckirostatsgridprocessor.h"
 #include "core/statsprocessor/lumaweight.h"
+#include "core/statsprocessor/notmeasured.h"
 
 using exposurearithmetic::Epsilon;
 
 namespace
 {
 
-constexpr KiroResult ResultInvalidInput = 11;
-constexpr FLOAT      NotMeasured        = -1.0f;
-constexpr INT32      NoID               = -1;
-constexpr UINT32     ColorChannelCount  = 3;  // luma, R/G, B/G
-constexpr FLOAT      BufferZoneMin      = 0.0001f;
-constexpr UINT32     LumaWeightCount    = 512;  // regions whose luma weights are kept at a time
+constexpr UINT32 ColorChannelCount = 3;  // luma, R/G, B/G
+constexpr FLOAT  BufferZoneMin     = 0.0001f;
+constexpr UINT32 LumaWeightCount   = 512;  // regions whose luma weights are kept at a time
 
 const CHAR* NameAt(const CHAR* const* ppNames, UINT32 count, UINT32 index)
 {

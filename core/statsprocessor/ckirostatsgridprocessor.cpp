@@ -5,28 +5,21 @@
 
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
+#include "core/base/kiroresults.h"
 #include "core/statsprocessor/lumaweight.h"
+#include "core/statsprocessor/notmeasured.h"
 
 using exposurearithmetic::Epsilon;
 
 namespace
 {
 
-constexpr KiroResult ResultFailed       = 1;
-constexpr KiroResult ResultInvalidInput = 11;
-constexpr FLOAT      NotMeasured        = -1.0f;
-constexpr FLOAT      NoWeight           = -1.0f;
-constexpr INT32      NoID               = -1;
-
-constexpr UINT32              ActiveCell     = 1;
-constexpr KIROSubsamplingInfo SingleCellTile = {&ActiveCell, 1, 1};
-
 bool IsFraction(FLOAT value)
 {
     return value >= 0.0f && value <= 1.0f;
 }
 
-bool IsFullFrame(const AECAlgoROI& rROI)
+bool IsNearlyFullFrame(const AECAlgoROI& rROI)
 {
     return std::abs(rROI.x) < Epsilon && std::abs(rROI.y) < Epsilon && std::abs(rROI.dx - 1.0f) < Epsilon &&
            std::abs(rROI.dy - 1.0f) < Epsilon;
@@ -158,7 +151,7 @@ KiroResult CKIROStatsGridProcessor::GetWeightedLuma(const CHAR* pStatsName, INT3
     rLumaAverage = NotMeasured;
     AECAlgoROI roi{};
     (VOID) GetROI(roiID, roi);
-    if (!IsFullFrame(roi) && bEnableGridInterp == TRUE)
+    if (!IsNearlyFullFrame(roi) && bEnableGridInterp == TRUE)
     {
         return GetWeightedROIInterpLuma(pStatsName, roiID, metTableID, rLumaAverage, statsThreshold);
     }
@@ -177,7 +170,7 @@ KiroResult CKIROStatsGridProcessor::GetWeightedLuma(const CHAR* pStatsName, INT3
         [&](UINT32 index)
         {
             const FLOAT wt = m_mtrItr.GetWeight(index);
-            if (wt != NoWeight)
+            if (wt != CKIRO2DMetIterator::NoWeight)
             {
                 totalWt += wt;
                 sum = std::fma(wt, std::min(pValues[index], statsAbsThreshold), sum);
@@ -228,7 +221,7 @@ bool CKIROStatsGridProcessor::FillIntegrals(const KIROCntStatsOut& rStats, FLOAT
             const UINT32 entry  = row * width + column;
             const UINT32 region = m_gridItr.Next();
             const FLOAT  wt     = m_mtrItr.GetWeight(region);
-            if (wt != NoWeight)
+            if (wt != CKIRO2DMetIterator::NoWeight)
             {
                 pWeight[entry] = wt;
                 pLuma[entry]   = wt * std::min(rStats.channelData.Data.pFData[region], statsAbsThreshold);

@@ -76,6 +76,8 @@ public:
     }
 
 private:
+    static constexpr INT32 NoID = -1;
+
     BOOL       GetROI(INT32 roiID, AECAlgoROI& rROI) const;
     BOOL       ConfigMtrWtTableItr(INT32 tableID, const AECAlgoROI& rROI,
                                    const kirocorestatsconfig::ResolutionType& rResolution, BOOL bUseDefaultCoordMethod);

@@ -6,6 +6,7 @@
 
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
+#include "core/base/kiroresults.h"
 
 using exposurearithmetic::Epsilon;
 using exposurearithmetic::SaturateToUINT32;
@@ -13,8 +14,7 @@ using exposurearithmetic::SaturateToUINT32;
 namespace
 {
 
-constexpr KiroResult ResultFailed = 1;
-constexpr FLOAT      LumaMax      = 256.0f;
+constexpr FLOAT LumaMax = 256.0f;
 
 /// Stands in for an absent weight table. Only bin 0 carries weight, against what the log says; tuned files depend on
 /// it.

@@ -15,7 +15,7 @@ namespace
 {
 
 constexpr std::clock_t CollectingTime = 5001;   ///< ticks of std::clock
-constexpr UINT32       FieldSize      = 512;    ///< of each of the three texts, with terminator
+constexpr UINT32       TextSize       = 512;    ///< of each of the three texts, with terminator
 constexpr UINT32       TriggerAnswer  = 65535;  ///< bytes of the packet
 constexpr size_t       MaxRequests    = 64;     ///< that wait for their age
 constexpr UINT32       MaxTexts       = 65520;  ///< of the three texts with their separators
@@ -61,8 +61,8 @@ VOID ParameterVernierWorker::ProcessTriggerValues(const BYTE* pRequest, UINT32 s
     }
     const CHAR*       pPayloadText = reinterpret_cast<const CHAR*>(pPayload);
     const std::string text(pPayloadText, strnlen(pPayloadText, payloadSize));
-    const CHAR*       pRest                = text.c_str();
-    CHAR              fields[3][FieldSize] = {};
+    const CHAR*       pRest               = text.c_str();
+    CHAR              fields[3][TextSize] = {};
     for (auto& rField : fields)
     {
         pRest += ParameterUtils::GetSubString(pRest, ':', rField, sizeof(rField));

@@ -17,9 +17,6 @@
 namespace
 {
 
-constexpr UINT32 LevelError   = 2;
-constexpr UINT32 LevelWarning = 4;
-
 constexpr UINT64 Bit(KIROTunaraEventType event)
 {
     return 1ULL << event;

@@ -9,7 +9,6 @@
 namespace
 {
 
-constexpr UINT32 LevelError   = 2;
 constexpr UINT32 Untouched    = 77;
 constexpr UINT8  FilledByHost = 0xA5;
 

@@ -18,8 +18,6 @@ namespace
 
 using namespace kiroscenechangedetector;
 
-constexpr UINT32 LevelError = 2;
-
 constexpr INT32  InputSlot  = 70;
 constexpr INT32  ThresSlot1 = 71;  // the threshold is the value of this trigger, plus 100 times the second one
 constexpr INT32  ThresSlot2 = 72;

@@ -9,9 +9,6 @@
 namespace
 {
 
-constexpr UINT32 LevelError = 2;
-constexpr UINT32 LevelTrace = 32;
-
 /// Three exposures: short, long, safe.
 using Exposures = std::array<UINT64, AECAlgoExposureCount>;
 

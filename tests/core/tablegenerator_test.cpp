@@ -10,17 +10,17 @@ using namespace kiromtrtablegen;
 namespace
 {
 
-constexpr INT32  OutputID  = 60;
-constexpr INT32  AverageID = 100;
-constexpr UINT32 Cells     = 256;
+constexpr INT32  OutputID   = 60;
+constexpr INT32  AverageID  = 100;
+constexpr UINT32 TableCells = 256;
 
 /// The base table is 3 everywhere. The tuned weight is the value up to lux index 100 and nothing from 200.
 class TableGeneration : public StatsTest
 {
 protected:
-    TableGeneration() : m_luma(Cells)
+    TableGeneration() : m_luma(TableCells)
     {
-        for (UINT32 index = 0; index < Cells; ++index)
+        for (UINT32 index = 0; index < TableCells; ++index)
         {
             m_luma[index]          = static_cast<FLOAT>(index);
             m_table.weights[index] = 3.0f;
@@ -56,7 +56,7 @@ protected:
     VOID ExpectAll(FLOAT weight)
     {
         ASSERT_NE(Table(), nullptr);
-        EXPECT_EQ(std::count(std::begin(Table()->weights), std::end(Table()->weights), weight), Cells);
+        EXPECT_EQ(std::count(std::begin(Table()->weights), std::end(Table()->weights), weight), TableCells);
     }
 
     GeneratorEndLevelDataType          m_values[2]  = {{{0.0f, 0.0f}, 0.0f}, {{256.0f, 256.0f}, 256.0f}};

@@ -14,8 +14,6 @@ using namespace kirodbsnapshot;
 namespace
 {
 
-constexpr UINT32 LevelError = 2;
-
 using Query = VOID (CKIROTriggerManager::*)(const KIROGeneralizedTriggerSystemInput*,
                                             KIROGeneralizedTriggerSystemOutput&);
 

@@ -14,10 +14,6 @@
 namespace statsfixture
 {
 
-constexpr UINT32 LevelError   = 2;
-constexpr UINT32 LevelWarning = 4;
-constexpr UINT32 LevelTrace   = 32;
-
 constexpr KIROSubsamplingInfo NoSubsampling = {nullptr, 0, 0};
 
 /// @param rValues stay the caller's

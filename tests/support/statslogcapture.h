@@ -7,6 +7,11 @@
 
 #include "interface/ikirocorealgo.h"
 
+constexpr UINT32 LevelError   = 2;
+constexpr UINT32 LevelWarning = 4;
+constexpr UINT32 LevelRare    = 16;
+constexpr UINT32 LevelTrace   = 32;
+
 /// Installs itself as the stats logger and restores the previous one on destruction. The innermost capture receives the
 /// lines. Logging from several threads at once is not supported.
 class StatsLogCapture

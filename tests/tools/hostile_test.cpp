@@ -18,7 +18,7 @@ namespace
 
 using namespace tuningfile;
 
-const char* const Text = R"(
+const char* const GoodText = R"(
 tuning: {createdBy: me, binaryTag: tag}
 x-roi: &roi {dataID: 1, description: "a \"text\"", coords: {fill: 0.5, 1: 2}}
 modes:
@@ -36,7 +36,7 @@ modes:
 
 TEST(Hostile, DamagedFilesAreRefusedOrDumped)
 {
-    const std::vector<BYTE> good = WriteBinary(ParseText(Text, "t.yaml"), NewestVersion);
+    const std::vector<BYTE> good = WriteBinary(ParseText(GoodText, "t.yaml"), NewestVersion);
     const StoreLog          log;
     std::mt19937            random(5);
     UINT32                  accepted = 0;
@@ -64,7 +64,7 @@ TEST(Hostile, DamagedFilesAreRefusedOrDumped)
 
 TEST(Hostile, AModeWhoseIdAnotherHasTakenIsReadWithAllBelowIt)
 {
-    std::vector<BYTE> bytes    = WriteBinary(ParseText(Text, "t.yaml"), NewestVersion);
+    std::vector<BYTE> bytes    = WriteBinary(ParseText(GoodText, "t.yaml"), NewestVersion);
     const SectionInfo section  = ReadBinary(bytes, "t.bin").sections.ModeTables[0];
     const UINT32      nameSize = BinaryFileFormat::GetModeTableNameSize(NewestVersion);
     const UINT32      rowSize  = BinaryFileFormat::GetModeEntrySize(NewestVersion);
@@ -87,7 +87,7 @@ TEST(Hostile, AModeWhoseIdAnotherHasTakenIsReadWithAllBelowIt)
 
 TEST(Hostile, DamagedTextsAreRefusedOrCompiled)
 {
-    const std::string good = Text;
+    const std::string good = GoodText;
     std::mt19937      random(6);
     UINT32            accepted = 0;
     for (UINT32 round = 0; round < 3000; ++round)

@@ -8,8 +8,6 @@ namespace kirosim
 namespace
 {
 
-constexpr DOUBLE NsPerSecond = 1e9;
-
 /// Level that a start exposure without offset gives a mean region, share of full scale.
 constexpr DOUBLE MidGrey = 0.18;
 

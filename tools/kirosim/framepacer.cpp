@@ -10,11 +10,11 @@ namespace kirosim
 namespace
 {
 
-constexpr UINT64 NsPerSecond = 1000000000;
+constexpr UINT64 WholeNsPerSecond = 1000000000;
 
 }  // namespace
 
-FrameSchedule::FrameSchedule(DOUBLE fps) : m_period(static_cast<DOUBLE>(NsPerSecond) / fps), m_frames(0)
+FrameSchedule::FrameSchedule(DOUBLE fps) : m_period(static_cast<DOUBLE>(WholeNsPerSecond) / fps), m_frames(0)
 {
 }
 
@@ -37,12 +37,12 @@ UINT64 FramePacer::Now()
 {
     timespec now = {};
     (VOID) clock_gettime(CLOCK_MONOTONIC, &now);
-    return static_cast<UINT64>(now.tv_sec) * NsPerSecond + static_cast<UINT64>(now.tv_nsec);
+    return static_cast<UINT64>(now.tv_sec) * WholeNsPerSecond + static_cast<UINT64>(now.tv_nsec);
 }
 
 bool FramePacer::SleepUntil(UINT64 due)
 {
-    const timespec time = {static_cast<time_t>(due / NsPerSecond), static_cast<long>(due % NsPerSecond)};
+    const timespec time = {static_cast<time_t>(due / WholeNsPerSecond), static_cast<long>(due % WholeNsPerSecond)};
     return clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &time, nullptr) != EINTR;
 }
 

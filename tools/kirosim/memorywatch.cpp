@@ -30,7 +30,7 @@ VOID RestartWithoutHeapCaches(CHAR* const* pArguments)
 INT64 HeapInUse()
 {
     const struct mallinfo2 info = mallinfo2();
-    return static_cast<INT64>(info.uordblks + info.hblkhd);
+    return static_cast<INT64>(info.uordblks) + static_cast<INT64>(info.hblkhd);
 }
 
 INT64 ResidentBytes()

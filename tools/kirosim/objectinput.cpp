@@ -8,8 +8,6 @@ namespace kirosim
 namespace
 {
 
-constexpr DOUBLE TimeMax = 1e6;  // s
-
 PathPoint ReadPoint(const SceneText& rText, const YAML::Node& rNode)
 {
     PathPoint point{0.0, 0.5, 0.5};
@@ -17,7 +15,7 @@ PathPoint ReadPoint(const SceneText& rText, const YAML::Node& rNode)
     {
         if (rEntry.name == "time")
         {
-            point.time = rText.Number(rEntry, 0.0, TimeMax);
+            point.time = rText.Number(rEntry, 0.0, SceneTimeMax);
         }
         else if (rEntry.name == "x")
         {
@@ -70,11 +68,11 @@ VOID ReadObject(const SceneText& rText, const YAML::Node& rNode, SceneObject& rO
         }
         else if (rEntry.name == "appears")
         {
-            rObject.appears = rText.Number(rEntry, 0.0, TimeMax);
+            rObject.appears = rText.Number(rEntry, 0.0, SceneTimeMax);
         }
         else if (rEntry.name == "goes")
         {
-            rObject.goes = rText.Number(rEntry, 0.0, TimeMax);
+            rObject.goes = rText.Number(rEntry, 0.0, SceneTimeMax);
         }
         else
         {

@@ -8,9 +8,8 @@ namespace kirosim
 namespace
 {
 
-constexpr DOUBLE TimeMax     = 1e6;    // s
-constexpr DOUBLE DistanceMax = 1e4;    // m
-constexpr DOUBLE ShakeMax    = 100.0;  // rad/s
+constexpr DOUBLE MapDistanceMax = 1e4;    // m
+constexpr DOUBLE ShakeMax       = 100.0;  // rad/s
 
 GyroPoint ReadGyroPoint(const SceneText& rText, const YAML::Node& rNode)
 {
@@ -19,7 +18,7 @@ GyroPoint ReadGyroPoint(const SceneText& rText, const YAML::Node& rNode)
     {
         if (rEntry.name == "time")
         {
-            point.time = rText.Number(rEntry, 0.0, TimeMax);
+            point.time = rText.Number(rEntry, 0.0, SceneTimeMax);
         }
         else if (rEntry.name == "rms")
         {
@@ -46,19 +45,19 @@ VOID ReadOutsideMap(const SceneText& rText, const YAML::Node& rNode, OutsideMap&
         }
         else if (rEntry.name == "near")
         {
-            rMap.near = rText.Number(rEntry, 0.0, DistanceMax);
+            rMap.near = rText.Number(rEntry, 0.0, MapDistanceMax);
         }
         else if (rEntry.name == "far")
         {
-            rMap.far = rText.Number(rEntry, 0.0, DistanceMax);
+            rMap.far = rText.Number(rEntry, 0.0, MapDistanceMax);
         }
         else if (rEntry.name == "appears")
         {
-            rMap.appears = rText.Number(rEntry, 0.0, TimeMax);
+            rMap.appears = rText.Number(rEntry, 0.0, SceneTimeMax);
         }
         else if (rEntry.name == "goes")
         {
-            rMap.goes = rText.Number(rEntry, 0.0, TimeMax);
+            rMap.goes = rText.Number(rEntry, 0.0, SceneTimeMax);
         }
         else if (rEntry.name == "targetLuma")
         {

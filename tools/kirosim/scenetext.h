@@ -10,6 +10,8 @@
 namespace kirosim
 {
 
+constexpr DOUBLE SceneTimeMax = 1e6;  ///< s
+
 class SceneText
 {
 public:

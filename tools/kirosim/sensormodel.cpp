@@ -9,8 +9,6 @@ namespace kirosim
 namespace
 {
 
-constexpr DOUBLE NsPerSecond = 1e9;
-
 /// EV of the natural pattern's 4 x 4 blocks around the mean, row by row.
 constexpr DOUBLE NaturalBlocksEV[16] = {0.5, 0.0,  -0.5, 0.3, -0.3, 0.7, -0.7, 0.0,
                                         0.5, -0.5, 0.0,  1.0, -1.0, 0.5, -0.5, 0.0};

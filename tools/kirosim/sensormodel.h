@@ -16,6 +16,8 @@
 namespace kirosim
 {
 
+constexpr DOUBLE NsPerSecond = 1e9;
+
 constexpr UINT32 SamplesPerRegion = 16;
 constexpr UINT32 HistogramBins    = 256;
 

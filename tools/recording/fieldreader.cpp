@@ -10,13 +10,6 @@ using tuning::ValueType;
 namespace recording
 {
 
-namespace
-{
-
-constexpr UINT32 NoText = 0xFFFFFFFF;
-
-}  // namespace
-
 VOID* Arena::Make(size_t size)
 {
     return m_blocks.emplace_back(std::make_unique<BYTE[]>(size)).get();

@@ -16,8 +16,6 @@ static_assert(std::endian::native == std::endian::little, "values go into files 
 namespace
 {
 
-constexpr UINT32 NoText = 0xFFFFFFFF;
-
 constexpr tuning::Enumerator ExposureEnumerators[] = {{"short", 0}, {"long", 1}, {"safe", 2}};
 
 template <typename T> T Load(const BYTE* pBytes)

@@ -15,6 +15,9 @@
 namespace recording
 {
 
+/// Stands for the length of a text that is null.
+constexpr UINT32 NoText = 0xFFFFFFFF;
+
 /// Where a field lies in the bytes, and what it is called.
 struct Label
 {

@@ -16,8 +16,6 @@ namespace tuningfile
 namespace
 {
 
-constexpr UINT32 MaxDepth = 64;  ///< as deep as a text may nest modes
-
 const tuning::ModuleDescription* FindDescription(UINT64 nameHash)
 {
     const auto* pFound =
@@ -88,9 +86,9 @@ private:
             {
                 Note(*pChild, "left out, since a mode of the same name stands before it");
             }
-            else if (depth + 1 >= MaxDepth)
+            else if (depth + 1 >= MaxModeDepth)
             {
-                Note(*pChild, fmt::format("left out, since it stands below {} others", MaxDepth));
+                Note(*pChild, fmt::format("left out, since it stands below {} others", MaxModeDepth));
             }
             else
             {

@@ -23,8 +23,6 @@ using Format = BinaryFileFormat;
 /// A device fetches this much of a file to find the sections, and refuses a file that has less.
 constexpr size_t MinFileSize = 3388;
 
-constexpr size_t MaxFileSize = 0xFFFFFFFF;
-
 constexpr size_t MaxTables       = 255;       ///< the last table index would make the mode ID that means none
 constexpr size_t MaxModes        = 0xFFFFFF;  ///< 24 bits of a mode ID
 constexpr UINT32 SectionRowWidth = 3;         ///< type, offset, size

@@ -18,6 +18,9 @@ constexpr VersionUnion NewestVersion = BinaryFileFormat::MultiModeTableVersion;
 /// Reads "7.0.0". @return nothing if the text is no version from OldestVersion to NewestVersion
 std::optional<VersionUnion> ParseVersion(std::string_view text);
 
+/// What the offsets in a parameter file reach.
+constexpr size_t MaxFileSize = 0xFFFFFFFF;
+
 /// The bytes of a file of a version from OldestVersion to NewestVersion. Files below 6.0.0 carry no modules, since
 /// nothing reads modules from them.
 /// @throws InputError if the tuning exceeds what the format can address

@@ -18,8 +18,6 @@ namespace tuningfile
 namespace
 {
 
-constexpr size_t MaxFileSize = 0xFFFFFFFF;
-
 /// An open file, closed at the end of its scope.
 class Descriptor
 {

@@ -16,7 +16,6 @@ namespace tuningfile
 namespace
 {
 
-constexpr UINT32           MaxDepth      = 64;
 constexpr std::string_view PrivatePrefix = "x-";  ///< entries for the writer's own use, such as anchors
 constexpr const CHAR*      DefaultTool   = "kirotune";
 
@@ -223,9 +222,9 @@ VOID TextInput::CheckPlace(const YamlEntry& rEntry, const ModeTable& rTable, con
 
 VOID TextInput::ReadMode(const YamlEntry& rEntry, ModeTable& rTable, std::optional<UINT32> parent, UINT32 depth)
 {
-    if (depth >= MaxDepth)
+    if (depth >= MaxModeDepth)
     {
-        m_input.Fail(rEntry.key, fmt::format("modes nested too deeply, expected at most {} levels", MaxDepth));
+        m_input.Fail(rEntry.key, fmt::format("modes nested too deeply, expected at most {} levels", MaxModeDepth));
     }
     const UINT32   index = static_cast<UINT32>(rTable.modes.size());
     const ModeName name  = ReadModeName(rEntry.key, rEntry.name);

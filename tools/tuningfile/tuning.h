@@ -14,6 +14,9 @@
 namespace tuningfile
 {
 
+/// Modes that a text may nest in one another.
+constexpr UINT32 MaxModeDepth = 64;
+
 /// A module of a mode.
 struct Module
 {

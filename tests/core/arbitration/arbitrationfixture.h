@@ -15,9 +15,6 @@
 
 using namespace kirodbarbitrationorder;
 
-constexpr UINT32 LevelError   = 2;
-constexpr UINT32 LevelWarning = 4;
-
 constexpr UINT64 Microsecond = 1000;
 constexpr UINT64 Millisecond = 1000 * Microsecond;
 

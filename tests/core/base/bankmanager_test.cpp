@@ -14,9 +14,6 @@ using kirodbconvbase::DBConvBasePayload;
 namespace
 {
 
-constexpr UINT32 LevelError = 2;
-constexpr UINT32 LevelTrace = 32;
-
 constexpr UINT64 Bit(KIROTunaraEventType event)
 {
     return 1ULL << event;

@@ -21,8 +21,6 @@ using kirostartup::LightDataTriggerDataType;
 namespace
 {
 
-constexpr UINT32 LevelError = 2;
-
 /// A zone of the last level.
 template <typename Core> struct Leaf
 {

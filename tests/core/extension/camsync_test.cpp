@@ -16,8 +16,6 @@ namespace
 using namespace kirosync;
 using Exposures = std::array<UINT64, 3>;  // short, long, safe
 
-constexpr UINT32 LevelError = 2;
-
 constexpr FLOAT Dim    = 50.0f;   // lux index of the factor 2
 constexpr FLOAT Bright = 250.0f;  // lux index of the factor 4
 constexpr INT32 Warm   = 3000;    // CCT of the factor 0.5

@@ -17,9 +17,6 @@ namespace
 using namespace kiroflash;
 using enum KIROExtFlashCurrentType;
 
-constexpr UINT32 LevelError   = 2;
-constexpr UINT32 LevelWarning = 4;
-
 struct Point
 {
     FLOAT rg;

@@ -14,12 +14,8 @@ using namespace analyzerrecords;
 namespace
 {
 
-constexpr UINT32 LevelError = 2;
-
 // Bank entries that the tests feed and read.
-constexpr INT32 LumaID       = 10;  // calculator results
 constexpr INT32 WeightID     = 11;
-constexpr INT32 TargetID     = 20;  // analyzer results
 constexpr INT32 FirstOutput  = 30;
 constexpr INT32 ScratchID    = 40;
 constexpr INT32 FreeTrigger  = 100;

@@ -14,12 +14,7 @@ using namespace analyzerrecords;
 namespace
 {
 
-constexpr UINT32 LevelError = 2;
-constexpr UINT32 LevelRare  = 16;
-
-constexpr INT32 LumaID       = 10;  // calculator results
 constexpr INT32 ConfidenceID = 11;
-constexpr INT32 TargetID     = 20;  // analyzer results
 
 // Exposures of a frame, by AECAlgoExposureType.
 constexpr UINT64 Sensitivities[] = {1000, 4000, 2000};

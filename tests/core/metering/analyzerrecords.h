@@ -12,6 +12,10 @@ namespace analyzerrecords
 
 using namespace kirometeringsceneanalyzer;
 
+// What tests feed a measured luma and its target with.
+constexpr INT32 LumaID   = 10;  // calculator results
+constexpr INT32 TargetID = 20;  // analyzer results
+
 constexpr DataBankType NoBank{BankIDInvalid, 0};
 
 inline DataBankType CalculatorBank(INT32 dataID)

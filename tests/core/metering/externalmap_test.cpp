@@ -16,8 +16,6 @@ namespace
 
 using namespace kiroexternalmapprocessor;
 
-constexpr UINT32 LevelError  = 2;
-constexpr UINT32 LevelTrace  = 32;
 constexpr INT32  InputID     = 7;
 constexpr INT32  OutputID    = 8;
 constexpr UINT32 ColumnCount = 16;

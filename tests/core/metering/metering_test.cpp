@@ -15,9 +15,6 @@ using namespace analyzerrecords;
 namespace
 {
 
-constexpr INT32 LumaID   = 10;  // calculator result
-constexpr INT32 TargetID = 20;  // analyzer results, one per analyzer
-
 struct Targets
 {
     UINT64 shortExp;

@@ -17,17 +17,15 @@ using kirometeringsceneanalyzer::SceneAnalyzerType;
 namespace
 {
 
-constexpr UINT32 LevelError = 2;
 constexpr UINT32 AnalyzerID = 3;
 
 // Data IDs that the parameters name.
-constexpr INT32 FrOffID    = 60;
-constexpr INT32 FrOnID     = 61;
-constexpr INT32 BkOffID    = 62;
-constexpr INT32 BkOnID     = 63;
-constexpr INT32 AdjustID   = 70;
-constexpr INT32 GyroID     = 9;
-constexpr FLOAT NotANumber = std::numeric_limits<FLOAT>::quiet_NaN();
+constexpr INT32 FrOffID  = 60;
+constexpr INT32 FrOnID   = 61;
+constexpr INT32 BkOffID  = 62;
+constexpr INT32 BkOnID   = 63;
+constexpr INT32 AdjustID = 70;
+constexpr INT32 GyroID   = 9;
 
 /// Exposures of 1000000 with and without LED, so that lumas are rates.
 class PrecisionFlash : public testing::Test
@@ -276,7 +274,7 @@ TEST_F(PrecisionFlash, MissingDataLeaveTheTriggersAlone)
 
 TEST_F(PrecisionFlash, BrokenParametersFindNothing)
 {
-    for (FLOAT broken : {NotANumber, 1e30f, -1e30f, 1000.0f})
+    for (FLOAT broken : {std::numeric_limits<FLOAT>::quiet_NaN(), 1e30f, -1e30f, 1000.0f})
     {
         m_parameters.assign(12, broken);
         m_context.SetTrigger(TriggerCtrlPrecisionFlashOk, 1.0f);

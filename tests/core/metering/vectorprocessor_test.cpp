@@ -16,11 +16,9 @@ namespace
 
 using namespace kiro1dvectorprocessor;
 
-constexpr UINT32 LevelError = 2;
-constexpr UINT32 LevelTrace = 32;
-constexpr INT32  VectorID   = 7;
-constexpr INT32  ResultID   = 80;  // of every value bank
-constexpr INT32  SampleID   = 5;
+constexpr INT32 VectorID = 7;
+constexpr INT32 ResultID = 80;  // of every value bank
+constexpr INT32 SampleID = 5;
 
 constexpr auto Default = VectorProcessorUsageType::Default;
 constexpr auto Gyro    = VectorProcessorUsageType::Gyro;
