@@ -26,6 +26,11 @@ VOID Add(UINT32& rSum, std::string_view text)
     rSum              = ChecksumOf({reinterpret_cast<const BYTE*>(text.data()), text.size()}, rSum);
 }
 
+BYTE Low(UINT32 value)
+{
+    return static_cast<BYTE>(value);
+}
+
 struct RecordSum
 {
     std::string name;
@@ -48,8 +53,8 @@ public:
         for (UINT32 index = 0; index < rRecord.memberCount; ++index)
         {
             const tuning::RecordMember& rMember = rRecord.pMembers[index];
-            const BYTE                  row[]   = {static_cast<BYTE>(rMember.type), static_cast<BYTE>(rMember.form),
-                                                   static_cast<BYTE>(rMember.count), static_cast<BYTE>(rMember.count >> 8)};
+            const BYTE row[] = {Low(UINT32(rMember.type)), Low(UINT32(rMember.form)), Low(rMember.count),
+                                Low(rMember.count >> 8)};
             recording::Add(sum, rMember.pName);
             sum = ChecksumOf(row, sum);
             if (rMember.pRecord != nullptr)
