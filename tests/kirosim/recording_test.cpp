@@ -1,6 +1,8 @@
 // Recordings of runs, and replays of them: the same where nothing has changed, the right place where something has, and
 // no harm from a file that can hold anything.
 
+#include <algorithm>
+#include <array>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -9,6 +11,7 @@
 
 #include "host/kirodebugdata.h"
 #include "tests/kirosim/simulationrun.h"
+#include "tools/recording/calls.h"
 #include "tools/recording/recorder.h"
 #include "tools/recording/replayer.h"
 #include "tools/recording/slots.h"
@@ -261,6 +264,7 @@ TEST_F(Damage, ByACutIsSaidAndWhatIsWholeIsReplayed)
     {
         m_file.Write(std::span(m_bytes).first(size));
         EXPECT_NE(DamageOf(), "") << size;
+        EXPECT_EQ(size >= 8 && DamageOf().find("cut") == std::string::npos, false) << DamageOf();
         EXPECT_EQ(m_result.calls, whole) << size;
         EXPECT_EQ(m_result.differences, std::vector<std::string>{}) << size;
     }
@@ -316,7 +320,8 @@ TEST_F(Damage, ByCountsThatTheFileCannotHoldIsRefused)
                                                 [type](const Chunk& rChunk) { return rChunk.type == type; }) -
                                    m_chunks.begin());
     };
-    refuses(find(ChunkType::Head), 9, UINT32{1}, "recorded with other records, by version 1.0.0");
+    refuses(find(ChunkType::Head), 9, 0xFFFFFFF0, " of name in ");
+    refuses(find(ChunkType::Head), 13, UINT32{0xFFFFFF}, " of name in ");
     refuses(find(ChunkType::Tuning), 0, 0xFFFFFFF0, " of path in ");
     refuses(find(ChunkType::Instance), 0, UINT32{7}, "cameras out of order");
     refuses(find(ChunkType::Instance), 4, UINT32{3}, "a tuning that is not in the recording");
@@ -324,57 +329,241 @@ TEST_F(Damage, ByCountsThatTheFileCannotHoldIsRefused)
     const size_t statistics = FindCall(m_chunks, Slot::setStats, 1);
     refuses(statistics, 0, UINT32{1}, "of no camera");
     refuses(statistics, 4, UINT16{36}, "a call of no function");
-    refuses(statistics, 46, UINT32{9}, "a call of setStats with");        // fewer channels than follow
-    refuses(statistics, 46 + 4 + 12, 0xFFFFFFFF, "an impossible shape");  // width of the first
+    refuses(statistics, 46, UINT32{9}, "a call of setStats with");  // fewer channels than follow
+    // Width of the first.
+    refuses(
+        statistics, 46 + 4 + 12, 0xFFFFFFFF,
+        "channel ShortLuma of statistics has an impossible shape: 4294967295 x 48 regions, 0 bins; at most 1048576");
     m_chunks.erase(m_chunks.begin() + static_cast<INT64>(statistics) + 1);
     refuses(statistics, 0, UINT32{0}, "a call of setStats without its answer");
 }
 
-TEST(RecordingOfAHost, FollowsRecordsThatTheHostChangesWithoutACall)
+TEST_F(Damage, ByARecordThatHasChangedIsNamed)
 {
-    const TemporaryFile       file;
+    struct Case
+    {
+        size_t      at;  ///< of a byte to change, from the name
+        const CHAR* pText;
+    };
+    for (const Case& rCase : {Case{17, "recorded with another KIROMeteringInput, by version 1.0.0"},
+                              Case{0, "recorded with another XIROMeteringInput, by version 1.0.0"}})
+    {
+        std::vector<Chunk> chunks = m_chunks;
+        std::vector<BYTE>& rHead  = chunks[0].payload;
+        const std::string  record = "KIROMeteringInput";
+        const auto         place  = std::search(rHead.begin(), rHead.end(), record.begin(), record.end());
+        ASSERT_LT(place, rHead.end());
+        place[static_cast<std::ptrdiff_t>(rCase.at)] = 'X';
+        rHead.back() ^= 1;  // the sum over all
+        WriteChunks(m_file.Path(), chunks);
+        EXPECT_NE(DamageOf().find(rCase.pText), std::string::npos) << DamageOf();
+    }
+}
+
+TEST(RecordingDifference, InTheRecordForPeersIsFoundWithoutAFollower)
+{
+    const TemporaryFile file;
+    (VOID) RunScene("two-cameras-follow", 2, Phone(), file.Path().c_str());
+    std::vector<Chunk> chunks = ChunksOf(file.Path());
+    // The slave's, in the last frame: nobody reads it. Its last field is the role.
+    std::vector<BYTE>& rDone = chunks.at(FindCall(chunks, Slot::runEndOfFrame, 4) + 1).payload;
+    rDone[rDone.size() - 4] ^= 3;
+    WriteChunks(file.Path(), chunks);
+    const ReplayResult result = ReplayOf(file.Path());
+    ASSERT_EQ(result.differences.size(), 1u);
+    EXPECT_NE(result.differences[0].find("runEndOfFrame of camera 2: record for peers.algoRole: recorded "),
+              std::string::npos)
+        << result.differences[0];
+}
+
+/// A host of its own, with the library as hosts have it.
+class RecordingOfAHost : public testing::Test
+{
+protected:
+    IKIROCoreAlgo* Create(LoadedTuning& rTuning)
+    {
+        StatsTuningData tuning = rTuning.Data(DefaultSelectors());
+        return m_recorder.Wrap(m_library.Create(tuning, m_debugData, DiscardLog), tuning);
+    }
+
+    static VOID Destroy(IKIROCoreAlgo* pAlgo)
+    {
+        pAlgo->DestroyInstance(pAlgo);
+    }
+
+    /// @return what the recorder has to say at the end
+    std::string Finish()
+    {
+        try
+        {
+            m_recorder.Finish();
+            return {};
+        }
+        catch (const std::runtime_error& rError)
+        {
+            return rError.what();
+        }
+    }
+
+    TemporaryFile   m_file;
+    Recorder        m_recorder{m_file.Path()};
+    KiroCoreLibrary m_library;
+    KiroDebugData   m_debugData;
+};
+
+TEST_F(RecordingOfAHost, OfManyCamerasAndTwoTuningsIsReplayed)
+{
+    LoadedTuning other(EXAMPLES_DIR "/tunings/minimal.yaml");
+    m_recorder.AddTuning(&Phone().Manager(), Phone().Reference());
+    m_recorder.AddTuning(&other.Manager(), other.Reference());
+    for (INT camera = 0; camera < 40; ++camera)
+    {
+        IKIROCoreAlgo* pAlgo = Create((camera % 2 == 0) ? Phone() : other);
+        EXPECT_EQ(pAlgo->runStartOfFrame(pAlgo, 1), 0);
+        Destroy(pAlgo);
+    }
+    EXPECT_EQ(Finish(), "");
+
+    std::vector<std::string> paths;
+    ReplayPlan               plan;
+    plan.logger = DiscardLog;
+    plan.tuning = [&](const TuningReference& rTuning) -> VOID*
+    {
+        paths.push_back(rTuning.path);
+        return (paths.size() == 1) ? &Phone().Manager() : &other.Manager();
+    };
+    const ReplayResult result = Replayer(m_file.Path(), plan).Run();
+    EXPECT_EQ(paths, (std::vector<std::string>{Phone().Reference().path, other.Reference().path}));
+    EXPECT_EQ(result.differences, std::vector<std::string>{});
+    EXPECT_EQ(result.damage, "");
+    EXPECT_EQ(result.calls, 80u);
+}
+
+TEST_F(RecordingOfAHost, EndsAtTheSeventeenthCameraAtATime)
+{
+    m_recorder.AddTuning(&Phone().Manager(), Phone().Reference());
+    std::vector<IKIROCoreAlgo*> cameras;
+    for (INT camera = 0; camera < 17; ++camera)
+    {
+        cameras.push_back(Create(Phone()));
+    }
+    EXPECT_EQ(cameras.back()->runStartOfFrame(cameras.back(), 1), 0);
+    std::for_each(cameras.begin(), cameras.end(), Destroy);
+    EXPECT_EQ(Finish(), m_file.Path() + ": ends after 0 calls: more than 16 cameras at a time");
+    EXPECT_EQ(ReplayOf(m_file.Path()).damage, "cut: its end is missing");
+}
+
+TEST_F(RecordingOfAHost, EndsAtAStoreThatItDoesNotKnow)
+{
+    Destroy(Create(Phone()));
+    EXPECT_EQ(Finish(), m_file.Path() + ": ends after 0 calls: a camera uses a tuning store that the recorder was not "
+                                        "told of");
+}
+
+TEST_F(RecordingOfAHost, EndsAtStatisticsThatAReplayWouldRefuse)
+{
+    m_recorder.AddTuning(&Phone().Manager(), Phone().Reference());
+    IKIROCoreAlgo* pAlgo = Create(Phone());
+    INT            bins[4]{};
+    CHAR           name[] = "SafeHist";
+    KIROStatsList  statistics{};
+    statistics.count                             = 1;
+    statistics.pList[0].type                     = kiroglobalelements::KIROStatsHist;
+    statistics.pList[0].resolution               = {3, 2, 4, 8};
+    statistics.pList[0].channelData.pChannelName = name;
+    statistics.pList[0].channelData.Data.pIData  = bins;
+    (VOID) pAlgo->setStats(pAlgo, statistics);  // off: not read
+    statistics.pList[0].channelData.bChannelEnabled = TRUE;
+    (VOID) pAlgo->setStats(pAlgo, statistics);
+    Destroy(pAlgo);
+    EXPECT_EQ(Finish(), m_file.Path() +
+                            ": ends after 1 calls: setStats of camera 1: channel SafeHist of statistics has "
+                            "an impossible shape: 3 x 2 regions, 4 bins; a histogram has no more regions "
+                            "than bins");
+}
+
+TEST(RecordingOfAHistogram, HasTheEntryBehindTheBinsIfTheSizeCoversIt)
+{
+    INT            bins[] = {1, 2, 3, 4, 5};
+    FLOAT          values[4]{};
+    CHAR           name[] = "SafeHist";
+    KIROStatsList  statistics{};
+    KIROStatsList* pRead = nullptr;
+    statistics.count     = 1;
+    statistics.pList[0]  = {1, kiroglobalelements::KIROStatsHist, {0, 0, 4, 8}, {TRUE, name, {bins}, 0, values}};
+    for (const auto& [size, last] : {std::pair<UINT32, INT>{20, 5}, {16, 0}})
+    {
+        statistics.pList[0].channelData.dataSize = size;
+        std::vector<BYTE>  bytes;
+        RecordedIdentities recorded;
+        InstanceState      instance;
+        SetStatsCall       written{{{&statistics}, 0}};
+        InputWriter        writer(bytes, recorded, instance);
+        written.Inputs(writer);
+
+        Arena            arena;
+        ReplayIdentities replayed;
+        ReplayInstance   replayedInstance;
+        InputReader      reader(bytes, arena, replayed, replayedInstance);
+        StatisticsList(reader, pRead);
+        EXPECT_EQ(pRead->pList[0].channelData.Data.pIData[3], 4);
+        EXPECT_EQ(pRead->pList[0].channelData.Data.pIData[4], last);
+    }
+}
+
+/// Addresses that the core does not look at: neither does the recorder.
+TEST_F(RecordingOfAHost, FollowsRecordsThatTheHostChangesWithoutACallAndNoOthers)
+{
+    auto* const               pNowhere = reinterpret_cast<FLOAT*>(8);
     KIROPrecisionFlashHistory history{};
     AECMultiCamInfo           peer{};
-    {
-        Recorder        recorder(file.Path());
-        KiroCoreLibrary library;
-        KiroDebugData   debugData;
-        recorder.AddTuning(&Phone().Manager(), Phone().Reference());
-        StatsTuningData tuning = Phone().Data(DefaultSelectors());
-        IKIROCoreAlgo*  pCore  = library.Create(tuning, debugData, DiscardLog);
-        IKIROCoreAlgo*  pAlgo  = recorder.Wrap(pCore, tuning);
-        EXPECT_EQ(pAlgo->pCore, pCore->pCore);
+    m_recorder.AddTuning(&Phone().Manager(), Phone().Reference());
+    IKIROCoreAlgo* pAlgo = Create(Phone());
 
-        KIROCoreSetParam param = {KIROCorePrecisionFlashHistory, sizeof(history), &history};
-        KIROSetInput     input{};
-        input.source           = KIROCoreInternalParam;
-        input.u.pKirocoreParam = &param;
-        EXPECT_EQ(pAlgo->setInput(pAlgo, &input), 0);
-        StatsPeerInfoCombo peers{};
-        peers.peerInfo[1]         = &peer;
-        AECAlgoSetParam peerParam = {&peers, sizeof(peers), AECAlgoSetParamPeerInfo};
-        input.source              = AECPEKSetParam;
-        input.u.pPEKInput         = &peerParam;
-        EXPECT_EQ(pAlgo->setInput(pAlgo, &input), 0);
-        EXPECT_EQ(pAlgo->runStartOfFrame(pAlgo, 1), 0);
-        history.curReqID = 5;
-        peer.CCT         = 4000;
-        EXPECT_EQ(pAlgo->runStartOfFrame(pAlgo, 2), 0);
-        EXPECT_EQ(pAlgo->setInput(pAlgo, nullptr), 1);
-        CKIROTriggerDataXML* pData = pAlgo->createDataXml(pAlgo, KIROMLBaseDataType);
-        pData->DestoryInstance(pData);
-        EXPECT_EQ(pAlgo->runStartOfFrame(nullptr, 1), 4) << "unrecorded, as the core answers it";
-        pAlgo->DestroyInstance(pAlgo);
-        recorder.Finish();
+    KIROCoreSetParam param = {KIROCorePrecisionFlashHistory, sizeof(history), &history};
+    KIROSetInput     input{};
+    input.source           = KIROCoreInternalParam;
+    input.u.pKirocoreParam = &param;
+    EXPECT_EQ(pAlgo->setInput(pAlgo, &input), 0);
+    StatsPeerInfoCombo peers{};
+    peers.needSync            = TRUE;
+    peers.isActive[1]         = TRUE;
+    peers.peerInfo[1]         = &peer;
+    peers.peerInfo[2]         = pNowhere;
+    AECAlgoSetParam peerParam = {&peers, sizeof(peers), AECAlgoSetParamPeerInfo};
+    input.source              = AECPEKSetParam;
+    input.u.pPEKInput         = &peerParam;
+    EXPECT_EQ(pAlgo->setInput(pAlgo, &input), 0);
+    EXPECT_EQ(pAlgo->runStartOfFrame(pAlgo, 1), 0);
+    history.curReqID = 5;
+    peer.CCT         = 4000;
+    EXPECT_EQ(pAlgo->runStartOfFrame(pAlgo, 2), 0);
+    EXPECT_EQ(pAlgo->setInput(pAlgo, nullptr), 1);
+
+    std::array<FLOAT, 256>         cells{};
+    std::array<KIROCntStatsOut, 3> channels{};
+    CHAR                           names[3][12] = {"unread", "luma16Off", "sat16Off"};
+    for (size_t index = 0; index < channels.size(); ++index)
+    {
+        channels[index].resolution               = {16, 16, 0, 8};
+        channels[index].channelData.pChannelName = names[index];
+        channels[index].channelData.Data.pFData  = (index == 0) ? pNowhere : cells.data();
     }
-    const std::vector<Chunk> chunks = ChunksOf(file.Path());
+    EXPECT_EQ(pAlgo->isPreflashMeteringNeeded(pAlgo, channels.data(), 3, channels.data(), 1), TRUE);
+    CKIROTriggerDataXML* pData = pAlgo->createDataXml(pAlgo, KIROMLBaseDataType);
+    pData->DestoryInstance(pData);
+    EXPECT_EQ(pAlgo->runStartOfFrame(nullptr, 1), 4) << "unrecorded, as the core answers it";
+    Destroy(pAlgo);
+    EXPECT_EQ(Finish(), "");
+
+    const std::vector<Chunk> chunks = ChunksOf(m_file.Path());
     EXPECT_EQ(
         std::count_if(chunks.begin(), chunks.end(), [](const Chunk& rChunk) { return rChunk.type == ChunkType::Host; }),
         4);
-    const ReplayResult result = ReplayOf(file.Path());
+    const ReplayResult result = ReplayOf(m_file.Path());
     EXPECT_EQ(result.differences, std::vector<std::string>{});
     EXPECT_EQ(result.damage, "");
-    EXPECT_EQ(result.calls, 7u);
+    EXPECT_EQ(result.calls, 8u);
     EXPECT_EQ(result.frames, 2u);
 }
 

@@ -69,6 +69,9 @@ refuses "phone.yaml: not the tuning of the recording, which is .*good.bin .*--fo
 head -c 100000 "$work/run.rec" >"$work/cut.rec"
 ASAN_OPTIONS=detect_leaks=0 refuses "cut.rec: cut or damaged at byte [0-9]+: a chunk CALL" kirosim replay "$work/cut.rec"
 refuses "good.bin: no recording" kirosim replay "$good"
+mv "$good" "$good.away"
+ASAN_OPTIONS=detect_leaks=0 refuses "good.bin: .*--tuning names another" kirosim replay "$work/run.rec"
+mv "$good.away" "$good"
 
 for output in out.csv out.bin out.dbg; do
     [ ! -e "$work/$output" ] || { echo "$output was left behind"; failures=$((failures + 1)); }

@@ -156,7 +156,7 @@ private:
     std::optional<tuningfile::FileReplacement> m_file;
 };
 
-/// The files that a run leaves; none takes its place before the run is over.
+/// The files that a run leaves; none takes its place before the run is over, and its cameras may be gone by then.
 class RunFiles
 {
 public:
@@ -302,6 +302,23 @@ KiroTableDecorator MakeRecorder(const RunOptions& rOptions, kirosim::LoadedTunin
     { return rRecorder->Wrap(pAlgo, rTuningData); };
 }
 
+/// @return what is wrong with the recording, empty if nothing is
+std::string FinishRecording(std::optional<recording::Recorder>& rRecorder)
+{
+    try
+    {
+        if (rRecorder.has_value())
+        {
+            rRecorder->Finish();
+        }
+        return {};
+    }
+    catch (const std::runtime_error& rError)
+    {
+        return rError.what();
+    }
+}
+
 VOID Run(const RunOptions& rOptions)
 {
     const kirosim::Scene scene = ReadRunScene(rOptions);
@@ -309,16 +326,17 @@ VOID Run(const RunOptions& rOptions)
     kirosim::LoadedTuning tuning(rOptions.tuning, !rOptions.isNotLive && rOptions.record.empty());
     ShowPort(rOptions, tuning);
     std::optional<recording::Recorder> recorder;
-    kirosim::Simulation                simulation(scene, tuning, LogToStderr, MakeRecorder(rOptions, tuning, recorder));
-    kirosim::RunReport                 report(scene);
-    const kirosim::StopSignal          stopSignal;  // before there are files to clear away
-    RunFiles                           files(rOptions, simulation);
-    kirosim::FramePacer                pacer(scene.fps);
+    std::optional<kirosim::Simulation> simulation;
+    simulation.emplace(scene, tuning, LogToStderr, MakeRecorder(rOptions, tuning, recorder));
+    kirosim::RunReport        report(scene);
+    const kirosim::StopSignal stopSignal;  // before there are files to clear away
+    RunFiles                  files(rOptions, *simulation);
+    kirosim::FramePacer       pacer(scene.fps);
     if (!rOptions.isQuiet)
     {
         fmt::print("{}", kirosim::TableHeader());
     }
-    simulation.Run(
+    simulation->Run(
         [&](const kirosim::FrameRecord& rRecord)
         {
             report.Add(rRecord);
@@ -336,15 +354,16 @@ VOID Run(const RunOptions& rOptions)
         // Half of a run in batch is no result.
         throw std::runtime_error("interrupted");
     }
+    const std::string answers =
+        rOptions.isAsking ? kirosim::QueryAnswers(simulation->MainCamera().Host().Algo()) : std::string();
+    simulation.reset();  // its end is recorded too
+    // None of the files keeps the others from being whole.
+    const std::string recordingError = FinishRecording(recorder);
     files.Write();
-    fmt::print("{}", report.Format());
-    if (rOptions.isAsking)
+    fmt::print("{}{}", report.Format(), answers);
+    if (!recordingError.empty())
     {
-        fmt::print("{}", kirosim::QueryAnswers(simulation.MainCamera().Host().Algo()));
-    }
-    if (recorder.has_value())
-    {
-        recorder->Finish();
+        throw std::runtime_error(recordingError);
     }
 }
 
@@ -444,7 +463,10 @@ int main(int argc, char** argv)
     kirosim::ReplayOptions replayOptions;
     CLI::App*              pReplay = app.add_subcommand("replay", "drive the library from a recording and compare");
     pReplay->add_option("file", replayOptions.file, "recording, of kirosim run --record")->required();
-    pReplay->add_option("--tuning", replayOptions.tuning, "tuning, if it is not where it was");
+    pReplay
+        ->add_option("--tuning", replayOptions.tunings,
+                     "tuning, if it is not where it was; once for each tuning of the recording, in their order")
+        ->allow_extra_args(false);
     pReplay->add_flag("--force", replayOptions.isForced, "take another tuning than the recorded one");
     pReplay->add_flag("--all", replayOptions.isAll, "go on after a difference, up to 100");
     pReplay->add_flag("--verbose", options.isVerbose, "print errors and warnings of the library");

@@ -1,7 +1,7 @@
 #include "tools/kirosim/replaycommand.h"
 
+#include <deque>
 #include <fmt/format.h>
-#include <optional>
 #include <stdexcept>
 
 #include "tools/kirosim/loadedtuning.h"
@@ -16,26 +16,58 @@ namespace
 /// With --all.
 constexpr size_t DifferenceMax = 100;
 
-}  // namespace
-
-bool Replay(const ReplayOptions& rOptions, StatsLogger logger)
+/// The tunings of a recording, one after another.
+class ReplayedTunings
 {
-    std::optional<LoadedTuning> tuning;  // outlives the replayer
-    recording::ReplayPlan       plan;
-    plan.logger        = logger;
-    plan.differenceMax = rOptions.isAll ? DifferenceMax : 1;
-    plan.tuning        = [&](const recording::TuningReference& rRecorded) -> VOID*
+public:
+    explicit ReplayedTunings(const ReplayOptions& rOptions) : m_rOptions(rOptions)
     {
-        tuning.emplace(rOptions.tuning.empty() ? rRecorded.path : rOptions.tuning);
-        const recording::TuningReference& rPresent = tuning->Reference();
-        if (!rOptions.isForced && !rPresent.HasSameContent(rRecorded))
+    }
+
+    /// @throws std::runtime_error if it cannot be read, or is another one
+    VOID* Load(const recording::TuningReference& rRecorded)
+    {
+        const recording::TuningReference& rPresent = Read(rRecorded.path).Reference();
+        if (!m_rOptions.isForced && !rPresent.HasSameContent(rRecorded))
         {
             throw std::runtime_error(fmt::format(
                 "{}: not the tuning of the recording, which is {} (checksum {:08x}, not {:08x}); --force takes it",
                 rPresent.path, rRecorded.path, rRecorded.checksum, rPresent.checksum));
         }
-        return &tuning->Manager();
-    };
+        return &m_tunings.back().Manager();
+    }
+
+private:
+    LoadedTuning& Read(const std::string& rRecordedPath)
+    {
+        if (m_tunings.size() < m_rOptions.tunings.size())
+        {
+            return m_tunings.emplace_back(m_rOptions.tunings[m_tunings.size()]);
+        }
+        try
+        {
+            return m_tunings.emplace_back(rRecordedPath);
+        }
+        catch (const std::runtime_error& rError)
+        {
+            throw std::runtime_error(
+                fmt::format("{} (the path is the recording's; --tuning names another)", rError.what()));
+        }
+    }
+
+    const ReplayOptions&     m_rOptions;
+    std::deque<LoadedTuning> m_tunings;
+};
+
+}  // namespace
+
+bool Replay(const ReplayOptions& rOptions, StatsLogger logger)
+{
+    ReplayedTunings       tunings(rOptions);  // outlive the replayer
+    recording::ReplayPlan plan;
+    plan.logger        = logger;
+    plan.differenceMax = rOptions.isAll ? DifferenceMax : 1;
+    plan.tuning        = [&](const recording::TuningReference& rRecorded) { return tunings.Load(rRecorded); };
     recording::Replayer           replayer(rOptions.file, plan);
     const recording::ReplayResult result = replayer.Run();
     for (const std::string& rDifference : result.differences)

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "interface/ikirocorealgo.h"
 
@@ -11,10 +12,10 @@ namespace kirosim
 
 struct ReplayOptions
 {
-    std::string file;
-    std::string tuning;  ///< empty for the path in the recording
-    bool        isForced = false;
-    bool        isAll    = false;
+    std::string              file;
+    std::vector<std::string> tunings;  ///< in the order of the recording's; those beyond are read from where they were
+    bool                     isForced = false;
+    bool                     isAll    = false;
 };
 
 /// Prints what the replay has found, one line each: differences, damage, and what was the same.

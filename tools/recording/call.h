@@ -53,6 +53,9 @@ inline constexpr auto TableMembers = std::tuple{
 #undef SLOT
 };
 
+static_assert(sizeof(IKIROCoreAlgo) == (1 + std::tuple_size_v<decltype(TableMembers)>)*sizeof(VOID*),
+              "a function of the table is not among the slots");
+
 template <Slot TheSlot> inline constexpr auto TableMember = std::get<static_cast<size_t>(TheSlot)>(TableMembers);
 
 template <Slot TheSlot, typename Member = std::remove_const_t<decltype(TableMember<TheSlot>)>> struct Call;

@@ -145,6 +145,8 @@ struct RunExtensionCall : Call<Slot::runExtension>
 
 struct RunEndOfFrameCall : Call<Slot::runEndOfFrame>
 {
+    const AECMultiCamInfo* pOwnRecord;  ///< that this function writes for peers; null until the host has asked for it
+
     template <typename A> VOID Inputs(A& rInputs)
     {
         auto& [pFrameInfo, pInput, pMetering, pConvergence, pArbitration] = arguments;
@@ -155,6 +157,11 @@ struct RunEndOfFrameCall : Call<Slot::runEndOfFrame>
         rInputs.Array("arbitration", pArbitration, AECAlgoExposureCount);
     }
 
+    VOID Learn(const InstanceState& rInstance)
+    {
+        pOwnRecord = static_cast<const AECMultiCamInfo*>(rInstance.pPeerInfo);
+    }
+
     VOID Outputs(FieldWriter& rOutputs) const
     {
         const auto& [pFrameInfo, pInput, pMetering, pConvergence, pArbitration] = arguments;
@@ -163,6 +170,7 @@ struct RunEndOfFrameCall : Call<Slot::runEndOfFrame>
         rOutputs.Record("metering", *pMetering);
         rOutputs.Record("convergence", *pConvergence);
         rOutputs.Array("arbitration", pArbitration, AECAlgoExposureCount);
+        rOutputs.Reference("record for peers", pOwnRecord);
     }
 };
 

@@ -1,5 +1,6 @@
 #include "tools/recording/chunks.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
@@ -158,10 +159,15 @@ ChunkReader::ChunkReader(const std::string& rPath)
 
 VOID ChunkReader::ReadHeader(const std::string& rPath)
 {
-    Header header{};
-    if (!Take(&header, sizeof(header)) || std::memcmp(header.magic, Magic, sizeof(Magic)) != 0)
+    Header       header{};
+    const size_t size = std::min<UINT64>(sizeof(header), m_size);
+    if (size < sizeof(Magic) || !Take(&header, size) || std::memcmp(header.magic, Magic, sizeof(Magic)) != 0)
     {
         throw std::runtime_error(rPath + ": no recording");
+    }
+    if (size < sizeof(header))
+    {
+        throw std::runtime_error(fmt::format("{}: cut at byte {}, within the header", rPath, m_size));
     }
     if (header.checksum != ChecksumOf(BytesOf(&header, sizeof(header) - sizeof(header.checksum))))
     {

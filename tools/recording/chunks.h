@@ -15,7 +15,7 @@
 namespace recording
 {
 
-constexpr UINT32 FileVersion = 1;
+constexpr UINT32 FileVersion = 2;
 
 /// What a chunk is, four letters.
 enum class ChunkType : UINT32

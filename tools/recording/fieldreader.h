@@ -15,7 +15,7 @@
 namespace recording
 {
 
-/// What a chunk holds cannot be.
+/// What a chunk holds, or is to hold, cannot be.
 class MalformedError : public std::runtime_error
 {
 public:

@@ -1,8 +1,10 @@
 #include "tools/recording/identities.h"
 
 #include <algorithm>
+#include <cstring>
 #include <fmt/format.h>
 
+#include "core/base/tuningaccess.h"
 #include "schema/kirodb1dmeterweight.h"
 #include "schema/kirodb2dmeterweight.h"
 #include "schema/kirodbactiveanalyzers.h"
@@ -17,6 +19,7 @@
 #include "schema/kirodbsceneanalyzer.h"
 #include "schema/kirodbsnapshot.h"
 #include "schema/kirodbstatscalculator.h"
+#include "schema/kiroflash.h"
 
 using kirodbarbitrationtable::ExposureTableType;
 
@@ -75,14 +78,19 @@ VOID InputWriter::TuningData(const StatsTuningData& rTuning)
 {
     const auto& rKnown = m_rIdentities.tunings;
     const auto  found  = std::find(rKnown.begin(), rKnown.end(), rTuning.pTuningSetManager);
-    Value("tuning", (found != rKnown.end()) ? static_cast<UINT32>(found - rKnown.begin()) : UnknownTuning);
+    if (found == rKnown.end())
+    {
+        throw MalformedError("a camera uses a tuning store that the recorder was not told of");
+    }
+    Value("tuning", static_cast<UINT32>(found - rKnown.begin()));
     Value("numSelectors", rTuning.numSelectors);
     Array("selectors", static_cast<const TuningMode*>(rTuning.pTuningModeSelectors), rTuning.numSelectors);
+    m_rInstance.tuning = rTuning;
 }
 
 VOID InputReader::TuningData(StatsTuningData& rTuning)
 {
-    UINT32 number = UnknownTuning;
+    UINT32 number = 0;
     Value("tuning", number);
     if (number >= m_rIdentities.tunings.size())
     {
@@ -127,7 +135,9 @@ VOID InputReader::OwnOrHostRecord(HostRecordKind kind, VOID*& rpRecord)
     if (reference == ReferenceKind::Instance && kind == HostRecordKind::PeerInfo &&
         number < m_rIdentities.instances.size())
     {
-        rpRecord = m_rIdentities.instances[number].pPeerInfo;
+        // Not the core's: another camera may follow it beyond the life of that instance.
+        ReplayInstance& rPeer = m_rIdentities.instances[number];
+        rpRecord              = (rPeer.pPeerInfo != nullptr) ? &rPeer.shared : nullptr;
     }
     else if (reference == ReferenceKind::HostRecord)
     {
@@ -148,6 +158,19 @@ VOID InputWriter::ForgetHostRecords(HostRecordKind kind)
 {
     std::erase_if(m_rIdentities.hostRecords, [&](const HostRecord& rRecord)
                   { return rRecord.instance == m_rInstance.number && rRecord.kind == kind; });
+}
+
+bool InputWriter::IsReadForPreflash(const CHAR* pChannelName) const
+{
+    const auto* pFlash = tuningaccess::Get_kiroflash(m_rInstance.tuning);
+    if (pFlash == nullptr || pChannelName == nullptr)
+    {
+        return false;
+    }
+    const auto& rTuning = pFlash->preflashStatsPreProcessing;
+    const auto isName = [&](const CHAR* pTuned) { return pTuned != nullptr && std::strcmp(pTuned, pChannelName) == 0; };
+    return isName(rTuning.stopMeteringYLevel.statsNameOff) || isName(rTuning.stopMeteringYLevel.statsNameLow) ||
+           isName(rTuning.stopMeteringYSaturation.statsNameOff) || isName(rTuning.stopMeteringYSaturation.statsNameLow);
 }
 
 VOID InputWriter::LastTable(ExposureTableType* pTable)

@@ -13,6 +13,11 @@
 namespace recording
 {
 
+/// What a recording holds at most: far more than a device has. A replay takes no more, so that a file from anywhere
+/// cannot have it create instances without end.
+constexpr size_t InstanceCountMax = 16;  ///< at a time
+constexpr size_t TuningCountMax   = 16;
+
 /// One instance of the core, in a recorded run or in a replay.
 struct InstanceState
 {
@@ -20,6 +25,7 @@ struct InstanceState
     IKIROCoreAlgo*                             pCore      = nullptr;  ///< the core's own table
     VOID*                                      pPeerInfo  = nullptr;  ///< its own record, once the host has asked
     kirodbarbitrationtable::ExposureTableType* pLastTable = nullptr;  ///< that arbitration has named last
+    StatsTuningData                            tuning{};              ///< of a recorded instance, as it was last set
 };
 
 /// How an address is written: a kind, and the number of what it is.
@@ -43,8 +49,6 @@ const tuning::RecordDescription* PayloadOf(KIROBankIDType bank);
 
 /// Whether the bank copies what the host sets; others keep the address.
 bool IsValueBank(KIROBankIDType bank);
-
-constexpr UINT32 UnknownTuning = 0xFFFFFFFF;
 
 /// A record of the host's that the core reads whenever it likes.
 struct HostRecord
@@ -75,10 +79,14 @@ public:
     {
     }
 
+    /// @throws MalformedError for a store that the recorder was not told of
     VOID TuningData(const StatsTuningData& rTuning);
     VOID OwnOrHostRecord(HostRecordKind kind, VOID* pRecord);
     VOID LastTable(kirodbarbitrationtable::ExposureTableType* pTable);
     VOID BankPayload(KIROBankIDType bank, VOID* pPayload);
+
+    /// Whether the core looks at a channel of that name to decide on preflash metering: it goes by the tuning alone.
+    bool IsReadForPreflash(const CHAR* pChannelName) const;
 
     /// The records of a kind that this instance was told of are no longer in use.
     VOID ForgetHostRecords(HostRecordKind kind);
@@ -102,6 +110,7 @@ struct ReplayInstance : InstanceState
     std::map<std::pair<INT32, UINT32>, KeptPayload> payloads;  ///< by bank and number
     std::map<INT64, Arena>                          inputs;    ///< of the last call of a kind
     Arena                                           forLife;
+    AECMultiCamInfo                                 shared{};  ///< its own record as of its last call, for the others
     UINT64                                          frameID     = 0;
     UINT64                                          frameCount  = 0;
     bool                                            isDestroyed = false;

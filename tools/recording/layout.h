@@ -2,7 +2,7 @@
 /// Which records a recording was made with.
 #pragma once
 
-#include "platform/tavotypes.h"
+#include "tools/recording/fieldreader.h"
 
 namespace recording
 {
@@ -12,5 +12,11 @@ extern const CHAR* const LibraryVersion;
 
 /// @return a sum over names, types and counts of all recorded fields: recordings of another layout cannot be read
 UINT32 LayoutChecksum();
+
+/// Writes the version of the library, the sum of each record, and LayoutChecksum at the end.
+VOID WriteLayout(FieldWriter& rWriter);
+
+/// Reads what WriteLayout has written. @throws MalformedError, with the first record that differs, for another layout
+VOID CheckLayout(FieldReader& rReader);
 
 }  // namespace recording

@@ -9,6 +9,11 @@
 namespace recording
 {
 
+// Fields are written one by one: whoever adds one finds out here.
+static_assert(sizeof(AECAlgoGetParam) == 40 && sizeof(AECAlgoGetParamInput) == 24 &&
+                  sizeof(AECAlgoGetParamOutput) == 24 && sizeof(AECAlgoSnapshotConfig) == 4,
+              "a field is not recorded");
+
 /// Memory of a replay for the entries of a list.
 template <typename A, typename T> VOID MakeEntries(A& rInputs, T*& rpList, UINT32 count)
 {

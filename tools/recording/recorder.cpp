@@ -1,5 +1,7 @@
 #include "tools/recording/recorder.h"
 
+#include <fmt/format.h>
+
 #include "tools/recording/allcalls.h"
 #include "tools/recording/layout.h"
 
@@ -8,17 +10,21 @@ namespace recording
 
 IKIROCoreAlgo Recorder::s_functions{};
 
-Recorder::Recorder(const std::string& rPath) : m_file(rPath), m_callCount(0), m_isFinished(false)
+Recorder::Recorder(const std::string& rPath)
+    : m_path(rPath), m_file(rPath), m_callCount(0), m_livingCount(0), m_isFinished(false)
 {
     FieldWriter head(m_bytes);
-    head.Text("version", LibraryVersion);
-    head.Value("layout", LayoutChecksum());
+    WriteLayout(head);
     Write(ChunkType::Head, true);
 }
 
 VOID Recorder::AddTuning(const VOID* pManager, const TuningReference& rTuning)
 {
     const std::lock_guard lock(m_mutex);
+    if (m_identities.tunings.size() == TuningCountMax)
+    {
+        Refuse(fmt::format("more than {} tunings", TuningCountMax));
+    }
     m_bytes.clear();
     FieldWriter writer(m_bytes);
     writer.Text("path", rTuning.path.c_str());
@@ -39,11 +45,22 @@ IKIROCoreAlgo* Recorder::Wrap(IKIROCoreAlgo* pCore, const StatsTuningData& rTuni
     rTable.state.number = static_cast<UINT32>(m_tables.size() - 1);
     SetFunctions(rTable, static_cast<AllCalls*>(nullptr));
 
-    m_bytes.clear();
-    InputWriter writer(m_bytes, m_identities, rTable.state);
-    writer.Value("instance", rTable.state.number);
-    writer.TuningData(rTuning);
-    Write(ChunkType::Instance, true);
+    if (++m_livingCount > InstanceCountMax)
+    {
+        Refuse(fmt::format("more than {} cameras at a time", InstanceCountMax));
+    }
+    try
+    {
+        m_bytes.clear();
+        InputWriter writer(m_bytes, m_identities, rTable.state);
+        writer.Value("instance", rTable.state.number);
+        writer.TuningData(rTuning);
+        Write(ChunkType::Instance, true);
+    }
+    catch (const MalformedError& rError)
+    {
+        Refuse(rError.what());
+    }
     return &rTable;
 }
 
@@ -57,6 +74,15 @@ VOID Recorder::Finish()
     if (!m_error.empty())
     {
         throw std::runtime_error(m_error);
+    }
+}
+
+/// Ends the recording where it holds what a replay would not take.
+VOID Recorder::Refuse(const std::string& rReason)
+{
+    if (m_error.empty())
+    {
+        m_error = fmt::format("{}: ends after {} calls: {}", m_path, m_callCount, rReason);
     }
 }
 
@@ -113,19 +139,40 @@ VOID Recorder::UpdateHostRecords()
     }
 }
 
+template <typename Call> VOID Recorder::WriteCall(InstanceState& rState, Call& rCall)
+{
+    if (!m_error.empty())
+    {
+        return;
+    }
+    try
+    {
+        m_bytes.clear();
+        InputWriter inputs(m_bytes, m_identities, rState);
+        inputs.Value("instance", rState.number);
+        inputs.Value("slot", Call::slot);
+        rCall.Inputs(inputs);
+        WriteHostRecords();
+        Write(ChunkType::Call, true);
+    }
+    catch (const MalformedError& rError)
+    {
+        Refuse(fmt::format("{} of camera {}: {}", SlotNames[static_cast<UINT32>(Call::slot)], rState.number + 1,
+                           rError.what()));
+    }
+}
+
 template <typename Call> VOID Recorder::Record(Table& rTable, Call& rCall)
 {
     const std::lock_guard lock(m_mutex);
     InstanceState&        rState = rTable.state;
-    m_bytes.clear();
-    InputWriter inputs(m_bytes, m_identities, rState);
-    inputs.Value("instance", rState.number);
-    inputs.Value("slot", Call::slot);
-    rCall.Inputs(inputs);
-    WriteHostRecords();
-    Write(ChunkType::Call, true);
+    WriteCall(rState, rCall);
 
     rCall.Invoke(*rState.pCore, rState.pCore);
+    if (!m_error.empty())
+    {
+        return;
+    }
 
     if constexpr (requires { rCall.Learn(rState); })
     {
@@ -135,12 +182,17 @@ template <typename Call> VOID Recorder::Record(Table& rTable, Call& rCall)
             m_identities.ownRecords[rState.pPeerInfo] = rState.number;
         }
     }
+    if constexpr (Call::slot == Slot::DestroyInstance)
+    {
+        --m_livingCount;
+        std::erase_if(m_identities.ownRecords, [&](const auto& rOwn) { return rOwn.second == rState.number; });
+    }
     UpdateHostRecords();
     m_bytes.clear();
     FieldWriter outputs(m_bytes);
     outputs.Value("instance", rState.number);
     rCall.Outputs(outputs);
-    Write(ChunkType::Done, false);
+    Write(ChunkType::Done, true);
     ++m_callCount;
 }
 

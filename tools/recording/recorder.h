@@ -26,15 +26,17 @@ public:
     Recorder(const Recorder&)            = delete;
     Recorder& operator=(const Recorder&) = delete;
 
-    /// Names a tuning, before an instance uses it. @param pManager its store, as the host names it to the core
+    /// Names a tuning, before an instance uses it: up to TuningCountMax. @param pManager its store, as the host names
+    /// it to the core
     VOID AddTuning(const VOID* pManager, const TuningReference& rTuning);
 
-    /// @param pCore an instance that has just been created
+    /// @param pCore an instance that has just been created; up to InstanceCountMax live at a time
     /// @return a table that stands for it, valid as long as the recorder; the instance's own stays valid too
     IKIROCoreAlgo* Wrap(IKIROCoreAlgo* pCore, const StatsTuningData& rTuning);
 
     /// Ends the recording: without it the file counts as cut.
-    /// @throws std::runtime_error if something could not be written, now or before
+    /// @throws std::runtime_error if something could not be written, now or before, or was what a replay does not take:
+    ///         the recording ends there, the run goes on
     VOID Finish();
 
 private:
@@ -47,15 +49,18 @@ private:
 
     template <typename Call> static VOID Run(IKIROCoreAlgo* pAlgo, Call& rCall);
     template <typename Call> VOID        Record(Table& rTable, Call& rCall);
+    template <typename Call> VOID        WriteCall(InstanceState& rState, Call& rCall);
 
     template <typename Call, typename Answer, typename... Parameters>
     static VOID                              SetFunction(Answer (*&rpFunction)(IKIROCoreAlgo*, Parameters...));
     template <typename... Calls> static VOID SetFunctions(IKIROCoreAlgo& rTable, std::tuple<Calls...>*);
 
+    VOID Refuse(const std::string& rReason);
     VOID Write(ChunkType type, bool isFlushed);
     VOID WriteHostRecords();
     VOID UpdateHostRecords();
 
+    const std::string  m_path;
     ChunkWriter        m_file;
     std::mutex         m_mutex;  ///< instances may run in threads of their own; a recording has one order
     std::deque<Table>  m_tables;
@@ -63,6 +68,7 @@ private:
     std::vector<BYTE>  m_bytes;  ///< of the chunk being made
     std::string        m_error;  ///< the first; nothing is written after it
     UINT64             m_callCount;
+    size_t             m_livingCount;  ///< instances
     bool               m_isFinished;
 
     static IKIROCoreAlgo s_functions;  ///< the core's own, for calls without a table

@@ -13,9 +13,6 @@ namespace recording
 namespace
 {
 
-/// Cameras of a recording: far more than a device has.
-constexpr size_t InstanceCountMax = 16;
-
 template <typename T> T Load(std::span<const BYTE>& rBytes)
 {
     T value{};
@@ -39,13 +36,19 @@ struct Replayer::PresentCall
     std::optional<std::span<const BYTE>> outputs;  ///< none for the call in which the recording ends
 };
 
-Replayer::Replayer(const std::string& rPath, const ReplayPlan& rPlan) : m_file(rPath), m_plan(rPlan), m_hasTail(false)
+Replayer::Replayer(const std::string& rPath, const ReplayPlan& rPlan)
+    : m_file(rPath), m_plan(rPlan), m_livingCount(0), m_hasTail(false)
 {
     const std::optional<Chunk> head = m_file.Next();
-    if (!head.has_value() || head->type != ChunkType::Head)
+    if (!head.has_value())
+    {
+        throw std::runtime_error(fmt::format(
+            "{}: {}", rPath, m_file.Damage().empty() ? "cut at byte 16, behind the header" : m_file.Damage()));
+    }
+    if (head->type != ChunkType::Head)
     {
         throw std::runtime_error(
-            fmt::format("{}: {}", rPath, m_file.Damage().empty() ? "no recording" : m_file.Damage()));
+            fmt::format("{}: damaged at byte {}: it does not begin with its head", rPath, head->offset));
     }
     try
     {
@@ -57,12 +60,14 @@ Replayer::Replayer(const std::string& rPath, const ReplayPlan& rPlan) : m_file(r
     }
 }
 
-/// Instances go before what the host would have kept for them, and no earlier than all calls: one may look at another.
 Replayer::~Replayer()
 {
     for (ReplayInstance& rInstance : m_identities.instances)
     {
-        rInstance.pCore->DestroyInstance(rInstance.pCore);
+        if (!rInstance.isDestroyed)
+        {
+            EndInstance(rInstance);
+        }
     }
 }
 
@@ -70,15 +75,7 @@ VOID Replayer::CheckHead(const Chunk& rChunk)
 {
     Arena       arena;
     FieldReader reader(rChunk.payload, arena, m_identities.texts);
-    CHAR*       pVersion = nullptr;
-    UINT32      layout   = 0;
-    reader.Text("version", pVersion);
-    reader.Value("layout", layout);
-    if (layout != LayoutChecksum())
-    {
-        throw MalformedError(fmt::format("recorded with other records, by version {}; this is version {}",
-                                         (pVersion != nullptr) ? pVersion : "unknown", LibraryVersion));
-    }
+    CheckLayout(reader);
 }
 
 ReplayResult Replayer::Run()
@@ -154,18 +151,18 @@ VOID Replayer::AddTuning(const Chunk& rChunk)
     reader.Value("checksum", tuning.checksum);
     reader.Value("size", tuning.size);
     tuning.path = (pPath != nullptr) ? pPath : "";
-    if (!m_identities.tunings.empty())
+    if (m_identities.tunings.size() == TuningCountMax)
     {
-        throw MalformedError("a second tuning");
+        throw MalformedError(fmt::format("more than {} tunings", TuningCountMax));
     }
     m_identities.tunings.push_back(m_plan.tuning(tuning));
 }
 
 VOID Replayer::AddInstance(const Chunk& rChunk)
 {
-    if (m_identities.instances.size() == InstanceCountMax)
+    if (m_livingCount == InstanceCountMax)
     {
-        throw MalformedError(fmt::format("more than {} cameras", InstanceCountMax));
+        throw MalformedError(fmt::format("more than {} cameras at a time", InstanceCountMax));
     }
     ReplayInstance  instance;
     StatsTuningData tuning{};
@@ -183,6 +180,18 @@ VOID Replayer::AddInstance(const Chunk& rChunk)
         throw std::runtime_error("the exposure core could not be created");
     }
     m_identities.instances.push_back(std::move(instance));
+    ++m_livingCount;
+}
+
+/// The instance goes before what the host would have kept for it; what it told others of itself stays.
+VOID Replayer::EndInstance(ReplayInstance& rInstance)
+{
+    rInstance.pCore->DestroyInstance(rInstance.pCore);
+    rInstance.isDestroyed = true;
+    rInstance.payloads.clear();
+    rInstance.inputs.clear();
+    m_debugData[rInstance.number].reset();
+    --m_livingCount;
 }
 
 VOID Replayer::SetHostRecord(const Chunk& rChunk)
@@ -276,7 +285,7 @@ template <typename Call> VOID Replayer::Replay(PresentCall& rCall)
 
     if constexpr (Call::slot == Slot::DestroyInstance)
     {
-        rInstance.isDestroyed = true;
+        EndInstance(rInstance);
     }
     else
     {
@@ -286,6 +295,10 @@ template <typename Call> VOID Replayer::Replay(PresentCall& rCall)
     if constexpr (requires { call.Learn(rInstance); })
     {
         call.Learn(rInstance);
+        if (rInstance.pPeerInfo != nullptr)
+        {
+            rInstance.shared = *static_cast<const AECMultiCamInfo*>(rInstance.pPeerInfo);
+        }
     }
     if (rCall.outputs.has_value())
     {

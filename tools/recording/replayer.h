@@ -22,7 +22,8 @@ namespace recording
 
 struct ReplayPlan
 {
-    /// @return the store of the tuning that a recording names; throws to refuse it. It must outlive the replayer
+    /// Called for each tuning of a recording, in their order. @return the store of the tuning that the recording names;
+    /// throws to refuse it. It must outlive the replayer
     std::function<VOID*(const TuningReference&)> tuning;
     size_t                                       differenceMax = 1;  ///< after which the replay ends, at least 1
     StatsLogger                                  logger        = nullptr;
@@ -59,6 +60,7 @@ private:
     VOID CheckHead(const Chunk& rChunk);
     VOID AddTuning(const Chunk& rChunk);
     VOID AddInstance(const Chunk& rChunk);
+    VOID EndInstance(ReplayInstance& rInstance);
     VOID SetHostRecord(const Chunk& rChunk);
     VOID CheckTail(const Chunk& rChunk);
     VOID RunCall(const Chunk& rChunk);
@@ -76,6 +78,7 @@ private:
     std::vector<std::unique_ptr<KiroDebugData>> m_debugData;
     ReplayIdentities                            m_identities;
     ReplayResult                                m_result;
+    size_t                                      m_livingCount;  ///< instances
     bool                                        m_hasTail;
 };
 

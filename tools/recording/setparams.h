@@ -9,6 +9,11 @@
 namespace recording
 {
 
+// Fields are written one by one: whoever adds one finds out here.
+static_assert(sizeof(AECAlgoSetParam) == 16 && sizeof(KIROCoreSetParam) == 16 && sizeof(StatsTuningData) == 24 &&
+                  sizeof(AECAlgoFlashCalibrationData) == 24 && sizeof(AECAlgoROIList) == 16,
+              "a field is not recorded");
+
 /// How a setting of a type is laid out.
 struct SetParamRule
 {
@@ -48,9 +53,13 @@ template <typename A> VOID PeerInfo(A& rInputs, StatsPeerInfoCombo& rPeers)
 {
     rInputs.Record("peers", rPeers);
     rInputs.ForgetHostRecords(HostRecordKind::PeerInfo);
-    for (VOID*& rpPeer : rPeers.peerInfo)
+    for (UINT32 peer = 0; peer < StatsPeerCountMax; ++peer)
     {
-        rInputs.OwnOrHostRecord(HostRecordKind::PeerInfo, rpPeer);
+        // The core follows no other one: its record may be gone.
+        if (rPeers.needSync == TRUE && rPeers.isActive[peer] == TRUE)
+        {
+            rInputs.OwnOrHostRecord(HostRecordKind::PeerInfo, rPeers.peerInfo[peer]);
+        }
     }
 }
 

@@ -11,6 +11,10 @@
 namespace recording
 {
 
+// Fields are written one by one: whoever adds one finds out here.
+static_assert(sizeof(KIROSetInput) == 24 && sizeof(KIROSetBankData) == 24 && sizeof(KIROGetBankData) == 24,
+              "a field is not recorded");
+
 struct SetInputCall : Call<Slot::setInput>
 {
     /// Until the parameter is set again: tuning selectors and lists of regions stay the host's.

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "interface/kirostats.h"
 #include "tools/recording/identities.h"
 
 namespace recording
@@ -12,23 +13,25 @@ namespace recording
 /// Values of a channel beyond this are no statistics.
 constexpr UINT64 ChannelValuesMax = 1U << 20;
 
-/// Values of a channel: bins of a histogram, regions of a grid. Zero for a shape that cannot be.
+// Fields are written one by one: whoever adds one finds out here.
+static_assert(sizeof(KIROCoreChInfo) == 40 && sizeof(KIROStatsList) == 1512, "a field is not recorded");
+
+/// Values of a channel: bins of a histogram, regions of a grid.
 inline UINT64 ValuesOf(const KIROCntStatsOut& rChannel)
 {
-    const UINT64 regions = UINT64{rChannel.resolution.width} * rChannel.resolution.height;
-    const UINT64 values = (rChannel.type == kiroglobalelements::KIROStatsHist) ? rChannel.resolution.binCount : regions;
-    return (values <= ChannelValuesMax) ? values : 0;
+    return (rChannel.type == kiroglobalelements::KIROStatsHist)
+               ? rChannel.resolution.binCount
+               : UINT64{rChannel.resolution.width} * rChannel.resolution.height;
 }
 
-/// The core goes by the shape of a channel, whatever its type or size says.
-inline VOID RefuseShape(const KIROCntStatsOut& rChannel)
+/// The core goes by the shape of a channel, whatever its type or size says. @throws MalformedError for one that is not
+/// recorded, and not replayed either
+VOID RefuseShape(const KIROCntStatsOut& rChannel);
+
+/// Hosts have one entry behind the last bin, which tunings may name. It is there for certain if the size covers it.
+inline bool HasEntryBehindBins(const KIROCntStatsOut& rChannel)
 {
-    const UINT64 regions = UINT64{rChannel.resolution.width} * rChannel.resolution.height;
-    if (std::max<UINT64>(regions, rChannel.resolution.binCount) > ChannelValuesMax ||
-        (rChannel.type == kiroglobalelements::KIROStatsHist && regions > rChannel.resolution.binCount))
-    {
-        throw MalformedError("it has a channel of statistics with an impossible shape");
-    }
+    return rChannel.channelData.dataSize / sizeof(INT) > rChannel.resolution.binCount;
 }
 
 /// Shape of a channel, and what the host says of it.
@@ -37,14 +40,10 @@ template <typename A> VOID ChannelHead(A& rInputs, KIROCntStatsOut& rChannel)
     rInputs.Record("channel", rChannel);
     rInputs.Value("bChannelEnabled", rChannel.channelData.bChannelEnabled);
     rInputs.Value("dataSize", rChannel.channelData.dataSize);
-    if constexpr (A::IsReading)
-    {
-        RefuseShape(rChannel);
-    }
 }
 
-/// Hosts have one entry behind the last bin, which tunings may name; it is not recorded.
-template <typename A, typename T> VOID Bins(A& rInputs, const CHAR* pName, T*& rpValues, UINT64 count)
+/// A replay has room for an entry behind the last bin, whether it is recorded or not.
+template <typename A, typename T> VOID Bins(A& rInputs, const CHAR* pName, T*& rpValues, UINT64 bins, UINT64 count)
 {
     rInputs.Array(pName, rpValues, count);
     if constexpr (A::IsReading)
@@ -52,22 +51,22 @@ template <typename A, typename T> VOID Bins(A& rInputs, const CHAR* pName, T*& r
         const T* pRead = rpValues;
         if (pRead != nullptr)
         {
-            rpValues = static_cast<T*>(rInputs.Memory().Make((count + 1) * sizeof(T)));
+            rpValues = static_cast<T*>(rInputs.Memory().Make((bins + 1) * sizeof(T)));
             std::copy_n(pRead, count, rpValues);
         }
     }
 }
 
-/// Name and values of a channel that the core reads: those of others may be gone.
+/// Values of a channel that the core reads: those of others may be gone.
 template <typename A> VOID ChannelValues(A& rInputs, KIROCntStatsOut& rChannel)
 {
+    RefuseShape(rChannel);
     KIROCoreChInfo& rData = rChannel.channelData;
     const UINT64    count = ValuesOf(rChannel);
-    rInputs.Text("pChannelName", rData.pChannelName);
     if (rChannel.type == kiroglobalelements::KIROStatsHist)
     {
-        Bins(rInputs, "Data", rData.Data.pIData, count);
-        Bins(rInputs, "pValLUT", rData.pValLUT, count);
+        Bins(rInputs, "Data", rData.Data.pIData, count, count + (HasEntryBehindBins(rChannel) ? 1 : 0));
+        Bins(rInputs, "pValLUT", rData.pValLUT, count, count);
     }
     else
     {
@@ -96,12 +95,13 @@ template <typename A> VOID StatisticsList(A& rInputs, KIROStatsList*& rpStats)
         ChannelHead(rInputs, rChannel);
         if (rStats.startup != StatisticsStartUpInvalid && rChannel.channelData.bChannelEnabled != FALSE)
         {
+            rInputs.Text("pChannelName", rChannel.channelData.pChannelName);
             ChannelValues(rInputs, rChannel);
         }
     }
 }
 
-/// Statistics that a host has kept. @param rpChannels may be null
+/// Statistics that a host has kept, for the decision on preflash metering. @param rpChannels may be null
 template <typename A>
 VOID StatisticsChannels(A& rInputs, const CHAR* pName, KIROCntStatsOut*& rpChannels, UINT32& rCount)
 {
@@ -109,8 +109,19 @@ VOID StatisticsChannels(A& rInputs, const CHAR* pName, KIROCntStatsOut*& rpChann
     rInputs.Array(pName, rpChannels, rCount);
     for (UINT32 index = 0; rpChannels != nullptr && index < rCount; ++index)
     {
-        ChannelHead(rInputs, rpChannels[index]);
-        ChannelValues(rInputs, rpChannels[index]);
+        KIROCntStatsOut& rChannel = rpChannels[index];
+        UINT8            isRead   = 0;
+        ChannelHead(rInputs, rChannel);
+        rInputs.Text("pChannelName", rChannel.channelData.pChannelName);
+        if constexpr (!A::IsReading)
+        {
+            isRead = rInputs.IsReadForPreflash(rChannel.channelData.pChannelName) ? 1 : 0;
+        }
+        rInputs.Value("isRead", isRead);
+        if (isRead != 0)
+        {
+            ChannelValues(rInputs, rChannel);
+        }
     }
 }
 
