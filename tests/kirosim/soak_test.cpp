@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "platform/tavodesk.h"
 #include "tests/kirosim/simulationrun.h"
@@ -16,7 +17,7 @@ namespace
 class SoakTest : public testing::Test
 {
 protected:
-    SoakTest() : m_folder(testing::TempDir() + "soak")
+    SoakTest() : m_folder(testing::TempDir() + "soak-" + std::to_string(getpid()))
     {
         TavoDesk::SetSystemLogSink([](VOID*, UINT64, const CHAR*, UINT32, const CHAR*) {}, nullptr);
         std::filesystem::create_directories(m_folder);
