@@ -59,8 +59,7 @@ VOID ParameterVernierWorker::ProcessTriggerValues(const BYTE* pRequest, UINT32 s
     {
         return;
     }
-    const CHAR*       pPayloadText = reinterpret_cast<const CHAR*>(pPayload);
-    const std::string text(pPayloadText, strnlen(pPayloadText, payloadSize));
+    const std::string text(pPayload, std::find(pPayload, pPayload + payloadSize, '\0'));
     const CHAR*       pRest               = text.c_str();
     CHAR              fields[3][TextSize] = {};
     for (auto& rField : fields)
