@@ -32,7 +32,7 @@ LightFrame& Light()
 
 template <typename Frame> VOID RunFrames(benchmark::State& rState, Frame& rFrame)
 {
-    for (auto _ : rState)
+    for ([[maybe_unused]] auto _ : rState)
     {
         rFrame.Run();
     }
@@ -41,7 +41,7 @@ template <typename Frame> VOID RunFrames(benchmark::State& rState, Frame& rFrame
 VOID RunFloor(benchmark::State& rState)
 {
     static const HeavyFloor floor(Heavy().Stats());
-    for (auto _ : rState)
+    for ([[maybe_unused]] auto _ : rState)
     {
         floor.Run();
     }

@@ -69,7 +69,7 @@ const TuningFile& LargeFile()
 
 VOID Load(benchmark::State& rState, const TuningFile& rFile, bool isFileMode)
 {
-    for (auto _ : rState)
+    for ([[maybe_unused]] auto _ : rState)
     {
         TuningSetManager manager("kirobench");
         manager.SetLiveTuningAutostart(false);
@@ -90,7 +90,7 @@ VOID GetModule(benchmark::State& rState, bool isFileMode)
     }
     constexpr UINT32 count     = static_cast<UINT32>(std::size(VideoPath));
     auto*            pConvBase = manager.GetModule_kirodbconvbase(VideoPath, count, nullptr);
-    for (auto _ : rState)
+    for ([[maybe_unused]] auto _ : rState)
     {
         pConvBase = manager.GetModule_kirodbconvbase(VideoPath, count, pConvBase);
         benchmark::DoNotOptimize(pConvBase);
@@ -109,7 +109,7 @@ template <typename Access> VOID AccessAsText(benchmark::State& rState, const Acc
     TuningSetManager manager("kirobench");
     manager.SetLiveTuningAutostart(false);
     bool isDone = PhoneFile().LoadInto(manager, false);
-    for (auto _ : rState)
+    for ([[maybe_unused]] auto _ : rState)
     {
         isDone = access(manager) && isDone;
     }

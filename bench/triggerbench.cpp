@@ -72,7 +72,7 @@ VOID EvaluateTrigger(benchmark::State& rState)
     }
     pData->SetData(pData, &data, KIROMLBaseDataType);
     FLOAT trigger = 7.0f;
-    for (auto _ : rState)
+    for ([[maybe_unused]] auto _ : rState)
     {
         benchmark::DoNotOptimize(trigger);
         benchmark::DoNotOptimize(*static_cast<const FLOAT*>(pData->GetData(pData, trigger, 8.0f, 17.0f)));
