@@ -1,4 +1,5 @@
 /// The service beside all that hosts do at the same time; of use with the thread sanitizer above all.
+#include <atomic>
 #include <optional>
 
 #include "parameters/live/parameterctvalue.h"
@@ -48,7 +49,9 @@ protected:
             const std::vector<TuningMode>     branch = Branch({{ModeType::Scene, scene}});
             if (smallschema::AlphaType* pRecord = Alpha(*m_manager, branch))
             {
-                sum += pRecord->value + pRecord->SymbolTableID;
+                // As a frame looks for an edit: the count first, then what it counts.
+                sum += std::atomic_ref(pRecord->SymbolTableID).load(std::memory_order_acquire);
+                sum += pRecord->value;
                 TableModule::FromRecord(pRecord)->Release();
             }
             m_manager->SetControlValue({scene, static_cast<DOUBLE>(sum)});
