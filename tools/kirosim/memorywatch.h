@@ -8,9 +8,8 @@ namespace kirosim
 {
 
 /// Begins the program again without the caches that the C library's allocator has for each thread, unless it runs so:
-/// what lies in them counts as in use, and over hours they fill.
+/// what lies in them counts as in use, and over hours they fill. Where that is not possible it goes on with them.
 /// @param pArguments of main
-/// @throws std::runtime_error if that is not possible
 VOID RestartWithoutHeapCaches(CHAR* const* pArguments);
 
 /// Bytes that are allocated and not freed; 0 under a sanitizer, which has a heap of its own.
