@@ -21,7 +21,7 @@ constexpr FLOAT CompensationInForce = 1.0000001f;
 }  // namespace
 
 CKIROConvergence::CKIROConvergence(StatsTuningData& rTuningData, IKIROContextManager& rContextManager)
-    : ModuleCommon(rTuningData, rContextManager), m_input{}, m_pRange(nullptr), m_output{}, m_DRCOutput{},
+    : ModuleCommon(rTuningData, rContextManager), m_input{}, m_range{}, m_pRange(nullptr), m_output{}, m_DRCOutput{},
       m_pTuning(nullptr), m_pConvBase(nullptr), m_pConvStretch(nullptr), m_pConvSettle(nullptr),
       m_pBaseCoreData(nullptr), m_scdID(0), m_bBrightnessSettle(FALSE), m_bSettle(FALSE), m_bSettleArray{},
       m_settleCount(0), m_convEventManager(rContextManager),
@@ -72,7 +72,12 @@ KiroResult CKIROConvergence::RunConvProcesss(KIROConvergenceInput& rInput, KIROC
 
 KiroResult CKIROConvergence::Initialize(const KIROConvergenceInput& rInput)
 {
-    m_pRange                         = rInput.pRange;
+    m_pRange = nullptr;
+    if (rInput.pRange != nullptr)
+    {
+        m_range  = *rInput.pRange;
+        m_pRange = &m_range;
+    }
     const AECFrameHistory* pPrevious = PreviousFrame();
     if (pPrevious == nullptr || m_pRange == nullptr)
     {

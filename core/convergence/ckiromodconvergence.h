@@ -123,7 +123,8 @@ private:
     VOID PopulateDebugData(const KIROConvergenceOutput& rOutput) const;
 
     KIROConvTempInput      m_input;
-    KIROArbitratedLimits*  m_pRange;  ///< the host's, for the frame
+    KIROArbitratedLimits   m_range;   ///< a copy: the host may let its own go before the frame's debug data are written
+    KIROArbitratedLimits*  m_pRange;  ///< that, null for a frame without limits
     KIROConvCoreOutput     m_output;
     DOUBLE                 m_DRCOutput[3];   ///< the DRC branch's own result
     KIROStretchOutputDeque m_tgtStretchOut;  ///< written by index; slots keep what they held
