@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <random>
 
+#include "fuzz/unaligned.h"
 #include "parameters/binaryfileformat.h"
 #include "parameters/parsercrc.h"
 
@@ -17,18 +17,6 @@ namespace
 constexpr size_t VersionOffset = BinaryFileFormat::HeaderTagSize + sizeof(UINT32);
 constexpr size_t SectionsEnd   = 320;   ///< header and section table of a file of a few sections
 constexpr size_t TablesEnd     = 4096;  ///< in files of a few modes, most tables of the format stand below
-
-template <typename T> T Load(const BYTE* pPlace)
-{
-    T value;
-    std::memcpy(&value, pPlace, sizeof(value));
-    return value;
-}
-
-template <typename T> VOID Store(BYTE* pPlace, T value)
-{
-    std::memcpy(pPlace, &value, sizeof(value));
-}
 
 }  // namespace
 

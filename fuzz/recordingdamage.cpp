@@ -1,10 +1,10 @@
 #include "fuzz/recordingdamage.h"
 
 #include <algorithm>
-#include <cstring>
 #include <random>
 #include <span>
 
+#include "fuzz/unaligned.h"
 #include "tools/recording/chunks.h"
 #include "tools/recording/layout.h"
 
@@ -22,18 +22,6 @@ constexpr size_t PrefixSize = 2 * sizeof(UINT32);
 constexpr size_t FrameSize  = PrefixSize + sizeof(UINT32);  ///< of a chunk without payload
 
 using Bytes = std::vector<BYTE>;
-
-template <typename T> T Load(const BYTE* pPlace)
-{
-    T value;
-    std::memcpy(&value, pPlace, sizeof(value));
-    return value;
-}
-
-template <typename T> VOID Store(BYTE* pPlace, T value)
-{
-    std::memcpy(pPlace, &value, sizeof(value));
-}
 
 /// @return size of the chunk at the beginning of the bytes, 0 if they are no whole chunk
 size_t ChunkSize(std::span<const BYTE> bytes)

@@ -187,12 +187,14 @@ protected:
 
     KiroResult Converge()
     {
+        KIROArbitratedLimits limits = m_limits;
         KIROConvergenceInput input{};
         input.frameID            = m_frameID;
-        input.pRange             = &m_limits;
+        input.pRange             = &limits;
         input.bIsMeteringSkipped = m_metering.bIsMeteringSkipped;
         std::copy(std::begin(m_metering.exposures), std::end(m_metering.exposures), input.sensitivities);
         const KiroResult result = m_pAlgo->RunConvProcess(m_pAlgo, input, m_convergence);
+        limits                  = {};  // from here on the host's memory is its own again
         EXPECT_EQ(m_pAlgo->followMasterConvExposure(m_pAlgo, m_convergence), 0);
         m_pAlgo->HandleExposureConstraints(m_pAlgo, m_convergence);
         m_pAlgo->RunConvSettle(m_pAlgo, m_convergence);
