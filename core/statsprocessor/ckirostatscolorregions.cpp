@@ -184,7 +184,7 @@ VOID CKIROStatsGridProcessor::AccumulatePart(GroupedGridParameters** ppRegions, 
     for (UINT32 region = 0; region < regionCount; ++region)
     {
         GroupedGridParameters& rGroup = *ppRegions[region];
-        if (rGroup.bLumaWeightOfOwn == TRUE)
+        if (region == 0 || rGroup.bLumaWeightOfOwn == TRUE)
         {
             FLOAT* pNext = lumaWeights;
             m_gridItr.ForRegions(first, first + count,
