@@ -5,9 +5,9 @@
 #include <thread>
 #include <unistd.h>
 
+#include "tools/heapwatch/heapwatch.h"
 #include "tools/kirodamage/campaign.h"
 #include "tools/kirodamage/errorlines.h"
-#include "tools/kirodamage/heapwatch.h"
 #include "tools/kirodamage/trial.h"
 #include "tools/tuningfile/files.h"
 #include "tools/tuningfile/textinput.h"

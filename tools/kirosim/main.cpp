@@ -9,12 +9,10 @@
 #include "platform/tavodesk.h"
 #include "tools/debugdata/debugfile.h"
 #include "tools/kirosim/framepacer.h"
-#include "tools/kirosim/memorywatch.h"
 #include "tools/kirosim/queryanswers.h"
 #include "tools/kirosim/replaycommand.h"
 #include "tools/kirosim/runreport.h"
 #include "tools/kirosim/simulation.h"
-#include "tools/kirosim/soak.h"
 #include "tools/kirosim/stopsignal.h"
 #include "tools/kirosim/trace.h"
 #include "tools/recording/recorder.h"
@@ -367,69 +365,6 @@ VOID Run(const RunOptions& rOptions)
     }
 }
 
-struct SoakOptions
-{
-    std::string              tuning;
-    std::vector<std::string> scenes;
-    UINT64                   frames = 10000000;
-};
-
-/// A parameter file made of a tuning's text; gone with this object.
-class CompiledTuning
-{
-public:
-    explicit CompiledTuning(const std::string& rText)
-        : m_path(std::filesystem::temp_directory_path() / fmt::format("kirosim-soak-{}.bin", getpid()))
-    {
-        tuningfile::ReplaceFile(m_path, tuningfile::CompileFile(rText));
-    }
-
-    ~CompiledTuning()
-    {
-        std::error_code ignored;
-        std::filesystem::remove(m_path, ignored);
-    }
-
-    CompiledTuning(const CompiledTuning&)            = delete;
-    CompiledTuning& operator=(const CompiledTuning&) = delete;
-
-    std::string Path() const
-    {
-        return m_path;
-    }
-
-private:
-    const std::filesystem::path m_path;
-};
-
-/// @return the program's status
-INT RunSoak(const SoakOptions& rOptions)
-{
-    TavoDesk::SetSystemLogSink(&ShowStoreLine, nullptr);
-    const kirosim::StopSignal stopSignal;  // before there is a file to clear away
-    const CompiledTuning      tuning(rOptions.tuning);
-    const auto                show = [](const std::string& rLine)
-    {
-        fmt::print("{}", rLine);
-        (VOID) std::fflush(stdout);
-    };
-    const kirosim::SoakResult result = kirosim::Soak(
-        {rOptions.frames, rOptions.scenes, tuning.Path(), show, kirosim::StopSignal::IsRaised}, LogToStderr);
-    fmt::print("{} frames in {} laps of {} scenes: {} cameras, {} steps settled, {} values edited, {} reloads, {} mode "
-               "changes, {} snapshots; heap {:+} bytes, resident {:+} bytes\n",
-               result.frames, result.laps, rOptions.scenes.size(), result.cameras, result.settles, result.edits,
-               result.reloads, result.modeChanges, result.snapshots, result.heapGrowth, result.residentGrowth);
-    for (const std::string& rFault : result.faults)
-    {
-        fmt::print(stderr, "kirosim: {}\n", rFault);
-    }
-    if (result.isStopped)
-    {
-        throw std::runtime_error("interrupted");
-    }
-    return result.faults.empty() ? 0 : ExitBadInput;
-}
-
 }  // namespace
 
 int main(int argc, char** argv)
@@ -474,12 +409,6 @@ int main(int argc, char** argv)
     CLI::App* pVariants = app.add_subcommand("variants", "list the variants of a scene");
     pVariants->add_option("--scene", options.scene, "scene (.yaml)")->required();
 
-    SoakOptions soak;
-    CLI::App*   pSoak = app.add_subcommand("soak", "run scenes lap after lap while the tuning is edited and reloaded");
-    pSoak->add_option("--tuning", soak.tuning, "tuning, as text (.yaml)")->required();
-    pSoak->add_option("--frames", soak.frames, "frames to run, rounded up to whole laps")->capture_default_str();
-    pSoak->add_option("scenes", soak.scenes, "scenes (.yaml)")->required();
-
     try
     {
         app.parse(argc, argv);
@@ -499,11 +428,6 @@ int main(int argc, char** argv)
         else if (pReplay->parsed())
         {
             return kirosim::Replay(replayOptions, LogToStderr) ? 0 : ExitBadInput;
-        }
-        else if (pSoak->parsed())
-        {
-            kirosim::RestartWithoutHeapCaches(argv);
-            return RunSoak(soak);
         }
         else
         {

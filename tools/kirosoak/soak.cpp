@@ -1,12 +1,13 @@
-#include "tools/kirosim/soak.h"
+#include "tools/kirosoak/soak.h"
 
 #include <fmt/format.h>
 
+#include "tools/heapwatch/heapwatch.h"
 #include "tools/kirosim/loadedtuning.h"
-#include "tools/kirosim/memorywatch.h"
-#include "tools/kirosim/soakcamera.h"
+#include "tools/kirosoak/residentmemory.h"
+#include "tools/kirosoak/soakcamera.h"
 
-namespace kirosim
+namespace kirosoak
 {
 
 namespace
@@ -17,24 +18,30 @@ constexpr UINT64 MinLaps     = 3;
 constexpr UINT64 MeasuredLap = 2;
 
 /// The function table of an instance stays allocated, since hosts may still hold its address, and so does what a
-/// picture of a bracket asks the tuning's gains from: each is a block of this size on the heap.
-constexpr INT64 HeapPerCamera  = 304;
-constexpr INT64 HeapPerPicture = 304;
+/// picture of a bracket asks the tuning's gains from: these many bytes each.
+constexpr INT64 HeapPerCamera  = 296;
+constexpr INT64 HeapPerPicture = 272;
 
-/// The allocator keeps freed blocks for a while, for each thread; a store has some that serve tools.
+/// The histories of cameras fill with pictures, up to a length.
 constexpr INT64 MaxHeapGrowthPerStore = INT64{8} << 10;
-constexpr INT64 MaxResidentGrowth     = INT64{16} << 20;
+
+/// Freed blocks come in pieces for a while before their pages can go.
+constexpr INT64 MaxResidentGrowth = INT64{16} << 20;
 
 class Endurance
 {
 public:
     Endurance(const SoakPlan& rPlan, StatsLogger logger)
-        : m_rPlan(rPlan), m_logger(logger), m_heap(0), m_resident(0), m_cameras(0), m_pictures(0)
+        : m_rPlan(rPlan), m_logger(logger), m_resident(0), m_cameras(0), m_pictures(0)
     {
         for (const std::string& rPath : rPlan.scenes)
         {
-            m_places.push_back(
-                {rPath, ReadScene(rPath, ""), std::make_unique<LoadedTuning>(rPlan.tuningFile, true), nullptr, {}, {}});
+            m_places.push_back({rPath,
+                                kirosim::ReadScene(rPath, ""),
+                                std::make_unique<kirosim::LoadedTuning>(rPlan.tuningFile, true),
+                                nullptr,
+                                {},
+                                {}});
             if (m_places.back().pTuning->Manager().GetLiveTuningPort() == 0)
             {
                 throw std::runtime_error("no port is free for live tuning");
@@ -71,12 +78,12 @@ private:
     /// every camera on it must run, lest the records of its last frame go.
     struct Place
     {
-        std::string                   name;
-        Scene                         scene;
-        std::unique_ptr<LoadedTuning> pTuning;
-        std::unique_ptr<SoakCamera>   pCamera;
-        std::optional<UINT64>         freshLap;  ///< sum of a camera's first one
-        std::optional<UINT64>         laterLap;  ///< sum of all others
+        std::string                            name;
+        kirosim::Scene                         scene;
+        std::unique_ptr<kirosim::LoadedTuning> pTuning;
+        std::unique_ptr<SoakCamera>            pCamera;
+        std::optional<UINT64>                  freshLap;  ///< sum of a camera's first one
+        std::optional<UINT64>                  laterLap;  ///< sum of all others
     };
 
     VOID RunLap()
@@ -113,14 +120,14 @@ private:
     {
         if (m_result.laps <= MeasuredLap)
         {
-            m_heap     = HeapInUse();
+            heapwatch::Start();
             m_resident = ResidentBytes();
             m_cameras  = m_result.cameras;
             m_pictures = m_result.bracketPictures;
         }
         const INT64 known = HeapPerCamera * static_cast<INT64>(m_result.cameras - m_cameras) +
                             HeapPerPicture * static_cast<INT64>(m_result.bracketPictures - m_pictures);
-        m_result.heapGrowth     = HeapInUse() - m_heap - known;
+        m_result.heapGrowth     = heapwatch::Read().kept - known;
         m_result.residentGrowth = ResidentBytes() - m_resident;
         for (const auto& [pName, growth, allowance] :
              {std::tuple{"heap", m_result.heapGrowth, MaxHeapGrowthPerStore * static_cast<INT64>(m_places.size())},
@@ -138,8 +145,7 @@ private:
     const StatsLogger  m_logger;
     std::vector<Place> m_places;
     SoakResult         m_result;
-    INT64              m_heap;      ///< in use at the end of the measured lap
-    INT64              m_resident;  ///< likewise
+    INT64              m_resident;  ///< at the end of the measured lap
     UINT64             m_cameras;   ///< created by then
     UINT64             m_pictures;  ///< of brackets, taken by then
 };
@@ -151,4 +157,4 @@ SoakResult Soak(const SoakPlan& rPlan, StatsLogger logger)
     return Endurance(rPlan, logger).Run();
 }
 
-}  // namespace kirosim
+}  // namespace kirosoak

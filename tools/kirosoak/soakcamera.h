@@ -2,12 +2,12 @@
 /// A scene's camera that goes on from lap to lap, and what each round of a lap must be like.
 #pragma once
 
-#include "tools/kirosim/modechange.h"
 #include "tools/kirosim/runreport.h"
-#include "tools/kirosim/soak.h"
-#include "tools/kirosim/speededit.h"
+#include "tools/kirosoak/modechange.h"
+#include "tools/kirosoak/soak.h"
+#include "tools/kirosoak/speededit.h"
 
-namespace kirosim
+namespace kirosoak
 {
 
 class SoakCamera
@@ -19,7 +19,8 @@ public:
     static constexpr UINT64 RoundsPerLap = 10;
 
     /// All but the result must outlive this object. @throws std::runtime_error for a scene too short to do it all
-    SoakCamera(const Scene& rScene, const std::string& rName, LoadedTuning& rTuning, StatsLogger logger);
+    SoakCamera(const kirosim::Scene& rScene, const std::string& rName, kirosim::LoadedTuning& rTuning,
+               StatsLogger logger);
 
     /// @param isStopped asked before each frame; may be empty
     /// @return a sum over everything that was decided; meaningless when stopped
@@ -37,14 +38,14 @@ private:
     /// What a round has come to.
     struct Round
     {
-        std::vector<UINT64>     frames;  ///< a sum over each
-        std::vector<StepResult> steps;
-        bool                    isSettled = false;  ///< as the core sees it, at the end
-        UINT64                  pictures  = 0;
+        std::vector<UINT64>              frames;  ///< a sum over each
+        std::vector<kirosim::StepResult> steps;
+        bool                             isSettled = false;  ///< as the core sees it, at the end
+        UINT64                           pictures  = 0;
     };
 
     VOID   BeforeFrame(UINT64 round, UINT64 frame);
-    VOID   AddFrame(const FrameRecord& rRecord);
+    VOID   AddFrame(const kirosim::FrameRecord& rRecord);
     VOID   EndRound(UINT64 round);
     VOID   JudgeSteps(UINT64 round);
     VOID   JudgeAgainstQuiet(UINT64 round);
@@ -56,11 +57,11 @@ private:
     VOID   ChangeModes(VOID (ModeChange::*pChange)());
     VOID   Fault(const std::string& rText);
 
-    const Scene&            m_rScene;
+    const kirosim::Scene&   m_rScene;
     const std::string&      m_rName;
-    LoadedTuning&           m_rTuning;
-    Simulation              m_simulation;
-    RunReport               m_report;
+    kirosim::LoadedTuning&  m_rTuning;
+    kirosim::Simulation     m_simulation;
+    kirosim::RunReport      m_report;
     SpeedEdit               m_edit;
     std::vector<ModeChange> m_modeChanges;  ///< one per camera
     Window                  m_window;
@@ -72,4 +73,4 @@ private:
     SoakResult*             m_pResult;  ///< of the present lap
 };
 
-}  // namespace kirosim
+}  // namespace kirosoak

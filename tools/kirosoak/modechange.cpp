@@ -1,14 +1,14 @@
-#include "tools/kirosim/modechange.h"
+#include "tools/kirosoak/modechange.h"
 
 #include "tools/tuningfile/modepath.h"
 
-namespace kirosim
+namespace kirosoak
 {
 
 namespace
 {
 
-std::vector<TuningMode> SelectorsOf(Camera& rCamera)
+std::vector<TuningMode> SelectorsOf(kirosim::Camera& rCamera)
 {
     const StatsTuningData& rData  = rCamera.Host().Tuning();
     const auto*            pFirst = static_cast<const TuningMode*>(rData.pTuningModeSelectors);
@@ -17,7 +17,7 @@ std::vector<TuningMode> SelectorsOf(Camera& rCamera)
 
 }  // namespace
 
-ModeChange::ModeChange(Camera& rCamera, LoadedTuning& rTuning)
+ModeChange::ModeChange(kirosim::Camera& rCamera, kirosim::LoadedTuning& rTuning)
     : m_rCamera(rCamera), m_rTuning(rTuning), m_before{}, m_changed{}
 {
 }
@@ -46,7 +46,7 @@ VOID ModeChange::Undo()
     }
 }
 
-std::string ModePathOf(Camera& rCamera)
+std::string ModePathOf(kirosim::Camera& rCamera)
 {
     std::string path;
     for (const TuningMode& rMode : SelectorsOf(rCamera))
@@ -57,4 +57,4 @@ std::string ModePathOf(Camera& rCamera)
     return path;
 }
 
-}  // namespace kirosim
+}  // namespace kirosoak

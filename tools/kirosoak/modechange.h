@@ -4,14 +4,14 @@
 
 #include "tools/kirosim/camera.h"
 
-namespace kirosim
+namespace kirosoak
 {
 
 class ModeChange
 {
 public:
     /// @param rTuning must outlive this object
-    ModeChange(Camera& rCamera, LoadedTuning& rTuning);
+    ModeChange(kirosim::Camera& rCamera, kirosim::LoadedTuning& rTuning);
 
     VOID Make();
 
@@ -19,13 +19,13 @@ public:
     VOID Undo();
 
 private:
-    Camera&         m_rCamera;
-    LoadedTuning&   m_rTuning;
-    StatsTuningData m_before;
-    StatsTuningData m_changed;
+    kirosim::Camera&       m_rCamera;
+    kirosim::LoadedTuning& m_rTuning;
+    StatsTuningData        m_before;
+    StatsTuningData        m_changed;
 };
 
 /// The modes that a camera runs in, as a tool names them.
-std::string ModePathOf(Camera& rCamera);
+std::string ModePathOf(kirosim::Camera& rCamera);
 
-}  // namespace kirosim
+}  // namespace kirosoak

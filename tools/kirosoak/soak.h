@@ -8,7 +8,7 @@
 
 #include "tools/kirosim/simulation.h"
 
-namespace kirosim
+namespace kirosoak
 {
 
 /// What is asked of a run. In a lap the camera of each scene goes on for SoakCamera::RoundsPerLap rounds. With each lap
@@ -34,8 +34,8 @@ struct SoakResult
     UINT64 modeEffects     = 0;  ///< changes there that the frames showed
     UINT64 snapshots       = 0;  ///< with flash or in brackets
     UINT64 bracketPictures = 0;
-    INT64  heapGrowth      = 0;  ///< bytes in use since the second lap's end, without what is known to stay
-    INT64  residentGrowth  = 0;  ///< bytes, likewise
+    INT64  heapGrowth     = 0;  ///< bytes held since the second lap's end, without what is known to stay; see heapwatch
+    INT64  residentGrowth = 0;  ///< bytes since then
 
     std::vector<std::string> faults;  ///< one sentence each; the run ends with the first lap that has any
     bool                     isStopped = false;
@@ -44,4 +44,4 @@ struct SoakResult
 /// @throws std::exception if scenes or tuning cannot be read or used, and when the tuning service does not answer
 SoakResult Soak(const SoakPlan& rPlan, StatsLogger logger);
 
-}  // namespace kirosim
+}  // namespace kirosoak

@@ -1,10 +1,10 @@
-#include "tools/kirosim/speededit.h"
+#include "tools/kirosoak/speededit.h"
 
 #include <algorithm>
 
 #include <fmt/format.h>
 
-namespace kirosim
+namespace kirosoak
 {
 
 namespace
@@ -56,4 +56,4 @@ bool SpeedEdit::Undo()
     return std::equal(now.begin(), now.end(), m_before.begin(), m_before.end(), isSame);
 }
 
-}  // namespace kirosim
+}  // namespace kirosoak

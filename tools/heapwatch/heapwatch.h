@@ -1,5 +1,5 @@
 /// @file
-/// What is taken from the heap, whoever asks for it.
+/// What is taken from the heap, whoever asks for it. A program that has heapwatch.cpp among its sources is watched.
 #pragma once
 
 #include "platform/tavotypes.h"
@@ -17,8 +17,8 @@ struct Report
 /// Begins anew.
 VOID Start();
 
-/// @return since Start. All zero under a sanitizer, which has an allocator of its own; it ends the process at a request
-///         above the campaign's limit
+/// Bytes as they were asked for: what the allocator adds or rounds up is not in it.
+/// @return since Start; all zero under a sanitizer, which has an allocator of its own
 Report Read();
 
 /// Whether Read counts.

@@ -4,7 +4,7 @@
 
 #include "tools/liveclient/liveclient.h"
 
-namespace kirosim
+namespace kirosoak
 {
 
 class SpeedEdit
@@ -24,4 +24,4 @@ private:
     std::vector<liveclient::Value> m_before;
 };
 
-}  // namespace kirosim
+}  // namespace kirosoak

@@ -1,4 +1,4 @@
-#include "tools/kirosim/soakcamera.h"
+#include "tools/kirosoak/soakcamera.h"
 
 #include <algorithm>
 #include <cmath>
@@ -7,7 +7,7 @@
 
 #include "tools/kirosim/trace.h"
 
-namespace kirosim
+namespace kirosoak
 {
 
 namespace
@@ -44,21 +44,22 @@ UINT64 Sum(UINT64 sum, std::string_view text)
 }
 
 /// What a round repeats: all but number and time of the frame.
-UINT64 SumOf(const FrameRecord& rRecord)
+UINT64 SumOf(const kirosim::FrameRecord& rRecord)
 {
-    const std::string line   = CsvLine(rRecord);
+    const std::string line   = kirosim::CsvLine(rRecord);
     const size_t      number = line.find(',');
     return Sum(SumOfNothing, std::string_view(line).substr(line.find(',', number + 1)));
 }
 
-bool IsLightStep(const StepResult& rStep)
+bool IsLightStep(const kirosim::StepResult& rStep)
 {
     return rStep.ev != 0.0;  // else the cold start
 }
 
 }  // namespace
 
-SoakCamera::SoakCamera(const Scene& rScene, const std::string& rName, LoadedTuning& rTuning, StatsLogger logger)
+SoakCamera::SoakCamera(const kirosim::Scene& rScene, const std::string& rName, kirosim::LoadedTuning& rTuning,
+                       StatsLogger logger)
     : m_rScene(rScene), m_rName(rName), m_rTuning(rTuning), m_simulation(rScene, rTuning, logger), m_report(rScene),
       m_edit(rTuning.Manager().GetLiveTuningPort()), m_window{}, m_valuesEdited(0), m_second(0), m_lapSum(0),
       m_pResult(nullptr)
@@ -82,7 +83,7 @@ UINT64 SoakCamera::RunLap(const std::function<bool()>& isStopped, SoakResult& rR
     UINT64     frames = 0;
     const auto round  = [&] { return frames / m_rScene.frames + 1; };
 
-    RunPlan plan;
+    kirosim::RunPlan plan;
     plan.rounds      = RoundsPerLap;
     plan.beforeFrame = [&]
     {
@@ -95,7 +96,7 @@ UINT64 SoakCamera::RunLap(const std::function<bool()>& isStopped, SoakResult& rR
         return true;
     };
     m_simulation.Run(
-        [&](const FrameRecord& rRecord)
+        [&](const kirosim::FrameRecord& rRecord)
         {
             AddFrame(rRecord);
             if ((frames + 1) % m_rScene.frames == 0)
@@ -104,7 +105,7 @@ UINT64 SoakCamera::RunLap(const std::function<bool()>& isStopped, SoakResult& rR
             }
             ++frames;
         },
-        [&](const FrameRecord& rRecord)
+        [&](const kirosim::FrameRecord& rRecord)
         {
             m_report.AddSecond(rRecord);
             m_second = SumOf(rRecord);
@@ -139,8 +140,8 @@ VOID SoakCamera::BeforeFrame(UINT64 round, UINT64 frame)
     }
     else if (round == SnapshotRound && frame == SnapshotFrame)
     {
-        Event event;
-        event.bracket = BracketRequest(BracketEV);
+        kirosim::Event event;
+        event.bracket = kirosim::BracketRequest(BracketEV);
         m_simulation.MainCamera().Apply(event);
     }
 }
@@ -172,7 +173,7 @@ VOID SoakCamera::Reload()
     }
     ++m_pResult->reloads;
     // What the cores have of the tuning they keep until they are told.
-    for (Camera* pCamera : {&m_simulation.MainCamera(), m_simulation.SecondCamera()})
+    for (kirosim::Camera* pCamera : {&m_simulation.MainCamera(), m_simulation.SecondCamera()})
     {
         if (pCamera != nullptr)
         {
@@ -190,7 +191,7 @@ VOID SoakCamera::ChangeModes(VOID (ModeChange::*pChange)())
     }
 }
 
-VOID SoakCamera::AddFrame(const FrameRecord& rRecord)
+VOID SoakCamera::AddFrame(const kirosim::FrameRecord& rRecord)
 {
     m_report.Add(rRecord);
     const UINT64 sum = SumOf(rRecord) ^ m_second;
@@ -203,16 +204,16 @@ VOID SoakCamera::AddFrame(const FrameRecord& rRecord)
 
 VOID SoakCamera::EndRound(UINT64 round)
 {
-    const RunSummary& rSummary = *m_report.LastRound();
+    const kirosim::RunSummary& rSummary = *m_report.LastRound();
     if (!rSummary.isLegal)
     {
         Fault(fmt::format("an exposure in round {} was not legal", round));
     }
     m_round.steps = rSummary.steps;
     m_pResult->snapshots += m_round.pictures;
-    m_pResult->settles += static_cast<UINT64>(
-        std::count_if(m_round.steps.begin(), m_round.steps.end(),
-                      [](const StepResult& rStep) { return IsLightStep(rStep) && rStep.framesToSettle.has_value(); }));
+    m_pResult->settles += static_cast<UINT64>(std::count_if(
+        m_round.steps.begin(), m_round.steps.end(),
+        [](const kirosim::StepResult& rStep) { return IsLightStep(rStep) && rStep.framesToSettle.has_value(); }));
     if (round == QuietRound)
     {
         m_quiet = m_round;
@@ -239,7 +240,7 @@ VOID SoakCamera::JudgeSteps(UINT64 round)
     bool hasSettled = false;
     for (size_t index = 0; index < m_quiet.steps.size(); ++index)
     {
-        const StepResult&           rQuiet = m_quiet.steps[index];
+        const kirosim::StepResult&  rQuiet = m_quiet.steps[index];
         const std::optional<UINT32> now    = m_round.steps[index].framesToSettle;
         hasStep                            = hasStep || IsLightStep(rQuiet);
         hasSettled                         = hasSettled || (IsLightStep(rQuiet) && now.has_value());
@@ -294,7 +295,7 @@ UINT64 SoakCamera::FirstDifference(UINT64 begin, UINT64 end) const
 VOID SoakCamera::ChooseWindow()
 {
     m_window = {WindowBegin, WindowEnd, false};
-    for (const StepResult& rStep : m_quiet.steps)
+    for (const kirosim::StepResult& rStep : m_quiet.steps)
     {
         const UINT32 frames = rStep.framesToSettle.value_or(0);
         const auto   begin  = static_cast<UINT64>(std::lround(rStep.time * m_rScene.fps));
@@ -311,4 +312,4 @@ VOID SoakCamera::Fault(const std::string& rText)
     m_pResult->faults.push_back(m_rName + ": " + rText);
 }
 
-}  // namespace kirosim
+}  // namespace kirosoak

@@ -1,0 +1,114 @@
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <filesystem>
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include "platform/tavodesk.h"
+#include "tools/kirosim/stopsignal.h"
+#include "tools/kirosoak/soak.h"
+#include "tools/tuningfile/files.h"
+
+namespace
+{
+
+constexpr INT ExitFault    = 1;
+constexpr INT ExitBadUsage = 2;
+
+struct Options
+{
+    std::string              tuning;
+    std::vector<std::string> scenes;
+    UINT64                   frames = 10000000;
+};
+
+/// A parameter file made of a tuning's text; gone with this object.
+class CompiledTuning
+{
+public:
+    explicit CompiledTuning(const std::string& rText)
+        : m_path(std::filesystem::temp_directory_path() / fmt::format("kirosoak-{}.bin", getpid()))
+    {
+        tuningfile::ReplaceFile(m_path, tuningfile::CompileFile(rText));
+    }
+
+    ~CompiledTuning()
+    {
+        std::error_code ignored;
+        std::filesystem::remove(m_path, ignored);
+    }
+
+    CompiledTuning(const CompiledTuning&)            = delete;
+    CompiledTuning& operator=(const CompiledTuning&) = delete;
+
+    std::string Path() const
+    {
+        return m_path;
+    }
+
+private:
+    const std::filesystem::path m_path;
+};
+
+/// A soak says what is wrong itself: what the library logs while its tuning is edited is expected.
+VOID DiscardLog(const CHAR*, INT32, const CHAR*, UINT32, UINT32, const CHAR*, ...)
+{
+}
+
+VOID ShowLap(const std::string& rLine)
+{
+    fmt::print("{}", rLine);
+    (VOID) std::fflush(stdout);
+}
+
+/// @return the program's status
+INT Run(const Options& rOptions)
+{
+    TavoDesk::SetSystemLogSink([](VOID*, UINT64, const CHAR*, UINT32, const CHAR*) {}, nullptr);
+    const kirosim::StopSignal  stopSignal;  // before there is a file to clear away
+    const CompiledTuning       tuning(rOptions.tuning);
+    const kirosoak::SoakResult result = kirosoak::Soak(
+        {rOptions.frames, rOptions.scenes, tuning.Path(), ShowLap, kirosim::StopSignal::IsRaised}, DiscardLog);
+    fmt::print("{} frames in {} laps of {} scenes: {} cameras, {} steps settled, {} values edited, {} reloads, {} mode "
+               "changes, {} snapshots; heap {:+} bytes, resident {:+} bytes\n",
+               result.frames, result.laps, rOptions.scenes.size(), result.cameras, result.settles, result.edits,
+               result.reloads, result.modeChanges, result.snapshots, result.heapGrowth, result.residentGrowth);
+    for (const std::string& rFault : result.faults)
+    {
+        fmt::print(stderr, "kirosoak: {}\n", rFault);
+    }
+    if (result.isStopped)
+    {
+        throw std::runtime_error("interrupted");
+    }
+    return result.faults.empty() ? 0 : ExitFault;
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    CLI::App app{"kirosoak: runs scenes lap after lap while their tuning is edited and reloaded; laps must be alike, "
+                 "memory flat"};
+    Options  options;
+    app.add_option("--tuning", options.tuning, "tuning, as text (.yaml)")->required();
+    app.add_option("--frames", options.frames, "frames to run, rounded up to whole laps")->capture_default_str();
+    app.add_option("scenes", options.scenes, "scenes (.yaml)")->required();
+    try
+    {
+        app.parse(argc, argv);
+    }
+    catch (const CLI::ParseError& rError)
+    {
+        return (app.exit(rError) == 0) ? 0 : ExitBadUsage;
+    }
+    try
+    {
+        return Run(options);
+    }
+    catch (const std::exception& rError)
+    {
+        fmt::print(stderr, "kirosoak: {}\n", rError.what());
+        return ExitFault;
+    }
+}
