@@ -1,6 +1,8 @@
-#include "core/ckirotriggermanager.h"
+#include "interface/ckirotriggermanager.h"
 
+#include "core/base/ckirotriggerclasses.h"
 #include "core/base/kirolog.h"
+#include "core/ikirocontextmanager.h"
 
 using kirodbsnapshot::DRCGainType;
 

@@ -4,7 +4,7 @@
 
 #include <optional>
 
-#include "core/ckirotriggermanager.h"
+#include "interface/ckirotriggermanager.h"
 #include "interface/ikirocorealgo.h"
 
 /// Ratios of two exposures, from 1.0.

@@ -9,9 +9,12 @@
 
 #include "greycard.h"
 #include "interface/aecdebugdata.h"
+#include "interface/ckirotriggermanager.h"
 #include "interface/ikirocorealgo.h"
+#include "interface/kirocontextaccess.h"
 #include "parameters/tuningsetmanager.h"
 #include "schema/kirodbactiveanalyzers.h"
+#include "schema/kirodbstatscalculator.h"
 
 static constexpr KIROSensorRange Sensor = {1.0f, 64.0f, 20000, 33333333};
 
@@ -134,6 +137,24 @@ struct Frame
     }
 };
 
+// What a snapshot in this light would be given: the ratios of safe to short, and of long to safe.
+static VOID ShowSnapshotGains(IKIROCoreAlgo* pAlgo)
+{
+    using kirodbstatscalculator::DBFloatPayload;
+    KIROGetBankData lux = {BankIDTriggers, TriggerCtrlLux, nullptr, sizeof(DBFloatPayload)};
+    if (pAlgo->getBankData(pAlgo, &lux) != 0)
+    {
+        return;
+    }
+    const FLOAT                        luxIndex = static_cast<const DBFloatPayload*>(lux.pData)->value;
+    CKIROTriggerManager                triggers(*GetKiroContextManager(pAlgo));
+    KIROGeneralizedTriggerSystemInput  input = {{luxIndex, 0.0f, 0.0f}, 1, 0};
+    KIROGeneralizedTriggerSystemOutput gains{};
+    triggers.GetSnapshotDBNonBracketing(&input, gains);
+    std::printf("snapshot at lux index %.1f: ADRC gain %.3f, dark boost gain %.3f\n", static_cast<DOUBLE>(luxIndex),
+                static_cast<DOUBLE>(gains.data[0]), static_cast<DOUBLE>(gains.data[1]));
+}
+
 int main(int argc, char** argv)
 {
     if (argc < 2)
@@ -193,6 +214,7 @@ int main(int argc, char** argv)
         std::printf("%3llu luma %5.1f -> gain %6.3f time %8llu ns%s\n", frameID, static_cast<DOUBLE>(card.m_luma[0]),
                     static_cast<DOUBLE>(rSafe.gain), rSafe.time, frame.m_convergence.bSettle == TRUE ? " settled" : "");
     }
+    ShowSnapshotGains(pAlgo);
     pAlgo->DestroyInstance(pAlgo);
     return 0;
 }

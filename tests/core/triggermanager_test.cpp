@@ -1,6 +1,6 @@
 // The gains of snapshots over the lux index.
 
-#include "core/ckirotriggermanager.h"
+#include "interface/ckirotriggermanager.h"
 
 #include <algorithm>
 

@@ -52,6 +52,7 @@ for host in ./cmake_minihost ./pkgconfig_way; do
     # Four times the light at the same luma is a quarter of the exposure, up to what the tuning makes of bright light.
     awk -v host="$host" '
         function exposure() { return $6 * $8 }
+        /^snapshot/ { gains[FILENAME] = ($7 >= 1 && $11 >= 1); next }
         FNR == 1 { start[FILENAME] = exposure() }
         FNR == 50 { before[FILENAME] = exposure() }
         { last[FILENAME] = exposure(); settled[FILENAME] = /settled/ }
@@ -61,6 +62,7 @@ for host in ./cmake_minihost ./pkgconfig_way; do
                 change = last[file] / before[file]
                 if (!settled[file] || change < 0.99 || change > 1.01) bad(file " does not settle")
                 if (last[file] == start[file]) bad(file " does not move")
+                if (!gains[file]) bad(file " has no gains for a snapshot")
             }
             ratio = last["dim.txt"] / last["bright.txt"]
             if (ratio < 3 || ratio > 5) bad("four times the light changes the exposure by " ratio)

@@ -3,11 +3,14 @@
 /// zero, above and below it, and for a snapshot outside a bracket.
 #pragma once
 
-#include "core/base/ckirotriggerclasses.h"
-#include "core/ikirocontextmanager.h"
 #include "interface/kirotriggerdata.h"
+#include "platform/tavocommonutils.h"
+#include "schema/kirodbsnapshot.h"
 
-/// For hosts. Not for use while a frame's stage runs: the queries read the banks.
+class CKIROTwoFloatsXML;
+class IKIROContextManager;
+
+/// For hosts, with what GetKiroContextManager gives. Not for use while a frame's stage runs: the queries read the banks.
 ///
 /// Each query abandons a small object: a host asks once per snapshot, not once per frame.
 class TAVO_VISIBLE CKIROTriggerManager
