@@ -284,13 +284,18 @@ TEST_F(ReloadTest, ADerivedManagerHasAllDoneByItsMain)
 
     Write(make(40));
     ASSERT_TRUE(derived.ReloadBinaryParameters(false));
-    DefaultModule* const pAlpha = manager.GetDefaultModule(namehash::OfName("alpha"));
-    DefaultModule* const pBeta  = manager.GetDefaultModule(namehash::OfName("beta"));
-    derived.SaveAndClearModule(pAlpha);
-    EXPECT_TRUE(pAlpha->RemoveAll().empty());
-    EXPECT_NE(pBeta->Find(1), nullptr);
-    derived.SaveAndClearModules();
-    EXPECT_EQ(pBeta->Find(1), nullptr);
+    DefaultModule* const          pAlpha = manager.GetDefaultModule(namehash::OfName("alpha"));
+    DefaultModule* const          pBeta  = manager.GetDefaultModule(namehash::OfName("beta"));
+    const smallschema::AlphaType* pOld   = Alpha(manager, video);
+    {
+        SteppedManager another(&manager, 0);
+        another.SaveAndClearModule(pAlpha);
+        EXPECT_TRUE(pAlpha->RemoveAll().empty());
+        EXPECT_NE(pBeta->Find(1), nullptr);
+        another.SaveAndClearModules();
+        EXPECT_EQ(pBeta->Find(1), nullptr);
+    }
+    EXPECT_EQ(pOld->value, 41) << "until the next reload";
     ASSERT_TRUE(manager.ReloadBinaryParameters(false));
     EXPECT_EQ(AlphaValue(manager, video), 41);
 }
