@@ -413,10 +413,11 @@ TEST_F(LiveCommandsTest, AnAnswerOfTriggerValuesEndsBeforeTheInstanceThatDoesNot
         while (std::clock() < due)
         {
         }
-        (VOID) Ask(Request(9, Text("0")));
-        const Bytes answer = m_client->ReceivePacket();
-        EXPECT_EQ(answer.size(), rCase.isSent ? 65534u : 14u + 18u + 6u) << rCase.name;
-        EXPECT_EQ(PayloadOf(answer, 14).substr(0, 22), "Default:alpha:IPE#one:");
+        // Where the machine is busy the answer may come first.
+        const Bytes  packets[] = {Ask(Request(9, Text("0"))), m_client->ReceivePacket()};
+        const Bytes& rAnswer   = packets[(packets[0].at(2) == 7) ? 0 : 1];
+        EXPECT_EQ(rAnswer.size(), rCase.isSent ? 65534u : 14u + 18u + 6u) << rCase.name;
+        EXPECT_EQ(PayloadOf(rAnswer, 14).substr(0, 22), "Default:alpha:IPE#one:");
         EXPECT_TRUE(IsLogged(rCase.pLog)) << rCase.pLog;
     }
 }
