@@ -14,11 +14,11 @@ using vernier::Command;
 namespace
 {
 
-constexpr std::clock_t CollectingTime = 5001;   ///< ticks of std::clock
-constexpr UINT32       TextSize       = 512;    ///< of each of the three texts, with terminator
-constexpr UINT32       TriggerAnswer  = 65535;  ///< bytes of the packet
-constexpr size_t       MaxRequests    = 64;     ///< that wait for their age
-constexpr UINT32       MaxTexts       = 65520;  ///< of the three texts with their separators
+constexpr std::clock_t CollectingTime = 5001;                      ///< ticks of std::clock
+constexpr UINT32       TextSize       = 512;                       ///< of each of the three texts, with terminator
+constexpr UINT32       TriggerAnswer  = vernier::PacketLimit - 1;  ///< bytes of the packet
+constexpr size_t       MaxRequests    = 64;                        ///< that wait for their age
+constexpr UINT32       MaxTexts       = 65520;                     ///< of the three texts with their separators
 
 }  // namespace
 

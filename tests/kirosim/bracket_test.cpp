@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "host/kirocorelibrary.h"
+#include "host/kirodebugdata.h"
+#include "host/snapshotgains.h"
 #include "tests/kirosim/simulationrun.h"
 #include "tools/kirosim/bracketreport.h"
 
@@ -119,6 +122,43 @@ TEST(BracketCapture, ATuningWithoutSettingsOfSnapshotsTakesThePreviewsExposureTi
     EXPECT_NEAR(results[0].frames[0].exposureEV, -2.0, 0.01);
     EXPECT_EQ(results[0].frames[1].ADRCOfSensor, 1.0);
     EXPECT_EQ(results[0].previewChangeEV, 0.0);
+}
+
+TEST(BracketCapture, GainsFollowTheTunedMethodOfTheSign)
+{
+    LoadedTuning    tuning(EXAMPLES_DIR "/tunings/phone.yaml");
+    StatsTuningData data = tuning.Data(DefaultSelectors());
+    KiroCoreLibrary library;
+    KiroDebugData   debugData;
+    IKIROCoreAlgo*  pAlgo = library.Create(data, debugData, DiscardLog);
+    {
+        SnapshotGains gains(pAlgo);
+        const auto    set = [&](const std::string& rName, const std::string& rValue)
+        {
+            EXPECT_TRUE(
+                tuning.Manager().SetValue(0, "0", "kirodbsnapshot.data[0].value", rName.c_str(), rValue.c_str()))
+                << rName;
+        };
+        const auto expect = [&](INT32 evSteps, const DRCGains& rPreview, FLOAT ADRC, FLOAT darkBoost)
+        {
+            const DRCGains result = gains.ForBracket(evSteps, 100.0f, rPreview);
+            EXPECT_EQ(result.ADRC, ADRC) << evSteps;
+            EXPECT_EQ(result.darkBoost, darkBoost) << evSteps;
+        };
+        // 1: the preview's within limits. 0: none. 2: the tuning's.
+        set("bracketingConfig.zeroEVDRCConfig.method", "1");
+        set("bracketingConfig.zeroEVDRCConfig.baseExposureConstraints.maxADRCGain", "3");
+        set("bracketingConfig.zeroEVDRCConfig.baseExposureConstraints.maxDarkBoostGain", "0.5");
+        set("bracketingConfig.positiveEVDRCConfig.method", "0");
+        expect(0, {4.0f, 4.0f}, 3.0f, 1.0f);
+        expect(0, {2.0f, 4.0f}, 2.0f, 1.0f);
+        expect(12, {4.0f, 4.0f}, 1.0f, 1.0f);
+        expect(-12, {4.0f, 4.0f}, 1.0f, 1.5f);
+        set("bApplyDRCWhenBracketing", "0");
+        expect(0, {4.0f, 4.0f}, 1.0f, 1.0f);
+        expect(-12, {4.0f, 4.0f}, 1.0f, 1.0f);
+    }
+    pAlgo->DestroyInstance(pAlgo);
 }
 
 }  // namespace

@@ -453,6 +453,24 @@ TEST_F(RecordingOfAHost, EndsAtTheSeventeenthCameraAtATime)
     EXPECT_EQ(ReplayOf(m_file.Path()).damage, "cut: its end is missing");
 }
 
+TEST_F(RecordingOfAHost, EndsAtTheSeventeenthTuning)
+{
+    for (INT tuning = 0; tuning < 16; ++tuning)
+    {
+        m_recorder.AddTuning(&Phone().Manager(), Phone().Reference());
+    }
+    std::vector<Chunk> chunks = ChunksOf(m_file.Path());
+    m_recorder.AddTuning(&Phone().Manager(), Phone().Reference());
+    Destroy(Create(Phone()));
+    EXPECT_EQ(Finish(), m_file.Path() + ": ends after 0 calls: more than 16 tunings");
+    EXPECT_EQ(ReplayOf(m_file.Path()).damage, "cut: its end is missing") << "16 are taken";
+
+    ASSERT_EQ(chunks.back().type, ChunkType::Tuning);
+    chunks.push_back(chunks.back());
+    WriteChunks(m_file.Path(), chunks);
+    EXPECT_NE(ReplayOf(m_file.Path()).damage.find("more than 16 tunings"), std::string::npos);
+}
+
 TEST_F(RecordingOfAHost, EndsAtAStoreThatItDoesNotKnow)
 {
     Destroy(Create(Phone()));

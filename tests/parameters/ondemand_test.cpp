@@ -312,6 +312,32 @@ TEST_F(OnDemandTest, ASharedModuleComesBackAfterItsOwnerWasUnloaded)
     EXPECT_EQ(pRecord->steps[0], 5.5f);
 }
 
+TEST_F(OnDemandTest, ATableMayHaveANameAndNoModes)
+{
+    for (const bool hasModule : {false, true})
+    {
+        TuningFileMaker maker;
+        maker.Alpha(maker.Table("main"), 1);
+        maker.builder.AddModeTable("empty");
+        if (hasModule)
+        {
+            maker.Alpha(0x01000000, 2);  // mode 0 of the table
+        }
+        ParameterSetManager manager("cam", smallschema::Modules, Verbose());
+        EXPECT_EQ(manager.LoadBinaryParameters(Write(maker.Build())), !hasModule);
+        EXPECT_EQ(manager.GetErrorText(), hasModule ? "AddModule: RootMode is nullptr" : "");
+        if (!hasModule)
+        {
+            EXPECT_FALSE(manager.LoadMode(1, nullptr, 0, nullptr));
+            EXPECT_FALSE(manager.UnloadMode(1, nullptr, 0));
+            EXPECT_EQ(manager.GetErrorText(), "UnloadMode root mode is nullptr");
+            EXPECT_EQ(manager.GetModeEntry(1, nullptr, 0), nullptr);
+            EXPECT_EQ(manager.GetModuleInternal(1, "alpha", nullptr, 0, nullptr), nullptr);
+            EXPECT_TRUE(log.Has("GetModule(alpha) Uninitialized Set Manager. "));
+        }
+    }
+}
+
 TEST_F(OnDemandTest, InBufferModeThereIsNothingToLoadOrUnload)
 {
     ParameterSetManager manager("cam", smallschema::Modules, Verbose());

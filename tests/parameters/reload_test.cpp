@@ -29,6 +29,14 @@ protected:
     const std::vector<TuningMode> video = Branch({{Usecase, 2}});
 };
 
+/// A manager whose steps of a reload can be called one by one.
+struct SteppedManager : ParameterSetManager
+{
+    using ParameterSetManager::ParameterSetManager;
+    using ParameterSetManager::SaveAndClearModule;
+    using ParameterSetManager::SaveAndClearModules;
+};
+
 }  // namespace
 
 TEST_F(ReloadTest, OldRecordsLiveUntilTheReloadAfter)
@@ -220,4 +228,74 @@ TEST_F(ReloadTest, AnUpdateNeedsTablesOfTheSameName)
     ParameterModule* pSide = manager.GetModuleInternal(1, "alpha", nullptr, 0, nullptr);
     ASSERT_NE(pSide, nullptr);
     EXPECT_EQ(static_cast<smallschema::AlphaType*>(static_cast<TableModule*>(pSide)->Record())->value, 9);
+}
+
+TEST_F(ReloadTest, AnUpdateFromOrToATableWithoutModesChangesNothing)
+{
+    TuningFileMaker empty;
+    empty.builder.AddModeTable();
+    for (const auto& [mine, others] :
+         {std::pair{MakeFile(10), empty.Build()}, {empty.Build(), MakeFile(20)}, {empty.Build(), empty.Build()}})
+    {
+        ParameterSetManager manager("cam", smallschema::Modules, Verbose());
+        ASSERT_TRUE(LoadBuffer(manager, mine));
+        const INT32 before = AlphaValue(manager, video);
+        auto        pOther = std::make_unique<ParameterSetManager>("other", smallschema::Modules, Verbose());
+        ASSERT_TRUE(LoadBuffer(*pOther, others));
+        EXPECT_TRUE(manager.UpdateParameters(std::move(pOther)));
+        EXPECT_EQ(AlphaValue(manager, video), before);
+    }
+}
+
+TEST_F(ReloadTest, ADerivedManagerHasAllDoneByItsMain)
+{
+    const auto make = [](INT32 value)
+    {
+        TuningFileMaker maker;
+        const UINT32    front = maker.Table("front");
+        const UINT32    back  = maker.Table("back");
+        maker.Beta(front, value);
+        maker.Alpha(maker.Mode(front, Usecase, 2), value + 1);
+        maker.Alpha(maker.Mode(back, Usecase, 2), value + 2);
+        return maker.Build();
+    };
+    SteppedManager manager("cam", smallschema::Modules, Verbose());
+    SteppedManager derived(&manager, 1);
+    ASSERT_TRUE(derived.LoadBinaryParameters(Write(make(10))));
+    EXPECT_EQ(manager.GetModeTableCount(), 2u);
+    EXPECT_FALSE(LoadBuffer(derived, make(10)));
+    EXPECT_EQ(manager.GetErrorText(), "Binary file already loaded");
+
+    // Its own table, whatever index is named.
+    EXPECT_TRUE(derived.LoadMode(0, video.data(), 2, nullptr));
+    EXPECT_FALSE(Mode(manager, video, 0)->Loaded);
+    EXPECT_TRUE(Mode(manager, video, 1)->Loaded);
+    EXPECT_TRUE(derived.UnloadMode(0, video.data(), 2));
+    EXPECT_FALSE(Mode(manager, video, 1)->Loaded);
+
+    Write(make(20));
+    ASSERT_TRUE(derived.ReloadBinaryParameters(false));
+    EXPECT_EQ(AlphaValue(manager, video), 21);
+    EXPECT_EQ(AlphaValue(derived, video), 22);
+    auto pOther = std::make_unique<ParameterSetManager>("other", smallschema::Modules, Verbose());
+    ASSERT_TRUE(LoadBuffer(*pOther, make(30)));
+    EXPECT_TRUE(derived.UpdateParameters(std::move(pOther)));
+    EXPECT_EQ(AlphaValue(manager, video), 31);
+
+    Write(make(40));
+    ASSERT_TRUE(derived.ReloadBinaryParameters(false));
+    DefaultModule* const          pAlpha = manager.GetDefaultModule(namehash::OfName("alpha"));
+    DefaultModule* const          pBeta  = manager.GetDefaultModule(namehash::OfName("beta"));
+    const smallschema::AlphaType* pOld   = Alpha(manager, video);
+    {
+        SteppedManager another(&manager, 0);
+        another.SaveAndClearModule(pAlpha);
+        EXPECT_TRUE(pAlpha->RemoveAll().empty());
+        EXPECT_NE(pBeta->Find(1), nullptr);
+        another.SaveAndClearModules();
+        EXPECT_EQ(pBeta->Find(1), nullptr);
+    }
+    EXPECT_EQ(pOld->value, 41) << "until the next reload";
+    ASSERT_TRUE(manager.ReloadBinaryParameters(false));
+    EXPECT_EQ(AlphaValue(manager, video), 41);
 }

@@ -59,6 +59,21 @@ TEST_F(SetManagerTest, WhatAModuleRefusesItNamesByItsRecordType)
     }
 }
 
+TEST_F(SetManagerTest, AModuleIsNotMadeFromTheDataOfAnother)
+{
+    ParameterSetManager manager("cam", smallschema::Modules, Verbose());
+    ASSERT_TRUE(LoadBuffer(manager, MakeAlpha(6)));
+    DefaultModule* pAlpha = manager.GetDefaultModule(namehash::OfName("alpha"));
+    ModuleData     foreign(0xAB, 1, 1, smallschema::RecordVersion, 0, &manager, &manager, nullptr, &manager);
+    EXPECT_EQ(pAlpha->DefaultInstance().Create(&foreign, pAlpha), nullptr);
+    CHAR text[128];
+    std::snprintf(text, sizeof(text), "does not match source name hash (0x%016llx)\n",
+                  static_cast<unsigned long long>(namehash::OfName("alpha")));
+    EXPECT_TRUE(
+        log.Has("Unable to create AlphaTypeClass, binary name hash (0x00000000000000ab) " + std::string(text), "E"))
+        << log.Text();
+}
+
 TEST_F(SetManagerTest, ABareModuleHasAnIdentityAndNoMore)
 {
     TuningFileMaker maker;

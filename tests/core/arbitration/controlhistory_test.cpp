@@ -95,6 +95,9 @@ TEST_F(ControlHistory, LeavesTheReferenceTowardsTheEnd)
     ExpectMatch(3000000, 1.0f, 3 * Millisecond);
     m_reference.endSettings.tableID = 99;
     EXPECT_EQ(RunMatch(3000000), 1);
+    m_reference.endSettings.endSelection = static_cast<EndKneePointType>(3);
+    EXPECT_EQ(RunMatch(3000000), 1);
+    EXPECT_TRUE(m_log.Has(LevelError, "could not determine end selection type 3"));
     EXPECT_EQ(m_in.pTable, nullptr) << "none of them is a last used table";
 }
 
@@ -130,6 +133,9 @@ TEST_F(ControlHistory, BracketedReferenceAppliesToItsSignOnly)
             EXPECT_EQ(RunMatch(20000000), result) << ev << " " << type;
         }
     }
+    m_reference.bracketedEVType = static_cast<EVOffsetType>(3);
+    EXPECT_EQ(RunMatch(20000000), 1);
+    EXPECT_TRUE(m_log.Has(LevelError, "error: unknown EV type 3"));
 }
 
 TEST_F(ControlHistory, ReferenceCanBeAFrame)

@@ -130,6 +130,16 @@ TEST_F(RangeTest, CompensationMovesTheOtherQuantity)
     ExpectRange(4.0f, 8.0f, 50 * Microsecond, 66 * Millisecond);
     EXPECT_EQ(RunRange(ArbQuantityGain, Absolute(1.0f), Absolute(4.0f)), 0);
     ExpectRange(1.0f, 4.0f, 100 * Microsecond, 100 * Millisecond);
+
+    for (const auto& [quantity, level, pMessage] :
+         {std::tuple{ArbQuantityIndex, LevelWarning, "not compensating index range adjust; only gain or time"},
+          {static_cast<ArbExposureQuantity>(3), LevelError, "unknown quantity!"}})
+    {
+        m_range.value.handling.compensation = {TRUE, quantity};
+        EXPECT_EQ(RunRange(ArbQuantityGain, Absolute(4.0f), Absolute(8.0f)), 0);
+        ExpectRange(4.0f, 8.0f, 100 * Microsecond, 33 * Millisecond);
+        EXPECT_TRUE(m_log.Has(level, pMessage)) << pMessage;
+    }
 }
 
 TEST_F(RangeTest, FollowerTakesTheTimeOfItsMaster)
@@ -155,6 +165,13 @@ TEST_F(RangeTest, FollowerTakesTheTimeOfItsMaster)
     EXPECT_EQ(run(FALSE), 1) << "not tuned";
     peer.exposureInfo.exposureTime[AECAlgoExposureSafe] = 0;
     EXPECT_EQ(run(TRUE), 1) << "a master without a frame";
+
+    FLOAT time = 0.0f;
+    EXPECT_EQ(UtilSyncUpExposureTime(AECAlgoExposureSafe, &m_context.m_tuningData, nullptr, &time), 1) << "no peer";
+    peer.exposureInfo.exposureTime[AECAlgoExposureSafe] = 12 * Millisecond;
+    m_context.SetTuning(TestTuning());
+    SetBank(BankIDArbitrationRange, &m_range);
+    EXPECT_EQ(RunRange(ArbQuantityTime, Absolute(1e6f), Absolute(2e6f), ArbCtrlMasterTime), 1) << "no tuning of sync";
 }
 
 TEST_F(RangeTest, StaggeredTimeGrowsWithWhatLongLeaves)

@@ -174,4 +174,23 @@ TEST_F(Stretch, MeetsTheDRCBranch)
     expect(AggTypeCascade, 20.0, 470.0, 7.0);
     expect(AggTypeCascade, 3.0, 487.0, 7.0);
     expect(AggTypeDisableDRCInPredictive, 20.0, 490.0, 7.0);
+    expect(Res, 20.0, 490.0, 7.0);  // reserved
+}
+
+TEST_F(Stretch, WhatDRCLeavesOfThePredictiveGainIsNeverBelowOne)
+{
+    // The gain is that of 7 steps; the stretch's distance is the same but for the rounding of 1000 steps. The distance
+    // of DRC passes both, in steps that are finer than that.
+    m_module.drcStretchAgg = AggTypeDRCPrefParallel;
+    SaveHistory(FrameAt({1153.0002, 1160.0, 1160.0}));
+    for (UINT32 index = 0; index < 20; ++index)
+    {
+        SetStretches({{1.0f, -1000.0f, 0.007f + 2e-9f * static_cast<FLOAT>(index), 1.0f}});
+        for (FLOAT speed = 0.0f; speed < 4e-4f; speed += 4e-6f)
+        {
+            SetSpeeds(0.0f, speed);
+            Run({152.0, 160.0, 160.0});
+            ASSERT_GE(m_output.predictiveGain, 1.0f) << "stretch " << index << " speed " << speed;
+        }
+    }
 }

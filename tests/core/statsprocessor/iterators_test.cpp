@@ -171,6 +171,52 @@ TEST(GridIterator, RefusesWhatItsTablesOrTheGridDoNotHold)
     }
 }
 
+TEST(GridIterator, WidthsBeyondTheGridVisitNoMoreThanItHas)
+{
+    // 9 x 2 regions of 4 x 4: the rows run over into those below.
+    const AECAlgoROI wide = {0.0f, 0.0f, 2.25f, 0.5f, 1.0f};
+    GridWalk         walk(4, 4);
+    ASSERT_EQ(walk.Configure(nullptr, &wide), TRUE);
+    EXPECT_EQ(walk.Visit(), (Regions{0, 1, 2, 3, 4, 5, 6, 7, 8, 4, 5, 6, 7, 8, 9, 10}));
+    EXPECT_TRUE(walk.m_log.Has(
+        LevelTrace, "num regions 18 exceeds width 4 * height 4 ; blocks 18 pattern 1 roi w 9 h 2 ss w 1 h 1"));
+}
+
+TEST(GridIterator, AWalkIsNotThatOfTheOneBefore)
+{
+    const UINT32              cells[] = {1, 0, 0, 0};
+    const KIROSubsamplingInfo cell    = {cells, 1, 1};
+    const KIROSubsamplingInfo pair    = {cells, 2, 1};
+    const KIROSubsamplingInfo square  = {cells, 2, 2};
+    const struct
+    {
+        const CHAR*         pChange;
+        KIROSubsamplingInfo tile;
+        UINT32              width;  ///< of the ROI, in regions
+        UINT32              height;
+        UINT32              left;
+        Regions             expected;
+    } walks[] = {
+        {"first", cell, 2, 2, 0, {0, 1, 6, 7}},        {"column step", pair, 4, 2, 0, {0, 2, 6, 8}},
+        {"row step", square, 4, 4, 0, {0, 2, 12, 14}}, {"fewer rows", square, 4, 2, 0, {0, 2}},
+        {"columns", square, 6, 2, 0, {0, 2, 4}},       {"start", square, 4, 2, 2, {2, 4}},
+        {"start again", square, 4, 2, 0, {0, 2}},      {"rows", square, 4, 4, 0, {0, 2, 12, 14}},
+    };
+    GridWalk walk(6, 4);
+    for (const auto& rWalk : walks)
+    {
+        // The start is scaled by 5, the size by 6.
+        const FLOAT      x   = static_cast<FLOAT>(rWalk.left) / 5.0f;
+        const AECAlgoROI roi = {x, 0.0f, static_cast<FLOAT>(rWalk.width) / 6.0f,
+                                static_cast<FLOAT>(rWalk.height) / 4.0f, 1.0f};
+        for (INT pass = 0; pass < 2; ++pass)
+        {
+            ASSERT_EQ(walk.Configure(&rWalk.tile, &roi), TRUE);
+            EXPECT_EQ(walk.Visit(), rWalk.expected) << rWalk.pChange << ", pass " << pass;
+        }
+    }
+}
+
 TEST(HistIterator, YieldsBinZeroLast)
 {
     std::vector<UINT32> counts = {10, 11, 12};

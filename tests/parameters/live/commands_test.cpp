@@ -7,6 +7,23 @@
 #include "tests/parameters/live/livefixture.h"
 #include "tests/parameters/setmanagerfixture.h"
 
+/// Serves requests on the test's own thread, at any pace.
+class ThreadlessWorker
+{
+public:
+    VOID Serve(const Bytes& rRequest)
+    {
+        m_worker.Dispatch(rRequest.data(), static_cast<UINT32>(rRequest.size()));
+    }
+
+    VOID Send(const ParameterTriggerValues& rRequest)
+    {
+        m_worker.SendTriggerValues(rRequest);
+    }
+
+    ParameterVernierWorker m_worker{nullptr};
+};
+
 namespace
 {
 
@@ -335,6 +352,74 @@ TEST(TriggerValues, AreFoundByTheirInstance)
     ParameterVernierWorker worker(nullptr);
     EXPECT_FALSE(worker.TriggerRequestExists("Default", "alpha", "IPE"));
     EXPECT_FALSE(worker.TriggerRequestExists("Default", nullptr, "IPE"));
+}
+
+TEST(TriggerValues, WaitForSixtyFourRequestsAtMost)
+{
+    SystemLogCapture log;
+    TestHandler      handler;
+    ThreadlessWorker worker;
+    worker.m_worker.SetCustomHandler(&handler);
+    for (INT number = 1; number <= 65; ++number)
+    {
+        worker.Serve(Request(7, Text("Default:alpha:" + std::to_string(number))));
+    }
+    EXPECT_EQ(handler.requests, 64);
+    EXPECT_TRUE(worker.m_worker.TriggerRequestExists("Default", "alpha", "64"));
+    EXPECT_FALSE(worker.m_worker.TriggerRequestExists("Default", "alpha", "65"));
+    EXPECT_TRUE(log.Has("Vernier Trigger Values(7) command, 64 requests are waiting already\n", "E"));
+    worker.Serve(Request(7, Text("Default:alpha:1")));
+    EXPECT_EQ(handler.requests, 65) << "one that waits already";
+}
+
+TEST(TriggerValues, OfTextsThatFillThePacketAreNotSent)
+{
+    SystemLogCapture log;
+    ThreadlessWorker worker;
+    worker.Send(ParameterTriggerValues(std::string(65518, 'm').c_str(), "", "", 1));
+    EXPECT_TRUE(log.Has("Vernier Trigger Values(7) command, insufficient space for mode path, module, and pipeline "
+                        "info\n",
+                        "E"));
+}
+
+TEST_F(LiveCommandsTest, AnAnswerOfTriggerValuesEndsBeforeTheInstanceThatDoesNotFit)
+{
+    // A packet has 65534 bytes at most, and header and texts take 32 of them.
+    constexpr size_t Room = 65534 - 14 - 18;
+    // An instance without values takes 3 bytes beside its name, one of 5000 values 60003.
+    const std::vector<ParameterCTValue> values(5000, ParameterCTValue{1, 0.5});
+    const struct
+    {
+        size_t      name;  ///< of the second instance
+        UINT32      count;
+        bool        isSent;
+        const CHAR* pLog;
+    } cases[] = {
+        {Room - 6 - 3, 0, true, "Control Values(7)"},
+        {Room - 6 - 2, 0, false, "insufficient packet space to hold IPE instance xxx"},
+        {Room - 6, 0, false, "insufficient space to write trigger values"},
+        {Room - 6 - 60003, 5000, true, "Control Values(7)"},
+        {Room - 6 - 60002, 5000, false, "insufficient packet space to hold IPE instance xxx"},
+    };
+    Load();
+    for (const auto& rCase : cases)
+    {
+        m_log.Clear();
+        ASSERT_TRUE(m_client->Send(Request(7, Text("Default:alpha:IPE"))));
+        ASSERT_TRUE(WaitFor([&] { return m_manager->SetTriggerValues("Default", "alpha", "IPE", "one", nullptr, 0); }));
+        const std::string name(rCase.name, 'x');
+        EXPECT_TRUE(m_manager->SetTriggerValues("Default", "alpha", "IPE", name.c_str(), values.data(), rCase.count));
+        const std::clock_t due = std::clock() + 5001;
+        while (std::clock() < due)
+        {
+        }
+        // Where the machine is busy the answer may come first.
+        const Bytes  packets[] = {Ask(Request(9, Text("0"))), m_client->ReceivePacket()};
+        const Bytes& rAnswer   = packets[(packets[0].at(2) == 7) ? 0 : 1];
+        EXPECT_EQ(rAnswer.size(), rCase.isSent ? 65534u : 14u + 18u + 6u) << rCase.name;
+        EXPECT_EQ(PayloadOf(rAnswer, 14).substr(0, 22), "Default:alpha:IPE#one:");
+        EXPECT_TRUE(IsLogged(rCase.pLog)) << rCase.pLog;
+    }
 }
 
 TEST_F(LiveCommandsTest, TriggerValuesOfAClientThatHasLeftReachNobody)
