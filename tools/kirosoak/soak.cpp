@@ -127,7 +127,7 @@ private:
         }
         const INT64 known = HeapPerCamera * static_cast<INT64>(m_result.cameras - m_cameras) +
                             HeapPerPicture * static_cast<INT64>(m_result.bracketPictures - m_pictures);
-        m_result.heapGrowth     = heapwatch::Read().kept - known;
+        m_result.heapGrowth     = heapwatch::IsCounting() ? heapwatch::Read().kept - known : 0;
         m_result.residentGrowth = ResidentBytes() - m_resident;
         for (const auto& [pName, growth, allowance] :
              {std::tuple{"heap", m_result.heapGrowth, MaxHeapGrowthPerStore * static_cast<INT64>(m_places.size())},
