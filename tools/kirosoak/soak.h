@@ -34,9 +34,8 @@ struct SoakResult
     UINT64 modeEffects     = 0;  ///< changes there that the frames showed
     UINT64 snapshots       = 0;  ///< with flash or in brackets
     UINT64 bracketPictures = 0;
-    INT64  heapGrowth =
-        0;  ///< bytes held since the second lap's end, without what is known to stay; 0 if heapwatch cannot count
-    INT64 residentGrowth = 0;  ///< bytes since then
+    INT64  heapGrowth      = 0;  ///< bytes held since the second lap, but those known to stay; 0 if nobody counts
+    INT64  residentGrowth  = 0;  ///< bytes since then
 
     std::vector<std::string> faults;  ///< one sentence each; the run ends with the first lap that has any
     bool                     isStopped = false;
