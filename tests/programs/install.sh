@@ -20,6 +20,7 @@ cmake --install "$build" --prefix "$work/first" >/dev/null
 mv "$work/first" "$work/tree"
 readonly tree=$work/tree
 readonly headers=$tree/include/kirocore
+export CMAKE_GENERATOR=Ninja
 export PKG_CONFIG_PATH=$(dirname "$(find "$tree" -name kirocore.pc)")
 read -ra cflags <<<"$(pkg-config --cflags kirocore)"
 read -ra libs <<<"$(pkg-config --libs kirocore)"
@@ -38,7 +39,7 @@ find headers -name '*.cpp' -print0 |
     fail "a header does not compile on its own"
 
 cp -r "$source/examples/host" example
-cmake -S example -B cmake_way -G Ninja -DCMAKE_PREFIX_PATH="$tree" -DCMAKE_CXX_COMPILER="$compiler" \
+cmake -S example -B cmake_way -DCMAKE_PREFIX_PATH="$tree" -DCMAKE_CXX_COMPILER="$compiler" \
     -DCMAKE_CXX_FLAGS="-Wall -Wextra -Werror" >/dev/null
 cmake --build cmake_way >/dev/null
 "$compiler" -std=c++20 -Wall -Wextra -Werror "${cflags[@]}" example/main.cpp -o pkgconfig_way "${libs[@]}" \
