@@ -12,6 +12,7 @@
 namespace
 {
 
+/// What a channel of no known type points to nobody can tell: its values stay out.
 VOID PopulateStatsChannelDebugData(const KIROCntStatsOut& rStats, AECDebugStatsChList& rChannel)
 {
     const KIROCoreChInfo& rData  = rStats.channelData;
@@ -27,15 +28,17 @@ VOID PopulateStatsChannelDebugData(const KIROCntStatsOut& rStats, AECDebugStatsC
     {
         return;
     }
-    if (rStats.type != 0)
+    if (rStats.type == kiroglobalelements::KIROStatsHist)
     {
         const UINT32 bins = std::min<UINT32>(rStats.resolution.binCount, AECDebugHistogramSizeMax);
         std::memcpy(rChannel.channelData.valHist, rData.Data.pIData, bins * sizeof(UINT32));
-        return;
     }
-    const UINT64 regions = static_cast<UINT64>(rStats.resolution.width) * rStats.resolution.height;
-    std::memcpy(rChannel.channelData.valGrid, rData.Data.pFData,
-                std::min<UINT64>(regions, AECDebugGridSizeMax) * sizeof(FLOAT));
+    else if (rStats.type == kiroglobalelements::KIROStatsGrid)
+    {
+        const UINT64 regions = static_cast<UINT64>(rStats.resolution.width) * rStats.resolution.height;
+        std::memcpy(rChannel.channelData.valGrid, rData.Data.pFData,
+                    std::min<UINT64>(regions, AECDebugGridSizeMax) * sizeof(FLOAT));
+    }
 }
 
 VOID PopulateStatsResult(const KIROStatsList& rStats, AECDebugDataStatsProcResult& rResult)

@@ -350,4 +350,17 @@ TEST_F(DebugBytes, StatisticsFollowTheVerboseFlag)
     m_record.ExpectBytes(recordoffset::Stats, stats);
 }
 
+TEST_F(DebugBytes, ValuesOfAnUnknownTypeStayOut)
+{
+    constexpr size_t channelSize = 16474;
+    constexpr size_t valuesSize  = (3072 + 1024) * 4;
+    // Sixteen values, whatever the bins say.
+    AddChannel("odd", static_cast<KIROStatsType>(7), {4, 4, 1024, 8}).channelData.Data.pFData = m_luma.data();
+    m_record.Host().SetEnabled(true);
+    BeginFrame();
+    EXPECT_EQ(m_record.At<UINT8>(recordoffset::Stats), 3);
+    EXPECT_EQ(m_record.At<FLOAT>(recordoffset::Stats + 19 + channelSize - valuesSize), 25.0f) << "of the luma channel";
+    m_record.ExpectZeros(recordoffset::Stats + 19 + 3 * channelSize - valuesSize, valuesSize);
+}
+
 }  // namespace
