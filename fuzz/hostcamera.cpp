@@ -126,10 +126,7 @@ template <typename CallType> VOID HostCamera::Invoke(TableUse use, HostBytes& rB
     {
         call.Release();
     }
-    if constexpr (requires { call.InputKind(); })
-    {
-        m_memory.inputs[call.InputKind()] = std::move(arena);
-    }
+    recording::KeepInputs(m_memory.inputs, call, arena);
 }
 
 VOID HostCamera::RunFrame(HostBytes& rBytes)

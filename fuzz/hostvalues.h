@@ -54,7 +54,7 @@ struct HostMemory
     std::vector<AECMultiCamInfo*>        peers;     ///< records of this camera and of the others
     KIROPrecisionFlashHistory            history{};
     AECMultiCamInfo                      foreignPeer{};
-    std::map<INT64, recording::Arena>    inputs;  ///< of the last call of a kind
+    std::map<INT64, recording::Arena>    inputs;  ///< of the last call of a kind that was taken, and of those since
 };
 
 class HostValues

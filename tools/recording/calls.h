@@ -4,7 +4,8 @@
 ///
 /// Inputs is run with an InputWriter before a recorded call and with an InputReader before a replayed one; Invoke calls
 /// the function; Outputs writes what is compared. Learn, where there is one, takes addresses that the core hands out.
-/// InputKind, where there is one, says that the core keeps addresses of inputs until the next call of the same kind.
+/// InputKind, where there is one, says that the core keeps addresses of inputs until the next call of the same kind
+/// that IsTaken.
 #pragma once
 
 #include "tools/recording/call.h"
@@ -13,6 +14,20 @@
 
 namespace recording
 {
+
+/// After a call: keeps what the core may still look at. @param rArena of the call's inputs
+template <typename CallType> VOID KeepInputs(std::map<INT64, Arena>& rKept, const CallType& rCall, Arena& rArena)
+{
+    if constexpr (requires { rCall.InputKind(); })
+    {
+        Arena& rOfKind = rKept[rCall.InputKind()];
+        if (!rCall.IsTaken())
+        {
+            rArena.Join(std::move(rOfKind));
+        }
+        rOfKind = std::move(rArena);
+    }
+}
 
 struct CreateDataXmlCall : Call<Slot::createDataXml>
 {
@@ -234,10 +249,14 @@ struct RunArbitrationCall : Call<Slot::runArbitration>
 
 struct SetStatsCall : Call<Slot::setStats>
 {
-    /// Until the next statistics.
+    /// Until the next statistics, whatever the core says of them.
     INT64 InputKind() const
     {
         return 0;
+    }
+    bool IsTaken() const
+    {
+        return true;
     }
 
     template <typename A> VOID Inputs(A& rInputs)

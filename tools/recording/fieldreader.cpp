@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <fmt/format.h>
+#include <iterator>
 
 using tuning::Form;
 using tuning::ValueType;
@@ -13,6 +14,12 @@ namespace recording
 VOID* Arena::Make(size_t size)
 {
     return m_blocks.emplace_back(std::make_unique<BYTE[]>(size)).get();
+}
+
+VOID Arena::Join(Arena&& rOther)
+{
+    std::move(rOther.m_blocks.begin(), rOther.m_blocks.end(), std::back_inserter(m_blocks));
+    rOther.m_blocks.clear();
 }
 
 FieldReader::FieldReader(std::span<const BYTE> bytes, Arena& rArena, TextPool& rTexts)

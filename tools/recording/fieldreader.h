@@ -29,6 +29,9 @@ class Arena
 public:
     VOID* Make(size_t size);
 
+    /// Takes over the blocks of another.
+    VOID Join(Arena&& rOther);
+
 private:
     std::vector<std::unique_ptr<BYTE[]>> m_blocks;
 };

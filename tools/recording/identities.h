@@ -108,7 +108,7 @@ struct KeptPayload
 struct ReplayInstance : InstanceState
 {
     std::map<std::pair<INT32, UINT32>, KeptPayload> payloads;  ///< by bank and number
-    std::map<INT64, Arena>                          inputs;    ///< of the last call of a kind
+    std::map<INT64, Arena>                          inputs;    ///< of the last call of a kind that was taken, and since
     Arena                                           forLife;
     AECMultiCamInfo                                 shared{};  ///< its own record as of its last call, for the others
     UINT64                                          frameID     = 0;

@@ -309,10 +309,7 @@ template <typename Call> VOID Replayer::Replay(PresentCall& rCall)
     {
         call.Release();
     }
-    if constexpr (requires { call.InputKind(); })
-    {
-        rInstance.inputs[call.InputKind()] = std::move(arena);
-    }
+    KeepInputs(rInstance.inputs, call, arena);
 }
 
 template <typename Call> VOID Replayer::Compare(const PresentCall& rCall, const Call& rAnswered)

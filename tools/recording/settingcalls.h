@@ -25,6 +25,13 @@ struct SetInputCall : Call<Slot::setInput>
         return isParam ? 1 + INT64{pInput->u.pPEKInput->setParamType} : -1;
     }
 
+    /// What is refused leaves in force what was set before, and so does a parameter without a value.
+    bool IsTaken() const
+    {
+        const auto& [pInput] = arguments;
+        return result == 0 && (InputKind() < 0 || pInput->u.pPEKInput->pAECSetParam != nullptr);
+    }
+
     template <typename A> VOID Inputs(A& rInputs)
     {
         auto& [pInput] = arguments;

@@ -52,6 +52,12 @@ std::string Advice(std::string_view unknown, const std::vector<std::string_view>
     const size_t           limit = std::max<size_t>(1, unknown.size() / 3);
     for (const std::string_view name : rNames)
     {
+        // As far apart as their lengths at least: a name may be as long as a file.
+        const size_t least = std::max(unknown.size(), name.size()) - std::min(unknown.size(), name.size());
+        if (least > limit)
+        {
+            continue;
+        }
         const size_t distance = Distance(unknown, name);
         if (distance <= limit)
         {
