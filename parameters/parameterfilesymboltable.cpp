@@ -9,10 +9,6 @@
 namespace
 {
 
-// The allowance for loading records: see ChargeWork.
-constexpr UINT64 WorkBase    = 4ULL * 1024 * 1024;
-constexpr UINT64 WorkPerByte = 32;
-
 // What all modules together may claim as their data. Modules with the same data claim the same bytes each, so that real
 // files claim a multiple of their size.
 constexpr UINT64 ClaimBase    = 1024ULL * 1024 * 1024;
@@ -45,7 +41,7 @@ bool ParameterFileSymbolTable::Load(const BYTE* pBuffer, UINT64 length, std::sha
     m_length     = (m_pFile == nullptr) ? length : m_pFile->Length();
     m_data       = rSections.Data;
     m_pModeTable = pModeTable;
-    m_workLimit  = WorkBase + WorkPerByte * m_length;
+    m_fileAllowance.emplace(m_length, m_pLog);
 
     if (!CountEntries(rSections) || !AllocateEntries(rSections))
     {
@@ -356,7 +352,7 @@ bool ParameterFileSymbolTable::FetchEntry(ParameterFileSymbolTableEntry& rEntry,
     {
         return true;
     }
-    if (!isModule && !ChargeWork(rEntry.DataSize))
+    if (!isModule && !rEntry.ChargeWork(rEntry.DataSize))
     {
         return false;
     }
@@ -372,7 +368,8 @@ bool ParameterFileSymbolTable::ReadPointerEntry(ParameterFileSymbolTableEntry& r
     bool   found = false;
     if (pHolder->ReadLimited(id, limit) && id != 0)
     {
-        found = ChargeWork(VisitCharge) && Find(rEntry, id, false);
+        rEntry.Allowance = pHolder->Allowance;
+        found            = rEntry.ChargeWork(LoadAllowance::VisitCharge) && Find(rEntry, id, false);
         if (!found)
         {
             ParameterLogging::Write(m_pLog, ParameterLogging::Error,
@@ -541,8 +538,7 @@ VOID ParameterFileSymbolTable::ClearDefinitions(bool all)
     {
         m_definitions.Prune();
     }
-    m_loadEnded.store(true);
-    RenewWork();
+    m_fileAllowance.reset();
 }
 
 INT32 ParameterFileSymbolTable::FileReference(INT32 adjust)
@@ -554,27 +550,6 @@ INT32 ParameterFileSymbolTable::FileReference(INT32 adjust)
         return 0;
     }
     return m_pFile->Reference(adjust);
-}
-
-bool ParameterFileSymbolTable::ChargeWork(UINT64 bytes)
-{
-    const UINT64 before = m_work.fetch_add(bytes, std::memory_order_relaxed);
-    if (before <= m_workLimit && before + bytes > m_workLimit)
-    {
-        ParameterLogging::Write(m_pLog, ParameterLogging::Error,
-                                "Records need more than %llu bytes of work to load from a file of %llu bytes, the rest "
-                                "will be 0\n",
-                                m_workLimit, m_length);
-    }
-    return before + bytes <= m_workLimit;
-}
-
-VOID ParameterFileSymbolTable::RenewWork()
-{
-    if (m_loadEnded.load())
-    {
-        m_work.store(0, std::memory_order_relaxed);
-    }
 }
 
 bool ParameterFileSymbolTable::IsInSource(const SectionInfo& rSection) const

@@ -2,13 +2,14 @@
 /// The tables by which a parameter file describes itself: symbols, data blocks and definitions.
 #pragma once
 
-#include <atomic>
 #include <memory>
+#include <optional>
 #include <shared_mutex>
 #include <unordered_map>
 #include <vector>
 
 #include "parameters/binaryfileformat.h"
+#include "parameters/loadallowance.h"
 #include "parameters/moduledata.h"
 #include "parameters/parameterbinaryfile.h"
 #include "parameters/parameterdefinitions.h"
@@ -149,23 +150,18 @@ public:
         return m_pLog;
     }
 
-    /// A damaged file can make a few bytes stand for any amount of data, since entries may point at the same bytes and
-    /// at one another. Loading therefore has an allowance, far above what any real tuning needs: each byte allocated or
-    /// fetched and each record or entry visited is charged. All records that are loaded with the file share one; after
-    /// that each module has its own.
-    /// @return false once the allowance is used up
-    bool ChargeWork(UINT64 bytes);
-
-    bool IsWorkExhausted() const
+    /// The allowance that all records share which are loaded with the file. @return null once the file is loaded: then
+    ///         each load has its own
+    LoadAllowance* FileAllowance()
     {
-        return m_work.load(std::memory_order_relaxed) > m_workLimit;
+        return m_fileAllowance.has_value() ? &*m_fileAllowance : nullptr;
     }
 
-    /// Begins a module of its own. Does nothing while the file is being loaded.
-    VOID RenewWork();
-
-    /// What a record or an entry is charged for, apart from its bytes.
-    static constexpr UINT32 VisitCharge = 64;
+    /// An allowance for one load.
+    LoadAllowance NewAllowance() const
+    {
+        return {m_length, m_pLog};
+    }
 
 private:
     friend class ParameterFileSymbolTableEntry;
@@ -230,9 +226,7 @@ private:
     Rows                                 m_dataTable;
     Rows*                                m_pDataRows = &m_symbols;  ///< the symbol table for files without the other
     std::vector<std::unique_ptr<ModuleData>> m_modules;
-    std::atomic<UINT64>                      m_work{0};
-    UINT64                                   m_workLimit = 0;
-    std::atomic<bool>                        m_loadEnded{false};
+    std::optional<LoadAllowance>             m_fileAllowance;
 
     std::shared_mutex                                  m_dupInfoMutex;  ///< guards the two maps
     std::unordered_map<DupKey, DupObjInfo, DupKeyHash> m_dupEntries;

@@ -4,6 +4,7 @@
 
 #include <memory>
 
+#include "parameters/loadallowance.h"
 #include "parameters/moduledata.h"
 #include "parameters/parameterdefinitions.h"
 #include "parameters/parameterlogging.h"
@@ -128,6 +129,12 @@ public:
     VOID ReadOptionalString(CHAR*& rpText, UINT32& rCount, UINT32& rID, const ParameterLoadParameters& rParameters,
                             const ReadingSite& rSite);
 
+    /// Charges the load that the entry serves. @return false once its allowance is used up
+    bool ChargeWork(UINT64 bytes) const
+    {
+        return Allowance == nullptr || Allowance->Charge(bytes);
+    }
+
     ParameterFileSymbolTable*   Table       = nullptr;
     UINT32                      ID          = 0;
     UINT32                      DuplicateID = 0;
@@ -137,6 +144,7 @@ public:
     TuningBlock                 OwnedData;              ///< the same, if the block was read for this entry alone
     UINT64                      Position = 0;           ///< read position inside Data
     std::unique_ptr<ModuleData> Module;                 ///< for an entry of the symbol table that is a module
+    LoadAllowance*              Allowance = nullptr;    ///< of the load that the entry serves; null outside of one
 
 private:
     friend class ParameterFileSymbolTable;

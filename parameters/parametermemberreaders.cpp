@@ -242,7 +242,7 @@ VOID ParameterFileSymbolTableEntry::ReadSimpleTypeFixedArray(VOID* pDestination,
 VOID* ParameterFileSymbolTableEntry::AllocateItems(UINT32 count, UINT32 size) const
 {
     const UINT64 bytes = static_cast<UINT64>(count) * size;
-    return Table->ChargeWork(bytes) ? AllocateTuningMemory(bytes) : nullptr;
+    return ChargeWork(bytes) ? AllocateTuningMemory(bytes) : nullptr;
 }
 
 VOID* ParameterFileSymbolTableEntry::ReadAllocatedArray(ValueType type, const ParameterDefinitionElement* pElement,
@@ -430,7 +430,7 @@ CHAR* ParameterFileSymbolTableEntry::ReadSharedText(UINT32 size, const ReadingSi
         Position += ParameterUtils::Padded(size, GetAlignment());
         return pText;
     }
-    if (Table->ChargeWork(std::min(size, DataSize)))
+    if (ChargeWork(std::min(size, DataSize)))
     {
         pText = ParameterUtils::ReadString(Data, DataSize, Position, size, GetAlignment()).release();
     }

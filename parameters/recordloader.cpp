@@ -215,7 +215,9 @@ VOID UnloadValues(const RecordMember& rMember, BYTE* pValues, UINT32 count, Para
 VOID RecordLoader::LoadModule(const RecordDescription& rRecord, VOID* pRecord, ParameterFileSymbolTableEntry& rEntry,
                               UINT64 nameHash)
 {
-    rEntry.Table->RenewWork();
+    LoadAllowance  ownAllowance   = rEntry.Table->NewAllowance();
+    LoadAllowance* pFileAllowance = rEntry.Table->FileAllowance();
+    rEntry.Allowance              = (pFileAllowance != nullptr) ? pFileAllowance : &ownAllowance;
     const std::unique_ptr<ParameterDefinitionElement> pElement = rEntry.Table->BuildModuleElement(nameHash);
     ParameterLoadParameters                           parameters;
     parameters.Entry           = &rEntry;
@@ -225,6 +227,7 @@ VOID RecordLoader::LoadModule(const RecordDescription& rRecord, VOID* pRecord, P
     parameters.Element         = pElement.get();
     parameters.Position        = rEntry.Position;
     Load(rRecord, pRecord, parameters);
+    rEntry.Allowance = nullptr;
 }
 
 VOID RecordLoader::Load(const RecordDescription& rRecord, VOID* pRecord, const ParameterLoadParameters& rParameters)
@@ -232,7 +235,7 @@ VOID RecordLoader::Load(const RecordDescription& rRecord, VOID* pRecord, const P
     BYTE* const                    pBytes = static_cast<BYTE*>(pRecord);
     ParameterFileSymbolTableEntry& rEntry = *rParameters.Entry;
     ZeroRecord(rRecord, pBytes);
-    if (!rEntry.Table->ChargeWork(ParameterFileSymbolTable::VisitCharge))
+    if (!rEntry.ChargeWork(LoadAllowance::VisitCharge))
     {
         return;
     }

@@ -10,6 +10,7 @@ add_room(kiro_parameters
     parameters/live/parametervernierworker_triggers.cpp
     parameters/live/requestframing.cpp
     parameters/live/socketid.cpp
+    parameters/loadallowance.cpp
     parameters/modeentry.cpp
     parameters/modenames.cpp
     parameters/modepaths.cpp

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <random>
 #include <thread>
+#include <utility>
 
 #include "platform/tavodesk.h"
 #include "schema/tuningrecord.h"
@@ -733,6 +734,53 @@ TEST(HostileFiles, AFewBytesCannotStandForEndlessRecords)
         EXPECT_LT(allocated, 8 * 1024 * 1024 + 64 * file.bytes.size());
         EXPECT_EQ(log.Count("bytes of work to load from a file of ", "E"), 1U);
     }
+}
+
+TEST(HostileFiles, ALoadDoesNotPayForAnotherOneBesideIt)
+{
+    // Sixteen leaves of one curve cost more than half of what a load may; the name of the first cannot be found.
+    ParameterFileBuilder builder;
+    RecordWriter         writer(builder);
+    const UINT32         curve = builder.AddData(std::vector<BYTE>(60000, 1));
+    ByteWriter           leaves;
+    for (int index = 0; index < 16; ++index)
+    {
+        leaves.Add<UINT32>(16).Add<UINT32>(15000).Add(curve).Add<UINT32>(60000).Add(index == 0 ? 9999U : curve);
+    }
+    const UINT32      leavesId = builder.AddData(leaves.Get());
+    EverythingType    record{};
+    std::vector<BYTE> block  = writer.Encode(TableOf<EverythingType>(), &record);
+    const UINT32      pair[] = {16, leavesId};
+    std::memcpy(block.data() + block.size() - 4 - 6 * 8, pair, sizeof(pair));
+    builder.AddModule("everything", ModuleVersion, 0, block);
+    builder.AddModule("everything", ModuleVersion, 0, block);
+
+    LoadedTable loaded(builder.Build(), Source::Disk);
+    loaded.table->ClearDefinitions(false);
+    bool isStarted = false;
+    bool isCut     = false;
+    // The second load runs from begin to end while the first one stands at its first leaf.
+    auto beside = [&](const CHAR* pLine)
+    {
+        isCut = isCut || std::strstr(pLine, "bytes of work to load") != nullptr;
+        if (std::strstr(pLine, "entry ID 9999 out of range") != nullptr && !std::exchange(isStarted, true))
+        {
+            const Loaded<EverythingType> second(loaded, 2);
+        }
+    };
+    using Beside = decltype(beside);
+    TavoDesk::SetSystemLogSink([](VOID* pContext, UINT64, const CHAR*, UINT32, const CHAR* pLine)
+                               { (*static_cast<Beside*>(pContext))(pLine); },
+                               &beside);
+    {
+        Loaded<EverythingType> first(loaded, 1);
+        ASSERT_EQ(first.record.leavesCount, 16U);
+        EXPECT_EQ(first.record.leaves[15].curveCount, 15000U);
+        EXPECT_NE(first.record.leaves[15].curve, nullptr);
+    }
+    TavoDesk::SetSystemLogSink(nullptr, nullptr);
+    EXPECT_TRUE(isStarted);
+    EXPECT_FALSE(isCut);
 }
 
 /// Loads everything that a file offers, as often as a set manager would, and gives it back.
