@@ -1,5 +1,7 @@
 #include "core/ckirocorefactory.h"
 
+#include <atomic>
+
 #include "core/base/kirolog.h"
 #include "core/base/kiroresults.h"
 #include "core/base/tavomemory.h"
@@ -15,7 +17,8 @@ namespace
 constexpr UINT32 LoggerEntrySizeMin = sizeof(VOID*);
 
 /// Takes the host's logger. Whichever entry qualifies, it is the first entry's pointer that is stored, and the walk
-/// does not stop at a match: hosts place the logger first and depend on both.
+/// does not stop at a match: hosts place the logger first and depend on both. All instances of the process log through
+/// it, those that are at work in other threads, too.
 VOID UpdateCreateParamList(const AECAlgoCreateParamList& rCreateParamList)
 {
     if (rCreateParamList.pCreateParamList == nullptr)
@@ -28,9 +31,13 @@ VOID UpdateCreateParamList(const AECAlgoCreateParamList& rCreateParamList)
         if (rParam.createParamType == AECAlgoCreateParamsLoggerFunctionPtr && rParam.pCreateParam != nullptr &&
             rParam.sizeOfCreateParam >= LoggerEntrySizeMin)
         {
-            gStatsLogger = reinterpret_cast<StatsLogger>(rCreateParamList.pCreateParamList[0].pCreateParam);
-            gStatsLogger(__FILE_NAME__, __LINE__, "KIROUpdateCreateParamList", kirolog::StatsGroup, kirolog::LevelTrace,
-                         "Lib kirocore sucessed creating glogger");
+            const auto logger = reinterpret_cast<StatsLogger>(rCreateParamList.pCreateParamList[0].pCreateParam);
+            if (kirolog::SharedLogger().load(std::memory_order_relaxed) != logger)
+            {
+                kirolog::SharedLogger().store(logger, std::memory_order_relaxed);
+            }
+            logger(__FILE_NAME__, __LINE__, "KIROUpdateCreateParamList", kirolog::StatsGroup, kirolog::LevelTrace,
+                   "Lib kirocore sucessed creating glogger");
         }
     }
 }

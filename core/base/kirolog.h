@@ -6,6 +6,8 @@
 /// masks.
 #pragma once
 
+#include <atomic>
+
 #include "interface/ikirocorealgo.h"
 #include "platform/tavocommonutils.h"
 
@@ -33,11 +35,17 @@ inline bool IsSystemLevelOn(UINT32 level)
 typedef VOID (*CheckedStatsLogger)(const CHAR*, INT32, const CHAR*, UINT32, UINT32, const CHAR*, ...)
     __attribute__((format(printf, 6, 7)));
 
+/// The logger of all instances, which the creation of one may replace while others log.
+inline std::atomic_ref<StatsLogger> SharedLogger()
+{
+    return std::atomic_ref<StatsLogger>(gStatsLogger);
+}
+
 }  // namespace kirolog
 
 #define STATS_LOG(level, ...)                                                                                          \
-    static_cast<kirolog::CheckedStatsLogger>(gStatsLogger)(__FILE_NAME__, __LINE__, __func__, kirolog::StatsGroup,     \
-                                                           level, __VA_ARGS__)
+    static_cast<kirolog::CheckedStatsLogger>(kirolog::SharedLogger().load(std::memory_order_relaxed))(                 \
+        __FILE_NAME__, __LINE__, __func__, kirolog::StatsGroup, level, __VA_ARGS__)
 
 #define STATS_LOG_ERROR(...) STATS_LOG(kirolog::LevelError, __VA_ARGS__)
 #define STATS_LOG_WARNING(...) STATS_LOG(kirolog::LevelWarning, __VA_ARGS__)
