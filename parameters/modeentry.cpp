@@ -1,6 +1,9 @@
 #include "parameters/modeentry.h"
 
+#include <algorithm>
+#include <functional>
 #include <limits>
+#include <utility>
 
 #include "parameters/modepaths.h"
 #include "parameters/parameterlogging.h"
@@ -25,6 +28,31 @@ const IParameterLoggingAPI* LogOf(const ParameterModule* pModule)
 }
 
 }  // namespace
+
+VOID ModuleReference::AddUser()
+{
+    INT32 count = RefCount.load();
+    while (count < std::numeric_limits<INT32>::max() && !RefCount.compare_exchange_weak(count, count + 1))
+    {
+    }
+}
+
+INT32 ModuleReference::RemoveUser()
+{
+    INT32 count = RefCount.load();
+    while (count > 0 && count < std::numeric_limits<INT32>::max() && !RefCount.compare_exchange_weak(count, count - 1))
+    {
+    }
+    return (count < std::numeric_limits<INT32>::max()) ? count - 1 : count;
+}
+
+VOID ModuleReference::KeepForGood()
+{
+    if (Kept.exchange(true))
+    {
+        RemoveUser();
+    }
+}
 
 ModuleReference* ModuleReferenceMap::Find(UINT64 nameHash) const
 {
@@ -186,30 +214,14 @@ VOID ModeEntry::GetModules(PList<ParameterModule*>& rList, bool local, bool inhe
     }
 }
 
-bool ModeEntry::AddReference(ParameterModule* pModule)
+ModuleReference* ModeEntry::OwnReference(ParameterModule* pModule, ReferenceChange change)
 {
-    return ChangeReference(pModule, ReferenceChange::Add);
-}
-
-bool ModeEntry::ReleaseReference(ParameterModule* pModule)
-{
-    return ChangeReference(pModule, ReferenceChange::Release);
-}
-
-bool ModeEntry::ChangeReference(ParameterModule* pModule, ReferenceChange change)
-{
-    const bool                       add = (change == ReferenceChange::Add);
-    std::unique_lock<ParameterMutex> lock;
-    if (Table != nullptr)
-    {
-        lock = std::unique_lock<ParameterMutex>(Table->ActModeMutex);
-    }
-    else
+    const bool add = (change == ReferenceChange::Add);
+    if (Table == nullptr)
     {
         ParameterLogging::Write(LogOf(pModule), ParameterLogging::Error,
                                 "Attempt to lock Active Mode Mutex failed, mode table not found for ModeID: %u\n", Id);
     }
-
     ModuleReference* pReference = ModuleMap.Find(pModule->NameHash);
     if (pReference == nullptr)
     {
@@ -218,7 +230,7 @@ bool ModeEntry::ChangeReference(ParameterModule* pModule, ReferenceChange change
                                       "Module %s\n"
                                     : "Attempt to release a non-existant module.  Mode: %d, SubMode: %d, Module %s\n",
                                 Mode.Mode, Mode.SubMode, pModule->GetModuleName());
-        return false;
+        return nullptr;
     }
     if (!Owns(pReference->Module))
     {
@@ -229,31 +241,47 @@ bool ModeEntry::ChangeReference(ParameterModule* pModule, ReferenceChange change
                                       "Module %s, ModePath: %s\n",
                                 Mode.Mode, Mode.SubMode, pModule->GetModuleName(),
                                 pReference->Module->Data->ModePath.c_str());
+        return nullptr;
+    }
+    return pReference;
+}
+
+ModuleReference* ModeEntry::AddReference(ParameterModule* pModule)
+{
+    ModuleReference* pReference = OwnReference(pModule, ReferenceChange::Add);
+    if (pReference != nullptr)
+    {
+        pReference->AddUser();
+    }
+    return pReference;
+}
+
+bool ModeEntry::ReleaseReference(ParameterModule* pModule)
+{
+    ModuleReference* pReference = OwnReference(pModule, ReferenceChange::Release);
+    if (pReference == nullptr)
+    {
         return false;
     }
-
-    // Users that never give back, of which there are, must not wrap the count: at its top it stays for good.
-    const INT32 count = pReference->RefCount.load();
-    if (add)
-    {
-        if (count < std::numeric_limits<INT32>::max())
-        {
-            pReference->RefCount.store(count + 1);
-        }
-        return true;
-    }
-    if (count <= 0)
+    const INT32 left = pReference->RemoveUser();
+    if (left < 0)
     {
         ParameterLogging::Write(LogOf(pModule), ParameterLogging::Error,
                                 "Attempt to release unreferenced module.  Mode: %d, SubMode: %d, Module %s\n",
                                 Mode.Mode, Mode.SubMode, pModule->GetModuleName());
         return false;
     }
-    if (count < std::numeric_limits<INT32>::max())
+    if (left == 0 && Table != nullptr)
     {
-        pReference->RefCount.store(count - 1);
+        Table->EvictionDue = true;
     }
     return true;
+}
+
+bool ModeEntry::IsKept(const ParameterModule* pModule) const
+{
+    const ModuleReference* pReference = ModuleMap.Find(pModule->NameHash);
+    return pReference != nullptr && pReference->Module == pModule && pReference->Kept;
 }
 
 VOID ModeEntry::ReleaseReferences()
@@ -261,6 +289,7 @@ VOID ModeEntry::ReleaseReferences()
     for (const auto& rpReference : ModuleMap)
     {
         const INT32 count = rpReference->RefCount.exchange(0);
+        rpReference->Kept = false;
         if (count != 0)
         {
             ParameterLogging::Write(LogOf(rpReference->Module), ParameterLogging::Warning,
@@ -284,7 +313,7 @@ bool ModeEntry::IsActive() const
 {
     for (const auto& rpReference : ModuleMap)
     {
-        if (rpReference->RefCount.load() > 0 && Owns(rpReference->Module))
+        if (rpReference->IsInUse() && Owns(rpReference->Module))
         {
             return true;
         }
@@ -322,6 +351,50 @@ ModeEntry* ParameterModeTable::NewEntry()
 {
     m_entries.push_back(std::make_unique<ModeEntry>());
     return m_entries.back().get();
+}
+
+VOID ParameterModeTable::Touch(ModeEntry* pMode)
+{
+    // Only then the look at the list: an eviction takes the mode off the list before it looks at what is loaded, so
+    // that either it sees the load that the caller has done, or the caller sees that the mode is off and lists it
+    // again.
+    pMode->LastUse = ++m_useClock;
+    if (!pMode->IsListed)
+    {
+        const std::lock_guard<ParameterMutex> lock(ActModeMutex);
+        List(pMode);
+    }
+}
+
+VOID ParameterModeTable::List(ModeEntry* pMode)
+{
+    if (!pMode->IsListed)
+    {
+        ActiveModes.Add(pMode);
+        pMode->IsListed = true;
+        EvictionDue     = true;
+    }
+}
+
+VOID ParameterModeTable::Unlist(ModeEntry* pMode)
+{
+    pMode->IsListed = false;
+    ActiveModes.Remove(pMode);
+}
+
+VOID ParameterModeTable::SortActiveModes()
+{
+    // Modes are used meanwhile: what is compared stands still.
+    std::vector<std::pair<UINT64, ModeEntry*>> byUse;
+    for (UINT32 index = 0; index < ActiveModes.Count(); ++index)
+    {
+        byUse.emplace_back(ActiveModes[index]->LastUse, ActiveModes[index]);
+    }
+    std::ranges::sort(byUse, std::greater<>());
+    for (UINT32 index = 0; index < ActiveModes.Count(); ++index)
+    {
+        ActiveModes[index] = byUse[index].second;
+    }
 }
 
 VOID ParameterModeTable::ResolveLinks()

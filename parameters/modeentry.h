@@ -72,9 +72,25 @@ struct ModuleReference
     {
     }
 
+    /// Counts one more user. Users that never give back, of which there are, must not wrap the count: at its top it
+    /// stays for good.
+    VOID AddUser();
+
+    /// Counts one user less. @return the users left, less than 0 if there was none
+    INT32 RemoveUser();
+
+    /// Turns the reference that the caller has added into the one that keeps the module; one is enough.
+    VOID KeepForGood();
+
+    bool IsInUse() const
+    {
+        return Kept.load() || RefCount.load() > 0;
+    }
+
     const UINT64      NameHash;
     ParameterModule*  Module;
     ParameterRefCount RefCount{0};  ///< users of the module; counted in the module's own mode only
+    std::atomic<bool> Kept{false};  ///< one of the references is for users that never give back
 };
 
 /// The modules of a mode by name hash. Lookup is one probe or two into an open table, since every frame asks for dozens
@@ -169,14 +185,17 @@ public:
     /// @param pPipeline take only modules of that block; null for all
     VOID GetModules(PList<ParameterModule*>& rList, bool local, bool inherited, const PipelineType* pPipeline);
 
-    /// Counts one more user of a module whose own mode this is.
-    /// @return false, with a log, if it is not
-    bool AddReference(ParameterModule* pModule);
+    /// Counts one more user of a module whose own mode this is. No lock is taken, here and in ReleaseReference.
+    /// @return where it is counted; null, with a log, if this is not its own mode
+    ModuleReference* AddReference(ParameterModule* pModule);
 
     /// Counts one user less; a log, if there is none to take off.
     bool ReleaseReference(ParameterModule* pModule);
 
-    /// Sets the counts of all modules to zero, with a log for each that was not.
+    /// @return whether a reference for users that never give back is counted here
+    bool IsKept(const ParameterModule* pModule) const;
+
+    /// Sets the counts of all modules to zero, with a log for each that was not. Nothing is kept for good any more.
     VOID ReleaseReferences();
 
     /// @return the sum of all counts
@@ -211,6 +230,8 @@ public:
     ModeEntry*          LastChild  = nullptr;
     ModeEntry*          Next       = nullptr;
     ParameterModeTable* Table      = nullptr;
+    std::atomic<UINT64> LastUse    = 0;      ///< by the use clock of Table
+    std::atomic<bool>   IsListed   = false;  ///< among the ActiveModes of Table; written under ActModeMutex
     ParameterMutex      Mutex;
     ModuleReferenceMap  ModuleMap;
 
@@ -224,7 +245,7 @@ private:
         Add,
         Release
     };
-    bool ChangeReference(ParameterModule* pModule, ReferenceChange change);
+    ModuleReference* OwnReference(ParameterModule* pModule, ReferenceChange change);
 
     enum class LinkState : UINT8
     {
@@ -259,13 +280,25 @@ struct ParameterModeTable
     /// Follows the links of all nodes to their ends, once all nodes stand.
     VOID ResolveLinks();
 
+    /// Makes the mode the one used last, and lists it. A listed mode costs no lock.
+    VOID Touch(ModeEntry* pMode);
+
+    // For the holder of ActModeMutex.
+    VOID List(ModeEntry* pMode);
+    VOID Unlist(ModeEntry* pMode);
+
+    /// Puts ActiveModes in the order of their last use, the latest first.
+    VOID SortActiveModes();
+
     const std::string          Name;  ///< empty for a table without a name
     const UINT32               Index;
     ModeEntryInfo              RootMode = {};
     std::vector<ModeEntryInfo> Modes;  ///< by the index of the mode ID; a slot that the file did not fill is empty
-    PList<ModeEntry*>          ActiveModes;   ///< most recently used first; guarded by ActModeMutex
-    ParameterMutex             ActModeMutex;  ///< guards ActiveModes and all counts of the table's modules
+    PList<ModeEntry*>          ActiveModes;          ///< guarded by ActModeMutex; see SortActiveModes
+    ParameterMutex             ActModeMutex;         ///< guards ActiveModes, and eviction
+    std::atomic<bool>          EvictionDue = false;  ///< a mode was listed or came out of use since the last eviction
 
 private:
+    std::atomic<UINT64>                     m_useClock = 0;
     std::vector<std::unique_ptr<ModeEntry>> m_entries;
 };

@@ -1,6 +1,7 @@
 #include "parameters/parametermodule.h"
 
 #include <algorithm>
+#include <mutex>
 #include <utility>
 
 #include "parameters/parameterlogging.h"
@@ -30,6 +31,27 @@ bool ParameterModule::SetValue(const CHAR*, const CHAR*)
 bool ParameterModule::GetInfo(const CHAR*, PList<ParameterParserInfo>&)
 {
     return false;
+}
+
+bool ParameterModule::UnloadIfUnused(const ModuleReference& rReference)
+{
+    const std::unique_lock<ParameterMutex> lock(m_mutex, std::try_to_lock);
+    if (!lock.owns_lock())
+    {
+        return false;
+    }
+    // A fetch counts its reference first and then asks IsReady; here the announcement comes first and then the look at
+    // the count. All four are in one order for all threads, so at least one of the two sees the other: the count, and
+    // the record stays, or the announcement, and the fetch takes the mutex, which it gets when the record is gone, and
+    // reads it again. The mark of being loaded stays while it is undecided: text access that holds the module reads it.
+    m_isLeaving         = true;
+    const bool isUnused = !rReference.IsInUse();
+    if (isUnused)
+    {
+        UnloadModule();
+    }
+    m_isLeaving = false;
+    return isUnused;
 }
 
 VOID ParameterModule::Release()

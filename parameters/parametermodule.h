@@ -37,6 +37,11 @@ public:
     /// Gives the record's memory back.
     virtual VOID UnloadModule() = 0;
 
+    /// Gives the record's memory back if nobody uses the module. Never waits for a load.
+    /// @param rReference where the module's users are counted
+    /// @return false if the module is in use, or at work on by another thread
+    bool UnloadIfUnused(const ModuleReference& rReference);
+
     /// Text access by member path; false where a module has none.
     virtual bool GetValue(const CHAR* pPath, CHAR* pValue, UINT32 size);
     virtual bool SetValue(const CHAR* pPath, const CHAR* pValue);
@@ -49,6 +54,12 @@ public:
     bool IsLoaded() const
     {
         return m_loaded.load(std::memory_order_acquire);
+    }
+
+    /// @return whether the record is in memory and stays there for a caller that has counted its reference before
+    bool IsReady() const
+    {
+        return !m_isLeaving.load() && IsLoaded();
     }
 
     /// @return how often the record has been read or changed
@@ -87,8 +98,9 @@ protected:
 
 private:
     const CHAR* const   m_pName;
-    std::atomic<bool>   m_loaded   = false;
-    std::atomic<UINT32> m_modified = 0;
+    std::atomic<bool>   m_loaded    = false;
+    std::atomic<bool>   m_isLeaving = false;  ///< an eviction looks whether the module is in use
+    std::atomic<UINT32> m_modified  = 0;
 };
 
 /// What a set manager knows of one module: the default instance, which makes the others, and all real instances.

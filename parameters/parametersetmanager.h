@@ -119,6 +119,10 @@ public:
     VOID* GetModuleRecord(const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch, UINT32 count,
                           VOID* pPreviousRecord);
 
+    /// The same for users that never give back. The record stays in memory, with what was edited in it, until its mode
+    /// is unloaded on request or the file is loaded anew, and counts as one reference however often it is fetched.
+    VOID* KeepModuleRecord(const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch, UINT32 count);
+
     /// Releases what rList holds and fills it with the modules of the branch's last mode; with none if it does not
     /// exist.
     /// @param local     take modules that the mode owns
@@ -289,11 +293,18 @@ private:
     VOID PreserveMode(const ParameterModule& rModule);
 
     // Lookup.
+    enum class Hold
+    {
+        UntilReleased,
+        ForGood
+    };
+    ParameterModule* FetchModule(BYTE tableIndex, const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch,
+                                 UINT32 count, ParameterModule* pPrevious, Hold hold);
     bool             HasModeTable(const CHAR* pCaller, BYTE tableIndex) const;
     ModeEntry*       RootForLookup(const CHAR* pName, BYTE tableIndex, const TuningMode* pBranch, UINT32 count);
     ParameterModule* FindModuleOnBranch(ModeEntry* pRoot, const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch,
                                         UINT32 count);
-    bool             HoldModule(ParameterModule* pModule);
+    bool             HoldModule(ParameterModule* pModule, Hold hold);
     bool             ValidateMode(const CHAR* pCaller, const TuningMode* pBranch, UINT32 index);
     DefaultModule*   FindDefaultModule(UINT64 nameHash);
 
@@ -306,8 +317,8 @@ private:
     bool LoadModuleMap(ModeEntry* pTarget, TouchedModes& rTouched);
     VOID UnloadModules(ModeEntry* pTarget, const ModeEntry* pMode);
     VOID TouchModes(std::span<ModeEntry* const> touched, ParameterModeTable& rTable);
-    VOID MoveToFront(ModeEntry* pMode);
     VOID EvictModes(ParameterModeTable& rTable);
+    bool EvictMode(ModeEntry* pMode);
     VOID LogLoading(bool load, const CHAR* pReason, const TuningMode* pBranch, UINT32 count, const ModeEntry* pMode,
                     const ModeEntry* pTarget);
     std::string TablePrefix(const ModeEntry* pMode) const;

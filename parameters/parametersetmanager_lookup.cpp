@@ -9,6 +9,17 @@
 #include "parameters/tablemodule.h"
 #include "schema/namehash.h"
 
+namespace
+{
+
+/// All instances are made by the default instances of the constructor.
+VOID* RecordOf(ParameterModule* pModule)
+{
+    return (pModule != nullptr) ? static_cast<TableModule*>(pModule)->Record() : nullptr;
+}
+
+}  // namespace
+
 bool BranchWalk::Next()
 {
     if (m_index >= m_count)
@@ -88,19 +99,29 @@ ParameterModule* ParameterSetManager::GetModuleInternal(BYTE tableIndex, const C
 VOID* ParameterSetManager::GetModuleRecord(const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch, UINT32 count,
                                            VOID* pPreviousRecord)
 {
-    // All instances are made by the default instances of the constructor.
-    auto* pModule = static_cast<TableModule*>(
-        GetModuleInternal(m_modeTableIndex, pName, nameHash, pBranch, count, TableModule::FromRecord(pPreviousRecord)));
-    return (pModule != nullptr) ? pModule->Record() : nullptr;
+    return RecordOf(FetchModule(m_modeTableIndex, pName, nameHash, pBranch, count,
+                                TableModule::FromRecord(pPreviousRecord), Hold::UntilReleased));
+}
+
+VOID* ParameterSetManager::KeepModuleRecord(const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch, UINT32 count)
+{
+    return RecordOf(FetchModule(m_modeTableIndex, pName, nameHash, pBranch, count, nullptr, Hold::ForGood));
 }
 
 ParameterModule* ParameterSetManager::GetModuleInternal(BYTE tableIndex, const CHAR* pName, UINT64 nameHash,
                                                         const TuningMode* pBranch, UINT32 count,
                                                         ParameterModule* pPrevious)
 {
+    return FetchModule(tableIndex, pName, nameHash, pBranch, count, pPrevious, Hold::UntilReleased);
+}
+
+ParameterModule* ParameterSetManager::FetchModule(BYTE tableIndex, const CHAR* pName, UINT64 nameHash,
+                                                  const TuningMode* pBranch, UINT32 count, ParameterModule* pPrevious,
+                                                  Hold hold)
+{
     if (IsDerived())
     {
-        return GetMainSetManager()->GetModuleInternal(m_modeTableIndex, pName, nameHash, pBranch, count, pPrevious);
+        return GetMainSetManager()->FetchModule(m_modeTableIndex, pName, nameHash, pBranch, count, pPrevious, hold);
     }
 
     ParameterModule* pModule = nullptr;
@@ -113,7 +134,7 @@ ParameterModule* ParameterSetManager::GetModuleInternal(BYTE tableIndex, const C
         }
         pModule = FindModuleOnBranch(pRoot, pName, nameHash, pBranch, count);
     }
-    const bool isHeld = pModule != nullptr && HoldModule(pModule);
+    const bool isHeld = pModule != nullptr && HoldModule(pModule, hold);
     if (pPrevious != nullptr)
     {
         pPrevious->Release();
@@ -213,22 +234,37 @@ ParameterModule* ParameterSetManager::FindModuleOnBranch(ModeEntry* pRoot, const
     return pModule;
 }
 
-bool ParameterSetManager::HoldModule(ParameterModule* pModule)
+bool ParameterSetManager::HoldModule(ParameterModule* pModule, Hold hold)
 {
-    // The reference comes first: from then on the module's mode is not evicted any more.
-    ModeEntry* pOwnMode   = pModule->Data->Mode->Entry;
-    const bool referenced = IsFileMode() && pOwnMode->AddReference(pModule);
-    if (pModule->LoadModule(pModule->Data->SymbolTable))
+    // The reference comes first: from then on the module's mode is not evicted any more. A module that is kept for good
+    // has one that serves.
+    ModeEntry*       pOwnMode   = pModule->Data->Mode->Entry;
+    ModuleReference* pReference = nullptr;
+    if (IsFileMode() && !(hold == Hold::ForGood && pOwnMode->IsKept(pModule)))
     {
-        return true;
+        pReference = pOwnMode->AddReference(pModule);
     }
-    if (referenced)
+    const bool wasLoaded = pModule->IsReady();
+    if (!pModule->LoadModule(pModule->Data->SymbolTable))
     {
-        pOwnMode->ReleaseReference(pModule);
+        if (pReference != nullptr)
+        {
+            pOwnMode->ReleaseReference(pModule);
+        }
+        ParameterLogging::Write(this, ParameterLogging::Error, "Failed to load module %s, path: %s, skipping\n",
+                                pModule->GetModuleName(), pModule->Data->ModePath.c_str());
+        return false;
     }
-    ParameterLogging::Write(this, ParameterLogging::Error, "Failed to load module %s, path: %s, skipping\n",
-                            pModule->GetModuleName(), pModule->Data->ModePath.c_str());
-    return false;
+    if (hold == Hold::ForGood && pReference != nullptr)
+    {
+        pReference->KeepForGood();
+    }
+    if (!wasLoaded && IsFileMode() && m_options.activeModeCacheSize > 0)
+    {
+        // Found through a mode that shares it, while its own was unloaded, with which it has to go again.
+        TouchModes({&pOwnMode, 1}, *pOwnMode->Table);
+    }
+    return true;
 }
 
 VOID ParameterSetManager::GetModules(BYTE tableIndex, PList<ParameterModule*>& rList, const TuningMode* pBranch,
@@ -261,7 +297,7 @@ VOID ParameterSetManager::GetModules(BYTE tableIndex, PList<ParameterModule*>& r
     walk.Mode()->GetModules(found, local, inherited, pPipeline);
     for (UINT32 index = 0; index < found.Count(); ++index)
     {
-        if (HoldModule(found[index]))
+        if (HoldModule(found[index], Hold::UntilReleased))
         {
             rList.Add(found[index]);
         }

@@ -1,9 +1,10 @@
 /// Loading of modes from the file when they are wanted, and unloading of those used longest ago.
 ///
-/// Locks: a mode's Mutex is held while its modules are loaded or unloaded, a table's ActModeMutex while its list of
-/// active modes or its reference counts change. A mode's Mutex may be taken under an ActModeMutex, never the other way
-/// round, and no thread holds two ActModeMutexes. The loaded marks of modes and modules are cleared before anything is
-/// unloaded, so that a mark found set tells as much as it would under the lock; frames find them set nearly always.
+/// Locks: a mode's Mutex is held while its modules are loaded or unloaded, as long as the file takes; a table's
+/// ActModeMutex while its list of active modes changes, and over an eviction. Under an ActModeMutex a mode's Mutex and
+/// a module's are only tried, so that it is never held for long; none is taken the other way round, and no thread holds
+/// two ActModeMutexes. References are counted without a lock: how a fetch and an eviction of the same module get out of
+/// each other's way, ParameterModule::UnloadIfUnused says. A frame whose modes are all loaded takes no lock at all.
 #include "parameters/parametersetmanager.h"
 
 #include <algorithm>
@@ -172,9 +173,7 @@ bool ParameterSetManager::LoadModuleMap(ModeEntry* pTarget, TouchedModes& rTouch
 
 VOID ParameterSetManager::UnloadModules(ModeEntry* pTarget, const ModeEntry* pMode)
 {
-    // Nobody may take a reference between the unloading and the clearing of the counts.
-    const std::lock_guard<ParameterMutex> activeLock(pTarget->Table->ActModeMutex);
-    const std::string                     prefix = TablePrefix(pTarget);
+    const std::string prefix = TablePrefix(pTarget);
     {
         const std::lock_guard<ParameterMutex> lock(pTarget->Mutex);
         LogLoading(false, nullptr, nullptr, 0, pMode, pTarget);
@@ -197,7 +196,8 @@ VOID ParameterSetManager::UnloadModules(ModeEntry* pTarget, const ModeEntry* pMo
             pModule->UnloadModule();
         }
     }
-    const UINT32 unreleased = pTarget->GetReferenceCount();
+    const std::lock_guard<ParameterMutex> lock(pTarget->Table->ActModeMutex);
+    const UINT32                          unreleased = pTarget->GetReferenceCount();
     if (unreleased != 0)
     {
         CHAR path[ModeEntry::MaxPathText];
@@ -206,60 +206,79 @@ VOID ParameterSetManager::UnloadModules(ModeEntry* pTarget, const ModeEntry* pMo
                                 prefix.c_str(), unreleased, path);
     }
     pTarget->ReleaseReferences();
-    pTarget->Table->ActiveModes.Remove(pTarget);
+    pTarget->Table->Unlist(pTarget);
 }
 
 VOID ParameterSetManager::TouchModes(std::span<ModeEntry* const> touched, ParameterModeTable& rTable)
 {
+    for (ModeEntry* pMode : touched)
     {
-        const std::lock_guard<ParameterMutex> lock(rTable.ActModeMutex);
-        for (ModeEntry* pMode : touched)
+        if (IsCachedLevel(pMode))
         {
-            if (pMode->Table == &rTable)
-            {
-                MoveToFront(pMode);
-            }
+            pMode->Table->Touch(pMode);
         }
-        EvictModes(rTable);
     }
+    EvictModes(rTable);
     // Shared modules can belong to modes of other tables.
     for (ModeEntry* pMode : touched)
     {
         if (pMode->Table != &rTable)
         {
-            const std::lock_guard<ParameterMutex> lock(pMode->Table->ActModeMutex);
-            MoveToFront(pMode);
             EvictModes(*pMode->Table);
         }
     }
 }
 
-VOID ParameterSetManager::MoveToFront(ModeEntry* pMode)
-{
-    PList<ModeEntry*>& rActive = pMode->Table->ActiveModes;
-    if (IsCachedLevel(pMode) && (rActive.Count() == 0 || rActive[0] != pMode))
-    {
-        rActive.Remove(pMode);
-        rActive.Insert(0, pMode);
-    }
-}
-
 VOID ParameterSetManager::EvictModes(ParameterModeTable& rTable)
 {
-    const UINT32       limit   = std::max(m_options.activeModeCacheSize, MinActiveModes);
-    PList<ModeEntry*>& rActive = rTable.ActiveModes;
+    // Frames come by many times and find nothing due nearly always.
+    if (!rTable.EvictionDue)
+    {
+        return;
+    }
+    const std::lock_guard<ParameterMutex> lock(rTable.ActModeMutex);
+    const UINT32                          limit   = std::max(m_options.activeModeCacheSize, MinActiveModes);
+    const PList<ModeEntry*>&              rActive = rTable.ActiveModes;
+    rTable.EvictionDue                            = false;
+    rTable.SortActiveModes();
     for (UINT32 index = rActive.Count(); index > limit; --index)
     {
         ModeEntry* pMode = rActive[index - 1];
         if (pMode->Preserve || m_options.activeModeCacheSize == 0)
         {
-            rActive.RemoveAt(index - 1, 1);
+            rTable.Unlist(pMode);
         }
-        else if (!pMode->IsActive())
+        else if (!pMode->IsActive() && !EvictMode(pMode))
         {
-            UnloadModules(pMode, pMode);
+            rTable.EvictionDue = true;  // at the next use of any mode
         }
     }
+}
+
+bool ParameterSetManager::EvictMode(ModeEntry* pMode)
+{
+    // A mode that is being loaded is held for as long as the file takes, and nobody may wait for that here.
+    const std::unique_lock<ParameterMutex> lock(pMode->Mutex, std::try_to_lock);
+    if (!lock.owns_lock())
+    {
+        return false;
+    }
+    LogLoading(false, nullptr, nullptr, 0, pMode, pMode);
+    pMode->Table->Unlist(pMode);  // first, see Touch
+    pMode->Loaded = false;
+    bool isGone   = true;
+    for (const auto& rpReference : pMode->ModuleMap)
+    {
+        if (pMode->Owns(rpReference->Module))
+        {
+            isGone = rpReference->Module->UnloadIfUnused(*rpReference) && isGone;
+        }
+    }
+    if (!isGone)
+    {
+        pMode->Table->List(pMode);
+    }
+    return isGone;
 }
 
 VOID ParameterSetManager::LogLoading(bool load, const CHAR* pReason, const TuningMode* pBranch, UINT32 count,

@@ -113,7 +113,6 @@ VOID ParameterSetManager::TransferReferences(const Content& rPrevious)
         {
             continue;
         }
-        const std::lock_guard<ParameterMutex> lock(rNew.ActModeMutex);
         for (UINT32 index = 0; index < rNew.Count(); ++index)
         {
             // A node that several slots name is transferred once, with the slot of its own ID.
@@ -147,6 +146,7 @@ VOID ParameterSetManager::TransferModeReferences(const ModeEntry& rPrevious, Mod
         {
             const INT64 sum = static_cast<INT64>(rNew.RefCount.load()) + references;
             rNew.RefCount   = static_cast<INT32>(std::min<INT64>(sum, std::numeric_limits<INT32>::max()));
+            rNew.Kept       = rOld.Kept.load();  // else the next fetch would count once more with each reload
         }
     }
 }

@@ -117,9 +117,10 @@ VOID CollectMode(std::vector<const ModeEntry*>& rModes, const ModeEntry* pMode)
 std::vector<const ModeEntry*> ActiveModesOf(ParameterModeTable& rTable)
 {
     const std::lock_guard<ParameterMutex> lock(rTable.ActModeMutex);
-    const PList<ModeEntry*>&              rActive = rTable.ActiveModes;
-    std::vector<const ModeEntry*>         modes;
-    bool                                  passedOver = false;
+    rTable.SortActiveModes();
+    const PList<ModeEntry*>&      rActive = rTable.ActiveModes;
+    std::vector<const ModeEntry*> modes;
+    bool                          passedOver = false;
     for (UINT32 index = 0; index < rActive.Count() && modes.size() < MaxActiveModes; ++index)
     {
         // A preserved mode was put back by a fetch and says less: it counts only before the first that is out of use.
@@ -282,7 +283,7 @@ VOID ParameterSetManager::PreserveMode(const ParameterModule& rModule)
     {
         const std::lock_guard<ParameterMutex> lock(pMode->Table->ActModeMutex);
         pMode->Preserve = true;
-        pMode->Table->ActiveModes.Remove(pMode);
+        pMode->Table->Unlist(pMode);
     }
 }
 

@@ -7,13 +7,18 @@
 
 #include "platform/tavotypes.h"
 
-/// A recursive mutex; works with std::lock_guard.
+/// A recursive mutex; works with std::lock_guard and std::unique_lock.
 class ParameterMutex
 {
 public:
     VOID lock()
     {
         m_mutex.lock();
+    }
+
+    bool try_lock()
+    {
+        return m_mutex.try_lock();
     }
 
     VOID unlock()

@@ -117,7 +117,7 @@ ParameterModule* TableModule::Create(ModuleData* pData, DefaultModule* pDefaultM
 bool TableModule::LoadModule(ParameterFileSymbolTable* pTable)
 {
     // Frames find the module loaded and need no lock for it: the mark is set last and cleared first.
-    if (IsLoaded())
+    if (IsReady())
     {
         return true;
     }

@@ -6,18 +6,22 @@
 
 #include "interface/statstuningdata.h"
 #include "parameters/tuningsetmanager.h"
+#include "schema/namehash.h"
 
 namespace tuningaccess
 {
 
-// A caller includes the header of the module's record, schema/<module>.h; Require_ is a template so that this one does
-// without them all.
+// No reference is ever given back: a record that the core has read once stays, with what a tool has edited in it, over
+// all changes of mode. A caller includes the header of the module's record, schema/<module>.h; Require_ is a template
+// so that this one does without them all.
 #define TUNING_MODULE(name, RecordType, major, minor, patch)                                                           \
     inline name::RecordType* Get_##name(const StatsTuningData& rTuningData)                                            \
     {                                                                                                                  \
-        return static_cast<TuningSetManager*>(rTuningData.pTuningSetManager)                                           \
-            ->GetModule_##name(static_cast<const TuningMode*>(rTuningData.pTuningModeSelectors),                       \
-                               rTuningData.numSelectors, nullptr);                                                     \
+        constexpr UINT64 NameHash = namehash::OfName(#name);                                                           \
+        return static_cast<name::RecordType*>(                                                                         \
+            static_cast<TuningSetManager*>(rTuningData.pTuningSetManager)                                              \
+                ->KeepModuleRecord(#name, NameHash, static_cast<const TuningMode*>(rTuningData.pTuningModeSelectors),  \
+                                   rTuningData.numSelectors));                                                         \
     }                                                                                                                  \
     template <typename Record = name::RecordType> const Record& Require_##name(const StatsTuningData& rTuningData)     \
     {                                                                                                                  \

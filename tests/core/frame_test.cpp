@@ -1,6 +1,9 @@
 // Whole frames through the function table: what the sensor did comes back as statistics of the next frame.
 
+#include <cstdio>
+
 #include "tests/core/framefixture.h"
+#include "tools/tuningfile/files.h"
 
 namespace
 {
@@ -229,6 +232,51 @@ TEST_F(Frames, StretchEntriesAreClearedInValueBanksOnly)
     query = {BankIDConvActiveSCD, 5, nullptr, sizeof(kirodbconvactivescd::DBConvActiveSCDPayload)};
     EXPECT_EQ(m_pAlgo->getBankData(m_pAlgo, &query), 6);
     EXPECT_TRUE(m_log.Has(4, "Issue in setting YHist scale value to DB"));
+}
+
+/// A store that reads its file on demand. Made before the instance and gone after it.
+struct FileStore
+{
+    explicit FileStore(const std::string& rTuning)
+    {
+        tuningfile::ReplaceFile(
+            path, tuningfile::WriteBinary(tuningfile::ParseText(rTuning, "frame.yaml"), tuningfile::NewestVersion));
+        store.SetLiveTuningAutostart(false);
+        EXPECT_TRUE(store.LoadBinaryParameters(path.c_str())) << store.GetErrorText();
+    }
+
+    ~FileStore()
+    {
+        std::remove(path.c_str());
+    }
+
+    const std::string path = testing::TempDir() + "frame_test_store.bin";
+    TuningSetManager  store{"file"};
+};
+
+class FramesOfAFile : private FileStore, public Frames
+{
+protected:
+    FramesOfAFile() : FileStore(FrameTuning)
+    {
+        m_tuning.pTuningSetManager = &store;
+        (VOID) Set(AECAlgoSetParamTunaraData, m_tuning);
+    }
+
+    UINT32 References()
+    {
+        return store.GetModeEntry(0, m_modes, 1)->GetReferenceCount();
+    }
+};
+
+TEST_F(FramesOfAFile, CountTheirModulesOnceAndForGood)
+{
+    RunStartup();
+    RunScene(StartExposure, 10);
+    const UINT32 references = References();
+    EXPECT_GT(references, 0U);
+    RunScene(StartExposure, 1000);
+    EXPECT_EQ(References(), references);
 }
 
 }  // namespace

@@ -1,9 +1,13 @@
 #include "tests/parameters/setmanagerfixture.h"
 
 #include <atomic>
+#include <chrono>
+#include <cstring>
 #include <filesystem>
+#include <future>
 #include <limits>
 #include <thread>
+#include <utility>
 
 #include "parameters/parameterfilesymboltable.h"
 
@@ -58,6 +62,60 @@ protected:
         return Mode(rManager, rBranch)->GetReferenceCount();
     }
 };
+
+/// Holds a load up at its first line in the log, under the mode's mutex, as a file that is slow to read does. Only
+/// loads with the reason "slow".
+class HeldUpLoad
+{
+public:
+    HeldUpLoad()
+    {
+        TavoDesk::SetSystemLogSink(Hold, this);
+    }
+
+    ~HeldUpLoad()
+    {
+        Release();
+        TavoDesk::SetSystemLogSink(nullptr, nullptr);
+    }
+
+    HeldUpLoad(const HeldUpLoad&)            = delete;
+    HeldUpLoad& operator=(const HeldUpLoad&) = delete;
+
+    VOID WaitUntilHeld()
+    {
+        m_held.get_future().wait();
+    }
+
+    VOID Release()
+    {
+        if (!std::exchange(m_isReleased, true))
+        {
+            m_released.set_value();
+        }
+    }
+
+private:
+    static VOID Hold(VOID* pContext, UINT64, const CHAR*, UINT32, const CHAR* pLine)
+    {
+        if (std::strstr(pLine, "Loading modules (GetModule:slow:") != nullptr)
+        {
+            auto& rThis = *static_cast<HeldUpLoad*>(pContext);
+            rThis.m_held.set_value();
+            rThis.m_released.get_future().wait();
+        }
+    }
+
+    std::promise<VOID> m_held;
+    std::promise<VOID> m_released;
+    bool               m_isReleased = false;
+};
+
+/// @return whether the work ended while nobody let it go on; a minute means that it waits
+bool EndsByItself(const std::future<VOID>& rWork)
+{
+    return rWork.wait_for(std::chrono::minutes(1)) == std::future_status::ready;
+}
 
 }  // namespace
 
@@ -312,6 +370,107 @@ TEST_F(OnDemandTest, ASharedModuleComesBackAfterItsOwnerWasUnloaded)
     EXPECT_EQ(pRecord->steps[0], 5.5f);
 }
 
+TEST_F(OnDemandTest, ASharedModuleThatAFetchReadsAgainGoesWithItsOwner)
+{
+    TuningFileMaker maker;
+    const UINT32    root  = maker.Table();
+    const UINT32    video = maker.Mode(root, Usecase, 1);
+    maker.Same("alpha", maker.Mode(root, Usecase, 2), maker.Alpha(video, 5));
+    for (UINT16 usecase = 3; usecase <= 8; ++usecase)
+    {
+        maker.Alpha(maker.Mode(root, Usecase, usecase), usecase);
+    }
+    ParameterSetManager manager("cam", smallschema::Modules, Verbose(5));
+    ASSERT_TRUE(manager.LoadBinaryParameters(Write(maker.Build())));
+    smallschema::AlphaType* pRecord  = Alpha(manager, UsecaseBranch(2));
+    const auto              useOther = [&]
+    {
+        for (UINT16 usecase = 3; usecase <= 8; ++usecase)
+        {
+            LoadMode(manager, UsecaseBranch(usecase));
+        }
+    };
+    for (int turn = 0; turn < 2; ++turn)
+    {
+        Release(pRecord);
+        useOther();
+        EXPECT_EQ(pRecord->steps, nullptr) << "turn " << turn;
+        EXPECT_EQ(Alpha(manager, UsecaseBranch(2)), pRecord);
+        EXPECT_EQ(pRecord->steps[0], 5.5f);
+    }
+}
+
+TEST_F(OnDemandTest, NobodyWaitsForAModeThatIsBeingLoaded)
+{
+    // The mode that is loaded slowly is in the list since another one that shares its module was used, and it is the
+    // next to go.
+    TuningFileMaker maker;
+    const UINT32    root = maker.Table();
+    const UINT32    slow = maker.Mode(root, Usecase, 1);
+    maker.Same("alpha", maker.Mode(root, Usecase, 2), maker.Alpha(slow, 100));
+    for (UINT16 usecase = 3; usecase <= 8; ++usecase)
+    {
+        maker.Alpha(maker.Mode(root, Usecase, usecase), 100 * usecase);
+    }
+    ParameterSetManager manager("cam", smallschema::Modules, Verbose(5));
+    ASSERT_TRUE(manager.LoadBinaryParameters(Write(maker.Build())));
+    for (const UINT16 usecase : {2, 3, 4, 5, 6})
+    {
+        ASSERT_TRUE(LoadMode(manager, UsecaseBranch(usecase)));
+    }
+    smallschema::AlphaType* pHeld = Alpha(manager, UsecaseBranch(3));
+    HeldUpLoad              holdUp;
+    std::thread             tool(
+        [&]
+        {
+            const std::vector<TuningMode> branch = UsecaseBranch(1);
+            EXPECT_TRUE(manager.LoadMode(0, branch.data(), static_cast<UINT32>(branch.size()), "slow"));
+        });
+    holdUp.WaitUntilHeld();
+    const std::future<VOID> camera =
+        std::async(std::launch::async,
+                   [&]
+                   {
+                       for (const UINT16 usecase : {7, 8, 7, 3})
+                       {
+                           EXPECT_EQ(AlphaValue(manager, UsecaseBranch(usecase)), 100 * usecase);
+                       }
+                   });
+    EXPECT_TRUE(EndsByItself(camera));
+    holdUp.Release();
+    tool.join();
+    camera.wait();
+    EXPECT_TRUE(IsLoaded(manager, UsecaseBranch(1))) << "used last";
+    EXPECT_EQ(AlphaValue(manager, UsecaseBranch(1)), 100);
+    Release(pHeld);
+}
+
+TEST_F(OnDemandTest, AFetchOfWhatIsLoadedTakesNoLock)
+{
+    ParameterSetManager manager("cam", smallschema::Modules, Verbose());
+    ASSERT_TRUE(manager.LoadBinaryParameters(Write(MakeUsecases(2))));
+    smallschema::AlphaType* pRecord = Alpha(manager, UsecaseBranch(1));
+    ModeEntry*              pMode   = Mode(manager, UsecaseBranch(1));
+    std::future<VOID>       camera;
+    {
+        const std::lock_guard<ParameterMutex> tableLock(pMode->Table->ActModeMutex);
+        const std::lock_guard<ParameterMutex> lock(pMode->Mutex);
+        camera = std::async(std::launch::async,
+                            [&]
+                            {
+                                for (int frame = 0; frame < 10; ++frame)
+                                {
+                                    pRecord = Alpha(manager, UsecaseBranch(1), pRecord);
+                                    EXPECT_EQ(pRecord->value, 100);
+                                }
+                            });
+        EXPECT_TRUE(EndsByItself(camera));
+    }
+    camera.wait();
+    Release(pRecord);
+    EXPECT_EQ(References(manager, UsecaseBranch(1)), 0u);
+}
+
 TEST_F(OnDemandTest, ATableMayHaveANameAndNoModes)
 {
     for (const bool hasModule : {false, true})
@@ -378,13 +537,26 @@ TEST_F(OnDemandTest, AFileThatWasReplacedIsReadNoMore)
 TEST_F(OnDemandTest, ThreadsSeeTheirRecordsWhateverIsEvictedMeanwhile)
 {
     constexpr UINT16 Usecases = 16;
+    constexpr UINT16 Sharing  = 4;  // further ones, which share the modules of the first ones
+    constexpr UINT16 Kept     = Usecases;
 
+    TuningFileMaker     maker;
+    const UINT32        root = maker.Table();
+    std::vector<UINT32> alphas;
+    for (UINT16 usecase = 1; usecase <= Usecases; ++usecase)
+    {
+        alphas.push_back(maker.Alpha(maker.Mode(root, Usecase, usecase), 100 * usecase));
+    }
+    for (UINT16 sharing = 0; sharing < Sharing; ++sharing)
+    {
+        maker.Same("alpha", maker.Mode(root, Usecase, static_cast<UINT16>(Usecases + 1 + sharing)), alphas[sharing]);
+    }
     Options options     = Verbose(5);
     options.logErrors   = false;
     options.logWarnings = false;
     options.logDebug    = false;
     ParameterSetManager manager("cam", smallschema::Modules, options);
-    ASSERT_TRUE(manager.LoadBinaryParameters(Write(MakeUsecases(Usecases))));
+    ASSERT_TRUE(manager.LoadBinaryParameters(Write(maker.Build())));
     std::atomic<UINT32>      wrong{0};
     std::vector<std::thread> threads;
     for (UINT32 thread = 0; thread < 4; ++thread)
@@ -392,20 +564,33 @@ TEST_F(OnDemandTest, ThreadsSeeTheirRecordsWhateverIsEvictedMeanwhile)
         threads.emplace_back(
             [&, thread]
             {
-                smallschema::AlphaType* pRecord = nullptr;
-                UINT32                  state   = thread + 1;
-                for (UINT32 round = 0; round < 400; ++round)
+                const std::vector<TuningMode> keptBranch = UsecaseBranch(Kept);
+                smallschema::AlphaType*       pPrevious  = nullptr;
+                UINT32                        state      = thread + 1;
+                for (UINT32 round = 0; round < 2000; ++round)
                 {
                     state                = state * 1664525 + 1013904223;
-                    const UINT16 usecase = static_cast<UINT16>(1 + (state >> 16) % Usecases);
-                    pRecord              = Alpha(manager, UsecaseBranch(usecase), pRecord);
-                    if (pRecord == nullptr || pRecord->value != 100 * usecase ||
-                        pRecord->steps[1] != static_cast<float>(100 * usecase) + 0.25f)
+                    const UINT16 usecase = static_cast<UINT16>(1 + (state >> 16) % (Usecases + Sharing));
+                    const INT32  value   = 100 * ((usecase > Usecases) ? usecase - Usecases : usecase);
+                    auto*        pRecord = Alpha(manager, UsecaseBranch(usecase), pPrevious);
+                    if (pRecord == nullptr || pRecord->value != value ||
+                        pRecord->steps[1] != static_cast<float>(value) + 0.25f)
                     {
                         ++wrong;
                     }
+                    const auto* pKept = static_cast<smallschema::AlphaType*>(manager.KeepModuleRecord(
+                        "alpha", namehash::OfName("alpha"), keptBranch.data(), static_cast<UINT32>(keptBranch.size())));
+                    wrong += (pKept != nullptr && pKept->steps[1] == 100 * Kept + 0.25f) ? 0 : 1;
+                    pPrevious = (round % 2 == 0) ? nullptr : pRecord;
+                    if (round % 2 == 0)
+                    {
+                        Release(pRecord);
+                    }
                 }
-                Release(pRecord);
+                if (pPrevious != nullptr)
+                {
+                    Release(pPrevious);
+                }
             });
     }
     for (std::thread& rThread : threads)
@@ -414,8 +599,18 @@ TEST_F(OnDemandTest, ThreadsSeeTheirRecordsWhateverIsEvictedMeanwhile)
     }
     EXPECT_EQ(wrong, 0u);
     EXPECT_LE(Mode(manager, {})->Table->ActiveModes.Count(), 5u + 4u);
-    for (UINT16 usecase = 1; usecase <= Usecases; ++usecase)
+    for (UINT16 usecase = 1; usecase <= Usecases + Sharing; ++usecase)
     {
-        EXPECT_EQ(References(manager, UsecaseBranch(usecase)), 0u);
+        EXPECT_EQ(References(manager, UsecaseBranch(usecase)), (usecase == Kept) ? 1u : 0u);
+    }
+
+    // What is in memory after all of it can go: nothing has lost its place in the list.
+    for (UINT16 usecase = 12; usecase <= Usecases; ++usecase)
+    {
+        LoadMode(manager, UsecaseBranch(usecase));
+    }
+    for (UINT16 usecase = 1; usecase < 12; ++usecase)
+    {
+        EXPECT_FALSE(Mode(manager, UsecaseBranch(usecase))->ModuleMap[0].Module->IsLoaded()) << usecase;
     }
 }

@@ -91,6 +91,36 @@ TEST_F(ReloadTest, ReferenceCountsCarryOverBetweenEqualLayouts)
                 "V"));
 }
 
+TEST_F(ReloadTest, AModuleThatIsKeptCountsOnceOverFetchesAndReloads)
+{
+    ParameterSetManager manager("cam", smallschema::Modules, Verbose(5));
+    ASSERT_TRUE(manager.LoadBinaryParameters(Write(MakeFile(10))));
+    const auto keep = [&]
+    {
+        return static_cast<smallschema::AlphaType*>(manager.KeepModuleRecord(
+            "alpha", namehash::OfName("alpha"), video.data(), static_cast<UINT32>(video.size())));
+    };
+    for (int reload = 0; reload < 3; ++reload)
+    {
+        smallschema::AlphaType* pRecord = keep();
+        ASSERT_NE(pRecord, nullptr);
+        EXPECT_EQ(pRecord->value, 11);
+        EXPECT_EQ(keep(), pRecord);
+        EXPECT_EQ(References(manager, 2), 1u) << "reload " << reload;
+        // What another user takes beside it and gives back, leaves it in place.
+        EXPECT_EQ(Alpha(manager, video), pRecord);
+        TableModule::FromRecord(pRecord)->Release();
+        EXPECT_TRUE(Mode(manager, video)->IsActive());
+        ASSERT_TRUE(manager.ReloadBinaryParameters(false));
+    }
+
+    // A mode that is unloaded on request counts nobody, and the next fetch counts again.
+    ASSERT_TRUE(manager.UnloadMode(0, video.data(), static_cast<UINT32>(video.size())));
+    EXPECT_FALSE(Mode(manager, video)->IsActive());
+    keep();
+    EXPECT_EQ(References(manager, 2), 1u);
+}
+
 TEST_F(ReloadTest, AFailedReloadLeavesNothingAndCanBeTriedAgain)
 {
     ParameterSetManager manager("cam", smallschema::Modules, Verbose());
