@@ -8,6 +8,7 @@
 #include "tools/tuningfile/binaryoutput.h"
 #include "tools/tuningfile/bytes.h"
 #include "tools/tuningfile/checksum.h"
+#include "tools/tuningfile/files.h"
 #include "tools/tuningfile/inputerror.h"
 #include "tools/tuningfile/storelog.h"
 #include "tools/tuningfile/textinput.h"
@@ -60,6 +61,17 @@ TEST(Hostile, DamagedFilesAreRefusedOrDumped)
         }
     }
     EXPECT_GT(accepted, 500u);
+}
+
+TEST(Hostile, WhatNoTextMaySayIsNamed)
+{
+    Tuning     tuning = ParseText(GoodText, "t.yaml");
+    const auto dumped = [&]
+    { return CompileFault(WriteText(ReadBinary(WriteBinary(tuning, NewestVersion), "t.bin").tuning), "dump.yaml"); };
+    EXPECT_EQ(dumped(), "");
+    tuning.tables[0].modes[0].mode    = static_cast<UINT16>(ModeType::Effect);
+    tuning.tables[0].modes[0].subMode = 1;
+    EXPECT_EQ(dumped(), "dump.yaml:3:3: mode 'Effect.Mono' at the root, expected 'Default'");
 }
 
 TEST(Hostile, AModeWhoseIdAnotherHasTakenIsReadWithAllBelowIt)

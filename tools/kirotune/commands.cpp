@@ -72,7 +72,12 @@ int Dump(const std::string& rInput, const std::string& rOutput)
     {
         fmt::print(stderr, "{}: {}\n", rInput, rNote);
     }
-    const std::string text = WriteText(binary.tuning);
+    std::string       text  = WriteText(binary.tuning);
+    const std::string fault = CompileFault(text, rOutput.empty() ? "stdout" : rOutput);
+    if (!fault.empty())
+    {
+        text += fmt::format("# This text does not compile: {}\n", fault);
+    }
     if (rOutput.empty())
     {
         fmt::print("{}", text);
@@ -80,6 +85,10 @@ int Dump(const std::string& rInput, const std::string& rOutput)
     else
     {
         ReplaceFile(rOutput, {reinterpret_cast<const BYTE*>(text.data()), text.size()});
+    }
+    if (!fault.empty())
+    {
+        throw InputError(fmt::format("{}: its text does not compile: {}", rInput, fault));
     }
     return 0;
 }

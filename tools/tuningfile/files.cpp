@@ -98,6 +98,19 @@ std::vector<BYTE> CompileFile(const std::string& rPath, const VersionUnion& rVer
     return WriteBinary(ReadTextFile(rPath), rVersion);
 }
 
+std::string CompileFault(const std::string& rText, const std::string& rName)
+{
+    try
+    {
+        (VOID) WriteBinary(ParseText(rText, rName), NewestVersion);
+        return {};
+    }
+    catch (const InputError& rError)
+    {
+        return rError.what();
+    }
+}
+
 VOID ReplaceFile(const std::string& rPath, std::span<const BYTE> bytes)
 {
     FileReplacement file(rPath);

@@ -25,6 +25,11 @@ Tuning ReadTextFile(const std::string& rPath);
 /// @throws InputError, whose message names the place in the text
 std::vector<BYTE> CompileFile(const std::string& rPath, const VersionUnion& rVersion = NewestVersion);
 
+/// Why a text that was made from a parameter file does not compile: a damaged file can hold what no text may say.
+/// @param rName of the text, for the place
+/// @return empty if it compiles
+std::string CompileFault(const std::string& rText, const std::string& rName);
+
 /// Puts bytes in the place of a file, or makes it; a failure leaves what was there.
 /// @throws InputError if that cannot be done
 VOID ReplaceFile(const std::string& rPath, std::span<const BYTE> bytes);
