@@ -1,0 +1,99 @@
+// Several cameras in threads of one process, on one store that reads its file on demand, beside a tuning tool.
+
+#include <atomic>
+#include <cstdio>
+#include <gtest/gtest.h>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "tests/kirosim/simulationrun.h"
+#include "tools/liveclient/liveclient.h"
+#include "tools/tuningfile/files.h"
+
+using namespace kirosim;
+
+namespace
+{
+
+/// The phone's tuning as a parameter file, in a store that serves tools.
+class FileTuning
+{
+public:
+    FileTuning()
+    {
+        tuningfile::ReplaceFile(m_path, tuningfile::CompileFile(EXAMPLES_DIR "/tunings/phone.yaml"));
+        m_tuning.emplace(m_path, true);
+    }
+
+    ~FileTuning()
+    {
+        m_tuning.reset();
+        std::remove(m_path.c_str());
+    }
+
+    LoadedTuning& Get()
+    {
+        return *m_tuning;
+    }
+
+private:
+    const std::string           m_path = testing::TempDir() + "instances_test.bin";
+    std::optional<LoadedTuning> m_tuning;
+};
+
+/// What a camera decides over a scene, as text.
+std::string TraceOf(const Scene& rScene, LoadedTuning& rTuning)
+{
+    Simulation  simulation(rScene, rTuning, DiscardLog);
+    std::string trace;
+    simulation.Run([&trace](const FrameRecord& rRecord) { trace += CsvLine(rRecord); });
+    return trace;
+}
+
+TEST(Instances, InThreadsDecideAsOneAlone)
+{
+    FileTuning               tuning;
+    std::vector<Scene>       scenes;
+    std::vector<std::string> alone;
+    for (const CHAR* pScene : {"natural", "hdr-staggered", "shake"})
+    {
+        scenes.push_back(ReadScene(EXAMPLES_DIR "/scenes/" + std::string(pScene) + ".yaml", ""));
+        scenes.back().frames = 60;
+        // Also makes the tuning keep the selectors, so that the threads only look them up.
+        alone.push_back(TraceOf(scenes.back(), tuning.Get()));
+    }
+    std::vector<std::string> together(scenes.size());
+    std::atomic<bool>        isOver = false;
+    std::thread              tool(
+        [&]
+        {
+            liveclient::Options options;
+            options.port = tuning.Get().Manager().GetLiveTuningPort();
+            liveclient::Client client(options);
+            do
+            {
+                for (const CHAR* pMode :
+                     {"Default", "Default|Sensor.0|Usecase.Snapshot", "Default|Sensor.0|Usecase.Video"})
+                {
+                    EXPECT_FALSE(client.Get(pMode, "kiroconvergence", {}).empty());
+                }
+                (VOID) client.ActiveModes();
+            } while (!isOver);
+        });
+    std::vector<std::thread> cameras;
+    for (size_t camera = 0; camera < scenes.size(); ++camera)
+    {
+        cameras.emplace_back([&, camera] { together[camera] = TraceOf(scenes[camera], tuning.Get()); });
+    }
+    for (std::thread& rCamera : cameras)
+    {
+        rCamera.join();
+    }
+    isOver = true;
+    tool.join();
+    EXPECT_EQ(together, alone);
+}
+
+}  // namespace
