@@ -111,13 +111,13 @@ GroupedGridParameters* CKIROStatsGridProcessor::InitializeXTremeColorRegion(
     const CHAR* const* ppStatsName, UINT32 statsCount, INT32 rgbgRoiID, const KIROSubsamplingInfo& rSubsampling,
     UINT32 triggerCount, const RangeTriggerRow* pTriggers, FLOAT statsThreshold, FLOAT bufferZoneDist)
 {
-    m_group = {};
-
+    AECAlgoROI          box{};
     const ColorChannels channels = {FindStatsChannel(m_rStatsBuffer, NameAt(ppStatsName, statsCount, 0)),
                                     FindStatsChannel(m_rStatsBuffer, NameAt(ppStatsName, statsCount, 1)),
                                     FindStatsChannel(m_rStatsBuffer, NameAt(ppStatsName, statsCount, 2))};
-    if (!AreColorInputsValid(ppStatsName, statsCount, channels, GetROI(rgbgRoiID, m_group.rgbgDomainROI)))
+    if (!AreColorInputsValid(ppStatsName, statsCount, channels, GetROI(rgbgRoiID, box)))
     {
+        // The group before stays: the walk takes channels and tile from it.
         return nullptr;
     }
 
@@ -125,16 +125,17 @@ GroupedGridParameters* CKIROStatsGridProcessor::InitializeXTremeColorRegion(
     const FLOAT                     grRatio = rAWB.greenGain / rAWB.redGain;
     const FLOAT                     gbRatio = rAWB.greenGain / rAWB.blueGain;
     const FLOAT                     buffer  = std::max(bufferZoneDist, BufferZoneMin);
-    const AECAlgoROI&               rBox    = m_group.rgbgDomainROI;
 
+    m_group                 = {};
     m_group.bIsValid        = TRUE;
+    m_group.rgbgDomainROI   = box;
     m_group.chNum_luma      = channels.luma;
     m_group.chNum_rg        = channels.rg;
     m_group.chNum_bg        = channels.bg;
-    m_group.rgDist_min      = grRatio * rBox.dx / 2.0f;
-    m_group.rgCenter        = rBox.x * grRatio + m_group.rgDist_min;
-    m_group.bgDist_min      = gbRatio * rBox.dy / 2.0f;
-    m_group.bgCenter        = rBox.y * gbRatio + m_group.bgDist_min;
+    m_group.rgDist_min      = grRatio * box.dx / 2.0f;
+    m_group.rgCenter        = box.x * grRatio + m_group.rgDist_min;
+    m_group.bgDist_min      = gbRatio * box.dy / 2.0f;
+    m_group.bgCenter        = box.y * gbRatio + m_group.bgDist_min;
     m_group.rgDist_buffDist = buffer * grRatio;
     m_group.bgDist_buffDist = buffer * gbRatio;
     m_group.statsAbsThreshold =

@@ -242,7 +242,7 @@ TEST_F(Calculators, PercentilesOfTwoExposuresAreBlendedByATrigger)
     EXPECT_TRUE(m_log.Has(LevelError, "error expected 6 extension parameters and got 5"));
 }
 
-TEST_F(Calculators, ExtremeColoursStayInTheWalkAfterTheyAreSwitchedOff)
+TEST_F(Calculators, ExtremeColoursStayInTheWalkAfterTheyAreSwitchedOffOrOneOfThemFails)
 {
     m_context.m_input.AWBState = {TRUE, 1.0f, 1.0f, 1.0f, 5000, {}};
     for (INT32 id : {1, 2})
@@ -262,6 +262,21 @@ TEST_F(Calculators, ExtremeColoursStayInTheWalkAfterTheyAreSwitchedOff)
     // A run begins anew.
     Run({1});
     EXPECT_NEAR(Slot(1), first, 1e-5f);
+
+    // One that cannot be measured does not take the others with it, wherever it stands in the list.
+    UINT32 tuning = 1;
+    for (const auto& [roiID, pChannel] : std::vector<std::pair<UINT32, const CHAR*>>{{8, "colour"}, {3, "absent"}})
+    {
+        m_records[1].generalParameters.ROIID = roiID;
+        m_records[1].statsSelection.channel3 = const_cast<CHAR*>(pChannel);
+        for (const std::vector<UINT32>& rOrder : {std::vector<UINT32>{1, 2}, {2, 1}})
+        {
+            m_context.SetCalculatorResult(1, 99.0f);
+            Run(rOrder, ++tuning);
+            EXPECT_NEAR(Slot(1), first, 1e-5f) << roiID << ", first " << rOrder[0];
+            EXPECT_EQ(Slot(2), -1.0f) << roiID;
+        }
+    }
 }
 
 }  // namespace
