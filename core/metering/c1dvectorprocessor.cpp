@@ -61,11 +61,6 @@ VOID C1DVectorProcessor::Run(UINT32 sampleCount)
     {
         return;
     }
-    if (m_pTuning->input.bankID == BankIDMetering1D && sampleCount > SampleCountMax)
-    {
-        STATS_LOG_ERROR("%d samples refused, at most %d", sampleCount, SampleCountMax);
-        return;
-    }
     if (m_validDataCounter <= m_pTuning->filtering.filterLength)
     {
         const UINT32 room = std::numeric_limits<UINT32>::max() - m_validDataCounter;
@@ -116,8 +111,9 @@ bool C1DVectorProcessor::GetDataFromDataBank(UINT32 sampleCount)
 
 VOID C1DVectorProcessor::TakeVector(const FLOAT* pSamples, UINT32 sampleCount)
 {
-    std::copy_backward(std::begin(m_data), std::end(m_data) - sampleCount, std::end(m_data));
-    std::copy(pSamples, pSamples + sampleCount, m_data);
+    const UINT32 count = std::min(sampleCount, SampleCountMax);
+    std::copy_backward(std::begin(m_data), std::end(m_data) - count, std::end(m_data));
+    std::copy_n(pSamples, count, m_data);
 }
 
 FLOAT C1DVectorProcessor::Filter(UINT32 length)
