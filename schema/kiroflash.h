@@ -61,7 +61,7 @@ struct LEDMatchTableType
 {
     BOOL                   enableDerating;
     float                  dualLEDIntersectSlope;  ///< slope along which a colour meets the line of mixes
-    INT32                  countPower;             ///< rows, 1 to 6, in ascending power
+    INT32                  countPower;             ///< rows in ascending power; the order of the first six is checked
     INT32                  countMix;               ///< columns, 1 to 16
     KIROLEDMeasurementType LEDMeasConfig;
     UINT32                 tableCount;             ///< countPower * countMix, at most 96

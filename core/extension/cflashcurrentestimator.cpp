@@ -63,26 +63,24 @@ KiroResult CFlashCurrentEstimator::SetTuningHeaderChanged()
     std::copy(std::begin(m_tunedTable), std::end(m_tunedTable), m_refTable);
 
     std::fill(std::begin(m_precomputedPowerTable), std::end(m_precomputedPowerTable), 0u);
-    m_isTuningValid       = IsTableSizeUsable() ? TRUE : FALSE;
     m_isFactoryCalApplied = FALSE;
-    if (m_isTuningValid == FALSE)
-    {
-        return 1;
-    }
-    const INT32 lastPower = std::max(m_tuningAndCalibration.countPower - 1, 0);
     m_minTunedPower       = TotalPower(0);
-    m_maxTunedPowerIndex  = static_cast<UINT32>(lastPower * m_tuningAndCalibration.countMix);
-    m_maxTunedPower       = TotalPower(m_maxTunedPowerIndex);
-    m_rContextManager.SetMaxFlashCurrent(static_cast<INT32>(m_maxTunedPower));
-    for (INT32 power = 0; power < m_tuningAndCalibration.countPower; ++power)
+    TellMaxPower();
+    m_isTuningValid = (IsTableSizeUsable() && AreRowsInOrder()) ? TRUE : FALSE;
+    return (m_isTuningValid == TRUE) ? 0 : 1;
+}
+
+/// The host learns the largest current also of a table that is refused, as long as its last row lies within it.
+VOID CFlashCurrentEstimator::TellMaxPower()
+{
+    const INT64 lastRow =
+        std::max<INT64>(INT64{m_tuningAndCalibration.countPower} - 1, 0) * m_tuningAndCalibration.countMix;
+    if (lastRow >= 0 && lastRow < TableCountMax)
     {
-        if (!CheckRow(power))
-        {
-            m_isTuningValid = FALSE;
-            return 1;
-        }
+        m_maxTunedPowerIndex = static_cast<UINT32>(lastRow);
+        m_maxTunedPower      = TotalPower(m_maxTunedPowerIndex);
+        m_rContextManager.SetMaxFlashCurrent(static_cast<INT32>(m_maxTunedPower));
     }
-    return 0;
 }
 
 /// @return false, with a log, for a size that the arrays of this class do not hold. A tuning without a flash table has
@@ -95,11 +93,25 @@ bool CFlashCurrentEstimator::IsTableSizeUsable() const
     {
         return true;
     }
-    if (powers < 1 || powers > PowerCountMax || mixes < 1 || mixes > MixCountMax)
+    if (powers < 1 || mixes < 1 || mixes > MixCountMax || INT64{powers} * mixes > TableCountMax)
     {
-        STATS_LOG_ERROR("AECCoreFlash LED table of %d powers and %d mixes exceeds 1 to %d powers and 1 to %d mixes",
-                        powers, mixes, PowerCountMax, MixCountMax);
+        STATS_LOG_ERROR("AECCoreFlash LED table of %d powers and %d mixes exceeds 1 to %d mixes and %d entries", powers,
+                        mixes, MixCountMax, TableCountMax);
         return false;
+    }
+    return true;
+}
+
+/// Of the rows beyond these the last one serves at full power, as it stands; the others are never used.
+bool CFlashCurrentEstimator::AreRowsInOrder()
+{
+    const INT32 count = std::min(m_tuningAndCalibration.countPower, PowerCountMax);
+    for (INT32 power = 0; power < count; ++power)
+    {
+        if (!CheckRow(power))
+        {
+            return false;
+        }
     }
     return true;
 }

@@ -14,7 +14,7 @@
 class CFlashCurrentEstimator
 {
 public:
-    /// Most rows of a table.
+    /// Rows whose order is checked and between which powers are interpolated; a table may have more.
     static constexpr INT32 PowerCountMax = 6;
     /// Most entries of a table, and of its calibration.
     static constexpr UINT32 TableCountMax = 96;
@@ -37,7 +37,9 @@ public:
 private:
     using LEDMixType = kiroflash::LEDMixType;
 
+    VOID   TellMaxPower();
     bool   IsTableSizeUsable() const;
+    bool   AreRowsInOrder();
     bool   CheckRow(INT32 power);
     UINT32 TotalPower(UINT32 index) const;
 
@@ -73,7 +75,7 @@ private:
     UINT32                       m_minTunedPower;  ///< mA, of the first row
     UINT32                       m_maxTunedPower;  ///< mA, of the last row
     UINT32                       m_maxTunedPowerIndex;
-    UINT32                       m_precomputedPowerTable[PowerCountMax];  ///< mA, of each row
+    UINT32                       m_precomputedPowerTable[PowerCountMax];  ///< mA, of the first rows
     FLOAT                        m_preflashLEDRG;                         ///< colour matched at low power; 0 before any
     FLOAT                        m_preflashLEDBG;
 };

@@ -14,9 +14,9 @@ using kiroflash::LEDMixType;
 namespace
 {
 
-constexpr INT32 None        = -1;
-constexpr FLOAT ColourMin   = 0.001f;  ///< least tuned colour by which a measured one is divided
-constexpr INT32 RowCountMax = CFlashCurrentEstimator::PowerCountMax;
+constexpr INT32  None        = -1;
+constexpr FLOAT  ColourMin   = 0.001f;  ///< least tuned colour by which a measured one is divided
+constexpr UINT32 RowCountMax = CFlashCurrentEstimator::TableCountMax;
 
 /// One of the two colours of a mix, with its measurements.
 struct Colour
@@ -183,7 +183,9 @@ private:
 
     FLOAT ByOffsets(const Colour& rColour, INT32 row, INT32 low, INT32 high, INT32 mix) const
     {
-        const FLOAT share = (PowerOf(row) - PowerOf(low)) / (PowerOf(high) - PowerOf(low));
+        // Rows beyond those that are checked for their order may be of one power.
+        const FLOAT span  = PowerOf(high) - PowerOf(low);
+        const FLOAT share = (std::abs(span) < Epsilon) ? 0.0f : (PowerOf(row) - PowerOf(low)) / span;
         const FLOAT offset =
             flashtable::Between(OffsetOf(rColour, low * m_mixes + mix), OffsetOf(rColour, high * m_mixes + mix), share);
         return std::max(m_pTuned[row * m_mixes + mix].*rColour.pRatio + offset, 0.0f);

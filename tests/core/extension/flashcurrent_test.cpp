@@ -286,7 +286,7 @@ TEST_F(FlashCurrent, RefusesATableOutOfOrder)
         {"rows missing", [](LEDMatchTableType& r) { r.tableCount = 6; }},
         {"too many mixes", [](LEDMatchTableType& r) { r.countMix = 17; }},
         {"no mixes", [](LEDMatchTableType& r) { r.countMix = 0; }},
-        {"too many powers", [](LEDMatchTableType& r) { r.countPower = 7; }},
+        {"too many powers", [](LEDMatchTableType& r) { r.countPower = 33; }},
         {"negative counts", [](LEDMatchTableType& r) { r.countPower = r.countMix = INT32_MIN; }},
     };
     for (const auto& rCase : cases)
@@ -311,6 +311,56 @@ TEST_F(FlashCurrent, RefusesATableOutOfOrder)
     EXPECT_EQ(m_estimator.SetTuningHeaderChanged(), 0);
     EXPECT_EQ(Estimate(Low), 1);
     EXPECT_TRUE(m_log.Has(LevelError, "AECCoreFlash null CCT table"));
+}
+
+TEST_F(FlashCurrent, RowsBeyondTheSixthServeAtFullPowerUnchecked)
+{
+    // One mix per row; the last row is the seventh or the eighth.
+    FLOAT                       measured[]     = {2.0f, 2.0f};
+    AECAlgoFlashCalibrationData calibration    = {2, measured, measured};
+    m_input.pFlashCalib                        = &calibration;
+    m_calibration[1].indexPower                = 6;
+    m_tuning.LEDMatching.countMix              = 1;
+    m_tuning.LEDMatching.tableCalibrationCount = 2;
+    for (const INT32 powers : {7, 8, 96})
+    {
+        SCOPED_TRACE(powers);
+        for (INT32 power = 0; power < powers; ++power)
+        {
+            m_table[power] = {100 * (power + 1), 0, 0.5f, 0.5f, 1.0f};
+        }
+        m_table[6].LED1Setting          = 100;  // the power of the first row, also measured
+        m_table[powers - 1].LED1Setting = 3000;
+        m_tuning.LEDMatching.countPower = powers;
+        m_tuning.LEDMatching.tableCount = static_cast<UINT32>(powers);
+        ASSERT_EQ(Load(), 0);
+        EXPECT_EQ(m_context.m_input.maxLEDCurrent, 3000);
+        const struct
+        {
+            KIROExtFlashCurrentType type;
+            INT32                   maxCurrent;
+            INT32                   led1;
+            FLOAT                   rg;
+            INT32                   power1, power2;
+        } cases[] = {{Low, 5000, 100, 2.0f, 0, 0},
+                     {High, 250, 250, 2.0f, 0, 1},
+                     {High, 3000, 3000, 2.0f, powers - 1, powers - 1},
+                     {Full, 0, 3000, 2.0f, powers - 1, powers - 1}};
+        for (const auto& rCase : cases)
+        {
+            m_input.maxFlashCurrent = rCase.maxCurrent;
+            ASSERT_EQ(Estimate(rCase.type), 0);
+            ExpectCurrents(rCase.led1, 0, rCase.rg, 0, 0);
+            EXPECT_EQ(m_out.powIdx1, rCase.power1);
+            EXPECT_EQ(m_out.powIdx2, rCase.power2);
+        }
+    }
+    // A table that is refused has told its largest current by then.
+    m_table[1].LED1Setting = 100;
+    EXPECT_EQ(Load(), 1);
+    m_table[95].LED1Setting = 4000;
+    EXPECT_EQ(Load(), 1);
+    EXPECT_EQ(m_context.m_input.maxLEDCurrent, 4000);
 }
 
 /// Measured mixes of the table, and what they were measured as.
