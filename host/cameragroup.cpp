@@ -1,5 +1,6 @@
 #include "host/cameragroup.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 #include "host/queries.h"
@@ -10,9 +11,48 @@ VOID CameraGroup::Join(KiroHost& rHost, StatsAlgoRole role)
     {
         throw std::length_error("a group has room for four cameras");
     }
-    m_members[m_count] = {&rHost, {role, static_cast<UINT32>(m_count + 1)}};
+    m_members[m_count] = {&rHost, {role, FreeID()}};
     ++m_count;
     Announce();
+}
+
+VOID CameraGroup::Leave(KiroHost& rHost)
+{
+    const auto end     = m_members.begin() + static_cast<ptrdiff_t>(m_count);
+    const auto leaving = std::find_if(m_members.begin(), end, [&](const Member& r) { return r.pHost == &rHost; });
+    if (leaving == end)
+    {
+        return;
+    }
+    std::for_each(m_members.begin(), end, ForgetPeer);
+    rHost.SetCameraInfo({StatsAlgoRoleDefault, leaving->info.cameraId});
+    std::move(leaving + 1, end, leaving);
+    --m_count;
+    Announce();
+}
+
+/// A core keeps its peer until it is given another one. Null stands for one here; a slave takes it from any master,
+/// while a master goes by its tuning and a camera without a role takes none. Its own role comes back with the
+/// announcement.
+VOID CameraGroup::ForgetPeer(const Member& rMember)
+{
+    StatsPeerInfoCombo none{};
+    none.needSync    = TRUE;
+    none.isActive[0] = TRUE;
+    none.algoRole[0] = StatsAlgoRoleMaster;
+    rMember.pHost->SetCameraInfo({StatsAlgoRoleSlave, rMember.info.cameraId});
+    (VOID) rMember.pHost->SetParam(AECAlgoSetParamPeerInfo, none);
+}
+
+UINT32 CameraGroup::FreeID() const
+{
+    const auto end = m_members.begin() + static_cast<ptrdiff_t>(m_count);
+    UINT32     id  = 1;
+    while (std::any_of(m_members.begin(), end, [id](const Member& r) { return r.info.cameraId == id; }))
+    {
+        ++id;
+    }
+    return id;
 }
 
 VOID CameraGroup::SetRole(size_t camera, StatsAlgoRole role)

@@ -9,10 +9,15 @@
 class CameraGroup
 {
 public:
-    /// Adds a camera; the first one gets the ID 1. At most StatsPeerCountMax.
-    /// @param rHost must outlive the group
+    /// Adds a camera, with the lowest ID from 1 that is free. At most StatsPeerCountMax.
+    /// @param rHost leaves before it ends, or outlives the last frame of every camera that has been with it in the
+    /// group
     /// @throws std::length_error
     VOID Join(KiroHost& rHost, StatsAlgoRole role);
+
+    /// Takes a camera out, between frames. No camera knows its record from then on, nor does it know another's; it is
+    /// without a role. The cameras behind it move up in the order. Unknown cameras are passed over.
+    VOID Leave(KiroHost& rHost);
 
     /// @param camera in the order of joining
     VOID SetRole(size_t camera, StatsAlgoRole role);
@@ -29,7 +34,10 @@ private:
         StatsCameraInfo info{};
     };
 
-    VOID Announce();
+    UINT32 FreeID() const;
+    VOID   Announce();
+
+    static VOID ForgetPeer(const Member& rMember);
 
     std::array<Member, StatsPeerCountMax> m_members;
     size_t                                m_count = 0;

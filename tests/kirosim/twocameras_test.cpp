@@ -83,4 +83,88 @@ TEST(TwoCameras, AChangeOfRolesHoldsTheExposureUntilTheLightChanges)
     EXPECT_EQ(rAfter.cameras[0].framesHeld, 0u);
 }
 
+/// A camera of a pair that goes on when the other one has gone, with the memory of its core.
+class LastOfAPair
+{
+public:
+    /// @param staying 0 for the first camera of the scene
+    LastOfAPair(const std::string& rScene, size_t staying, StatsAlgoRole stayingRole)
+        : m_scene(ReadScene(EXAMPLES_DIR "/scenes/" + rScene + ".yaml", "")), m_staying(staying)
+    {
+        const Scene* scenes[] = {&m_scene, m_scene.pSecond.get()};
+        for (size_t camera = 0; camera < 2; ++camera)
+        {
+            m_cameras[camera] = std::make_unique<Camera>(*scenes[camera], m_tuning, DiscardLog);
+            m_cameras[camera]->Apply(m_scene.events[camera]);  // no antibanding
+            m_group.Join(m_cameras[camera]->Host(), scenes[camera]->camera.role);
+        }
+        Run(40);
+        m_before = Decided();
+        m_group.SetRole(staying, stayingRole);
+        m_group.Leave(m_cameras[1 - staying]->Host());
+        m_cameras[1 - staying].reset();
+        m_group.SetRole(0, scenes[staying]->camera.role);
+    }
+
+    Camera& Left()
+    {
+        return *m_cameras[m_staying];
+    }
+
+    VOID Run(UINT64 frames)
+    {
+        for (UINT64 frame = 0; frame < frames; ++frame)
+        {
+            for (size_t camera = 0; camera < 2; ++camera)
+            {
+                if (m_cameras[camera] != nullptr)
+                {
+                    (VOID) m_cameras[camera]->RunFrame(++m_frame, 0.0, 0.0);
+                }
+            }
+        }
+    }
+
+    const KiroHostFrame& Decided()
+    {
+        return Left().Host().LastFrame();
+    }
+
+    /// By how much an exposure of this frame lies above that of the last frame of the pair.
+    static DOUBLE EV(UINT64 now, UINT64 before)
+    {
+        return std::log2(static_cast<DOUBLE>(now) / static_cast<DOUBLE>(before));
+    }
+
+    KiroHostFrame m_before{};
+
+private:
+    Scene                   m_scene;
+    size_t                  m_staying;
+    LoadedTuning            m_tuning{EXAMPLES_DIR "/tunings/phone.yaml"};
+    std::unique_ptr<Camera> m_cameras[2];
+    CameraGroup             m_group;
+    UINT64                  m_frame = 0;
+};
+
+TEST(TwoCameras, TheOneThatIsLeftExposesForItself)
+{
+    // A follower has the master's exposure, whatever its user wants.
+    LastOfAPair slave("two-cameras-follow", 1, StatsAlgoRoleSlave);
+    slave.Left().Host().SetExposureCompensation(6);
+    slave.Run(20);
+    EXPECT_NEAR(LastOfAPair::EV(slave.Decided().convergence.exposures[AECAlgoExposureSafe],
+                                slave.m_before.convergence.exposures[AECAlgoExposureSafe]),
+                1.0, 0.1);
+    // A master mixes no longer, also when it has been without a role in between.
+    for (const StatsAlgoRole role : {StatsAlgoRoleMaster, StatsAlgoRoleDefault})
+    {
+        LastOfAPair master("two-cameras-mix-static", 0, role);
+        master.Run(40);
+        EXPECT_LT(LastOfAPair::EV(master.Decided().metering.exposures[AECAlgoExposureSafe],
+                                  master.m_before.metering.exposures[AECAlgoExposureSafe]),
+                  -0.2);
+    }
+}
+
 }  // namespace

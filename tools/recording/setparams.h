@@ -55,7 +55,7 @@ template <typename A> VOID PeerInfo(A& rInputs, StatsPeerInfoCombo& rPeers)
     rInputs.ForgetHostRecords(HostRecordKind::PeerInfo);
     for (UINT32 peer = 0; peer < StatsPeerCountMax; ++peer)
     {
-        // The core follows no other one: its record may be gone.
+        // The core takes up no other one: its record may be gone.
         if (rPeers.needSync == TRUE && rPeers.isActive[peer] == TRUE)
         {
             rInputs.OwnOrHostRecord(HostRecordKind::PeerInfo, rPeers.peerInfo[peer]);
