@@ -2,18 +2,7 @@
 
 #include <algorithm>
 
-#include "interface/kirocontextaccess.h"
-
 using namespace kirodbsnapshot;
-
-SnapshotGains::SnapshotGains(IKIROCoreAlgo* pAlgo) : m_pAlgo(pAlgo)
-{
-    IKIROContextManager* pContext = GetKiroContextManager(pAlgo);
-    if (pContext != nullptr)
-    {
-        m_triggers.emplace(*pContext);
-    }
-}
 
 const SnapshotTuningType* SnapshotGains::Settings() const
 {
@@ -25,7 +14,7 @@ const SnapshotTuningType* SnapshotGains::Settings() const
     return &static_cast<const DBSnapshotPayload*>(query.pData)->value;
 }
 
-DRCGains SnapshotGains::ForBracket(INT32 evSteps, FLOAT luxIndex, const DRCGains& rPreview)
+DRCGains SnapshotGains::ForBracket(INT32 evSteps, FLOAT luxIndex, const DRCGains& rPreview) const
 {
     const SnapshotTuningType* pSettings = Settings();
     if (pSettings == nullptr || pSettings->bApplyDRCWhenBracketing != TRUE)
@@ -45,7 +34,7 @@ DRCGains SnapshotGains::ForBracket(INT32 evSteps, FLOAT luxIndex, const DRCGains
         break;
     case FixedDRCFromTuning:
         // A configuration without zones has nothing to answer with.
-        gains = (rConfig.fixedDRC.triggerSystemCount > 0) ? TunedGains(evSteps, luxIndex) : gains;
+        gains = (rConfig.fixedDRC.triggerSystemCount > 0) ? TunedGains(rConfig.fixedDRC, luxIndex) : gains;
         break;
     default:
         break;
@@ -53,25 +42,23 @@ DRCGains SnapshotGains::ForBracket(INT32 evSteps, FLOAT luxIndex, const DRCGains
     return {std::max(gains.ADRC, 1.0f), std::max(gains.darkBoost, 1.0f)};
 }
 
-DRCGains SnapshotGains::TunedGains(INT32 evSteps, FLOAT luxIndex)
+DRCGains SnapshotGains::TunedGains(const FixedDRCTriggerType& rTuned, FLOAT luxIndex) const
 {
-    if (!m_triggers.has_value())
+    DRCGains             gains  = {1.0f, 1.0f};
+    CKIROTriggerDataXML* pZones = m_pAlgo->createDataXml(m_pAlgo, KIROMLTwoFloatsDataType);
+    if (pZones == nullptr)
     {
-        return {1.0f, 1.0f};
+        return gains;
     }
-    const KIROGeneralizedTriggerSystemInput input = {{luxIndex, 0.0f, 0.0f}, 1, 0};
-    KIROGeneralizedTriggerSystemOutput      output{};
-    if (evSteps > 0)
+    constexpr INT32   levels = 1;
+    AECTriggerXMLData tree   = {
+          rTuned.triggerSystem, {levels, sizeof(DRCGainType)}, static_cast<INT32>(rTuned.triggerSystemCount)};
+    pZones->SetData(pZones, &tree, KIROMLTwoFloatsDataType);
+    if (const VOID* pTuned = pZones->GetData(pZones, luxIndex, 0.0f, 0.0f))
     {
-        m_triggers->GetSnapshotDBBracketingEVPlus(&input, output);
+        const auto& rTunedGains = *static_cast<const DRCGainType*>(pTuned);
+        gains                   = {rTunedGains.ADRCGain, rTunedGains.darkBoostGain};
     }
-    else if (evSteps < 0)
-    {
-        m_triggers->GetSnapshotDBBracketingEVMinus(&input, output);
-    }
-    else
-    {
-        m_triggers->GetSnapshotDBBracketingEVZero(&input, output);
-    }
-    return {output.data[0], output.data[1]};
+    pZones->DestoryInstance(pZones);
+    return gains;
 }

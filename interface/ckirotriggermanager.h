@@ -10,9 +10,12 @@
 class CKIROTwoFloatsXML;
 class IKIROContextManager;
 
-/// For hosts, with what GetKiroContextManager gives. Not for use while a frame's stage runs: the queries read the banks.
+/// For hosts, with what GetKiroContextManager gives. Not for use while a frame's stage runs: the queries read the
+/// banks.
 ///
-/// Each query abandons a small object: a host asks once per snapshot, not once per frame.
+/// Each query abandons a small object: a host asks once per snapshot, not once per frame. One that wants to leave
+/// nothing behind looks the zones up by itself, with an object of createDataXml, over the settings that getBankData
+/// answers.
 class TAVO_VISIBLE CKIROTriggerManager
 {
 public:

@@ -5,6 +5,7 @@
 #include "host/kirocorelibrary.h"
 #include "host/kirodebugdata.h"
 #include "host/snapshotgains.h"
+#include "platform/tavodesk.h"
 #include "tests/kirosim/simulationrun.h"
 #include "tools/kirosim/bracketreport.h"
 
@@ -153,7 +154,11 @@ TEST(BracketCapture, GainsFollowTheTunedMethodOfTheSign)
         expect(0, {4.0f, 4.0f}, 3.0f, 1.0f);
         expect(0, {2.0f, 4.0f}, 2.0f, 1.0f);
         expect(12, {4.0f, 4.0f}, 1.0f, 1.0f);
+        // What answers from the tuning does not stay behind.
+        const TavoDesk::AllocationCounters before = TavoDesk::GetAllocationCounters();
         expect(-12, {4.0f, 4.0f}, 1.0f, 1.5f);
+        const TavoDesk::AllocationCounters after = TavoDesk::GetAllocationCounters();
+        EXPECT_EQ(after.allocations - before.allocations, after.releases - before.releases);
         set("bApplyDRCWhenBracketing", "0");
         expect(0, {4.0f, 4.0f}, 1.0f, 1.0f);
         expect(-12, {4.0f, 4.0f}, 1.0f, 1.0f);

@@ -17,10 +17,8 @@ namespace
 constexpr UINT64 MinLaps     = 3;
 constexpr UINT64 MeasuredLap = 2;
 
-/// The function table of an instance stays allocated, since hosts may still hold its address, and so does what a
-/// picture of a bracket asks the tuning's gains from: these many bytes each.
-constexpr INT64 HeapPerCamera  = 296;
-constexpr INT64 HeapPerPicture = 272;
+/// The function table of an instance stays allocated, since hosts may still hold its address: these many bytes.
+constexpr INT64 HeapPerCamera = 296;
 
 /// The histories of cameras fill with pictures, up to a length.
 constexpr INT64 MaxHeapGrowthPerStore = INT64{8} << 10;
@@ -31,8 +29,7 @@ constexpr INT64 MaxResidentGrowth = INT64{16} << 20;
 class Endurance
 {
 public:
-    Endurance(const SoakPlan& rPlan, StatsLogger logger)
-        : m_rPlan(rPlan), m_logger(logger), m_resident(0), m_cameras(0), m_pictures(0)
+    Endurance(const SoakPlan& rPlan, StatsLogger logger) : m_rPlan(rPlan), m_logger(logger), m_resident(0), m_cameras(0)
     {
         for (const std::string& rPath : rPlan.scenes)
         {
@@ -123,10 +120,8 @@ private:
             heapwatch::Start();
             m_resident = ResidentBytes();
             m_cameras  = m_result.cameras;
-            m_pictures = m_result.bracketPictures;
         }
-        const INT64 known = HeapPerCamera * static_cast<INT64>(m_result.cameras - m_cameras) +
-                            HeapPerPicture * static_cast<INT64>(m_result.bracketPictures - m_pictures);
+        const INT64 known       = HeapPerCamera * static_cast<INT64>(m_result.cameras - m_cameras);
         m_result.heapGrowth     = heapwatch::IsCounting() ? heapwatch::Read().kept - known : 0;
         m_result.residentGrowth = ResidentBytes() - m_resident;
         for (const auto& [pName, growth, allowance] :
@@ -147,7 +142,6 @@ private:
     SoakResult         m_result;
     INT64              m_resident;  ///< at the end of the measured lap
     UINT64             m_cameras;   ///< created by then
-    UINT64             m_pictures;  ///< of brackets, taken by then
 };
 
 }  // namespace

@@ -24,18 +24,17 @@ struct SoakPlan
 
 struct SoakResult
 {
-    UINT64 frames          = 0;
-    UINT64 laps            = 0;  ///< full ones
-    UINT64 cameras         = 0;  ///< instances of the core
-    UINT64 settles         = 0;  ///< steps of the light that the exposure followed
-    UINT64 edits           = 0;  ///< values set by a tool, there and back
-    UINT64 reloads         = 0;
-    UINT64 modeChanges     = 0;  ///< there and back
-    UINT64 modeEffects     = 0;  ///< changes there that the frames showed
-    UINT64 snapshots       = 0;  ///< with flash or in brackets
-    UINT64 bracketPictures = 0;
-    INT64  heapGrowth      = 0;  ///< bytes held since the second lap, but those known to stay; 0 if nobody counts
-    INT64  residentGrowth  = 0;  ///< bytes since then
+    UINT64 frames         = 0;
+    UINT64 laps           = 0;  ///< full ones
+    UINT64 cameras        = 0;  ///< instances of the core
+    UINT64 settles        = 0;  ///< steps of the light that the exposure followed
+    UINT64 edits          = 0;  ///< values set by a tool, there and back
+    UINT64 reloads        = 0;
+    UINT64 modeChanges    = 0;  ///< there and back
+    UINT64 modeEffects    = 0;  ///< changes there that the frames showed
+    UINT64 snapshots      = 0;  ///< with flash or in brackets
+    INT64  heapGrowth     = 0;  ///< bytes held since the second lap, but those known to stay; 0 if nobody counts
+    INT64  residentGrowth = 0;  ///< bytes since then
 
     std::vector<std::string> faults;  ///< one sentence each; the run ends with the first lap that has any
     bool                     isStopped = false;

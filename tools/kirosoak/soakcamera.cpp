@@ -197,7 +197,6 @@ VOID SoakCamera::AddFrame(const kirosim::FrameRecord& rRecord)
     const UINT64 sum = SumOf(rRecord) ^ m_second;
     m_lapSum         = Sum(m_lapSum, {reinterpret_cast<const CHAR*>(&sum), sizeof(sum)});
     m_round.frames.push_back(sum);
-    m_pResult->bracketPictures += rRecord.picture.has_value() ? 1 : 0;
     m_round.isSettled = rRecord.decided.convergence.bSettle == TRUE;
     m_round.pictures += (rRecord.picture.has_value() || rRecord.flash.shot.has_value()) ? 1 : 0;
 }
