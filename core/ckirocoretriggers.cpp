@@ -4,6 +4,7 @@
 
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
+#include "core/base/soundvalue.h"
 #include "core/ckirocore.h"
 #include "interface/ckiroctrlcorecommon.h"
 
@@ -52,8 +53,10 @@ VOID CKIROCore::UpdateArbTriggers(const KIROArbitrationOutput* pArbitrationOuts)
     PublishLoggedTrigger("Arb", TriggerCtrlSensitivity, static_cast<FLOAT>(rShort.exposure), "Exposure Sensi");
 }
 
+/// The index of an exposure of 0 is no number: the trigger stays as it was.
 VOID CKIROCore::PublishLoggedTrigger(const CHAR* pStage, KIROTriggerType id, FLOAT value, const CHAR* pDescription)
 {
-    m_contManager.m_pBankManager->PublishTrigger(id, value, pDescription, SourceCore);
-    STATS_LOG_TRACE("ALLTRIGGERS %s %s:%f", pStage, CKIROCtrlCoreCommon::GetTriggerString(id), value);
+    const FLOAT sound = soundvalue::OrLast(value, TriggerValue(id), 0.0f, pDescription);
+    m_contManager.m_pBankManager->PublishTrigger(id, sound, pDescription, SourceCore);
+    STATS_LOG_TRACE("ALLTRIGGERS %s %s:%f", pStage, CKIROCtrlCoreCommon::GetTriggerString(id), sound);
 }

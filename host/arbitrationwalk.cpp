@@ -102,7 +102,7 @@ VOID ArbitrationWalk::SplitExposures(const ArbitrationSettings& rSettings, const
                   rOutput.exposureSet            = rResult.exposureSet;
                   rOutput.range                  = rResult.range;
                   rOutput.deltaEVFromTarget =
-                      static_cast<FLOAT>(std::log2(static_cast<DOUBLE>(rResult.exposureSet.exposure) /
+                      static_cast<FLOAT>(std::log2(std::max(static_cast<DOUBLE>(rResult.exposureSet.exposure), 1.0) /
                                                    std::max(static_cast<DOUBLE>(pExposures[type]), 1.0)));
                   longestTime = std::max(longestTime, rResult.exposureSet.time);
               });

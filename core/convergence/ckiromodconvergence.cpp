@@ -5,6 +5,7 @@
 
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
+#include "core/base/soundvalue.h"
 #include "core/base/tuningaccess.h"
 
 using exposurearithmetic::IndexBase;
@@ -217,7 +218,26 @@ VOID CKIROConvergence::PopulateOutput(KIROConvergenceOutput& rOutput)
         rOutput.compensationDarkBoost = static_cast<FLOAT>(static_cast<DOUBLE>(pExposures[AECAlgoExposureLong]) /
                                                            static_cast<DOUBLE>(pExposures[AECAlgoExposureSafe]));
     }
+    HoldSoundValues(rOutput);
     m_convEventManager.GetLockedEV0(rOutput.lockedEV0Exposures);
+}
+
+/// Without analyzers targets are 0, and without ranges exposures are: their ratios and logs are no numbers. The values
+/// of the frame before stand, which the next frames and the tuning go on from.
+VOID CKIROConvergence::HoldSoundValues(KIROConvergenceOutput& rOutput) const
+{
+    constexpr FLOAT        unity    = 1.0f;
+    const AECFrameHistory& rLast    = *PreviousFrame();  // Initialize has seen it
+    const auto&            rSets    = rLast.exposureSets;
+    const FLOAT            lastADRC = static_cast<FLOAT>(rSets[AECAlgoExposureSafe].exposure) /
+                           static_cast<FLOAT>(rSets[AECAlgoExposureShort].exposure);
+    const auto hold = [](FLOAT& rValue, FLOAT last, FLOAT neutral, const CHAR* pName)
+    { rValue = soundvalue::OrLast(rValue, last, neutral, pName); };
+    hold(rOutput.predictiveGain, rLast.predictiveGain, unity, "predictive gain");
+    hold(rOutput.shortStretchOffset, rLast.shortStretchOffset, 0.0f, "short stretch");
+    hold(rOutput.mfhdrLongADRC, rLast.mfhdrLongADRC, unity, "long ADRC");
+    hold(rOutput.compensationADRC, lastADRC, unity, "ADRC");
+    hold(rOutput.compensationDarkBoost, rLast.compensationDarkBoost, unity, "dark boost");
 }
 
 VOID CKIROConvergence::CapExposure(KIROConvergenceOutput& rOutput)

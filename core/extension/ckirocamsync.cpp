@@ -4,6 +4,7 @@
 
 #include "core/base/kirolog.h"
 #include "core/base/kiroresults.h"
+#include "core/base/soundvalue.h"
 #include "core/base/tuningaccess.h"
 #include "core/ikirocontextmanager.h"
 
@@ -197,8 +198,10 @@ VOID CKIROCamsync::PopulateMultiCamInfo(const KIROMeteringOutput& rMtrOut, const
     {
         rExp.exposureTime[type] = pArbOuts[type].exposureSet.time;
         rExp.origExp[type]      = static_cast<FLOAT>(pArbOuts[type].exposureSet.exposure);
-        rExp.normExp[type]      = rExp.origExp[type] / expComp;
-        rExp.normExp_wCCT[type] = rExp.normExp[type] / cctComp;
+        // A factor of 0, as from an empty table, divides nothing.
+        rExp.normExp[type] = soundvalue::OrLast(rExp.origExp[type] / expComp, rExp.normExp[type], 0.0f, "normExp");
+        rExp.normExp_wCCT[type] =
+            soundvalue::OrLast(rExp.normExp[type] / cctComp, rExp.normExp_wCCT[type], 0.0f, "normExp_wCCT");
     }
     STATS_LOG_TRACE("camID:%d, role:%d, exposure:[%f,%f,%f], expComp:%f, ccp:%f", m_myOwnInfo.cameraID,
                     m_myOwnInfo.algoRole, rExp.origExp[0], rExp.origExp[1], rExp.origExp[2], expComp, cctComp);

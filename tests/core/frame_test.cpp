@@ -55,6 +55,14 @@ TEST_F(Frames, GoHalfOfTheWayToTheTarget)
     EXPECT_EQ(Trigger(TriggerCtrlDirection), 0.0f);
     EXPECT_LT(Trigger(TriggerCtrlTgtMatchDelta), 0.0f);
     EXPECT_GT(Trigger(TriggerCtrlTgtPrevDelta), 0.0f);
+
+    // A target of 0 has no index: what was published before stands.
+    const FLOAT target = Trigger(TriggerCtrlTarget);
+    const FLOAT delta  = Trigger(TriggerCtrlTgtMatchDelta);
+    std::fill(std::begin(m_metering.exposures), std::end(m_metering.exposures), UINT64{0});
+    (VOID) Converge();
+    EXPECT_EQ(Trigger(TriggerCtrlTarget), target);
+    EXPECT_EQ(Trigger(TriggerCtrlTgtMatchDelta), delta);
 }
 
 TEST_F(Frames, SettleOnTheSceneAndFollowEVAndLock)

@@ -34,6 +34,34 @@ protected:
     SmoothNodeConvergenceContext m_node{};
 };
 
+TEST_F(DRCConvergence, RatiosOfNothingKeepTheValuesOfTheFrameBefore)
+{
+    m_context.m_input.HDRType    = StaggeredHDR;
+    AECFrameHistory before       = FrameAt({500.0, 515.0, 510.0}, 3.0);
+    before.compensationDarkBoost = FactorOf(5.0);
+    before.mfhdrLongADRC         = FactorOf(2.0);
+    SaveHistory(before);
+    const auto expect = [&](FLOAT ADRC, FLOAT darkBoost, FLOAT longADRC, FLOAT predictiveGain, const CHAR* pName)
+    {
+        SCOPED_TRACE(pName);
+        EXPECT_FLOAT_EQ(m_output.compensationADRC, ADRC);
+        EXPECT_FLOAT_EQ(m_output.compensationDarkBoost, darkBoost);
+        EXPECT_FLOAT_EQ(m_output.mfhdrLongADRC, longADRC);
+        EXPECT_FLOAT_EQ(m_output.predictiveGain, predictiveGain);
+    };
+    // Analyzers without a target.
+    Run(Same(-INFINITY));
+    expect(1.0f, FactorOf(5.0), FactorOf(2.0), 1.0f, "no targets");
+    // Arbitration without a range.
+    for (KIROExposureRange& rRange : m_limits.ranges)
+    {
+        rRange.end.exposure = 0;
+    }
+    Run({500.0, 515.0, 510.0});
+    EXPECT_NEAR(StepOf(m_output.compensationADRC), 10.0, 0.01);
+    EXPECT_TRUE(m_log.HasPart(LevelError, "ADRC is "));
+}
+
 }  // namespace
 
 TEST_F(DRCConvergence, DistancesMoveByTheirOwnSpeedTowardsTheirTargets)

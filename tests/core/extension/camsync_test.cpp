@@ -248,6 +248,14 @@ TEST_F(Camsync, MasterPublishesWithoutItsFactorsAndTheFollowerPutsItsOwn)
     Sync().setPeerInfo(const_cast<AECMultiCamInfo*>(pInfo));
     ExpectFollowed(TRUE, TRUE, 2000);
     master.m_pCamSync->PopulateMultiCamInfo(metering, convergence, nullptr);
+
+    // Empty tables of factors divide nothing: what was published before stands.
+    m_tuning.expSyncConfig.globalExpComp.trigger1DataCount     = 0;
+    m_tuning.expSyncConfig.cctBasedExpComp.cctCompTriggerCount = 0;
+    master.SetTuning(TestTuning().Add(m_tuning));
+    master.m_pCamSync->PopulateMultiCamInfo(metering, convergence, arbitrated);
+    EXPECT_FLOAT_EQ(pInfo->exposureInfo.normExp[AECAlgoExposureLong], 2000.0f);
+    EXPECT_FLOAT_EQ(pInfo->exposureInfo.normExp_wCCT[AECAlgoExposureLong], 2000.0f);
 }
 
 }  // namespace
