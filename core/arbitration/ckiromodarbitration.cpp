@@ -53,10 +53,24 @@ KiroResult CKIROArbitration::RunArbitration(KIROArbitrationInput* pInput, KIROAr
     {
         return result;
     }
+    HoldSoundExposure(*pOutput);
     UtilUpdateExposureAndIndexLimits(&pOutput->range, pInput->indexZeroExposure);
     m_ranges[pInput->expType] = pOutput->range;
     PopulateDebugData();
     return 0;
+}
+
+/// A correction of 0, as a table can have it, divides the exposure out of all bounds. The control then leaves it as it
+/// was.
+VOID CKIROArbitration::HoldSoundExposure(KIROArbitrationOutput& rOutput) const
+{
+    const KIROExposureSetType& rSet = rOutput.exposureSet;
+    if (!std::isfinite(rSet.gain) || !std::isfinite(rSet.corr) || !std::isfinite(rSet.indx))
+    {
+        STATS_LOG_ERROR("control %d yields gain %f, correction %f, index %f with this tuning; the exposure stands",
+                        m_pIn->controlID, rSet.gain, rSet.corr, rSet.indx);
+        rOutput.exposureSet = CurrentExposure();
+    }
 }
 
 /// The last control of an exposure's list stays in the record.

@@ -32,6 +32,7 @@ private:
     struct TableSegment;
 
     VOID       RepairInput(KIROArbitrationInput& rInput) const;
+    VOID       HoldSoundExposure(KIROArbitrationOutput& rOutput) const;
     VOID       PopulateDebugData() const;
     KiroResult ApplyControl(KIROArbitrationOutput& rOutput);
 

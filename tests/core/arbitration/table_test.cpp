@@ -115,6 +115,14 @@ TEST_F(TableTest, ResultIsFittedIntoTheRange)
     expectFit(1.5f, 60000, 1.8f, 50000);
 }
 
+TEST_F(TableTest, ACorrectionOfZeroLeavesTheExposureAsItWas)
+{
+    SetTable({{AECExpIncTime, 1.0f, 100 * Microsecond}, {AECExpIncTime, 1.0f, 60 * Millisecond}}, 0.0f);
+    ExpectSplit(50000000, 1.0f, 10 * Millisecond);
+    EXPECT_EQ(m_out.exposureSet.corr, 1.0f);
+    EXPECT_TRUE(m_log.HasPart(LevelError, "with this tuning; the exposure stands"));
+}
+
 TEST_F(TableTest, RequestsThatMakeNoSenseAreRefusedOrRepaired)
 {
     EXPECT_EQ(m_arbitration.RunArbitration(nullptr, &m_out), 1);
