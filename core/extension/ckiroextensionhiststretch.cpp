@@ -1,6 +1,7 @@
 // How the luma histogram is stretched.
 
 #include "core/base/kirolog.h"
+#include "core/base/soundvalue.h"
 #include "core/extension/ckiroextensionmonitor.h"
 
 using namespace kiroextension;
@@ -75,8 +76,10 @@ VOID CKIROExtensionMonitor::FilterStretch(FLOAT clamp, FLOAT scaling, FLOAT stre
 {
     if (scaling >= MinScaling)
     {
-        m_histStrechData.clamp   = m_histStrechData.clamp * strength + clamp * (1.0f - strength);
-        m_histStrechData.scaling = m_histStrechData.scaling * strength + scaling * (1.0f - strength);
+        FLOAT& rClamp   = m_histStrechData.clamp;
+        FLOAT& rScaling = m_histStrechData.scaling;
+        rClamp          = soundvalue::OrLast(rClamp * strength + clamp * (1.0f - strength), rClamp, 0.0f, "clamp");
+        rScaling = soundvalue::OrLast(rScaling * strength + scaling * (1.0f - strength), rScaling, 1.0f, "scaling");
     }
     else
     {

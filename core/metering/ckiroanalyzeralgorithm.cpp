@@ -1,6 +1,7 @@
 #include "core/metering/ckiroanalyzeralgorithm.h"
 
 #include "core/base/kirolog.h"
+#include "core/base/soundvalue.h"
 #include "core/base/tuningaccess.h"
 #include "core/metering/analyzerbank.h"
 #include "core/metering/ckiroanalyzeralgorithm001.h"
@@ -81,8 +82,9 @@ FLOAT CAnalyzerAlgorithm::ReadTrigger(KIROTriggerType trigger) const
 
 VOID CAnalyzerAlgorithm::Publish(KIROTriggerType trigger, FLOAT value, const CHAR* pDescription) const
 {
+    const FLOAT sound = soundvalue::OrLast(value, ReadTrigger(trigger), 0.0f, "published trigger");
     // The bank refuses no trigger that has a name.
-    (VOID) Banks().PublishTrigger(trigger, value, pDescription, SourceModuleMetering);
+    (VOID) Banks().PublishTrigger(trigger, sound, pDescription, SourceModuleMetering);
 }
 
 AnalyzerAlgorithmOutput CAnalyzerAlgorithm004::RunAlgorithm(const AnalyzerAlgorithmInput& rInput)

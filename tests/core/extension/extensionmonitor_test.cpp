@@ -2,6 +2,8 @@
 
 #include "core/extension/ckiroextensionmonitor.h"
 
+#include <cmath>
+
 #include <gmock/gmock.h>
 
 #include "tests/support/statslogcapture.h"
@@ -156,18 +158,21 @@ TEST_F(ExtensionMonitor, StretchMovesOnSettledFramesOnly)
     m_monitor.GetHistStretchData(nullptr);
     EXPECT_EQ(kept.enable, TRUE);
     EXPECT_FLOAT_EQ(kept.clamp, 3.5f);
+    m_context.SetAnalyzerResult(ClampID, {NAN, 0.0f});
+    ExpectStretch(3.5f, 3.3125f, "not a number");
+    m_context.SetAnalyzerResult(ClampID, {8.0f, 0.0f});
 
     for (const DataBankType bank :
          {DataBankType{BankIDTriggers, 1000}, {BankIDSceneAnalyzer, 1000}, {BankIDROITable, 1}})
     {
         m_tuning.flagMonitor.YHistStretch.scalingValue = bank;
         Load();
-        ExpectStretch(3.5f, 2.75f, "no such range");
+        ExpectStretch(3.5f, 3.3125f, "no such range");
     }
     m_context.SetTrigger(200, 5.0f);
     m_tuning.flagMonitor.YHistStretch.scalingValue = {BankIDTriggers, 200};
     Load();
-    ExpectStretch(4.625f, 3.3125f, "a number instead of a range");
+    ExpectStretch(4.625f, 3.734375f, "a number instead of a range");
     m_in.statisticsStartup = StatisticsStartUpInvalid;
     ExpectStretch(0.0f, 1.0f, "start-up");
     m_in.statisticsStartup                         = StatisticsStartUpValid;

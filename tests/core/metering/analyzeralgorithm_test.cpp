@@ -1,3 +1,5 @@
+#include <cmath>
+
 #include <gtest/gtest.h>
 
 #include "core/metering/ckiroanalyzeralgorithm001.h"
@@ -108,6 +110,9 @@ TEST_F(LuxIndex, IsFilteredAgainstThePreviousOne)
         m_context.SetTrigger(TriggerCtrlLux, rCase.previous);
         EXPECT_NEAR(Run(10.0f, 100.0f), rCase.expected, 1e-3f) << rCase.previous;
     }
+    m_metering.luxIndexOperation.filteringFactor = NAN;
+    m_context.SetTrigger(TriggerCtrlLux, 100.0f);
+    EXPECT_EQ(Run(10.0f, 100.0f), 100.0f) << "no filter, and for good";
 }
 
 TEST_F(LuxIndex, PublishesTheSecondResultsOfTheRatioCalculators)
