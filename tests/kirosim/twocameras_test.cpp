@@ -1,6 +1,7 @@
 // Two cameras side by side, through the shared library: what the pictures show of mixing, following and switching.
 
 #include <cmath>
+#include <memory>
 #include <gtest/gtest.h>
 
 #include "tests/kirosim/reportrun.h"

@@ -2,6 +2,7 @@
 
 #include "core/metering/ckiro1dvectormanager.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <vector>
