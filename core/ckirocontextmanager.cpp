@@ -56,7 +56,8 @@ IKIROContextManager::IKIROContextManager()
     : m_pHistory(TavoNew<CKIROHistory>()), m_pBankManager(TavoNew<CKIROBankManager>()),
       m_pCamSync(TavoNew<CKIROCamsync>(*this)), m_arbitrationRange{}, m_pStatsProcessor(nullptr),
       m_bResetFrameSkip(FALSE), m_pPFHistory(nullptr), m_bIsHybridHDR(FALSE), m_seamlessRID(0),
-      m_bIsLongADRC(FALSE), m_tuningData{}, m_contextStatus(0), m_convergenceCount(0), m_exposureRange{}
+      m_bIsLongADRC(FALSE), m_tuningData{}, m_tuningSerial(0), m_contextStatus(0),
+      m_convergenceCount(0), m_exposureRange{}
 {
     if (m_pHistory == nullptr || m_pBankManager == nullptr || m_pCamSync == nullptr)
     {
@@ -198,6 +199,7 @@ KiroResult CKIROContextManager::SetInternalParam(const KIROCoreSetParam* pParam)
 KiroResult CKIROContextManager::SetTunara(StatsTuningData& rTuningData)
 {
     m_tuningData = rTuningData;
+    ++m_tuningSerial;
     m_pBankManager->SetTuning(&m_tuningData);
     m_bIsHybridHDR = tuningaccess::Require_kirohdrsensor(m_tuningData).hybridHDR.enableHybridHDR;
     SetContextEvent(AECHybridHDR, m_bIsHybridHDR);

@@ -29,6 +29,7 @@ VOID CKIROConvergence::HandleExposureConstraints(KIROConvergenceOutput& rOutput)
 
 VOID CKIROConvergence::RunConvSettle(KIROConvergenceOutput& rOutput)
 {
+    UpdateDBTriggersForNewTuning();
     const kirodbconvsettle::BaseSettleType* pBaseSettleTh = nullptr;
     if (m_pConvBase != nullptr && m_pConvStretch != nullptr && m_pConvSettle != nullptr)
     {
@@ -98,6 +99,7 @@ VOID CKIROConvergence::ApplyAdvancedSettle(BOOL* pSettleStatus) const
 
 VOID CKIROConvergence::RunConvPostProcess(KIROConvergenceOutput& rOutput)
 {
+    UpdateDBTriggersForNewTuning();
     // The host may have changed the flags.
     m_bBrightnessSettle = rOutput.bBrightnessSettle;
     m_bSettle           = rOutput.bSettle;

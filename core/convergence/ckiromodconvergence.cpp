@@ -259,8 +259,18 @@ VOID CKIROConvergence::CapExposure(KIROConvergenceOutput& rOutput)
     m_output.predGain = std::min(m_output.predGain, static_cast<FLOAT>(rSafe) / static_cast<FLOAT>(rShort));
 }
 
+/// After the process of a frame the host may set a tuning, and those of before may be gone by then.
+VOID CKIROConvergence::UpdateDBTriggersForNewTuning()
+{
+    if (IsTuningNew())
+    {
+        UpdateDBTriggers();
+    }
+}
+
 VOID CKIROConvergence::UpdateDBTriggers()
 {
+    TakeTuning();
     m_pTuningData            = m_rContextManager.GetTuningData();
     m_pTuning                = &tuningaccess::Require_kiroconvergence(*m_pTuningData);
     CKIROBankManager& rBanks = *m_rContextManager.m_pBankManager;

@@ -84,6 +84,7 @@ private:
 
     // What the stages read.
     VOID                   UpdateDBTriggers();
+    VOID                   UpdateDBTriggersForNewTuning();
     VOID                   SetTriggerTrees();
     const AECFrameHistory* PreviousFrame() const;
     DOUBLE                 GetExposureInfo(KIROConvExpInfoType type, UINT32 expType) const;

@@ -27,21 +27,38 @@ CKIROMetering::CKIROMetering(StatsTuningData& rTuningData, IKIROContextManager& 
     m_moduleID = tuningaccess::Require_kirometering(rTuningData).moduleID;
 }
 
+VOID CKIROMetering::UpdateManagers()
+{
+    TakeTuning();
+    const StatsTuningData& rTuningData = *m_rContextManager.GetTuningData();
+    m_calculatorManager.UpdateCalculators(tuningaccess::Get_kirometeringstatscalculator(rTuningData));
+    m_analyzerManager.UpdateAnalyzers(tuningaccess::Get_kirometeringsceneanalyzer(rTuningData));
+}
+
+/// Between the stages of a frame the host may set a tuning, and those of before may be gone by then.
+VOID CKIROMetering::UpdateManagersForNewTuning()
+{
+    if (IsTuningNew())
+    {
+        UpdateManagers();
+    }
+}
+
 const KIROAnalyzerOutput* CKIROMetering::RunAnalyzer(UINT32 analyzerID)
 {
+    UpdateManagersForNewTuning();
     return m_analyzerManager.RunAnalyzer(analyzerID);
 }
 
 VOID CKIROMetering::UpdateAnalyzerMgrOutput(UINT32 analyzerID, KIROAnalyzerOutput* pOutput)
 {
+    UpdateManagersForNewTuning();
     m_analyzerManager.UpdateAnalyzerMgrOutput(analyzerID, pOutput);
 }
 
 KiroResult CKIROMetering::RunMeteringPreprocess(KIROMeteringInput& rInput, KIROMeteringOutput& rOutput)
 {
-    const StatsTuningData& rTuningData = *m_rContextManager.GetTuningData();
-    m_calculatorManager.UpdateCalculators(tuningaccess::Get_kirometeringstatscalculator(rTuningData));
-    m_analyzerManager.UpdateAnalyzers(tuningaccess::Get_kirometeringsceneanalyzer(rTuningData));
+    UpdateManagers();
 
     CKIROBankManager&      rBanks     = *m_rContextManager.m_pBankManager;
     const AECFrameHistory* pReflected = FindReflectedFrame();

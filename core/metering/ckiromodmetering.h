@@ -39,6 +39,9 @@ public:
                                   UINT32 lowCount, const kiroflash::FlashStatsPreprocessingType* pTuning);
 
 private:
+    VOID UpdateManagers();
+    VOID UpdateManagersForNewTuning();
+
     struct PreflashContext
     {
         INT32  LEDOffDilatedBrightTable[binarymask::CellCount];

@@ -6,6 +6,7 @@
 
 #include "parameters/tuningsetmanager.h"
 #include "schema/modules.h"
+#include "schema/namehash.h"
 
 TestTuning::TestTuning() : m_writer(m_builder), m_rootMode(m_builder.AddRootMode(m_builder.AddModeTable()))
 {
@@ -21,6 +22,7 @@ VOID TestTuning::AddRecord(const tuning::RecordDescription& rDescription, const 
         {
             m_writer.AddModule(rModule.pName, {rModule.major, rModule.minor, rModule.patch}, m_rootMode, rDescription,
                                pRecord);
+            m_pLastModule = rModule.pName;
             return;
         }
     }
@@ -47,7 +49,15 @@ VOID TestContext::SetTuning(const TestTuning& rTuning)
 {
     m_stores.push_back(rTuning.Load());
     m_tuningData = {m_stores.back().get(), &m_defaultMode, 1};
+    ++m_tuningSerial;
     m_pBankManager->SetTuning(&m_tuningData);
+}
+
+VOID* TestContext::StoredRecord(const TestTuning& rTuning)
+{
+    m_recordStores.push_back(rTuning.Load());
+    const CHAR* pName = rTuning.LastModule();
+    return m_recordStores.back()->GetModuleRecord(pName, namehash::OfName(pName), &m_defaultMode, 1, nullptr);
 }
 
 VOID TestContext::SetSCDOutput(UINT32 id, const KIROSCDOutput& rOutput)

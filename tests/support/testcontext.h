@@ -39,12 +39,19 @@ public:
     /// @return a store with the records; the test fails if it does not take them
     std::unique_ptr<TuningSetManager> Load() const;
 
+    /// @return the name of the module that was added last
+    const CHAR* LastModule() const
+    {
+        return m_pLastModule;
+    }
+
 private:
     VOID AddRecord(const tuning::RecordDescription& rDescription, const VOID* pRecord);
 
     ParameterFileBuilder m_builder;
     RecordWriter         m_writer;
     UINT32               m_rootMode;
+    const CHAR*          m_pLastModule = nullptr;
 };
 
 /// Not for use without a StatsLogCapture: history and banks log.
@@ -58,6 +65,13 @@ public:
     /// Loads a tuning in place of the present one, and the tuned banks from it. Entries that a test has put into tuned
     /// banks are dropped. Records of the tuning before stay readable as long as the context.
     VOID SetTuning(const TestTuning& rTuning);
+
+    /// A record that lies in a store of its own, as the module of a file does, for what is handed one.
+    /// @return a copy of rRecord and of what it points to; it lives as long as the context
+    template <typename Record> Record* Stored(const Record& rRecord)
+    {
+        return static_cast<Record*>(StoredRecord(TestTuning().Add(rRecord)));
+    }
 
     /// What a detector answers from now on.
     VOID SetSCDOutput(UINT32 id, const KIROSCDOutput& rOutput);
@@ -100,7 +114,10 @@ private:
         BOOL          IsDebugDataEnabled() override;
     };
 
-    std::vector<std::unique_ptr<TuningSetManager>> m_stores;  ///< the last one is in use
+    VOID* StoredRecord(const TestTuning& rTuning);
+
+    std::vector<std::unique_ptr<TuningSetManager>> m_stores;        ///< the last one is in use
+    std::vector<std::unique_ptr<TuningSetManager>> m_recordStores;  ///< of single records
     TuningMode                                     m_defaultMode;
     std::map<UINT32, KIROSCDOutput>                m_scdOutputs;
     NoDebugData                                    m_noDebugData;
