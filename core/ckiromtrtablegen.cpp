@@ -10,26 +10,22 @@ CKIROMtrTableGen::CKIROMtrTableGen(StatsTuningData& rTuningData, IKIROContextMan
 
 KiroResult CKIROMtrTableGen::RunTableGen()
 {
-    m_pTuning = &tuningaccess::Require_kiromtrtablegen(*m_pTuningData);
-    UpdateMtrTableGen();
+    const Tuning* pTuning = tuningaccess::Get_kiromtrtablegen(*m_pTuningData);
+    m_tuning.Refresh(pTuning, [this](const Tuning* pRecord) { Rebuild(pRecord); });
+    m_pTuning = &tuningaccess::OrZeros(pTuning);
     return (m_rContextManager.GetInput()->snapshotMode == KIROCoreSnapshotType::Flash) ? RunTableGenFlashSnapshot()
                                                                                        : RunTableGeneration();
 }
 
-VOID CKIROMtrTableGen::UpdateMtrTableGen()
+VOID CKIROMtrTableGen::Rebuild(const Tuning* pTuning)
 {
-    m_tuning.Refresh(m_pTuning,
-                     [this](const Tuning& rTuning)
-                     {
-                         // A live edit leaves the bank as it is, with pointers to the tables that go now.
-                         m_rContextManager.m_pBankManager->RemoveData(BankIDMetering2D, SourceModuleMtrTableGen);
-                         m_tableGenerators.reset(rTuning.tableGeneratorCount);
-                         for (UINT32 index = 0; index < m_tableGenerators.size(); ++index)
-                         {
-                             m_tableGenerators[index].SetGeneratorTuning(&rTuning.tableGenerator[index],
-                                                                         m_rContextManager);
-                         }
-                     });
+    // A live edit leaves the bank as it is, with pointers to the tables that go now.
+    m_rContextManager.m_pBankManager->RemoveData(BankIDMetering2D, SourceModuleMtrTableGen);
+    m_tableGenerators.reset((pTuning != nullptr) ? pTuning->tableGeneratorCount : 0);
+    for (UINT32 index = 0; index < m_tableGenerators.size(); ++index)
+    {
+        m_tableGenerators[index].SetGeneratorTuning(&pTuning->tableGenerator[index], m_rContextManager);
+    }
 }
 
 KiroResult CKIROMtrTableGen::RunTableGeneration()

@@ -12,16 +12,16 @@ CSCDManager::CSCDManager(IKIROContextManager& rContextManager) : m_rContextManag
 
 VOID CSCDManager::UpdateSCDetectors()
 {
-    m_tuning.Refresh(&tuningaccess::Require_kiroscenechangedetector(*m_rContextManager.GetTuningData()),
-                     [this](const Tuning& rTuning) { Rebuild(rTuning); });
+    m_tuning.Refresh(tuningaccess::Get_kiroscenechangedetector(*m_rContextManager.GetTuningData()),
+                     [this](const Tuning* pTuning) { Rebuild(pTuning); });
 }
 
-VOID CSCDManager::Rebuild(const Tuning& rTuning)
+VOID CSCDManager::Rebuild(const Tuning* pTuning)
 {
-    m_detectors.reset(tuningvalues::CountOf(rTuning.scdBank, rTuning.scdBankCount));
+    m_detectors.reset((pTuning != nullptr) ? tuningvalues::CountOf(pTuning->scdBank, pTuning->scdBankCount) : 0);
     for (UINT32 index = 0; index < m_detectors.size(); ++index)
     {
-        m_detectors[index].SetDetectorTuning(&rTuning.scdBank[index], m_rContextManager);
+        m_detectors[index].SetDetectorTuning(&pTuning->scdBank[index], m_rContextManager);
     }
     STATS_LOG_RARE("KIROSCND Update Scene change detector SCDCount %d", m_detectors.size());
 }

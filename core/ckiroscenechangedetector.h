@@ -28,7 +28,7 @@ private:
 
     /// Rebuilds the detectors when the record is another one; a tuning without the module has none.
     VOID         UpdateSCDetectors();
-    VOID         Rebuild(const Tuning& rTuning);
+    VOID         Rebuild(const Tuning* pTuning);
     VOID         InitializeDetectors();
     CSCDetector* GetSCD(UINT32 id);
 

@@ -66,7 +66,7 @@ FLOAT CKIROShortBlend::PreprocessLongADRC(KIROConvergenceInput& rInput)
         return noADRC;
     }
     m_bEnableShortBlendFeature = TRUE;
-    m_extTuning.Refresh(tuningaccess::Get_kiroparamextension(rTuningData), [&](const Tuning&) { Reload(parameter); });
+    m_extTuning.Refresh(tuningaccess::Get_kiroparamextension(rTuningData), [&](const Tuning*) { Reload(parameter); });
 
     FLOAT      controls[ControlCount];
     const bool isRead  = ReadControls(parameter, controls);

@@ -1,5 +1,6 @@
 #include "parameters/tablemodule.h"
 
+#include <atomic>
 #include <cstddef>
 
 #include "parameters/parameterfilesymboltable.h"
@@ -22,6 +23,10 @@ constexpr UINT32 LastChangeCount = 0xFF000000;
 constexpr size_t RecordDistance = tuning::AlignUp(sizeof(TableModule), alignof(std::max_align_t));
 
 static_assert(alignof(TableModule) <= 8, "tuning memory is aligned to 8 bytes");
+
+/// The last stamp that was given to a content, of all stores: a store made in the place of another has its addresses
+/// and its IDs again.
+std::atomic<UINT64> g_lastStamp{0};
 
 }  // namespace
 
@@ -67,6 +72,17 @@ TableModule* TableModule::FromRecord(VOID* pRecord)
 {
     return (pRecord != nullptr) ? reinterpret_cast<TableModule*>(static_cast<BYTE*>(pRecord) - RecordDistance)
                                 : nullptr;
+}
+
+UINT64 TableModule::ContentStamp(const VOID* pRecord)
+{
+    return (pRecord != nullptr) ? FromRecord(const_cast<VOID*>(pRecord))->m_contentStamp.load(std::memory_order_acquire)
+                                : 0;
+}
+
+VOID TableModule::RenewStamp()
+{
+    m_contentStamp.store(g_lastStamp.fetch_add(1, std::memory_order_relaxed) + 1, std::memory_order_release);
 }
 
 UINT32& TableModule::SymbolTableID()
@@ -128,6 +144,7 @@ bool TableModule::LoadModule(ParameterFileSymbolTable* pTable)
     }
     const bool isFound = m_rDescription.pRecord == nullptr || LoadRecord(*pTable);
     RaiseModified();
+    RenewStamp();
     SetLoaded(isFound);
     return isFound;
 }
@@ -191,9 +208,9 @@ bool TableModule::SetValue(const CHAR* pPath, const CHAR* pValue)
     // Behind its top the count goes on with 1: 0 is for a record as the file has it.
     UINT32&      rID = SymbolTableID();
     const UINT32 old = (rID >= LastChangeCount) ? (rID & EntryIDMask) : rID;
-    // A frame that sees this also sees the value.
     std::atomic_ref(rID).store(old + OneChange, std::memory_order_release);
     RaiseModified();
+    RenewStamp();
     return true;
 }
 

@@ -2,6 +2,7 @@
 /// A tuning module whose record is described by a table of the schema: one class for all modules.
 #pragma once
 
+#include <atomic>
 #include <memory>
 #include <string>
 
@@ -47,6 +48,12 @@ public:
     /// The module that a record belongs to. @param pRecord a result of Record(), or null, which gives null
     TAVO_VISIBLE static TableModule* FromRecord(VOID* pRecord);
 
+    /// Names what a record holds at present: no other content of any record in the process has or had the same stamp,
+    /// whatever store it is in and at whatever address. A new one comes with each load and each live edit; whoever sees
+    /// the stamp of an edit also sees the value.
+    /// @param pRecord a result of Record(), loaded; or null, which gives 0, the stamp of no content
+    static UINT64 ContentStamp(const VOID* pRecord);
+
     static VOID operator delete(VOID* pMemory);
 
 private:
@@ -63,9 +70,11 @@ private:
     bool    HasText() const;
     UINT32& SymbolTableID();
     bool    LoadRecord(ParameterFileSymbolTable& rTable);
+    VOID    RenewStamp();
 
     /// As messages name it: the record type, or a bare module's name with "Type", and "Class" behind.
     std::string ClassName() const;
 
     const tuning::ModuleDescription& m_rDescription;
+    std::atomic<UINT64>              m_contentStamp{0};
 };

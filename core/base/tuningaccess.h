@@ -11,6 +11,13 @@
 namespace tuningaccess
 {
 
+/// @return the record; for null a record of zeros, the same one at each call
+template <typename Record> const Record& OrZeros(const Record* pRecord)
+{
+    static const Record absent{};
+    return (pRecord != nullptr) ? *pRecord : absent;
+}
+
 // No reference is ever given back: a record that the core has read once stays, with what a tool has edited in it, over
 // all changes of mode. A caller includes the header of the module's record, schema/<module>.h; Require_ is a template
 // so that this one does without them all.
@@ -25,9 +32,7 @@ namespace tuningaccess
     }                                                                                                                  \
     template <typename Record = name::RecordType> const Record& Require_##name(const StatsTuningData& rTuningData)     \
     {                                                                                                                  \
-        static const Record absent{};                                                                                  \
-        const Record*       pRecord = Get_##name(rTuningData);                                                         \
-        return (pRecord != nullptr) ? *pRecord : absent;                                                               \
+        return OrZeros<Record>(Get_##name(rTuningData));                                                               \
     }
 #define TUNING_MODULE_BARE(name, major, minor, patch)
 

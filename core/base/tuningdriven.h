@@ -1,38 +1,30 @@
 /// @file
-/// The one life of objects that are built from a tuning record: fetch the record at each use, and rebuild when it is
-/// another one than before.
+/// The one life of objects that are built from a tuning record: fetch the record at each use, rebuild when it is
+/// another one than before, and drop them when there is none.
 #pragma once
 
-#include <atomic>
+#include "parameters/tablemodule.h"
 
-#include "platform/tavotypes.h"
-
-/// Watches one module's record. SymbolTableID changes with the module instance and with every live edit; the address
-/// changes when the file has been loaded anew.
+/// Watches what a module's record holds. Neither its address nor its SymbolTableID would do: after two reloads, or with
+/// a store made in the place of another, both are those of the record before.
 template <typename Record> class TuningDriven
 {
 public:
-    /// Calls rebuild(rRecord) if the record is not the one of the last call.
-    /// @param pRecord may be null, then nothing happens
+    /// Calls rebuild(pRecord) if the content is not that of the last call, or if there was a record and now is none.
+    /// What was built before may then point at freed memory, so that rebuild must not read through it.
+    /// @param pRecord of a module of a store; may be null, also for rebuild
     /// @return pRecord
     template <typename Rebuild> Record* Refresh(Record* pRecord, Rebuild&& rebuild)
     {
-        if (pRecord == nullptr)
+        const UINT64 stamp = TableModule::ContentStamp(pRecord);
+        if (stamp != m_contentStamp)
         {
-            return nullptr;
-        }
-        // A live edit stores the value first: whoever has seen the new ID also sees what was edited.
-        const UINT32 symbolTableID = std::atomic_ref(pRecord->SymbolTableID).load(std::memory_order_acquire);
-        if (pRecord != m_pRecord || symbolTableID != m_symbolTableID)
-        {
-            m_pRecord       = pRecord;
-            m_symbolTableID = symbolTableID;
-            rebuild(*pRecord);
+            m_contentStamp = stamp;
+            rebuild(pRecord);
         }
         return pRecord;
     }
 
 private:
-    Record* m_pRecord       = nullptr;
-    UINT32  m_symbolTableID = 0;
+    UINT64 m_contentStamp = 0;
 };

@@ -72,12 +72,8 @@ VOID CKIROExtensionMonitor::GetHistStretchData(AECYHistStretchData* pHistStretch
 /// since then may be gone.
 CKIROExtensionMonitor::Tuning* CKIROExtensionMonitor::RefreshTuning()
 {
-    Tuning* pTuning = tuningaccess::Get_kiroextension(*m_rContext.GetTuningData());
-    if (pTuning == nullptr)
-    {
-        ForgetMonitors();
-    }
-    return m_tuning.Refresh(pTuning, [this](const Tuning&) { ForgetMonitors(); });
+    return m_tuning.Refresh(tuningaccess::Get_kiroextension(*m_rContext.GetTuningData()),
+                            [this](const Tuning*) { ForgetMonitors(); });
 }
 
 VOID CKIROExtensionMonitor::ForgetMonitors()

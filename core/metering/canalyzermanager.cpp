@@ -39,13 +39,17 @@ VOID CAnalyzerManager::DeleteAnalyzers()
 
 VOID CAnalyzerManager::UpdateAnalyzers(const Tuning* pTuning)
 {
-    m_tuning.Refresh(pTuning, [this](const Tuning& rTuning) { Rebuild(rTuning); });
+    m_tuning.Refresh(pTuning, [this](const Tuning* pRecord) { Rebuild(pRecord); });
 }
 
-VOID CAnalyzerManager::Rebuild(const Tuning& rTuning)
+VOID CAnalyzerManager::Rebuild(const Tuning* pTuning)
 {
     DeleteAnalyzers();
-    UINT32 count = analyzerbank::CountOf(rTuning.analyzers, rTuning.analyzersCount);
+    if (pTuning == nullptr)
+    {
+        return;
+    }
+    UINT32 count = analyzerbank::CountOf(pTuning->analyzers, pTuning->analyzersCount);
     if (count > AnalyzerCountMax)
     {
         STATS_LOG_ERROR("%d scene analyzers, only the first %d are used", count, AnalyzerCountMax);
@@ -54,7 +58,7 @@ VOID CAnalyzerManager::Rebuild(const Tuning& rTuning)
     m_analyzers.reset(count);
     for (UINT32 index = 0; index < m_analyzers.size(); ++index)
     {
-        m_analyzers[index].SetAnalyzerTuning(&rTuning.analyzers[index], m_rContextManager);
+        m_analyzers[index].SetAnalyzerTuning(&pTuning->analyzers[index], m_rContextManager);
     }
     m_pLuxAnalyzer = TavoNew<CAnalyzer>();
     if (m_pLuxAnalyzer == nullptr || m_analyzers.size() != count)
@@ -63,7 +67,7 @@ VOID CAnalyzerManager::Rebuild(const Tuning& rTuning)
     }
     if (m_pLuxAnalyzer != nullptr)
     {
-        m_pLuxAnalyzer->SetAnalyzerTuning(&rTuning.luxAnalyzer, m_rContextManager);
+        m_pLuxAnalyzer->SetAnalyzerTuning(&pTuning->luxAnalyzer, m_rContextManager);
     }
     STATS_LOG_RARE("Update Scene Analyzer analyzerCount %d", m_analyzers.size());
     SortAnalyzers();

@@ -36,7 +36,7 @@ public:
     CAnalyzerManager(const CAnalyzerManager&)            = delete;
     CAnalyzerManager& operator=(const CAnalyzerManager&) = delete;
 
-    /// Called every frame; rebuilds the analyzers when the record is another one. Null keeps them.
+    /// Called before each use; rebuilds the analyzers when the record is another one. With null there are none.
     VOID UpdateAnalyzers(const Tuning* pTuning);
 
     /// Starts a frame. @param pSensitivities three exposures, by AECAlgoExposureType
@@ -63,7 +63,7 @@ private:
         UINT32 analyzerIndex;
     };
 
-    VOID  Rebuild(const Tuning& rTuning);
+    VOID  Rebuild(const Tuning* pTuning);
     VOID  DeleteAnalyzers();
     VOID  SortAnalyzers();
     INT32 GetAnalyzerIndex(UINT32 id) const;

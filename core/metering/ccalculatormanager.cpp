@@ -27,20 +27,30 @@ CCalculatorManager::CCalculatorManager(IKIROContextManager& rContextManager) : m
 
 VOID CCalculatorManager::UpdateCalculators(Tuning* pTuning)
 {
-    m_tuning.Refresh(pTuning, [this](const Tuning& rTuning) { Rebuild(rTuning); });
+    m_tuning.Refresh(pTuning, [this](const Tuning* pRecord) { Rebuild(pRecord); });
 }
 
-VOID CCalculatorManager::Rebuild(const Tuning& rTuning)
+VOID CCalculatorManager::Rebuild(const Tuning* pTuning)
 {
-    m_calculators.reset(rTuning.statsCalculatorsCount);
+    m_calculators.clear();
+    for (TavoPtr<CCalculator>* ppFixed :
+         {&m_pAverageCalculator, &m_pCtrWeightedCalculator, &m_pDarkRatioCalculator, &m_pBrightRatioCalculator})
+    {
+        ppFixed->reset();
+    }
+    if (pTuning == nullptr)
+    {
+        return;
+    }
+    m_calculators.reset(pTuning->statsCalculatorsCount);
     for (UINT32 index = 0; index < m_calculators.size(); ++index)
     {
-        m_calculators[index].SetCalculatorTuning(&rTuning.statsCalculators[index], m_rContextManager);
+        m_calculators[index].SetCalculatorTuning(&pTuning->statsCalculators[index], m_rContextManager);
     }
-    m_pAverageCalculator     = NewCalculator(rTuning.averageStatsCalculator, m_rContextManager);
-    m_pCtrWeightedCalculator = NewCalculator(rTuning.centerWeightedStatsCalculator, m_rContextManager);
-    m_pDarkRatioCalculator   = NewCalculator(rTuning.darkRatioStatsCalculator, m_rContextManager);
-    m_pBrightRatioCalculator = NewCalculator(rTuning.brightRatioStatsCalculator, m_rContextManager);
+    m_pAverageCalculator     = NewCalculator(pTuning->averageStatsCalculator, m_rContextManager);
+    m_pCtrWeightedCalculator = NewCalculator(pTuning->centerWeightedStatsCalculator, m_rContextManager);
+    m_pDarkRatioCalculator   = NewCalculator(pTuning->darkRatioStatsCalculator, m_rContextManager);
+    m_pBrightRatioCalculator = NewCalculator(pTuning->brightRatioStatsCalculator, m_rContextManager);
     STATS_LOG_TRACE("Updated Calculators, count: %d", m_calculators.size());
 }
 

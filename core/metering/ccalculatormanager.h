@@ -12,7 +12,7 @@ public:
 
     explicit CCalculatorManager(IKIROContextManager& rContextManager);
 
-    /// Called every frame; rebuilds the calculators when the record is another one. Null keeps them.
+    /// Called every frame; rebuilds the calculators when the record is another one. With null there are none.
     VOID UpdateCalculators(Tuning* pTuning);
 
     // The four fixed calculators; nothing happens before the first UpdateCalculators.
@@ -25,7 +25,7 @@ public:
     VOID RunCalculators();
 
 private:
-    VOID Rebuild(const Tuning& rTuning);
+    VOID Rebuild(const Tuning* pTuning);
     VOID RunActiveCalculator(UINT32 id);
     VOID RunXtremeColors();
 

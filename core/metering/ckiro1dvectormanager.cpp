@@ -11,31 +11,30 @@ CKIRO1DVectorManager::CKIRO1DVectorManager(IKIROContextManager& rContextManager)
 
 VOID CKIRO1DVectorManager::Update1DVectorProcessors()
 {
-    const Tuning* pTuning = tuningaccess::Get_kiro1dvectorprocessor(*m_rContextManager.GetTuningData());
-    if (pTuning == nullptr)
-    {
-        m_1DVectorProcessors.clear();
-        m_pGyroVectorProcessor.reset();
-        m_hasProcessors = false;
-        m_tuning        = {};
-        return;
-    }
-    m_tuning.Refresh(pTuning, [this](const Tuning& rTuning) { Rebuild(rTuning); });
+    m_tuning.Refresh(tuningaccess::Get_kiro1dvectorprocessor(*m_rContextManager.GetTuningData()),
+                     [this](const Tuning* pTuning) { Rebuild(pTuning); });
 }
 
-VOID CKIRO1DVectorManager::Rebuild(const Tuning& rTuning)
+VOID CKIRO1DVectorManager::Rebuild(const Tuning* pTuning)
 {
-    m_1DVectorProcessors.reset(tuningvalues::CountOf(rTuning.vectorProcessors, rTuning.vectorProcessorsCount));
+    m_1DVectorProcessors.clear();
+    m_pGyroVectorProcessor.reset();
+    m_hasProcessors = false;
+    if (pTuning == nullptr)
+    {
+        return;
+    }
+    m_1DVectorProcessors.reset(tuningvalues::CountOf(pTuning->vectorProcessors, pTuning->vectorProcessorsCount));
     for (UINT32 index = 0; index < m_1DVectorProcessors.size(); ++index)
     {
-        m_1DVectorProcessors[index].SetVectorProcessorTuning(&rTuning.vectorProcessors[index], m_rContextManager);
+        m_1DVectorProcessors[index].SetVectorProcessorTuning(&pTuning->vectorProcessors[index], m_rContextManager);
     }
-    m_hasProcessors = m_1DVectorProcessors.size() == rTuning.vectorProcessorsCount;
+    m_hasProcessors = m_1DVectorProcessors.size() == pTuning->vectorProcessorsCount;
     STATS_LOG_RARE("Update 1D Vector Processors processorCount %d", m_1DVectorProcessors.size());
     m_pGyroVectorProcessor = TavoNew<C1DVectorProcessor>();
     if (m_pGyroVectorProcessor != nullptr)
     {
-        m_pGyroVectorProcessor->SetVectorProcessorTuning(&rTuning.gyroVectorProcessor, m_rContextManager);
+        m_pGyroVectorProcessor->SetVectorProcessorTuning(&pTuning->gyroVectorProcessor, m_rContextManager);
     }
 }
 

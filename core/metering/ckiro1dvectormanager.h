@@ -21,7 +21,7 @@ private:
     using Tuning = kiro1dvectorprocessor::KIRO1DVectorProcessorType;
 
     VOID Update1DVectorProcessors();
-    VOID Rebuild(const Tuning& rTuning);
+    VOID Rebuild(const Tuning* pTuning);
 
     IKIROContextManager&            m_rContextManager;
     TuningDriven<const Tuning>      m_tuning;

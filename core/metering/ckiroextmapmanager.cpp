@@ -11,26 +11,24 @@ CKIROExtMapManager::CKIROExtMapManager(IKIROContextManager& rContextManager)
 
 VOID CKIROExtMapManager::UpdateExtMapProcessors()
 {
-    const Tuning* pTuning = tuningaccess::Get_kiroexternalmapprocessor(*m_rContextManager.GetTuningData());
-    if (pTuning == nullptr)
-    {
-        DeleteProcessors();
-        m_hasProcessors = false;
-        m_tuning        = {};
-        return;
-    }
-    m_tuning.Refresh(pTuning, [this](const Tuning& rTuning) { Rebuild(rTuning); });
+    m_tuning.Refresh(tuningaccess::Get_kiroexternalmapprocessor(*m_rContextManager.GetTuningData()),
+                     [this](const Tuning* pTuning) { Rebuild(pTuning); });
 }
 
-VOID CKIROExtMapManager::Rebuild(const Tuning& rTuning)
+VOID CKIROExtMapManager::Rebuild(const Tuning* pTuning)
 {
     DeleteProcessors();
-    m_processors.reset(tuningvalues::CountOf(rTuning.externalMapProcessor, rTuning.externalMapProcessorCount));
+    m_hasProcessors = false;
+    if (pTuning == nullptr)
+    {
+        return;
+    }
+    m_processors.reset(tuningvalues::CountOf(pTuning->externalMapProcessor, pTuning->externalMapProcessorCount));
     for (UINT32 index = 0; index < m_processors.size(); ++index)
     {
-        m_processors[index].SetExtMapProcessorTuning(&rTuning.externalMapProcessor[index], m_rContextManager);
+        m_processors[index].SetExtMapProcessorTuning(&pTuning->externalMapProcessor[index], m_rContextManager);
     }
-    m_hasProcessors = m_processors.size() == rTuning.externalMapProcessorCount;
+    m_hasProcessors = m_processors.size() == pTuning->externalMapProcessorCount;
     STATS_LOG_RARE("Update External Map Processors processorCount %d", m_processors.size());
 }
 

@@ -18,7 +18,7 @@ private:
     using Tuning = kiroexternalmapprocessor::KIROExternalMapProcessorType;
 
     VOID UpdateExtMapProcessors();
-    VOID Rebuild(const Tuning& rTuning);
+    VOID Rebuild(const Tuning* pTuning);
     VOID DeleteProcessors();
 
     IKIROContextManager&               m_rContextManager;

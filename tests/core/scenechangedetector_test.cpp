@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "core/base/tuningaccess.h"
+#include "parameters/tablemodule.h"
 #include "tests/support/statslogcapture.h"
 #include "tests/support/testcontext.h"
 
@@ -376,7 +377,7 @@ TEST_F(SceneChange, RunsAndAnswersByPriorityAndID)
     EXPECT_EQ(State(), 'm');
     pTuning->scdBank[1].SCDId = ID + 1;
     EXPECT_EQ(State(), 'c');
-    ++pTuning->SymbolTableID;
+    EXPECT_TRUE(TableModule::FromRecord(pTuning)->SetValue("scdBank[1].enable", "1"));
     m_pManager->RunSCDetectors(MeteringStart, TRUE);
     EXPECT_EQ(State(), 'm');
 

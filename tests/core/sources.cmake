@@ -5,6 +5,7 @@ set(ROOM_TESTS
     flashtable_test.cpp
     frame_test.cpp
     queries_test.cpp
+    reload_test.cpp
     scenechangedetector_test.cpp
     shortblend_test.cpp
     startup_test.cpp

@@ -2,6 +2,7 @@
 
 #include "core/base/tuningaccess.h"
 #include "core/ckiromtrtablegen.h"
+#include "parameters/tablemodule.h"
 #include "tests/support/statsfixture.h"
 
 using namespace statsfixture;
@@ -163,8 +164,7 @@ TEST_F(TableGeneration, ALiveEditTakesTheOldTablesOutOfTheBank)
     EXPECT_EQ(Table(0), Table()) << "the newest table is selected";
 
     auto* pTuning = tuningaccess::Get_kiromtrtablegen(m_context.m_tuningData);
-    pTuning->SymbolTableID += 1u << 24;
-    pTuning->tableGenerator[0].enable = FALSE;
+    EXPECT_TRUE(TableModule::FromRecord(pTuning)->SetValue("tableGenerator[0].enable", "0"));
     EXPECT_EQ(m_module.RunTableGen(), 0);
     EXPECT_EQ(Table(), nullptr);
     EXPECT_NE(Table(TableID), nullptr);

@@ -5,6 +5,7 @@
 #include <memory>
 #include <vector>
 
+#include "parameters/tablemodule.h"
 #include "tests/core/metering/analyzerrecords.h"
 #include "tests/support/statslogcapture.h"
 #include "tests/support/testcontext.h"
@@ -37,35 +38,37 @@ protected:
                                                CalculatorBank(ConfidenceID), firstOutput);
     }
 
-    VOID Update(UINT32 symbolTableID = 1)
+    /// @return the tuning that the manager now has
+    KIROMeteringSceneAnalyzerType* Update()
     {
-        m_records.clear();
+        std::vector<SceneAnalyzerType> records;
         for (const auto& pAnalyzer : m_analyzers)
         {
-            m_records.push_back(pAnalyzer->m_record);
+            records.push_back(pAnalyzer->m_record);
         }
-        m_tuning.SymbolTableID  = symbolTableID;
-        m_tuning.luxAnalyzer    = m_lux.m_record;
-        m_tuning.analyzers      = m_records.data();
-        m_tuning.analyzersCount = static_cast<UINT32>(m_records.size());
-        m_pManager->UpdateAnalyzers(&m_tuning);
+        KIROMeteringSceneAnalyzerType tuning{};
+        tuning.luxAnalyzer                     = m_lux.m_record;
+        tuning.analyzers                       = records.data();
+        tuning.analyzersCount                  = static_cast<UINT32>(records.size());
+        KIROMeteringSceneAnalyzerType* pTuning = m_context.Stored(tuning);
+        m_pManager->UpdateAnalyzers(pTuning);
         m_pManager->SetSensitivities(Sensitivities);
+        return pTuning;
     }
 
     StatsLogCapture                              m_log;
     TestContext                                  m_context;
     std::vector<std::unique_ptr<AnalyzerRecord>> m_analyzers;
-    std::vector<SceneAnalyzerType>               m_records;
     AnalyzerRecord                               m_lux;
-    KIROMeteringSceneAnalyzerType                m_tuning{};
     TavoPtr<CAnalyzerManager>                    m_pManager;
 };
 
 TEST_F(AnalyzerManager, FindsAnalyzersByIDWhateverTheirOrder)
 {
-    Add(30, 100).m_record.exposureType  = ExposureLong;
-    Add(5, 110).m_record.exposureType   = ExposureShort;
-    Add(999, 120).m_record.analyzerName = const_cast<CHAR*>("last");
+    Add(30, 100).m_record.exposureType        = ExposureLong;
+    Add(5, 110).m_record.exposureType         = ExposureShort;
+    m_analyzers.back()->m_record.analyzerName = const_cast<CHAR*>("second");
+    Add(999, 120).m_record.analyzerName       = const_cast<CHAR*>("last");
     Update();
     for (UINT32 id : {999u, 30u, 5u})
     {
@@ -81,7 +84,7 @@ TEST_F(AnalyzerManager, FindsAnalyzersByIDWhateverTheirOrder)
     EXPECT_EQ(rOutput.confidences[30], 0.5f);
     EXPECT_EQ(rOutput.isActive[5], TRUE);
     EXPECT_EQ(rOutput.isActive[6], FALSE);
-    EXPECT_TRUE(m_log.Has(32, "\n---- Running analyzer ID: 5, Anonymous ----"));
+    EXPECT_TRUE(m_log.Has(32, "\n---- Running analyzer ID: 5, second ----"));
     EXPECT_TRUE(m_log.Has(32, "\n---- Running analyzer ID: 999, last ----"));
 
     for (UINT32 absent : {0u, 6u, 1000u, 0xFFFFFFFFu})
@@ -156,19 +159,25 @@ TEST_F(AnalyzerManager, ConfidenceOfAnalyzersThatDoNotRunIsZero)
 
 TEST_F(AnalyzerManager, RebuildsWhenTheRecordIsAnotherOne)
 {
-    Add(1, 100);
-    Update(1);
-    Update(1);
+    m_lux.PassThrough(CalculatorBank(LumaID), AnalyzerBank(TargetID), CalculatorBank(ConfidenceID), 100);
+    Add(1, 110);
+    KIROMeteringSceneAnalyzerType* pTuning = Update();
+    m_pManager->UpdateAnalyzers(pTuning);
     EXPECT_EQ(m_log.Count(LevelRare, "Update Scene Analyzer analyzerCount 1"), 1u);
-    Add(2, 110);
-    Update(0x01000001);
-    EXPECT_EQ(m_log.Count(LevelRare, "Update Scene Analyzer analyzerCount 2"), 1u);
-    EXPECT_NE(m_pManager->RunAnalyzer(2), nullptr);
+    EXPECT_NE(m_pManager->RunAnalyzer(1), nullptr);
+
+    EXPECT_TRUE(TableModule::FromRecord(pTuning)->SetValue("analyzers[0].analyzerID", "2"));
+    m_pManager->UpdateAnalyzers(pTuning);
+    EXPECT_NE(m_pManager->RunAnalyzer(2), nullptr) << "after a live edit";
+
+    // Without the module nothing is left that points at the record.
     m_pManager->UpdateAnalyzers(nullptr);
-    EXPECT_NE(m_pManager->RunAnalyzer(2), nullptr);
-    m_analyzers.clear();
-    Update(3);
     EXPECT_EQ(m_pManager->RunAnalyzer(2), nullptr);
+    m_context.SetAnalyzerResult(100, {7.0f, 7.0f});
+    m_pManager->RunLuxAnalyzer();
+    EXPECT_EQ(m_context.AnalyzerResult(100).start, 7.0f);
+    m_pManager->UpdateAnalyzers(pTuning);
+    EXPECT_NE(m_pManager->RunAnalyzer(2), nullptr);
 }
 
 TEST_F(AnalyzerManager, TooManyAnalyzersAreCutOff)
@@ -181,10 +190,6 @@ TEST_F(AnalyzerManager, TooManyAnalyzersAreCutOff)
     EXPECT_TRUE(m_log.Has(LevelError, "1001 scene analyzers, only the first 1000 are used"));
     EXPECT_NE(m_pManager->RunAnalyzer(999), nullptr);
     EXPECT_EQ(m_pManager->RunAnalyzer(1000), nullptr);
-    m_tuning.analyzers     = nullptr;
-    m_tuning.SymbolTableID = 2;
-    m_pManager->UpdateAnalyzers(&m_tuning);
-    EXPECT_EQ(m_pManager->RunAnalyzer(999), nullptr);
 }
 
 TEST_F(AnalyzerManager, AmendedResultsReplaceDecisionAndBankEntries)

@@ -2,6 +2,7 @@
 
 #include "core/metering/ccalculatormanager.h"
 
+#include "parameters/tablemodule.h"
 #include "tests/support/statsfixture.h"
 
 using namespace statsfixture;
@@ -57,13 +58,20 @@ protected:
         rCalculator.extensionArrayCount = static_cast<UINT32>(m_parameters.size());
     }
 
-    /// One frame with these calculators active, in this order.
-    VOID Run(std::vector<UINT32> ids, UINT32 symbolTableID = 1)
+    /// One frame with these calculators active, in this order, on the records as they are now.
+    VOID Run(std::vector<UINT32> ids)
     {
-        m_tuning.SymbolTableID         = symbolTableID;
-        m_tuning.statsCalculators      = m_records.data();
-        m_tuning.statsCalculatorsCount = static_cast<UINT32>(m_records.size());
-        m_manager.UpdateCalculators(&m_tuning);
+        KIROMeteringStatsCalculatorType tuning{};
+        tuning.statsCalculators      = m_records.data();
+        tuning.statsCalculatorsCount = static_cast<UINT32>(m_records.size());
+        m_pTuning                    = m_context.Stored(tuning);
+        RunAgain(std::move(ids));
+    }
+
+    /// One more frame on the tuning of the last.
+    VOID RunAgain(std::vector<UINT32> ids)
+    {
+        m_manager.UpdateCalculators(m_pTuning);
         m_active = {1, nullptr, static_cast<UINT32>(ids.size()), 0, ids.data()};
         m_context.m_pBankManager->SetBankTuning(BankIDActiveCalculators, nullptr, &m_active, 1);
         m_manager.RunCalculators();
@@ -83,7 +91,7 @@ protected:
     std::deque<TriggerSystemEndLevelStartEndType> m_ranges;
     std::vector<StatsCalculatorType>              m_records;
     DBActiveCalculatorsPayload                    m_active{};
-    KIROMeteringStatsCalculatorType               m_tuning{};
+    KIROMeteringStatsCalculatorType*              m_pTuning = nullptr;
     CCalculatorManager                            m_manager{m_context};
 };
 
@@ -117,7 +125,7 @@ TEST_F(Calculators, EachMeasureStoresItsOutputsFromTheStartOfItsSlots)
 TEST_F(Calculators, WhatCouldNotBeMeasuredIsMinusOne)
 {
     Add(1, API05HistLumaRangeAverage, "absent", {0.0f, 1.0f}, 3, 4);
-    Add(2, API09GridStatsRoughness, "H", {0.0f, 1.0f}, 6, 5);
+    Add(2, API09GridStatsRoughness, "H", {0.0f, 1.0f}, 6, 5).description               = const_cast<CHAR*>("b");
     Add(3, API01GridWeightedAverage, "luma", {}, 8, 8).generalParameters.weightTable2D = 66;
     Run({1, 2, 3});
     for (INT32 slot : {3, 4, 6, 7, 8})
@@ -125,14 +133,13 @@ TEST_F(Calculators, WhatCouldNotBeMeasuredIsMinusOne)
         EXPECT_EQ(Slot(slot), -1.0f) << slot;
     }
     EXPECT_EQ(m_log.Count(LevelWarning, "Error with calculation; Setting -1 to bank"), 2u);
-    EXPECT_TRUE(m_log.Has(LevelWarning, "calculator NoDescription outputstart 6 end 5 not sufficient; using storage "
-                                        "index 6"));
+    EXPECT_TRUE(m_log.Has(LevelWarning, "calculator b outputstart 6 end 5 not sufficient; using storage index 6"));
 }
 
 TEST_F(Calculators, ActiveListIsTheOrderAndNewTuningsReplaceAll)
 {
-    Add(1, API01GridWeightedAverage, "luma", {}, 1, 1).description = const_cast<CHAR*>("a");
-    Add(2, API01GridWeightedAverage, "colour", {}, 2, 2);
+    Add(1, API01GridWeightedAverage, "luma", {}, 1, 1).description   = const_cast<CHAR*>("a");
+    Add(2, API01GridWeightedAverage, "colour", {}, 2, 2).description = const_cast<CHAR*>("b");
     Run({2, 1, 2});
     std::vector<std::string> order;
     for (const auto& rLine : m_log.Lines())
@@ -142,16 +149,27 @@ TEST_F(Calculators, ActiveListIsTheOrderAndNewTuningsReplaceAll)
             order.push_back(rLine.text);
         }
     }
-    EXPECT_EQ(order, (std::vector<std::string>{"---- Running calculator ID: 2, NoDescription ----",
+    EXPECT_EQ(order, (std::vector<std::string>{"---- Running calculator ID: 2, b ----",
                                                "---- Running calculator ID: 1, a ----",
-                                               "---- Running calculator ID: 2, NoDescription ----"}));
-    Run({1, 2});
+                                               "---- Running calculator ID: 2, b ----"}));
+    RunAgain({1, 2});
     EXPECT_EQ(m_log.Count(LevelTrace, "Updated Calculators, count: 2"), 1u) << "the same tuning";
     m_records.pop_back();
     m_records[0].outputStorage = {5, 5};
-    Run({1, 2}, 2);
+    Run({1, 2});
     EXPECT_EQ(m_log.Count(LevelTrace, "Updated Calculators, count: 1"), 1u);
     EXPECT_FLOAT_EQ(Slot(5), 1.75f);
+
+    EXPECT_TRUE(TableModule::FromRecord(m_pTuning)->SetValue("statsCalculators[0].calculatorID", "2"));
+    RunAgain({2});
+    EXPECT_EQ(m_log.Count(LevelTrace, "Updated Calculators, count: 1"), 2u) << "a live edit";
+
+    // Without the module nothing is left that points at the record.
+    m_pTuning = nullptr;
+    m_log.Clear();
+    RunAgain({1, 2});
+    m_manager.RunAverageCalculator();
+    EXPECT_FALSE(m_log.HasPart(LevelTrace, "Running"));
 }
 
 TEST_F(Calculators, RangesFollowTheLuxIndex)
@@ -180,12 +198,11 @@ TEST_F(Calculators, FirstParameterSwitchesInterpolationOn)
     SetROI(3, 0.25f, 0.0f, 0.5f, 1.0f);
     StatsCalculatorType& rCalculator    = Add(1, API01GridWeightedAverage, "luma", {}, 1, 1);
     rCalculator.generalParameters.ROIID = 3;
-    UINT32 tuning                       = 0;
     for (const auto& [parameters, luma] :
          std::vector<std::pair<std::vector<FLOAT>, FLOAT>>{{{}, 20.0f}, {{0.0f}, 20.0f}, {{1.0f}, 32.5f / 1.5f}})
     {
         SetParameters(rCalculator, parameters);
-        Run({1}, ++tuning);
+        Run({1});
         EXPECT_FLOAT_EQ(Slot(1), luma);
     }
 }
@@ -226,16 +243,15 @@ TEST_F(Calculators, PercentilesOfTwoExposuresAreBlendedByATrigger)
     EXPECT_FLOAT_EQ(Slot(1), first * 2.0f);
 
     const std::pair<UINT32, FLOAT> faults[] = {{1, 3.0f}, {4, BankIDConvBase}, {5, 1000.0f}};
-    UINT32                         tuning   = 1;
     for (const auto& [index, value] : faults)
     {
         SetParameters(rCalculator, parameters);
         m_parameters[index] = value;
-        Run({1}, ++tuning);
+        Run({1});
         EXPECT_EQ(Slot(1), -1.0f) << index;
     }
     SetParameters(rCalculator, {0.0f, 2.0f, 100.0f, 200.0f, BankIDTriggers});
-    Run({1}, ++tuning);
+    Run({1});
     EXPECT_EQ(Slot(1), -1.0f);
     EXPECT_TRUE(m_log.Has(LevelError, "exposure types are wrong: 0 3"));
     EXPECT_TRUE(m_log.Has(LevelError, "no trigger found for bankID 9 dataID 1000"));
@@ -257,14 +273,13 @@ TEST_F(Calculators, ExtremeColoursStayInTheWalkAfterTheyAreSwitchedOffOrOneOfThe
     EXPECT_NEAR(Slot(1), first, 1e-5f);
     EXPECT_NEAR(Slot(2), first / 2.0f, 1e-5f);
     // Not active: the ratio and the count of before go on.
-    Run({});
+    RunAgain({});
     EXPECT_NEAR(Slot(1), (first + 2.1f) / 24.0f, 1e-5f);
     // A run begins anew.
-    Run({1});
+    RunAgain({1});
     EXPECT_NEAR(Slot(1), first, 1e-5f);
 
     // One that cannot be measured does not take the others with it, wherever it stands in the list.
-    UINT32 tuning = 1;
     for (const auto& [roiID, pChannel] : std::vector<std::pair<UINT32, const CHAR*>>{{8, "colour"}, {3, "absent"}})
     {
         m_records[1].generalParameters.ROIID = roiID;
@@ -272,7 +287,7 @@ TEST_F(Calculators, ExtremeColoursStayInTheWalkAfterTheyAreSwitchedOffOrOneOfThe
         for (const std::vector<UINT32>& rOrder : {std::vector<UINT32>{1, 2}, {2, 1}})
         {
             m_context.SetCalculatorResult(1, 99.0f);
-            Run(rOrder, ++tuning);
+            Run(rOrder);
             EXPECT_NEAR(Slot(1), first, 1e-5f) << roiID << ", first " << rOrder[0];
             EXPECT_EQ(Slot(2), -1.0f) << roiID;
         }

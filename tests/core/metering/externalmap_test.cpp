@@ -4,10 +4,12 @@
 
 #include <cmath>
 #include <set>
+#include <string>
 
 #include <gtest/gtest.h>
 
 #include "core/base/tuningaccess.h"
+#include "parameters/tablemodule.h"
 #include "tests/support/statslogcapture.h"
 #include "tests/support/testcontext.h"
 
@@ -201,16 +203,16 @@ TEST_F(ExternalMap, ChangedTuningLeavesNoTableOfADeletedProcessor)
     EXPECT_EQ(rBanks.GetDataMetering2D(0), rBanks.GetDataMetering2D(OutputID)) << "the newest entry is selected";
 
     // A live edit does not rebuild the banks.
-    auto* pTuning = tuningaccess::Get_kiroexternalmapprocessor(m_context.m_tuningData);
-    pTuning->externalMapProcessor[0].output.dataIDWeight2D = OutputID + 1;
-    ++pTuning->SymbolTableID;
+    auto*             pTuning = tuningaccess::Get_kiroexternalmapprocessor(m_context.m_tuningData);
+    const std::string other   = std::to_string(OutputID + 1);
+    EXPECT_TRUE(
+        TableModule::FromRecord(pTuning)->SetValue("externalMapProcessor[0].output.dataIDWeight2D", other.c_str()));
     EXPECT_EQ(Frame({5}), Cells());
     EXPECT_EQ(rBanks.GetDataMetering2D(OutputID), nullptr);
     EXPECT_EQ(rBanks.GetDataMetering2D(OutputID + 1)->weights[5], 1.0f);
     EXPECT_EQ(rBanks.GetDataMetering2D(0), &m_input);
 
-    pTuning->externalMapProcessor[0].enable = FALSE;
-    ++pTuning->SymbolTableID;
+    EXPECT_TRUE(TableModule::FromRecord(pTuning)->SetValue("externalMapProcessor[0].enable", "0"));
     m_manager.RunExtMapProcessors();
     EXPECT_EQ(rBanks.GetDataMetering2D(OutputID + 1), nullptr);
 

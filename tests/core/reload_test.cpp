@@ -1,0 +1,423 @@
+// A tuning that is reloaded or replaced under a camera. What the camera has built from the records of before must go,
+// and its answers must be those of a camera that is made on the new tuning. Addresses and IDs of records come back at
+// every second reload and with a store in the place of another, so that in plain builds, too, stale objects show.
+
+#include <cstdio>
+#include <functional>
+#include <string>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+#include "tests/core/framefixture.h"
+
+namespace
+{
+
+constexpr const CHAR* SafeTarget = "triggerData: {rangeStart: 50.0, rangeEnd: 50.0}";
+constexpr const CHAR* TargetBank = "dataBank: {bankID: BankIDSceneAnalyzer, dataID: 2}";
+constexpr const CHAR* SettleRule = "triggerData: {settleCountTh: 2, settleExpTh: 3.0}";
+constexpr const CHAR* BaseSpeed  = "triggerData: {baseSpeed: 0.5,";
+
+// Data IDs of a version's outputs: these and the version.
+constexpr INT32 TargetID     = 100;
+constexpr INT32 CalculatorID = 10;
+constexpr INT32 FilterID     = 80;
+constexpr INT32 DetectorID   = 10;
+constexpr INT32 GeneratorID  = 60;
+constexpr INT32 MapID        = 40;
+
+/// The version that counts as settled after one frame.
+constexpr UINT32 QuickVersion = 9;
+
+VOID Replace(std::string& rText, const std::string& rOld, const std::string& rNew)
+{
+    const size_t position = rText.find(rOld);
+    ASSERT_NE(position, std::string::npos) << rOld;
+    rText.replace(position, rOld.size(), rNew);
+}
+
+/// A tuning of whole frames. Each module has something that tells the versions apart.
+std::string TuningText(UINT32 version)
+{
+    const auto id = [version](INT32 first) { return std::to_string(first + static_cast<INT32>(version)); };
+
+    std::string text = FrameTuning;
+    Replace(text, SafeTarget, "triggerData: {rangeStart: " + id(50) + ", rangeEnd: " + id(50) + "}");
+    Replace(text, TargetBank, "dataBank: {bankID: BankIDSceneAnalyzer, dataID: " + id(TargetID) + "}");
+    Replace(text, BaseSpeed, "triggerData: {baseSpeed: 0." + id(1) + ",");
+    Replace(text, SettleRule,
+            "triggerData: {settleCountTh: " + std::string((version == QuickVersion) ? "0" : "50") +
+                ", settleExpTh: 3.0}");
+    Replace(text, "        averageStatsCalculator:\n",
+            "        statsCalculators: [{calculatorID: 3, APISelection: API01GridWeightedAverage, statsSelection: "
+            "{channel1: luma}, outputStorage: {start: " +
+                id(CalculatorID) + ", end: " + id(CalculatorID) +
+                "}, generalParameters: {weightTable2D: 1}}]\n        averageStatsCalculator:\n");
+    return text + R"(
+      kirodbactivecalculators:
+        dataBank: {bankID: BankIDActiveCalculators}
+        data: [{dataID: 1, calculatorID: [3]}]
+      kiro1dvectorprocessor:
+        vectorProcessors:
+          - enable: true
+            input: {bankID: BankIDStatsCalculator, dataID: 1}
+            output: {bankID: BankIDTriggers, dataID: )" +
+           id(FilterID) + R"(}
+            filtering: {method: FIR, filterLength: 2, FIRCoefficients: [1.0, 1.0]}
+      kiromtrtablegen:
+        tableGenerator:
+          - enable: true
+            method: StatsDrivenMethod
+            input: {base2DWeightID: 1, statsChannel: fine}
+            output: {output2DWeightID: )" +
+           id(GeneratorID) + R"(}
+            triggerSystem: {trigger1Data: [{trigger1Lux: *everywhere, trigger2Data: [{trigger2: *everywhere, triggerData: 3.0}]}]}
+      kiroexternalmapprocessor:
+        externalMapProcessor:
+          - enable: true
+            input: {mapType: selectionMap, dataIDWeight2D: 1}
+            output: {dataIDWeight2D: )" +
+           id(MapID) + R"(}
+            validGridRatio: 0.1
+            validStateConsecutiveFrameCount: 1
+      kiroscenechangedetector:
+        scdBank:
+          - enable: true
+            priority: ConvergenceStart
+            SCDId: )" +
+           id(DetectorID) + R"(
+            SCDName: Jump
+            SCDetectionConfig:
+              inputDataConfig: {inputDataSource: *none, windowSize: 1, filterType: Disable}
+              thresConfig:
+                thresData:
+                  trigger1DataBank: *none
+                  trigger2DataBank: *none
+                  trigger3DataBank: *none
+                  trigger1: [{trigger: *everywhere, trigger2: [{trigger: *everywhere, trigger3: [{trigger: *everywhere, triggerData: {valueThres: 1.0, countThres: 1}}]}]}]
+                baselineType: UseRebasedData
+)";
+}
+
+/// Where modules begin in the text, and their names.
+std::vector<std::pair<size_t, std::string>> ModulesOf(const std::string& rText)
+{
+    const std::string                           indent = "\n      ";
+    std::vector<std::pair<size_t, std::string>> modules;
+    for (size_t at = rText.find(indent + "kiro"); at != std::string::npos; at = rText.find(indent + "kiro", at + 1))
+    {
+        const size_t name = at + indent.size();
+        modules.emplace_back(at, rText.substr(name, rText.find(':', name) - name));
+    }
+    return modules;
+}
+
+std::string Without(const std::string& rText, const std::string& rModule)
+{
+    const auto modules = ModulesOf(rText);
+    for (size_t index = 0; index < modules.size(); ++index)
+    {
+        if (modules[index].second == rModule)
+        {
+            const size_t end = (index + 1 < modules.size()) ? modules[index + 1].first : rText.size();
+            return rText.substr(0, modules[index].first) + rText.substr(end);
+        }
+    }
+    ADD_FAILURE() << "no module " << rModule;
+    return rText;
+}
+
+/// What a tuning file holds next.
+struct Content
+{
+    UINT32      version;
+    std::string without{};  ///< a module that the file lacks
+    bool        isRefused = false;
+};
+
+/// A store that reads a file, and the file.
+class StoredTuning
+{
+public:
+    explicit StoredTuning(const Content& rContent)
+    {
+        Write(rContent);
+        m_store.SetLiveTuningAutostart(false);
+        EXPECT_TRUE(m_store.LoadBinaryParameters(m_path.c_str())) << m_store.GetErrorText();
+    }
+
+    ~StoredTuning()
+    {
+        std::remove(m_path.c_str());
+    }
+
+    VOID Reload(const Content& rContent)
+    {
+        Write(rContent);
+        EXPECT_EQ(m_store.ReloadBinaryParameters(false), !rContent.isRefused);
+    }
+
+    StatsTuningData Handle()
+    {
+        return {&m_store, &m_mode, 1};
+    }
+
+private:
+    VOID Write(const Content& rContent) const
+    {
+        std::string text = TuningText(rContent.version);
+        text             = rContent.without.empty() ? text : Without(text, rContent.without);
+        std::vector<BYTE> bytes =
+            tuningfile::WriteBinary(tuningfile::ParseText(text, "reload.yaml"), tuningfile::NewestVersion);
+        bytes.back() ^= rContent.isRefused ? 1 : 0;
+        std::FILE* pFile = std::fopen(m_path.c_str(), "wb");
+        ASSERT_NE(pFile, nullptr);
+        EXPECT_EQ(std::fwrite(bytes.data(), 1, bytes.size(), pFile), bytes.size());
+        std::fclose(pFile);
+    }
+
+    const std::string m_path = testing::TempDir() + "reload_" + std::to_string(::getpid()) + ".bin";
+    TuningSetManager  m_store{"reload"};
+    TuningMode        m_mode{ModeType::Default, {0}};
+};
+
+/// A camera whose exposures stay at the start's, so that what it answers in a frame follows from its tuning alone.
+class Camera : public Frames
+{
+public:
+    explicit Camera(const StatsTuningData& rTuning) : m_fine(256, 25.0f)
+    {
+        m_pAlgo->DestroyInstance(m_pAlgo);
+        TavoFree(m_pAlgo, 16, nullptr, 0);
+        m_tuning = rTuning;
+        m_record.Host().SetEnabled(true);
+        const AECAlgoCreateParamList noParams{};
+        EXPECT_EQ(CreateKiroCoreAlgo(m_tuning, m_record.Host(), noParams, m_pAlgo), 0);
+        (VOID) Set(AECAlgoSetParamOperationMode, AECAlgoOperationModeStreaming);
+        (VOID) Set(AECAlgoSetParamPipelineDelay, static_cast<UINT8>(1));
+        AddChannel("fine", KIROStatsGrid, {16, 16, 0, 8}).channelData.Data.pFData = m_fine.data();
+        ReturnToStart();
+        EndFrame(TRUE);
+    }
+
+    VOID SetTuning(const StatsTuningData& rTuning)
+    {
+        EXPECT_EQ(Set(AECAlgoSetParamTunaraData, rTuning), 0);
+    }
+
+    VOID Run()
+    {
+        BeginFrame(25.0f);
+        KIROMeteringInput input = {TRUE, 0};
+        m_result                = m_pAlgo->runMeteringPreprocess(m_pAlgo, input, m_metering);
+        m_analyzed              = {};
+        (VOID) m_pAlgo->runAnalyzer(m_pAlgo, 0, m_analyzed);
+        (VOID) m_pAlgo->runMeteringPostprocess(m_pAlgo, input, m_metering);
+        (VOID) Converge();
+        m_converged = m_convergence.exposures[AECAlgoExposureSafe];
+        ReturnToStart();
+        EndFrame();
+    }
+
+    /// What three frames come to, as text, of the outputs of a version. Values that no module writes any more stay in
+    /// their banks, so they are taken away before.
+    std::vector<std::string> Answers(UINT32 version)
+    {
+        const INT32 offset = static_cast<INT32>(version);
+        for (const INT32 dataID : {1, 3, TargetID + offset})
+        {
+            SetValue(BankIDSceneAnalyzer, DBStartEndPayload{dataID, {}, nullptr});
+        }
+        SetValue(BankIDStatsCalculator, DBFloatPayload{1, 0.0f, nullptr});
+        SetValue(BankIDStatsCalculator, DBFloatPayload{CalculatorID + offset, 0.0f, nullptr});
+        SetValue(BankIDTriggers, DBFloatPayload{FilterID + offset, 0.0f, nullptr});
+
+        std::vector<std::string> answers;
+        const auto               add = [&answers](const CHAR* pName, DOUBLE value)
+        {
+            CHAR text[64];
+            std::snprintf(text, sizeof(text), "%s %g", pName, value);
+            answers.emplace_back(text);
+        };
+        for (UINT32 frame = 0; frame < 3; ++frame)
+        {
+            Run();
+            add("result", m_result);
+            add("luma", m_analyzed.luma);
+            add("target", m_analyzed.target.start);
+            add("sensitivity", static_cast<DOUBLE>(m_analyzed.sensitivity));
+            add("metered", static_cast<DOUBLE>(m_metering.exposures[AECAlgoExposureSafe]));
+            add("converged", static_cast<DOUBLE>(m_converged));
+            add("target bank", Value<DBStartEndPayload>(BankIDSceneAnalyzer, TargetID + offset).value.start);
+            add("calculator", Value<DBFloatPayload>(BankIDStatsCalculator, CalculatorID + offset).value);
+            add("filter", Value<DBFloatPayload>(BankIDTriggers, FilterID + offset).value);
+            add("generator", Weight(GeneratorID + offset));
+            add("map", Weight(MapID + offset));
+            KIROSCDOutput detected{};
+            add("detector", m_pAlgo->GetSCDOutput(m_pAlgo, DetectorID + version, detected));
+            add("change", detected.scState);
+        }
+        return answers;
+    }
+
+    KIROAnalyzerOutput m_analyzed{};
+
+    using Frames::m_convergence;
+    using Frames::m_pAlgo;
+
+    template <typename Payload> Payload Value(KIROBankIDType bank, INT32 dataID)
+    {
+        KIROGetBankData query = {bank, dataID, nullptr, sizeof(Payload)};
+        (VOID) m_pAlgo->getBankData(m_pAlgo, &query);
+        return (query.pData != nullptr) ? *static_cast<const Payload*>(query.pData) : Payload{};
+    }
+
+private:
+    template <typename Payload> VOID SetValue(KIROBankIDType bank, Payload payload)
+    {
+        const KIROSetBankData entry = {bank, &payload, sizeof(payload)};
+        EXPECT_EQ(m_pAlgo->setBankData(m_pAlgo, &entry), 0);
+    }
+
+    VOID TestBody() override
+    {
+    }
+
+    VOID ReturnToStart()
+    {
+        SetStartExposures();
+        for (KIROArbitrationOutput& rOutput : m_arbitration)
+        {
+            rOutput.exposureSet.exposure = StartExposure;
+        }
+    }
+
+    DOUBLE Weight(INT32 dataID)
+    {
+        KIROGetBankData query = {BankIDMetering2D, dataID, nullptr, sizeof(DBMeter2DWeightPayload)};
+        const bool      found = m_pAlgo->getBankData(m_pAlgo, &query) == 0 && query.pData != nullptr;
+        return found ? static_cast<const DBMeter2DWeightPayload*>(query.pData)->weights[5] : -1.0;
+    }
+
+    std::vector<FLOAT> m_fine;
+    UINT64             m_converged = 0;
+};
+
+/// The camera's frames against those of a camera that is made now.
+VOID ExpectLikeNew(Camera& rCamera, StoredTuning& rTuning, const Content& rContent)
+{
+    const std::vector<std::string> answers = rCamera.Answers(rContent.version);
+    EXPECT_EQ(answers, Camera(rTuning.Handle()).Answers(rContent.version));
+}
+
+/// A camera that has run, then all reloads between two of its frames, or with frames behind each.
+VOID RunReloads(const std::vector<Content>& rReloads)
+{
+    for (const bool hasFramesBetween : {false, true})
+    {
+        SCOPED_TRACE(hasFramesBetween ? "with frames between" : "without frames between");
+        StoredTuning tuning({1});
+        Camera       camera(tuning.Handle());
+        ExpectLikeNew(camera, tuning, {1});
+        for (const Content& rContent : rReloads)
+        {
+            tuning.Reload(rContent);
+            camera.SetTuning(tuning.Handle());
+            if (hasFramesBetween || &rContent == &rReloads.back())
+            {
+                ExpectLikeNew(camera, tuning, rContent);
+            }
+        }
+    }
+}
+
+TEST(Reload, CamerasGoOnLikeNewOnes)
+{
+    const Content refused{2, "", true};
+    for (const auto& [pName, reloads] :
+         std::vector<std::pair<const CHAR*, std::vector<Content>>>{{"one", {{2}}},
+                                                                   {"two", {{2}, {3}}},
+                                                                   {"three", {{2}, {3}, {4}}},
+                                                                   {"four", {{2}, {3}, {4}, {5}}},
+                                                                   {"the same again", {{1}, {1}}},
+                                                                   {"refused", {refused}},
+                                                                   {"refused, good", {refused, {3}}},
+                                                                   {"refused twice", {refused, refused}},
+                                                                   {"refused twice, good", {refused, refused, {3}}},
+                                                                   {"good, refused, good", {{2}, refused, {3}}}})
+    {
+        SCOPED_TRACE(pName);
+        RunReloads(reloads);
+    }
+}
+
+TEST(Reload, ModulesMayGoAndComeBack)
+{
+    for (const auto& rModule : ModulesOf(TuningText(1)))
+    {
+        SCOPED_TRACE(rModule.second);
+        RunReloads({{2, rModule.second}, {3}});
+        RunReloads({{2, rModule.second}, {3, rModule.second}, {4}});
+    }
+}
+
+/// A store in the place of another has its addresses and its IDs.
+TEST(Reload, AStoreMayTakeThePlaceOfAnother)
+{
+    StoredTuning between({2});
+    auto         pFirst = std::make_unique<StoredTuning>(Content{1});
+    Camera       camera(pFirst->Handle());
+    ExpectLikeNew(camera, *pFirst, {1});
+    for (UINT32 version = 3; version < 7; ++version)
+    {
+        camera.SetTuning(between.Handle());
+        pFirst.reset();
+        pFirst = std::make_unique<StoredTuning>(Content{version});
+        camera.SetTuning(pFirst->Handle());
+        ExpectLikeNew(camera, *pFirst, {version});
+    }
+}
+
+/// The host may go on in the middle of a frame: each stage by itself finds the new tuning.
+TEST(Reload, StagesBeforeTheNextFrameSeeTheNewTuning)
+{
+    const std::pair<const CHAR*, std::function<VOID(Camera&)>> stages[] = {
+        {"runAnalyzer",
+         [](Camera& rCamera)
+         {
+             EXPECT_EQ(rCamera.m_pAlgo->runAnalyzer(rCamera.m_pAlgo, 0, rCamera.m_analyzed), 0);
+             EXPECT_EQ(rCamera.m_analyzed.target.start, 50.0f + QuickVersion);
+         }},
+        {"updateAnalyzerMgrOut",
+         [](Camera& rCamera)
+         {
+             rCamera.m_analyzed.target = {7.0f, 8.0f};
+             EXPECT_EQ(rCamera.m_pAlgo->updateAnalyzerMgrOut(rCamera.m_pAlgo, 0, &rCamera.m_analyzed), 0);
+             EXPECT_EQ(rCamera.Value<DBStartEndPayload>(BankIDSceneAnalyzer, TargetID + QuickVersion).value.end, 8.0f);
+         }},
+        {"RunConvSettle",
+         [](Camera& rCamera)
+         {
+             rCamera.m_pAlgo->RunConvSettle(rCamera.m_pAlgo, rCamera.m_convergence);
+             EXPECT_EQ(rCamera.m_convergence.bSettle, TRUE);
+         }},
+        {"RunConvPostProcess",
+         [](Camera& rCamera) { rCamera.m_pAlgo->RunConvPostProcess(rCamera.m_pAlgo, rCamera.m_convergence); }},
+    };
+    for (const auto& [pName, stage] : stages)
+    {
+        SCOPED_TRACE(pName);
+        StoredTuning tuning({1});
+        Camera       camera(tuning.Handle());
+        camera.Run();
+        tuning.Reload({2});
+        camera.SetTuning(tuning.Handle());
+        tuning.Reload({QuickVersion});
+        camera.SetTuning(tuning.Handle());
+        stage(camera);
+        ExpectLikeNew(camera, tuning, {QuickVersion});
+    }
+}
+
+}  // namespace
