@@ -82,10 +82,8 @@ KiroResult CKIROConvergence::Initialize(const KIROConvergenceInput& rInput)
     const AECFrameHistory* pPrevious = PreviousFrame();
     if (pPrevious == nullptr || m_pRange == nullptr)
     {
-        // Settling comes after a failed process too, and must not meet banks of a tuning that is gone.
-        m_pConvBase                 = nullptr;
-        m_pConvStretch              = nullptr;
-        m_pConvSettle               = nullptr;
+        // Settling comes after a failed process too: without a frame to compare with, the exposures count as unsettled.
+        UpdateDBTriggers();
         m_output.predGain           = 1.0f;
         m_output.shortStretchOffset = 0.0f;
         STATS_LOG_ERROR("KIROCONVRG no previous frame in history! Abort convergence");

@@ -55,6 +55,31 @@ TEST_F(SettleTest, CountsFramesOfSafeAndAsksAllThreeAtTheEnd)
     }
 }
 
+TEST_F(SettleTest, AFrameWithoutAPreviousOneIsNotSettled)
+{
+    const Steps same{480.0, 520.0, 500.0};
+    ExpectSettle(same, FALSE, FALSE);
+    ExpectSettle(same, TRUE, TRUE);
+    Module().RunConvPostProcess(m_output);
+    EXPECT_EQ(m_context.GetContextEvent(AECSettled), TRUE);
+
+    m_context.m_pHistory = TavoNew<CKIROHistory>();
+    KIROConvergenceInput input{};
+    input.pRange = &m_limits;
+    EXPECT_EQ(Module().RunConvProcesss(input, m_output), 1);
+    m_output.bSettle = TRUE;  // the host's record of the frame before
+    Module().RunConvSettle(m_output);
+    EXPECT_EQ(m_output.bSettle, FALSE);
+    EXPECT_EQ(m_output.bBrightnessSettle, FALSE);
+    Module().RunConvPostProcess(m_output);
+    EXPECT_EQ(m_context.GetContextEvent(AECSettled), FALSE);
+
+    SaveHistory(FrameAt(same));
+    Run(same);
+    ExpectSettle(same, FALSE, FALSE);  // the count begins anew
+    ExpectSettle(same, TRUE, TRUE);
+}
+
 TEST_F(SettleTest, SettledFrameEndsEventsAndRebasesTheDetectorAfterItsHold)
 {
     m_context.SetContextEvent(AECEVChange, TRUE);
