@@ -4,12 +4,16 @@
 #include "parameters/parametersetmanager.h"
 
 #include <algorithm>
+#include <memory>
 #include <string>
+#include <unordered_set>
+#include <vector>
 
 #include "parameters/boundedtext.h"
 #include "parameters/modenames.h"
 #include "parameters/modepaths.h"
 #include "parameters/parameterparserinfo.h"
+#include "parameters/tablemodule.h"
 
 namespace
 {
@@ -132,6 +136,33 @@ std::vector<const ModeEntry*> ActiveModesOf(ParameterModeTable& rTable)
         CollectMode(modes, rActive[index]);
     }
     return modes;
+}
+
+/// Records that hold the same array share one in memory, so that an edit of one is an edit of all. Among the modules of
+/// the modes are those of merged files and those that a merge has left to some modes only.
+VOID NoteSharedEdit(const std::vector<std::unique_ptr<ParameterModeTable>>& rTables, TableModule& rEdited,
+                    const CHAR* pPath)
+{
+    const VOID* pPlace = rEdited.PlaceInArray(pPath);
+    if (pPlace == nullptr)
+    {
+        return;
+    }
+    std::unordered_set<ParameterModule*> told = {&rEdited};
+    for (const auto& rpTable : rTables)
+    {
+        for (const ModeEntryInfo& rInfo : rpTable->Modes)
+        {
+            for (UINT32 index = 0; rInfo.Entry != nullptr && index < rInfo.Entry->ModuleMap.Count(); ++index)
+            {
+                ParameterModule* pModule = rInfo.Entry->ModuleMap[index].Module;
+                if (told.insert(pModule).second)
+                {
+                    static_cast<TableModule*>(pModule)->NoteSharedEdit(pPlace);
+                }
+            }
+        }
+    }
 }
 
 /// "Usecase.Video", "Sensor.3", "Default".
@@ -265,13 +296,15 @@ bool ParameterSetManager::SetValue(BYTE tableIndex, const TuningMode* pBranch, U
         ParameterLogging::Write(this, ParameterLogging::Error, "Vernier SetValues failed: Module not found: \n");
         return false;
     }
-    if (!module.Get()->SetValue(JoinPath(moduleText.pRest, pName).c_str(), pValue))
+    const std::string path = JoinPath(moduleText.pRest, pName);
+    if (!module.Get()->SetValue(path.c_str(), pValue))
     {
         ParameterLogging::Write(this, ParameterLogging::Error, "Vernier SetValues failed: Variable not found: \n");
         return false;
     }
     m_setValueCount.fetch_add(1, std::memory_order_relaxed);
     PreserveMode(*module.Get());
+    NoteSharedEdit(m_content.modeTables, *static_cast<TableModule*>(module.Get()), path.c_str());
     return true;
 }
 

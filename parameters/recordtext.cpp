@@ -1,6 +1,7 @@
 #include "parameters/recordtext.h"
 
 #include <cstring>
+#include <functional>
 #include <optional>
 
 #include "parameters/boundedtext.h"
@@ -280,6 +281,29 @@ ParameterParserInfo Describe(const RecordMember& rMember, const BYTE* pRecord)
     return {rMember.pName, pType, LoadNumber(rMember.type, values.pFirst), PrecisionOf(rMember.type)};
 }
 
+/// A number that can be set.
+struct Number
+{
+    const BYTE* pPlace;
+    ValueType   type;
+};
+
+std::optional<Number> FindNumber(const RecordDescription& rRecord, const VOID* pRecord, const CHAR* pPath)
+{
+    const std::optional<Leaf> leaf = PathWalk(rRecord, pRecord, pPath).ToLeaf();
+    if (!leaf || leaf->pMember->type == ValueType::Text)
+    {
+        return std::nullopt;
+    }
+    const RecordMember& rMember = *leaf->pMember;
+    const UINT32        index   = IsArray(rMember) ? leaf->index : 0;
+    if (index >= leaf->values.count)
+    {
+        return std::nullopt;
+    }
+    return Number{leaf->values.At(rMember, index), rMember.type};
+}
+
 /// One store, so that a frame never sees a part of the number.
 template <typename T> VOID Store(VOID* pPlace, T value)
 {
@@ -345,14 +369,8 @@ bool RecordText::GetValue(const RecordDescription& rRecord, const VOID* pRecord,
 
 bool RecordText::SetValue(const RecordDescription& rRecord, VOID* pRecord, const CHAR* pPath, const CHAR* pValue)
 {
-    const std::optional<Leaf> leaf = PathWalk(rRecord, pRecord, pPath).ToLeaf();
-    if (!leaf || leaf->pMember->type == ValueType::Text)
-    {
-        return false;
-    }
-    const RecordMember& rMember = *leaf->pMember;
-    const UINT32        index   = IsArray(rMember) ? leaf->index : 0;
-    if (index >= leaf->values.count)
+    const std::optional<Number> number = FindNumber(rRecord, pRecord, pPath);
+    if (!number)
     {
         return false;
     }
@@ -361,9 +379,42 @@ bool RecordText::SetValue(const RecordDescription& rRecord, VOID* pRecord, const
     if (valid)
     {
         // The walk only reads, but what it walks is the caller's to change.
-        StoreUnlocked(const_cast<BYTE*>(leaf->values.At(rMember, index)), rMember.type, value);
+        StoreUnlocked(const_cast<BYTE*>(number->pPlace), number->type, value);
     }
     return valid;
+}
+
+const VOID* RecordText::PlaceOf(const RecordDescription& rRecord, const VOID* pRecord, const CHAR* pPath)
+{
+    const std::optional<Number> number = FindNumber(rRecord, pRecord, pPath);
+    return number ? number->pPlace : nullptr;
+}
+
+bool RecordText::ReachesInArray(const RecordDescription& rRecord, const VOID* pRecord, const VOID* pPlace)
+{
+    if (!rRecord.ownsMemory)
+    {
+        return false;
+    }
+    const BYTE* pBytes = static_cast<const BYTE*>(pRecord);
+    for (UINT32 index = 0; index < rRecord.memberCount; ++index)
+    {
+        const RecordMember& rMember = rRecord.pMembers[index];
+        const Values        values  = ValuesOf(rMember, pBytes);
+        if (rMember.form == Form::Variable && std::less_equal<const VOID*>()(values.pFirst, pPlace) &&
+            std::less<const VOID*>()(pPlace, values.At(rMember, values.count)))
+        {
+            return true;
+        }
+        for (UINT32 item = 0; rMember.type == ValueType::Record && item < values.count; ++item)
+        {
+            if (ReachesInArray(*rMember.pRecord, values.At(rMember, item), pPlace))
+            {
+                return true;
+            }
+        }
+    }
+    return false;
 }
 
 bool RecordText::GetInfo(const RecordDescription& rRecord, const VOID* pRecord, const CHAR* pPath,

@@ -29,6 +29,12 @@ bool GetValue(const tuning::RecordDescription& rRecord, const VOID* pRecord, con
 /// @return false if the path leads to no number or the text is none; the record is then as before
 bool SetValue(const tuning::RecordDescription& rRecord, VOID* pRecord, const CHAR* pPath, const CHAR* pValue);
 
+/// @return where SetValue stores, null if the path leads to no number
+const VOID* PlaceOf(const tuning::RecordDescription& rRecord, const VOID* pRecord, const CHAR* pPath);
+
+/// @return whether a place lies in an array of the record, or in one of what the record holds
+bool ReachesInArray(const tuning::RecordDescription& rRecord, const VOID* pRecord, const VOID* pPlace);
+
 /// Appends a description of each member of a record.
 /// @param pPath to a record in the record; null or empty for the record itself
 /// @return false if the path leads to no record

@@ -214,6 +214,23 @@ bool TableModule::SetValue(const CHAR* pPath, const CHAR* pValue)
     return true;
 }
 
+const VOID* TableModule::PlaceInArray(const CHAR* pPath)
+{
+    const VOID* pPlace = HasText() ? RecordText::PlaceOf(*m_rDescription.pRecord, Record(), pPath) : nullptr;
+    return (pPlace != nullptr && RecordText::ReachesInArray(*m_rDescription.pRecord, Record(), pPlace)) ? pPlace
+                                                                                                        : nullptr;
+}
+
+VOID TableModule::NoteSharedEdit(const VOID* pPlace)
+{
+    // The record stays as it is meanwhile: a frame may be about to load it, or to evict it.
+    const std::lock_guard<ParameterMutex> lock(m_mutex);
+    if (HasText() && RecordText::ReachesInArray(*m_rDescription.pRecord, Record(), pPlace))
+    {
+        RenewStamp();
+    }
+}
+
 bool TableModule::GetInfo(const CHAR* pPath, PList<ParameterParserInfo>& rList)
 {
     return HasText() && RecordText::GetInfo(*m_rDescription.pRecord, Record(), pPath, rList);

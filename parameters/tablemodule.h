@@ -42,6 +42,13 @@ public:
     bool SetValue(const CHAR* pPath, const CHAR* pValue) override;
     bool GetInfo(const CHAR* pPath, PList<ParameterParserInfo>& rList) override;
 
+    /// @return where SetValue stores, if that is in an array, which other records may have as well; null otherwise
+    const VOID* PlaceInArray(const CHAR* pPath);
+
+    /// Tells that a number in an array has been set through another record. If this record has the array, too, it has
+    /// another content from now on, and its users build themselves anew; its SymbolTableID stays.
+    VOID NoteSharedEdit(const VOID* pPlace);
+
     /// The module's record: a struct of the described type, or a BareModuleType. It lives as long as the module.
     TAVO_VISIBLE VOID* Record();
 

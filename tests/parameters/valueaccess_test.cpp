@@ -180,6 +180,42 @@ TEST_F(ValueAccessTest, AChangeShowsInTheRecordAndInItsID)
     EXPECT_EQ(pRecord->steps[1], 0.5f);
 }
 
+TEST_F(ValueAccessTest, AnEditOfASharedArrayIsOneOfAllRecordsThatHaveIt)
+{
+    TuningFileMaker maker;
+    maker.writer.m_sharesArrays = true;
+    const UINT32 root           = maker.Table();
+    maker.Alpha(root, 1);
+    maker.Alpha(maker.Mode(root, Usecase, 2), 1);
+    maker.Alpha(maker.Mode(root, Usecase, 3), 3);
+    ParameterSetManager manager("cam", smallschema::Modules, Verbose());
+    ASSERT_TRUE(manager.LoadBinaryParameters(Write(maker.Build())));
+    smallschema::AlphaType* records[] = {Alpha(manager, {}), Alpha(manager, m_video),
+                                         Alpha(manager, Branch({{Usecase, 3}}))};
+    ASSERT_EQ(records[0]->steps, records[1]->steps);
+    ASSERT_NE(records[0]->steps, records[2]->steps);
+
+    const struct
+    {
+        const CHAR* pName;
+        bool        isNew[3];
+    } edits[] = {{"steps[1]", {true, true, false}}, {"value", {false, true, false}}};
+    for (const auto& rEdit : edits)
+    {
+        UINT64 stamps[3];
+        std::ranges::transform(records, stamps, TableModule::ContentStamp);
+        const UINT32 id = records[0]->SymbolTableID;
+        EXPECT_TRUE(manager.SetValue(0, "0.0|2.2", "alpha", rEdit.pName, "7"));
+        for (size_t index = 0; index < std::size(records); ++index)
+        {
+            EXPECT_EQ(TableModule::ContentStamp(records[index]) != stamps[index], rEdit.isNew[index])
+                << rEdit.pName << " " << index;
+        }
+        EXPECT_EQ(records[0]->SymbolTableID, id) << "that of the edited record alone counts";
+    }
+    EXPECT_EQ(records[0]->steps[1], 7.0f);
+}
+
 TEST_F(ValueAccessTest, AnEditedModeIsNeverEvicted)
 {
     ParameterSetManager manager("cam", smallschema::Modules, Verbose(5));

@@ -59,10 +59,20 @@ VOID RecordWriter::EncodeMember(const RecordMember& rMember, const BYTE* pRecord
         const BYTE* const pValues = (rMember.form == Form::Variable) ? ValueAt<const BYTE*>(pPlace) : pPlace;
         ByteWriter        block;
         EncodeValues(rMember, pValues, count, block);
-        rWriter.Add(count).Add((count > 0) ? m_rBuilder.AddData(block.Get()) : m_rBuilder.EmptyData());
+        rWriter.Add(count).Add((count > 0) ? AddArray(block.Get()) : m_rBuilder.EmptyData());
         break;
     }
     }
+}
+
+UINT32 RecordWriter::AddArray(const std::vector<BYTE>& rBlock)
+{
+    const auto same = m_arrays.find(rBlock);
+    if (m_sharesArrays && same != m_arrays.end())
+    {
+        return m_rBuilder.AddData({}, same->second);
+    }
+    return m_arrays[rBlock] = m_rBuilder.AddData(rBlock);
 }
 
 VOID RecordWriter::EncodeValues(const RecordMember& rMember, const BYTE* pValues, UINT32 count, ByteWriter& rWriter)

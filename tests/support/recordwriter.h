@@ -3,6 +3,7 @@
 #pragma once
 
 #include <map>
+#include <string>
 #include <vector>
 
 #include "schema/tuningrecord.h"
@@ -28,11 +29,16 @@ public:
     UINT32 AddModule(const CHAR* pName, const VersionUnion& rVersion, UINT32 modeId,
                      const tuning::RecordDescription& rRecord, const VOID* pRecord);
 
+    /// Gives equal arrays one block, as files do in which readers share arrays.
+    bool m_sharesArrays = false;
+
 private:
-    VOID EncodeMember(const tuning::RecordMember& rMember, const BYTE* pRecord, ByteWriter& rWriter);
-    VOID EncodeValues(const tuning::RecordMember& rMember, const BYTE* pValues, UINT32 count, ByteWriter& rWriter);
+    UINT32 AddArray(const std::vector<BYTE>& rBlock);
+    VOID   EncodeMember(const tuning::RecordMember& rMember, const BYTE* pRecord, ByteWriter& rWriter);
+    VOID   EncodeValues(const tuning::RecordMember& rMember, const BYTE* pValues, UINT32 count, ByteWriter& rWriter);
 
     ParameterFileBuilder&                              m_rBuilder;
     std::map<const tuning::RecordDescription*, UINT32> m_defined;
     std::map<std::string, bool>                        m_definedModules;
+    std::map<std::vector<BYTE>, UINT32>                m_arrays;  ///< first entry with these bytes
 };
