@@ -55,32 +55,9 @@ constexpr BankDescription BankDescriptions[BankCount] = {
     Describe<DBSnapshotPayload>(BankIDSnapshot, "BankIDSnapshot"),
 };
 
-bool IsSlot(INT32 dataID)
-{
-    return static_cast<UINT32>(dataID) < BankSlotCount;
-}
-
-/// @return the slot, null for a data ID out of range
-template <typename Payload> Payload* FindSlot(Payload (&rSlots)[BankSlotCount], INT32 dataID)
-{
-    return IsSlot(dataID) ? &rSlots[dataID] : nullptr;
-}
-
-/// Copies the payload into the slot of its data ID. @return false if that is out of range
-template <typename Payload> bool StoreInSlot(Payload (&rSlots)[BankSlotCount], const Payload& rPayload)
-{
-    Payload* pSlot = FindSlot(rSlots, rPayload.dataID);
-    if (pSlot != nullptr)
-    {
-        *pSlot = rPayload;
-    }
-    return pSlot != nullptr;
-}
-
 }  // namespace
 
-CKIROBankManager::CKIROBankManager()
-    : m_context(0), m_storageTriggers{}, m_storageCalculators{}, m_storageAnalyzers{}, m_bankCount(0)
+CKIROBankManager::CKIROBankManager() : m_context(0), m_bankCount(0)
 {
     for (const BankDescription& rDescription : BankDescriptions)
     {
@@ -144,6 +121,9 @@ template <typename Record> VOID CKIROBankManager::SetBankRecord(KIROBankIDType b
 VOID CKIROBankManager::SetTuning(StatsTuningData* pTuningData)
 {
     using namespace tuningaccess;
+    m_storageTriggers.ForgetTuningTexts();
+    m_storageCalculators.ForgetTuningTexts();
+    m_storageAnalyzers.ForgetTuningTexts();
     SetBankRecord(BankIDMetering1D, Get_kirodb1dmeterweight(*pTuningData));
     SetBankRecord(BankIDMetering2D, Get_kirodb2dmeterweight(*pTuningData));
     SetBankRecord(BankIDROITable, Get_kirodbroi(*pTuningData));
@@ -323,7 +303,7 @@ KiroResult CKIROBankManager::UtilGetStartEndFromBank(const DataBankType* pBank, 
     switch (pBank->bankID)
     {
     case BankIDStatsCalculator:
-        if (const DBFloatPayload* pSlot = FindSlot(m_storageCalculators, pBank->dataID))
+        if (const DBFloatPayload* pSlot = m_storageCalculators.Find(pBank->dataID))
         {
             rValue = {pSlot->value, pSlot->value};
         }
@@ -334,7 +314,7 @@ KiroResult CKIROBankManager::UtilGetStartEndFromBank(const DataBankType* pBank, 
         }
         break;
     case BankIDTriggers:
-        if (const DBFloatPayload* pSlot = FindSlot(m_storageTriggers, pBank->dataID))
+        if (const DBFloatPayload* pSlot = m_storageTriggers.Find(pBank->dataID))
         {
             rValue = {pSlot->value, pSlot->value};
         }
@@ -345,7 +325,7 @@ KiroResult CKIROBankManager::UtilGetStartEndFromBank(const DataBankType* pBank, 
         }
         break;
     case BankIDSceneAnalyzer:
-        if (const DBStartEndPayload* pSlot = FindSlot(m_storageAnalyzers, pBank->dataID))
+        if (const DBStartEndPayload* pSlot = m_storageAnalyzers.Find(pBank->dataID))
         {
             rValue = pSlot->value;
         }
@@ -408,7 +388,7 @@ KiroResult CKIROBankManager::UtilSetStartEndToBank(const DataBankType* pBank, St
 
 DBStartEndPayload* CKIROBankManager::GetDataSceneAnalyzer(INT32 dataID)
 {
-    DBStartEndPayload* pSlot = FindSlot(m_storageAnalyzers, dataID);
+    DBStartEndPayload* pSlot = m_storageAnalyzers.Find(dataID);
     if (pSlot == nullptr)
     {
         STATS_LOG_ERROR("GetDataSceneAnalyzer Invalid data ID %d", dataID);
@@ -418,7 +398,7 @@ DBStartEndPayload* CKIROBankManager::GetDataSceneAnalyzer(INT32 dataID)
 
 DBFloatPayload* CKIROBankManager::GetDataStatsCalculator(INT32 dataID)
 {
-    DBFloatPayload* pSlot = FindSlot(m_storageCalculators, dataID);
+    DBFloatPayload* pSlot = m_storageCalculators.Find(dataID);
     if (pSlot == nullptr)
     {
         STATS_LOG_ERROR("GetDataStatsCalculator Invalid data ID %d", dataID);
@@ -428,7 +408,7 @@ DBFloatPayload* CKIROBankManager::GetDataStatsCalculator(INT32 dataID)
 
 DBFloatPayload* CKIROBankManager::GetDataTriggers(INT32 dataID)
 {
-    DBFloatPayload* pSlot = FindSlot(m_storageTriggers, dataID);
+    DBFloatPayload* pSlot = m_storageTriggers.Find(dataID);
     if (pSlot == nullptr)
     {
         STATS_LOG_ERROR("GetDataTriggers Invalid data ID %d", dataID);
@@ -534,11 +514,11 @@ KiroResult CKIROBankManager::SetDataConvSettle(const BankData& rData)
 
 KiroResult CKIROBankManager::SetDataSceneAnalyzer(const BankData& rData)
 {
-    const DBStartEndPayload& rPayload = *static_cast<const DBStartEndPayload*>(rData.pPayload);
+    const INT32 dataID = static_cast<const DBStartEndPayload*>(rData.pPayload)->dataID;
     // An analyzer that publishes nothing writes to data ID -1.
-    if (rPayload.dataID != -1 && !StoreInSlot(m_storageAnalyzers, rPayload))
+    if (dataID != -1 && !m_storageAnalyzers.Store(rData))
     {
-        STATS_LOG_ERROR("Data is not saved in Scene Analyzer DB with index %d", rPayload.dataID);
+        STATS_LOG_ERROR("Data is not saved in Scene Analyzer DB with index %d", dataID);
         return ResultInvalidArgument;
     }
     return 0;
@@ -546,11 +526,10 @@ KiroResult CKIROBankManager::SetDataSceneAnalyzer(const BankData& rData)
 
 KiroResult CKIROBankManager::SetDataStatsCalculator(const BankData& rData)
 {
-    const DBFloatPayload& rPayload = *static_cast<const DBFloatPayload*>(rData.pPayload);
-    if (!StoreInSlot(m_storageCalculators, rPayload))
+    if (!m_storageCalculators.Store(rData))
     {
         STATS_LOG_ERROR("cannot store in stats calculator  bank; index %d must be smaller than %d and larger than 0",
-                        rPayload.dataID, static_cast<INT32>(BankSlotCount));
+                        static_cast<const DBFloatPayload*>(rData.pPayload)->dataID, static_cast<INT32>(BankSlotCount));
         return ResultInvalidArgument;
     }
     return 0;
@@ -558,11 +537,10 @@ KiroResult CKIROBankManager::SetDataStatsCalculator(const BankData& rData)
 
 KiroResult CKIROBankManager::SetDataTriggers(const BankData& rData)
 {
-    const DBFloatPayload& rPayload = *static_cast<const DBFloatPayload*>(rData.pPayload);
-    if (!StoreInSlot(m_storageTriggers, rPayload))
+    if (!m_storageTriggers.Store(rData))
     {
         STATS_LOG_ERROR("cannot store in trigger bank; index %d must be smaller than %d and larger than 0",
-                        rPayload.dataID, static_cast<INT32>(BankSlotCount));
+                        static_cast<const DBFloatPayload*>(rData.pPayload)->dataID, static_cast<INT32>(BankSlotCount));
         return ResultInvalidArgument;
     }
     return 0;

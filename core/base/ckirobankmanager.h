@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/base/ckirobank.h"
+#include "core/base/valueslots.h"
 #include "interface/kirobankdata.h"
 #include "interface/kiroframe.h"
 #include "interface/statstuningdata.h"
@@ -31,7 +32,8 @@ class CKIROBankManager
 public:
     CKIROBankManager();
 
-    /// Rebuilds all tuned banks from the tuning; entries that modules or the host set are dropped.
+    /// Rebuilds all tuned banks from the tuning; entries that modules or the host set are dropped. Value banks keep
+    /// their values, without the descriptions that are texts of the tuning before.
     VOID SetTuning(StatsTuningData* pTuningData);
 
     /// The rebuilding of one tuned bank.
@@ -115,10 +117,10 @@ private:
     template <typename Payload> Payload* GetDequePayload(KIROBankIDType bankID, INT32 dataID);
     template <typename Record> VOID      SetBankRecord(KIROBankIDType bankID, Record* pRecord);
 
-    UINT64            m_context;
-    DBFloatPayload    m_storageTriggers[BankSlotCount];
-    DBFloatPayload    m_storageCalculators[BankSlotCount];
-    DBStartEndPayload m_storageAnalyzers[BankSlotCount];
-    UINT              m_bankCount;
-    CKIROBank         m_banks[BankCount];  ///< indexed by bank ID
+    UINT64                        m_context;
+    ValueSlots<DBFloatPayload>    m_storageTriggers;
+    ValueSlots<DBFloatPayload>    m_storageCalculators;
+    ValueSlots<DBStartEndPayload> m_storageAnalyzers;
+    UINT                          m_bankCount;
+    CKIROBank                     m_banks[BankCount];  ///< indexed by bank ID
 };

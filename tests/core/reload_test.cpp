@@ -50,7 +50,7 @@ std::string TuningText(UINT32 version)
             "triggerData: {settleCountTh: " + std::string((version == QuickVersion) ? "0" : "50") +
                 ", settleExpTh: 3.0}");
     Replace(text, "        averageStatsCalculator:\n",
-            "        statsCalculators: [{calculatorID: 3, APISelection: API01GridWeightedAverage, "
+            "        statsCalculators: [{calculatorID: 3, description: Spot, APISelection: API01GridWeightedAverage, "
             "statsSelection: "
             "{channel1: luma}, outputStorage: {start: " +
                 id(CalculatorID) + ", end: " + id(CalculatorID) +
@@ -400,6 +400,13 @@ TEST(Reload, StagesBeforeTheNextFrameSeeTheNewTuning)
          {
              rCamera.m_pAlgo->RunConvSettle(rCamera.m_pAlgo, rCamera.m_convergence);
              EXPECT_EQ(rCamera.m_convergence.bSettle, TRUE);
+         }},
+        {"getBankData",
+         [](Camera& rCamera)
+         {
+             const auto spot = rCamera.Value<DBFloatPayload>(BankIDStatsCalculator, CalculatorID + 1);
+             EXPECT_EQ(spot.value, 25.0f) << "values stay";
+             EXPECT_EQ(spot.description, nullptr) << "texts of the tuning do not";
          }},
         {"RunConvPostProcess",
          [](Camera& rCamera) { rCamera.m_pAlgo->RunConvPostProcess(rCamera.m_pAlgo, rCamera.m_convergence); }},

@@ -1,0 +1,50 @@
+/// @file
+/// The slots of a value bank, indexed by data ID.
+#pragma once
+
+#include <bitset>
+
+#include "core/base/ckirobank.h"
+
+/// @tparam Payload with dataID and description
+template <typename Payload> class ValueSlots
+{
+public:
+    /// @return the slot, null for a data ID out of range
+    Payload* Find(INT32 dataID)
+    {
+        return (static_cast<UINT32>(dataID) < BankSlotCount) ? &m_slots[dataID] : nullptr;
+    }
+
+    /// Copies the payload into the slot of its data ID. @return false if that is out of range
+    bool Store(const BankData& rData)
+    {
+        const Payload& rPayload = *static_cast<const Payload*>(rData.pPayload);
+        Payload*       pSlot    = Find(rPayload.dataID);
+        if (pSlot == nullptr)
+        {
+            return false;
+        }
+        *pSlot = rPayload;
+
+        m_isTuningText[static_cast<UINT32>(rPayload.dataID)] = rData.source == SourceModuleMetering;
+        return true;
+    }
+
+    /// Takes away the descriptions that may be texts of the tuning, those that metering gave; the values stay.
+    VOID ForgetTuningTexts()
+    {
+        for (UINT32 slot = 0; slot < BankSlotCount; ++slot)
+        {
+            if (m_isTuningText[slot])
+            {
+                m_slots[slot].description = nullptr;
+            }
+        }
+        m_isTuningText.reset();
+    }
+
+private:
+    Payload                    m_slots[BankSlotCount] = {};
+    std::bitset<BankSlotCount> m_isTuningText;
+};
