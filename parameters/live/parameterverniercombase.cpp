@@ -1,6 +1,5 @@
 #include "parameters/live/parameterverniercombase.h"
 
-#include <chrono>
 #include <system_error>
 #include <utility>
 
@@ -15,8 +14,6 @@ constexpr INT32 ReadTimeoutSeconds = 1;
 /// Requests that wait and answers that wait, together. A client that sends faster than it is served, or that does not
 /// read its answers, is held up by its own connection beyond that, and the service's memory stays bounded.
 constexpr size_t MaxPackets = 64;
-
-constexpr auto BusySlice = std::chrono::milliseconds(10);
 
 constexpr UINT32 MinWriteSize = 3;  ///< bytes of a packet that has a command
 
@@ -67,6 +64,7 @@ VOID ParameterVernierComBase::Stop()
     m_stop = true;
     m_readQueue.Wake();
     m_writeQueue.Wake();
+    AnnounceRoom();
     if (m_readThread.joinable())
     {
         m_readThread.join();
@@ -85,8 +83,14 @@ std::unique_ptr<ParameterVernierComBase::Packet> ParameterVernierComBase::Read()
     if (pPacket != nullptr)
     {
         m_servedClient = pPacket->client;
+        AnnounceRoom();
     }
     return pPacket;
+}
+
+bool ParameterVernierComBase::HasListener() const
+{
+    return m_deafClient != m_servedClient;
 }
 
 VOID ParameterVernierComBase::Write(const BYTE* pBuffer, UINT32 size)
@@ -166,11 +170,7 @@ VOID ParameterVernierComBase::ReadWorker()
     const auto pBuffer = std::make_unique<BYTE[]>(vernier::PacketLimit);
     while (!m_stop)
     {
-        if (HasManyPackets())
-        {
-            std::this_thread::sleep_for(BusySlice);
-            continue;
-        }
+        WaitForRoom();
         const UINT32 length = ReceiveVernierRequest(pBuffer.get(), vernier::PacketLimit, vernier::CommandCount,
                                                     ReadTimeoutSeconds, m_stop);
         QueueReadData(pBuffer.get(), static_cast<INT32>(length));
@@ -182,6 +182,7 @@ VOID ParameterVernierComBase::WriteWorker()
     while (!m_stop)
     {
         const std::unique_ptr<Packet> pPacket = m_writeQueue.Pop();
+        AnnounceRoom();
         if (pPacket != nullptr && !m_stop)
         {
             Send(*pPacket);
@@ -204,7 +205,10 @@ VOID ParameterVernierComBase::Send(const Packet& rPacket)
                                 static_cast<INT32>(rPacket.size));
         return;
     }
-    WriteData(rPacket.data.get(), rPacket.size);
+    if (WriteData(rPacket.data.get(), rPacket.size) < rPacket.size)
+    {
+        m_deafClient = rPacket.client;
+    }
     LogWrite(rPacket);
 }
 
@@ -228,9 +232,33 @@ VOID ParameterVernierComBase::LogWrite(const Packet& rPacket) const
     ParameterLogging::Write(m_pLog, ParameterLogging::Debug, "Vernier write %d bytes, Command: %d\n", size, command);
 }
 
-bool ParameterVernierComBase::HasManyPackets() const
+size_t ParameterVernierComBase::PacketCount() const
 {
-    return m_readQueue.Size() + m_writeQueue.Size() >= MaxPackets;
+    return m_readQueue.Size() + m_writeQueue.Size();
+}
+
+/// When too many packets wait, comes back when many fewer do, so that threads do not take turns for each packet; and
+/// when stopping.
+VOID ParameterVernierComBase::WaitForRoom()
+{
+    if (PacketCount() >= MaxPackets)
+    {
+        std::unique_lock<std::mutex> lock(m_roomMutex);
+        m_room.wait(lock, [this] { return m_stop || PacketCount() <= MaxPackets / 2; });
+    }
+}
+
+VOID ParameterVernierComBase::AnnounceRoom()
+{
+    if (!m_stop && PacketCount() > MaxPackets / 2)
+    {
+        return;
+    }
+    {
+        // Whoever waits has either not looked yet, or is woken.
+        const std::lock_guard<std::mutex> lock(m_roomMutex);
+    }
+    m_room.notify_one();
 }
 
 const CHAR* ParameterVernierComBase::Identifier() const

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <atomic>
+#include <condition_variable>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -47,6 +48,9 @@ public:
     /// Waits for a request.
     /// @return the next one, empty if it was of 65535 bytes; null if the service is about to stop
     std::unique_ptr<Packet> Read();
+
+    /// @return false if answers to the request that was Read last will reach nobody. What only asks need not be served.
+    bool HasListener() const;
 
     /// Queues a copy of an answer to the request that was Read last; never waits. It is dropped if the client of that
     /// request has left by the time it would be sent. Null, a size of 0 or one of 65535 and more send nothing.
@@ -93,7 +97,10 @@ private:
     VOID WriteWorker();
     VOID Send(const Packet& rPacket);
     VOID LogWrite(const Packet& rPacket) const;
-    bool HasManyPackets() const;
+    VOID WaitForRoom();
+    VOID AnnounceRoom();
+
+    size_t PacketCount() const;
 
     const CHAR* Identifier() const;
 
@@ -109,4 +116,8 @@ private:
     std::mutex          m_clientMutex;
     UINT32              m_client = 0;       ///< changed by the read thread alone
     std::atomic<UINT32> m_servedClient{0};  ///< whose request was Read last
+    std::atomic<UINT32> m_deafClient{~0U};  ///< the last one that has not taken an answer
+
+    std::mutex              m_roomMutex;
+    std::condition_variable m_room;  ///< there may be room in the queues
 };

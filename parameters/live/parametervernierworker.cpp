@@ -55,6 +55,12 @@ VOID ParameterVernierWorker::Stop()
     }
 }
 
+/// Whether a request changes nothing and starts nothing: it is about its answer alone.
+bool ParameterVernierWorker::IsQuestion(Command command)
+{
+    return command <= Command::GetValues;
+}
+
 VOID ParameterVernierWorker::ReadWorker()
 {
     while (!m_stop)
@@ -79,6 +85,11 @@ VOID ParameterVernierWorker::Dispatch(const BYTE* pRequest, UINT32 size)
     else
     {
         std::memcpy(&command, pRequest + vernier::CommandOffset, sizeof(command));
+    }
+    // What a client that floods has left behind would otherwise hold up the next one.
+    if (IsQuestion(static_cast<Command>(command)) && !m_com.HasListener())
+    {
+        return;
     }
     switch (static_cast<Command>(command))
     {

@@ -86,6 +86,8 @@ private:
 
     using Packet = ParameterVernierComBase::Packet;
 
+    static bool IsQuestion(vernier::Command command);
+
     VOID ReadWorker();
     VOID Dispatch(const BYTE* pRequest, UINT32 size);
 

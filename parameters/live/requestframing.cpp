@@ -31,11 +31,12 @@ UINT32 RequestFraming::TakeRequest(BYTE* pBuffer, UINT32 size, UINT16 commandLim
             {
                 LogNewCommand(length);
             }
-            std::copy_n(m_bytes.data(), length, pBuffer);
+            std::copy_n(Head(), length, pBuffer);
             DropHead(length);
             return length;
         }
     }
+    MoveToFront();
     return 0;
 }
 
@@ -44,7 +45,7 @@ RequestFraming::Verdict RequestFraming::Judge(UINT32 size, UINT16 commandLimit)
     const UINT32 tag     = Word(0);
     const UINT32 command = Word(vernier::CommandOffset);
     const UINT32 length  = Word(vernier::LengthOffset);
-    const BYTE*  p       = m_bytes.data();
+    const BYTE*  p       = Head();
     if (tag != vernier::StartTag)
     {
         ParameterLogging::Write(
@@ -104,7 +105,7 @@ VOID RequestFraming::RefuseHead()
 /// request, even if the refused one should have more to come.
 VOID RequestFraming::SkipOutstanding()
 {
-    if (m_skip == 0 || m_fill == 0 || (m_fill == 1 && m_bytes[0] == FirstTagByte))
+    if (m_skip == 0 || m_fill == 0 || (m_fill == 1 && *Head() == FirstTagByte))
     {
         return;
     }
@@ -120,8 +121,15 @@ VOID RequestFraming::SkipOutstanding()
 
 VOID RequestFraming::DropHead(UINT32 count)
 {
-    std::copy(m_bytes.begin() + count, m_bytes.begin() + m_fill, m_bytes.begin());
+    m_head += count;
     m_fill -= count;
+}
+
+/// Done once per read and not per request: a buffer can hold thousands of them.
+VOID RequestFraming::MoveToFront()
+{
+    std::copy(Head(), Head() + m_fill, m_bytes.begin());
+    m_head = 0;
 }
 
 /// Traces a request of a command that came after the first ten. Callers that serve only those ten never get here.
@@ -134,8 +142,8 @@ VOID RequestFraming::LogNewCommand(UINT32 length) const
     ParameterLogging::Write(m_pLog, ParameterLogging::Debug,
                             "Vernier recv %u bytes, Command %d, ID: %u, Payload: %.*s\n", length,
                             Word(vernier::CommandOffset), requestID, static_cast<INT32>(length - payloadOffset),
-                            reinterpret_cast<const CHAR*>(m_bytes.data() + payloadOffset));
-    if (m_bytes[length - 1] != 0)
+                            reinterpret_cast<const CHAR*>(Head() + payloadOffset));
+    if (Head()[length - 1] != 0)
     {
         ParameterLogging::Write(m_pLog, ParameterLogging::Error, "Vernier packet missing terminating nul character\n");
     }
@@ -144,5 +152,5 @@ VOID RequestFraming::LogNewCommand(UINT32 length) const
 /// Two bytes, low one first.
 UINT32 RequestFraming::Word(UINT32 offset) const
 {
-    return m_bytes[offset] | (static_cast<UINT32>(m_bytes[offset + 1]) << 8);
+    return Head()[offset] | (static_cast<UINT32>(Head()[offset + 1]) << 8);
 }

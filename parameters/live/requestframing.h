@@ -21,12 +21,12 @@ public:
     /// Where received bytes go. There is always room for at least one byte after TakeRequest has answered 0.
     BYTE* Room()
     {
-        return m_bytes.data() + m_fill;
+        return m_bytes.data() + m_head + m_fill;
     }
 
     UINT32 RoomSize() const
     {
-        return static_cast<UINT32>(m_bytes.size()) - m_fill;
+        return static_cast<UINT32>(m_bytes.size()) - m_head - m_fill;
     }
 
     /// So many bytes, RoomSize at most, now stand in the room.
@@ -51,11 +51,18 @@ private:
     VOID    SkipOutstanding();
     VOID    RefuseHead();
     VOID    DropHead(UINT32 count);
+    VOID    MoveToFront();
     VOID    LogNewCommand(UINT32 length) const;
 
     UINT32 Word(UINT32 offset) const;
 
+    const BYTE* Head() const
+    {
+        return m_bytes.data() + m_head;
+    }
+
     const IParameterLoggingAPI* const      m_pLog;
+    UINT32                                 m_head = 0;  ///< where the held bytes begin
     UINT32                                 m_fill = 0;
     UINT32                                 m_skip = 0;  ///< bytes of a refused request that are still to come
     std::array<BYTE, vernier::PacketLimit> m_bytes;

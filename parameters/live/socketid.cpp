@@ -18,6 +18,10 @@ constexpr INT32 PollSlice  = 100;  ///< ms
 constexpr INT32 Backlog    = 5;    ///< clients that wait until the present one has left
 constexpr INT32 SendSecond = 1;    ///< s, how long a client that does not read may hold up a packet
 
+/// Bytes of requests that the machine keeps of a client that sends faster than it is served. All of them may have to
+/// be worked off before the next client has its turn.
+constexpr INT32 ReceiveBuffer = 65536;
+
 VOID SetOption(INT32 descriptor, INT32 level, INT32 option, INT32 value)
 {
     setsockopt(descriptor, level, option, &value, sizeof(value));
@@ -82,6 +86,7 @@ bool SocketID::Create()
         // Connections of an earlier run that still wait for late segments do not keep a restarted camera off its port.
         SetOption(descriptor, SOL_SOCKET, SO_REUSEADDR, 1);
     }
+    SetOption(descriptor, SOL_SOCKET, SO_RCVBUF, ReceiveBuffer);  // connections take it over
     return descriptor >= 0;
 }
 
@@ -109,6 +114,11 @@ UINT32 SocketID::ReadData(BYTE* pBuffer, UINT32 size, INT32 timeoutSeconds, cons
     bool              peerGone = false;
     while (true)
     {
+        if (m_isLastRead)
+        {
+            Disconnect();
+            return Disconnected;
+        }
         const bool ready = WaitForInput(peerGone);
         if (ready && peerGone)
         {
@@ -116,9 +126,11 @@ UINT32 SocketID::ReadData(BYTE* pBuffer, UINT32 size, INT32 timeoutSeconds, cons
         }
         if (ready && (m_connection >= 0 || Accept()))
         {
+            const bool    isCutOff = m_isCutOff;  // asked first: what came before is then still read
             const ssize_t received = recv(m_connection, pBuffer, size, MSG_DONTWAIT);
             if (received > 0)
             {
+                m_isLastRead = isCutOff;
                 return static_cast<UINT32>(received);
             }
             if (received < 0 && errno != EAGAIN && errno != EWOULDBLOCK && errno != EINTR)
@@ -167,6 +179,8 @@ bool SocketID::Accept()
 
     std::lock_guard<std::mutex> lock(m_connectionMutex);
     m_connection = connection;
+    m_isCutOff   = false;
+    m_isLastRead = false;
     return true;
 }
 
@@ -193,6 +207,7 @@ UINT32 SocketID::WriteData(const BYTE* pBuffer, UINT32 size)
                                 "Sockets send failed. Attempted send %u bytes, sent %u bytes on port %s\n", size, sent,
                                 local.text);
         shutdown(m_connection, SHUT_RDWR);
+        m_isCutOff = true;
     }
     return sent;
 }
@@ -214,6 +229,7 @@ VOID SocketID::CloseConnection()
     {
         close(m_connection);
         m_connection = -1;
+        m_isLastRead = false;
     }
 }
 

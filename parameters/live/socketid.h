@@ -72,7 +72,8 @@ public:
     UINT32 ReadData(BYTE* pBuffer, UINT32 size, INT32 timeoutSeconds, const std::atomic<bool>& rStop);
 
     /// Waits at most a second for a client that does not read. A client that has not taken all is disconnected, since
-    /// it could not tell where the next packet begins.
+    /// it could not tell where the next packet begins: ReadData answers with what it has sent once more, and then that
+    /// it has left, however much there is behind.
     /// @return bytes sent
     UINT32 WriteData(const BYTE* pBuffer, UINT32 size);
 
@@ -100,4 +101,7 @@ private:
     /// belong to another file of the process. The reading thread, which alone changes it, looks at it without.
     std::mutex m_connectionMutex;
     INT32      m_connection = -1;
+
+    std::atomic<bool> m_isCutOff{false};     ///< the client does not take answers, or has left without them
+    bool              m_isLastRead = false;  ///< has been cut off before it was last read from
 };

@@ -6,6 +6,7 @@
 
 #include "host/controlvalues.h"
 #include "tests/kirosim/simulationrun.h"
+#include "tests/parameters/live/livefixture.h"
 #include "tools/kirosim/runreport.h"
 #include "tools/liveclient/liveclient.h"
 
@@ -114,6 +115,66 @@ TEST(LiveTuning, FramesAndEditsGoOnSideBySide)
     isOver = true;
     tool.join();
     EXPECT_GT(rounds, 0U);
+}
+
+/// What a client that never reads goes on sending.
+Bytes RequestFor(UINT16 command, const std::string& rText)
+{
+    Bytes request = Packet(static_cast<UINT32>(vernier::PayloadOffset(command) + rText.size() + 1), command);
+    std::copy(rText.begin(), rText.end(), request.end() - 1 - static_cast<std::ptrdiff_t>(rText.size()));
+    request.back() = 0;
+    return request;
+}
+
+TEST(LiveTuning, WhateverAClientLeftTheNextIsServed)
+{
+    LoadedTuning              tuning(EXAMPLES_DIR "/tunings/phone.yaml", true);
+    const liveclient::Options options = {.port    = tuning.Manager().GetLiveTuningPort(),
+                                         .timeout = std::chrono::seconds(20)};  // a sanitizer works floods off slowly
+
+    const Bytes longest = Packet(65534, 5);
+    const auto  first   = [&](size_t count) { return Bytes(longest.begin(), longest.begin() + count); };
+    const Bytes edit    = RequestFor(6, "Default:kiroconvergence:unitStepSize=0.75");
+    struct Case
+    {
+        const CHAR* pName;
+        Bytes       bytes;
+        bool        isFlood;
+        bool        isReset;  ///< else the client leaves in an orderly way
+    };
+    const Case cases[] = {
+        {"a byte", first(1), false, true},
+        {"less than a header", first(13), false, true},
+        {"most of a request", first(65500), false, true},
+        {"60 bytes too few", first(65534 - 60), false, true},
+        {"a header with a length that nothing fills", first(14), false, true},
+        {"half a value", Bytes(edit.begin(), edit.end() - 2), false, true},
+        {"a refused request", WithLength(Packet(14, 10), 60000), false, true},
+        {"a length of zero", WithLength(Packet(14), 0), false, true},
+        {"questions", RequestFor(5, "Default:kiroconvergence"), true, true},
+        {"requests without an answer", Packet(14, 7), true, false},
+        {"edits", edit, true, true},
+    };
+    for (const Case& rCase : cases)
+    {
+        LiveClient bad(options.port);
+        if (rCase.isFlood)
+        {
+            EXPECT_GT(bad.Flood(rCase.bytes, size_t{8} << 20), 1000U) << rCase.pName;
+        }
+        else
+        {
+            EXPECT_TRUE(bad.Send(rCase.bytes)) << rCase.pName;
+        }
+        rCase.isReset ? bad.Reset() : bad.Close();
+        EXPECT_NO_THROW({
+            liveclient::Client next(options);
+            EXPECT_EQ(next.Device().major, 2);
+            const auto value = next.Get("Default", "kiroconvergence", {"unitStepSize"});
+            ASSERT_EQ(value.size(), 1U);
+            EXPECT_EQ(value[0].text, rCase.bytes == edit ? "0.75" : "0.25") << rCase.pName;
+        }) << rCase.pName;
+    }
 }
 
 }  // namespace

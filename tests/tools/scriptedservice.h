@@ -103,8 +103,15 @@ private:
 
     bool ReadRequest(Bytes& rRequest)
     {
-        rRequest.resize(14);
-        if (!ReadAll(rRequest))
+        rRequest.assign(14, 0);
+        while (rRequest[0] == 0)  // what a client without an answer sends behind its first request
+        {
+            if (!ReadAll(std::span(rRequest).first(1)))
+            {
+                return false;
+            }
+        }
+        if (!ReadAll(std::span(rRequest).subspan(1)))
         {
             return false;
         }

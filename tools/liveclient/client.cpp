@@ -1,5 +1,7 @@
 #include "tools/liveclient/liveclient.h"
 
+#include <algorithm>
+#include <array>
 #include <charconv>
 #include <random>
 
@@ -20,6 +22,9 @@ using vernier::Command;
 
 constexpr const char* CommandNames[] = {"DeviceInfo", "ActiveModes", "ControlValues", "Modes",  "Info",
                                         "GetValues",  "SetValues",   "TriggerValues", "Custom", "ModeTableIndex"};
+
+/// How long the service may take for an answer that costs it nothing, before it is asked again.
+constexpr std::chrono::milliseconds SynchronizeSlice{250};
 
 /// Bytes of a text with its NUL.
 std::span<const BYTE> BytesOf(const std::string& rText)
@@ -69,24 +74,33 @@ Client::Client(const Options& rOptions)
 Client::~Client() = default;
 
 /// Answers to a client that has left are sent to the next one, and those without a request ID look like its own. They
-/// come in order, so whatever comes before the answer to a first request with an ID is of that kind.
+/// come in order, so whatever comes before the answer to the latest request with an ID is of that kind.
 ///
 /// The service also keeps half a request of a client that has left, which the first bytes of the next client complete.
-/// So the first request may be swallowed, and is repeated.
+/// So the first request may be swallowed; it also spoils what half a request to set would have set. Then zeros: as many
+/// as any request can lack, and behind it they are no request, so that they are dropped. The last few may stay until a
+/// request comes that is dropped with them, so it takes another one.
 VOID Client::Synchronize()
 {
-    constexpr int Attempts = 4;
-
-    // A request for values that names no module: nothing to do for the service.
-    const std::vector<BYTE> request = EncodeRequest(Command::GetValues, m_vernierID, ++m_requestID, BytesOf(""));
-    for (int attempt = 0; attempt < Attempts; ++attempt)
+    const auto                     end   = Clock::now() + m_timeout;
+    const Clock::duration          slice = std::min<Clock::duration>(SynchronizeSlice, m_timeout / 4);
+    const std::array<BYTE, 0xFFFF> zeros{};
+    for (bool isFirst = true; Clock::now() < end; isFirst = false)
     {
-        const auto deadline = Clock::now() + m_timeout / Attempts;
+        // A request for values that names no module: nothing to do for the service.
+        const auto request = EncodeRequest(Command::GetValues, m_vernierID, ++m_requestID, BytesOf(""));
         Answer     answer;
-        m_pConnection->Send(request, deadline);
-        if (Await(Command::GetValues, m_requestID, deadline, answer))
+        if (!m_pConnection->TrySend(request, end))
+        {
+            break;
+        }
+        if (Await(Command::GetValues, m_requestID, std::min(Clock::now() + slice, end), answer))
         {
             return;
+        }
+        if (isFirst && !m_pConnection->TrySend(zeros, end))
+        {
+            break;
         }
     }
     throw Error(fmt::format("{} takes the connection but does not answer within {} ms: another tool may be connected, "

@@ -128,6 +128,14 @@ VOID Connection::RequireOpen() const
 
 VOID Connection::Send(std::span<const BYTE> bytes, Deadline deadline)
 {
+    if (!TrySend(bytes, deadline))
+    {
+        throw Error(fmt::format("{} takes no more bytes", m_peer));
+    }
+}
+
+bool Connection::TrySend(std::span<const BYTE> bytes, Deadline deadline)
+{
     RequireOpen();
     while (!bytes.empty())
     {
@@ -140,7 +148,7 @@ VOID Connection::Send(std::span<const BYTE> bytes, Deadline deadline)
         {
             if (!WaitFor(POLLOUT, deadline))
             {
-                throw Error(fmt::format("{} takes no more bytes", m_peer));
+                return false;
             }
         }
         else if (errno != EINTR)
@@ -148,6 +156,7 @@ VOID Connection::Send(std::span<const BYTE> bytes, Deadline deadline)
             throw Error(fmt::format("{} has closed the connection: {}", m_peer, TextOf(errno)));
         }
     }
+    return true;
 }
 
 size_t Connection::Receive(std::span<BYTE> bytes, Deadline deadline)

@@ -27,6 +27,9 @@ public:
 
     VOID Send(std::span<const BYTE> bytes, Deadline deadline);
 
+    /// @return false if not all bytes were taken until the deadline
+    bool TrySend(std::span<const BYTE> bytes, Deadline deadline);
+
     /// Waits for as many bytes as there is room for. @return those that came until the deadline
     size_t Receive(std::span<BYTE> bytes, Deadline deadline);
 
