@@ -363,8 +363,7 @@ TEST(LiveSession, ShowsWhatASetHasDone)
         EXPECT_EQ(requests, service.End().size());
         return testing::internal::GetCapturedStdout() + fault;
     };
-    EXPECT_EQ("data[0].weight  1.0  ->  0.5\nno fault",
-              run({Says(5, "data[0].weight=1.0"), Says(6, "data[0].weight=0.5")}, {"data[0].weight=0.5"}, 2));
+    EXPECT_EQ("weight  1.0  ->  0.5\nno fault", run({Says(5, "weight=1.0"), Says(6, "weight=0.5")}, {"weight=0.5"}, 2));
     EXPECT_EQ("b  2.0  ->  3.0\nthe camera did not set: a",
               run({Says(5, "a=1.0;b=2.0"), Says(6, "b=3.0")}, {"a=1", "b=3"}, 2));
     EXPECT_EQ("no such mode path, module or member: 'Default' kirodbroi b", run({Says(5, "a=1.0")}, {"a=1", "b=3"}, 1));

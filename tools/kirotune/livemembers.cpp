@@ -50,6 +50,7 @@ std::optional<KnownMember> FindMember(std::string_view module, std::string_view 
     const tuning::ModuleDescription* pModule    = tuningfile::FindModule(components[0]);
     const tuning::RecordDescription* pRecord    = (pModule != nullptr) ? pModule->pRecord : nullptr;
     std::optional<KnownMember>       known;
+    bool                             isInList = false;
     for (size_t index = 1; index < components.size(); ++index)
     {
         const std::string_view      component = components[index];
@@ -61,7 +62,8 @@ std::optional<KnownMember> FindMember(std::string_view module, std::string_view 
             return std::nullopt;
         }
         const bool isArray = pMember->form == tuning::Form::Fixed || pMember->form == tuning::Form::Variable;
-        known              = {pMember, isArray && bracket == std::string_view::npos};
+        isInList           = isInList || pMember->form == tuning::Form::Variable;
+        known              = {pMember, isArray && bracket == std::string_view::npos, pRecord, isInList};
         pRecord            = pMember->pRecord;
     }
     return known;

@@ -14,8 +14,10 @@ namespace kirotune
 
 struct KnownMember
 {
-    const tuning::RecordMember* pMember;
-    bool                        isWholeArray;  ///< an array without an index behind its name
+    const tuning::RecordMember*      pMember;
+    bool                             isWholeArray;  ///< an array without an index behind its name
+    const tuning::RecordDescription* pHolder;       ///< the record whose member it is
+    bool                             isInList;      ///< of a list that records with the same data share
 };
 
 /// @param module a module, and the record within it to which the member path belongs

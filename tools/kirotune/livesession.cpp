@@ -14,6 +14,7 @@
 #include "parameters/parameterparserinfo.h"
 #include "tools/kirotune/livemembers.h"
 #include "tools/kirotune/liveoutput.h"
+#include "tools/kirotune/livesharing.h"
 #include "tools/liveclient/texts.h"
 #include "tools/tuningfile/files.h"
 #include "tools/tuningfile/names.h"
@@ -347,7 +348,8 @@ VOID LiveSession::Set(const std::string& rPath, const std::string& rModule,
     }
 
     // Nothing is changed unless all of it can be read.
-    std::vector<Value> before   = GetAll(rPath, rModule, names);
+    std::vector<Value> before = GetAll(rPath, rModule, names);
+    SharedEdit         shared(m_client, liveclient::NamedPath(rPath), rModule, names);
     std::vector<Value> readBack = m_client.Set(rPath, rModule, wanted);
     std::vector<Value> oldValues;
     std::vector<Value> newValues;
@@ -370,6 +372,10 @@ VOID LiveSession::Set(const std::string& rPath, const std::string& rModule,
         newValues.push_back(std::move(newValue));
     }
     PrintSet(rModule, oldValues, newValues);
+    for (const std::string& rTouched : shared.Touched())
+    {
+        fmt::print(stderr, "shared, and set as well: {}\n", Clean(rTouched));
+    }
     if (!refused.empty())
     {
         throw Error("the camera did not set:" + refused);
