@@ -7,6 +7,7 @@
 #include "platform/tavodesk.h"
 #include "tests/kirosim/simulationrun.h"
 #include "tools/heapwatch/heapwatch.h"
+#include "tools/kirosoak/hostsequences.h"
 #include "tools/kirosoak/soak.h"
 #include "tools/tuningfile/files.h"
 
@@ -46,6 +47,11 @@ protected:
         tuningfile::ReplaceFile(m_scene, {reinterpret_cast<const BYTE*>(scene.data()), scene.size()});
         UINT32 lap = 0;
         return Soak({1, {m_scene}, m_tuning, [&](const std::string&) { lapEnded(++lap); }, {}}, DiscardLog);
+    }
+
+    const std::string& TuningFile() const
+    {
+        return m_tuning;
     }
 
 private:
@@ -96,6 +102,19 @@ TEST_F(SoakTest, SeesMemoryGrow)
     const CHAR* const pExpected =
         heapwatch::IsCounting() ? "the heap has grown by 16" : "resident memory has grown by ";
     EXPECT_NE(result.faults.front().find(pExpected), std::string::npos) << result.faults.front();
+}
+
+TEST_F(SoakTest, CamerasAreAsGoodAsNewAfterReloadsAndAnyCalls)
+{
+    const SequencePlan plans[] = {{EXAMPLES_DIR "/tunings/phone.yaml", TuningFile(), 24},
+                                  {EXAMPLES_DIR "/tunings/phone.yaml", TuningFile(), 0, 4, 2}};
+    for (const SequencePlan& rPlan : plans)
+    {
+        const SequenceResult result = RunSequences(rPlan, DiscardLog);
+        EXPECT_TRUE(result.faults.empty()) << result.faults.front();
+        EXPECT_EQ(result.sequences, rPlan.sequences);
+        EXPECT_EQ(result.reloadCases, rPlan.reloadCases);
+    }
 }
 
 }  // namespace

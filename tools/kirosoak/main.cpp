@@ -6,6 +6,7 @@
 
 #include "platform/tavodesk.h"
 #include "tools/kirosim/stopsignal.h"
+#include "tools/kirosoak/hostsequences.h"
 #include "tools/kirosoak/soak.h"
 #include "tools/tuningfile/files.h"
 
@@ -19,7 +20,10 @@ struct Options
 {
     std::string              tuning;
     std::vector<std::string> scenes;
-    UINT64                   frames = 10000000;
+    UINT64                   frames    = 10000000;
+    UINT64                   sequences = 0;
+    UINT64                   seed      = 1;
+    bool                     reloads   = false;
 };
 
 /// A parameter file made of a tuning's text; gone with this object.
@@ -62,26 +66,57 @@ VOID ShowLap(const std::string& rLine)
 }
 
 /// @return the program's status
-INT Run(const Options& rOptions)
+INT ShowFaults(const std::vector<std::string>& rFaults)
 {
-    TavoDesk::SetSystemLogSink([](VOID*, UINT64, const CHAR*, UINT32, const CHAR*) {}, nullptr);
-    const kirosim::StopSignal  stopSignal;  // before there is a file to clear away
-    const CompiledTuning       tuning(rOptions.tuning);
+    for (const std::string& rFault : rFaults)
+    {
+        fmt::print(stderr, "kirosoak: {}\n", rFault);
+    }
+    if (kirosim::StopSignal::IsRaised())
+    {
+        throw std::runtime_error("interrupted");
+    }
+    return rFaults.empty() ? 0 : ExitFault;
+}
+
+INT RunScenes(const Options& rOptions, const CompiledTuning& rTuning)
+{
     const kirosoak::SoakResult result = kirosoak::Soak(
-        {rOptions.frames, rOptions.scenes, tuning.Path(), ShowLap, kirosim::StopSignal::IsRaised}, DiscardLog);
+        {rOptions.frames, rOptions.scenes, rTuning.Path(), ShowLap, kirosim::StopSignal::IsRaised}, DiscardLog);
     fmt::print("{} frames in {} laps of {} scenes: {} cameras, {} steps settled, {} values edited, {} reloads, {} mode "
                "changes, {} snapshots; heap {:+} bytes, resident {:+} bytes\n",
                result.frames, result.laps, rOptions.scenes.size(), result.cameras, result.settles, result.edits,
                result.reloads, result.modeChanges, result.snapshots, result.heapGrowth, result.residentGrowth);
-    for (const std::string& rFault : result.faults)
+    return ShowFaults(result.faults);
+}
+
+INT RunSequences(const Options& rOptions, const CompiledTuning& rTuning)
+{
+    const kirosoak::SequenceResult result =
+        kirosoak::RunSequences({rOptions.tuning, rTuning.Path(), rOptions.reloads ? ~UINT64{0} : 0, rOptions.sequences,
+                                rOptions.seed, ShowLap, kirosim::StopSignal::IsRaised},
+                               DiscardLog);
+    fmt::print("{} cases of reloads and {} sequences of a host's calls from seed {} on, {} frames\n",
+               result.reloadCases, result.sequences, rOptions.seed, result.frames);
+    return ShowFaults(result.faults);
+}
+
+/// @return the program's status
+INT Run(const Options& rOptions)
+{
+    TavoDesk::SetSystemLogSink([](VOID*, UINT64, const CHAR*, UINT32, const CHAR*) {}, nullptr);
+    const kirosim::StopSignal stopSignal;  // before there is a file to clear away
+    const CompiledTuning      tuning(rOptions.tuning);
+    INT                       status = 0;
+    if (rOptions.reloads || rOptions.sequences > 0)
     {
-        fmt::print(stderr, "kirosoak: {}\n", rFault);
+        status = RunSequences(rOptions, tuning);
     }
-    if (result.isStopped)
+    if (status == 0 && !rOptions.scenes.empty())
     {
-        throw std::runtime_error("interrupted");
+        status = RunScenes(rOptions, tuning);
     }
-    return result.faults.empty() ? 0 : ExitFault;
+    return status;
 }
 
 }  // namespace
@@ -93,7 +128,11 @@ int main(int argc, char** argv)
     Options  options;
     app.add_option("--tuning", options.tuning, "tuning, as text (.yaml)")->required();
     app.add_option("--frames", options.frames, "frames to run, rounded up to whole laps")->capture_default_str();
-    app.add_option("scenes", options.scenes, "scenes (.yaml)")->required();
+    app.add_flag("--reloads", options.reloads, "reload files of all kinds, one after the other, before the scenes");
+    app.add_option("--sequences", options.sequences, "random sequences of a host's calls to run before the scenes");
+    app.add_option("--seed", options.seed, "of the first sequence; the others have the next numbers")
+        ->capture_default_str();
+    app.add_option("scenes", options.scenes, "scenes (.yaml)");
     try
     {
         app.parse(argc, argv);
@@ -101,6 +140,11 @@ int main(int argc, char** argv)
     catch (const CLI::ParseError& rError)
     {
         return (app.exit(rError) == 0) ? 0 : ExitBadUsage;
+    }
+    if (options.scenes.empty() && !options.reloads && options.sequences == 0)
+    {
+        fmt::print(stderr, "kirosoak: nothing to do, expected scenes, --reloads or --sequences\n");
+        return ExitBadUsage;
     }
     try
     {
