@@ -10,8 +10,8 @@ class CameraGroup
 {
 public:
     /// Adds a camera, with the lowest ID from 1 that is free. At most StatsPeerCountMax.
-    /// @param rHost leaves before it ends, or outlives the last frame of every camera that has been with it in the
-    /// group
+    /// @param rHost leaves before it ends, or outlives both the last frame of every camera that has been with it in the
+    /// group and the last call here: each Join, Leave and SetRole calls the hosts of all members
     /// @throws std::length_error
     VOID Join(KiroHost& rHost, StatsAlgoRole role);
 
