@@ -10,11 +10,16 @@ CKIROMtrTableGen::CKIROMtrTableGen(StatsTuningData& rTuningData, IKIROContextMan
 
 KiroResult CKIROMtrTableGen::RunTableGen()
 {
+    UpdateMtrTableGen();
+    return (m_rContextManager.GetInput()->snapshotMode == KIROCoreSnapshotType::Flash) ? RunTableGenFlashSnapshot()
+                                                                                       : RunTableGeneration();
+}
+
+VOID CKIROMtrTableGen::UpdateMtrTableGen()
+{
     const Tuning* pTuning = tuningaccess::Get_kiromtrtablegen(*m_pTuningData);
     m_tuning.Refresh(pTuning, [this](const Tuning* pRecord) { Rebuild(pRecord); });
     m_pTuning = &tuningaccess::OrZeros(pTuning);
-    return (m_rContextManager.GetInput()->snapshotMode == KIROCoreSnapshotType::Flash) ? RunTableGenFlashSnapshot()
-                                                                                       : RunTableGeneration();
 }
 
 VOID CKIROMtrTableGen::Rebuild(const Tuning* pTuning)

@@ -93,6 +93,7 @@ private:
         UINT32 count;
     };
 
+    VOID       UpdateMtrTableGen();
     VOID       Rebuild(const Tuning* pTuning);
     KiroResult RunTableGeneration();
     FLOAT      ReadTrigger(KIROTriggerType trigger) const;
