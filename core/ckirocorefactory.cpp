@@ -16,9 +16,10 @@ namespace
 /// A logger entry counts when it is large enough to hold a pointer.
 constexpr UINT32 LoggerEntrySizeMin = sizeof(VOID*);
 
-/// Takes the host's logger. Whichever entry qualifies, it is the first entry's pointer that is stored, and the walk
-/// does not stop at a match: hosts place the logger first and depend on both. All instances of the process log through
-/// it, those that are at work in other threads, too.
+/// Takes the host's logger. Whichever entry qualifies, it is the first entry's pointer that is stored and called, once
+/// for each that does: the walk does not stop at a match. Taking the pointer of the entry that qualifies would give a
+/// host another logger where that is not the first. All instances of the process log through it, those that are at work
+/// in other threads, too.
 VOID UpdateCreateParamList(const AECAlgoCreateParamList& rCreateParamList)
 {
     if (rCreateParamList.pCreateParamList == nullptr)

@@ -102,7 +102,8 @@ bool CFlashCurrentEstimator::IsTableSizeUsable() const
     return true;
 }
 
-/// Of the rows beyond these the last one serves at full power, as it stands; the others are never used.
+/// Of the rows beyond these the last one serves at full power, as it stands. The others give no current; where they are
+/// measured, their colours still correct those of their neighbours.
 bool CFlashCurrentEstimator::AreRowsInOrder()
 {
     const INT32 count = std::min(m_tuningAndCalibration.countPower, PowerCountMax);
@@ -278,7 +279,8 @@ VOID CFlashCurrentEstimator::EstimateFull(const KIROAlgoFlashInput& rIn, FlashCu
     const LEDMixType* pRow = m_refTable + m_maxTunedPowerIndex;
     if (m_tuningAndCalibration.countMix == 1)
     {
-        // The flux goes where the fifth member of the output stands: a host of a one-LED flash reads it there.
+        // The flux goes where the fifth member of the output stands, and the flux member stays 0: moved, a flash of one
+        // LED would show no light where it is read today.
         KIROAlgoFlashOutput& rCombination = rOut.LEDCombination;
         rCombination.LED1Setting          = pRow->LED1Setting;
         rCombination.LED2Setting          = pRow->LED2Setting;
@@ -344,7 +346,8 @@ VOID CFlashCurrentEstimator::DerateMixes(INT32 maxCurrent, LEDMixType* pMixes) c
 }
 
 /// The row of a power between the first and the last one. It lies on the line through the first two rows, whichever
-/// rows it stands between: beyond the second row that extrapolates, and tables in the field are tuned for it.
+/// rows it stands between: beyond the second row that extrapolates. The line through the two neighbours would change
+/// the currents of each table whose rows are not on one line.
 VOID CFlashCurrentEstimator::MixesOfPower(INT32 maxCurrent, LEDMixType* pMixes) const
 {
     const INT32  mixes = m_tuningAndCalibration.countMix;

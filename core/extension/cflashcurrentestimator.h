@@ -14,7 +14,8 @@
 class CFlashCurrentEstimator
 {
 public:
-    /// Rows whose order is checked and between which powers are interpolated; a table may have more.
+    /// Rows whose order of power is checked; a table may have more. Powers in between lie on the line through the first
+    /// two.
     static constexpr INT32 PowerCountMax = 6;
     /// Most entries of a table, and of its calibration.
     static constexpr UINT32 TableCountMax = 96;

@@ -121,8 +121,9 @@ private:
             }
             else
             {
-                // The weight goes against the tuned colour of the measured mix, not of this one: calibrations in the
-                // field are made for that.
+                // The weight goes against the tuned colour of the measured mix, not of this one: below a weight of 1
+                // the mixes beyond the measured ones move towards its colour. The own tuned colour instead would move
+                // all of them in cameras that are calibrated so.
                 const INT32 entry    = (found.lower != None) ? found.lower : found.upper;
                 const FLOAT anchor   = TunedOf(rColour, entry);
                 const FLOAT measured = rColour.pMeasured[entry];

@@ -207,8 +207,8 @@ VOID CAnalyzerManager::UpdateAnalyzerMgrOutput(UINT32 id, const KIROAnalyzerOutp
     UpdateBanks(m_analyzers[id], *pOutput);
 }
 
-/// The selection is taken for an index of exposures as it is, so Safe reads the long exposure and Long the safe one:
-/// amended results are tuned on that.
+/// The selection is taken for an index of exposures as it is, so Safe reads the long exposure and Long the safe one.
+/// Mapped, an amended result would decide another exposure wherever the two differ.
 VOID CAnalyzerManager::UpdateDecision(UINT32 id, const KIROAnalyzerOutput& rOutput)
 {
     const UINT32 index = static_cast<UINT32>(rOutput.type);

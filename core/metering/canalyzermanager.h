@@ -36,7 +36,8 @@ public:
     CAnalyzerManager(const CAnalyzerManager&)            = delete;
     CAnalyzerManager& operator=(const CAnalyzerManager&) = delete;
 
-    /// Called before each use; rebuilds the analyzers when the record is another one. With null there are none.
+    /// Called as metering starts a frame, and before the next use after a change of tuning; rebuilds the analyzers when
+    /// the record is another one. With null there are none.
     VOID UpdateAnalyzers(const Tuning* pTuning);
 
     /// Starts a frame. @param pSensitivities three exposures, by AECAlgoExposureType

@@ -130,8 +130,8 @@ VOID CCalculatorManager::RunActiveCalculator(UINT32 id)
     }
 }
 
-/// A calculator that ran in an earlier frame and is not active now still takes part with its old group: tuned lists
-/// depend on it.
+/// A calculator that ran in an earlier frame and is not active now still takes part with its old group: its output
+/// goes on following the scene. Left out, it would stand still for analyzers that read it under another active list.
 VOID CCalculatorManager::RunXtremeColors()
 {
     GroupedGridParameters* groups[ColorGroupCountMax];
