@@ -1,6 +1,7 @@
 #include "core/arbitration/arbitrationutils.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 #include "core/base/exposurearithmetic.h"
@@ -372,6 +373,11 @@ KiroResult UtilSyncUpExposureTime(AECAlgoExposureType expType, StatsTuningData* 
     }
     *pOutTime = static_cast<FLOAT>(pPeerInfo->exposureInfo.exposureTime[expType]);
     return (pTuning->expSyncConfig.enableExposureTimeMatch == TRUE && *pOutTime > 0.0f) ? 0 : ResultFailed;
+}
+
+bool IsSoundExposure(const KIROExposureSetType& rSet)
+{
+    return std::isfinite(rSet.gain) && std::isfinite(rSet.corr) && std::isfinite(rSet.indx);
 }
 
 const CHAR* TextOrEmpty(const CHAR* pText)

@@ -37,5 +37,8 @@ KiroResult UtilMatchEV(INT32 ev, kiroarbitration::EVOffsetType evType);
 KiroResult UtilSyncUpExposureTime(AECAlgoExposureType expType, StatsTuningData* pTuningData,
                                   const AECMultiCamInfo* pPeerInfo, FLOAT* pOutTime);
 
+/// @return whether gain, correction and index are finite
+bool IsSoundExposure(const KIROExposureSetType& rSet);
+
 /// @return pText, or an empty text for null
 const CHAR* TextOrEmpty(const CHAR* pText);

@@ -36,7 +36,8 @@ FLOAT AdjustBound(FLOAT bound, const RangePoint& rPoint)
     }
 }
 
-/// The value is cut to whole nanoseconds first, as a factor too: tuned files depend on 1.5 acting as 1.
+/// The value is cut to whole nanoseconds first, as a factor too: 1.5 acts as 1, and a fraction that counts would move
+/// tuned limits.
 UINT64 AdjustTimeBound(UINT64 bound, const RangePoint& rPoint)
 {
     const UINT64 value = SaturateToUINT64(rPoint.val);
@@ -50,6 +51,18 @@ UINT64 AdjustTimeBound(UINT64 bound, const RangePoint& rPoint)
         return bound + value;
     default:
         return bound;
+    }
+}
+
+/// A tuned gain can be no number or grow beyond all of them, and so can the gain that a table gives an index. The bound
+/// then stays as it was, and the next controls narrow it on.
+VOID HoldSoundBound(KIROExposureSetType* pBound, const KIROExposureSetType& rLast, const CHAR* pDescription)
+{
+    if (!IsSoundExposure(*pBound))
+    {
+        STATS_LOG_ERROR("%s yields a bound of gain %f, correction %f; gain %f stands", pDescription, pBound->gain,
+                        pBound->corr, rLast.gain);
+        *pBound = rLast;
     }
 }
 
@@ -86,6 +99,8 @@ KiroResult CKIROArbitration::ApplyCoreRange()
     {
         return result;
     }
+    HoldSoundBound(&tmpRange.start, m_pIn->range.start, pDescription);
+    HoldSoundBound(&tmpRange.end, m_pIn->range.end, pDescription);
     UtilUpdateExposureAndIndexLimits(&tmpRange, m_pIn->indexZeroExposure);
 
     if (adjustment.handling.arbitration.enableArbitration == TRUE)

@@ -65,7 +65,7 @@ KiroResult CKIROArbitration::RunArbitration(KIROArbitrationInput* pInput, KIROAr
 VOID CKIROArbitration::HoldSoundExposure(KIROArbitrationOutput& rOutput) const
 {
     const KIROExposureSetType& rSet = rOutput.exposureSet;
-    if (!std::isfinite(rSet.gain) || !std::isfinite(rSet.corr) || !std::isfinite(rSet.indx))
+    if (!IsSoundExposure(rSet))
     {
         STATS_LOG_ERROR("control %d yields gain %f, correction %f, index %f with this tuning; the exposure stands",
                         m_pIn->controlID, rSet.gain, rSet.corr, rSet.indx);
