@@ -199,6 +199,7 @@ GroupedGridParameters* CKIROStatsProcessor::ProcInitializeXTremeColorRegion(
     rResult = NotMeasured;
     if (ValidateStatsChannels(ppChannels, count, m_gridStatsBuffer) != 0)
     {
+        m_gridStatsProcessor.LeaveOutXTremeColorRegion();
         return nullptr;
     }
     return m_gridStatsProcessor.InitializeXTremeColorRegion(ppChannels, count, roiID, rSubsampling, triggerCount,

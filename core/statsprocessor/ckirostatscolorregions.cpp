@@ -117,7 +117,7 @@ GroupedGridParameters* CKIROStatsGridProcessor::InitializeXTremeColorRegion(
                                     FindStatsChannel(m_rStatsBuffer, NameAt(ppStatsName, statsCount, 2))};
     if (!AreColorInputsValid(ppStatsName, statsCount, channels, GetROI(rgbgRoiID, box)))
     {
-        // The group before stays: the walk takes channels and tile from it.
+        LeaveOutXTremeColorRegion();
         return nullptr;
     }
 
@@ -127,6 +127,7 @@ GroupedGridParameters* CKIROStatsGridProcessor::InitializeXTremeColorRegion(
     const FLOAT                     buffer  = std::max(bufferZoneDist, BufferZoneMin);
 
     m_group                 = {};
+    m_bIsGroupOfFrame       = TRUE;
     m_group.bIsValid        = TRUE;
     m_group.rgbgDomainROI   = box;
     m_group.chNum_luma      = channels.luma;
@@ -146,9 +147,18 @@ GroupedGridParameters* CKIROStatsGridProcessor::InitializeXTremeColorRegion(
     return &m_group;
 }
 
+/// A group of this frame stays: the walk takes channels and tile from it. One of an earlier frame stands for other
+/// channels, and would have these measured.
+VOID CKIROStatsGridProcessor::LeaveOutXTremeColorRegion()
+{
+    m_group.bIsValid = m_bIsGroupOfFrame;
+}
+
 VOID CKIROStatsGridProcessor::GetExtColorRgBgStatsRatio(GroupedGridParameters** ppRegions, UINT32 regionCount)
 {
-    // Channels and tile come from the group that was initialised last; the regions of a frame share them.
+    // Channels and tile come from the group that was initialised last; the regions of a frame share them. With none in
+    // this frame, as nothing was asked for, it is one of an earlier frame.
+    m_bIsGroupOfFrame  = FALSE;
     const bool isReady = m_group.bIsValid == TRUE &&
                          AreOfOneShape(m_rStatsBuffer, {m_group.chNum_luma, m_group.chNum_rg, m_group.chNum_bg});
     if (isReady)

@@ -76,7 +76,7 @@ private:
 
 CKIROStatsGridProcessor::CKIROStatsGridProcessor(IKIROContextManager&     rContextManager,
                                                  const AECCoreStatsDeque& rStatsBuffer)
-    : m_rContextManager(rContextManager), m_rStatsBuffer(rStatsBuffer), m_group{}
+    : m_rContextManager(rContextManager), m_rStatsBuffer(rStatsBuffer), m_group{}, m_bIsGroupOfFrame(FALSE)
 {
 }
 

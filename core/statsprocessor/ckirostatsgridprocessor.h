@@ -63,6 +63,9 @@ public:
                                                        UINT32 triggerCount, const RangeTriggerRow* pTriggers,
                                                        FLOAT statsThreshold, FLOAT bufferZoneDist);
 
+    /// For one that cannot be measured: the next walk is dropped, unless others have been initialised since the last.
+    VOID LeaveOutXTremeColorRegion();
+
     /// One walk over the grid for all regions; the ratios go to the stats calculator bank.
     VOID GetExtColorRgBgStatsRatio(GroupedGridParameters** ppRegions, UINT32 regionCount);
 
@@ -87,13 +90,13 @@ private:
                                         FLOAT statsThreshold);
     bool       FillIntegrals(const KIROCntStatsOut& rStats, FLOAT statsThreshold, FLOAT* pLuma, FLOAT* pWeight);
     VOID       AccumulatePart(GroupedGridParameters** ppRegions, UINT32 regionCount, UINT32 first, UINT32 count) const;
-    VOID       AccumulateRegion(GroupedGridParameters& rGroup, const FLOAT* pLumaWeights, UINT32 first,
-                                UINT32 count) const;
-    VOID       StoreColorRatio(GroupedGridParameters& rGroup);
+    VOID AccumulateRegion(GroupedGridParameters& rGroup, const FLOAT* pLumaWeights, UINT32 first, UINT32 count) const;
+    VOID StoreColorRatio(GroupedGridParameters& rGroup);
 
     IKIROContextManager&     m_rContextManager;
     CKIROGridIterator        m_gridItr;
     const AECCoreStatsDeque& m_rStatsBuffer;
     CKIRO2DMetIterator       m_mtrItr;
     GroupedGridParameters    m_group;
+    BOOL                     m_bIsGroupOfFrame;  ///< initialised since the last walk for extreme colours
 };

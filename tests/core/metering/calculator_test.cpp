@@ -292,6 +292,13 @@ TEST_F(Calculators, ExtremeColoursStayInTheWalkAfterTheyAreSwitchedOffOrOneOfThe
             EXPECT_EQ(Slot(2), -1.0f) << roiID;
         }
     }
+    // Where none can be, the pass is dropped: the channels may be others at the positions of the frame before.
+    m_pStats->ResetStats();
+    EXPECT_EQ(Set(Grid("another", 4, 3, m_luma)), 0);
+    EXPECT_EQ(Set(Grid("luma", 4, 3, m_luma)), 0);
+    m_context.SetCalculatorResult(1, 99.0f);
+    RunAgain({2});
+    EXPECT_EQ(Slot(1), 99.0f);
 }
 
 }  // namespace
