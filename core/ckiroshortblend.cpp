@@ -5,6 +5,7 @@
 
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
+#include "core/base/soundvalue.h"
 #include "core/base/tuningaccess.h"
 #include "interface/ckiroctrlcorecommon.h"
 
@@ -33,7 +34,8 @@ enum ParameterData : UINT32
 
 constexpr INT32 DefaultBlendTriggerID = 100;
 
-/// Trigger slot of the antibanding switch, in spite of the slot's name; tuned files read it there.
+/// Trigger slot of the antibanding switch, in spite of the slot's name: in another one, what is tuned by it would miss
+/// it.
 constexpr INT32 DisableAntibandingSlot = TriggerCtrlPreflashLuxIndex;
 
 }  // namespace
@@ -165,7 +167,7 @@ FLOAT CKIROShortBlend::RunConvPostprocess(const KIROConvergenceOutput& rOutput)
         {
             blend = std::max(m_previous - m_blendStep, 0.0f);
         }
-        blend      = std::min(std::max(blend, 0.0f), 1.0f);
+        blend      = std::min(std::max(soundvalue::OrLast(blend, m_previous, 1.0f, "short blend"), 0.0f), 1.0f);
         m_previous = blend;
     }
     m_rContextManager.m_pBankManager->PublishTrigger(m_dataID, blend, nullptr, SourceCore);

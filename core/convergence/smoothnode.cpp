@@ -100,14 +100,8 @@ VOID TriggerMove(SmoothNodeConvergenceContext& rContext, const SmoothNodeType& r
     }
 }
 
-}  // namespace
-
-VOID StepSmoothNode(SmoothNodeConvergenceContext& rContext, const DRCSmoothType& rTuning, FLOAT gainTarget)
+VOID Step(SmoothNodeConvergenceContext& rContext, const DRCSmoothType& rTuning, FLOAT gainTarget)
 {
-    if (rTuning.nodesCount == 0)
-    {
-        return;
-    }
     bool isUpwardChecked = true;
     if (rContext.state == SmoothInitialize)
     {
@@ -133,4 +127,23 @@ VOID StepSmoothNode(SmoothNodeConvergenceContext& rContext, const DRCSmoothType&
     }
     SelectNode(rContext, rTuning, gainTarget, isUpwardChecked);
     TriggerMove(rContext, rTuning.nodes[rContext.nodeIndex], gainTarget);
+}
+
+}  // namespace
+
+VOID StepSmoothNode(SmoothNodeConvergenceContext& rContext, const DRCSmoothType& rTuning, FLOAT gainTarget)
+{
+    if (rTuning.nodesCount == 0)
+    {
+        return;
+    }
+    // A gain that is no number would stay one: each frame goes on from the last.
+    const SmoothNodeConvergenceContext last = rContext;
+    Step(rContext, rTuning, gainTarget);
+    if (!std::isfinite(rContext.gain) || !std::isfinite(rContext.gainNode))
+    {
+        STATS_LOG_ERROR("gain %f towards node gain %f with target %f; gain %f stands", rContext.gain, rContext.gainNode,
+                        gainTarget, last.gain);
+        rContext = last;
+    }
 }

@@ -25,6 +25,6 @@ struct SmoothNodeConvergenceContext
 
 /// One frame of the node machine.
 /// @param rTuning    at least one node, otherwise nothing happens
-/// @param gainTarget gain that metering wants
+/// @param gainTarget gain that metering wants; where it or the tuning leads to no finite gain, the frame before stands
 VOID StepSmoothNode(SmoothNodeConvergenceContext& rContext, const kiroconvergence::DRCSmoothType& rTuning,
                     FLOAT gainTarget);

@@ -3,6 +3,7 @@
 #include "core/ckiroshortblend.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include <gtest/gtest.h>
 
@@ -141,6 +142,14 @@ TEST_F(ShortBlend, FadesOutOverEqualExposuresAndBackIn)
     for (FLOAT value : {0.3f, 0.6f, 0.9f, 1.0f})
     {
         EXPECT_FLOAT_EQ(Blend(1000, 1000), value);
+    }
+    // A step that is no number moves nothing, and the next one goes on from there.
+    SetControls(4.0f, 2.0f, 0.0f);
+    for (const auto& [step, value] : {std::pair{0.3f, 0.7f}, {NAN, 0.7f}, {0.3f, 0.4f}})
+    {
+        m_data[0] = step;
+        Load();
+        EXPECT_FLOAT_EQ(Blend(1000, 1000), value) << step;
     }
 }
 

@@ -130,6 +130,16 @@ TEST_F(DRCConvergence, NodesRampUpAndDownWithHysteresis)
     {
         ExpectGains(target, {gain}, 0);  // without a size the gain follows the target at once
     }
+    ExpectGains(3.0f, {3.0f}, 0);
+    ExpectGains(NAN, {3.0f}, 0);
+    ExpectGains(2.0f, {2.0f}, 0);
+
+    // An increment that is no number: the ramp goes on once it is one.
+    m_nodes = {{1.0f, 2.0f, 0.5f, 0.25f, 0.25f, NAN}};
+    m_node  = {};
+    ExpectGains(2.0f, {1.0f, 1.0f}, 0);
+    m_nodes[0].multiplierIncrement = 0.2f;
+    ExpectGains(2.0f, {1.2f, 1.4f, 1.5f}, 0);
 }
 
 TEST_F(DRCConvergence, NodesReplaceTheTargets)
