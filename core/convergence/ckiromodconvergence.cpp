@@ -19,6 +19,15 @@ constexpr FLOAT DefaultGridStep = 0.5f;
 /// A long compensation above this lets Long stay below Safe.
 constexpr FLOAT CompensationInForce = 1.0000001f;
 
+constexpr FLOAT Unity = 1.0f;
+
+/// Safe over Short, without what the predictive gain makes up for.
+FLOAT ADRCOf(UINT64 safe, UINT64 shortExposure, FLOAT predictiveGain)
+{
+    const DOUBLE ratio = static_cast<DOUBLE>(safe) / static_cast<DOUBLE>(shortExposure);
+    return static_cast<FLOAT>((predictiveGain >= 1.0f) ? ratio / static_cast<DOUBLE>(predictiveGain) : ratio);
+}
+
 }  // namespace
 
 CKIROConvergence::CKIROConvergence(StatsTuningData& rTuningData, IKIROContextManager& rContextManager)
@@ -82,7 +91,8 @@ KiroResult CKIROConvergence::Initialize(const KIROConvergenceInput& rInput)
     const AECFrameHistory* pPrevious = PreviousFrame();
     if (pPrevious == nullptr || m_pRange == nullptr)
     {
-        // Settling comes after a failed process too: without a frame to compare with, the exposures count as unsettled.
+        // Settling comes after a failed process too. It goes by the tuning of this frame, and without a frame to
+        // compare with counts the exposures as unsettled.
         UpdateDBTriggers();
         m_output.predGain           = 1.0f;
         m_output.shortStretchOffset = 0.0f;
@@ -186,10 +196,14 @@ VOID CKIROConvergence::AdjustExpWithUnitStepSize(DOUBLE& rLogExp, UINT32 exposur
     }
 }
 
+/// Without analyzers targets are 0, and without ranges exposures are: their ratios and logs are no numbers. The value
+/// of the frame before stands in for one, before an exposure or a gain of the frame goes by it.
 VOID CKIROConvergence::PopulateOutput(KIROConvergenceOutput& rOutput)
 {
-    const SetInputData* pInput     = m_rContextManager.GetInput();
-    UINT64*             pExposures = rOutput.exposures;
+    const SetInputData*    pInput     = m_rContextManager.GetInput();
+    const AECFrameHistory& rLast      = *PreviousFrame();  // Initialize has seen it
+    UINT64*                pExposures = rOutput.exposures;
+    rOutput.mfhdrLongADRC = soundvalue::OrLast(rOutput.mfhdrLongADRC, rLast.mfhdrLongADRC, Unity, "long ADRC");
     for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
     {
         pExposures[type] =
@@ -197,45 +211,27 @@ VOID CKIROConvergence::PopulateOutput(KIROConvergenceOutput& rOutput)
     }
     CapExposure(rOutput);
 
-    rOutput.predictiveGain     = m_output.predGain;
-    rOutput.shortStretchOffset = m_output.shortStretchOffset;
+    rOutput.predictiveGain = soundvalue::OrLast(m_output.predGain, rLast.predictiveGain, Unity, "predictive gain");
+    rOutput.shortStretchOffset =
+        soundvalue::OrLast(m_output.shortStretchOffset, rLast.shortStretchOffset, 0.0f, "short stretch");
     rOutput.evMultiplier       = pInput->evContext.evFactor;
     rOutput.bBrightnessSettle  = FALSE;
     rOutput.bSettle            = FALSE;
     rOutput.bIsConvTargetFixed = m_bIsTargetFixed;
 
-    DOUBLE compensation =
-        static_cast<DOUBLE>(pExposures[AECAlgoExposureSafe]) / static_cast<DOUBLE>(pExposures[AECAlgoExposureShort]);
-    if (rOutput.predictiveGain >= 1.0f)
-    {
-        compensation /= static_cast<DOUBLE>(rOutput.predictiveGain);
-    }
-    rOutput.compensationADRC = static_cast<FLOAT>(compensation);
+    const auto& rLastSets    = rLast.exposureSets;
+    rOutput.compensationADRC = soundvalue::OrLast(
+        ADRCOf(pExposures[AECAlgoExposureSafe], pExposures[AECAlgoExposureShort], rOutput.predictiveGain),
+        ADRCOf(rLastSets[AECAlgoExposureSafe].exposure, rLastSets[AECAlgoExposureShort].exposure, rLast.predictiveGain),
+        Unity, "ADRC");
     if (pInput->manualSetting.manualMode == AECAlgoModeManualFull)
     {
         rOutput.compensationDarkBoost = static_cast<FLOAT>(static_cast<DOUBLE>(pExposures[AECAlgoExposureLong]) /
                                                            static_cast<DOUBLE>(pExposures[AECAlgoExposureSafe]));
     }
-    HoldSoundValues(rOutput);
+    rOutput.compensationDarkBoost =
+        soundvalue::OrLast(rOutput.compensationDarkBoost, rLast.compensationDarkBoost, Unity, "dark boost");
     m_convEventManager.GetLockedEV0(rOutput.lockedEV0Exposures);
-}
-
-/// Without analyzers targets are 0, and without ranges exposures are: their ratios and logs are no numbers. The values
-/// of the frame before stand, which the next frames and the tuning go on from.
-VOID CKIROConvergence::HoldSoundValues(KIROConvergenceOutput& rOutput) const
-{
-    constexpr FLOAT        unity    = 1.0f;
-    const AECFrameHistory& rLast    = *PreviousFrame();  // Initialize has seen it
-    const auto&            rSets    = rLast.exposureSets;
-    const FLOAT            lastADRC = static_cast<FLOAT>(rSets[AECAlgoExposureSafe].exposure) /
-                           static_cast<FLOAT>(rSets[AECAlgoExposureShort].exposure);
-    const auto hold = [](FLOAT& rValue, FLOAT last, FLOAT neutral, const CHAR* pName)
-    { rValue = soundvalue::OrLast(rValue, last, neutral, pName); };
-    hold(rOutput.predictiveGain, rLast.predictiveGain, unity, "predictive gain");
-    hold(rOutput.shortStretchOffset, rLast.shortStretchOffset, 0.0f, "short stretch");
-    hold(rOutput.mfhdrLongADRC, rLast.mfhdrLongADRC, unity, "long ADRC");
-    hold(rOutput.compensationADRC, lastADRC, unity, "ADRC");
-    hold(rOutput.compensationDarkBoost, rLast.compensationDarkBoost, unity, "dark boost");
 }
 
 VOID CKIROConvergence::CapExposure(KIROConvergenceOutput& rOutput)

@@ -79,7 +79,6 @@ private:
     bool       CheckRunConvConditions();
     VOID       AdjustExpWithUnitStepSize(DOUBLE& rLogExp, UINT32 exposureType) const;
     VOID       PopulateOutput(KIROConvergenceOutput& rOutput);
-    VOID       HoldSoundValues(KIROConvergenceOutput& rOutput) const;
     VOID       CapExposure(KIROConvergenceOutput& rOutput);
 
     // What the stages read.
