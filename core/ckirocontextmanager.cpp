@@ -56,8 +56,8 @@ IKIROContextManager::IKIROContextManager()
     : m_pHistory(TavoNew<CKIROHistory>()), m_pBankManager(TavoNew<CKIROBankManager>()),
       m_pCamSync(TavoNew<CKIROCamsync>(*this)), m_arbitrationRange{}, m_pStatsProcessor(nullptr),
       m_bResetFrameSkip(FALSE), m_pPFHistory(nullptr), m_bIsHybridHDR(FALSE), m_seamlessRID(0),
-      m_bIsLongADRC(FALSE), m_tuningData{}, m_tuningSerial(0), m_contextStatus(0),
-      m_convergenceCount(0), m_exposureRange{}
+      m_bIsLongADRC(FALSE), m_tuningData{}, m_contextStatus(0), m_convergenceCount(0), m_exposureRange{},
+      m_tuningSerial(0)
 {
     if (m_pHistory == nullptr || m_pBankManager == nullptr || m_pCamSync == nullptr)
     {

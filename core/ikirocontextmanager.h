@@ -54,10 +54,10 @@ public:
     UINT64                     m_seamlessRID;  ///< request ID of a seamless switch
     BOOL                       m_bIsLongADRC;  ///< the short blend is active
     StatsTuningData            m_tuningData;
-    UINT64                     m_tuningSerial;  ///< how many tunings the host has set
     UINT64                     m_contextStatus;
     UINT32                     m_convergenceCount;
     KIROExposureRange          m_exposureRange;
+    UINT64                     m_tuningSerial;  ///< how many tunings the host has set
 
 protected:
     /// Frees history, banks and sync, in this order.
