@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <functional>
 #include <limits>
-#include <utility>
 
 #include "parameters/modepaths.h"
 #include "parameters/parameterlogging.h"
@@ -364,6 +363,10 @@ VOID ParameterModeTable::Touch(ModeEntry* pMode)
         const std::lock_guard<ParameterMutex> lock(ActModeMutex);
         List(pMode);
     }
+    else if (pMode->IsSurplus)
+    {
+        EvictionDue = true;
+    }
 }
 
 VOID ParameterModeTable::List(ModeEntry* pMode)
@@ -385,16 +388,12 @@ VOID ParameterModeTable::Unlist(ModeEntry* pMode)
 VOID ParameterModeTable::SortActiveModes()
 {
     // Modes are used meanwhile: what is compared stands still.
-    std::vector<std::pair<UINT64, ModeEntry*>> byUse;
     for (UINT32 index = 0; index < ActiveModes.Count(); ++index)
     {
-        byUse.emplace_back(ActiveModes[index]->LastUse, ActiveModes[index]);
+        ActiveModes[index]->SortedUse = ActiveModes[index]->LastUse;
     }
-    std::ranges::sort(byUse, std::greater<>());
-    for (UINT32 index = 0; index < ActiveModes.Count(); ++index)
-    {
-        ActiveModes[index] = byUse[index].second;
-    }
+    ModeEntry** const ppModes = ActiveModes.ToArray();
+    std::ranges::sort(ppModes, ppModes + ActiveModes.Count(), std::greater<>(), &ModeEntry::SortedUse);
 }
 
 VOID ParameterModeTable::ResolveLinks()

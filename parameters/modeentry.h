@@ -10,6 +10,7 @@
 #include <atomic>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "parameters/parametersync.h"
@@ -232,6 +233,8 @@ public:
     ParameterModeTable* Table      = nullptr;
     std::atomic<UINT64> LastUse    = 0;      ///< by the use clock of Table
     std::atomic<bool>   IsListed   = false;  ///< among the ActiveModes of Table; written under ActModeMutex
+    std::atomic<bool>   IsSurplus  = false;  ///< kept by its users only, as of the last look; see EvictModes
+    UINT64              SortedUse  = 0;      ///< LastUse as of the last sort; guarded by ActModeMutex
     ParameterMutex      Mutex;
     ModuleReferenceMap  ModuleMap;
 
@@ -280,7 +283,8 @@ struct ParameterModeTable
     /// Follows the links of all nodes to their ends, once all nodes stand.
     VOID ResolveLinks();
 
-    /// Makes the mode the one used last, and lists it. A listed mode costs no lock.
+    /// Makes the mode the one used last, and lists it. A listed mode costs no lock. One that comes back from behind the
+    /// limit pushes another one there, so that an eviction is due.
     VOID Touch(ModeEntry* pMode);
 
     // For the holder of ActModeMutex.
@@ -296,7 +300,7 @@ struct ParameterModeTable
     std::vector<ModeEntryInfo> Modes;  ///< by the index of the mode ID; a slot that the file did not fill is empty
     PList<ModeEntry*>          ActiveModes;          ///< guarded by ActModeMutex; see SortActiveModes
     ParameterMutex             ActModeMutex;         ///< guards ActiveModes, and eviction
-    std::atomic<bool>          EvictionDue = false;  ///< a mode was listed or came out of use since the last eviction
+    std::atomic<bool>          EvictionDue = false;  ///< who has to go may have changed since the last eviction
 
 private:
     std::atomic<UINT64>                     m_useClock = 0;

@@ -241,10 +241,18 @@ VOID ParameterSetManager::EvictModes(ParameterModeTable& rTable)
     const PList<ModeEntry*>&              rActive = rTable.ActiveModes;
     rTable.EvictionDue                            = false;
     rTable.SortActiveModes();
+    for (UINT32 index = 0; index < rActive.Count(); ++index)
+    {
+        rActive[index]->IsSurplus = (index >= limit);
+    }
     for (UINT32 index = rActive.Count(); index > limit; --index)
     {
         ModeEntry* pMode = rActive[index - 1];
-        if (pMode->Preserve || m_options.activeModeCacheSize == 0)
+        if (pMode->LastUse != pMode->SortedUse)
+        {
+            rTable.EvictionDue = true;  // used meanwhile, by somebody who may not have seen the mark
+        }
+        else if (pMode->Preserve || m_options.activeModeCacheSize == 0)
         {
             rTable.Unlist(pMode);
         }

@@ -209,6 +209,22 @@ TEST_F(OnDemandTest, TheModeUsedLongestAgoMakesRoomForANewOne)
     EXPECT_FALSE(IsLoaded(manager, UsecaseBranch(3)));
 }
 
+TEST_F(OnDemandTest, AHeldModeThatIsUsedAgainTakesThePlaceOfTheOldest)
+{
+    ParameterSetManager manager("cam", smallschema::Modules, Verbose(5));
+    ASSERT_TRUE(manager.LoadBinaryParameters(Write(MakeUsecases(6))));
+    ASSERT_NE(Alpha(manager, UsecaseBranch(1)), nullptr);
+    for (UINT16 usecase = 2; usecase <= 6; ++usecase)
+    {
+        LoadMode(manager, UsecaseBranch(usecase));
+    }
+    EXPECT_TRUE(IsLoaded(manager, UsecaseBranch(2)));
+    LoadMode(manager, UsecaseBranch(1));
+    EXPECT_FALSE(IsLoaded(manager, UsecaseBranch(2)));
+    EXPECT_TRUE(IsLoaded(manager, UsecaseBranch(1)));
+    EXPECT_EQ(Mode(manager, {})->Table->ActiveModes.Count(), 5u);
+}
+
 TEST_F(OnDemandTest, FiveModesStayEvenInASmallCacheAndAllWithoutOne)
 {
     for (const UINT32 cacheSize : {1u, 0u})
