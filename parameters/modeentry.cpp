@@ -283,10 +283,19 @@ bool ModeEntry::IsKept(const ParameterModule* pModule) const
     return pReference != nullptr && pReference->Module == pModule && pReference->Kept;
 }
 
-VOID ModeEntry::ReleaseReferences()
+bool ModeEntry::IsAmong(Counts counts, const ModuleReference& rReference) const
+{
+    return counts == Counts::All || !Owns(rReference.Module);
+}
+
+VOID ModeEntry::ReleaseReferences(Counts counts)
 {
     for (const auto& rpReference : ModuleMap)
     {
+        if (!IsAmong(counts, *rpReference))
+        {
+            continue;
+        }
         const INT32 count = rpReference->RefCount.exchange(0);
         rpReference->Kept = false;
         if (count != 0)
@@ -298,12 +307,12 @@ VOID ModeEntry::ReleaseReferences()
     }
 }
 
-UINT32 ModeEntry::GetReferenceCount() const
+UINT32 ModeEntry::GetReferenceCount(Counts counts) const
 {
     UINT32 count = 0;
     for (const auto& rpReference : ModuleMap)
     {
-        count += static_cast<UINT32>(rpReference->RefCount.load());
+        count += IsAmong(counts, *rpReference) ? static_cast<UINT32>(rpReference->RefCount.load()) : 0;
     }
     return count;
 }

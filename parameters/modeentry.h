@@ -196,11 +196,18 @@ public:
     /// @return whether a reference for users that never give back is counted here
     bool IsKept(const ParameterModule* pModule) const;
 
-    /// Sets the counts of all modules to zero, with a log for each that was not. Nothing is kept for good any more.
-    VOID ReleaseReferences();
+    /// Counts of a mode.
+    enum class Counts
+    {
+        All,
+        OfOtherModes  ///< at modules that other modes own, left there when the module was replaced; they keep nothing
+    };
 
-    /// @return the sum of all counts
-    UINT32 GetReferenceCount() const;
+    /// Sets counts to zero, with a log for each that was not. Nothing is kept for good there any more.
+    VOID ReleaseReferences(Counts counts = Counts::All);
+
+    /// @return the sum of the counts
+    UINT32 GetReferenceCount(Counts counts = Counts::All) const;
 
     /// @return whether a module of this very mode is in use
     bool IsActive() const;
@@ -248,6 +255,7 @@ private:
         Add,
         Release
     };
+    bool             IsAmong(Counts counts, const ModuleReference& rReference) const;
     ModuleReference* OwnReference(ParameterModule* pModule, ReferenceChange change);
 
     enum class LinkState : UINT8

@@ -316,6 +316,7 @@ private:
                     TouchedModes& rTouched, INT32& rFileReferences);
     bool LoadModuleMap(ModeEntry* pTarget, TouchedModes& rTouched);
     VOID UnloadModules(ModeEntry* pTarget, const ModeEntry* pMode);
+    VOID DropReferences(ModeEntry* pUnloaded, ModeEntry::Counts counts);
     VOID TouchModes(std::span<ModeEntry* const> touched, ParameterModeTable& rTable);
     VOID EvictModes(ParameterModeTable& rTable);
     bool EvictMode(ModeEntry* pMode);

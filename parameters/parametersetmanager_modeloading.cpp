@@ -197,16 +197,21 @@ VOID ParameterSetManager::UnloadModules(ModeEntry* pTarget, const ModeEntry* pMo
         }
     }
     const std::lock_guard<ParameterMutex> lock(pTarget->Table->ActModeMutex);
-    const UINT32                          unreleased = pTarget->GetReferenceCount();
+    DropReferences(pTarget, ModeEntry::Counts::All);
+    pTarget->Table->Unlist(pTarget);
+}
+
+VOID ParameterSetManager::DropReferences(ModeEntry* pUnloaded, ModeEntry::Counts counts)
+{
+    const UINT32 unreleased = pUnloaded->GetReferenceCount(counts);
     if (unreleased != 0)
     {
         CHAR path[ModeEntry::MaxPathText];
-        pTarget->GetModePath(path, sizeof(path));
+        pUnloaded->GetModePath(path, sizeof(path));
         ParameterLogging::Write(this, ParameterLogging::Warning, "%sUnloading mode with %u unreleased modules: %s\n",
-                                prefix.c_str(), unreleased, path);
+                                TablePrefix(pUnloaded).c_str(), unreleased, path);
     }
-    pTarget->ReleaseReferences();
-    pTarget->Table->Unlist(pTarget);
+    pUnloaded->ReleaseReferences(counts);
 }
 
 VOID ParameterSetManager::TouchModes(std::span<ModeEntry* const> touched, ParameterModeTable& rTable)
@@ -282,7 +287,12 @@ bool ParameterSetManager::EvictMode(ModeEntry* pMode)
             isGone = rpReference->Module->UnloadIfUnused(*rpReference) && isGone;
         }
     }
-    if (!isGone)
+    if (isGone)
+    {
+        // A fetch may already count on a module of the mode's own again, which it then reads from the file.
+        DropReferences(pMode, ModeEntry::Counts::OfOtherModes);
+    }
+    else
     {
         pMode->Table->List(pMode);
     }

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <future>
 #include <limits>
+#include <memory>
 #include <thread>
 #include <utility>
 
@@ -223,6 +224,25 @@ TEST_F(OnDemandTest, AHeldModeThatIsUsedAgainTakesThePlaceOfTheOldest)
     EXPECT_FALSE(IsLoaded(manager, UsecaseBranch(2)));
     EXPECT_TRUE(IsLoaded(manager, UsecaseBranch(1)));
     EXPECT_EQ(Mode(manager, {})->Table->ActiveModes.Count(), 5u);
+}
+
+TEST_F(OnDemandTest, AnEvictedModeCountsNobody)
+{
+    ParameterSetManager manager("cam", smallschema::Modules, Verbose(5));
+    ASSERT_TRUE(manager.LoadBinaryParameters(Write(MakeUsecases(6))));
+    ASSERT_NE(Alpha(manager, UsecaseBranch(1)), nullptr);
+    // The reference stays with a module that the mode does not own, so that nothing keeps the mode.
+    auto pUpdate = std::make_unique<ParameterSetManager>("update", smallschema::Modules, Verbose());
+    ASSERT_TRUE(LoadBuffer(*pUpdate, MakeUsecases(1)));
+    ASSERT_TRUE(manager.UpdateParameters(std::move(pUpdate)));
+    for (UINT16 usecase = 2; usecase <= 6; ++usecase)
+    {
+        LoadMode(manager, UsecaseBranch(usecase));
+    }
+    EXPECT_FALSE(IsLoaded(manager, UsecaseBranch(1)));
+    EXPECT_TRUE(log.Has("Unloading mode with 1 unreleased modules: 0.0|2.1\n")) << log.Text();
+    EXPECT_TRUE(log.Has("ReleaseReferences called with unreleased module: alpha, RefCnt: 1\n"));
+    EXPECT_EQ(References(manager, UsecaseBranch(1)), 0u);
 }
 
 TEST_F(OnDemandTest, FiveModesStayEvenInASmallCacheAndAllWithoutOne)
