@@ -120,7 +120,8 @@ public:
                           VOID* pPreviousRecord);
 
     /// The same for users that never give back. The record stays in memory, with what was edited in it, until its mode
-    /// is unloaded on request or the file is loaded anew, and counts as one reference however often it is fetched.
+    /// is unloaded on request or a reload replaces it, and counts as one reference however often it is fetched; a
+    /// reload that finds the same layout keeps the new record in its place.
     VOID* KeepModuleRecord(const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch, UINT32 count);
 
     /// Releases what rList holds and fills it with the modules of the branch's last mode; with none if it does not

@@ -4,7 +4,8 @@
 /// ActModeMutex while its list of active modes changes, and over an eviction. Under an ActModeMutex a mode's Mutex and
 /// a module's are only tried, so that it is never held for long; none is taken the other way round, and no thread holds
 /// two ActModeMutexes. References are counted without a lock: how a fetch and an eviction of the same module get out of
-/// each other's way, ParameterModule::UnloadIfUnused says. A frame whose modes are all loaded takes no lock at all.
+/// each other's way, ParameterModule::UnloadIfUnused says. A frame whose modes are all loaded and listed takes no lock,
+/// but an ActModeMutex for the look at its list when an eviction is due.
 #include "parameters/parametersetmanager.h"
 
 #include <algorithm>
