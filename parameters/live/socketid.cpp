@@ -81,13 +81,17 @@ bool SocketID::Create()
 {
     const INT32 domain = (local.type == AddrType::INET) ? AF_INET : AF_UNIX;
     descriptor         = socket(domain, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-    if (descriptor >= 0 && local.type == AddrType::INET)
+    if (descriptor < 0)
+    {
+        return false;
+    }
+    SetOption(descriptor, SOL_SOCKET, SO_RCVBUF, ReceiveBuffer);  // connections take it over
+    if (local.type == AddrType::INET)
     {
         // Connections of an earlier run that still wait for late segments do not keep a restarted camera off its port.
         SetOption(descriptor, SOL_SOCKET, SO_REUSEADDR, 1);
     }
-    SetOption(descriptor, SOL_SOCKET, SO_RCVBUF, ReceiveBuffer);  // connections take it over
-    return descriptor >= 0;
+    return true;
 }
 
 bool SocketID::Listen()
