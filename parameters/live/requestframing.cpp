@@ -128,6 +128,10 @@ VOID RequestFraming::DropHead(UINT32 count)
 /// Done once per read and not per request: a buffer can hold thousands of them.
 VOID RequestFraming::MoveToFront()
 {
+    if (m_head == 0)
+    {
+        return;
+    }
     std::copy(Head(), Head() + m_fill, m_bytes.begin());
     m_head = 0;
 }
