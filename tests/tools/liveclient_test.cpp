@@ -1,4 +1,5 @@
 /// What the client of live tuning sends, and what it makes of good and bad answers.
+#include <chrono>
 #include <random>
 
 #include <gmock/gmock.h>
@@ -149,6 +150,13 @@ TEST(LiveClient, SkipsAnswersToOthers)
         Client client(To(service.Port(), 2000));
         EXPECT_THAT(client.Get("Default", "m", {"a"}), ElementsAre(FieldsAre("a", "2.0")));
     }
+}
+
+TEST(LiveClient, ConnectsToAServiceThatTakesItsTime)
+{
+    ScriptedService service({Says(5, "a=1.0")}, false, 0, std::chrono::milliseconds(300));
+    Client          client(To(service.Port()));
+    EXPECT_THAT(client.Get("Default", "m", {"a"}), ElementsAre(FieldsAre("a", "1.0")));
 }
 
 TEST(LiveClient, RefusesBadAnswersAndLeaves)

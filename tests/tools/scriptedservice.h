@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <functional>
 #include <span>
 #include <thread>
@@ -50,8 +51,10 @@ public:
     /// answered whenever it comes.
     /// @param closesAtEnd closes the connection behind the last reply
     /// @param swallowed   requests at first that get no answer
-    explicit ScriptedService(std::vector<Reply> replies, bool closesAtEnd = false, UINT32 swallowed = 0)
-        : m_replies(std::move(replies)), m_closesAtEnd(closesAtEnd), m_swallowed(swallowed)
+    /// @param lag         before each half of the answer by which a client finds its place
+    explicit ScriptedService(std::vector<Reply> replies, bool closesAtEnd = false, UINT32 swallowed = 0,
+                             std::chrono::milliseconds lag = {})
+        : m_replies(std::move(replies)), m_closesAtEnd(closesAtEnd), m_swallowed(swallowed), m_lag(lag)
     {
         m_listening = socket(AF_INET, SOCK_STREAM, 0);
         sockaddr_in address{};
@@ -130,7 +133,12 @@ private:
         }
         if (rRequest == Packet(5, 0, &requestID, Text("")))
         {
-            return Packet(5, 0, &requestID, Text(""));
+            const Bytes answer = Packet(5, 0, &requestID, Text(""));
+            const auto  middle = answer.begin() + (m_lag.count() > 0 ? 3 : 0);
+            std::this_thread::sleep_for(m_lag);
+            (VOID) send(m_client, answer.data(), static_cast<size_t>(middle - answer.begin()), MSG_NOSIGNAL);
+            std::this_thread::sleep_for(m_lag);
+            return {middle, answer.end()};
         }
         m_requests.push_back(rRequest);
         return (m_requests.size() <= m_replies.size()) ? m_replies[m_requests.size() - 1](requestID) : Bytes();
@@ -153,13 +161,14 @@ private:
         close(m_client);
     }
 
-    const std::vector<Reply> m_replies;
-    const bool               m_closesAtEnd;
-    UINT32                   m_swallowed;
-    int                      m_listening = -1;
-    int                      m_client    = -1;
-    UINT16                   m_port      = 0;
-    int                      m_lastError = 0;
-    std::vector<Bytes>       m_requests;
-    std::thread              m_thread;
+    const std::vector<Reply>        m_replies;
+    const bool                      m_closesAtEnd;
+    UINT32                          m_swallowed;
+    const std::chrono::milliseconds m_lag;
+    int                             m_listening = -1;
+    int                             m_client    = -1;
+    UINT16                          m_port      = 0;
+    int                             m_lastError = 0;
+    std::vector<Bytes>              m_requests;
+    std::thread                     m_thread;
 };

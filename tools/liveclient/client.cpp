@@ -74,18 +74,21 @@ Client::Client(const Options& rOptions)
 Client::~Client() = default;
 
 /// Answers to a client that has left are sent to the next one, and those without a request ID look like its own. They
-/// come in order, so whatever comes before the answer to the latest request with an ID is of that kind.
+/// come in order, so whatever comes before the first answer to a request with an ID of ours is of that kind.
 ///
 /// The service also keeps half a request of a client that has left, which the first bytes of the next client complete.
 /// So the first request may be swallowed; it also spoils what half a request to set would have set. Then zeros: as many
 /// as any request can lack, and behind it they are no request, so that they are dropped. The last few may stay until a
-/// request comes that is dropped with them, so it takes another one.
+/// request comes that is dropped with them, so it takes another one. Any of those behind the zeros will do: a service
+/// that is slow answers each of them late.
 VOID Client::Synchronize()
 {
     const auto                     end   = Clock::now() + m_timeout;
     const Clock::duration          slice = std::min<Clock::duration>(SynchronizeSlice, m_timeout / 4);
     const std::array<BYTE, 0xFFFF> zeros{};
-    for (bool isFirst = true; Clock::now() < end; isFirst = false)
+    const UINT32                   firstID  = m_requestID + 1;
+    UINT32                         oldestID = firstID;
+    while (Clock::now() < end)
     {
         // A request for values that names no module: nothing to do for the service.
         const auto request = EncodeRequest(Command::GetValues, m_vernierID, ++m_requestID, BytesOf(""));
@@ -94,13 +97,17 @@ VOID Client::Synchronize()
         {
             break;
         }
-        if (Await(Command::GetValues, m_requestID, std::min(Clock::now() + slice, end), answer))
+        if (Await(Command::GetValues, oldestID, std::min(Clock::now() + slice, end), end, answer))
         {
             return;
         }
-        if (isFirst && !m_pConnection->TrySend(zeros, end))
+        if (m_requestID == firstID)
         {
-            break;
+            if (!m_pConnection->TrySend(zeros, end))
+            {
+                break;
+            }
+            oldestID = firstID + 1;
         }
     }
     throw Error(fmt::format("{} takes the connection but does not answer within {} ms: another tool may be connected, "
@@ -108,23 +115,25 @@ VOID Client::Synchronize()
                             m_pConnection->Peer(), m_timeout.count()));
 }
 
-/// Waits for the answer to a request, and skips all others.
-/// @return false if it has not come until the deadline @throws Error if what comes is no answer
-bool Client::Await(Command command, UINT32 requestID, Clock::time_point deadline, Answer& rAnswer)
+/// Waits for an answer to one of the requests from the oldest to the latest, and skips all others.
+/// @param deadline for the answer to begin @param end for all of it
+/// @return false if none has begun until the deadline @throws Error if what comes is no answer
+bool Client::Await(Command command, UINT32 oldestID, Clock::time_point deadline, Clock::time_point end, Answer& rAnswer)
 {
     std::vector<BYTE> packet;
     do
     {
         packet.resize(LengthKnownAt);
         size_t held = m_pConnection->Receive(packet, deadline);
-        if (held == LengthKnownAt)
-        {
-            packet.resize(AnswerLength(packet));
-            held += m_pConnection->Receive(std::span(packet).subspan(LengthKnownAt), deadline);
-        }
         if (held == 0)
         {
             return false;
+        }
+        held += m_pConnection->Receive(std::span(packet).subspan(held), end);
+        if (held == LengthKnownAt)
+        {
+            packet.resize(AnswerLength(packet));
+            held += m_pConnection->Receive(std::span(packet).subspan(LengthKnownAt), end);
         }
         if (held < packet.size())
         {
@@ -133,7 +142,7 @@ bool Client::Await(Command command, UINT32 requestID, Clock::time_point deadline
         }
         rAnswer = DecodeAnswer(packet);
         if (rAnswer.command == static_cast<UINT16>(command) &&
-            (!vernier::HasRequestID(rAnswer.command) || rAnswer.requestID == requestID))
+            (!vernier::HasRequestID(rAnswer.command) || m_requestID - rAnswer.requestID <= m_requestID - oldestID))
         {
             return true;
         }
@@ -149,7 +158,7 @@ Answer Client::Exchange(Command command, std::span<const BYTE> payload)
         const auto deadline = Clock::now() + m_timeout;
         Answer     answer;
         m_pConnection->Send(request, deadline);
-        if (!Await(command, m_requestID, deadline, answer))
+        if (!Await(command, m_requestID, deadline, deadline, answer))
         {
             throw Error(fmt::format("{}: no answer to {} within {} ms", m_pConnection->Peer(),
                                     CommandNames[static_cast<UINT16>(command)], m_timeout.count()));

@@ -122,7 +122,8 @@ private:
     Answer Exchange(vernier::Command command, std::span<const BYTE> payload);
     Answer Exchange(vernier::Command command, const std::string& rText);
     VOID   Synchronize();
-    bool   Await(vernier::Command command, UINT32 requestID, Clock::time_point deadline, Answer& rAnswer);
+    bool   Await(vernier::Command command, UINT32 oldestID, Clock::time_point deadline, Clock::time_point end,
+                 Answer& rAnswer);
     UINT32 AskTableIndex(const std::string& rText);
 
     const std::chrono::milliseconds m_timeout;
