@@ -73,8 +73,7 @@ TEST_F(Files, ReplacingAFileIsWholeOrNotAtAll)
     EXPECT_TRUE(std::filesystem::is_symlink(Path("link.bin")));
 
     std::filesystem::create_directory(Path("folder"));
-    EXPECT_EQ(Path("folder") + ": cannot be replaced, expected a plain file",
-              Refusal([&] { ReplaceFile(Path("folder"), bytes); }));
+    EXPECT_EQ(Path("folder") + ": is a folder, expected a file", Refusal([&] { ReplaceFile(Path("folder"), bytes); }));
     EXPECT_EQ(Path("none/out.bin") + ": cannot be written: No such file or directory",
               Refusal([&] { ReplaceFile(Path("none/out.bin"), bytes); }));
     EXPECT_EQ(Path("none.yaml") + ": cannot be opened: No such file or directory",

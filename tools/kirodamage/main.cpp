@@ -1,4 +1,3 @@
-#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <filesystem>
 #include <fmt/format.h>
@@ -9,14 +8,14 @@
 #include "tools/kirodamage/campaign.h"
 #include "tools/kirodamage/errorlines.h"
 #include "tools/kirodamage/trial.h"
+#include "tools/program/commandline.h"
 #include "tools/tuningfile/files.h"
 #include "tools/tuningfile/textinput.h"
 
 namespace
 {
 
-constexpr INT ExitFault    = 1;
-constexpr INT ExitBadUsage = 2;
+constexpr INT ExitFault = 1;
 
 struct Options
 {
@@ -136,11 +135,9 @@ INT Run(const Options& rOptions)
     return 0;
 }
 
-}  // namespace
-
-int main(int argc, char** argv)
+int RunProgram(int argc, char** argv)
 {
-    CLI::App app{"kirodamage: loads damaged parameter files and uses them; each must be refused or usable"};
+    CLI::App app{"Loads damaged parameter files and uses them; each must be refused or usable.", "kirodamage"};
     Options  options;
     app.add_option("tunings", options.tunings, "tunings to be damaged (.yaml)")->required();
     app.add_option("--files", options.files, "how many files")->check(CLI::PositiveNumber)->capture_default_str();
@@ -150,21 +147,13 @@ int main(int argc, char** argv)
         ->check(CLI::Range(1, 3600))
         ->capture_default_str();
     app.add_option("--only", options.only, "one file of the campaign alone, in this process, for a debugger");
-    try
-    {
-        app.parse(argc, argv);
-    }
-    catch (const CLI::ParseError& rError)
-    {
-        return (app.exit(rError) == 0) ? 0 : ExitBadUsage;
-    }
-    try
-    {
-        return Run(options);
-    }
-    catch (const std::exception& rError)
-    {
-        fmt::print(stderr, "kirodamage: {}\n", rError.what());
-        return ExitFault;
-    }
+    const std::optional<int> status = program::ReadCommandLine(app, argc, argv);
+    return status.has_value() ? *status : Run(options);
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    return program::Main("kirodamage: ", [&] { return RunProgram(argc, argv); });
 }

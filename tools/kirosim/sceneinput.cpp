@@ -379,8 +379,7 @@ private:
 /// The text of a scene file as YAML.
 YamlInput OpenScene(const std::string& rPath)
 {
-    const std::vector<BYTE> bytes = tuningfile::ReadBytes(rPath);
-    return YamlInput({reinterpret_cast<const CHAR*>(bytes.data()), bytes.size()}, rPath);
+    return YamlInput(tuningfile::ReadText(rPath), rPath);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <fmt/ranges.h>
 
+#include "tools/program/commandfiles.h"
 #include "tools/tuningfile/binaryinput.h"
 #include "tools/tuningfile/check.h"
 #include "tools/tuningfile/files.h"
@@ -31,6 +32,14 @@ BinaryTuning ReadAloud(const std::string& rInput)
     return binary;
 }
 
+VOID CheckFiles(const std::string& rInput, const std::string& rOutput)
+{
+    program::CommandFiles files;
+    files.Reads("input", rInput);
+    files.Writes("output", rOutput);
+    files.Check();
+}
+
 VOID PrintModes(const ModeTable& rTable)
 {
     std::vector<size_t> depths;
@@ -56,6 +65,7 @@ VOID PrintModes(const ModeTable& rTable)
 
 int Compile(const std::string& rInput, const std::string& rOutput, const VersionUnion& rVersion)
 {
+    CheckFiles(rInput, rOutput);
     const Tuning tuning = ReadTextFile(rInput);
     ReplaceFile(rOutput, WriteBinary(tuning, rVersion));
     for (const std::string& rWhat : LeftOut(tuning, rVersion))
@@ -67,6 +77,7 @@ int Compile(const std::string& rInput, const std::string& rOutput, const Version
 
 int Dump(const std::string& rInput, const std::string& rOutput)
 {
+    CheckFiles(rInput, rOutput);
     const BinaryTuning binary = ReadAloud(rInput);
     for (const std::string& rNote : binary.notes)
     {

@@ -1,25 +1,17 @@
 /// kirotune: makes, reads and checks tuning files, reads debug records, and tunes running cameras.
-#include <exception>
 #include <functional>
 #include <optional>
-
-#include <CLI/CLI.hpp>
-#include <fmt/format.h>
 
 #include "tools/kirotune/commands.h"
 #include "tools/kirotune/debugcommand.h"
 #include "tools/kirotune/livecommand.h"
+#include "tools/program/commandline.h"
 #include "tools/tuningfile/binaryoutput.h"
 
 namespace
 {
 
-constexpr int BadInput = 1;
-constexpr int BadUsage = 2;
-
-}  // namespace
-
-int main(int argc, char** argv)
+int RunProgram(int argc, char** argv)
 {
     CLI::App app("Makes, reads and checks tuning files, reads debug records, and tunes running cameras.", "kirotune");
     app.require_subcommand(1);
@@ -30,8 +22,8 @@ int main(int argc, char** argv)
     std::function<int()> run;
 
     CLI::App* pCompile = app.add_subcommand("compile", "make a parameter file of a text tuning");
-    pCompile->add_option("tuning", input, "text tuning (.yaml)")->required();
-    pCompile->add_option("-o,--output", output, "parameter file to write")->required();
+    pCompile->add_option("tuning", input, "text tuning (.yaml)")->check(program::FileName)->required();
+    pCompile->add_option("-o,--output", output, "parameter file to write")->check(program::FileName)->required();
     pCompile->add_option("--version", version, "version of the file, 1.0.0 to 7.0.0; below 6.0.0 it holds no modules")
         ->capture_default_str()
         ->check([](const std::string& rText)
@@ -40,16 +32,16 @@ int main(int argc, char** argv)
                        { run = [&] { return kirotune::Compile(input, output, *tuningfile::ParseVersion(version)); }; });
 
     CLI::App* pDump = app.add_subcommand("dump", "turn a parameter file into text");
-    pDump->add_option("file", input, "parameter file")->required();
-    pDump->add_option("-o,--output", output, "text to write; stdout by default");
+    pDump->add_option("file", input, "parameter file")->check(program::FileName)->required();
+    pDump->add_option("-o,--output", output, "text to write; stdout by default")->check(program::FileName);
     pDump->callback([&] { run = [&] { return kirotune::Dump(input, output); }; });
 
     CLI::App* pInfo = app.add_subcommand("info", "show what a parameter file holds");
-    pInfo->add_option("file", input, "parameter file")->required();
+    pInfo->add_option("file", input, "parameter file")->check(program::FileName)->required();
     pInfo->callback([&] { run = [&] { return kirotune::Info(input); }; });
 
     CLI::App* pCheck = app.add_subcommand("check", "show what a device would say to a tuning");
-    pCheck->add_option("file", input, "parameter file or text tuning (.yaml)")->required();
+    pCheck->add_option("file", input, "parameter file or text tuning (.yaml)")->check(program::FileName)->required();
     pCheck->callback([&] { run = [&] { return kirotune::Check(input); }; });
 
     CLI::App* pSchema   = app.add_subcommand("schema", "print the schema of text tunings");
@@ -62,30 +54,22 @@ int main(int argc, char** argv)
     CLI::App*             pDebug = app.add_subcommand("debug", "show debug records of a run");
     std::optional<UINT32> frame;
     bool                  isList = false;
-    pDebug->add_option("file", input, "debug records, as kirosim --debug-data writes them")->required();
+    pDebug->add_option("file", input, "debug records, as kirosim --debug-data writes them")
+        ->check(program::FileName)
+        ->required();
     auto* pFrame = pDebug->add_option("--frame", frame, "frame to show, instead of the last one");
     pDebug->add_flag("--list", isList, "a line for each frame")->excludes(pFrame);
     pDebug->callback([&] { run = [&] { return kirotune::Debug(input, frame, isList); }; });
 
     kirotune::AddLiveCommands(app, run);
 
-    try
-    {
-        app.parse(argc, argv);
-        return run();
-    }
-    catch (const CLI::CallForHelp& rHelp)
-    {
-        return app.exit(rHelp);
-    }
-    catch (const CLI::ParseError& rFault)
-    {
-        fmt::print(stderr, "kirotune: {}\n", rFault.what());
-        return BadUsage;
-    }
-    catch (const std::exception& rFault)
-    {
-        fmt::print(stderr, "{}\n", rFault.what());
-        return BadInput;
-    }
+    const std::optional<int> status = program::ReadCommandLine(app, argc, argv);
+    return status.has_value() ? *status : run();
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    return program::Main("", [&] { return RunProgram(argc, argv); });
 }

@@ -1,5 +1,6 @@
 #include "tools/tuningfile/check.h"
 
+#include "tools/program/privatefile.h"
 #include "tools/tuningfile/binaryinput.h"
 #include "tools/tuningfile/files.h"
 #include "tools/tuningfile/modepath.h"
@@ -43,9 +44,10 @@ CheckReport CheckFile(const std::string& rPath)
         report.lines    = log.Lines();
         return report;
     }
-    const StoreLog      log;
-    ParameterSetManager store(nullptr, tuning::TuningModules, ParameterSetManager::Options{});
-    report.accepted = store.LoadBinaryParameters(rPath.c_str());
+    const program::PrivateFile file(ReadBytes(rPath));  // a pipe is read once
+    const StoreLog             log;
+    ParameterSetManager        store(nullptr, tuning::TuningModules, ParameterSetManager::Options{});
+    report.accepted = store.LoadBinaryParameters(file.Path().c_str());
     report.reason   = store.GetErrorText();
     if (report.accepted)
     {

@@ -2,15 +2,19 @@
 /// A file that is written piece by piece and takes the place of another once it is whole.
 #pragma once
 
+#include <optional>
 #include <span>
 #include <string>
 
 #include "platform/tavotypes.h"
+#include "tools/program/temporaries.h"
 
 namespace tuningfile
 {
 
-/// Writes to a temporary file beside the target. Without Commit nothing of it remains, and the target is as it was.
+/// Writes to a temporary file beside the target. Without Commit nothing of it remains, and the target is as it was;
+/// with it, the target keeps its owner and its mode. A link is followed. What is no file in a folder, such as
+/// /dev/stdout or /dev/null, takes the bytes at once.
 class FileReplacement
 {
 public:
@@ -35,11 +39,14 @@ public:
     VOID Commit();
 
 private:
-    std::string m_path;       ///< as the user wrote it
-    std::string m_target;     ///< what it stands for
-    std::string m_temporary;  ///< empty once it is gone
-    int         m_descriptor;
-    UINT64      m_size;
+    VOID OpenStream();
+    VOID OpenTemporary();
+
+    std::string                       m_path;       ///< as the user wrote it
+    std::string                       m_target;     ///< what it stands for
+    std::optional<program::Temporary> m_temporary;  ///< none for a stream, and behind Commit
+    int                               m_stream;     ///< -1 for a file
+    UINT64                            m_size;
 };
 
 }  // namespace tuningfile

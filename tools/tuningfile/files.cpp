@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
+#include "tools/program/filekind.h"
 #include "tools/tuningfile/filereplacement.h"
 #include "tools/tuningfile/inputerror.h"
 #include "tools/tuningfile/textinput.h"
@@ -59,10 +60,14 @@ bool IsText(const std::string& rPath)
     return extension == ".yaml" || extension == ".yml";
 }
 
-std::vector<BYTE> ReadBytes(const std::string& rPath)
+std::vector<BYTE> ReadBytes(const std::string& rPath, size_t maxSize)
 {
     constexpr size_t PieceSize = 1 << 20;
 
+    if (const std::string kind = program::UnusableKind(rPath); !kind.empty())
+    {
+        throw InputError(fmt::format("{}: is {}, expected a file", rPath, kind));
+    }
     const Descriptor file(open(rPath.c_str(), O_RDONLY | O_CLOEXEC));
     if (file.Get() < 0)
     {
@@ -79,18 +84,23 @@ std::vector<BYTE> ReadBytes(const std::string& rPath)
             FailOnSystem(rPath, "cannot be read");
         }
         bytes.resize(start + static_cast<size_t>(std::max<ssize_t>(length, 0)));
-        if (bytes.size() > MaxFileSize)
+        if (bytes.size() > maxSize)
         {
-            throw InputError(fmt::format("{}: too large, expected at most {} bytes", rPath, MaxFileSize));
+            throw InputError(fmt::format("{}: too large, expected at most {} bytes", rPath, maxSize));
         }
     }
     return bytes;
 }
 
+std::string ReadText(const std::string& rPath)
+{
+    const std::vector<BYTE> bytes = ReadBytes(rPath, MaxTextSize);
+    return {reinterpret_cast<const CHAR*>(bytes.data()), bytes.size()};
+}
+
 Tuning ReadTextFile(const std::string& rPath)
 {
-    const std::vector<BYTE> bytes = ReadBytes(rPath);
-    return ParseText(std::string_view(reinterpret_cast<const CHAR*>(bytes.data()), bytes.size()), rPath);
+    return ParseText(ReadText(rPath), rPath);
 }
 
 std::vector<BYTE> CompileFile(const std::string& rPath, const VersionUnion& rVersion)

@@ -1,7 +1,5 @@
 #include "tools/tuningfile/storelog.h"
 
-#include <string_view>
-
 #include "platform/tavodesk.h"
 
 namespace tuningfile
@@ -20,7 +18,8 @@ VOID DropThrough(std::string_view& rLine, std::string_view mark)
     }
 }
 
-/// The message of a line such as "[ERROR] ParameterParser (Thread 1): 0x1 (tag): message\n".
+}  // namespace
+
 std::string_view MessageOf(std::string_view line)
 {
     DropThrough(line, "): ");
@@ -38,8 +37,6 @@ std::string_view MessageOf(std::string_view line)
     }
     return line;
 }
-
-}  // namespace
 
 StoreLog::StoreLog()
 {

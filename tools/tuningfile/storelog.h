@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/tavotypes.h"
@@ -31,5 +32,8 @@ private:
 
     std::vector<std::string> m_lines;
 };
+
+/// The message of a line such as "[ERROR] ParameterParser (Thread 1): 0x1 (tag): message\n".
+std::string_view MessageOf(std::string_view line);
 
 }  // namespace tuningfile

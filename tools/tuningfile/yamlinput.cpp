@@ -18,6 +18,10 @@ constexpr std::string_view MergeKey      = "<<";
 constexpr UINT32           MaxMergeDepth = 32;
 constexpr size_t           MaxQuoted     = 60;
 
+/// Values that a text may come to once its aliases and merge keys are followed: a few lines could ask for more than any
+/// machine can hold. The largest tuning has a tenth of it.
+constexpr UINT64 MaxValues = 4000000;
+
 /// Keeps a message on one line, whatever was quoted from the file.
 std::string OneLine(std::string_view text)
 {
@@ -95,7 +99,17 @@ const std::string& YamlInput::Scalar(const YAML::Node& rNode, std::string_view e
     {
         Fail(rNode, fmt::format("{} found, expected {}", Describe(rNode), expected));
     }
+    CountValue(rNode);
     return rNode.Scalar();
+}
+
+VOID YamlInput::CountValue(const YAML::Node& rNode) const
+{
+    if (++m_valueCount > MaxValues)
+    {
+        Fail(rNode,
+             fmt::format("aliases and merge keys make more than {} values of the text, expected less", MaxValues));
+    }
 }
 
 YamlMap YamlInput::Map(const YAML::Node& rNode, std::string_view expected) const
@@ -115,6 +129,7 @@ VOID YamlInput::Merge(const YAML::Node& rMap, std::string_view expected, Collect
     {
         Fail(rMap, "maps merged too deeply, expected no cycle of merge keys");
     }
+    CountValue(rMap);
     const size_t first = rCollection.entries.size();
     for (const auto& rPair : rMap)
     {

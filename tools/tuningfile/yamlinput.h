@@ -91,8 +91,12 @@ private:
 
     VOID Merge(const YAML::Node& rMap, std::string_view expected, Collection& rCollection, UINT32 depth) const;
 
-    std::string m_fileName;
-    YAML::Node  m_root;
+    /// Fails when following aliases and merge keys has led to too many values.
+    VOID CountValue(const YAML::Node& rNode) const;
+
+    std::string    m_fileName;
+    YAML::Node     m_root;
+    mutable UINT64 m_valueCount = 0;
 };
 
 /// What a node is, in words for a message: "a list", "a map", "nothing" or the quoted scalar.
