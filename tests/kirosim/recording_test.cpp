@@ -42,6 +42,13 @@ public:
     ~TemporaryFile()
     {
         std::filesystem::remove(m_path);
+        std::filesystem::remove(Part());
+    }
+
+    /// Where a recording stands that has not come to its end.
+    std::string Part() const
+    {
+        return m_path + ChunkWriter::PartSuffix;
     }
 
     const std::string& Path() const
@@ -112,7 +119,7 @@ VOID WriteChunks(const std::string& rPath, const std::vector<Chunk>& rChunks)
     {
         writer.Write(rChunk.type, rChunk.payload);
     }
-    writer.Flush();
+    writer.Commit();
 }
 
 bool IsCallOf(const Chunk& rChunk, Slot slot)
@@ -450,7 +457,7 @@ TEST_F(RecordingOfAHost, EndsAtTheSeventeenthCameraAtATime)
     EXPECT_EQ(cameras.back()->runStartOfFrame(cameras.back(), 1), 0);
     std::for_each(cameras.begin(), cameras.end(), Destroy);
     EXPECT_EQ(Finish(), m_file.Path() + ": ends after 0 calls: more than 16 cameras at a time");
-    EXPECT_EQ(ReplayOf(m_file.Path()).damage, "cut: its end is missing");
+    EXPECT_EQ(ReplayOf(m_file.Part()).damage, "cut: its end is missing");
 }
 
 TEST_F(RecordingOfAHost, EndsAtTheSeventeenthTuning)
@@ -459,11 +466,11 @@ TEST_F(RecordingOfAHost, EndsAtTheSeventeenthTuning)
     {
         m_recorder.AddTuning(&Phone().Manager(), Phone().Reference());
     }
-    std::vector<Chunk> chunks = ChunksOf(m_file.Path());
+    std::vector<Chunk> chunks = ChunksOf(m_file.Part());
     m_recorder.AddTuning(&Phone().Manager(), Phone().Reference());
     Destroy(Create(Phone()));
     EXPECT_EQ(Finish(), m_file.Path() + ": ends after 0 calls: more than 16 tunings");
-    EXPECT_EQ(ReplayOf(m_file.Path()).damage, "cut: its end is missing") << "16 are taken";
+    EXPECT_EQ(ReplayOf(m_file.Part()).damage, "cut: its end is missing") << "16 are taken";
 
     ASSERT_EQ(chunks.back().type, ChunkType::Tuning);
     chunks.push_back(chunks.back());

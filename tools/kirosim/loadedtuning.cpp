@@ -22,12 +22,19 @@ std::vector<TuningMode> DefaultSelectors()
 LoadedTuning::LoadedTuning(const std::string& rPath, bool isLive) : m_isLive(isLive), m_manager("kirosim")
 {
     m_manager.SetLiveTuningAutostart(isLive);
-    // Names a missing file before the store is asked.
     const bool              isText = tuningfile::IsText(rPath);
     const std::vector<BYTE> bytes  = isText ? tuningfile::CompileFile(rPath) : tuningfile::ReadBytes(rPath);
     m_reference                    = {rPath, recording::ChecksumOf(bytes), bytes.size()};
-    const bool isLoaded            = isText ? m_manager.LoadBinaryParameters(bytes.data(), bytes.size())
-                                            : m_manager.LoadBinaryParameters(rPath.c_str());
+    bool isLoaded                  = false;
+    if (isText)
+    {
+        isLoaded = m_manager.LoadBinaryParameters(bytes.data(), bytes.size());
+    }
+    else
+    {
+        m_file.emplace(bytes);
+        isLoaded = m_manager.LoadBinaryParameters(m_file->Path().c_str());
+    }
     if (!isLoaded)
     {
         throw tuningfile::InputError(rPath + ": " + m_manager.GetErrorText());

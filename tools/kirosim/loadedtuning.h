@@ -3,11 +3,13 @@
 #pragma once
 
 #include <deque>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "interface/statstuningdata.h"
 #include "parameters/tuningsetmanager.h"
+#include "tools/program/privatefile.h"
 #include "tools/recording/tuningreference.h"
 
 namespace kirosim
@@ -43,7 +45,11 @@ public:
     }
 
 private:
-    const bool                          m_isLive;
+    const bool m_isLive;
+
+    /// Modes are read when a scene first asks for them, perhaps long after somebody has written the file anew: the
+    /// store reads from a copy. Outlives the store.
+    std::optional<program::PrivateFile> m_file;
     TuningSetManager                    m_manager;
     recording::TuningReference          m_reference;
     std::deque<std::vector<TuningMode>> m_selectors;

@@ -3,20 +3,27 @@
 #include <atomic>
 #include <csignal>
 
+#include "tools/program/temporaries.h"
+
 namespace kirosim
 {
 
 namespace
 {
 
-constexpr int Signals[] = {SIGINT, SIGTERM};
+/// A closed terminal and a reader that has left are no reason to lose what a run has found so far.
+constexpr int Signals[] = {SIGINT, SIGTERM, SIGHUP, SIGPIPE};
 
 std::atomic<bool> g_isRaised = false;
 static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler sets it");
 
-extern "C" void RaiseStop(int)
+extern "C" void RaiseStop(int signal)
 {
-    g_isRaised = true;
+    // Each further line that nobody reads raises SIGPIPE again.
+    if (g_isRaised.exchange(true) && signal != SIGPIPE)
+    {
+        program::EndBySignal(signal);
+    }
 }
 
 VOID Handle(void (*handler)(int), int flags)
@@ -36,7 +43,7 @@ VOID Handle(void (*handler)(int), int flags)
 StopSignal::StopSignal()
 {
     g_isRaised = false;
-    Handle(RaiseStop, SA_RESTART | static_cast<int>(SA_RESETHAND));
+    Handle(RaiseStop, SA_RESTART);
 }
 
 StopSignal::~StopSignal()

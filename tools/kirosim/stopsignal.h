@@ -7,7 +7,8 @@
 namespace kirosim
 {
 
-/// While it lives, the first SIGINT or SIGTERM only asks the program to stop; a second one of the same kind ends it.
+/// While it lives, the first signal to end (Ctrl-C, SIGTERM, a closed terminal, a closed pipe) only asks the program to
+/// stop; a second one ends it.
 class StopSignal
 {
 public:

@@ -8,6 +8,8 @@
 #include <stdexcept>
 #include <sys/stat.h>
 
+#include "tools/program/filekind.h"
+
 namespace recording
 {
 
@@ -100,8 +102,13 @@ UINT32 ChecksumOf(std::span<const BYTE> bytes, UINT32 seed)
 }
 
 ChunkWriter::ChunkWriter(const std::string& rPath)
-    : m_path(rPath), m_file(std::fopen(rPath.c_str(), "wb"), &std::fclose)
+    : m_target(program::EndOfLinks(rPath)), m_path(m_target + PartSuffix), m_file(nullptr, &std::fclose)
 {
+    if (const std::string kind = program::UnusableKind(rPath); !kind.empty())
+    {
+        throw std::runtime_error(fmt::format("{}: is {}, expected a file", rPath, kind));
+    }
+    m_file.reset(std::fopen(m_path.c_str(), "wb"));
     if (m_file == nullptr)
     {
         ThrowSystem(rPath);
@@ -136,6 +143,14 @@ VOID ChunkWriter::Flush()
     if (std::fflush(m_file.get()) != 0)
     {
         ThrowSystem(m_path);
+    }
+}
+
+VOID ChunkWriter::Commit()
+{
+    if (std::fclose(m_file.release()) != 0 || std::rename(m_path.c_str(), m_target.c_str()) != 0)
+    {
+        ThrowSystem(m_target);
     }
 }
 

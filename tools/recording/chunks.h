@@ -36,11 +36,14 @@ struct Chunk
     std::vector<BYTE> payload;
 };
 
-/// Writes a file as the run goes on: a run that dies leaves what it has done so far.
+/// Writes a file as the run goes on, beside its place: a run that dies leaves what it has done so far, under the name
+/// with PartSuffix, and what had the name before is still there.
 class ChunkWriter
 {
 public:
-    /// @throws std::runtime_error, as Write and Flush do, if the file cannot be written
+    static constexpr CHAR PartSuffix[] = ".part";
+
+    /// @throws std::runtime_error, as the other functions do, if the file cannot be written
     explicit ChunkWriter(const std::string& rPath);
 
     VOID Write(ChunkType type, std::span<const BYTE> payload);
@@ -48,12 +51,16 @@ public:
     /// Hands what was written to the system.
     VOID Flush();
 
+    /// Gives the file its name. Nothing is written afterwards.
+    VOID Commit();
+
 private:
     using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 
     VOID Put(const VOID* pBytes, size_t size);
 
-    std::string m_path;
+    std::string m_target;
+    std::string m_path;  ///< while it is written
     File        m_file;
 };
 

@@ -75,6 +75,7 @@ VOID Recorder::Finish()
     {
         throw std::runtime_error(m_error);
     }
+    m_file.Commit();
 }
 
 /// Ends the recording where it holds what a replay would not take.

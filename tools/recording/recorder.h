@@ -34,9 +34,9 @@ public:
     /// @return a table that stands for it, valid as long as the recorder; the instance's own stays valid too
     IKIROCoreAlgo* Wrap(IKIROCoreAlgo* pCore, const StatsTuningData& rTuning);
 
-    /// Ends the recording: without it the file counts as cut.
+    /// Ends the recording and gives it its name; up to then it stands beside, and counts as cut.
     /// @throws std::runtime_error if something could not be written, now or before, or was what a replay does not take:
-    ///         the recording ends there, the run goes on
+    ///         the recording ends there, and keeps its name of a part; the run goes on
     VOID Finish();
 
 private:

@@ -1,0 +1,224 @@
+#include "tools/kirosim/runcommand.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <stdexcept>
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include "tools/kirosim/framepacer.h"
+#include "tools/kirosim/learnedfile.h"
+#include "tools/kirosim/librarylog.h"
+#include "tools/kirosim/queryanswers.h"
+#include "tools/kirosim/runfiles.h"
+#include "tools/kirosim/runreport.h"
+#include "tools/kirosim/simulation.h"
+#include "tools/kirosim/stopsignal.h"
+#include "tools/kirosim/trace.h"
+#include "tools/recording/recorder.h"
+
+namespace kirosim
+{
+
+namespace
+{
+
+/// Runs longer than this show a progress line on a terminal.
+constexpr UINT32 ProgressFrames = 2000;
+
+/// Lines of the table, whatever the length of the run.
+constexpr UINT32 TableLines = 60;
+
+/// A terminal that is gone must not end a run before its files are whole; the program's end tells of it.
+VOID Print(const std::string& rText)
+{
+    (VOID) std::fputs(rText.c_str(), stdout);
+}
+
+VOID ShowProgress(UINT64 frame, UINT32 frames)
+{
+    constexpr UINT64 interval = 500;
+    if (frames > ProgressFrames && frame % interval == 0 && isatty(STDERR_FILENO) != 0)
+    {
+        (VOID) std::fprintf(stderr, "\rframe %llu of %u", frame, frames);
+        if (frame + interval > frames)
+        {
+            (VOID) std::fputc('\n', stderr);
+        }
+    }
+}
+
+/// @throws std::runtime_error for a scene that learns nothing of its flash
+VOID LoadLearned(const RunOptions& rOptions, Scene& rScene)
+{
+    const bool isWanted = !rOptions.ficLoad.empty() || !rOptions.ficSave.empty();
+    if (isWanted && (!rScene.flash.has_value() || !rScene.flash->isCalibrated))
+    {
+        throw std::runtime_error(rOptions.scene + ": the scene has no flash with calibration");
+    }
+    if (!rOptions.ficLoad.empty())
+    {
+        rScene.flash->learned = ReadLearned(rOptions.ficLoad);
+    }
+}
+
+Scene ReadRunScene(const RunOptions& rOptions)
+{
+    Scene scene  = ReadScene(rOptions.scene, rOptions.variant);
+    scene.frames = rOptions.frames.value_or(scene.frames);
+    scene.seed   = rOptions.seed.value_or(scene.seed);
+    LoadLearned(rOptions, scene);
+    if (!rOptions.csvSecond.empty() && scene.pSecond == nullptr)
+    {
+        throw std::runtime_error(rOptions.scene + ": --csv-second wants a scene with a second camera");
+    }
+    return scene;
+}
+
+/// How the run goes on: paced or not, round after round or not, and up to a signal.
+RunPlan PlanOf(const RunOptions& rOptions, FramePacer& rPacer)
+{
+    RunPlan plan;
+    plan.rounds = rOptions.IsLooping() ? rOptions.loops : std::optional<UINT64>(1);
+    if (rOptions.isRealtime)
+    {
+        plan.beforeFrame = [&rPacer]()
+        {
+            rPacer.Wait(StopSignal::IsRaised);
+            return !StopSignal::IsRaised();
+        };
+    }
+    else
+    {
+        plan.beforeFrame = []() { return !StopSignal::IsRaised(); };
+    }
+    return plan;
+}
+
+/// What a person sees while the run goes on.
+VOID ShowFrame(const RunOptions& rOptions, const Scene& rScene, const FrameRecord& rRecord,
+               const std::string& rRoundLines)
+{
+    const UINT32 interval = std::max(rScene.frames / TableLines, 1U);
+    std::string  lines    = (!rOptions.isQuiet && (rRecord.frame - 1) % interval == 0) ? TableLine(rRecord) : "";
+    if (rOptions.IsLooping())
+    {
+        lines += rRoundLines;
+    }
+    else
+    {
+        ShowProgress(rRecord.frame, rScene.frames);
+    }
+    if (!lines.empty())
+    {
+        Print(lines);
+        (VOID) std::fflush(stdout);
+    }
+}
+
+/// Where a camera that runs on can be tuned.
+VOID ShowPort(const RunOptions& rOptions, LoadedTuning& rTuning)
+{
+    if (!rTuning.IsLive() || !(rOptions.isRealtime || rOptions.IsLooping()))
+    {
+        return;
+    }
+    const UINT16 port = rTuning.Manager().GetLiveTuningPort();
+    if (port == 0)
+    {
+        fmt::print(stderr, "kirosim: no port is free for live tuning\n");
+        return;
+    }
+    Print(fmt::format("live tuning at port {}\n", port));
+    (VOID) std::fflush(stdout);
+}
+
+/// @return what puts the recorder between host and core; empty without one
+KiroTableDecorator MakeRecorder(const RunOptions& rOptions, LoadedTuning& rTuning,
+                                std::optional<recording::Recorder>& rRecorder)
+{
+    if (rOptions.record.empty())
+    {
+        return {};
+    }
+    rRecorder.emplace(rOptions.record);
+    rRecorder->AddTuning(&rTuning.Manager(), rTuning.Reference());
+    return [&rRecorder](IKIROCoreAlgo* pAlgo, const StatsTuningData& rTuningData)
+    { return rRecorder->Wrap(pAlgo, rTuningData); };
+}
+
+/// @return what is wrong with the recording, empty if nothing is
+std::string FinishRecording(std::optional<recording::Recorder>& rRecorder)
+{
+    try
+    {
+        if (rRecorder.has_value())
+        {
+            rRecorder->Finish();
+        }
+        return {};
+    }
+    catch (const std::runtime_error& rError)
+    {
+        return rError.what();
+    }
+}
+
+VOID RunFrames(const RunOptions& rOptions, const Scene& rScene, Simulation& rSimulation, RunReport& rReport,
+               RunFiles& rFiles)
+{
+    FramePacer pacer(rScene.fps);
+    if (!rOptions.isQuiet)
+    {
+        Print(TableHeader());
+    }
+    rSimulation.Run(
+        [&](const FrameRecord& rRecord)
+        {
+            rReport.Add(rRecord);
+            rFiles.Add(rRecord);
+            ShowFrame(rOptions, rScene, rRecord, rReport.RoundLines());
+        },
+        [&](const FrameRecord& rRecord)
+        {
+            rReport.AddSecond(rRecord);
+            rFiles.AddSecond(rRecord);
+        },
+        PlanOf(rOptions, pacer));
+    if (StopSignal::IsRaised() && !rOptions.IsOpenEnded())
+    {
+        throw std::runtime_error("interrupted");  // half of such a run is no result
+    }
+}
+
+}  // namespace
+
+VOID Run(const RunOptions& rOptions)
+{
+    CheckRunFiles(rOptions);
+    const Scene scene = ReadRunScene(rOptions);
+    // What a tool changes meanwhile would not be part of a recording.
+    LoadedTuning tuning(rOptions.tuning, !rOptions.isNotLive && rOptions.record.empty());
+    ShowPort(rOptions, tuning);
+    const StopSignal                   stopSignal;  // before there are files to clear away
+    RunFiles                           files(rOptions);
+    std::optional<recording::Recorder> recorder;
+    std::optional<Simulation>          simulation;
+    simulation.emplace(scene, tuning, librarylog::Write, MakeRecorder(rOptions, tuning, recorder));
+    files.Watch(simulation->MainCamera());
+    RunReport report(scene);
+    RunFrames(rOptions, scene, *simulation, report, files);
+    const std::string answers = rOptions.isAsking ? QueryAnswers(simulation->MainCamera().Host().Algo()) : "";
+    simulation.reset();  // its end is recorded too
+    // None of the files keeps the others from being whole.
+    const std::string recordingError = FinishRecording(recorder);
+    files.Commit();
+    Print(report.Format() + answers);
+    if (!recordingError.empty())
+    {
+        throw std::runtime_error(recordingError);
+    }
+}
+
+}  // namespace kirosim

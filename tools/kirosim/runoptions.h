@@ -1,0 +1,45 @@
+/// @file
+/// What a person asks of a run.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "platform/tavotypes.h"
+
+namespace kirosim
+{
+
+struct RunOptions
+{
+    std::string           tuning;
+    std::string           scene;
+    std::string           variant;  ///< empty for the scene as it is
+    std::string           csv;      ///< files that are empty are not wanted
+    std::string           csvSecond;
+    std::string           debugData;
+    std::string           ficLoad;
+    std::string           ficSave;
+    std::string           record;
+    std::optional<UINT32> frames;
+    std::optional<UINT64> seed;
+    std::optional<UINT64> loops;
+    bool                  isQuiet    = false;
+    bool                  isAsking   = false;  ///< for the library's answers to queries
+    bool                  isRealtime = false;
+    bool                  isLoop     = false;
+    bool                  isNotLive  = false;
+
+    bool IsLooping() const
+    {
+        return isLoop || loops.has_value();
+    }
+
+    /// Whether a run that is stopped has done what was asked: one that would go on for ever, or is being watched.
+    bool IsOpenEnded() const
+    {
+        return !loops.has_value() && (isLoop || isRealtime);
+    }
+};
+
+}  // namespace kirosim
