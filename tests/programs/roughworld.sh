@@ -66,6 +66,12 @@ TABLE
 ends 2 'expected the name of a file' "${run[@]}" --tuning t.yaml --csv ''
 ends 2 'expected the name of a file' kirotune compile t.yaml -o ''
 
+# A mode that the tuning does not have is said once, and is an error of a strict run.
+sed 's/^events: .*/events: [{time: 0, modes: [Usecase.Video]}, {time: 0.1, modes: [Usecase.Video]}]/' s.yaml >modes.yaml
+readonly modes=(kirosim run --no-live --quiet --frames 9 --tuning t.bin --scene modes.yaml)
+ends 0 '^kirosim: modes.yaml: the tuning has no mode Usecase.Video, for which the scene asks: the mode above' "${modes[@]}"
+ends 1 '^kirosim: modes.yaml: the tuning has no mode Usecase.Video, for which the scene asks$' "${modes[@]}" --strict
+
 # A good recording stays when another output cannot be opened, or the run does not come to its end.
 "${run[@]}" --tuning t.bin --record run.rec >/dev/null || fail 'no recording'
 kept=$(cksum <run.rec)

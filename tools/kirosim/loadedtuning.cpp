@@ -5,6 +5,7 @@
 #include "tools/recording/chunks.h"
 #include "tools/tuningfile/files.h"
 #include "tools/tuningfile/inputerror.h"
+#include "tools/tuningfile/modepath.h"
 
 namespace kirosim
 {
@@ -39,6 +40,21 @@ LoadedTuning::LoadedTuning(const std::string& rPath, bool isLive) : m_isLive(isL
     {
         throw tuningfile::InputError(rPath + ": " + m_manager.GetErrorText());
     }
+}
+
+std::optional<std::string> LoadedTuning::MissingMode(const std::vector<TuningMode>& rSelectors)
+{
+    size_t count = rSelectors.size();
+    while (count > 0 && rSelectors[count - 1].subMode.value == 0)
+    {
+        --count;
+    }
+    if (count == 0 || m_manager.GetModeEntry(0, rSelectors.data(), static_cast<UINT32>(count)) != nullptr)
+    {
+        return std::nullopt;
+    }
+    return tuningfile::FormatModeName(
+        {static_cast<UINT16>(rSelectors[count - 1].mode), rSelectors[count - 1].subMode.value});
 }
 
 StatsTuningData LoadedTuning::Data(const std::vector<TuningMode>& rSelectors)

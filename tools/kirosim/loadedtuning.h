@@ -28,6 +28,10 @@ public:
     /// @param rSelectors seven, Default first; they stay valid as long as the tuning: several cameras use it
     StatsTuningData Data(const std::vector<TuningMode>& rSelectors);
 
+    /// The deepest mode that the selectors name, if the tuning does not have it: cameras then use the one above it.
+    /// @return such as "Usecase.Video"; nothing if it is there, or if none but Default is named
+    std::optional<std::string> MissingMode(const std::vector<TuningMode>& rSelectors);
+
     bool IsLive() const
     {
         return m_isLive;

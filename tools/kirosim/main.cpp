@@ -31,6 +31,7 @@ VOID AddRunOptions(CLI::App& rRun, kirosim::RunOptions& rOptions)
     rRun.add_flag("--loop", rOptions.isLoop, "start the scene again at its end, until Ctrl-C; the camera runs on");
     rRun.add_option("--loops", rOptions.loops, "run this many rounds of the scene")->check(CLI::PositiveNumber);
     rRun.add_flag("--no-live", rOptions.isNotLive, "open no port for live tuning");
+    rRun.add_flag("--strict", rOptions.isStrict, "fail if the tuning lacks a mode for which the scene asks");
     rRun.add_flag("--quiet", rOptions.isQuiet, "leave out the table");
 }
 

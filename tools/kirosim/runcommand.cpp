@@ -10,6 +10,7 @@
 #include "tools/kirosim/framepacer.h"
 #include "tools/kirosim/learnedfile.h"
 #include "tools/kirosim/librarylog.h"
+#include "tools/kirosim/missingmodes.h"
 #include "tools/kirosim/queryanswers.h"
 #include "tools/kirosim/runfiles.h"
 #include "tools/kirosim/runreport.h"
@@ -134,6 +135,20 @@ VOID ShowPort(const RunOptions& rOptions, LoadedTuning& rTuning)
     (VOID) std::fflush(stdout);
 }
 
+/// @throws std::runtime_error in a strict run
+VOID TellMissingModes(const RunOptions& rOptions, const Scene& rScene, LoadedTuning& rTuning)
+{
+    for (const std::string& rLine : MissingModes(rScene, rTuning))
+    {
+        const std::string line = fmt::format("{}: {}", rOptions.scene, rLine);
+        if (rOptions.isStrict)
+        {
+            throw std::runtime_error(line);
+        }
+        (VOID) std::fprintf(stderr, "kirosim: %s: the mode above it is used\n", line.c_str());
+    }
+}
+
 /// @return what puts the recorder between host and core; empty without one
 KiroTableDecorator MakeRecorder(const RunOptions& rOptions, LoadedTuning& rTuning,
                                 std::optional<recording::Recorder>& rRecorder)
@@ -200,6 +215,7 @@ VOID Run(const RunOptions& rOptions)
     const Scene scene = ReadRunScene(rOptions);
     // What a tool changes meanwhile would not be part of a recording.
     LoadedTuning tuning(rOptions.tuning, !rOptions.isNotLive && rOptions.record.empty());
+    TellMissingModes(rOptions, scene, tuning);
     ShowPort(rOptions, tuning);
     const StopSignal                   stopSignal;  // before there are files to clear away
     RunFiles                           files(rOptions);

@@ -29,6 +29,7 @@ struct RunOptions
     bool                  isRealtime = false;
     bool                  isLoop     = false;
     bool                  isNotLive  = false;
+    bool                  isStrict   = false;  ///< what is only said otherwise ends the run
 
     bool IsLooping() const
     {
