@@ -20,7 +20,8 @@ std::vector<TuningMode> DefaultSelectors()
     return selectors;
 }
 
-LoadedTuning::LoadedTuning(const std::string& rPath, bool isLive) : m_isLive(isLive), m_manager("kirosim")
+LoadedTuning::LoadedTuning(const std::string& rPath, bool isLive, Source source)
+    : m_isLive(isLive), m_manager("kirosim")
 {
     m_manager.SetLiveTuningAutostart(isLive);
     const bool              isText = tuningfile::IsText(rPath);
@@ -30,6 +31,10 @@ LoadedTuning::LoadedTuning(const std::string& rPath, bool isLive) : m_isLive(isL
     if (isText)
     {
         isLoaded = m_manager.LoadBinaryParameters(bytes.data(), bytes.size());
+    }
+    else if (source == Source::File)
+    {
+        isLoaded = m_manager.LoadBinaryParameters(rPath.c_str());
     }
     else
     {

@@ -21,9 +21,16 @@ std::vector<TuningMode> DefaultSelectors();
 class LoadedTuning
 {
 public:
+    /// What the store reads a parameter file from, when a camera first asks for a mode and when it loads anew.
+    enum class Source
+    {
+        Copy,  ///< what the file held at first, whatever becomes of it
+        File   ///< the file as it stands then
+    };
+
     /// @param isLive open a port, so that a tool can read and change the tuning while it is in use
     /// @throws tuningfile::InputError if the file cannot be read or the store refuses it
-    explicit LoadedTuning(const std::string& rPath, bool isLive = false);
+    explicit LoadedTuning(const std::string& rPath, bool isLive = false, Source source = Source::Copy);
 
     /// @param rSelectors seven, Default first; they stay valid as long as the tuning: several cameras use it
     StatsTuningData Data(const std::vector<TuningMode>& rSelectors);
@@ -51,8 +58,8 @@ public:
 private:
     const bool m_isLive;
 
-    /// Modes are read when a scene first asks for them, perhaps long after somebody has written the file anew: the
-    /// store reads from a copy. Outlives the store.
+    /// The copy, if there is one. Modes are read when a scene first asks for them, perhaps long after somebody has
+    /// written the file anew. Outlives the store.
     std::optional<program::PrivateFile> m_file;
     TuningSetManager                    m_manager;
     recording::TuningReference          m_reference;

@@ -65,7 +65,7 @@ CameraLife::CameraLife(TuningVariants& rVariants, StatsLogger logger, std::strin
     : m_rVariants(rVariants), m_logger(logger), m_rCalls(rCalls), m_scene(EvenScene()), m_frames(0), m_isGood(true)
 {
     m_rVariants.WriteGood();
-    m_pTuning = std::make_unique<kirosim::LoadedTuning>(m_rVariants.Path());
+    m_pTuning = std::make_unique<kirosim::LoadedTuning>(m_rVariants.Path(), false, kirosim::LoadedTuning::Source::File);
     AddCamera();
 }
 
@@ -209,7 +209,8 @@ VOID CameraLife::ReplaceStore(UINT32 times)
     for (UINT32 time = 0; time < times; ++time)
     {
         Note("another store in place of the present one");
-        auto pNext = std::make_unique<kirosim::LoadedTuning>(m_rVariants.Path());
+        auto pNext =
+            std::make_unique<kirosim::LoadedTuning>(m_rVariants.Path(), false, kirosim::LoadedTuning::Source::File);
         for (Place& rPlace : m_cameras)
         {
             KiroHost&   rHost  = rPlace.pCamera->Host();
@@ -316,7 +317,7 @@ std::vector<std::string> CameraLife::Judge(bool isReloaded)
     std::optional<kirosim::LoadedTuning> own;
     if (hasOwnStore)
     {
-        own.emplace(m_rVariants.Path());
+        own.emplace(m_rVariants.Path(), false, kirosim::LoadedTuning::Source::File);
     }
     kirosim::LoadedTuning& rTuning = own.has_value() ? *own : *m_pTuning;
     Place                  fresh   = NewPlace(rTuning);

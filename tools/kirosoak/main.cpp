@@ -1,4 +1,3 @@
-#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <filesystem>
 #include <fmt/format.h>
@@ -8,13 +7,13 @@
 #include "tools/kirosim/stopsignal.h"
 #include "tools/kirosoak/hostsequences.h"
 #include "tools/kirosoak/soak.h"
+#include "tools/program/commandline.h"
 #include "tools/tuningfile/files.h"
 
 namespace
 {
 
-constexpr INT ExitFault    = 1;
-constexpr INT ExitBadUsage = 2;
+constexpr INT ExitFault = 1;
 
 struct Options
 {
@@ -119,40 +118,34 @@ INT Run(const Options& rOptions)
     return status;
 }
 
-}  // namespace
-
-int main(int argc, char** argv)
+int RunProgram(int argc, char** argv)
 {
-    CLI::App app{"kirosoak: runs scenes lap after lap while their tuning is edited and reloaded; laps must be alike, "
-                 "memory flat"};
-    Options  options;
-    app.add_option("--tuning", options.tuning, "tuning, as text (.yaml)")->required();
+    CLI::App app{
+        "Runs scenes lap after lap while their tuning is edited and reloaded; laps must be alike, memory flat.",
+        "kirosoak"};
+    Options options;
+    app.add_option("--tuning", options.tuning, "tuning, as text (.yaml)")->check(program::FileName)->required();
     app.add_option("--frames", options.frames, "frames to run, rounded up to whole laps")->capture_default_str();
     app.add_flag("--reloads", options.reloads, "reload files of all kinds, one after the other, before the scenes");
     app.add_option("--sequences", options.sequences, "random sequences of a host's calls to run before the scenes");
     app.add_option("--seed", options.seed, "of the first sequence; the others have the next numbers")
         ->capture_default_str();
-    app.add_option("scenes", options.scenes, "scenes (.yaml)");
-    try
+    app.add_option("scenes", options.scenes, "scenes (.yaml)")->check(program::FileName);
+    if (const std::optional<int> status = program::ReadCommandLine(app, argc, argv))
     {
-        app.parse(argc, argv);
-    }
-    catch (const CLI::ParseError& rError)
-    {
-        return (app.exit(rError) == 0) ? 0 : ExitBadUsage;
+        return *status;
     }
     if (options.scenes.empty() && !options.reloads && options.sequences == 0)
     {
         fmt::print(stderr, "kirosoak: nothing to do, expected scenes, --reloads or --sequences\n");
-        return ExitBadUsage;
+        return program::ExitBadUsage;
     }
-    try
-    {
-        return Run(options);
-    }
-    catch (const std::exception& rError)
-    {
-        fmt::print(stderr, "kirosoak: {}\n", rError.what());
-        return ExitFault;
-    }
+    return Run(options);
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    return program::Main("kirosoak: ", [&] { return RunProgram(argc, argv); });
 }

@@ -33,12 +33,13 @@ public:
     {
         for (const std::string& rPath : rPlan.scenes)
         {
-            m_places.push_back({rPath,
-                                kirosim::ReadScene(rPath, ""),
-                                std::make_unique<kirosim::LoadedTuning>(rPlan.tuningFile, true),
-                                nullptr,
-                                {},
-                                {}});
+            m_places.push_back(
+                {rPath,
+                 kirosim::ReadScene(rPath, ""),
+                 std::make_unique<kirosim::LoadedTuning>(rPlan.tuningFile, true, kirosim::LoadedTuning::Source::File),
+                 nullptr,
+                 {},
+                 {}});
             if (m_places.back().pTuning->Manager().GetLiveTuningPort() == 0)
             {
                 throw std::runtime_error("no port is free for live tuning");
