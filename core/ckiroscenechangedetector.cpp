@@ -18,10 +18,11 @@ VOID CSCDManager::UpdateSCDetectors()
 
 VOID CSCDManager::Rebuild(const Tuning* pTuning)
 {
-    m_detectors.reset((pTuning != nullptr) ? tuningvalues::CountOf(pTuning->scdBank, pTuning->scdBankCount) : 0);
+    const Tuning& rTuning = tuningaccess::OrZeros(pTuning);
+    m_detectors.reset(tuningvalues::CountOf(rTuning.scdBank, rTuning.scdBankCount));
     for (UINT32 index = 0; index < m_detectors.size(); ++index)
     {
-        m_detectors[index].SetDetectorTuning(&pTuning->scdBank[index], m_rContextManager);
+        m_detectors[index].SetDetectorTuning(&rTuning.scdBank[index], m_rContextManager);
     }
     STATS_LOG_RARE("KIROSCND Update Scene change detector SCDCount %d", m_detectors.size());
 }

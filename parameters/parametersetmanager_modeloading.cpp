@@ -253,16 +253,13 @@ VOID ParameterSetManager::EvictModes(ParameterModeTable& rTable)
     }
     for (UINT32 index = rActive.Count(); index > limit; --index)
     {
-        ModeEntry* pMode = rActive[index - 1];
-        if (pMode->LastUse != pMode->SortedUse)
-        {
-            rTable.EvictionDue = true;  // used meanwhile, by somebody who may not have seen the mark
-        }
-        else if (pMode->Preserve || m_options.activeModeCacheSize == 0)
+        ModeEntry* pMode       = rActive[index - 1];
+        const bool isUsedAgain = pMode->LastUse != pMode->SortedUse;  // by somebody who may not have seen the mark
+        if (!isUsedAgain && (pMode->Preserve || m_options.activeModeCacheSize == 0))
         {
             rTable.Unlist(pMode);
         }
-        else if (!pMode->IsActive() && !EvictMode(pMode))
+        else if (isUsedAgain || (!pMode->IsActive() && !EvictMode(pMode)))
         {
             rTable.EvictionDue = true;  // at the next use of any mode
         }
