@@ -235,7 +235,8 @@ VOID CameraLife::RunStages(size_t camera, UINT32 analyzerID)
     pAlgo->RunConvPostProcess(pAlgo, output);
 }
 
-/// Goes down from a module to a float, which is made a tenth smaller.
+/// Goes down from a module to a float, which is made a tenth smaller. What places the nodes of a smoothed gain is left
+/// as it is (see Judge).
 VOID CameraLife::Edit(UINT64 choice)
 {
     constexpr const CHAR* root   = "0";
@@ -258,6 +259,10 @@ VOID CameraLife::Edit(UINT64 choice)
         }
         const ParameterParserInfo& rInfo = infos[static_cast<UINT32>(next(infos.Count()))];
         const std::string          type  = rInfo.Type;
+        if (std::string_view(rInfo.Name).starts_with("smooth"))
+        {
+            return;
+        }
         if (type == ParameterParserInfo::TypeFloat && !rInfo.IsArray)
         {
             const std::string value = fmt::format("{:.6f}", std::stod(rInfo.Value) * factor);

@@ -76,6 +76,8 @@ public:
     /// - values that a tuning does not write stay in their banks: what is judged runs on the good file, however the
     ///   life has ended;
     /// - a reading of the light sensor cannot be taken back: all are given the same;
+    /// - a smoothed gain moves from node to node, beginning at the lowest of the tuning of its first frame: Edit leaves
+    ///   the nodes as they are;
     /// - MultiframeHDR stays in force for what the tuning chooses by it: RandomLife does not set it.
     /// @param isReloaded the good file is loaded once more before, and the new camera gets a store of its own; always
     ///                   so after a reload of another one
