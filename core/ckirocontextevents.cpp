@@ -1,4 +1,4 @@
-// How settings move the bits of the context status. Tuned priority maps rely on the bits exactly as they come.
+// How settings move the bits of the context status, by which tuned priority maps choose.
 
 #include "core/base/kirolog.h"
 #include "core/ckirocontextmanager.h"
@@ -44,7 +44,8 @@ VOID CKIROContextManager::UpdateContextOfParam(AECAlgoSetParamType type)
         UpdateManualEvents();
         break;
     case AECAlgoSetParamAECLock:
-        // A lock raises AECManualISO and an unlock clears AECLock: not a pair, but tunings depend on it.
+        // A lock raises AECManualISO and an unlock clears AECLock, not a pair: an entry for AECManualISO is chosen after
+        // a lock, and one for AECLock never. Raising AECLock would swap the two.
         if (m_setInputData.lockType == AECAlgoLockOn)
         {
             SetContextEvent(AECManualISO, TRUE);
@@ -190,7 +191,8 @@ VOID CKIROContextManager::UpdateHDREvents()
         STATS_LOG_WARNING("core context not handling sensor mode %d", m_setInputData.HDRType);
         break;
     }
-    // AECHDRTypeMFHDR is outside the cleared range and stays once set: priority maps depend on it.
+    // AECHDRTypeMFHDR is outside the cleared range and stays once set: what is tuned for it stays chosen in later types
+    // of HDR too, and clearing it would choose anew.
     ReplaceEvents(Bits(AECHDRTypeDisabled, AECHDRTypeSHDR3), events);
 }
 

@@ -182,7 +182,7 @@ KiroResult CKIROContextManager::SetPEKInput(const AECAlgoSetParam* pParam)
 
 KiroResult CKIROContextManager::SetOperationMode(const VOID* pParam, const CHAR* pName)
 {
-    // Hosts rely on an invalid mode not failing the call.
+    // An invalid mode leaves the mode as it is and does not fail the call.
     (VOID) SetAlgoOpMode(static_cast<AECAlgoOperationModeType>(As<INT32>(pParam)));
     STATS_LOG_TRACE("%s - %d", pName, m_setInputData.opMode);
     return 0;

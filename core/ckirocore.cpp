@@ -181,7 +181,7 @@ KiroResult CKIROCore::runAnalyzer(UINT32 analyzerID, KIROAnalyzerOutput& rAnalyz
         STATS_LOG_WARNING("m_pMetering->RunAnalyzer failed!");
         return ResultFailed;
     }
-    // The caller's refType stays: hosts keep their own there.
+    // The caller's refType stays as it was.
     rAnalyzerOut.pName       = pOutput->pName;
     rAnalyzerOut.luma        = pOutput->luma;
     rAnalyzerOut.confidence  = pOutput->confidence;

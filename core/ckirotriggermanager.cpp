@@ -149,7 +149,7 @@ CKIROTwoFloatsXML* CKIROTriggerManager::NewTriggerData(const ExposureConfigType&
     return pTriggerData.release();
 }
 
-// The objects are forgotten, not freed: each query abandons one. Hosts know it and ask seldom.
+// The objects are forgotten, not freed: each query abandons one (see the declaration for a way without).
 
 VOID CKIROTriggerManager::DeleteBracketingEVZeroTuning()
 {

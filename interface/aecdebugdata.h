@@ -332,7 +332,7 @@ struct AECDebugDataStatsProcResult
 {
     UINT8                numOfChannels;
     UINT8                bPrepareBeforePreflash;
-    UINT8                bIsTouchAEC;  ///< holds the torch flag; offline tools depend on it
+    UINT8                bIsTouchAEC;  ///< holds the torch flag, not that of touch
     AECDebugStatsROIType bayerGridROI;
     AECDebugStatsChList  channels[AECDebugChannelCount];
 };

@@ -378,7 +378,7 @@ KiroResult CKIROArbitration::ApplyPrecisionFlashRange(RangeType* pAdj) const
     if (pAdj->end.val > maxExpTime)
     {
         pAdj->end.val   = maxExpTime;
-        pAdj->start.adj = ArbRangeAbsolute;  // end.adj stays as tuned: tunings give it as absolute themselves
+        pAdj->start.adj = ArbRangeAbsolute;  // not end.adj: an end that is tuned relative stays so
     }
     return (pAdj->start.val > pAdj->end.val) ? ResultFailed : 0;
 }

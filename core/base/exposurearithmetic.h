@@ -13,7 +13,7 @@ namespace exposurearithmetic
 {
 
 /// Index steps per decade of exposure: the single-precision value of the field's 77.89853, not the exact reciprocal of
-/// log10(1.03). Tuned indices depend on it.
+/// log10(1.03), which would move every index.
 constexpr DOUBLE IndexPerDecade = 77.89852905273438;
 
 /// Base of the index: the single-precision 1.03.

@@ -91,7 +91,7 @@ DOUBLE CKIROConvergence::BasicSafeDelta(DOUBLE tgtMatchedDelta, DOUBLE tgtPrevio
     }
     if (unitStep > std::abs(delta))
     {
-        delta = (delta > 0.0) ? unitStep : -unitStep;  // no delta at all moves down; settled tunings depend on it
+        delta = (delta > 0.0) ? unitStep : -unitStep;  // no delta at all moves a step down
     }
     if (tgtMatchedDelta * tgtPreviousDelta < 0.0)
     {

@@ -104,7 +104,8 @@ VOID CKIROConvergence::AggregateStretchOutput(KIROTargetStretchOutType& rAggOut)
         const bool  isByWeight = aggType == StretchAggLeastWeight || aggType == StretchAggMostWeight;
         const INT32 finalIndex = isByWeight ? SelectByWeight(bBrightToDark) : SelectByEffect(bBrightToDark);
         STATS_LOG_TRACE("KIROCONVRG finalIndex selected:%d", finalIndex);
-        // An index below -1 reads the slot that 32-bit unsigned arithmetic gives; tuned files depend on it.
+        // With all offsets negative the least effect gives -2: the slot that 32-bit unsigned arithmetic makes of it,
+        // not "none", which would take the stretch away.
         const KIROTargetStretchOutType& rChosen =
             (finalIndex == IndexNone) ? NoStretch : m_tgtStretchOut[static_cast<UINT32>(finalIndex)];
         rAggOut.weight        = (finalIndex == IndexNone) ? rAggOut.weight : rChosen.weight;
@@ -167,7 +168,8 @@ INT32 CKIROConvergence::SelectByWeight(BOOL bBrightToDark) const
 {
     const bool isLeast   = m_pConvStretch->value.convStretchAgg == StretchAggLeastWeight;
     const bool isChecked = m_pConvStretch->value.convSameDirection == TRUE;
-    // For the most weight the direction is read from the slot of index -1, not of the last entry; files depend on it.
+    // For the most weight the direction is read from the slot of index -1, not of the last entry: a tuning that checks
+    // directions would choose other stretches by the last one.
     const UINT32 checkedIndex = isLeast ? 0U : static_cast<UINT32>(IndexNone);
     if (isChecked && m_tgtStretchOut[checkedIndex].bBrightToDark != bBrightToDark)
     {

@@ -61,7 +61,7 @@ VOID CKIROExtensionMonitor::Report3HDRScenes(UINT32 sceneCount)
     }
     if (sceneCount > InSensorHDR3ExpFlagCount)
     {
-        // Hosts with more scenes than flags rely on the last flag standing for all the others.
+        // With more scenes than flags the last flag stands for all the others, and is set whatever they decide.
         pFlags[InSensorHDR3ExpFlagCount - 1] = TRUE;
     }
 

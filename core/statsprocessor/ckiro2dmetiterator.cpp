@@ -53,7 +53,7 @@ BOOL CKIRO2DMetIterator::Configure(UINT32 width, UINT32 height, const AECAlgoROI
 /// Table column or row of a grid column or row, nearest neighbour.
 INT16 CKIRO2DMetIterator::EntryOf(UINT32 position, const Axis& rAxis)
 {
-    // The end is included: weights reach one region behind the ROI, and tuned tables depend on it.
+    // The end is included: weights reach one region behind the ROI, whose luma counts.
     if (position < rAxis.start || position > rAxis.end)
     {
         return OutsideROI;

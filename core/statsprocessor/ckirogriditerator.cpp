@@ -45,7 +45,7 @@ BOOL CKIROGridIterator::Configure(const KIROItrConfig& rConfig, BOOL bUseDefault
         ConfigureRaw();
         return TRUE;
     }
-    // The size of the tile alone decides; tunings with a tile of one inactive cell depend on it.
+    // The size of the tile alone decides: a tile of one inactive cell takes all regions, not none.
     if (IsFullFrame(roi) && rTile.width == 1 && rTile.height == 1)
     {
         ConfigureRaw();

@@ -20,8 +20,8 @@ public:
 
     BOOL  HasNext() override;
     FLOAT NextGridData() override;
-    /// Advances first and reads afterwards: a full pass yields bins 1, 2, ... N - 1 and then bin 0, and consumers
-    /// depend on it. @return overwritten by the next call
+    /// Advances first and reads afterwards: a full pass yields bins 1, 2, ... N - 1 and then bin 0.
+    /// @return overwritten by the next call
     KIROHistData* NextHistData() override;
     UINT32        GetTotalNumOfRegions() override;
 

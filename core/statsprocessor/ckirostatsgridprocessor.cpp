@@ -135,7 +135,8 @@ INT32 CKIROStatsGridProcessor::ValidateAndConfigInputParam(const CHAR* pName, co
         STATS_LOG_ERROR("Iterator configuration failed.");
         return ChannelNotFound;
     }
-    // A negative ID leaves the weights of the request before in place; calculators without a table depend on it.
+    // A negative ID leaves the weights of the request before in place: a calculator without a table is weighted by the
+    // table of the last one that has one. Without weights its luma would be another.
     if (tableID >= 0 && ConfigMtrWtTableItr(tableID, roi, rStats.resolution, bUseDefaultCoordMethod) != TRUE)
     {
         STATS_LOG_ERROR("Metering table invalid. ID:%d", tableID);

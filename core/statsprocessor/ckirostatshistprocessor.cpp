@@ -251,7 +251,7 @@ KiroResult CKIROStatsHistProcessor::GetHistRangeLuma(const CHAR* pStatsName, con
     const auto  samples           = [&](UINT32 bin)
     { return static_cast<FLOAT>(static_cast<UINT32>(rStats.channelData.Data.pIData[bin])); };
 
-    // Both ends in one bin count that bin twice, once with each share; tuned targets depend on it.
+    // Both ends in one bin count that bin twice, once with each share; counting it once moves the mean.
     FLOAT counts = samples(idxStart) * first.fraction;
     FLOAT sum    = value(idxStart) * counts;
     for (UINT32 bin = idxStart + 1; bin < idxEnd; ++bin)
