@@ -26,11 +26,15 @@ VOID CKIROMtrTableGen::Rebuild(const Tuning* pTuning)
 {
     // A live edit leaves the bank as it is, with pointers to the tables that go now.
     m_rContextManager.m_pBankManager->RemoveData(BankIDMetering2D, SourceModuleMtrTableGen);
-    const Tuning& rTuning = tuningaccess::OrZeros(pTuning);
-    m_tableGenerators.reset(rTuning.tableGeneratorCount);
+    m_tableGenerators.clear();
+    if (pTuning == nullptr)
+    {
+        return;
+    }
+    m_tableGenerators.reset(pTuning->tableGeneratorCount);
     for (UINT32 index = 0; index < m_tableGenerators.size(); ++index)
     {
-        m_tableGenerators[index].SetGeneratorTuning(&rTuning.tableGenerator[index], m_rContextManager);
+        m_tableGenerators[index].SetGeneratorTuning(&pTuning->tableGenerator[index], m_rContextManager);
     }
 }
 
