@@ -668,6 +668,7 @@ TEST(SharedData, ThreadsLoadAndUnloadAtTheSameTime)
     LoadedTable         loaded(builder.Build(), Source::Disk);
     ASSERT_TRUE(loaded.loaded);
     loaded.table->FreeEntryData();
+    loaded.table->ClearDefinitions(false);
     const UINT64             before = LiveAllocations();
     std::atomic<int>         wrong{0};
     std::vector<std::thread> threads;
