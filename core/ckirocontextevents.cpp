@@ -44,8 +44,8 @@ VOID CKIROContextManager::UpdateContextOfParam(AECAlgoSetParamType type)
         UpdateManualEvents();
         break;
     case AECAlgoSetParamAECLock:
-        // A lock raises AECManualISO and an unlock clears AECLock, not a pair: an entry for AECManualISO is chosen after
-        // a lock, and one for AECLock never. Raising AECLock would swap the two.
+        // A lock raises AECManualISO and an unlock clears AECLock, not a pair: an entry for AECManualISO is chosen
+        // after a lock, and one for AECLock never. Raising AECLock would swap the two.
         if (m_setInputData.lockType == AECAlgoLockOn)
         {
             SetContextEvent(AECManualISO, TRUE);

@@ -35,7 +35,7 @@ VOID UpdateCreateParamList(const AECAlgoCreateParamList& rCreateParamList)
             const auto logger = reinterpret_cast<StatsLogger>(rCreateParamList.pCreateParamList[0].pCreateParam);
             if (kirolog::SharedLogger().load(std::memory_order_relaxed) != logger)
             {
-                kirolog::SharedLogger().store(logger, std::memory_order_relaxed);
+                kirolog::SharedLogger().store(logger, std::memory_order_release);
             }
             logger(__FILE_NAME__, __LINE__, "KIROUpdateCreateParamList", kirolog::StatsGroup, kirolog::LevelTrace,
                    "Lib kirocore sucessed creating glogger");

@@ -4,6 +4,7 @@
 
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
+#include "core/base/soundvalue.h"
 #include "core/base/tuningaccess.h"
 #include "core/ckirocore.h"
 #include "schema/kirometeringsceneanalyzer.h"
@@ -38,8 +39,10 @@ VOID CKIROCore::UpdateFlashExposureIncrease()
         const auto& rLow               = pFrameLow->exposureSets;
         m_flashExpIncrease.dataID      = TriggerFlashExpIncrease;
         m_flashExpIncrease.description = nullptr;
-        m_flashExpIncrease.value =
+        const FLOAT increase =
             std::max(1.0f, static_cast<FLOAT>(rOff[type].exposure) / static_cast<FLOAT>(rLow[type].exposure));
+        m_flashExpIncrease.value =
+            std::max(1.0f, soundvalue::OrLast(increase, m_flashExpIncrease.value, 1.0f, "flash exposure increase"));
         STATS_LOG_RARE("Precision flash: exposure off, low, increase = short (%lld, %lld, %f), safe(%lld, %lld)\n",
                        static_cast<INT64>(rOff[AECAlgoExposureShort].exposure),
                        static_cast<INT64>(rLow[AECAlgoExposureShort].exposure),

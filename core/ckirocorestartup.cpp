@@ -40,7 +40,7 @@ FLOAT ADRCGainOf(const KIROAlgoStartExposureInfo& rInfo)
 }
 
 /// One exposure must show what three did: Short comes nearer to Safe, Long takes the dark boost. The divisor of Short
-/// and the factor of Long are whole numbers; hosts compensate for that with the gains.
+/// and the factor of Long are whole numbers: a ratio of 1.5 acts as 1.
 VOID LeaveHDR(FLOAT ratio, FLOAT darkBoost, KIROAlgoStartExposureInfo& rInfo)
 {
     UINT64*      pExposures          = rInfo.convergedExposures;

@@ -25,7 +25,7 @@ constexpr UINT32 AnyDataCount = 0xFFFFFFFF;
 
 constexpr INT32  PeerMapID        = 0;
 constexpr UINT32 PeerMapDataCount = 3;
-// Not the name of AECExtParamMultiCamPriorityMap: files in the field carry this one.
+// Not the name of AECExtParamMultiCamPriorityMap: one letter is another, and by that name the map is not found.
 constexpr const CHAR* PeerMapName = "AECMulticamPriorityMap";
 
 using Parameter = CKIROCtrlCoreCommon::Parameter;

@@ -8,6 +8,7 @@
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
 #include "core/base/kiroresults.h"
+#include "core/base/soundvalue.h"
 #include "core/extension/ckirocamsync.h"
 
 using exposurearithmetic::Epsilon;
@@ -162,8 +163,8 @@ KiroResult CKIROArbitration::UpdateRange(KIROExposureRange* pTempRange, const Ra
 
 KiroResult CKIROArbitration::UpdateRangeGain(FLOAT* pStartGain, FLOAT* pEndGain, const RangeType* pAdj) const
 {
-    *pStartGain = AdjustBound(*pStartGain, pAdj->start);
-    *pEndGain   = AdjustBound(*pEndGain, pAdj->end);
+    *pStartGain = soundvalue::OrLast(AdjustBound(*pStartGain, pAdj->start), *pStartGain, 1.0f, "min gain");
+    *pEndGain   = soundvalue::OrLast(AdjustBound(*pEndGain, pAdj->end), *pEndGain, 1.0f, "max gain");
     if (*pStartGain > *pEndGain)
     {
         STATS_LOG_ERROR("cannot apply new range: min gain %.3f larger than max gain %.3f", *pStartGain, *pEndGain);

@@ -44,7 +44,7 @@ inline std::atomic_ref<StatsLogger> SharedLogger()
 }  // namespace kirolog
 
 #define STATS_LOG(level, ...)                                                                                          \
-    static_cast<kirolog::CheckedStatsLogger>(kirolog::SharedLogger().load(std::memory_order_relaxed))(                 \
+    static_cast<kirolog::CheckedStatsLogger>(kirolog::SharedLogger().load(std::memory_order_acquire))(                 \
         __FILE_NAME__, __LINE__, __func__, kirolog::StatsGroup, level, __VA_ARGS__)
 
 #define STATS_LOG_ERROR(...) STATS_LOG(kirolog::LevelError, __VA_ARGS__)

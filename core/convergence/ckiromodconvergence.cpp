@@ -197,13 +197,14 @@ VOID CKIROConvergence::AdjustExpWithUnitStepSize(DOUBLE& rLogExp, UINT32 exposur
 }
 
 /// Without analyzers targets are 0, and without ranges exposures are: their ratios and logs are no numbers. The value
-/// of the frame before stands in for one, before an exposure or a gain of the frame goes by it.
+/// of the frame before stands in for one.
 VOID CKIROConvergence::PopulateOutput(KIROConvergenceOutput& rOutput)
 {
     const SetInputData*    pInput     = m_rContextManager.GetInput();
     const AECFrameHistory& rLast      = *PreviousFrame();  // Initialize has seen it
     UINT64*                pExposures = rOutput.exposures;
     rOutput.mfhdrLongADRC = soundvalue::OrLast(rOutput.mfhdrLongADRC, rLast.mfhdrLongADRC, Unity, "long ADRC");
+    m_output.predGain     = soundvalue::OrLast(m_output.predGain, rLast.predictiveGain, Unity, "predictive gain");
     for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
     {
         pExposures[type] =
@@ -211,7 +212,7 @@ VOID CKIROConvergence::PopulateOutput(KIROConvergenceOutput& rOutput)
     }
     CapExposure(rOutput);
 
-    rOutput.predictiveGain = soundvalue::OrLast(m_output.predGain, rLast.predictiveGain, Unity, "predictive gain");
+    rOutput.predictiveGain = m_output.predGain;
     rOutput.shortStretchOffset =
         soundvalue::OrLast(m_output.shortStretchOffset, rLast.shortStretchOffset, 0.0f, "short stretch");
     rOutput.evMultiplier       = pInput->evContext.evFactor;

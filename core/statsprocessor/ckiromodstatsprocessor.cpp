@@ -41,7 +41,7 @@ KiroResult CKIROStatsProcessor::SetStats(KIROStatsList& rStats)
 
 KiroResult CKIROStatsProcessor::SetStats(KIROCntStatsOut* pStats, UINT32 count, StatisticsStartUp startup)
 {
-    // Only the last record's result is reported; hosts order their channels by it.
+    // Only the last record's result is reported.
     KiroResult result = 0;
     for (UINT32 index = 0; index < count; ++index)
     {
@@ -122,7 +122,7 @@ IKIROIterator* CKIROStatsProcessor::GetStatsIterator(const CHAR* pChannel, KIROI
         rIterator.SetStats(&rStats);
         return (rIterator.Configure(rConfig, TRUE) == TRUE) ? &rIterator : nullptr;
     }
-    // The first histogram channel of a frame yields no iterator; hosts put one in front that nobody asks for.
+    // The first histogram channel of a frame yields no iterator.
     CKIROHistIterator& rIterator = m_histStatsProcessor.Iterator();
     rIterator.SetStats(&rStats);
     return (position > 0 && rIterator.Configure() == TRUE) ? &rIterator : nullptr;

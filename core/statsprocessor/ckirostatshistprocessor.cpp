@@ -16,8 +16,8 @@ namespace
 
 constexpr FLOAT LumaMax = 256.0f;
 
-/// Stands in for an absent weight table. Only bin 0 carries weight, against what the log says; tuned files depend on
-/// it.
+/// Stands in for an absent weight table. Only bin 0 carries weight, against what the log says: a luma without
+/// a table is that of bin 0, and weighing all bins would move it.
 constexpr std::array<FLOAT, HistBinCountMax + 1> UniformWeight = {1.0f};
 
 FLOAT Clamp(FLOAT value, FLOAT high)

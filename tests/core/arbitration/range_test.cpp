@@ -60,6 +60,7 @@ TEST_F(RangeTest, GainBoundsFollowTheirOwnPoints)
     ExpectExposure(1.0f, 10 * Millisecond, "not fitted unless tuned so");
     ExpectGains(Keep, Offset(100.0f), 1.0f, 116.0f);
     ExpectGains(Absolute(NAN), Factor(INFINITY), 1.0f, 16.0f);
+    EXPECT_EQ(RunRange(ArbQuantityGain, Absolute(32.0f), Absolute(INFINITY)), 1) << "32 is above the 16 that stand";
     EXPECT_EQ(RunRange(ArbQuantityGain, Absolute(20.0f), Keep), 1);
     EXPECT_EQ(RunRange(ArbQuantityGain, Absolute(0.5f), Keep), 1);
 }
