@@ -240,7 +240,7 @@ public:
     ParameterModeTable* Table      = nullptr;
     std::atomic<UINT64> LastUse    = 0;      ///< by the use clock of Table
     std::atomic<bool>   IsListed   = false;  ///< among the ActiveModes of Table; written under ActModeMutex
-    std::atomic<bool>   IsSurplus  = false;  ///< kept by its users only, as of the last look; see EvictModes
+    std::atomic<bool>   IsSurplus  = false;  ///< behind those that the cache holds, as of the last look; see EvictModes
     UINT64              SortedUse  = 0;      ///< LastUse as of the last sort; guarded by ActModeMutex
     ParameterMutex      Mutex;
     ModuleReferenceMap  ModuleMap;

@@ -63,7 +63,7 @@ public:
     ParameterFileSymbolTableEntry(const ParameterFileSymbolTableEntry&)            = delete;
     ParameterFileSymbolTableEntry& operator=(const ParameterFileSymbolTableEntry&) = delete;
 
-    /// Makes the entry an empty one of the table.
+    /// Makes the entry an empty one of the table. Its allowance stays that of the load.
     VOID Init(ParameterFileSymbolTable* pTable);
 
     /// Parses the row of an entry.

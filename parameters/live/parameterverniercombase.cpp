@@ -40,6 +40,7 @@ VOID ParameterVernierComBase::Start()
     m_stop = false;
     m_readQueue.Clear();
     m_writeQueue.Clear();
+    ++m_client;  // the one of before a stop has gone, and may have been cut off
     StartCom();
     const BlockedSignals signals;
     try

@@ -49,7 +49,8 @@ public:
     /// @return the next one, empty if it was of 65535 bytes; null if the service is about to stop
     std::unique_ptr<Packet> Read();
 
-    /// @return false if answers to the request that was Read last will reach nobody. What only asks need not be served.
+    /// @return false if the request that was Read last is one of a client that has been cut off, since it did not take
+    ///         its answers: what only asks need not be served
     bool HasListener() const;
 
     /// Queues a copy of an answer to the request that was Read last; never waits. It is dropped if the client of that
@@ -114,7 +115,7 @@ private:
     /// Clients are numbered, so that the answers to one that has left do not reach the next one. Held while sending:
     /// the next client is taken only after the number has changed.
     std::mutex          m_clientMutex;
-    UINT32              m_client = 0;       ///< changed by the read thread alone
+    UINT32              m_client = 0;       ///< changed by the read thread alone, and by Start
     std::atomic<UINT32> m_servedClient{0};  ///< whose request was Read last
     std::atomic<UINT32> m_deafClient{~0U};  ///< the last one that has not taken an answer
 

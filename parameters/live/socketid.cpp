@@ -85,7 +85,7 @@ bool SocketID::Create()
     {
         return false;
     }
-    SetOption(descriptor, SOL_SOCKET, SO_RCVBUF, ReceiveBuffer);  // connections take it over
+    SetOption(descriptor, SOL_SOCKET, SO_RCVBUF, ReceiveBuffer);  // connections by TCP take it over
     if (local.type == AddrType::INET)
     {
         // Connections of an earlier run that still wait for late segments do not keep a restarted camera off its port.

@@ -77,10 +77,10 @@ Client::~Client() = default;
 /// come in order, so whatever comes before the first answer to a request with an ID of ours is of that kind.
 ///
 /// The service also keeps half a request of a client that has left, which the first bytes of the next client complete.
-/// So the first request may be swallowed; it also spoils what half a request to set would have set. Then zeros: as many
-/// as any request can lack, and behind it they are no request, so that they are dropped. The last few may stay until a
-/// request comes that is dropped with them, so it takes another one. Any of those behind the zeros will do: a service
-/// that is slow answers each of them late.
+/// So the first request may be swallowed; it also spoils the value that half a request to set ends in. Then zeros: as
+/// many as any request can lack, and behind it they are no request, so that they are dropped. The last few may stay
+/// until a request comes that is dropped with them, so it takes another one. Any of those behind the zeros will do: a
+/// service that is slow answers each of them late.
 VOID Client::Synchronize()
 {
     const auto                     end   = Clock::now() + m_timeout;
