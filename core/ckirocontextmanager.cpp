@@ -1,6 +1,7 @@
 #include "core/ckirocontextmanager.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "core/base/kirolog.h"
 #include "core/base/tuningaccess.h"
@@ -74,7 +75,7 @@ IKIROContextManager::~IKIROContextManager()
 
 CKIROContextManager::CKIROContextManager(IKIRODebugData& rDebugData)
     : m_setInputData(DefaultInput()), m_pSCDManager(nullptr), m_pFICManager(nullptr),
-      m_rDebugData(rDebugData), m_calRGRatios{}, m_calBGRatios{}
+      m_rDebugData(rDebugData), m_calRGRatios{}, m_calBGRatios{}, m_readTuning{}, m_readPath{}, m_isLossTold(false)
 {
     std::fill(std::begin(m_currentTuningMode), std::end(m_currentTuningMode), AECTuningMode{SelectorNeverSeen});
 }
@@ -199,11 +200,37 @@ KiroResult CKIROContextManager::SetInternalParam(const KIROCoreSetParam* pParam)
 KiroResult CKIROContextManager::SetTunara(StatsTuningData& rTuningData)
 {
     m_tuningData = rTuningData;
+    KeepReadablePath();
     ++m_tuningSerial;
     m_pBankManager->SetTuning(&m_tuningData);
     m_bIsHybridHDR = tuningaccess::Require_kirohdrsensor(m_tuningData).hybridHDR.enableHybridHDR;
     SetContextEvent(AECHybridHDR, m_bIsHybridHDR);
     return 0;
+}
+
+VOID CKIROContextManager::KeepReadablePath()
+{
+    const auto*  pPath  = static_cast<const TuningMode*>(m_tuningData.pTuningModeSelectors);
+    const UINT32 count  = m_tuningData.numSelectors;
+    auto*        pStore = static_cast<TuningSetManager*>(m_tuningData.pTuningSetManager);
+    if (pPath == nullptr || count > TuningSelectorCount)
+    {
+        return;
+    }
+    if (pStore->CanRead(0, pPath, count))
+    {
+        std::copy_n(pPath, count, m_readPath);
+        m_readTuning = {pStore, m_readPath, count};
+        m_isLossTold = false;
+        return;
+    }
+    const bool hasOther = m_readTuning.pTuningSetManager == pStore;
+    m_tuningData        = hasOther ? m_readTuning : m_tuningData;
+    if (!std::exchange(m_isLossTold, true))
+    {
+        STATS_LOG_ERROR("a mode cannot be read, since the tuning file has changed: %s",
+                        hasOther ? "the one before stays" : "its tuning is missing");
+    }
 }
 
 VOID CKIROContextManager::RunContextStartOfFrame()

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/ikirocontextmanager.h"
+#include "parameters/tuningmode.h"
 
 class CFICManager;
 class CSCDManager;
@@ -41,7 +42,8 @@ public:
     /// @return 0, or 1 for a null argument, a payload that is too small or a failed setting; events move all the same
     KiroResult SetInput(const KIROSetInput* pSetInput);
 
-    /// Takes a tuning handle: rebuilds the banks and reads the hybrid HDR switch. @return 0
+    /// Takes a tuning handle: rebuilds the banks and reads the hybrid HDR switch. Of a store whose file has changed
+    /// behind it, modes that are not in memory cannot be had: the mode path of before stays then. @return 0
     KiroResult SetTunara(StatsTuningData& rTuningData);
 
     VOID RunContextStartOfFrame();
@@ -56,6 +58,8 @@ private:
     struct ParamHandler;
 
     static const ParamHandler* FindHandler(AECAlgoSetParamType type);
+
+    VOID KeepReadablePath();
 
     KiroResult SetInternalParam(const KIROCoreSetParam* pParam);
     KiroResult SetPEKInput(const AECAlgoSetParam* pParam);
@@ -116,4 +120,7 @@ private:
     AECTuningMode   m_currentTuningMode[TuningSelectorCount];
     FLOAT           m_calRGRatios[AECAlgoFlashCalibrationCountMax];
     FLOAT           m_calBGRatios[AECAlgoFlashCalibrationCountMax];
+    StatsTuningData m_readTuning;                     ///< the last one whose modes could be read
+    TuningMode      m_readPath[TuningSelectorCount];  ///< its selectors: those of the host may be others by now
+    bool            m_isLossTold;                     ///< that the path which the host has set last cannot be read
 };

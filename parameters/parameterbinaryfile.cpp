@@ -63,16 +63,14 @@ VOID ParameterBinaryFile::Open(bool logFailure)
     }
     // The read buffers of this class are the only ones: reads jump too far for a stream's own to be of use.
     (VOID) std::setvbuf(m_file, nullptr, _IONBF, 0);
-    struct stat status = {};
-    if (::fstat(fileno(m_file), &status) != 0)
+    State state;
+    if (!ReadState(state))
     {
         Close();
         return;
     }
-    const INT64  modTime = static_cast<INT64>(status.st_mtim.tv_sec) * 1000000000 + status.st_mtim.tv_nsec;
-    const UINT32 length = static_cast<UINT32>(std::clamp<INT64>(status.st_size, 0, std::numeric_limits<UINT32>::max()));
-    const bool   firstOpen = m_modTime == 0;
-    if (!firstOpen && modTime != m_modTime)
+    const bool firstOpen = m_state.inode == 0;
+    if (!firstOpen && state != m_state)
     {
         m_isModified = true;
         ParameterLogging::Write(m_logAPI, ParameterLogging::Warning,
@@ -80,9 +78,35 @@ VOID ParameterBinaryFile::Open(bool logFailure)
     }
     if (firstOpen || m_isModified)
     {
-        m_modTime = modTime;
-        m_length  = length;
+        m_state  = state;
+        m_length = static_cast<UINT32>(std::clamp<INT64>(state.size, 0, std::numeric_limits<UINT32>::max()));
     }
+}
+
+bool ParameterBinaryFile::ReadState(State& rState) const
+{
+    struct stat status = {};
+    if (::fstat(fileno(m_file), &status) != 0)
+    {
+        return false;
+    }
+    rState.modTime = static_cast<INT64>(status.st_mtim.tv_sec) * 1000000000 + status.st_mtim.tv_nsec;
+    rState.inode   = status.st_ino;
+    rState.size    = status.st_size;
+    return true;
+}
+
+bool ParameterBinaryFile::IsUnchanged()
+{
+    std::lock_guard<ParameterMutex> lock(m_pbfMutex);
+    State                           state;
+    if (m_file != nullptr && ReadState(state) && state != m_state && !m_isModified)
+    {
+        m_isModified = true;
+        ParameterLogging::Write(m_logAPI, ParameterLogging::Warning,
+                                "ParameterBinaryFile::IsUnchanged, file modified while it was read, must reload\n");
+    }
+    return !IsLost();
 }
 
 VOID ParameterBinaryFile::Close()
@@ -308,10 +332,12 @@ INT32 ParameterBinaryFile::Reference(INT32 adjust)
             Open(false);
             if (m_file == nullptr)
             {
+                const INT32 reason = errno;
                 ParameterLogging::Write(m_logAPI, ParameterLogging::Error,
                                         "FileReference Adjust: %d, RefCount: %u, Failed to open binary file '%s' "
                                         "errno: %d\n",
-                                        adjust, count, m_fileName, errno);
+                                        adjust, count, m_fileName, reason);
+                m_isGone = m_state.inode != 0 && reason == ENOENT;
             }
         }
         m_refCnt.store(count + adjust);
@@ -331,6 +357,10 @@ INT32 ParameterBinaryFile::Reference(INT32 adjust)
             Close();
             m_refCnt.store(0);
         }
+    }
+    else if (adjust < 0 && m_isGone)
+    {
+        m_refCnt.store(std::max(count + adjust, 0));  // taken in vain, as was said then
     }
     else if (adjust < 0)
     {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <cstdio>
 
 #include "parameters/parametersync.h"
@@ -12,8 +13,9 @@
 class IParameterLoggingAPI;
 
 /// Reads a file whose stream is open only while references exist, so that the file can be replaced on disk in between.
-/// A file that has changed when it is opened again is marked modified, for good: from then on every read fails, until
-/// the tuning is loaded anew. All operations may be called from any thread.
+/// A file that has changed when it is opened again, or that was written to while it was open, is marked modified, for
+/// good: from then on every read fails, until the tuning is loaded anew. Another modification time, size or inode tells
+/// a change, so that a copy with the old time counts as one, too. All operations may be called from any thread.
 class ParameterBinaryFile
 {
 public:
@@ -57,6 +59,15 @@ public:
     /// @return the number of references
     INT32 Reference(INT32 adjust);
 
+    /// @return whether the file that was opened first is there no more: it was found modified, or its name is gone
+    bool IsLost() const
+    {
+        return m_isModified || m_isGone;
+    }
+
+    /// Looks once more at the file that is open. @return false if what was read of it since may be of another state
+    bool IsUnchanged();
+
     /// Checks the checksum at the end of a whole file.
     static bool ValidateCRC(const BYTE* pBuffer, UINT32 length, bool isCrc64, const IParameterLoggingAPI* pLog);
 
@@ -73,6 +84,17 @@ private:
         UINT32 Length;  ///< 0 for a buffer that was never filled
     };
 
+    /// What tells one state of a file from another.
+    struct State
+    {
+        INT64  modTime = 0;  ///< ns since the epoch
+        UINT64 inode   = 0;
+        INT64  size    = 0;
+
+        bool operator==(const State&) const = default;
+    };
+
+    bool        ReadState(State& rState) const;
     VOID        Open(bool logFailure);
     VOID        Close();
     bool        MayRead(const VOID* pDestination, UINT64 offset, UINT64 position, UINT32 count) const;
@@ -89,8 +111,9 @@ private:
     bool                                    m_useReadBufs           = true;
     CHAR                                    m_fileName[MaxFileName] = {};
     bool                                    m_isValid               = false;
-    bool                                    m_isModified            = false;
-    INT64                                   m_modTime = 0;  ///< ns since the epoch; 0 before the first open
+    std::atomic<bool>                       m_isModified            = false;
+    std::atomic<bool>                       m_isGone                = false;  ///< once open, and now without a name
+    State                                   m_state;                          ///< all zeros before the first open
     ParameterMutex                          m_pbfMutex;
     const IParameterLoggingAPI*             m_logAPI;
 };

@@ -552,6 +552,16 @@ INT32 ParameterFileSymbolTable::FileReference(INT32 adjust)
     return m_pFile->Reference(adjust);
 }
 
+bool ParameterFileSymbolTable::IsFileLost() const
+{
+    return m_pFile != nullptr && m_pFile->IsLost();
+}
+
+bool ParameterFileSymbolTable::IsFileUnchanged() const
+{
+    return m_pFile == nullptr || m_pFile->IsUnchanged();
+}
+
 bool ParameterFileSymbolTable::IsInSource(const SectionInfo& rSection) const
 {
     return static_cast<UINT64>(rSection.Offset) + rSection.Size <= m_length;

@@ -135,6 +135,12 @@ public:
         return m_pFile.get();
     }
 
+    /// @return whether nothing can be read any more until the tuning is loaded anew, since the file has changed
+    bool IsFileLost() const;
+
+    /// Looks at the open file, if there is one. @return false if what was read of it since may be of another state
+    bool IsFileUnchanged() const;
+
     const VersionUnion& Version() const
     {
         return m_version;

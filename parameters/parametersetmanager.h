@@ -99,6 +99,11 @@ public:
     /// @return false if a mode of the branch does not exist or could not be read
     bool LoadMode(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pReason);
 
+    /// Loads the modes of a branch as far as they exist.
+    /// @return false if one of them cannot be read any more: the file has changed since it was loaded, and a reload is
+    ///         due. Until then a fetch through that mode fails, which the log says once for each module
+    bool CanRead(BYTE tableIndex, const TuningMode* pBranch, UINT32 count);
+
     /// Unloads the last mode of a branch, in use or not, unless it is preserved; file mode only. Records of the mode
     /// that a caller still holds are gone.
     bool UnloadMode(BYTE tableIndex, const TuningMode* pBranch, UINT32 count);
@@ -305,9 +310,15 @@ private:
     ModeEntry*       RootForLookup(const CHAR* pName, BYTE tableIndex, const TuningMode* pBranch, UINT32 count);
     ParameterModule* FindModuleOnBranch(ModeEntry* pRoot, const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch,
                                         UINT32 count);
-    bool             HoldModule(ParameterModule* pModule, Hold hold);
-    bool             ValidateMode(const CHAR* pCaller, const TuningMode* pBranch, UINT32 index);
-    DefaultModule*   FindDefaultModule(UINT64 nameHash);
+    enum class Held
+    {
+        Yes,
+        No,
+        NoAsBefore  ///< for a reason that was told at an earlier fetch of the module
+    };
+    Held           HoldModule(ParameterModule* pModule, Hold hold);
+    bool           ValidateMode(const CHAR* pCaller, const TuningMode* pBranch, UINT32 index);
+    DefaultModule* FindDefaultModule(UINT64 nameHash);
 
     // Loading and unloading of modes in file mode.
     bool LoadModeInternal(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pReason);
@@ -324,6 +335,7 @@ private:
     VOID LogLoading(bool load, const CHAR* pReason, const TuningMode* pBranch, UINT32 count, const ModeEntry* pMode,
                     const ModeEntry* pTarget);
     std::string TablePrefix(const ModeEntry* pMode) const;
+    bool        IsFileLost() const;
 
     /// Whether modes come and go with their use. While no file name is kept, everything is in memory.
     bool IsFileMode() const

@@ -134,20 +134,19 @@ ParameterModule* ParameterSetManager::FetchModule(BYTE tableIndex, const CHAR* p
         }
         pModule = FindModuleOnBranch(pRoot, pName, nameHash, pBranch, count);
     }
-    const bool isHeld = pModule != nullptr && HoldModule(pModule, hold);
+    const Held held = (pModule != nullptr) ? HoldModule(pModule, hold) : Held::NoAsBefore;
     if (pPrevious != nullptr)
     {
         pPrevious->Release();
     }
-    if (pModule != nullptr && !isHeld)
+    if (held == Held::No)
     {
         CHAR path[ModeEntry::MaxPathText];
         GetPathFromModeBranch(pBranch, count, path, sizeof(path));
         ParameterLogging::Write(this, ParameterLogging::Error,
                                 "GetModule %s failed to find a loaded module in %s, returning null\n", pName, path);
-        pModule = nullptr;
     }
-    return pModule;
+    return (held == Held::Yes) ? pModule : nullptr;
 }
 
 bool ParameterSetManager::HasModeTable(const CHAR* pCaller, BYTE tableIndex) const
@@ -234,7 +233,7 @@ ParameterModule* ParameterSetManager::FindModuleOnBranch(ModeEntry* pRoot, const
     return pModule;
 }
 
-bool ParameterSetManager::HoldModule(ParameterModule* pModule, Hold hold)
+ParameterSetManager::Held ParameterSetManager::HoldModule(ParameterModule* pModule, Hold hold)
 {
     // The reference comes first: from then on the module's mode is not evicted any more. A module that is kept for good
     // has one that serves.
@@ -245,15 +244,20 @@ bool ParameterSetManager::HoldModule(ParameterModule* pModule, Hold hold)
         pReference = pOwnMode->AddReference(pModule);
     }
     const bool wasLoaded = pModule->IsReady();
-    if (!pModule->LoadModule(pModule->Data->SymbolTable))
+    const bool isGivenUp = !pModule->IsLoaded() && IsFileMode() && IsFileLost() && pModule->NoteLoss();
+    if (isGivenUp || !pModule->LoadModule(pModule->Data->SymbolTable))
     {
         if (pReference != nullptr)
         {
             pOwnMode->ReleaseReference(pModule);
         }
+        if (isGivenUp)
+        {
+            return Held::NoAsBefore;
+        }
         ParameterLogging::Write(this, ParameterLogging::Error, "Failed to load module %s, path: %s, skipping\n",
                                 pModule->GetModuleName(), pModule->Data->ModePath.c_str());
-        return false;
+        return Held::No;
     }
     if (hold == Hold::ForGood && pReference != nullptr)
     {
@@ -264,7 +268,7 @@ bool ParameterSetManager::HoldModule(ParameterModule* pModule, Hold hold)
         // Found through a mode that shares it, while its own was unloaded, with which it has to go again.
         TouchModes({&pOwnMode, 1}, *pOwnMode->Table);
     }
-    return true;
+    return Held::Yes;
 }
 
 VOID ParameterSetManager::GetModules(BYTE tableIndex, PList<ParameterModule*>& rList, const TuningMode* pBranch,
@@ -297,7 +301,7 @@ VOID ParameterSetManager::GetModules(BYTE tableIndex, PList<ParameterModule*>& r
     walk.Mode()->GetModules(found, local, inherited, pPipeline);
     for (UINT32 index = 0; index < found.Count(); ++index)
     {
-        if (HoldModule(found[index], Hold::UntilReleased))
+        if (HoldModule(found[index], Hold::UntilReleased) == Held::Yes)
         {
             rList.Add(found[index]);
         }

@@ -25,6 +25,13 @@ bool IsCachedLevel(const ModeEntry* pMode)
     return pMode->Mode.Mode >= static_cast<UINT16>(ModeType::Usecase);
 }
 
+/// Whether a mode can be had without the file: it has no modules, or shares what others have loaded.
+bool IsInMemory(const ModeEntry& rMode)
+{
+    return std::all_of(rMode.ModuleMap.begin(), rMode.ModuleMap.end(),
+                       [](const auto& rpReference) { return rpReference->Module->IsLoaded(); });
+}
+
 }  // namespace
 
 bool ParameterSetManager::LoadMode(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pReason)
@@ -70,6 +77,33 @@ bool ParameterSetManager::LoadModeInternal(BYTE tableIndex, const TuningMode* pB
         m_content.pSymbolTable->FileReference(-fileReferences);
     }
     return loaded && !walk.IsLost();
+}
+
+bool ParameterSetManager::CanRead(BYTE tableIndex, const TuningMode* pBranch, UINT32 count)
+{
+    if (IsDerived())
+    {
+        return GetMainSetManager()->CanRead(m_modeTableIndex, pBranch, count);
+    }
+    if (!IsFileMode() || tableIndex >= m_content.modeTables.size() ||
+        LoadModeInternal(tableIndex, pBranch, count, nullptr) || !IsFileLost())
+    {
+        return true;
+    }
+    BranchWalk walk(*this, "CanRead", m_content.modeTables[tableIndex]->RootMode.Entry, pBranch, count);
+    while (walk.Mode() != nullptr && walk.Next())
+    {
+        if (!walk.Mode()->Target()->Loaded)
+        {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool ParameterSetManager::IsFileLost() const
+{
+    return m_content.pSymbolTable->IsFileLost();
 }
 
 bool ParameterSetManager::UnloadMode(BYTE tableIndex, const TuningMode* pBranch, UINT32 count)
@@ -141,11 +175,19 @@ bool ParameterSetManager::LoadTarget(ModeEntry* pMode, const CHAR* pReason, cons
     {
         return true;  // another thread was first
     }
+    if (IsFileLost() && !IsInMemory(*pTarget))
+    {
+        return false;
+    }
     // The file stays open until the whole branch is loaded.
-    if (m_content.pSymbolTable->File() != nullptr)
+    if (m_content.pSymbolTable->File() != nullptr && !IsFileLost())
     {
         m_content.pSymbolTable->FileReference(1);
         ++rFileReferences;
+    }
+    if (IsFileLost() && !IsInMemory(*pTarget))
+    {
+        return false;
     }
     LogLoading(true, pReason, pBranch, count, pMode, pTarget);
     pTarget->Loaded = LoadModuleMap(pTarget, rTouched);

@@ -24,6 +24,35 @@ constexpr size_t RecordDistance = tuning::AlignUp(sizeof(TableModule), alignof(s
 
 static_assert(alignof(TableModule) <= 8, "tuning memory is aligned to 8 bytes");
 
+/// Keeps a table's file open, so that a load sees one state of it.
+class OpenFile
+{
+public:
+    explicit OpenFile(ParameterFileSymbolTable& rTable)
+        : m_rTable(rTable), m_isUsed(rTable.File() != nullptr && !rTable.IsFileLost())
+    {
+        if (m_isUsed)
+        {
+            m_rTable.FileReference(1);
+        }
+    }
+
+    ~OpenFile()
+    {
+        if (m_isUsed)
+        {
+            m_rTable.FileReference(-1);
+        }
+    }
+
+    OpenFile(const OpenFile&)            = delete;
+    OpenFile& operator=(const OpenFile&) = delete;
+
+private:
+    ParameterFileSymbolTable& m_rTable;
+    const bool                m_isUsed;
+};
+
 /// The last stamp that was given to a content, of all stores: a store made in the place of another has its addresses
 /// and its IDs again.
 std::atomic<UINT64> g_lastStamp{0};
@@ -152,21 +181,28 @@ bool TableModule::LoadModule(ParameterFileSymbolTable* pTable)
 bool TableModule::LoadRecord(ParameterFileSymbolTable& rTable)
 {
     const UINT32                  id = SymbolTableID() & EntryIDMask;
+    const OpenFile                file(rTable);
     ParameterFileSymbolTableEntry entry;
-    const bool                    found = rTable.Find(entry, id, true);
+    const bool                    isLost = rTable.IsFileLost();
+    const bool                    found  = !isLost && rTable.Find(entry, id, true);
     if (!found)
     {
         ParameterLogging::Write(rTable.Log(), ParameterLogging::Error,
                                 "%s::LoadModule Failed to find module ID (%d) in Symbol Table\n", ClassName().c_str(),
                                 id);
     }
+    if (isLost)
+    {
+        return false;
+    }
     // The load runs without a find as well: the empty entry leaves a record of zeros instead of one from former days.
     RecordLoader::LoadModule(*m_rDescription.pRecord, Record(), entry, NameHash);
-    if (!found)
+    const bool isWhole = found && rTable.IsFileUnchanged();
+    if (!isWhole)
     {
         RecordLoader::Unload(*m_rDescription.pRecord, Record(), &rTable);
     }
-    return found;
+    return isWhole;
 }
 
 VOID TableModule::UnloadModule()

@@ -2,6 +2,7 @@
 // and its answers must be those of a camera that is made on the new tuning. Addresses and IDs of records come back at
 // every second reload and with a store in the place of another, so that in plain builds, too, stale objects show.
 
+#include <algorithm>
 #include <cstdio>
 #include <functional>
 #include <string>
@@ -10,6 +11,7 @@
 #include <vector>
 
 #include "tests/core/framefixture.h"
+#include "tests/support/statslogcapture.h"
 
 namespace
 {
@@ -98,6 +100,8 @@ std::string TuningText(UINT32 version)
                   trigger3DataBank: *none
                   trigger1: [{trigger: *everywhere, trigger2: [{trigger: *everywhere, trigger3: [{trigger: *everywhere, triggerData: {valueThres: 1.0, countThres: 1}}]}]}]
                 baselineType: UseRebasedData
+    children:
+      Usecase.Video: {modules: {kiro1dvectorprocessor: {vectorProcessors: []}}}
 )";
 }
 
@@ -164,7 +168,6 @@ public:
         return {&m_store, &m_mode, 1};
     }
 
-private:
     VOID Write(const Content& rContent) const
     {
         std::string text = TuningText(rContent.version);
@@ -178,6 +181,7 @@ private:
         std::fclose(pFile);
     }
 
+private:
     const std::string m_path = testing::TempDir() + "reload_" + std::to_string(::getpid()) + ".bin";
     TuningSetManager  m_store{"reload"};
     TuningMode        m_mode{ModeType::Default, {0}};
@@ -424,6 +428,33 @@ TEST(Reload, StagesBeforeTheNextFrameSeeTheNewTuning)
         stage(camera);
         ExpectLikeNew(camera, tuning, {QuickVersion});
     }
+}
+
+/// The store reads a mode when its path is first asked for, which the file as it is now no longer allows.
+TEST(Reload, ACameraStaysInItsModeIfTheFileChangedBeforeTheNextOneWasRead)
+{
+    StoredTuning tuning({1});
+    TuningMode   video[2] = {};
+    video[1]              = {ModeType::Usecase, {2}};
+    const StatsTuningData inVideo{tuning.Handle().pTuningSetManager, video, 2};
+    Camera                camera(tuning.Handle());
+    const auto            filters = [&camera](UINT32 version)
+    {
+        const std::vector<std::string> answers = camera.Answers(version);
+        return std::ranges::find(answers, "filter 25") != answers.end();
+    };
+    const StatsLogCapture log;
+    tuning.Write({2});
+    for (int request = 0; request < 2; ++request)
+    {
+        camera.SetTuning(inVideo);
+        EXPECT_TRUE(filters(1)) << "as the mode before does, and the next one does not";
+    }
+    EXPECT_EQ(log.Count(LevelError, "a mode cannot be read, since the tuning file has changed: the one before stays"),
+              1u);
+    tuning.Reload({2});
+    camera.SetTuning(inVideo);
+    EXPECT_FALSE(filters(2));
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstring>
 #include <filesystem>
+#include <functional>
 #include <future>
 #include <limits>
 #include <memory>
@@ -559,15 +560,86 @@ TEST_F(OnDemandTest, InBufferModeThereIsNothingToLoadOrUnload)
     EXPECT_EQ(AlphaValue(other, UsecaseBranch(2)), 200);
 }
 
-TEST_F(OnDemandTest, AFileThatWasReplacedIsReadNoMore)
+TEST_F(OnDemandTest, AFileThatChangedIsReadNoMoreAndSaidOnce)
+{
+    const auto replace = [this](const ParameterFile& rFile)
+    {
+        rFile.WriteTo(m_path + ".new");
+        std::filesystem::rename(m_path + ".new", m_path);
+    };
+    const std::pair<const CHAR*, std::function<VOID()>> changes[] = {
+        {"touched",
+         [this]
+         {
+             const auto time = std::filesystem::last_write_time(m_path);
+             std::filesystem::last_write_time(m_path, time + std::chrono::seconds(2));
+         }},
+        {"replaced by one of the same size and time",
+         [&]
+         {
+             const auto time = std::filesystem::last_write_time(m_path);
+             replace(MakeUsecases(2));
+             std::filesystem::last_write_time(m_path, time);
+         }},
+        {"cut, with the same time",
+         [this]
+         {
+             const auto time = std::filesystem::last_write_time(m_path);
+             std::filesystem::resize_file(m_path, 100);
+             std::filesystem::last_write_time(m_path, time);
+         }},
+        {"deleted", [this] { std::filesystem::remove(m_path); }},
+    };
+    Options options  = Verbose();
+    options.logDebug = false;
+    for (const auto& [pName, change] : changes)
+    {
+        SCOPED_TRACE(pName);
+        ParameterSetManager manager("cam", smallschema::Modules, options);
+        ASSERT_TRUE(manager.LoadBinaryParameters(Write(MakeUsecases(2))));
+        const smallschema::AlphaType* pHeld = Alpha(manager, UsecaseBranch(1));
+        change();
+        log.Clear();
+        EXPECT_EQ(AlphaValue(manager, UsecaseBranch(2)), -1);
+        EXPECT_EQ(log.Count("must reload") + log.Count("Failed to open binary file"), 1u) << log.Text();
+        EXPECT_EQ(log.Count("Failed to load module alpha, path: 0.0|2.2, skipping\n"), 1u) << log.Text();
+        log.Clear();
+        EXPECT_EQ(AlphaValue(manager, UsecaseBranch(2)), -1);
+        EXPECT_FALSE(LoadMode(manager, UsecaseBranch(2)));
+        EXPECT_EQ(log.Text(), "") << "nothing that was not said before";
+        EXPECT_EQ(Alpha(manager, UsecaseBranch(1)), pHeld);
+        EXPECT_EQ(pHeld->steps[0], 100.5f);
+        EXPECT_EQ(AlphaValue(manager, Branch({})), 1);
+
+        replace(MakeUsecases(2));
+        ASSERT_TRUE(manager.ReloadBinaryParameters(false)) << log.Text();
+        EXPECT_EQ(AlphaValue(manager, UsecaseBranch(2)), 200);
+    }
+}
+
+TEST_F(OnDemandTest, WhatIsWrittenOverDuringALoadDoesNotCount)
 {
     ParameterSetManager manager("cam", smallschema::Modules, Verbose());
     ASSERT_TRUE(manager.LoadBinaryParameters(Write(MakeUsecases(2))));
-    std::filesystem::last_write_time(m_path, std::filesystem::last_write_time(m_path) + std::chrono::seconds(2));
+    std::filesystem::last_write_time(m_path, std::filesystem::last_write_time(m_path) - std::chrono::seconds(2));
+    ASSERT_TRUE(manager.ReloadBinaryParameters(false));
+    HeldUpLoad        holdUp;
+    std::future<bool> load = std::async(std::launch::async,
+                                        [&]
+                                        {
+                                            const std::vector<TuningMode> branch = UsecaseBranch(2);
+                                            return manager.LoadMode(0, branch.data(), 2, "slow");
+                                        });
+    holdUp.WaitUntilHeld();
+    TuningFileMaker maker;
+    const UINT32    root = maker.Table();
+    maker.Alpha(root, 1);
+    maker.Alpha(maker.Mode(root, Usecase, 1), 100);
+    maker.Alpha(maker.Mode(root, Usecase, 2), 999);
+    (VOID) Write(maker.Build());
+    holdUp.Release();
+    EXPECT_FALSE(load.get());
     EXPECT_EQ(AlphaValue(manager, UsecaseBranch(2)), -1);
-    EXPECT_EQ(AlphaValue(manager, Branch({})), 1);
-    ASSERT_TRUE(manager.ReloadBinaryParameters(false)) << log.Text();
-    EXPECT_EQ(AlphaValue(manager, UsecaseBranch(2)), 200);
 }
 
 TEST_F(OnDemandTest, ThreadsSeeTheirRecordsWhateverIsEvictedMeanwhile)
