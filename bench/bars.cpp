@@ -23,7 +23,8 @@ constexpr DOUBLE EverythingMoreNs = 60e3;
 
 }  // namespace
 
-MedianReporter::MedianReporter(bool isShown) : ConsoleReporter(OO_None), m_isShown(isShown)
+MedianReporter::MedianReporter(bool isShown, program::Progress& rProgress)
+    : ConsoleReporter(OO_None), m_isShown(isShown), m_rProgress(rProgress)
 {
 }
 
@@ -36,6 +37,7 @@ void MedianReporter::ReportRuns(const std::vector<Run>& rRuns)
 {
     if (m_isShown)
     {
+        m_rProgress.Clear();
         ConsoleReporter::ReportRuns(rRuns);
     }
     for (const Run& rRun : rRuns)

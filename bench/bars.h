@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "bench/results.h"
+#include "tools/program/progress.h"
 
 /// Names of the benchmarks, as bars refer to them.
 namespace benchname
@@ -35,8 +36,9 @@ constexpr const CHAR* LoadLargeFile   = "store/load_33_modules_40_modes_file";
 class MedianReporter : public benchmark::ConsoleReporter
 {
 public:
-    /// @param isShown whether results are printed as they come
-    explicit MedianReporter(bool isShown);
+    /// @param isShown   whether results are printed as they come
+    /// @param rProgress makes room for them
+    MedianReporter(bool isShown, program::Progress& rProgress);
 
     bool ReportContext(const Context& rContext) override;
     void ReportRuns(const std::vector<Run>& rRuns) override;
@@ -54,6 +56,7 @@ public:
 
 private:
     const bool                    m_isShown;
+    program::Progress&            m_rProgress;
     std::map<std::string, DOUBLE> m_medians;
     std::vector<std::string>      m_errors;
 };

@@ -86,13 +86,12 @@ VOID MeasureStagesOf(const CHAR* pName, Frame& rFrame, bool isPrinted, std::vect
 
 }  // namespace
 
-VOID RegisterFrameBenchmarks()
+VOID RegisterFrameBenchmarks(Rounds& rRounds)
 {
-    benchmark::RegisterBenchmark(benchname::HeavyFrame, [](benchmark::State& rState) { RunFrames(rState, Heavy()); });
-    benchmark::RegisterBenchmark(benchname::EverythingFrame,
-                                 [](benchmark::State& rState) { RunFrames(rState, Everything()); });
-    benchmark::RegisterBenchmark(benchname::HeavyFloor, RunFloor);
-    benchmark::RegisterBenchmark(benchname::LightFrame, [](benchmark::State& rState) { RunFrames(rState, Light()); });
+    (VOID) rRounds.Add(benchname::HeavyFrame, [](benchmark::State& rState) { RunFrames(rState, Heavy()); });
+    (VOID) rRounds.Add(benchname::EverythingFrame, [](benchmark::State& rState) { RunFrames(rState, Everything()); });
+    (VOID) rRounds.Add(benchname::HeavyFloor, RunFloor);
+    (VOID) rRounds.Add(benchname::LightFrame, [](benchmark::State& rState) { RunFrames(rState, Light()); });
 }
 
 std::vector<BenchResult> MeasureAllocations(bool isPrinted)

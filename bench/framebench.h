@@ -5,8 +5,9 @@
 #include <vector>
 
 #include "bench/results.h"
+#include "bench/rounds.h"
 
-VOID RegisterFrameBenchmarks();
+VOID RegisterFrameBenchmarks(Rounds& rRounds);
 
 /// What a steady frame takes from the heap: the history's node and nothing else.
 std::vector<BenchResult> MeasureAllocations(bool isPrinted);

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <fmt/format.h>
 #include <optional>
 #include <stdexcept>
 #include <thread>
@@ -166,7 +167,7 @@ std::vector<DOUBLE> RunAskedTurn(LiveCamera& rCamera, Asker& rAsker)
 
 }  // namespace
 
-std::vector<BenchResult> MeasureLiveTuning(UINT32 seconds)
+std::vector<BenchResult> MeasureLiveTuning(UINT32 seconds, program::Progress& rProgress)
 {
     LiveCamera camera;
     if (camera.Port() == 0)
@@ -179,6 +180,7 @@ std::vector<BenchResult> MeasureLiveTuning(UINT32 seconds)
     std::vector<DOUBLE> ratios;
     for (UINT32 turn = 0; turn < seconds * TurnsPerSecond; ++turn)
     {
+        rProgress.Show(fmt::format("frames beside a tuning tool, turn {} of {}", turn + 1, seconds * TurnsPerSecond));
         const auto          end     = Clock::now() + AskInterval * AskedInTurn;
         std::vector<DOUBLE> resting = camera.RunUntil([end] { return Clock::now() >= end; });
         std::vector<DOUBLE> asking  = RunAskedTurn(camera, asker);

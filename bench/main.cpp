@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <benchmark/benchmark.h>
 #include <charconv>
-#include <exception>
+#include <cstdio>
 #include <fmt/format.h>
 #include <optional>
 #include <stdexcept>
@@ -12,25 +12,28 @@
 #include "bench/framebench.h"
 #include "bench/livebench.h"
 #include "bench/results.h"
+#include "bench/rounds.h"
 #include "bench/storebench.h"
 #include "bench/triggerbench.h"
 #include "platform/tavocommonutils.h"
+#include "tools/program/programmain.h"
+#include "tools/program/progress.h"
 
 namespace
 {
 
 constexpr INT ExitAboveBar = 3;
-constexpr INT ExitBadInput = 1;
-constexpr INT ExitBadUsage = 2;
 
 constexpr UINT32 LiveSeconds      = 60;
 constexpr UINT32 ShortLiveSeconds = 6;  ///< when it is one of many
 
 /// A median over many short rounds, taken in turns, shrugs off what else the machine does meanwhile.
+constexpr UINT64 DefaultRounds = 15;
+
 std::vector<std::string> DefaultOptions()
 {
-    return {"--benchmark_repetitions=15", "--benchmark_min_time=0.05", "--benchmark_enable_random_interleaving=true",
-            "--benchmark_report_aggregates_only=true"};
+    return {fmt::format("--benchmark_repetitions={}", DefaultRounds), "--benchmark_min_time=0.05",
+            "--benchmark_enable_random_interleaving=true", "--benchmark_report_aggregates_only=true"};
 }
 
 struct Arguments
@@ -88,13 +91,22 @@ VOID Append(const std::vector<BenchResult>& rMore, std::vector<BenchResult>& rRe
     rResults.insert(rResults.end(), rMore.begin(), rMore.end());
 }
 
-std::vector<BenchResult> RunBenchmarks(bool isPrinted)
+/// @param rounds of each benchmark, 0 if the command line has options for that
+std::vector<BenchResult> RunBenchmarks(bool isPrinted, UINT64 rounds, program::Progress& rProgress)
 {
-    RegisterFrameBenchmarks();
-    RegisterStoreBenchmarks();
-    RegisterTriggerBenchmark();
-    MedianReporter reporter(isPrinted);
+    Rounds registered(rProgress, rounds);
+    RegisterFrameBenchmarks(registered);
+    RegisterStoreBenchmarks(registered);
+    RegisterTriggerBenchmark(registered);
+    if (isPrinted && rounds > 0)
+    {
+        fmt::print("{} benchmarks in {} rounds, the stages of frames, and {} s of frames beside a tuning tool\n",
+                   registered.BenchmarkCount(), rounds, 2 * ShortLiveSeconds);
+        (VOID) std::fflush(stdout);
+    }
+    MedianReporter reporter(isPrinted, rProgress);
     const size_t   count = benchmark::RunSpecifiedBenchmarks(&reporter);
+    rProgress.Clear();
     if (!reporter.Errors().empty())
     {
         throw std::runtime_error(reporter.Errors().front());
@@ -124,15 +136,18 @@ bool Run(const Arguments& rArguments)
     {
         PrintMachine();
     }
+    program::Progress        progress("kirobench");
     std::vector<BenchResult> results;
     if (!rArguments.liveSeconds)
     {
-        results = RunBenchmarks(!rArguments.isJson);
+        results = RunBenchmarks(!rArguments.isJson, rArguments.options.empty() ? DefaultRounds : 0, progress);
     }
     // Whoever chooses among the benchmarks does not want to wait for this.
     if (rArguments.liveSeconds || rArguments.options.empty())
     {
-        const std::vector<BenchResult> live = MeasureLiveTuning(rArguments.liveSeconds.value_or(ShortLiveSeconds));
+        const std::vector<BenchResult> live =
+            MeasureLiveTuning(rArguments.liveSeconds.value_or(ShortLiveSeconds), progress);
+        progress.Clear();
         if (!rArguments.isJson)
         {
             PrintTable("frames beside a tuning tool, medians", live);
@@ -150,20 +165,16 @@ bool Run(const Arguments& rArguments)
 
 int main(int argc, char** argv)
 {
-    // The log is configured, and every group of it is off.
-    Tavo::g_logInfoUpdated    = TRUE;
-    const Arguments arguments = ReadArguments({argv + 1, argv + argc});
-    if (!TakeOptions(argv[0], arguments.options))
-    {
-        return ExitBadUsage;
-    }
-    try
-    {
-        return Run(arguments) ? 0 : ExitAboveBar;
-    }
-    catch (const std::exception& rError)
-    {
-        fmt::print(stderr, "kirobench: {}\n", rError.what());
-        return ExitBadInput;
-    }
+    return program::Main("kirobench: ",
+                         [&]
+                         {
+                             // The log is configured, and every group of it is off.
+                             Tavo::g_logInfoUpdated    = TRUE;
+                             const Arguments arguments = ReadArguments({argv + 1, argv + argc});
+                             if (!TakeOptions(argv[0], arguments.options))
+                             {
+                                 return program::ExitBadUsage;
+                             }
+                             return Run(arguments) ? 0 : ExitAboveBar;
+                         });
 }

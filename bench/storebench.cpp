@@ -145,18 +145,17 @@ VOID GetInfo(benchmark::State& rState)
 
 }  // namespace
 
-VOID RegisterStoreBenchmarks()
+VOID RegisterStoreBenchmarks(Rounds& rRounds)
 {
-    const auto add = [](const CHAR* pName, VOID (*run)(benchmark::State&))
-    { benchmark::RegisterBenchmark(pName, run); };
+    const auto add = [&rRounds](const CHAR* pName, VOID (*run)(benchmark::State&)) { (VOID) rRounds.Add(pName, run); };
     add(benchname::GetModuleBuffer, [](benchmark::State& rState) { GetModule(rState, false); });
     add(benchname::GetModuleFile, [](benchmark::State& rState) { GetModule(rState, true); });
     add(benchname::LoadPhoneBuffer, [](benchmark::State& rState) { Load(rState, PhoneFile(), false); });
     add(benchname::LoadPhoneFile, [](benchmark::State& rState) { Load(rState, PhoneFile(), true); });
     add(benchname::LoadLargeBuffer, [](benchmark::State& rState) { Load(rState, LargeFile(), false); });
     add(benchname::LoadLargeFile, [](benchmark::State& rState) { Load(rState, LargeFile(), true); });
-    const auto addText = [](const CHAR* pName, VOID (*run)(benchmark::State&))
-    { benchmark::RegisterBenchmark(pName, run)->Unit(benchmark::kMicrosecond); };
+    const auto addText = [&rRounds](const CHAR* pName, VOID (*run)(benchmark::State&))
+    { rRounds.Add(pName, run)->Unit(benchmark::kMicrosecond); };
     addText(benchname::GetMemberText, [](benchmark::State& rState) { GetText(rState, TextRecord, "nodeSize"); });
     addText(benchname::GetModuleText, [](benchmark::State& rState) { GetText(rState, TextModule, nullptr); });
     addText(benchname::SetMemberText, SetText);

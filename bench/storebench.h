@@ -2,6 +2,7 @@
 /// The tuning store: fetching a module's record, loading files.
 #pragma once
 
+#include "bench/rounds.h"
 #include "platform/tavotypes.h"
 
-VOID RegisterStoreBenchmarks();
+VOID RegisterStoreBenchmarks(Rounds& rRounds);

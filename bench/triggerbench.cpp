@@ -82,7 +82,7 @@ VOID EvaluateTrigger(benchmark::State& rState)
 
 }  // namespace
 
-VOID RegisterTriggerBenchmark()
+VOID RegisterTriggerBenchmark(Rounds& rRounds)
 {
-    benchmark::RegisterBenchmark(benchname::TriggerTree, EvaluateTrigger);
+    (VOID) rRounds.Add(benchname::TriggerTree, EvaluateTrigger);
 }

@@ -2,6 +2,7 @@
 /// The interpolation of tuned values over triggers.
 #pragma once
 
+#include "bench/rounds.h"
 #include "platform/tavotypes.h"
 
-VOID RegisterTriggerBenchmark();
+VOID RegisterTriggerBenchmark(Rounds& rRounds);

@@ -84,7 +84,16 @@ ends 1 'small.bin: cannot be written: File too large' bash -c "ulimit -f 8; exec
 [ "$(cat small.bin)" = old ] || fail 'a file that could not be written whole was replaced'
 ends 1 'standard output cannot be written' bash -c "'$bin/kirotune' dump t.bin >/dev/full"
 ends 1 'standard output cannot be written' bash -c "'$bin/kirosim' variants --scene '$examples/scenes/natural.yaml' >/dev/full"
+[ ! -x "$bin/kirobench" ] ||
+    ends 1 'kirobench: standard output cannot be written' bash -c "'$bin/kirobench' --benchmark_filter=none >/dev/full"
 ends 1 'the stack is limited to 100 KB' bash -c "ulimit -s 100; exec '$bin/kirotune' schema"
+
+# A temporary file has a name that nobody has, also where the number of a process comes again, and goes.
+mkdir tmp
+# shellcheck disable=SC2016
+ends 1 'nosuch.yaml: cannot be opened' env TMPDIR="$work/tmp" sh -c 'mkdir "$TMPDIR/kirosoak-$$.bin"; exec "$@"' \
+    sh "$bin/kirosoak" --tuning t.yaml nosuch.yaml
+[ "$(find tmp | wc -l)" -eq 2 ] || fail 'a temporary file was left'
 
 # The mode of a replaced file stays; a link is followed, also one to a file that is not there yet.
 chmod 640 small.bin

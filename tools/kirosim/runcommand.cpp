@@ -5,7 +5,6 @@
 #include <stdexcept>
 
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include "tools/kirosim/framepacer.h"
 #include "tools/kirosim/learnedfile.h"
@@ -17,6 +16,7 @@
 #include "tools/kirosim/simulation.h"
 #include "tools/kirosim/stopsignal.h"
 #include "tools/kirosim/trace.h"
+#include "tools/program/progress.h"
 #include "tools/recording/recorder.h"
 
 namespace kirosim
@@ -35,19 +35,6 @@ constexpr UINT32 TableLines = 60;
 VOID Print(const std::string& rText)
 {
     (VOID) std::fputs(rText.c_str(), stdout);
-}
-
-VOID ShowProgress(UINT64 frame, UINT32 frames)
-{
-    constexpr UINT64 interval = 500;
-    if (frames > ProgressFrames && frame % interval == 0 && isatty(STDERR_FILENO) != 0)
-    {
-        (VOID) std::fprintf(stderr, "\rframe %llu of %u", frame, frames);
-        if (frame + interval > frames)
-        {
-            (VOID) std::fputc('\n', stderr);
-        }
-    }
 }
 
 /// @throws std::runtime_error for a scene that learns nothing of its flash
@@ -99,7 +86,7 @@ RunPlan PlanOf(const RunOptions& rOptions, FramePacer& rPacer)
 
 /// What a person sees while the run goes on.
 VOID ShowFrame(const RunOptions& rOptions, const Scene& rScene, const FrameRecord& rRecord,
-               const std::string& rRoundLines)
+               const std::string& rRoundLines, program::Progress& rProgress)
 {
     const UINT32 interval = std::max(rScene.frames / TableLines, 1U);
     std::string  lines    = (!rOptions.isQuiet && (rRecord.frame - 1) % interval == 0) ? TableLine(rRecord) : "";
@@ -107,12 +94,13 @@ VOID ShowFrame(const RunOptions& rOptions, const Scene& rScene, const FrameRecor
     {
         lines += rRoundLines;
     }
-    else
+    else if (rScene.frames > ProgressFrames)
     {
-        ShowProgress(rRecord.frame, rScene.frames);
+        rProgress.Show(rRecord.frame, rScene.frames);
     }
     if (!lines.empty())
     {
+        rProgress.Clear();
         Print(lines);
         (VOID) std::fflush(stdout);
     }
@@ -183,7 +171,8 @@ std::string FinishRecording(std::optional<recording::Recorder>& rRecorder)
 VOID RunFrames(const RunOptions& rOptions, const Scene& rScene, Simulation& rSimulation, RunReport& rReport,
                RunFiles& rFiles)
 {
-    FramePacer pacer(rScene.fps);
+    FramePacer        pacer(rScene.fps);
+    program::Progress progress("frame");
     if (!rOptions.isQuiet)
     {
         Print(TableHeader());
@@ -193,7 +182,7 @@ VOID RunFrames(const RunOptions& rOptions, const Scene& rScene, Simulation& rSim
         {
             rReport.Add(rRecord);
             rFiles.Add(rRecord);
-            ShowFrame(rOptions, rScene, rRecord, rReport.RoundLines());
+            ShowFrame(rOptions, rScene, rRecord, rReport.RoundLines(), progress);
         },
         [&](const FrameRecord& rRecord)
         {

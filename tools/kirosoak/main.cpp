@@ -1,13 +1,14 @@
 #include <cstdio>
 #include <filesystem>
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include "platform/tavodesk.h"
 #include "tools/kirosim/stopsignal.h"
 #include "tools/kirosoak/hostsequences.h"
 #include "tools/kirosoak/soak.h"
 #include "tools/program/commandline.h"
+#include "tools/program/progress.h"
+#include "tools/program/temporaries.h"
 #include "tools/tuningfile/files.h"
 
 namespace
@@ -25,44 +26,42 @@ struct Options
     bool                     reloads   = false;
 };
 
-/// A parameter file made of a tuning's text; gone with this object.
-class CompiledTuning
-{
-public:
-    explicit CompiledTuning(const std::string& rText)
-        : m_path(std::filesystem::temp_directory_path() / fmt::format("kirosoak-{}.bin", getpid()))
-    {
-        tuningfile::ReplaceFile(m_path, tuningfile::CompileFile(rText));
-    }
-
-    ~CompiledTuning()
-    {
-        std::error_code ignored;
-        std::filesystem::remove(m_path, ignored);
-    }
-
-    CompiledTuning(const CompiledTuning&)            = delete;
-    CompiledTuning& operator=(const CompiledTuning&) = delete;
-
-    std::string Path() const
-    {
-        return m_path;
-    }
-
-private:
-    const std::filesystem::path m_path;
-};
-
 /// A soak says what is wrong itself: what the library logs while its tuning is edited is expected.
 VOID DiscardLog(const CHAR*, INT32, const CHAR*, UINT32, UINT32, const CHAR*, ...)
 {
 }
 
-VOID ShowLap(const std::string& rLine)
+/// Shows how much is done, and the lines of a run between that.
+class Watch
 {
-    fmt::print("{}", rLine);
-    (VOID) std::fflush(stdout);
-}
+public:
+    explicit Watch(const CHAR* pWhat) : m_progress(pWhat)
+    {
+    }
+
+    VOID PrintLine(const std::string& rLine)
+    {
+        m_progress.Clear();
+        fmt::print("{}", rLine);
+        (VOID) std::fflush(stdout);
+    }
+
+    /// Asked once for each thing to do. @return whether the run is to end
+    bool IsStopped()
+    {
+        m_progress.Show(++m_done, 0);
+        return kirosim::StopSignal::IsRaised();
+    }
+
+    VOID End()
+    {
+        m_progress.Clear();
+    }
+
+private:
+    program::Progress m_progress;
+    UINT64            m_done = 0;
+};
 
 /// @return the program's status
 INT ShowFaults(const std::vector<std::string>& rFaults)
@@ -78,10 +77,14 @@ INT ShowFaults(const std::vector<std::string>& rFaults)
     return rFaults.empty() ? 0 : ExitFault;
 }
 
-INT RunScenes(const Options& rOptions, const CompiledTuning& rTuning)
+INT RunScenes(const Options& rOptions, const std::string& rTuning)
 {
-    const kirosoak::SoakResult result = kirosoak::Soak(
-        {rOptions.frames, rOptions.scenes, rTuning.Path(), ShowLap, kirosim::StopSignal::IsRaised}, DiscardLog);
+    Watch                      watch("kirosoak: frame");
+    const kirosoak::SoakResult result = kirosoak::Soak({rOptions.frames, rOptions.scenes, rTuning,
+                                                        [&watch](const std::string& rLine) { watch.PrintLine(rLine); },
+                                                        [&watch] { return watch.IsStopped(); }},
+                                                       DiscardLog);
+    watch.End();
     fmt::print("{} frames in {} laps of {} scenes: {} cameras, {} steps settled, {} values edited, {} reloads, {} mode "
                "changes, {} snapshots; heap {:+} bytes, resident {:+} bytes\n",
                result.frames, result.laps, rOptions.scenes.size(), result.cameras, result.settles, result.edits,
@@ -89,12 +92,14 @@ INT RunScenes(const Options& rOptions, const CompiledTuning& rTuning)
     return ShowFaults(result.faults);
 }
 
-INT RunSequences(const Options& rOptions, const CompiledTuning& rTuning)
+INT RunSequences(const Options& rOptions, const std::string& rTuning)
 {
-    const kirosoak::SequenceResult result =
-        kirosoak::RunSequences({rOptions.tuning, rTuning.Path(), rOptions.reloads ? ~UINT64{0} : 0, rOptions.sequences,
-                                rOptions.seed, ShowLap, kirosim::StopSignal::IsRaised},
-                               DiscardLog);
+    Watch                          watch("kirosoak: sequence");
+    const kirosoak::SequenceResult result = kirosoak::RunSequences(
+        {rOptions.tuning, rTuning, rOptions.reloads ? ~UINT64{0} : 0, rOptions.sequences, rOptions.seed,
+         [&watch](const std::string& rLine) { watch.PrintLine(rLine); }, [&watch] { return watch.IsStopped(); }},
+        DiscardLog);
+    watch.End();
     fmt::print("{} cases of reloads and {} sequences of a host's calls from seed {} on, {} frames\n",
                result.reloadCases, result.sequences, rOptions.seed, result.frames);
     return ShowFaults(result.faults);
@@ -105,15 +110,17 @@ INT Run(const Options& rOptions)
 {
     TavoDesk::SetSystemLogSink([](VOID*, UINT64, const CHAR*, UINT32, const CHAR*) {}, nullptr);
     const kirosim::StopSignal stopSignal;  // before there is a file to clear away
-    const CompiledTuning      tuning(rOptions.tuning);
+    const std::vector<BYTE>   compiled = tuningfile::CompileFile(rOptions.tuning);
+    const program::Temporary  file(std::filesystem::temp_directory_path() / "kirosoak");
     INT                       status = 0;
+    tuningfile::ReplaceFile(file.Path(), compiled);
     if (rOptions.reloads || rOptions.sequences > 0)
     {
-        status = RunSequences(rOptions, tuning);
+        status = RunSequences(rOptions, file.Path());
     }
     if (status == 0 && !rOptions.scenes.empty())
     {
-        status = RunScenes(rOptions, tuning);
+        status = RunScenes(rOptions, file.Path());
     }
     return status;
 }

@@ -1,8 +1,10 @@
 #include "tools/kirotune/commands.h"
 
+#include <fmt/format.h>
 #include <fmt/ranges.h>
 
 #include "tools/program/commandfiles.h"
+#include "tools/program/progress.h"
 #include "tools/tuningfile/binaryinput.h"
 #include "tools/tuningfile/check.h"
 #include "tools/tuningfile/files.h"
@@ -10,6 +12,7 @@
 #include "tools/tuningfile/modepath.h"
 #include "tools/tuningfile/schematext.h"
 #include "tools/tuningfile/storelog.h"
+#include "tools/tuningfile/textinput.h"
 #include "tools/tuningfile/textoutput.h"
 
 namespace kirotune
@@ -40,6 +43,19 @@ VOID CheckFiles(const std::string& rInput, const std::string& rOutput)
     files.Check();
 }
 
+/// Of a large text one wants to know that something is going on.
+Tuning ReadTuning(const std::string& rInput)
+{
+    constexpr size_t  large = size_t{1} << 20;
+    const std::string text  = ReadText(rInput);
+    program::Progress progress("kirotune");
+    if (text.size() > large)
+    {
+        progress.Show(fmt::format("reading {} MB of text", text.size() >> 20));
+    }
+    return ParseText(text, rInput);
+}
+
 VOID PrintModes(const ModeTable& rTable)
 {
     std::vector<size_t> depths;
@@ -66,7 +82,7 @@ VOID PrintModes(const ModeTable& rTable)
 int Compile(const std::string& rInput, const std::string& rOutput, const VersionUnion& rVersion)
 {
     CheckFiles(rInput, rOutput);
-    const Tuning tuning = ReadTextFile(rInput);
+    const Tuning tuning = ReadTuning(rInput);
     ReplaceFile(rOutput, WriteBinary(tuning, rVersion));
     for (const std::string& rWhat : LeftOut(tuning, rVersion))
     {

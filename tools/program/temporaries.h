@@ -20,6 +20,11 @@ public:
     Temporary(const Temporary&)            = delete;
     Temporary& operator=(const Temporary&) = delete;
 
+    const std::string& Path() const
+    {
+        return m_path;
+    }
+
     /// Open for writing, as long as this object.
     int Descriptor() const
     {
