@@ -7,6 +7,7 @@
 
 #include "bench/everythingtuning.h"
 #include "bench/heavytuning.h"
+#include "host/discardlog.h"
 #include "tools/tuningfile/files.h"
 
 namespace
@@ -14,11 +15,6 @@ namespace
 
 constexpr UINT64 StartExposure   = 10000000;  ///< 10 ms at unity gain
 constexpr FLOAT  FramesPerSecond = 30.0f;
-
-/// The host's log sink when nobody wants to see the log.
-VOID DiscardLog(const CHAR*, INT32, const CHAR*, UINT32, UINT32, const CHAR*, ...)
-{
-}
 
 kirosim::Scene OfficeScene()
 {

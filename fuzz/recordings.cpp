@@ -5,7 +5,8 @@
 #include <stdexcept>
 
 #include "fuzz/memoryfile.h"
-#include "fuzz/recordingdamage.h"
+#include "host/discardlog.h"
+#include "tools/kirodamage/recordingdamage.h"
 #include "tools/kirosim/loadedtuning.h"
 #include "tools/recording/replayer.h"
 
@@ -20,10 +21,6 @@ enum Use : BYTE
     ToTheFirstError = 2,  ///< the replay ends where an answer differs
     OtherTuning     = 4
 };
-
-VOID DiscardLog(const CHAR*, INT32, const CHAR*, UINT32, UINT32, const CHAR*, ...)
-{
-}
 
 }  // namespace
 
@@ -40,7 +37,7 @@ extern "C" int LLVMFuzzerTestOneInput(const BYTE* pData, size_t size)
     std::vector<BYTE> file(pData + 1, pData + size);
     if ((pData[0] & AsItIs) == 0)
     {
-        fuzz::SealRecording(file.data(), file.size());
+        kirodamage::SealRecording(file.data(), file.size());
     }
     const fuzz::MemoryFile memory(file.data(), file.size());
 
@@ -66,5 +63,6 @@ extern "C" size_t LLVMFuzzerCustomMutator(BYTE* pData, size_t size, size_t maxSi
     {
         return LLVMFuzzerMutate(pData, size, maxSize);
     }
-    return 1 + fuzz::DamageChunk(pData + 1, size - 1, maxSize - 1, static_cast<UINT32>(random()));
+    return 1 +
+           kirodamage::DamageChunk(pData + 1, size - 1, maxSize - 1, static_cast<UINT32>(random()), LLVMFuzzerMutate);
 }

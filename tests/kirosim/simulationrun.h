@@ -6,14 +6,11 @@
 #include <string>
 #include <vector>
 
+#include "host/discardlog.h"
 #include "tools/kirosim/report.h"
 #include "tools/kirosim/simulation.h"
 #include "tools/kirosim/summary.h"
 #include "tools/kirosim/trace.h"
-
-inline VOID DiscardLog(const CHAR*, INT32, const CHAR*, UINT32, UINT32, const CHAR*, ...)
-{
-}
 
 class SimulationRun
 {

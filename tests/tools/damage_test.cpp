@@ -5,6 +5,7 @@
 #include <ctime>
 
 #include "tools/kirodamage/campaign.h"
+#include "tools/kirodamage/damage.h"
 #include "tools/tuningfile/binaryoutput.h"
 #include "tools/tuningfile/textinput.h"
 
@@ -77,16 +78,16 @@ TEST(DamageTest, CampaignNamesTheTrialThatCrashesHangsOrComplains)
         [](UINT64 number)
         {
             TrialResult result;
-            result.kind     = DamageKind::Rows;
+            result.kind     = 2;
             result.isUsable = number % 3 == 0;
             result.withheld = number;
             result.largest  = 100 - number;
             return result;
         });
     EXPECT_FALSE(clean.fault.has_value());
-    EXPECT_EQ(clean.tally.kinds[static_cast<size_t>(DamageKind::Rows)].usable, 3U);
-    EXPECT_EQ(clean.tally.kinds[static_cast<size_t>(DamageKind::Rows)].refused, 6U);
-    EXPECT_EQ(clean.tally.kinds[static_cast<size_t>(DamageKind::Rows)].withheld, 36U);
+    EXPECT_EQ(clean.tally.kinds[2].usable, 3U);
+    EXPECT_EQ(clean.tally.kinds[2].refused, 6U);
+    EXPECT_EQ(clean.tally.kinds[2].withheld, 36U);
     EXPECT_EQ(clean.tally.largest.value, 100U);
 
     const struct

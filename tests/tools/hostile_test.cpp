@@ -97,41 +97,6 @@ TEST(Hostile, AModeWhoseIdAnotherHasTakenIsReadWithAllBelowIt)
     }
 }
 
-TEST(Hostile, DamagedTextsAreRefusedOrCompiled)
-{
-    const std::string good = GoodText;
-    std::mt19937      random(6);
-    UINT32            accepted = 0;
-    for (UINT32 round = 0; round < 3000; ++round)
-    {
-        std::string  text     = good;
-        const size_t position = random() % good.size();
-        switch (round % 3)
-        {
-        case 0:
-            text[position] = static_cast<CHAR>(random());
-            break;
-        case 1:
-            text.erase(position, 1 + random() % 10);
-            break;
-        default:
-            text.insert(position, good, random() % good.size(), 1 + random() % 20);
-            break;
-        }
-        try
-        {
-            WriteBinary(ParseText(text, "t.yaml"), NewestVersion);
-            ++accepted;
-        }
-        catch (const InputError& rFault)
-        {
-            EXPECT_TRUE(std::string_view(rFault.what()).starts_with("t.yaml:"));
-            EXPECT_EQ(std::string_view::npos, std::string_view(rFault.what()).find('\n'));
-        }
-    }
-    EXPECT_GT(accepted, 50u);
-}
-
 TEST(Hostile, TextThatUnfoldsWithoutEndIsRefused)
 {
     // Each mode takes four megabytes of records in a line of text.

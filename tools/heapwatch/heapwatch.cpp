@@ -21,26 +21,69 @@
 #endif
 #endif
 
+namespace
+{
+
+std::atomic<UINT64> g_largest{0};
+std::atomic<INT64>  g_held{0};
+std::atomic<INT64>  g_most{0};
+std::atomic<INT64>  g_heldAtStart{0};
+
+/// The largest request and the most held are not exact between threads; what is held is.
+VOID Count(INT64 change)
+{
+    const INT64 held = g_held.fetch_add(change, std::memory_order_relaxed) + change;
+    if (held > g_most.load(std::memory_order_relaxed))
+    {
+        g_most.store(held, std::memory_order_relaxed);
+    }
+}
+
+VOID CountRequest(size_t size)
+{
+    if (size > g_largest.load(std::memory_order_relaxed))
+    {
+        g_largest.store(size, std::memory_order_relaxed);
+    }
+}
+
+}  // namespace
+
 #ifdef KIRO_SANITIZED
 
-namespace heapwatch
+// A sanitizer's allocator tells what it gives and takes. What was there before the first Start is not known.
+extern "C"
 {
-
-VOID Start()
-{
+    int    __sanitizer_install_malloc_and_free_hooks(VOID (*given)(const volatile VOID*, size_t),
+                                                     VOID (*taken)(const volatile VOID*));
+    size_t __sanitizer_get_allocated_size(const volatile VOID* pMemory);
 }
 
-Report Read()
+namespace
 {
-    return {};
+
+VOID Given(const volatile VOID*, size_t size)
+{
+    CountRequest(size);
+    Count(static_cast<INT64>(size));
 }
 
-bool IsCounting()
+VOID Taken(const volatile VOID* pMemory)
 {
-    return false;
+    if (pMemory != nullptr)
+    {
+        Count(-static_cast<INT64>(__sanitizer_get_allocated_size(pMemory)));
+    }
 }
 
-}  // namespace heapwatch
+VOID Watch()
+{
+    [[maybe_unused]] static const int installed = __sanitizer_install_malloc_and_free_hooks(Given, Taken);
+}
+
+constexpr bool IsWhole = false;
+
+}  // namespace
 
 #else
 
@@ -56,11 +99,6 @@ extern "C"
 
 namespace
 {
-
-std::atomic<UINT64> g_largest{0};
-std::atomic<INT64>  g_held{0};
-std::atomic<INT64>  g_most{0};
-std::atomic<INT64>  g_heldAtStart{0};
 
 /// Stands before each block; as long as the alignment that any block has.
 struct alignas(std::max_align_t) Header
@@ -79,23 +117,10 @@ size_t SizeOf(VOID* pMemory)
     return (pMemory != nullptr) ? HeaderOf(pMemory)->size : 0;
 }
 
-/// The largest request and the most held are not exact between threads; what is held is.
-VOID Count(INT64 change)
-{
-    const INT64 held = g_held.fetch_add(change, std::memory_order_relaxed) + change;
-    if (held > g_most.load(std::memory_order_relaxed))
-    {
-        g_most.store(held, std::memory_order_relaxed);
-    }
-}
-
 /// @return what to ask the C library for; too much for it when that is more than there are numbers
 size_t WithHeader(size_t size, size_t offset)
 {
-    if (size > g_largest.load(std::memory_order_relaxed))
-    {
-        g_largest.store(size, std::memory_order_relaxed);
-    }
+    CountRequest(size);
     size_t whole = 0;
     return __builtin_add_overflow(size, offset, &whole) ? SIZE_MAX : whole;
 }
@@ -184,11 +209,25 @@ extern "C"
     }
 }
 
+namespace
+{
+
+VOID Watch()
+{
+}
+
+constexpr bool IsWhole = true;
+
+}  // namespace
+
+#endif
+
 namespace heapwatch
 {
 
 VOID Start()
 {
+    Watch();
     g_largest     = 0;
     g_heldAtStart = g_held.load();
     g_most        = g_held.load();
@@ -201,9 +240,7 @@ Report Read()
 
 bool IsCounting()
 {
-    return true;
+    return IsWhole;
 }
 
 }  // namespace heapwatch
-
-#endif

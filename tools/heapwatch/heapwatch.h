@@ -18,10 +18,11 @@ struct Report
 VOID Start();
 
 /// Bytes as they were asked for: what the allocator adds or rounds up is not in it.
-/// @return since Start; all zero under a sanitizer, which has an allocator of its own
+/// @return since Start
 Report Read();
 
-/// Whether Read counts.
+/// Whether what was taken before the first Start is counted, too, when it is given back; not under a sanitizer, which
+/// has an allocator of its own.
 bool IsCounting();
 
 }  // namespace heapwatch

@@ -1,6 +1,7 @@
 #include "tools/kirodamage/campaign.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
@@ -28,9 +29,10 @@ constexpr UINT32 WallSecondsPerSecond = 30;
 /// What a worker tells while it runs, so that it is known when it is gone.
 struct WorkerState
 {
-    UINT64 number = 0;  ///< of the trial that runs
-    Tally  tally{};
-    CHAR   fault[sizeof(TrialResult::fault)] = {};
+    UINT64              number = 0;  ///< of the trial that runs
+    std::atomic<UINT64> done   = 0;  ///< trials
+    Tally               tally{};
+    CHAR                fault[sizeof(TrialResult::fault)] = {};
 };
 
 /// Memory that the workers share with the process that watches them.
@@ -79,9 +81,10 @@ VOID LimitTime(UINT32 seconds)
 VOID AddTo(Tally& rTally, const TrialResult& rResult, UINT64 number, UINT64 microseconds)
 {
     const UINT64 usable = rResult.isUsable ? 1 : 0;
-    rTally.kinds[static_cast<size_t>(rResult.kind)].Add(
+    rTally.kinds[rResult.kind].Add(
         {1 - usable, usable, rResult.isDoubted ? 1ULL : 0ULL, rResult.fetched, rResult.withheld, rResult.frames});
     rTally.microseconds.Add(microseconds, number);
+    rTally.refusal.Add(rResult.isUsable ? 0 : microseconds, number);
     rTally.largest.Add(rResult.largest, number);
     rTally.most.Add(rResult.most, number);
 }
@@ -100,6 +103,7 @@ INT Work(const CampaignPlan& rPlan, const Trial& rTrial, UINT32 first, WorkerSta
         LimitTime(0);
         const Clock end = std::clock();
         AddTo(rState.tally, result, number, static_cast<UINT64>(end - start) * 1000000 / CLOCKS_PER_SEC);
+        rState.done.fetch_add(1, std::memory_order_relaxed);
         if (result.fault[0] != '\0')
         {
             std::memcpy(rState.fault, result.fault, sizeof(rState.fault));
@@ -149,11 +153,12 @@ std::string Describe(INT status, const WorkerState& rState)
 
 VOID Merge(Tally& rSum, const Tally& rPart)
 {
-    for (size_t kind = 0; kind < DamageKinds; ++kind)
+    for (size_t kind = 0; kind < KindsMax; ++kind)
     {
         rSum.kinds[kind].Add(rPart.kinds[kind]);
     }
     rSum.microseconds.Add(rPart.microseconds.value, rPart.microseconds.number);
+    rSum.refusal.Add(rPart.refusal.value, rPart.refusal.number);
     rSum.largest.Add(rPart.largest.value, rPart.largest.number);
     rSum.most.Add(rPart.most.value, rPart.most.number);
 }
@@ -162,7 +167,7 @@ VOID Merge(Tally& rSum, const Tally& rPart)
 class Workers
 {
 public:
-    Workers(const CampaignPlan& rPlan, const Trial& rTrial, SharedStates& rStates) : m_rStates(rStates)
+    Workers(const CampaignPlan& rPlan, const Trial& rTrial, SharedStates& rStates) : m_rPlan(rPlan), m_rStates(rStates)
     {
         for (UINT32 job = 0; job < rPlan.jobs; ++job)
         {
@@ -191,7 +196,7 @@ public:
         for (size_t count = m_processes.size(); count > 0; --count)
         {
             INT         status  = 0;
-            const pid_t process = wait(&status);
+            const pid_t process = WaitForAny(status);
             const auto  found   = std::find(m_processes.begin(), m_processes.end(), process);
             if (found == m_processes.end())
             {
@@ -210,8 +215,27 @@ public:
 private:
     static constexpr pid_t Ended = -1;
 
-    SharedStates&      m_rStates;
-    std::vector<pid_t> m_processes;
+    pid_t WaitForAny(INT& rStatus)
+    {
+        constexpr useconds_t interval = 100000;
+
+        pid_t process = 0;
+        while (m_rPlan.progress && (process = waitpid(-1, &rStatus, WNOHANG)) == 0)
+        {
+            UINT64 done = 0;
+            for (size_t job = 0; job < m_rPlan.jobs; ++job)
+            {
+                done += m_rStates[job].done.load(std::memory_order_relaxed);
+            }
+            m_rPlan.progress(done);
+            (VOID) usleep(interval);
+        }
+        return m_rPlan.progress ? process : wait(&rStatus);
+    }
+
+    const CampaignPlan& m_rPlan;
+    SharedStates&       m_rStates;
+    std::vector<pid_t>  m_processes;
 };
 
 }  // namespace

@@ -8,32 +8,43 @@
 #include <string>
 
 #include "platform/tavotypes.h"
-#include "tools/kirodamage/damage.h"
 
 namespace kirodamage
 {
 
+/// Kinds of files that a campaign may have.
+constexpr size_t KindsMax = 16;
+
 /// What came of one file.
 struct TrialResult
 {
-    DamageKind kind      = DamageKind::Bits;
-    bool       isUsable  = false;  ///< false if the store refused it
-    UINT64     fetched   = 0;      ///< modules that were handed out
-    UINT64     withheld  = 0;      ///< modules that were there and not handed out
-    bool       isDoubted = false;  ///< usable, but the store has found something wrong with it
-    UINT64     frames    = 0;      ///< that a core ran on the file
-    UINT64     largest   = 0;      ///< bytes of the largest allocation
-    UINT64     most      = 0;      ///< bytes held at one time
-    CHAR       fault[96] = {};     ///< empty if all is well
+    size_t kind       = 0;      ///< below KindsMax
+    bool   isUsable   = false;  ///< false if it was refused
+    UINT64 fetched    = 0;      ///< modules that were handed out
+    UINT64 withheld   = 0;      ///< modules that were there and not handed out
+    bool   isDoubted  = false;  ///< usable, but something wrong was found with it
+    UINT64 frames     = 0;      ///< that a core ran on the file
+    UINT64 largest    = 0;      ///< bytes of the largest allocation
+    UINT64 most       = 0;      ///< bytes held at one time
+    CHAR   fault[256] = {};     ///< empty if all is well
 };
 
 using Trial = std::function<TrialResult(UINT64 number)>;
+
+/// @return what all that is random in a trial follows from
+constexpr UINT64 SeedOf(UINT64 seed, UINT64 number)
+{
+    constexpr UINT64 Spread = 0x9E3779B97F4A7C15;  // seeds that are near one another must not give the same files
+    return (seed + 1) * Spread + number;
+}
 
 struct CampaignPlan
 {
     UINT64 files   = 0;
     UINT32 jobs    = 1;
     UINT32 seconds = 1;  ///< of processor time that a trial may take
+
+    std::function<VOID(UINT64)> progress = {};  ///< sees now and then how many are done; may be empty
 };
 
 /// The largest value, and the trial that had it.
@@ -75,10 +86,11 @@ struct Tally
         }
     };
 
-    std::array<Counts, DamageKinds> kinds;
-    Extreme                         microseconds;
-    Extreme                         largest;
-    Extreme                         most;
+    std::array<Counts, KindsMax> kinds;
+    Extreme                      microseconds;
+    Extreme                      refusal;  ///< microseconds, of those that were refused
+    Extreme                      largest;
+    Extreme                      most;
 };
 
 struct Fault

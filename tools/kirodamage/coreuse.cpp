@@ -2,6 +2,7 @@
 
 #include <malloc.h>
 
+#include "host/discardlog.h"
 #include "host/kirohost.h"
 #include "tools/kirosim/loadedtuning.h"
 #include "tools/kirosim/sensormodel.h"
@@ -14,10 +15,6 @@ namespace
 
 constexpr UINT32 FramesPerMode = 5;  ///< the first ones are no stream yet
 constexpr UINT64 Exposure      = 10000000;
-
-VOID DiscardLog(const CHAR*, INT32, const CHAR*, UINT32, UINT32, const CHAR*, ...)
-{
-}
 
 /// What the frames show, and the library: the same for all files, and made once.
 class Stage

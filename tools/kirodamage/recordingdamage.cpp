@@ -1,16 +1,15 @@
-#include "fuzz/recordingdamage.h"
+#include "tools/kirodamage/recordingdamage.h"
 
 #include <algorithm>
+#include <cstring>
 #include <random>
 #include <span>
+#include <vector>
 
-#include "fuzz/unaligned.h"
 #include "tools/recording/chunks.h"
 #include "tools/recording/layout.h"
 
-extern "C" size_t LLVMFuzzerMutate(BYTE* pData, size_t size, size_t maxSize);
-
-namespace fuzz
+namespace kirodamage
 {
 
 namespace
@@ -23,6 +22,18 @@ constexpr size_t FrameSize  = PrefixSize + sizeof(UINT32);  ///< of a chunk with
 
 using Bytes = std::vector<BYTE>;
 
+UINT32 Load(const BYTE* pPlace)
+{
+    UINT32 value = 0;
+    std::memcpy(&value, pPlace, sizeof(value));
+    return value;
+}
+
+VOID Store(BYTE* pPlace, UINT32 value)
+{
+    std::memcpy(pPlace, &value, sizeof(value));
+}
+
 /// @return size of the chunk at the beginning of the bytes, 0 if they are no whole chunk
 size_t ChunkSize(std::span<const BYTE> bytes)
 {
@@ -30,7 +41,7 @@ size_t ChunkSize(std::span<const BYTE> bytes)
     {
         return 0;
     }
-    const size_t size = FrameSize + Load<UINT32>(bytes.data() + sizeof(UINT32));
+    const size_t size = FrameSize + Load(bytes.data() + sizeof(UINT32));
     return (size <= bytes.size()) ? size : 0;
 }
 
@@ -45,14 +56,14 @@ std::vector<Bytes> Split(std::span<const BYTE> bytes)
     return chunks;
 }
 
-VOID MutatePayload(Bytes& rChunk)
+VOID MutatePayload(Bytes& rChunk, const BytesMutator& rMutate)
 {
     constexpr size_t grown = 64;
 
     Bytes        payload(rChunk.begin() + PrefixSize, rChunk.end() - sizeof(UINT32));
     const size_t size = payload.size();
     payload.resize(size + grown);
-    payload.resize(LLVMFuzzerMutate(payload.data(), size, payload.size()));
+    payload.resize(rMutate(payload.data(), size, payload.size()));
     rChunk.resize(PrefixSize);
     rChunk.insert(rChunk.end(), payload.begin(), payload.end());
     rChunk.resize(rChunk.size() + sizeof(UINT32));
@@ -86,7 +97,7 @@ VOID SealRecording(BYTE* pFile, size_t size)
     }
 }
 
-size_t DamageChunk(BYTE* pFile, size_t size, size_t maxSize, UINT32 seed)
+size_t DamageChunk(BYTE* pFile, size_t size, size_t maxSize, UINT32 seed, const BytesMutator& rMutate)
 {
     if (size < HeaderSize)
     {
@@ -114,7 +125,7 @@ size_t DamageChunk(BYTE* pFile, size_t size, size_t maxSize, UINT32 seed)
         chunks.resize(any() + 1);
         break;
     default:
-        MutatePayload(chunks[any()]);
+        MutatePayload(chunks[any()], rMutate);
         break;
     }
     size_t written = HeaderSize;
@@ -130,4 +141,4 @@ size_t DamageChunk(BYTE* pFile, size_t size, size_t maxSize, UINT32 seed)
     return written;
 }
 
-}  // namespace fuzz
+}  // namespace kirodamage

@@ -1,10 +1,8 @@
 #include "tools/kirodamage/trial.h"
 
 #include <cstdio>
-#include <fstream>
 #include <map>
 #include <memory>
-#include <stdexcept>
 
 #include "parameters/modeentry.h"
 #include "parameters/parameterparserinfo.h"
@@ -14,6 +12,8 @@
 #include "tools/heapwatch/heapwatch.h"
 #include "tools/kirodamage/coreuse.h"
 #include "tools/kirodamage/errorlines.h"
+#include "tools/kirodamage/heaplimit.h"
+#include "tools/program/privatefile.h"
 #include "tools/tuningfile/binaryinput.h"
 #include "tools/tuningfile/modepath.h"
 #include "tools/tuningfile/recordaccess.h"
@@ -286,9 +286,7 @@ INT64 LoadAndExpose(const DamagedFile& rFile, const std::string& rPath, TrialRes
 
 DamagedFile MakeFile(const std::vector<Specimen>& rSpecimens, UINT64 seed, UINT64 number)
 {
-    constexpr UINT64 Spread = 0x9E3779B97F4A7C15;  // seeds that are near one another must not give the same files
-
-    std::mt19937_64 random((seed + 1) * Spread + number);
+    std::mt19937_64 random(SeedOf(seed, number));
     const Specimen& rSpecimen = rSpecimens[random() % rSpecimens.size()];
     const auto      kind      = static_cast<DamageKind>(number % DamageKinds);
     DamagedFile     file{kind, rSpecimen.name, random() % 2 == 0, {}, random()};
@@ -296,40 +294,21 @@ DamagedFile MakeFile(const std::vector<Specimen>& rSpecimens, UINT64 seed, UINT6
     return file;
 }
 
-TrialResult TryFile(const DamagedFile& rFile, const std::string& rPath)
+TrialResult TryFile(const DamagedFile& rFile)
 {
     TrialResult result;
-    result.kind = rFile.kind;
-    if (rFile.isFileMode)
-    {
-        std::ofstream stream(rPath, std::ios::binary | std::ios::trunc);
-        stream.write(reinterpret_cast<const CHAR*>(rFile.bytes.data()),
-                     static_cast<std::streamsize>(rFile.bytes.size()));
-        stream.close();
-        if (!stream)
-        {
-            throw std::runtime_error("the file cannot be written to " + rPath);
-        }
-    }
+    result.kind = static_cast<size_t>(rFile.kind);
+    const program::PrivateFile file(rFile.bytes);
+    const std::string          path = file.Path();
     heapwatch::Start();
-    LoadAndUse(rFile, rPath, result);
+    LoadAndUse(rFile, path, result);
     INT64 leftOnPurpose = 0;
     if (result.isUsable && rFile.useSeed % FilesPerCamera == 0)
     {
-        leftOnPurpose = LoadAndExpose(rFile, rPath, result);
+        leftOnPurpose = LoadAndExpose(rFile, path, result);
     }
-    const heapwatch::Report report = heapwatch::Read();
-    result.largest                 = report.largest;
-    result.most                    = report.most;
-    if (report.largest > MaxAllocation)
-    {
-        (VOID) std::snprintf(result.fault, sizeof(result.fault), "allocates %llu bytes at once", report.largest);
-    }
-    else if (report.most > MaxAllocation)
-    {
-        (VOID) std::snprintf(result.fault, sizeof(result.fault), "holds %llu bytes at one time", report.most);
-    }
-    else if (report.kept > leftOnPurpose)
+    const heapwatch::Report report = JudgeHeap(result);
+    if (result.fault[0] == '\0' && report.kept > leftOnPurpose)
     {
         (VOID) std::snprintf(result.fault, sizeof(result.fault), "loses %lld bytes of memory",
                              report.kept - leftOnPurpose);

@@ -6,13 +6,11 @@
 #include <vector>
 
 #include "tools/kirodamage/campaign.h"
+#include "tools/kirodamage/damage.h"
 #include "tools/kirodamage/specimen.h"
 
 namespace kirodamage
 {
-
-/// What a file may cost, in one request and in all.
-constexpr UINT64 MaxAllocation = UINT64{64} << 20;
 
 /// A file of a campaign. Everything about it follows from the seed and the number.
 struct DamagedFile
@@ -27,7 +25,6 @@ struct DamagedFile
 DamagedFile MakeFile(const std::vector<Specimen>& rSpecimens, UINT64 seed, UINT64 number);
 
 /// Loads the file and uses it; some of those that the store takes are given to a core, too.
-/// @param rPath where it is put for file mode
-TrialResult TryFile(const DamagedFile& rFile, const std::string& rPath);
+TrialResult TryFile(const DamagedFile& rFile);
 
 }  // namespace kirodamage

@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <fmt/format.h>
 
+#include "host/discardlog.h"
 #include "platform/tavodesk.h"
 #include "tools/kirosim/stopsignal.h"
 #include "tools/kirosoak/hostsequences.h"
@@ -25,11 +26,6 @@ struct Options
     UINT64                   seed      = 1;
     bool                     reloads   = false;
 };
-
-/// A soak says what is wrong itself: what the library logs while its tuning is edited is expected.
-VOID DiscardLog(const CHAR*, INT32, const CHAR*, UINT32, UINT32, const CHAR*, ...)
-{
-}
 
 /// Shows how much is done, and the lines of a run between that.
 class Watch
