@@ -37,8 +37,7 @@ FlashCapture::FlashCapture(KiroHost& rHost, const FlashCaptureConfig& rConfig)
       m_isPictureShown(false), m_lamp(LampOff), m_off("luma16Off", "sat16Off"),
       m_low("luma16Low", "sat16Low"), m_preview{}, m_result{}
 {
-    m_precisionHistory.frameFPS = m_config.fps;
-    KIROCoreSetParam param      = {KIROCorePrecisionFlashHistory, sizeof(m_precisionHistory), &m_precisionHistory};
+    KIROCoreSetParam param = {KIROCorePrecisionFlashHistory, sizeof(m_precisionHistory), &m_precisionHistory};
     KIROSetInput     input{};
     input.source           = KIROCoreInternalParam;
     input.u.pKirocoreParam = &param;
@@ -208,6 +207,7 @@ VOID FlashCapture::FinishPreflash(UINT64 frameID, KIROStatsList& rStats)
     m_rHost.Algo()->SetMeteringLock(m_rHost.Algo(), FALSE);
     m_rHost.SetSnapshot(KIROCoreSnapshotType::Flash);
     m_precisionHistory.curReqID = static_cast<UINT32>(frameID + 1);
+    m_precisionHistory.frameFPS = m_rHost.LastFrame().arbitration[AECAlgoExposureSafe].FPS;
     Enter(FlashCapturePhase::Snapshot);
 }
 

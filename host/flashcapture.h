@@ -20,7 +20,6 @@ struct FlashCaptureConfig
     INT32  maxFlashCurrent;    ///< mA, both LEDs together
     UINT32 maxHoldFrames;      ///< frames after which the exposure counts as still, still or not
     UINT32 maxPreflashFrames;  ///< metered frames after which the preflash ends, whatever metering says
-    FLOAT  fps;
 };
 
 enum class FlashCapturePhase

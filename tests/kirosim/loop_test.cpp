@@ -28,7 +28,8 @@ public:
             [this](const FrameRecord& rRecord)
             {
                 m_report.Add(rRecord);
-                m_frames.push_back({rRecord.frame, rRecord.time, rRecord.sceneTime});
+                m_frames.push_back({rRecord.frame, rRecord.time, rRecord.sceneTime,
+                                    rRecord.decided.arbitration[AECAlgoExposureSafe].FPS});
                 if (!m_report.RoundLines().empty())
                 {
                     m_lines.push_back(m_report.RoundLines());
@@ -43,6 +44,7 @@ public:
         UINT64 number;
         DOUBLE time;
         DOUBLE sceneTime;
+        FLOAT  decidedFPS;
     };
 
     Scene                    m_scene;
@@ -59,7 +61,7 @@ TEST(Loop, RoundsOfStepsSettleAlikeWhileTheCameraRunsOn)
     Loop loop(ReadScene(EXAMPLES_DIR "/scenes/step-loop.yaml", ""));
     // Stopped within the fourth round: the third is the last full one.
     UINT32 left = 3 * loop.m_scene.frames + 90;
-    loop.Run({std::nullopt, [&left]() { return left-- > 0; }});
+    loop.Run({std::nullopt, [&left](DOUBLE) { return left-- > 0; }});
 
     ASSERT_EQ(loop.m_frames.size(), 810U);
     EXPECT_EQ(loop.m_frames[809].number, 810U);
@@ -173,14 +175,42 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(FrameSchedule, ErrorsDoNotAddUpAndMissedFramesAreNotMadeUpFor)
 {
     constexpr UINT64 start = 5000;
-    FrameSchedule    schedule(30.0);
-    EXPECT_EQ(schedule.Next(start), start);
-    EXPECT_EQ(schedule.Next(start + 10), start + 33333333);
-    EXPECT_EQ(schedule.Next(start + 33333340), start + 66666667);
-    EXPECT_EQ(schedule.Next(start + 120000000), start + 100000000) << "a frame that is a little late";
-    EXPECT_EQ(schedule.Next(start + 121000000), start + 133333333) << "keeps the schedule";
-    EXPECT_EQ(schedule.Next(start + 166666667 + 33333333 + 1), start + 200000001) << "more than a period late";
-    EXPECT_EQ(schedule.Next(start + 200000002), start + 200000001 + 33333333);
+    FrameSchedule    schedule;
+    EXPECT_EQ(schedule.Next(start, 0.0), start);
+    EXPECT_EQ(schedule.Next(start + 10, 1.0 / 30), start + 33333333);
+    EXPECT_EQ(schedule.Next(start + 33333340, 2.0 / 30), start + 66666667);
+    EXPECT_EQ(schedule.Next(start + 120000000, 3.0 / 30), start + 100000000) << "a frame that is a little late";
+    EXPECT_EQ(schedule.Next(start + 121000000, 4.0 / 30), start + 133333333) << "keeps the schedule";
+    EXPECT_EQ(schedule.Next(start + 200000001, 5.0 / 30), start + 200000001) << "more than a period late";
+    EXPECT_EQ(schedule.Next(start + 200000002, 6.0 / 30), start + 200000001 + 33333333);
+    EXPECT_EQ(schedule.Next(start + 300000000, 9.0 / 30), start + 200000001 + 133333333) << "a frame that lasts longer";
+}
+
+TEST(FrameClock, RunsAtTheRateThatTheCamerasHaveDecided)
+{
+    Scene scene  = ReadScene(EXAMPLES_DIR "/scenes/candle.yaml", "");
+    scene.frames = 120;
+    Loop single(scene);
+    single.Run({});
+    auto pSecond            = std::make_shared<Scene>(scene);
+    pSecond->sensor.minGain = 16.0;  // it needs no long exposure
+    pSecond->sensor.maxGain = 1024.0;
+    scene.pSecond           = pSecond;
+    Loop pair(scene);
+    pair.Run({2, {}});
+    EXPECT_EQ(pair.m_frames[119].sceneTime, single.m_frames[119].sceneTime) << "two cameras run in step";
+    EXPECT_NEAR(pair.m_frames[121].time - pair.m_frames[120].time, 0.1, 1e-9) << "a round begins as fast as one ends";
+    EXPECT_EQ(pair.m_frames[120].sceneTime, 0.0);
+
+    const std::vector<Loop::Frame>& rFrames = single.m_frames;
+    for (size_t index = 0; index + 1 < rFrames.size(); ++index)
+    {
+        // The start exposure shows until the first decision has come through the sensor.
+        const DOUBLE fps =
+            (index < scene.sensor.latency) ? scene.fps : rFrames[index - scene.sensor.latency].decidedFPS;
+        ASSERT_NEAR(rFrames[index + 1].time - rFrames[index].time, 1.0 / fps, 1e-9) << "frame " << index;
+    }
+    EXPECT_NEAR(rFrames[119].time - rFrames[109].time, 1.0, 1e-9) << "ten frames a second at the end";
 }
 
 TEST(ControlValues, ShowWhatWasDecidedForTheFrame)

@@ -126,13 +126,14 @@ FrameRecord Camera::RunFrame(UINT64 frame, DOUBLE time, DOUBLE sceneTime)
     record.time      = time;
     record.sceneTime = sceneTime;
     m_pipeline.push_back(Quantize(m_decided));
-    const AppliedExposures applied = m_pipeline.front();
+    const SensorFrame applied = m_pipeline.front();
     m_pipeline.pop_front();
+    record.fps = applied.fps;
     if (m_pFlash != nullptr)
     {
         m_pFlash->Begin(sceneTime);
     }
-    KIROStatsList& rStats = m_sensor.Capture(frame, sceneTime, applied.data(), record.truth);
+    KIROStatsList& rStats = m_sensor.Capture(frame, sceneTime, applied.exposures.data(), record.truth);
     m_outside.Deliver(sceneTime, m_host.ExternalData());
     if (m_pFlash != nullptr)
     {
@@ -160,12 +161,13 @@ FrameRecord Camera::RunFrame(UINT64 frame, DOUBLE time, DOUBLE sceneTime)
     return record;
 }
 
-Camera::AppliedExposures Camera::Quantize(const KiroHostFrame& rFrame) const
+Camera::SensorFrame Camera::Quantize(const KiroHostFrame& rFrame) const
 {
-    AppliedExposures applied;
+    SensorFrame applied{};
+    applied.fps = static_cast<DOUBLE>(rFrame.arbitration[AECAlgoExposureSafe].FPS);
     for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
     {
-        applied[type] = m_sensor.Quantize(rFrame.arbitration[type].exposureSet);
+        applied.exposures[type] = m_sensor.Quantize(rFrame.arbitration[type].exposureSet);
     }
     return applied;
 }

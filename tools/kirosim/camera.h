@@ -23,6 +23,7 @@ struct FrameRecord
     UINT64        frame;
     DOUBLE        time;       ///< s
     DOUBLE        sceneTime;  ///< within the present round of the scene, s
+    DOUBLE        fps;        ///< at which the sensor took it; the next one starts a period later
     FrameTruth    truth;
     KiroHostFrame decided;
 
@@ -83,24 +84,29 @@ public:
     }
 
 private:
-    using AppliedExposures = std::array<AppliedExposure, AECAlgoExposureCount>;
+    /// What the sensor does for one frame.
+    struct SensorFrame
+    {
+        std::array<AppliedExposure, AECAlgoExposureCount> exposures;
+        DOUBLE                                            fps;
+    };
 
-    KiroHostConfig   HostConfig() const;
-    VOID             FillPipeline();
-    AppliedExposures Quantize(const KiroHostFrame& rFrame) const;
+    KiroHostConfig HostConfig() const;
+    VOID           FillPipeline();
+    SensorFrame    Quantize(const KiroHostFrame& rFrame) const;
 
-    const Scene&                 m_rScene;
-    LoadedTuning&                m_rTuning;
-    SensorModel                  m_sensor;
-    KiroCoreLibrary              m_library;
-    KiroHost                     m_host;
-    BracketCapture               m_bracket;
-    SceneChangeWatch             m_watch;
-    OutsideSources               m_outside;
-    KiroHostFrame                m_decided;     ///< of the last frame
-    std::deque<AppliedExposures> m_pipeline;    ///< decisions on their way to the sensor, oldest first
-    bool                         m_isStarting;  ///< the next frame is the first of its session
-    std::unique_ptr<FlashUnit>   m_pFlash;      ///< null without flash
+    const Scene&               m_rScene;
+    LoadedTuning&              m_rTuning;
+    SensorModel                m_sensor;
+    KiroCoreLibrary            m_library;
+    KiroHost                   m_host;
+    BracketCapture             m_bracket;
+    SceneChangeWatch           m_watch;
+    OutsideSources             m_outside;
+    KiroHostFrame              m_decided;     ///< of the last frame
+    std::deque<SensorFrame>    m_pipeline;    ///< decisions on their way to the sensor, oldest first
+    bool                       m_isStarting;  ///< the next frame is the first of its session
+    std::unique_ptr<FlashUnit> m_pFlash;      ///< null without flash
 
     std::optional<controlvalues::Publisher> m_controlValues;  ///< none unless somebody may watch
 };

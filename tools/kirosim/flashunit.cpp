@@ -16,8 +16,7 @@ constexpr UINT32 PreflashFramesMax = 20;
 
 FlashCaptureConfig ConfigOf(const Scene& rScene)
 {
-    return {rScene.sensor.latency, rScene.flash->maxCurrent, HoldFramesMax, PreflashFramesMax,
-            static_cast<FLOAT>(rScene.fps)};
+    return {rScene.sensor.latency, rScene.flash->maxCurrent, HoldFramesMax, PreflashFramesMax};
 }
 
 /// A white balance that turns the light grey.

@@ -14,23 +14,21 @@ constexpr UINT64 WholeNsPerSecond = 1000000000;
 
 }  // namespace
 
-FrameSchedule::FrameSchedule(DOUBLE fps) : m_period(static_cast<DOUBLE>(WholeNsPerSecond) / fps), m_frames(0)
+UINT64 FrameSchedule::DueAt(DOUBLE time) const
 {
+    return *m_start + static_cast<UINT64>(std::round((time - m_startTime) * static_cast<DOUBLE>(WholeNsPerSecond)));
 }
 
-UINT64 FrameSchedule::DueAt(UINT64 frame) const
+UINT64 FrameSchedule::Next(UINT64 now, DOUBLE time)
 {
-    return *m_start + static_cast<UINT64>(std::round(static_cast<DOUBLE>(frame) * m_period));
-}
-
-UINT64 FrameSchedule::Next(UINT64 now)
-{
-    if (!m_start.has_value() || now > DueAt(m_frames + 1))
+    const DOUBLE period = time - m_lastTime;
+    if (!m_start.has_value() || now > DueAt(time + period))
     {
-        m_start  = now;
-        m_frames = 0;
+        m_start     = now;
+        m_startTime = time;
     }
-    return DueAt(m_frames++);
+    m_lastTime = time;
+    return DueAt(time);
 }
 
 UINT64 FramePacer::Now()

@@ -13,34 +13,28 @@ namespace kirosim
 class FrameSchedule
 {
 public:
-    /// @param fps above 0
-    explicit FrameSchedule(DOUBLE fps);
-
     /// When the next frame is due. The first is due at once. After a frame that is more than one period late the
     /// schedule starts anew: what was missed is not made up for.
-    /// @param now of a clock that never steps back, ns
-    UINT64 Next(UINT64 now);
+    /// @param now  of a clock that never steps back, ns
+    /// @param time of the frame in the run, s; rising from frame to frame
+    UINT64 Next(UINT64 now, DOUBLE time);
 
 private:
-    UINT64 DueAt(UINT64 frame) const;
+    UINT64 DueAt(DOUBLE time) const;
 
-    const DOUBLE          m_period;  ///< ns
-    std::optional<UINT64> m_start;   ///< none before the first frame
-    UINT64                m_frames;  ///< since the start
+    std::optional<UINT64> m_start;            ///< none before the first frame
+    DOUBLE                m_startTime = 0.0;  ///< of the frame that was due then
+    DOUBLE                m_lastTime  = 0.0;
 };
 
 class FramePacer
 {
 public:
-    /// @param fps above 0
-    explicit FramePacer(DOUBLE fps) : m_schedule(fps)
-    {
-    }
-
     /// Sleeps until the next frame is due; a signal ends the sleep early if stop says so then.
-    template <typename Stop> VOID Wait(const Stop& stop)
+    /// @param time of the frame in the run, s
+    template <typename Stop> VOID Wait(DOUBLE time, const Stop& stop)
     {
-        const UINT64 due = m_schedule.Next(Now());
+        const UINT64 due = m_schedule.Next(Now(), time);
         while (!stop() && !SleepUntil(due))
         {
         }

@@ -71,15 +71,15 @@ RunPlan PlanOf(const RunOptions& rOptions, FramePacer& rPacer)
     plan.rounds = rOptions.IsLooping() ? rOptions.loops : std::optional<UINT64>(1);
     if (rOptions.isRealtime)
     {
-        plan.beforeFrame = [&rPacer]()
+        plan.beforeFrame = [&rPacer](DOUBLE time)
         {
-            rPacer.Wait(StopSignal::IsRaised);
+            rPacer.Wait(time, StopSignal::IsRaised);
             return !StopSignal::IsRaised();
         };
     }
     else
     {
-        plan.beforeFrame = []() { return !StopSignal::IsRaised(); };
+        plan.beforeFrame = [](DOUBLE) { return !StopSignal::IsRaised(); };
     }
     return plan;
 }
@@ -171,7 +171,7 @@ std::string FinishRecording(std::optional<recording::Recorder>& rRecorder)
 VOID RunFrames(const RunOptions& rOptions, const Scene& rScene, Simulation& rSimulation, RunReport& rReport,
                RunFiles& rFiles)
 {
-    FramePacer        pacer(rScene.fps);
+    FramePacer        pacer;
     program::Progress progress("frame");
     if (!rOptions.isQuiet)
     {

@@ -1,5 +1,7 @@
 #include "tools/kirosim/simulation.h"
 
+#include <algorithm>
+
 namespace kirosim
 {
 
@@ -31,7 +33,7 @@ VOID Simulation::Run(const Visitor& visit, const Visitor& visitSecond, const Run
     const UINT64 first  = m_framesRun;
     while (frames > 0 && (!rPlan.rounds.has_value() || (m_framesRun - first) / frames < *rPlan.rounds))
     {
-        if (rPlan.beforeFrame && !rPlan.beforeFrame())
+        if (rPlan.beforeFrame && !rPlan.beforeFrame(m_clock.Now()))
         {
             return;
         }
@@ -45,7 +47,8 @@ VOID Simulation::Run(const Visitor& visit, const Visitor& visitSecond, const Run
 
 VOID Simulation::StartRound()
 {
-    m_nextEvent = 0;
+    m_nextEvent  = 0;
+    m_roundClock = {};
     m_camera.StartRound();
     if (m_pSecond != nullptr)
     {
@@ -66,14 +69,15 @@ VOID Simulation::RestoreRole(size_t camera, StatsAlgoRole role)
 /// @param index of the frame in the run, from 0
 VOID Simulation::RunFrame(UINT64 index, const Visitor& visit, const Visitor& visitSecond)
 {
-    // From the frame's place in the round, so that all rounds see exactly the same times.
     const UINT64 frame     = index + 1;
-    const DOUBLE time      = static_cast<DOUBLE>(index) / m_rScene.fps;
-    const DOUBLE sceneTime = static_cast<DOUBLE>(index % m_rScene.frames) / m_rScene.fps;
+    const DOUBLE time      = m_clock.Now();
+    const DOUBLE sceneTime = m_roundClock.Now();
     ApplyEvents(sceneTime);
     if (m_pSecond == nullptr)
     {
-        visit(m_camera.RunFrame(frame, time, sceneTime));
+        const FrameRecord record = m_camera.RunFrame(frame, time, sceneTime);
+        Advance(record.fps);
+        visit(record);
         return;
     }
     // The master decides first, so that the slave follows in the same frame.
@@ -87,11 +91,18 @@ VOID Simulation::RunFrame(UINT64 index, const Visitor& visit, const Visitor& vis
     {
         second = m_pSecond->RunFrame(frame, time, sceneTime);
     }
+    Advance(std::min(first.fps, second->fps));
     if (visitSecond)
     {
         visitSecond(*second);
     }
     visit(first);
+}
+
+VOID Simulation::Advance(DOUBLE fps)
+{
+    m_clock.Advance(fps);
+    m_roundClock.Advance(fps);
 }
 
 bool Simulation::IsSecondMaster() const

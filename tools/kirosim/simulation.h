@@ -6,6 +6,7 @@
 
 #include "host/cameragroup.h"
 #include "tools/kirosim/camera.h"
+#include "tools/kirosim/frameclock.h"
 
 namespace kirosim
 {
@@ -13,8 +14,10 @@ namespace kirosim
 /// How long a run goes on, and how fast.
 struct RunPlan
 {
-    std::optional<UINT64> rounds = 1;   ///< of the scene; none to go on for ever
-    std::function<bool()> beforeFrame;  ///< may wait for the frame's time; false ends the run. May be empty
+    std::optional<UINT64> rounds = 1;  ///< of the scene; none to go on for ever
+
+    /// Told when the frame starts, s since the run's first; may wait for it. False ends the run. May be empty.
+    std::function<bool(DOUBLE time)> beforeFrame;
 };
 
 class Simulation
@@ -30,7 +33,8 @@ public:
 
     /// Runs all frames of the scene, once or round after round: then light and events start again while the cameras run
     /// on. What an event has set stays set until an event changes it, but for roles of cameras and colour of the light,
-    /// which are the scene's. A further call goes on behind the last frame.
+    /// which are the scene's. A further call goes on behind the last frame. Frames follow at the rate that the camera
+    /// has decided; two cameras run in step, at the slower one's.
     /// @param visit       sees each frame of the first camera once both cameras have decided theirs
     /// @param visitSecond sees each frame of the second camera before that; may be empty
     VOID Run(const Visitor& visit, const Visitor& visitSecond = {}, const RunPlan& rPlan = {});
@@ -51,6 +55,7 @@ private:
     VOID StartRound();
     VOID RestoreRole(size_t camera, StatsAlgoRole role);
     VOID RunFrame(UINT64 index, const Visitor& visit, const Visitor& visitSecond);
+    VOID Advance(DOUBLE fps);
     VOID ApplyEvents(DOUBLE sceneTime);
     VOID Apply(const Event& rEvent, DOUBLE sceneTime);
     bool IsSecondMaster() const;
@@ -61,6 +66,8 @@ private:
     CameraGroup             m_group;    ///< of both; empty without a second camera
     size_t                  m_nextEvent;
     UINT64                  m_framesRun;
+    FrameClock              m_clock;       ///< of the run
+    FrameClock              m_roundClock;  ///< of the round, so that all rounds see exactly the same times
 };
 
 }  // namespace kirosim

@@ -81,6 +81,7 @@ TwoCamerasReport::Sample TwoCamerasReport::Keep(const FrameRecord& rRecord, bool
 {
     const KIROMeteringOutput& rMetering = rRecord.decided.metering;
     return {rRecord.sceneTime,
+            rRecord.sceneTime + 1.0 / rRecord.fps,
             rRecord.truth.pictureEV,
             Log2Of(rMetering.mtrExposures[AECAlgoExposureSafe]),
             Log2Of(rMetering.exposures[AECAlgoExposureSafe]),
@@ -131,7 +132,7 @@ PairPhase TwoCamerasReport::Measure(size_t begin, size_t end) const
 
     PairPhase phase{};
     phase.start = rFirst[begin].time;
-    phase.end   = rFirst[end - 1].time + 1.0 / m_rScene.fps;
+    phase.end   = rFirst[end - 1].end;
     for (size_t camera = 0; camera < m_samples.size(); ++camera)
     {
         phase.cameras[camera] = MeasureCamera(m_samples[camera], begin, end);

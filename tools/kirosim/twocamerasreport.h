@@ -48,6 +48,7 @@ private:
     struct Sample
     {
         DOUBLE        time;
+        DOUBLE        end;  ///< s, as time
         DOUBLE        pictureEV;
         DOUBLE        meteredLog2;
         DOUBLE        mixedLog2;

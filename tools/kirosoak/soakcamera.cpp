@@ -1,7 +1,6 @@
 #include "tools/kirosoak/soakcamera.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include <fmt/format.h>
 
@@ -85,7 +84,7 @@ UINT64 SoakCamera::RunLap(const std::function<bool()>& isStopped, SoakResult& rR
 
     kirosim::RunPlan plan;
     plan.rounds      = RoundsPerLap;
-    plan.beforeFrame = [&]
+    plan.beforeFrame = [&](DOUBLE)
     {
         if (isStopped && isStopped())
         {
@@ -197,6 +196,7 @@ VOID SoakCamera::AddFrame(const kirosim::FrameRecord& rRecord)
     const UINT64 sum = SumOf(rRecord) ^ m_second;
     m_lapSum         = Sum(m_lapSum, {reinterpret_cast<const CHAR*>(&sum), sizeof(sum)});
     m_round.frames.push_back(sum);
+    m_round.times.push_back(rRecord.sceneTime);
     m_round.isSettled = rRecord.decided.convergence.bSettle == TRUE;
     m_round.pictures += (rRecord.picture.has_value() || rRecord.flash.shot.has_value()) ? 1 : 0;
 }
@@ -297,7 +297,8 @@ VOID SoakCamera::ChooseWindow()
     for (const kirosim::StepResult& rStep : m_quiet.steps)
     {
         const UINT32 frames = rStep.framesToSettle.value_or(0);
-        const auto   begin  = static_cast<UINT64>(std::lround(rStep.time * m_rScene.fps));
+        const auto   first  = std::ranges::lower_bound(m_quiet.times, rStep.time);
+        const auto   begin  = static_cast<UINT64>(first - m_quiet.times.begin());
         if (IsLightStep(rStep) && frames > 0 && begin >= WindowBegin)
         {
             m_window = {begin, begin + frames, true};

@@ -39,6 +39,7 @@ private:
     struct Round
     {
         std::vector<UINT64>              frames;  ///< a sum over each
+        std::vector<DOUBLE>              times;   ///< of each in the scene, s
         std::vector<kirosim::StepResult> steps;
         bool                             isSettled = false;  ///< as the core sees it, at the end
         UINT64                           pictures  = 0;
