@@ -184,6 +184,7 @@ VOID KiroHost::RunMetering(bool isStatsValid)
     KIROMeteringInput input = {isStatsValid ? TRUE : FALSE, MinAntibandingExposure()};
     (VOID) m_pAlgo->runMeteringPreprocess(m_pAlgo, input, m_frame.metering);
 
+    m_frame.analyzersRun  = 0;
     KIROGetBankData query = {BankIDActiveAnalyzers, 0, nullptr,
                              sizeof(kirodbactiveanalyzers::DBActiveAnalyzersPayload)};
     if (m_frame.metering.bIsMeteringSkipped == FALSE && m_pAlgo->getBankData(m_pAlgo, &query) == 0 &&
@@ -193,7 +194,7 @@ VOID KiroHost::RunMetering(bool isStatsValid)
         for (UINT32 index = 0; index < pActive->analyzerIDCount; ++index)
         {
             KIROAnalyzerOutput output{};
-            (VOID) m_pAlgo->runAnalyzer(m_pAlgo, pActive->analyzerID[index], output);
+            m_frame.analyzersRun += (m_pAlgo->runAnalyzer(m_pAlgo, pActive->analyzerID[index], output) == 0) ? 1 : 0;
         }
     }
     (VOID) m_pAlgo->runMeteringPostprocess(m_pAlgo, input, m_frame.metering);

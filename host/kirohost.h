@@ -35,6 +35,7 @@ struct KiroHostFrame
     KIROExtensionOutput   extension;
     FLOAT                 luxIndex;
     FLOAT                 luma;
+    UINT32                analyzersRun;  ///< how many had a result; 0 when metering was skipped
 };
 
 class KiroHost

@@ -1,9 +1,15 @@
 // The whole loop: example scenes through the shared library with the example tuning, judged as a person would.
 
 #include <cmath>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "tests/kirosim/simulationrun.h"
+#include "tools/kirosim/runreport.h"
+#include "tools/tuningfile/files.h"
 
 using namespace kirosim;
 
@@ -145,6 +151,45 @@ TEST(Control, EveryExampleStaysWithinTheSensorsLimits)
             EXPECT_TRUE(SimulationRun(pScene, "", pTuning).Summary().isLegal) << pScene << " with " << pTuning;
         }
     }
+}
+
+/// What a camera says of itself at the end of a scene.
+struct Outcome
+{
+    const CHAR* pPart;  ///< of the minimal tuning, which is replaced; empty for the whole
+    const CHAR* pBy;
+    const CHAR* pScene;
+    const CHAR* pLine;  ///< that must be there
+    bool        hasControlled;
+};
+
+TEST(Control, ACameraThatDoesNotWorkOrCannotDoesNotLookWell)
+{
+    constexpr const CHAR* grey    = "rangeStart: 46.0, rangeEnd: 46.0";
+    const Outcome         cases[] = {
+                {"", "modes: {Default: {}}\n", "tunnel", "no control: no analyzer ran in any frame\n", false},
+                {"channel1: SafeLuma", "channel1: None", "tunnel", "no control: metering yielded nothing in any frame\n",
+                 false},
+                {grey, "rangeStart: 0, rangeEnd: 0", "tunnel", "at the end the picture is black, its mean -11.69 EV", false},
+                {grey, "rangeStart: 9e9, rangeEnd: 9e9", "tunnel", "at the end the picture is white, its mean 0.00 EV", true},
+                {grey, grey, "candle",
+                 "not settled, the target is 0.50 EV above the exposure, which is at the sensor's longest "
+                         "time and highest gain,",
+                 true}};
+    const std::string path = testing::TempDir() + std::to_string(getpid()) + ".control_test.yaml";
+    for (const Outcome& rCase : cases)
+    {
+        std::string text = tuningfile::ReadText(EXAMPLES_DIR "/tunings/minimal.yaml");
+        text.replace(text.find(rCase.pPart), (rCase.pPart[0] != 0) ? std::strlen(rCase.pPart) : text.size(), rCase.pBy);
+        std::ofstream(path) << text;
+        const SimulationRun run(rCase.pScene, "", path);
+        const RunReport     report  = run.ReportOf<RunReport>();
+        const std::string   summary = report.Format();
+        EXPECT_EQ(report.HasControlled(), rCase.hasControlled) << summary;
+        EXPECT_NE(summary.find(rCase.pLine), std::string::npos) << rCase.pLine << summary;
+        EXPECT_NE(summary.find("not settled"), std::string::npos) << summary;
+    }
+    std::filesystem::remove(path);
 }
 
 TEST(Control, TheSameSeedGivesTheSameTraceAndAnotherDoesNot)

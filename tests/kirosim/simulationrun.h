@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cmath>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -15,11 +16,12 @@
 class SimulationRun
 {
 public:
+    /// @param rTuning of the examples, or a path
     SimulationRun(const std::string& rScene, const std::string& rVariant, const std::string& rTuning, UINT64 seed = 1)
         : m_scene(kirosim::ReadScene(EXAMPLES_DIR "/scenes/" + rScene + ".yaml", rVariant))
     {
         m_scene.seed = seed;
-        kirosim::LoadedTuning tuning(EXAMPLES_DIR "/tunings/" + rTuning);
+        kirosim::LoadedTuning tuning((std::filesystem::path(EXAMPLES_DIR "/tunings") / rTuning).string());
         kirosim::Simulation   simulation(m_scene, tuning, DiscardLog);
         simulation.Run([this](const kirosim::FrameRecord& rRecord) { m_records.push_back(rRecord); });
     }

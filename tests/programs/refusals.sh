@@ -48,6 +48,8 @@ refuses "flash.fic: not what a run has learned of a flash" kirosim run --no-live
     --scene "$examples/scenes/flash-calibration.yaml" --fic-load "$work/flash.fic"
 printf 'name: bad\nlux: bright\n' >"$work/scene.yaml"
 refuses "scene.yaml:2:[0-9]+: " kirosim run --no-live --tuning "$good" --scene "$work/scene.yaml" --csv "$work/out.csv"
+printf 'frames: 0\n' >"$work/noframes.yaml"
+refuses "noframes.yaml:1:[0-9]+: a scene has at least one frame" kirosim run --no-live --tuning "$good" --scene "$work/noframes.yaml"
 refuses "second camera" kirosim run --no-live --tuning "$good" --scene "$scene" --csv-second "$work/out.csv"
 
 refuses "scene.yaml:2:[0-9]+: " kirosim run --no-live --tuning "$good" --scene "$work/scene.yaml" --debug-data "$work/out.dbg"
@@ -72,6 +74,16 @@ refuses "good.bin: no recording" kirosim replay "$good"
 mv "$good" "$good.away"
 ASAN_OPTIONS=detect_leaks=0 refuses "good.bin: .*--tuning names another" kirosim replay "$work/run.rec"
 mv "$good.away" "$good"
+
+# Bad usage and a camera that controls nothing have a status of their own.
+printf 'modes: {Default: {}}\n' >"$work/dead.yaml"
+ends_with() {
+    ASAN_OPTIONS=detect_leaks=0 kirosim run --no-live --quiet --scene "$scene" "${@:2}" >/dev/null 2>&1
+    local status=$?
+    [ $status -eq "$1" ] || { echo "status $status, expected $1: ${*:2}"; failures=$((failures + 1)); }
+}
+ends_with 2 --tuning "$good" --frames 0
+ends_with 3 --tuning "$work/dead.yaml" --frames 5
 
 for output in out.csv out.bin out.dbg; do
     [ ! -e "$work/$output" ] || { echo "$output was left behind"; failures=$((failures + 1)); }

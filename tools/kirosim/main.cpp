@@ -1,4 +1,6 @@
 /// kirosim: a camera on a desk, and what was recorded of one.
+#include <limits>
+
 #include <fmt/format.h>
 
 #include "tools/kirosim/librarylog.h"
@@ -14,10 +16,11 @@ VOID AddRunOptions(CLI::App& rRun, kirosim::RunOptions& rOptions)
 {
     const auto addFile = [&rRun](const char* pName, std::string& rPath, const char* pMeaning)
     { return rRun.add_option(pName, rPath, pMeaning)->check(program::FileName); };
+    const CLI::Range atLeastOne(1U, std::numeric_limits<UINT32>::max());
     addFile("--tuning", rOptions.tuning, "tuning: a parameter file, or its text (.yaml)")->required();
     addFile("--scene", rOptions.scene, "scene (.yaml)")->required();
     rRun.add_option("--variant", rOptions.variant, "variant of the scene");
-    rRun.add_option("--frames", rOptions.frames, "frames to run, instead of the scene's");
+    rRun.add_option("--frames", rOptions.frames, "frames to run, instead of the scene's")->check(atLeastOne);
     rRun.add_option("--seed", rOptions.seed, "seed of the noise, instead of the scene's");
     addFile("--csv", rOptions.csv, "write every frame to this file");
     addFile("--debug-data", rOptions.debugData, "write the debug record of every frame to this file");
@@ -29,7 +32,7 @@ VOID AddRunOptions(CLI::App& rRun, kirosim::RunOptions& rOptions)
     rRun.add_flag("--queries", rOptions.isAsking, "print what the library answers to queries after the run");
     rRun.add_flag("--realtime", rOptions.isRealtime, "run at the scene's frame rate; Ctrl-C ends the run");
     rRun.add_flag("--loop", rOptions.isLoop, "start the scene again at its end, until Ctrl-C; the camera runs on");
-    rRun.add_option("--loops", rOptions.loops, "run this many rounds of the scene")->check(CLI::PositiveNumber);
+    rRun.add_option("--loops", rOptions.loops, "run this many rounds of the scene")->check(atLeastOne);
     rRun.add_flag("--no-live", rOptions.isNotLive, "open no port for live tuning");
     rRun.add_flag("--strict", rOptions.isStrict, "fail if the tuning lacks a mode for which the scene asks");
     rRun.add_flag("--quiet", rOptions.isQuiet, "leave out the table");
@@ -59,6 +62,8 @@ int RunProgram(int argc, char** argv)
 
     CLI::App* pRun = app.add_subcommand("run", "run a scene and show how the exposure was controlled");
     AddRunOptions(*pRun, options);
+    pRun->footer("Exit status: 0, 1 for bad input or a run that could not be finished, 2 for bad usage, 3 if a camera "
+                 "never controlled its exposure.");
     CLI::App* pReplay = app.add_subcommand("replay", "drive the library from a recording and compare");
     AddReplayOptions(*pReplay, replayOptions);
     for (CLI::App* pCommand : {pRun, pReplay})
@@ -79,8 +84,7 @@ int RunProgram(int argc, char** argv)
     }
     if (pRun->parsed())
     {
-        kirosim::Run(options);
-        return 0;
+        return kirosim::Run(options) ? 0 : kirosim::ExitNoControl;
     }
     for (const std::string& rName : kirosim::ReadVariants(options.scene))
     {

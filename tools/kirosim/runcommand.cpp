@@ -198,7 +198,7 @@ VOID RunFrames(const RunOptions& rOptions, const Scene& rScene, Simulation& rSim
 
 }  // namespace
 
-VOID Run(const RunOptions& rOptions)
+bool Run(const RunOptions& rOptions)
 {
     CheckRunFiles(rOptions);
     const Scene scene = ReadRunScene(rOptions);
@@ -224,6 +224,7 @@ VOID Run(const RunOptions& rOptions)
     {
         throw std::runtime_error(recordingError);
     }
+    return report.HasControlled();
 }
 
 }  // namespace kirosim

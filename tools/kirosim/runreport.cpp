@@ -35,6 +35,7 @@ RunReport::RunReport(const Scene& rScene)
 VOID RunReport::Add(const FrameRecord& rRecord)
 {
     m_roundLines.clear();
+    m_control.Add(rRecord.decided);
     m_builder.Add(rRecord);
     for (const auto& pReport : m_reports)
     {
@@ -48,6 +49,7 @@ VOID RunReport::Add(const FrameRecord& rRecord)
 
 VOID RunReport::AddSecond(const FrameRecord& rRecord)
 {
+    m_secondControl.Add(rRecord.decided);
     for (const auto& pReport : m_reports)
     {
         pReport->AddSecond(rRecord);
@@ -75,10 +77,17 @@ std::string RunReport::FormatReports() const
     return text;
 }
 
+bool RunReport::HasControlled() const
+{
+    return m_control.HasControlled() && (m_rScene.pSecond == nullptr || m_secondControl.HasControlled());
+}
+
 std::string RunReport::Format() const
 {
-    return m_lastRound.has_value() ? FormatSummary(*m_lastRound) + m_lastReports
-                                   : FormatSummary(m_builder.Finish()) + FormatReports();
+    const std::string control =
+        m_control.Format("") + ((m_rScene.pSecond != nullptr) ? m_secondControl.Format("second camera, ") : "");
+    return control + (m_lastRound.has_value() ? FormatSummary(*m_lastRound) + m_lastReports
+                                              : FormatSummary(m_builder.Finish()) + FormatReports());
 }
 
 }  // namespace kirosim

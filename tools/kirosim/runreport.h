@@ -2,6 +2,7 @@
 /// What a run prints beside its table, round by round for a scene that repeats.
 #pragma once
 
+#include "tools/kirosim/controlcheck.h"
 #include "tools/kirosim/report.h"
 #include "tools/kirosim/summary.h"
 
@@ -32,6 +33,9 @@ public:
         return m_lastRound;
     }
 
+    /// Whether each camera has controlled its exposure in any frame.
+    bool HasControlled() const;
+
     /// Summary and reports of the last full round; of the frames that there are if no round is full.
     std::string Format() const;
 
@@ -42,6 +46,8 @@ private:
     const Scene&                         m_rScene;
     SummaryBuilder                       m_builder;
     std::vector<std::unique_ptr<Report>> m_reports;
+    ControlCheck                         m_control;  ///< of the first camera, in all rounds
+    ControlCheck                         m_secondControl;
     UINT32                               m_frames;  ///< of the present round
     UINT64                               m_rounds;  ///< full ones
     std::string                          m_roundLines;

@@ -106,6 +106,10 @@ private:
         else if (rName == "frames")
         {
             rScene.frames = static_cast<UINT32>(m_text.Unsigned(rEntry, FramesMax));
+            if (rScene.frames == 0)
+            {
+                m_rInput.Fail(rEntry.value, "a scene has at least one frame");
+            }
         }
         else if (rName == "seed")
         {

@@ -31,7 +31,7 @@ VOID Simulation::Run(const Visitor& visit, const Visitor& visitSecond, const Run
 {
     const UINT64 frames = m_rScene.frames;
     const UINT64 first  = m_framesRun;
-    while (frames > 0 && (!rPlan.rounds.has_value() || (m_framesRun - first) / frames < *rPlan.rounds))
+    while (!rPlan.rounds.has_value() || (m_framesRun - first) / frames < *rPlan.rounds)
     {
         if (rPlan.beforeFrame && !rPlan.beforeFrame(m_clock.Now()))
         {

@@ -16,6 +16,14 @@ constexpr DOUBLE SettledPercent = 5.0;
 /// A change of the light from one frame to the next that counts as a step.
 constexpr DOUBLE StepMinEV = 0.2;
 
+/// Once settled, convergence lets its target wander within a tuned tolerance, and metering has its noise.
+constexpr DOUBLE TargetToleranceEV = 0.25;
+constexpr size_t TargetFrames      = 10;
+
+/// Means of a picture beyond which it shows nothing, EV of full scale: less than one step of 8 bits, and next to all.
+constexpr DOUBLE BlackEV = -9.0;
+constexpr DOUBLE WhiteEV = -0.01;
+
 template <typename Samples, typename Value> DOUBLE Swing(const Samples& rSamples, Value&& value)
 {
     DOUBLE low  = value(rSamples.front());
@@ -45,7 +53,8 @@ VOID SummaryBuilder::Add(const FrameRecord& rRecord)
     const UINT64 target = rRecord.decided.metering.exposures[AECAlgoExposureSafe];
     m_samples.push_back({rRecord.sceneTime, std::log2(std::max(static_cast<DOUBLE>(rSafe.exposure), 1.0)),
                          std::log2(std::max(static_cast<DOUBLE>(target), 1.0)), m_rScene.LightEV(rRecord.sceneTime),
-                         rRecord.truth.pictureEV, rRecord.truth.banding});
+                         rRecord.truth.pictureEV, rRecord.truth.banding,
+                         LimitOf(rRecord.decided.arbitration[AECAlgoExposureSafe], m_rScene.sensor)});
 }
 
 VOID SummaryBuilder::BeginRound()
@@ -129,6 +138,7 @@ RunSummary SummaryBuilder::Finish() const
     summary.rippleEV       = Swing(last, [](const Sample& rSample) { return rSample.exposureLog2; });
     summary.pictureSwingEV = Swing(last, [](const Sample& rSample) { return rSample.pictureEV; });
     summary.rampLagEV      = MeasureRampLag();
+    summary.failure        = FailureAt(0, m_samples.size());
     for (const Sample& rSample : last)
     {
         summary.finalErrorEV += (rSample.targetLog2 - rSample.exposureLog2) / static_cast<DOUBLE>(last.size());
@@ -162,9 +172,38 @@ StepResult SummaryBuilder::MeasureStep(size_t begin, size_t end) const
     // A value reached in the last frame only is no settled one.
     if (settledFrom + 1 < end)
     {
-        result.framesToSettle = static_cast<UINT32>(settledFrom - begin);
+        result.failure = FailureAt(settledFrom, end);
+        if (result.failure.empty())
+        {
+            result.framesToSettle = static_cast<UINT32>(settledFrom - begin);
+        }
     }
     return result;
+}
+
+/// What is wrong with the last frames of a stretch; empty if nothing is.
+std::string SummaryBuilder::FailureAt(size_t begin, size_t end) const
+{
+    const Sample& rLast = m_samples[end - 1];
+    if (rLast.pictureEV < BlackEV || rLast.pictureEV > WhiteEV)
+    {
+        return fmt::format("the picture is {}, its mean {:.2f} EV of full scale",
+                           (rLast.pictureEV < BlackEV) ? "black" : "white", rLast.pictureEV);
+    }
+    begin             = std::max(begin, (end > TargetFrames) ? end - TargetFrames : 0);
+    DOUBLE distanceEV = 0.0;
+    for (size_t index = begin; index < end; ++index)
+    {
+        distanceEV += (m_samples[index].targetLog2 - m_samples[index].exposureLog2) / static_cast<DOUBLE>(end - begin);
+    }
+    if (std::abs(distanceEV) <= TargetToleranceEV)
+    {
+        return {};
+    }
+    const std::string where =
+        (rLast.limit == ExposureLimit::None) ? "" : fmt::format(", which is at {}", NameOf(rLast.limit));
+    return fmt::format("the target is {:.2f} EV {} the exposure{}", std::abs(distanceEV),
+                       (distanceEV > 0.0) ? "above" : "below", where);
 }
 
 /// Against the exposure before the ramp, which moves one for one with the light that the statistics show.
@@ -198,7 +237,7 @@ std::string FormatSummary(const RunSummary& rSummary)
         const std::string frames =
             rStep.framesToSettle.has_value()
                 ? fmt::format("{} frames to settle within {:.0f} percent", *rStep.framesToSettle, SettledPercent)
-                : std::string("not settled");
+                : (rStep.failure.empty() ? std::string("not settled") : "not settled, " + rStep.failure);
         text += fmt::format("{} at {:.2f} s: {}, overshoot {:.3f} EV\n", what, rStep.time, frames, rStep.overshootEV);
     }
     text += fmt::format("ripple of the safe exposure, last {} frames: {:.4f} EV\n", RippleFrames, rSummary.rippleEV);
@@ -212,6 +251,10 @@ std::string FormatSummary(const RunSummary& rSummary)
     if (rSummary.bandingLast > 0.0)
     {
         text += fmt::format("banding, last {} frames: {:.2f} percent\n", RippleFrames, rSummary.bandingLast * 100.0);
+    }
+    if (!rSummary.failure.empty())
+    {
+        text += fmt::format("at the end {}\n", rSummary.failure);
     }
     if (!rSummary.isLegal)
     {

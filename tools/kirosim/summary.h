@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/kirosim/exposurelimit.h"
 #include "tools/kirosim/simulation.h"
 
 namespace kirosim
@@ -18,6 +19,7 @@ struct StepResult
     DOUBLE                ev;              ///< change of the light; 0 for the cold start
     std::optional<UINT32> framesToSettle;  ///< until the safe exposure stays within 5 percent of its final value
     DOUBLE                overshootEV;     ///< farthest beyond the final value, seen from the start
+    std::string           failure;         ///< why an exposure that rests has not settled: it misses its target
 };
 
 struct RunSummary
@@ -28,6 +30,7 @@ struct RunSummary
     std::optional<DOUBLE>   rampLagEV;       ///< mean distance of the decision from the light during ramps
     DOUBLE                  finalErrorEV;    ///< mean of metered target over exposure, last 100 frames
     DOUBLE                  bandingLast;     ///< share of the mean, last 100 frames, worst
+    std::string             failure;         ///< what is wrong with exposure or picture at the end; empty if nothing is
     bool                    isLegal;         ///< no exposure was NaN, zero or outside the sensor's limits
 };
 
@@ -54,10 +57,13 @@ private:
         DOUBLE lightEV;
         DOUBLE pictureEV;
         DOUBLE banding;
+
+        ExposureLimit limit;
     };
 
     bool                  IsLegal(const FrameRecord& rRecord) const;
     StepResult            MeasureStep(size_t begin, size_t end) const;
+    std::string           FailureAt(size_t begin, size_t end) const;
     std::optional<DOUBLE> MeasureRampLag() const;
     bool                  IsInRamp(DOUBLE time) const;
     bool                  IsStepAt(size_t index) const;
