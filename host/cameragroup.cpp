@@ -61,7 +61,20 @@ VOID CameraGroup::SetRole(size_t camera, StatsAlgoRole role)
     Announce();
 }
 
-/// Roles first: a camera picks its peer by its own role. A camera without a partner for now keeps the one that it has.
+/// Whether a member can be a peer of the camera: a slave follows a master, any other goes by its tuning.
+bool CameraGroup::HasPartner(const Member& rMember) const
+{
+    const auto end = m_members.begin() + static_cast<ptrdiff_t>(m_count);
+    return std::any_of(m_members.begin(), end,
+                       [&](const Member& r)
+                       {
+                           return r.pHost != rMember.pHost && (rMember.info.algoRole != StatsAlgoRoleSlave ||
+                                                               r.info.algoRole == StatsAlgoRoleMaster);
+                       });
+}
+
+/// Roles first: a camera picks its peer by its own role. A camera without a partner for now keeps the one that it has;
+/// a core that is told of peers and finds none of use takes it for a fault.
 VOID CameraGroup::Announce()
 {
     StatsPeerInfoCombo peers{};
@@ -77,6 +90,9 @@ VOID CameraGroup::Announce()
     }
     for (size_t camera = 0; camera < m_count; ++camera)
     {
-        (VOID) m_members[camera].pHost->SetParam(AECAlgoSetParamPeerInfo, peers);
+        if (HasPartner(m_members[camera]))
+        {
+            (VOID) m_members[camera].pHost->SetParam(AECAlgoSetParamPeerInfo, peers);
+        }
     }
 }

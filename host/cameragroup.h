@@ -35,6 +35,7 @@ private:
     };
 
     UINT32 FreeID() const;
+    bool   HasPartner(const Member& rMember) const;
     VOID   Announce();
 
     static VOID ForgetPeer(const Member& rMember);

@@ -120,18 +120,19 @@ KiroStartSituation KiroHost::StartSituation(AECAlgoOperationModeType mode) const
 }
 
 /// From the second frame on until the first decision has reached the sensor, the statistics still show the start
-/// exposure, but the core takes the oldest decision that it knows for theirs: they must not be metered.
-VOID KiroHost::MarkUnknownExposure(KIROStatsList& rStats)
+/// exposure, but the core takes the oldest decision that it knows for theirs: they are delivered, but not metered.
+StatisticsStartUp KiroHost::CountFrame()
 {
     ++m_framesRun;
     const bool isUnknown = m_framesRun > 1 && m_framesRun <= m_config.systemLatency;
-    rStats.startup       = isUnknown ? StatisticsStartUpInvalid : StatisticsStartUpValid;
+    return isUnknown ? StatisticsStartUpInvalid : StatisticsStartUpValid;
 }
 
 const KiroHostFrame& KiroHost::RunFrame(UINT64 frameID, KIROStatsList& rStats)
 {
-    MarkUnknownExposure(rStats);
-    m_hasPreviousMode = true;
+    const StatisticsStartUp startup = CountFrame();
+    rStats.startup                  = StatisticsStartUpValid;
+    m_hasPreviousMode               = true;
     if (m_framesRun == m_config.systemLatency + 1U && m_opMode == AECAlgoOperationModeFastAEC)
     {
         SetOperationMode(AECAlgoOperationModeStreaming);
@@ -139,12 +140,12 @@ const KiroHostFrame& KiroHost::RunFrame(UINT64 frameID, KIROStatsList& rStats)
     (VOID) m_pAlgo->runStartOfFrame(m_pAlgo, frameID);
     ApplySnapshot();
     const bool isStatsValid = m_pAlgo->setStats(m_pAlgo, rStats) == 0;
-    const bool isMetered    = TakeIsMetered();
+    const bool isMetered    = TakeIsMetered() && startup == StatisticsStartUpValid;
     RunMetering(isStatsValid && isMetered);
     (VOID) m_pAlgo->mixMetering(m_pAlgo, m_frame.metering);
     RunConvergence(frameID);
     m_walk.SplitExposures(m_settings, m_frame.convergence.exposures, m_frame.arbitration);
-    RunExtension(rStats);
+    RunExtension(startup);
 
     KIROFrameInfo           info = {frameID, FALSE};
     KIROPostProcessingInput unused{};
@@ -228,12 +229,12 @@ VOID KiroHost::RunConvergence(UINT64 frameID)
     m_pAlgo->RunConvPostProcess(m_pAlgo, m_frame.convergence);
 }
 
-VOID KiroHost::RunExtension(const KIROStatsList& rStats)
+VOID KiroHost::RunExtension(StatisticsStartUp startup)
 {
     KIROExtensionInput input{};
     input.pConvergenceOuts  = &m_frame.convergence;
     input.pArbitrationOuts  = m_frame.arbitration;
-    input.statisticsStartup = rStats.startup;
+    input.statisticsStartup = startup;
     input.flashInfo         = m_flashInfo;
     m_frame.extension       = {};
     (VOID) m_pAlgo->runExtension(m_pAlgo, input, m_frame.extension);

@@ -183,14 +183,16 @@ public:
     }
 
 private:
-    VOID   RunStartup(const std::vector<KIROAlgoStartExpType>& rSources);
-    VOID   RunStartFrame();
+    VOID RunStartup(const std::vector<KIROAlgoStartExpType>& rSources);
+    VOID RunStartFrame();
+
+    StatisticsStartUp CountFrame();
+
     VOID   ApplySnapshot();
     bool   TakeIsMetered();
-    VOID   MarkUnknownExposure(KIROStatsList& rStats);
     VOID   RunMetering(bool isStatsValid);
     VOID   RunConvergence(UINT64 frameID);
-    VOID   RunExtension(const KIROStatsList& rStats);
+    VOID   RunExtension(StatisticsStartUp startup);
     UINT64 MinAntibandingExposure() const;
 
     KiroHostConfig      m_config;

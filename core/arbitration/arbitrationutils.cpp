@@ -130,22 +130,23 @@ KiroResult ForceIntoRange(const KIROExposureRange* pRange, FLOAT* pGain, UINT64*
     return 0;
 }
 
+/// A table that does not fit an exposure stands aside, as that of a flickering lamp does in bright light: no warning.
 KiroResult FailGainOfLUT(FLOAT gain, FLOAT startGain, FLOAT endGain)
 {
     if (endGain == std::numeric_limits<FLOAT>::max())
     {
-        STATS_LOG_WARNING("LUT not applying: gain %.3f smaller than min sensor gain %.3f", gain, startGain);
+        STATS_LOG_TRACE("LUT not applying: gain %.3f smaller than min sensor gain %.3f", gain, startGain);
     }
     else
     {
-        STATS_LOG_WARNING("LUT not applying: gain %.3f out of gain range %.3f %.3f", gain, startGain, endGain);
+        STATS_LOG_TRACE("LUT not applying: gain %.3f out of gain range %.3f %.3f", gain, startGain, endGain);
     }
     return ResultFailed;
 }
 
 KiroResult FailTimeOfLUT(UINT64 time, UINT64 startTime, UINT64 endTime)
 {
-    STATS_LOG_WARNING("LUT not applying: time %llu out of time range %llu %llu", time, startTime, endTime);
+    STATS_LOG_TRACE("LUT not applying: time %llu out of time range %llu %llu", time, startTime, endTime);
     return ResultFailed;
 }
 

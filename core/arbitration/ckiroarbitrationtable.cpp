@@ -96,8 +96,8 @@ CKIROArbitration::TableSegment CKIROArbitration::SelectSegment(const ExposureTab
         if (rangeMin > exposure && m_pIn->bIsConvRange != TRUE &&
             !exposurearithmetic::IsSameExposure(rangeMin, exposure))
         {
-            STATS_LOG_WARNING("exposure %llu out of both table min exposure and current min exposure %llu", exposure,
-                              rangeMin);
+            STATS_LOG_RARE("exposure %llu out of both table min exposure and current min exposure %llu", exposure,
+                           rangeMin);
         }
         return {rangeStart, rFirst, rFirst.incrementPriority, std::max(rangeMin, exposure)};
     }
@@ -108,8 +108,8 @@ CKIROArbitration::TableSegment CKIROArbitration::SelectSegment(const ExposureTab
         if (exposure > rangeMax && m_pIn->bIsConvRange != TRUE &&
             !exposurearithmetic::IsSameExposure(rangeMax, exposure))
         {
-            STATS_LOG_WARNING("exposure %llu out of both table max exposure and current max exposure %llu", exposure,
-                              rangeMax);
+            STATS_LOG_RARE("exposure %llu out of both table max exposure and current max exposure %llu", exposure,
+                           rangeMax);
         }
         return {rLast, rangeEnd, rLast.incrementPriority, std::min(rangeMax, exposure)};
     }

@@ -77,7 +77,8 @@ BOOL CKIROGeneralizedMonitor::RebaseData()
 {
     if (!IsDataReady())
     {
-        STATS_LOG_ERROR("Tuning is not set yet. Rebase failed");
+        // Each start-up asks for it, but a monitor that nothing has asked a decision of has no tuning yet.
+        STATS_LOG_TRACE("Tuning is not set yet. Rebase failed");
         return FALSE;
     }
     BOOL result = TRUE;

@@ -1,5 +1,6 @@
 #include "tools/kirosim/librarylog.h"
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 #include <vector>
@@ -20,6 +21,22 @@ constexpr UINT32 LevelError   = 2;
 constexpr UINT32 LevelWarning = 4;
 
 bool g_isShown = false;
+
+/// Where a pointer points differs from run to run: "(set)" instead, beside the "(nil)" of null ones.
+std::string WithoutAddresses(std::string_view line)
+{
+    constexpr size_t length = 14;  // 48 bits; hashes have more digits, and bytes of requests fewer
+
+    std::string text;
+    while (!line.empty())
+    {
+        const size_t digits    = line.starts_with("0x") ? line.find_first_not_of("0123456789abcdef", 2) : 0;
+        const bool   isAddress = std::min(digits, line.size()) == length;
+        text += isAddress ? "(set)" : std::string(line.substr(0, 1));
+        line.remove_prefix(isAddress ? length : 1);
+    }
+    return text;
+}
 
 /// One line, whatever the message holds.
 VOID Print(std::string line)
@@ -65,7 +82,8 @@ VOID Write(const CHAR* pFile, INT32 line, const CHAR*, UINT32, UINT32 level, con
     std::vector<CHAR> text(1024);
     (VOID) std::vsnprintf(text.data(), text.size(), pFormat, arguments);
     va_end(arguments);
-    Print(fmt::format("{}: {}:{}: {}", (level <= LevelError) ? "error" : "warning", pFile, line, text.data()));
+    Print(fmt::format("{}: {}:{}: {}", (level <= LevelError) ? "error" : "warning", pFile, line,
+                      WithoutAddresses(text.data())));
 }
 
 std::string LineOf(std::string_view letter, std::string_view line)
@@ -80,11 +98,11 @@ std::string LineOf(std::string_view letter, std::string_view line)
         const size_t text  = line.find("() ");
         if (place < text && text != std::string_view::npos)
         {
-            return fmt::format("{}: {}: {}", level, line.substr(0, place), line.substr(text + 3));
+            return fmt::format("{}: {}: {}", level, line.substr(0, place), WithoutAddresses(line.substr(text + 3)));
         }
-        return fmt::format("{}: {}", level, line);
+        return fmt::format("{}: {}", level, WithoutAddresses(line));
     }
-    return fmt::format("{}: tuning store: {}", level, tuningfile::MessageOf(line));
+    return fmt::format("{}: tuning store: {}", level, WithoutAddresses(tuningfile::MessageOf(line)));
 }
 
 }  // namespace kirosim::librarylog

@@ -78,11 +78,10 @@ TEST_F(TableTest, GoesOnToTheRangeBelowAndAboveTheKnees)
     EXPECT_EQ(m_log.CountLevel(LevelWarning), 0u) << "inside, the same exposure, or limits only";
     m_in.bIsConvRange = FALSE;
     ExpectSplit(10000, 1.0f, 20 * Microsecond);
-    EXPECT_TRUE(
-        m_log.Has(LevelWarning, "exposure 10000 out of both table min exposure and current min exposure 20000"));
+    EXPECT_TRUE(m_log.Has(LevelRare, "exposure 10000 out of both table min exposure and current min exposure 20000"));
     ExpectSplit(1000000000, 16.0f, 33 * Millisecond);
-    EXPECT_TRUE(m_log.Has(LevelWarning,
-                          "exposure 1000000000 out of both table max exposure and current max exposure 528000000"));
+    EXPECT_TRUE(
+        m_log.Has(LevelRare, "exposure 1000000000 out of both table max exposure and current max exposure 528000000"));
 }
 
 TEST_F(TableTest, ResultIsFittedIntoTheRange)
