@@ -64,7 +64,8 @@ refuses "no mode 'Usecase.Video' below 'Default'" set 'Default|Usecase.Video' ki
 readonly before=$(frames_of_round 1)
 answers '0\.2' set Default kirodbconvbase "$near=0.2" "$far=0.2"
 grep -q '^shared, and set as well: Default|Sensor.0|Usecase.Video kirodbconvbase.data\[0\].value.*baseSpeed$' "$work/stderr" &&
-    [ "$(grep -c '' "$work/stderr")" -eq 1 ] || fail 'the other module with the speed is not named, or more than that one'
+    grep -q "^camera at 127.0.0.1:$port: kirosim;BinaryTag=phone$" "$work/stderr" &&
+    [ "$(grep -c '' "$work/stderr")" -eq 2 ] || fail 'the camera or the other module with the speed is not named, or more than that one'
 # The round of the edit is a mixture; the one behind it is not.
 readonly after=$(frames_of_round $(($(rounds_so_far) + 2)))
 [ "$after" -ge $((2 * before)) ] || fail "the steps settle after $before frames, and after $after at a third of the speed"

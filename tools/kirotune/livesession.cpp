@@ -118,7 +118,8 @@ private:
 
 }  // namespace
 
-LiveSession::LiveSession(const liveclient::Options& rOptions, bool isJson) : m_client(rOptions), m_isJson(isJson)
+LiveSession::LiveSession(const liveclient::Options& rOptions, bool isJson)
+    : m_client(rOptions), m_place(fmt::format("{}:{}", rOptions.host, rOptions.port)), m_isJson(isJson)
 {
 }
 
@@ -133,6 +134,11 @@ VOID LiveSession::PrintTexts(const std::vector<std::string>& rTexts) const
     {
         fmt::print("{}\n", Clean(rText));
     }
+}
+
+VOID LiveSession::NameCamera()
+{
+    fmt::print(stderr, "camera at {}: {}\n", m_place, Clean(m_client.Device().name));
 }
 
 VOID LiveSession::Device()
@@ -350,6 +356,7 @@ VOID LiveSession::Set(const std::string& rPath, const std::string& rModule,
     // Nothing is changed unless all of it can be read.
     std::vector<Value> before = GetAll(rPath, rModule, names);
     SharedEdit         shared(m_client, liveclient::NamedPath(rPath), rModule, names);
+    NameCamera();
     std::vector<Value> readBack = m_client.Set(rPath, rModule, wanted);
     std::vector<Value> oldValues;
     std::vector<Value> newValues;
@@ -449,6 +456,7 @@ VOID LiveSession::ShowTable()
 
 VOID LiveSession::SelectTable(UINT32 index)
 {
+    NameCamera();
     const UINT32 selected = m_client.SelectTable(index);
     if (selected != index)
     {
@@ -459,7 +467,9 @@ VOID LiveSession::SelectTable(UINT32 index)
 
 VOID LiveSession::Custom(const std::string& rFile)
 {
-    const liveclient::CustomResult answer = m_client.Custom(tuningfile::ReadBytes(rFile));
+    const std::vector<BYTE> bytes = tuningfile::ReadBytes(rFile);
+    NameCamera();
+    const liveclient::CustomResult answer = m_client.Custom(bytes);
     if (m_isJson)
     {
         TextNode node = TextNode::Map();

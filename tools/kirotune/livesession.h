@@ -45,6 +45,9 @@ public:
     VOID Custom(const std::string& rFile);
 
 private:
+    /// Tells on stderr which camera is about to be changed: another one may have taken the port.
+    VOID NameCamera();
+
     VOID PrintTexts(const std::vector<std::string>& rTexts) const;
     VOID PrintSet(const std::string& rModule, const std::vector<liveclient::Value>& rOld,
                   const std::vector<liveclient::Value>& rNew) const;
@@ -57,6 +60,7 @@ private:
                                                const std::vector<std::string>& rMembers);
 
     liveclient::Client m_client;
+    const std::string  m_place;  ///< host and port
     const bool         m_isJson;
 };
 
