@@ -174,6 +174,11 @@ public:
     /// Whether the next load starts the service, as it does by default.
     VOID SetLiveTuningAutostart(bool isAutostart);
 
+    /// Lets the service that the next load starts listen at one interface of the machine; at all of them by default.
+    /// @param pAddress IPv4, such as "127.0.0.1"; copied
+    /// @return false if it is none, and for a manager without service
+    bool SetLiveTuningAddress(const CHAR* pAddress);
+
     /// @return the TCP port that tools connect to, 0 while nothing is served. Not beside a load
     UINT16 GetLiveTuningPort() const;
 

@@ -20,6 +20,15 @@ VOID ParameterSetManager::SetLiveTuningAutostart(bool isAutostart)
     m_isAutostart = isAutostart;
 }
 
+bool ParameterSetManager::SetLiveTuningAddress(const CHAR* pAddress)
+{
+    if (IsDerived())
+    {
+        return m_pMain->SetLiveTuningAddress(pAddress);
+    }
+    return m_pWorker != nullptr && m_pWorker->SetInterface(pAddress);
+}
+
 UINT16 ParameterSetManager::GetLiveTuningPort() const
 {
     if (IsDerived())

@@ -20,6 +20,13 @@ public:
     UINT32 WriteData(const BYTE* pBuffer, UINT32 size) override;
     VOID   ShutDownCom() override;
 
+    /// Lets a later Start listen at one interface of the machine, not at all of them.
+    /// @param pAddress IPv4, such as "127.0.0.1" @return false if it is none
+    bool SetInterface(const CHAR* pAddress)
+    {
+        return m_socket.SetInterface(pAddress);
+    }
+
     /// @return where clients can connect, 0 if nowhere. Not to be called while another thread starts or stops.
     UINT16 GetPort() const;
 

@@ -43,6 +43,12 @@ public:
         return m_com.GetPort();
     }
 
+    /// See ParameterVernierCom.
+    bool SetInterface(const CHAR* pAddress)
+    {
+        return m_com.SetInterface(pAddress);
+    }
+
     /// Takes a request apart. @param rpPayload into pPacket, null if there is no payload
     /// @return false if the tag is wrong or the size too small
     bool ParseRequest(const BYTE* pPacket, UINT32 size, UINT16& rCommand, UINT64& rVernierID, UINT32& rRequestID,

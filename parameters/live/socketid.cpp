@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include <arpa/inet.h>
 #include <netinet/tcp.h>
 #include <poll.h>
 #include <sys/time.h>
@@ -51,10 +52,10 @@ VOID SocketAddress::SetupSocket(AddrType addressType, UINT16 addressPort)
     port = addressPort;
     if (type == AddrType::INET)
     {
-        address.inet.sin_family      = AF_INET;
-        address.inet.sin_addr.s_addr = htonl(INADDR_ANY);
-        address.inet.sin_port        = htons(port);
-        length                       = sizeof(address.inet);
+        address.inet.sin_family = AF_INET;
+        address.inet.sin_addr   = interface;
+        address.inet.sin_port   = htons(port);
+        length                  = sizeof(address.inet);
         std::snprintf(text, sizeof(text), "0x%x", port);
         return;
     }
@@ -75,6 +76,11 @@ VOID SocketID::SetupSockets(AddrType type, UINT16 port)
 {
     local.SetupSocket(type, port);
     client.SetupSocket(type, port);
+}
+
+bool SocketID::SetInterface(const CHAR* pAddress)
+{
+    return pAddress != nullptr && inet_pton(AF_INET, pAddress, &local.interface) == 1;
 }
 
 bool SocketID::Create()

@@ -22,7 +22,7 @@ struct SocketAddress
 {
     static constexpr size_t MaxText = 108;
 
-    /// Sets the address up for any interface of the machine, or for an abstract UNIX name made of the port.
+    /// Sets the address up for a port of the machine, or for an abstract UNIX name made of the port.
     VOID SetupSocket(AddrType addressType, UINT16 addressPort);
 
     union
@@ -32,6 +32,7 @@ struct SocketAddress
         sockaddr_un local;
     } address{};
 
+    in_addr   interface     = {};  ///< of the machine; all of them unless told otherwise
     AddrType  type          = AddrType::INET;
     socklen_t length        = 0;  ///< bytes of the address in use
     UINT16    port          = 0;
@@ -57,6 +58,10 @@ public:
 
     /// Sets both addresses up.
     VOID SetupSockets(AddrType type, UINT16 port);
+
+    /// Lets the next set-up listen at one interface of the machine. @param pAddress IPv4, such as "127.0.0.1"
+    /// @return false if it is none
+    bool SetInterface(const CHAR* pAddress);
 
     /// Makes the descriptor that is to listen. @return false with errno set if there is none
     bool Create();

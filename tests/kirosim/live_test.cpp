@@ -8,7 +8,9 @@
 #include "tests/kirosim/simulationrun.h"
 #include "tests/parameters/live/livefixture.h"
 #include "tools/kirosim/runreport.h"
+#include "tools/liveclient/error.h"
 #include "tools/liveclient/liveclient.h"
+#include "tools/tuningfile/inputerror.h"
 
 using namespace kirosim;
 
@@ -115,6 +117,40 @@ TEST(LiveTuning, FramesAndEditsGoOnSideBySide)
     isOver = true;
     tool.join();
     EXPECT_GT(rounds, 0U);
+}
+
+TEST(LiveTuning, IsReachedAtItsAddressAlone)
+{
+    const struct
+    {
+        const CHAR* pAddress;
+        const CHAR* pHost;
+        bool        isReached;
+    } cases[] = {{LoadedTuning::LiveAddress, "127.0.0.1", true},
+                 {LoadedTuning::LiveAddress, "127.0.0.2", false},
+                 {"127.0.0.2", "127.0.0.2", true},
+                 {"0.0.0.0", "127.0.0.2", true}};
+    for (const auto& rCase : cases)
+    {
+        LoadedTuning tuning(EXAMPLES_DIR "/tunings/minimal.yaml", true, LoadedTuning::Source::Copy, rCase.pAddress);
+        liveclient::Options options;
+        options.host         = rCase.pHost;
+        options.port         = tuning.Manager().GetLiveTuningPort();
+        const auto isReached = [&]
+        {
+            try
+            {
+                return liveclient::Client(options).Device().name == "kirosim;BinaryTag=minimal";
+            }
+            catch (const liveclient::Error&)
+            {
+                return false;
+            }
+        };
+        EXPECT_EQ(isReached(), rCase.isReached) << rCase.pAddress << " from " << rCase.pHost;
+    }
+    EXPECT_THROW(LoadedTuning(EXAMPLES_DIR "/tunings/minimal.yaml", true, LoadedTuning::Source::Copy, "localhost"),
+                 tuningfile::InputError);
 }
 
 /// What a client that never reads goes on sending.

@@ -18,6 +18,8 @@ sed 's/{baseSpeed: 0.2, baseCapping: 3.0, drcSpeed: 0.2}/{baseSpeed: 0.75, baseC
 readonly camera=$!
 until grep -q '^live tuning at port' "$work/camera" || ! kill -0 $camera 2>/dev/null; do sleep 0.05; done
 readonly port=$(sed -n 's/^live tuning at port //p' "$work/camera")
+[ "$port" = 19286 ] || grep -q "^kirosim: port 19286 is taken, .* --port $port$" "$work/camera" ||
+    { echo 'nothing says that the port is another one'; failures=1; }
 
 live() { "${launcher[@]}" "$bin/kirotune" live --timeout 30 --port "$port" "$@" >"$work/stdout" 2>"$work/stderr"; }
 

@@ -20,10 +20,14 @@ std::vector<TuningMode> DefaultSelectors()
     return selectors;
 }
 
-LoadedTuning::LoadedTuning(const std::string& rPath, bool isLive, Source source)
+LoadedTuning::LoadedTuning(const std::string& rPath, bool isLive, Source source, const CHAR* pLiveAddress)
     : m_isLive(isLive), m_manager("kirosim")
 {
     m_manager.SetLiveTuningAutostart(isLive);
+    if (isLive && !m_manager.SetLiveTuningAddress(pLiveAddress))
+    {
+        throw tuningfile::InputError(std::string(pLiveAddress) + ": no IPv4 address for live tuning");
+    }
     const bool              isText = tuningfile::IsText(rPath);
     const std::vector<BYTE> bytes  = isText ? tuningfile::CompileFile(rPath) : tuningfile::ReadBytes(rPath);
     m_reference                    = {rPath, recording::ChecksumOf(bytes), bytes.size()};

@@ -28,9 +28,15 @@ public:
         File   ///< the file as it stands then
     };
 
-    /// @param isLive open a port, so that a tool can read and change the tuning while it is in use
-    /// @throws tuningfile::InputError if the file cannot be read or the store refuses it
-    explicit LoadedTuning(const std::string& rPath, bool isLive = false, Source source = Source::Copy);
+    /// Whoever reaches the port of live tuning can change everything: others than this machine do by request only.
+    static constexpr const CHAR* LiveAddress = "127.0.0.1";
+
+    /// @param isLive       open a port, so that a tool can read and change the tuning while it is in use
+    /// @param pLiveAddress of the machine, IPv4, at which the port is open
+    /// @throws tuningfile::InputError if the file cannot be read or the store refuses it, and for an address that is
+    /// none
+    explicit LoadedTuning(const std::string& rPath, bool isLive = false, Source source = Source::Copy,
+                          const CHAR* pLiveAddress = LiveAddress);
 
     /// @param rSelectors seven, Default first; they stay valid as long as the tuning: several cameras use it
     StatsTuningData Data(const std::vector<TuningMode>& rSelectors);

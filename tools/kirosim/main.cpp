@@ -33,6 +33,9 @@ VOID AddRunOptions(CLI::App& rRun, kirosim::RunOptions& rOptions)
     rRun.add_flag("--realtime", rOptions.isRealtime, "run at the scene's frame rate; Ctrl-C ends the run");
     rRun.add_flag("--loop", rOptions.isLoop, "start the scene again at its end, until Ctrl-C; the camera runs on");
     rRun.add_option("--loops", rOptions.loops, "run this many rounds of the scene")->check(atLeastOne);
+    rRun.add_option("--live-address", rOptions.liveAddress,
+                    "IPv4 address of this machine at which live tuning listens, 0.0.0.0 for all")
+        ->capture_default_str();
     rRun.add_flag("--no-live", rOptions.isNotLive, "open no port for live tuning");
     rRun.add_flag("--strict", rOptions.isStrict, "fail if the tuning lacks a mode for which the scene asks");
     rRun.add_flag("--quiet", rOptions.isQuiet, "leave out the table");

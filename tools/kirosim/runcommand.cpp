@@ -6,6 +6,7 @@
 
 #include <fmt/format.h>
 
+#include "parameters/live/vernierprotocol.h"
 #include "tools/kirosim/framepacer.h"
 #include "tools/kirosim/learnedfile.h"
 #include "tools/kirosim/librarylog.h"
@@ -119,6 +120,11 @@ VOID ShowPort(const RunOptions& rOptions, LoadedTuning& rTuning)
         fmt::print(stderr, "kirosim: no port is free for live tuning\n");
         return;
     }
+    if (port != vernier::DefaultPort)
+    {
+        fmt::print(stderr, "kirosim: port {} is taken, live tuning is at port {}: kirotune live --port {}\n",
+                   vernier::DefaultPort, port, port);
+    }
     Print(fmt::format("live tuning at port {}\n", port));
     (VOID) std::fflush(stdout);
 }
@@ -203,7 +209,8 @@ bool Run(const RunOptions& rOptions)
     CheckRunFiles(rOptions);
     const Scene scene = ReadRunScene(rOptions);
     // What a tool changes meanwhile would not be part of a recording.
-    LoadedTuning tuning(rOptions.tuning, !rOptions.isNotLive && rOptions.record.empty());
+    LoadedTuning tuning(rOptions.tuning, !rOptions.isNotLive && rOptions.record.empty(), LoadedTuning::Source::Copy,
+                        rOptions.liveAddress.c_str());
     TellMissingModes(rOptions, scene, tuning);
     ShowPort(rOptions, tuning);
     const StopSignal                   stopSignal;  // before there are files to clear away

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "platform/tavotypes.h"
+#include "tools/kirosim/loadedtuning.h"
 
 namespace kirosim
 {
@@ -21,6 +22,7 @@ struct RunOptions
     std::string           ficLoad;
     std::string           ficSave;
     std::string           record;
+    std::string           liveAddress = LoadedTuning::LiveAddress;
     std::optional<UINT32> frames;
     std::optional<UINT64> seed;
     std::optional<UINT64> loops;
