@@ -34,6 +34,20 @@ protected:
         return maker.Build();
     }
 
+    /// Use cases 1 and 2 share an alpha of 100, those from 3 to 8 have one of 100 times their number.
+    static ParameterFile MakePairAndOthers()
+    {
+        TuningFileMaker maker;
+        const UINT32    root  = maker.Table();
+        const UINT32    first = maker.Mode(root, Usecase, 1);
+        maker.Same("alpha", maker.Mode(root, Usecase, 2), maker.Alpha(first, 100));
+        for (UINT16 usecase = 3; usecase <= 8; ++usecase)
+        {
+            maker.Alpha(maker.Mode(root, Usecase, usecase), 100 * usecase);
+        }
+        return maker.Build();
+    }
+
     static std::vector<TuningMode> UsecaseBranch(UINT16 usecase)
     {
         return Branch({{Usecase, usecase}});
@@ -409,31 +423,19 @@ TEST_F(OnDemandTest, ASharedModuleComesBackAfterItsOwnerWasUnloaded)
 
 TEST_F(OnDemandTest, ASharedModuleThatAFetchReadsAgainGoesWithItsOwner)
 {
-    TuningFileMaker maker;
-    const UINT32    root  = maker.Table();
-    const UINT32    video = maker.Mode(root, Usecase, 1);
-    maker.Same("alpha", maker.Mode(root, Usecase, 2), maker.Alpha(video, 5));
-    for (UINT16 usecase = 3; usecase <= 8; ++usecase)
-    {
-        maker.Alpha(maker.Mode(root, Usecase, usecase), usecase);
-    }
     ParameterSetManager manager("cam", smallschema::Modules, Verbose(5));
-    ASSERT_TRUE(manager.LoadBinaryParameters(Write(maker.Build())));
-    smallschema::AlphaType* pRecord  = Alpha(manager, UsecaseBranch(2));
-    const auto              useOther = [&]
+    ASSERT_TRUE(manager.LoadBinaryParameters(Write(MakePairAndOthers())));
+    smallschema::AlphaType* pRecord = Alpha(manager, UsecaseBranch(2));
+    for (int turn = 0; turn < 2; ++turn)
     {
+        Release(pRecord);
         for (UINT16 usecase = 3; usecase <= 8; ++usecase)
         {
             LoadMode(manager, UsecaseBranch(usecase));
         }
-    };
-    for (int turn = 0; turn < 2; ++turn)
-    {
-        Release(pRecord);
-        useOther();
         EXPECT_EQ(pRecord->steps, nullptr) << "turn " << turn;
         EXPECT_EQ(Alpha(manager, UsecaseBranch(2)), pRecord);
-        EXPECT_EQ(pRecord->steps[0], 5.5f);
+        EXPECT_EQ(pRecord->steps[0], 100.5f);
     }
 }
 
@@ -441,16 +443,8 @@ TEST_F(OnDemandTest, NobodyWaitsForAModeThatIsBeingLoaded)
 {
     // The mode that is loaded slowly is in the list since another one that shares its module was used, and it is the
     // next to go.
-    TuningFileMaker maker;
-    const UINT32    root = maker.Table();
-    const UINT32    slow = maker.Mode(root, Usecase, 1);
-    maker.Same("alpha", maker.Mode(root, Usecase, 2), maker.Alpha(slow, 100));
-    for (UINT16 usecase = 3; usecase <= 8; ++usecase)
-    {
-        maker.Alpha(maker.Mode(root, Usecase, usecase), 100 * usecase);
-    }
     ParameterSetManager manager("cam", smallschema::Modules, Verbose(5));
-    ASSERT_TRUE(manager.LoadBinaryParameters(Write(maker.Build())));
+    ASSERT_TRUE(manager.LoadBinaryParameters(Write(MakePairAndOthers())));
     for (const UINT16 usecase : {2, 3, 4, 5, 6})
     {
         ASSERT_TRUE(LoadMode(manager, UsecaseBranch(usecase)));
