@@ -40,9 +40,7 @@ protected:
     KiroResult SetBytes(AECAlgoSetParamType type, const VOID* pValue, UINT32 size)
     {
         AECAlgoSetParam param = {const_cast<VOID*>(pValue), size, type};
-        KIROSetInput    input{};
-        input.source      = AECPEKSetParam;
-        input.u.pPEKInput = &param;
+        KIROSetInput    input = {.source = AECPEKSetParam, .u = {.pPEKInput = &param}};
         return m_context.SetInput(&input);
     }
 
@@ -60,9 +58,7 @@ protected:
 
     VOID SetSnapshot(KIROCoreSnapshotType type)
     {
-        KIROSetInput input{};
-        input.source         = KIROCoreSnapshot;
-        input.u.snapshotMode = type;
+        KIROSetInput input = {.source = KIROCoreSnapshot, .u = {.snapshotMode = type}};
         EXPECT_EQ(m_context.SetInput(&input), 0);
     }
 
@@ -215,7 +211,7 @@ TEST_F(ContextManager, OperationModesReplaceOneAnother)
     EXPECT_EQ(Status(), 0u);
 }
 
-TEST_F(ContextManager, EventsOfSettingsIncludeTheirOddities)
+TEST_F(ContextManager, EventsFollowTheSettings)
 {
     // A lock is refused outside streaming; the event follows the stored value, an unlock clears another bit.
     m_context.SetContextEvent(AECLock, TRUE);
@@ -420,9 +416,7 @@ TEST_F(ContextManager, EachExtensionParameterIsFoundByItsName)
         FLOAT                                       data  = 5.0f;
         kiroparamextension::statsExtensionParamType entry = {
             const_cast<CHAR*>(rTuned.pName), 0, TRUE, 1, 0, &data, 0, 0, nullptr};
-        kiroparamextension::KIROParamExtensionType tuning{};
-        tuning.extensionParam      = &entry;
-        tuning.extensionParamCount = 1;
+        kiroparamextension::KIROParamExtensionType tuning = {.extensionParamCount = 1, .extensionParam = &entry};
         SetTuning(TestTuning().Add(tuning));
         for (const auto& rLookup : lookups)
         {
@@ -440,9 +434,7 @@ TEST_F(ContextManager, SyncLearnsRoleAndCalibration)
     EXPECT_EQ(Set(AECAlgoSetParamCameraInfo, StatsCameraInfo{StatsAlgoRoleMaster, 2}), 0);
     EXPECT_EQ(m_context.GetContextEvent(AECSlaveRole), FALSE);
 
-    AECAlgoDCCalibrationInfo calibration{};
-    calibration.version    = 1;
-    calibration.u.absolute = {1.0f, 60, 30, 5000};
+    AECAlgoDCCalibrationInfo calibration = {.version = 1, .u = {.absolute = {1.0f, 60, 30, 5000}}};
     EXPECT_EQ(Set(AECAlgoSetParamDualcamCalibrationInfo, calibration), 0);
     EXPECT_EQ(m_context.m_pCamSync->getDCCalibrationInfo().OTPStatus, AECAlgoDualcamOTPSet);
     EXPECT_FLOAT_EQ(m_context.m_pCamSync->getDCCalibrationInfo().OTPExpCompMultiplier, 0.5f);
@@ -471,9 +463,7 @@ TEST_F(ContextManager, MasterServesTheMappedSlaveAndSlavesFollowTheMaster)
     FLOAT                                       order[] = {1.0f, 4.0f, 3.0f};
     kiroparamextension::statsExtensionParamType entry   = {
           const_cast<CHAR*>("AECMulticamPriorityMap"), 0, TRUE, 3, 0, order, 0, 0, nullptr};
-    kiroparamextension::KIROParamExtensionType tuning{};
-    tuning.extensionParam      = &entry;
-    tuning.extensionParamCount = 1;
+    kiroparamextension::KIROParamExtensionType tuning = {.extensionParamCount = 1, .extensionParam = &entry};
     SetTuning(TestTuning().Add(tuning));
     EXPECT_EQ(map(StatsAlgoRoleMaster, 1), TRUE);
     EXPECT_EQ(pInfo, &infos[3]) << "neither this camera nor an inactive one";

@@ -5,48 +5,32 @@
 namespace
 {
 
-/// Meters the average for a luma of 50, with one operator. All that
+/// The tuning of frames with a name or a number of its own for all that the record shows, with one operator. All that
 /// is verbose is recorded, except in the mode of sensor 1.
-const std::string RecordTuning = std::string(TuningAnchors) + R"(
-modes:
-  Default:
-    modules:
-      kirometeringstatscalculator:
-        averageStatsCalculator: &average
-          calculatorID: 1
-          APISelection: API01GridWeightedAverage
-          statsSelection: {channel1: luma}
-          outputStorage: {start: 1, end: 1}
-          generalParameters: {weightTable2D: 1}
-        darkRatioStatsCalculator: {<<: *average, outputStorage: {start: 3, end: 3}}
+std::string RecordTuning()
+{
+    const auto aggregator = [](const std::string& rMethod, const std::string& rOutput)
+    { return "{method: " + rMethod + ", output: {dataBank: {bankID: BankIDSceneAnalyzer, dataID: " + rOutput + "}}"; };
+    std::string text = FrameTuning;
+    Replace(text, "averageStatsCalculator:\n", "averageStatsCalculator: &average\n          calculatorID: 1\n");
+    Replace(text, "      kirodb2dmeterweight:\n",
+            R"(        darkRatioStatsCalculator: {<<: *average, outputStorage: {start: 3, end: 3}}
         brightRatioStatsCalculator: {<<: *average, outputStorage: {start: 4, end: 4}}
         statsCalculators: [{<<: *average, calculatorID: 9, description: Spot, outputStorage: {start: 5, end: 6}}]
       kirodbactivecalculators:
         dataBank: {bankID: BankIDActiveCalculators}
         data: [{dataID: 1, calculatorID: [9]}]
+      kirometering:
+        luxIndexOperation: {enableCompensation: true, refExposureForLuxIndexZero: 200000}
       kirodb2dmeterweight:
-        dataBank: {bankID: BankIDMetering2D}
-        data: [{dataID: 1, weights: {fill: 1.0}}]
-      kirometeringsceneanalyzer:
-        luxAnalyzer: &safe
-          exposureType: ExposureSafe
-          refExposureType: ExposureSafe
-          luma:
-            calculators: [{value: {selection: DataBankMethod, dataBank: {bankID: BankIDStatsCalculator, dataID: 1}}, weight: *one}]
-            aggregator: {method: NormalizedWeightedSum, output: {dataBank: {bankID: BankIDSceneAnalyzer, dataID: 11}, description: L}}
-          target:
-            calculators:
-              - value:
-                  selection: TriggerSystemMethod
-                  triggerSystem:
-                    trigger1Data:
-                      - {trigger: *everywhere, trigger2Data: [{trigger: *everywhere, triggerData: {rangeStart: 50.0, rangeEnd: 50.0}}]}
-                weight: *one
-            aggregator: {method: Average, output: {dataBank: {bankID: BankIDSceneAnalyzer, dataID: 12}, description: T}}
-          confidence:
-            calculators: [{value: *one, weight: *one}]
-            aggregator: {method: Average, output: {dataBank: {bankID: BankIDSceneAnalyzer, dataID: 13}, description: C}}
-          reservedParameter: [1]
+)");
+    Replace(text, aggregator("Average", "1}"), aggregator("NormalizedWeightedSum", "11}, description: L"));
+    Replace(text, aggregator("Average", "2}"), aggregator("Average", "12}, description: T"));
+    Replace(text, aggregator("Average", "3}"), aggregator("Average", "13}, description: C"));
+    Replace(text, R"(          reservedParameter: [0]
+        analyzers: [{<<: *safe, analyzerName: Safe}]
+)",
+            R"(          reservedParameter: [1]
         analyzers:
           - <<: *safe
             analyzerID: 300
@@ -61,48 +45,30 @@ modes:
                 operandD: {method: TuningMethod, tuningValue: 5.0}
                 output: {dataBank: {bankID: BankIDSceneAnalyzer, dataID: 14}, dataType: end, description: Sum}
             reservedParameter: [0]
-      kirodbactiveanalyzers:
-        dataBank: {bankID: BankIDActiveAnalyzers}
-        data: [{dataID: 1, analyzerID: [300]}]
-      kirometering:
-        luxIndexOperation: {enableCompensation: true, refExposureForLuxIndexZero: 200000}
-      kirodbarbitrationtable:
-        dataBank: {bankID: BankIDArbitrationTable}
-        data:
-          - dataID: 1
-            value:
-              correction: 1.0
-              expKnees:
-                - {incrementPriority: AECExpIncTime, gain: 1.0, time: 20000}
-                - {incrementPriority: AECExpIncTime, gain: 1.0, time: 500000}
-                - {incrementPriority: AECExpIncGain, gain: 64.0, time: 500000}
-      kiroconvergence: {unitStepSize: 0.25}
-      kirodbconvbase:
-        dataBank: {bankID: BankIDConvBase}
-        data:
-          - dataID: 1
-            value:
-              tolerance: 2
-              cappingType: CappingTypeAbsolute
-              trigger1DataBank: *none
-              trigger2DataBank: *none
-              trigger3DataBank: *none
-              trigger1Data: [{trigger: *everywhere, trigger2Data: [{trigger: *everywhere, trigger3Data: [{trigger: *everywhere, triggerData: {baseSpeed: 0.5, baseCapping: 4.0, drcSpeed: 0.75}}]}]}]
-)" + StretchAndSettle + R"(      kiroextension:
-        flagMonitor: {ZLLFlag: {enableZLLSnapshot: true}}
-        verboseDebugDataEnable: {StatsList: true, SceneAnalyzer: true, StatsCalculator: true}
-    children:
+)");
+    Replace(text, "analyzerID: [0]", "analyzerID: [300]");
+    Replace(text, "AECExpIncTime, gain: 1.0, time: 33333333", "AECExpIncTime, gain: 1.0, time: 500000");
+    Replace(text, "AECExpIncGain, gain: 64.0, time: 33333333", "AECExpIncGain, gain: 64.0, time: 500000");
+    Replace(text, "tolerance: 2\n", "tolerance: 2\n              cappingType: CappingTypeAbsolute\n");
+    Replace(text, "baseCapping: 1.0, drcSpeed: 0.5", "baseCapping: 4.0, drcSpeed: 0.75");
+    Replace(text, "        flagMonitor:\n",
+            R"(        verboseDebugDataEnable: {StatsList: true, SceneAnalyzer: true, StatsCalculator: true}
+        flagMonitor:
+          ZLLFlag: {enableZLLSnapshot: true}
+)");
+    return text + R"(    children:
       Sensor.1:
         modules:
           kiroextension: {verboseDebugDataEnable: {StatsList: false}}
 )";
+}
 
 constexpr UINT32 Analyzer = 300;
 
 class DebugBytes : public FrameCalls
 {
 protected:
-    DebugBytes() : FrameCalls(RecordTuning, true), m_luma(16, 25.0f), m_bins{1, 2, 3, 4}
+    DebugBytes() : FrameCalls(RecordTuning(), true), m_luma(16, 25.0f), m_bins{1, 2, 3, 4}
     {
         AddChannel("luma", KIROStatsGrid, {4, 4, 0, 8}).channelData.Data.pFData  = m_luma.data();
         AddChannel("hist", KIROStatsHist, {0, 0, 4, 10}).channelData.Data.pIData = m_bins.data();
@@ -153,12 +119,12 @@ TEST_F(DebugBytes, TheCurrentFrameStandsFirstInTheHistory)
     frame.Add<UINT32>(1).Add<UINT8>(0);
     for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
     {
-        frame.Add<FLOAT>(2.0f).Add<UINT64>(500000).Add<FLOAT>(10.5f).Add<FLOAT>(1.0f);
+        frame.Add<FLOAT>(2.0f).Add<UINT64>(500000).Add<FLOAT>(10.5f, 1.0f);
         frame.Add<UINT64>(1000000).Add<UINT32>(200 + type);
     }
-    frame.Add<UINT64>(7000).Add<UINT64>(7001).Add<UINT64>(7002);
-    frame.Add<FLOAT>(41.5f).Add<FLOAT>(123.25f).Add<UINT8>(0).Add<UINT8>(1).Add<FLOAT>(2.0f).Add<INT32>(1);
-    frame.Add<FLOAT>(1.25f).Add<FLOAT>(-3.5f).Add<FLOAT>(24.0f).Add<INT32>(150).Add<UINT8>(0);
+    frame.Add<UINT64>(7000, 7001, 7002);
+    frame.Add<FLOAT>(41.5f, 123.25f).Add<UINT8>(0, 1).Add<FLOAT>(2.0f).Add<INT32>(1);
+    frame.Add<FLOAT>(1.25f, -3.5f, 24.0f).Add<INT32>(150).Add<UINT8>(0);
     ASSERT_EQ(frame.Size(), 160u);
     m_record.ExpectBytes(recordoffset::FrameHistory, frame);
     m_record.ExpectBytes(recordoffset::FrameHistory + 160, frame);
@@ -202,24 +168,24 @@ TEST_F(DebugBytes, MeteringRecordsExposuresCalculatorsAndAnalyzers)
     {
         metering.Add<UINT64>(2000000);
     }
-    metering.Add<UINT8>(0).Add<FLOAT>(25.0f).Add<FLOAT>(77.89853f).Add<FLOAT>(25.0f).Add<FLOAT>(25.0f);
+    metering.Add<UINT8>(0).Add<FLOAT>(25.0f, 77.89853f, 25.0f, 25.0f);
     metering.Add<UINT16>(1);
-    metering.Field("Spot", 64).Add<INT32>(9).Add<UINT8>(1).Add<INT16>(5).Add<INT16>(6);
-    metering.Add<FLOAT>(25.0f).Add<FLOAT>(0.0f);
+    metering.Field("Spot", 64).Add<INT32>(9).Add<UINT8>(1).Add<INT16>(5, 6);
+    metering.Add<FLOAT>(25.0f, 0.0f);
     m_record.ExpectBytes(recordoffset::Metering, metering);
 
     // The fixed calculators run before the count starts anew: what stands past it is of no meaning.
     ByteWriter analyzers;
     analyzers.Add<UINT16>(1);
-    analyzers.Field("Safe", 64).Add<UINT16>(300).Add<UINT8>(1).Add<UINT8>(1);
-    analyzers.Add<FLOAT>(25.0f).Add<FLOAT>(50.0f).Add<FLOAT>(50.0f).Add<FLOAT>(1.0f);
-    analyzers.Add<UINT8>(1).Add<UINT8>(3).Add<INT16>(11).Field("L", 64);
-    analyzers.Add<UINT8>(0).Add<UINT8>(3).Add<INT16>(12).Field("T", 64);
-    analyzers.Add<UINT8>(0).Add<UINT8>(3).Add<INT16>(13).Field("C", 64);
+    analyzers.Field("Safe", 64).Add<UINT16>(300).Add<UINT8>(1, 1);
+    analyzers.Add<FLOAT>(25.0f, 50.0f, 50.0f, 1.0f);
+    analyzers.Add<UINT8>(1, 3).Add<INT16>(11).Field("L", 64);
+    analyzers.Add<UINT8>(0, 3).Add<INT16>(12).Field("T", 64);
+    analyzers.Add<UINT8>(0, 3).Add<INT16>(13).Field("C", 64);
     analyzers.Add<FLOAT>(-1.0f).Add<UINT8>(1);
     // End of analysis, to the end of the entry: 2 times 3 and 4 times 5.
-    analyzers.Add<UINT8>(0x21).Add<UINT8>(0);
-    analyzers.Add<FLOAT>(2.0f).Add<FLOAT>(3.0f).Add<FLOAT>(4.0f).Add<FLOAT>(5.0f).Add<FLOAT>(26.0f).Add<FLOAT>(26.0f);
+    analyzers.Add<UINT8>(0x21, 0);
+    analyzers.Add<FLOAT>(2.0f, 3.0f, 4.0f, 5.0f, 26.0f, 26.0f);
     analyzers.Add<UINT8>(3).Add<INT16>(14).Field("Sum", 64);
     analyzers.Zeros(19 * 93).Zeros(19 * 2153).Zeros(2);
     ASSERT_EQ(metering.Size() + 39 * 81 + analyzers.Size(), 46371u);
@@ -239,16 +205,16 @@ TEST_F(DebugBytes, ConvergenceRecordsLimitsMovesAndItsHistory)
     ByteWriter      moves;
     for (const FLOAT log : {7.0f * decade, 471.5f})
     {
-        moves.Add<FLOAT>(log).Add<FLOAT>(log).Add<FLOAT>(log);
+        moves.Add<FLOAT>(log, log, log);
     }
     ByteWriter convergence;
     for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
     {
-        convergence.Add<FLOAT>(decade).Add<FLOAT>(9.0f * decade).Add<FLOAT>(1.0f).Add<FLOAT>(64.0f);
+        convergence.Add<FLOAT>(decade, 9.0f * decade, 1.0f, 64.0f);
     }
     convergence.Bytes(moves.Get());
-    convergence.Add<FLOAT>(6.0f * decade).Add<FLOAT>(6.0f * decade).Add<FLOAT>(6.0f * decade);
-    convergence.Add<FLOAT>(0.5f).Add<FLOAT>(0.75f).Add<UINT8>(1).Add<FLOAT>(1.0f).Add<UINT8>(0).Add<UINT8>(0);
+    convergence.Add<FLOAT>(6.0f * decade, 6.0f * decade, 6.0f * decade);
+    convergence.Add<FLOAT>(0.5f, 0.75f).Add<UINT8>(1).Add<FLOAT>(1.0f).Add<UINT8>(0, 0);
     convergence.Add<FLOAT>(0.0f).Add<UINT8>(1);
     convergence.Add<UINT32>(1).Bytes(moves.Get()).Zeros(19 * 28);
     ASSERT_EQ(convergence.Size(), 664u);
@@ -278,10 +244,10 @@ TEST_F(DebugBytes, ArbitrationRecordsTheLastControlOfEachExposure)
     arbitrateAs(30000, TRUE);  // the limits of a frame are no exposure
 
     ByteWriter exposure;
-    exposure.Add<FLOAT>(20.0f).Add<UINT64>(500000).Add<FLOAT>(7.0f * 77.89853f).Add<FLOAT>(1.0f);
+    exposure.Add<FLOAT>(20.0f).Add<UINT64>(500000).Add<FLOAT>(7.0f * 77.89853f, 1.0f);
     exposure.Add<UINT64>(10000000).Add<UINT32>(0);
-    exposure.Add<FLOAT>(1.0f).Add<FLOAT>(20.0f).Add<UINT64>(1).Add<UINT64>(500000);
-    exposure.Add<FLOAT>(0.0f).Add<FLOAT>(7.0f * 77.89853f).Add<FLOAT>(0.0f);
+    exposure.Add<FLOAT>(1.0f, 20.0f).Add<UINT64>(1, 500000);
+    exposure.Add<FLOAT>(0.0f, 7.0f * 77.89853f, 0.0f);
     ASSERT_EQ(exposure.Size(), 68u);
     m_record.ExpectZeros(recordoffset::Arbitration, 68);
     m_record.ExpectBytes(recordoffset::Arbitration + 68, exposure);
@@ -294,10 +260,10 @@ TEST_F(DebugBytes, ExtensionRecordsItsFlags)
     SetTrigger(TriggerCtrlLux, 123.25f);
     EndFrame();
     ByteWriter extension;
-    extension.Add<FLOAT>(123.25f).Add<UINT8>(0).Add<UINT8>(AECAlgoOperationModeStreaming);
+    extension.Add<FLOAT>(123.25f).Add<UINT8>(0, AECAlgoOperationModeStreaming);
     // Lux above the zeros of the flash limits: flash and delay for faces; ZLL is tuned on; no stretch.
-    extension.Add<UINT8>(0).Add<UINT8>(1).Add<UINT8>(0).Add<UINT8>(0).Add<UINT8>(1).Add<UINT8>(0).Add<UINT8>(0);
-    extension.Add<FLOAT>(0.0f).Add<FLOAT>(1.0f);
+    extension.Add<UINT8>(0, 1, 0, 0, 1, 0, 0);
+    extension.Add<FLOAT>(0.0f, 1.0f);
     extension.Zeros(1 + 3 + 5 * 4 + 1).Add<UINT8>(1).Zeros(2).Add<UINT8>(1);
     ASSERT_EQ(extension.Size(), 50u);
     m_record.ExpectBytes(recordoffset::Extension, extension);
@@ -325,18 +291,18 @@ TEST_F(DebugBytes, StatisticsFollowTheVerboseFlag)
     m_record.Host().SetEnabled(true);
     BeginFrame();
     ByteWriter stats;
-    stats.Add<UINT8>(2).Add<UINT8>(1).Add<UINT8>(1);
-    stats.Add<UINT32>(1).Add<UINT32>(2).Add<UINT32>(3).Add<UINT32>(4);
-    stats.Add<UINT64>(0x0102030405060708).Field("luma", 64).Add<UINT8>(1).Add<UINT8>(0);
-    stats.Add<UINT32>(4).Add<UINT32>(4).Add<UINT32>(0).Add<INT32>(8);
+    stats.Add<UINT8>(2, 1, 1);
+    stats.Add<UINT32>(1, 2, 3, 4);
+    stats.Add<UINT64>(0x0102030405060708).Field("luma", 64).Add<UINT8>(1, 0);
+    stats.Add<UINT32>(4, 4, 0).Add<INT32>(8);
     for (UINT32 region = 0; region < 16; ++region)
     {
         stats.Add<FLOAT>(static_cast<FLOAT>(region));
     }
     stats.Zeros((3072 - 16) * 4 + 1024 * 4);
-    stats.Add<UINT64>(0x0102030405060708).Field("hist", 64).Add<UINT8>(1).Add<UINT8>(1);
-    stats.Add<UINT32>(0).Add<UINT32>(0).Add<UINT32>(4).Add<INT32>(10).Zeros(3072 * 4);
-    stats.Add<UINT32>(1).Add<UINT32>(2).Add<UINT32>(3).Add<UINT32>(4).Zeros((1024 - 4) * 4);
+    stats.Add<UINT64>(0x0102030405060708).Field("hist", 64).Add<UINT8>(1, 1);
+    stats.Add<UINT32>(0, 0, 4).Add<INT32>(10).Zeros(3072 * 4);
+    stats.Add<UINT32>(1, 2, 3, 4).Zeros((1024 - 4) * 4);
     stats.Zeros(18 * channelSize);
     ASSERT_EQ(stats.Size(), 329499u);
     m_record.ExpectBytes(recordoffset::Stats, stats);

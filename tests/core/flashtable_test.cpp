@@ -47,8 +47,8 @@ protected:
 
     VOID Load()
     {
-        m_context.SetTuning(TestTuning().Add(m_tuning).Add(m_algorithms));
-        m_context.m_pBankManager->SetBankTuning(BankIDMetering2D, nullptr, &m_table, 1);
+        Tune(m_tuning, m_algorithms);
+        SetBank(BankIDMetering2D, &m_table);
     }
 
     KiroResult Run()
@@ -112,20 +112,17 @@ TEST_F(FlashTable, PredictsTheGainOfEachRegion)
 TEST_F(FlashTable, TopGainsRiseAndTheOthersBecomeOne)
 {
     std::fill(m_lumaLow.begin() + 100, m_lumaLow.end(), 12.5f);
-    m_rConfig.satPreventStrength = 0.5f;
-    const struct
+    m_rConfig.satPreventStrength          = 0.5f;
+    const std::pair<FLOAT, FLOAT> cases[] = {
+        {0.5f, 15.0f},  // 3 + (27 - 3) / 2 over a floor of 1, the gain at place 127
+        {0.62f, 1.0f},  // place 96 is one of the hundred
+        {1.0f, 1.0f},  {5.0f, 1.0f}, {-5.0f, 15.0f}, {std::numeric_limits<FLOAT>::quiet_NaN(), 1.0f}};
+    for (const auto& [kFloorPct, expected] : cases)
     {
-        FLOAT kFloorPct;
-        FLOAT expected;
-    } cases[] = {{0.5f, 15.0f},  // 3 + (27 - 3) / 2 over a floor of 1, the gain at place 127
-                 {0.62f, 1.0f},  // place 96 is one of the hundred
-                 {1.0f, 1.0f},  {5.0f, 1.0f}, {-5.0f, 15.0f}, {std::numeric_limits<FLOAT>::quiet_NaN(), 1.0f}};
-    for (const auto& rCase : cases)
-    {
-        m_rConfig.kFloorPct = rCase.kFloorPct;
+        m_rConfig.kFloorPct = kFloorPct;
         EXPECT_EQ(Run(), 0);
-        EXPECT_EQ(Weights()[0], rCase.expected) << rCase.kFloorPct;
-        EXPECT_EQ(Weights()[200], 1.0f) << rCase.kFloorPct;
+        EXPECT_EQ(Weights()[0], expected) << kFloorPct;
+        EXPECT_EQ(Weights()[200], 1.0f) << kFloorPct;
     }
 }
 
@@ -150,8 +147,9 @@ TEST_F(FlashTable, SpecklesLoseTheirGain)
     m_satLow[5]   = 150.0f;  // first row: spreads, but keeps its gain
     m_satLow[47]  = 190.0f;  // right edge
     m_satLow[48]  = 150.0f;  // left edge of the row below: no neighbour of the cell before it
+    m_satLow[225] = 150.0f;  // beside the lower left corner
     EXPECT_EQ(Run(), 0);
-    for (UINT32 half : {100u, 99u, 101u, 84u, 116u, 21u, 48u})
+    for (UINT32 half : {100u, 99u, 101u, 84u, 116u, 21u, 48u, 225u, 226u, 209u})
     {
         EXPECT_EQ(Weights()[half], 1.25f) << half << ": an eighth of 2 is left half way through the range";
     }
@@ -161,18 +159,14 @@ TEST_F(FlashTable, SpecklesLoseTheirGain)
     EXPECT_EQ(Weights()[98], 3.0f);
     EXPECT_EQ(Weights()[68], 3.0f) << "above a cell that was only marked by its neighbour";
 
-    const struct
+    const std::pair<BOOL, SpeckleScreenType> off[] = {{TRUE, m_rConfig.SpeckleScreen},
+                                                      {FALSE, {FALSE, {100.0f, 200.0f}}},
+                                                      {FALSE, {TRUE, {100.0f, 100.0f}}},
+                                                      {FALSE, {TRUE, {-20.0f, -10.0f}}}};
+    for (const auto& [disabled, screen] : off)
     {
-        BOOL              disabled;
-        SpeckleScreenType screen;
-    } off[] = {{TRUE, m_rConfig.SpeckleScreen},
-               {FALSE, {FALSE, {100.0f, 200.0f}}},
-               {FALSE, {TRUE, {100.0f, 100.0f}}},
-               {FALSE, {TRUE, {-20.0f, -10.0f}}}};
-    for (const auto& rCase : off)
-    {
-        m_context.m_input.overrideSetting.disableSpeckleDetection = rCase.disabled;
-        m_rConfig.SpeckleScreen                                   = rCase.screen;
+        m_context.m_input.overrideSetting.disableSpeckleDetection = disabled;
+        m_rConfig.SpeckleScreen                                   = screen;
         EXPECT_EQ(Run(), 0);
         EXPECT_EQ(Weights()[100], 3.0f);
     }
@@ -180,21 +174,17 @@ TEST_F(FlashTable, SpecklesLoseTheirGain)
 
 TEST_F(FlashTable, NeedsFourChannelsOfAllRegions)
 {
-    std::vector<FLOAT> coarse(64, 1.0f);
-    const struct
-    {
-        const CHAR* pChannel;
-        const CHAR* pText;
-    } cases[] = {{"lumaOff", "could not get luma16Off stats"},
-                 {"satOff", "could not get sat16Off stats"},
-                 {"lumaLow", "could not get luma16Low stats"},
-                 {"satLow", "could not get sat16Low stats"}};
+    std::vector<FLOAT>                        coarse(64, 1.0f);
+    const std::pair<const CHAR*, const CHAR*> cases[] = {{"lumaOff", "could not get luma16Off stats"},
+                                                         {"satOff", "could not get sat16Off stats"},
+                                                         {"lumaLow", "could not get luma16Low stats"},
+                                                         {"satLow", "could not get sat16Low stats"}};
     Load();
-    for (const auto& rCase : cases)
+    for (const auto& [pChannel, pText] : cases)
     {
         EXPECT_EQ(m_module.RunTableGen(), 1);
-        EXPECT_TRUE(m_log.Has(LevelError, rCase.pText));
-        Set(Grid(rCase.pChannel, 16, 16, m_lumaOff));
+        EXPECT_TRUE(m_log.Has(LevelError, pText));
+        Set(Grid(pChannel, 16, 16, m_lumaOff));
     }
     EXPECT_EQ(m_module.RunTableGen(), 0);
 
@@ -223,16 +213,16 @@ protected:
     {
         std::fill(m_lumaLow.begin(), m_lumaLow.begin() + 128, 12.5f);
         std::fill(m_lumaLow.begin() + 128, m_lumaLow.end(), 37.5f);
-        m_satOff[Corner]           = 201.0f;
-        m_rTuning.enable           = TRUE;
-        m_rTuning.BackGrdMask      = {1, 0, m_backLux};
-        m_rTuning.ForeGrdMask      = {1, 0, m_foreLux};
-        m_rTuning.HighPct          = 100;
-        m_rTuning.BackGrdThld      = 0.5f;
-        m_rTuning.ForeGrdThld      = 0.49f;
-        m_rTuning.BackGrdPctDataID = SharePctID;
-        m_rTuning.BackGrdBiasTblID = BackgroundID;
-        m_rTuning.ForeGrdBiasTblID = ForegroundID;
+        m_satOff[Corner] = 201.0f;
+        m_rTuning        = {.enable           = TRUE,
+                            .BackGrdMask      = {1, 0, m_backLux},
+                            .ForeGrdMask      = {1, 0, m_foreLux},
+                            .BackGrdPctDataID = SharePctID,
+                            .BackGrdBiasTblID = BackgroundID,
+                            .ForeGrdBiasTblID = ForegroundID,
+                            .HighPct          = 100,
+                            .BackGrdThld      = 0.5f,
+                            .ForeGrdThld      = 0.49f};
     }
 
     FLOAT Detect()
@@ -273,7 +263,7 @@ TEST_F(PrecisionFlash, SplitsTheBiasTable)
     EXPECT_EQ(pForeground[Corner], 0.0f) << "bright without LED";
 
     ByteWriter bytes;
-    bytes.Add<UINT8>(1).Add<FLOAT>(50.0f).Add<FLOAT>(100.0f * 127.0f / 256.0f);
+    bytes.Add<UINT8>(1).Add<FLOAT>(50.0f, 100.0f * 127.0f / 256.0f);
     for (UINT32 cell = 0; cell < 128; ++cell)
     {
         bytes.Add<FLOAT>(1.0f);
@@ -306,34 +296,27 @@ TEST_F(PrecisionFlash, NeedsEnoughBackgroundAndForeground)
 
 TEST_F(PrecisionFlash, HysteresisFollowsTheTimeSinceTheLastDetection)
 {
-    TriggerSystemEndLevelType         seconds[] = {{{0.0f, 0.0f}, 1.0f}, {{2.0f, 2.0f}, 0.0f}};
-    TwoLevelTriggerSystemLevel1Type   lux[]     = {{{0.0f, 500.0f}, 2, 0, seconds}};
-    TwoLevelDataBankTriggerSystemType system{};
-    system.trigger1Data      = lux;
-    system.trigger1DataCount = 1;
-    kirometeringsaalgorithm::SAAlgorithmType algorithm{};
-    algorithm.ID                          = 3;
-    algorithm.extensionTriggerSystem      = &system;
-    algorithm.extensionTriggerSystemCount = 1;
-    m_algorithms.SAAlgorithm              = &algorithm;
-    m_algorithms.SAAlgorithmCount         = 1;
-    m_rTuning.BackGrdThld                 = 0.99f;
+    TriggerSystemEndLevelType                seconds[] = {{{0.0f, 0.0f}, 1.0f}, {{2.0f, 2.0f}, 0.0f}};
+    TwoLevelTriggerSystemLevel1Type          lux[]     = {{{0.0f, 500.0f}, 2, 0, seconds}};
+    TwoLevelDataBankTriggerSystemType        system    = {.trigger1DataCount = 1, .trigger1Data = lux};
+    kirometeringsaalgorithm::SAAlgorithmType algorithm = {
+        .ID = 3, .extensionTriggerSystemCount = 1, .extensionTriggerSystem = &system};
+    m_algorithms.SAAlgorithm      = &algorithm;
+    m_algorithms.SAAlgorithmCount = 1;
+    m_rTuning.BackGrdThld         = 0.99f;
 
-    const struct
+    const std::pair<KIROPrecisionFlashHistory, FLOAT> cases[] = {
+        {{TRUE, 100, 130, 30.0f, 9.0f}, 0.5f},   // 49.5 of 50 percent are asked for
+        {{TRUE, 100, 130, 0.0f, 9.0f}, 0.5f},    // 30 frames per second
+        {{TRUE, 100, 130, 20.0f, 9.0f}, 0.25f},  // 74.25 percent
+        {{TRUE, 130, 100, 30.0f, 9.0f}, 0.0f},   // counted anew: long ago
+        {{FALSE, 100, 100, 30.0f, 9.0f}, 0.0f}};
+    for (const auto& [tuned, hysteresis] : cases)
     {
-        KIROPrecisionFlashHistory history;
-        FLOAT                     hysteresis;
-    } cases[] = {{{TRUE, 100, 130, 30.0f, 9.0f}, 0.5f},   // 49.5 of 50 percent are asked for
-                 {{TRUE, 100, 130, 0.0f, 9.0f}, 0.5f},    // 30 frames per second
-                 {{TRUE, 100, 130, 20.0f, 9.0f}, 0.25f},  // 74.25 percent
-                 {{TRUE, 130, 100, 30.0f, 9.0f}, 0.0f},   // counted anew: long ago
-                 {{FALSE, 100, 100, 30.0f, 9.0f}, 0.0f}};
-    for (const auto& rCase : cases)
-    {
-        KIROPrecisionFlashHistory history = rCase.history;
+        KIROPrecisionFlashHistory history = tuned;
         m_context.m_pPFHistory            = &history;
-        EXPECT_EQ(Detect(), (rCase.hysteresis == 0.5f) ? 1.0f : 0.0f);
-        EXPECT_EQ(history.hysteresis, rCase.hysteresis);
+        EXPECT_EQ(Detect(), (hysteresis == 0.5f) ? 1.0f : 0.0f);
+        EXPECT_EQ(history.hysteresis, hysteresis);
     }
     m_context.m_pPFHistory = nullptr;
     EXPECT_EQ(Detect(), 0.0f);
@@ -346,20 +329,16 @@ TEST_F(PrecisionFlash, TheMeanIsThatOfTheRegionsThatGainMost)
     std::fill(m_lumaLow.begin(), m_lumaLow.end(), 12.5f);
     std::fill(m_lumaLow.begin(), m_lumaLow.begin() + 64, 37.5f);
     std::fill(m_lumaLow.begin() + 64, m_lumaLow.begin() + 128, 22.5f);
-    const struct
+    const std::tuple<INT32, INT32, FLOAT> cases[] = {
+        {0, 25, 35.0f},  {1, 25, 100.0f},       {1, 10, 100.0f},
+        {1, 50, 70.0f},  {1, 30, 89.86962f},  // 77 regions: 13 of the second bin
+        {1, 100, 35.0f}, {1, 1000000000, 35.0f}};
+    for (const auto& [detection, highPct, mean] : cases)
     {
-        INT32 detection;
-        INT32 highPct;
-        FLOAT mean;
-    } cases[] = {{0, 25, 35.0f},  {1, 25, 100.0f},       {1, 10, 100.0f},
-                 {1, 50, 70.0f},  {1, 30, 89.86962f},  // 77 regions: 13 of the second bin
-                 {1, 100, 35.0f}, {1, 1000000000, 35.0f}};
-    for (const auto& rCase : cases)
-    {
-        m_rTuning.DetectionType = rCase.detection;
-        m_rTuning.HighPct       = rCase.highPct;
+        m_rTuning.DetectionType = detection;
+        m_rTuning.HighPct       = highPct;
         EXPECT_EQ(Detect(), 1.0f);
-        EXPECT_NEAR(m_context.Trigger(SharePctID), 3500.0f / rCase.mean, 1e-3f) << rCase.highPct;
+        EXPECT_NEAR(m_context.Trigger(SharePctID), 3500.0f / mean, 1e-3f) << highPct;
     }
 }
 

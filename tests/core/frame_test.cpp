@@ -1,9 +1,7 @@
 // Whole frames through the function table: what the sensor did comes back as statistics of the next frame.
 
-#include <cstdio>
-
 #include "tests/core/framefixture.h"
-#include "tools/tuningfile/files.h"
+#include "tests/support/temporaryfile.h"
 
 namespace
 {
@@ -247,19 +245,13 @@ struct FileStore
 {
     explicit FileStore(const std::string& rTuning)
     {
-        tuningfile::ReplaceFile(
-            path, tuningfile::WriteBinary(tuningfile::ParseText(rTuning, "frame.yaml"), tuningfile::NewestVersion));
+        file.Write(tuningfile::WriteBinary(tuningfile::ParseText(rTuning, "frame.yaml"), tuningfile::NewestVersion));
         store.SetLiveTuningAutostart(false);
-        EXPECT_TRUE(store.LoadBinaryParameters(path.c_str())) << store.GetErrorText();
+        EXPECT_TRUE(store.LoadBinaryParameters(file.path.c_str())) << store.GetErrorText();
     }
 
-    ~FileStore()
-    {
-        std::remove(path.c_str());
-    }
-
-    const std::string path = testing::TempDir() + "frame_test_store.bin";
-    TuningSetManager  store{"file"};
+    const TemporaryFile file{"frame_test_store.bin"};
+    TuningSetManager    store{"file"};
 };
 
 class FramesOfAFile : private FileStore, public Frames

@@ -18,33 +18,15 @@
 #include "tools/tuningfile/binaryoutput.h"
 #include "tools/tuningfile/textinput.h"
 
-inline constexpr const CHAR* TuningAnchors = R"(
+/// Meters the average for a luma of 50, goes half of the way in each frame, and splits exposures into time, then gain.
+/// No stretch; settled after two frames within three indices; one stop of EV is one step. Entry 2 of the regions
+/// applies during a touch.
+inline const std::string FrameTuning = R"(
 x-everywhere: &everywhere {start: 0, end: 1}
 x-one: &one
   selection: TriggerSystemMethod
   triggerSystem: {trigger1Data: [{trigger: *everywhere, trigger2Data: [{trigger: *everywhere, triggerData: 1.0}]}]}
-x-bank: &none {bankID: BankIDTriggers, dataID: 0})";
-
-/// No stretch, settled after two frames within three indices; one stop of EV is one step.
-inline constexpr const CHAR* StretchAndSettle = R"(      kirodbconvstretch:
-        dataBank: {bankID: BankIDConvStretch}
-        data: [{dataID: 1}]
-      kirodbconvsettle:
-        dataBank: {bankID: BankIDConvSettle}
-        data:
-          - dataID: 1
-            value:
-              baseSettleTrigger:
-                trigger1DataBank: *none
-                trigger2DataBank: *none
-                trigger1Data: [{trigger: *everywhere, trigger2Data: [{trigger: *everywhere, triggerData: {settleCountTh: 2, settleExpTh: 3.0}}]}]
-      kiroev:
-        EVCoreData: {stepsPerEV: 1, minEVValue: -1, maxEVValue: 1, EVCompTable: {EVCompTableElements: {fill: 1.0, 0: 0.5, 2: 2.0}}, bracketingEV: {bracketingAdjForEVPos2: 1.0, bracketingAdjForEVNeg2: 1.0}}
-)";
-
-/// Meters the average for a luma of 50, goes half of the way in each frame, and splits exposures into time, then gain.
-/// Entry 2 of the regions applies during a touch.
-inline const std::string FrameTuning = std::string(TuningAnchors) + R"(
+x-bank: &none {bankID: BankIDTriggers, dataID: 0}
 modes:
   Default:
     modules:
@@ -105,10 +87,32 @@ modes:
               trigger2DataBank: *none
               trigger3DataBank: *none
               trigger1Data: [{trigger: *everywhere, trigger2Data: [{trigger: *everywhere, trigger3Data: [{trigger: *everywhere, triggerData: {baseSpeed: 0.5, baseCapping: 1.0, drcSpeed: 0.5}}]}]}]
-)" + StretchAndSettle + R"(      kiroextension:
+      kirodbconvstretch:
+        dataBank: {bankID: BankIDConvStretch}
+        data: [{dataID: 1}]
+      kirodbconvsettle:
+        dataBank: {bankID: BankIDConvSettle}
+        data:
+          - dataID: 1
+            value:
+              baseSettleTrigger:
+                trigger1DataBank: *none
+                trigger2DataBank: *none
+                trigger1Data: [{trigger: *everywhere, trigger2Data: [{trigger: *everywhere, triggerData: {settleCountTh: 2, settleExpTh: 3.0}}]}]
+      kiroev:
+        EVCoreData: {stepsPerEV: 1, minEVValue: -1, maxEVValue: 1, EVCompTable: {EVCompTableElements: {fill: 1.0, 0: 0.5, 2: 2.0}}, bracketingEV: {bracketingAdjForEVPos2: 1.0, bracketingAdjForEVNeg2: 1.0}}
+      kiroextension:
         flagMonitor:
           YHistStretch: {clampValue: {bankID: BankIDSceneAnalyzer, dataID: 30}, scalingValue: {bankID: BankIDConvActiveSCD, dataID: 5}}
 )";
+
+/// Changes a tuning in one place.
+inline VOID Replace(std::string& rText, const std::string& rOld, const std::string& rNew)
+{
+    const size_t position = rText.find(rOld);
+    ASSERT_NE(position, std::string::npos) << rOld;
+    rText.replace(position, rOld.size(), rNew);
+}
 
 inline constexpr UINT64 StartExposure = 1000000;
 
@@ -151,9 +155,7 @@ protected:
     template <typename T> MNKResult Set(AECAlgoSetParamType type, T value)
     {
         AECAlgoSetParam param = {&value, sizeof(value), type};
-        KIROSetInput    input{};
-        input.source      = AECPEKSetParam;
-        input.u.pPEKInput = &param;
+        KIROSetInput    input = {.source = AECPEKSetParam, .u = {.pPEKInput = &param}};
         return m_pAlgo->setInput(m_pAlgo, &input);
     }
 
@@ -188,10 +190,8 @@ protected:
     KiroResult Converge()
     {
         KIROArbitratedLimits limits = m_limits;
-        KIROConvergenceInput input{};
-        input.frameID            = m_frameID;
-        input.pRange             = &limits;
-        input.bIsMeteringSkipped = m_metering.bIsMeteringSkipped;
+        KIROConvergenceInput input  = {
+             .frameID = m_frameID, .pRange = &limits, .bIsMeteringSkipped = m_metering.bIsMeteringSkipped};
         std::copy(std::begin(m_metering.exposures), std::end(m_metering.exposures), input.sensitivities);
         const KiroResult result = m_pAlgo->RunConvProcess(m_pAlgo, input, m_convergence);
         limits                  = {};  // from here on the host's memory is its own again
@@ -244,9 +244,7 @@ protected:
 
     VOID SetSnapshot(KIROCoreSnapshotType type)
     {
-        KIROSetInput input{};
-        input.source         = KIROCoreSnapshot;
-        input.u.snapshotMode = type;
+        KIROSetInput input = {.source = KIROCoreSnapshot, .u = {.snapshotMode = type}};
         EXPECT_EQ(m_pAlgo->setInput(m_pAlgo, &input), 0);
     }
 
@@ -275,18 +273,17 @@ protected:
     {
         for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
         {
-            KIROArbitrationInput input{};
-            input.controlID           = kirodbarbitrationorder::ArbCtrlTable;
-            input.controlBank         = BankIDArbitrationTable;
-            input.controlDataID       = 1;
-            input.expType             = static_cast<AECAlgoExposureType>(type);
-            input.exposures[type]     = {1.0f, 20000, 0.0f, 1.0f, m_convergence.exposures[type], 0, 0.0f, 0, 0};
-            input.sensorRange         = {1.0f, 64.0f, 20000, 33333333};
-            input.range.start         = {1.0f, 20000, 0.0f, 1.0f, 0, 0, 0.0f, 0, 0};
-            input.range.end           = {64.0f, 33333333, 0.0f, 1.0f, 0, 0, 0.0f, 0, 0};
-            input.indexZeroExposure   = 1;
-            m_arbitration[type].range = input.range;
-            m_arbitration[type].FPS   = 30.0f;
+            KIROArbitrationInput input = {.controlID     = kirodbarbitrationorder::ArbCtrlTable,
+                                          .controlBank   = BankIDArbitrationTable,
+                                          .controlDataID = 1,
+                                          .expType       = static_cast<AECAlgoExposureType>(type)};
+            input.exposures[type]      = {1.0f, 20000, 0.0f, 1.0f, m_convergence.exposures[type], 0, 0.0f, 0, 0};
+            input.sensorRange          = {1.0f, 64.0f, 20000, 33333333};
+            input.range.start          = {1.0f, 20000, 0.0f, 1.0f, 0, 0, 0.0f, 0, 0};
+            input.range.end            = {64.0f, 33333333, 0.0f, 1.0f, 0, 0, 0.0f, 0, 0};
+            input.indexZeroExposure    = 1;
+            m_arbitration[type].range  = input.range;
+            m_arbitration[type].FPS    = 30.0f;
             EXPECT_EQ(m_pAlgo->runArbitration(m_pAlgo, &input, &m_arbitration[type]), 0);
         }
     }

@@ -6,12 +6,12 @@
 #include <cstdio>
 #include <functional>
 #include <string>
-#include <unistd.h>
 #include <utility>
 #include <vector>
 
 #include "tests/core/framefixture.h"
 #include "tests/support/statslogcapture.h"
+#include "tests/support/temporaryfile.h"
 
 namespace
 {
@@ -31,13 +31,6 @@ constexpr INT32 MapID        = 40;
 
 /// The version that counts as settled after one frame.
 constexpr UINT32 QuickVersion = 9;
-
-VOID Replace(std::string& rText, const std::string& rOld, const std::string& rNew)
-{
-    const size_t position = rText.find(rOld);
-    ASSERT_NE(position, std::string::npos) << rOld;
-    rText.replace(position, rOld.size(), rNew);
-}
 
 /// A tuning of whole frames. Each module has something that tells the versions apart.
 std::string TuningText(UINT32 version)
@@ -149,12 +142,7 @@ public:
     {
         Write(rContent);
         m_store.SetLiveTuningAutostart(false);
-        EXPECT_TRUE(m_store.LoadBinaryParameters(m_path.c_str())) << m_store.GetErrorText();
-    }
-
-    ~StoredTuning()
-    {
-        std::remove(m_path.c_str());
+        EXPECT_TRUE(m_store.LoadBinaryParameters(m_file.path.c_str())) << m_store.GetErrorText();
     }
 
     VOID Reload(const Content& rContent)
@@ -175,16 +163,13 @@ public:
         std::vector<BYTE> bytes =
             tuningfile::WriteBinary(tuningfile::ParseText(text, "reload.yaml"), tuningfile::NewestVersion);
         bytes.back() ^= rContent.isRefused ? 1 : 0;
-        std::FILE* pFile = std::fopen(m_path.c_str(), "wb");
-        ASSERT_NE(pFile, nullptr);
-        EXPECT_EQ(std::fwrite(bytes.data(), 1, bytes.size(), pFile), bytes.size());
-        std::fclose(pFile);
+        m_file.Write(bytes);
     }
 
 private:
-    const std::string m_path = testing::TempDir() + "reload_" + std::to_string(::getpid()) + ".bin";
-    TuningSetManager  m_store{"reload"};
-    TuningMode        m_mode{ModeType::Default, {0}};
+    const TemporaryFile m_file{"reload.bin"};
+    TuningSetManager    m_store{"reload"};
+    TuningMode          m_mode{ModeType::Default, {0}};
 };
 
 /// A camera whose exposures stay at the start's, so that what it answers in a frame follows from its tuning alone.

@@ -7,11 +7,8 @@
 #include <string>
 #include <vector>
 
-#include <gtest/gtest.h>
-
 #include "core/base/tuningaccess.h"
 #include "parameters/tablemodule.h"
-#include "tests/support/statslogcapture.h"
 #include "tests/support/testcontext.h"
 
 namespace
@@ -31,7 +28,7 @@ constexpr CHAR HoldLetters[]  = "-he";
 
 /// One detector with the baseline 100, a threshold of 10 for 2 frames, a stable window of 3 frames and 10 percent, and
 /// a hold of 1 s at 2 frames per second.
-class SceneChange : public testing::Test
+class SceneChange : public ContextTest
 {
 protected:
     SceneChange()
@@ -70,10 +67,7 @@ protected:
     /// A new manager over the records as they are.
     VOID Load()
     {
-        KIROSceneChangeDetectorType tuning{};
-        tuning.scdBankCount = 2;
-        tuning.scdBank      = m_detectors;
-        m_context.SetTuning(TestTuning().Add(tuning));
+        Tune(KIROSceneChangeDetectorType{.scdBankCount = 2, .scdBank = m_detectors});
         m_pManager = TavoNew<CSCDManager>(m_context);
     }
 
@@ -149,8 +143,6 @@ protected:
     ThreeLevelTriggerSystemLevel1Type m_hold1[2] = {{{0.0f, 0.0f}, 1, 0, &m_hold2[0]},
                                                     {{1024.0f, 1024.0f}, 1, 0, &m_hold2[1]}};
     AECSCDType                        m_detectors[2]{};
-    StatsLogCapture                   m_log;
-    TestContext                       m_context;
     TavoPtr<CSCDManager>              m_pManager;
 };
 
@@ -193,22 +185,19 @@ TEST_F(SceneChange, ThresholdFollowsItsTriggers)
 
 TEST_F(SceneChange, FiltersItsInput)
 {
-    const struct
-    {
-        SCDetectionDataFilterType filter;
-        UINT32                    window;
-        UINT32                    frames;  // at 200 before the filtered value has moved by 10
-    } filters[] = {{Disable, 5, 1}, {Average, 1, 1}, {Average, 99, 1}, {Median, 4, 3}, {Median, 5, 3}, {Median, 99, 6}};
+    // expected: frames at 200 before the filtered value has moved by 10
+    const std::tuple<SCDetectionDataFilterType, UINT32, UINT32> filters[] = {
+        {Disable, 5, 1}, {Average, 1, 1}, {Average, 99, 1}, {Median, 4, 3}, {Median, 5, 3}, {Median, 99, 6}};
     const std::vector<FLOAT> calm(10, 100.0f);
     SetCountThres(1);
-    for (const auto& rFilter : filters)
+    for (const auto& [filter, window, expected] : filters)
     {
-        Detector().SCDetectionConfig.inputDataConfig.filterType = rFilter.filter;
-        Detector().SCDetectionConfig.inputDataConfig.windowSize = rFilter.window;
+        Detector().SCDetectionConfig.inputDataConfig.filterType = filter;
+        Detector().SCDetectionConfig.inputDataConfig.windowSize = window;
         Load();
         EXPECT_EQ(States(calm), "mmmmmmmmmm");
         const size_t frames = States(std::vector<FLOAT>(10, 200.0f)).find('c') + 1;
-        EXPECT_EQ(frames, rFilter.frames) << rFilter.filter << ", " << rFilter.window;
+        EXPECT_EQ(frames, expected) << filter << ", " << window;
     }
 
     // The mean of ten moves by a tenth of the step; of no values it is 0, and so is the median.
@@ -245,27 +234,21 @@ TEST_F(SceneChange, StartsOnlyOnceTheExposureHasSettled)
 
 TEST_F(SceneChange, StableNeedsAFullWindowAndAMeanOffZero)
 {
-    const struct
-    {
-        UINT32             window;
-        FLOAT              variation;
-        std::vector<FLOAT> values;
-        std::string        states;
-    } cases[] = {
+    const std::tuple<UINT32, FLOAT, std::vector<FLOAT>, std::string> cases[] = {
         {1, 0.0f, {200.0f, 200.0f, 900.0f}, "mcs"},
         {3, 10.0f, {0.0f, 0.0f, 0.0f}, "mcs"},
         {3, 0.0f, {0.0f, 0.0f, 0.0f}, "mcc"},
         {2, 1e30f, {200.0f, 200.0f, -200.0f, -200.0f}, "mccs"},
         {99, 1.0f, std::vector<FLOAT>(10, 200.0f), "mccccccccs"},
     };
-    for (const auto& rCase : cases)
+    for (const auto& [window, variation, values, states] : cases)
     {
-        SCOPED_TRACE(testing::Message() << rCase.window << ", " << rCase.variation);
-        Detector().SCDetectionConfig.SCPostStableConfig             = {rCase.window, rCase.variation};
+        SCOPED_TRACE(testing::Message() << window << ", " << variation);
+        Detector().SCDetectionConfig.SCPostStableConfig             = {window, variation};
         Detector().SCDetectionConfig.thresConfig.baselineType       = UseFixedBaseline;
         Detector().SCDetectionConfig.thresConfig.fixedBaselineValue = 100.0f;
         Load();
-        EXPECT_EQ(States(rCase.values), rCase.states);
+        EXPECT_EQ(States(values), states);
     }
     // The values before a rebase count as present; they are the baseline now.
     m_pManager->Rebase(ID);
@@ -298,14 +281,11 @@ TEST_F(SceneChange, HoldsAChangeForItsTime)
 
 TEST_F(SceneChange, HoldTimeKeepsItsExtreme)
 {
-    const struct
+    // Frames after 0, 0.5, 1 ... s: 1.5 s exceed 1.25 s, 3.5 s exceed 3 s, 2 s exceed 1.75 s
+    const std::pair<HoldTimeFilterType, UINT32> filters[] = {{MinHoldTime, 4}, {MaxHoldTime, 8}, {CurrentHoldTime, 5}};
+    for (const auto& [filter, frames] : filters)
     {
-        HoldTimeFilterType filter;
-        UINT32             frames;  // after 0, 0.5, 1 ... s: 1.5 s exceed 1.25 s, 3.5 s exceed 3 s, 2 s exceed 1.75 s
-    } filters[] = {{MinHoldTime, 4}, {MaxHoldTime, 8}, {CurrentHoldTime, 5}};
-    for (const auto& rFilter : filters)
-    {
-        Detector().holdTimeConfig.holdTimeFilterType = rFilter.filter;
+        Detector().holdTimeConfig.holdTimeFilterType = filter;
         Start();
         Frame(150.0f);
         std::string holds = Holds({150.0f});
@@ -314,7 +294,7 @@ TEST_F(SceneChange, HoldTimeKeepsItsExtreme)
             m_context.SetTrigger(HoldSlot, holdTime);
             holds += Holds({150.0f});
         }
-        EXPECT_EQ(holds.find('e'), rFilter.frames) << rFilter.filter;
+        EXPECT_EQ(holds.find('e'), frames) << filter;
     }
 }
 
@@ -381,7 +361,7 @@ TEST_F(SceneChange, RunsAndAnswersByPriorityAndID)
     m_pManager->RunSCDetectors(MeteringStart, TRUE);
     EXPECT_EQ(State(), 'm');
 
-    m_context.SetTuning(TestTuning());
+    Tune();
     m_pManager->RunSCDetectors(ConvergenceStart, TRUE);
     EXPECT_EQ(m_pManager->GetSCDOutput(ID, untouched), FALSE) << "no module, no detectors";
 }

@@ -5,9 +5,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include <gtest/gtest.h>
-
-#include "tests/support/statslogcapture.h"
 #include "tests/support/testcontext.h"
 
 namespace
@@ -19,7 +16,7 @@ constexpr INT32 ControlTrigger = 70;  // and the two after it: the tuned control
 constexpr INT32 BlendSlot      = 120;
 
 /// Each control is a tree over one trigger that yields 0 to 16 for 0 to 16.
-class ShortBlend : public testing::Test
+class ShortBlend : public ContextTest
 {
 protected:
     ShortBlend()
@@ -36,10 +33,7 @@ protected:
 
     VOID Load()
     {
-        KIROParamExtensionType tuning{};
-        tuning.extensionParam      = &m_parameter;
-        tuning.extensionParamCount = 1;
-        m_context.SetTuning(TestTuning().Add(tuning));
+        Tune(KIROParamExtensionType{.extensionParamCount = 1, .extensionParam = &m_parameter});
     }
 
     VOID SetControls(FLOAT maxRatio, FLOAT maxADRC, FLOAT doBlend)
@@ -74,8 +68,6 @@ protected:
         return m_blend.RunConvPostprocess(output);
     }
 
-    StatsLogCapture                     m_log;
-    TestContext                         m_context;
     FLOAT                               m_data[4]   = {0.3f, 1.05f, BlendSlot, 0.5f};
     TriggerSystemEndLevelType           m_level3[2] = {{{0.0f, 1.0f}, 0.0f}, {{0.0f, 1.0f}, 16.0f}};
     ThreeLevelTriggerSystemLevel2Type   m_level2[2] = {{{0.0f, 1.0f}, 1, 0, &m_level3[0]},

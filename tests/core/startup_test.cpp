@@ -169,24 +169,12 @@ TEST_F(StartUp, SnapshotsAloneAreNoPreview)
     EXPECT_TRUE(m_log.Has(LevelTrace, "Previous mode exposure not available"));
 }
 
-/// A change between a mode with several exposures per frame and one without.
-struct HDRChange
-{
-    const CHAR* pName;
-    bool        isHDRThen;
-    bool        isHDRNow;
-    UINT64      shortThen;
-    UINT64      safeThen;
-    FLOAT       darkBoost;
-    Exposures   expected;
-    FLOAT       ADRCGain;
-};
-
 TEST_F(StartUp, LeavingHDROneExposureShowsWhatThreeDid)
 {
     constexpr UINT64 longThen = 9000000;
 
-    const HDRChange changes[] = {
+    // A change between a mode with several exposures per frame and one without, or none.
+    const std::tuple<const CHAR*, bool, bool, UINT64, UINT64, FLOAT, Exposures, FLOAT> changes[] = {
         {"ratio 6.5", true, false, 1000000, 6500000, 1.9f, {1625000, 6500000, 6500000}, 4.0f},
         {"ratio 3.7", true, false, 1000000, 3700000, 2.5f, {1233333, 7400000, 3700000}, 3.7f},
         {"ratio 1", true, false, 1000000, 1000000, 1.0f, {1000000, 1000000, 1000000}, 1.0f},
@@ -195,20 +183,20 @@ TEST_F(StartUp, LeavingHDROneExposureShowsWhatThreeDid)
         {"never", false, false, 1000000, 6500000, 1.5f, {1000000, longThen, 6500000}, 6.5f},
         {"entering", false, true, 1000000, 6500000, 1.5f, {1000000, 6500000, 6500000}, 6.5f},
     };
-    for (const HDRChange& rChange : changes)
+    for (const auto& [pName, isHDRThen, isHDRNow, shortThen, safeThen, darkBoost, expected, ADRCGain] : changes)
     {
-        SCOPED_TRACE(rChange.pName);
+        SCOPED_TRACE(pName);
         (VOID) Set(AECAlgoSetParamOperationMode, AECAlgoOperationModeStreaming);
-        (VOID) Set(AECAlgoSetParamMultiExpSensorMode, rChange.isHDRThen ? StaggeredHDR : HDRDisabled);
+        (VOID) Set(AECAlgoSetParamMultiExpSensorMode, isHDRThen ? StaggeredHDR : HDRDisabled);
         RunStartup();
-        RunFrameWith({rChange.shortThen, longThen, rChange.safeThen}, rChange.darkBoost);
+        RunFrameWith({shortThen, longThen, safeThen}, darkBoost);
         (VOID) Set(AECAlgoSetParamOperationMode, AECAlgoOperationModeStreaming);
-        (VOID) Set(AECAlgoSetParamMultiExpSensorMode, rChange.isHDRNow ? StaggeredHDR : HDRDisabled);
+        (VOID) Set(AECAlgoSetParamMultiExpSensorMode, isHDRNow ? StaggeredHDR : HDRDisabled);
         m_info = {};
         ASSERT_EQ(Ask(KIROStartExpPrevMode), 0);
-        EXPECT_EQ(Converged(), rChange.expected);
-        EXPECT_FLOAT_EQ(m_info.compenADRCGain, rChange.ADRCGain);
-        EXPECT_EQ(m_info.compensationDarkBoostGain, rChange.darkBoost);
+        EXPECT_EQ(Converged(), expected);
+        EXPECT_FLOAT_EQ(m_info.compenADRCGain, ADRCGain);
+        EXPECT_EQ(m_info.compensationDarkBoostGain, darkBoost);
     }
 }
 

@@ -35,10 +35,8 @@ protected:
 
     VOID Load(std::vector<TableGeneratorType> generators)
     {
-        KIROMtrTableGenType tuning{};
-        tuning.tableGenerator      = generators.data();
-        tuning.tableGeneratorCount = static_cast<UINT32>(generators.size());
-        m_context.SetTuning(TestTuning().Add(tuning));
+        Tune(KIROMtrTableGenType{.tableGeneratorCount = static_cast<UINT32>(generators.size()),
+                                 .tableGenerator      = generators.data()});
         m_context.m_pBankManager->SetBankTuning(BankIDMetering2D, nullptr, m_tables, 2);
     }
 

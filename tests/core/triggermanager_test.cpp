@@ -4,9 +4,6 @@
 
 #include <algorithm>
 
-#include <gtest/gtest.h>
-
-#include "tests/support/statslogcapture.h"
 #include "tests/support/testcontext.h"
 
 using namespace kirodbsnapshot;
@@ -44,7 +41,7 @@ struct Settings
     DRCGainTriggerSystemEndLevelType m_zones[4][2];
 };
 
-class SnapshotTriggers : public testing::Test
+class SnapshotTriggers : public ContextTest
 {
 protected:
     VOID Expect(UINT32 kind, UINT32 dataID, FLOAT lux, FLOAT adrcGain, FLOAT darkBoostGain)
@@ -57,23 +54,15 @@ protected:
         EXPECT_EQ(output.numOfOutput, 2);
     }
 
-    VOID SetBank(std::vector<DBSnapshotPayload>& rPayloads)
-    {
-        m_context.m_pBankManager->SetBankTuning(BankIDSnapshot, nullptr, rPayloads.data(),
-                                                static_cast<UINT32>(rPayloads.size()));
-    }
-
-    StatsLogCapture     m_log;
-    TestContext         m_context;
     CKIROTriggerManager m_manager{m_context};
 };
 
 TEST_F(SnapshotTriggers, EachKindOfSnapshotHasItsGains)
 {
-    Settings                       settings(5, 4.0f);
-    Settings                       selected(6, 1.0f);
-    std::vector<DBSnapshotPayload> payloads = {settings.m_payload, selected.m_payload};
-    SetBank(payloads);
+    const Settings    settings(5, 4.0f);
+    const Settings    selected(6, 1.0f);
+    DBSnapshotPayload payloads[] = {settings.m_payload, selected.m_payload};
+    m_context.m_pBankManager->SetBankTuning(BankIDSnapshot, nullptr, payloads, 2);
     for (UINT32 kind = 0; kind < 4; ++kind)
     {
         const FLOAT gain = 4.0f + 10.0f * static_cast<FLOAT>(kind);
@@ -83,15 +72,11 @@ TEST_F(SnapshotTriggers, EachKindOfSnapshotHasItsGains)
         Expect(kind, 0, 60.0f, gain - 3.0f, gain - 2.0f);
     }
     EXPECT_EQ(m_log.CountLevel(LevelError), 0u);
-}
 
-TEST_F(SnapshotTriggers, EachQueryStartsTheSearchAnew)
-{
-    // A trigger on a border belongs to the zone that the search comes from: always the lower one.
-    Settings settings(5, 4.0f);
-    settings.m_zones[0][1].triggerLux.start = 100.0f;
-    std::vector<DBSnapshotPayload> payloads = {settings.m_payload};
-    SetBank(payloads);
+    // Each query starts the search anew: a trigger on a border always belongs to the lower zone.
+    Settings bordering(5, 4.0f);
+    bordering.m_zones[0][1].triggerLux.start = 100.0f;
+    SetBank(BankIDSnapshot, &bordering.m_payload);
     Expect(0, 5, 250.0f, 8.0f, 9.0f);
     Expect(0, 5, 100.0f, 8.0f, 9.0f);
 }
@@ -110,11 +95,8 @@ TEST_F(SnapshotTriggers, AMissingIDKeepsThePreviousSettingsOfTheTuning)
     EXPECT_EQ(output.data[1], 0.0f);
     EXPECT_EQ(output.numOfOutput, 2);
 
-    Settings           settings(5, 4.0f);
-    KIRODBSnapshotType tuning{};
-    tuning.data      = &settings.m_payload;
-    tuning.dataCount = 1;
-    m_context.SetTuning(TestTuning().Add(tuning));
+    Settings settings(5, 4.0f);
+    Tune(KIRODBSnapshotType{.dataCount = 1, .data = &settings.m_payload});
     Expect(1, 5, 60.0f, 14.0f, 15.0f);
     Expect(2, 7, 60.0f, 24.0f, 25.0f);
 }

@@ -17,10 +17,12 @@ public:
     {
     }
 
-    /// A value in its slot.
-    template <typename T> ByteWriter& Add(T value)
+    /// Values of the type of the first one, each in its slot.
+    template <typename T, typename... More> ByteWriter& Add(T value, More... more)
     {
-        return Slot(&value, sizeof(value));
+        Slot(&value, sizeof(value));
+        (Add<T>(more), ...);
+        return *this;
     }
 
     /// A text field of fixed size, cut or filled with NULs.

@@ -2,13 +2,10 @@
 /// Channels as a host delivers them, and a stats processor with banks that a test fills.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <deque>
 #include <vector>
 
 #include "core/statsprocessor/ckiromodstatsprocessor.h"
-#include "tests/support/statslogcapture.h"
 #include "tests/support/testcontext.h"
 
 namespace statsfixture
@@ -43,7 +40,7 @@ inline KIROCntStatsOut Hist(const CHAR* pName, std::vector<UINT32>& rCounts, std
     return stats;
 }
 
-class StatsTest : public testing::Test
+class StatsTest : public ContextTest
 {
 protected:
     static constexpr INT32 TableID = 5;
@@ -52,7 +49,7 @@ protected:
     {
         m_table.dataID = TableID;
         std::fill(std::begin(m_table.weights), std::end(m_table.weights), 1.0f);
-        m_context.m_pBankManager->SetBankTuning(BankIDMetering2D, nullptr, &m_table, 1);
+        SetBank(BankIDMetering2D, &m_table);
     }
 
     KiroResult Set(KIROCntStatsOut stats)
@@ -64,11 +61,9 @@ protected:
     VOID SetROI(INT32 dataID, FLOAT x, FLOAT y, FLOAT dx, FLOAT dy)
     {
         m_region = {dataID, nullptr, {x, y, dx, dy}, 1.0f};
-        m_context.m_pBankManager->SetBankTuning(BankIDROITable, nullptr, &m_region, 1);
+        SetBank(BankIDROITable, &m_region);
     }
 
-    StatsLogCapture              m_log;
-    TestContext                  m_context;
     DBMeter2DWeightPayload       m_table{};
     DBROIPayload                 m_region{};
     TavoPtr<CKIROStatsProcessor> m_pStats;

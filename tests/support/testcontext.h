@@ -13,10 +13,13 @@
 #include <memory>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "core/ikirocontextmanager.h"
 #include "interface/ikirodebugdata.h"
 #include "parameters/tuningmode.h"
 #include "tests/support/recordwriter.h"
+#include "tests/support/statslogcapture.h"
 
 class TuningSetManager;
 
@@ -121,4 +124,26 @@ private:
     TuningMode                                     m_defaultMode;
     std::map<UINT32, KIROSCDOutput>                m_scdOutputs;
     NoDebugData                                    m_noDebugData;
+};
+
+/// A test of a single module in a context of its own.
+class ContextTest : public testing::Test
+{
+protected:
+    /// Loads a tuning of these modules in place of the present one.
+    template <typename... Records> VOID Tune(const Records&... rRecords)
+    {
+        TestTuning tuning;
+        (tuning.Add(rRecords), ...);
+        m_context.SetTuning(tuning);
+    }
+
+    /// Puts an entry into a bank in place of all others; null for none. It stays the caller's.
+    VOID SetBank(KIROBankIDType bankID, VOID* pPayload)
+    {
+        m_context.m_pBankManager->SetBankTuning(bankID, nullptr, pPayload, (pPayload != nullptr) ? 1 : 0);
+    }
+
+    StatsLogCapture m_log;
+    TestContext     m_context;
 };

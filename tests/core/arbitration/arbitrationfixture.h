@@ -2,15 +2,12 @@
 /// Arbitration of the Safe exposure on a desk: one call with a range, a table or a LUT that the test writes.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <string>
 #include <vector>
 
 #include "core/arbitration/arbitrationutils.h"
 #include "core/arbitration/ckiromodarbitration.h"
-#include "tests/support/statslogcapture.h"
 #include "tests/support/testcontext.h"
 
 using namespace kirodbarbitrationorder;
@@ -18,7 +15,7 @@ using namespace kirodbarbitrationorder;
 constexpr UINT64 Microsecond = 1000;
 constexpr UINT64 Millisecond = 1000 * Microsecond;
 
-class ArbitrationTest : public testing::Test
+class ArbitrationTest : public ContextTest
 {
 protected:
     /// Asks for gain 1 and 10 ms, within gains of 1 to 16 and 0.1 to 33 ms, on a sensor of 1 to 64 and 0.05 to 100 ms.
@@ -34,19 +31,14 @@ protected:
         SetBank(BankIDArbitrationLUT, &m_lut);
     }
 
-    VOID SetBank(KIROBankIDType bankID, VOID* pPayload)
-    {
-        m_context.m_pBankManager->SetBankTuning(bankID, nullptr, pPayload, 1);
-    }
-
     static KIROExposureSetType Set(FLOAT gain, UINT64 time)
     {
-        KIROExposureSetType set{};
-        set.gain     = gain;
-        set.time     = time;
-        set.corr     = 1.0f;
-        set.exposure = static_cast<UINT64>(std::llround(static_cast<DOUBLE>(gain) * static_cast<DOUBLE>(time)));
-        set.indx     = IndexOf(static_cast<DOUBLE>(set.exposure));
+        KIROExposureSetType set = {
+            .gain     = gain,
+            .time     = time,
+            .corr     = 1.0f,
+            .exposure = static_cast<UINT64>(std::llround(static_cast<DOUBLE>(gain) * static_cast<DOUBLE>(time)))};
+        set.indx = IndexOf(static_cast<DOUBLE>(set.exposure));
         return set;
     }
 
@@ -85,8 +77,6 @@ protected:
         EXPECT_EQ(m_out.range.end.time, endTime);
     }
 
-    StatsLogCapture  m_log;
-    TestContext      m_context;
     CKIROArbitration m_arbitration{m_context.m_tuningData, m_context};
 
     KIROArbitrationInput  m_in{};

@@ -25,10 +25,7 @@ protected:
     KiroResult RunMatch(UINT64 exposure)
     {
         ArbitrationReferenceType references[] = {{}, m_reference};
-        KIROArbitrationType      tuning{};
-        tuning.referenceArrayCount = 2;
-        tuning.referenceArray      = references;
-        m_context.SetTuning(TestTuning().Add(tuning));
+        Tune(KIROArbitrationType{.referenceArrayCount = 2, .referenceArray = references});
         SetBank(BankIDArbitrationTable, &m_table);
         m_rAsked.exposure = exposure;
         return Run(BankIDArbitrationTable, 9, ArbCtrlMatchHistory);
@@ -43,9 +40,7 @@ protected:
     /// A frame with one gain, and 11, 12 and 13 ms for Short, Long and Safe.
     VOID SaveFrame(UINT64 frameID, FLOAT gain, BOOL bIsSnapshot = FALSE)
     {
-        AECFrameHistory frame{};
-        frame.frameID     = frameID;
-        frame.bIsSnapshot = bIsSnapshot;
+        AECFrameHistory frame = {.frameID = frameID, .bIsSnapshot = bIsSnapshot};
         for (UINT64 type = 0; type < AECAlgoExposureCount; ++type)
         {
             frame.exposureSets[type] = Set(gain, (11 + type) * Millisecond);
@@ -101,14 +96,7 @@ TEST_F(ControlHistory, LeavesTheReferenceTowardsTheEnd)
     EXPECT_EQ(m_in.pTable, nullptr) << "none of them is a last used table";
 }
 
-TEST_F(ControlHistory, ExposureOfTheReferenceKeepsItsSplitEvenOutOfRange)
-{
-    m_in.range.end.time = 5 * Millisecond;
-    ExpectMatch(20001000, 2.0f, 10 * Millisecond);
-    EXPECT_EQ(m_out.exposureSet.exposure, 20000000u) << "the reference's, not the request's";
-}
-
-TEST_F(ControlHistory, BeyondTheEndIsAnErrorThatCountsAsApplied)
+TEST_F(ControlHistory, BeyondTheEndIsAnErrorThatCountsAsAppliedAndTheReferenceItselfIsNone)
 {
     EXPECT_EQ(RunMatch(161000000), 0);
     EXPECT_EQ(m_out.exposureSet.exposure, 0u);
@@ -116,6 +104,11 @@ TEST_F(ControlHistory, BeyondTheEndIsAnErrorThatCountsAsApplied)
     EXPECT_EQ(RunMatch(15000000), 0);
     EXPECT_EQ(m_out.exposureSet.exposure, 0u);
     EXPECT_TRUE(m_log.HasPart(LevelError, "target exposure 15000000 smaller than end exposure 160000000"));
+
+    // The exposure of the reference keeps its split even out of range.
+    m_in.range.end.time = 5 * Millisecond;
+    ExpectMatch(20001000, 2.0f, 10 * Millisecond);
+    EXPECT_EQ(m_out.exposureSet.exposure, 20000000u) << "the reference's, not the request's";
 }
 
 TEST_F(ControlHistory, BracketedReferenceAppliesToItsSignOnly)

@@ -151,7 +151,7 @@ TEST_F(RangeTest, FollowerTakesTheTimeOfItsMaster)
     const auto run                                 = [&](BOOL bMatch)
     {
         tuning.expSyncConfig.enableExposureTimeMatch = bMatch;
-        m_context.SetTuning(TestTuning().Add(tuning));
+        Tune(tuning);
         SetBank(BankIDArbitrationRange, &m_range);
         return RunRange(ArbQuantityTime, Absolute(1e6f), Absolute(2e6f), ArbCtrlMasterTime);
     };
@@ -171,7 +171,7 @@ TEST_F(RangeTest, FollowerTakesTheTimeOfItsMaster)
     FLOAT time = 0.0f;
     EXPECT_EQ(UtilSyncUpExposureTime(AECAlgoExposureSafe, &m_context.m_tuningData, nullptr, &time), 1) << "no peer";
     peer.exposureInfo.exposureTime[AECAlgoExposureSafe] = 12 * Millisecond;
-    m_context.SetTuning(TestTuning());
+    Tune();
     SetBank(BankIDArbitrationRange, &m_range);
     EXPECT_EQ(RunRange(ArbQuantityTime, Absolute(1e6f), Absolute(2e6f), ArbCtrlMasterTime), 1) << "no tuning of sync";
 }

@@ -89,12 +89,7 @@ TEST_F(BankManager, ContextSelectsByPriority)
     Tune(map.Get(), m_payloads);
     EXPECT_EQ(SelectedID(), 5u) << "selected as soon as the tuning is there";
 
-    const struct
-    {
-        UINT64      context;
-        UINT32      dataID;
-        const CHAR* pLine;
-    } cases[] = {
+    const std::tuple<UINT64, UINT32, const CHAR*> cases[] = {
         {0, 5, "Bank BankIDConvActiveSCD dynamic data pointed to ID 5"},
         {Bit(AECTouch), 7, "Bank BankIDConvActiveSCD dynamic data pointed to ID 7"},
         {Bit(AECFace), 9, "Bank BankIDConvActiveSCD dynamic data pointed to ID 9"},
@@ -107,14 +102,14 @@ TEST_F(BankManager, ContextSelectsByPriority)
          "Bank BankIDConvActiveSCD dynamic data pointed to ID 42 and returned KiroResult 6, using first data"},
         {Bit(AECEV), 9, "Bank 14 dynamic data points to 0, using first data as fallback"},
     };
-    for (const auto& rCase : cases)
+    for (const auto& [context, dataID, pLine] : cases)
     {
-        SCOPED_TRACE(rCase.context);
+        SCOPED_TRACE(context);
         m_log.Clear();
-        m_pBanks->RunBankStartOfFrame(rCase.context);
-        EXPECT_EQ(m_pBanks->GetContext(), rCase.context);
-        EXPECT_EQ(SelectedID(), rCase.dataID);
-        EXPECT_TRUE(m_log.Has(LevelTrace, rCase.pLine));
+        m_pBanks->RunBankStartOfFrame(context);
+        EXPECT_EQ(m_pBanks->GetContext(), context);
+        EXPECT_EQ(SelectedID(), dataID);
+        EXPECT_TRUE(m_log.Has(LevelTrace, pLine));
     }
 }
 
@@ -269,27 +264,22 @@ TEST_F(BankManager, HostReads)
     EXPECT_TRUE(m_log.HasPart(LevelError, "get bank failed bank ID 17 pBank"));
     EXPECT_EQ(m_pBanks->GetControlData(nullptr), 4);
 
-    const struct
-    {
-        KIROBankIDType bankID;
-        INT32          size;
-        const CHAR*    pLine;
-    } valueBanks[] = {
+    const std::tuple<KIROBankIDType, INT32, const CHAR*> valueBanks[] = {
         {BankIDTriggers, floatSize, "GetDataTriggers Invalid data ID 1000"},
         {BankIDStatsCalculator, floatSize, "GetDataStatsCalculator Invalid data ID 1000"},
         {BankIDSceneAnalyzer, sizeof(DBStartEndPayload), "GetDataSceneAnalyzer Invalid data ID 1000"},
     };
-    for (const auto& rBank : valueBanks)
+    for (const auto& [bankID, size, pLine] : valueBanks)
     {
-        SCOPED_TRACE(rBank.bankID);
-        data = {rBank.bankID, 0, pUntouched, rBank.size};
+        SCOPED_TRACE(bankID);
+        data = {bankID, 0, pUntouched, size};
         EXPECT_EQ(m_pBanks->GetControlData(&data), 0);
         EXPECT_NE(data.pData, pUntouched);
-        data = {rBank.bankID, 1000, pUntouched, rBank.size};
+        data = {bankID, 1000, pUntouched, size};
         EXPECT_EQ(m_pBanks->GetControlData(&data), 1);
         EXPECT_EQ(data.pData, nullptr);
-        EXPECT_TRUE(m_log.Has(LevelError, rBank.pLine));
-        data = {rBank.bankID, -1, pUntouched, rBank.size};
+        EXPECT_TRUE(m_log.Has(LevelError, pLine));
+        data = {bankID, -1, pUntouched, size};
         EXPECT_EQ(m_pBanks->GetControlData(&data), 1);
     }
 }
@@ -305,15 +295,7 @@ TEST_F(BankManager, ReferencesResolveIntoNumbersAndRanges)
     HostSet(BankIDStatsCalculator, value);
     HostSet(BankIDSceneAnalyzer, range);
 
-    const struct
-    {
-        DataBankType reference;
-        KiroResult   floatResult;
-        KiroResult   rangeResult;
-        FLOAT        start;
-        FLOAT        end;
-        bool         bText;
-    } cases[] = {
+    const std::tuple<DataBankType, KiroResult, KiroResult, FLOAT, FLOAT, bool> cases[] = {
         {{BankIDTriggers, 12}, 0, 0, 2.5f, 2.5f, true},        {{BankIDTriggers, 1000}, 1, 4, 0.0f, 0.0f, false},
         {{BankIDStatsCalculator, 12}, 0, 0, 2.5f, 2.5f, true}, {{BankIDStatsCalculator, -1}, 1, 4, 0.0f, 0.0f, false},
         {{BankIDSceneAnalyzer, 13}, 0, 0, 3.0f, 4.0f, true},   {{BankIDSceneAnalyzer, 1000}, 1, 4, 0.0f, 0.0f, false},
@@ -321,19 +303,19 @@ TEST_F(BankManager, ReferencesResolveIntoNumbersAndRanges)
         {{BankIDROITable, 5}, 0, 0, 0.0f, 0.0f, false},        {{BankIDConvBase, 1}, 1, 1, 0.0f, 0.0f, false},
         {{BankIDInvalid, 1}, 1, 1, 0.0f, 0.0f, false},
     };
-    for (const auto& rCase : cases)
+    for (const auto& [reference, floatResult, rangeResult, start, end, bText] : cases)
     {
-        SCOPED_TRACE(testing::Message() << rCase.reference.bankID << "/" << rCase.reference.dataID);
+        SCOPED_TRACE(testing::Message() << reference.bankID << "/" << reference.dataID);
         FLOAT    number       = -9.0f;
         StartEnd pair         = {-9.0f, -9.0f};
         CHAR*    pDescription = nullptr;
-        EXPECT_EQ(m_pBanks->UtilGetFloatFromBank(&rCase.reference, number, FALSE, &pDescription), rCase.floatResult);
-        EXPECT_EQ(number, rCase.start);
-        EXPECT_EQ(pDescription, rCase.bText ? text : nullptr);
-        EXPECT_EQ(m_pBanks->UtilGetFloatFromBank(&rCase.reference, number, FALSE, nullptr), rCase.floatResult);
-        EXPECT_EQ(m_pBanks->UtilGetStartEndFromBank(&rCase.reference, pair, FALSE), rCase.rangeResult);
-        EXPECT_EQ(pair.start, rCase.start);
-        EXPECT_EQ(pair.end, rCase.end);
+        EXPECT_EQ(m_pBanks->UtilGetFloatFromBank(&reference, number, FALSE, &pDescription), floatResult);
+        EXPECT_EQ(number, start);
+        EXPECT_EQ(pDescription, bText ? text : nullptr);
+        EXPECT_EQ(m_pBanks->UtilGetFloatFromBank(&reference, number, FALSE, nullptr), floatResult);
+        EXPECT_EQ(m_pBanks->UtilGetStartEndFromBank(&reference, pair, FALSE), rangeResult);
+        EXPECT_EQ(pair.start, start);
+        EXPECT_EQ(pair.end, end);
     }
     EXPECT_TRUE(m_log.Has(LevelError, "BankIDTriggers Invalid data ID 1000"));
     EXPECT_TRUE(m_log.Has(LevelError, "BankIDStatsCalculator Invalid data ID -1"));

@@ -16,7 +16,7 @@ constexpr UINT64 UINT64Max = std::numeric_limits<UINT64>::max();
 constexpr DOUBLE NaN       = std::numeric_limits<DOUBLE>::quiet_NaN();
 constexpr DOUBLE Infinity  = std::numeric_limits<DOUBLE>::infinity();
 
-TEST(ExposureArithmetic, ProductIsRoundedAndSaturates)
+TEST(ExposureArithmetic, ProductIsRoundedSaturatesAndIsNeverZero)
 {
     StatsLogCapture log;
     EXPECT_EQ(UtilQuantities2Exposure(2.0f, 10000000, 1.5f), 30000000u);
@@ -28,11 +28,8 @@ TEST(ExposureArithmetic, ProductIsRoundedAndSaturates)
     EXPECT_EQ(UtilQuantities2Exposure(static_cast<FLOAT>(NaN), 1000, 1.0f), 0u);
     EXPECT_EQ(UtilQuantities2Exposure(1e-7f, 1, 1.0f), 0u) << "exactly the threshold is not below it";
     EXPECT_TRUE(log.Lines().empty());
-}
 
-TEST(ExposureArithmetic, ZeroProductIsForcedToAUsableOne)
-{
-    StatsLogCapture log;
+    // A product of zero is forced to a usable one.
     EXPECT_EQ(UtilQuantities2Exposure(0.0f, 1000, 2.0f), 2000u);
     EXPECT_TRUE(log.Has(2, "exposure calculated as zero; check gain 0.0 time 1000 corr 2.0"));
     EXPECT_TRUE(log.Has(2, "forcing exposure to 2000"));
@@ -97,14 +94,6 @@ TEST(ExposureArithmetic, ConversionsTruncateAndSaturate)
     EXPECT_EQ(SaturateToUINT64(18446744073709549568.0), 18446744073709549568u);
     EXPECT_EQ(SaturateToUINT64(-Infinity), 0u);
     EXPECT_EQ(SaturateToUINT64(NaN), 0u);
-}
-
-TEST(ExposureArithmetic, TuningSelectionsAreInAnotherOrder)
-{
-    EXPECT_EQ(ExposureTypeOfSelection(ExposureShort, AECAlgoExposureLong), AECAlgoExposureShort);
-    EXPECT_EQ(ExposureTypeOfSelection(ExposureSafe, AECAlgoExposureLong), AECAlgoExposureSafe);
-    EXPECT_EQ(ExposureTypeOfSelection(ExposureLong, AECAlgoExposureSafe), AECAlgoExposureLong);
-    EXPECT_EQ(ExposureTypeOfSelection(ExposureNone, AECAlgoExposureSafe), AECAlgoExposureSafe);
 }
 
 }  // namespace

@@ -13,17 +13,13 @@ class History : public testing::Test
 protected:
     KiroResult Save(UINT64 frameID, bool bSnapshot = false)
     {
-        AECFrameHistory frame{};
-        frame.frameID     = frameID;
-        frame.bIsSnapshot = bSnapshot ? TRUE : FALSE;
+        AECFrameHistory frame = {.frameID = frameID, .bIsSnapshot = bSnapshot ? TRUE : FALSE};
         return m_history.SaveFrameToHistory(&frame);
     }
 
     VOID SaveStart()
     {
-        AECFrameHistory frame{};
-        frame.isStartConfig = TRUE;
-        frame.averageLuma   = 77.0f;
+        AECFrameHistory frame = {.isStartConfig = TRUE, .averageLuma = 77.0f};
         ASSERT_EQ(m_history.SaveFrameToHistory(&frame), 0);
     }
 
@@ -40,9 +36,7 @@ protected:
 
     VOID SaveSnapshot(UINT64 frameID, INT32 evUIVal)
     {
-        AECFrameHistory frame{};
-        frame.frameID = frameID;
-        frame.evUIVal = evUIVal;
+        AECFrameHistory frame = {.frameID = frameID, .evUIVal = evUIVal};
         m_history.SaveSnapshotFrame(&frame);
     }
 
@@ -79,16 +73,12 @@ TEST_F(History, GrowsFromNothingOverTheStartConfigurationToFrames)
 TEST_F(History, OffsetsCountFrameIDsNotPositions)
 {
     Run({5, 6, 8}, 9);
-    const struct
+    const std::pair<UINT8, UINT64> cases[] = {{0, 8}, {1, 8}, {2, 6}, {3, 6}, {4, 5}, {9, 5}, {10, 5}};
+    for (const auto& [offset, frameID] : cases)
     {
-        UINT8  offset;
-        UINT64 frameID;
-    } cases[] = {{0, 8}, {1, 8}, {2, 6}, {3, 6}, {4, 5}, {9, 5}, {10, 5}};
-    for (const auto& rCase : cases)
-    {
-        const AECFrameHistory* pFrame = m_history.GetFrameHistory(rCase.offset);
+        const AECFrameHistory* pFrame = m_history.GetFrameHistory(offset);
         ASSERT_NE(pFrame, nullptr);
-        EXPECT_EQ(pFrame->frameID, rCase.frameID) << "offset " << static_cast<INT>(rCase.offset);
+        EXPECT_EQ(pFrame->frameID, frameID) << "offset " << static_cast<INT>(offset);
     }
     EXPECT_EQ(m_history.GetFrameHistory(11), nullptr);
     EXPECT_TRUE(m_log.Has(2, "Input offset (11) is bigger than the frame history buffer size (10)!"));
@@ -129,6 +119,13 @@ TEST_F(History, DroppedPreviewFrameOutlastsARunOfSnapshots)
 
 TEST_F(History, SnapshotMarkReachesTheSavedFrameOrTheNextOne)
 {
+    // Before any frame it refers to frame 0, the start configuration.
+    m_history.SetSnapshot();
+    EXPECT_TRUE(m_log.Has(2, "previous frame is null"));
+    AECFrameHistory start = {.isStartConfig = TRUE};
+    m_history.SaveFrameToHistory(&start);
+    EXPECT_EQ(start.bIsSnapshot, TRUE);
+
     // Announced after the end of the frame.
     Run({9}, 9);
     m_history.SetSnapshot();
@@ -156,31 +153,16 @@ TEST_F(History, SnapshotMarkReachesTheSavedFrameOrTheNextOne)
     EXPECT_EQ(m_history.GetFrameHistory(0)->bIsSnapshot, FALSE);
 }
 
-TEST_F(History, SnapshotMarkBeforeAnyFrameRefersToFrameZero)
-{
-    m_history.SetSnapshot();
-    EXPECT_TRUE(m_log.Has(2, "previous frame is null"));
-    AECFrameHistory start{};
-    start.isStartConfig = TRUE;
-    m_history.SaveFrameToHistory(&start);
-    EXPECT_EQ(start.bIsSnapshot, TRUE);
-}
-
 TEST_F(History, LeavingAModeKeepsWhatTheNextOneStartsFrom)
 {
-    const struct
-    {
-        AECAlgoOperationModeType mode;
-        bool                     bBecomesPrevious;
-        bool                     bKeepsRunning;
-    } cases[] = {
+    const std::tuple<AECAlgoOperationModeType, bool, bool> cases[] = {
         {AECAlgoOperationModeInit, false, false},        {AECAlgoOperationModeStreaming, true, false},
         {AECAlgoOperationModePreflash, false, false},    {AECAlgoOperationModeFastAEC, true, true},
         {AECAlgoOperationModeAggressiveAEC, true, true}, {AECAlgoOperationModeFlashMeasurement, false, false},
     };
-    for (const auto& rCase : cases)
+    for (const auto& [mode, bBecomesPrevious, bKeepsRunning] : cases)
     {
-        SCOPED_TRACE(rCase.mode);
+        SCOPED_TRACE(mode);
         CKIROHistory    history;
         AECFrameHistory last{};
         AECFrameHistory frame{};
@@ -188,9 +170,9 @@ TEST_F(History, LeavingAModeKeepsWhatTheNextOneStartsFrom)
         history.SaveFrameToHistory(&frame);
 
         m_log.Clear();
-        history.FinishCurrentModeHistory(rCase.mode);
-        EXPECT_EQ(m_log.Has(32, "No frames in history!"), rCase.mode != AECAlgoOperationModeInit);
-        EXPECT_EQ(history.IsStartConfigSaved() == TRUE, rCase.bKeepsRunning);
+        history.FinishCurrentModeHistory(mode);
+        EXPECT_EQ(m_log.Has(32, "No frames in history!"), mode != AECAlgoOperationModeInit);
+        EXPECT_EQ(history.IsStartConfigSaved() == TRUE, bKeepsRunning);
         EXPECT_EQ(history.GetPrevModeLastFrame(last), FALSE);
 
         history.SaveFrameToHistory(&frame);
@@ -199,15 +181,13 @@ TEST_F(History, LeavingAModeKeepsWhatTheNextOneStartsFrom)
         history.SaveFrameToHistory(&frame);
         frame.frameID = 4;
         history.SaveFrameToHistory(&frame);
-        history.FinishCurrentModeHistory(rCase.mode);
-        EXPECT_EQ(history.IsCurrentModeHistoryEmpty() == FALSE, rCase.bKeepsRunning);
-        EXPECT_EQ(history.GetPrevModeLastFrame(last) == TRUE, rCase.bBecomesPrevious);
-        EXPECT_EQ(last.frameID, rCase.bBecomesPrevious ? 4u : 0u);
+        history.FinishCurrentModeHistory(mode);
+        EXPECT_EQ(history.IsCurrentModeHistoryEmpty() == FALSE, bKeepsRunning);
+        EXPECT_EQ(history.GetPrevModeLastFrame(last) == TRUE, bBecomesPrevious);
+        EXPECT_EQ(last.frameID, bBecomesPrevious ? 4u : 0u);
     }
-}
 
-TEST_F(History, PreflashLeavesThePreviousModeAlone)
-{
+    // A preflash leaves the previous mode alone.
     Run({3, 4}, 4);
     m_history.FinishCurrentModeHistory(AECAlgoOperationModeStreaming);
     Run({5, 6}, 6);

@@ -75,6 +75,9 @@ TEST(TriggerData, ZonesAreFlatAndGapsAreInterpolated)
     EXPECT_TRUE(tree.IsZoneItself(1e30f, 1));
     EXPECT_TRUE(tree.IsZoneItself(std::numeric_limits<FLOAT>::quiet_NaN(), 0)) << "no number counts as 0";
     EXPECT_TRUE(tree.IsZoneItself(-std::numeric_limits<FLOAT>::infinity(), 0));
+
+    FloatTree rounded({{{0, 10}, 1.1f}, {{20, 30}, 4.1f}});
+    EXPECT_EQ(rounded.At(12), 0x1.b33332p+0f) << "with one rounding; unfused it would be 0x1.b33334p+0";
 }
 
 TEST(TriggerData, BorderBelongsToTheSideThatTheTriggerComesFrom)
@@ -102,12 +105,6 @@ TEST(TriggerData, SearchResumesInsideAGap)
     {
         EXPECT_EQ(tree.At(rStep[0]), rStep[1]) << rStep[0];
     }
-}
-
-TEST(TriggerData, FloatsAreWeighedWithOneRounding)
-{
-    FloatTree tree({{{0, 10}, 1.1f}, {{20, 30}, 4.1f}});
-    EXPECT_EQ(tree.At(12), 0x1.b33332p+0f) << "unfused it would be 0x1.b33334p+0";
 }
 
 TEST(TriggerData, ThreeLevelsInterpolateInEachDirection)

@@ -4,8 +4,6 @@
 /// Exposures are spoken of in steps of 3 percent: step s is an exposure of 1.03 to the power s.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cmath>
 #include <vector>
@@ -14,7 +12,6 @@
 #include "schema/kiroflash.h"
 #include "schema/kirohdrsensor.h"
 #include "schema/kirosync.h"
-#include "tests/support/statslogcapture.h"
 #include "tests/support/testcontext.h"
 
 /// Steps of Short, Long and Safe.
@@ -62,7 +59,7 @@ struct StretchZone
     kirodbconvstretch::ConvStretchLevel1DataType top;
 };
 
-class ConvergenceTest : public testing::Test
+class ConvergenceTest : public ContextTest
 {
 protected:
     /// Steps of 0.5, no stretch, settled within 2 steps for more than one frame, a pipeline of two frames, and limits
@@ -114,16 +111,11 @@ protected:
     /// Later changes of the bank records act at once, those of other tunings after LoadTuning.
     VOID LoadTuning()
     {
-        m_context.SetTuning(TestTuning().Add(m_module).Add(m_flash).Add(m_sync).Add(m_hdrSensor));
+        Tune(m_module, m_flash, m_sync, m_hdrSensor);
         SetBank(BankIDConvBase, &m_base);
         SetBank(BankIDConvStretch, &m_stretch);
         SetBank(BankIDConvSettle, &m_settle);
         SetBank(BankIDConvActiveSCD, &m_activeSCD);
-    }
-
-    VOID SetBank(KIROBankIDType bankID, VOID* pPayload)
-    {
-        m_context.m_pBankManager->SetBankTuning(bankID, nullptr, pPayload, (pPayload != nullptr) ? 1 : 0);
     }
 
     /// Starts on a new module, with all tunings as they are now.
@@ -159,10 +151,8 @@ protected:
     /// One frame, without the stages after it.
     VOID Run(const Steps& rTarget, BOOL bIsMeteringSkipped = FALSE)
     {
-        KIROConvergenceInput input{};
-        input.pRange             = &m_limits;
-        input.bIsMeteringSkipped = bIsMeteringSkipped;
-        input.mfhdrLongADRC      = 1.0f;
+        KIROConvergenceInput input = {
+            .pRange = &m_limits, .bIsMeteringSkipped = bIsMeteringSkipped, .mfhdrLongADRC = 1.0f};
         std::transform(rTarget.begin(), rTarget.end(), input.sensitivities, AtStep);
         m_output = {};
         EXPECT_EQ(Module().RunConvProcesss(input, m_output), 0);
@@ -194,8 +184,6 @@ protected:
 
     static constexpr DataBankType Trigger{BankIDTriggers, 100};
 
-    StatsLogCapture                      m_log;
-    TestContext                          m_context;
     kiroconvergence::KIROConvergenceType m_module{};
     kiroflash::KIROFlashType             m_flash{};
     kirosync::KIROSyncType               m_sync{};

@@ -97,7 +97,7 @@ TEST_F(SettleTest, SettledFrameEndsEventsAndRebasesTheDetectorAfterItsHold)
     }
 }
 
-TEST_F(SettleTest, PublishesTheRatiosOfTheExposures)
+TEST_F(SettleTest, RatiosArePublishedAndThreeExposuresTied)
 {
     m_output.exposures[AECAlgoExposureShort] = 1000;
     m_output.exposures[AECAlgoExposureLong]  = 12000;
@@ -107,10 +107,8 @@ TEST_F(SettleTest, PublishesTheRatiosOfTheExposures)
     EXPECT_EQ(m_context.Trigger(TriggerCtrlHDRDRCGain), 6.0f);
     EXPECT_EQ(m_context.Trigger(TriggerCtrlHDRADRCGain), 2.0f);
     EXPECT_EQ(m_context.Trigger(TriggerCtrlHDRDarkBoostGain), 3.0f);
-}
 
-TEST_F(SettleTest, ThreeExposureSensorTiesSafeBetweenShortAndLong)
-{
+    // A sensor of three exposures ties Safe between Short and Long.
     Run({480.0, 520.0, 500.0}, TRUE);
     Module().HandleExposureConstraints(m_output);
     ExpectSteps({480.0, 520.0, 500.0}, "any other sensor");

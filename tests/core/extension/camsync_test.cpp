@@ -7,7 +7,6 @@
 #include <array>
 #include <cmath>
 
-#include "tests/support/statslogcapture.h"
 #include "tests/support/testcontext.h"
 
 namespace
@@ -20,7 +19,7 @@ constexpr FLOAT Dim    = 50.0f;   // lux index of the factor 2
 constexpr FLOAT Bright = 250.0f;  // lux index of the factor 4
 constexpr INT32 Warm   = 3000;    // CCT of the factor 0.5
 
-class Camsync : public testing::Test
+class Camsync : public ContextTest
 {
 protected:
     Camsync()
@@ -35,12 +34,7 @@ protected:
         m_peer.exposureInfo                       = {{10, 20, 30}, {100, 200, 300}, {1000, 2000, 3000}, {}};
         m_peer.CCT                                = Warm;
         m_context.SetTrigger(TriggerCtrlLux, Dim);
-        Load();
-    }
-
-    VOID Load()
-    {
-        m_context.SetTuning(TestTuning().Add(m_tuning));
+        Tune(m_tuning);
     }
 
     CKIROCamsync& Sync()
@@ -83,7 +77,7 @@ protected:
     {
         m_tuning.expSyncConfig.globalExpComp.enable   = bGlobal;
         m_tuning.expSyncConfig.cctBasedExpComp.enable = bColour;
-        Load();
+        Tune(m_tuning);
         KIROConvergenceOutput output{};
         Sync().ComputeTargetExposureInFollowMode(output);
         return output;
@@ -104,15 +98,11 @@ protected:
 
     FLOAT CalibrateAbsolute(UINT16 luma)
     {
-        AECAlgoDCCalibrationInfo info{};
-        info.version    = 1;
-        info.u.absolute = {2.0f, luma, 30, 5000};
+        AECAlgoDCCalibrationInfo info = {.version = 1, .u = {.absolute = {2.0f, luma, 30, 5000}}};
         EXPECT_EQ(Sync().UpdateDCCalibrationInfo(&info), 0);
         return Sync().getDCCalibrationInfo().OTPExpCompMultiplier;
     }
 
-    StatsLogCapture         m_log;
-    TestContext             m_context;
     KIROSyncType            m_tuning{};
     AECMultiCamInfo         m_peer{};
     aecTriggerDataFloatType m_factors[2]       = {{{0.0f, 100.0f}, 2.0f}, {{200.0f, 300.0f}, 4.0f}};
@@ -121,20 +111,18 @@ protected:
     aecTriggerDataFloatType m_mixFactor[1]     = {{{0.0f, 1.0f}, 3.0f}};
 };
 
-TEST_F(Camsync, RoleSelectsHowTheCameraMetersAndExposes)
+TEST_F(Camsync, RoleAndCalibrationAreTaken)
 {
     ExpectRole(StatsAlgoRoleSlave, 0, AECAlgoMeteringMixDynamic, AECAlgoExposureFollow);
     ExpectRole(StatsAlgoRoleMaster, 0, AECAlgoMeteringMixStatic, AECAlgoExposureIndependent);
-    m_context.SetTuning(TestTuning());
+    Tune();
     ExpectRole(StatsAlgoRoleSlave, 1, AECAlgoMeteringMixStatic, AECAlgoExposureIndependent);
-    Load();
+    Tune(m_tuning);
     // Only a new role looks at the tuning.
     ExpectRole(StatsAlgoRoleSlave, 0, AECAlgoMeteringMixStatic, AECAlgoExposureIndependent);
     ExpectRole(StatsAlgoRoleDefault, 0, AECAlgoMeteringIndependent, AECAlgoExposureIndependent);
-}
 
-TEST_F(Camsync, FactoryCalibrationIsTakenOnceAndNeverFromZeros)
-{
+    // A factory calibration is taken once, and never from zeros.
     CalibrateRelative(0.0f);
     CalibrateRelative(NAN);
     CalibrateAbsolute(0);
@@ -152,7 +140,7 @@ TEST_F(Camsync, MasterMixesByAFixedWeight)
     ExpectMixed({100, 400, 200}, {125, 300, 250});
 
     m_tuning.masterAndSlaveConfig.slave.meteirngType = AECAlgoMeteringMixStatic;
-    Load();
+    Tune(m_tuning);
     SetRole(StatsAlgoRoleSlave);
     ExpectMixed({100, 400, 200}, {100, 400, 200});
     EXPECT_TRUE(m_log.Has(LevelError, "Static metering mix can only be used for master mode. Current mode: 2"));
@@ -170,7 +158,7 @@ TEST_F(Camsync, SlaveMixesByHowFarTheTargetsAreApart)
     // The lux index is the peer's, if tuned so and there is one.
     m_mixFactor[0]         = {{0.0f, 100.0f}, 3.0f};
     m_tuning.luxSyncConfig = UseMaster;
-    Load();
+    Tune(m_tuning);
     SetPeerTargets({1000, 2000, 333000});
     ExpectMixed({30000, 60000, 1598400}, {16500, 33000, 1298700});
 }
@@ -218,7 +206,7 @@ TEST_F(Camsync, MasterPublishesWithoutItsFactorsAndTheFollowerPutsItsOwn)
 {
     m_tuning.expSyncConfig.globalExpComp.enable   = TRUE;
     m_tuning.expSyncConfig.cctBasedExpComp.enable = TRUE;
-    Load();
+    Tune(m_tuning);
     TestContext master;
     master.SetTuning(TestTuning().Add(m_tuning));
     master.SetTrigger(TriggerCtrlLux, Bright);

@@ -2,23 +2,20 @@
 
 #include "core/extension/ckiromodextension.h"
 
-#include <gtest/gtest.h>
-
 #include "core/extension/cflashcurrentestimator.h"
-#include "tests/support/statslogcapture.h"
 #include "tests/support/testcontext.h"
 
 namespace
 {
 
-class Extension : public testing::Test
+class Extension : public ContextTest
 {
 protected:
     /// The full mode is due from an ADRC of 4, in the dark of 8; a mode stays for more than two frames.
     Extension()
     {
         m_tuning.hybridHDR = {TRUE, 1.0f, {{0.0f, 0.0f}, 2, 0, m_thresholds}, 2, {}};
-        m_context.SetTuning(TestTuning().Add(m_tuning));
+        Tune(m_tuning);
         m_context.m_input.b3HDRMode = TRUE;
         m_context.m_bIsHybridHDR    = TRUE;
         m_in.pConvergenceOuts       = &m_convergence;
@@ -27,9 +24,7 @@ protected:
     /// A frame after one that was in the given mode.
     BOOL Run(UINT64 frameID, BOOL bWasBinning, UINT64 adrc)
     {
-        AECFrameHistory previous{};
-        previous.frameID     = frameID - 1;
-        previous.bIsSeamless = bWasBinning;
+        AECFrameHistory previous = {.frameID = frameID - 1, .bIsSeamless = bWasBinning};
         m_context.SaveFrame(previous);
         m_convergence.exposures[AECAlgoExposureShort] = 100;
         m_convergence.exposures[AECAlgoExposureSafe]  = 100 * adrc;
@@ -38,8 +33,6 @@ protected:
         return m_out.bIsSeamlessBinning;
     }
 
-    StatsLogCapture                  m_log;
-    TestContext                      m_context;
     TriggerSystemEndLevelType        m_thresholds[2] = {{{0.0f, 100.0f}, 4.0f}, {{200.0f, 300.0f}, 8.0f}};
     kirohdrsensor::KIROHDRSensorType m_tuning{};
     KIROConvergenceOutput            m_convergence{};
@@ -97,12 +90,12 @@ TEST_F(Extension, FlashThatIsOffNeedsNoEstimate)
     flash.LEDMatching.countMix        = 1;
     flash.LEDMatching.tableCount      = 2;
     flash.LEDMatching.table           = mixes;
-    m_context.SetTuning(TestTuning().Add(flash));
+    Tune(flash);
     EXPECT_EQ(m_extension.GetFlashCurrent(&in, &out), 1);
     EXPECT_EQ(out.LED1Setting, before.LED1Setting);
 
     mixes[1].LED1Setting = 200;
-    m_context.SetTuning(TestTuning().Add(flash));
+    Tune(flash);
     EXPECT_EQ(m_extension.GetFlashCurrent(&in, &out), 0);
     EXPECT_EQ(out.LED1Setting + out.LED2Setting, 0);
     EXPECT_EQ(out.state, AECAlgoFlashStateOff);
@@ -122,7 +115,7 @@ TEST_F(Extension, FailedEstimateIsAZeroOutputThatSucceeds)
 {
     const std::pair<KIROExtFlashCurrentType, AECAlgoFlashStateType> types[] = {
         {KIROExtFlashCurrentType::Low, AECAlgoFlashStatePre}, {KIROExtFlashCurrentType::High, AECAlgoFlashStateMain}};
-    m_context.SetTuning(TestTuning().Add(kiroflash::KIROFlashType{}));
+    Tune(kiroflash::KIROFlashType{});
     for (const auto& [type, state] : types)
     {
         KIROAlgoFlashInput  in{};

@@ -6,7 +6,6 @@
 
 #include <gmock/gmock.h>
 
-#include "tests/support/statslogcapture.h"
 #include "tests/support/testcontext.h"
 
 namespace
@@ -18,7 +17,7 @@ constexpr INT32 SceneSlot = 100;  // first trigger that the monitors look at
 constexpr INT32 ClampID   = 40;
 constexpr INT32 ScaleID   = 41;
 
-class ExtensionMonitor : public testing::Test
+class ExtensionMonitor : public ContextTest
 {
 protected:
     ExtensionMonitor()
@@ -34,12 +33,7 @@ protected:
         m_tuning.monitor3HDRSnapshot  = {TRUE, 3, {nullptr, 1, 0, m_scenes}};
         m_tuning.monitorEVBracketLock = {TRUE, 20, {nullptr, 1, 0, m_scenes}};
         m_in.pConvergenceOuts         = &m_convergence;
-        Load();
-    }
-
-    VOID Load()
-    {
-        m_context.SetTuning(TestTuning().Add(m_tuning));
+        Tune(m_tuning);
     }
 
     const KIROExtensionOutput& Process()
@@ -77,8 +71,6 @@ protected:
         return exposures[AECAlgoExposureShort];
     }
 
-    StatsLogCapture           m_log;
-    TestContext               m_context;
     KIROExtensionType         m_tuning{};
     TriggerSystemEndLevelType m_score[2] = {{{0.0f, 0.0f}, 0.0f}, {{100.0f, 100.0f}, 100.0f}};
     SceneCriterion            m_criteria[5];  ///< score by the values of as many triggers
@@ -120,7 +112,7 @@ TEST_F(ExtensionMonitor, FlashIsWantedInTheDarkAndAsTheUserSays)
 
     m_tuning.flagMonitor.flashFlag.enableForceAFInLEDOnMode = TRUE;
     m_tuning.flagMonitor.ZLLFlag                            = {TRUE, TRUE};
-    Load();
+    Tune(m_tuning);
     EXPECT_EQ(ProcessFlags(100.0f, AECAlgoLEDModeOn).bLEDAFNeeded, TRUE);
     EXPECT_EQ(ProcessFlags(100.0f, badMode).bLEDAFNeeded, TRUE);
     EXPECT_EQ(m_out.monitoredFlags.bZLLEnabled + m_out.monitoredFlags.bZLLEnforced, 2);
@@ -166,18 +158,18 @@ TEST_F(ExtensionMonitor, StretchMovesOnSettledFramesOnly)
          {DataBankType{BankIDTriggers, 1000}, {BankIDSceneAnalyzer, 1000}, {BankIDROITable, 1}})
     {
         m_tuning.flagMonitor.YHistStretch.scalingValue = bank;
-        Load();
+        Tune(m_tuning);
         ExpectStretch(3.5f, 3.3125f, "no such range");
     }
     m_context.SetTrigger(200, 5.0f);
     m_tuning.flagMonitor.YHistStretch.scalingValue = {BankIDTriggers, 200};
-    Load();
+    Tune(m_tuning);
     ExpectStretch(4.625f, 3.734375f, "a number instead of a range");
     m_in.statisticsStartup = StatisticsStartUpInvalid;
     ExpectStretch(0.0f, 1.0f, "start-up");
     m_in.statisticsStartup                         = StatisticsStartUpValid;
     m_tuning.flagMonitor.YHistStretch.scalingValue = {BankIDSceneAnalyzer, ScaleID};
-    Load();
+    Tune(m_tuning);
     ExpectStretch(2.0f, 2.0f, "anew");
     m_context.SetAnalyzerResult(ScaleID, {0.99f, 0.0f});
     ExpectStretch(0.0f, 1.0f, "would squeeze");
@@ -216,7 +208,7 @@ TEST_F(ExtensionMonitor, HDRSnapshotComesAfterPassingFramesInARow)
     expect(TRUE, FALSE, "asked for at start-up");
     m_context.SetContextEvent(AECCoreSnapshotHDR3, FALSE);
     expect(FALSE, FALSE, "start-up");
-    m_context.SetTuning(TestTuning());
+    Tune();
     expect(FALSE, FALSE, "no module");
 
     // The last flag stands for all scenes beyond the flags.
@@ -225,7 +217,7 @@ TEST_F(ExtensionMonitor, HDRSnapshotComesAfterPassingFramesInARow)
     for (const UINT32 count : {3u, 4u})
     {
         m_tuning.monitor3HDRSnapshot.generalizedMonitor.scenesCount = count;
-        Load();
+        Tune(m_tuning);
         EXPECT_THAT(Process().snapshot3HDRTriggers.IHDRTriggers.finalTriggerResult.flags,
                     testing::ElementsAre(FALSE, TRUE, (count > 3) ? TRUE : FALSE));
     }
@@ -238,7 +230,7 @@ protected:
     BracketLock()
     {
         m_scenes[0].criteriaArrayCount = 1;
-        Load();
+        Tune(m_tuning);
         m_context.SetTrigger(SceneSlot, 60.0f);
     }
 
@@ -283,17 +275,17 @@ TEST_F(BracketLock, ExpiresAndIsRebased)
     EXPECT_EQ(Bracket(61, 0.0f, 3333, TRUE), 2001u);
 
     m_tuning.monitorEVBracketLock.maxFrameNum = 0;
-    Load();
+    Tune(m_tuning);
     EXPECT_EQ(Bracket(62, 0.0f, 2002, FALSE), 2002u);
     m_tuning.monitorEVBracketLock.enableEVBracketLock = FALSE;
-    Load();
+    Tune(m_tuning);
     EXPECT_EQ(Bracket(70, 0.0f, 3333, FALSE), 3333u);
 }
 
 TEST_F(BracketLock, NewTuningStartsItAnew)
 {
     Start();
-    Load();
+    Tune(m_tuning);
     EXPECT_EQ(Bracket(36, 0.0f, 2000, FALSE), 2000u);
     EXPECT_EQ(Bracket(41, 0.0f, 2001, FALSE), 2001u);
     EXPECT_EQ(Bracket(42, 0.0f, 3333, TRUE), 2001u);

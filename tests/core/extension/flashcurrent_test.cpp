@@ -5,10 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include <gtest/gtest.h>
-
 #include "tests/support/debugrecord.h"
-#include "tests/support/statslogcapture.h"
 #include "tests/support/testcontext.h"
 
 namespace
@@ -23,23 +20,23 @@ struct Point
     FLOAT bg;
 };
 
-class FlashCurrent : public testing::Test
+class FlashCurrent : public ContextTest
 {
 protected:
     FlashCurrent()
     {
-        m_tuning.LEDMatching.dualLEDIntersectSlope = 1.0f;
-        m_tuning.LEDMatching.countPower            = 3;
-        m_tuning.LEDMatching.countMix              = 3;
-        m_tuning.LEDMatching.tableCount            = 9;
-        m_tuning.LEDMatching.table                 = m_table;
-        m_tuning.LEDMatching.tableCalibration      = m_calibration;
-        m_input.maxFlashCurrent                    = 1000;
+        m_tuning.LEDMatching    = {.dualLEDIntersectSlope = 1.0f,
+                                   .countPower            = 3,
+                                   .countMix              = 3,
+                                   .tableCount            = 9,
+                                   .table                 = m_table,
+                                   .tableCalibration      = m_calibration};
+        m_input.maxFlashCurrent = 1000;
     }
 
     KiroResult Load()
     {
-        m_context.SetTuning(TestTuning().Add(m_tuning));
+        Tune(m_tuning);
         return m_estimator.SetTuningHeaderChanged();
     }
 
@@ -80,12 +77,10 @@ protected:
         return m_out.LEDCombination;
     }
 
-    StatsLogCapture m_log;
-    TestContext     m_context;
-    LEDMixType      m_table[100] = {
-             {500, 0, 0.25f, 1.0f, 10.0f},  {300, 200, 0.5f, 0.75f, 12.0f},  {0, 500, 1.0f, 0.25f, 16.0f},
-             {1000, 0, 0.25f, 1.0f, 20.0f}, {600, 400, 0.5f, 0.75f, 24.0f},  {0, 1000, 1.0f, 0.25f, 32.0f},
-             {2000, 0, 0.25f, 1.0f, 40.0f}, {1600, 400, 0.5f, 0.75f, 48.0f}, {0, 2000, 1.0f, 0.25f, 64.0f}};
+    LEDMixType m_table[100] = {
+        {500, 0, 0.25f, 1.0f, 10.0f},  {300, 200, 0.5f, 0.75f, 12.0f},  {0, 500, 1.0f, 0.25f, 16.0f},
+        {1000, 0, 0.25f, 1.0f, 20.0f}, {600, 400, 0.5f, 0.75f, 24.0f},  {0, 1000, 1.0f, 0.25f, 32.0f},
+        {2000, 0, 0.25f, 1.0f, 40.0f}, {1600, 400, 0.5f, 0.75f, 48.0f}, {0, 2000, 1.0f, 0.25f, 64.0f}};
     KIROLEDMixCalibType    m_calibration[3]{};
     KIROFlashType          m_tuning{};
     KIROAlgoFlashInput     m_input{};
@@ -146,10 +141,10 @@ TEST_F(FlashCurrent, RecordsLowAndHighCurrentsApart)
     ASSERT_EQ(Estimate(Low, 0.375f, 0.875f), 0);
 
     ByteWriter low;
-    low.Add<UINT8>(1).Add<FLOAT>(0.375f).Add<FLOAT>(0.875f).Add<INT32>(1000).Add<INT32>(400).Add<INT32>(100);
-    low.Add<FLOAT>(0.375f).Add<FLOAT>(0.875f).Add<FLOAT>(0.8f).Add<FLOAT>(1.0f - 0.8f).Add<FLOAT>(11.0f);
-    low.Add<INT32>(0).Add<INT32>(0).Add<INT32>(0).Add<INT32>(1).Add<UINT8>(0).Add<INT32>(3).Add<INT32>(3);
-    low.Add<UINT32>(500).Add<UINT32>(1000).Add<UINT32>(2000).Zeros(2 * 4 + 4);
+    low.Add<UINT8>(1).Add<FLOAT>(0.375f, 0.875f).Add<INT32>(1000, 400, 100);
+    low.Add<FLOAT>(0.375f, 0.875f, 0.8f, 1.0f - 0.8f, 11.0f);
+    low.Add<INT32>(0, 0, 0, 1).Add<UINT8>(0).Add<INT32>(3, 3);
+    low.Add<UINT32>(500, 1000, 2000).Zeros(2 * 4 + 4);
     ASSERT_EQ(low.Size(), size);
     record.ExpectBytes(recordoffset::LEDTable, low);
     record.ExpectZeros(recordoffset::LEDTable + size, size);
@@ -166,30 +161,24 @@ TEST_F(FlashCurrent, RecordsLowAndHighCurrentsApart)
 TEST_F(FlashCurrent, ChoosesTheRowByPower)
 {
     ASSERT_EQ(Load(), 0);
-    const struct
-    {
-        KIROExtFlashCurrentType type;
-        INT32                   maxCurrent;
-        INT32                   led1, led2;  ///< of the middle mix
-        FLOAT                   flux;
-        INT32                   power1, power2;
-    } cases[] = {
+    // led1, led2: of the middle mix
+    const std::tuple<KIROExtFlashCurrentType, INT32, INT32, INT32, FLOAT, INT32, INT32> cases[] = {
         {Low, 0, 0, 0, 0.0f, 0, 0},           {Low, 101, 60, 41, 2.424f, 0, 0},     {Low, 250, 150, 100, 6.0f, 0, 0},
         {Low, 5000, 300, 200, 12.0f, 0, 0},   {High, 250, 150, 100, 6.0f, 0, 0},    {High, 750, 450, 300, 18.0f, 0, 1},
         {High, 1500, 900, 600, 36.0f, 0, 1},  // extrapolates the first two rows
         {High, 2000, 1600, 400, 48.0f, 2, 2}, {High, 9000, 1600, 400, 48.0f, 2, 2},
     };
-    for (const auto& rCase : cases)
+    for (const auto& [type, maxCurrent, led1, led2, flux, power1, power2] : cases)
     {
-        SCOPED_TRACE(testing::Message() << static_cast<INT32>(rCase.type) << " at " << rCase.maxCurrent);
-        m_input.maxFlashCurrent = rCase.maxCurrent;
-        ASSERT_EQ(Estimate(rCase.type, 0.5f, 0.75f), 0);
-        EXPECT_EQ(Result().refTable[1].LED1Setting, rCase.led1);
-        EXPECT_EQ(Result().refTable[1].LED2Setting, rCase.led2);
-        EXPECT_FLOAT_EQ(Result().refTable[1].flux, rCase.flux);
-        EXPECT_EQ(m_out.powIdx1, rCase.power1);
-        EXPECT_EQ(m_out.powIdx2, rCase.power2);
-        EXPECT_EQ(Result().LED1Setting, rCase.led1);
+        SCOPED_TRACE(testing::Message() << static_cast<INT32>(type) << " at " << maxCurrent);
+        m_input.maxFlashCurrent = maxCurrent;
+        ASSERT_EQ(Estimate(type, 0.5f, 0.75f), 0);
+        EXPECT_EQ(Result().refTable[1].LED1Setting, led1);
+        EXPECT_EQ(Result().refTable[1].LED2Setting, led2);
+        EXPECT_FLOAT_EQ(Result().refTable[1].flux, flux);
+        EXPECT_EQ(m_out.powIdx1, power1);
+        EXPECT_EQ(m_out.powIdx2, power2);
+        EXPECT_EQ(Result().LED1Setting, led1);
         ExpectRow({0.25f, 0.5f, 1.0f}, {1.0f, 0.75f, 0.25f});
     }
     EXPECT_EQ(Estimate(Off), 1);
@@ -270,13 +259,9 @@ TEST_F(FlashCurrent, YieldsADefinedMixForDegenerateColours)
 
 TEST_F(FlashCurrent, RefusesATableOutOfOrder)
 {
-    const LEDMatchTableType good = m_tuning.LEDMatching;
-    LEDMixType              table[9];
-    const struct
-    {
-        const CHAR* pName;
-        VOID (*pSpoil)(LEDMatchTableType&);
-    } cases[] = {
+    const LEDMatchTableType                                    good = m_tuning.LEDMatching;
+    LEDMixType                                                 table[9];
+    const std::pair<const CHAR*, VOID (*)(LEDMatchTableType&)> cases[] = {
         {"equal powers", [](LEDMatchTableType& r) { std::copy_n(r.table, 3, r.table + 3); }},
         {"another sum", [](LEDMatchTableType& r) { r.table[7].LED2Setting = 401; }},
         {"negative",
@@ -289,13 +274,13 @@ TEST_F(FlashCurrent, RefusesATableOutOfOrder)
         {"too many powers", [](LEDMatchTableType& r) { r.countPower = 33; }},
         {"negative counts", [](LEDMatchTableType& r) { r.countPower = r.countMix = INT32_MIN; }},
     };
-    for (const auto& rCase : cases)
+    for (const auto& [pName, pSpoil] : cases)
     {
-        SCOPED_TRACE(rCase.pName);
+        SCOPED_TRACE(pName);
         std::copy_n(good.table, 9, table);
         m_tuning.LEDMatching       = good;
         m_tuning.LEDMatching.table = table;
-        rCase.pSpoil(m_tuning.LEDMatching);
+        pSpoil(m_tuning.LEDMatching);
         EXPECT_EQ(Load(), 1);
         EXPECT_EQ(Estimate(Low), 1);
         m_tuning.LEDMatching = good;
@@ -307,7 +292,7 @@ TEST_F(FlashCurrent, RefusesATableOutOfOrder)
     EXPECT_EQ(Load(), 0);
     EXPECT_TRUE(m_log.Has(LevelError, "tableCount 100 exceeds threshold 96"));
 
-    m_context.SetTuning(TestTuning());
+    Tune();
     EXPECT_EQ(m_estimator.SetTuningHeaderChanged(), 0);
     EXPECT_EQ(Estimate(Low), 1);
     EXPECT_TRUE(m_log.Has(LevelError, "AECCoreFlash null CCT table"));
@@ -335,24 +320,18 @@ TEST_F(FlashCurrent, RowsBeyondTheSixthServeAtFullPowerUnchecked)
         m_tuning.LEDMatching.tableCount = static_cast<UINT32>(powers);
         ASSERT_EQ(Load(), 0);
         EXPECT_EQ(m_context.m_input.maxLEDCurrent, 3000);
-        const struct
+        const std::tuple<KIROExtFlashCurrentType, INT32, INT32, FLOAT, INT32, INT32> cases[] = {
+            {Low, 5000, 100, 2.0f, 0, 0},
+            {High, 250, 250, 2.0f, 0, 1},
+            {High, 3000, 3000, 2.0f, powers - 1, powers - 1},
+            {Full, 0, 3000, 2.0f, powers - 1, powers - 1}};
+        for (const auto& [type, maxCurrent, led1, rg, power1, power2] : cases)
         {
-            KIROExtFlashCurrentType type;
-            INT32                   maxCurrent;
-            INT32                   led1;
-            FLOAT                   rg;
-            INT32                   power1, power2;
-        } cases[] = {{Low, 5000, 100, 2.0f, 0, 0},
-                     {High, 250, 250, 2.0f, 0, 1},
-                     {High, 3000, 3000, 2.0f, powers - 1, powers - 1},
-                     {Full, 0, 3000, 2.0f, powers - 1, powers - 1}};
-        for (const auto& rCase : cases)
-        {
-            m_input.maxFlashCurrent = rCase.maxCurrent;
-            ASSERT_EQ(Estimate(rCase.type), 0);
-            ExpectCurrents(rCase.led1, 0, rCase.rg, 0, 0);
-            EXPECT_EQ(m_out.powIdx1, rCase.power1);
-            EXPECT_EQ(m_out.powIdx2, rCase.power2);
+            m_input.maxFlashCurrent = maxCurrent;
+            ASSERT_EQ(Estimate(type), 0);
+            ExpectCurrents(led1, 0, rg, 0, 0);
+            EXPECT_EQ(m_out.powIdx1, power1);
+            EXPECT_EQ(m_out.powIdx2, power2);
         }
     }
     // A table that is refused has told its largest current by then.

@@ -2,9 +2,6 @@
 
 #include "core/extension/ckirogeneralizedmonitor.h"
 
-#include <gtest/gtest.h>
-
-#include "tests/support/statslogcapture.h"
 #include "tests/support/testcontext.h"
 
 namespace
@@ -15,7 +12,7 @@ using namespace kiroextension;
 constexpr INT32 SlotA = 100;
 constexpr INT32 SlotB = 101;
 
-class GeneralizedMonitor : public testing::Test
+class GeneralizedMonitor : public ContextTest
 {
 protected:
     /// Two criteria in the first scene, none in the second, which does not pass.
@@ -40,8 +37,6 @@ protected:
         return isReached && m_monitor.RunCriteriaCheck() == FALSE;
     }
 
-    StatsLogCapture             m_log;
-    TestContext                 m_context;
     TriggerSystemEndLevelType   m_identity[2] = {{{0.0f, 0.0f}, 0.0f}, {{100.0f, 100.0f}, 100.0f}};
     SceneCriterion              m_criteria[2] = {{{BankIDTriggers, SlotA}, OriginalData, 2, 0, m_identity},
                                                  {{BankIDTriggers, SlotB}, OriginalData, 2, 0, m_identity}};
@@ -97,7 +92,7 @@ TEST_F(GeneralizedMonitor, AnySceneThatReachesItsThresholdPasses)
     EXPECT_EQ(value, 4.0f);
 }
 
-TEST_F(GeneralizedMonitor, UnreadableValuesCountAsZero)
+TEST_F(GeneralizedMonitor, UnreadableValuesCountAsZeroAndWithoutTuningNothingPasses)
 {
     SetValues(3.0f, 4.0f);
     m_criteria[0].dataBankSource.bankID = BankIDConvBase;
@@ -106,10 +101,8 @@ TEST_F(GeneralizedMonitor, UnreadableValuesCountAsZero)
     m_context.m_pHistory->SaveCurrentFrameID(11);
     m_criteria[1].dataBankSource.dataID = 1000;
     EXPECT_TRUE(Scores(0.0f));
-}
 
-TEST_F(GeneralizedMonitor, WithoutTuningNothingPasses)
-{
+    // Without a tuning nothing passes.
     m_monitor.RebaseData();
     m_monitor.FreeDataMemory();
     m_monitor.SetTuning(nullptr);

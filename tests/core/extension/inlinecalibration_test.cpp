@@ -9,6 +9,7 @@
 #include <cmath>
 
 #include "core/extension/cflashcurrentestimator.h"
+#include "tests/support/bytewriter.h"
 #include "tests/support/statsfixture.h"
 
 using namespace statsfixture;
@@ -47,25 +48,24 @@ class InlineCalibration : public StatsTest
 protected:
     InlineCalibration()
     {
-        m_tuning.LEDMatching.countPower            = 2;
-        m_tuning.LEDMatching.countMix              = 3;
-        m_tuning.LEDMatching.dualLEDIntersectSlope = 1.0f;
-        m_tuning.LEDMatching.tableCount            = 6;
-        m_tuning.LEDMatching.table                 = m_table;
-        m_tuning.LEDMatching.tableCalibration      = m_calibration;
-        auto& rCalib                               = m_tuning.LEDInlineCalibration;
-        rCalib.triggerIndex                        = 300.0f;
-        rCalib.refRange                            = 0.1f;
-        rCalib.refRegionPCT                        = 0.5f;
-        rCalib.validRefCount                       = 16;
-        rCalib.distanceRatioMin                    = 0.2f;
-        rCalib.distanceRatioMax                    = 1.2f;
-        rCalib.angleShiftMax                       = 0.15f;
-        rCalib.minKneeCnt                          = 4;
-        rCalib.maxZoneCnt                          = 8;
-        rCalib.confidencePctThr                    = 0.7f;
-        rCalib.numOfFactoringRegions               = 10;
-        rCalib.LEDInlineCalibTarget                = m_zones;
+        m_tuning.LEDMatching          = {.dualLEDIntersectSlope = 1.0f,
+                                         .countPower            = 2,
+                                         .countMix              = 3,
+                                         .tableCount            = 6,
+                                         .table                 = m_table,
+                                         .tableCalibration      = m_calibration};
+        m_tuning.LEDInlineCalibration = {.triggerIndex          = 300.0f,
+                                         .refRange              = 0.1f,
+                                         .refRegionPCT          = 0.5f,
+                                         .validRefCount         = 16,
+                                         .distanceRatioMin      = 0.2f,
+                                         .distanceRatioMax      = 1.2f,
+                                         .angleShiftMax         = 0.15f,
+                                         .minKneeCnt            = 4,
+                                         .maxZoneCnt            = 8,
+                                         .confidencePctThr      = 0.7f,
+                                         .numOfFactoringRegions = 10,
+                                         .LEDInlineCalibTarget  = m_zones};
 
         m_context.m_input.bIsFICMode         = TRUE;
         m_context.m_input.AWBState.redGain   = 2.0f;
@@ -78,7 +78,7 @@ protected:
 
     VOID Load()
     {
-        m_context.SetTuning(TestTuning().Add(m_tuning));
+        Tune(m_tuning);
         m_pManager = TavoNew<CFICManager>(m_context);
         EXPECT_EQ(m_pManager->SetFICMode(), 0);
     }
@@ -108,12 +108,10 @@ protected:
     VOID RunPreflash(LEDPair pair, Colour estimate, Colour measured, UINT32 width = 8)
     {
         SetStats(measured, width);
-        m_context.m_input.opMode     = AECAlgoOperationModePreflash;
-        KIROExtFlashInfo info        = {FALSE, TRUE, {}, {}};
-        info.flashLowEst.LED1Setting = pair.led1;
-        info.flashLowEst.LED2Setting = pair.led2;
-        info.flashLowEst.RGRatio     = estimate.rg;
-        info.flashLowEst.BGRatio     = estimate.bg;
+        m_context.m_input.opMode = AECAlgoOperationModePreflash;
+        KIROExtFlashInfo info    = {FALSE, TRUE, {}, {}};
+        info.flashLowEst         = {
+                    .LED1Setting = pair.led1, .LED2Setting = pair.led2, .RGRatio = estimate.rg, .BGRatio = estimate.bg};
         Run(info);
     }
 
@@ -124,10 +122,8 @@ protected:
         m_context.m_input.opMode       = AECAlgoOperationModeStreaming;
         m_context.m_input.bIsFullFlash = TRUE;
         KIROExtFlashInfo info{};
-        info.flashHighEst.LED1Setting = pair.led1;
-        info.flashHighEst.LED2Setting = pair.led2;
-        info.flashHighEst.RGRatio     = estimate.rg;
-        info.flashHighEst.BGRatio     = estimate.bg;
+        info.flashHighEst = {
+            .LED1Setting = pair.led1, .LED2Setting = pair.led2, .RGRatio = estimate.rg, .BGRatio = estimate.bg};
         Run(info);
         m_context.m_input.bIsFullFlash = FALSE;
     }
@@ -150,19 +146,15 @@ protected:
     /// Hands samples of the low middle mix to the manager, as from an earlier session, and lets it factor them.
     VOID Factor(const std::vector<Colour>& rColours)
     {
-        std::vector<BYTE> blob(4 + 16 * rColours.size() + 24 * 3 + 4 * 2);
-        blob[0] = static_cast<BYTE>(rColours.size());
-        blob[2] = 3;
-        blob[3] = 2;
-        for (size_t i = 0; i < rColours.size(); ++i)
+        const UINT16 count = static_cast<UINT16>(rColours.size());
+        ByteWriter   blob;
+        blob.Add(count).Add<UINT8>(3).Add<UINT8>(2);
+        for (const Colour& rColour : rColours)
         {
-            BYTE*        pSample = &blob[4 + 16 * i];
-            const UINT16 leds[]  = {static_cast<UINT16>(LowMix.led1), static_cast<UINT16>(LowMix.led2)};
-            std::memcpy(pSample, leds, sizeof(leds));
-            std::memcpy(pSample + 4, &rColours[i], sizeof(Colour));
+            blob.Add<UINT16>(LowMix.led1, LowMix.led2).Add(rColour).Zeros(4);
         }
-        blob[blob.size() - 8] = static_cast<BYTE>(rColours.size());  // zone 0, low
-        ASSERT_EQ(m_pManager->SetFICData(blob.data()), 0);
+        blob.Zeros(3 * 24).Add(count).Zeros(6);  // all in zone 0, low
+        ASSERT_EQ(m_pManager->SetFICData(blob.Get().data()), 0);
         CaptureLow(LowMix, Tuned, Neutral);
     }
 
@@ -259,20 +251,16 @@ TEST_F(InlineCalibration, TakesAColourOnlyWhereEnoughSamplesAgree)
 
 TEST_F(InlineCalibration, TakesNoSampleWithoutAReference)
 {
-    const struct
-    {
-        const CHAR* pName;
-        VOID (*pSpoil)(TestContext&, KIROExtensionOutput&);
-    } cases[] = {
+    const std::pair<const CHAR*, VOID (*)(TestContext&, KIROExtensionOutput&)> cases[] = {
         {"no flash needed", [](TestContext&, auto& rOut) { rOut.monitoredFlags.bFlashNeeded = FALSE; }},
         {"bright", [](TestContext& r, auto&) { r.SetTrigger(TriggerCtrlLux, 299.0f); }},
         {"no white balance", [](TestContext& r, auto&) { r.m_input.AWBState.redGain = 0.0f; }},
         {"another white balance", [](TestContext& r, auto&) { r.m_input.AWBState.blueGain = 4.0f; }},
         {"off", [](TestContext& r, auto&) { r.m_input.bIsFICMode = FALSE; }},
     };
-    for (const auto& rCase : cases)
+    for (const auto& [pName, pSpoil] : cases)
     {
-        SCOPED_TRACE(rCase.pName);
+        SCOPED_TRACE(pName);
         m_context.m_input.AWBState.redGain  = 2.0f;
         m_context.m_input.AWBState.blueGain = 2.0f;
         m_context.m_input.bIsFICMode        = TRUE;
@@ -281,7 +269,7 @@ TEST_F(InlineCalibration, TakesNoSampleWithoutAReference)
         Load();
         CaptureLow(LowMix, Tuned, Towards(True, 0.5f));
         EXPECT_EQ(Info().rawDataCount, 1);
-        rCase.pSpoil(m_context, m_out);
+        pSpoil(m_context, m_out);
         CaptureLow(LowMix, Tuned, Towards(True, 0.5f));
         EXPECT_EQ(Info().rawDataCount, 1);
     }
@@ -304,13 +292,7 @@ TEST_F(InlineCalibration, SkipsMeasurementsThatAreNone)
     m_calibration[0].indexMix                  = 1;
     m_tuning.LEDMatching.tableCalibrationCount = 1;
     Load();
-    const struct
-    {
-        const CHAR* pReason;
-        LEDPair     pair;
-        Colour      measured;
-        UINT32      width;
-    } cases[] = {
+    const std::tuple<const CHAR*, LEDPair, Colour, UINT32> cases[] = {
         {"same as calibration position", LowMix, Towards(True, 0.5f), 8},
         {"invalid stats", {301, 199}, Towards(True, 0.5f), 16},
         {"out of distance range", {301, 199}, Towards(True, 0.19f), 8},
@@ -318,14 +300,14 @@ TEST_F(InlineCalibration, SkipsMeasurementsThatAreNone)
         {"out of distance range", {301, 199}, {NAN, 0.5f}, 8},
         {"out of RG, BG range", {301, 199}, Towards({0.5f, 1.0f}, 0.5f), 8},
     };
-    for (const auto& rCase : cases)
+    for (const auto& [pReason, pair, measured, width] : cases)
     {
         m_log.Clear();
         RunFlashOff();
-        RunPreflash(rCase.pair, Tuned, rCase.measured, rCase.width);
-        EXPECT_TRUE(m_log.Has(LevelTrace, std::string("AECCoreInline: skip inline processing - ") + rCase.pReason));
+        RunPreflash(pair, Tuned, measured, width);
+        EXPECT_TRUE(m_log.Has(LevelTrace, std::string("AECCoreInline: skip inline processing - ") + pReason));
         RunFullFlash(HighMix, Tuned, Neutral);
-        EXPECT_EQ(Info().rawDataCount, 0) << rCase.pReason;
+        EXPECT_EQ(Info().rawDataCount, 0) << pReason;
     }
     CaptureLow({301, 199}, Tuned, Towards(True, 0.2001f));
     EXPECT_EQ(Info().rawDataCount, 1);
@@ -398,18 +380,20 @@ TEST_F(InlineCalibration, KeepsTheNewestSamplesOfEachZone)
 class InlineCalibrationBlob : public InlineCalibration
 {
 protected:
-    std::vector<BYTE> m_blob = {
-        0x02, 0x00, 3, 2,                                                                    // samples, knees, zones
-        0x2C, 0x01, 0xC8, 0x00, 0x00, 0x00, 0x80, 0x3E, 0x00, 0x00, 0x40, 0x3F, 0, 0, 0, 0,  // 300, 200: 0.25,
-                                                                                             // 0.75
-        0x58, 0x02, 0x90, 0x01, 0x00, 0x00, 0x00, 0x3F, 0x00, 0x00, 0x80, 0x3F, 1, 0, 0, 0,  // 600, 400:
-                                                                                             // 0.5, 1.0
-        0x00, 0x00, 0x80, 0x3E, 0x00, 0x00, 0x00, 0x3F, 0x00, 0x00, 0x40, 0x3F, 0x00, 0x00, 0x80, 0x3F,  // knee 0
-        1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,                          // knee 1
-        0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0x40,  // knee 2: high BG 2.0
-        0, 0, 0, 0, 0, 0, 0, 0, 0x01, 0x00, 0x00, 0x00, 0x00, 0x00, 0x01, 0x01,     // zones: 1, 0
-                                                                                    // and 0, 257
-    };
+    static std::vector<BYTE> MakeBlob()
+    {
+        ByteWriter blob;
+        blob.Add<UINT16>(2).Add<UINT8>(3, 2);  // samples, knees, zones
+        blob.Add<UINT16>(300, 200).Add(0.25f, 0.75f).Add(0);
+        blob.Add<UINT16>(600, 400).Add(0.5f, 1.0f).Add(1);
+        blob.Add(0.25f, 0.5f, 0.75f, 1.0f).Add(1, 0);  // knees
+        blob.Zeros(16).Add(0, 1);
+        blob.Zeros(12).Add(2.0f).Zeros(8);
+        blob.Add<UINT16>(1, 0, 0, 257);  // samples of each zone
+        return blob.Get();
+    }
+
+    std::vector<BYTE> m_blob = MakeBlob();
 };
 
 TEST_F(InlineCalibrationBlob, CarriesTheKneesOverASession)
@@ -475,7 +459,7 @@ TEST_F(InlineCalibration, IsInertForATableThatItCannotHold)
 {
     m_tuning.LEDMatching.countMix   = 17;
     m_tuning.LEDMatching.countPower = INT32_MIN;
-    m_context.SetTuning(TestTuning().Add(m_tuning));
+    Tune(m_tuning);
     m_pManager = TavoNew<CFICManager>(m_context);
     EXPECT_EQ(m_pManager->SetFICMode(), 1);
     CaptureLow(LowMix, Tuned, Towards(True, 0.5f));

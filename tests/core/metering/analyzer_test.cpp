@@ -1,12 +1,9 @@
 #include "core/metering/ckiroanalyzer.h"
 
-#include <gtest/gtest.h>
-
 #include <limits>
 
 #include "platform/tavodesk.h"
 #include "tests/core/metering/analyzerrecords.h"
-#include "tests/support/statslogcapture.h"
 #include "tests/support/testcontext.h"
 
 using namespace analyzerrecords;
@@ -21,7 +18,7 @@ constexpr INT32 ScratchID    = 40;
 constexpr INT32 FreeTrigger  = 100;
 constexpr INT32 OtherTrigger = 101;
 
-class Analyzer : public testing::Test
+class Analyzer : public ContextTest
 {
 protected:
     /// A measured luma of 40 for a target of [60, 80], with confidence 0.5.
@@ -59,27 +56,22 @@ protected:
         EXPECT_FLOAT_EQ(m_context.AnalyzerResult(dataID).end, end) << dataID;
     }
 
-    StatsLogCapture    m_log;
-    TestContext        m_context;
     AnalyzerRecord     m_record{7};
     TavoPtr<CAnalyzer> m_pAnalyzer;
 };
 
 TEST_F(Analyzer, BringsTheReferenceExposureToTheLowerTarget)
 {
-    const struct
+    const std::pair<KIROExposureSelection, UINT64> cases[] = {
+        {ExposureShort, 1500}, {ExposureSafe, 3000}, {ExposureLong, 6000}, {ExposureNone, 1500}};
+    for (const auto& [refType, sensitivity] : cases)
     {
-        KIROExposureSelection refType;
-        UINT64                sensitivity;
-    } cases[] = {{ExposureShort, 1500}, {ExposureSafe, 3000}, {ExposureLong, 6000}, {ExposureNone, 1500}};
-    for (const auto& rCase : cases)
-    {
-        m_record.m_record.refExposureType = rCase.refType;
+        m_record.m_record.refExposureType = refType;
         const KIROAnalyzerOutput& rOutput = TuneAndRun();
         EXPECT_EQ(rOutput.luma, 40.0f);
         EXPECT_EQ(rOutput.target.end, 80.0f);
         EXPECT_EQ(rOutput.confidence, 0.5f);
-        EXPECT_EQ(rOutput.sensitivity, rCase.sensitivity) << rCase.refType;
+        EXPECT_EQ(rOutput.sensitivity, sensitivity) << refType;
     }
     ExpectResult(FirstOutput, 40.0f, 40.0f);
     ExpectResult(FirstOutput + 1, 60.0f, 80.0f);
@@ -97,7 +89,7 @@ TEST_F(Analyzer, SensitivityIsTruncatedAndSaturates)
     EXPECT_EQ(Run().sensitivity, 0u);
 }
 
-TEST_F(Analyzer, ComponentsWithoutAnOutputAreOff)
+TEST_F(Analyzer, OutputsOfComponentsAreOffInTriggersOrRefused)
 {
     m_record.m_record.luma.aggregator.output.dataBank.bankID   = BankIDInvalid;
     m_record.m_record.target.aggregator.output.dataBank.dataID = -1;
@@ -106,10 +98,8 @@ TEST_F(Analyzer, ComponentsWithoutAnOutputAreOff)
     EXPECT_EQ(rOutput.target.end, 0.0f);
     EXPECT_EQ(rOutput.confidence, 0.5f);
     EXPECT_EQ(m_log.CountLevel(LevelError), 0u);
-}
 
-TEST_F(Analyzer, ComponentsStoreInTriggersAndRefuseOtherBanks)
-{
+    // Triggers are outputs too, other banks are refused.
     m_record.m_record.luma.aggregator.output.dataBank   = TriggerBank(FreeTrigger);
     m_record.m_record.target.aggregator.output.dataBank = TriggerBank(OtherTrigger);
     TuneAndRun();
@@ -132,10 +122,10 @@ TEST_F(Analyzer, TreesOfComponentsRememberTheirZoneAndThoseOfOperandsDoNot)
     m_record.Target({{LookUp<TargetCalculationUnitType>(ranges, TriggerBank(FreeTrigger)),
                       LookUp<CalculationUnitType>(numbers, TriggerBank(0))}},
                     AnalyzerBank(FirstOutput + 1), WeightedSum);
-    ArithmeticOperationOperandInputType operand{};
-    operand.method        = ArithmeticInputMethodType::TriggerSystemMethod;
-    operand.triggerSystem = LookUp<TargetCalculationUnitType>(ranges, TriggerBank(FreeTrigger)).triggerSystem;
-    operand.dataType      = BankDataType::end;
+    ArithmeticOperationOperandInputType operand = {
+        .method        = ArithmeticInputMethodType::TriggerSystemMethod,
+        .triggerSystem = LookUp<TargetCalculationUnitType>(ranges, TriggerBank(FreeTrigger)).triggerSystem,
+        .dataType      = BankDataType::end};
     m_record.Add(Copy(EndOfAnalysis, operand, AnalyzerBank(ScratchID)));
 
     m_context.SetTrigger(0, 150.0f);
@@ -153,31 +143,26 @@ TEST_F(Analyzer, TreesOfComponentsRememberTheirZoneAndThoseOfOperandsDoNot)
 
 TEST_F(Analyzer, OperatorsComputeEachMethod)
 {
-    const struct
-    {
-        ArithmeticOperationMethodType method;
-        FLOAT                         start;
-        FLOAT                         end;
-    } cases[] = {
+    const std::tuple<ArithmeticOperationMethodType, FLOAT, FLOAT> cases[] = {
         {Addition, 26.0f, 26.0f},    {Subtraction, -14.0f, -14.0f}, {Multiplication, 120.0f, 120.0f},
         {Division, 0.3f, 0.3f},      {Max, 20.0f, 20.0f},           {Min, 6.0f, 6.0f},
         {Smallest, 2.0f, 2.0f},      {SecondSmallest, 3.0f, 3.0f},  {Largest, 5.0f, 5.0f},
         {SecondLargest, 4.0f, 4.0f}, {FlashHighLuma, 54.0f, 54.0f}, {LinearInterpolation, -1.0f, -2.0f},
         {CondLarger, 5.0f, 5.0f},    {CondSmaller, 4.0f, 4.0f},     {CondEqual, 5.0f, 5.0f},
     };
-    for (const auto& rCase : cases)
+    for (const auto& [method, start, end] : cases)
     {
-        m_record.Add(Operator(BeginningOfAnalysis, rCase.method, 2.0f, 3.0f, 4.0f, 5.0f,
-                              AnalyzerBank(200 + static_cast<INT32>(rCase.method))));
+        m_record.Add(Operator(BeginningOfAnalysis, method, 2.0f, 3.0f, 4.0f, 5.0f,
+                              AnalyzerBank(200 + static_cast<INT32>(method))));
     }
     m_record.Add(Operator(BeginningOfAnalysis, FlashHighLuma, 20.0f, 3.0f, 4.0f, 5.0f, AnalyzerBank(300)));
     m_record.Add(Operator(BeginningOfAnalysis, Division, 6.0f, 1.0f, 0.0f, 1.0f, AnalyzerBank(301)));
     m_record.Add(Operator(BeginningOfAnalysis, CondEqual, 2.0f, 2.0f, 4.0f, 5.0f, AnalyzerBank(302)));
     m_record.Add(Operator(BeginningOfAnalysis, SecondLargest, 9.0f, 7.0f, 8.0f, 6.0f, AnalyzerBank(303)));
     TuneAndRun();
-    for (const auto& rCase : cases)
+    for (const auto& [method, start, end] : cases)
     {
-        ExpectResult(200 + static_cast<INT32>(rCase.method), rCase.start, rCase.end);
+        ExpectResult(200 + static_cast<INT32>(method), start, end);
     }
     ExpectResult(300, 15.0f, 15.0f);
     ExpectResult(301, 6e7f, 6e7f);
@@ -289,9 +274,8 @@ TEST_F(Analyzer, BrokenTuningYieldsZerosAndLogs)
     unknown.selection = static_cast<CalculationMethodType>(2);
     m_record.Luma({{unknown, Read({BankIDStatsCalculator, -1})}}, AnalyzerBank(1000),
                   static_cast<AggregationMethodType>(11));
-    TargetCalculationUnitType noTree{};
-    noTree.selection                       = CalculationMethodType::TriggerSystemMethod;
-    noTree.triggerSystem.trigger1DataCount = 0xFFFFFFFF;
+    TargetCalculationUnitType noTree = {.selection     = CalculationMethodType::TriggerSystemMethod,
+                                        .triggerSystem = {.trigger1DataCount = 0xFFFFFFFF}};
     m_record.Target({{noTree, Read(NoBank)}}, AnalyzerBank(FirstOutput + 1));
     m_record.m_record.confidence.calculators      = nullptr;
     m_record.m_record.confidence.calculatorsCount = 1000000;
@@ -324,9 +308,8 @@ TEST_F(Analyzer, FramesAllocateNothing)
     const auto unit = LookUp<TargetCalculationUnitType>(ranges, TriggerBank(FreeTrigger));
     m_record.Target({{unit, Read(CalculatorBank(WeightID))}}, AnalyzerBank(FirstOutput + 1),
                     MinWeightedAbsoluteSumDifference);
-    ArithmeticOperationOperandInputType operand{};
-    operand.method        = ArithmeticInputMethodType::TriggerSystemMethod;
-    operand.triggerSystem = unit.triggerSystem;
+    ArithmeticOperationOperandInputType operand = {.method        = ArithmeticInputMethodType::TriggerSystemMethod,
+                                                   .triggerSystem = unit.triggerSystem};
     m_record.Add(Copy(BeginningOfAnalysis, operand, AnalyzerBank(ScratchID)));
     Tune();
     const UINT64 before = TavoDesk::GetAllocationCounters().allocations;

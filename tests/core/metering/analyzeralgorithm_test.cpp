@@ -1,13 +1,10 @@
 #include <cmath>
 
-#include <gtest/gtest.h>
-
 #include "core/metering/ckiroanalyzeralgorithm001.h"
 #include "core/metering/ckiroanalyzeralgorithm002.h"
 #include "schema/kiroflashsnapshot.h"
 #include "schema/kirometering.h"
 #include "schema/kirometeringstatscalculator.h"
-#include "tests/support/statslogcapture.h"
 #include "tests/support/testcontext.h"
 
 namespace
@@ -20,7 +17,7 @@ constexpr INT32 DarkRatioID   = 51;  // calculator results
 constexpr INT32 BrightRatioID = 53;
 constexpr INT32 LumaHighID    = 30;  // analyzer result
 
-class LuxIndex : public testing::Test
+class LuxIndex : public ContextTest
 {
 protected:
     LuxIndex()
@@ -54,15 +51,13 @@ protected:
         input.analyzerIn.luma        = luma;
         input.analyzerIn.target      = {target, target};
         input.analyzerIn.sensitivity = sensitivity;
-        m_context.SetTuning(TestTuning().Add(m_metering).Add(m_calculators).Add(m_analyzers));
+        Tune(m_metering, m_calculators, m_analyzers);
         CAnalyzerAlgorithm001 algorithm;
         algorithm.SetTuning(0, m_context);
         EXPECT_EQ(algorithm.RunAlgorithm(input).analyzerOut.luma, luma);
         return m_context.Trigger(TriggerCtrlLux);
     }
 
-    StatsLogCapture                                              m_log;
-    TestContext                                                  m_context;
     kirometering::KIROMeteringType                               m_metering{};
     kirometeringstatscalculator::KIROMeteringStatsCalculatorType m_calculators{};
     kirometeringsceneanalyzer::KIROMeteringSceneAnalyzerType     m_analyzers{};
@@ -70,6 +65,7 @@ protected:
 
 TEST_F(LuxIndex, IsTheIndexOfTheExposureThatWouldReachTheTarget)
 {
+    EXPECT_FLOAT_EQ(Run(10.0f, 100.0f), Decade) << "without a history from 0";
     SaveFrames();
     EXPECT_FLOAT_EQ(Run(10.0f, 100.0f), 100.0f + Decade);
     EXPECT_EQ(m_context.Trigger(TriggerCtrlLuma), 10.0f);
@@ -80,35 +76,25 @@ TEST_F(LuxIndex, IsTheIndexOfTheExposureThatWouldReachTheTarget)
     EXPECT_FLOAT_EQ(Run(10.0f, 100.0f), 110.0f + Decade);
     // Far below the base index.
     EXPECT_EQ(Run(10.0f, 0.0f), 0.0f);
-}
 
-TEST_F(LuxIndex, StartsFromTheExposureWithCompensation)
-{
-    SaveFrames();
+    // With compensation it starts from the exposure.
+    m_analyzers.luxAnalyzer.refExposureType         = ExposureSafe;
     m_metering.luxIndexOperation.enableCompensation = TRUE;
     EXPECT_FLOAT_EQ(Run(50.0f, 50.0f), 3.0f * Decade);
     m_metering.luxIndexOperation.refExposureForLuxIndexZero = 0;
     EXPECT_FLOAT_EQ(Run(50.0f, 50.0f), 6.0f * Decade);
 }
 
-TEST_F(LuxIndex, WithoutHistoryStartsFromZero)
-{
-    EXPECT_FLOAT_EQ(Run(10.0f, 100.0f), Decade);
-}
-
 TEST_F(LuxIndex, IsFilteredAgainstThePreviousOne)
 {
     SaveFrames();
     m_metering.luxIndexOperation.filteringFactor = 0.25f;
-    const struct
+    const std::pair<FLOAT, FLOAT> cases[]        = {
+               {100.0f, 158.4239f}, {-100.0f, 108.4239f}, {0.5f, 133.5489f}, {0.4f, 177.8985f}, {0.0f, 177.8985f}};
+    for (const auto& [previous, expected] : cases)
     {
-        FLOAT previous;
-        FLOAT expected;
-    } cases[] = {{100.0f, 158.4239f}, {-100.0f, 108.4239f}, {0.5f, 133.5489f}, {0.4f, 177.8985f}, {0.0f, 177.8985f}};
-    for (const auto& rCase : cases)
-    {
-        m_context.SetTrigger(TriggerCtrlLux, rCase.previous);
-        EXPECT_NEAR(Run(10.0f, 100.0f), rCase.expected, 1e-3f) << rCase.previous;
+        m_context.SetTrigger(TriggerCtrlLux, previous);
+        EXPECT_NEAR(Run(10.0f, 100.0f), expected, 1e-3f) << previous;
     }
     m_metering.luxIndexOperation.filteringFactor = NAN;
     m_context.SetTrigger(TriggerCtrlLux, 100.0f);
@@ -129,9 +115,7 @@ TEST_F(LuxIndex, PublishesTheSecondResultsOfTheRatioCalculators)
 
 TEST_F(LuxIndex, FlashInfluenceIsMeasuredInPreflashOnly)
 {
-    AECFrameHistory off{};
-    off.frameID                                    = 1;
-    off.averageLuma                                = 20.0f;
+    AECFrameHistory off                            = {.frameID = 1, .averageLuma = 20.0f};
     off.exposureSets[AECAlgoExposureSafe].exposure = 2000;
     m_context.SaveFrame(off);
     m_context.m_pHistory->SaveFlashFrame(KIROExtFlashCurrentType::Off);
@@ -164,30 +148,24 @@ TEST_F(LuxIndex, OfAFlashSnapshotStartsFromTheFrameWithoutLED)
     m_context.SaveFrame(off);
     m_context.m_pHistory->SaveFlashFrame(KIROExtFlashCurrentType::Off);
 
-    const struct
-    {
-        KIROExposureSelection type;
-        INT32                 target;
-        FLOAT                 luma;
-        FLOAT                 expected;
-    } cases[] = {
+    const std::tuple<KIROExposureSelection, INT32, FLOAT, FLOAT> cases[] = {
         {ExposureSafe, 100, 10.0f, 120.0f + Decade},
         {ExposureSafe, 100, 0.0f, 120.0f},
         {ExposureSafe, 0, 10.0f, 120.0f},
         {ExposureLong, 10, 100.0f, 0.0f},
         {ExposureSafe, -5, 10.0f, 0.0f},
     };
-    for (const auto& rCase : cases)
+    for (const auto& [type, target, luma, expected] : cases)
     {
         kiroflashsnapshot::KIROFlashSnapshotType snapshot{};
-        snapshot.flashSnapshotLux = {LumaHighID, rCase.target, rCase.type};
-        m_context.SetTuning(TestTuning().Add(snapshot));
-        m_context.SetAnalyzerResult(LumaHighID, {rCase.luma, rCase.luma});
+        snapshot.flashSnapshotLux = {LumaHighID, target, type};
+        Tune(snapshot);
+        m_context.SetAnalyzerResult(LumaHighID, {luma, luma});
         CAnalyzerAlgorithm002 algorithm;
         algorithm.SetTuning(0, m_context);
         algorithm.RunAlgorithm({});
-        EXPECT_FLOAT_EQ(m_context.Trigger(TriggerCtrlLux), rCase.expected) << rCase.target << " " << rCase.luma;
-        EXPECT_FLOAT_EQ(m_context.Trigger(TriggerCtrlFullflashLuxIndex), rCase.expected);
+        EXPECT_FLOAT_EQ(m_context.Trigger(TriggerCtrlLux), expected) << target << " " << luma;
+        EXPECT_FLOAT_EQ(m_context.Trigger(TriggerCtrlFullflashLuxIndex), expected);
     }
 }
 

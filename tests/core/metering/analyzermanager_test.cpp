@@ -1,13 +1,10 @@
 #include "core/metering/canalyzermanager.h"
 
-#include <gtest/gtest.h>
-
 #include <memory>
 #include <vector>
 
 #include "parameters/tablemodule.h"
 #include "tests/core/metering/analyzerrecords.h"
-#include "tests/support/statslogcapture.h"
 #include "tests/support/testcontext.h"
 
 using namespace analyzerrecords;
@@ -20,7 +17,7 @@ constexpr INT32 ConfidenceID = 11;
 // Exposures of a frame, by AECAlgoExposureType.
 constexpr UINT64 Sensitivities[] = {1000, 4000, 2000};
 
-class AnalyzerManager : public testing::Test
+class AnalyzerManager : public ContextTest
 {
 protected:
     AnalyzerManager() : m_pManager(TavoNew<CAnalyzerManager>(m_context))
@@ -46,18 +43,15 @@ protected:
         {
             records.push_back(pAnalyzer->m_record);
         }
-        KIROMeteringSceneAnalyzerType tuning{};
-        tuning.luxAnalyzer                     = m_lux.m_record;
-        tuning.analyzers                       = records.data();
-        tuning.analyzersCount                  = static_cast<UINT32>(records.size());
+        KIROMeteringSceneAnalyzerType  tuning  = {.luxAnalyzer    = m_lux.m_record,
+                                                  .analyzersCount = static_cast<UINT32>(records.size()),
+                                                  .analyzers      = records.data()};
         KIROMeteringSceneAnalyzerType* pTuning = m_context.Stored(tuning);
         m_pManager->UpdateAnalyzers(pTuning);
         m_pManager->SetSensitivities(Sensitivities);
         return pTuning;
     }
 
-    StatsLogCapture                              m_log;
-    TestContext                                  m_context;
     std::vector<std::unique_ptr<AnalyzerRecord>> m_analyzers;
     AnalyzerRecord                               m_lux;
     TavoPtr<CAnalyzerManager>                    m_pManager;

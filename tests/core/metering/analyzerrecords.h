@@ -71,18 +71,15 @@ template <typename Unit, typename Zones> Unit LookUp(Zones& rZones, DataBankType
 
 inline ArithmeticOperationOperandInputType Constant(FLOAT value)
 {
-    ArithmeticOperationOperandInputType operand{};
-    operand.method      = ArithmeticInputMethodType::TuningMethod;
-    operand.tuningValue = value;
+    ArithmeticOperationOperandInputType operand = {.method      = ArithmeticInputMethodType::TuningMethod,
+                                                   .tuningValue = value};
     return operand;
 }
 
 inline ArithmeticOperationOperandInputType Entry(DataBankType bank, BankDataType half = BankDataType::startEnd)
 {
-    ArithmeticOperationOperandInputType operand{};
-    operand.method   = ArithmeticInputMethodType::DataBankMethod;
-    operand.dataBank = bank;
-    operand.dataType = half;
+    ArithmeticOperationOperandInputType operand = {
+        .method = ArithmeticInputMethodType::DataBankMethod, .dataBank = bank, .dataType = half};
     return operand;
 }
 

@@ -61,10 +61,9 @@ protected:
     /// One frame with these calculators active, in this order, on the records as they are now.
     VOID Run(std::vector<UINT32> ids)
     {
-        KIROMeteringStatsCalculatorType tuning{};
-        tuning.statsCalculators      = m_records.data();
-        tuning.statsCalculatorsCount = static_cast<UINT32>(m_records.size());
-        m_pTuning                    = m_context.Stored(tuning);
+        KIROMeteringStatsCalculatorType tuning = {.statsCalculatorsCount = static_cast<UINT32>(m_records.size()),
+                                                  .statsCalculators      = m_records.data()};
+        m_pTuning                              = m_context.Stored(tuning);
         RunAgain(std::move(ids));
     }
 
@@ -73,7 +72,7 @@ protected:
     {
         m_manager.UpdateCalculators(m_pTuning);
         m_active = {1, nullptr, static_cast<UINT32>(ids.size()), 0, ids.data()};
-        m_context.m_pBankManager->SetBankTuning(BankIDActiveCalculators, nullptr, &m_active, 1);
+        SetBank(BankIDActiveCalculators, &m_active);
         m_manager.RunCalculators();
     }
 

@@ -6,11 +6,8 @@
 #include <set>
 #include <string>
 
-#include <gtest/gtest.h>
-
 #include "core/base/tuningaccess.h"
 #include "parameters/tablemodule.h"
-#include "tests/support/statslogcapture.h"
 #include "tests/support/testcontext.h"
 
 namespace
@@ -29,7 +26,7 @@ constexpr UINT32 At(UINT32 row, UINT32 column)
     return row * ColumnCount + column;
 }
 
-class ExternalMap : public testing::Test
+class ExternalMap : public ContextTest
 {
 protected:
     ExternalMap()
@@ -45,10 +42,7 @@ protected:
 
     VOID Load()
     {
-        KIROExternalMapProcessorType tuning{};
-        tuning.externalMapProcessorCount = 1;
-        tuning.externalMapProcessor      = &m_processor;
-        m_context.SetTuning(TestTuning().Add(tuning));
+        Tune(KIROExternalMapProcessorType{.externalMapProcessorCount = 1, .externalMapProcessor = &m_processor});
         m_context.m_pBankManager->SetDataMetering2D({InputID, &m_input, SourceControl});
     }
 
@@ -81,8 +75,6 @@ protected:
     RangeStartEndType        m_ranges[2] = {{{0.0f, 100.0f}, {2.0f, 4.0f}}, {{200.0f, 300.0f}, {6.0f, 8.0f}}};
     ExternalMapProcessorType m_processor{};
     DBMeter2DWeightPayload   m_input{};
-    StatsLogCapture          m_log;
-    TestContext              m_context;
     CKIROExtMapManager       m_manager{m_context};
 };
 
@@ -104,13 +96,7 @@ TEST_F(ExternalMap, TracksOnlyAfterEnoughUsableFramesInARow)
 
 TEST_F(ExternalMap, MarkMovesOnlyWithinItsNeighbourhood)
 {
-    const struct
-    {
-        UINT32 strength;
-        UINT32 from;
-        UINT32 to;
-        bool   isTracked;
-    } moves[] = {
+    const std::tuple<UINT32, UINT32, UINT32, bool> moves[] = {
         {0, At(8, 8), At(8, 8), true},     {0, At(8, 8), At(8, 9), false},  {1, At(8, 8), At(9, 7), true},
         {1, At(8, 8), At(8, 10), false},   {2, At(8, 8), At(8, 10), true},  {2, At(8, 8), At(8, 6), true},
         {9, At(8, 8), At(6, 8), true},     {2, At(8, 8), At(10, 8), true},  {2, At(8, 8), At(9, 10), false},
@@ -118,13 +104,12 @@ TEST_F(ExternalMap, MarkMovesOnlyWithinItsNeighbourhood)
         {2, At(3, 0), At(2, 15), false},   {2, At(0, 0), At(1, 1), true},   {2, At(15, 15), At(13, 15), true},
         {2, At(14, 14), At(15, 15), true}, {2, At(1, 1), At(0, 0), true},
     };
-    for (const auto& rMove : moves)
+    for (const auto& [strength, from, to, isTracked] : moves)
     {
-        m_processor.spatialConsistencyStrength = rMove.strength;
+        m_processor.spatialConsistencyStrength = strength;
         Load();
-        EXPECT_EQ(Frame({rMove.from}), Cells({rMove.from}));
-        EXPECT_EQ(Frame({rMove.to}), rMove.isTracked ? Cells({rMove.to}) : Cells())
-            << rMove.strength << ": " << rMove.from << " to " << rMove.to;
+        EXPECT_EQ(Frame({from}), Cells({from}));
+        EXPECT_EQ(Frame({to}), isTracked ? Cells({to}) : Cells()) << strength << ": " << from << " to " << to;
     }
 }
 
@@ -217,7 +202,7 @@ TEST_F(ExternalMap, ChangedTuningLeavesNoTableOfADeletedProcessor)
     EXPECT_EQ(rBanks.GetDataMetering2D(OutputID + 1), nullptr);
 
     EXPECT_EQ(m_log.CountLevel(LevelError), 0u);
-    m_context.SetTuning(TestTuning());
+    Tune();
     m_manager.RunExtMapProcessors();
     EXPECT_EQ(m_log.CountLevel(LevelError), 1u) << "no processors without the module";
 }

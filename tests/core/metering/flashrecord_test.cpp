@@ -31,7 +31,7 @@ protected:
         const FLOAT value = static_cast<FLOAT>(number);
         ByteWriter  frame;
         frame.Add<UINT32>(number).Add<UINT8>(0);
-        frame.Add<FLOAT>(value).Add<UINT64>(10).Add<FLOAT>(1.5f).Add<FLOAT>(1.0f).Add<UINT64>(100 * number);
+        frame.Add<FLOAT>(value).Add<UINT64>(10).Add<FLOAT>(1.5f, 1.0f).Add<UINT64>(100 * number);
         frame.Add<UINT32>(50).Zeros(2 * 32 + 3 * 8).Add<FLOAT>(value + 0.5f).Zeros(4).Add<UINT8>(1).Zeros(26);
         return frame;
     }
@@ -51,7 +51,7 @@ TEST_F(FlashRecord, HoldsBothFramesTheTriggersAndTheBiasTable)
 {
     kiromtrtablegen::KIROMtrTableGenType tuning{};
     tuning.flashBiasMetTblGen.mtrTblConfig.dataBankID = BiasID;
-    m_context.SetTuning(TestTuning().Add(tuning));
+    Tune(tuning);
     m_context.m_pDebugData         = &m_record.Host();
     m_context.m_input.snapshotMode = KIROCoreSnapshotType::Flash;
     EXPECT_EQ(Fill(), 1) << "no flash frames";
@@ -71,13 +71,13 @@ TEST_F(FlashRecord, HoldsBothFramesTheTriggersAndTheBiasTable)
     DBMeter2DWeightPayload bias{BiasID, nullptr, {}};
     bias.weights[0]   = 1.5f;
     bias.weights[255] = 2.5f;
-    m_context.m_pBankManager->SetBankTuning(BankIDMetering2D, nullptr, &bias, 1);
+    SetBank(BankIDMetering2D, &bias);
     EXPECT_EQ(Fill(), 0);
 
     ByteWriter flash = FrameBytes(3);
     flash.Bytes(FrameBytes(4).Get());
-    flash.Add<FLOAT>(2.0f).Add<FLOAT>(3.0f).Add<FLOAT>(300.5f);
-    flash.Add<FLOAT>(100.0f).Add<FLOAT>(200.0f).Add<FLOAT>(150.0f);
+    flash.Add<FLOAT>(2.0f, 3.0f, 300.5f);
+    flash.Add<FLOAT>(100.0f, 200.0f, 150.0f);
     flash.Add(m_output.exposures[0]).Add(m_output.exposures[1]).Add(m_output.exposures[2]);
     flash.Add<FLOAT>(1.5f).Zeros(254 * 4).Add<FLOAT>(2.5f);
     flash.Zeros(49 + 24515);

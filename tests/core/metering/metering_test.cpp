@@ -72,7 +72,7 @@ protected:
             analyzers.analyzersCount      = static_cast<UINT32>(records.size());
             extension.extensionParam      = m_parameters.data();
             extension.extensionParamCount = static_cast<UINT32>(m_parameters.size());
-            m_context.SetTuning(TestTuning().Add(m_metering).Add(analyzers).Add(calculators).Add(extension));
+            Tune(m_metering, analyzers, calculators, extension);
             m_pModule = TavoNew<CKIROMetering>(m_context.m_tuningData, m_context);
         }
         return *m_pModule;
@@ -86,9 +86,7 @@ protected:
 
     AECFrameHistory Frame(UINT64 exposure = 1)
     {
-        AECFrameHistory frame{};
-        frame.frameID  = ++m_frameID;
-        frame.luxIndex = static_cast<FLOAT>(m_frameID);
+        AECFrameHistory frame = {.frameID = ++m_frameID, .luxIndex = static_cast<FLOAT>(m_frameID)};
         for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
         {
             frame.exposureSets[type].exposure = exposure;
@@ -115,7 +113,7 @@ protected:
         m_context.SaveFrame(Frame());
         EXPECT_EQ(Preprocess(), 0);
         m_active = {1, nullptr, static_cast<UINT32>(active.size()), 0, active.data()};
-        m_context.m_pBankManager->SetBankTuning(BankIDActiveAnalyzers, nullptr, &m_active, 1);
+        SetBank(BankIDActiveAnalyzers, &m_active);
         for (UINT32 id : active)
         {
             (VOID) Module().RunAnalyzer(id);

@@ -1,14 +1,12 @@
 #include "core/metering/ckiroanalyzeralgorithm003.h"
 
-#include <gtest/gtest.h>
-
+#include <functional>
 #include <limits>
 #include <vector>
 
 #include "core/metering/ckiroanalyzer.h"
 #include "schema/kirodbarbitrationlut.h"
 #include "tests/support/debugrecord.h"
-#include "tests/support/statslogcapture.h"
 #include "tests/support/testcontext.h"
 
 using kirometeringsaalgorithm::SAAlgorithmType;
@@ -28,7 +26,7 @@ constexpr INT32 AdjustID = 70;
 constexpr INT32 GyroID   = 9;
 
 /// Exposures of 1000000 with and without LED, so that lumas are rates.
-class PrecisionFlash : public testing::Test
+class PrecisionFlash : public ContextTest
 {
 protected:
     PrecisionFlash() : m_parameters{FrOffID, FrOnID, BkOffID, BkOnID, AdjustID, 0, 0, GyroID, 100.0f, 10.0f, 5.0f, 1.0f}
@@ -77,26 +75,21 @@ protected:
     VOID Tune()
     {
         UINT32            algorithmID = Algorithm003;
-        SceneAnalyzerType analyzer{};
-        analyzer.analyzerID             = AnalyzerID;
-        analyzer.reservedParameter      = &algorithmID;
-        analyzer.reservedParameterCount = 1;
-        kirometeringsceneanalyzer::KIROMeteringSceneAnalyzerType analyzers{};
-        analyzers.luxAnalyzer.refExposureType = ExposureSafe;
-        analyzers.analyzers                   = &analyzer;
-        analyzers.analyzersCount              = 1;
+        SceneAnalyzerType analyzer    = {
+               .analyzerID = AnalyzerID, .reservedParameterCount = 1, .reservedParameter = &algorithmID};
+        kirometeringsceneanalyzer::KIROMeteringSceneAnalyzerType analyzers = {
+            .luxAnalyzer = {.refExposureType = ExposureSafe}, .analyzersCount = 1, .analyzers = &analyzer};
 
         // The later of two entries with one ID applies.
         SAAlgorithmType algorithms[2]{};
-        algorithms[0].ID                       = Algorithm003;
-        algorithms[1].ID                       = Algorithm003;
-        algorithms[1].extensionParameters      = m_parameters.data();
-        algorithms[1].extensionParametersCount = static_cast<UINT32>(m_parameters.size());
-        kirometeringsaalgorithm::KIROMeteringSAAlgorithmType module{};
-        module.SAAlgorithm      = algorithms;
-        module.SAAlgorithmCount = 2;
+        algorithms[0].ID                                            = Algorithm003;
+        algorithms[1].ID                                            = Algorithm003;
+        algorithms[1].extensionParameters                           = m_parameters.data();
+        algorithms[1].extensionParametersCount                      = static_cast<UINT32>(m_parameters.size());
+        kirometeringsaalgorithm::KIROMeteringSAAlgorithmType module = {.SAAlgorithmCount = 2,
+                                                                       .SAAlgorithm      = algorithms};
 
-        m_context.SetTuning(TestTuning().Add(analyzers).Add(module));
+        ContextTest::Tune(analyzers, module);
         m_algorithm.SetTuning(AnalyzerID, m_context);
     }
 
@@ -120,8 +113,6 @@ protected:
         EXPECT_FLOAT_EQ(m_context.Trigger(TriggerCtrlPrecisionFlashE2), e2);
     }
 
-    StatsLogCapture       m_log;
-    TestContext           m_context;
     std::vector<FLOAT>    m_parameters;
     CAnalyzerAlgorithm003 m_algorithm;
 };
@@ -150,8 +141,8 @@ TEST_F(PrecisionFlash, RecordsWhatItReadAndFound)
     EXPECT_FLOAT_EQ(record.At<FLOAT>(offset + 5), 500000.0f);
     EXPECT_EQ(record.At<UINT8>(offset), 1);
     ByteWriter rest;
-    rest.Add<FLOAT>(100.0f).Add<FLOAT>(10.0f).Add<FLOAT>(10.0f).Add<FLOAT>(0.0f);
-    rest.Add<FLOAT>(40.0f).Add<FLOAT>(50.0f).Add<FLOAT>(20.0f).Add<FLOAT>(100.0f);
+    rest.Add<FLOAT>(100.0f, 10.0f, 10.0f, 0.0f);
+    rest.Add<FLOAT>(40.0f, 50.0f, 20.0f, 100.0f);
     record.ExpectBytes(offset + 9, rest);
     EXPECT_FLOAT_EQ(record.At<FLOAT>(offset + 41), 40.0f) << "the whole background";
     record.ExpectBytes(offset + 45, ByteWriter().Add<FLOAT>(1.0f).Zeros(24515));
@@ -169,63 +160,51 @@ TEST_F(PrecisionFlash, ScalesLowFlashToHighByExposureAndFlux)
     ExpectSplit(1.0f, 400000.0f, 500000.0f);
 }
 
-TEST_F(PrecisionFlash, GivesBackgroundUpInStepsForTheShortestFlashTime)
+TEST_F(PrecisionFlash, GivesBackgroundUpForTheShortestFlashTimeOrFindsNothing)
 {
-    // e1 must have more than 0.6 of the whole. Background of 85 percent: 0.44 of 0.74; of 80 percent: 0.453 of 0.687.
-    m_parameters[11] = 6.0f;
-    TuneAndRun();
-    ExpectSplit(1.0f, 1360000.0f / 3.0f, 700000.0f / 3.0f);
-}
-
-TEST_F(PrecisionFlash, FindsNothingWhenTheFlashMayNotLastLongEnough)
-{
-    // A delay of 60 of 100 leaves e1 at most 0.4, and it has 0.444 or more.
-    m_parameters[10] = 55.0f;
-    TuneAndRun();
-    ExpectSplit(0.0f, 0.0f, 0.0f);
-    EXPECT_EQ(m_context.Trigger(TriggerCtrlPrecisionFlashInfluence), 3.0f);
-}
-
-TEST_F(PrecisionFlash, FindsNothingInAFlatScene)
-{
-    SetScene(20.0f, 100.0f, 20.0f, 100.0f);
-    TuneAndRun();
-    ExpectSplit(0.0f, 0.0f, 0.0f);
-}
-
-TEST_F(PrecisionFlash, DoesNotSolveWithoutADetectedScene)
-{
-    m_context.SetTrigger(TriggerCtrlPrecisionFlashOk, 0.0f);
-    TuneAndRun();
-    ExpectSplit(0.0f, 0.0f, 0.0f);
-    EXPECT_EQ(m_context.Trigger(TriggerCtrlPrecisionFlashMinTime), 10.0f);
+    const std::tuple<const CHAR*, std::function<VOID()>, FLOAT, FLOAT, FLOAT> cases[] = {
+        {"flat scene", [this] { SetScene(20.0f, 100.0f, 20.0f, 100.0f); }, 0.0f, 0.0f, 0.0f},
+        {"not detected", [this] { m_context.SetTrigger(TriggerCtrlPrecisionFlashOk, 0.0f); }, 0.0f, 0.0f, 0.0f},
+        // e1 must have more than 0.6 of the whole. Background of 85 percent: 0.44 of 0.74; of 80: 0.453 of 0.687.
+        {"in steps", [this] { m_parameters[11] = 6.0f; }, 1.0f, 1360000.0f / 3.0f, 700000.0f / 3.0f},
+        // A delay of 60 of 100 leaves e1 at most 0.4, and it has 0.444 or more.
+        {"too long a delay", [this] { m_parameters[10] = 55.0f; }, 0.0f, 0.0f, 0.0f},
+    };
+    const std::vector<FLOAT> parameters = m_parameters;
+    for (const auto& [pName, change, ok, e1, e2] : cases)
+    {
+        SCOPED_TRACE(pName);
+        m_parameters = parameters;
+        m_context.SetTrigger(TriggerCtrlPrecisionFlashOk, 1.0f);
+        m_context.SetTrigger(TriggerCtrlPrecisionFlashDelay, 5.0f);
+        SetForegroundScene();
+        change();
+        TuneAndRun();
+        ExpectSplit(ok, e1, e2);
+        EXPECT_EQ(m_context.Trigger(TriggerCtrlPrecisionFlashMinTime), 10.0f);
+    }
+    EXPECT_EQ(m_context.Trigger(TriggerCtrlPrecisionFlashInfluence), 3.0f) << "of plain flash, where nothing was found";
 }
 
 TEST_F(PrecisionFlash, PlainFlashWinsWhereItLightsTheBackgroundEnough)
 {
     // The solution wants a background of 20 and the plain flash gives 50, so the factor 1 + hysteresis must exceed 2.5.
     SetBackgroundScene();
-    KIROPrecisionFlashHistory history{};
-    const struct
-    {
-        KIROPrecisionFlashHistory* pHistory;
-        BOOL                       sceneDetected;
-        FLOAT                      hysteresis;
-        FLOAT                      ok;
-    } cases[] = {{nullptr, FALSE, 0.0f, 0.0f},
-                 {&history, FALSE, 1.5f, 0.0f},
-                 {&history, FALSE, 2.0f, 1.0f},
-                 {&history, TRUE, 2.0f, 0.0f}};
+    KIROPrecisionFlashHistory                                        history{};
+    const std::tuple<KIROPrecisionFlashHistory*, BOOL, FLOAT, FLOAT> cases[] = {{nullptr, FALSE, 0.0f, 0.0f},
+                                                                                {&history, FALSE, 1.5f, 0.0f},
+                                                                                {&history, FALSE, 2.0f, 1.0f},
+                                                                                {&history, TRUE, 2.0f, 0.0f}};
     Tune();
-    for (const auto& rCase : cases)
+    for (const auto& [pHistory, sceneDetected, hysteresis, ok] : cases)
     {
-        history.sceneDetected  = rCase.sceneDetected;
-        history.hysteresis     = rCase.hysteresis;
-        m_context.m_pPFHistory = rCase.pHistory;
+        history.sceneDetected  = sceneDetected;
+        history.hysteresis     = hysteresis;
+        m_context.m_pPFHistory = pHistory;
         m_context.SetTrigger(TriggerCtrlPrecisionFlashOk, 1.0f);
         m_context.SetTrigger(TriggerCtrlPrecisionFlashDelay, 5.0f);
         Run();
-        ExpectSplit(rCase.ok, rCase.ok * 100000.0f, rCase.ok * 500000.0f);
+        ExpectSplit(ok, ok * 100000.0f, ok * 500000.0f);
     }
 }
 
@@ -247,7 +226,7 @@ TEST_F(PrecisionFlash, GyroLimitsTheExposureTime)
     EXPECT_EQ(m_context.Trigger(TriggerCtrlPrecisionFlashMaxExpTimeMs), 100.0f);
     EXPECT_TRUE(m_log.Has(LevelError, "Precision could not find LUT 9"));
 
-    m_context.m_pBankManager->SetBankTuning(BankIDArbitrationLUT, nullptr, &LUT, 1);
+    SetBank(BankIDArbitrationLUT, &LUT);
     Run();
     EXPECT_EQ(m_context.Trigger(TriggerCtrlPrecisionFlashMaxExpTimeMs), 50.0f);
     limit.triggerData = 0.0f;

@@ -7,9 +7,6 @@
 #include <limits>
 #include <vector>
 
-#include <gtest/gtest.h>
-
-#include "tests/support/statslogcapture.h"
 #include "tests/support/testcontext.h"
 
 namespace
@@ -24,7 +21,7 @@ constexpr INT32 SampleID = 5;
 constexpr auto Default = VectorProcessorUsageType::Default;
 constexpr auto Gyro    = VectorProcessorUsageType::Gyro;
 
-class VectorProcessor : public testing::Test
+class VectorProcessor : public ContextTest
 {
 protected:
     VectorProcessor()
@@ -44,8 +41,8 @@ protected:
         tuning.vectorProcessors           = &m_processor;
         tuning.gyroVectorProcessor        = m_processor;
         tuning.gyroVectorProcessor.output = {BankIDStatsCalculator, ResultID};
-        m_context.SetTuning(TestTuning().Add(tuning));
-        m_context.m_pBankManager->SetBankTuning(BankIDMetering1D, nullptr, &m_vector, 1);
+        Tune(tuning);
+        SetBank(BankIDMetering1D, &m_vector);
     }
 
     /// Result after these new samples, the newest first.
@@ -65,22 +62,13 @@ protected:
 
     VectorProcessorType    m_processor{};
     DBMeter1DWeightPayload m_vector{};
-    StatsLogCapture        m_log;
-    TestContext            m_context;
     CKIRO1DVectorManager   m_manager{m_context};
 };
 
 TEST_F(VectorProcessor, FiltersTheNewestSamples)
 {
-    const struct
-    {
-        FilteringMethodType method;
-        UINT32              length;
-        std::vector<FLOAT>  coefficients;
-        FLOAT               afterFirst;   // 1
-        FLOAT               afterThird;   // 5, 2, 1
-        FLOAT               afterEighth;  // 3, 4, 1, 2, 9, 5, 2, 1
-    } filters[] = {
+    // Results after the first sample 1, after 5, 2, 1 and after 3, 4, 1, 2, 9, 5, 2, 1.
+    const std::tuple<FilteringMethodType, UINT32, std::vector<FLOAT>, FLOAT, FLOAT, FLOAT> filters[] = {
         {MovingAverage, 4, {}, 1.0f, 8.0f / 3.0f, 2.5f},
         {MovingAverage, 0, {}, 1.0f, 5.0f, 3.0f},
         {MovingAverage, 8, {}, 1.0f, 8.0f / 3.0f, 27.0f / 8.0f},
@@ -93,13 +81,13 @@ TEST_F(VectorProcessor, FiltersTheNewestSamples)
         {FIR, 4, {}, 0.0f, 0.0f, 0.0f},
         {static_cast<FilteringMethodType>(3), 4, {}, 0.0f, 0.0f, 0.0f},
     };
-    for (const auto& rFilter : filters)
+    for (const auto& [method, length, coefficients, afterFirst, afterThird, afterEighth] : filters)
     {
-        SCOPED_TRACE(testing::Message() << rFilter.method << ", " << rFilter.length);
-        Load(rFilter.method, rFilter.length, rFilter.coefficients);
-        EXPECT_FLOAT_EQ(Run({1.0f}), rFilter.afterFirst);
-        EXPECT_FLOAT_EQ(Run({5.0f, 2.0f}), rFilter.afterThird);
-        EXPECT_FLOAT_EQ(Run({3.0f, 4.0f, 1.0f, 2.0f, 9.0f}), rFilter.afterEighth);
+        SCOPED_TRACE(testing::Message() << method << ", " << length);
+        Load(method, length, coefficients);
+        EXPECT_FLOAT_EQ(Run({1.0f}), afterFirst);
+        EXPECT_FLOAT_EQ(Run({5.0f, 2.0f}), afterThird);
+        EXPECT_FLOAT_EQ(Run({3.0f, 4.0f, 1.0f, 2.0f, 9.0f}), afterEighth);
     }
     EXPECT_TRUE(m_log.Has(LevelError, "No Matched Filtering Method Defined, 3"));
 }
@@ -189,7 +177,7 @@ TEST_F(VectorProcessor, RefusesWhatItCannotReadOrWrite)
 
     m_manager.Run1DVectorProcessors(static_cast<VectorProcessorUsageType>(2), 1);
     EXPECT_TRUE(m_log.Has(LevelError, "No Matched Vector Processor Usage Type 2"));
-    m_context.SetTuning(TestTuning());
+    Tune();
     m_manager.Run1DVectorProcessors(Default, 1);
     m_manager.Run1DVectorProcessors(Gyro, 1);
     EXPECT_TRUE(m_log.Has(LevelError, "Failed to run Run1DVectorProcessors as m_p1DVectorProcessors is NULL"));

@@ -17,7 +17,7 @@ protected:
             m_weights.weights[bin] = static_cast<FLOAT>(bin + 1);
         }
         m_weights.dataID = 6;
-        m_context.m_pBankManager->SetBankTuning(BankIDMetering1D, nullptr, &m_weights, 1);
+        SetBank(BankIDMetering1D, &m_weights);
         SetHistogram();
     }
 
@@ -104,6 +104,15 @@ TEST_F(HistMeasures, RangesOfLumaTakeSharesOfTheBorderBins)
 
 TEST_F(HistMeasures, RangesOfPercentilesAndTheirShares)
 {
+    // They are computed once per frame.
+    ExpectRange(HistRangePercentile, 0.0f, 0.1f, 16.0f, 0.1f);
+    m_counts = {10, 0, 0, 0};
+    ExpectRange(HistRangePercentile, 0.0f, 0.1f, 16.0f, 0.1f);
+    SetHistogram();
+    ExpectRange(HistRangePercentile, 0.0f, 0.1f, 16.0f, 1.0f);
+    m_counts = {10, 20, 30, 40};
+    SetHistogram();
+
     ExpectRange(HistRangePercentile, 0.1f, 0.6f, (1280.0f + 3840.0f) / 50.0f, 0.5f);
     ExpectRange(HistRangePercentile, 0.0f, 0.45f, (160.0f + 1280.0f + 1920.0f) / 45.0f, 0.6f);
     ExpectRange(HistRangePercentile, 0.45f, 0.45f, 128.0f, 0.6f);
@@ -141,15 +150,6 @@ TEST_F(HistMeasures, CumulativeCountIncludesItsEnd)
     FLOAT output = 1.0f;
     EXPECT_EQ(m_pStats->GetHistCDF("none", &expected[0].first, &output), 11);
     EXPECT_EQ(output, 0.0f);
-}
-
-TEST_F(HistMeasures, PercentilesAreComputedOncePerFrame)
-{
-    ExpectRange(HistRangePercentile, 0.0f, 0.1f, 16.0f, 0.1f);
-    m_counts = {10, 0, 0, 0};
-    ExpectRange(HistRangePercentile, 0.0f, 0.1f, 16.0f, 0.1f);
-    SetHistogram();
-    ExpectRange(HistRangePercentile, 0.0f, 0.1f, 16.0f, 1.0f);
 }
 
 TEST_F(HistMeasures, HistogramsWithoutDataOrOfTooManyBinsFail)

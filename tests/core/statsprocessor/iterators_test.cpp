@@ -188,31 +188,23 @@ TEST(GridIterator, AWalkIsNotThatOfTheOneBefore)
     const KIROSubsamplingInfo cell    = {cells, 1, 1};
     const KIROSubsamplingInfo pair    = {cells, 2, 1};
     const KIROSubsamplingInfo square  = {cells, 2, 2};
-    const struct
-    {
-        const CHAR*         pChange;
-        KIROSubsamplingInfo tile;
-        UINT32              width;  ///< of the ROI, in regions
-        UINT32              height;
-        UINT32              left;
-        Regions             expected;
-    } walks[] = {
+    // Width, height and left border of the ROI are in regions.
+    const std::tuple<const CHAR*, KIROSubsamplingInfo, UINT32, UINT32, UINT32, Regions> walks[] = {
         {"first", cell, 2, 2, 0, {0, 1, 6, 7}},        {"column step", pair, 4, 2, 0, {0, 2, 6, 8}},
         {"row step", square, 4, 4, 0, {0, 2, 12, 14}}, {"fewer rows", square, 4, 2, 0, {0, 2}},
         {"columns", square, 6, 2, 0, {0, 2, 4}},       {"start", square, 4, 2, 2, {2, 4}},
         {"start again", square, 4, 2, 0, {0, 2}},      {"rows", square, 4, 4, 0, {0, 2, 12, 14}},
     };
     GridWalk walk(6, 4);
-    for (const auto& rWalk : walks)
+    for (const auto& [pChange, tile, width, height, left, expected] : walks)
     {
         // The start is scaled by 5, the size by 6.
-        const FLOAT      x   = static_cast<FLOAT>(rWalk.left) / 5.0f;
-        const AECAlgoROI roi = {x, 0.0f, static_cast<FLOAT>(rWalk.width) / 6.0f,
-                                static_cast<FLOAT>(rWalk.height) / 4.0f, 1.0f};
+        const FLOAT      x   = static_cast<FLOAT>(left) / 5.0f;
+        const AECAlgoROI roi = {x, 0.0f, static_cast<FLOAT>(width) / 6.0f, static_cast<FLOAT>(height) / 4.0f, 1.0f};
         for (INT pass = 0; pass < 2; ++pass)
         {
-            ASSERT_EQ(walk.Configure(&rWalk.tile, &roi), TRUE);
-            EXPECT_EQ(walk.Visit(), rWalk.expected) << rWalk.pChange << ", pass " << pass;
+            ASSERT_EQ(walk.Configure(&tile, &roi), TRUE);
+            EXPECT_EQ(walk.Visit(), expected) << pChange << ", pass " << pass;
         }
     }
 }
