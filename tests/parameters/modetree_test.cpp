@@ -2,8 +2,6 @@
 
 #include <cstring>
 
-#include "parameters/modenames.h"
-
 namespace
 {
 
@@ -38,13 +36,7 @@ ParameterFile MakeFamily()
 TEST_F(ModeTreeTest, TheDeepestModeOnTheBranchThatHasTheModuleWins)
 {
     ASSERT_TRUE(LoadBuffer(m_manager, MakeFamily())) << log.Text();
-    const struct
-    {
-        const CHAR*             pWhat;
-        std::vector<TuningMode> branch;
-        INT32                   alpha;
-        INT32                   beta;
-    } cases[] = {
+    const std::tuple<const CHAR*, std::vector<TuningMode>, INT32, INT32> cases[] = {
         {"no branch", {}, 1, 2},
         {"Default alone", Branch({}), 1, 2},
         {"inherits what the sensor lacks", Branch({{Sensor, 1}}), 10, 2},
@@ -55,10 +47,10 @@ TEST_F(ModeTreeTest, TheDeepestModeOnTheBranchThatHasTheModuleWins)
         {"use case of Default", Branch({{Usecase, 3}}), 40, 2},
         {"use case of another parent", Branch({{Usecase, 2}}), 1, 2},
     };
-    for (const auto& rCase : cases)
+    for (const auto& [pWhat, branch, alpha, beta] : cases)
     {
-        EXPECT_EQ(AlphaValue(m_manager, rCase.branch), rCase.alpha) << rCase.pWhat;
-        EXPECT_EQ(BetaValue(m_manager, rCase.branch), rCase.beta) << rCase.pWhat;
+        EXPECT_EQ(AlphaValue(m_manager, branch), alpha) << pWhat;
+        EXPECT_EQ(BetaValue(m_manager, branch), beta) << pWhat;
     }
 }
 
@@ -126,12 +118,7 @@ TEST_F(ModeTreeTest, ARunOfOneLevelTakesAChainAsLongAsTheRun)
     maker.Alpha(scene, 5);
     maker.Alpha(maker.Mode(adrc, Feature1, 3), 6);
     ASSERT_TRUE(LoadBuffer(m_manager, maker.Build()));
-    const struct
-    {
-        const CHAR*             pWhat;
-        std::vector<TuningMode> branch;
-        INT32                   alpha;
-    } cases[] = {
+    const std::tuple<const CHAR*, std::vector<TuningMode>, INT32> cases[] = {
         {"one selector", Branch({{Feature1, 2}}), 2},
         {"in the order of the tree", Branch({{Feature1, 2}, {Feature1, 1}}), 3},
         {"in the other order", Branch({{Feature1, 1}, {Feature1, 2}}), 3},
@@ -140,9 +127,9 @@ TEST_F(ModeTreeTest, ARunOfOneLevelTakesAChainAsLongAsTheRun)
         {"chain shorter than the run", Branch({{Feature1, 3}, {Feature1, 2}, {Feature1, 1}}), 1},
         {"repeated selectors make no chain", Branch({{Feature1, 2}, {Feature1, 2}}), 1},
     };
-    for (const auto& rCase : cases)
+    for (const auto& [pWhat, branch, alpha] : cases)
     {
-        EXPECT_EQ(AlphaValue(m_manager, rCase.branch), rCase.alpha) << rCase.pWhat;
+        EXPECT_EQ(AlphaValue(m_manager, branch), alpha) << pWhat;
     }
 
     // However long a run is, the search ends.
@@ -290,28 +277,9 @@ TEST_F(ModeTreeTest, ModesAreFoundByIdAndByPath)
     EXPECT_EQ(m_manager.GetModeEntry(UINT32(0x01000000)), nullptr);
 }
 
-TEST_F(ModeTreeTest, NamesOfSubModesFollowTheirLevel)
-{
-    EXPECT_STREQ(ModeNames::GetSubModeName(Usecase, 0), "Preview");
-    EXPECT_STREQ(ModeNames::GetSubModeName(Feature2, 10), "ZLLPostFusion");
-    EXPECT_STREQ(ModeNames::GetSubModeName(Scene, 20), "BestShot");
-    EXPECT_STREQ(ModeNames::GetSubModeName(Effect, 11), "Whiteboard");
-    EXPECT_EQ(ModeNames::GetSubModeName(Effect, 12), nullptr);
-    EXPECT_EQ(ModeNames::GetSubModeName(Feature1, 7), nullptr);
-    EXPECT_EQ(ModeNames::GetSubModeName(Sensor, 0), nullptr);
-    EXPECT_EQ(ModeNames::GetSubModeName(Default, 0), nullptr);
-    EXPECT_STREQ(ModeNames::Modes().NameOf(6), "Effect");
-}
-
 TEST_F(ModeTreeTest, RowsThatContradictThemselvesRefuseTheFile)
 {
-    const struct
-    {
-        UINT32      id;
-        UINT32      parent;
-        UINT32      link;
-        const CHAR* pError;
-    } cases[] = {
+    const std::tuple<UINT32, UINT32, UINT32, const CHAR*> cases[] = {
         {0x01000001, 0, 0xFFFFFFFF, "ReadModeSection: Index from Mode ID does not match expected"},
         {1, 0x01000000, 0xFFFFFFFF, "ReadModeSection: Mode Table Index != Parent Table Index"},
         {1, 0, 0x02000000, "ReadModeSection: Mode Table Index != Link Table Index"},
@@ -319,7 +287,7 @@ TEST_F(ModeTreeTest, RowsThatContradictThemselvesRefuseTheFile)
         {1, 2, 0xFFFFFFFF, "ReadModeSection: Parent Mode ID exceeds mode count"},
         {1, 0, 2, "ReadModeSection: Link Mode ID exceeds mode count"},
     };
-    for (const auto& rCase : cases)
+    for (const auto& [id, parent, link, pError] : cases)
     {
         TuningFileMaker maker;
         const UINT32    root = maker.Table("main");
@@ -327,12 +295,12 @@ TEST_F(ModeTreeTest, RowsThatContradictThemselvesRefuseTheFile)
         maker.Alpha(root, 1);
         ParameterFile file = maker.Build();
         const size_t  row  = file.Section(BinaryFileFormat::ModeTableSection).Offset + 128 + 24;
-        file.Put(row, rCase.id);
-        file.Put(row + 12, rCase.parent);
-        file.Put(row + 16, rCase.link);
+        file.Put(row, id);
+        file.Put(row + 12, parent);
+        file.Put(row + 16, link);
         file.Seal();
-        EXPECT_FALSE(LoadBuffer(m_manager, file)) << rCase.pError;
-        EXPECT_EQ(m_manager.GetErrorText(), rCase.pError);
+        EXPECT_FALSE(LoadBuffer(m_manager, file)) << pError;
+        EXPECT_EQ(m_manager.GetErrorText(), pError);
         EXPECT_EQ(m_manager.GetModeTableCount(), 0u);
     }
 }

@@ -4,13 +4,13 @@
 
 #include <cstdio>
 #include <fcntl.h>
-#include <fstream>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include "parameters/binaryfileformat.h"
 #include "tests/support/parameterfilebuilder.h"
 #include "tests/support/systemlogcapture.h"
+#include "tests/support/temporaryfile.h"
 
 namespace
 {
@@ -34,86 +34,68 @@ HeaderResult ReadHeader(const std::vector<BYTE>& rBytes)
 
 TEST(Header, IsReadAtEveryVersion)
 {
-    SystemLogCapture log;
-    const struct
-    {
-        VersionUnion version;
-        UINT32       packing;
-        UINT32       headerSize;
-        bool         hasTag;
-    } cases[] = {
+    SystemLogCapture                                     log;
+    const std::tuple<VersionUnion, UINT32, UINT32, bool> cases[] = {
         {{1, 0, 1}, 1, 48, false}, {{1, 0, 2}, 1, 160, true}, {{1, 1, 0}, 8, 160, true},
         {{2, 0, 0}, 8, 160, true}, {{3, 0, 0}, 8, 168, true}, {{3, 0, 1}, 1, 168, true},
         {{4, 0, 0}, 1, 168, true}, {{6, 0, 0}, 1, 168, true}, {{7, 0, 0}, 1, 168, true},
     };
-    for (const auto& rCase : cases)
+    for (const auto& [version, packing, headerSize, hasTag] : cases)
     {
-        ParameterFileBuilder builder(rCase.version);
+        ParameterFileBuilder builder(version);
         builder.SetHeader("sensor tuning", "tool", 0);
         builder.AddRootMode(builder.AddModeTable());
         const ParameterFile file   = builder.Build();
         const HeaderResult  result = ReadHeader(file.bytes);
-        SCOPED_TRACE(rCase.version.Value);
+        SCOPED_TRACE(version.Value);
         ASSERT_TRUE(result.accepted) << result.error;
-        EXPECT_EQ(result.header.Alignment, rCase.packing);
-        EXPECT_EQ(result.position, rCase.headerSize);
-        EXPECT_EQ(result.header.SectionTableOffset, rCase.headerSize);
-        EXPECT_EQ(result.header.BinaryTag, rCase.hasTag ? "sensor tuning" : "");
-        EXPECT_EQ(result.error.empty(), rCase.version >= BinaryFileFormat::ModeTreeMinVersion);
+        EXPECT_EQ(result.header.Alignment, packing);
+        EXPECT_EQ(result.position, headerSize);
+        EXPECT_EQ(result.header.SectionTableOffset, headerSize);
+        EXPECT_EQ(result.header.BinaryTag, hasTag ? "sensor tuning" : "");
+        EXPECT_EQ(result.error.empty(), version >= BinaryFileFormat::ModeTreeMinVersion);
 
         BinaryFileSections sections;
         UINT64             position = result.header.SectionTableOffset;
         std::string        error;
-        ASSERT_TRUE(BinaryFileFormat::ReadSectionInfo(file.bytes.data(), file.bytes.size(), position, rCase.packing,
+        ASSERT_TRUE(BinaryFileFormat::ReadSectionInfo(file.bytes.data(), file.bytes.size(), position, packing,
                                                       result.header.SectionCount, sections, error, nullptr));
         EXPECT_EQ(sections.Data.Offset, file.Section(BinaryFileFormat::DataSection).Offset);
-        EXPECT_EQ(sections.Symbols.Size % BinaryFileFormat::GetSymbolEntrySize(rCase.version), 0U);
+        EXPECT_EQ(sections.Symbols.Size % BinaryFileFormat::GetSymbolEntrySize(version), 0U);
         ASSERT_EQ(sections.ModeTables.size(), 1U);
-        EXPECT_EQ(sections.ModeTables[0].Size, BinaryFileFormat::GetModeTableNameSize(rCase.version) +
-                                                   BinaryFileFormat::GetModeEntrySize(rCase.version));
+        EXPECT_EQ(sections.ModeTables[0].Size,
+                  BinaryFileFormat::GetModeTableNameSize(version) + BinaryFileFormat::GetModeEntrySize(version));
     }
 }
 
 TEST(Header, RefusalsSayWhy)
 {
     SystemLogCapture log;
-    ParameterFile    good = ParameterFileBuilder().Build();
-
+    ParameterFile    good     = ParameterFileBuilder().Build();
+    const auto       readWith = [&](size_t place, auto value)
+    {
+        ParameterFile file = good;
+        file.Put(place, value);
+        file.Seal();
+        return ReadHeader(file.bytes);
+    };
     for (const VersionUnion version : {VersionUnion(7, 0, 1), VersionUnion(7, 1, 0), VersionUnion(8, 0, 0)})
     {
-        ParameterFile file = good;
-        file.Put(32, version.Value);
-        file.Seal();
-        EXPECT_EQ(ReadHeader(file.bytes).error.find("Unsupported binary header version : "), 0U);
+        EXPECT_EQ(readWith(32, version.Value).error.find("Unsupported binary header version : "), 0U);
     }
-    {
-        ParameterFile file = good;
-        file.bytes[0]      = 'X';
-        file.Seal();
-        EXPECT_EQ(ReadHeader(file.bytes).error, "Invalid binary header tag: XELTO Tunara Header");
-    }
-    {
-        ParameterFile file = good;
-        file.bytes[27]     = 'x';  // behind the terminator
-        file.Seal();
-        EXPECT_TRUE(ReadHeader(file.bytes).accepted);
-    }
-    {
-        ParameterFile file = good;
-        file.Put(28, static_cast<UINT32>(file.bytes.size() + 1));
-        file.Seal();
-        EXPECT_EQ(ReadHeader(file.bytes).error.find("Binary header data too small: Expected: "), 0U);
-        file.Put<UINT64>(152, BinaryFileFormat::CompressedFlag);
-        file.Seal();
-        EXPECT_TRUE(ReadHeader(file.bytes).accepted);  // left to the caller to refuse
-    }
-    {
-        ParameterFile file = good;
-        file.bytes[200] ^= 1;
-        const HeaderResult result = ReadHeader(file.bytes);
-        EXPECT_FALSE(result.accepted);
-        EXPECT_EQ(result.error, "Binary file CRC validation failed");
-    }
+    EXPECT_EQ(readWith(0, 'X').error, "Invalid binary header tag: XELTO Tunara Header");
+    EXPECT_TRUE(readWith(27, 'x').accepted) << "behind the terminator";
+    const UINT32 tooLarge = static_cast<UINT32>(good.bytes.size() + 1);
+    EXPECT_EQ(readWith(28, tooLarge).error.find("Binary header data too small: Expected: "), 0U);
+    ParameterFile compressed = good;
+    compressed.Put(28, tooLarge);
+    compressed.Put<UINT64>(152, BinaryFileFormat::CompressedFlag);
+    compressed.Seal();
+    EXPECT_TRUE(ReadHeader(compressed.bytes).accepted) << "left to the caller to refuse";
+    ParameterFile unsealed = good;
+    unsealed.Put<BYTE>(200, 1);
+    EXPECT_FALSE(ReadHeader(unsealed.bytes).accepted);
+    EXPECT_EQ(ReadHeader(unsealed.bytes).error, "Binary file CRC validation failed");
     for (const size_t size : {0U, 27U, 28U, 39U, 40U, 100U, 159U, 167U})
     {
         const std::vector<BYTE> cut(good.bytes.begin(), good.bytes.begin() + static_cast<std::ptrdiff_t>(size));
@@ -121,11 +103,8 @@ TEST(Header, RefusalsSayWhy)
                   (size < 28) ? "Failed to read binary header tag" : "General error parsing binary header data header")
             << size;
     }
-}
 
-TEST(Header, OldFormatWarningGivesWayToTheReasonOfARefusal)
-{
-    SystemLogCapture     log;
+    // The warning of an old format gives way to the reason of a refusal.
     ParameterFileBuilder builder({1, 0, 1});
     ParameterFile        file = builder.Build();
     EXPECT_TRUE(ReadHeader(file.bytes).accepted);
@@ -149,52 +128,38 @@ TEST(SectionTable, LastRowOfATypeCountsAndModeTablesAddUp)
         return BinaryFileFormat::ReadSectionInfo(rows.Get().data(), length, position, 1, count, rSections, rError,
                                                  nullptr);
     };
-    {
-        BinaryFileSections sections;
-        std::string        error;
-        ASSERT_TRUE(read(7, rows.Size(), sections, error));
-        EXPECT_EQ(sections.Symbols.Offset, 1036U);
-        EXPECT_EQ(sections.Data.Offset, 1024U);
-        EXPECT_EQ(sections.DataTable.Size, 60U);
-        EXPECT_EQ(sections.Definitions.Size, 72U);
-        ASSERT_EQ(sections.ModeTables.size(), 2U);
-        EXPECT_EQ(sections.ModeTables[1].Offset, 1048U);
-    }
-    {
-        BinaryFileSections sections;
-        std::string        error;
-        EXPECT_FALSE(read(1, rows.Size(), sections, error));
-        EXPECT_TRUE(log.Has("ReadSectionInfo: Section count 1 is less than Min sections 2\n", "E"));
-        EXPECT_FALSE(read(0xFFFFFFFF, rows.Size(), sections, error));
-        EXPECT_EQ(error, "Error reading data from header sections");
-        EXPECT_FALSE(read(7, rows.Size() - 1, sections, error));
-        rows.Patch<UINT32>(0, 5);
-        EXPECT_FALSE(read(7, rows.Size(), sections, error));
-        EXPECT_TRUE(log.Has("Invalid binary section type 5\n", "E"));
-    }
+    BinaryFileSections sections;
+    std::string        error;
+    ASSERT_TRUE(read(7, rows.Size(), sections, error));
+    EXPECT_EQ(sections.Symbols.Offset, 1036U);
+    EXPECT_EQ(sections.Data.Offset, 1024U);
+    EXPECT_EQ(sections.DataTable.Size, 60U);
+    EXPECT_EQ(sections.Definitions.Size, 72U);
+    ASSERT_EQ(sections.ModeTables.size(), 2U);
+    EXPECT_EQ(sections.ModeTables[1].Offset, 1048U);
+
+    EXPECT_FALSE(read(1, rows.Size(), sections, error));
+    EXPECT_TRUE(log.Has("ReadSectionInfo: Section count 1 is less than Min sections 2\n", "E"));
+    EXPECT_FALSE(read(0xFFFFFFFF, rows.Size(), sections, error));
+    EXPECT_EQ(error, "Error reading data from header sections");
+    EXPECT_FALSE(read(7, rows.Size() - 1, sections, error));
+    rows.Patch<UINT32>(0, 5);
+    EXPECT_FALSE(read(7, rows.Size(), sections, error));
+    EXPECT_TRUE(log.Has("Invalid binary section type 5\n", "E"));
 }
 
 /// A file of bytes that tell their own place: byte n is n / 7.
 class DiskFile : public ::testing::Test
 {
 protected:
-    VOID SetUp() override
-    {
-        m_path = ::testing::TempDir() + "parameterbinaryfile_" + std::to_string(::getpid()) + ".bin";
-    }
-
-    VOID TearDown() override
-    {
-        std::remove(m_path.c_str());
-    }
-
     VOID Write(size_t size)
     {
-        std::ofstream stream(m_path, std::ios::binary | std::ios::trunc);
+        std::string bytes(size, '\0');
         for (size_t place = 0; place < size; ++place)
         {
-            stream.put(static_cast<CHAR>(place / 7));
+            bytes[place] = static_cast<CHAR>(place / 7);
         }
+        m_file.Write(bytes);
     }
 
     /// Gives the file another modification time, whatever the clock says.
@@ -222,8 +187,9 @@ protected:
         return true;
     }
 
-    std::string      m_path;
-    SystemLogCapture m_log;
+    const TemporaryFile m_file{"parameterbinaryfile.bin"};
+    const std::string&  m_path = m_file.path;
+    SystemLogCapture    m_log;
 };
 
 TEST_F(DiskFile, PiecesOfAnySizeAndPlaceAreRight)

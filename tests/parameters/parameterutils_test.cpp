@@ -62,12 +62,7 @@ std::vector<T> ReadAs(ValueType wanted, const ByteWriter& rStored, ParameterDefi
 
 TEST(DoubleToString, WritesDecimalNumbers)
 {
-    const struct
-    {
-        DOUBLE      value;
-        UINT32      precision;
-        const CHAR* pText;
-    } cases[] = {
+    const std::tuple<DOUBLE, UINT32, const CHAR*> cases[] = {
         {1.5, 10, "1.5"},     {9.99, 1, "10.0"},
         {1234.0, 0, "1234"},  {2.0, 10, "2.0"},
         {0.0, 10, "0.0"},     {0.0, 0, "0"},
@@ -78,10 +73,10 @@ TEST(DoubleToString, WritesDecimalNumbers)
         {1.29, 1, "1.3"},     {1.09, 1, "1.1"},
         {12.999, 2, "13.0"},
     };
-    for (const auto& rCase : cases)
+    for (const auto& [value, precision, pText] : cases)
     {
-        EXPECT_EQ(Format(rCase.value, rCase.precision).text, rCase.pText) << rCase.value;
-        EXPECT_TRUE(Format(rCase.value, rCase.precision).flag) << rCase.value;
+        EXPECT_EQ(Format(value, precision).text, pText) << value;
+        EXPECT_TRUE(Format(value, precision).flag) << value;
     }
     EXPECT_EQ(Format(std::numeric_limits<DOUBLE>::quiet_NaN(), 10).text, "nan");
     EXPECT_EQ(Format(std::numeric_limits<DOUBLE>::infinity(), 10).text, "inf");
@@ -106,20 +101,15 @@ TEST(DoubleToString, StaysInsideSmallBuffers)
 
 TEST(StringToDouble, TellsNumbersFromText)
 {
-    const struct
-    {
-        const CHAR* pText;
-        DOUBLE      value;
-        bool        valid;
-    } cases[] = {
+    const std::tuple<const CHAR*, DOUBLE, bool> cases[] = {
         {"12.5", 12.5, true}, {"-3", -3.0, true},  {"0.125", 0.125, true}, {"1.2.3", 0.0, false}, {"abc", 0.0, false},
         {"", 0.0, false},     {"1e3", 0.0, false}, {"ab-4", -4.0, true},   {" 1", 0.0, false},    {"-1-2", 0.0, false},
     };
-    for (const auto& rCase : cases)
+    for (const auto& [pText, value, isValid] : cases)
     {
-        bool valid = !rCase.valid;
-        EXPECT_DOUBLE_EQ(ParameterUtils::StringToDouble(rCase.pText, valid), rCase.value) << rCase.pText;
-        EXPECT_EQ(valid, rCase.valid) << rCase.pText;
+        bool valid = !isValid;
+        EXPECT_DOUBLE_EQ(ParameterUtils::StringToDouble(pText, valid), value) << pText;
+        EXPECT_EQ(valid, isValid) << pText;
     }
     bool valid = true;
     EXPECT_EQ(ParameterUtils::StringToDouble(nullptr, valid), 0.0);
@@ -129,13 +119,7 @@ TEST(StringToDouble, TellsNumbersFromText)
 
 TEST(GetVariable, TakesOneComponentOfAPath)
 {
-    const struct
-    {
-        const CHAR* pPath;
-        const CHAR* pName;
-        UINT32      index;
-        UINT32      consumed;
-    } cases[] = {
+    const std::tuple<const CHAR*, const CHAR*, UINT32, UINT32> cases[] = {
         {"hybridHDR.switchRatio", "hybridHDR", 0xFFFFFFFF, 10},
         {"trigger2Data[3].end", "trigger2Data", 3, 16},
         {"end", "end", 0xFFFFFFFF, 3},
@@ -145,13 +129,13 @@ TEST(GetVariable, TakesOneComponentOfAPath)
         {"a[9999999999999]", "a", 999999999, 16},
         {"", "", 0xFFFFFFFF, 0},
     };
-    for (const auto& rCase : cases)
+    for (const auto& [pPath, pName, expectedIndex, consumed] : cases)
     {
         CHAR   name[32];
         UINT32 index = 0xFFFFFFFF;
-        EXPECT_EQ(ParameterUtils::GetVariable(rCase.pPath, name, index, sizeof(name)), rCase.consumed) << rCase.pPath;
-        EXPECT_STREQ(name, rCase.pName);
-        EXPECT_EQ(index, rCase.index) << rCase.pPath;
+        EXPECT_EQ(ParameterUtils::GetVariable(pPath, name, index, sizeof(name)), consumed) << pPath;
+        EXPECT_STREQ(name, pName);
+        EXPECT_EQ(index, expectedIndex) << pPath;
     }
     CHAR              shortName[4];
     UINT32            index = 0;
@@ -212,7 +196,7 @@ TEST(PList, KeepsOrderAndForgivesBadIndices)
     EXPECT_FALSE(list.Contains(10));
 }
 
-TEST(Checksums, AreThoseOfTheFilesInTheField)
+TEST(Checksums, AreThoseOfTheFilesInTheFieldAndGuardThem)
 {
     const CHAR* pDigits = "123456789";
     EXPECT_EQ(ParserCRC32::GetCRC(reinterpret_cast<const BYTE*>(pDigits), 9, 0), 0xCBF43926U);
@@ -223,10 +207,8 @@ TEST(Checksums, AreThoseOfTheFilesInTheField)
     // The sum may be taken in parts.
     const UINT32 first = ParserCRC32::GetCRC(reinterpret_cast<const BYTE*>(pDigits), 4, 0);
     EXPECT_EQ(ParserCRC32::GetCRC(reinterpret_cast<const BYTE*>(pDigits) + 4, 5, first), 0xCBF43926U);
-}
 
-TEST(Checksums, GuardTheWholeFile)
-{
+    // They guard the whole file.
     SystemLogCapture  log;
     std::vector<BYTE> bytes = {'1', '2', '3', '4', '5', '6', '7', '8', '9', 0x26, 0x39, 0xF4, 0xCB};
     EXPECT_TRUE(ParserCRC32::Validate(bytes.data(), 13, nullptr));
@@ -334,17 +316,6 @@ TEST(StoredValues, ConvertToTheWantedType)
               (std::vector<FLOAT>{0.5F}));
 }
 
-TEST(StoredValues, EnumerationsTakeFloatsUnderProtest)
-{
-    SystemLogCapture log;
-    EXPECT_EQ(ReadAs<INT32>(ValueType::Enum, ByteWriter().Add(3.0F), ParameterDefinitionType_Float, 1),
-              (std::vector<INT32>{3}));
-    EXPECT_EQ(ReadAs<INT32>(ValueType::Enum, ByteWriter().Add(4.0), ParameterDefinitionType_Double, 1),
-              (std::vector<INT32>{4}));
-    EXPECT_TRUE(log.Has("ReadArrayNoFloat: Attempt to convert a float value to an enum\n", "W"));
-    EXPECT_TRUE(log.Has("ReadArrayNoFloat: Attempt to convert a double value to an enum\n", "W"));
-}
-
 TEST(StoredValues, RefuseWhatIsNoNumberOrNotThere)
 {
     SystemLogCapture log;
@@ -375,6 +346,14 @@ TEST(StoredValues, RefuseWhatIsNoNumberOrNotThere)
     position = 0;
     EXPECT_FALSE(ParameterUtils::ReadArray(values, ValueType::UInt32, pWide.get(), bytes, 5, position, 1, 1, nullptr));
     EXPECT_TRUE(log.Has("ReadBuffer failed, read 5 bytes, expected 8 bytes\n", "E"));
+
+    // Enumerations take floats under protest.
+    EXPECT_EQ(ReadAs<INT32>(ValueType::Enum, ByteWriter().Add(3.0F), ParameterDefinitionType_Float, 1),
+              (std::vector<INT32>{3}));
+    EXPECT_EQ(ReadAs<INT32>(ValueType::Enum, ByteWriter().Add(4.0), ParameterDefinitionType_Double, 1),
+              (std::vector<INT32>{4}));
+    EXPECT_TRUE(log.Has("ReadArrayNoFloat: Attempt to convert a float value to an enum\n", "W"));
+    EXPECT_TRUE(log.Has("ReadArrayNoFloat: Attempt to convert a double value to an enum\n", "W"));
 }
 
 TEST(ParameterLogging, NamesWhoLogsAndAsksFirst)

@@ -4,128 +4,31 @@
 
 #include <atomic>
 #include <cstring>
+#include <memory>
 #include <random>
 #include <thread>
 #include <utility>
+#include <vector>
 
 #include "platform/tavodesk.h"
-#include "schema/tuningrecord.h"
+#include "tests/support/allforms.h"
 #include "tests/support/loadedtable.h"
 #include "tests/support/recordwriter.h"
 #include "tests/support/systemlogcapture.h"
 
-namespace recordtest
+namespace smallrecord
 {
-
-enum class Colour : INT32
-{
-    Red   = 0,
-    Green = 4
-};
-TUNING_ENUM(Colour)
-ENUMERATOR(Red)
-ENUMERATOR(Green)
-TUNING_ENUM_END
-
-struct PointType
-{
-    float x;
-    INT32 y;
-};
-TUNING_RECORD(PointType)
-MEMBER(x)
-MEMBER(y)
-TUNING_RECORD_END
-
-struct LeafType
-{
-    UINT32 curveCount;
-    UINT32 curveID;
-    float* curve;
-    CHAR*  name;
-};
-TUNING_RECORD(LeafType)
-VARIABLE(curve)
-MEMBER(name)
-TUNING_RECORD_END
-
-/// One member of every type and form.
-struct EverythingType
-{
-    UINT32                  SymbolTableID;
-    module_versionStruct    module_version;
-    parameter_versionStruct parameter_version;
-    INT8                    signed8;
-    UINT8                   unsigned8[3];
-    INT16                   signed16;
-    UINT16                  unsigned16;
-    INT64                   signed64;
-    UINT64                  unsigned64;
-    double                  precise;
-    Colour                  colour;
-    BOOL                    enable;
-    PointType               origin;
-    PointType               corners[2];
-    CHAR*                   title;
-    CHAR*                   labels[2];
-    UINT32                  coloursCount;
-    UINT32                  coloursID;
-    Colour*                 colours;
-    UINT32                  leavesCount;
-    UINT32                  leavesID;
-    LeafType*               leaves;
-    UINT32                  notesCount;
-    UINT32                  notesID;
-    CHAR**                  notes;
-    UINT32                  limitCount;
-    UINT32                  limitID;
-    float                   limit;
-    UINT32                  centreCount;
-    UINT32                  centreID;
-    PointType               centre;
-    UINT32                  remarkCount;
-    UINT32                  remarkID;
-    CHAR*                   remark;
-    UINT32                  absentCount;
-    UINT32                  absentID;
-    float*                  absent;
-    UINT32                  last;
-};
-TUNING_RECORD(EverythingType)
-MODULE_HEADER
-MEMBER(signed8)
-MEMBER(unsigned8)
-MEMBER(signed16)
-MEMBER(unsigned16)
-MEMBER(signed64)
-MEMBER(unsigned64)
-MEMBER(precise)
-MEMBER(colour)
-BOOLEAN(enable)
-MEMBER(origin)
-MEMBER(corners)
-MEMBER(title)
-MEMBER(labels)
-VARIABLE(colours)
-VARIABLE(leaves)
-VARIABLE(notes)
-OPTIONAL(limit)
-OPTIONAL(centre)
-OPTIONAL(remark)
-VARIABLE(absent)
-MEMBER(last)
-TUNING_RECORD_END
 
 /// A small record, for files that differ from the code.
 struct SmallType
 {
-    INT32     first;
-    float     numbers[4];
-    PointType point;
-    UINT32    listCount;
-    UINT32    listID;
-    UINT32*   list;
-    UINT32    last;
+    INT32               first;
+    float               numbers[4];
+    allforms::PointType point;
+    UINT32              listCount;
+    UINT32              listID;
+    UINT32*             list;
+    UINT32              last;
 };
 TUNING_RECORD(SmallType)
 MEMBER(first)
@@ -135,9 +38,10 @@ VARIABLE(list)
 MEMBER(last)
 TUNING_RECORD_END
 
-}  // namespace recordtest
+}  // namespace smallrecord
 
-using namespace recordtest;
+using namespace allforms;
+using namespace smallrecord;
 using tuning::RecordDescription;
 
 namespace
@@ -177,54 +81,6 @@ public:
 
 private:
     ParameterFileSymbolTable* m_pTable;
-};
-
-/// The values that the tests put into files; texts and arrays are those of this object.
-struct Everything
-{
-    Everything()
-    {
-        leaves[0]                       = {2, 0, curve, const_cast<CHAR*>("sky")};
-        leaves[1]                       = {0, 0, nullptr, const_cast<CHAR*>("")};
-        EverythingType& r               = record;
-        r.module_version.major_revision = 7;
-        r.module_version.incr_revision  = 9;
-        r.parameter_version.revision    = const_cast<CHAR*>("rev 3");
-        r.signed8                       = -8;
-        r.unsigned8[0]                  = 1;
-        r.unsigned8[2]                  = 255;
-        r.signed16                      = -1600;
-        r.unsigned16                    = 65000;
-        r.signed64                      = -(1LL << 40);
-        r.unsigned64                    = 0xFFFFFFFF00000001ULL;
-        r.precise                       = 0.1;
-        r.colour                        = Colour::Green;
-        r.enable                        = TRUE;
-        r.origin                        = {1.5F, -2};
-        r.corners[1]                    = {2.5F, 3};
-        r.title                         = const_cast<CHAR*>("a title");
-        r.labels[0]                     = const_cast<CHAR*>("left");
-        r.labels[1]                     = const_cast<CHAR*>("right");
-        r.coloursCount                  = 3;
-        r.colours                       = colours;
-        r.leavesCount                   = 2;
-        r.leaves                        = leaves;
-        r.notesCount                    = 2;
-        r.notes                         = notes;
-        r.limitCount                    = 1;
-        r.limit                         = 0.25F;
-        r.centreCount                   = 1;
-        r.centre                        = {9.0F, 10};
-        r.remarkCount                   = 1;
-        r.remark                        = const_cast<CHAR*>("remark");
-        r.last                          = 0xCAFE;
-    }
-
-    EverythingType record{};
-    Colour         colours[3] = {Colour::Green, Colour::Red, Colour::Green};
-    float          curve[2]   = {0.5F, 0.75F};
-    LeafType       leaves[2]  = {};
-    CHAR*          notes[2]   = {const_cast<CHAR*>("n1"), const_cast<CHAR*>("n2")};
 };
 
 ParameterFile FileOf(const EverythingType& rRecord, const VersionUnion& rVersion, bool define)
@@ -402,6 +258,19 @@ public:
     ByteWriter                 block;
 };
 
+/// The record of a small file, loaded by itself, and what was logged of it.
+struct Reading
+{
+    explicit Reading(const ParameterFile& rFile) : loaded(rFile), small(loaded, 1, "small")
+    {
+    }
+
+    LoadedTable       loaded;
+    SystemLogCapture  log;
+    Loaded<SmallType> small;
+    const SmallType&  record = small.record;
+};
+
 TEST(SchemaDrift, AMemberThatTheFileLacksStaysZeroAlsoInLaterModes)
 {
     SmallFile file;
@@ -440,15 +309,13 @@ TEST(SchemaDrift, ARecordOrTextThatTheFileLacksTakesNothing)
     file.block.Add<INT32>(-5);
     file.AddNumbers(4).Add<UINT32>(99);
     file.AddRecord();
-    LoadedTable       loaded(file.Build());
-    SystemLogCapture  log;
-    Loaded<SmallType> small(loaded, 1, "small");
-    EXPECT_EQ(small.record.numbers[3], 3.5F);
-    EXPECT_EQ(small.record.point.x, 0.0F);
-    EXPECT_EQ(small.record.list, nullptr);
-    EXPECT_EQ(small.record.last, 99U);
-    EXPECT_TRUE(log.Has("Load: 0x", "E"));
-    EXPECT_TRUE(log.Has("ReadSimpleTypeArray: 0x", "E"));
+    const Reading reading(file.Build());
+    EXPECT_EQ(reading.record.numbers[3], 3.5F);
+    EXPECT_EQ(reading.record.point.x, 0.0F);
+    EXPECT_EQ(reading.record.list, nullptr);
+    EXPECT_EQ(reading.record.last, 99U);
+    EXPECT_TRUE(reading.log.Has("Load: 0x", "E"));
+    EXPECT_TRUE(reading.log.Has("ReadSimpleTypeArray: 0x", "E"));
 }
 
 TEST(SchemaDrift, AMemberThatTheCodeLacks)
@@ -471,20 +338,18 @@ TEST(SchemaDrift, AMemberThatTheCodeLacks)
             file.block.Add<UINT32>(0x1234);
         }
         file.AddRecord();
-        LoadedTable       loaded(file.Build());
-        SystemLogCapture  log;
-        Loaded<SmallType> small(loaded, 1, "small");
-        EXPECT_EQ(small.record.first, -5);
-        EXPECT_TRUE(log.Has("does not match expected bytes (", "W"));
-        EXPECT_EQ(log.Has("differs from expected", "W"), !atEnd);
+        const Reading reading(file.Build());
+        EXPECT_EQ(reading.record.first, -5);
+        EXPECT_TRUE(reading.log.Has("does not match expected bytes (", "W"));
+        EXPECT_EQ(reading.log.Has("differs from expected", "W"), !atEnd);
         if (atEnd)
         {
-            EXPECT_EQ(small.record.last, 99U);
-            EXPECT_EQ(log.Size(), 1U) << log.Text();
+            EXPECT_EQ(reading.record.last, 99U);
+            EXPECT_EQ(reading.log.Size(), 1U) << reading.log.Text();
         }
         else
         {
-            EXPECT_TRUE(log.Has(
+            EXPECT_TRUE(reading.log.Has(
                 "expected count (4) != the binary count (1073741824), the binary XSD != the source XSD\n", "W"));
         }
     }
@@ -504,19 +369,18 @@ TEST(SchemaDrift, StoredTypesAndCountsAreConverted)
     file.block.Add<UINT32>(2).Add(file.builder.AddData(ByteWriter().Add(2.9F).Add(-1.0F).Get()));
     file.block.Add(7.9);
     file.AddRecord();
-    LoadedTable       loaded(file.Build());
-    SystemLogCapture  log;
-    Loaded<SmallType> small(loaded, 1, "small");
-    EXPECT_EQ(small.record.first, -300);
-    EXPECT_TRUE(log.Has("Insufficient data to read array of symbol table entry\n", "E"));  // said of other widths
-    EXPECT_EQ(small.record.numbers[3], 3.5F);
-    EXPECT_TRUE(log.Has("expected count (4) != the binary count (6), the binary XSD != the source XSD\n", "W"));
+    const Reading reading(file.Build());
+    EXPECT_EQ(reading.record.first, -300);
+    EXPECT_TRUE(
+        reading.log.Has("Insufficient data to read array of symbol table entry\n", "E"));  // said of other widths
+    EXPECT_EQ(reading.record.numbers[3], 3.5F);
+    EXPECT_TRUE(reading.log.Has("expected count (4) != the binary count (6), the binary XSD != the source XSD\n", "W"));
     // What follows is read from where the reading stands: the fifth number is the byte count of the point.
-    EXPECT_TRUE(log.Has("Binary file position (", "W"));
+    EXPECT_TRUE(reading.log.Has("Binary file position (", "W"));
 
     // None of it counts as matching.
-    loaded.table->ClearDefinitions(false);
-    const ParameterDefinitionStructure* pRoot = loaded.table->FindModuleStructure(namehash::OfName("small"));
+    reading.loaded.table->ClearDefinitions(false);
+    const ParameterDefinitionStructure* pRoot = reading.loaded.table->FindModuleStructure(namehash::OfName("small"));
     ASSERT_NE(pRoot, nullptr);
     for (const CHAR* pName : {"first", "numbers", "last"})
     {
@@ -526,61 +390,44 @@ TEST(SchemaDrift, StoredTypesAndCountsAreConverted)
 
 TEST(SchemaDrift, ListsOfOtherTypesAndFormsAreRead)
 {
-    const auto listOf = [](const auto& rPrepare)
+    using Words        = std::vector<UINT32>;
+    const auto asIs    = [](DefinedMember&) {};
+    const auto ofBytes = [](DefinedMember& rList) { rList.type = ParameterDefinitionType_Unsigned8Bits; };
+    const auto floats  = [](DefinedMember& rList) { rList.flags = ParameterDefinitionElementInfo::FloatFlag; };
+    const auto pair    = [](DefinedMember& rList) { rList.minimum = rList.maximum = 2; };
+    const auto single  = [](DefinedMember& rList) { rList.minimum = rList.maximum = 1; };
+    // What stands in the record, and the data that it ends with the entry of.
+    const std::tuple<const CHAR*, VOID (*)(DefinedMember&), Words, std::vector<BYTE>, Words> cases[] = {
+        {"bytes", ofBytes, {3}, {200, 2, 3}, {200, 2, 3}},
+        {"floats", floats, {2}, ByteWriter().Add(2.9F).Add(-1.0F).Get(), {2, 0}},
+        {"a fixed array, inside the record", pair, {2, 11, 12}, {}, {11, 12}},
+        {"a single value, inside the record", single, {11}, {}, {11}},
+        {"clipped to what the block holds", asIs, {0xFFFFFFFF}, ByteWriter().Add(5U).Add(6U).Get(), {5, 6}},
+        {"empty", asIs, {0, 0}, {}, {}},
+        {"of no such entry", asIs, {2, 4711}, {}, {}},
+    };
+    for (const auto& [pName, define, words, data, expected] : cases)
     {
+        SCOPED_TRACE(pName);
         SmallFile file;
         file.block.Add<INT32>(0);
         file.AddNumbers(4);
         file.AddPoint(1.0F, 2);
-        rPrepare(file);
+        define(file.Member("list"));
+        for (const UINT32 word : words)
+        {
+            file.block.Add(word);
+        }
+        if (!data.empty())
+        {
+            file.block.Add(file.builder.AddData(data));
+        }
         file.block.Add<UINT32>(99);
         file.AddRecord();
-        LoadedTable         loaded(file.Build());
-        SystemLogCapture    log;
-        Loaded<SmallType>   small(loaded, 1, "small");
-        std::vector<UINT32> list(small.record.list, small.record.list + small.record.listCount);
-        EXPECT_EQ(small.record.last, 99U) << log.Text();
-        return list;
-    };
-    EXPECT_EQ(listOf(
-                  [](SmallFile& rFile)
-                  {
-                      rFile.Member("list").type = ParameterDefinitionType_Unsigned8Bits;
-                      rFile.block.Add<UINT32>(3).Add(rFile.builder.AddData({200, 2, 3}));
-                  }),
-              (std::vector<UINT32>{200, 2, 3}));
-    EXPECT_EQ(listOf(
-                  [](SmallFile& rFile)
-                  {
-                      rFile.Member("list").flags = ParameterDefinitionElementInfo::FloatFlag;
-                      rFile.block.Add<UINT32>(2).Add(rFile.builder.AddData(ByteWriter().Add(2.9F).Add(-1.0F).Get()));
-                  }),
-              (std::vector<UINT32>{2, 0}));
-    EXPECT_EQ(listOf(
-                  [](SmallFile& rFile)
-                  {
-                      rFile.Member("list").minimum = 2;  // a fixed array, inside the record
-                      rFile.Member("list").maximum = 2;
-                      rFile.block.Add<UINT32>(2).Add<UINT32>(11).Add<UINT32>(12);
-                  }),
-              (std::vector<UINT32>{11, 12}));
-    EXPECT_EQ(listOf(
-                  [](SmallFile& rFile)
-                  {
-                      rFile.Member("list").minimum = 1;  // a single value, inside the record
-                      rFile.Member("list").maximum = 1;
-                      rFile.block.Add<UINT32>(11);
-                  }),
-              (std::vector<UINT32>{11}));
-    EXPECT_EQ(listOf(
-                  [](SmallFile& rFile)
-                  {
-                      rFile.block.Add<UINT32>(0xFFFFFFFF);  // clipped to what the block holds
-                      rFile.block.Add(rFile.builder.AddData(ByteWriter().Add<UINT32>(5).Add<UINT32>(6).Get()));
-                  }),
-              (std::vector<UINT32>{5, 6}));
-    EXPECT_EQ(listOf([](SmallFile& rFile) { rFile.block.Add<UINT32>(0).Add<UINT32>(0); }), (std::vector<UINT32>{}));
-    EXPECT_EQ(listOf([](SmallFile& rFile) { rFile.block.Add<UINT32>(2).Add<UINT32>(4711); }), (std::vector<UINT32>{}));
+        const Reading reading(file.Build());
+        EXPECT_EQ(Words(reading.record.list, reading.record.list + reading.record.listCount), expected);
+        EXPECT_EQ(reading.record.last, 99U) << reading.log.Text();
+    }
 }
 
 TEST(SchemaDrift, TheCountInFrontOfFixedArraysCameWithVersionSeven)
@@ -602,12 +449,10 @@ TEST(SchemaDrift, TheCountInFrontOfFixedArraysCameWithVersionSeven)
             file.AddPoint(1.0F, 2);
             file.AddList({7}).Add<UINT32>(99);
             file.AddRecord();
-            LoadedTable       loaded(define ? file.Build() : file.builder.Build());
-            SystemLogCapture  log;
-            Loaded<SmallType> small(loaded, 1, "small");
-            EXPECT_EQ(small.record.numbers[3], 3.5F);
-            EXPECT_EQ(small.record.last, 99U);
-            EXPECT_EQ(log.Size(), 0U) << log.Text();
+            const Reading reading(define ? file.Build() : file.builder.Build());
+            EXPECT_EQ(reading.record.numbers[3], 3.5F);
+            EXPECT_EQ(reading.record.last, 99U);
+            EXPECT_EQ(reading.log.Size(), 0U) << reading.log.Text();
         }
     }
 }
@@ -617,7 +462,7 @@ TEST(SharedData, IdenticalBlocksBecomeOneObjectUntilTheLastUserGoes)
     for (const Source source : {Source::Buffer, Source::Disk})
     {
         SmallFile    file;
-        const UINT32 list = file.builder.AddData(ByteWriter().Add<UINT32>(7).Add<UINT32>(8).Get());
+        const UINT32 list = file.builder.AddData(ByteWriter().Add<UINT32>(7, 8).Get());
         const UINT32 copy = file.builder.AddData({}, list);
         // The last one lies about how many values the same block has.
         for (const auto& [id, count] : {std::pair(list, 2U), std::pair(copy, 2U), std::pair(copy, 1U)})
@@ -669,9 +514,9 @@ TEST(SharedData, ThreadsLoadAndUnloadAtTheSameTime)
     ASSERT_TRUE(loaded.loaded);
     loaded.table->FreeEntryData();
     loaded.table->ClearDefinitions(false);
-    const UINT64             before = LiveAllocations();
-    std::atomic<int>         wrong{0};
-    std::vector<std::thread> threads;
+    const UINT64              before = LiveAllocations();
+    std::atomic<int>          wrong{0};
+    std::vector<std::jthread> threads;
     for (UINT32 thread = 0; thread < 4; ++thread)
     {
         threads.emplace_back(
@@ -684,39 +529,36 @@ TEST(SharedData, ThreadsLoadAndUnloadAtTheSameTime)
                 }
             });
     }
-    for (std::thread& rThread : threads)
-    {
-        rThread.join();
-    }
+    threads.clear();  // joins them
     EXPECT_EQ(wrong.load(), 0);
     EXPECT_EQ(LiveAllocations(), before);
 }
 
+/// Adds modules of the same record, of which only the leaves are there, as many as are written.
+VOID AddModulesOfLeaves(ParameterFileBuilder& rBuilder, const ByteWriter& rLeaves, UINT32 leafCount, UINT32 modules)
+{
+    const EverythingType record{};
+    std::vector<BYTE>    block = RecordWriter(rBuilder).Encode(TableOf<EverythingType>(), &record);
+    // Count and entry of the leaves stand before the pairs of notes, limit, centre, remark and absent, and last.
+    const UINT32 pair[] = {leafCount, rBuilder.AddData(rLeaves.Get())};
+    std::memcpy(block.data() + block.size() - 4 - 6 * 8, pair, sizeof(pair));
+    for (; modules > 0; --modules)
+    {
+        rBuilder.AddModule("everything", ModuleVersion, 0, block);
+    }
+}
+
 TEST(HostileFiles, AFewBytesCannotStandForEndlessRecords)
 {
-    // Each of a thousand leaves points at the block of the thousand leaves... as far as the schema nests, and each
-    // module of many does so again.
+    // Each of three thousand leaves points at the same block, and each module of many does so again.
     ParameterFileBuilder builder;
-    RecordWriter         writer(builder);
     const UINT32         curve = builder.AddData(std::vector<BYTE>(60000, 1));
     ByteWriter           leaves;
     for (int index = 0; index < 3000; ++index)
     {
-        leaves.Add<UINT32>(16).Add<UINT32>(15000).Add(curve).Add<UINT32>(60000).Add(curve);
+        leaves.Add<UINT32>(16, 15000).Add(curve).Add<UINT32>(60000).Add(curve);
     }
-    const UINT32   leavesId = builder.AddData(leaves.Get());
-    EverythingType record{};
-    for (int module = 0; module < 20; ++module)
-    {
-        std::vector<BYTE> block = writer.Encode(TableOf<EverythingType>(), &record);
-        const size_t      end   = block.size();
-        // Count and entry of the leaves stand before the pairs of notes, limit, centre, remark and absent, and last.
-        const size_t place = end - 4 - 6 * 8;
-        const UINT32 count = 3000;
-        std::memcpy(block.data() + place, &count, sizeof(count));
-        std::memcpy(block.data() + place + 4, &leavesId, sizeof(leavesId));
-        builder.AddModule("everything", ModuleVersion, 0, block);
-    }
+    AddModulesOfLeaves(builder, leaves, 3000, 20);
     const ParameterFile file = builder.Build();
     for (const Source source : {Source::Buffer, Source::Disk})
     {
@@ -741,20 +583,13 @@ TEST(HostileFiles, ALoadDoesNotPayForAnotherOneBesideIt)
 {
     // Sixteen leaves of one curve cost more than half of what a load may; the name of the first cannot be found.
     ParameterFileBuilder builder;
-    RecordWriter         writer(builder);
     const UINT32         curve = builder.AddData(std::vector<BYTE>(60000, 1));
     ByteWriter           leaves;
     for (int index = 0; index < 16; ++index)
     {
-        leaves.Add<UINT32>(16).Add<UINT32>(15000).Add(curve).Add<UINT32>(60000).Add(index == 0 ? 9999U : curve);
+        leaves.Add<UINT32>(16, 15000).Add(curve).Add<UINT32>(60000).Add(index == 0 ? 9999U : curve);
     }
-    const UINT32      leavesId = builder.AddData(leaves.Get());
-    EverythingType    record{};
-    std::vector<BYTE> block  = writer.Encode(TableOf<EverythingType>(), &record);
-    const UINT32      pair[] = {16, leavesId};
-    std::memcpy(block.data() + block.size() - 4 - 6 * 8, pair, sizeof(pair));
-    builder.AddModule("everything", ModuleVersion, 0, block);
-    builder.AddModule("everything", ModuleVersion, 0, block);
+    AddModulesOfLeaves(builder, leaves, 16, 2);
 
     LoadedTable loaded(builder.Build(), Source::Disk);
     loaded.table->ClearDefinitions(false);
@@ -784,29 +619,6 @@ TEST(HostileFiles, ALoadDoesNotPayForAnotherOneBesideIt)
     EXPECT_FALSE(isCut);
 }
 
-/// Loads everything that a file offers, as often as a set manager would, and gives it back.
-VOID LoadAndUnloadAll(const ParameterFile& rFile, Source source)
-{
-    LoadedTable loaded(rFile, source);
-    if (!loaded.loaded)
-    {
-        return;
-    }
-    const UINT64 before = LiveAllocations();
-    {
-        std::vector<std::unique_ptr<Loaded<EverythingType>>> records;
-        for (UINT32 index = 0; index < loaded.table->ModuleCount(); ++index)
-        {
-            records.push_back(std::make_unique<Loaded<EverythingType>>(loaded, loaded.table->GetModule(index)->ID));
-            if (index == 1)
-            {
-                loaded.table->ClearDefinitions(false);
-            }
-        }
-    }
-    EXPECT_EQ(LiveAllocations(), before);
-}
-
 TEST(HostileFiles, DamagedFilesDoNoHarm)
 {
     const Everything     original;
@@ -830,14 +642,13 @@ TEST(HostileFiles, DamagedFilesDoNoHarm)
     for (int round = 0; round < 4000; ++round)
     {
         ParameterFile file = good;
-        const UINT32  hits = 1 + random() % 8;
-        for (UINT32 hit = 0; hit < hits; ++hit)
+        for (UINT32 hits = 1 + random() % 8; hits > 0; --hits)
         {
             // The header is left alone: it is tested elsewhere, and would refuse most of these files.
             const size_t place = 168 + random() % (file.bytes.size() - 168 - 8 - 4);
             if (random() % 2 == 0)
             {
-                file.bytes[place] = static_cast<BYTE>(random());
+                file.Put(place, static_cast<BYTE>(random()));
             }
             else
             {
@@ -850,7 +661,21 @@ TEST(HostileFiles, DamagedFilesDoNoHarm)
             file.Put(28, static_cast<UINT32>(file.bytes.size()));
         }
         file.Seal();
-        LoadAndUnloadAll(file, (round % 8 == 0) ? Source::Disk : Source::Buffer);
+        LoadedTable loaded(file, (round % 8 == 0) ? Source::Disk : Source::Buffer);
+        // Loads everything that the file offers, as often as a set manager would, and gives it back.
+        const UINT64 before = LiveAllocations();
+        {
+            std::vector<std::unique_ptr<Loaded<EverythingType>>> records;
+            for (UINT32 index = 0; loaded.loaded && index < loaded.table->ModuleCount(); ++index)
+            {
+                records.push_back(std::make_unique<Loaded<EverythingType>>(loaded, loaded.table->GetModule(index)->ID));
+                if (index == 1)
+                {
+                    loaded.table->ClearDefinitions(false);
+                }
+            }
+        }
+        EXPECT_EQ(LiveAllocations(), before);
         log.Clear();
     }
 }

@@ -101,31 +101,6 @@ using namespace panelschema;
 class RecordTextTest : public ::testing::Test
 {
 protected:
-    RecordTextTest()
-    {
-        m_panel.SymbolTableID                 = 5;
-        m_panel.module_version.major_revision = 10;
-        m_panel.parameter_version.revision    = m_revision;
-
-        m_panel.tiny       = -128;
-        m_panel.small      = 65535;
-        m_panel.gain       = 4000000000u;
-        m_panel.wide       = -4294967297;
-        m_panel.time       = 33333333;
-        m_panel.ratio      = 0.25f;
-        m_panel.on         = TRUE;
-        m_panel.tint       = Cold;
-        m_panel.title      = m_title;
-        m_panel.labels[0]  = m_revision;
-        m_panel.curveCount = 2;
-        m_panel.curve      = m_curve;
-        m_panel.limitCount = 1;
-        m_panel.limit      = 2.0f;
-        m_panel.edge       = {9.0f, 9};  // not there: its count is 0
-        std::memcpy(m_panel.grid, m_grid, sizeof(m_grid));
-        m_panel.group = {1.5, {{1.0f, 1}, {2.0f, 2}}, 3, 0, m_steps};
-    }
-
     /// "-" for a path that has no answer.
     std::string Get(const CHAR* pPath, UINT32 size = 256)
     {
@@ -171,23 +146,38 @@ protected:
         return PanelTypeTable::Description;
     }
 
-    CHAR        m_revision[4] = "r1";
-    CHAR        m_title[8]    = "camera";
-    const INT32 m_grid[3]     = {10, -20, 30};
-    float       m_curve[2]    = {0.5f, 1.0f};
-    StepType    m_steps[3]    = {{1.0f, 10}, {2.0f, 20}, {3.0f, 30}};
-    PanelType   m_panel       = {};
+    CHAR     m_revision[4] = "r1";
+    CHAR     m_title[8]    = "camera";
+    float    m_curve[2]    = {0.5f, 1.0f};
+    StepType m_steps[3]    = {{1.0f, 10}, {2.0f, 20}, {3.0f, 30}};
+    // The edge is not there: its count is 0.
+    PanelType m_panel = {.SymbolTableID     = 5,
+                         .module_version    = {.major_revision = 10},
+                         .parameter_version = {.revision = m_revision},
+                         .tiny              = -128,
+                         .small             = 65535,
+                         .gain              = 4000000000u,
+                         .wide              = -4294967297,
+                         .time              = 33333333,
+                         .ratio             = 0.25f,
+                         .on                = TRUE,
+                         .tint              = Cold,
+                         .title             = m_title,
+                         .grid              = {10, -20, 30},
+                         .labels            = {m_revision},
+                         .group             = {1.5, {{1.0f, 1}, {2.0f, 2}}, 3, 0, m_steps},
+                         .curveCount        = 2,
+                         .curve             = m_curve,
+                         .limitCount        = 1,
+                         .limit             = 2.0f,
+                         .edge              = {9.0f, 9}};
 };
 
 }  // namespace
 
 TEST_F(RecordTextTest, APathLeadsToItsValue)
 {
-    const struct
-    {
-        const CHAR* pPath;
-        const CHAR* pText;
-    } cases[] = {
+    const std::pair<const CHAR*, const CHAR*> cases[] = {
         {"tiny", "-128"},
         {"small", "65535"},
         {"gain", "4000000000"},
@@ -231,16 +221,14 @@ TEST_F(RecordTextTest, APathLeadsToItsValue)
         {"grid[]", "10,-20,30"},
         {"ratio.x", "0.25"},  // nothing stands below a value
     };
-    for (const auto& rCase : cases)
+    for (const auto& [pPath, pText] : cases)
     {
-        EXPECT_EQ(Get(rCase.pPath), rCase.pText) << (rCase.pPath != nullptr ? rCase.pPath : "null");
+        EXPECT_EQ(Get(pPath), pText) << (pPath != nullptr ? pPath : "null");
     }
     EXPECT_EQ(Get(std::string(100000, 'a').c_str()), "-");
     EXPECT_EQ(Get((std::string(200, '.') + "ratio").c_str()), "-");
-}
 
-TEST_F(RecordTextTest, WhatDoesNotFitIsCut)
-{
+    // What does not fit is cut.
     EXPECT_EQ(Get("title", 4), "cam");
     EXPECT_EQ(Get("grid", 9), "10,-20,3");
     EXPECT_EQ(Get("grid", 4), "10,");
@@ -267,12 +255,7 @@ TEST_F(RecordTextTest, NothingIsReadOfAnArrayThatIsNotThere)
 
 TEST_F(RecordTextTest, NumbersAreStoredAsTheirTypeHoldsThem)
 {
-    const struct
-    {
-        const CHAR* pPath;
-        const CHAR* pValue;
-        const CHAR* pText;
-    } cases[] = {
+    const std::tuple<const CHAR*, const CHAR*, const CHAR*> cases[] = {
         {"tiny", "-7.9", "-7"},
         {"tiny", "300", "127"},
         {"tiny", "-300", "-128"},
@@ -292,10 +275,10 @@ TEST_F(RecordTextTest, NumbersAreStoredAsTheirTypeHoldsThem)
         {"group.steps[1].frames", "21", "21"},
         {"limit", "3", "3.0"},
     };
-    for (const auto& rCase : cases)
+    for (const auto& [pPath, pValue, pText] : cases)
     {
-        EXPECT_TRUE(Set(rCase.pPath, rCase.pValue)) << rCase.pPath;
-        EXPECT_EQ(Get(rCase.pPath), rCase.pText);
+        EXPECT_TRUE(Set(pPath, pValue)) << pPath;
+        EXPECT_EQ(Get(pPath), pText);
     }
     EXPECT_EQ(m_steps[1].start, 2.0f) << "only the member itself is written";
     EXPECT_EQ(m_steps[1].frames, 21);

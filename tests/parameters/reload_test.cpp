@@ -41,9 +41,8 @@ struct SteppedManager : ParameterSetManager
 
 TEST_F(ReloadTest, OldRecordsLiveUntilTheReloadAfter)
 {
-    ParameterSetManager manager("cam", smallschema::Modules, Verbose());
-    ASSERT_TRUE(manager.LoadBinaryParameters(Write(MakeFile(10))));
-    smallschema::AlphaType* pOld = Alpha(manager, video);
+    ParameterSetManager&    manager = Open(MakeFile(10));
+    smallschema::AlphaType* pOld    = Alpha(manager, video);
     ASSERT_NE(pOld, nullptr);
 
     Write(MakeFile(20));
@@ -66,8 +65,7 @@ TEST_F(ReloadTest, OldRecordsLiveUntilTheReloadAfter)
 
 TEST_F(ReloadTest, ReferenceCountsCarryOverBetweenEqualLayouts)
 {
-    ParameterSetManager manager("cam", smallschema::Modules, Verbose());
-    ASSERT_TRUE(manager.LoadBinaryParameters(Write(MakeFile(10))));
+    ParameterSetManager& manager = Open(MakeFile(10));
     Alpha(manager, video);
     Alpha(manager, video);
     ASSERT_TRUE(manager.ReloadBinaryParameters(false));
@@ -93,9 +91,8 @@ TEST_F(ReloadTest, ReferenceCountsCarryOverBetweenEqualLayouts)
 
 TEST_F(ReloadTest, AModuleThatIsKeptCountsOnceOverFetchesAndReloads)
 {
-    ParameterSetManager manager("cam", smallschema::Modules, Verbose(5));
-    ASSERT_TRUE(manager.LoadBinaryParameters(Write(MakeFile(10))));
-    const auto keep = [&]
+    ParameterSetManager& manager = Open(MakeFile(10), 5);
+    const auto           keep    = [&]
     {
         return static_cast<smallschema::AlphaType*>(manager.KeepModuleRecord(
             "alpha", namehash::OfName("alpha"), video.data(), static_cast<UINT32>(video.size())));
@@ -129,8 +126,7 @@ TEST_F(ReloadTest, AFailedReloadLeavesNothingAndCanBeTriedAgain)
 
     for (const bool bufferMode : {false, true})
     {
-        ParameterSetManager other("cam", smallschema::Modules, Verbose());
-        ASSERT_TRUE(other.LoadBinaryParameters(Write(MakeFile(10))));
+        ParameterSetManager&    other   = Open(MakeFile(10));
         smallschema::AlphaType* pOld    = Alpha(other, video);
         ParameterFile           damaged = MakeFile(20);
         damaged.Put<BYTE>(500, 1);
@@ -153,8 +149,7 @@ TEST_F(ReloadTest, AFailedReloadLeavesNothingAndCanBeTriedAgain)
 
 TEST_F(ReloadTest, InBufferModeTheFileIsForgotten)
 {
-    ParameterSetManager manager("cam", smallschema::Modules, Verbose());
-    ASSERT_TRUE(manager.LoadBinaryParameters(Write(MakeFile(10))));
+    ParameterSetManager& manager = Open(MakeFile(10));
     ASSERT_TRUE(manager.ReloadBinaryParameters(true));
     EXPECT_TRUE(log.Has("Reloading binary file " + m_path + " in buffer mode\n"));
     std::filesystem::remove(m_path);
@@ -167,9 +162,8 @@ TEST_F(ReloadTest, AnUpdateReplacesModulesWhereTheTreesAgree)
 {
     for (const bool fileMode : {false, true})
     {
-        ParameterSetManager manager("cam", smallschema::Modules, Verbose());
-        ASSERT_TRUE(manager.LoadBinaryParameters(Write(MakeFile(10))));
-        smallschema::AlphaType* pOld = Alpha(manager, video);
+        ParameterSetManager&    manager = Open(MakeFile(10));
+        smallschema::AlphaType* pOld    = Alpha(manager, video);
 
         TuningFileMaker maker;
         const UINT32    root = maker.Table();
@@ -217,9 +211,8 @@ TEST_F(ReloadTest, UpdatedModulesAreNeverEvicted)
         }
         return maker.Build();
     };
-    ParameterSetManager manager("cam", smallschema::Modules, Verbose(1));
-    ASSERT_TRUE(manager.LoadBinaryParameters(Write(make(10))));
-    auto pUpdate = std::make_unique<ParameterSetManager>("update", smallschema::Modules, Verbose());
+    ParameterSetManager& manager = Open(make(10), 1);
+    auto                 pUpdate = std::make_unique<ParameterSetManager>("update", smallschema::Modules, Verbose());
     ASSERT_TRUE(LoadBuffer(*pUpdate, make(20)));
     ASSERT_TRUE(manager.UpdateParameters(std::move(pUpdate)));
     for (UINT16 usecase = 1; usecase <= Usecases; ++usecase)

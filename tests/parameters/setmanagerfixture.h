@@ -2,6 +2,7 @@
 /// A small schema, and tuning files made of it, for tests of the set manager.
 #pragma once
 
+#include <deque>
 #include <initializer_list>
 #include <string>
 #include <utility>
@@ -100,10 +101,7 @@ public:
     UINT32 Alpha(UINT32 mode, INT32 value)
     {
         float                  steps[] = {static_cast<float>(value) + 0.5f, static_cast<float>(value) + 0.25f};
-        smallschema::AlphaType record{};
-        record.value      = value;
-        record.stepsCount = 2;
-        record.steps      = steps;
+        smallschema::AlphaType record  = {.value = value, .stepsCount = 2, .steps = steps};
         return writer.AddModule("alpha", smallschema::RecordVersion, mode, smallschema::AlphaTypeTable::Description,
                                 &record);
     }
@@ -156,6 +154,14 @@ protected:
         return m_path.c_str();
     }
 
+    /// A manager that reads the file on demand; it lives as long as the test.
+    ParameterSetManager& Open(const ParameterFile& rFile, UINT32 cacheSize = 17)
+    {
+        ParameterSetManager& rManager = m_managers.emplace_back("cam", smallschema::Modules, Verbose(cacheSize));
+        EXPECT_TRUE(rManager.LoadBinaryParameters(Write(rFile))) << log.Text();
+        return rManager;
+    }
+
     static bool LoadBuffer(ParameterSetManager& rManager, const ParameterFile& rFile)
     {
         return rManager.LoadBinaryParameters(rFile.bytes.data(), rFile.bytes.size());
@@ -197,4 +203,7 @@ protected:
     const std::string m_path = ::testing::TempDir() + "setmanager_" +
                                ::testing::UnitTest::GetInstance()->current_test_info()->test_suite_name() +
                                ::testing::UnitTest::GetInstance()->current_test_info()->name() + ".bin";
+
+private:
+    std::deque<ParameterSetManager> m_managers;
 };

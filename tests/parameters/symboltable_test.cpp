@@ -336,20 +336,15 @@ TEST(Definitions, LayoutFollowsTypesAndCounts)
     SystemLogCapture log;
     const Defined    defined(builder.Definitions());
     ASSERT_TRUE(defined.complete);
-    const struct
-    {
-        const CHAR* pName;
-        UINT32      offset;
-        UINT16      flags;
-    } members[] = {
+    const std::tuple<const CHAR*, UINT32, UINT16> members[] = {
         {"byte", 4, 0},  {"three", 5, 128},   {"range", 15, 2}, {"maybe", 23, 2},
         {"text", 31, 0}, {"texts", 39, 128},  {"inner", 59, 0}, {"flagged", 71, 1},
         {"lost", 75, 0}, {"inners", 75, 128}, {"last", 103, 0},
     };
-    for (const auto& rMember : members)
+    for (const auto& [pName, offset, flags] : members)
     {
-        EXPECT_EQ(defined.Member(1, rMember.pName).ParentOffset, rMember.offset) << rMember.pName;
-        EXPECT_EQ(defined.Member(1, rMember.pName).Flags, rMember.flags) << rMember.pName;
+        EXPECT_EQ(defined.Member(1, pName).ParentOffset, offset) << pName;
+        EXPECT_EQ(defined.Member(1, pName).Flags, flags) << pName;
     }
     EXPECT_EQ(defined.definitions.FindStructure(1)->Size, 107U);
     EXPECT_EQ(defined.definitions.FindStructure(2)->Size, 12U);
@@ -359,21 +354,15 @@ TEST(Definitions, LayoutFollowsTypesAndCounts)
 
     // Three fixed arrays have no count in older files.
     EXPECT_EQ(Defined(builder.Definitions(), false).definitions.FindStructure(1)->Size, 95U);
-}
 
-TEST(Definitions, CountsDecideHowAMemberIsStored)
-{
-    const struct
+    // Counts decide how a member is stored.
+    const std::tuple<UINT32, UINT32, UINT16> cases[] = {{1, 1, 0}, {0, 0, 0}, {0, 1, 2},   {0, 9, 2},
+                                                        {1, 2, 2}, {2, 3, 2}, {3, 3, 128}, {1, 0, 0},
+                                                        {5, 1, 0}, {5, 3, 2}, {2, 2, 128}};
+    for (const auto& [minimum, maximum, flags] : cases)
     {
-        UINT32 minimum;
-        UINT32 maximum;
-        UINT16 flags;
-    } cases[] = {{1, 1, 0},   {0, 0, 0}, {0, 1, 2}, {0, 9, 2}, {1, 2, 2},  {2, 3, 2},
-                 {3, 3, 128}, {1, 0, 0}, {5, 1, 0}, {5, 3, 2}, {2, 2, 128}};
-    for (const auto& rCase : cases)
-    {
-        EXPECT_EQ(ParameterDefinitionElementInfo::FlagsFromCounts(rCase.minimum, rCase.maximum), rCase.flags)
-            << rCase.minimum << " " << rCase.maximum;
+        EXPECT_EQ(ParameterDefinitionElementInfo::FlagsFromCounts(minimum, maximum), flags)
+            << minimum << " " << maximum;
     }
 }
 

@@ -32,12 +32,7 @@ TEST_F(SetManagerTest, ARecordLeadsBackToItsModule)
 
 TEST_F(SetManagerTest, WhatAModuleRefusesItNamesByItsRecordType)
 {
-    const struct
-    {
-        const CHAR*  pName;
-        VersionUnion version;
-        const CHAR*  pLog;
-    } cases[] = {
+    const std::tuple<const CHAR*, VersionUnion, const CHAR*> cases[] = {
         // Versions are shown as the 64 bits of the file: major, minor in the upper half word, patch in the upper word.
         {"alpha",
          {10, 0, 1},
@@ -49,13 +44,13 @@ TEST_F(SetManagerTest, WhatAModuleRefusesItNamesByItsRecordType)
          {3, 4, 0},
          "Unable to create plainTypeClass, binary version (262147) does not match source version (4295229443)\n"},
     };
-    for (const auto& rCase : cases)
+    for (const auto& [pName, version, pLog] : cases)
     {
         TuningFileMaker maker;
-        maker.builder.AddModule(rCase.pName, rCase.version, maker.Table(), std::vector<BYTE>(64));
+        maker.builder.AddModule(pName, version, maker.Table(), std::vector<BYTE>(64));
         ParameterSetManager manager("cam", smallschema::Modules, Verbose());
         EXPECT_FALSE(LoadBuffer(manager, maker.Build()));
-        EXPECT_TRUE(log.Has(rCase.pLog, "E")) << log.Text();
+        EXPECT_TRUE(log.Has(pLog, "E")) << log.Text();
     }
 }
 
@@ -83,9 +78,8 @@ TEST_F(SetManagerTest, ABareModuleHasAnIdentityAndNoMore)
     maker.builder.AddModule("plain", {3, 4, 1}, root, {1});
     const UINT32 second = maker.builder.AddModule("plain", {3, 4, 1}, video, {2});
     maker.builder.AddModule("plain", {3, 4, 1}, zsl, {}, second);
-    ParameterSetManager manager("cam", smallschema::Modules, Verbose());
-    ASSERT_TRUE(manager.LoadBinaryParameters(Write(maker.Build()))) << log.Text();
-    const auto id = [&](const std::vector<TuningMode>& rBranch)
+    ParameterSetManager& manager = Open(maker.Build());
+    const auto           id      = [&](const std::vector<TuningMode>& rBranch)
     {
         const auto* pRecord = Get<BareModuleType>(manager, "plain", rBranch);
         return (pRecord != nullptr) ? pRecord->SymbolTableID : 0;
@@ -100,9 +94,8 @@ TEST_F(SetManagerTest, TheStoresKnowTheirModules)
     TuningFileMaker          maker;
     const UINT32             root       = maker.Table();
     CHAR                     revision[] = "r7";
-    kirotouch::KIROTouchType touch{};
-    touch.module_version.major_revision = 10;
-    touch.parameter_version.revision    = revision;
+    kirotouch::KIROTouchType touch      = {.module_version    = {.major_revision = 10},
+                                           .parameter_version = {.revision = revision}};
     maker.writer.AddModule("kirotouch", {10, 0, 0}, root,
                            *TuningRecordOf(static_cast<const kirotouch::KIROTouchType*>(nullptr)), &touch);
     maker.builder.AddModule("lsc34_ife", {3, 4, 1}, root, {1, 2});

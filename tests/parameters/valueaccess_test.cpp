@@ -77,15 +77,8 @@ protected:
 
 TEST_F(ValueAccessTest, ModulesAnswerByPathAndMember)
 {
-    ParameterSetManager manager("cam", smallschema::Modules, Verbose());
-    ASSERT_TRUE(manager.LoadBinaryParameters(Write(MakeModes(0)))) << log.Text();
-    const struct
-    {
-        const CHAR* pPath;
-        const CHAR* pModule;
-        const CHAR* pMembers;
-        const CHAR* pText;
-    } cases[] = {
+    ParameterSetManager&                                                 manager = Open(MakeModes(0));
+    const std::tuple<const CHAR*, const CHAR*, const CHAR*, const CHAR*> cases[] = {
         {"0.0|2.2", "alpha", "value", "value=20"},
         {"0.0", "alpha", "value", "value=1"},
         {"0.0|2.9", "alpha", "value", "value=1"},  // no such mode: Default stands in
@@ -110,9 +103,9 @@ TEST_F(ValueAccessTest, ModulesAnswerByPathAndMember)
         {"", "alpha", "value", "-"},
         {nullptr, "alpha", "value", "-"},
     };
-    for (const auto& rCase : cases)
+    for (const auto& [pPath, pModule, pMembers, pText] : cases)
     {
-        EXPECT_EQ(Text(manager, rCase.pPath, rCase.pModule, rCase.pMembers), rCase.pText);
+        EXPECT_EQ(Text(manager, pPath, pModule, pMembers), pText);
     }
     EXPECT_EQ(Text(manager, "0|2.2", "alpha", "value,steps", 12), "value=20;st");
     EXPECT_EQ(Text(manager, "0|2.2", "alpha", nullptr, 12), "value=20;st");
@@ -139,8 +132,7 @@ TEST_F(ValueAccessTest, ModulesAnswerByPathAndMember)
 
 TEST_F(ValueAccessTest, AChangeShowsInTheRecordAndInItsID)
 {
-    ParameterSetManager manager("cam", smallschema::Modules, Verbose());
-    ASSERT_TRUE(manager.LoadBinaryParameters(Write(MakeModes(0))));
+    ParameterSetManager&    manager  = Open(MakeModes(0));
     smallschema::AlphaType* pRecord  = Alpha(manager, m_video);
     const UINT32            id       = pRecord->SymbolTableID;
     const UINT32            modified = TableModule::FromRecord(pRecord)->GetModified();
@@ -183,33 +175,29 @@ TEST_F(ValueAccessTest, AChangeShowsInTheRecordAndInItsID)
 TEST_F(ValueAccessTest, AnEditOfASharedArrayIsOneOfAllRecordsThatHaveIt)
 {
     TuningFileMaker maker;
-    maker.writer.m_sharesArrays = true;
-    const UINT32 root           = maker.Table();
+    maker.writer.m_sharesData = true;
+    const UINT32 root         = maker.Table();
     maker.Alpha(root, 1);
     maker.Alpha(maker.Mode(root, Usecase, 2), 1);
     maker.Alpha(maker.Mode(root, Usecase, 3), 3);
-    ParameterSetManager manager("cam", smallschema::Modules, Verbose());
-    ASSERT_TRUE(manager.LoadBinaryParameters(Write(maker.Build())));
+    ParameterSetManager&    manager   = Open(maker.Build());
     smallschema::AlphaType* records[] = {Alpha(manager, {}), Alpha(manager, m_video),
                                          Alpha(manager, Branch({{Usecase, 3}}))};
     ASSERT_EQ(records[0]->steps, records[1]->steps);
     ASSERT_NE(records[0]->steps, records[2]->steps);
 
-    const struct
-    {
-        const CHAR* pName;
-        bool        isNew[3];
-    } edits[] = {{"steps[1]", {true, true, false}}, {"value", {false, true, false}}};
-    for (const auto& rEdit : edits)
+    const std::pair<const CHAR*, std::array<bool, 3>> edits[] = {{"steps[1]", {true, true, false}},
+                                                                 {"value", {false, true, false}}};
+    for (const auto& [pName, isNew] : edits)
     {
         UINT64 stamps[3];
         std::ranges::transform(records, stamps, TableModule::ContentStamp);
         const UINT32 id = records[0]->SymbolTableID;
-        EXPECT_TRUE(manager.SetValue(0, "0.0|2.2", "alpha", rEdit.pName, "7"));
+        EXPECT_TRUE(manager.SetValue(0, "0.0|2.2", "alpha", pName, "7"));
         for (size_t index = 0; index < std::size(records); ++index)
         {
-            EXPECT_EQ(TableModule::ContentStamp(records[index]) != stamps[index], rEdit.isNew[index])
-                << rEdit.pName << " " << index;
+            EXPECT_EQ(TableModule::ContentStamp(records[index]) != stamps[index], isNew[index])
+                << pName << " " << index;
         }
         EXPECT_EQ(records[0]->SymbolTableID, id) << "that of the edited record alone counts";
     }
@@ -218,8 +206,7 @@ TEST_F(ValueAccessTest, AnEditOfASharedArrayIsOneOfAllRecordsThatHaveIt)
 
 TEST_F(ValueAccessTest, AnEditedModeIsNeverEvicted)
 {
-    ParameterSetManager manager("cam", smallschema::Modules, Verbose(5));
-    ASSERT_TRUE(manager.LoadBinaryParameters(Write(MakeModes(6))));
+    ParameterSetManager& manager = Open(MakeModes(6), 5);
     EXPECT_EQ(Text(manager, "0|2.2", "alpha", "value"), "value=20");
     UseMany(manager);
     EXPECT_FALSE(Mode(manager, m_video)->Loaded) << "reading alone does not keep a mode";
@@ -306,8 +293,7 @@ TEST_F(ValueAccessTest, ChildrenAreListedByName)
 
 TEST_F(ValueAccessTest, ActiveModesAreThoseThatFramesHold)
 {
-    ParameterSetManager manager("cam", smallschema::Modules, Verbose());
-    ASSERT_TRUE(manager.LoadBinaryParameters(Write(MakeModes(6))));
+    ParameterSetManager& manager = Open(MakeModes(6));
     EXPECT_EQ(Active(manager), "");
     EXPECT_EQ(Text(manager, "0|2.2", "alpha", "value"), "value=20");
     EXPECT_EQ(Active(manager), "") << "a tool that reads is not a frame";
@@ -341,12 +327,7 @@ TEST_F(ValueAccessTest, ActiveModesAreThoseThatFramesHold)
 
 TEST(ModePaths, NumericPathsAreRead)
 {
-    const struct
-    {
-        const CHAR*                            pPath;
-        bool                                   isClean;
-        std::vector<std::pair<UINT32, UINT16>> modes;
-    } cases[] = {
+    const std::tuple<const CHAR*, bool, std::vector<std::pair<UINT32, UINT16>>> cases[] = {
         {"0.0|2.1", true, {{0, 0}, {2, 1}}},
         {"0|2|", true, {{0, 0}, {2, 0}}},
         {"7.65535", true, {{7, 65535}}},
@@ -359,15 +340,15 @@ TEST(ModePaths, NumericPathsAreRead)
         {"", false, {}},
         {nullptr, false, {}},
     };
-    for (const auto& rCase : cases)
+    for (const auto& [pPath, isClean, modes] : cases)
     {
         std::vector<TuningMode> branch;
-        EXPECT_EQ(ModePaths::GetModeBranchFromPath(rCase.pPath, branch), rCase.isClean);
-        ASSERT_EQ(branch.size(), rCase.modes.size());
+        EXPECT_EQ(ModePaths::GetModeBranchFromPath(pPath, branch), isClean);
+        ASSERT_EQ(branch.size(), modes.size());
         for (size_t index = 0; index < branch.size(); ++index)
         {
-            EXPECT_EQ(static_cast<UINT32>(branch[index].mode), rCase.modes[index].first);
-            EXPECT_EQ(branch[index].subMode.value, rCase.modes[index].second);
+            EXPECT_EQ(static_cast<UINT32>(branch[index].mode), modes[index].first);
+            EXPECT_EQ(branch[index].subMode.value, modes[index].second);
         }
     }
 }

@@ -8,6 +8,7 @@
 
 #include "schema/tuningrecord.h"
 #include "tests/support/parameterfilebuilder.h"
+#include "tools/tuningfile/recordblocks.h"
 
 class RecordWriter
 {
@@ -29,16 +30,15 @@ public:
     UINT32 AddModule(const CHAR* pName, const VersionUnion& rVersion, UINT32 modeId,
                      const tuning::RecordDescription& rRecord, const VOID* pRecord);
 
-    /// Gives equal arrays one block, as files do in which readers share arrays.
-    bool m_sharesArrays = false;
+    /// Gives equal arrays and texts one block, as files do in which readers share them.
+    bool m_sharesData = false;
 
 private:
-    UINT32 AddArray(const std::vector<BYTE>& rBlock);
-    VOID   EncodeMember(const tuning::RecordMember& rMember, const BYTE* pRecord, ByteWriter& rWriter);
-    VOID   EncodeValues(const tuning::RecordMember& rMember, const BYTE* pValues, UINT32 count, ByteWriter& rWriter);
+    UINT32            AddData(const std::vector<BYTE>& rBlock);
+    std::vector<BYTE> BytesOf(const tuningfile::RecordBlockPool& rPool, UINT32 block);
 
     ParameterFileBuilder&                              m_rBuilder;
     std::map<const tuning::RecordDescription*, UINT32> m_defined;
     std::map<std::string, bool>                        m_definedModules;
-    std::map<std::vector<BYTE>, UINT32>                m_arrays;  ///< first entry with these bytes
+    std::map<std::vector<BYTE>, UINT32>                m_data;  ///< first entry with these bytes
 };
