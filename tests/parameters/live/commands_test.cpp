@@ -6,6 +6,7 @@
 #include "parameters/live/parametervernierworker.h"
 #include "tests/parameters/live/livefixture.h"
 #include "tests/parameters/setmanagerfixture.h"
+#include "tests/support/temporaryfile.h"
 
 /// Serves requests on the test's own thread, at any pace.
 class ThreadlessWorker
@@ -26,33 +27,6 @@ public:
 
 namespace
 {
-
-/// Bytes of a number, low one first.
-template <typename T> Bytes Number(T value)
-{
-    Bytes bytes(sizeof(T));
-    std::memcpy(bytes.data(), &value, sizeof(T));
-    return bytes;
-}
-
-Bytes Text(const std::string& rText)
-{
-    Bytes bytes(rText.begin(), rText.end());
-    bytes.push_back(0);
-    return bytes;
-}
-
-/// A request with the command's own header.
-Bytes Request(UINT16 command, const Bytes& rPayload = {}, UINT64 id = 0, UINT32 requestID = 0x01020304)
-{
-    Bytes body = Number(id);
-    if (vernier::HasRequestID(command))
-    {
-        body = body + Number(requestID);
-    }
-    body = body + rPayload;
-    return Number<UINT16>(19286) + Number(command) + Number(static_cast<UINT16>(6 + body.size())) + body;
-}
 
 std::string PayloadOf(const Bytes& rAnswer, size_t offset)
 {
@@ -116,8 +90,8 @@ protected:
         options.liveTuning = true;
         options.logDebug   = true;
         m_manager.emplace("cam", smallschema::Modules, options);
-        File(isTwoTables).WriteTo(m_path);
-        ASSERT_TRUE(m_manager->LoadBinaryParameters(m_path.c_str()));
+        File(isTwoTables).WriteTo(m_file.path);
+        ASSERT_TRUE(m_manager->LoadBinaryParameters(m_file.path.c_str()));
         m_client.emplace(m_manager->GetLiveTuningPort());
     }
 
@@ -125,7 +99,6 @@ protected:
     {
         m_client.reset();
         m_manager.reset();
-        std::remove(m_path.c_str());
     }
 
     UINT64 ID() const
@@ -148,15 +121,23 @@ protected:
         return PayloadOf(answer, 18);
     }
 
+    /// Takes as much processor time as the service waits for further values.
+    static VOID LetTriggerValuesComeTogether()
+    {
+        const std::clock_t due = std::clock() + 5001;
+        while (std::clock() < due)
+        {
+        }
+    }
+
     /// The service's lines follow its answers.
     bool IsLogged(const std::string& rText)
     {
         return WaitFor([&] { return m_log.Has(rText); });
     }
 
-    const std::string m_path = ::testing::TempDir() + "livecommands_" +
-                               ::testing::UnitTest::GetInstance()->current_test_info()->name() + ".bin";
-    SystemLogCapture                   m_log;
+    const TemporaryFile m_file{std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()) + ".bin"};
+    SystemLogCapture    m_log;
     std::optional<ParameterSetManager> m_manager;
     std::optional<LiveClient>          m_client;
 };
@@ -249,31 +230,33 @@ TEST_F(LiveCommandsTest, ModesListsChildrenWithTenZerosBehind)
                          std::to_string(ID()) + ", Actual: 5"));
 }
 
-TEST_F(LiveCommandsTest, InfoDescribesMembers)
+TEST_F(LiveCommandsTest, InfoDescribesMembersAndGetValuesReadsThem)
 {
     Load();
-    EXPECT_EQ(AskText(4, "Default|Usecase.Video:alpha"),
-              "module_version,Structure;parameter_version,Structure;value=20,Int32;steps,Float,2");
-    EXPECT_EQ(AskText(4, "Default:alpha.module_version"),
-              "major_revision=0,Int32;minor_revision=0,Int32;incr_revision=0,Int32");
-    EXPECT_EQ(AskText(4, "Default:nothing"), "");
-    EXPECT_EQ(AskText(4, "Default"), "");
-    EXPECT_EQ(AskText(4, "Default:plain"), "");
-}
-
-TEST_F(LiveCommandsTest, GetValuesReadsMembersOrAll)
-{
-    Load();
-    const std::string all = "value=20;steps=20.5,20.25";
-    EXPECT_EQ(AskText(5, "Default|Usecase.Video:alpha:value,steps[1]"), "value=20;steps[1]=20.25");
-    EXPECT_EQ(AskText(5, "Default|Usecase.Video:alpha"), all);
-    EXPECT_EQ(AskText(5, "Default|Usecase.Video:alpha:"), all);
-    EXPECT_EQ(AskText(5, "Default:alpha.module_version:major_revision"), "major_revision=0");
-    EXPECT_EQ(AskText(5, "Default|Usecase.Preview:alpha:value"), "value=1") << "inherited";
-    for (const CHAR* pBad :
-         {"Default:nothing:value", "Default:alpha:nothing", "Default", "", ":", "::", "Default:plain"})
+    constexpr UINT16                                   Info    = 4;
+    constexpr UINT16                                   Get     = 5;
+    const std::tuple<UINT16, const CHAR*, const CHAR*> cases[] = {
+        {Info, "Default|Usecase.Video:alpha",
+         "module_version,Structure;parameter_version,Structure;value=20,Int32;steps,Float,2"},
+        {Info, "Default:alpha.module_version", "major_revision=0,Int32;minor_revision=0,Int32;incr_revision=0,Int32"},
+        {Info, "Default:nothing", ""},
+        {Info, "Default", ""},
+        {Info, "Default:plain", ""},
+        {Get, "Default|Usecase.Video:alpha:value,steps[1]", "value=20;steps[1]=20.25"},
+        {Get, "Default|Usecase.Video:alpha", "value=20;steps=20.5,20.25"},
+        {Get, "Default|Usecase.Video:alpha:", "value=20;steps=20.5,20.25"},
+        {Get, "Default:alpha.module_version:major_revision", "major_revision=0"},
+        {Get, "Default|Usecase.Preview:alpha:value", "value=1"},  // inherited
+        {Get, "Default:nothing:value", ""},
+        {Get, "Default:alpha:nothing", ""},
+        {Get, "Default", ""},
+        {Get, "", ""},
+        {Get, ":", ""},
+        {Get, "::", ""},
+        {Get, "Default:plain", ""}};
+    for (const auto& [command, pPath, pAnswer] : cases)
     {
-        EXPECT_EQ(AskText(5, pBad), "") << pBad;
+        EXPECT_EQ(AskText(command, pPath), pAnswer) << command << " " << pPath;
     }
     // Too short for a request ID: answered with zeros in its place.
     EXPECT_EQ(Ask(WithLength(Request(5, {}, 9, 0x0706), 16)), Request(5, Text(""), 9, 0x0706));
@@ -326,10 +309,7 @@ TEST_F(LiveCommandsTest, TriggerValuesFollowWhenTheyHaveComeTogether)
 
     EXPECT_TRUE(m_manager->SetTriggerValues("Default", "alpha", "IPE", "first", values, 2));
     EXPECT_TRUE(m_manager->SetTriggerValues("Default", "alpha", "IPE", "empty", nullptr, 0));
-    const std::clock_t due = std::clock() + 5001;
-    while (std::clock() < due)
-    {
-    }
+    LetTriggerValuesComeTogether();
     // The answer goes out when the service wakes up for something else.
     EXPECT_EQ(PayloadOf(Ask(Request(9, Text("0"))), 14), "0");
     Bytes payload  = Text("Default:alpha:IPE#first:");
@@ -388,13 +368,8 @@ TEST_F(LiveCommandsTest, AnAnswerOfTriggerValuesEndsBeforeTheInstanceThatDoesNot
     constexpr size_t Room = 65534 - 14 - 18;
     // An instance without values takes 3 bytes beside its name, one of 5000 values 60003.
     const std::vector<ParameterCTValue> values(5000, ParameterCTValue{1, 0.5});
-    const struct
-    {
-        size_t      name;  ///< of the second instance
-        UINT32      count;
-        bool        isSent;
-        const CHAR* pLog;
-    } cases[] = {
+    // Size of the name of the second instance, its values, whether it is sent.
+    const std::tuple<size_t, UINT32, bool, const CHAR*> cases[] = {
         {Room - 6 - 3, 0, true, "Control Values(7)"},
         {Room - 6 - 2, 0, false, "insufficient packet space to hold IPE instance xxx"},
         {Room - 6, 0, false, "insufficient space to write trigger values"},
@@ -402,23 +377,20 @@ TEST_F(LiveCommandsTest, AnAnswerOfTriggerValuesEndsBeforeTheInstanceThatDoesNot
         {Room - 6 - 60002, 5000, false, "insufficient packet space to hold IPE instance xxx"},
     };
     Load();
-    for (const auto& rCase : cases)
+    for (const auto& [nameSize, count, isSent, pLog] : cases)
     {
         m_log.Clear();
         ASSERT_TRUE(m_client->Send(Request(7, Text("Default:alpha:IPE"))));
         ASSERT_TRUE(WaitFor([&] { return m_manager->SetTriggerValues("Default", "alpha", "IPE", "one", nullptr, 0); }));
-        const std::string name(rCase.name, 'x');
-        EXPECT_TRUE(m_manager->SetTriggerValues("Default", "alpha", "IPE", name.c_str(), values.data(), rCase.count));
-        const std::clock_t due = std::clock() + 5001;
-        while (std::clock() < due)
-        {
-        }
+        const std::string name(nameSize, 'x');
+        EXPECT_TRUE(m_manager->SetTriggerValues("Default", "alpha", "IPE", name.c_str(), values.data(), count));
+        LetTriggerValuesComeTogether();
         // Where the machine is busy the answer may come first.
         const Bytes  packets[] = {Ask(Request(9, Text("0"))), m_client->ReceivePacket()};
         const Bytes& rAnswer   = packets[(packets[0].at(2) == 7) ? 0 : 1];
-        EXPECT_EQ(rAnswer.size(), rCase.isSent ? 65534u : 14u + 18u + 6u) << rCase.name;
+        EXPECT_EQ(rAnswer.size(), isSent ? 65534u : 14u + 18u + 6u) << nameSize;
         EXPECT_EQ(PayloadOf(rAnswer, 14).substr(0, 22), "Default:alpha:IPE#one:");
-        EXPECT_TRUE(IsLogged(rCase.pLog)) << rCase.pLog;
+        EXPECT_TRUE(IsLogged(pLog)) << pLog;
     }
 }
 
@@ -429,10 +401,7 @@ TEST_F(LiveCommandsTest, TriggerValuesOfAClientThatHasLeftReachNobody)
     ASSERT_TRUE(WaitFor([&] { return m_manager->SetTriggerValues("Default", "alpha", "IPE", "x", nullptr, 0); }));
     m_client->Reset();
     m_client.emplace(m_manager->GetLiveTuningPort());
-    const std::clock_t due = std::clock() + 5001;
-    while (std::clock() < due)
-    {
-    }
+    LetTriggerValuesComeTogether();
     const Bytes table = Request(9, Text("0"), ID());
     for (INT turn = 0; turn < 3; ++turn)
     {
@@ -528,17 +497,17 @@ TEST_F(LiveCommandsTest, HostsCanReadAndBuildPackets)
     // The answer as a tool reads it.
     const ParameterVernierWorker tool(nullptr);
     EXPECT_TRUE(IsLogged("ParameterVernierWorker constructed with a nullptr Set Manager object"));
-    ASSERT_TRUE(tool.ParseResponse(packet, 23, command, id, request, pData, size));
+    const auto parseAnswer = [&](const BYTE* pPacket, size_t count)
+    { return tool.ParseResponse(pPacket, static_cast<UINT32>(count), command, id, request, pData, size); };
+    ASSERT_TRUE(parseAnswer(packet, 23));
     EXPECT_EQ(std::tie(command, id, request, size), std::make_tuple(UINT16{5}, UINT64{99}, 12u, 5u));
     EXPECT_EQ(pData, packet + 18);
-    EXPECT_FALSE(tool.ParseResponse(packet, 18, command, id, request, pData, size));
-    EXPECT_FALSE(tool.ParseResponse(nullptr, 23, command, id, request, pData, size));
-    const Bytes table = Request(9, {}, 99);
-    ASSERT_TRUE(tool.ParseResponse(table.data(), 14, command, id, request, pData, size)) << "no payload";
+    EXPECT_FALSE(parseAnswer(packet, 18));
+    EXPECT_FALSE(parseAnswer(nullptr, 23));
+    ASSERT_TRUE(parseAnswer(Request(9, {}, 99).data(), 14)) << "no payload";
     EXPECT_EQ(std::tie(command, id, request, size), std::make_tuple(UINT16{9}, UINT64{99}, 0u, 0u));
     const Bytes device = Ask(Request(0));
-    ASSERT_TRUE(
-        tool.ParseResponse(device.data(), static_cast<UINT32>(device.size()), command, id, request, pData, size));
+    ASSERT_TRUE(parseAnswer(device.data(), device.size()));
     EXPECT_EQ(std::tie(command, id), std::make_tuple(UINT16{0}, ID()));
 
     ParameterSetManager offline("off", smallschema::Modules, {});
@@ -586,8 +555,8 @@ TEST_F(LiveCommandsTest, NoPortIsOpenedUnlessAskedFor)
     options.liveTuning = true;
     m_manager.emplace("cam", smallschema::Modules, options);
     m_manager->SetLiveTuningAutostart(false);
-    File(false).WriteTo(m_path);
-    ASSERT_TRUE(m_manager->LoadBinaryParameters(m_path.c_str()));
+    File(false).WriteTo(m_file.path);
+    ASSERT_TRUE(m_manager->LoadBinaryParameters(m_file.path.c_str()));
     EXPECT_EQ(m_manager->GetLiveTuningPort(), 0);
 }
 

@@ -79,62 +79,54 @@ private:
 const Bytes Good  = Packet(20, 1, 100);
 const Bytes Other = Packet(31, 5, 200);
 
-struct Stream
-{
-    const CHAR*        pName;
-    std::deque<Bytes>  pieces;
-    std::vector<Bytes> requests;
-    const CHAR*        pLog;       ///< null if nothing is logged
-    size_t             lines = 1;  ///< of this log
-};
-
 }  // namespace
 
 TEST(FramingTest, CutsStreamIntoRequests)
 {
-    const Bytes  bad       = Packet(40, 10);
-    const Bytes  zero      = WithLength(Packet(14), 0);
-    const Bytes  noTag     = Bytes(20, 0x33);
-    const CHAR*  pTag      = "missing start tag, Expected: 19286, Received: 13107: 0x3333333333\n";
-    const CHAR*  pCommand  = "Vernier request ID 10 exceeds Max 10\n";
-    const CHAR*  pZero     = "Vernier request length is zero: 0x564b010000\n";
-    const Bytes  lastHalf  = Bytes(Good.begin() + 9, Good.end());
-    const Bytes  firstHalf = Bytes(Good.begin(), Good.begin() + 9);
-    const Bytes  badHead   = Bytes(bad.begin(), bad.begin() + 17);
-    const Bytes  badTail   = Bytes(bad.begin() + 17, bad.end());
-    const Bytes  tagByte   = {Good[0]};
-    const Bytes  behindTag = Bytes(Good.begin() + 1, Good.end());
-    const Bytes  largest   = Packet(65535);
-    const Stream streams[] = {
-        {"one after the other", {Good, Other}, {Good, Other}, nullptr},
-        {"in one piece", {Good + Other + Good}, {Good, Other, Good}, nullptr},
-        {"too short to judge", {Bytes(13, 0x33)}, {}, nullptr},
-        {"header alone", {Packet(14)}, {Packet(14)}, nullptr},
-        {"length below that of a header", {WithLength(Good, 5)}, {{0x56, 0x4b, 1, 0, 5}}, "missing start tag"},
-        {"largest", {largest + Good}, {largest, Good}, nullptr},
-        {"client leaves half a request", {firstHalf, {}, lastHalf + Other}, {Good, Other}, nullptr},
-        {"wrong tag drops all that is held", {noTag + Good, Other}, {Other}, pTag},
-        {"length 0 drops all that is held", {zero + Good, Other}, {Other}, pZero},
-        {"bad command", {bad + Good}, {Good}, pCommand},
-        {"bad command in pieces", {badHead, badTail, Good}, {Good}, pCommand},
-        {"bad command, rest together with a good one", {badHead, badTail + Good}, {Good}, pCommand},
-        {"bad command, rest never comes", {badHead, Good, Other}, {Good, Other}, pCommand},
-        {"bad command, client leaves", {badHead, {}, tagByte, behindTag}, {Good}, pCommand},
-        {"bad command that says 65535", {WithLength(bad, 65535), Good + Other}, {Good, Other}, pCommand},
-        {"bad command that says 13", {WithLength(bad, 13) + Good, Other}, {Other}, pCommand},
-        {"highest command", {Packet(14, 65535) + Good}, {Good}, "Vernier request ID 65535 exceeds Max 10\n"},
+    const Bytes bad       = Packet(40, 10);
+    const Bytes zero      = WithLength(Packet(14), 0);
+    const Bytes noTag     = Bytes(20, 0x33);
+    const CHAR* pTag      = "missing start tag, Expected: 19286, Received: 13107: 0x3333333333\n";
+    const CHAR* pCommand  = "Vernier request ID 10 exceeds Max 10\n";
+    const CHAR* pZero     = "Vernier request length is zero: 0x564b010000\n";
+    const Bytes lastHalf  = Bytes(Good.begin() + 9, Good.end());
+    const Bytes firstHalf = Bytes(Good.begin(), Good.begin() + 9);
+    const Bytes badHead   = Bytes(bad.begin(), bad.begin() + 17);
+    const Bytes badTail   = Bytes(bad.begin() + 17, bad.end());
+    const Bytes tagByte   = {Good[0]};
+    const Bytes behindTag = Bytes(Good.begin() + 1, Good.end());
+    const Bytes largest   = Packet(65535);
+    // Name, pieces, requests, what is logged (null for nothing), and how often.
+    const std::tuple<const CHAR*, std::deque<Bytes>, std::vector<Bytes>, const CHAR*, size_t> streams[] = {
+        {"one after the other", {Good, Other}, {Good, Other}, nullptr, 0},
+        {"in one piece", {Good + Other + Good}, {Good, Other, Good}, nullptr, 0},
+        {"too short to judge", {Bytes(13, 0x33)}, {}, nullptr, 0},
+        {"header alone", {Packet(14)}, {Packet(14)}, nullptr, 0},
+        {"length below that of a header", {WithLength(Good, 5)}, {{0x56, 0x4b, 1, 0, 5}}, "missing start tag", 1},
+        {"largest", {largest + Good}, {largest, Good}, nullptr, 0},
+        {"client leaves half a request", {firstHalf, {}, lastHalf + Other}, {Good, Other}, nullptr, 0},
+        {"wrong tag drops all that is held", {noTag + Good, Other}, {Other}, pTag, 1},
+        {"length 0 drops all that is held", {zero + Good, Other}, {Other}, pZero, 1},
+        {"bad command", {bad + Good}, {Good}, pCommand, 1},
+        {"bad command in pieces", {badHead, badTail, Good}, {Good}, pCommand, 1},
+        {"bad command, rest together with a good one", {badHead, badTail + Good}, {Good}, pCommand, 1},
+        {"bad command, rest never comes", {badHead, Good, Other}, {Good, Other}, pCommand, 1},
+        {"bad command, client leaves", {badHead, {}, tagByte, behindTag}, {Good}, pCommand, 1},
+        {"bad command that says 65535", {WithLength(bad, 65535), Good + Other}, {Good, Other}, pCommand, 1},
+        {"bad command that says 13", {WithLength(bad, 13) + Good, Other}, {Other}, pCommand, 1},
+        {"highest command", {Packet(14, 65535) + Good}, {Good}, "Vernier request ID 65535 exceeds Max 10\n", 1},
         {"many bad ones", {bad + bad + Good + bad}, {Good}, pCommand, 3},
     };
-    for (const Stream& rStream : streams)
+    for (const auto& [pName, pieces, requests, pLog, lines] : streams)
     {
-        SCOPED_TRACE(rStream.pName);
+        SCOPED_TRACE(pName);
         SystemLogCapture log;
-        EXPECT_EQ(ScriptedCom(rStream.pieces).Requests(), rStream.requests);
-        if (rStream.pLog != nullptr)
+        EXPECT_EQ(ScriptedCom(pieces).Requests(), requests);
+        if (pLog != nullptr)
         {
-            EXPECT_EQ(log.Count(rStream.pLog, "E"), rStream.lines) << log.Text();
+            EXPECT_EQ(log.Count(pLog, "E"), lines) << log.Text();
         }
-        EXPECT_EQ(log.Size(), 1 + (rStream.pLog != nullptr ? rStream.lines : 0)) << log.Text();
+        EXPECT_EQ(log.Size(), 1 + lines) << log.Text();
     }
 }
 
@@ -158,13 +150,6 @@ TEST(FramingTest, ToleratesEveryCut)
     EXPECT_EQ(ScriptedCom(single).Requests(), (std::vector<Bytes>{Good, Other}));
 }
 
-TEST(FramingTest, LeavesOutRequestsThatTheBufferCannotHold)
-{
-    SystemLogCapture log;
-    EXPECT_EQ(ScriptedCom({Other + Good}).Requests(30), std::vector<Bytes>{Good});
-    EXPECT_TRUE(log.Has("Vernier request length (31) is greater than packet size (30): 0x564b05001f\n", "E"));
-}
-
 // A caller that serves more commands than the first ten sees what came, also without a terminator.
 TEST(FramingTest, TracesNewCommands)
 {
@@ -175,6 +160,10 @@ TEST(FramingTest, TracesNewCommands)
     EXPECT_TRUE(log.Has("Vernier recv 20 bytes, Command 12, ID: 513, Payload: a\n", "V")) << log.Text();
     EXPECT_TRUE(log.Has("Vernier recv 3 bytes, Command 11, ID: 0, Payload: \n", "V")) << log.Text();
     EXPECT_EQ(log.Count("Vernier packet missing terminating nul character\n", "E"), 1u) << log.Text();
+
+    // Requests that the buffer cannot hold are left out.
+    EXPECT_EQ(ScriptedCom({Other + Good}).Requests(30), std::vector<Bytes>{Good});
+    EXPECT_TRUE(log.Has("Vernier request length (31) is greater than packet size (30): 0x564b05001f\n", "E"));
 }
 
 TEST(FramingTest, QueuesOnlyPacketsThatThereCanBe)

@@ -9,14 +9,6 @@
 namespace
 {
 
-Bytes Texts(UINT16 command, const std::string& rText)
-{
-    Bytes packet = Packet(static_cast<UINT32>(vernier::PayloadOffset(command) + rText.size() + 1), command);
-    std::copy(rText.begin(), rText.end(), packet.begin() + vernier::PayloadOffset(command));
-    packet.back() = 0;
-    return packet;
-}
-
 class LiveThreadsTest : public SetManagerTest
 {
 protected:
@@ -67,8 +59,9 @@ protected:
             LiveClient        client(m_manager->GetLiveTuningPort());
             const std::string path = "Default|Scene." + std::to_string(round % Scenes) + ":alpha";
             for (const Bytes& rRequest :
-                 {Packet(14, 0), Packet(14, 1), Packet(14, 2), Texts(3, "Default"), Texts(4, path), Texts(5, path),
-                  Texts(6, path + ":value=" + std::to_string(round)), Texts(9, "0")})
+                 {Request(0), Request(1), Request(2), Request(3, Text("Default")), Request(4, Text(path)),
+                  Request(5, Text(path)), Request(6, Text(path + ":value=" + std::to_string(round))),
+                  Request(9, Text("0"))})
             {
                 client.Send(rRequest);
                 m_answers += client.ReceivePacket().empty() ? 0 : 1;
@@ -120,7 +113,8 @@ TEST_F(LiveThreadsTest, TheStoreGoesWhileAClientIsBeingServed)
             [&]
             {
                 LiveClient socket(port);
-                while (!m_stop && socket.Send(Texts(5, "Default|Scene.Snow:alpha")) && !socket.ReceivePacket().empty())
+                while (!m_stop && socket.Send(Request(5, Text("Default|Scene.Snow:alpha"))) &&
+                       !socket.ReceivePacket().empty())
                 {
                     ++m_answers;
                 }
@@ -135,7 +129,7 @@ TEST_F(LiveThreadsTest, TheStoreGoesWhileAClientIsBeingServed)
 
 TEST_F(LiveThreadsTest, SeveralStoresLoadAndGoAtTheSameTime)
 {
-    std::vector<std::thread> cameras;
+    std::vector<std::jthread> cameras;
     Load();
     for (INT camera = 0; camera < 3; ++camera)
     {
@@ -152,10 +146,7 @@ TEST_F(LiveThreadsTest, SeveralStoresLoadAndGoAtTheSameTime)
                 }
             });
     }
-    for (std::thread& rCamera : cameras)
-    {
-        rCamera.join();
-    }
+    cameras.clear();  // joins them
 }
 
 }  // namespace

@@ -171,6 +171,35 @@ bool LoseSockets(UINT32 family)
     return prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 && prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0;
 }
 
+/// Starts services in a thread that has no sockets of some families.
+/// @return false if it cannot lose them
+bool StartWithout(std::initializer_list<UINT32> families, const std::function<VOID()>& rStart)
+{
+    bool isLost = false;
+    std::thread(
+        [&]
+        {
+            isLost = std::all_of(families.begin(), families.end(), LoseSockets);
+            if (isLost)
+            {
+                rStart();
+            }
+        })
+        .join();
+    return isLost;
+}
+
+/// So many of the shortest packets.
+Bytes Packets(size_t count)
+{
+    Bytes packets;
+    for (; count > 0; --count)
+    {
+        packets = packets + Packet(14);
+    }
+    return packets;
+}
+
 class TransportTest : public LiveTest
 {
 protected:
@@ -315,12 +344,7 @@ TEST_F(TransportTest, ClientThatNeverReadsIsCutOff)
 {
     EchoService service(65534);
     LiveClient  client(service.Com().GetPort(), 4096);
-    Bytes       requests;
-    for (UINT32 i = 0; i < 200; ++i)
-    {
-        requests = requests + Packet(14);
-    }
-    EXPECT_TRUE(client.Send(requests));
+    EXPECT_TRUE(client.Send(Packets(200)));
     EXPECT_TRUE(WaitFor([&] { return log.Has("Sockets send failed. Attempted send 65534 bytes, sent ", "E"); }));
 
     LiveClient next(service.Com().GetPort());
@@ -369,12 +393,7 @@ TEST_F(TransportTest, StopsAndStartsWhateverGoesOn)
     service.Start();
 
     LiveClient deaf(service.Com().GetPort(), 4096);
-    Bytes      requests;
-    for (UINT32 i = 0; i < 200; ++i)
-    {
-        requests = requests + Packet(14);
-    }
-    EXPECT_TRUE(deaf.Send(requests));
+    EXPECT_TRUE(deaf.Send(Packets(200)));
     EXPECT_TRUE(WaitFor([&] { return service.requests > 64; }));
     service.Stop();
 
@@ -414,19 +433,8 @@ TEST_F(TransportTest, RunsWithoutAPort)
 
 TEST_F(TransportTest, RunsWithoutADescriptor)
 {
-    bool                       lost = false;
     std::optional<EchoService> service;
-    std::thread(
-        [&]
-        {
-            lost = LoseSockets(AF_INET) && LoseSockets(AF_UNIX);
-            if (lost)
-            {
-                service.emplace();
-            }
-        })
-        .join();
-    if (!lost)
+    if (!StartWithout({AF_INET, AF_UNIX}, [&] { service.emplace(); }))
     {
         GTEST_SKIP() << "this machine does not filter system calls";
     }
@@ -446,22 +454,16 @@ TEST_F(TransportTest, InternalPort)
 
 TEST_F(TransportTest, FallsBackToUnixAddressWithoutIP)
 {
-    bool                       lost = false;
     std::optional<EchoService> service;
     std::optional<EchoService> internal;
-    std::thread(
-        [&]
-        {
-            lost = LoseSockets(AF_INET);
-            if (lost)
-            {
-                service.emplace();
-                ParameterVernierCom::UseInternalPort = true;
-                internal.emplace();
-            }
-        })
-        .join();
-    if (!lost)
+    const bool                 isStarted = StartWithout({AF_INET},
+                                                        [&]
+                                                        {
+                                            service.emplace();
+                                            ParameterVernierCom::UseInternalPort = true;
+                                            internal.emplace();
+                                        });
+    if (!isStarted)
     {
         GTEST_SKIP() << "this machine does not filter system calls";
     }
