@@ -4,10 +4,10 @@
 #include "parameters/parametersetmanager.h"
 #include "parameters/parsercrc.h"
 #include "parameters/tablemodule.h"
+#include "tests/support/refusal.h"
 #include "tools/tuningfile/binaryinput.h"
 #include "tools/tuningfile/binaryoutput.h"
 #include "tools/tuningfile/bytes.h"
-#include "tools/tuningfile/inputerror.h"
 #include "tools/tuningfile/storelog.h"
 #include "tools/tuningfile/textinput.h"
 
@@ -134,17 +134,9 @@ UINT64 BitwiseSum(const std::vector<BYTE>& rBytes, size_t count, UINT64 polynomi
 
 TEST(BinaryOutput, EachVersionHasItsOwnLayoutAndTheStoreLoadsIt)
 {
-    const struct
-    {
-        const char* pVersion;
-        UINT32      sectionTable;  ///< offset
-        UINT32      rowSize;
-        UINT32      nameSize;
-        UINT32      entrySize;
-        UINT32      modeCount;
-        UINT32      symbolSize;
-        UINT32      checksumSize;
-    } layouts[] = {
+    // Version; offset and row size of the section table; sizes of a table's name and of a mode, and modes; size of a
+    // symbol and of the checksum.
+    const std::tuple<const char*, UINT32, UINT32, UINT32, UINT32, UINT32, UINT32, UINT32> layouts[] = {
         {"1.0.1", 48, 12, 0, 16, 1, 64, 4},    {"1.0.2", 160, 12, 0, 16, 3, 64, 4},
         {"1.0.9", 160, 12, 0, 16, 3, 64, 4},   {"1.1.0", 160, 24, 0, 24, 3, 76, 4},
         {"2.0.0", 160, 24, 0, 32, 3, 76, 4},   {"3.0.0", 168, 24, 0, 32, 3, 76, 4},
@@ -155,22 +147,21 @@ TEST(BinaryOutput, EachVersionHasItsOwnLayoutAndTheStoreLoadsIt)
     };
     const std::string text = "tables: [{name: main, modes: {Default: {modules: {kirotouch: {}}, children: {Sensor.1:\n"
                              "  {preserve: true, children: {Usecase.ZSL: {link: Default|Sensor.1}}}}}}}]\n";
-    for (const auto& rLayout : layouts)
+    for (const auto& [pVersion, sectionTable, rowSize, nameSize, entrySize, modeCount, symbolSize, checksumSize] :
+         layouts)
     {
-        SCOPED_TRACE(rLayout.pVersion);
-        const std::vector<BYTE> bytes = Compile(text, rLayout.pVersion);
-        const size_t            modes =
-            rLayout.sectionTable + LoadInteger<UINT32>(bytes, rLayout.sectionTable - 4) * rLayout.rowSize;
-        const UINT32 slot = rLayout.rowSize / 3;
-        EXPECT_EQ(rLayout.sectionTable, LoadInteger<UINT32>(bytes, rLayout.sectionTable - 8));
-        EXPECT_EQ(modes, LoadInteger<UINT32>(bytes, rLayout.sectionTable + slot));
-        EXPECT_EQ(rLayout.nameSize + rLayout.modeCount * rLayout.entrySize,
-                  LoadInteger<UINT32>(bytes, rLayout.sectionTable + 2 * slot));
-        EXPECT_EQ(rLayout.symbolSize, LoadInteger<UINT32>(bytes, rLayout.sectionTable + rLayout.rowSize + 2 * slot));
-        ExpectText(bytes, modes, rLayout.nameSize, (rLayout.nameSize > 0) ? "main" : "");
+        SCOPED_TRACE(pVersion);
+        const std::vector<BYTE> bytes = Compile(text, pVersion);
+        const size_t            modes = sectionTable + LoadInteger<UINT32>(bytes, sectionTable - 4) * rowSize;
+        const UINT32            slot  = rowSize / 3;
+        EXPECT_EQ(sectionTable, LoadInteger<UINT32>(bytes, sectionTable - 8));
+        EXPECT_EQ(modes, LoadInteger<UINT32>(bytes, sectionTable + slot));
+        EXPECT_EQ(nameSize + modeCount * entrySize, LoadInteger<UINT32>(bytes, sectionTable + 2 * slot));
+        EXPECT_EQ(symbolSize, LoadInteger<UINT32>(bytes, sectionTable + rowSize + 2 * slot));
+        ExpectText(bytes, modes, nameSize, (nameSize > 0) ? "main" : "");
 
-        const size_t summed = bytes.size() - rLayout.checksumSize;
-        if (rLayout.checksumSize == 8)
+        const size_t summed = bytes.size() - checksumSize;
+        if (checksumSize == 8)
         {
             EXPECT_EQ(BitwiseSum(bytes, summed, 0x42F0E1EBA9EA3693, ~UINT64{0}), LoadInteger<UINT64>(bytes, summed));
         }
@@ -182,11 +173,11 @@ TEST(BinaryOutput, EachVersionHasItsOwnLayoutAndTheStoreLoadsIt)
         const StoreLog     log;
         const BinaryTuning binary = ReadBinary(bytes, "t.bin");
         EXPECT_EQ(std::vector<std::string>(), log.Lines());
-        EXPECT_EQ(rLayout.modeCount, binary.tuning.tables.at(0).modes.size());
+        EXPECT_EQ(modeCount, binary.tuning.tables.at(0).modes.size());
     }
 }
 
-TEST(BinaryOutput, WhatAVersionCannotHoldIsNamed)
+TEST(BinaryOutput, VersionsAreReadAndWhatTheyCannotHoldIsNamed)
 {
     const Tuning tuning =
         ParseText("tuning: {binaryTag: x}\n"
@@ -202,10 +193,8 @@ TEST(BinaryOutput, WhatAVersionCannotHoldIsNamed)
     EXPECT_EQ(
         Texts({"modules", "preserve flags", "names of mode tables", "links", "modes below Default", "the binary tag"}),
         LeftOut(tuning, *ParseVersion("1.0.1")));
-}
 
-TEST(BinaryOutput, VersionsOutsideTheFormatAndMalformedOnesAreRefused)
-{
+    // Versions outside the format, and malformed ones, are refused.
     EXPECT_EQ(VersionUnion(1, 0, 0), ParseVersion("1.0.0"));
     for (const char* pText :
          {"0.9.9", "7.0.1", "7.1.0", "8.0.0", "7.0", "7.0.0.0", "7.0.0 ", "", "a.b.c", "7..0", "-1.0.0", "70000.0.0"})
@@ -248,18 +237,8 @@ modes:
 
 TEST(BinaryOutput, WhatTheFormatCannotAddressIsRefused)
 {
-    const auto refusal = [](const Tuning& rTuning, const char* pVersion) -> std::string
-    {
-        try
-        {
-            WriteBinary(rTuning, *ParseVersion(pVersion));
-        }
-        catch (const InputError& rFault)
-        {
-            return rFault.what();
-        }
-        return "";
-    };
+    const auto refusal = [](const Tuning& rTuning, const char* pVersion)
+    { return RefusalOf([&] { WriteBinary(rTuning, *ParseVersion(pVersion)); }); };
     Tuning tuning;
     tuning.source = "t.yaml";
     tuning.tables.push_back({std::string(32, 'n'), {}});

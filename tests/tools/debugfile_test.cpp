@@ -9,8 +9,9 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
+#include "tests/support/refusal.h"
+#include "tests/support/temporaryfile.h"
 #include "tools/debugdata/debugtext.h"
 #include "tools/tuningfile/files.h"
 #include "tools/tuningfile/inputerror.h"
@@ -27,16 +28,8 @@ class DebugFile : public testing::Test
 {
 protected:
     DebugFile()
-        : m_directory(testing::TempDir() + "debugfile_test." + std::to_string(getpid())),
-          m_path(m_directory + "/run.dbg")
     {
-        fs::remove_all(m_directory);
-        fs::create_directory(m_directory);
-    }
-
-    ~DebugFile() override
-    {
-        fs::remove_all(m_directory);
+        fs::create_directory(m_directory.path);
     }
 
     /// Two records; the second ends in a byte that is not zero.
@@ -52,22 +45,8 @@ protected:
         writer.Commit();
     }
 
-    std::string ErrorOf(std::string_view bytes)
-    {
-        std::ofstream(m_path, std::ios::binary) << bytes;
-        try
-        {
-            DebugFileReader reader(m_path);
-        }
-        catch (const tuningfile::InputError& rError)
-        {
-            return rError.what();
-        }
-        return "";
-    }
-
-    std::string                   m_directory;
-    std::string                   m_path;
+    const TemporaryFile           m_directory{"debugfile_test"};
+    const std::string             m_path    = m_directory.path + "/run.dbg";
     std::unique_ptr<AECDebugData> m_pRecord = std::make_unique<AECDebugData>();
 };
 
@@ -92,15 +71,15 @@ TEST_F(DebugFile, AnUnfinishedRunLeavesNothingAndKeepsWhatWasThere)
         DebugFileWriter writer(m_path);
         writer.Add(*m_pRecord);
     }
-    EXPECT_TRUE(fs::is_empty(m_directory));
+    EXPECT_TRUE(fs::is_empty(m_directory.path));
     WriteTwo();
     {
         DebugFileWriter writer(m_path);
         writer.Add(*m_pRecord);
     }
     EXPECT_EQ(DebugFileReader(m_path).Count(), 2u);
-    EXPECT_THROW(DebugFileWriter(m_directory + "/none/run.dbg"), tuningfile::InputError);
-    EXPECT_THROW(DebugFileWriter{m_directory}, tuningfile::InputError) << "a directory";
+    EXPECT_THROW(DebugFileWriter(m_directory.path + "/none/run.dbg"), tuningfile::InputError);
+    EXPECT_THROW(DebugFileWriter{m_directory.path}, tuningfile::InputError) << "a directory";
 }
 
 TEST_F(DebugFile, CutAndForeignFilesAreNamedAsSuch)
@@ -120,7 +99,8 @@ TEST_F(DebugFile, CutAndForeignFilesAreNamedAsSuch)
     };
     for (const auto& [text, pExpected] : cases)
     {
-        const std::string error = ErrorOf(text);
+        std::ofstream(m_path, std::ios::binary) << text;
+        const std::string error = RefusalOf([this] { DebugFileReader reader(m_path); });
         EXPECT_EQ(error.find(m_path), 0u);
         EXPECT_NE(error.find(pExpected), std::string::npos) << error;
     }

@@ -2,12 +2,10 @@
 #include <filesystem>
 #include <fstream>
 
-#include <gtest/gtest.h>
-#include <unistd.h>
-
+#include "tests/support/refusal.h"
+#include "tests/support/temporaryfile.h"
 #include "tools/tuningfile/check.h"
 #include "tools/tuningfile/files.h"
-#include "tools/tuningfile/inputerror.h"
 
 namespace
 {
@@ -17,19 +15,14 @@ using namespace tuningfile;
 class Files : public testing::Test
 {
 protected:
-    VOID SetUp() override
+    Files()
     {
-        std::filesystem::create_directory(m_folder);
-    }
-
-    VOID TearDown() override
-    {
-        std::filesystem::remove_all(m_folder);
+        std::filesystem::create_directory(m_folder.path);
     }
 
     std::string Path(const char* pName) const
     {
-        return (m_folder / pName).string();
+        return m_folder.path + '/' + pName;
     }
 
     std::string Write(const char* pName, const std::string& rText) const
@@ -38,26 +31,7 @@ protected:
         return Path(pName);
     }
 
-    size_t FileCount() const
-    {
-        return static_cast<size_t>(std::distance(std::filesystem::directory_iterator(m_folder), {}));
-    }
-
-    template <typename Action> std::string Refusal(Action action) const
-    {
-        try
-        {
-            action();
-        }
-        catch (const InputError& rFault)
-        {
-            return rFault.what();
-        }
-        return "";
-    }
-
-    const std::filesystem::path m_folder =
-        std::filesystem::temp_directory_path() / ("files_test." + std::to_string(getpid()));
+    const TemporaryFile m_folder{"files_test"};
 };
 
 TEST_F(Files, ReplacingAFileIsWholeOrNotAtAll)
@@ -73,12 +47,13 @@ TEST_F(Files, ReplacingAFileIsWholeOrNotAtAll)
     EXPECT_TRUE(std::filesystem::is_symlink(Path("link.bin")));
 
     std::filesystem::create_directory(Path("folder"));
-    EXPECT_EQ(Path("folder") + ": is a folder, expected a file", Refusal([&] { ReplaceFile(Path("folder"), bytes); }));
+    EXPECT_EQ(Path("folder") + ": is a folder, expected a file",
+              RefusalOf([&] { ReplaceFile(Path("folder"), bytes); }));
     EXPECT_EQ(Path("none/out.bin") + ": cannot be written: No such file or directory",
-              Refusal([&] { ReplaceFile(Path("none/out.bin"), bytes); }));
+              RefusalOf([&] { ReplaceFile(Path("none/out.bin"), bytes); }));
     EXPECT_EQ(Path("none.yaml") + ": cannot be opened: No such file or directory",
-              Refusal([&] { CompileFile(Path("none.yaml")); }));
-    EXPECT_EQ(3u, FileCount());
+              RefusalOf([&] { CompileFile(Path("none.yaml")); }));
+    EXPECT_EQ(3, std::distance(std::filesystem::directory_iterator(m_folder.path), {}));
 }
 
 TEST_F(Files, CheckLoadsWhatADeviceWouldLoadAndTellsWhatItWouldSay)

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/support/refusal.h"
 #include "tests/tools/scriptedservice.h"
 #include "tools/kirotune/livemembers.h"
 #include "tools/kirotune/liveoutput.h"
@@ -48,24 +49,10 @@ ScriptedService::Reply DeviceSays(std::string_view text)
     return Sends(packet);
 }
 
-template <typename Action> std::string Fault(Action action)
-{
-    try
-    {
-        action();
-    }
-    catch (const Error& rFault)
-    {
-        return rFault.what();
-    }
-    return "no fault";
-}
-
 TEST(LiveClient, TalksAsTheProtocolSays)
 {
-    const Bytes modes{
-        'S', 'e', 'n', 's', 'o', 'r', '.', '0', ',', 'U', 's', 'e', 'c', 'a', 's', 'e',
-        '.', 'Z', 'S', 'L', 0,   0,   0,   0,   0,   0,   0,   0,   0,   0,   0};  // the service adds ten zeros
+    Bytes modes = Text("Sensor.0,Usecase.ZSL");
+    modes.resize(modes.size() + 10);  // the service adds ten zeros
     ScriptedService service(
         {Says(1, "Default;Default|Usecase.Video"), DeviceSays("cam:0:main,night"),
          Says(2, "7=1.500000,4000000000=-nan"), [&](UINT32 requestID) { return Packet(3, Token, &requestID, modes); },
@@ -77,18 +64,8 @@ TEST(LiveClient, TalksAsTheProtocolSays)
     {
         Client client(To(service.Port()));
         EXPECT_THAT(client.ActiveModes(), ElementsAre("Default", "Default|Usecase.Video"));
-        const DeviceInfo device = client.Device();
-        EXPECT_EQ("cam:0", device.name);
-        EXPECT_THAT(device.tables, ElementsAre("main", "night"));
-        EXPECT_EQ(2, device.major);
-        EXPECT_EQ(0, device.minor);
-        EXPECT_EQ(Token, device.id);
-        const std::vector<ControlValue> controls = client.ControlValues();
-        ASSERT_EQ(2u, controls.size());
-        EXPECT_EQ(7u, controls[0].id);
-        EXPECT_EQ(1.5, controls[0].value);
-        EXPECT_EQ(4000000000u, controls[1].id);
-        EXPECT_TRUE(std::isnan(controls[1].value));
+        EXPECT_THAT(client.Device(), FieldsAre("cam:0", ElementsAre("main", "night"), 2, 0, Token));
+        EXPECT_THAT(client.ControlValues(), ElementsAre(FieldsAre(7u, 1.5), FieldsAre(4000000000u, testing::IsNan())));
         EXPECT_THAT(client.ChildModes("0"), ElementsAre("Sensor.0", "Usecase.ZSL"));
         EXPECT_THAT(client.Info("Default", "m.r"),
                     ElementsAre(FieldsAre("mode", "2", "Enum", std::nullopt),
@@ -167,14 +144,9 @@ TEST(LiveClient, RefusesBadAnswersAndLeaves)
         return bytes;
     };
     const Bytes good = Packet(1, Token, nullptr, Text("Default"));
-    struct Case
-    {
-        Bytes       answer;
-        bool        closes;   ///< behind the answer
-        int         timeout;  ///< ms; short where the client has to wait for its end
-        const char* pFault;
-    };
-    const Case cases[] = {
+    // closes: behind the answer
+    // timeout: ms; short where the client has to wait for its end
+    const std::tuple<Bytes, bool, int, const char*> cases[] = {
         {{}, true, 20000, "has closed the connection"},
         {{}, false, 1000, "no answer to ActiveModes within 1000 ms"},
         {cut(good, 3), true, 20000, "has closed the connection"},
@@ -188,22 +160,22 @@ TEST(LiveClient, RefusesBadAnswersAndLeaves)
         {Packet(1, Token, nullptr, {'D', 'e'}), false, 20000, "has no end"},
         {Packet(1, Token, nullptr, {}), false, 20000, "has no end"},
     };
-    for (const Case& rCase : cases)
+    for (const auto& [answer, closes, timeout, pFault] : cases)
     {
-        ScriptedService service({Sends(rCase.answer)}, rCase.closes);
+        ScriptedService service({Sends(answer)}, closes);
         {
-            Client client(To(service.Port(), rCase.timeout));
-            EXPECT_THAT(Fault([&] { (VOID) client.ActiveModes(); }), HasSubstr(rCase.pFault));
+            Client client(To(service.Port(), timeout));
+            EXPECT_THAT(RefusalOf([&] { (VOID) client.ActiveModes(); }), HasSubstr(pFault));
         }
     }
     ScriptedService service(
         {[](UINT32 requestID) { return Packet(8, Token, &requestID, {1}); }, Says(9, "x"), Sends({})});
     {
         Client client(To(service.Port(), 1000));
-        EXPECT_THAT(Fault([&] { (VOID) client.Custom(Bytes{1}); }), HasSubstr("holds no result"));
-        EXPECT_THAT(Fault([&] { (VOID) client.TableIndex(); }), HasSubstr("'x', expected a number"));
-        EXPECT_THAT(Fault([&] { (VOID) client.Device(); }), HasSubstr("no answer"));
-        EXPECT_THAT(Fault([&] { (VOID) client.Device(); }), HasSubstr("the connection has been closed"));
+        EXPECT_THAT(RefusalOf([&] { (VOID) client.Custom(Bytes{1}); }), HasSubstr("holds no result"));
+        EXPECT_THAT(RefusalOf([&] { (VOID) client.TableIndex(); }), HasSubstr("'x', expected a number"));
+        EXPECT_THAT(RefusalOf([&] { (VOID) client.Device(); }), HasSubstr("no answer"));
+        EXPECT_THAT(RefusalOf([&] { (VOID) client.Device(); }), HasSubstr("the connection has been closed"));
     }
 }
 
@@ -218,12 +190,12 @@ TEST(LiveClient, TellsWhyThereIsNoConnection)
     ASSERT_EQ(0, getsockname(listening, reinterpret_cast<sockaddr*>(&address), &size));
     const UINT16      port = ntohs(address.sin_port);
     const std::string peer = "127.0.0.1:" + std::to_string(port);
-    EXPECT_EQ("nobody listens at " + peer + ": Connection refused", Fault([&] { Client client(To(port)); }));
+    EXPECT_EQ("nobody listens at " + peer + ": Connection refused", RefusalOf([&] { Client client(To(port)); }));
     ASSERT_EQ(0, listen(listening, 1));  // takes connections, as for a second client, and never serves them
-    EXPECT_THAT(Fault([&] { Client client(To(port, 100)); }),
+    EXPECT_THAT(RefusalOf([&] { Client client(To(port, 100)); }),
                 HasSubstr(peer + " takes the connection but does not answer within 100 ms"));
     close(listening);
-    EXPECT_THAT(Fault([] { Client client({"no such host", 1}); }), HasSubstr("unknown host 'no such host': "));
+    EXPECT_THAT(RefusalOf([] { Client client({"no such host", 1}); }), HasSubstr("unknown host 'no such host': "));
 }
 
 TEST(LiveClient, NothingFromTheNetworkDoesMoreThanFail)
@@ -244,9 +216,9 @@ TEST(LiveClient, NothingFromTheNetworkDoesMoreThanFail)
         ParseDevice(text, device);
         (VOID) ParseValues(text);
         (VOID) kirotune::JsonValue("kirosync", {text, text});
-        (VOID) Fault([&] { (VOID) ParseControlValues(text); });
-        (VOID) Fault([&] { (VOID) ParseMemberInfos(text); });
-        (VOID) Fault(
+        (VOID) RefusalOf([&] { (VOID) ParseControlValues(text); });
+        (VOID) RefusalOf([&] { (VOID) ParseMemberInfos(text); });
+        (VOID) RefusalOf(
             [&]
             {
                 const Bytes exact(packet.begin(), packet.begin() + AnswerLength(packet));
@@ -282,7 +254,7 @@ TEST(LiveClient, SpellsOutModePaths)
     };
     for (const auto& [pPath, pFault] : faults)
     {
-        EXPECT_THAT(Fault([&, pText = pPath] { (VOID) NamedPath(pText); }), HasSubstr(pFault)) << pPath;
+        EXPECT_THAT(RefusalOf([&, pText = pPath] { (VOID) NamedPath(pText); }), HasSubstr(pFault)) << pPath;
     }
 }
 
@@ -300,14 +272,14 @@ TEST(LiveClient, SendsOnlyWhatTheServiceReadsAsItIsMeant)
     {
         Client     client(To(service.Port()));
         const auto set = [&](const std::string& rModule, const Value& rValue)
-        { return Fault([&] { (VOID) client.Set("Default", rModule, {rValue}); }); };
+        { return RefusalOf([&] { (VOID) client.Set("Default", rModule, {rValue}); }); };
         EXPECT_THAT(set("m", {"a", "1e3"}), HasSubstr("value '1e3' of a: expected a decimal number"));
         EXPECT_THAT(set("m", {"a;b", "1"}), HasSubstr("member 'a;b': expected a name"));
         EXPECT_THAT(set("m:x", {"a", "1"}), HasSubstr("module 'm:x': expected a name"));
         EXPECT_THAT(set("", {"a", "1"}), HasSubstr("module ''"));
         EXPECT_THAT(set("m", {"a", std::string(510, '1')}), HasSubstr("512 characters is too long"));
         EXPECT_THAT(
-            Fault([&] { (VOID) client.Get("Default", "m", std::vector<std::string>(200, std::string(400, 'a'))); }),
+            RefusalOf([&] { (VOID) client.Get("Default", "m", std::vector<std::string>(200, std::string(400, 'a'))); }),
             HasSubstr("too long, at most 65534 can be sent"));
     }
     EXPECT_TRUE(service.End().empty());
@@ -334,12 +306,12 @@ TEST(LiveClient, KnowsWhatTheSchemaSays)
     EXPECT_EQ("-1.5", NumberFor(roi, {"data[0].weight", "-1.5"}));
     EXPECT_EQ("1", NumberFor("kirometering", {"luxIndexOperation.enableCompensation", "true"}));
     EXPECT_EQ("0", NumberFor("unknown", {"switch", "false"}));
-    EXPECT_THAT(Fault([&] { (VOID) NumberFor(roi, {"data[0].coords", "1"}); }), HasSubstr("data[0].coords[0]=1"));
-    EXPECT_THAT(Fault([&] { (VOID) NumberFor(roi, {"data[0].description", "1"}); }), HasSubstr("is a text"));
+    EXPECT_THAT(RefusalOf([&] { (VOID) NumberFor(roi, {"data[0].coords", "1"}); }), HasSubstr("data[0].coords[0]=1"));
+    EXPECT_THAT(RefusalOf([&] { (VOID) NumberFor(roi, {"data[0].description", "1"}); }), HasSubstr("is a text"));
 
     const char* const lux = "luxSyncConfig";
     EXPECT_EQ("1", NumberFor(sync, {lux, "UseMaster"}));
-    EXPECT_THAT(Fault([&] { (VOID) NumberFor(sync, {lux, "UseMastr"}); }), HasSubstr("did you mean 'UseMaster'?"));
+    EXPECT_THAT(RefusalOf([&] { (VOID) NumberFor(sync, {lux, "UseMastr"}); }), HasSubstr("did you mean 'UseMaster'?"));
     EXPECT_EQ("1 (UseMaster)", WithEnumerator(sync, {lux, "1"}));
     EXPECT_EQ("7", WithEnumerator(sync, {lux, "7"}));
 
@@ -361,7 +333,7 @@ TEST(LiveSession, ShowsWhatASetHasDone)
     {
         ScriptedService service(rReplies);
         testing::internal::CaptureStdout();
-        const std::string fault = Fault(
+        const std::string fault = RefusalOf(
             [&]
             {
                 kirotune::LiveSession session(To(service.Port()), false);
@@ -371,7 +343,7 @@ TEST(LiveSession, ShowsWhatASetHasDone)
         EXPECT_EQ(requests, service.End().size());
         return testing::internal::GetCapturedStdout() + fault;
     };
-    EXPECT_EQ("weight  1.0  ->  0.5\nno fault", run({Says(5, "weight=1.0"), Says(6, "weight=0.5")}, {"weight=0.5"}, 2));
+    EXPECT_EQ("weight  1.0  ->  0.5\n", run({Says(5, "weight=1.0"), Says(6, "weight=0.5")}, {"weight=0.5"}, 2));
     EXPECT_EQ("b  2.0  ->  3.0\nthe camera did not set: a",
               run({Says(5, "a=1.0;b=2.0"), Says(6, "b=3.0")}, {"a=1", "b=3"}, 2));
     EXPECT_EQ("no such mode path, module or member: 'Default' kirodbroi b", run({Says(5, "a=1.0")}, {"a=1", "b=3"}, 1));
@@ -382,7 +354,7 @@ TEST(LiveSession, ListsModesOnlyOfPathsThatThereAre)
 {
     ScriptedService service({DeviceSays("cam"), Says(3, "Sensor.0,Usecase.Video"), Says(3, "Scene.Night")});
     EXPECT_EQ("the tuning has no mode 'Scene.Snow' below 'Default|Usecase.Video', there are Scene.Night",
-              Fault(
+              RefusalOf(
                   [&]
                   {
                       kirotune::LiveSession session(To(service.Port()), false);

@@ -1,16 +1,14 @@
 /// What goes into a file comes out again: through text, through every file version with records, and through both ways
 /// in which the store uses a file.
-#include <cstdio>
-#include <filesystem>
-
 #include <gtest/gtest.h>
 
 #include "parameters/parametersetmanager.h"
 #include "parameters/tablemodule.h"
+#include "tests/support/allforms.h"
+#include "tests/support/temporaryfile.h"
 #include "tests/tools/randomrecords.h"
 #include "tools/tuningfile/binaryinput.h"
 #include "tools/tuningfile/binaryoutput.h"
-#include "tools/tuningfile/files.h"
 #include "tools/tuningfile/recordaccess.h"
 #include "tools/tuningfile/recordinput.h"
 #include "tools/tuningfile/recordoutput.h"
@@ -23,73 +21,10 @@ namespace
 
 using namespace tuningfile;
 
-/// A record with all forms and types that tables allow, also those that no module uses at present.
-struct InnerType
-{
-    INT8  small;
-    CHAR* name;
-};
-TUNING_RECORD(InnerType)
-MEMBER(small)
-MEMBER(name)
-TUNING_RECORD_END
-
-struct AllFormsType
-{
-    UINT32                  SymbolTableID;
-    module_versionStruct    module_version;
-    parameter_versionStruct parameter_version;
-    INT8                    int8;
-    UINT8                   uint8;
-    INT16                   int16;
-    UINT16                  uint16[5];
-    INT32                   int32;
-    INT64                   int64;
-    DOUBLE                  real[2];
-    KIROExposureSelection   exposures[3];
-    InnerType               inner[2];
-    CHAR*                   labels[2];
-    UINT32                  valueCount;
-    UINT32                  valueID;
-    UINT64                  value;
-    UINT32                  choiceCount;
-    UINT32                  choiceID;
-    InnerType               choice;
-    UINT32                  noteCount;
-    UINT32                  noteID;
-    CHAR*                   note;
-    UINT32                  flagsCount;
-    UINT32                  flagsID;
-    BOOL*                   flags;
-    UINT32                  namesCount;
-    UINT32                  namesID;
-    CHAR**                  names;
-    UINT32                  innersCount;
-    UINT32                  innersID;
-    InnerType*              inners;
-};
-TUNING_RECORD(AllFormsType)
-MODULE_HEADER
-MEMBER(int8)
-MEMBER(uint8)
-MEMBER(int16)
-MEMBER(uint16)
-MEMBER(int32)
-MEMBER(int64)
-MEMBER(real)
-MEMBER(exposures)
-MEMBER(inner)
-MEMBER(labels)
-OPTIONAL(value)
-OPTIONAL(choice)
-OPTIONAL(note)
-VARIABLE_BOOLEAN(flags)
-VARIABLE(names)
-VARIABLE(inners)
-TUNING_RECORD_END
-
 constexpr tuning::ModuleDescription AllForms = {
-    "allforms", namehash::OfName("allforms"), 1, 2, 3, TuningRecordOf(static_cast<const AllFormsType*>(nullptr))};
+    "allforms", namehash::OfName("allforms"),
+    1,          2,
+    3,          TuningRecordOf(static_cast<const allforms::EverythingType*>(nullptr))};
 
 /// Every described module at Default, variants of them below, one mode that is the same as another, and one that is
 /// linked.
@@ -186,6 +121,14 @@ TEST(RoundTrip, TextKeepsEveryRecord)
         const Tuning  tuning = MakeTuning(random);
         ExpectSame(InWalkOrder(tuning), ParseText(WriteText(tuning), "t.yaml"));
     }
+
+    // Dump and compile give the same bytes.
+    RandomRecords           random(21);
+    const std::vector<BYTE> first  = WriteBinary(InWalkOrder(MakeTuning(random)), NewestVersion);
+    const std::string       text   = WriteText(ReadBinary(first, "t.bin").tuning);
+    const std::vector<BYTE> second = WriteBinary(ParseText(text, "t.yaml"), NewestVersion);
+    EXPECT_EQ(first, second);
+    EXPECT_EQ(text, WriteText(ReadBinary(second, "t.bin").tuning));
 }
 
 TEST(RoundTrip, EveryVersionWithRecordsKeepsThemAndReadsWithoutAWarning)
@@ -202,16 +145,6 @@ TEST(RoundTrip, EveryVersionWithRecordsKeepsThemAndReadsWithoutAWarning)
         EXPECT_EQ(std::vector<std::string>(), binary.notes);
         ExpectSame(InWalkOrder(tuning), binary.tuning);
     }
-}
-
-TEST(RoundTrip, DumpAndCompileGiveTheSameBytes)
-{
-    RandomRecords           random(21);
-    const std::vector<BYTE> first  = WriteBinary(InWalkOrder(MakeTuning(random)), NewestVersion);
-    const std::string       text   = WriteText(ReadBinary(first, "t.bin").tuning);
-    const std::vector<BYTE> second = WriteBinary(ParseText(text, "t.yaml"), NewestVersion);
-    EXPECT_EQ(first, second);
-    EXPECT_EQ(text, WriteText(ReadBinary(second, "t.bin").tuning));
 }
 
 TEST(RoundTrip, SeveralNamedTablesKeepTheirOrder)
@@ -270,10 +203,10 @@ TEST(RoundTrip, EveryFormOfTheTablesIsKept)
 
 TEST(RoundTrip, FileModeFindsTheModuleOfEachMode)
 {
-    const std::string path = std::filesystem::temp_directory_path() / ("roundtrip_test." + std::to_string(getpid()));
-    RandomRecords     random(31);
-    const Tuning      tuning = MakeTuning(random);
-    ReplaceFile(path, WriteBinary(tuning, NewestVersion));
+    const TemporaryFile file("roundtrip_test.bin");
+    RandomRecords       random(31);
+    const Tuning        tuning = MakeTuning(random);
+    file.Write(WriteBinary(tuning, NewestVersion));
 
     TuningMode branch[4]      = {};
     branch[1].mode            = ModeType::Sensor;
@@ -285,7 +218,7 @@ TEST(RoundTrip, FileModeFindsTheModuleOfEachMode)
     {
         const StoreLog      log;
         ParameterSetManager store(nullptr, tuning::TuningModules, ParameterSetManager::Options{});
-        ASSERT_TRUE(store.LoadBinaryParameters(path.c_str())) << store.GetErrorText();
+        ASSERT_TRUE(store.LoadBinaryParameters(file.path.c_str())) << store.GetErrorText();
         const std::vector<Mode>& rModes = tuning.tables[0].modes;
         for (const Module& rModule : rModes[0].modules)
         {
@@ -302,7 +235,6 @@ TEST(RoundTrip, FileModeFindsTheModuleOfEachMode)
         }
         EXPECT_EQ(std::vector<std::string>(), log.Lines());
     }
-    std::filesystem::remove(path);
 }
 
 }  // namespace

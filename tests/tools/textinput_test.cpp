@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tools/tuningfile/inputerror.h"
+#include "tests/support/refusal.h"
 #include "tools/tuningfile/textinput.h"
 
 namespace
@@ -113,118 +113,98 @@ TEST(TextInput, NumbersReachTheEndsOfTheirTypes)
     EXPECT_EQ(0x1.000002p0f, lux("{filteringFactor: 1.00000005960464477539062500000001}").filteringFactor);
 }
 
-struct Mistake
-{
-    const char* pText;
-    const char* pMessage;
-};
+using Mistakes = std::vector<std::pair<std::string, std::string>>;
 
-VOID ExpectMessages(const std::vector<Mistake>& rMistakes)
+/// Texts with a mistake, all with the same begin and end, and what is said of them behind the name of the file.
+VOID ExpectMessages(const std::string& rBegin, const std::string& rEnd, const Mistakes& rMistakes)
 {
-    for (const Mistake& rMistake : rMistakes)
+    for (const auto& [text, message] : rMistakes)
     {
-        try
-        {
-            ParseText(rMistake.pText, "t.yaml");
-            ADD_FAILURE() << "accepted: " << rMistake.pText;
-        }
-        catch (const InputError& rFault)
-        {
-            EXPECT_STREQ(rMistake.pMessage, rFault.what());
-        }
+        const std::string whole = rBegin + text + rEnd;
+        EXPECT_EQ("t.yaml:" + message, RefusalOf([&] { ParseText(whole, "t.yaml"); })) << whole;
     }
 }
 
 TEST(TextInput, MistakesInRecordsNamePlaceAndExpectation)
 {
-    ExpectMessages({
-        {"modes:\n  Default:\n    modules:\n      kirometring: {}\n",
-         "t.yaml:4:7: unknown module 'kirometring', did you mean 'kirometering'?"},
-        {"modes: {Default: {modules: {kirometering: {luxIndexOperation:\n  {filterFactor: 1}}}}}",
-         "t.yaml:2:4: unknown member of LuxIndexOperationType 'filterFactor', did you mean 'filteringFactor'?"},
-        {"modes: {Default: {modules: {kirometering: {luxIndexOperation:\n  {gain: 1}}}}}",
-         "t.yaml:2:4: unknown member of LuxIndexOperationType 'gain', expected one of: enableCompensation, "
-         "refExposureForLuxIndexZero, filteringFactor"},
-        {"modes: {Default: {modules: {kirometering: {SymbolTableID: 1}}}}",
-         "t.yaml:1:44: unknown member of KIROMeteringType 'SymbolTableID', expected one of: module_version, "
-         "parameter_version, moduleID, luxIndexOperation, dynamicMtrLockEV, trackerStatsROIProcess, "
-         "antibandingMetering"},
-        {"modes: {Default: {modules: {kirometering:\n  moduleID: -1}}}",
-         "t.yaml:2:11: end of map flow not found, expected YAML"},
-        {"modes: {Default: {modules: {kirometering: {\n  moduleID: -1}}}}",
-         "t.yaml:2:13: '-1' is out of range for moduleID, expected an integer from 0 to 4294967295"},
-        {"modes: {Default: {modules: {kirometering: {\n  moduleID: 4294967296}}}}",
-         "t.yaml:2:13: '4294967296' is out of range for moduleID, expected an integer from 0 to 4294967295"},
-        {"modes: {Default: {modules: {kirometering: {\n  moduleID: 1.5}}}}",
-         "t.yaml:2:13: '1.5' found for moduleID, expected an integer from 0 to 4294967295"},
-        {"modes: {Default: {modules: {kirometering: {\n  moduleID: \"1\"}}}}",
-         "t.yaml:2:13: text found for moduleID, expected an integer"},
-        {"modes: {Default: {modules: {kirometering: {\n  moduleID: [1]}}}}",
-         "t.yaml:2:13: a list found for moduleID, expected an integer"},
-        {"modes: {Default: {modules: {kirometering: {\n  luxIndexOperation: {filteringFactor: 1e39}}}}}",
-         "t.yaml:2:40: '1e39' is out of range for filteringFactor, expected a number, 0 or of magnitude 1.401e-45 to "
-         "3.403e+38"},
-        {"modes: {Default: {modules: {kirometering: {\n  luxIndexOperation: {enableCompensation: yes}}}}}",
-         "t.yaml:2:43: 'yes' found for enableCompensation, expected true or false"},
-        {"modes: {Default: {modules: {kirometering: {\n  luxIndexOperation: 3}}}}",
-         "t.yaml:2:22: '3' found, expected a map of the members of LuxIndexOperationType"},
-        {"modes: {Default: {modules: {kirometering: {moduleID: 1,\n  moduleID: 2}}}}",
-         "t.yaml:2:3: 'moduleID' given twice, expected once"},
-        {"modes: {Default: {modules: {kirometering: }}}",
-         "t.yaml:1:43: nothing found, expected a map of the members of KIROMeteringType"},
-        {"modes: {Default: {modules: {kirodbroi: {\n  data: [{coords: [0, 0, 1]}]}}}}",
-         "t.yaml:2:19: a list of 3 found for coords, expected a list of 4"},
-        {"modes: {Default: {modules: {kirodbroi: {\n  data: [{coords: {1: 2}}]}}}}",
-         "t.yaml:2:19: no 'fill' for coords, expected a list of 4, or a map of 'fill' and of positions"},
-        {"modes: {Default: {modules: {kirodbroi: {\n  data: [{coords: {fill: 2, 4: 1}}]}}}}",
-         "t.yaml:2:29: '4' found for a position in coords, expected an integer from 0 to 3"},
-        {"modes: {Default: {modules: {kirodbroi: {\n  data: {dataID: 1}}}}}",
-         "t.yaml:2:9: a map found for data, expected a list"},
-        {"modes: {Default: {modules: {kirometeringsceneanalyzer: {luxAnalyzer: {\n  exposureType: ExposureSaif}}}}}",
-         "t.yaml:2:17: unknown KIROExposureSelection 'ExposureSaif' for exposureType, did you mean 'ExposureSafe'?"},
-        {"modes: {Default: {modules: {kirometeringsceneanalyzer: {luxAnalyzer: {\n  exposureType: Medium}}}}}",
-         "t.yaml:2:17: unknown KIROExposureSelection 'Medium' for exposureType, expected one of: ExposureShort, "
-         "ExposureSafe, ExposureLong, ExposureNone"},
-    });
+    const std::string modules = "modes: {Default: {modules: {\n";
+    ExpectMessages(
+        modules + "kirometering: {", "}}}}",
+        {{"luxIndexOperation: {filterFactor: 1}",
+          "2:36: unknown member of LuxIndexOperationType 'filterFactor', did you mean 'filteringFactor'?"},
+         {"luxIndexOperation: {gain: 1}",
+          "2:36: unknown member of LuxIndexOperationType 'gain', expected one of: enableCompensation, "
+          "refExposureForLuxIndexZero, filteringFactor"},
+         {"SymbolTableID: 1",
+          "2:16: unknown member of KIROMeteringType 'SymbolTableID', expected one of: module_version, "
+          "parameter_version, moduleID, luxIndexOperation, dynamicMtrLockEV, trackerStatsROIProcess, "
+          "antibandingMetering"},
+         {"moduleID: -1", "2:26: '-1' is out of range for moduleID, expected an integer from 0 to 4294967295"},
+         {"moduleID: 4294967296",
+          "2:26: '4294967296' is out of range for moduleID, expected an integer from 0 to 4294967295"},
+         {"moduleID: 1.5", "2:26: '1.5' found for moduleID, expected an integer from 0 to 4294967295"},
+         {"moduleID: \"1\"", "2:26: text found for moduleID, expected an integer"},
+         {"moduleID: [1]", "2:26: a list found for moduleID, expected an integer"},
+         {"moduleID: 1,\n  moduleID: 2", "3:3: 'moduleID' given twice, expected once"},
+         {"luxIndexOperation: {filteringFactor: 1e39}",
+          "2:53: '1e39' is out of range for filteringFactor, expected a number, 0 or of magnitude 1.401e-45 "
+          "to 3.403e+38"},
+         {"luxIndexOperation: {enableCompensation: yes}",
+          "2:56: 'yes' found for enableCompensation, expected true or false"},
+         {"luxIndexOperation: 3", "2:35: '3' found, expected a map of the members of LuxIndexOperationType"}});
+    ExpectMessages(modules + "kirodbroi: {", "}}}}",
+                   {{"data: [{coords: [0, 0, 1]}]", "2:29: a list of 3 found for coords, expected a list of 4"},
+                    {"data: [{coords: {1: 2}}]",
+                     "2:29: no 'fill' for coords, expected a list of 4, or a map of 'fill' and of positions"},
+                    {"data: [{coords: {fill: 2, 4: 1}}]",
+                     "2:39: '4' found for a position in coords, expected an integer from 0 to 3"},
+                    {"data: {dataID: 1}", "2:19: a map found for data, expected a list"}});
+    ExpectMessages(
+        modules + "kirometeringsceneanalyzer: {luxAnalyzer: {exposureType: ", "}}}}}",
+        {{"ExposureSaif",
+          "2:57: unknown KIROExposureSelection 'ExposureSaif' for exposureType, did you mean 'ExposureSafe'?"},
+         {"Medium", "2:57: unknown KIROExposureSelection 'Medium' for exposureType, expected one of: ExposureShort, "
+                    "ExposureSafe, ExposureLong, ExposureNone"}});
+    ExpectMessages(modules, "}}}",
+                   {{"kirometring: {}", "2:1: unknown module 'kirometring', did you mean 'kirometering'?"},
+                    {"kirometering: ", "2:15: nothing found, expected a map of the members of KIROMeteringType"},
+                    {"kirometering:\n  moduleID: -1", "3:11: end of map flow not found, expected YAML"}});
 }
 
 TEST(TextInput, MistakesInTheTreeOfModesNamePlaceAndExpectation)
 {
-    ExpectMessages({
-        {"", "t.yaml:1:1: 0 YAML documents, expected one"},
-        {"[1]", "t.yaml:1:1: a list found, expected a map with 'modes' or 'tables'"},
-        {"tuning: {}", "t.yaml:1:1: neither 'modes' nor 'tables' given, expected one of them"},
-        {"mods: {}", "t.yaml:1:1: unknown entry 'mods', did you mean 'modes'?"},
-        {"modes: {Sensor.0: {}}", "t.yaml:1:9: mode 'Sensor.0' at the root, expected 'Default'"},
-        {"modes: {Default: {children: {Usecase.Vidio: {}}}}",
-         "t.yaml:1:30: unknown sub-mode 'Vidio' of Usecase, did you mean 'Video'?"},
-        {"modes: {Default: {children: {Camera.0: {}}}}",
-         "t.yaml:1:30: unknown mode 'Camera', expected one of: Default, Sensor, Usecase, Feature1, Feature2, Scene, "
-         "Effect"},
-        {"modes: {Default: {children: {Sensor: {}}}}",
-         "t.yaml:1:30: mode 'Sensor' without a sub-mode, expected 'Sensor.<sub-mode>'"},
-        {"modes: {Default: {children: {Sensor.70000: {}}}}",
-         "t.yaml:1:30: unknown sub-mode '70000' of Sensor, expected a number from 0 to 65535"},
-        {"modes: {Default: {children: {Sensor.0: {children: {Default: {}}}}}}",
-         "t.yaml:1:52: mode 'Default' below another mode, expected it at the root only"},
-        {"modes: {Default: {children: {Usecase.2: {}, Usecase.Video: {}}}}",
-         "t.yaml:1:45: mode 'Usecase.Video' given twice, expected once"},
-        {"modes: {Default: {modules: {kiroev: {}}, children: {Default: {group: 1, modules: {kiroev: {}}}}}}",
-         "t.yaml:1:83: module 'kiroev' given in two groups of a mode, expected once"},
-        {"modes: {Default: {children: {Sensor.0: {link: Default|Sensor.1}}}}",
-         "t.yaml:1:47: no mode 'Sensor.1' on the path 'Default|Sensor.1', expected a path from Default on"},
-        {"modes: {Default: {children: {Sensor.0: {link: Default|Sensor.1}, Sensor.1: {link: Default|Sensor.0}}}}",
-         "t.yaml:1:47: a link that leads back to itself, expected a chain that ends at a mode"},
-        {"modes: {Default: {children: {Sensor.0: {link: Default, children: {}}}}}",
-         "t.yaml:1:41: a link beside modules or children, expected it alone: it stands for all of them"},
-        {"modes: {Default: {preserve: 1}}", "t.yaml:1:29: '1' found for preserve, expected true or false"},
-        {"modes: {Default: {group: 256}}", "t.yaml:1:26: '256' found for group, expected an integer from 0 to 255"},
-        {"x-a: &a {Sensor.0: {children: *a}}\nmodes: {Default: {children: *a}}",
-         "t.yaml:1:10: modes nested too deeply, expected at most 64 levels"},
-        {"modes: &a {<<: *a}", "t.yaml:1:8: maps merged too deeply, expected no cycle of merge keys"},
-        {"tuning: {binaryTag: 12345678901234567890123456789012345678901234567890123456789012345}\nmodes: {}",
-         "t.yaml:1:21: a text of 65 bytes found for binaryTag, expected at most 64 bytes and no NUL"},
-    });
+    ExpectMessages(
+        "modes: {Default: {children: {", "}}}",
+        {{"Usecase.Vidio: {}", "1:30: unknown sub-mode 'Vidio' of Usecase, did you mean 'Video'?"},
+         {"Camera.0: {}", "1:30: unknown mode 'Camera', expected one of: Default, Sensor, Usecase, Feature1, Feature2, "
+                          "Scene, Effect"},
+         {"Sensor: {}", "1:30: mode 'Sensor' without a sub-mode, expected 'Sensor.<sub-mode>'"},
+         {"Sensor.70000: {}", "1:30: unknown sub-mode '70000' of Sensor, expected a number from 0 to 65535"},
+         {"Sensor.0: {children: {Default: {}}}",
+          "1:52: mode 'Default' below another mode, expected it at the root only"},
+         {"Usecase.2: {}, Usecase.Video: {}", "1:45: mode 'Usecase.Video' given twice, expected once"},
+         {"Sensor.0: {link: Default|Sensor.1}",
+          "1:47: no mode 'Sensor.1' on the path 'Default|Sensor.1', expected a path from Default on"},
+         {"Sensor.0: {link: Default|Sensor.1}, Sensor.1: {link: Default|Sensor.0}",
+          "1:47: a link that leads back to itself, expected a chain that ends at a mode"},
+         {"Sensor.0: {link: Default, children: {}}",
+          "1:41: a link beside modules or children, expected it alone: it stands for all of them"}});
+    ExpectMessages(
+        "", "",
+        {{"", "1:1: 0 YAML documents, expected one"},
+         {"[1]", "1:1: a list found, expected a map with 'modes' or 'tables'"},
+         {"tuning: {}", "1:1: neither 'modes' nor 'tables' given, expected one of them"},
+         {"mods: {}", "1:1: unknown entry 'mods', did you mean 'modes'?"},
+         {"modes: {Sensor.0: {}}", "1:9: mode 'Sensor.0' at the root, expected 'Default'"},
+         {"modes: {Default: {modules: {kiroev: {}}, children: {Default: {group: 1, modules: {kiroev: {}}}}}}",
+          "1:83: module 'kiroev' given in two groups of a mode, expected once"},
+         {"modes: {Default: {preserve: 1}}", "1:29: '1' found for preserve, expected true or false"},
+         {"modes: {Default: {group: 256}}", "1:26: '256' found for group, expected an integer from 0 to 255"},
+         {"x-a: &a {Sensor.0: {children: *a}}\nmodes: {Default: {children: *a}}",
+          "1:10: modes nested too deeply, expected at most 64 levels"},
+         {"modes: &a {<<: *a}", "1:8: maps merged too deeply, expected no cycle of merge keys"},
+         {"tuning: {binaryTag: " + std::string(65, '1') + "}\nmodes: {}",
+          "1:21: a text of 65 bytes found for binaryTag, expected at most 64 bytes and no NUL"}});
 }
 
 }  // namespace
