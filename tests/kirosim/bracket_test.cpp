@@ -14,33 +14,14 @@ using namespace kirosim;
 namespace
 {
 
-class Brackets : public testing::Test
+TEST(BracketCapture, PicturesLieTwoStopsApartWithTheGainsOfTheirSignAndLeaveThePreviewAlone)
 {
-protected:
-    static VOID SetUpTestSuite()
+    const SimulationRun run("bracket");
+    const auto          results = run.Show(BracketReport(run.GetScene().sensor.latency)).Results();
+    ASSERT_EQ(results.size(), 3U);
+    for (const BracketResult& rResult : results)
     {
-        const SimulationRun run("bracket", "", "phone.yaml");
-        s_results = run.Show(BracketReport(run.GetScene().sensor.latency)).Results();
-        s_summary = run.Summary();
-    }
-
-    VOID SetUp() override
-    {
-        ASSERT_EQ(s_results.size(), 3U);
-        for (const BracketResult& rResult : s_results)
-        {
-            ASSERT_EQ(rResult.frames.size(), 3U);
-        }
-    }
-
-    static inline std::vector<BracketResult> s_results;
-    static inline RunSummary                 s_summary;
-};
-
-TEST_F(Brackets, PicturesLieTwoStopsApartAtThePreviewsTime)
-{
-    for (const BracketResult& rResult : s_results)
-    {
+        ASSERT_EQ(rResult.frames.size(), 3U);
         for (size_t index = 0; index < 3; ++index)
         {
             const BracketFrameResult& rFrame = rResult.frames[index];
@@ -48,61 +29,42 @@ TEST_F(Brackets, PicturesLieTwoStopsApartAtThePreviewsTime)
             EXPECT_EQ(rFrame.evSteps, static_cast<INT32>(ev * 6.0));
             EXPECT_NEAR(rFrame.exposureEV, ev, 0.01);
             EXPECT_NEAR(static_cast<DOUBLE>(rFrame.timeNs), static_cast<DOUBLE>(rResult.before.time), 2.0);
-        }
-        ASSERT_TRUE(rResult.frames[0].pictureEV.has_value() && rResult.frames[1].pictureEV.has_value());
-        EXPECT_NEAR(*rResult.frames[0].pictureEV - *rResult.frames[1].pictureEV, -2.0, 0.02);
-        // Two stops above, the brightest of the texture clip.
-        EXPECT_GT(*rResult.frames[2].pictureEV - *rResult.frames[1].pictureEV, 1.5);
-    }
-    // The table alone would have raised the gain of the last dark picture to 2 and halved its time.
-    EXPECT_LT(s_results[2].frames[0].gain, 1.5f);
-}
-
-TEST_F(Brackets, EachSignHasItsTunedGains)
-{
-    for (const BracketResult& rResult : s_results)
-    {
-        for (const BracketFrameResult& rFrame : rResult.frames)
-        {
             EXPECT_NEAR(rFrame.ADRCOfSensor, rFrame.ADRC, 0.01);
             EXPECT_NEAR(rFrame.darkBoostOfSensor, rFrame.darkBoost, 0.01);
         }
-        EXPECT_EQ(rResult.frames[0].ADRC, 1.0f);
-        EXPECT_GT(rResult.frames[0].darkBoost, 1.5f);
-        EXPECT_GT(rResult.frames[1].ADRC, 1.4f);
-        EXPECT_GT(rResult.frames[1].darkBoost, 1.2f);
-        EXPECT_GT(rResult.frames[2].ADRC, 1.8f);
-        EXPECT_EQ(rResult.frames[2].darkBoost, 1.0f);
-    }
-}
-
-TEST_F(Brackets, TheLockHoldsTheExposuresWhileTheLightStaysAndLetsGoWhenItDoesNot)
-{
-    for (size_t index = 0; index < 3; ++index)
-    {
-        EXPECT_FALSE(s_results[0].frames[index].isLocked);
-        EXPECT_TRUE(s_results[1].frames[index].isLocked);
-        EXPECT_FALSE(s_results[2].frames[index].isLocked);
-        EXPECT_EQ(s_results[1].frames[index].exposureLog2, s_results[0].frames[index].exposureLog2);
-        EXPECT_NEAR(s_results[2].frames[index].exposureLog2 - s_results[0].frames[index].exposureLog2, -1.1, 0.05);
-    }
-}
-
-TEST_F(Brackets, ThePreviewGoesOnWhereItWas)
-{
-    for (const BracketResult& rResult : s_results)
-    {
+        const auto& [rDark, rMiddle, rBright] = std::tie(rResult.frames[0], rResult.frames[1], rResult.frames[2]);
+        ASSERT_TRUE(rDark.pictureEV.has_value() && rMiddle.pictureEV.has_value());
+        EXPECT_NEAR(*rDark.pictureEV - *rMiddle.pictureEV, -2.0, 0.02);
+        EXPECT_GT(*rBright.pictureEV - *rMiddle.pictureEV, 1.5) << "the brightest of the texture clip";
+        EXPECT_EQ(rDark.ADRC, 1.0f);
+        EXPECT_GT(rDark.darkBoost, 1.5f);
+        EXPECT_GT(rMiddle.ADRC, 1.4f);
+        EXPECT_GT(rMiddle.darkBoost, 1.2f);
+        EXPECT_GT(rBright.ADRC, 1.8f);
+        EXPECT_EQ(rBright.darkBoost, 1.0f);
         EXPECT_EQ(rResult.previewChangeEV, 0.0);
         ASSERT_TRUE(rResult.pictureChangeEV.has_value());
         EXPECT_NEAR(*rResult.pictureChangeEV, 0.0, 0.005);
     }
-    EXPECT_EQ(s_summary.rippleEV, 0.0);
-    EXPECT_TRUE(s_summary.isLegal);
+    // The table alone would have raised the gain of the last dark picture to 2 and halved its time.
+    EXPECT_LT(results[2].frames[0].gain, 1.5f);
+    EXPECT_EQ(run.Summary().rippleEV, 0.0);
+    EXPECT_TRUE(run.Summary().isLegal);
+
+    // The lock holds the exposures while the light stays, and lets go when it does not.
+    for (size_t index = 0; index < 3; ++index)
+    {
+        EXPECT_FALSE(results[0].frames[index].isLocked);
+        EXPECT_TRUE(results[1].frames[index].isLocked);
+        EXPECT_FALSE(results[2].frames[index].isLocked);
+        EXPECT_EQ(results[1].frames[index].exposureLog2, results[0].frames[index].exposureLog2);
+        EXPECT_NEAR(results[2].frames[index].exposureLog2 - results[0].frames[index].exposureLog2, -1.1, 0.05);
+    }
 }
 
 TEST(BracketCapture, PicturesThatArePartOfTheStatisticsAlreadyAreNotMetered)
 {
-    const SimulationRun run("bracket", "short-pipeline", "phone.yaml");
+    const SimulationRun run("bracket", "short-pipeline");
     const auto          results = run.Show(BracketReport(run.GetScene().sensor.latency)).Results();
     ASSERT_EQ(results.size(), 3U);
     for (const BracketResult& rResult : results)

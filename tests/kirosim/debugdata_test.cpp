@@ -1,10 +1,9 @@
 // Debug records of a run: what is written is what was decided, and writing it decides nothing.
 
-#include <cstdio>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include "tests/kirosim/simulationrun.h"
+#include "tests/support/temporaryfile.h"
 #include "tools/debugdata/debugfile.h"
 #include "tools/debugdata/debugtext.h"
 
@@ -15,16 +14,16 @@ namespace
 
 TEST(DebugRun, EveryFramesRecordShowsWhatWasDecided)
 {
-    const std::string path  = testing::TempDir() + "debugrun_test." + std::to_string(getpid()) + ".dbg";
-    Scene             scene = ReadScene(EXAMPLES_DIR "/scenes/window.yaml", "");
-    scene.frames            = 12;
+    const TemporaryFile file("debugrun_test.dbg");
+    Scene               scene = ReadScene(EXAMPLES_DIR "/scenes/window.yaml", "");
+    scene.frames              = 12;
     std::vector<FrameRecord> records;
     std::string              traces[2];
     for (const bool isRecorded : {false, true})
     {
         LoadedTuning               tuning(EXAMPLES_DIR "/tunings/phone.yaml");
         Simulation                 simulation(scene, tuning, DiscardLog);
-        debugdata::DebugFileWriter writer(path);
+        debugdata::DebugFileWriter writer(file.path);
         records.clear();
         if (isRecorded)
         {
@@ -41,7 +40,7 @@ TEST(DebugRun, EveryFramesRecordShowsWhatWasDecided)
     }
     EXPECT_EQ(traces[0], traces[1]);
 
-    debugdata::DebugFileReader reader(path);
+    debugdata::DebugFileReader reader(file.path);
     ASSERT_EQ(reader.Count(), records.size());
     for (UINT64 index = 0; index < reader.Count(); ++index)
     {
@@ -62,7 +61,6 @@ TEST(DebugRun, EveryFramesRecordShowsWhatWasDecided)
     {
         EXPECT_NE(text.find(pPart), std::string::npos) << pPart;
     }
-    (VOID) std::remove(path.c_str());
 }
 
 }  // namespace

@@ -15,7 +15,7 @@ constexpr UINT64 StableFrames = 15;
 
 TEST(HDR, AWindowSwitchesTheHybridSensorToFullAndBack)
 {
-    const SimulationRun run("hdr-hybrid", "", "phone.yaml");
+    const SimulationRun run("hdr-hybrid");
     const HDRReport     report    = run.ReportOf<HDRReport>();
     const auto&         rSwitches = report.Switches();
     ASSERT_EQ(rSwitches.size(), 2u) << report.Format();
@@ -42,7 +42,7 @@ TEST(HDR, AWindowSwitchesTheHybridSensorToFullAndBack)
 
 TEST(HDR, AWindowThatClosesAtOnceLeavesTheModeUntilTheFramesAreCounted)
 {
-    const SimulationRun run("hdr-hybrid", "blink", "phone.yaml");
+    const SimulationRun run("hdr-hybrid", "blink");
     const HDRReport     report    = run.ReportOf<HDRReport>();
     const auto&         rSwitches = report.Switches();
     ASSERT_EQ(rSwitches.size(), 2u) << report.Format();
@@ -54,7 +54,7 @@ TEST(HDR, ShortIsBlendedInOnlyWhileLongAloneIsNotEnough)
     for (const CHAR* pVariant : {"", "multiframe"})
     {
         SCOPED_TRACE(pVariant);
-        const SimulationRun run("hdr-staggered", pVariant, "phone.yaml");
+        const SimulationRun run("hdr-staggered", pVariant);
         const HDRReport     report = run.ReportOf<HDRReport>();
         EXPECT_EQ(run.First().decided.convergence.convergedShortBlend, 0.9f) << "a step from 1";
         EXPECT_EQ(report.BlendRests(), (std::vector<DOUBLE>{0.0, 1.0, 0.0})) << report.Format();

@@ -1,7 +1,6 @@
 // Several cameras in threads of one process, on one store that reads its file on demand, beside a tuning tool.
 
 #include <atomic>
-#include <cstdio>
 #include <gtest/gtest.h>
 #include <optional>
 #include <string>
@@ -9,6 +8,7 @@
 #include <vector>
 
 #include "tests/kirosim/simulationrun.h"
+#include "tests/support/temporaryfile.h"
 #include "tools/liveclient/liveclient.h"
 #include "tools/tuningfile/files.h"
 
@@ -23,14 +23,7 @@ class FileTuning
 public:
     FileTuning()
     {
-        tuningfile::ReplaceFile(m_path, tuningfile::CompileFile(EXAMPLES_DIR "/tunings/phone.yaml"));
-        m_tuning.emplace(m_path, true);
-    }
-
-    ~FileTuning()
-    {
-        m_tuning.reset();
-        std::remove(m_path.c_str());
+        m_tuning.emplace(m_file.Write(tuningfile::CompileFile(EXAMPLES_DIR "/tunings/phone.yaml")), true);
     }
 
     LoadedTuning& Get()
@@ -39,7 +32,7 @@ public:
     }
 
 private:
-    const std::string           m_path = testing::TempDir() + "instances_test.bin";
+    const TemporaryFile         m_file{"instances_test.bin"};
     std::optional<LoadedTuning> m_tuning;
 };
 
@@ -82,15 +75,12 @@ TEST(Instances, InThreadsDecideAsOneAlone)
                 (VOID) client.ActiveModes();
             } while (!isOver);
         });
-    std::vector<std::thread> cameras;
+    std::vector<std::jthread> cameras;
     for (size_t camera = 0; camera < scenes.size(); ++camera)
     {
         cameras.emplace_back([&, camera] { together[camera] = TraceOf(scenes[camera], tuning.Get()); });
     }
-    for (std::thread& rCamera : cameras)
-    {
-        rCamera.join();
-    }
+    cameras.clear();  // joins them
     isOver = true;
     tool.join();
     EXPECT_EQ(together, alone);

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <map>
 
-#include "tests/kirosim/reportrun.h"
+#include "tests/kirosim/simulationrun.h"
 #include "tools/kirosim/framepacer.h"
 #include "tools/kirosim/runreport.h"
 
@@ -104,73 +104,51 @@ TEST(Loop, ASceneThatEndsInOtherLightStepsBackAtTheSeam)
 
 TEST(Loop, ManualSettingsBindWhatTheyName)
 {
-    const struct
-    {
-        AECAlgoManualSetting  setting;
-        std::optional<DOUBLE> gain;
-        std::optional<DOUBLE> time;
-    } cases[] = {{{AECAlgoModeManualFull, 0, 8000000, 2.0f, 0.0f}, 2.0, 8e6},
-                 {{AECAlgoModeManualGain, 0, 0, 4.0f, 0.0f}, 4.0, {}},
-                 {{AECAlgoModeManualISO, 800, 0, 0.0f, 0.0f}, 8.0, {}},
-                 {{AECAlgoModeManualExpTime, 0, 4000000, 0.0f, 0.0f}, {}, 4e6}};
-    for (const auto& rCase : cases)
+    const std::tuple<AECAlgoManualSetting, std::optional<DOUBLE>, std::optional<DOUBLE>> cases[] = {
+        {{AECAlgoModeManualFull, 0, 8000000, 2.0f, 0.0f}, 2.0, 8e6},
+        {{AECAlgoModeManualGain, 0, 0, 4.0f, 0.0f}, 4.0, {}},
+        {{AECAlgoModeManualISO, 800, 0, 0.0f, 0.0f}, 8.0, {}},
+        {{AECAlgoModeManualExpTime, 0, 4000000, 0.0f, 0.0f}, {}, 4e6}};
+    for (const auto& [setting, gain, time] : cases)
     {
         Scene scene  = ReadScene(EXAMPLES_DIR "/scenes/step-loop.yaml", "");
         scene.frames = 30;  // before the step
         Event event;
         event.time   = 0.2;
-        event.manual = rCase.setting;
+        event.manual = setting;
         scene.events.push_back(event);
         Loop        loop(scene);
         FrameRecord last;
         loop.m_simulation.Run([&last](const FrameRecord& rRecord) { last = rRecord; }, {}, {1, {}});
         const auto& rSafe = last.decided.arbitration[AECAlgoExposureSafe].exposureSet;
-        SCOPED_TRACE(rCase.setting.manualMode);
-        EXPECT_FLOAT_EQ(rSafe.gain, rCase.gain.value_or(rSafe.gain));
-        EXPECT_NEAR(static_cast<DOUBLE>(rSafe.time), rCase.time.value_or(rSafe.time), 1.0);
+        SCOPED_TRACE(setting.manualMode);
+        EXPECT_FLOAT_EQ(rSafe.gain, gain.value_or(rSafe.gain));
+        EXPECT_NEAR(static_cast<DOUBLE>(rSafe.time), time.value_or(rSafe.time), 1.0);
     }
 }
 
-struct ReportedScene
+TEST(Reports, TellWhatTheSceneIsAbout)
 {
-    const CHAR* pScene;
-    const CHAR* pFirst;   ///< what the scene's own times and steps lead to
-    const CHAR* pSecond;  ///< further down
-};
-
-class Reported : public testing::TestWithParam<ReportedScene>
-{
-};
-
-TEST_P(Reported, TellsWhatTheSceneIsAbout)
-{
-    const ReportedScene&       rScene = GetParam();
-    const ReportRun<RunReport> run(rScene.pScene);
-    const std::string          text  = run->Format();
-    const size_t               first = text.find(rScene.pFirst);
-    ASSERT_NE(first, std::string::npos) << text;
-    EXPECT_NE(text.find(rScene.pSecond, first), std::string::npos) << text;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Scenes, Reported,
-    testing::Values(ReportedScene{"bracket", "EV -12 steps, exposure -2.000 EV", "against before: exposure +0.000 EV"},
-                    ReportedScene{"scene-change", "held for",
-                                  "swing of the safe exposure from 2.90 s to 4.40 s: 0.000"},
-                    ReportedScene{"monitors", "flash needed: on at lux index", "ZLL enforced: never"},
-                    ReportedScene{"hdr-hybrid", "switch to the full mode at", "at 4.97 s, full:"},
-                    ReportedScene{"moving-subject", "tracking from 2.", "recovery once nothing is tracked:"},
-                    ReportedScene{"shake", "shake 0.71 rad/s: time 5.00 ms", "at 5.97 s"},
-                    ReportedScene{"starts", "session at 2.00 s, start from previous mode", "start from preflash"},
-                    ReportedScene{"two-cameras-follow", "1.50 s to 4.00 s: first master, second slave",
-                                  "exposure times: 33.333 ms and 33.333 ms, difference"},
-                    ReportedScene{"flash-precision", "ended by metering", "ms lit"}),
-    [](const auto& rInfo)
+    // What the scene's own times and steps lead to, and what stands further down.
+    const std::tuple<const CHAR*, const CHAR*, const CHAR*> cases[] = {
+        {"bracket", "EV -12 steps, exposure -2.000 EV", "against before: exposure +0.000 EV"},
+        {"scene-change", "held for", "swing of the safe exposure from 2.90 s to 4.40 s: 0.000"},
+        {"monitors", "flash needed: on at lux index", "ZLL enforced: never"},
+        {"hdr-hybrid", "switch to the full mode at", "at 4.97 s, full:"},
+        {"moving-subject", "tracking from 2.", "recovery once nothing is tracked:"},
+        {"shake", "shake 0.71 rad/s: time 5.00 ms", "at 5.97 s"},
+        {"starts", "session at 2.00 s, start from previous mode", "start from preflash"},
+        {"two-cameras-follow", "1.50 s to 4.00 s: first master, second slave",
+         "exposure times: 33.333 ms and 33.333 ms, difference"},
+        {"flash-precision", "ended by metering", "ms lit"}};
+    for (const auto& [pScene, pFirst, pSecond] : cases)
     {
-        std::string name = rInfo.param.pScene;
-        std::erase(name, '-');
-        return name;
-    });
+        const std::string text  = SimulationRun(pScene).ReportOf<RunReport>().Format();
+        const size_t      first = text.find(pFirst);
+        ASSERT_NE(first, std::string::npos) << pScene << "\n" << text;
+        EXPECT_NE(text.find(pSecond, first), std::string::npos) << pScene << "\n" << text;
+    }
+}
 
 TEST(FrameSchedule, ErrorsDoNotAddUpAndMissedFramesAreNotMadeUpFor)
 {
@@ -215,9 +193,7 @@ TEST(FrameClock, RunsAtTheRateThatTheCamerasHaveDecided)
 
 TEST(ControlValues, ShowWhatWasDecidedForTheFrame)
 {
-    KiroHostFrame frame{};
-    frame.luxIndex                                              = 212.5f;
-    frame.luma                                                  = 46.0f;
+    KiroHostFrame frame                                         = {.luxIndex = 212.5f, .luma = 46.0f};
     frame.arbitration[AECAlgoExposureShort].exposureSet.time    = 10000000;
     frame.arbitration[AECAlgoExposureLong].exposureSet.gain     = 2.5f;
     frame.arbitration[AECAlgoExposureSafe].exposureSet.exposure = 30000000;

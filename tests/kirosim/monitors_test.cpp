@@ -10,9 +10,10 @@ using namespace kirosim;
 namespace
 {
 
-TEST(Monitors, FlagsRiseAndFallAtTheirOwnLuxIndex)
+TEST(Monitors, FlagsFollowTheLuxIndexAndTheContrastOfThePicture)
 {
-    const MonitorReport report = SimulationRun("monitors", "", "phone.yaml").Show(MonitorReport());
+    const SimulationRun run("monitors");
+    const MonitorReport report = run.Show(MonitorReport());
     // The tuned ranges; a ramp of 2.25 EV per second moves the index by less than 2 in a frame.
     const std::tuple<MonitoredFlag, FLOAT, FLOAT> ranges[] = {{MonitoredFlag::Flash, 330.0f, 350.0f},
                                                               {MonitoredFlag::FaceDelay, 310.0f, 325.0f},
@@ -31,12 +32,8 @@ TEST(Monitors, FlagsRiseAndFallAtTheirOwnLuxIndex)
     }
     EXPECT_EQ(report.Changes(MonitoredFlag::ZLL).size(), 1U);
     EXPECT_TRUE(report.Changes(MonitoredFlag::ZLLEnforced).empty());
-}
 
-TEST(Monitors, ThreeExposuresAreAskedForWhereTheRangeIsWideAndNotInTheDark)
-{
-    const SimulationRun run("monitors", "", "phone.yaml");
-    const MonitorReport report = run.Show(MonitorReport());
+    // Three exposures are asked for where the range is wide, and not in the dark.
     ASSERT_TRUE(report.HDR3Frame().has_value());
     // Five passing frames come before the first that says so.
     const size_t frame = *report.HDR3Frame() - 1;
@@ -49,18 +46,14 @@ TEST(Monitors, ThreeExposuresAreAskedForWhereTheRangeIsWideAndNotInTheDark)
     EXPECT_EQ(run.Records()[frame - 6].decided.extension.snapshot3HDRTriggers.IHDRTriggers.finalTriggerResult.flags[0],
               FALSE);
     EXPECT_GT(report.Changes(MonitoredFlag::HDR3)[1].luxIndex, 330.0f);
-}
 
-TEST(Monitors, APictureWithoutContrastIsStretchedOnceSettled)
-{
-    const MonitorReport report = SimulationRun("monitors", "haze", "phone.yaml").Show(MonitorReport());
-    ASSERT_TRUE(report.Stretch().has_value());
-    EXPECT_GT(report.Stretch()->clamp, 15.0f);
-    EXPECT_NEAR(report.Stretch()->scaling, 1.33f, 0.005f);
-    EXPECT_FALSE(report.HDR3Frame().has_value());
-    // The window's picture is full already.
-    const MonitorReport window = SimulationRun("monitors", "", "phone.yaml").Show(MonitorReport());
-    EXPECT_LT(window.Stretch()->scaling, 1.1f);
+    // A picture without contrast is stretched once settled.
+    const MonitorReport haze = SimulationRun("monitors", "haze").Show(MonitorReport());
+    ASSERT_TRUE(haze.Stretch().has_value());
+    EXPECT_GT(haze.Stretch()->clamp, 15.0f);
+    EXPECT_NEAR(haze.Stretch()->scaling, 1.33f, 0.005f);
+    EXPECT_FALSE(haze.HDR3Frame().has_value());
+    EXPECT_LT(report.Stretch()->scaling, 1.1f) << "the window's picture is full already";
 }
 
 }  // namespace

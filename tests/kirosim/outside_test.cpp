@@ -15,7 +15,7 @@ TEST(OutsideData, AMapKeepsAMovingSubjectExposed)
     for (const CHAR* pVariant : {"", "bright", "segmentation"})
     {
         SCOPED_TRACE(pVariant);
-        const SimulationRun  run("moving-subject", pVariant, "phone.yaml");
+        const SimulationRun  run("moving-subject", pVariant);
         const TrackingReport report   = run.ReportOf<TrackingReport>();
         const auto&          rChanges = report.Changes();
         ASSERT_EQ(rChanges.size(), 2u) << report.Format();
@@ -34,7 +34,7 @@ TEST(OutsideData, AMapKeepsAMovingSubjectExposed)
 
 TEST(OutsideData, AShakingHandTradesTimeForGain)
 {
-    const SimulationRun run("shake", "", "phone.yaml");
+    const SimulationRun run("shake");
     const ShakeReport   report  = run.ReportOf<ShakeReport>();
     const auto          moments = report.Moments();
     ASSERT_EQ(moments.size(), 3u) << report.Format();
@@ -51,19 +51,16 @@ TEST(OutsideData, AShakingHandTradesTimeForGain)
 TEST(OutsideData, AnObjectMovesStraightBetweenThePointsOfItsPath)
 {
     SceneObject object;
-    object.size    = 0.2;
-    object.path    = {{1.0, 0.2, 0.5}, {3.0, 0.8, 0.5}};
-    object.appears = 0.5;
-    object.goes    = 4.0;
-    const struct
+    object.size                                    = 0.2;
+    object.path                                    = {{1.0, 0.2, 0.5}, {3.0, 0.8, 0.5}};
+    object.appears                                 = 0.5;
+    object.goes                                    = 4.0;
+    const std::tuple<DOUBLE, DOUBLE, bool> cases[] = {{0.4, 0.2, false},  {0.5, 0.2, true},  {2.0, 0.5, true},
+                                                      {2.0, 0.39, false}, {2.0, 0.59, true}, {3.5, 0.8, true},
+                                                      {4.0, 0.8, false}};
+    for (const auto& [time, x, isCovered] : cases)
     {
-        DOUBLE time, x;
-        bool   isCovered;
-    } cases[] = {{0.4, 0.2, false}, {0.5, 0.2, true}, {2.0, 0.5, true}, {2.0, 0.39, false},
-                 {2.0, 0.59, true}, {3.5, 0.8, true}, {4.0, 0.8, false}};
-    for (const auto& rCase : cases)
-    {
-        EXPECT_EQ(object.Covers(rCase.time, rCase.x, 0.5), rCase.isCovered) << rCase.time << " s at " << rCase.x;
+        EXPECT_EQ(object.Covers(time, x, 0.5), isCovered) << time << " s at " << x;
     }
     EXPECT_FALSE(object.Covers(2.0, 0.5, 0.61));
 }

@@ -3,14 +3,13 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
-#include <fstream>
 #include <functional>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include "host/kirodebugdata.h"
 #include "tests/kirosim/simulationrun.h"
+#include "tests/support/refusal.h"
+#include "tests/support/temporaryfile.h"
 #include "tools/recording/calls.h"
 #include "tools/recording/recorder.h"
 #include "tools/recording/replayer.h"
@@ -30,40 +29,15 @@ LoadedTuning& Phone()
     return tuning;
 }
 
-/// A file that is gone with the test.
-class TemporaryFile
+/// A recording that is gone with the test.
+class RecordingFile : public TemporaryFile
 {
 public:
-    explicit TemporaryFile(const std::string& rEnding = ".rec")
-        : m_path(testing::TempDir() + "recording" + std::to_string(getpid()) + rEnding)
+    RecordingFile() : TemporaryFile("recording.rec")
     {
     }
 
-    ~TemporaryFile()
-    {
-        std::filesystem::remove(m_path);
-        std::filesystem::remove(Part());
-    }
-
-    /// Where a recording stands that has not come to its end.
-    std::string Part() const
-    {
-        return m_path + ChunkWriter::PartSuffix;
-    }
-
-    const std::string& Path() const
-    {
-        return m_path;
-    }
-
-    VOID Write(std::span<const BYTE> bytes) const
-    {
-        std::ofstream(m_path, std::ios::binary)
-            .write(reinterpret_cast<const CHAR*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-    }
-
-private:
-    std::string m_path;
+    const TemporaryFile part{"recording.rec" + std::string(ChunkWriter::PartSuffix)};  ///< until it has come to its end
 };
 
 /// Runs the beginning of a scene. @param pPath of the recording, null for none @return the trace, a line per frame
@@ -148,27 +122,20 @@ class Damage : public testing::Test
 protected:
     Damage()
     {
-        (VOID) RunScene("touch", 2, Phone(), m_file.Path().c_str());
-        m_chunks = ChunksOf(m_file.Path());
-        m_bytes  = tuningfile::ReadBytes(m_file.Path());
+        (VOID) RunScene("touch", 2, Phone(), m_file.path.c_str());
+        m_chunks = ChunksOf(m_file.path);
+        m_bytes  = tuningfile::ReadBytes(m_file.path);
     }
 
     /// @return the damage of a replay; what refuses the file from its beginning counts as such
     std::string DamageOf()
     {
-        try
-        {
-            m_result = ReplayOf(m_file.Path(), Phone(), 100);
-            return m_result.damage;
-        }
-        catch (const std::runtime_error& rError)
-        {
-            m_result = {};
-            return rError.what();
-        }
+        m_result                  = {};
+        const std::string refusal = RefusalOf([this] { m_result = ReplayOf(m_file.path, Phone(), 100); });
+        return refusal.empty() ? m_result.damage : refusal;
     }
 
-    TemporaryFile      m_file;
+    RecordingFile      m_file;
     std::vector<Chunk> m_chunks;
     std::vector<BYTE>  m_bytes;
     ReplayResult       m_result;
@@ -186,11 +153,11 @@ class Recording : public testing::TestWithParam<RecordedScene>
 
 TEST_P(Recording, IsReplayedWithoutADifferenceAndDoesNotChangeTheRun)
 {
-    const TemporaryFile file;
+    const RecordingFile file;
     const auto [pName, frames]           = GetParam();
-    const std::vector<std::string> trace = RunScene(pName, frames, Phone(), file.Path().c_str());
+    const std::vector<std::string> trace = RunScene(pName, frames, Phone(), file.path.c_str());
     EXPECT_EQ(trace, RunScene(pName, frames, Phone(), nullptr));
-    const ReplayResult result = ReplayOf(file.Path());
+    const ReplayResult result = ReplayOf(file.path);
     EXPECT_EQ(result.differences, std::vector<std::string>{});
     EXPECT_EQ(result.damage, "");
     EXPECT_GT(result.calls, frames * 15);
@@ -211,28 +178,28 @@ INSTANTIATE_TEST_SUITE_P(Scenes, Recording,
 
 TEST(RecordingDifference, IsFoundInTheFrameInWhichAnotherTuningDecidesOtherwise)
 {
-    const TemporaryFile file;
-    const TemporaryFile changed(".yaml");
+    const RecordingFile file;
+    const TemporaryFile changed("recording.yaml");
     std::vector<BYTE>   bytes = tuningfile::ReadBytes(EXAMPLES_DIR "/tunings/phone.yaml");
     std::string         text(bytes.begin(), bytes.end());
     const std::string   speed = "baseSpeed: 0.75";
     ASSERT_NE(text.find(speed), std::string::npos);
     text.replace(text.find(speed), speed.size(), "baseSpeed: 0.76");
-    changed.Write({reinterpret_cast<const BYTE*>(text.data()), text.size()});
-    LoadedTuning other(changed.Path());
+    changed.Write(text);
+    LoadedTuning other(changed.path);
     EXPECT_FALSE(other.Reference().HasSameContent(Phone().Reference()));
 
-    const std::vector<std::string> trace   = RunScene("step-loop", 160, Phone(), file.Path().c_str());
+    const std::vector<std::string> trace   = RunScene("step-loop", 160, Phone(), file.path.c_str());
     const std::vector<std::string> changes = RunScene("step-loop", 160, other, nullptr);
     const auto frame = std::mismatch(trace.begin(), trace.end(), changes.begin()).first - trace.begin() + 1;
     ASSERT_LT(frame, 160);
-    const ReplayResult result = ReplayOf(file.Path(), other);
+    const ReplayResult result = ReplayOf(file.path, other);
     ASSERT_EQ(result.differences.size(), 1u);
     EXPECT_EQ(result.frames, static_cast<UINT64>(frame));
     const std::string start =
         "frame " + std::to_string(frame) + ", RunConvProcess of camera 1: output.exposures[short]: recorded ";
     EXPECT_EQ(result.differences[0].substr(0, start.size()), start);
-    EXPECT_GT(ReplayOf(file.Path(), other, 100).differences.size(), 10u);
+    EXPECT_GT(ReplayOf(file.path, other, 100).differences.size(), 10u);
 }
 
 TEST_F(Damage, OfARecordedAnswerIsNamedByFrameFunctionAndField)
@@ -243,7 +210,7 @@ TEST_F(Damage, OfARecordedAnswerIsNamedByFrameFunctionAndField)
     constexpr size_t position = 8 + 44 + (1 + 6 * 52 + 8) + 2 * 8;
     const auto       safe     = tuningfile::LoadInteger<UINT64>(m_chunks[call].payload, position);
     tuningfile::StoreInteger(m_chunks[call].payload, position, safe - 1);
-    WriteChunks(m_file.Path(), m_chunks);
+    WriteChunks(m_file.path, m_chunks);
     EXPECT_EQ(DamageOf(), "");
     ASSERT_EQ(m_result.differences.size(), 1u);
     EXPECT_EQ(m_result.differences[0], "frame 2, RunConvProcess of camera 1: output.exposures[safe]: recorded " +
@@ -306,7 +273,7 @@ TEST_F(Damage, WithChecksumsThatFitDoesNoHarm)
             random = random * 6364136223846793005ULL + 1442695040888963407ULL;
             rChunk.payload[(random >> 24) % std::min<size_t>(whole.size(), 200)] ^= static_cast<BYTE>(random >> 56);
         }
-        WriteChunks(m_file.Path(), m_chunks);
+        WriteChunks(m_file.path, m_chunks);
         (VOID) DamageOf();
         rChunk.payload = whole;
     }
@@ -318,7 +285,7 @@ TEST_F(Damage, ByCountsThatTheFileCannotHoldIsRefused)
     {
         std::vector<Chunk> chunks = m_chunks;
         tuningfile::StoreInteger(chunks.at(chunk).payload, position, value);
-        WriteChunks(m_file.Path(), chunks);
+        WriteChunks(m_file.path, chunks);
         EXPECT_NE(DamageOf().find(pReason), std::string::npos) << DamageOf();
     };
     const auto find = [&](ChunkType type)
@@ -362,21 +329,21 @@ TEST_F(Damage, ByARecordThatHasChangedIsNamed)
         ASSERT_LT(place, rHead.end());
         place[static_cast<std::ptrdiff_t>(rCase.at)] = 'X';
         rHead.back() ^= 1;  // the sum over all
-        WriteChunks(m_file.Path(), chunks);
+        WriteChunks(m_file.path, chunks);
         EXPECT_NE(DamageOf().find(rCase.pText), std::string::npos) << DamageOf();
     }
 }
 
 TEST(RecordingDifference, InTheRecordForPeersIsFoundWithoutAFollower)
 {
-    const TemporaryFile file;
-    (VOID) RunScene("two-cameras-follow", 2, Phone(), file.Path().c_str());
-    std::vector<Chunk> chunks = ChunksOf(file.Path());
+    const RecordingFile file;
+    (VOID) RunScene("two-cameras-follow", 2, Phone(), file.path.c_str());
+    std::vector<Chunk> chunks = ChunksOf(file.path);
     // The slave's, in the last frame: nobody reads it. Its last field is the role.
     std::vector<BYTE>& rDone = chunks.at(FindCall(chunks, Slot::runEndOfFrame, 4) + 1).payload;
     rDone[rDone.size() - 4] ^= 3;
-    WriteChunks(file.Path(), chunks);
-    const ReplayResult result = ReplayOf(file.Path());
+    WriteChunks(file.path, chunks);
+    const ReplayResult result = ReplayOf(file.path);
     ASSERT_EQ(result.differences.size(), 1u);
     EXPECT_NE(result.differences[0].find("runEndOfFrame of camera 2: record for peers.algoRole: recorded "),
               std::string::npos)
@@ -401,19 +368,11 @@ protected:
     /// @return what the recorder has to say at the end
     std::string Finish()
     {
-        try
-        {
-            m_recorder.Finish();
-            return {};
-        }
-        catch (const std::runtime_error& rError)
-        {
-            return rError.what();
-        }
+        return RefusalOf([this] { m_recorder.Finish(); });
     }
 
-    TemporaryFile   m_file;
-    Recorder        m_recorder{m_file.Path()};
+    RecordingFile   m_file;
+    Recorder        m_recorder{m_file.path};
     KiroCoreLibrary m_library;
     KiroDebugData   m_debugData;
 };
@@ -439,7 +398,7 @@ TEST_F(RecordingOfAHost, OfManyCamerasAndTwoTuningsIsReplayed)
         paths.push_back(rTuning.path);
         return (paths.size() == 1) ? &Phone().Manager() : &other.Manager();
     };
-    const ReplayResult result = Replayer(m_file.Path(), plan).Run();
+    const ReplayResult result = Replayer(m_file.path, plan).Run();
     EXPECT_EQ(paths, (std::vector<std::string>{Phone().Reference().path, other.Reference().path}));
     EXPECT_EQ(result.differences, std::vector<std::string>{});
     EXPECT_EQ(result.damage, "");
@@ -456,8 +415,8 @@ TEST_F(RecordingOfAHost, EndsAtTheSeventeenthCameraAtATime)
     }
     EXPECT_EQ(cameras.back()->runStartOfFrame(cameras.back(), 1), 0);
     std::for_each(cameras.begin(), cameras.end(), Destroy);
-    EXPECT_EQ(Finish(), m_file.Path() + ": ends after 0 calls: more than 16 cameras at a time");
-    EXPECT_EQ(ReplayOf(m_file.Part()).damage, "cut: its end is missing");
+    EXPECT_EQ(Finish(), m_file.path + ": ends after 0 calls: more than 16 cameras at a time");
+    EXPECT_EQ(ReplayOf(m_file.part.path).damage, "cut: its end is missing");
 }
 
 TEST_F(RecordingOfAHost, EndsAtTheSeventeenthTuning)
@@ -466,23 +425,23 @@ TEST_F(RecordingOfAHost, EndsAtTheSeventeenthTuning)
     {
         m_recorder.AddTuning(&Phone().Manager(), Phone().Reference());
     }
-    std::vector<Chunk> chunks = ChunksOf(m_file.Part());
+    std::vector<Chunk> chunks = ChunksOf(m_file.part.path);
     m_recorder.AddTuning(&Phone().Manager(), Phone().Reference());
     Destroy(Create(Phone()));
-    EXPECT_EQ(Finish(), m_file.Path() + ": ends after 0 calls: more than 16 tunings");
-    EXPECT_EQ(ReplayOf(m_file.Part()).damage, "cut: its end is missing") << "16 are taken";
+    EXPECT_EQ(Finish(), m_file.path + ": ends after 0 calls: more than 16 tunings");
+    EXPECT_EQ(ReplayOf(m_file.part.path).damage, "cut: its end is missing") << "16 are taken";
 
     ASSERT_EQ(chunks.back().type, ChunkType::Tuning);
     chunks.push_back(chunks.back());
-    WriteChunks(m_file.Path(), chunks);
-    EXPECT_NE(ReplayOf(m_file.Path()).damage.find("more than 16 tunings"), std::string::npos);
+    WriteChunks(m_file.path, chunks);
+    EXPECT_NE(ReplayOf(m_file.path).damage.find("more than 16 tunings"), std::string::npos);
 }
 
 TEST_F(RecordingOfAHost, EndsAtAStoreThatItDoesNotKnow)
 {
     Destroy(Create(Phone()));
-    EXPECT_EQ(Finish(), m_file.Path() + ": ends after 0 calls: a camera uses a tuning store that the recorder was not "
-                                        "told of");
+    EXPECT_EQ(Finish(), m_file.path + ": ends after 0 calls: a camera uses a tuning store that the recorder was not "
+                                      "told of");
 }
 
 TEST_F(RecordingOfAHost, EndsAtStatisticsThatAReplayWouldRefuse)
@@ -501,10 +460,9 @@ TEST_F(RecordingOfAHost, EndsAtStatisticsThatAReplayWouldRefuse)
     statistics.pList[0].channelData.bChannelEnabled = TRUE;
     (VOID) pAlgo->setStats(pAlgo, statistics);
     Destroy(pAlgo);
-    EXPECT_EQ(Finish(), m_file.Path() +
-                            ": ends after 1 calls: setStats of camera 1: channel SafeHist of statistics has "
-                            "an impossible shape: 3 x 2 regions, 4 bins; a histogram has no more regions "
-                            "than bins");
+    EXPECT_EQ(Finish(), m_file.path + ": ends after 1 calls: setStats of camera 1: channel SafeHist of statistics has "
+                                      "an impossible shape: 3 x 2 regions, 4 bins; a histogram has no more regions "
+                                      "than bins");
 }
 
 TEST(RecordingOfAHistogram, HasTheEntryBehindTheBinsIfTheSizeCoversIt)
@@ -546,9 +504,7 @@ TEST_F(RecordingOfAHost, FollowsRecordsThatTheHostChangesWithoutACallAndNoOthers
     IKIROCoreAlgo* pAlgo = Create(Phone());
 
     KIROCoreSetParam param = {KIROCorePrecisionFlashHistory, sizeof(history), &history};
-    KIROSetInput     input{};
-    input.source           = KIROCoreInternalParam;
-    input.u.pKirocoreParam = &param;
+    KIROSetInput     input = {.source = KIROCoreInternalParam, .u = {.pKirocoreParam = &param}};
     EXPECT_EQ(pAlgo->setInput(pAlgo, &input), 0);
     StatsPeerInfoCombo peers{};
     peers.needSync            = TRUE;
@@ -581,11 +537,11 @@ TEST_F(RecordingOfAHost, FollowsRecordsThatTheHostChangesWithoutACallAndNoOthers
     Destroy(pAlgo);
     EXPECT_EQ(Finish(), "");
 
-    const std::vector<Chunk> chunks = ChunksOf(m_file.Path());
+    const std::vector<Chunk> chunks = ChunksOf(m_file.path);
     EXPECT_EQ(
         std::count_if(chunks.begin(), chunks.end(), [](const Chunk& rChunk) { return rChunk.type == ChunkType::Host; }),
         4);
-    const ReplayResult result = ReplayOf(m_file.Path());
+    const ReplayResult result = ReplayOf(m_file.path);
     EXPECT_EQ(result.differences, std::vector<std::string>{});
     EXPECT_EQ(result.damage, "");
     EXPECT_EQ(result.calls, 8u);

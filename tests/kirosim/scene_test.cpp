@@ -1,15 +1,13 @@
 // Scenes as text: what is read, and what a person is told about a slip.
 
 #include <cmath>
-#include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
+#include "tests/support/refusal.h"
+#include "tests/support/temporaryfile.h"
 #include "tools/kirosim/deterministic.h"
 #include "tools/kirosim/scene.h"
 #include "tools/kirosim/sensormodel.h"
-#include "tools/tuningfile/inputerror.h"
 
 using namespace kirosim;
 
@@ -19,25 +17,17 @@ namespace
 class SceneText : public testing::Test
 {
 protected:
-    std::string Write(const std::string& rText)
+    const std::string& Write(const std::string& rText) const
     {
-        const std::string path = testing::TempDir() + std::to_string(getpid()) + ".scene_test.yaml";
-        std::ofstream(path) << rText;
-        return path;
+        return m_file.Write(rText);
     }
 
-    std::string ErrorOf(const std::string& rText, const std::string& rVariant = "")
+    std::string ErrorOf(const std::string& rText, const std::string& rVariant = "") const
     {
-        try
-        {
-            (VOID) ReadScene(Write(rText), rVariant);
-        }
-        catch (const tuningfile::InputError& rError)
-        {
-            return rError.what();
-        }
-        return "";
+        return RefusalOf([&] { (VOID) ReadScene(Write(rText), rVariant); });
     }
+
+    const TemporaryFile m_file{"scene_test.yaml"};
 };
 
 TEST_F(SceneText, LightStepsAndRampsAreReadAtTheirTimes)
@@ -49,40 +39,34 @@ TEST_F(SceneText, LightStepsAndRampsAreReadAtTheirTimes)
     EXPECT_DOUBLE_EQ(scene.LightEV(3.0), 0.0);
     EXPECT_DOUBLE_EQ(scene.LightEV(9.0), -1.0);
     EXPECT_DOUBLE_EQ(scene.LuxAt(1.5), 200.0);
-}
 
-TEST_F(SceneText, ManualSettingsAreReadByWhatTheyName)
-{
-    const struct
-    {
-        const CHAR*     pText;
-        AECAlgoModeType mode;
-    } cases[] = {{"{iso: 800}", AECAlgoModeManualISO},
-                 {"{gain: 4}", AECAlgoModeManualGain},
-                 {"{timeUs: 8000}", AECAlgoModeManualExpTime},
-                 {"{gain: 4, timeUs: 8000}", AECAlgoModeManualFull},
-                 {"{}", AECAlgoModeAuto}};
-    for (const auto& rCase : cases)
-    {
-        const std::string text   = std::string("lux: 100\nevents: [{time: 1, manual: ") + rCase.pText + "}]\n";
-        const auto        manual = ReadScene(Write(text), "").events.at(0).manual;
-        ASSERT_TRUE(manual.has_value()) << text;
-        EXPECT_EQ(manual->manualMode, rCase.mode) << text;
-        EXPECT_EQ(manual->ISOValue, (rCase.mode == AECAlgoModeManualISO) ? 800U : 0U);
-        const bool hasTime = rCase.mode == AECAlgoModeManualExpTime || rCase.mode == AECAlgoModeManualFull;
-        EXPECT_EQ(manual->exposureTime, hasTime ? 8000000U : 0U);
-    }
-    EXPECT_NE(ErrorOf("lux: 100\nevents: [{time: 1, manual: {ISO: 800}}]\n").find("did you mean 'iso'?"),
-              std::string::npos);
-}
-
-TEST_F(SceneText, AVariantChangesOnlyWhatItNames)
-{
+    // A variant changes only what it names.
     const std::string text = "lux: 100\nframes: 7\nvariants:\n  bright: {lux: 900}\n";
     EXPECT_DOUBLE_EQ(ReadScene(Write(text), "bright").lux, 900.0);
     EXPECT_EQ(ReadScene(Write(text), "bright").frames, 7U);
     EXPECT_EQ(ReadVariants(Write(text)), std::vector<std::string>{"bright"});
     EXPECT_NE(ErrorOf(text, "dark").find("there is no variant 'dark'"), std::string::npos);
+}
+
+TEST_F(SceneText, ManualSettingsAreReadByWhatTheyName)
+{
+    const std::pair<const CHAR*, AECAlgoModeType> cases[] = {{"{iso: 800}", AECAlgoModeManualISO},
+                                                             {"{gain: 4}", AECAlgoModeManualGain},
+                                                             {"{timeUs: 8000}", AECAlgoModeManualExpTime},
+                                                             {"{gain: 4, timeUs: 8000}", AECAlgoModeManualFull},
+                                                             {"{}", AECAlgoModeAuto}};
+    for (const auto& [pText, mode] : cases)
+    {
+        const std::string text   = std::string("lux: 100\nevents: [{time: 1, manual: ") + pText + "}]\n";
+        const auto        manual = ReadScene(Write(text), "").events.at(0).manual;
+        ASSERT_TRUE(manual.has_value()) << text;
+        EXPECT_EQ(manual->manualMode, mode) << text;
+        EXPECT_EQ(manual->ISOValue, (mode == AECAlgoModeManualISO) ? 800U : 0U);
+        const bool hasTime = mode == AECAlgoModeManualExpTime || mode == AECAlgoModeManualFull;
+        EXPECT_EQ(manual->exposureTime, hasTime ? 8000000U : 0U);
+    }
+    EXPECT_NE(ErrorOf("lux: 100\nevents: [{time: 1, manual: {ISO: 800}}]\n").find("did you mean 'iso'?"),
+              std::string::npos);
 }
 
 TEST_F(SceneText, ASecondCameraIsTheFirstButForWhatIsSaid)
@@ -124,6 +108,9 @@ TEST_F(SceneText, SlipsNameFileLineColumnAndWhatWasExpected)
         {"role: mastr\n", "expected none, master or slave"},
         {"calibration: {absolute: {gian: 1}}\n", ":1:26: unknown member of a calibration 'gian'"},
         {"sensitivityByCCT: [{CCT: 5000}, {CCT: 3000}]\n", "ascending CCT"},
+        {"flash: {led: 1}\n", ":1:9:"},
+        {"flash: {leds: [{rg: 1}]}\n", "two LEDs"},
+        {"flash: {pictures: {light: [[0.5]]}}\n", "2 numbers"},
         {"start: {from: luck}\n", "expected preflash, previousMode, master, lightSensor, fixed or automatic"},
     };
     for (const auto& [pText, pExpected] : slips)
@@ -194,10 +181,8 @@ TEST(SensorModel, DecisionsAreTakenToTheSensorsStepsAndLimits)
     scene.sensor.gainStep = 0.25;
     scene.sensor.lineTime = 1e-4;
     scene.sensor.maxTime  = 5000000;
-    const SensorModel   sensor(scene);
-    KIROExposureSetType decided{};
-    decided.gain                  = 2.3f;
-    decided.time                  = 1040000;
+    const SensorModel     sensor(scene);
+    KIROExposureSetType   decided = {.gain = 2.3f, .time = 1040000};
     const AppliedExposure applied = sensor.Quantize(decided);
     EXPECT_DOUBLE_EQ(applied.gain, 2.25);
     EXPECT_EQ(applied.time, 1000000U);

@@ -17,13 +17,25 @@ class SimulationRun
 {
 public:
     /// @param rTuning of the examples, or a path
-    SimulationRun(const std::string& rScene, const std::string& rVariant, const std::string& rTuning, UINT64 seed = 1)
-        : m_scene(kirosim::ReadScene(EXAMPLES_DIR "/scenes/" + rScene + ".yaml", rVariant))
+    explicit SimulationRun(const kirosim::Scene& rScene, const std::string& rTuning = "phone.yaml") : m_scene(rScene)
     {
-        m_scene.seed = seed;
         kirosim::LoadedTuning tuning((std::filesystem::path(EXAMPLES_DIR "/tunings") / rTuning).string());
         kirosim::Simulation   simulation(m_scene, tuning, DiscardLog);
-        simulation.Run([this](const kirosim::FrameRecord& rRecord) { m_records.push_back(rRecord); });
+        simulation.Run([this](const kirosim::FrameRecord& rRecord) { m_records.push_back(rRecord); },
+                       [this](const kirosim::FrameRecord& rRecord) { m_seconds.push_back(rRecord); });
+    }
+
+    explicit SimulationRun(const std::string& rScene, const std::string& rVariant = "",
+                           const std::string& rTuning = "phone.yaml", UINT64 seed = 1)
+        : SimulationRun(Example(rScene, rVariant, seed), rTuning)
+    {
+    }
+
+    static kirosim::Scene Example(const std::string& rName, const std::string& rVariant = "", UINT64 seed = 1)
+    {
+        kirosim::Scene scene = kirosim::ReadScene(EXAMPLES_DIR "/scenes/" + rName + ".yaml", rVariant);
+        scene.seed           = seed;
+        return scene;
     }
 
     kirosim::RunSummary Summary() const
@@ -59,9 +71,16 @@ public:
     /// Lets a report see all frames. @return the report
     template <typename T> T Show(T report) const
     {
-        for (const kirosim::FrameRecord& rRecord : m_records)
+        for (size_t frame = 0; frame < m_records.size(); ++frame)
         {
-            report.Add(rRecord);
+            if constexpr (requires { report.AddSecond(m_seconds[frame]); })
+            {
+                if (!m_seconds.empty())
+                {
+                    report.AddSecond(m_seconds[frame]);
+                }
+            }
+            report.Add(m_records[frame]);
         }
         return report;
     }
@@ -93,4 +112,5 @@ public:
 private:
     kirosim::Scene                    m_scene;
     std::vector<kirosim::FrameRecord> m_records;
+    std::vector<kirosim::FrameRecord> m_seconds;  ///< of the second camera, empty without one
 };
