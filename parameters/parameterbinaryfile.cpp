@@ -332,12 +332,11 @@ INT32 ParameterBinaryFile::Reference(INT32 adjust)
             Open(false);
             if (m_file == nullptr)
             {
-                const INT32 reason = errno;
                 ParameterLogging::Write(m_logAPI, ParameterLogging::Error,
                                         "FileReference Adjust: %d, RefCount: %u, Failed to open binary file '%s' "
                                         "errno: %d\n",
-                                        adjust, count, m_fileName, reason);
-                m_isGone = m_state.inode != 0 && reason == ENOENT;
+                                        adjust, count, m_fileName, errno);
+                m_isGone = m_state.inode != 0;
             }
         }
         m_refCnt.store(count + adjust);

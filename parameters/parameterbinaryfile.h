@@ -59,7 +59,8 @@ public:
     /// @return the number of references
     INT32 Reference(INT32 adjust);
 
-    /// @return whether the file that was opened first is there no more: it was found modified, or its name is gone
+    /// @return whether the file that was opened first is there no more: it was found modified, or could not be opened
+    /// again
     bool IsLost() const
     {
         return m_isModified || m_isGone;
@@ -112,7 +113,7 @@ private:
     CHAR                                    m_fileName[MaxFileName] = {};
     bool                                    m_isValid               = false;
     std::atomic<bool>                       m_isModified            = false;
-    std::atomic<bool>                       m_isGone                = false;  ///< once open, and now without a name
+    std::atomic<bool>                       m_isGone                = false;  ///< once open, and now not to be opened
     State                                   m_state;                          ///< all zeros before the first open
     ParameterMutex                          m_pbfMutex;
     const IParameterLoggingAPI*             m_logAPI;

@@ -3,7 +3,9 @@
 // every second reload and with a store in the place of another, so that in plain builds, too, stale objects show.
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
+#include <filesystem>
 #include <functional>
 #include <string>
 #include <utility>
@@ -156,7 +158,7 @@ public:
         return {&m_store, &m_mode, 1};
     }
 
-    VOID Write(const Content& rContent) const
+    VOID Write(const Content& rContent)
     {
         std::string text = TuningText(rContent.version);
         text             = rContent.without.empty() ? text : Without(text, rContent.without);
@@ -164,9 +166,13 @@ public:
             tuningfile::WriteBinary(tuningfile::ParseText(text, "reload.yaml"), tuningfile::NewestVersion);
         bytes.back() ^= rContent.isRefused ? 1 : 0;
         m_file.Write(bytes);
+        // Two writes within a tick of the clock would have the same time.
+        const auto now = std::filesystem::file_time_type::clock::now();
+        std::filesystem::last_write_time(m_file.path, now + std::chrono::seconds(++m_writes));
     }
 
 private:
+    INT32               m_writes = 0;
     const TemporaryFile m_file{"reload.bin"};
     TuningSetManager    m_store{"reload"};
     TuningMode          m_mode{ModeType::Default, {0}};

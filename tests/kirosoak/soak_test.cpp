@@ -86,7 +86,7 @@ TEST_F(SoakTest, SeesAReloadThatBringsAnotherTuning)
 
 TEST_F(SoakTest, SeesMemoryGrow)
 {
-    // Sixteen kilobytes do not show in the pages of a process, and a sanitizer does not let bytes be counted.
+    // Sixteen kilobytes do not show in the pages of a process, by which memory is judged where bytes are not counted.
     const size_t                   size = heapwatch::IsCounting() ? size_t{16} << 10 : size_t{128} << 20;
     std::vector<std::vector<BYTE>> kept;
     const SoakResult               result = Run(

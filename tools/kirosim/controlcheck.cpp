@@ -25,7 +25,9 @@ VOID ControlCheck::Add(const KiroHostFrame& rFrame)
     const bool                hasAnalyzer = rFrame.analyzersRun > 0;
     const bool                hasTarget =
         rMetering.bIsMeteringSkipped == FALSE && rFrame.luma >= 0.0f && rMetering.exposures[AECAlgoExposureSafe] > 0;
-    const bool hasConverged = rFrame.convergence.bIfConvProcRun == TRUE;
+    // A lock or a manual exposure is kept to, which is control as well.
+    const bool hasConverged =
+        rFrame.convergence.bIfConvProcRun == TRUE || rFrame.convergence.bIsConvTargetFixed == TRUE;
     Add(m_analyzers, hasAnalyzer);
     Add(m_targets, hasTarget);
     Add(m_convergence, hasConverged);

@@ -67,7 +67,7 @@ private:
     size_t                  m_nextEvent;
     UINT64                  m_framesRun;
     FrameClock              m_clock;       ///< of the run
-    FrameClock              m_roundClock;  ///< of the round, so that all rounds see exactly the same times
+    FrameClock              m_roundClock;  ///< of the round
 };
 
 }  // namespace kirosim

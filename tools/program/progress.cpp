@@ -11,7 +11,7 @@ namespace
 
 constexpr std::chrono::milliseconds Interval{200};
 
-/// To the begin of the line, and all of it blank.
+/// To the beginning of the line, and all of it blank.
 constexpr std::string_view NewLine = "\r\033[K";
 
 /// As one write each: it comes between the lines of others, not into them.
