@@ -343,9 +343,10 @@ TEST(LiveSession, ShowsWhatASetHasDone)
         EXPECT_EQ(requests, service.End().size());
         return testing::internal::GetCapturedStdout() + fault;
     };
-    EXPECT_EQ("weight  1.0  ->  0.5\n", run({Says(5, "weight=1.0"), Says(6, "weight=0.5")}, {"weight=0.5"}, 2));
+    EXPECT_EQ("weight  1.0  ->  0.5\n",
+              run({Says(5, "weight=1.0"), DeviceSays("cam"), Says(6, "weight=0.5")}, {"weight=0.5"}, 3));
     EXPECT_EQ("b  2.0  ->  3.0\nthe camera did not set: a",
-              run({Says(5, "a=1.0;b=2.0"), Says(6, "b=3.0")}, {"a=1", "b=3"}, 2));
+              run({Says(5, "a=1.0;b=2.0"), DeviceSays("cam"), Says(6, "b=3.0")}, {"a=1", "b=3"}, 3));
     EXPECT_EQ("no such mode path, module or member: 'Default' kirodbroi b", run({Says(5, "a=1.0")}, {"a=1", "b=3"}, 1));
     EXPECT_EQ("'a': expected NAME=VALUE", run({}, {"a"}, 0));
 }

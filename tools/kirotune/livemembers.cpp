@@ -94,6 +94,7 @@ std::string NumberFor(const std::string& rModule, const Value& rAssignment)
     {
         return (rAssignment.text == "true") ? "1" : "0";
     }
+    liveclient::RequireNumber(rAssignment);
     return rAssignment.text;
 }
 

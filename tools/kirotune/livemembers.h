@@ -25,8 +25,8 @@ struct KnownMember
 std::optional<KnownMember> FindMember(std::string_view module, std::string_view member);
 
 /// Turns what a person writes into what the service reads: "true" and "false" into 1 and 0, an enumerator's name into
-/// its value. Any other text stays as it is.
-/// @throws liveclient::Error if it is no number, for members that the schema knows, and for those that are no number
+/// its value.
+/// @throws liveclient::Error if it is no number then, and for members that the schema does not know as one
 std::string NumberFor(const std::string& rModule, const liveclient::Value& rAssignment);
 
 /// @return the name of an enumerator behind its value, as in "2 (Video)"; other values as they are

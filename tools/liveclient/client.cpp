@@ -227,17 +227,22 @@ std::vector<Value> Client::Get(const std::string& rPath, const std::string& rMod
     return ParseValues(TextOf(Exchange(Command::GetValues, text)));
 }
 
+VOID RequireNumber(const Value& rValue)
+{
+    if (!IsNumber(rValue.text))
+    {
+        throw Error(fmt::format("value '{}' of {}: expected a decimal number such as -12.5, without an exponent",
+                                rValue.text, rValue.name));
+    }
+}
+
 std::vector<Value> Client::Set(const std::string& rPath, const std::string& rModule, const std::vector<Value>& rValues)
 {
     std::string text      = Address(rPath, rModule);
     char        separator = ':';
     for (const Value& rValue : rValues)
     {
-        if (!IsNumber(rValue.text))
-        {
-            throw Error(fmt::format("value '{}' of {}: expected a decimal number such as -12.5, without an exponent",
-                                    rValue.text, rValue.name));
-        }
+        RequireNumber(rValue);
         const std::string item = Checked("member", rValue.name) + '=' + rValue.text;
         RequireLength("an item to set", item);
         text += separator + item;

@@ -65,6 +65,9 @@ struct CustomResult
     std::vector<BYTE> bytes;
 };
 
+/// @throws Error unless the text of the value is a number that can be set
+VOID RequireNumber(const Value& rValue);
+
 /// One connection. The service serves one client at a time, so keep it no longer than needed. To be used by one thread
 /// at a time.
 ///
