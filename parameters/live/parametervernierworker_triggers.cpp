@@ -100,10 +100,14 @@ VOID ParameterVernierWorker::SendTriggerResponses()
     {
         // A frame may be waiting to leave its values, so the packets are made afterwards.
         const std::lock_guard<ParameterMutex> lock(m_valuesMutex);
-        const std::clock_t                    now = std::clock();
-        const auto firstDue = std::stable_partition(m_triggerRequests.begin(), m_triggerRequests.end(),
-                                                    [now](const auto& rpRequest)
-                                                    { return now - rpRequest->requestTime < CollectingTime; });
+        if (m_triggerRequests.empty())
+        {
+            return;  // before each request: the clock costs more than a request that is dropped
+        }
+        const std::clock_t now      = std::clock();
+        const auto         firstDue = std::stable_partition(m_triggerRequests.begin(), m_triggerRequests.end(),
+                                                            [now](const auto& rpRequest)
+                                                            { return now - rpRequest->requestTime < CollectingTime; });
         due.assign(std::make_move_iterator(firstDue), std::make_move_iterator(m_triggerRequests.end()));
         m_triggerRequests.erase(firstDue, m_triggerRequests.end());
     }
