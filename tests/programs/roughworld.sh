@@ -95,10 +95,12 @@ ends 1 'nosuch.yaml: cannot be opened' env TMPDIR="$work/tmp" sh -c 'mkdir "$TMP
     sh "$bin/kirosoak" --tuning t.yaml nosuch.yaml
 [ "$(find tmp | wc -l)" -eq 2 ] || fail 'a temporary file was left'
 
-# The mode of a replaced file stays; a link is followed, also one to a file that is not there yet.
+# Mode and owner of a replaced file stay; a link is followed, also one to a file that is not there yet.
 chmod 640 small.bin
+[ "$(id -u)" -ne 0 ] || chown 1:2 small.bin
+readonly attributes=$(stat -c '%a %u:%g' small.bin)
 ln -s later.bin ahead.bin
-kirotune compile t.yaml -o small.bin && [ "$(stat -c %a small.bin)" = 640 ] || fail 'the mode of a file changed'
+kirotune compile t.yaml -o small.bin && [ "$(stat -c '%a %u:%g' small.bin)" = "$attributes" ] || fail 'mode or owner of a file changed'
 kirotune compile t.yaml -o ahead.bin && [ -L ahead.bin ] && cmp -s later.bin t.bin || fail 'a link is not followed'
 
 # Closed descriptors are no files; standard streams are read and written whatever they are.
@@ -140,6 +142,11 @@ wait $! && fail 'an interrupted run of many rounds ends well'
 kirosim: interrupted" ] || fail 'an interrupted run of many rounds leaves a part of them'
 left=$(find . -name '*.tmp')
 [ -z "$left" ] || fail "left behind: $left"
+
+# Long work shows how far it is on a terminal, and not one character of that in a pipe.
+readonly long=("$bin/kirosim" run --no-live --quiet --scene s.yaml --frames 3000 --tuning t.bin)
+script -qec "${long[*]} >/dev/null" /dev/null </dev/null | grep -aq '[0-9] of 3000' || fail 'nothing tells how far a run is'
+"${long[@]}" 2>&1 >/dev/null | grep -q . && fail 'progress goes into a pipe'
 
 # Learned flash data that were damaged are refused.
 readonly flash=(kirosim run --no-live --quiet --tuning "$examples/tunings/phone.yaml" --scene "$examples/scenes/flash-calibration.yaml")

@@ -1,6 +1,11 @@
 #include "tools/kirosim/loadedtuning.h"
 
 #include <algorithm>
+#include <cerrno>
+
+#include <arpa/inet.h>
+#include <fmt/format.h>
+#include <unistd.h>
 
 #include "tools/recording/chunks.h"
 #include "tools/tuningfile/files.h"
@@ -9,6 +14,28 @@
 
 namespace kirosim
 {
+
+namespace
+{
+
+/// The store would only find that none of its ports can be bound.
+bool IsAddressOfThisMachine(const CHAR* pAddress)
+{
+    sockaddr_in address = {};
+    address.sin_family  = AF_INET;
+    const INT32 probe   = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (probe < 0)
+    {
+        return true;  // a machine without IP is tuned from within
+    }
+    (VOID) inet_pton(AF_INET, pAddress, &address.sin_addr);  // the store has taken it for one
+    const bool isForeign =
+        bind(probe, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0 && errno == EADDRNOTAVAIL;
+    (VOID) close(probe);
+    return !isForeign;
+}
+
+}  // namespace
 
 std::vector<TuningMode> DefaultSelectors()
 {
@@ -26,7 +53,11 @@ LoadedTuning::LoadedTuning(const std::string& rPath, bool isLive, Source source,
     m_manager.SetLiveTuningAutostart(isLive);
     if (isLive && !m_manager.SetLiveTuningAddress(pLiveAddress))
     {
-        throw tuningfile::InputError(std::string(pLiveAddress) + ": no IPv4 address for live tuning");
+        throw tuningfile::InputError(fmt::format("{}: no IPv4 address for live tuning", pLiveAddress));
+    }
+    if (isLive && !IsAddressOfThisMachine(pLiveAddress))
+    {
+        throw tuningfile::InputError(fmt::format("{}: no address of this machine for live tuning", pLiveAddress));
     }
     const bool              isText = tuningfile::IsText(rPath);
     const std::vector<BYTE> bytes  = isText ? tuningfile::CompileFile(rPath) : tuningfile::ReadBytes(rPath);
