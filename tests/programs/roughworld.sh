@@ -162,6 +162,8 @@ ends 1 'flash.fic: not what a run has learned of a flash, or damaged' "${flash[@
 } >merges.yaml
 ends 1 'merges.yaml:[0-9]+:[0-9]+: aliases and merge keys make more than' kirotune compile merges.yaml -o x.bin
 ends 1 'merges.yaml:[0-9]+:[0-9]+: aliases and merge keys make more than' kirosim run --no-live --tuning t.bin --scene merges.yaml
+{ printf '['; yes 0, | head -n 5000000 | tr -d '\n'; } >list.yaml
+ends 1 'list.yaml:1:1: more than 1000000 values in lists and lines' kirotune check list.yaml
 head -c 100000000 /dev/zero | tr '\0' ',' >long.yaml
 ends 1 'long.yaml: too large, expected at most 16777216 bytes' kirotune check long.yaml
 exit $((failures > 0))

@@ -22,6 +22,11 @@ constexpr size_t           MaxQuoted     = 60;
 /// machine can hold. The largest tuning has a tenth of it.
 constexpr UINT64 MaxValues = 4000000;
 
+/// What values of a text stand between, and how many of those it may have. A value takes up to 700 bytes while it is
+/// read, and two in the text: a list of 16 MB would take 3.7 GB. The largest tuning has a fifth of it.
+constexpr std::string_view Separators    = ",\n[{";
+constexpr size_t           MaxSeparators = 1000000;
+
 /// Keeps a message on one line, whatever was quoted from the file.
 std::string OneLine(std::string_view text)
 {
@@ -58,6 +63,7 @@ const YamlEntry* YamlMap::Find(std::string_view name) const
 
 YamlInput::YamlInput(std::string_view text, std::string fileName) : m_fileName(std::move(fileName))
 {
+    RequireFewValues(text);
     try
     {
         const std::vector<YAML::Node> documents = YAML::LoadAll(std::string(text));
@@ -74,6 +80,21 @@ YamlInput::YamlInput(std::string_view text, std::string fileName) : m_fileName(s
     catch (const YAML::Exception& rFault)
     {
         Fail(rFault.mark, fmt::format("{}, expected YAML", rFault.msg));
+    }
+}
+
+VOID YamlInput::RequireFewValues(std::string_view text) const
+{
+    size_t count = 0;
+    size_t line  = 1;
+    for (size_t at = text.find_first_of(Separators); at != text.npos; at = text.find_first_of(Separators, at + 1))
+    {
+        line += (text[at] == '\n') ? 1 : 0;
+        if (++count > MaxSeparators)
+        {
+            throw InputError(fmt::format("{}:{}:1: more than {} values in lists and lines, expected less", m_fileName,
+                                         line, MaxSeparators));
+        }
     }
 }
 

@@ -82,6 +82,8 @@ public:
 private:
     [[noreturn]] VOID Fail(const YAML::Mark& rMark, std::string_view message) const;
 
+    VOID RequireFewValues(std::string_view text) const;
+
     /// A map while it is put together.
     struct Collection
     {
