@@ -14,10 +14,15 @@ using namespace kirosim;
 namespace
 {
 
+std::vector<BracketResult> ResultsOf(const SimulationRun& rRun)
+{
+    return rRun.Show(BracketReport(rRun.GetScene().sensor.latency)).Results();
+}
+
 TEST(BracketCapture, PicturesLieTwoStopsApartWithTheGainsOfTheirSignAndLeaveThePreviewAlone)
 {
     const SimulationRun run("bracket");
-    const auto          results = run.Show(BracketReport(run.GetScene().sensor.latency)).Results();
+    const auto          results = ResultsOf(run);
     ASSERT_EQ(results.size(), 3U);
     for (const BracketResult& rResult : results)
     {
@@ -64,8 +69,7 @@ TEST(BracketCapture, PicturesLieTwoStopsApartWithTheGainsOfTheirSignAndLeaveTheP
 
 TEST(BracketCapture, PicturesThatArePartOfTheStatisticsAlreadyAreNotMetered)
 {
-    const SimulationRun run("bracket", "short-pipeline");
-    const auto          results = run.Show(BracketReport(run.GetScene().sensor.latency)).Results();
+    const auto results = ResultsOf(SimulationRun("bracket", "short-pipeline"));
     ASSERT_EQ(results.size(), 3U);
     for (const BracketResult& rResult : results)
     {
@@ -79,8 +83,7 @@ TEST(BracketCapture, PicturesThatArePartOfTheStatisticsAlreadyAreNotMetered)
 TEST(BracketCapture, ATuningWithoutSettingsOfSnapshotsTakesThePreviewsExposureTimesTheEV)
 {
     // The small tuning has neither settings of snapshots, nor a lock, nor references.
-    const SimulationRun run("bracket", "", "minimal.yaml");
-    const auto          results = run.Show(BracketReport(run.GetScene().sensor.latency)).Results();
+    const auto results = ResultsOf(SimulationRun("bracket", "", "minimal.yaml"));
     ASSERT_EQ(results.size(), 3U);
     EXPECT_NEAR(results[0].frames[0].exposureEV, -2.0, 0.01);
     EXPECT_EQ(results[0].frames[1].ADRCOfSensor, 1.0);

@@ -36,15 +36,6 @@ private:
     std::optional<LoadedTuning> m_tuning;
 };
 
-/// What a camera decides over a scene, as text.
-std::string TraceOf(const Scene& rScene, LoadedTuning& rTuning)
-{
-    Simulation  simulation(rScene, rTuning, DiscardLog);
-    std::string trace;
-    simulation.Run([&trace](const FrameRecord& rRecord) { trace += CsvLine(rRecord); });
-    return trace;
-}
-
 TEST(Instances, InThreadsDecideAsOneAlone)
 {
     FileTuning               tuning;
@@ -52,10 +43,10 @@ TEST(Instances, InThreadsDecideAsOneAlone)
     std::vector<std::string> alone;
     for (const CHAR* pScene : {"natural", "hdr-staggered", "shake"})
     {
-        scenes.push_back(ReadScene(EXAMPLES_DIR "/scenes/" + std::string(pScene) + ".yaml", ""));
+        scenes.push_back(SimulationRun::Example(pScene));
         scenes.back().frames = 60;
         // Also makes the tuning keep the selectors, so that the threads only look them up.
-        alone.push_back(TraceOf(scenes.back(), tuning.Get()));
+        alone.push_back(SimulationRun(scenes.back(), tuning.Get()).Trace());
     }
     std::vector<std::string> together(scenes.size());
     std::atomic<bool>        isOver = false;
@@ -78,7 +69,7 @@ TEST(Instances, InThreadsDecideAsOneAlone)
     std::vector<std::jthread> cameras;
     for (size_t camera = 0; camera < scenes.size(); ++camera)
     {
-        cameras.emplace_back([&, camera] { together[camera] = TraceOf(scenes[camera], tuning.Get()); });
+        cameras.emplace_back([&, camera] { together[camera] = SimulationRun(scenes[camera], tuning.Get()).Trace(); });
     }
     cameras.clear();  // joins them
     isOver = true;

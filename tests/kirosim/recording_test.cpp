@@ -40,29 +40,21 @@ public:
     const TemporaryFile part{"recording.rec" + std::string(ChunkWriter::PartSuffix)};  ///< until it has come to its end
 };
 
-/// Runs the beginning of a scene. @param pPath of the recording, null for none @return the trace, a line per frame
-std::vector<std::string> RunScene(const std::string& rScene, UINT32 frames, LoadedTuning& rTuning, const CHAR* pPath)
+/// Runs the beginning of a scene. @param pPath of the recording, null for none
+SimulationRun RunScene(const std::string& rScene, UINT32 frames, LoadedTuning& rTuning, const CHAR* pPath)
 {
-    Scene scene  = ReadScene(EXAMPLES_DIR "/scenes/" + rScene + ".yaml", "");
+    Scene scene  = SimulationRun::Example(rScene);
     scene.frames = frames;
-    std::optional<Recorder> recorder;
-    KiroTableDecorator      decorate;
-    if (pPath != nullptr)
+    if (pPath == nullptr)
     {
-        recorder.emplace(pPath);
-        recorder->AddTuning(&rTuning.Manager(), rTuning.Reference());
-        decorate = [&](IKIROCoreAlgo* pAlgo, const StatsTuningData& rData) { return recorder->Wrap(pAlgo, rData); };
+        return SimulationRun(scene, rTuning);
     }
-    std::vector<std::string> lines;
-    {
-        Simulation simulation(scene, rTuning, DiscardLog, decorate);
-        simulation.Run([&](const FrameRecord& rRecord) { lines.push_back(CsvLine(rRecord)); });
-    }
-    if (recorder.has_value())
-    {
-        recorder->Finish();
-    }
-    return lines;
+    Recorder recorder(pPath);
+    recorder.AddTuning(&rTuning.Manager(), rTuning.Reference());
+    SimulationRun run(scene, rTuning,
+                      [&](IKIROCoreAlgo* pAlgo, const StatsTuningData& rData) { return recorder.Wrap(pAlgo, rData); });
+    recorder.Finish();
+    return run;
 }
 
 ReplayResult ReplayOf(const std::string& rPath, LoadedTuning& rTuning = Phone(), size_t differenceMax = 1)
@@ -141,11 +133,7 @@ protected:
     ReplayResult       m_result;
 };
 
-struct RecordedScene
-{
-    const CHAR* pName;
-    UINT32      frames;
-};
+using RecordedScene = std::pair<const CHAR*, UINT32>;  ///< and the frames of it
 
 class Recording : public testing::TestWithParam<RecordedScene>
 {
@@ -154,9 +142,9 @@ class Recording : public testing::TestWithParam<RecordedScene>
 TEST_P(Recording, IsReplayedWithoutADifferenceAndDoesNotChangeTheRun)
 {
     const RecordingFile file;
-    const auto [pName, frames]           = GetParam();
-    const std::vector<std::string> trace = RunScene(pName, frames, Phone(), file.path.c_str());
-    EXPECT_EQ(trace, RunScene(pName, frames, Phone(), nullptr));
+    const auto [pName, frames] = GetParam();
+    EXPECT_EQ(RunScene(pName, frames, Phone(), file.path.c_str()).Trace(),
+              RunScene(pName, frames, Phone(), nullptr).Trace());
     const ReplayResult result = ReplayOf(file.path);
     EXPECT_EQ(result.differences, std::vector<std::string>{});
     EXPECT_EQ(result.damage, "");
@@ -171,7 +159,7 @@ INSTANTIATE_TEST_SUITE_P(Scenes, Recording,
                                          RecordedScene{"starts", 100}, RecordedScene{"scene-change", 40}),
                          [](const auto& rInfo)
                          {
-                             std::string name = rInfo.param.pName;
+                             std::string name = rInfo.param.first;
                              std::erase(name, '-');
                              return name;
                          });
@@ -179,19 +167,14 @@ INSTANTIATE_TEST_SUITE_P(Scenes, Recording,
 TEST(RecordingDifference, IsFoundInTheFrameInWhichAnotherTuningDecidesOtherwise)
 {
     const RecordingFile file;
-    const TemporaryFile changed("recording.yaml");
-    std::vector<BYTE>   bytes = tuningfile::ReadBytes(EXAMPLES_DIR "/tunings/phone.yaml");
-    std::string         text(bytes.begin(), bytes.end());
-    const std::string   speed = "baseSpeed: 0.75";
-    ASSERT_NE(text.find(speed), std::string::npos);
-    text.replace(text.find(speed), speed.size(), "baseSpeed: 0.76");
-    changed.Write(text);
-    LoadedTuning other(changed.path);
+    const TemporaryFile tuning("recording.yaml");
+    LoadedTuning        other(tuning.Write(ChangedTuning("phone.yaml", "baseSpeed: 0.75", "baseSpeed: 0.76")));
     EXPECT_FALSE(other.Reference().HasSameContent(Phone().Reference()));
 
-    const std::vector<std::string> trace   = RunScene("step-loop", 160, Phone(), file.path.c_str());
-    const std::vector<std::string> changes = RunScene("step-loop", 160, other, nullptr);
-    const auto frame = std::mismatch(trace.begin(), trace.end(), changes.begin()).first - trace.begin() + 1;
+    const std::string trace   = RunScene("step-loop", 160, Phone(), file.path.c_str()).Trace();
+    const std::string changed = RunScene("step-loop", 160, other, nullptr).Trace();
+    const auto        first   = std::ranges::mismatch(trace, changed).in1;
+    const auto        frame   = std::count(trace.begin(), first, '\n');  // the first line names the columns
     ASSERT_LT(frame, 160);
     const ReplayResult result = ReplayOf(file.path, other);
     ASSERT_EQ(result.differences.size(), 1u);
@@ -260,25 +243,6 @@ TEST_F(Damage, OfAnyBitIsSaid)
     }
 }
 
-TEST_F(Damage, WithChecksumsThatFitDoesNoHarm)
-{
-    UINT64 random = 2;
-    for (INT round = 0; round < 150; ++round)
-    {
-        random                   = random * 6364136223846793005ULL + 1442695040888963407ULL;
-        Chunk&            rChunk = m_chunks[(random >> 24) % m_chunks.size()];
-        std::vector<BYTE> whole  = rChunk.payload;
-        for (INT flip = 0; flip < 3 && !whole.empty(); ++flip)
-        {
-            random = random * 6364136223846793005ULL + 1442695040888963407ULL;
-            rChunk.payload[(random >> 24) % std::min<size_t>(whole.size(), 200)] ^= static_cast<BYTE>(random >> 56);
-        }
-        WriteChunks(m_file.path, m_chunks);
-        (VOID) DamageOf();
-        rChunk.payload = whole;
-    }
-}
-
 TEST_F(Damage, ByCountsThatTheFileCannotHoldIsRefused)
 {
     const auto refuses = [&](size_t chunk, size_t position, auto value, const CHAR* pReason)
@@ -314,23 +278,19 @@ TEST_F(Damage, ByCountsThatTheFileCannotHoldIsRefused)
 
 TEST_F(Damage, ByARecordThatHasChangedIsNamed)
 {
-    struct Case
-    {
-        size_t      at;  ///< of a byte to change, from the name
-        const CHAR* pText;
-    };
-    for (const Case& rCase : {Case{17, "recorded with another KIROMeteringInput, by version 1.0.0"},
-                              Case{0, "recorded with another XIROMeteringInput, by version 1.0.0"}})
+    // The byte to change, from the name.
+    for (const auto& [at, pText] : {std::pair(17, "recorded with another KIROMeteringInput, by version 1.0.0"),
+                                    std::pair(0, "recorded with another XIROMeteringInput, by version 1.0.0")})
     {
         std::vector<Chunk> chunks = m_chunks;
         std::vector<BYTE>& rHead  = chunks[0].payload;
         const std::string  record = "KIROMeteringInput";
         const auto         place  = std::search(rHead.begin(), rHead.end(), record.begin(), record.end());
         ASSERT_LT(place, rHead.end());
-        place[static_cast<std::ptrdiff_t>(rCase.at)] = 'X';
+        place[at] = 'X';
         rHead.back() ^= 1;  // the sum over all
         WriteChunks(m_file.path, chunks);
-        EXPECT_NE(DamageOf().find(rCase.pText), std::string::npos) << DamageOf();
+        EXPECT_NE(DamageOf().find(pText), std::string::npos) << DamageOf();
     }
 }
 

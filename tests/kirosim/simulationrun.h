@@ -7,11 +7,23 @@
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "host/discardlog.h"
 #include "tools/kirosim/report.h"
 #include "tools/kirosim/simulation.h"
 #include "tools/kirosim/summary.h"
 #include "tools/kirosim/trace.h"
+#include "tools/tuningfile/files.h"
+
+/// The text of an example tuning with another text in the place of a part of it.
+inline std::string ChangedTuning(const std::string& rTuning, const std::string& rPart, const std::string& rBy)
+{
+    std::string  text  = tuningfile::ReadText(EXAMPLES_DIR "/tunings/" + rTuning);
+    const size_t place = text.find(rPart);
+    EXPECT_NE(place, std::string::npos) << rPart;
+    return text.replace(place, rPart.size(), rBy);
+}
 
 class SimulationRun
 {
@@ -20,9 +32,14 @@ public:
     explicit SimulationRun(const kirosim::Scene& rScene, const std::string& rTuning = "phone.yaml") : m_scene(rScene)
     {
         kirosim::LoadedTuning tuning((std::filesystem::path(EXAMPLES_DIR "/tunings") / rTuning).string());
-        kirosim::Simulation   simulation(m_scene, tuning, DiscardLog);
-        simulation.Run([this](const kirosim::FrameRecord& rRecord) { m_records.push_back(rRecord); },
-                       [this](const kirosim::FrameRecord& rRecord) { m_seconds.push_back(rRecord); });
+        Run(tuning, {});
+    }
+
+    SimulationRun(const kirosim::Scene& rScene, kirosim::LoadedTuning& rTuning,
+                  const KiroTableDecorator& rDecorate = {})
+        : m_scene(rScene)
+    {
+        Run(rTuning, rDecorate);
     }
 
     explicit SimulationRun(const std::string& rScene, const std::string& rVariant = "",
@@ -110,6 +127,13 @@ public:
     }
 
 private:
+    VOID Run(kirosim::LoadedTuning& rTuning, const KiroTableDecorator& rDecorate)
+    {
+        kirosim::Simulation simulation(m_scene, rTuning, DiscardLog, rDecorate);
+        simulation.Run([this](const kirosim::FrameRecord& rRecord) { m_records.push_back(rRecord); },
+                       [this](const kirosim::FrameRecord& rRecord) { m_seconds.push_back(rRecord); });
+    }
+
     kirosim::Scene                    m_scene;
     std::vector<kirosim::FrameRecord> m_records;
     std::vector<kirosim::FrameRecord> m_seconds;  ///< of the second camera, empty without one

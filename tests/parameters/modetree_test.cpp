@@ -18,16 +18,12 @@ ParameterFile MakeFamily()
 {
     TuningFileMaker maker;
     const UINT32    root   = maker.Table();
-    const UINT32    sensor = maker.Mode(root, Sensor, 1);
-    const UINT32    video  = maker.Mode(sensor, Usecase, 2);
-    const UINT32    night  = maker.Mode(video, Scene, 5);
-    const UINT32    zsl    = maker.Mode(root, Usecase, 3);
+    const UINT32    sensor = maker.AlphaMode(root, Sensor, 1, 10);
+    const UINT32    video  = maker.AlphaMode(sensor, Usecase, 2, 20);
+    maker.Beta(maker.Mode(video, Scene, 5), 30);
+    maker.AlphaMode(root, Usecase, 3, 40);
     maker.Alpha(root, 1);
     maker.Beta(root, 2);
-    maker.Alpha(sensor, 10);
-    maker.Alpha(video, 20);
-    maker.Beta(night, 30);
-    maker.Alpha(zsl, 40);
     return maker.Build();
 }
 
@@ -93,30 +89,16 @@ TEST_F(ModeTreeTest, DoubtfulCallsAreAnsweredWithAWarning)
     EXPECT_TRUE(log.Has("GetModuleInternal called with mode table index (1) >= mode table count (1)\n")) << log.Text();
 }
 
-TEST_F(ModeTreeTest, AModuleOfOneUseCaseOnlyIsNotFoundElsewhere)
-{
-    TuningFileMaker maker;
-    const UINT32    root = maker.Table();
-    maker.Alpha(maker.Mode(root, Usecase, 1), 5);
-    ASSERT_TRUE(LoadBuffer(m_manager, maker.Build()));
-    EXPECT_EQ(AlphaValue(m_manager, Branch({{Usecase, 1}})), 5);
-    EXPECT_EQ(AlphaValue(m_manager, Branch({{Usecase, 2}})), -1);
-}
-
 TEST_F(ModeTreeTest, ARunOfOneLevelTakesAChainAsLongAsTheRun)
 {
     TuningFileMaker maker;
-    const UINT32    root  = maker.Table();
-    const UINT32    adrc  = maker.Mode(root, Feature1, 2);
-    const UINT32    isp   = maker.Mode(adrc, Feature1, 1);
-    const UINT32    lone  = maker.Mode(root, Feature1, 3);
-    const UINT32    scene = maker.Mode(isp, Scene, 7);
+    const UINT32    root = maker.Table();
+    const UINT32    adrc = maker.AlphaMode(root, Feature1, 2, 2);
+    const UINT32    isp  = maker.AlphaMode(adrc, Feature1, 1, 3);
     maker.Alpha(root, 1);
-    maker.Alpha(adrc, 2);
-    maker.Alpha(isp, 3);
-    maker.Alpha(lone, 4);
-    maker.Alpha(scene, 5);
-    maker.Alpha(maker.Mode(adrc, Feature1, 3), 6);
+    maker.AlphaMode(root, Feature1, 3, 4);
+    maker.AlphaMode(isp, Scene, 7, 5);
+    maker.AlphaMode(adrc, Feature1, 3, 6);
     ASSERT_TRUE(LoadBuffer(m_manager, maker.Build()));
     const std::tuple<const CHAR*, std::vector<TuningMode>, INT32> cases[] = {
         {"one selector", Branch({{Feature1, 2}}), 2},
@@ -141,20 +123,18 @@ TEST_F(ModeTreeTest, ARunOfOneLevelTakesAChainAsLongAsTheRun)
 TEST_F(ModeTreeTest, ALinkShowsModulesAndChildrenOfItsTarget)
 {
     TuningFileMaker maker;
-    const UINT32    root    = maker.Table();
-    const UINT32    video   = maker.Mode(root, Usecase, 2);
-    const UINT32    night   = maker.Mode(video, Scene, 5);
-    const UINT32    hop     = maker.Mode(root, Usecase, 3, video);
-    const UINT32    twoHops = maker.Mode(root, Usecase, 4, hop);
-    const UINT32    ahead   = maker.Mode(root, Usecase, 5, 6);  // to the next but one, which stands behind it
-    const UINT32    self    = maker.Mode(root, Usecase, 6, 6);
-    const UINT32    circleA = maker.Mode(root, Usecase, 7, 8);
-    const UINT32    circleB = maker.Mode(root, Usecase, 8, circleA);
+    const UINT32    root  = maker.Table();
+    const UINT32    video = maker.AlphaMode(root, Usecase, 2, 20);
+    maker.AlphaMode(video, Scene, 5, 25);
+    const UINT32 hop     = maker.Mode(root, Usecase, 3, video);
+    const UINT32 twoHops = maker.Mode(root, Usecase, 4, hop);
+    const UINT32 ahead   = maker.Mode(root, Usecase, 5, 6);  // to the next but one, which stands behind it
+    const UINT32 self    = maker.Mode(root, Usecase, 6, 6);
+    const UINT32 circleA = maker.Mode(root, Usecase, 7, 8);
+    const UINT32 circleB = maker.Mode(root, Usecase, 8, circleA);
     ASSERT_EQ(self, 6u);
     ASSERT_EQ(circleB, 8u);
     maker.Alpha(root, 1);
-    maker.Alpha(video, 20);
-    maker.Alpha(night, 25);
     maker.Alpha(hop, 30);  // hidden by the link
     maker.Alpha(twoHops, 40);
     maker.Alpha(ahead, 50);
@@ -251,8 +231,7 @@ TEST_F(ModeTreeTest, GetModulesTellsOwnModulesFromSharedOnes)
     ASSERT_EQ(modules.Count(), 1u);
     EXPECT_STREQ(modules[0]->GetModuleName(), "alpha");
 
-    const std::vector<TuningMode> lost = Branch({{Usecase, 9}});
-    m_manager.GetModules(0, modules, lost.data(), 2, true, true, nullptr);
+    m_manager.GetModules(0, modules, Branch({{Usecase, 9}}).data(), 2, true, true, nullptr);
     EXPECT_EQ(modules.Count(), 0u);
 }
 

@@ -8,6 +8,7 @@
 #include <future>
 #include <limits>
 #include <memory>
+#include <numeric>
 #include <thread>
 #include <utility>
 
@@ -21,15 +22,15 @@ using enum ModeType;
 class OnDemandTest : public SetManagerTest
 {
 protected:
-    /// Default and use cases 1 to count, each with an alpha of 100 times its number.
-    static ParameterFile MakeUsecases(UINT16 count)
+    /// Default and use cases 1 to count, each with an alpha of its number times a step.
+    static ParameterFile MakeUsecases(UINT16 count, INT32 step = 100)
     {
         TuningFileMaker maker;
         const UINT32    root = maker.Table();
         maker.Alpha(root, 1);
         for (UINT16 usecase = 1; usecase <= count; ++usecase)
         {
-            maker.Alpha(maker.Mode(root, Usecase, usecase), 100 * usecase);
+            maker.AlphaMode(root, Usecase, usecase, step * usecase);
         }
         return maker.Build();
     }
@@ -43,7 +44,7 @@ protected:
         maker.Same("alpha", maker.Mode(root, Usecase, 2), maker.Alpha(first, 100));
         for (UINT16 usecase = 3; usecase <= 8; ++usecase)
         {
-            maker.Alpha(maker.Mode(root, Usecase, usecase), 100 * usecase);
+            maker.AlphaMode(root, Usecase, usecase, 100 * usecase);
         }
         return maker.Build();
     }
@@ -51,31 +52,6 @@ protected:
     static std::vector<TuningMode> UsecaseBranch(UINT16 usecase)
     {
         return Branch({{Usecase, usecase}});
-    }
-
-    static bool IsLoaded(ParameterSetManager& rManager, const std::vector<TuningMode>& rBranch)
-    {
-        return Mode(rManager, rBranch)->Loaded;
-    }
-
-    static bool LoadMode(ParameterSetManager& rManager, const std::vector<TuningMode>& rBranch)
-    {
-        return rManager.LoadMode(0, rBranch.data(), static_cast<UINT32>(rBranch.size()), "test");
-    }
-
-    static bool UnloadMode(ParameterSetManager& rManager, const std::vector<TuningMode>& rBranch)
-    {
-        return rManager.UnloadMode(0, rBranch.data(), static_cast<UINT32>(rBranch.size()));
-    }
-
-    static VOID Release(VOID* pRecord)
-    {
-        TableModule::FromRecord(pRecord)->Release();
-    }
-
-    static UINT32 References(ParameterSetManager& rManager, const std::vector<TuningMode>& rBranch)
-    {
-        return Mode(rManager, rBranch)->GetReferenceCount();
     }
 };
 
@@ -139,112 +115,87 @@ TEST_F(OnDemandTest, ModesAreReadWhenABranchFirstLeadsThere)
 {
     TuningFileMaker maker;
     const UINT32    root   = maker.Table();
-    const UINT32    sensor = maker.Mode(root, Sensor, 1);
-    const UINT32    video  = maker.Mode(sensor, Usecase, 2);
-    const UINT32    zsl    = maker.Mode(sensor, Usecase, 3, video);
-    maker.Alpha(root, 1);
-    maker.Alpha(sensor, 10);
-    maker.Alpha(video, 20);
-    maker.Alpha(zsl, 30);
-    ParameterSetManager manager("cam", smallschema::Modules, Verbose());
-    ASSERT_TRUE(manager.LoadBinaryParameters(Write(maker.Build()))) << log.Text();
+    const UINT32    sensor = maker.AlphaMode(root, Sensor, 1, 10);
+    const UINT32    target = maker.AlphaMode(sensor, Usecase, 2, 20);
+    maker.Alpha(maker.Mode(sensor, Usecase, 3, target), 30);
+    ParameterSetManager&          manager = Open(maker.Build());
+    const std::vector<TuningMode> video   = Branch({{Sensor, 1}, {Usecase, 2}});
     EXPECT_TRUE(IsLoaded(manager, Branch({})));
     EXPECT_TRUE(IsLoaded(manager, Branch({{Sensor, 1}})));
-    EXPECT_FALSE(IsLoaded(manager, Branch({{Sensor, 1}, {Usecase, 2}})));
+    EXPECT_FALSE(IsLoaded(manager, video));
     log.Clear();
 
-    const smallschema::AlphaType* pVideo = Alpha(manager, Branch({{Sensor, 1}, {Usecase, 2}}));
+    smallschema::AlphaType* pVideo = Alpha(manager, video);
     ASSERT_NE(pVideo, nullptr);
     EXPECT_EQ(pVideo->value, 20);
     EXPECT_EQ(pVideo->steps[1], 20.25f);
-    EXPECT_TRUE(IsLoaded(manager, Branch({{Sensor, 1}, {Usecase, 2}})));
+    EXPECT_TRUE(IsLoaded(manager, video));
     EXPECT_TRUE(log.Has("Loading modules (GetModule:Unknown:0.0|1.1|2.2): 0.0|1.1|2.2\n", "V")) << log.Text();
     EXPECT_EQ(log.Count("oading modules"), 1u) << "only this mode was missing";
 
-    UnloadMode(manager, Branch({{Sensor, 1}, {Usecase, 2}}));
+    // Place and ID outlive unloading.
+    const UINT32 id = pVideo->SymbolTableID;
+    EXPECT_EQ(TableModule::FromRecord(pVideo)->GetModified(), 1u);
+    UnloadMode(manager, video);
+    EXPECT_EQ(pVideo->steps, nullptr);
     log.Clear();
     EXPECT_TRUE(LoadMode(manager, Branch({{Sensor, 1}, {Usecase, 3}})));
+    EXPECT_EQ(pVideo->SymbolTableID, id);
+    EXPECT_EQ(pVideo->steps[1], 20.25f);
+    EXPECT_EQ(TableModule::FromRecord(pVideo)->GetModified(), 2u);
     EXPECT_TRUE(log.Has("Loading modules (GetModule:test:0.0|1.1|2.3): 0.0|1.1|2.3->0.0|1.1|2.2\n", "V"));
     EXPECT_FALSE(LoadMode(manager, Branch({{Sensor, 1}, {Usecase, 4}})));
 
     // In between the file is closed: what is in memory needs it no more, what is not cannot be read without it.
     std::filesystem::remove(m_path);
-    UnloadMode(manager, Branch({{Sensor, 1}, {Usecase, 2}}));
+    UnloadMode(manager, video);
     EXPECT_EQ(AlphaValue(manager, Branch({{Sensor, 1}})), 10);
-    EXPECT_EQ(AlphaValue(manager, Branch({{Sensor, 1}, {Usecase, 2}})), -1);
-    EXPECT_TRUE(log.Has("AlphaTypeClass::LoadModule Failed to find module ID (3) in Symbol Table\n"));
+    EXPECT_EQ(AlphaValue(manager, video), -1);
+    EXPECT_TRUE(log.Has("AlphaTypeClass::LoadModule Failed to find module ID (2) in Symbol Table\n"));
     EXPECT_TRUE(log.Has("Failed to load module alpha, path: 0.0|1.1|2.2, skipping\n"));
     EXPECT_TRUE(log.Has("GetModule alpha failed to find a loaded module in 0.0|1.1|2.2, returning null\n"));
-    EXPECT_EQ(References(manager, Branch({{Sensor, 1}, {Usecase, 2}})), 0u);
+    EXPECT_EQ(References(manager, video), 0u);
 }
 
-TEST_F(OnDemandTest, ThePlaceInTheFileAndItsIDsSurviveUnloading)
+TEST_F(OnDemandTest, TheModeUsedLongestAgoMakesRoomUnlessItIsInUse)
 {
-    ParameterSetManager manager("cam", smallschema::Modules, Verbose());
-    ASSERT_TRUE(manager.LoadBinaryParameters(Write(MakeUsecases(2))));
-    smallschema::AlphaType* pRecord = Alpha(manager, UsecaseBranch(2));
-    ASSERT_NE(pRecord, nullptr);
-    EXPECT_EQ(pRecord->SymbolTableID, 3u);
-    EXPECT_EQ(TableModule::FromRecord(pRecord)->GetModified(), 1u);
-    Release(pRecord);
-    ASSERT_TRUE(UnloadMode(manager, UsecaseBranch(2)));
-    EXPECT_EQ(pRecord->steps, nullptr);
-    EXPECT_EQ(Alpha(manager, UsecaseBranch(2)), pRecord);
-    EXPECT_EQ(pRecord->SymbolTableID, 3u);
-    EXPECT_EQ(pRecord->steps[0], 200.5f);
-    EXPECT_EQ(TableModule::FromRecord(pRecord)->GetModified(), 2u);
-}
-
-TEST_F(OnDemandTest, TheModeUsedLongestAgoMakesRoomForANewOne)
-{
-    ParameterSetManager manager("cam", smallschema::Modules, Verbose(6));
-    ASSERT_TRUE(manager.LoadBinaryParameters(Write(MakeUsecases(9))));
-    for (UINT16 usecase = 1; usecase <= 6; ++usecase)
+    using Usecases = std::vector<UINT16>;
+    // Size of the cache, the use case that is held, those that are used, and those in memory then.
+    const std::tuple<const CHAR*, UINT32, UINT16, Usecases, Usecases> cases[] = {
+        {"the oldest goes", 6, 0, {1, 2, 3, 4, 5, 6, 1, 7}, {1, 3, 4, 5, 6, 7}},
+        {"one that is held stays beyond the size", 6, 3, {4, 5, 6, 1, 7, 8, 9}, {1, 3, 5, 6, 7, 8, 9}},
+        {"one that is held is the newest again", 5, 1, {2, 3, 4, 5, 6, 1}, {1, 3, 4, 5, 6}},
+        {"five stay in a smaller cache", 1, 0, {1, 2, 3, 4, 5, 6, 7, 8}, {4, 5, 6, 7, 8}},
+        {"all stay without a cache", 0, 0, {1, 2, 3, 4, 5, 6, 7, 8}, {1, 2, 3, 4, 5, 6, 7, 8}},
+    };
+    for (const auto& [pName, cacheSize, held, used, loaded] : cases)
     {
-        ASSERT_TRUE(LoadMode(manager, UsecaseBranch(usecase)));
+        SCOPED_TRACE(pName);
+        ParameterSetManager&    manager = Open(MakeUsecases(9), cacheSize);
+        smallschema::AlphaType* pHeld   = (held > 0) ? Alpha(manager, UsecaseBranch(held)) : nullptr;
+        for (const UINT16 usecase : used)
+        {
+            ASSERT_TRUE(LoadMode(manager, UsecaseBranch(usecase)));
+        }
+        Usecases inMemory(9);
+        std::iota(inMemory.begin(), inMemory.end(), UINT16{1});
+        std::erase_if(inMemory, [&](UINT16 usecase) { return !IsLoaded(manager, UsecaseBranch(usecase)); });
+        EXPECT_EQ(inMemory, loaded);
+        EXPECT_EQ(Mode(manager, {})->Table->ActiveModes.Count(), (cacheSize > 0) ? loaded.size() : 5u);
+        if (pHeld != nullptr)
+        {
+            EXPECT_EQ(pHeld->steps[0], 100.0f * held + 0.5f);
+            Release(pHeld);
+            LoadMode(manager, UsecaseBranch(used.back()));
+            EXPECT_EQ(IsLoaded(manager, UsecaseBranch(held)), held == used.back());
+        }
     }
-    EXPECT_TRUE(IsLoaded(manager, UsecaseBranch(1)));
-    LoadMode(manager, UsecaseBranch(1));  // now 2 is the oldest
-    log.Clear();
-    LoadMode(manager, UsecaseBranch(7));
     EXPECT_TRUE(log.Has("Unloading modules (GetModule:Unknown:): 0.0|2.2\n", "V")) << log.Text();
-    EXPECT_FALSE(IsLoaded(manager, UsecaseBranch(2)));
-    EXPECT_TRUE(IsLoaded(manager, UsecaseBranch(1)));
-
-    // A mode in use stays, and so does the list for as long as it is in use.
-    smallschema::AlphaType* pThird = Alpha(manager, UsecaseBranch(3));
-    for (const UINT16 usecase : {4, 5, 6, 1, 7, 8, 9})
-    {
-        LoadMode(manager, UsecaseBranch(usecase));
-    }
-    EXPECT_TRUE(IsLoaded(manager, UsecaseBranch(3)));
-    EXPECT_EQ(pThird->value, 300);
-    Release(pThird);
-    EXPECT_TRUE(IsLoaded(manager, UsecaseBranch(3)));
-    LoadMode(manager, UsecaseBranch(9));
-    EXPECT_FALSE(IsLoaded(manager, UsecaseBranch(3)));
-}
-
-TEST_F(OnDemandTest, AHeldModeThatIsUsedAgainTakesThePlaceOfTheOldest)
-{
-    ParameterSetManager manager("cam", smallschema::Modules, Verbose(5));
-    ASSERT_TRUE(manager.LoadBinaryParameters(Write(MakeUsecases(6))));
-    ASSERT_NE(Alpha(manager, UsecaseBranch(1)), nullptr);
-    for (UINT16 usecase = 2; usecase <= 6; ++usecase)
-    {
-        LoadMode(manager, UsecaseBranch(usecase));
-    }
-    EXPECT_TRUE(IsLoaded(manager, UsecaseBranch(2)));
-    LoadMode(manager, UsecaseBranch(1));
-    EXPECT_FALSE(IsLoaded(manager, UsecaseBranch(2)));
-    EXPECT_TRUE(IsLoaded(manager, UsecaseBranch(1)));
-    EXPECT_EQ(Mode(manager, {})->Table->ActiveModes.Count(), 5u);
 }
 
 TEST_F(OnDemandTest, AnEvictedModeCountsNobody)
 {
-    ParameterSetManager manager("cam", smallschema::Modules, Verbose(5));
-    ASSERT_TRUE(manager.LoadBinaryParameters(Write(MakeUsecases(6))));
+    ParameterSetManager& manager = Open(MakeUsecases(6), 5);
     ASSERT_NE(Alpha(manager, UsecaseBranch(1)), nullptr);
     // The reference stays with a module that the mode does not own, so that nothing keeps the mode.
     auto pUpdate = std::make_unique<ParameterSetManager>("update", smallschema::Modules, Verbose());
@@ -260,27 +211,10 @@ TEST_F(OnDemandTest, AnEvictedModeCountsNobody)
     EXPECT_EQ(References(manager, UsecaseBranch(1)), 0u);
 }
 
-TEST_F(OnDemandTest, FiveModesStayEvenInASmallCacheAndAllWithoutOne)
-{
-    for (const UINT32 cacheSize : {1u, 0u})
-    {
-        ParameterSetManager manager("cam", smallschema::Modules, Verbose(cacheSize));
-        ASSERT_TRUE(manager.LoadBinaryParameters(Write(MakeUsecases(8))));
-        for (UINT16 usecase = 1; usecase <= 8; ++usecase)
-        {
-            LoadMode(manager, UsecaseBranch(usecase));
-        }
-        EXPECT_TRUE(IsLoaded(manager, UsecaseBranch(4)));
-        EXPECT_EQ(IsLoaded(manager, UsecaseBranch(3)), cacheSize == 0);
-        EXPECT_EQ(Mode(manager, {})->Table->ActiveModes.Count(), 5u);
-    }
-}
-
 TEST_F(OnDemandTest, ReferencesAreTakenBeforeTheyAreGivenBack)
 {
-    ParameterSetManager manager("cam", smallschema::Modules, Verbose());
-    ASSERT_TRUE(manager.LoadBinaryParameters(Write(MakeUsecases(2))));
-    smallschema::AlphaType* pFirst = Alpha(manager, UsecaseBranch(1));
+    ParameterSetManager&    manager = Open(MakeUsecases(2));
+    smallschema::AlphaType* pFirst  = Alpha(manager, UsecaseBranch(1));
     EXPECT_EQ(References(manager, UsecaseBranch(1)), 1u);
     EXPECT_EQ(Alpha(manager, UsecaseBranch(1), pFirst), pFirst);
     EXPECT_EQ(References(manager, UsecaseBranch(1)), 1u);
@@ -300,12 +234,11 @@ TEST_F(OnDemandTest, ReferencesAreTakenBeforeTheyAreGivenBack)
         nullptr);
     EXPECT_EQ(References(manager, UsecaseBranch(1)), 0u);
 
-    PList<ParameterModule*>       modules;
-    const std::vector<TuningMode> branch = UsecaseBranch(2);
-    manager.GetModules(0, modules, branch.data(), 2, true, true, nullptr);
-    EXPECT_EQ(References(manager, branch), 1u);
+    PList<ParameterModule*> modules;
+    manager.GetModules(0, modules, UsecaseBranch(2).data(), 2, true, true, nullptr);
+    EXPECT_EQ(References(manager, UsecaseBranch(2)), 1u);
     manager.ReleaseModules(modules);
-    EXPECT_EQ(References(manager, branch), 0u);
+    EXPECT_EQ(References(manager, UsecaseBranch(2)), 0u);
     EXPECT_EQ(modules.Count(), 0u);
 }
 
@@ -315,8 +248,7 @@ TEST_F(OnDemandTest, ReferencesThatFitNoModeChangeNoCount)
     const UINT32    root  = maker.Table();
     const UINT32    video = maker.Mode(root, Usecase, 2);
     maker.Same("alpha", maker.Mode(root, Usecase, 3), maker.Alpha(video, 5));
-    ParameterSetManager manager("cam", smallschema::Modules, Verbose());
-    ASSERT_TRUE(manager.LoadBinaryParameters(Write(maker.Build())));
+    ParameterSetManager&    manager = Open(maker.Build());
     smallschema::AlphaType* pRecord = Alpha(manager, UsecaseBranch(3));
     ASSERT_NE(pRecord, nullptr);
     ParameterModule* pModule = TableModule::FromRecord(pRecord);
@@ -342,8 +274,7 @@ TEST_F(OnDemandTest, ReferencesThatFitNoModeChangeNoCount)
 
 TEST_F(OnDemandTest, ACountThatIsNeverGivenBackStopsAtItsTop)
 {
-    ParameterSetManager manager("cam", smallschema::Modules, Verbose());
-    ASSERT_TRUE(manager.LoadBinaryParameters(Write(MakeUsecases(1))));
+    ParameterSetManager&    manager = Open(MakeUsecases(1));
     smallschema::AlphaType* pRecord = Alpha(manager, UsecaseBranch(1));
     ModeEntry*              pMode   = Mode(manager, UsecaseBranch(1));
     pMode->ModuleMap[0].RefCount    = std::numeric_limits<INT32>::max() - 1;
@@ -358,18 +289,15 @@ TEST_F(OnDemandTest, UnloadingOnRequestTakesTheLastModeOnly)
 {
     TuningFileMaker maker;
     const UINT32    root  = maker.Table("one");
-    const UINT32    video = maker.Mode(root, Usecase, 2);
-    const UINT32    night = maker.Mode(video, Scene, 5);
+    const UINT32    video = maker.AlphaMode(root, Usecase, 2, 2);
+    maker.AlphaMode(video, Scene, 5, 3);
     const UINT32 kept = maker.Mode(root, Usecase, 3, BinaryFileFormat::NoLink, 0, BinaryFileFormat::PreserveModeFlag);
     maker.Table("two");
     maker.Alpha(root, 1);
-    maker.Alpha(video, 2);
-    maker.Alpha(night, 3);
     maker.Alpha(kept, 4);
-    ParameterSetManager manager("cam", smallschema::Modules, Verbose());
-    ASSERT_TRUE(manager.LoadBinaryParameters(Write(maker.Build())));
-    const std::vector<TuningMode> branch = Branch({{Usecase, 2}, {Scene, 5}});
-    smallschema::AlphaType*       pNight = Alpha(manager, branch);
+    ParameterSetManager&          manager = Open(maker.Build());
+    const std::vector<TuningMode> branch  = Branch({{Usecase, 2}, {Scene, 5}});
+    smallschema::AlphaType*       pNight  = Alpha(manager, branch);
     ASSERT_NE(pNight, nullptr);
 
     EXPECT_FALSE(UnloadMode(manager, Branch({{Usecase, 2}, {Scene, 6}})));
@@ -401,8 +329,7 @@ TEST_F(OnDemandTest, ASharedModuleComesBackAfterItsOwnerWasUnloaded)
     const UINT32    video = maker.Mode(root, Usecase, 2);
     const UINT32    zsl   = maker.Mode(root, Usecase, 3);
     maker.Same("alpha", zsl, maker.Alpha(video, 5));
-    ParameterSetManager manager("cam", smallschema::Modules, Verbose());
-    ASSERT_TRUE(manager.LoadBinaryParameters(Write(maker.Build())));
+    ParameterSetManager&    manager = Open(maker.Build());
     smallschema::AlphaType* pRecord = Alpha(manager, Branch({{Usecase, 3}}));
     ASSERT_NE(pRecord, nullptr);
     EXPECT_EQ(References(manager, Branch({{Usecase, 2}})), 1u);
@@ -423,8 +350,7 @@ TEST_F(OnDemandTest, ASharedModuleComesBackAfterItsOwnerWasUnloaded)
 
 TEST_F(OnDemandTest, ASharedModuleThatAFetchReadsAgainGoesWithItsOwner)
 {
-    ParameterSetManager manager("cam", smallschema::Modules, Verbose(5));
-    ASSERT_TRUE(manager.LoadBinaryParameters(Write(MakePairAndOthers())));
+    ParameterSetManager&    manager = Open(MakePairAndOthers(), 5);
     smallschema::AlphaType* pRecord = Alpha(manager, UsecaseBranch(2));
     for (int turn = 0; turn < 2; ++turn)
     {
@@ -443,20 +369,14 @@ TEST_F(OnDemandTest, NobodyWaitsForAModeThatIsBeingLoaded)
 {
     // The mode that is loaded slowly is in the list since another one that shares its module was used, and it is the
     // next to go.
-    ParameterSetManager manager("cam", smallschema::Modules, Verbose(5));
-    ASSERT_TRUE(manager.LoadBinaryParameters(Write(MakePairAndOthers())));
+    ParameterSetManager& manager = Open(MakePairAndOthers(), 5);
     for (const UINT16 usecase : {2, 3, 4, 5, 6})
     {
         ASSERT_TRUE(LoadMode(manager, UsecaseBranch(usecase)));
     }
     smallschema::AlphaType* pHeld = Alpha(manager, UsecaseBranch(3));
     HeldUpLoad              holdUp;
-    std::thread             tool(
-        [&]
-        {
-            const std::vector<TuningMode> branch = UsecaseBranch(1);
-            EXPECT_TRUE(manager.LoadMode(0, branch.data(), static_cast<UINT32>(branch.size()), "slow"));
-        });
+    std::thread             tool([&] { EXPECT_TRUE(LoadMode(manager, UsecaseBranch(1), "slow")); });
     holdUp.WaitUntilHeld();
     const std::future<VOID> camera =
         std::async(std::launch::async,
@@ -478,8 +398,7 @@ TEST_F(OnDemandTest, NobodyWaitsForAModeThatIsBeingLoaded)
 
 TEST_F(OnDemandTest, AFetchOfWhatIsLoadedTakesNoLock)
 {
-    ParameterSetManager manager("cam", smallschema::Modules, Verbose());
-    ASSERT_TRUE(manager.LoadBinaryParameters(Write(MakeUsecases(2))));
+    ParameterSetManager&    manager = Open(MakeUsecases(2));
     smallschema::AlphaType* pRecord = Alpha(manager, UsecaseBranch(1));
     ModeEntry*              pMode   = Mode(manager, UsecaseBranch(1));
     std::future<VOID>       camera;
@@ -504,28 +423,21 @@ TEST_F(OnDemandTest, AFetchOfWhatIsLoadedTakesNoLock)
 
 TEST_F(OnDemandTest, ATableMayHaveANameAndNoModes)
 {
-    for (const bool hasModule : {false, true})
-    {
-        TuningFileMaker maker;
-        maker.Alpha(maker.Table("main"), 1);
-        maker.builder.AddModeTable("empty");
-        if (hasModule)
-        {
-            maker.Alpha(0x01000000, 2);  // mode 0 of the table
-        }
-        ParameterSetManager manager("cam", smallschema::Modules, Verbose());
-        EXPECT_EQ(manager.LoadBinaryParameters(Write(maker.Build())), !hasModule);
-        EXPECT_EQ(manager.GetErrorText(), hasModule ? "AddModule: RootMode is nullptr" : "");
-        if (!hasModule)
-        {
-            EXPECT_FALSE(manager.LoadMode(1, nullptr, 0, nullptr));
-            EXPECT_FALSE(manager.UnloadMode(1, nullptr, 0));
-            EXPECT_EQ(manager.GetErrorText(), "UnloadMode root mode is nullptr");
-            EXPECT_EQ(manager.GetModeEntry(1, nullptr, 0), nullptr);
-            EXPECT_EQ(manager.GetModuleInternal(1, "alpha", nullptr, 0, nullptr), nullptr);
-            EXPECT_TRUE(log.Has("GetModule(alpha) Uninitialized Set Manager. "));
-        }
-    }
+    TuningFileMaker maker;
+    maker.Alpha(maker.Table("main"), 1);
+    maker.builder.AddModeTable("empty");
+    ParameterSetManager& manager = Open(maker.Build());
+    EXPECT_FALSE(manager.LoadMode(1, nullptr, 0, nullptr));
+    EXPECT_FALSE(manager.UnloadMode(1, nullptr, 0));
+    EXPECT_EQ(manager.GetErrorText(), "UnloadMode root mode is nullptr");
+    EXPECT_EQ(manager.GetModeEntry(1, nullptr, 0), nullptr);
+    EXPECT_EQ(manager.GetModuleInternal(1, "alpha", nullptr, 0, nullptr), nullptr);
+    EXPECT_TRUE(log.Has("GetModule(alpha) Uninitialized Set Manager. "));
+
+    maker.Alpha(0x01000000, 2);  // mode 0 of the table
+    ParameterSetManager other("cam", smallschema::Modules, Verbose());
+    EXPECT_FALSE(other.LoadBinaryParameters(Write(maker.Build())));
+    EXPECT_EQ(other.GetErrorText(), "AddModule: RootMode is nullptr");
 }
 
 TEST_F(OnDemandTest, InBufferModeThereIsNothingToLoadOrUnload)
@@ -613,24 +525,14 @@ TEST_F(OnDemandTest, AFileThatChangedIsReadNoMoreAndSaidOnce)
 
 TEST_F(OnDemandTest, WhatIsWrittenOverDuringALoadDoesNotCount)
 {
-    ParameterSetManager manager("cam", smallschema::Modules, Verbose());
-    ASSERT_TRUE(manager.LoadBinaryParameters(Write(MakeUsecases(2))));
+    ParameterSetManager& manager = Open(MakeUsecases(2));
     std::filesystem::last_write_time(m_path, std::filesystem::last_write_time(m_path) - std::chrono::seconds(2));
     ASSERT_TRUE(manager.ReloadBinaryParameters(false));
     HeldUpLoad        holdUp;
-    std::future<bool> load = std::async(std::launch::async,
-                                        [&]
-                                        {
-                                            const std::vector<TuningMode> branch = UsecaseBranch(2);
-                                            return manager.LoadMode(0, branch.data(), 2, "slow");
-                                        });
+    std::future<bool> load =
+        std::async(std::launch::async, [&] { return LoadMode(manager, UsecaseBranch(2), "slow"); });
     holdUp.WaitUntilHeld();
-    TuningFileMaker maker;
-    const UINT32    root = maker.Table();
-    maker.Alpha(root, 1);
-    maker.Alpha(maker.Mode(root, Usecase, 1), 100);
-    maker.Alpha(maker.Mode(root, Usecase, 2), 999);
-    (VOID) Write(maker.Build());
+    (VOID) Write(MakeUsecases(2, 300));
     holdUp.Release();
     EXPECT_FALSE(load.get());
     EXPECT_EQ(AlphaValue(manager, UsecaseBranch(2)), -1);
@@ -666,9 +568,8 @@ TEST_F(OnDemandTest, ThreadsSeeTheirRecordsWhateverIsEvictedMeanwhile)
         threads.emplace_back(
             [&, thread]
             {
-                const std::vector<TuningMode> keptBranch = UsecaseBranch(Kept);
-                smallschema::AlphaType*       pPrevious  = nullptr;
-                UINT32                        state      = thread + 1;
+                smallschema::AlphaType* pPrevious = nullptr;
+                UINT32                  state     = thread + 1;
                 for (UINT32 round = 0; round < 2000; ++round)
                 {
                     state                = state * 1664525 + 1013904223;
@@ -680,8 +581,7 @@ TEST_F(OnDemandTest, ThreadsSeeTheirRecordsWhateverIsEvictedMeanwhile)
                     {
                         ++wrong;
                     }
-                    const auto* pKept = static_cast<smallschema::AlphaType*>(manager.KeepModuleRecord(
-                        "alpha", namehash::OfName("alpha"), keptBranch.data(), static_cast<UINT32>(keptBranch.size())));
+                    const auto* pKept = KeepAlpha(manager, UsecaseBranch(Kept));
                     wrong += (pKept != nullptr && pKept->steps[1] == 100 * Kept + 0.25f) ? 0 : 1;
                     pPrevious = (round % 2 == 0) ? nullptr : pRecord;
                     if (round % 2 == 0)

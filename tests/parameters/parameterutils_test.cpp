@@ -12,7 +12,6 @@
 #include "parameters/parameterlogging.h"
 #include "parameters/parsercrc.h"
 #include "parameters/plist.h"
-#include "parameters/versionunion.h"
 #include "platform/tavocommonutils.h"
 #include "tests/support/bytewriter.h"
 #include "tests/support/systemlogcapture.h"
@@ -117,33 +116,6 @@ TEST(StringToDouble, TellsNumbersFromText)
     EXPECT_EQ(ParameterUtils::StringToDouble(std::string(400, '0').c_str(), valid), 0.0);
 }
 
-TEST(GetVariable, TakesOneComponentOfAPath)
-{
-    const std::tuple<const CHAR*, const CHAR*, UINT32, UINT32> cases[] = {
-        {"hybridHDR.switchRatio", "hybridHDR", 0xFFFFFFFF, 10},
-        {"trigger2Data[3].end", "trigger2Data", 3, 16},
-        {"end", "end", 0xFFFFFFFF, 3},
-        {"a[12]", "a", 12, 5},
-        {"a[]", "a", 0xFFFFFFFF, 3},
-        {"a[", "a[", 0xFFFFFFFF, 2},
-        {"a[9999999999999]", "a", 999999999, 16},
-        {"", "", 0xFFFFFFFF, 0},
-    };
-    for (const auto& [pPath, pName, expectedIndex, consumed] : cases)
-    {
-        CHAR   name[32];
-        UINT32 index = 0xFFFFFFFF;
-        EXPECT_EQ(ParameterUtils::GetVariable(pPath, name, index, sizeof(name)), consumed) << pPath;
-        EXPECT_STREQ(name, pName);
-        EXPECT_EQ(index, expectedIndex) << pPath;
-    }
-    CHAR              shortName[4];
-    UINT32            index = 0;
-    const std::string longPath(500, 'x');
-    EXPECT_EQ(ParameterUtils::GetVariable(longPath.c_str(), shortName, index, sizeof(shortName)), 128U);
-    EXPECT_STREQ(shortName, "xxx");
-}
-
 TEST(Text, IsCopiedAndAppendedWithinBounds)
 {
     CHAR out[5];
@@ -202,11 +174,6 @@ TEST(Checksums, AreThoseOfTheFilesInTheFieldAndGuardThem)
     EXPECT_EQ(ParserCRC32::GetCRC(reinterpret_cast<const BYTE*>(pDigits), 9, 0), 0xCBF43926U);
     EXPECT_EQ(ParserCRC32::GetCRC(nullptr, 0, 77), 77U);
     EXPECT_EQ(ParserCRC64::GetCRC(pDigits, 9, true, 0), 0xAB8C87CA648D9480ULL);
-    EXPECT_EQ(ParserCRC64::GetCRC(pDigits, 9, false, 0), 0xB86883E6FA710A9FULL);
-
-    // The sum may be taken in parts.
-    const UINT32 first = ParserCRC32::GetCRC(reinterpret_cast<const BYTE*>(pDigits), 4, 0);
-    EXPECT_EQ(ParserCRC32::GetCRC(reinterpret_cast<const BYTE*>(pDigits) + 4, 5, first), 0xCBF43926U);
 
     // They guard the whole file.
     SystemLogCapture  log;
@@ -218,16 +185,6 @@ TEST(Checksums, AreThoseOfTheFilesInTheFieldAndGuardThem)
     EXPECT_FALSE(ParserCRC32::Validate(bytes.data(), 4, nullptr));
     EXPECT_FALSE(ParserCRC64::Validate(bytes.data(), 8, true, nullptr));
     EXPECT_EQ(log.Count("Binary file CRC validation failed. Buffer too small\n", "E"), 2U);
-}
-
-TEST(VersionUnion, OrdersByMajorThenMinorThenPatch)
-{
-    const VersionUnion base(6, 1, 70000);
-    EXPECT_GT(VersionUnion(7, 0, 0), base);
-    EXPECT_LT(VersionUnion(6, 0, 0xFFFFFFFF), base);
-    EXPECT_LE(base, base);
-    EXPECT_EQ(base.Compare(VersionUnion(6, 1, 70001)), -1);
-    EXPECT_EQ(base.Value, 6ULL | (1ULL << 16) | (70000ULL << 32));
 }
 
 TEST(ReadField, TakesSlotsAndNeverLooksBehindTheEnd)

@@ -16,14 +16,17 @@ protected:
         TuningFileMaker maker;
         const UINT32    root = maker.Table();
         maker.Alpha(root, value);
-        maker.Alpha(maker.Mode(root, Usecase, 2), value + 1);
-        maker.Alpha(maker.Mode(root, Usecase, 3), value + 2);
+        maker.AlphaMode(root, Usecase, 2, value + 1);
+        maker.AlphaMode(root, Usecase, 3, value + 2);
         return maker.Build();
     }
 
-    static UINT32 References(ParameterSetManager& rManager, UINT16 usecase)
+    /// A manager of the file, to update another one with.
+    static std::unique_ptr<ParameterSetManager> Update(const ParameterFile& rFile)
     {
-        return Mode(rManager, Branch({{Usecase, usecase}}))->GetReferenceCount();
+        auto pUpdate = std::make_unique<ParameterSetManager>("update", smallschema::Modules, Verbose());
+        EXPECT_TRUE(LoadBuffer(*pUpdate, rFile));
+        return pUpdate;
     }
 
     const std::vector<TuningMode> video = Branch({{Usecase, 2}});
@@ -69,8 +72,8 @@ TEST_F(ReloadTest, ReferenceCountsCarryOverBetweenEqualLayouts)
     Alpha(manager, video);
     Alpha(manager, video);
     ASSERT_TRUE(manager.ReloadBinaryParameters(false));
-    EXPECT_EQ(References(manager, 2), 2u);
-    EXPECT_EQ(References(manager, 3), 0u);
+    EXPECT_EQ(References(manager, video), 2u);
+    EXPECT_EQ(References(manager, Branch({{Usecase, 3}})), 0u);
 
     // Another module in the place of the first one: the counts of that mode are left behind.
     TuningFileMaker maker;
@@ -82,7 +85,7 @@ TEST_F(ReloadTest, ReferenceCountsCarryOverBetweenEqualLayouts)
     maker.Alpha(usecase, 3);
     Write(maker.Build());
     ASSERT_TRUE(manager.ReloadBinaryParameters(false));
-    EXPECT_EQ(References(manager, 2), 0u);
+    EXPECT_EQ(References(manager, video), 0u);
     EXPECT_TRUE(
         log.Has("ReloadBinaryParameters: Failed to transfer reference counts, current module name (beta) does not "
                 "match prev name (alpha) in mode index 1\n",
@@ -92,30 +95,25 @@ TEST_F(ReloadTest, ReferenceCountsCarryOverBetweenEqualLayouts)
 TEST_F(ReloadTest, AModuleThatIsKeptCountsOnceOverFetchesAndReloads)
 {
     ParameterSetManager& manager = Open(MakeFile(10), 5);
-    const auto           keep    = [&]
-    {
-        return static_cast<smallschema::AlphaType*>(manager.KeepModuleRecord(
-            "alpha", namehash::OfName("alpha"), video.data(), static_cast<UINT32>(video.size())));
-    };
     for (int reload = 0; reload < 3; ++reload)
     {
-        smallschema::AlphaType* pRecord = keep();
+        smallschema::AlphaType* pRecord = KeepAlpha(manager, video);
         ASSERT_NE(pRecord, nullptr);
         EXPECT_EQ(pRecord->value, 11);
-        EXPECT_EQ(keep(), pRecord);
-        EXPECT_EQ(References(manager, 2), 1u) << "reload " << reload;
+        EXPECT_EQ(KeepAlpha(manager, video), pRecord);
+        EXPECT_EQ(References(manager, video), 1u) << "reload " << reload;
         // What another user takes beside it and gives back, leaves it in place.
         EXPECT_EQ(Alpha(manager, video), pRecord);
-        TableModule::FromRecord(pRecord)->Release();
+        Release(pRecord);
         EXPECT_TRUE(Mode(manager, video)->IsActive());
         ASSERT_TRUE(manager.ReloadBinaryParameters(false));
     }
 
     // A mode that is unloaded on request counts nobody, and the next fetch counts again.
-    ASSERT_TRUE(manager.UnloadMode(0, video.data(), static_cast<UINT32>(video.size())));
+    ASSERT_TRUE(UnloadMode(manager, video));
     EXPECT_FALSE(Mode(manager, video)->IsActive());
-    keep();
-    EXPECT_EQ(References(manager, 2), 1u);
+    KeepAlpha(manager, video);
+    EXPECT_EQ(References(manager, video), 1u);
 }
 
 TEST_F(ReloadTest, AFailedReloadLeavesNothingAndCanBeTriedAgain)
@@ -168,13 +166,12 @@ TEST_F(ReloadTest, AnUpdateReplacesModulesWhereTheTreesAgree)
         TuningFileMaker maker;
         const UINT32    root = maker.Table();
         maker.Beta(root, 50);
-        maker.Alpha(maker.Mode(root, Usecase, 2), 60);
-        maker.Alpha(maker.Mode(root, Usecase, 9), 70);
+        maker.AlphaMode(root, Usecase, 2, 60);
+        maker.AlphaMode(root, Usecase, 9, 70);
         const std::string updatePath = m_path + ".update";
         maker.Build().WriteTo(updatePath);
         auto pUpdate = std::make_unique<ParameterSetManager>("update", smallschema::Modules, Verbose());
         ASSERT_TRUE(fileMode ? pUpdate->LoadBinaryParameters(updatePath.c_str()) : LoadBuffer(*pUpdate, maker.Build()));
-
         ASSERT_TRUE(manager.UpdateParameters(std::move(pUpdate))) << log.Text();
         EXPECT_EQ(AlphaValue(manager, video), 60);
         EXPECT_EQ(BetaValue(manager, {}), 50);
@@ -185,7 +182,7 @@ TEST_F(ReloadTest, AnUpdateReplacesModulesWhereTheTreesAgree)
         EXPECT_EQ(pOld->steps[0], 11.5f);
 
         // Loading and unloading of the mode goes on around the new module.
-        EXPECT_TRUE(manager.UnloadMode(0, video.data(), 2));
+        EXPECT_TRUE(UnloadMode(manager, video));
         EXPECT_EQ(AlphaValue(manager, video), 60);
         smallschema::AlphaType* pUpdated = Alpha(manager, video);
 
@@ -207,18 +204,15 @@ TEST_F(ReloadTest, UpdatedModulesAreNeverEvicted)
         const UINT32    root = maker.Table();
         for (UINT16 usecase = 1; usecase <= Usecases; ++usecase)
         {
-            maker.Alpha(maker.Mode(root, Usecase, usecase), value + usecase);
+            maker.AlphaMode(root, Usecase, usecase, value + usecase);
         }
         return maker.Build();
     };
     ParameterSetManager& manager = Open(make(10), 1);
-    auto                 pUpdate = std::make_unique<ParameterSetManager>("update", smallschema::Modules, Verbose());
-    ASSERT_TRUE(LoadBuffer(*pUpdate, make(20)));
-    ASSERT_TRUE(manager.UpdateParameters(std::move(pUpdate)));
+    ASSERT_TRUE(manager.UpdateParameters(Update(make(20))));
     for (UINT16 usecase = 1; usecase <= Usecases; ++usecase)
     {
-        const std::vector<TuningMode> branch = Branch({{Usecase, usecase}});
-        EXPECT_TRUE(manager.LoadMode(0, branch.data(), 2, nullptr));
+        EXPECT_TRUE(LoadMode(manager, Branch({{Usecase, usecase}})));
     }
     for (UINT16 usecase = 1; usecase <= Usecases; ++usecase)
     {
@@ -239,9 +233,7 @@ TEST_F(ReloadTest, AnUpdateNeedsTablesOfTheSameName)
     {
         TuningFileMaker maker;
         maker.Alpha(maker.Table(rName), 9);
-        auto pOther = std::make_unique<ParameterSetManager>("other", smallschema::Modules, Verbose());
-        EXPECT_TRUE(LoadBuffer(*pOther, maker.Build()));
-        return pOther;
+        return Update(maker.Build());
     };
     EXPECT_FALSE(manager.UpdateParameters(make("rear")));
     EXPECT_EQ(manager.GetErrorText(),
@@ -260,12 +252,9 @@ TEST_F(ReloadTest, AnUpdateFromOrToATableWithoutModesChangesNothing)
     for (const auto& [mine, others] :
          {std::pair{MakeFile(10), empty.Build()}, {empty.Build(), MakeFile(20)}, {empty.Build(), empty.Build()}})
     {
-        ParameterSetManager manager("cam", smallschema::Modules, Verbose());
-        ASSERT_TRUE(LoadBuffer(manager, mine));
-        const INT32 before = AlphaValue(manager, video);
-        auto        pOther = std::make_unique<ParameterSetManager>("other", smallschema::Modules, Verbose());
-        ASSERT_TRUE(LoadBuffer(*pOther, others));
-        EXPECT_TRUE(manager.UpdateParameters(std::move(pOther)));
+        ParameterSetManager& manager = OpenBuffer(mine);
+        const INT32          before  = AlphaValue(manager, video);
+        EXPECT_TRUE(manager.UpdateParameters(Update(others)));
         EXPECT_EQ(AlphaValue(manager, video), before);
     }
 }
@@ -278,8 +267,8 @@ TEST_F(ReloadTest, ADerivedManagerHasAllDoneByItsMain)
         const UINT32    front = maker.Table("front");
         const UINT32    back  = maker.Table("back");
         maker.Beta(front, value);
-        maker.Alpha(maker.Mode(front, Usecase, 2), value + 1);
-        maker.Alpha(maker.Mode(back, Usecase, 2), value + 2);
+        maker.AlphaMode(front, Usecase, 2, value + 1);
+        maker.AlphaMode(back, Usecase, 2, value + 2);
         return maker.Build();
     };
     SteppedManager manager("cam", smallschema::Modules, Verbose());
@@ -290,19 +279,17 @@ TEST_F(ReloadTest, ADerivedManagerHasAllDoneByItsMain)
     EXPECT_EQ(manager.GetErrorText(), "Binary file already loaded");
 
     // Its own table, whatever index is named.
-    EXPECT_TRUE(derived.LoadMode(0, video.data(), 2, nullptr));
+    EXPECT_TRUE(LoadMode(derived, video));
     EXPECT_FALSE(Mode(manager, video, 0)->Loaded);
     EXPECT_TRUE(Mode(manager, video, 1)->Loaded);
-    EXPECT_TRUE(derived.UnloadMode(0, video.data(), 2));
+    EXPECT_TRUE(UnloadMode(derived, video));
     EXPECT_FALSE(Mode(manager, video, 1)->Loaded);
 
     Write(make(20));
     ASSERT_TRUE(derived.ReloadBinaryParameters(false));
     EXPECT_EQ(AlphaValue(manager, video), 21);
     EXPECT_EQ(AlphaValue(derived, video), 22);
-    auto pOther = std::make_unique<ParameterSetManager>("other", smallschema::Modules, Verbose());
-    ASSERT_TRUE(LoadBuffer(*pOther, make(30)));
-    EXPECT_TRUE(derived.UpdateParameters(std::move(pOther)));
+    EXPECT_TRUE(derived.UpdateParameters(Update(make(30))));
     EXPECT_EQ(AlphaValue(manager, video), 31);
 
     Write(make(40));

@@ -13,7 +13,7 @@ ParameterFile MakeTwoModes()
     TuningFileMaker maker;
     const UINT32    root = maker.Table("main");
     maker.Alpha(root, 1);
-    maker.Alpha(maker.Mode(root, Usecase, 2), 2);
+    maker.AlphaMode(root, Usecase, 2, 2);
     return maker.Build();
 }
 
@@ -159,19 +159,19 @@ TEST_F(SetManagerTest, OldFilesAreReadAsFarAsTheirModeTree)
         const UINT32    root = maker.Table("main");
         maker.Mode(root, Usecase, 2, BinaryFileFormat::NoLink, 0, BinaryFileFormat::PreserveModeFlag);
         maker.Mode(root, Usecase, 3, 1);
-        ParameterSetManager manager("cam", smallschema::Modules, Verbose());
-        const std::string   version =
-            std::to_string(rVersion.Version.Major) + "." + std::to_string(rVersion.Version.Minor);
-        ASSERT_TRUE(LoadBuffer(manager, maker.Build())) << version << "\n" << log.Text();
-        EXPECT_EQ(manager.GetErrorText(), "") << version;
+        SCOPED_TRACE(rVersion.Value);
+        ParameterSetManager& manager = OpenBuffer(maker.Build());
+        EXPECT_EQ(manager.GetErrorText(), "");
+        const bool hasTag = rVersion > VersionUnion(1, 0, 1);
+        EXPECT_STREQ(manager.GetLoggingIdentifier(), hasTag ? "cam;BinaryTag=test tuning" : "cam;BinaryTag=");
         ModeEntry* pVideo = Mode(manager, Branch({{Usecase, 2}}));
         ModeEntry* pZsl   = Mode(manager, Branch({{Usecase, 3}}));
-        ASSERT_TRUE(pVideo != nullptr && pZsl != nullptr) << version;
-        EXPECT_EQ(pVideo->Preserve, rVersion >= BinaryFileFormat::ModeFlagsVersion) << version;
-        EXPECT_EQ(pZsl->Target() == pVideo, rVersion >= BinaryFileFormat::LinkVersion) << version;
+        ASSERT_TRUE(pVideo != nullptr && pZsl != nullptr);
+        EXPECT_EQ(pVideo->Preserve, rVersion >= BinaryFileFormat::ModeFlagsVersion);
+        EXPECT_EQ(pZsl->Target() == pVideo, rVersion >= BinaryFileFormat::LinkVersion);
         PList<const CHAR*> names;
         manager.GetModeTableNames(names);
-        EXPECT_STREQ(names[0], (rVersion >= BinaryFileFormat::DataTableVersion) ? "main" : "") << version;
+        EXPECT_STREQ(names[0], (rVersion >= BinaryFileFormat::DataTableVersion) ? "main" : "");
     }
 }
 
@@ -186,10 +186,8 @@ TEST_F(SetManagerTest, ModesWithTheSameDataShareOneRecord)
     maker.Alpha(zsl, 7);
     // Another module may name the same block as its own; it gets an instance of its own all the same.
     maker.Same("beta", root, alpha);
-    ParameterSetManager manager("cam", smallschema::Modules, Verbose());
-    ASSERT_TRUE(LoadBuffer(manager, maker.Build())) << log.Text();
-
-    smallschema::AlphaType* pRoot = Alpha(manager, {});
+    ParameterSetManager&    manager = OpenBuffer(maker.Build());
+    smallschema::AlphaType* pRoot   = Alpha(manager, {});
     ASSERT_NE(pRoot, nullptr);
     EXPECT_EQ(Alpha(manager, Branch({{Usecase, 2}})), pRoot);
     EXPECT_NE(Alpha(manager, Branch({{Usecase, 3}})), pRoot);

@@ -97,6 +97,14 @@ public:
                                group, link, flags);
     }
 
+    /// A new mode with an alpha. @return the mode's ID
+    UINT32 AlphaMode(UINT32 parent, ModeType mode, UINT16 subMode, INT32 value)
+    {
+        const UINT32 id = Mode(parent, mode, subMode);
+        Alpha(id, value);
+        return id;
+    }
+
     /// @return the entry ID
     UINT32 Alpha(UINT32 mode, INT32 value)
     {
@@ -162,6 +170,14 @@ protected:
         return rManager;
     }
 
+    /// A manager that has the file's bytes in memory; it lives as long as the test.
+    ParameterSetManager& OpenBuffer(const ParameterFile& rFile)
+    {
+        ParameterSetManager& rManager = m_managers.emplace_back("cam", smallschema::Modules, Verbose());
+        EXPECT_TRUE(LoadBuffer(rManager, rFile)) << log.Text();
+        return rManager;
+    }
+
     static bool LoadBuffer(ParameterSetManager& rManager, const ParameterFile& rFile)
     {
         return rManager.LoadBinaryParameters(rFile.bytes.data(), rFile.bytes.size());
@@ -197,6 +213,39 @@ protected:
     static ModeEntry* Mode(ParameterSetManager& rManager, const std::vector<TuningMode>& rBranch, BYTE table = 0)
     {
         return rManager.GetModeEntry(table, rBranch.data(), static_cast<UINT32>(rBranch.size()));
+    }
+
+    static bool LoadMode(ParameterSetManager& rManager, const std::vector<TuningMode>& rBranch,
+                         const CHAR* pReason = "test")
+    {
+        return rManager.LoadMode(0, rBranch.data(), static_cast<UINT32>(rBranch.size()), pReason);
+    }
+
+    static bool UnloadMode(ParameterSetManager& rManager, const std::vector<TuningMode>& rBranch)
+    {
+        return rManager.UnloadMode(0, rBranch.data(), static_cast<UINT32>(rBranch.size()));
+    }
+
+    static bool IsLoaded(ParameterSetManager& rManager, const std::vector<TuningMode>& rBranch)
+    {
+        return Mode(rManager, rBranch)->Loaded;
+    }
+
+    static UINT32 References(ParameterSetManager& rManager, const std::vector<TuningMode>& rBranch)
+    {
+        return Mode(rManager, rBranch)->GetReferenceCount();
+    }
+
+    /// Fetches the alpha as a user does that never gives it back.
+    static smallschema::AlphaType* KeepAlpha(ParameterSetManager& rManager, const std::vector<TuningMode>& rBranch)
+    {
+        return static_cast<smallschema::AlphaType*>(rManager.KeepModuleRecord(
+            "alpha", namehash::OfName("alpha"), rBranch.data(), static_cast<UINT32>(rBranch.size())));
+    }
+
+    static VOID Release(VOID* pRecord)
+    {
+        TableModule::FromRecord(pRecord)->Release();
     }
 
     SystemLogCapture  log;

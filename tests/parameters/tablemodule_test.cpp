@@ -8,27 +8,7 @@ namespace
 
 using enum ModeType;
 
-ParameterFile MakeAlpha(INT32 value)
-{
-    TuningFileMaker maker;
-    maker.Alpha(maker.Table(), value);
-    return maker.Build();
-}
-
 }  // namespace
-
-TEST_F(SetManagerTest, ARecordLeadsBackToItsModule)
-{
-    ParameterSetManager manager("cam", smallschema::Modules, Verbose());
-    ASSERT_TRUE(LoadBuffer(manager, MakeAlpha(6)));
-    smallschema::AlphaType* pRecord = Alpha(manager, {});
-    ParameterModule*        pModule = manager.GetModuleInternal(0, "alpha", nullptr, 0, nullptr);
-    ASSERT_TRUE(pRecord != nullptr && pModule != nullptr);
-    EXPECT_EQ(TableModule::FromRecord(pRecord), pModule);
-    EXPECT_STREQ(pModule->GetModuleName(), "alpha");
-    EXPECT_EQ(pModule->GetModuleNameHash(), namehash::OfName("alpha"));
-    EXPECT_EQ(TableModule::FromRecord(nullptr), nullptr);
-}
 
 TEST_F(SetManagerTest, WhatAModuleRefusesItNamesByItsRecordType)
 {
@@ -57,9 +37,8 @@ TEST_F(SetManagerTest, WhatAModuleRefusesItNamesByItsRecordType)
 TEST_F(SetManagerTest, AModuleIsNotMadeFromTheDataOfAnother)
 {
     ParameterSetManager manager("cam", smallschema::Modules, Verbose());
-    ASSERT_TRUE(LoadBuffer(manager, MakeAlpha(6)));
-    DefaultModule* pAlpha = manager.GetDefaultModule(namehash::OfName("alpha"));
-    ModuleData     foreign(0xAB, 1, 1, smallschema::RecordVersion, 0, &manager, &manager, nullptr, &manager);
+    DefaultModule*      pAlpha = manager.GetDefaultModule(namehash::OfName("alpha"));
+    ModuleData          foreign(0xAB, 1, 1, smallschema::RecordVersion, 0, &manager, &manager, nullptr, &manager);
     EXPECT_EQ(pAlpha->DefaultInstance().Create(&foreign, pAlpha), nullptr);
     CHAR text[128];
     std::snprintf(text, sizeof(text), "does not match source name hash (0x%016llx)\n",

@@ -4,10 +4,14 @@
 #include <cstring>
 #include <ctime>
 
+#include "tests/support/refusal.h"
 #include "tools/kirodamage/campaign.h"
 #include "tools/kirodamage/damage.h"
+#include "tools/tuningfile/binaryinput.h"
 #include "tools/tuningfile/binaryoutput.h"
+#include "tools/tuningfile/storelog.h"
 #include "tools/tuningfile/textinput.h"
+#include "tools/tuningfile/textoutput.h"
 
 namespace
 {
@@ -47,7 +51,8 @@ bool GetsPastTheDoor(const std::vector<BYTE>& rBytes)
 
 TEST(DamageTest, GetsPastTheChecksumAndComesAgainFromItsSeed)
 {
-    const Specimen specimen = MakeSpecimen();
+    const Specimen             specimen = MakeSpecimen();
+    const tuningfile::StoreLog log;
     for (size_t index = 0; index < DamageKinds; ++index)
     {
         const auto kind = static_cast<DamageKind>(index);
@@ -62,6 +67,8 @@ TEST(DamageTest, GetsPastTheChecksumAndComesAgainFromItsSeed)
             ASSERT_EQ(bytes, Damage(specimen, kind, again));
             changed += (bytes != specimen.bytes) ? 1 : 0;
             past += GetsPastTheDoor(bytes) ? 1 : 0;
+            // What a tool makes of it: a text or a refusal.
+            (VOID) RefusalOf([&] { (VOID) tuningfile::WriteText(tuningfile::ReadBinary(bytes, "t.bin").tuning); });
         }
         EXPECT_GT(changed, 40U);
         const bool isAboutTheDoor = kind == DamageKind::Length || kind == DamageKind::Mixed || kind == DamageKind::Bits;

@@ -1,5 +1,6 @@
 /// What the client of live tuning sends, and what it makes of good and bad answers.
 #include <chrono>
+#include <functional>
 #include <random>
 
 #include <gmock/gmock.h>
@@ -31,8 +32,7 @@ Options To(UINT16 port, int milliseconds = 20000)
 /// An answer with a text.
 ScriptedService::Reply Says(UINT16 command, std::string_view text)
 {
-    return [command, payload = Text(text)](UINT32 requestID)
-    { return Packet(command, Token, vernier::HasRequestID(command) ? &requestID : nullptr, payload); };
+    return [command, payload = Text(text)](UINT32 requestID) { return Request(command, payload, Token, requestID); };
 }
 
 ScriptedService::Reply Sends(const Bytes& rBytes)
@@ -43,23 +43,19 @@ ScriptedService::Reply Sends(const Bytes& rBytes)
 /// The answer to DeviceInfo: version 2.0 before the token.
 ScriptedService::Reply DeviceSays(std::string_view text)
 {
-    ByteWriter payload;
-    payload.Raw<UINT16>(Token >> 48).Bytes(Text(text));
-    Bytes packet = Packet(0, (Token << 16) | 2, nullptr, payload.Get());
-    return Sends(packet);
+    return Sends(Request(0, Number<UINT16>(Token >> 48) + Text(text), (Token << 16) | 2));
 }
 
 TEST(LiveClient, TalksAsTheProtocolSays)
 {
-    Bytes modes = Text("Sensor.0,Usecase.ZSL");
-    modes.resize(modes.size() + 10);  // the service adds ten zeros
+    const Bytes     modes = Text("Sensor.0,Usecase.ZSL") + Bytes(10);  // the service adds ten zeros
     ScriptedService service(
         {Says(1, "Default;Default|Usecase.Video"), DeviceSays("cam:0:main,night"),
-         Says(2, "7=1.500000,4000000000=-nan"), [&](UINT32 requestID) { return Packet(3, Token, &requestID, modes); },
+         Says(2, "7=1.500000,4000000000=-nan"), [&](UINT32 requestID) { return Request(3, modes, Token, requestID); },
          Says(4, "mode=2,Enum;text=a,b;c=d,String;rec,Structure;list,Float,3;x=-0.5,Float"),
          Says(5, "a=1.0;t=x;y;list=1.0,2.0;e="), Says(6, "a=0.5;b=-3.0"), Says(9, "1"), Says(9, "0"),
          [](UINT32 requestID) {
-             return Packet(8, Token, &requestID, {0x34, 0x12, 0xFF, 0x00});
+             return Request(8, {0x34, 0x12, 0xFF, 0x00}, Token, requestID);
          }});
     {
         Client client(To(service.Port()));
@@ -99,7 +95,7 @@ TEST(LiveClient, TalksAsTheProtocolSays)
         const Bytes& rRequest        = rRequests[3 + index];
         UINT32       requestID       = 0;
         std::memcpy(&requestID, rRequest.data() + 14, vernier::HasRequestID(command) ? 4 : 0);
-        EXPECT_EQ(Packet(command, Token, vernier::HasRequestID(command) ? &requestID : nullptr, Text(pText)), rRequest);
+        EXPECT_EQ(Request(command, Text(pText), Token, requestID), rRequest);
         EXPECT_TRUE(!vernier::HasRequestID(command) || requestID != lastID);
         lastID = requestID;
     }
@@ -111,22 +107,13 @@ TEST(LiveClient, SkipsAnswersToOthers)
 {
     ScriptedService service({[](UINT32 requestID)
                              {
-                                 const UINT32 stale = requestID - 1000;
-                                 Bytes        bytes = Packet(5, Token, &stale, Text("a=1.0"));
-                                 for (const Bytes& rMore :
-                                      {Packet(7, Token, nullptr, Text("p:m:t#")),
-                                       Packet(6, Token, &requestID, Text("")), Packet(0xFFFF, Token, nullptr, {}),
-                                       Packet(5, Token, &requestID, Text("a=2.0"))})
-                                 {
-                                     bytes.insert(bytes.end(), rMore.begin(), rMore.end());
-                                 }
-                                 return bytes;
+                                 return Request(5, Text("a=1.0"), Token, requestID - 1000) +
+                                        Request(7, Text("p:m:t#"), Token) + Request(6, Text(""), Token, requestID) +
+                                        Request(0xFFFF, {}, Token) + Request(5, Text("a=2.0"), Token, requestID);
                              }},
                             false, 1);  // half a request of another client has swallowed the first one
-    {
-        Client client(To(service.Port(), 2000));
-        EXPECT_THAT(client.Get("Default", "m", {"a"}), ElementsAre(FieldsAre("a", "2.0")));
-    }
+    Client          client(To(service.Port(), 2000));
+    EXPECT_THAT(client.Get("Default", "m", {"a"}), ElementsAre(FieldsAre("a", "2.0")));
 }
 
 TEST(LiveClient, ConnectsToAServiceThatTakesItsTime)
@@ -143,7 +130,7 @@ TEST(LiveClient, RefusesBadAnswersAndLeaves)
         bytes.resize(size);
         return bytes;
     };
-    const Bytes good = Packet(1, Token, nullptr, Text("Default"));
+    const Bytes good = Request(1, Text("Default"), Token);
     // closes: behind the answer
     // timeout: ms; short where the client has to wait for its end
     const std::tuple<Bytes, bool, int, const char*> cases[] = {
@@ -157,8 +144,8 @@ TEST(LiveClient, RefusesBadAnswersAndLeaves)
         {{0x56, 0x4B, 1, 0, 0, 0}, false, 20000, "says that it has 0 bytes, expected at least 14"},
         {{0x56, 0x4B, 0, 0, 15, 0}, false, 20000, "says that it has 15 bytes, expected at least 16"},
         {{0x56, 0x4B, 5, 0, 17, 0}, false, 20000, "says that it has 17 bytes, expected at least 18"},
-        {Packet(1, Token, nullptr, {'D', 'e'}), false, 20000, "has no end"},
-        {Packet(1, Token, nullptr, {}), false, 20000, "has no end"},
+        {Request(1, {'D', 'e'}, Token), false, 20000, "has no end"},
+        {Request(1, {}, Token), false, 20000, "has no end"},
     };
     for (const auto& [answer, closes, timeout, pFault] : cases)
     {
@@ -169,7 +156,7 @@ TEST(LiveClient, RefusesBadAnswersAndLeaves)
         }
     }
     ScriptedService service(
-        {[](UINT32 requestID) { return Packet(8, Token, &requestID, {1}); }, Says(9, "x"), Sends({})});
+        {[](UINT32 requestID) { return Request(8, {1}, Token, requestID); }, Says(9, "x"), Sends({})});
     {
         Client client(To(service.Port(), 1000));
         EXPECT_THAT(RefusalOf([&] { (VOID) client.Custom(Bytes{1}); }), HasSubstr("holds no result"));
@@ -209,9 +196,8 @@ TEST(LiveClient, NothingFromTheNetworkDoesMoreThanFail)
         {
             text += letters[random() % letters.size()];
         }
-        const UINT32 requestID = 1;
-        Bytes        packet    = Packet(random() % 10, Token, (random() % 2 == 0) ? &requestID : nullptr, Text(text));
-        packet[4]              = static_cast<BYTE>(random() % (packet.size() + 1));
+        Bytes packet = Request(random() % 10, Text(text), Token);
+        packet[4]    = static_cast<BYTE>(random() % (packet.size() + 1));
         DeviceInfo device;
         ParseDevice(text, device);
         (VOID) ParseValues(text);
@@ -326,64 +312,63 @@ TEST(LiveClient, KnowsWhatTheSchemaSays)
     EXPECT_EQ("\xC3\xA9\xEF\xBF\xBD\xEF\xBF\xBD[2J\xEF\xBF\xBD", Clean("\xC3\xA9\xFF\x1B[2J\xC2\x9B"));
 }
 
+/// What a person sees of a session: its standard output, and the fault that ends it.
+std::string ShownBy(ScriptedService& rService, bool isJson, const std::function<VOID(kirotune::LiveSession&)>& rUse)
+{
+    testing::internal::CaptureStdout();
+    const std::string fault = RefusalOf(
+        [&]
+        {
+            kirotune::LiveSession session(To(rService.Port()), isJson);
+            rUse(session);
+        });
+    std::fflush(stdout);
+    return testing::internal::GetCapturedStdout() + fault;
+}
+
 TEST(LiveSession, ShowsWhatASetHasDone)
 {
-    const auto run = [](const std::vector<ScriptedService::Reply>& rReplies,
-                        const std::vector<std::string>& rAssignments, size_t requests)
-    {
-        ScriptedService service(rReplies);
-        testing::internal::CaptureStdout();
-        const std::string fault = RefusalOf(
-            [&]
-            {
-                kirotune::LiveSession session(To(service.Port()), false);
-                session.Set("Default", "kirodbroi", rAssignments);
-            });
-        std::fflush(stdout);
-        EXPECT_EQ(requests, service.End().size());
-        return testing::internal::GetCapturedStdout() + fault;
+    using Texts                                                                       = std::vector<std::string>;
+    const std::tuple<std::vector<ScriptedService::Reply>, Texts, const char*> cases[] = {
+        {{Says(5, "weight=1.0"), DeviceSays("cam"), Says(6, "weight=0.5")}, {"weight=0.5"}, "weight  1.0  ->  0.5\n"},
+        {{Says(5, "a=1.0;b=2.0"), DeviceSays("cam"), Says(6, "b=3.0")},
+         {"a=1", "b=3"},
+         "b  2.0  ->  3.0\nthe camera did not set: a"},
+        {{Says(5, "a=1.0")}, {"a=1", "b=3"}, "no such mode path, module or member: 'Default' kirodbroi b"},
+        {{}, {"a"}, "'a': expected NAME=VALUE"},
     };
-    EXPECT_EQ("weight  1.0  ->  0.5\n",
-              run({Says(5, "weight=1.0"), DeviceSays("cam"), Says(6, "weight=0.5")}, {"weight=0.5"}, 3));
-    EXPECT_EQ("b  2.0  ->  3.0\nthe camera did not set: a",
-              run({Says(5, "a=1.0;b=2.0"), DeviceSays("cam"), Says(6, "b=3.0")}, {"a=1", "b=3"}, 3));
-    EXPECT_EQ("no such mode path, module or member: 'Default' kirodbroi b", run({Says(5, "a=1.0")}, {"a=1", "b=3"}, 1));
-    EXPECT_EQ("'a': expected NAME=VALUE", run({}, {"a"}, 0));
+    for (const auto& [replies, assignments, pShown] : cases)
+    {
+        ScriptedService service(replies);
+        EXPECT_EQ(pShown, ShownBy(service, false,
+                                  [&, &texts = assignments](kirotune::LiveSession& rSession)
+                                  { rSession.Set("Default", "kirodbroi", texts); }));
+        EXPECT_EQ(replies.size(), service.End().size()) << pShown;
+    }
 }
 
 TEST(LiveSession, ListsModesOnlyOfPathsThatThereAre)
 {
     ScriptedService service({DeviceSays("cam"), Says(3, "Sensor.0,Usecase.Video"), Says(3, "Scene.Night")});
     EXPECT_EQ("the tuning has no mode 'Scene.Snow' below 'Default|Usecase.Video', there are Scene.Night",
-              RefusalOf(
-                  [&]
-                  {
-                      kirotune::LiveSession session(To(service.Port()), false);
-                      session.Modes("Default|Usecase.Video|Scene.Snow");
-                  }));
+              ShownBy(service, false,
+                      [](kirotune::LiveSession& rSession) { rSession.Modes("Default|Usecase.Video|Scene.Snow"); }));
 }
 
 TEST(LiveSession, DescribesOneMemberByItsRecord)
 {
     ScriptedService service({Says(4, ""), Says(4, "luxSyncConfig=1,Enum;masterAndSlaveConfig,Structure")});
-    testing::internal::CaptureStdout();
-    {
-        kirotune::LiveSession session(To(service.Port()), false);
-        session.Info("Default", "kirosync.luxSyncConfig");
-    }
     EXPECT_EQ("member         type  count  value\nluxSyncConfig  Enum         1 (UseMaster)\n",
-              testing::internal::GetCapturedStdout());
+              ShownBy(service, false,
+                      [](kirotune::LiveSession& rSession) { rSession.Info("Default", "kirosync.luxSyncConfig"); }));
 }
 
 TEST(LiveSession, WatchesForChanges)
 {
     ScriptedService service({Says(5, "a=1.0"), Says(5, "a=1.0"), Says(5, "a=2.0")});
-    testing::internal::CaptureStdout();
-    {
-        kirotune::LiveSession session(To(service.Port()), true);
-        session.Watch("Default", "unknown", "a", {.rate = 1000.0, .count = 2});
-    }
-    EXPECT_THAT(testing::internal::GetCapturedStdout(),
+    EXPECT_THAT(ShownBy(service, true,
+                        [](kirotune::LiveSession& rSession)
+                        { rSession.Watch("Default", "unknown", "a", {.rate = 1000.0, .count = 2}); }),
                 testing::ContainsRegex(R"(^\{"seconds": [0-9.]+, "values": \{"a": 1\.0\}\}
 \{"seconds": [0-9.]+, "values": \{"a": 2\.0\}\}
 $)"));

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <cerrno>
 #include <chrono>
+#include <cstring>
 #include <functional>
 #include <span>
 #include <thread>
@@ -16,30 +17,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include "tests/support/bytewriter.h"
-
-using Bytes = std::vector<BYTE>;
-
-/// A packet with its length filled in. @param token Vernier ID @param requestID nullptr for commands without one
-inline Bytes Packet(UINT16 command, UINT64 token, const UINT32* pRequestID, const Bytes& rPayload)
-{
-    ByteWriter writer;
-    writer.Raw<UINT16>(19286).Raw(command).Raw<UINT16>(0).Raw(token);
-    if (pRequestID != nullptr)
-    {
-        writer.Raw(*pRequestID);
-    }
-    writer.Bytes(rPayload);
-    writer.Patch<UINT16>(4, static_cast<UINT16>(writer.Size()));
-    return writer.Get();
-}
-
-inline Bytes Text(std::string_view text)
-{
-    Bytes bytes(text.begin(), text.end());
-    bytes.push_back(0);
-    return bytes;
-}
+#include "tests/parameters/live/packets.h"
 
 class ScriptedService
 {
@@ -131,9 +109,9 @@ private:
         {
             std::memcpy(&requestID, rRequest.data() + 14, sizeof(requestID));
         }
-        if (rRequest == Packet(5, 0, &requestID, Text("")))
+        if (rRequest == Request(5, Text(""), 0, requestID))
         {
-            const Bytes answer = Packet(5, 0, &requestID, Text(""));
+            const Bytes answer = rRequest;
             const auto  middle = answer.begin() + (m_lag.count() > 0 ? 3 : 0);
             std::this_thread::sleep_for(m_lag);
             (VOID) send(m_client, answer.data(), static_cast<size_t>(middle - answer.begin()), MSG_NOSIGNAL);

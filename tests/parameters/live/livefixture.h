@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <chrono>
 #include <cstddef>
-#include <cstring>
 #include <functional>
 #include <string>
 #include <thread>
@@ -22,15 +21,8 @@
 #include <unistd.h>
 
 #include "parameters/live/vernierprotocol.h"
+#include "tests/parameters/live/packets.h"
 #include "tests/support/privatenetwork.h"
-
-using Bytes = std::vector<BYTE>;
-
-inline Bytes operator+(Bytes left, const Bytes& rRight)
-{
-    left.insert(left.end(), rRight.begin(), rRight.end());
-    return left;
-}
 
 /// A packet of so many bytes that states this length; behind the header it counts up from first.
 inline Bytes Packet(UINT32 size, UINT16 command = 1, BYTE first = 0)
@@ -53,33 +45,6 @@ inline Bytes WithLength(Bytes packet, UINT16 length)
     packet[vernier::LengthOffset]     = static_cast<BYTE>(length);
     packet[vernier::LengthOffset + 1] = static_cast<BYTE>(length >> 8);
     return packet;
-}
-
-/// Bytes of a number, low one first.
-template <typename T> inline Bytes Number(T value)
-{
-    Bytes bytes(sizeof(T));
-    std::memcpy(bytes.data(), &value, sizeof(T));
-    return bytes;
-}
-
-inline Bytes Text(const std::string& rText)
-{
-    Bytes bytes(rText.begin(), rText.end());
-    bytes.push_back(0);
-    return bytes;
-}
-
-/// A request with the command's own header.
-inline Bytes Request(UINT16 command, const Bytes& rPayload = {}, UINT64 id = 0, UINT32 requestID = 0x01020304)
-{
-    Bytes body = Number(id);
-    if (vernier::HasRequestID(command))
-    {
-        body = body + Number(requestID);
-    }
-    body = body + rPayload;
-    return Number<UINT16>(19286) + Number(command) + Number(static_cast<UINT16>(6 + body.size())) + body;
 }
 
 /// @return false if it has not come true for so long that it never will

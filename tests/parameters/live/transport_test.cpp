@@ -249,25 +249,6 @@ TEST_F(TransportTest, ServesRequestsHoweverTheyAreCut)
     EXPECT_FALSE(log.Has("", "E")) << log.Text();
 }
 
-TEST_F(TransportTest, ServesGoodClientsAfterBadOnes)
-{
-    EchoService service;
-    const Bytes good   = Packet(18, 3);
-    const Bytes bads[] = {Bytes(500, 0x11), WithLength(Packet(20), 0), Packet(300, 10), Packet(14, 65535),
-                          WithLength(Packet(30, 11), 60000)};
-    for (const Bytes& rBad : bads)
-    {
-        LiveClient   client(service.Com().GetPort());
-        const size_t errors = log.Count("Vernier request", "E");
-        EXPECT_TRUE(client.Send(rBad));
-        EXPECT_TRUE(WaitFor([&] { return log.Count("Vernier request", "E") > errors; }));
-        EXPECT_TRUE(client.Send(good));
-        EXPECT_EQ(client.Receive(good.size()), good);
-        client.Reset();
-        ExpectServed(service);
-    }
-}
-
 TEST_F(TransportTest, NextClientCompletesHalfARequest)
 {
     EchoService service;
