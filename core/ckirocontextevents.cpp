@@ -45,7 +45,8 @@ VOID CKIROContextManager::UpdateContextOfParam(AECAlgoSetParamType type)
         break;
     case AECAlgoSetParamAECLock:
         // A lock raises AECManualISO and an unlock clears AECLock, not a pair: an entry for AECManualISO is chosen
-        // after a lock, and one for AECLock never. Raising AECLock would swap the two.
+        // after a lock, and one for AECLock only while the host itself has raised that. Raising it here would swap the
+        // two.
         if (m_setInputData.lockType == AECAlgoLockOn)
         {
             SetContextEvent(AECManualISO, TRUE);

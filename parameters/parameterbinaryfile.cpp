@@ -5,6 +5,8 @@
 #include <cstring>
 #include <limits>
 #include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
 
 #include "parameters/parameterlogging.h"
 #include "parameters/parameterutils.h"
@@ -69,7 +71,8 @@ VOID ParameterBinaryFile::Open(bool logFailure)
         Close();
         return;
     }
-    const bool firstOpen = m_state.inode == 0;
+    const bool firstOpen = !std::exchange(m_wasOpen, true);
+    m_isGone             = false;
     if (!firstOpen && state != m_state)
     {
         m_isModified = true;
@@ -90,17 +93,22 @@ bool ParameterBinaryFile::ReadState(State& rState) const
     {
         return false;
     }
-    rState.modTime = static_cast<INT64>(status.st_mtim.tv_sec) * 1000000000 + status.st_mtim.tv_nsec;
-    rState.inode   = status.st_ino;
-    rState.size    = status.st_size;
-    return true;
+    rState.modTime     = static_cast<INT64>(status.st_mtim.tv_sec) * 1000000000 + status.st_mtim.tv_nsec;
+    rState.size        = status.st_size;
+    rState.end         = 0;
+    const off_t offset = std::max<INT64>(rState.size - static_cast<INT64>(sizeof(rState.end)), 0);
+    return ::pread(fileno(m_file), &rState.end, sizeof(rState.end), offset) >= 0;
 }
 
 bool ParameterBinaryFile::IsUnchanged()
 {
     std::lock_guard<ParameterMutex> lock(m_pbfMutex);
     State                           state;
-    if (m_file != nullptr && ReadState(state) && state != m_state && !m_isModified)
+    if (m_file == nullptr || !ReadState(state))
+    {
+        return false;
+    }
+    if (state != m_state && !m_isModified)
     {
         m_isModified = true;
         ParameterLogging::Write(m_logAPI, ParameterLogging::Warning,
@@ -330,13 +338,13 @@ INT32 ParameterBinaryFile::Reference(INT32 adjust)
                                         adjust, count, count);
             }
             Open(false);
-            if (m_file == nullptr)
+            if (m_file == nullptr && !m_isGone)
             {
                 ParameterLogging::Write(m_logAPI, ParameterLogging::Error,
                                         "FileReference Adjust: %d, RefCount: %u, Failed to open binary file '%s' "
                                         "errno: %d\n",
                                         adjust, count, m_fileName, errno);
-                m_isGone = m_state.inode != 0;
+                m_isGone = m_wasOpen;  // said once, and tried again
             }
         }
         m_refCnt.store(count + adjust);

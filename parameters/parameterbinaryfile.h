@@ -59,14 +59,20 @@ public:
     /// @return the number of references
     INT32 Reference(INT32 adjust);
 
-    /// @return whether the file that was opened first is there no more: it was found modified, or could not be opened
-    /// again
+    /// @return whether nothing can be read at the moment: the file was found modified, or could not be opened again
     bool IsLost() const
     {
         return m_isModified || m_isGone;
     }
 
-    /// Looks once more at the file that is open. @return false if what was read of it since may be of another state
+    /// @return whether nothing can be read for good: the next open of a file that is gone may find it again
+    bool IsModified() const
+    {
+        return m_isModified;
+    }
+
+    /// Looks once more at the file that is open. @return false if what was read of it since may be of another state,
+    /// or if it has been closed
     bool IsUnchanged();
 
     /// Checks the checksum at the end of a whole file.
@@ -85,12 +91,13 @@ private:
         UINT32 Length;  ///< 0 for a buffer that was never filled
     };
 
-    /// What tells one state of a file from another.
+    /// What tells one state of a file from another. Not its inode: some file systems number a file anew when they have
+    /// forgotten it.
     struct State
     {
         INT64  modTime = 0;  ///< ns since the epoch
-        UINT64 inode   = 0;
         INT64  size    = 0;
+        UINT64 end     = 0;  ///< its last bytes, which hold the checksum
 
         bool operator==(const State&) const = default;
     };
@@ -113,8 +120,9 @@ private:
     CHAR                                    m_fileName[MaxFileName] = {};
     bool                                    m_isValid               = false;
     std::atomic<bool>                       m_isModified            = false;
-    std::atomic<bool>                       m_isGone                = false;  ///< once open, and now not to be opened
-    State                                   m_state;                          ///< all zeros before the first open
+    std::atomic<bool>                       m_isGone                = false;  ///< the last try to open it again failed
+    bool                                    m_wasOpen               = false;
+    State                                   m_state;  ///< all zeros before the first open
     ParameterMutex                          m_pbfMutex;
     const IParameterLoggingAPI*             m_logAPI;
 };

@@ -557,6 +557,11 @@ bool ParameterFileSymbolTable::IsFileLost() const
     return m_pFile != nullptr && m_pFile->IsLost();
 }
 
+bool ParameterFileSymbolTable::CanOpenFile() const
+{
+    return m_pFile != nullptr && !m_pFile->IsModified();
+}
+
 bool ParameterFileSymbolTable::IsFileUnchanged() const
 {
     return m_pFile == nullptr || m_pFile->IsUnchanged();

@@ -135,8 +135,12 @@ public:
         return m_pFile.get();
     }
 
-    /// @return whether nothing can be read any more until the tuning is loaded anew, since the file has changed
+    /// @return whether nothing can be read at the moment, since the file has changed or cannot be opened
     bool IsFileLost() const;
+
+    /// @return whether there is a file that is worth a try: one that has changed is not read before the tuning is
+    /// loaded anew, one that is gone may be back
+    bool CanOpenFile() const;
 
     /// Looks at the open file, if there is one. @return false if what was read of it since may be of another state
     bool IsFileUnchanged() const;

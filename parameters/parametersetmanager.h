@@ -111,7 +111,8 @@ public:
     /// The module of the deepest mode on the branch that has one of that name, loaded, and in file mode counted.
     /// @param pBranch   Default first; null gives the Default variant
     /// @param pPrevious a module whose reference is given back, after the new one is taken; may be null
-    /// @return null if no mode on the branch has the module, or if it could not be loaded; a log says which
+    /// @return null if no mode on the branch has the module, or if it could not be loaded; a log says which, once
+    /// for a file that is lost
     ParameterModule* GetModuleInternal(BYTE tableIndex, const CHAR* pName, const TuningMode* pBranch, UINT32 count,
                                        ParameterModule* pPrevious);
 
@@ -340,7 +341,6 @@ private:
     VOID LogLoading(bool load, const CHAR* pReason, const TuningMode* pBranch, UINT32 count, const ModeEntry* pMode,
                     const ModeEntry* pTarget);
     std::string TablePrefix(const ModeEntry* pMode) const;
-    bool        IsFileLost() const;
 
     /// Whether modes come and go with their use. While no file name is kept, everything is in memory.
     bool IsFileMode() const

@@ -244,7 +244,8 @@ ParameterSetManager::Held ParameterSetManager::HoldModule(ParameterModule* pModu
         pReference = pOwnMode->AddReference(pModule);
     }
     const bool wasLoaded = pModule->IsReady();
-    const bool isGivenUp = !pModule->IsLoaded() && IsFileMode() && IsFileLost() && pModule->NoteLoss();
+    const bool isGivenUp =
+        !pModule->IsLoaded() && IsFileMode() && pModule->Data->SymbolTable->IsFileLost() && pModule->NoteLoss();
     if (isGivenUp || !pModule->LoadModule(pModule->Data->SymbolTable))
     {
         if (pReference != nullptr)

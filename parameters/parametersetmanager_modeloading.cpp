@@ -26,10 +26,14 @@ bool IsCachedLevel(const ModeEntry* pMode)
 }
 
 /// Whether a mode can be had without the file: it has no modules, or shares what others have loaded.
-bool IsInMemory(const ModeEntry& rMode)
+bool IsReadable(const ModeEntry& rMode)
 {
     return std::all_of(rMode.ModuleMap.begin(), rMode.ModuleMap.end(),
-                       [](const auto& rpReference) { return rpReference->Module->IsLoaded(); });
+                       [](const auto& rpReference)
+                       {
+                           ParameterModule& rModule = *rpReference->Module;
+                           return rModule.IsLoaded() || !rModule.Data->SymbolTable->IsFileLost();
+                       });
 }
 
 }  // namespace
@@ -85,25 +89,19 @@ bool ParameterSetManager::CanRead(BYTE tableIndex, const TuningMode* pBranch, UI
     {
         return GetMainSetManager()->CanRead(m_modeTableIndex, pBranch, count);
     }
-    if (!IsFileMode() || tableIndex >= m_content.modeTables.size() ||
-        LoadModeInternal(tableIndex, pBranch, count, nullptr) || !IsFileLost())
+    if (!IsFileMode() || tableIndex >= m_content.modeTables.size())
     {
         return true;
     }
+    // A mode counts as loaded also when a module that it shares has gone with the module's own mode.
+    (VOID) LoadModeInternal(tableIndex, pBranch, count, nullptr);
     BranchWalk walk(*this, "CanRead", m_content.modeTables[tableIndex]->RootMode.Entry, pBranch, count);
-    while (walk.Mode() != nullptr && walk.Next())
+    bool       isReadable = true;
+    while (isReadable && walk.Next())
     {
-        if (!walk.Mode()->Target()->Loaded)
-        {
-            return false;
-        }
+        isReadable = IsReadable(*walk.Mode()->Target());
     }
-    return true;
-}
-
-bool ParameterSetManager::IsFileLost() const
-{
-    return m_content.pSymbolTable->IsFileLost();
+    return isReadable;
 }
 
 bool ParameterSetManager::UnloadMode(BYTE tableIndex, const TuningMode* pBranch, UINT32 count)
@@ -162,7 +160,10 @@ bool ParameterSetManager::LoadModules(ModeEntry* pMode, const CHAR* pReason, con
         touched.push_back(pTarget);
     }
     const bool loaded = LoadTarget(pMode, pReason, pBranch, count, touched, rFileReferences);
-    TouchModes(touched, *pTarget->Table);
+    if (loaded || IsReadable(*pTarget))
+    {
+        TouchModes(touched, *pTarget->Table);
+    }
     return loaded;
 }
 
@@ -175,17 +176,13 @@ bool ParameterSetManager::LoadTarget(ModeEntry* pMode, const CHAR* pReason, cons
     {
         return true;  // another thread was first
     }
-    if (IsFileLost() && !IsInMemory(*pTarget))
-    {
-        return false;
-    }
     // The file stays open until the whole branch is loaded.
-    if (m_content.pSymbolTable->File() != nullptr && !IsFileLost())
+    if (m_content.pSymbolTable->CanOpenFile())
     {
         m_content.pSymbolTable->FileReference(1);
         ++rFileReferences;
     }
-    if (IsFileLost() && !IsInMemory(*pTarget))
+    if (!IsReadable(*pTarget))
     {
         return false;
     }
@@ -279,8 +276,9 @@ VOID ParameterSetManager::TouchModes(std::span<ModeEntry* const> touched, Parame
 
 VOID ParameterSetManager::EvictModes(ParameterModeTable& rTable)
 {
-    // Frames come by many times and find nothing due nearly always.
-    if (!rTable.EvictionDue)
+    // Frames come by many times and find nothing due nearly always. What a file that is lost had given cannot come
+    // back.
+    if (!rTable.EvictionDue || m_content.pSymbolTable->IsFileLost())
     {
         return;
     }

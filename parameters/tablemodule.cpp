@@ -28,8 +28,7 @@ static_assert(alignof(TableModule) <= 8, "tuning memory is aligned to 8 bytes");
 class OpenFile
 {
 public:
-    explicit OpenFile(ParameterFileSymbolTable& rTable)
-        : m_rTable(rTable), m_isUsed(rTable.File() != nullptr && !rTable.IsFileLost())
+    explicit OpenFile(ParameterFileSymbolTable& rTable) : m_rTable(rTable), m_isUsed(rTable.CanOpenFile())
     {
         if (m_isUsed)
         {

@@ -318,7 +318,7 @@ KiroResult UtilMakeTableExposureFit(KIROExposureSetType* pExp, const KIROExposur
 
     if (pExp->gain > rEnd.gain + Epsilon)
     {
-        // Counts as fitted, with a gain above the end of the table.
+        // Counts as fitted, with a gain above the end of the current range.
         STATS_LOG_WARNING("warning desired exposure %llu time %llu gain %.3f exceeds max gain %.3f", pExp->exposure,
                           pExp->time, pExp->gain, rEnd.gain);
         return 0;

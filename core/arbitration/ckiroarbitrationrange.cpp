@@ -55,8 +55,8 @@ UINT64 AdjustTimeBound(UINT64 bound, const RangePoint& rPoint)
     }
 }
 
-/// A tuned gain can be no number or grow beyond all of them, and so can the gain that a table gives an index. The bound
-/// then stays as it was, and the next controls narrow it on.
+/// The gain that a table gives an index can be no number or grow beyond all of them. The bound then stays as it was,
+/// and the next controls narrow it on.
 VOID HoldSoundBound(KIROExposureSetType* pBound, const KIROExposureSetType& rLast, const CHAR* pDescription)
 {
     if (!IsSoundExposure(*pBound))
@@ -163,8 +163,10 @@ KiroResult CKIROArbitration::UpdateRange(KIROExposureRange* pTempRange, const Ra
 
 KiroResult CKIROArbitration::UpdateRangeGain(FLOAT* pStartGain, FLOAT* pEndGain, const RangeType* pAdj) const
 {
-    *pStartGain = soundvalue::OrLast(AdjustBound(*pStartGain, pAdj->start), *pStartGain, 1.0f, "min gain");
-    *pEndGain   = soundvalue::OrLast(AdjustBound(*pEndGain, pAdj->end), *pEndGain, 1.0f, "max gain");
+    *pStartGain =
+        soundvalue::OrLast(AdjustBound(*pStartGain, pAdj->start), *pStartGain, m_pIn->sensorRange.minGain, "min gain");
+    *pEndGain =
+        soundvalue::OrLast(AdjustBound(*pEndGain, pAdj->end), *pEndGain, m_pIn->sensorRange.maxGain, "max gain");
     if (*pStartGain > *pEndGain)
     {
         STATS_LOG_ERROR("cannot apply new range: min gain %.3f larger than max gain %.3f", *pStartGain, *pEndGain);

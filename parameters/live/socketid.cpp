@@ -80,7 +80,13 @@ VOID SocketID::SetupSockets(AddrType type, UINT16 port)
 
 bool SocketID::SetInterface(const CHAR* pAddress)
 {
-    return pAddress != nullptr && inet_pton(AF_INET, pAddress, &local.interface) == 1;
+    in_addr address = {};  // what is no address may be written in part
+    if (pAddress == nullptr || inet_pton(AF_INET, pAddress, &address) != 1)
+    {
+        return false;
+    }
+    local.interface = address;
+    return true;
 }
 
 bool SocketID::Create()

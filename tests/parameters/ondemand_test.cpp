@@ -484,7 +484,7 @@ TEST_F(OnDemandTest, AFileThatChangedIsReadNoMoreAndSaidOnce)
          [&]
          {
              const auto time = std::filesystem::last_write_time(m_path);
-             replace(MakeUsecases(2));
+             replace(MakeUsecases(2, 300));
              std::filesystem::last_write_time(m_path, time);
          }},
         {"cut, with the same time",
@@ -520,6 +520,39 @@ TEST_F(OnDemandTest, AFileThatChangedIsReadNoMoreAndSaidOnce)
         replace(MakeUsecases(2));
         ASSERT_TRUE(manager.ReloadBinaryParameters(false)) << log.Text();
         EXPECT_EQ(AlphaValue(manager, UsecaseBranch(2)), 200);
+    }
+}
+
+TEST_F(OnDemandTest, AFileThatWasAwayIsReadAgainOnceItIsBack)
+{
+    constexpr UINT32     Cache   = 5;
+    ParameterSetManager& manager = Open(MakePairAndOthers(), Cache);
+    const auto           canRead = [&manager](UINT16 usecase)
+    {
+        const std::vector<TuningMode> branch = UsecaseBranch(usecase);
+        return manager.CanRead(0, branch.data(), static_cast<UINT32>(branch.size()));
+    };
+    // Use case 1 goes, and with it the module that use case 2 shares.
+    for (const UINT16 usecase : {2, 1, 3, 4, 5, 6, 7})
+    {
+        ASSERT_TRUE(canRead(usecase));
+    }
+    std::filesystem::rename(m_path, m_path + ".away");
+    for (const UINT16 usecase : {8, 1, 2, 8, 1, 2})
+    {
+        EXPECT_FALSE(canRead(usecase)) << usecase;
+        EXPECT_EQ(AlphaValue(manager, UsecaseBranch(usecase)), -1) << usecase;
+    }
+    for (const UINT16 usecase : {3, 4, 5, 6, 7})
+    {
+        EXPECT_TRUE(canRead(usecase)) << usecase << " went for what could not be read";
+        EXPECT_EQ(AlphaValue(manager, UsecaseBranch(usecase)), 100 * usecase);
+    }
+    std::filesystem::rename(m_path + ".away", m_path);
+    for (const UINT16 usecase : {8, 2})
+    {
+        EXPECT_TRUE(canRead(usecase)) << usecase;
+        EXPECT_EQ(AlphaValue(manager, UsecaseBranch(usecase)), (usecase == 2) ? 100 : 800);
     }
 }
 
