@@ -5,8 +5,7 @@
 /// left out leaves its part of the frame's record at zero. host/kirohost.cpp makes these calls.
 ///
 ///     create    CreateKiroCoreAlgo; setInput for pipeline delay, operation mode, HDR type and what else is known
-///     start-up  GetStartUpExposure of one source after the other, until one answers; runArbitration; runEndOfFrame
-///     with
+///     start-up  GetStartUpExposure, one source after the other until one answers; runArbitration; runEndOfFrame with
 ///               bStartup. Again behind each operation mode that begins a history anew. From the second frame on, until
 ///               a decision has reached the sensor, statistics still show the start exposure: bStatsValid is 0 and
 ///               statisticsStartup StatisticsStartUpInvalid so long
@@ -44,13 +43,11 @@ struct KIROAlgoStartExposureInfo;
 
 /// One table per instance, filled by CreateKiroCoreAlgo. Every function takes the table first. The host makes all calls
 /// on one instance one at a time, on any thread.
-
 ///
-/// Results: 0 success, 1 ResultFailed, 2 ResultUnsupportedQuery, 3 ResultNotFollowing, 4 ResultInvalidArgument, 6
-/// ResultNotFound, 8 ResultOutOfMemory, 10 ResultNotApplicable, 11 ResultInvalidInput. A null table or instance yields
-/// ResultInvalidArgument, -1 (GetFlashMaxCurrent), an empty record (GetFlashCalibInfo), 0 (BOOL and counts), or has no
-/// effect; functions below do not say it again. A reference must be bound; of pointers each function says what null
-/// does.
+/// Results, by the names used below: 0 for success, ResultFailed 1, ResultUnsupportedQuery 2, ResultNotFollowing 3,
+/// ResultInvalidArgument 4, ResultNotFound 6, ResultOutOfMemory 8, ResultNotApplicable 10, ResultInvalidInput 11. A
+/// null table or instance yields ResultInvalidArgument, -1 (GetFlashMaxCurrent), an empty record (GetFlashCalibInfo), 0
+/// (BOOL and counts), or has no effect; the functions do not say it again, but what other null pointers do.
 ///
 /// Records are the host's and need to live for the call, unless their field says more. Arrays of three exposures are
 /// indexed by AECAlgoExposureType; exposures are gain times ns times correction. A stage never fails a frame: what is
@@ -59,7 +56,6 @@ struct KIROAlgoStartExposureInfo;
 struct IKIROCoreAlgo
 {
     IKIROCore* pCore;  ///< the instance, for the library alone; DestroyInstance leaves the address as it is
-
     /// Makes an object that evaluates tuned zones, at any time. Needs no instance: pAlgo may be null.
     /// @param xmlType a type beyond KIROMLFloatArrayDataType or below 0 counts as KIROMLBaseDataType
     /// @return the host's, ended by its DestoryInstance; null when out of memory
@@ -118,9 +114,7 @@ struct IKIROCoreAlgo
     /// calibration of the flash; detectors before and after. Once a frame, when the exposures have been split.
     /// @param rInput  null arbitration outputs are logged: their triggers keep the values of the frame before
     /// @param rOutput all members are written; without the module kiroextension flags and stretch are those of the
-    ///                frame
-    ///                before
-
+    ///                frame before
     /// @return 0
     KiroResult (*runExtension)(IKIROCoreAlgo* pAlgo, KIROExtensionInput& rInput, KIROExtensionOutput& rOutput);
 
@@ -235,9 +229,7 @@ struct IKIROCoreAlgo
     /// skipped frame fixes them.
     /// @param rInput  pRange must point to the frame's limits. In staggered and multi-frame HDR with tuned long ADRC
     ///                the sensitivities of short and long are rewritten; mfhdrLongADRC always is
-    /// @param rOutput all members are written but bIfConvProcRun, which must be 0 and is set to 1 where speeds
-    ///                applied
-
+    /// @param rOutput all members are written but bIfConvProcRun, which must be 0 and is set to 1 where speeds applied
     /// @return 0; ResultFailed if pRange is null or the history has no frame, not even a start-up frame: of the output
     ///         convergedShortBlend alone is written then, and the exposures of the frame before stand
     KiroResult (*RunConvProcess)(IKIROCoreAlgo* pAlgo, KIROConvergenceInput& rInput, KIROConvergenceOutput& rOutput);
