@@ -1,27 +1,61 @@
 /// @file
 /// Arguments of setBankData, getBankData and setDynamicBankData.
+///
+/// A data bank holds entries by data ID; tuning refers to a value by bank and data ID. The three value banks keep
+/// values in slots 0 to 999, which a write copies into and which are never empty. The tuned banks keep addresses of
+/// payloads, at most 1000 each: those of the tuning from the last AECAlgoSetParamTunaraData on, and what host and
+/// stages have set since. Their data ID 0 is the entry that the context status selects by the tuned priority map: the
+/// matching one of the highest priority, otherwise the newest entry, which is the last of the tuning until somebody
+/// adds one.
+///
+/// Payload and header (schema/) of each bank; each payload begins with its data ID:
+///
+///     BankIDROITable            DBROIPayload                 kirodbroi.h
+///     BankIDMetering2D          DBMeter2DWeightPayload       kirodb2dmeterweight.h
+///     BankIDMetering1D          DBMeter1DWeightPayload       kirodb1dmeterweight.h
+///     BankIDSceneAnalyzer       DBStartEndPayload            kirodbsceneanalyzer.h     value bank
+///     BankIDStatsCalculator     DBFloatPayload               kirodbstatscalculator.h   value bank
+///     BankIDArbitrationTable    DBArbitrationTablePayload    kirodbarbitrationtable.h
+///     BankIDArbitrationOrder    DBArbitrationOrderPayload    kirodbarbitrationorder.h
+///     BankIDArbitrationLUT      DBArbitrationLUTPayload      kirodbarbitrationlut.h
+///     BankIDArbitrationRange    DBArbitrationRangePayload    kirodbarbitrationrange.h
+///     BankIDTriggers            DBFloatPayload               kirodbstatscalculator.h   value bank
+///     BankIDActiveAnalyzers     DBActiveAnalyzersPayload     kirodbactiveanalyzers.h
+///     BankIDConvBase            DBConvBasePayload            kirodbconvbase.h
+///     BankIDConvStretch         DBConvStretchPayload         kirodbconvstretch.h
+///     BankIDConvSettle          DBConvSettlePayload          kirodbconvsettle.h
+///     BankIDConvActiveSCD       DBConvActiveSCDPayload       kirodbconvactivescd.h
+///     BankIDActiveCalculators   DBActiveCalculatorsPayload   kirodbactivecalculators.h
+///     BankIDSnapshot            DBSnapshotPayload            kirodbsnapshot.h
 #pragma once
 
 #include "platform/tavotypes.h"
 #include "schema/kiroenums.h"
 
+/// What setBankData writes. The record is needed for the call alone.
+///
+/// The payload stays the host's. In a tuned bank it is read until another entry of its ID takes its place, until the
+/// next AECAlgoSetParamTunaraData, which drops it, or until the instance ends. A value bank copies it, but not the text
+/// of its description, which must live until the slot is written again; it may be null.
 struct KIROSetBankData
 {
-    KIROBankIDType bankID;
-    VOID*          pData;    ///< a payload of the bank; the caller keeps it alive unless the bank stores values
+    KIROBankIDType bankID;   ///< which bank; any but value banks are tuned ones
+    VOID*          pData;    ///< payload; its data ID names the entry. BankIDSceneAnalyzer ignores -1
     INT32          nInSize;  ///< bytes, must be the size of the bank's payload
 };
 
+/// What getBankData reads.
 struct KIROGetBankData
 {
-    KIROBankIDType bankID;
-    INT32          dataID;    ///< 0 is the entry that the context selects
-    VOID*          pData;     ///< output: the payload, owned by tuning or core
-    INT32          nOutSize;  ///< bytes, must be the size of the bank's payload
+    KIROBankIDType bankID;    ///< by the host: which bank
+    INT32          dataID;    ///< by the host: which entry; 0 of a tuned bank is the one that the context selects
+    VOID*          pData;     ///< by the core: the payload, read-only; see getBankData for what it holds on failure
+    INT32          nOutSize;  ///< by the host: bytes, must be the size of the bank's payload
 };
 
+/// What setDynamicBankData does to data ID 0.
 enum KIRODynamicDataOperationType : INT32
 {
-    DynamicDataOverride = 0,
-    DynamicDataReset    = 1
+    DynamicDataOverride = 0,  ///< stands for the given data ID; so does any other value
+    DynamicDataReset    = 1   ///< is the entry that the context selects; the data ID is not read
 };

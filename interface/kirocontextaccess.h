@@ -7,5 +7,7 @@
 class IKIROContextManager;
 struct IKIROCoreAlgo;
 
-/// @return the instance's context, which lives as long as the instance; null for a null table or instance
+/// At any time between creation and DestroyInstance.
+/// @return the instance's context, to be handed on and not used otherwise; it lives as long as the instance. Null for a
+///         null table or instance
 TAVO_VISIBLE IKIROContextManager* GetKiroContextManager(IKIROCoreAlgo* pAlgo);
