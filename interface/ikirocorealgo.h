@@ -322,7 +322,7 @@ struct AECAlgoCreateParam
 {
     VOID*                   pCreateParam;       ///< of the logger: the function's address; null is ignored
     UINT32                  sizeOfCreateParam;  ///< bytes; a logger of less than 8 is ignored
-    AECAlgoCreateParamsType createParamType;    ///< what it is
+    AECAlgoCreateParamsType createParamType;    ///< what pCreateParam holds
 };
 
 /// Create parameters. The logger must stand first and be present: whichever entry says that it is one, the address of

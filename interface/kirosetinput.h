@@ -137,7 +137,7 @@ struct AECAlgoSetParam
 {
     VOID*               pAECSetParam;       ///< payload of the type; null does nothing but move events
     UINT32              sizeOfAECSetParam;  ///< bytes, at least the payload's
-    AECAlgoSetParamType setParamType;       ///< a type that is not one is ignored
+    AECAlgoSetParamType setParamType;       ///< type of the payload; a value that is none is ignored
 };
 
 /// What the host remembers of precision flash from picture to picture. The record stays the host's; the core keeps the
@@ -162,7 +162,7 @@ enum KIROCoreSetParamType : INT32
 /// One setting in the host's own memory. This record is needed for the call alone.
 struct KIROCoreSetParam
 {
-    KIROCoreSetParamType setParamType;  ///< what it is
+    KIROCoreSetParamType setParamType;  ///< type of the record
     UINT32               sizeOfParam;   ///< bytes; not read
     VOID*                pSetParam;     ///< stays the host's, and valid until another one takes its place
 };
