@@ -2,7 +2,7 @@
 /// The function table of the exposure core: all that a host calls.
 ///
 /// The road of a frame, in the order of the calls. Each stage rests on what those before it have left; a stage that is
-/// left out leaves its part of the frame's record at zero. host/kirohost.cpp makes these calls.
+/// left out leaves its part of the frame's record at zero. host/kirohost.cpp of the sources makes these calls.
 ///
 ///     create    CreateKiroCoreAlgo; setInput for pipeline delay, operation mode, HDR type and what else is known
 ///     start-up  GetStartUpExposure, one source after the other until one answers; runArbitration; runEndOfFrame with
@@ -69,9 +69,8 @@ struct IKIROCoreAlgo
 
     /// First stage of metering: calculators, lux index, detectors, maps from outside and table generation. In every
     /// frame behind setStats, with or without valid statistics.
-    /// @param rOutput the record of the frame before, as all metering stages share it. A metered frame changes the flag
-    ///                alone; a skipped one sets the exposures to the targets of the last preview frame or start
-    ///                configuration (10,000,000 each if there is none) and publishes its lux index again
+    /// @param rOutput one record for all stages of metering. A metered frame changes the flag alone; a skipped one
+    ///                takes over targets and lux index of the last preview frame or start configuration
     /// @return 0 if the frame is metered; ResultFailed if it is skipped: without valid statistics, without a frame in
     ///         the history that they belong to (the pipeline delay back; for a flash snapshot the frame kept without
     ///         LED), with an exposure of 0 in that frame, or if that frame is a picture, unless HDR3 is being taken
@@ -87,11 +86,8 @@ struct IKIROCoreAlgo
 
     /// Replaces the decision of an analyzer that has run in this frame, before runMeteringPostprocess. The exposure is
     /// worked out anew, as target.start over luma times the exposure that the statistics were taken with; a ratio below
-    /// 0.01 counts as 1, and the sensitivity of the argument is not read. Luma, target and confidence go to the
-    /// analyzer's banks as well.
+    /// 0.01 counts as 1. Luma, target and confidence go to the analyzer's banks as well.
     /// @param analyzerID  also the analyzer's position in the tuning, which must be the same
-    /// @param pAnalyzerIn type is taken for an index of exposures as it stands: ExposureSafe reads the long exposure,
-    ///                    ExposureLong the safe one. ExposureNone changes the banks alone, as do higher values
     /// @return 0, also for a null argument or an ID out of range: these are logged
     KiroResult (*updateAnalyzerMgrOut)(IKIROCoreAlgo* pAlgo, UINT32 analyzerID, KIROAnalyzerOutput* pAnalyzerIn);
 
@@ -155,8 +151,7 @@ struct IKIROCoreAlgo
 
     /// Takes the frame's statistics in the place of those before, and begins the frame's record. In every frame, behind
     /// runStartOfFrame and before all that measures. Moves the events AECTorch, AECTorchChange and AECDepth.
-    /// @param rStats the records are copied; names and values stay the host's and where they are until the next
-    ///               setStats
+    /// @param rStats kirostats.h says what must stay where it is until the next setStats
     /// @return 0; ResultInvalidInput for a list of more channels than it has room for, or of startup statistics, of
     ///         which nothing is taken; if the last channel is a grid without values; and if no grid channel was taken.
     ///         The frame goes on after it, with bStatsValid 0
@@ -209,12 +204,10 @@ struct IKIROCoreAlgo
     /// Applies one control of the tuned order to one exposure. The host walks the payload of data ID 0 of
     /// BankIDArbitrationOrder: a list of controls for each exposure, one call for each enabled one. What a control
     /// yields, exposure and range, is the next one's input. Long comes before those whose list has
-    /// ArbCtrlSHDRTimeRange, which reads its range. host/arbitrationwalk.cpp makes these calls, and puts user settings
-    /// (FPS, manual) into the ranges.
-    /// @param pInput  the same record along a list. Zeros that would divide are repaired in it; a table leaves its
-    ///                address in pTable, for a range of indices behind it
-    /// @param pOutput range must hold the range of the input: a table leaves it as it is. FPS and deltaEVFromTarget are
-    ///                not written
+    /// ArbCtrlSHDRTimeRange, which reads its range. host/arbitrationwalk.cpp of the sources makes these calls, and puts
+    /// user settings (FPS, manual) into the ranges.
+    /// @param pInput the same record along a list; the core writes into it
+    /// @param pOutput with the range of the input in it
     /// @return 0 if applied, but for ArbCtrlMatchHistory with an exposure of 0, which has no answer. ResultFailed:
     ///         null, unknown exposure or bank, no such table or LUT, a table of one knee, a range that is empty or
     ///         beyond the sensor, an exposure that does not fit and that the tuning does not resolve, a LUT that does
@@ -227,8 +220,7 @@ struct IKIROCoreAlgo
     /// Moves the exposures of the frame before towards the targets. Without an entry in one of the banks
     /// BankIDConvBase, BankIDConvStretch and BankIDConvSettle they stay where they are, unless a lock, an EV or a
     /// skipped frame fixes them.
-    /// @param rInput  pRange must point to the frame's limits. In staggered and multi-frame HDR with tuned long ADRC
-    ///                the sensitivities of short and long are rewritten; mfhdrLongADRC always is
+    /// @param rInput long ADRC writes into it
     /// @param rOutput all members are written but bIfConvProcRun, which must be 0 and is set to 1 where speeds applied
     /// @return 0; ResultFailed if pRange is null or the history has no frame, not even a start-up frame: of the output
     ///         convergedShortBlend alone is written then, and the exposures of the frame before stand
@@ -297,8 +289,8 @@ struct IKIROCoreAlgo
     /// @return 1; 0 with the output as it was for an ID that the tuning does not have
     BOOL (*GetSCDOutput)(IKIROCoreAlgo* pAlgo, const UINT32 id, KIROSCDOutput& rSCDOutput);
 
-    /// Stores what inline calibration has learned, for AECAlgoSetParamFlashInlineCalibrationData of a later session:
-    /// little-endian, counts of samples (2 bytes), knees (1) and zones (1), then 16, 24 and 4 bytes for each.
+    /// Stores what inline calibration has learned, for AECAlgoSetParamFlashInlineCalibrationData of a later session;
+    /// kirofic.h has the layout.
     /// @param pFICData room for the blob; null only asks for its size, which a frame may raise
     /// @return size of the blob in bytes
     UINT32 (*GetFICData)(IKIROCoreAlgo* pAlgo, VOID* pFICData);
@@ -347,7 +339,7 @@ typedef VOID (*StatsLogger)(const CHAR* pFileName, INT32 line, const CHAR* pFunc
 extern "C" TAVO_VISIBLE StatsLogger gStatsLogger;
 
 /// The one entry point of the library. Makes an instance with its table; settings stand at their defaults
-/// (kirosetinput.h), and of the context status AECHybridHDR alone may be set.
+/// (SetInputData), and of the context status AECHybridHDR alone may be set.
 /// @param rTuningData      copied; pTuningSetManager is not null. Store and selectors stay the host's and outlive the
 ///                         instance
 /// @param rDebugData       kept by reference until the instance is gone
