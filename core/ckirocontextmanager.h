@@ -38,12 +38,11 @@ public:
     VOID SetSCDManager(CSCDManager* pSCDManager);
     VOID SetFICManager(CFICManager* pFICManager);
 
-    /// Stores a setting and moves the context events.
-    /// @return 0, or 1 for a null argument, a payload that is too small or a failed setting; events move all the same
+    /// Behind setInput, but for the refresh of the banks.
     KiroResult SetInput(const KIROSetInput* pSetInput);
 
-    /// Takes a tuning handle: rebuilds the banks and reads the hybrid HDR switch. Of a store whose file has changed
-    /// behind it, modes that are not in memory cannot be had: the mode path of before stays then. @return 0
+    /// Takes a tuning handle, at creation and for AECAlgoSetParamTunaraData. Of a store whose file has changed behind
+    /// it, modes that are not in memory cannot be had. @return 0
     KiroResult SetTunara(StatsTuningData& rTuningData);
 
     VOID RunContextStartOfFrame();

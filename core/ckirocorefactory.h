@@ -24,8 +24,8 @@ CKIRODataXML* LIBCreateTriggerData(IKIROCoreAlgo* pAlgo);
 /// Stores the thirty-six functions of the table.
 VOID SetCoreFunctions(IKIROCoreAlgo& rAlgo);
 
-/// Behind createDataXml. Unknown types, KIROMLBaseDataType included, give an object of type 0.
+/// Behind createDataXml and the functions of its objects.
 CKIROTriggerDataXML* KIROCreateTriggerDataInst(IKIROCoreAlgo* pAlgo, KIROMLDataType xmlType);
 VOID                 KIROTriggerSetData(CKIROTriggerDataXML* pObj, VOID* pData, KIROMLDataType xmlDataType);
 VOID* KIROTriggerGetData(CKIROTriggerDataXML* pObj, FLOAT pTrigger1D, FLOAT pTrigger2D, FLOAT pTrigger3D);
-VOID  KIROTriggerDestory(CKIROTriggerDataXML* pObj);  // misspelled; the name as hosts know it
+VOID  KIROTriggerDestory(CKIROTriggerDataXML* pObj);

@@ -18,8 +18,10 @@
 /// Of those whose payload is a number, or whose effect no record tells:
 ///
 /// - TunaraData rebuilds the data banks: entries of the host in tuned banks are gone and must be set again, value banks
-///   keep their values. All stages take the new records at their next use. Of a mode that cannot be read any more the
-///   path before stays, with a log. The result is 0. Event AECHybridHDR, by the tuning. docs/integration.md says when.
+///   keep their values. Stages take the new records at their next use; but inline calibration keeps those of the
+///   creation, and the role of CameraInfo its way to meter and to expose until it changes. Of a mode that cannot be
+///   read any more the path before stays, with a log. The result is 0. Event AECHybridHDR, by the tuning.
+///   docs/integration.md says when.
 /// - ExposureCompensation multiplies the targets in convergence, which takes them in one frame. A value beyond the
 ///   tuned range is logged; it is kept, but acts as the end of the range. Event AECEV, while it is not 0.
 /// - FlashMaximumCurrent stands until the next getFlashCurrent, which puts the largest tuned current in its place.

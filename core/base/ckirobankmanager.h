@@ -24,9 +24,8 @@
 #include "schema/kirodbsnapshot.h"
 #include "schema/kirodbstatscalculator.h"
 
-/// Seventeen banks. Tuned banks hold pointers to payloads, the newest at the front; value banks (scene analyzer, stats
-/// calculator, triggers) hold values in slots indexed by data ID. Data ID 0 of a tuned bank is the entry that the
-/// context selects. Results: 0 success, 1 read failed, 4 write refused, 6 no such bank or entry.
+/// Seventeen banks; interface/kirobankdata.h says what they hold. Results: 0 success, 1 read failed, 4 write refused,
+/// 6 no such bank or entry.
 class CKIROBankManager
 {
 public:
@@ -50,13 +49,9 @@ public:
         return m_context;
     }
 
-    /// The host's write: copied into a value bank, kept by pointer in a tuned one.
+    // Behind setBankData, getBankData and setDynamicBankData. The override of data ID 0 acts at the moment of reading.
     KiroResult SetControlData(const KIROSetBankData* pSetData);
-
-    /// The host's read: sets pData to the payload. A value bank with a data ID out of range sets it to null.
     KiroResult GetControlData(KIROGetBankData* pGetData);
-
-    /// The host's override of data ID 0; it acts at the moment of reading and survives SetTuning.
     KiroResult SetControlDynamicData(KIRODynamicDataOperationType operation, KIROBankIDType bankID, INT32 dataID);
 
     /// Resolves a reference into a range; zeros on failure. A number stands for a range of no width, a region of

@@ -1,12 +1,8 @@
 /// @file
-/// Tuned values that vary with up to three measured quantities.
-///
-/// A value is a tree of at most three levels, each an array of zones sorted by rising trigger. Zones are ranges with
-/// flat spots inside; between two zones the records of the neighbours are interpolated, level by level. The search at
-/// the first level starts from the zone of the last call and follows the direction of the trigger, so a trigger on the
-/// border of a zone is inside the zone that it came from.
-///
-/// The tree belongs to the tuning store.
+/// Tuned values that vary with up to three measured quantities; interface/kirotriggerdata.h says what a tree of zones
+/// is. Between two zones the records of the neighbours are interpolated level by level. The search at the first level
+/// starts from the zone of the last call and follows the direction of the trigger, so a trigger on the border of a zone
+/// is inside the zone that it came from.
 #pragma once
 
 #include "core/base/tavomemory.h"

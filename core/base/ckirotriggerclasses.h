@@ -1,11 +1,11 @@
 /// @file
-/// The family of trigger-interpolated data: one class per core record. They differ in what a record holds, and in how
-/// its integers are rounded at each level of the interpolation.
+/// The family of trigger-interpolated data: one class per core record. KIROMLDataType says what each record holds, and
+/// how its integers are rounded, which happens at each level of the interpolation.
 #pragma once
 
 #include "core/base/ckirotrigger.h"
 
-/// kirodbconvbase::ConvBaseCoreDataType
+/// KIROMLConvBaseDataType
 class CKIROConvBase : public CKIRODataXML
 {
 public:
@@ -13,7 +13,7 @@ public:
     VOID* InterpCoreData(FLOAT pInterpRatio, VOID* pStartData, VOID* pEndData) override;
 };
 
-/// kirodbconvstretch::ConvStretchCoreDataType
+/// KIROMLConvStretchDataType
 class CKIROConvStretch : public CKIRODataXML
 {
 public:
@@ -25,7 +25,7 @@ public:
     VOID* InterpCoreData(FLOAT pInterpRatio, VOID* pStartData, VOID* pEndData) override;
 };
 
-/// kirodbconvsettle::BaseSettleType; the count of frames is rounded up.
+/// KIROMLConvSettleType
 class CKIROConvSettle : public CKIRODataXML
 {
 public:
@@ -33,7 +33,7 @@ public:
     VOID* InterpCoreData(FLOAT pInterpRatio, VOID* pStartData, VOID* pEndData) override;
 };
 
-/// Two floats.
+/// KIROMLTwoFloatsDataType
 class CKIROTwoFloatsXML : public CKIRODataXML
 {
 public:
@@ -41,7 +41,7 @@ public:
     VOID* InterpCoreData(FLOAT pInterpRatio, VOID* pStartData, VOID* pEndData) override;
 };
 
-/// kiroscenechangedetector::SCThresCoreDataType; the count of frames is truncated.
+/// KIROMLSCDDataType
 class CKIROSCD : public CKIRODataXML
 {
 public:
@@ -49,7 +49,7 @@ public:
     VOID* InterpCoreData(FLOAT pInterpRatio, VOID* pStartData, VOID* pEndData) override;
 };
 
-/// One float.
+/// KIROMLOneFloatDataType
 class CKIROOneFloatXML : public CKIRODataXML
 {
 public:
@@ -57,7 +57,7 @@ public:
     VOID* InterpCoreData(FLOAT pInterpRatio, VOID* pStartData, VOID* pEndData) override;
 };
 
-/// kirostartup::LightDataTriggerDataType; exposures are interpolated in single precision and truncated.
+/// KIROMLStartUpExtSensType
 class CKIROStartUpExtSens : public CKIRODataXML
 {
 public:
@@ -65,7 +65,7 @@ public:
     VOID* InterpCoreData(FLOAT pInterpRatio, VOID* pStartData, VOID* pEndData) override;
 };
 
-/// Ten floats.
+/// KIROMLFloatArrayDataType
 class CKIROFloatArrayXML : public CKIRODataXML
 {
 public:

@@ -20,7 +20,7 @@ public:
 
     CKIROMetering(StatsTuningData& rTuningData, IKIROContextManager& rContextManager);
 
-    /// @return 0 when the frame was metered; 1 when it was skipped, with the previous targets in rOutput
+    /// @return 0 when the frame was metered; 1 when it was skipped
     KiroResult RunMeteringPreprocess(KIROMeteringInput& rInput, KIROMeteringOutput& rOutput);
 
     /// @return null for an unknown analyzer
@@ -34,7 +34,7 @@ public:
     /// Replaces the exposures by the previous frame's targets while metering is locked. @return bLockMetering
     BOOL UpdateMeteringLockExposure(KIROMeteringOutput& rOutput);
 
-    /// @return 1 while the LED brings a region above its limit that was not bright without it
+    /// Behind isPreflashMeteringNeeded, with its tuning.
     BOOL IsPreflashMeteringNeeded(const KIROCntStatsOut* pOff, UINT32 offCount, const KIROCntStatsOut* pLow,
                                   UINT32 lowCount, const kiroflash::FlashStatsPreprocessingType* pTuning);
 
