@@ -56,6 +56,7 @@ struct KIROAlgoStartExposureInfo;
 struct IKIROCoreAlgo
 {
     IKIROCore* pCore;  ///< the instance, for the library alone; DestroyInstance leaves the address as it is
+
     /// Makes an object that evaluates tuned zones, at any time. Needs no instance: pAlgo may be null.
     /// @param xmlType a type beyond KIROMLFloatArrayDataType or below 0 counts as KIROMLBaseDataType
     /// @return the host's, ended by its DestoryInstance; null when out of memory
@@ -279,12 +280,12 @@ struct IKIROCoreAlgo
     /// a flash snapshot; any other value ends it.
     VOID (*SetMeteringLock)(IKIROCoreAlgo* pAlgo, const BOOL bLock);
 
-    /// Takes the present value of its trigger for the baseline of a scene change detector and brings it back to rest.
-    /// Nothing happens for an ID that the tuning does not have, or a detector that is off.
+    /// Takes the present value of its trigger, or the tuned one, for the baseline of a scene change detector and brings
+    /// it back to rest. Nothing happens for an ID that the tuning does not have, or a detector that is off.
     /// @param id as tuned; of detectors with one ID the last
     VOID (*RebaseSCD)(IKIROCoreAlgo* pAlgo, const UINT32 id);
 
-    /// Reads the states of a scene change detector as its last run in a frame left them.
+    /// Reads the states of a scene change detector as its last run or rebase left them.
     /// @param id as tuned; of detectors with one ID the last
     /// @return 1; 0 with the output as it was for an ID that the tuning does not have
     BOOL (*GetSCDOutput)(IKIROCoreAlgo* pAlgo, const UINT32 id, KIROSCDOutput& rSCDOutput);

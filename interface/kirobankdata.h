@@ -3,10 +3,10 @@
 ///
 /// A data bank holds entries by data ID; tuning refers to a value by bank and data ID. The three value banks keep
 /// values in slots 0 to 999, which a write copies into and which are never empty. The tuned banks keep addresses of
-/// payloads, at most 1000 each: those of the tuning from the last AECAlgoSetParamTunaraData on, and what host and
-/// stages have set since. Their data ID 0 is the entry that the context status selects by the tuned priority map: the
-/// matching one of the highest priority, otherwise the newest entry, which is the last of the tuning until somebody
-/// adds one.
+/// payloads, at most 1000 each: those of the tuning, as creation or the last AECAlgoSetParamTunaraData took them, and
+/// what host and stages have set since. Their data ID 0 is the entry that the context status selects by the tuned
+/// priority map: the matching one of the highest priority, otherwise the newest entry, which is the last of the tuning
+/// until somebody adds one.
 ///
 /// Payload and header (schema/) of each bank; each payload begins with its data ID:
 ///
@@ -39,7 +39,7 @@
 /// of its description, which must live until the slot is written again; it may be null.
 struct KIROSetBankData
 {
-    KIROBankIDType bankID;   ///< which bank; any but value banks are tuned ones
+    KIROBankIDType bankID;   ///< bank to write
     VOID*          pData;    ///< payload; its data ID names the entry. BankIDSceneAnalyzer ignores -1
     INT32          nInSize;  ///< bytes, must be the size of the bank's payload
 };
@@ -47,7 +47,7 @@ struct KIROSetBankData
 /// What getBankData reads.
 struct KIROGetBankData
 {
-    KIROBankIDType bankID;    ///< by the host: which bank
+    KIROBankIDType bankID;    ///< by the host: bank to read
     INT32          dataID;    ///< by the host: which entry; 0 of a tuned bank is the one that the context selects
     VOID*          pData;     ///< by the core: the payload, read-only; see getBankData for what it holds on failure
     INT32          nOutSize;  ///< by the host: bytes, must be the size of the bank's payload
