@@ -1,9 +1,9 @@
 /// @file
 /// The store of one frame's statistics and the single entry point for measures over them.
 ///
-/// The host delivers named channels; requests name them. The records are copied, the values stay the host's until the
-/// next setStats. Results: 0 success, 1 failed operation, 11 invalid input. An output that could not be computed keeps
-/// the sentinel -1.0.
+/// Requests name the channels that they measure; interface/kirostats.h says what a channel is and how long its values
+/// are there. Results: 0 success, 1 failed operation, 11 invalid input. An output that could not be computed keeps the
+/// sentinel -1.0.
 #pragma once
 
 #include "core/base/statsdeque.h"
