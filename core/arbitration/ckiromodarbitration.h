@@ -1,8 +1,8 @@
 /// @file
 /// Splits an exposure into gain and time under limits that narrow one by one.
 ///
-/// The host walks an ordered list of controls per exposure type; each call applies one control: a range, a look-up
-/// table or an exposure table. Several controls share one input record, whose last used table is kept along the list.
+/// Each call applies one control: a range, a look-up table or an exposure table; see KIROArbitrationInput for how a
+/// host walks a list of them.
 #pragma once
 
 #include "core/base/ckirotrigger.h"
@@ -18,7 +18,7 @@ class CKIROArbitration : public ModuleCommon
 public:
     CKIROArbitration(StatsTuningData& rTuningData, IKIROContextManager& rContextManager);
 
-    /// Applies one control. Zero quantities of the input are repaired in place.
+    /// Applies one control.
     /// @return 0 applied; 1 failed or not applicable; 3 not in follow mode; 6 data not found; 10 not for this frame
     KiroResult RunArbitration(KIROArbitrationInput* pInput, KIROArbitrationOutput* pOutput);
 

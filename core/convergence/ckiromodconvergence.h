@@ -57,8 +57,7 @@ class CKIROConvergence : public ModuleCommon
 public:
     CKIROConvergence(StatsTuningData& rTuningData, IKIROContextManager& rContextManager);
 
-    /// One frame. rInput.pRange must point to the frame's limits.
-    /// @return 0, or 1 when the previous frame is missing from the history; rOutput is then not filled
+    /// One frame. @return 0, or 1 without limits or without a previous frame in the history; rOutput is then not filled
     KiroResult RunConvProcesss(KIROConvergenceInput& rInput, KIROConvergenceOutput& rOutput);
 
     /// Ties Safe between Short and Long on a sensor with three exposures in one frame.
