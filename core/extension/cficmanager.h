@@ -25,14 +25,10 @@ public:
     /// @return 0, or 1 with no knees and no zones for a table of more than 16 mixes or of none
     KiroResult SetFICMode();
 
-    /// Loads what GetFICData has stored.
-    /// @param pFICData a whole blob, read as far as its own counts say
-    /// @return 0; 1 with nothing taken outside inline calibration, for null, for more samples than there is room for,
-    ///         or for a blob with fewer knees and zones than SetFICMode has set
+    /// Loads a blob of interface/kirofic.h. @return 0; 1 with nothing taken for null and for one that is refused
     KiroResult SetFICData(const VOID* pFICData);
 
-    /// Stores what has been learned as a little-endian blob that the host keeps between sessions.
-    /// @param pFICData room for the blob; null only asks for its size
+    /// Stores what has been learned as a blob. @param pFICData room for it; null only asks for its size
     /// @return size of the blob in bytes
     UINT32 GetFICData(VOID* pFICData) const;
 

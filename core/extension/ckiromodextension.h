@@ -18,8 +18,7 @@ public:
     /// Per frame, after arbitration. @return 0
     KiroResult RunExtension(KIROExtensionInput& rInput, KIROExtensionOutput& rOutput);
 
-    /// @param pOut receives zeros when there is no estimate to be had, with a result of 0 all the same
-    /// @return 0; 1 when the tuned flash table is unusable or an argument is null, with pOut as it was
+    /// Answers getFlashCurrent: see KIROAlgoFlashOutput.
     KiroResult GetFlashCurrent(const KIROAlgoFlashInput* pIn, KIROAlgoFlashOutput* pOut);
 
     CKIROExtensionMonitor& GetFlagsMonitor()

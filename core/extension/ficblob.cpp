@@ -1,14 +1,4 @@
-// What has been learned, as the host keeps it between sessions. Little-endian, without gaps but for the reserved bytes:
-//
-//   offset  size  field
-//   0       2     rawDataCount
-//   2       1     numOfKnees
-//   3       1     numOfZones
-//   4       16    each of rawDataCount samples: led1Setting 2, led2Setting 2, rgRatio 4, bgRatio 4, zoneIdx 1,
-//                 reserved 3
-//           24    each of numOfKnees knees: rgRatioLow, bgRatioLow, rgRatioHigh, bgRatioHigh, confLEDLow and
-//                 confLEDHigh, 4 each
-//           4     each of numOfZones zones: zoneCntLow 2, zoneCntHigh 2
+// What has been learned, as the host keeps it between sessions: interface/kirofic.h has the layout.
 
 #include <bit>
 

@@ -1,5 +1,4 @@
-// The samples, kept by power and zone: all zones of the lowest power first, then those of the highest; within a zone
-// the oldest first.
+// The samples, kept in the order that KIROFICInfo says.
 
 #include <algorithm>
 #include <limits>
