@@ -2,9 +2,8 @@
 /// Exposure sync of the cameras of a group.
 ///
 /// Each camera has a core instance of its own. An instance publishes a record about its frame and reads the one of its
-/// peer. According to its role it mixes its metered targets with the peer's, or follows the peer's exposures outright.
-/// A master divides the factors of its module out of the published exposures and the follower multiplies them back with
-/// its own: the two meet in a normalised space.
+/// peer (interface/kiromulticam.h). According to its role it mixes its metered targets with the peer's, or follows the
+/// peer's exposures outright.
 #pragma once
 
 #include "core/base/ckirotrigger.h"

@@ -1,9 +1,6 @@
 /// @file
-/// What the host needs to know of a frame for capture decisions: whether flash, LED assist for AF, a low-light snapshot
-/// or a ZLL snapshot is wanted, how to stretch the luma histogram, and whether a snapshot of three exposures is worth
-/// it. It also holds the exposures of a bracketing session steady while the scene stays the same.
-///
-/// A lux index grows as the scene darkens. Without the tuning module the flags stay as they are and nothing is held.
+/// What the host needs to know of a frame for capture decisions (interface/kiroextension.h). It also holds the exposures
+/// of a bracketing session steady while the scene stays the same; without the tuning module nothing is held.
 #pragma once
 
 #include "core/base/tuningdriven.h"
