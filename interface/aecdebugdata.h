@@ -1,7 +1,12 @@
 /// @file
 /// The debug data of one frame: a byte-packed record that the host keeps for offline tools, so that its layout is part
-/// of the format. Truth values are 0 and 1 in one byte; reserved bytes are zero. Fields are the last ones written: a
-/// part whose stage did not run holds an older frame.
+/// of the format. The host owns it and hands it out by IKIRODebugData; each stage writes its part while
+/// IsDebugDataEnabled, and the host copies the record behind runEndOfFrame.
+///
+/// Fields are the last ones written: a part whose stage did not run holds an older frame. Truth values are 0 and 1 in
+/// one byte; reserved bytes are never written. Arrays of three are indexed by AECAlgoExposureType. Exposures are ns
+/// times linear gain, gains linear, indices and log values steps of 3 percent. Names are cut or filled with zeros to
+/// AECDebugNameLength.
 ///
 /// Members are not aligned: read and write them by value, never through a pointer or reference to the member's type.
 #pragma once
@@ -12,354 +17,377 @@
 
 #pragma pack(push, 1)
 
-constexpr UINT32 AECDebugNameLength       = 64;  // bytes, terminated unless a name fills them
-constexpr UINT32 AECDebugPastFrameCount   = 20;
-constexpr UINT32 AECDebugCalculatorCount  = 40;
-constexpr UINT32 AECDebugAnalyzerCount    = 20;
-constexpr UINT32 AECDebugOperationCount   = 20;  // of one analyzer
-constexpr UINT32 AECDebugChannelCount     = 20;
-constexpr UINT32 AECDebugGridSizeMax      = 3072;
-constexpr UINT32 AECDebugHistogramSizeMax = 1024;
-constexpr UINT32 AECDebugWeightTableSize  = 256;  // 16 x 16, row-major
-constexpr UINT32 AECDebugFlashRowCountMax = 6;
+constexpr UINT32 AECDebugNameLength       = 64;    ///< bytes, terminated unless a name fills them
+constexpr UINT32 AECDebugPastFrameCount   = 20;    ///< frames of a history
+constexpr UINT32 AECDebugCalculatorCount  = 40;    ///< room for calculators
+constexpr UINT32 AECDebugAnalyzerCount    = 20;    ///< room for analyzers
+constexpr UINT32 AECDebugOperationCount   = 20;    ///< room for operations of one analyzer
+constexpr UINT32 AECDebugChannelCount     = 20;    ///< room for channels
+constexpr UINT32 AECDebugGridSizeMax      = 3072;  ///< regions of one channel
+constexpr UINT32 AECDebugHistogramSizeMax = 1024;  ///< bins of one channel
+constexpr UINT32 AECDebugWeightTableSize  = 256;   ///< 16 x 16 weights, row-major
+constexpr UINT32 AECDebugFlashRowCountMax = 6;     ///< rows of the flash table whose order is checked
 
+/// An exposure, see KIROExposureSetType.
 struct FrameExposureInfoType
 {
-    FLOAT  gain;
-    UINT64 time;  ///< ns
-    FLOAT  indx;
-    FLOAT  corr;
-    UINT64 exposure;
-    UINT32 ISO;
+    FLOAT  gain;      ///< linear
+    UINT64 time;      ///< ns
+    FLOAT  indx;      ///< index
+    FLOAT  corr;      ///< factor of the exposure table
+    UINT64 exposure;  ///< gain * time * corr
+    UINT32 ISO;       ///< the host's
 };
 
+/// A frame as the history keeps it.
 struct FrameHistoryInfoType
 {
-    UINT32                frameID;
-    UINT8                 isStartConfig;
-    FrameExposureInfoType exposureSets[3];
-    UINT64                exposureTargets[3];
-    FLOAT                 averageLuma;
-    FLOAT                 luxIndex;
-    UINT8                 bIsAECSettled;
-    UINT8                 bIsBrightnessSettled;
-    FLOAT                 previewEVFactor;
-    INT32                 previewEVSetting;
-    FLOAT                 predictiveGain;
-    FLOAT                 shortStretchOffset;
-    FLOAT                 FPS;
-    INT32                 postRawSensitivityBoost;
-    UINT8                 bIsSnapshot;
+    UINT32                frameID;                  ///< low 32 bits
+    UINT8                 isStartConfig;            ///< the start configuration of a mode
+    FrameExposureInfoType exposureSets[3];          ///< as arbitrated
+    UINT64                exposureTargets[3];       ///< targets of metering, mixed
+    FLOAT                 averageLuma;              ///< trigger TriggerCtrlLuma
+    FLOAT                 luxIndex;                 ///< trigger TriggerCtrlLux
+    UINT8                 bIsAECSettled;            ///< all three have settled
+    UINT8                 bIsBrightnessSettled;     ///< safe has settled
+    FLOAT                 previewEVFactor;          ///< of the user's EV, of a snapshot that of the bracket
+    INT32                 previewEVSetting;         ///< EV steps, likewise
+    FLOAT                 predictiveGain;           ///< linear
+    FLOAT                 shortStretchOffset;       ///< stretch of short, steps
+    FLOAT                 FPS;                      ///< frames per second
+    INT32                 postRawSensitivityBoost;  ///< 100 is unity
+    UINT8                 bIsSnapshot;              ///< a snapshot frame
 };
 
 /// The host's own record of the settings; the core leaves it alone.
 struct AECInputConfigData
 {
-    UINT8 bytes[478];
+    UINT8 bytes[478];  ///< in a layout of the host
 };
 
+/// A range of exposures.
 struct AECDebugExpRangeType
 {
-    FrameExposureInfoType start;
-    FrameExposureInfoType end;
+    FrameExposureInfoType start;  ///< lower limits
+    FrameExposureInfoType end;    ///< upper limits
 };
 
 /// Not written by the core.
 struct AECDebugDataContextType
 {
-    AECInputConfigData   configInfo;
-    UINT64               currentContext;
-    AECDebugExpRangeType arbExpRange[2];
+    AECInputConfigData   configInfo;      ///< settings
+    UINT64               currentContext;  ///< context status
+    AECDebugExpRangeType arbExpRange[2];  ///< ranges of the arbitration
 };
 
+/// By runEndOfFrame. A settled frame behind a settled frame is not pushed: a long settled stretch keeps one entry.
 struct AECDebugDataFrameHistoryType
 {
-    FrameHistoryInfoType currentFrame;
-    FrameHistoryInfoType pastFrames[AECDebugPastFrameCount];  ///< newest first
+    FrameHistoryInfoType currentFrame;                        ///< the frame that ended
+    FrameHistoryInfoType pastFrames[AECDebugPastFrameCount];  ///< newest first, that frame included
 };
 
+/// A pair of values.
 struct AECDebugRange
 {
-    FLOAT start;
-    FLOAT end;
+    FLOAT start;  ///< first
+    FLOAT end;    ///< second
 };
 
 /// A bank entry; -1 or 255 for none.
 struct AECDebugBank
 {
-    UINT8 bankID;
-    INT16 dataID;
+    UINT8 bankID;  ///< KIROBankIDType
+    INT16 dataID;  ///< cut to -1 to 32767
 };
 
+/// One calculator that ran.
 struct AECDebugCalculatorType
 {
-    CHAR  description[AECDebugNameLength];
-    INT32 calculatorID;
-    UINT8 APISelection;
-    INT16 outputStart;  ///< slots of the calculator bank
-    INT16 outputEnd;
-    FLOAT results[2];
+    CHAR  description[AECDebugNameLength];  ///< tuned name
+    INT32 calculatorID;                     ///< tuned
+    UINT8 APISelection;                     ///< CalculatorAPIType
+    INT16 outputStart;                      ///< slots of the calculator bank
+    INT16 outputEnd;                        ///< slots of the calculator bank
+    FLOAT results[2];                       ///< -1 for what could not be measured, 0 for a second one that it has not
 };
 
 /// Where a result of a scene analyzer came from and went to.
 struct AECDebugComponentType
 {
-    UINT8        method;  ///< of the aggregation
-    AECDebugBank output;
-    CHAR         description[AECDebugNameLength];
+    UINT8        method;                           ///< of the aggregation, AggregationMethodType
+    AECDebugBank output;                           ///< receives the result
+    CHAR         description[AECDebugNameLength];  ///< tuned name of the output
 };
 
 /// One arithmetic operation of a scene analyzer.
 struct AECDebugOperationType
 {
-    UINT8         priorityAndDataType;  ///< priority in the low four bits, data type in the high ones
-    UINT8         method;
-    FLOAT         operands[4];
-    AECDebugRange result;
-    AECDebugBank  output;
-    CHAR          description[AECDebugNameLength];
+    UINT8         priorityAndDataType;              ///< priority in the low four bits, data type in the high ones
+    UINT8         method;                           ///< ArithmeticOperationMethodType
+    FLOAT         operands[4];                      ///< A to D
+    AECDebugRange result;                           ///< both halves
+    AECDebugBank  output;                           ///< receives the result
+    CHAR          description[AECDebugNameLength];  ///< tuned name of the output
 };
 
+/// One scene analyzer that ran; zeros for one whose algorithm runs in place of all else.
 struct AECDebugAnalyzerType
 {
-    CHAR                  name[AECDebugNameLength];
-    UINT16                analyzerID;
-    UINT8                 refType;  ///< KIROExposureSelection
-    UINT8                 type;     ///< KIROExposureSelection
-    FLOAT                 luma;
-    AECDebugRange         target;
-    FLOAT                 confidence;
-    AECDebugComponentType lumaOrigin;
-    AECDebugComponentType targetOrigin;
-    AECDebugComponentType confidenceOrigin;
-    FLOAT                 adjustmentRatio;  ///< as read from its bank, -1 without an operator
-    UINT8                 operationCount;   ///< goes on past the array, up to 255
-    AECDebugOperationType operations[AECDebugOperationCount];
+    CHAR                  name[AECDebugNameLength];            ///< tuned
+    UINT16                analyzerID;                          ///< tuned
+    UINT8                 refType;                             ///< KIROExposureSelection that it was measured with
+    UINT8                 type;                                ///< KIROExposureSelection that it decides
+    FLOAT                 luma;                                ///< on the scale of its channels
+    AECDebugRange         target;                              ///< wanted luma
+    FLOAT                 confidence;                          ///< as tuned
+    AECDebugComponentType lumaOrigin;                          ///< of luma
+    AECDebugComponentType targetOrigin;                        ///< of target
+    AECDebugComponentType confidenceOrigin;                    ///< of confidence
+    FLOAT                 adjustmentRatio;                     ///< as read from its bank, -1 without an operator
+    UINT8                 operationCount;                      ///< goes on past the array, up to 255
+    AECDebugOperationType operations[AECDebugOperationCount];  ///< in the order in which they ran
 };
 
+/// By the metering calls. Calculators and analyzers are recorded where verboseDebugDataEnable of the module
+/// kiroextension asks for them; otherwise the counts are 0.
 struct AECDebugDataMeteringType
 {
-    UINT64                 mtrExposures[3];
-    UINT64                 exposures[3];
-    UINT8                  bIsMeteringSkipped;
-    FLOAT                  luma;
-    FLOAT                  luxIndex;
-    FLOAT                  darkRatio;
-    FLOAT                  brightRatio;
-    UINT16                 calculatorCount;  ///< goes on past the array
-    AECDebugCalculatorType calculators[AECDebugCalculatorCount];
-    UINT16                 analyzerCount;  ///< goes on past the array
-    AECDebugAnalyzerType   analyzers[AECDebugAnalyzerCount];
-    UINT8                  reserved[2];
+    UINT64                 mtrExposures[3];     ///< of KIROMeteringOutput
+    UINT64                 exposures[3];        ///< of KIROMeteringOutput, before mixMetering
+    UINT8                  bIsMeteringSkipped;  ///< 0: a frame that is skipped does not write it
+    FLOAT                  luma;                ///< of the lux analyzer
+    FLOAT                  luxIndex;            ///< filtered over frames
+    FLOAT                  darkRatio;           ///< trigger TriggerCtrlDarkRatio
+    FLOAT                  brightRatio;         ///< trigger TriggerCtrlSatRatio
+    UINT16                 calculatorCount;     ///< goes on past the array; without the four fixed ones
+    AECDebugCalculatorType calculators[AECDebugCalculatorCount];  ///< in the order in which they ran
+    UINT16                 analyzerCount;                         ///< goes on past the array
+    AECDebugAnalyzerType   analyzers[AECDebugAnalyzerCount];      ///< in the order of runAnalyzer
+    UINT8                  reserved[2];                           ///< never written
 };
 
 /// Limits of one exposure.
 struct AECDebugConvergenceRange
 {
-    FLOAT startLog103;
-    FLOAT endLog103;
-    FLOAT startGain;
-    FLOAT endGain;
+    FLOAT startLog103;  ///< log of the least exposure
+    FLOAT endLog103;    ///< log of the largest
+    FLOAT startGain;    ///< linear
+    FLOAT endGain;      ///< linear
 };
 
+/// What convergence made of one frame.
 struct AECDebugConvergenceFrame
 {
-    UINT32 frameID;
-    FLOAT  targetLog103[3];
-    FLOAT  outputLog103[3];
+    UINT32 frameID;          ///< low 32 bits
+    FLOAT  targetLog103[3];  ///< targets, with EV, lock and smoothing
+    FLOAT  outputLog103[3];  ///< exposures before they were cut to the limits
 };
 
+/// By RunConvPostProcess, in a frame that has limits and a frame before it.
 struct AECDebugDataConvergenceType
 {
-    AECDebugConvergenceRange ranges[3];
-    FLOAT                    targetLog103[3];
-    FLOAT                    outputLog103[3];
-    FLOAT                    previousLog103[3];
-    FLOAT                    baseSpeed;
-    FLOAT                    drcSpeed;
-    UINT8                    cappingType;
-    FLOAT                    predictiveGain;
-    UINT8                    bBrightnessSettle;
-    UINT8                    bSettle;
-    FLOAT                    shortStretchOffset;
-    UINT8                    bIfConvProcRun;
-    AECDebugConvergenceFrame history[AECDebugPastFrameCount];  ///< newest first
+    AECDebugConvergenceRange ranges[3];           ///< the frame's limits
+    FLOAT                    targetLog103[3];     ///< as in history[0]
+    FLOAT                    outputLog103[3];     ///< as in history[0]
+    FLOAT                    previousLog103[3];   ///< exposures of the frame before
+    FLOAT                    baseSpeed;           ///< share of the way per frame; of the last frame that ran
+    FLOAT                    drcSpeed;            ///< the same for short and long against safe
+    UINT8                    cappingType;         ///< AECConvCappingType
+    FLOAT                    predictiveGain;      ///< of KIROConvergenceOutput
+    UINT8                    bBrightnessSettle;   ///< of KIROConvergenceOutput
+    UINT8                    bSettle;             ///< of KIROConvergenceOutput
+    FLOAT                    shortStretchOffset;  ///< of KIROConvergenceOutput
+    UINT8                    bIfConvProcRun;      ///< of KIROConvergenceOutput
+    AECDebugConvergenceFrame history[AECDebugPastFrameCount];  ///< newest first; settled behind settled is left out
 };
 
 /// What the last control of the order list made of one exposure.
 struct AECDebugArbitratedExposure
 {
-    FrameExposureInfoType exposureSet;
-    FLOAT                 minGain;
-    FLOAT                 maxGain;
-    UINT64                minTime;  ///< ns
-    UINT64                maxTime;  ///< ns
-    FLOAT                 minIndex;
-    FLOAT                 maxIndex;
-    FLOAT                 deltaEVFromTarget;
+    FrameExposureInfoType exposureSet;        ///< the split
+    FLOAT                 minGain;            ///< limits behind the control, linear
+    FLOAT                 maxGain;            ///< linear
+    UINT64                minTime;            ///< ns
+    UINT64                maxTime;            ///< ns
+    FLOAT                 minIndex;           ///< index
+    FLOAT                 maxIndex;           ///< index
+    FLOAT                 deltaEVFromTarget;  ///< as the host preset it for the call
 };
 
+/// By each runArbitration that applies and is not for limits (bIsConvRange).
 struct AECDebugDataArbitrationType
 {
     AECDebugArbitratedExposure exposures[3];  ///< by AECAlgoExposureType
-    FLOAT                      FPS;
-    UINT8                      reserved[4];
+    FLOAT                      FPS;           ///< as the host preset it for the last call
+    UINT8                      reserved[4];   ///< never written
 };
 
+/// By runExtension but for the last member: KIROExtensionOutput and two settings.
 struct AECDebugDataExtensionType
 {
-    FLOAT luxIndex;
-    UINT8 LEDMode;
-    UINT8 opMode;
-    UINT8 bFlashNeeded;
-    UINT8 bFDFlashDelayNeeded;
-    UINT8 bLEDAFNeeded;
-    UINT8 bLLSNeeded;
-    UINT8 bZLLEnabled;
-    UINT8 bZLLEnforced;
-    UINT8 bHistStretchEnabled;
-    FLOAT histStretchClamp;
-    FLOAT histStretchScaling;
-    UINT8 bIs3HDRTriggerValid;
-    UINT8 trigger3HDRResult[3];
-    FLOAT resultCDF0;
-    FLOAT resultCDF5;
-    FLOAT realDRCGain;
-    FLOAT ambientRaw;
-    FLOAT faceLuma;
-    UINT8 bIs3HDRSnapshot;
-    UINT8 bIsSeamlessBinning;
-    UINT8 reserved[2];
+    FLOAT luxIndex;              ///< trigger TriggerCtrlLux
+    UINT8 LEDMode;               ///< AECAlgoLEDModeType
+    UINT8 opMode;                ///< AECAlgoOperationModeType
+    UINT8 bFlashNeeded;          ///< of KIROExtFlagsMonitorOutput
+    UINT8 bFDFlashDelayNeeded;   ///< of KIROExtFlagsMonitorOutput
+    UINT8 bLEDAFNeeded;          ///< of KIROExtFlagsMonitorOutput
+    UINT8 bLLSNeeded;            ///< of KIROExtFlagsMonitorOutput
+    UINT8 bZLLEnabled;           ///< of KIROExtFlagsMonitorOutput
+    UINT8 bZLLEnforced;          ///< of KIROExtFlagsMonitorOutput
+    UINT8 bHistStretchEnabled;   ///< of AECYHistStretchData
+    FLOAT histStretchClamp;      ///< of AECYHistStretchData
+    FLOAT histStretchScaling;    ///< of AECYHistStretchData
+    UINT8 bIs3HDRTriggerValid;   ///< of InSensorHDR3ExpTriggerInfo
+    UINT8 trigger3HDRResult[3];  ///< of InSensorHDR3ExpTriggerInfo, by scene
+    FLOAT resultCDF0;            ///< of InSensorHDR3ExpTriggerInfo
+    FLOAT resultCDF5;            ///< of InSensorHDR3ExpTriggerInfo
+    FLOAT realDRCGain;           ///< of InSensorHDR3ExpTriggerInfo
+    FLOAT ambientRaw;            ///< of InSensorHDR3ExpTriggerInfo
+    FLOAT faceLuma;              ///< of InSensorHDR3ExpTriggerInfo
+    UINT8 bIs3HDRSnapshot;       ///< of KIROExt3HDRMonitorOutput
+    UINT8 bIsSeamlessBinning;    ///< of KIROExtensionOutput
+    UINT8 reserved[2];           ///< never written
+    /// Whether statsProcResult is filled; by setStats, also while debug data are off.
     UINT8 statsListVerboseDebugDataEnable;
 };
 
-/// One answered flash current.
+/// One answered flash current, see KIROAlgoFlashOutput. Rows and mixes are those of the tuned flash table.
 struct AECDebugFlashCurrent
 {
-    UINT8  bIsValid;
-    FLOAT  wantedRG;
-    FLOAT  wantedBG;
-    INT32  maxFlashCurrent;  ///< mA
-    INT32  LED1Setting;      ///< mA
-    INT32  LED2Setting;      ///< mA
-    FLOAT  RGRatio;
-    FLOAT  BGRatio;
-    FLOAT  firstEntryRatio;
-    FLOAT  lastEntryRatio;
-    FLOAT  flux;
-    INT32  powIdx1;
-    INT32  powIdx2;
-    INT32  mixIdx1;
-    INT32  mixIdx2;
-    UINT8  bIsFactoryCalApplied;
-    INT32  countPower;
-    INT32  countMix;
+    UINT8  bIsValid;                                ///< 1 once there was an answer
+    FLOAT  wantedRG;                                ///< red over green, by the question
+    FLOAT  wantedBG;                                ///< blue over green, by the question
+    INT32  maxFlashCurrent;                         ///< mA
+    INT32  LED1Setting;                             ///< mA
+    INT32  LED2Setting;                             ///< mA
+    FLOAT  RGRatio;                                 ///< red over green of the answer
+    FLOAT  BGRatio;                                 ///< blue over green of the answer
+    FLOAT  firstEntryRatio;                         ///< of the answer
+    FLOAT  lastEntryRatio;                          ///< of the answer
+    FLOAT  flux;                                    ///< of the answer
+    INT32  powIdx1;                                 ///< rows between which the answer lies, the same for one row
+    INT32  powIdx2;                                 ///< second of them
+    INT32  mixIdx1;                                 ///< mixes between which it lies, the same for one mix
+    INT32  mixIdx2;                                 ///< second of them
+    UINT8  bIsFactoryCalApplied;                    ///< the row has the factory's colours
+    INT32  countPower;                              ///< rows
+    INT32  countMix;                                ///< mixes of a row
     UINT32 rowPower[AECDebugFlashRowCountMax - 1];  ///< mA; of the first five rows
-    UINT8  reserved[4];
+    UINT8  reserved[4];                             ///< never written
 };
 
+/// By getFlashCurrent.
 struct AECDebugDataLEDTableType
 {
-    AECDebugFlashCurrent low;
+    AECDebugFlashCurrent low;   ///< of the low current
     AECDebugFlashCurrent high;  ///< also of the full current
 };
 
-/// What the precision flash solver read and found.
+/// What the precision flash solver read and found. Lumas are those that the tuned calculators measured.
 struct AECDebugPrecisionFlashSolution
 {
-    UINT8 sceneDetected;
-    FLOAT e1;
-    FLOAT e2;
-    FLOAT maxExpoTime;     ///< ms
-    FLOAT minFlashTime;    ///< ms
-    FLOAT flashDelayTime;  ///< ms
-    FLOAT hysteresis;
-    FLOAT bkGrdLumaOff;
-    FLOAT bkGrdLumaOn;
-    FLOAT frGrdLumaOff;
-    FLOAT frGrdLumaOn;
-    FLOAT bkGrdLumaTarget;
-    FLOAT flux;
+    UINT8 sceneDetected;    ///< the picture is better exposed in two parts
+    FLOAT e1;               ///< exposure that sees the LED; 0 without a solution
+    FLOAT e2;               ///< exposure that does not; 0 without a solution
+    FLOAT maxExpoTime;      ///< ms
+    FLOAT minFlashTime;     ///< ms
+    FLOAT flashDelayTime;   ///< ms
+    FLOAT hysteresis;       ///< share by which the target of the background must exceed its luma
+    FLOAT bkGrdLumaOff;     ///< background without LED
+    FLOAT bkGrdLumaOn;      ///< background under the low LED
+    FLOAT frGrdLumaOff;     ///< foreground without LED
+    FLOAT frGrdLumaOn;      ///< foreground under the low LED
+    FLOAT bkGrdLumaTarget;  ///< background that was tried for; 0 without a solution
+    FLOAT flux;             ///< light of high over low, by the host
 };
 
+/// By runMeteringPostprocess of a flash snapshot that has both flash frames, precisionFlash by runAnalyzer.
 struct AECDebugDataFlashType
 {
-    FrameHistoryInfoType           frameOff;
-    FrameHistoryInfoType           frameLow;
-    FLOAT                          flux;
-    FLOAT                          influence;
-    FLOAT                          luxIndex;
-    FLOAT                          targets[3];  ///< triggers of the metered targets, by AECAlgoExposureType
-    UINT64                         exposures[3];
-    FLOAT                          biasTable[AECDebugWeightTableSize];
-    AECDebugPrecisionFlashSolution precisionFlash;
-    UINT8                          reserved[24515];
+    FrameHistoryInfoType frameOff;    ///< without LED
+    FrameHistoryInfoType frameLow;    ///< under the low LED
+    FLOAT                flux;        ///< light of high over low, by the host
+    FLOAT                influence;   ///< luma under the low LED over that without, at least 1
+    FLOAT                luxIndex;    ///< trigger TriggerCtrlLux
+    FLOAT                targets[3];  ///< triggers of the metered targets, by AECAlgoExposureType; of the frame before
+    UINT64               exposures[3];                        ///< targets of this frame
+    FLOAT                biasTable[AECDebugWeightTableSize];  ///< weights; as before where the tuning has no such table
+    AECDebugPrecisionFlashSolution precisionFlash;            ///< of the last run of its algorithm
+    UINT8                          reserved[24515];           ///< never written
 };
 
+/// A rectangle, sensor pixels.
 struct AECDebugStatsROIType
 {
-    UINT32 left;
-    UINT32 top;
-    UINT32 width;
-    UINT32 height;
+    UINT32 left;    ///< first column
+    UINT32 top;     ///< first row
+    UINT32 width;   ///< columns
+    UINT32 height;  ///< rows
 };
 
+/// Shape of a channel.
 struct AECDebugStatsResolutionType
 {
-    UINT32 width;
-    UINT32 height;
-    UINT32 binCount;
-    INT32  bitDepth;
+    UINT32 width;     ///< grid columns
+    UINT32 height;    ///< grid rows
+    UINT32 binCount;  ///< histogram bins
+    INT32  bitDepth;  ///< full scale of a value is 2^bitDepth - 1
 };
 
+/// Values of a channel; the one that its type has not is zeros, as are both without values.
 struct AECDebugStatsChInfo
 {
-    FLOAT  valGrid[AECDebugGridSizeMax];
-    UINT32 valHist[AECDebugHistogramSizeMax];
+    FLOAT  valGrid[AECDebugGridSizeMax];       ///< row-major, the first regions of a larger grid
+    UINT32 valHist[AECDebugHistogramSizeMax];  ///< counts, the first bins of a larger histogram
 };
 
+/// A channel as it was delivered, taken or not.
 struct AECDebugStatsChList
 {
-    UINT64                      frameID;
-    CHAR                        channelName[AECDebugNameLength];
-    UINT8                       bChannelEnabled;
-    UINT8                       statsType;
-    AECDebugStatsResolutionType resolution;
-    AECDebugStatsChInfo         channelData;
+    UINT64                      frameID;                          ///< of KIROCntStatsOut
+    CHAR                        channelName[AECDebugNameLength];  ///< delivered name
+    UINT8                       bChannelEnabled;                  ///< of KIROCoreChInfo
+    UINT8                       statsType;                        ///< KIROStatsType
+    AECDebugStatsResolutionType resolution;                       ///< of KIROCntStatsOut
+    AECDebugStatsChInfo         channelData;                      ///< values
 };
 
+/// By setStats, where verboseDebugDataEnable of the module kiroextension asks for the channels.
 struct AECDebugDataStatsProcResult
 {
-    UINT8                numOfChannels;
-    UINT8                bPrepareBeforePreflash;
-    UINT8                bIsTouchAEC;  ///< holds the torch flag, not that of touch
-    AECDebugStatsROIType bayerGridROI;
-    AECDebugStatsChList  channels[AECDebugChannelCount];
+    UINT8                numOfChannels;                   ///< entries of channels
+    UINT8                bPrepareBeforePreflash;          ///< of KIROStatsList
+    UINT8                bIsTouchAEC;                     ///< holds the torch flag, not that of touch
+    AECDebugStatsROIType bayerGridROI;                    ///< of KIROStatsList
+    AECDebugStatsChList  channels[AECDebugChannelCount];  ///< zeros behind the last one
 };
 
+/// Whether a flash parts the scene; by runMeteringPreprocess of a flash snapshot that has its statistics.
 struct AECDebugDataPrecisionFlashType
 {
-    UINT8 scenceEnabled;
-    FLOAT bkgrdpct;
-    FLOAT frgrdpct;
-    FLOAT backGroundTable[AECDebugWeightTableSize];
-    FLOAT foreGroundTable[AECDebugWeightTableSize];
-    UINT8 reserved[249];
+    UINT8 scenceEnabled;                             ///< it does
+    FLOAT bkgrdpct;                                  ///< percent of the regions that are background
+    FLOAT frgrdpct;                                  ///< percent of the regions that are foreground
+    FLOAT backGroundTable[AECDebugWeightTableSize];  ///< weights; zeros where the feature is off
+    FLOAT foreGroundTable[AECDebugWeightTableSize];  ///< weights; zeros where the feature is off
+    UINT8 reserved[249];                             ///< never written
 };
 
+/// The whole record.
 struct AECDebugData
 {
-    AECDebugDataContextType        contextInfo;
-    AECDebugDataFrameHistoryType   frameHistoryInfo;
-    AECDebugDataMeteringType       meteringInfo;
-    AECDebugDataConvergenceType    convergenceInfo;
-    AECDebugDataArbitrationType    arbitrationInfo;
-    AECDebugDataExtensionType      extensionInfo;
-    AECDebugDataLEDTableType       ledTableInfo;
-    AECDebugDataFlashType          flashInfo;
-    AECDebugDataStatsProcResult    statsProcResult;
+    AECDebugDataContextType        contextInfo;           ///< not written by the core
+    AECDebugDataFrameHistoryType   frameHistoryInfo;      ///< by runEndOfFrame
+    AECDebugDataMeteringType       meteringInfo;          ///< by the metering calls
+    AECDebugDataConvergenceType    convergenceInfo;       ///< by RunConvPostProcess
+    AECDebugDataArbitrationType    arbitrationInfo;       ///< by runArbitration
+    AECDebugDataExtensionType      extensionInfo;         ///< by runExtension, the last member by setStats
+    AECDebugDataLEDTableType       ledTableInfo;          ///< by getFlashCurrent
+    AECDebugDataFlashType          flashInfo;             ///< by the metering calls of a flash snapshot
+    AECDebugDataStatsProcResult    statsProcResult;       ///< by setStats
     CHAR                           kiroAlgoVersion[128];  ///< not written by the core
-    AECDebugDataPrecisionFlashType precisionFlashInfo;
+    AECDebugDataPrecisionFlashType precisionFlashInfo;    ///< by runMeteringPreprocess of a flash snapshot
 };
 
 #pragma pack(pop)

@@ -1,6 +1,6 @@
 /// @file
-/// What the host needs to know of a frame for capture decisions (interface/kiroextension.h). It also holds the exposures
-/// of a bracketing session steady while the scene stays the same; without the tuning module nothing is held.
+/// What the host needs to know of a frame for capture decisions (interface/kiroextension.h). It also holds the
+/// exposures of a bracketing session steady while the scene stays the same; without the tuning module nothing is held.
 #pragma once
 
 #include "core/base/tuningdriven.h"
