@@ -1,12 +1,12 @@
 /// @file
 /// The debug data of one frame: a byte-packed record that the host keeps for offline tools, so that its layout is part
 /// of the format. The host owns it and hands it out by IKIRODebugData; each stage writes its part while
-/// IsDebugDataEnabled, and the host copies the record behind runEndOfFrame.
+/// IsDebugDataEnabled, and the host takes a copy after runEndOfFrame.
 ///
 /// Fields are the last ones written: a part whose stage did not run holds an older frame. Truth values are 0 and 1 in
-/// one byte; reserved bytes are never written. Arrays of three are indexed by AECAlgoExposureType. Exposures are ns
-/// times linear gain, gains linear, indices and log values steps of 3 percent. Names are cut or filled with zeros to
-/// AECDebugNameLength.
+/// one byte; reserved bytes stay zero in a record that was zero at first. Arrays of three are indexed by
+/// AECAlgoExposureType. Exposures are ns times linear gain, gains linear, indices and log values steps of 3 percent.
+/// Names are cut or filled with zeros to AECDebugNameLength.
 ///
 /// Members are not aligned: read and write them by value, never through a pointer or reference to the member's type.
 #pragma once
@@ -26,7 +26,7 @@ constexpr UINT32 AECDebugChannelCount     = 20;    ///< room for channels
 constexpr UINT32 AECDebugGridSizeMax      = 3072;  ///< regions of one channel
 constexpr UINT32 AECDebugHistogramSizeMax = 1024;  ///< bins of one channel
 constexpr UINT32 AECDebugWeightTableSize  = 256;   ///< 16 x 16 weights, row-major
-constexpr UINT32 AECDebugFlashRowCountMax = 6;     ///< rows of the flash table whose order is checked
+constexpr UINT32 AECDebugFlashRowCountMax = 6;     ///< one more than the rows that are recorded
 
 /// An exposure, see KIROExposureSetType.
 struct FrameExposureInfoType
@@ -164,7 +164,7 @@ struct AECDebugDataMeteringType
     AECDebugCalculatorType calculators[AECDebugCalculatorCount];  ///< in the order in which they ran
     UINT16                 analyzerCount;                         ///< goes on past the array
     AECDebugAnalyzerType   analyzers[AECDebugAnalyzerCount];      ///< in the order of runAnalyzer
-    UINT8                  reserved[2];                           ///< never written
+    UINT8                  reserved[2];                           ///< zeros
 };
 
 /// Limits of one exposure.
@@ -220,7 +220,7 @@ struct AECDebugDataArbitrationType
 {
     AECDebugArbitratedExposure exposures[3];  ///< by AECAlgoExposureType
     FLOAT                      FPS;           ///< as the host preset it for the last call
-    UINT8                      reserved[4];   ///< never written
+    UINT8                      reserved[4];   ///< zeros
 };
 
 /// By runExtension but for the last member: KIROExtensionOutput and two settings.
@@ -247,7 +247,7 @@ struct AECDebugDataExtensionType
     FLOAT faceLuma;              ///< of InSensorHDR3ExpTriggerInfo
     UINT8 bIs3HDRSnapshot;       ///< of KIROExt3HDRMonitorOutput
     UINT8 bIsSeamlessBinning;    ///< of KIROExtensionOutput
-    UINT8 reserved[2];           ///< never written
+    UINT8 reserved[2];           ///< zeros
     /// Whether statsProcResult is filled; by setStats, also while debug data are off.
     UINT8 statsListVerboseDebugDataEnable;
 };
@@ -270,11 +270,11 @@ struct AECDebugFlashCurrent
     INT32  powIdx2;                                 ///< second of them
     INT32  mixIdx1;                                 ///< mixes between which it lies, the same for one mix
     INT32  mixIdx2;                                 ///< second of them
-    UINT8  bIsFactoryCalApplied;                    ///< the row has the factory's colours
+    UINT8  bIsFactoryCalApplied;                    ///< the table has the factory's colours
     INT32  countPower;                              ///< rows
     INT32  countMix;                                ///< mixes of a row
     UINT32 rowPower[AECDebugFlashRowCountMax - 1];  ///< mA; of the first five rows
-    UINT8  reserved[4];                             ///< never written
+    UINT8  reserved[4];                             ///< zeros
 };
 
 /// By getFlashCurrent.
@@ -305,16 +305,16 @@ struct AECDebugPrecisionFlashSolution
 /// By runMeteringPostprocess of a flash snapshot that has both flash frames, precisionFlash by runAnalyzer.
 struct AECDebugDataFlashType
 {
-    FrameHistoryInfoType frameOff;    ///< without LED
-    FrameHistoryInfoType frameLow;    ///< under the low LED
-    FLOAT                flux;        ///< light of high over low, by the host
-    FLOAT                influence;   ///< luma under the low LED over that without, at least 1
-    FLOAT                luxIndex;    ///< trigger TriggerCtrlLux
-    FLOAT                targets[3];  ///< triggers of the metered targets, by AECAlgoExposureType; of the frame before
+    FrameHistoryInfoType frameOff;                            ///< without LED
+    FrameHistoryInfoType frameLow;                            ///< under the low LED
+    FLOAT                flux;                                ///< light of high over low, by the host
+    FLOAT                influence;                           ///< luma under the low LED over that without, at least 1
+    FLOAT                luxIndex;                            ///< trigger TriggerCtrlLux
+    FLOAT                targets[3];                          ///< triggers of the metered targets; of the frame before
     UINT64               exposures[3];                        ///< targets of this frame
     FLOAT                biasTable[AECDebugWeightTableSize];  ///< weights; as before where the tuning has no such table
     AECDebugPrecisionFlashSolution precisionFlash;            ///< of the last run of its algorithm
-    UINT8                          reserved[24515];           ///< never written
+    UINT8                          reserved[24515];           ///< zeros
 };
 
 /// A rectangle, sensor pixels.
@@ -369,9 +369,9 @@ struct AECDebugDataPrecisionFlashType
     UINT8 scenceEnabled;                             ///< it does
     FLOAT bkgrdpct;                                  ///< percent of the regions that are background
     FLOAT frgrdpct;                                  ///< percent of the regions that are foreground
-    FLOAT backGroundTable[AECDebugWeightTableSize];  ///< weights; zeros where the feature is off
-    FLOAT foreGroundTable[AECDebugWeightTableSize];  ///< weights; zeros where the feature is off
-    UINT8 reserved[249];                             ///< never written
+    FLOAT backGroundTable[AECDebugWeightTableSize];  ///< weights; zeros where no scene was looked for
+    FLOAT foreGroundTable[AECDebugWeightTableSize];  ///< weights; zeros where no scene was looked for
+    UINT8 reserved[249];                             ///< zeros
 };
 
 /// The whole record.

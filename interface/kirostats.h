@@ -30,7 +30,7 @@
 /// Payload of a channel.
 struct KIROCoreChInfo
 {
-    BOOL  bChannelEnabled;  ///< 0: the channel is passed over, which is no error
+    BOOL  bChannelEnabled;  ///< 0: it is passed over, which is no error; debug data copy it all the same
     CHAR* pChannelName;     ///< ends with a zero; a channel whose name is null is never found
     /// The values, as type of KIROCntStatsOut says.
     union
