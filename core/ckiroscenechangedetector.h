@@ -19,7 +19,6 @@ public:
     /// Brings a detector back to rest; nothing happens for an unknown ID.
     VOID Rebase(UINT32 id);
 
-    /// @param rOutput keeps its value for an unknown ID; the name in it lives as long as the tuning
     /// @return 1, or 0 for an unknown ID
     BOOL GetSCDOutput(UINT32 id, KIROSCDOutput& rOutput);
 

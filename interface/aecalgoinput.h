@@ -2,8 +2,8 @@
 /// Settings and sensor data that a host gives to the core through setInput, and the record in which the core keeps
 /// them.
 ///
-/// Each payload stays the host's and is copied by setInput, with what it points to left where it is: the exceptions are
-/// said below. What a setting was before the host's first one stands at the members of SetInputData.
+/// setInput copies a payload; what the payload points to stays where its record says. What holds before the host has
+/// said anything stands at the members of SetInputData.
 #pragma once
 
 #include "interface/kiroexposure.h"
@@ -14,8 +14,8 @@
 ///
 /// A mode is a history of frames. Setting one, even the same again, forgets the frames and the start configuration of
 /// the mode before: until a start frame (runEndOfFrame with bStartup) no frame is metered. Only leaving FastAEC or
-/// AggressiveAEC keeps both. The last frame of these two and of Streaming stays known as that of the
-/// previous mode, for GetStartUpExposure.
+/// AggressiveAEC for another mode than Init keeps both. The last frame of these two and of Streaming stays known as
+/// that of the previous mode, for GetStartUpExposure.
 enum AECAlgoOperationModeType : INT32
 {
     AECAlgoOperationModeInit             = 0,  ///< forgets the running history; the previous mode stays as it was
@@ -45,11 +45,12 @@ enum AECAlgoModeType : INT32
     AECAlgoModeManualISO      = 1,  ///< event AECManualISO
     AECAlgoModeManualGain     = 2,  ///< event AECManualISO
     AECAlgoModeManualExpTime  = 3,  ///< event AECManualTime
-    AECAlgoModeManualFull     = 4,  ///< event AECManualFull: targets are taken over at once, without convergence
+    AECAlgoModeManualFull     = 4,  ///< event AECManualFull: targets are taken over at once; no start exposures of it
     AECAlgoModeManualAperture = 5   ///< no event
 };
 
-/// Whether the exposure is held. Taken in operation mode Streaming only, elsewhere logged and ignored.
+/// Whether the exposure is held. Taken in operation mode Streaming only, elsewhere logged and ignored. A lock raises
+/// the event AECManualISO and its end clears AECLock: the two are no pair, and no setting raises AECLock.
 enum AECAlgoLockType : INT32
 {
     AECAlgoLockOFF = 0,  ///< exposures follow the scene
@@ -77,14 +78,14 @@ enum StatisticsAntibanding : INT32
     StatisticsAntibandingAuto_60HZ = 5    ///< found by a detector; acts as Off on the short exposure
 };
 
-/// How a picture of high dynamic range comes about. Each sets its event; that of MultiframeHDR stays set once it was.
+/// How a picture of high dynamic range comes about, with the event that is set.
 enum AECAlgoHDRType : INT32
 {
-    HDRDisabled   = 0,  ///< one exposure
-    ISPHDR        = 1,  ///< by the image signal processor
-    SensorHDR     = 2,  ///< three exposures within one frame of the sensor
-    StaggeredHDR  = 3,  ///< exposures that follow one another line by line
-    MultiframeHDR = 4   ///< exposures of several frames
+    HDRDisabled   = 0,  ///< one exposure; AECHDRTypeDisabled
+    ISPHDR        = 1,  ///< by the image signal processor; AECHDRTypeISPHDR
+    SensorHDR     = 2,  ///< three exposures within one frame of the sensor; AECHDRTypeSensorHDR
+    StaggeredHDR  = 3,  ///< exposures that follow one another line by line; AECHDRTypeSHDR2
+    MultiframeHDR = 4   ///< exposures of several frames; AECHDRTypeMFHDR, which stays set once it was
 };
 
 /// What a flash measurement is for. Each but Off sets the event of its name.

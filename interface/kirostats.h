@@ -15,11 +15,13 @@
 /// The full scale of a value is 2^bitDepth - 1. The core rescales nothing: targets, thresholds and ranges of a tuning
 /// are in units of the channel that they are about. Lumas are cut at 0.98 of full scale, or lower where a calculator
 /// follows the ratio of the exposures; ratios of colours are not cut, and take the bitDepth of the luma channel that
-/// they go with: channels that one calculator reads must agree in all four numbers of their resolution.
+/// they go with: channels that one calculator reads must agree in all four numbers of their resolution. A range of luma
+/// that is tuned for a histogram ends at 256, whatever the bit depth.
 ///
 /// setStats copies the records. Names, values and value tables stay the host's: they are neither freed nor changed
-/// until the next setStats of the instance or its end. isPreflashMeteringNeeded reads its channels during the call
-/// only.
+/// until the next setStats of the instance or its end. Where debug data take the list of statistics, channels that are
+/// off and those of a refused list are read during setStats as well: their pointers are null or good.
+/// isPreflashMeteringNeeded reads its channels during the call only.
 #pragma once
 
 #include "interface/aecalgoinput.h"
@@ -30,7 +32,7 @@
 /// Payload of a channel.
 struct KIROCoreChInfo
 {
-    BOOL  bChannelEnabled;  ///< 0: it is passed over, which is no error; debug data copy it all the same
+    BOOL  bChannelEnabled;  ///< 0: the channel is off and passed over, which is no error
     CHAR* pChannelName;     ///< ends with a zero; a channel whose name is null is never found
     /// The values, as type of KIROCntStatsOut says.
     union
@@ -72,7 +74,7 @@ constexpr UINT32 KIROStatsChannelCountMax = 20;
 
 /// Argument of setStats, once per frame. setStats answers 11 when no grid could be stored, when the list is too long
 /// and when its last channel was refused, else 0: a channel that was refused before the last one shows in the log
-/// alone.
+/// alone. Truth values are 0 and 1: any other counts as a change in every frame.
 struct KIROStatsList
 {
     StatisticsStartUp startup;                ///< Invalid: nothing is stored, result 11
@@ -80,8 +82,8 @@ struct KIROStatsList
     StatsRectangle    bayerGridROI;           ///< part of the sensor that the grids cover, pixels; debug record only
     BOOL              prepareBeforePreflash;  ///< debug record only; what counts is said in KIROExtFlashInfo
     StatsDataPointer  debugData;              ///< not read
-    BOOL            bIsTorchAEC;  ///< 1 while the LED burns as a torch, else 0: event AECTorch, a change AECTorchChange
-    BOOL            bIsDepthAEC;  ///< 1 while depth data guide metering, else 0: event AECDepth
-    KIROCntStatsOut pList[KIROStatsChannelCountMax];  ///< the channels
-    UINT32          count;                            ///< filled entries of pList; above the room nothing is stored
+    BOOL              bIsTorchAEC;  ///< 1 while the LED burns as a torch: event AECTorch, AECTorchChange at a change
+    BOOL              bIsDepthAEC;  ///< 1 while depth data are in use: event AECDepth
+    KIROCntStatsOut   pList[KIROStatsChannelCountMax];  ///< the channels
+    UINT32            count;                            ///< filled entries of pList; above the room nothing is stored
 };

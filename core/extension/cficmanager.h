@@ -5,8 +5,7 @@
 /// by the white balance are noted. Under preflash (the table's lowest power) and full flash (its highest) these cells
 /// move from neutral towards the colour of the LEDs: direction and, scaled to the estimated distance, place of that
 /// colour are a sample. Samples are kept per zone, the span of LED mixes between two neighbouring knees of the table;
-/// where enough of them agree, the colour of a knee is replaced. Colours are red over green (RG) and blue over green
-/// (BG), currents milliamperes.
+/// where enough of them agree, the colour of a knee is replaced. Units are those of interface/kirofic.h.
 #pragma once
 
 #include "core/extension/ficrecords.h"

@@ -4,8 +4,8 @@
 ///
 /// The tuned table holds mixes: pairs of currents with the colour and light that they give, in rows of equal total
 /// power. One row, or a row between two, is chosen by power; the mixes of that row are a line of colours, and the point
-/// of that line nearest to the wanted colour gives the currents. Colours are red over green (RG) and blue over green
-/// (BG), currents milliamperes. A factory calibration and the inline calibration correct colours of the table.
+/// of that line nearest to the wanted colour gives the currents. A factory calibration and the inline calibration
+/// correct colours of the table. Units are those of interface/kiroflash.h.
 #pragma once
 
 #include "core/extension/flashcurrentestimate.h"
@@ -30,7 +30,7 @@ public:
     /// @return 0, or 1 for a table that is too large or not in order of power
     KiroResult SetTuningHeaderChanged();
 
-    /// @param pIn  not null. A Low estimate is expected before High: its colour is what High matches
+    /// @param pIn  not null
     /// @param pOut not null; zeros for an unknown type or a missing table
     /// @return 0, or 1 when tuning, table or type are unusable
     KiroResult EstimateFlashCurrent(const KIROAlgoFlashInput* pIn, FlashCurrentEstimate* pOut);

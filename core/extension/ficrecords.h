@@ -1,6 +1,5 @@
 /// @file
-/// Working records of inline calibration. Colours are red over green (RG) and blue over green (BG), currents
-/// milliamperes.
+/// Working records of inline calibration, in the units of interface/kirofic.h.
 #pragma once
 
 #include "interface/kirofic.h"

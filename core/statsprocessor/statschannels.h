@@ -12,8 +12,7 @@ typedef Tavo::StatsDeque<KIROCntStatsOut, KIROStatsChannelCountMax> AECCoreStats
 
 constexpr INT32 ChannelNotFound = -1;
 
-/// Of two channels of one name the earlier delivered wins.
-/// @return position in the ring, ChannelNotFound for a null name or no match
+/// @return position in the ring of the first one, ChannelNotFound for a null name or no match
 inline INT32 FindStatsChannel(const AECCoreStatsDeque& rRing, const CHAR* pName)
 {
     for (UINT32 position = 0; pName != nullptr && position < rRing.size(); ++position)
