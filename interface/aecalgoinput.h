@@ -322,7 +322,7 @@ struct AECAlgoDCCalibrationInfo
             UINT16 averageLuma;   ///< that gain and time gave
             UINT16 exposureTime;  ///< of the measurement
             UINT32 CCT;           ///< kelvin; logged only
-        } absolute;
+        } absolute;               ///< for a version other than 0
         /// Two modules before one scene. The factor is the slave's gain and time over the master's, divided by
         /// brightnessRatio.
         struct
@@ -333,8 +333,8 @@ struct AECAlgoDCCalibrationInfo
             FLOAT  masterGain;          ///< linear
             FLOAT  masterExposureTime;  ///< of the measurement
             UINT32 CCT;                 ///< kelvin; logged only
-        } relative;
-    } u;  ///< read as version says
+        } relative;                     ///< for version 0
+    } u;                                ///< read as version says
 };
 
 /// Payload of AECAlgoSetParamFlashCalibrationData, and answer of GetFlashCalibInfo: colours that the factory measured

@@ -39,9 +39,9 @@ struct KIROCoreChInfo
     {
         INT*   pIData;  ///< histogram: UINT32 counts; null: it is kept, and measured as if it were missing
         FLOAT* pFData;  ///< grid: values; null: the channel is refused with result 11
-    } Data;
-    UINT32 dataSize;  ///< bytes behind Data; the core goes by the resolution alone
-    FLOAT* pValLUT;   ///< histogram: its values, null as for pIData; not read of a grid
+    } Data;             ///< the host's
+    UINT32 dataSize;    ///< bytes behind Data; the core goes by the resolution alone
+    FLOAT* pValLUT;     ///< histogram: its values, null as for pIData; not read of a grid
 };
 
 /// One channel of one frame.
