@@ -297,6 +297,28 @@ struct IKIROCoreAlgo
     UINT32 (*GetFICData)(IKIROCoreAlgo* pAlgo, VOID* pFICData);
 };
 
+/// The functions of the table by name, in its order: what goes over all of them is made of this list. FUNCTION(name) is
+/// put down for each; those behind createDataXml are the operations of an instance.
+// clang-format off
+#define KIRO_CORE_FUNCTIONS(FUNCTION) FUNCTION(createDataXml) KIRO_CORE_OPERATIONS(FUNCTION)
+#define KIRO_CORE_OPERATIONS(FUNCTION)                                                                                \
+    FUNCTION(runStartOfFrame) FUNCTION(runMeteringPreprocess) FUNCTION(runAnalyzer) FUNCTION(updateAnalyzerMgrOut)    \
+    FUNCTION(runMeteringPostprocess) FUNCTION(mixMetering) FUNCTION(runExtension) FUNCTION(runEndOfFrame)             \
+    FUNCTION(followMasterConvExposure) FUNCTION(getBankData) FUNCTION(setInput) FUNCTION(setStats)                    \
+    FUNCTION(setBankData) FUNCTION(GetFlashMaxCurrent) FUNCTION(GetFlashCalibInfo) FUNCTION(getFlashCurrent)          \
+    FUNCTION(isPreflashMeteringNeeded) FUNCTION(GetStartUpExposure) FUNCTION(queryMetaData) FUNCTION(runArbitration)  \
+    FUNCTION(RunConvProcess) FUNCTION(RunConvSettle) FUNCTION(RunConvPostProcess)                                     \
+    FUNCTION(HandleExposureConstraints) FUNCTION(DestroyInstance) FUNCTION(setDynamicBankData)                        \
+    FUNCTION(GetContextStatus) FUNCTION(SetContextEvent) FUNCTION(GetContextEvent) FUNCTION(run1DVectorProcess)       \
+    FUNCTION(reset1DVectorProcessors) FUNCTION(SetMeteringLock) FUNCTION(RebaseSCD) FUNCTION(GetSCDOutput)            \
+    FUNCTION(GetFICData)
+// clang-format on
+
+#define KIRO_COUNT_FUNCTION(name) +1
+static_assert(sizeof(IKIROCoreAlgo) == sizeof(IKIROCore*) + sizeof(VOID*) * (KIRO_CORE_FUNCTIONS(KIRO_COUNT_FUNCTION)),
+              "a function of the table is not in the list");
+#undef KIRO_COUNT_FUNCTION
+
 /// What a create parameter is. The core reads the logger's alone.
 enum AECAlgoCreateParamsType : INT32
 {

@@ -49,12 +49,9 @@ template <typename Parameter> Parameter Pass(Argument<Parameter> argument)
 /// The members of the table, in the order of the slots.
 inline constexpr auto TableMembers = std::tuple{
 #define SLOT(name) &IKIROCoreAlgo::name,
-    RECORDED_SLOTS(SLOT)
+    KIRO_CORE_FUNCTIONS(SLOT)
 #undef SLOT
 };
-
-static_assert(sizeof(IKIROCoreAlgo) == (1 + std::tuple_size_v<decltype(TableMembers)>)*sizeof(VOID*),
-              "a function of the table is not among the slots");
 
 template <Slot TheSlot> inline constexpr auto TableMember = std::get<static_cast<size_t>(TheSlot)>(TableMembers);
 
