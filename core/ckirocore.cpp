@@ -4,10 +4,10 @@
 
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
-#include "core/base/kiroresults.h"
 #include "core/base/tuningaccess.h"
 #include "core/extension/ckirocamsync.h"
 #include "interface/ckiroctrlcorecommon.h"
+#include "interface/kiroresults.h"
 #include "schema/kiroadvancedinfo.h"
 #include "schema/kiroextension.h"
 

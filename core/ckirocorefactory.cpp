@@ -3,10 +3,10 @@
 #include <atomic>
 
 #include "core/base/kirolog.h"
-#include "core/base/kiroresults.h"
 #include "core/base/tavomemory.h"
 #include "core/ckirocore.h"
 #include "interface/kirocontextaccess.h"
+#include "interface/kiroresults.h"
 
 StatsLogger gStatsLogger = nullptr;
 

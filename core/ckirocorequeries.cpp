@@ -4,12 +4,12 @@
 #include <cstring>
 
 #include "core/base/kirolog.h"
-#include "core/base/kiroresults.h"
 #include "core/base/tuningaccess.h"
 #include "core/ckirocore.h"
 #include "core/extension/ckirocamsync.h"
 #include "interface/aecalgogetparam.h"
 #include "interface/ckiroctrlcorecommon.h"
+#include "interface/kiroresults.h"
 #include "schema/kiroev.h"
 
 namespace

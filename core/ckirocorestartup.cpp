@@ -5,10 +5,10 @@
 
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
-#include "core/base/kiroresults.h"
 #include "core/base/tuningaccess.h"
 #include "core/ckirocore.h"
 #include "core/extension/ckirocamsync.h"
+#include "interface/kiroresults.h"
 #include "interface/kirostartexposure.h"
 #include "schema/kirostartup.h"
 

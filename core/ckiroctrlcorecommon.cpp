@@ -8,8 +8,8 @@
 
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
-#include "core/base/kiroresults.h"
 #include "core/base/tuningaccess.h"
+#include "interface/kiroresults.h"
 #include "schema/kiroev.h"
 
 const CHAR* const g_pAECExtParamStringArray[AECExtParamMax + 1] = {

@@ -6,9 +6,9 @@
 
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
-#include "core/base/kiroresults.h"
 #include "core/ckiromtrtablegen.h"
 #include "core/statsprocessor/ckiromodstatsprocessor.h"
+#include "interface/kiroresults.h"
 
 using binarymask::CellCount;
 using exposurearithmetic::Epsilon;

@@ -4,8 +4,8 @@
 #include <type_traits>
 
 #include "core/base/kirolog.h"
-#include "core/base/kiroresults.h"
 #include "core/ckirocorefactory.h"
+#include "interface/kiroresults.h"
 
 namespace
 {

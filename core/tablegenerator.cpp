@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "core/base/kirolog.h"
-#include "core/base/kiroresults.h"
 #include "core/statsprocessor/ckiromodstatsprocessor.h"
+#include "interface/kiroresults.h"
 
 namespace
 {

@@ -181,7 +181,7 @@ struct StatsRectangle
     UINT32 height;  ///< rows
 };
 
-/// Entries of UnstabilizedROIInformation; a record that counts more is refused with result 1.
+/// Entries of UnstabilizedROIInformation; a record that counts more is refused with ResultFailed.
 constexpr UINT32 UnstabilizedROICountMax = 10;
 
 /// A detected or tracked region, in sensor coordinates, before stabilisation.
@@ -222,7 +222,7 @@ struct AECAlgoWhiteBalanceState
     AWBFaceSAAdjustedROI faceSAAdjustedROI;  ///< a change of it alone is not noticed
 };
 
-/// Samples of a StatsGyroInfo; a record that counts more is refused with result 1.
+/// Samples of a StatsGyroInfo; a record that counts more is refused with ResultFailed.
 constexpr UINT32 StatsGyroSampleCountMax = 512;
 
 /// Payload of AECAlgoSetParamGyroInfo: angular speeds during a frame. Stored; no stage of the core reads it. What a
@@ -342,7 +342,7 @@ struct AECAlgoDCCalibrationInfo
 /// GetFlashCalibInfo answers points to the core's copy, valid until the next such setting or the end of the instance.
 struct AECAlgoFlashCalibrationData
 {
-    UINT32 count;      ///< 0 for no calibration; above AECAlgoFlashCalibrationCountMax refused with result 1
+    UINT32 count;      ///< 0 for no calibration; above AECAlgoFlashCalibrationCountMax refused with ResultFailed
     FLOAT* pRGRatios;  ///< red over green, count values; null only for a count of 0
     FLOAT* pBGRatios;  ///< blue over green, count values; null only for a count of 0
 };

@@ -32,6 +32,7 @@
 #include "interface/kirobankdata.h"
 #include "interface/kiroextension.h"
 #include "interface/kiroframe.h"
+#include "interface/kiroresults.h"
 #include "interface/kirosetinput.h"
 #include "interface/kirotriggerdata.h"
 #include "interface/statstuningdata.h"
@@ -44,10 +45,9 @@ struct KIROAlgoStartExposureInfo;
 /// One table per instance, filled by CreateKiroCoreAlgo. Every function takes the table first. The host makes all calls
 /// on one instance one at a time, on any thread.
 ///
-/// Results, by the names used below: 0 for success, ResultFailed 1, ResultUnsupportedQuery 2, ResultNotFollowing 3,
-/// ResultInvalidArgument 4, ResultNotFound 6, ResultOutOfMemory 8, ResultNotApplicable 10, ResultInvalidInput 11. A
-/// null table or instance yields ResultInvalidArgument, -1 (GetFlashMaxCurrent), an empty record (GetFlashCalibInfo), 0
-/// (BOOL and counts), or has no effect; the functions do not say it again, but what other null pointers do.
+/// Results are 0 for success, or those of interface/kiroresults.h. A null table or instance yields
+/// ResultInvalidArgument, -1 (GetFlashMaxCurrent), an empty record (GetFlashCalibInfo), 0 (BOOL and counts), or has no
+/// effect; the functions do not say it again, but what other null pointers do.
 ///
 /// Records are the host's and need to live for the call, unless their field says more. Arrays of three exposures are
 /// indexed by AECAlgoExposureType; exposures are gain times ns times correction. A stage never fails a frame: what is

@@ -44,8 +44,8 @@ struct KIROAlgoFlashInput
 /// Most mixes of one row of the tuned table.
 constexpr UINT32 KIROFlashMixCountMax = 16;
 
-/// Answer of getFlashCurrent. With result 1, for a null argument or a tuned table of wrong size or order, it stays as
-/// it was; with result 0 it holds zeros beside state if there is nothing to answer, as without a table.
+/// Answer of getFlashCurrent. With ResultFailed, for a null argument or a tuned table of wrong size or order, it stays
+/// as it was; with result 0 it holds zeros beside state if there is nothing to answer, as without a table.
 struct KIROAlgoFlashOutput
 {
     INT32 LED1Setting;  ///< mA

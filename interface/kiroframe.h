@@ -66,9 +66,9 @@ struct KIROPrecisionFlashInfo
 struct KIROArbitrationInput
 {
     kirodbarbitrationorder::ArbitrationControl controlID;      ///< from the list
-    KIROBankIDType                             controlBank;    ///< range, LUT or table bank; any other: result 1
+    KIROBankIDType                             controlBank;    ///< range, LUT or table bank; any other: ResultFailed
     INT32                                      controlDataID;  ///< from the list; entry of controlBank
-    AECAlgoExposureType                        expType;        ///< the exposure; any other: result 1
+    AECAlgoExposureType                        expType;        ///< the exposure; any other: ResultFailed
     KIROExposureSetType                        exposures[3];   ///< [expType] is split, zeros in it repaired in place
     KIROExposureRange                          range;          ///< limits so far; a corr of 0 becomes 1.0 in place
     KIROSensorRange                            sensorRange;    ///< what no control may leave
@@ -96,7 +96,7 @@ struct KIROArbitrationOutput
 struct KIROConvergenceInput
 {
     UINT64                frameID;             ///< not read
-    KIROArbitratedLimits* pRange;              ///< the frame's limits, copied; null: result 1
+    KIROArbitratedLimits* pRange;              ///< the frame's limits, copied; null: ResultFailed
     UINT64                sensitivities[3];    ///< targets; the long ADRC of HDR rewrites short and long
     FLOAT                 luxIndex;            ///< decides nothing: the trigger TriggerCtrlLux does
     BOOL                  bIsMeteringSkipped;  ///< of metering; 1: the targets are taken over without convergence
@@ -105,8 +105,8 @@ struct KIROConvergenceInput
 
 /// What convergence decided. The host hands the record to RunConvProcess, HandleExposureConstraints, RunConvSettle and
 /// RunConvPostProcess, and may change it between them; from runExtension and runEndOfFrame on it is the frame's. With
-/// result 1 of RunConvProcess, without limits or without a frame in the history, only convergedShortBlend is written,
-/// and the host goes on with the record of the frame before.
+/// ResultFailed of RunConvProcess, without limits or without a frame in the history, only convergedShortBlend is
+/// written, and the host goes on with the record of the frame before.
 struct KIROConvergenceOutput
 {
     /// Within the limits. HandleExposureConstraints then sets safe between short and long (SensorHDR), and

@@ -38,7 +38,7 @@ struct KIROCoreChInfo
     union
     {
         INT*   pIData;  ///< histogram: UINT32 counts; null: it is kept, and measured as if it were missing
-        FLOAT* pFData;  ///< grid: values; null: the channel is refused with result 11
+        FLOAT* pFData;  ///< grid: values; null: the channel is refused with ResultInvalidInput
     } Data;             ///< the host's
     UINT32 dataSize;    ///< bytes behind Data; the core goes by the resolution alone
     FLOAT* pValLUT;     ///< histogram: its values, null as for pIData; not read of a grid
@@ -72,9 +72,9 @@ struct StatsDataPointer
 /// Channels of one frame.
 constexpr UINT32 KIROStatsChannelCountMax = 20;
 
-/// Argument of setStats, once per frame. setStats answers 11 when no grid could be stored, when the list is too long
-/// and when its last channel was refused, else 0: a channel that was refused before the last one shows in the log
-/// alone. Truth values are 0 and 1: any other counts as a change in every frame.
+/// Argument of setStats, once per frame. setStats answers ResultInvalidInput when no grid could be stored, when the
+/// list is too long and when its last channel was refused, else 0: a channel that was refused before the last one shows
+/// in the log alone. Truth values are 0 and 1: any other counts as a change in every frame.
 struct KIROStatsList
 {
     StatisticsStartUp startup;                ///< Invalid: nothing is stored, result 11

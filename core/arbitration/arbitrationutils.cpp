@@ -6,8 +6,8 @@
 
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
-#include "core/base/kiroresults.h"
 #include "core/base/tuningaccess.h"
+#include "interface/kiroresults.h"
 #include "schema/kirosync.h"
 
 using exposurearithmetic::Epsilon;

@@ -4,8 +4,8 @@
 #include "core/arbitration/ckiromodarbitration.h"
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
-#include "core/base/kiroresults.h"
 #include "core/base/tuningaccess.h"
+#include "interface/kiroresults.h"
 
 using namespace kiroarbitration;
 using kirodbarbitrationtable::AECExpIncGain;

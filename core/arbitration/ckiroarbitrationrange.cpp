@@ -7,9 +7,9 @@
 #include "core/arbitration/ckiromodarbitration.h"
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
-#include "core/base/kiroresults.h"
 #include "core/base/soundvalue.h"
 #include "core/extension/ckirocamsync.h"
+#include "interface/kiroresults.h"
 
 using exposurearithmetic::Epsilon;
 using exposurearithmetic::SaturateToUINT64;

@@ -6,7 +6,7 @@
 #include "core/base/debugdata.h"
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
-#include "core/base/kiroresults.h"
+#include "interface/kiroresults.h"
 
 namespace
 {

@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "core/base/kirolog.h"
-#include "core/base/kiroresults.h"
+#include "interface/kiroresults.h"
 
 namespace
 {

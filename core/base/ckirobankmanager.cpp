@@ -4,8 +4,8 @@
 #include <cstring>
 
 #include "core/base/kirolog.h"
-#include "core/base/kiroresults.h"
 #include "core/base/tuningaccess.h"
+#include "interface/kiroresults.h"
 
 using kirodbarbitrationlut::DBArbitrationLUTPayload;
 using kirodbarbitrationorder::DBArbitrationOrderPayload;

@@ -1,7 +1,7 @@
 #include "core/base/ckirohistory.h"
 
 #include "core/base/kirolog.h"
-#include "core/base/kiroresults.h"
+#include "interface/kiroresults.h"
 
 using kiroarbitration::EVMinus;
 using kiroarbitration::EVOffsetType;

@@ -6,7 +6,7 @@
 #include <limits>
 
 #include "core/base/kirolog.h"
-#include "core/base/kiroresults.h"
+#include "interface/kiroresults.h"
 
 namespace
 {

@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "core/base/exposurearithmetic.h"
-#include "core/base/kiroresults.h"
+#include "interface/kiroresults.h"
 #include "schema/kirodbconvbase.h"
 #include "schema/kirodbconvsettle.h"
 #include "schema/kirodbconvstretch.h"

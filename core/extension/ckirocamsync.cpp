@@ -3,10 +3,10 @@
 #include <algorithm>
 
 #include "core/base/kirolog.h"
-#include "core/base/kiroresults.h"
 #include "core/base/soundvalue.h"
 #include "core/base/tuningaccess.h"
 #include "core/ikirocontextmanager.h"
+#include "interface/kiroresults.h"
 
 using namespace kirosync;
 

@@ -1,9 +1,9 @@
 // The currents of the flash, and the life of their estimator.
 
 #include "core/base/kirolog.h"
-#include "core/base/kiroresults.h"
 #include "core/extension/cflashcurrentestimator.h"
 #include "core/extension/ckiromodextension.h"
+#include "interface/kiroresults.h"
 
 namespace
 {

@@ -6,8 +6,8 @@
 #include "core/base/debugdata.h"
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
-#include "core/base/kiroresults.h"
 #include "core/statsprocessor/notmeasured.h"
+#include "interface/kiroresults.h"
 
 using namespace kirometeringstatscalculator;
 using exposurearithmetic::Epsilon;

@@ -4,9 +4,9 @@
 
 #include "core/base/debugdata.h"
 #include "core/base/kirolog.h"
-#include "core/base/kiroresults.h"
 #include "core/base/tuningaccess.h"
 #include "core/metering/ckiromodmetering.h"
+#include "interface/kiroresults.h"
 #include "schema/kiromtrtablegen.h"
 
 VOID CKIROMetering::PopulateDebugData(const KIROMeteringOutput& rOutput) const

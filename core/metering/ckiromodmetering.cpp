@@ -5,9 +5,9 @@
 #include "core/base/debugdata.h"
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
-#include "core/base/kiroresults.h"
 #include "core/base/tuningaccess.h"
 #include "interface/ckiroctrlcorecommon.h"
+#include "interface/kiroresults.h"
 
 namespace
 {

@@ -7,10 +7,10 @@
 #include "core/base/debugdata.h"
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
-#include "core/base/kiroresults.h"
 #include "core/statsprocessor/ckirostatsgridprocessor.h"
 #include "core/statsprocessor/lumaweight.h"
 #include "core/statsprocessor/notmeasured.h"
+#include "interface/kiroresults.h"
 
 using exposurearithmetic::Epsilon;
 

@@ -5,9 +5,9 @@
 
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
-#include "core/base/kiroresults.h"
 #include "core/statsprocessor/lumaweight.h"
 #include "core/statsprocessor/notmeasured.h"
+#include "interface/kiroresults.h"
 
 using exposurearithmetic::Epsilon;
 
