@@ -98,8 +98,8 @@ std::string FormatMetering(const AECDebugDataMeteringType& rMetering)
     for (UINT32 type = 0; type < ExposureCount; ++type)
     {
         const UINT64 metered = rMetering.mtrExposures[type];
-        const UINT64 mixed   = rMetering.exposures[type];
-        text += fmt::format("  {:5} target {} ns, after mixing {} ns\n", ExposureName(type), metered, mixed);
+        const UINT64 handed  = rMetering.exposures[type];
+        text += fmt::format("  {:5} target {} ns, handed on {} ns\n", ExposureName(type), metered, handed);
     }
     for (UINT32 index = 0; index < std::min<UINT32>(calculators, AECDebugCalculatorCount); ++index)
     {
