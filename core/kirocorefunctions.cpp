@@ -43,12 +43,17 @@ struct Forward<Operation>
 KIRO_CORE_OPERATIONS(FORWARD)
 #undef FORWARD
 
+namespace logged
+{
+
 /// Neither clears pCore nor releases the table: hosts may still hold its address.
-VOID LogAndDestroyInstance(IKIROCoreAlgo* pAlgo)
+VOID LIBDestroyInstance(IKIROCoreAlgo* pAlgo)
 {
     SYSTEM_LOG_VERBOSE("LIBDestroyInstance in:");
-    LIBDestroyInstance(pAlgo);
+    Forward<&IKIROCore::DestroyInstance>::Call(pAlgo);
 }
+
+}  // namespace logged
 
 }  // namespace
 
@@ -58,5 +63,5 @@ VOID SetCoreFunctions(IKIROCoreAlgo& rAlgo)
 #define STORE(name) rAlgo.name = LIB##name;
     KIRO_CORE_OPERATIONS(STORE)
 #undef STORE
-    rAlgo.DestroyInstance = LogAndDestroyInstance;
+    rAlgo.DestroyInstance = logged::LIBDestroyInstance;
 }
