@@ -228,7 +228,7 @@ VOID CKIROContextManager::KeepReadablePath()
     m_tuningData        = hasOther ? m_readTuning : m_tuningData;
     if (!std::exchange(m_isLossTold, true))
     {
-        STATS_LOG_ERROR("a mode cannot be read, since the tuning file has changed: %s",
+        STATS_LOG_ERROR("a mode cannot be read, since the tuning file has changed or gone: %s",
                         hasOther ? "the one before stays" : "its tuning is missing");
     }
 }

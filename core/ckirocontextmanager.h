@@ -41,8 +41,8 @@ public:
     /// Behind setInput, but for the refresh of the banks.
     KiroResult SetInput(const KIROSetInput* pSetInput);
 
-    /// Takes a tuning handle, at creation and for AECAlgoSetParamTunaraData. Of a store whose file has changed behind
-    /// it, modes that are not in memory cannot be had. @return 0
+    /// Takes a tuning handle, at creation and for AECAlgoSetParamTunaraData. Of a store whose file has changed or
+    /// gone, modes that are not in memory cannot be had. @return 0
     KiroResult SetTunara(StatsTuningData& rTuningData);
 
     VOID RunContextStartOfFrame();

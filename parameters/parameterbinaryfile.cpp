@@ -55,6 +55,7 @@ VOID ParameterBinaryFile::Open(bool logFailure)
     m_file = std::fopen(m_fileName, "rbe");
     if (m_file == nullptr)
     {
+        m_isGone = m_wasOpen;
         if (logFailure)
         {
             ParameterLogging::Write(m_logAPI, ParameterLogging::Error,
@@ -72,7 +73,6 @@ VOID ParameterBinaryFile::Open(bool logFailure)
         return;
     }
     const bool firstOpen = !std::exchange(m_wasOpen, true);
-    m_isGone             = false;
     if (!firstOpen && state != m_state)
     {
         m_isModified = true;
@@ -84,6 +84,7 @@ VOID ParameterBinaryFile::Open(bool logFailure)
         m_state  = state;
         m_length = static_cast<UINT32>(std::clamp<INT64>(state.size, 0, std::numeric_limits<UINT32>::max()));
     }
+    m_isGone = false;  // last: whoever sees it back sees whether it is modified, see IsLost
 }
 
 bool ParameterBinaryFile::ReadState(State& rState) const
@@ -337,14 +338,14 @@ INT32 ParameterBinaryFile::Reference(INT32 adjust)
                                         "reference was %u\n",
                                         adjust, count, count);
             }
+            const bool wasGone = m_isGone;
             Open(false);
-            if (m_file == nullptr && !m_isGone)
+            if (m_file == nullptr && !wasGone)  // said once, and tried again
             {
                 ParameterLogging::Write(m_logAPI, ParameterLogging::Error,
                                         "FileReference Adjust: %d, RefCount: %u, Failed to open binary file '%s' "
                                         "errno: %d\n",
                                         adjust, count, m_fileName, errno);
-                m_isGone = m_wasOpen;  // said once, and tried again
             }
         }
         m_refCnt.store(count + adjust);

@@ -14,8 +14,9 @@ class IParameterLoggingAPI;
 
 /// Reads a file whose stream is open only while references exist, so that the file can be replaced on disk in between.
 /// A file that has changed when it is opened again, or that was written to while it was open, is marked modified, for
-/// good: from then on every read fails, until the tuning is loaded anew. Another modification time, size or inode tells
-/// a change, so that a copy with the old time counts as one, too. All operations may be called from any thread.
+/// good: from then on every read fails, until the tuning is loaded anew. Another modification time or size, or other
+/// last bytes, tell a change. One that cannot be opened again is gone until it can. All operations may be called from
+/// any thread.
 class ParameterBinaryFile
 {
 public:
@@ -62,7 +63,7 @@ public:
     /// @return whether nothing can be read at the moment: the file was found modified, or could not be opened again
     bool IsLost() const
     {
-        return m_isModified || m_isGone;
+        return m_isGone || m_isModified;
     }
 
     /// @return whether nothing can be read for good: the next open of a file that is gone may find it again

@@ -557,9 +557,33 @@ bool ParameterFileSymbolTable::IsFileLost() const
     return m_pFile != nullptr && m_pFile->IsLost();
 }
 
-bool ParameterFileSymbolTable::CanOpenFile() const
+bool ParameterFileSymbolTable::HoldFile()
 {
-    return m_pFile != nullptr && !m_pFile->IsModified();
+    if (m_pFile == nullptr || m_pFile->IsModified())
+    {
+        return false;
+    }
+    FileReference(1);
+    if (m_pFile->IsLost())
+    {
+        FileReference(-1);
+        return false;
+    }
+    return true;
+}
+
+bool ParameterFileSymbolTable::CanRead()
+{
+    if (m_pFile == nullptr)
+    {
+        return true;
+    }
+    const bool isHeld = HoldFile();
+    if (isHeld)
+    {
+        FileReference(-1);
+    }
+    return isHeld;
 }
 
 bool ParameterFileSymbolTable::IsFileUnchanged() const

@@ -135,12 +135,15 @@ public:
         return m_pFile.get();
     }
 
-    /// @return whether nothing can be read at the moment, since the file has changed or cannot be opened
+    /// @return whether the file had changed, or could not be opened, when somebody last tried
     bool IsFileLost() const;
 
-    /// @return whether there is a file that is worth a try: one that has changed is not read before the tuning is
-    /// loaded anew, one that is gone may be back
-    bool CanOpenFile() const;
+    /// Tries to open the file, and keeps it open until FileReference(-1). One that has changed is not tried: it is not
+    /// read before the tuning is loaded anew. @return whether it is held; false also without a file
+    bool HoldFile();
+
+    /// @return whether records can be read: from a buffer always, from a file by trying
+    bool CanRead();
 
     /// Looks at the open file, if there is one. @return false if what was read of it since may be of another state
     bool IsFileUnchanged() const;

@@ -62,10 +62,15 @@ public:
         return !m_isLeaving.load() && IsLoaded();
     }
 
-    /// Notes that the module cannot be read since its file has changed. @return whether that was noted before
+    /// Notes that the module cannot be read since its file is lost. @return whether that was noted before
     bool NoteLoss()
     {
         return m_isLossNoted.exchange(true);
+    }
+
+    VOID ForgetLoss()
+    {
+        m_isLossNoted = false;
     }
 
     /// @return how often the record has been read or changed

@@ -100,8 +100,9 @@ public:
     bool LoadMode(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pReason);
 
     /// Loads the modes of a branch as far as they exist.
-    /// @return false if one of them cannot be read any more: the file has changed since it was loaded, and a reload is
-    ///         due. Until then a fetch through that mode fails, which the log says once for each module
+    /// @return false if one of them cannot be read: the file has changed since it was loaded, and a reload is due, or
+    ///         cannot be opened, and may come back. A fetch through that mode fails, which the log says once for each
+    ///         module
     bool CanRead(BYTE tableIndex, const TuningMode* pBranch, UINT32 count);
 
     /// Unloads the last mode of a branch, in use or not, unless it is preserved; file mode only. Records of the mode

@@ -243,9 +243,10 @@ ParameterSetManager::Held ParameterSetManager::HoldModule(ParameterModule* pModu
     {
         pReference = pOwnMode->AddReference(pModule);
     }
-    const bool wasLoaded = pModule->IsReady();
-    const bool isGivenUp =
-        !pModule->IsLoaded() && IsFileMode() && pModule->Data->SymbolTable->IsFileLost() && pModule->NoteLoss();
+    const bool                wasLoaded = pModule->IsReady();
+    ParameterFileSymbolTable& rTable    = *pModule->Data->SymbolTable;
+    const bool                isGivenUp =
+        !pModule->IsLoaded() && IsFileMode() && rTable.IsFileLost() && !rTable.CanRead() && pModule->NoteLoss();
     if (isGivenUp || !pModule->LoadModule(pModule->Data->SymbolTable))
     {
         if (pReference != nullptr)
@@ -259,6 +260,10 @@ ParameterSetManager::Held ParameterSetManager::HoldModule(ParameterModule* pModu
         ParameterLogging::Write(this, ParameterLogging::Error, "Failed to load module %s, path: %s, skipping\n",
                                 pModule->GetModuleName(), pModule->Data->ModePath.c_str());
         return Held::No;
+    }
+    if (!wasLoaded)
+    {
+        pModule->ForgetLoss();
     }
     if (hold == Hold::ForGood && pReference != nullptr)
     {

@@ -25,14 +25,15 @@ bool IsCachedLevel(const ModeEntry* pMode)
     return pMode->Mode.Mode >= static_cast<UINT16>(ModeType::Usecase);
 }
 
-/// Whether a mode can be had without the file: it has no modules, or shares what others have loaded.
+/// Whether all modules of a mode are in memory, or can be read. A mode counts as loaded also when a module that it
+/// shares has gone with the module's own mode.
 bool IsReadable(const ModeEntry& rMode)
 {
     return std::all_of(rMode.ModuleMap.begin(), rMode.ModuleMap.end(),
                        [](const auto& rpReference)
                        {
                            ParameterModule& rModule = *rpReference->Module;
-                           return rModule.IsLoaded() || !rModule.Data->SymbolTable->IsFileLost();
+                           return rModule.IsLoaded() || rModule.Data->SymbolTable->CanRead();
                        });
 }
 
@@ -93,9 +94,13 @@ bool ParameterSetManager::CanRead(BYTE tableIndex, const TuningMode* pBranch, UI
     {
         return true;
     }
-    // A mode counts as loaded also when a module that it shares has gone with the module's own mode.
+    ModeEntry* pRoot = m_content.modeTables[tableIndex]->RootMode.Entry;
+    if (pRoot == nullptr)
+    {
+        return true;
+    }
     (VOID) LoadModeInternal(tableIndex, pBranch, count, nullptr);
-    BranchWalk walk(*this, "CanRead", m_content.modeTables[tableIndex]->RootMode.Entry, pBranch, count);
+    BranchWalk walk(*this, "CanRead", pRoot, pBranch, count);
     bool       isReadable = true;
     while (isReadable && walk.Next())
     {
@@ -160,10 +165,7 @@ bool ParameterSetManager::LoadModules(ModeEntry* pMode, const CHAR* pReason, con
         touched.push_back(pTarget);
     }
     const bool loaded = LoadTarget(pMode, pReason, pBranch, count, touched, rFileReferences);
-    if (loaded || IsReadable(*pTarget))
-    {
-        TouchModes(touched, *pTarget->Table);
-    }
+    TouchModes(touched, *pTarget->Table);
     return loaded;
 }
 
@@ -177,13 +179,10 @@ bool ParameterSetManager::LoadTarget(ModeEntry* pMode, const CHAR* pReason, cons
         return true;  // another thread was first
     }
     // The file stays open until the whole branch is loaded.
-    if (m_content.pSymbolTable->CanOpenFile())
-    {
-        m_content.pSymbolTable->FileReference(1);
-        ++rFileReferences;
-    }
+    rFileReferences += m_content.pSymbolTable->HoldFile() ? 1 : 0;
     if (!IsReadable(*pTarget))
     {
+        rTouched.clear();  // what cannot be read pushes nothing out
         return false;
     }
     LogLoading(true, pReason, pBranch, count, pMode, pTarget);

@@ -28,17 +28,13 @@ static_assert(alignof(TableModule) <= 8, "tuning memory is aligned to 8 bytes");
 class OpenFile
 {
 public:
-    explicit OpenFile(ParameterFileSymbolTable& rTable) : m_rTable(rTable), m_isUsed(rTable.CanOpenFile())
+    explicit OpenFile(ParameterFileSymbolTable& rTable) : m_rTable(rTable), m_isHeld(rTable.HoldFile())
     {
-        if (m_isUsed)
-        {
-            m_rTable.FileReference(1);
-        }
     }
 
     ~OpenFile()
     {
-        if (m_isUsed)
+        if (m_isHeld)
         {
             m_rTable.FileReference(-1);
         }
@@ -47,9 +43,14 @@ public:
     OpenFile(const OpenFile&)            = delete;
     OpenFile& operator=(const OpenFile&) = delete;
 
+    bool CanRead() const
+    {
+        return m_isHeld || m_rTable.File() == nullptr;
+    }
+
 private:
     ParameterFileSymbolTable& m_rTable;
-    const bool                m_isUsed;
+    const bool                m_isHeld;
 };
 
 /// The last stamp that was given to a content, of all stores: a store made in the place of another has its addresses
@@ -182,7 +183,7 @@ bool TableModule::LoadRecord(ParameterFileSymbolTable& rTable)
     const UINT32                  id = SymbolTableID() & EntryIDMask;
     const OpenFile                file(rTable);
     ParameterFileSymbolTableEntry entry;
-    const bool                    isLost = rTable.IsFileLost();
+    const bool                    isLost = !file.CanRead();
     const bool                    found  = !isLost && rTable.Find(entry, id, true);
     if (!found)
     {

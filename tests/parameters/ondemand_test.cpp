@@ -538,7 +538,7 @@ TEST_F(OnDemandTest, AFileThatWasAwayIsReadAgainOnceItIsBack)
         ASSERT_TRUE(canRead(usecase));
     }
     std::filesystem::rename(m_path, m_path + ".away");
-    for (const UINT16 usecase : {8, 1, 2, 8, 1, 2})
+    for (const UINT16 usecase : {2, 8, 1, 2, 8, 1})
     {
         EXPECT_FALSE(canRead(usecase)) << usecase;
         EXPECT_EQ(AlphaValue(manager, UsecaseBranch(usecase)), -1) << usecase;
@@ -549,11 +549,15 @@ TEST_F(OnDemandTest, AFileThatWasAwayIsReadAgainOnceItIsBack)
         EXPECT_EQ(AlphaValue(manager, UsecaseBranch(usecase)), 100 * usecase);
     }
     std::filesystem::rename(m_path + ".away", m_path);
-    for (const UINT16 usecase : {8, 2})
+    for (const UINT16 usecase : {2, 8})
     {
         EXPECT_TRUE(canRead(usecase)) << usecase;
         EXPECT_EQ(AlphaValue(manager, UsecaseBranch(usecase)), (usecase == 2) ? 100 : 800);
     }
+
+    TuningFileMaker withoutModes;
+    withoutModes.builder.AddModeTable("empty");
+    EXPECT_TRUE(Open(withoutModes.Build()).CanRead(0, UsecaseBranch(1).data(), 2)) << "nothing to read";
 }
 
 TEST_F(OnDemandTest, WhatIsWrittenOverDuringALoadDoesNotCount)
