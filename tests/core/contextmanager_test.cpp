@@ -56,10 +56,17 @@ protected:
         return m_context.m_bResetFrameSkip;
     }
 
-    VOID SetSnapshot(KIROCoreSnapshotType type)
+    UINT64 StatusAfterSnapshot(KIROCoreSnapshotType type)
     {
         KIROSetInput input = {.source = KIROCoreSnapshot, .u = {.snapshotMode = type}};
         EXPECT_EQ(m_context.SetInput(&input), 0);
+        return Status();
+    }
+
+    template <typename T> UINT64 StatusAfter(AECAlgoSetParamType type, const T& rValue)
+    {
+        EXPECT_EQ(Set(type, rValue), 0);
+        return Status();
     }
 
     const SetInputData& Input()
@@ -165,18 +172,11 @@ TEST_F(ContextManager, SomeFieldsAloneAreNoChange)
 
 TEST_F(ContextManager, SettingsOfLaterFramesAreKept)
 {
-    auto pGyro                                           = std::make_unique<StatsGyroInfo>();
-    pGyro->sampleCount                                   = StatsGyroSampleCountMax;
-    pGyro->angularVelocityZ[StatsGyroSampleCountMax - 1] = 0.5f;
-    EXPECT_EQ(Set(AECAlgoSetParamGyroInfo, *pGyro), 0);
-    EXPECT_EQ(Input().gyro.angularVelocityZ[StatsGyroSampleCountMax - 1], 0.5f);
     EXPECT_EQ(Set(AECAlgoSetParamDebugDataEnable, TRUE), 0);
     EXPECT_EQ(Input().bIsDebugDataEnabled, TRUE);
     EXPECT_EQ(Set(AECAlgoSetParamFlashMaximumCurrent, 750), 0);
     EXPECT_EQ(Input().maxLEDCurrent, 750);
-    AECAlgoStartupIndices start{};
-    start.startUpLuxIndex = 250.0f;
-    EXPECT_EQ(Set(AECAlgoSetParamStartUpExpSensitivity, start), 0);
+    EXPECT_EQ(Set(AECAlgoSetParamStartUpExpSensitivity, AECAlgoStartupIndices{.startUpLuxIndex = 250.0f}), 0);
     EXPECT_EQ(Input().startUpExpInfo.startUpLuxIndex, 250.0f);
     const INT32 diagnosis[7] = {};
     EXPECT_EQ(Set(AECAlgoSetParamSetDiagTestConfig, diagnosis), 0);
@@ -193,38 +193,32 @@ TEST_F(ContextManager, OperationModesReplaceOneAnother)
         {AECAlgoOperationModeInit, AECOpInit}};
     for (const auto& [mode, event] : modes)
     {
-        EXPECT_EQ(Set(AECAlgoSetParamOperationMode, mode), 0);
-        EXPECT_EQ(Status(), Bit(event));
+        EXPECT_EQ(StatusAfter(AECAlgoSetParamOperationMode, mode), Bit(event));
     }
     EXPECT_TRUE(m_log.Has(LevelWarning, "flash measurement op mode set but kind is 0"));
     EXPECT_EQ(Set(AECAlgoSetParamOperationMode, 9), 0) << "the failure is dropped";
     EXPECT_TRUE(m_log.Has(LevelError, "Error: Invalid Mode 9 \n"));
     EXPECT_EQ(Input().opMode, AECAlgoOperationModeInit);
 
-    Set(AECAlgoSetParamFlashMeasurement, AECAlgoFlashMeasKindCalib);
-    EXPECT_EQ(Status(), Bit(AECOpInit) | Bit(AECOpFlashCalibration));
-    Set(AECAlgoSetParamOperationMode, AECAlgoOperationModeFlashMeasurement);
-    EXPECT_EQ(Status(), Bit(AECOpFlashCalibration));
-    Set(AECAlgoSetParamFlashMeasurement, AECAlgoFlashMeasKindTuning);
-    EXPECT_EQ(Status(), Bit(AECOpFlashTuning));
-    Set(AECAlgoSetParamFlashMeasurement, AECAlgoFlashMeasKindOff);
-    EXPECT_EQ(Status(), 0u);
+    EXPECT_EQ(StatusAfter(AECAlgoSetParamFlashMeasurement, AECAlgoFlashMeasKindCalib),
+              Bit(AECOpInit) | Bit(AECOpFlashCalibration));
+    EXPECT_EQ(StatusAfter(AECAlgoSetParamOperationMode, AECAlgoOperationModeFlashMeasurement),
+              Bit(AECOpFlashCalibration));
+    EXPECT_EQ(StatusAfter(AECAlgoSetParamFlashMeasurement, AECAlgoFlashMeasKindTuning), Bit(AECOpFlashTuning));
+    EXPECT_EQ(StatusAfter(AECAlgoSetParamFlashMeasurement, AECAlgoFlashMeasKindOff), 0u);
 }
 
 TEST_F(ContextManager, EventsFollowTheSettings)
 {
     // A lock is refused outside streaming; the event follows the stored value, an unlock clears another bit.
     m_context.SetContextEvent(AECLock, TRUE);
-    Set(AECAlgoSetParamAECLock, AECAlgoLockOn);
+    EXPECT_EQ(StatusAfter(AECAlgoSetParamAECLock, AECAlgoLockOn), 0u);
     EXPECT_EQ(Input().lockType, AECAlgoLockOFF);
     EXPECT_TRUE(m_log.Has(LevelWarning, "Warning: Cannot Lock AEC during OpMode 0"));
-    EXPECT_EQ(Status(), 0u);
-    Set(AECAlgoSetParamOperationMode, AECAlgoOperationModeStreaming);
     const UINT64 streaming = Bit(AECOpStreaming);
-    Set(AECAlgoSetParamAECLock, AECAlgoLockOn);
-    EXPECT_EQ(Status(), streaming | Bit(AECManualISO));
-    Set(AECAlgoSetParamAECLock, AECAlgoLockOFF);
-    EXPECT_EQ(Status(), streaming | Bit(AECManualISO));
+    EXPECT_EQ(StatusAfter(AECAlgoSetParamOperationMode, AECAlgoOperationModeStreaming), streaming);
+    EXPECT_EQ(StatusAfter(AECAlgoSetParamAECLock, AECAlgoLockOn), streaming | Bit(AECManualISO));
+    EXPECT_EQ(StatusAfter(AECAlgoSetParamAECLock, AECAlgoLockOFF), streaming | Bit(AECManualISO));
 
     const std::pair<AECAlgoModeType, UINT64> manuals[] = {{AECAlgoModeManualFull, Bit(AECManualFull)},
                                                           {AECAlgoModeManualGain, Bit(AECManualISO)},
@@ -232,55 +226,45 @@ TEST_F(ContextManager, EventsFollowTheSettings)
                                                           {AECAlgoModeManualAperture, 0}};
     for (const auto& [mode, events] : manuals)
     {
-        Set(AECAlgoSetParamManualSetting, AECAlgoManualSetting{mode, 0, 0, 0.0f, 0.0f});
-        EXPECT_EQ(Status(), streaming | events) << mode;
+        const AECAlgoManualSetting manual{mode, 0, 0, 0.0f, 0.0f};
+        EXPECT_EQ(StatusAfter(AECAlgoSetParamManualSetting, manual), streaming | events) << mode;
     }
 
-    Set(AECAlgoSetParamMultiExpSensorMode, ISPHDR);
-    EXPECT_EQ(Status(), streaming | Bit(AECHDRTypeISPHDR));
-    Set(AECAlgoSetParamMultiExpSensorMode, StaggeredHDR);
-    EXPECT_EQ(Status(), streaming | Bit(AECHDRTypeSHDR2));
-    Set(AECAlgoSetParamMultiExpSensorMode, MultiframeHDR);
-    EXPECT_EQ(Status(), streaming | Bit(AECHDRTypeMFHDR));
+    EXPECT_EQ(StatusAfter(AECAlgoSetParamMultiExpSensorMode, ISPHDR), streaming | Bit(AECHDRTypeISPHDR));
+    EXPECT_EQ(StatusAfter(AECAlgoSetParamMultiExpSensorMode, StaggeredHDR), streaming | Bit(AECHDRTypeSHDR2));
+    EXPECT_EQ(StatusAfter(AECAlgoSetParamMultiExpSensorMode, MultiframeHDR), streaming | Bit(AECHDRTypeMFHDR));
     m_context.SetContextEvent(AECHDRTypeSHDR3, TRUE);
-    Set(AECAlgoSetParamMultiExpSensorMode, HDRDisabled);
-    EXPECT_EQ(Status(), streaming | Bit(AECHDRTypeDisabled) | Bit(AECHDRTypeMFHDR)) << "stays once set";
+    EXPECT_EQ(StatusAfter(AECAlgoSetParamMultiExpSensorMode, HDRDisabled),
+              streaming | Bit(AECHDRTypeDisabled) | Bit(AECHDRTypeMFHDR))
+        << "stays once set";
     m_context.SetContextEvent(AECHDRTypeMFHDR, 2);
-    Set(AECAlgoSetParamMultiExpSensorMode, 7);
+    EXPECT_EQ(StatusAfter(AECAlgoSetParamMultiExpSensorMode, 7), streaming);
     EXPECT_TRUE(m_log.Has(LevelWarning, "core context not handling sensor mode 7"));
-    EXPECT_EQ(Status(), streaming);
 
     Set(AECAlgoSetParamTouchROI, AECAlgoROIList{nullptr, 2});
     Set(AECAlgoSetParamExposureCompensation, -1);
-    Set(AECAlgoSetParamSaliencyMapData, AECAlgoSaliencyInfo{1, 8, 8});
-    EXPECT_EQ(Status(), streaming | Bit(AECTouch) | Bit(AECEV) | Bit(AECSaliency));
+    EXPECT_EQ(StatusAfter(AECAlgoSetParamSaliencyMapData, AECAlgoSaliencyInfo{1, 8, 8}),
+              streaming | Bit(AECTouch) | Bit(AECEV) | Bit(AECSaliency));
     Set(AECAlgoSetParamTouchROI, AECAlgoROIList{nullptr, 0});
     Set(AECAlgoSetParamExposureCompensation, 0);
-    Set(AECAlgoSetParamSaliencyMapData, AECAlgoSaliencyInfo{1, 8, 0});
-    EXPECT_EQ(Status(), streaming);
+    EXPECT_EQ(StatusAfter(AECAlgoSetParamSaliencyMapData, AECAlgoSaliencyInfo{1, 8, 0}), streaming);
 }
 
 TEST_F(ContextManager, SnapshotsRaiseOneEventAndMarkTheFrame)
 {
-    AECFrameHistory frame{};
-    frame.isStartConfig = TRUE;
-    ASSERT_EQ(m_context.m_pHistory->SaveFrameToHistory(&frame), 0);
+    AECFrameHistory start = {.isStartConfig = TRUE};
+    AECFrameHistory frame = {.frameID = 5};
+    ASSERT_EQ(m_context.m_pHistory->SaveFrameToHistory(&start), 0);
     ASSERT_EQ(m_context.m_pHistory->SaveCurrentFrameID(5), 0);
-    SetSnapshot(KIROCoreSnapshotType::Normal);
-    EXPECT_EQ(Status(), Bit(AECCoreSnapshotNormal));
-    SetSnapshot(KIROCoreSnapshotType::AdvancedSnapshot);
-    EXPECT_EQ(Status(), Bit(AECCoreSnapshotAdvanced));
-    frame         = {};
-    frame.frameID = 5;
+    EXPECT_EQ(StatusAfterSnapshot(KIROCoreSnapshotType::Normal), Bit(AECCoreSnapshotNormal));
+    EXPECT_EQ(StatusAfterSnapshot(KIROCoreSnapshotType::AdvancedSnapshot), Bit(AECCoreSnapshotAdvanced));
     ASSERT_EQ(m_context.m_pHistory->SaveFrameToHistory(&frame), 0);
     EXPECT_EQ(frame.bIsSnapshot, TRUE);
 
-    SetSnapshot(KIROCoreSnapshotType::SnapshotMax);
-    EXPECT_EQ(Status(), 0u);
+    EXPECT_EQ(StatusAfterSnapshot(KIROCoreSnapshotType::SnapshotMax), 0u);
     EXPECT_TRUE(m_log.Has(LevelError, "snapshotMode 65535 unknown to context"));
-    SetSnapshot(KIROCoreSnapshotType::Flash);
-    SetSnapshot(KIROCoreSnapshotType::None);
-    EXPECT_EQ(Status(), 0u);
+    EXPECT_NE(StatusAfterSnapshot(KIROCoreSnapshotType::Flash), 0u);
+    EXPECT_EQ(StatusAfterSnapshot(KIROCoreSnapshotType::None), 0u);
 }
 
 TEST_F(ContextManager, EVValuesAreClampedForTheFactorOnly)
@@ -359,10 +343,14 @@ TEST_F(ContextManager, RecordsBeyondTheirLimitsAreRefused)
     EXPECT_EQ(Input().flashCalibData.pRGRatios[0], 0.25f);
     EXPECT_EQ(Input().flashCalibData.pRGRatios[1], 0.0f);
 
-    auto pGyro         = std::make_unique<StatsGyroInfo>();
-    pGyro->sampleCount = StatsGyroSampleCountMax + 1;
+    auto pGyro                                           = std::make_unique<StatsGyroInfo>();
+    pGyro->sampleCount                                   = StatsGyroSampleCountMax;
+    pGyro->angularVelocityZ[StatsGyroSampleCountMax - 1] = 0.5f;
+    EXPECT_EQ(Set(AECAlgoSetParamGyroInfo, *pGyro), 0);
+    EXPECT_EQ(Input().gyro.angularVelocityZ[StatsGyroSampleCountMax - 1], 0.5f);
+    ++pGyro->sampleCount;
     EXPECT_EQ(Set(AECAlgoSetParamGyroInfo, *pGyro), 1);
-    EXPECT_EQ(Input().gyro.sampleCount, 0u);
+    EXPECT_EQ(Input().gyro.sampleCount, StatsGyroSampleCountMax);
     UnstabilizedROIInformation regions{};
     regions.roiCount = UnstabilizedROICountMax + 1;
     EXPECT_EQ(Set(AECAlgoSetParamUnstabilizedFaceROI, regions), 1);
@@ -426,20 +414,6 @@ TEST_F(ContextManager, EachExtensionParameterIsFoundByItsName)
     }
 }
 
-TEST_F(ContextManager, SyncLearnsRoleAndCalibration)
-{
-    EXPECT_EQ(Set(AECAlgoSetParamCameraInfo, StatsCameraInfo{StatsAlgoRoleSlave, 2}), 0)
-        << "without sync tuning as well";
-    EXPECT_EQ(m_context.GetContextEvent(AECSlaveRole), TRUE);
-    EXPECT_EQ(Set(AECAlgoSetParamCameraInfo, StatsCameraInfo{StatsAlgoRoleMaster, 2}), 0);
-    EXPECT_EQ(m_context.GetContextEvent(AECSlaveRole), FALSE);
-
-    AECAlgoDCCalibrationInfo calibration = {.version = 1, .u = {.absolute = {1.0f, 60, 30, 5000}}};
-    EXPECT_EQ(Set(AECAlgoSetParamDualcamCalibrationInfo, calibration), 0);
-    EXPECT_EQ(m_context.m_pCamSync->getDCCalibrationInfo().OTPStatus, AECAlgoDualcamOTPSet);
-    EXPECT_FLOAT_EQ(m_context.m_pCamSync->getDCCalibrationInfo().OTPExpCompMultiplier, 0.5f);
-}
-
 TEST_F(ContextManager, MasterServesTheMappedSlaveAndSlavesFollowTheMaster)
 {
     INT32              infos[4] = {};
@@ -448,48 +422,54 @@ TEST_F(ContextManager, MasterServesTheMappedSlaveAndSlavesFollowTheMaster)
                                    {4, 1, 2, 3},
                                    {StatsAlgoRoleMaster, StatsAlgoRoleSlave, StatsAlgoRoleSlave, StatsAlgoRoleMaster},
                                    {&infos[0], &infos[1], &infos[2], &infos[3]}};
-    VOID*              pInfo    = nullptr;
-    const auto         map      = [&](StatsAlgoRole role, UINT32 cameraId)
+    // The peer of a camera, null for none.
+    const auto map = [&](StatsAlgoRole role, UINT32 cameraId)
     {
-        pInfo = nullptr;
-        return CKIROCtrlCoreCommon::MapMultiCamPeerInfo(&peers, {role, cameraId}, *m_context.GetTuningData(), pInfo);
+        VOID*                 pInfo = nullptr;
+        const StatsCameraInfo info  = {role, cameraId};
+        const BOOL found = CKIROCtrlCoreCommon::MapMultiCamPeerInfo(&peers, info, *m_context.GetTuningData(), pInfo);
+        EXPECT_EQ(found == TRUE, pInfo != nullptr);
+        return pInfo;
     };
-    EXPECT_EQ(map(StatsAlgoRoleMaster, 1), TRUE);
-    EXPECT_EQ(pInfo, &infos[2]) << "the first active one that is not this camera";
-    EXPECT_EQ(map(StatsAlgoRoleSlave, 1), TRUE);
-    EXPECT_EQ(pInfo, &infos[3]) << "an inactive master is none";
-    EXPECT_EQ(map(StatsAlgoRoleDefault, 1), FALSE);
+    EXPECT_EQ(map(StatsAlgoRoleMaster, 1), &infos[2]) << "the first active one that is not this camera";
+    EXPECT_EQ(map(StatsAlgoRoleSlave, 1), &infos[3]) << "an inactive master is none";
+    EXPECT_EQ(map(StatsAlgoRoleDefault, 1), nullptr);
 
     FLOAT                                       order[] = {1.0f, 4.0f, 3.0f};
     kiroparamextension::statsExtensionParamType entry   = {
           const_cast<CHAR*>("AECMulticamPriorityMap"), 0, TRUE, 3, 0, order, 0, 0, nullptr};
     kiroparamextension::KIROParamExtensionType tuning = {.extensionParamCount = 1, .extensionParam = &entry};
     SetTuning(TestTuning().Add(tuning));
-    EXPECT_EQ(map(StatsAlgoRoleMaster, 1), TRUE);
-    EXPECT_EQ(pInfo, &infos[3]) << "neither this camera nor an inactive one";
+    EXPECT_EQ(map(StatsAlgoRoleMaster, 1), &infos[3]) << "neither this camera nor an inactive one";
     peers.isActive[3] = FALSE;
-    EXPECT_EQ(map(StatsAlgoRoleMaster, 1), FALSE);
+    EXPECT_EQ(map(StatsAlgoRoleMaster, 1), nullptr);
     EXPECT_TRUE(m_log.Has(LevelWarning, "CID:1, Slave Info is not found"));
-    EXPECT_EQ(map(StatsAlgoRoleSlave, 2), FALSE);
+    EXPECT_EQ(map(StatsAlgoRoleSlave, 2), nullptr);
     EXPECT_TRUE(m_log.Has(LevelWarning, "CID:2, Master Info is not found"));
     for (const auto& [id, enable] : {std::pair<INT32, BOOL>{0, FALSE}, {1, TRUE}})
     {
         entry.ID         = id;
         entry.enableFlag = enable;
         SetTuning(TestTuning().Add(tuning));
-        EXPECT_EQ(map(StatsAlgoRoleMaster, 1), TRUE);
-        EXPECT_EQ(pInfo, &infos[2]) << "a map that is off, or of another ID";
+        EXPECT_EQ(map(StatsAlgoRoleMaster, 1), &infos[2]) << "a map that is off, or of another ID";
     }
+    EXPECT_EQ(Set(AECAlgoSetParamCameraInfo, StatsCameraInfo{StatsAlgoRoleSlave, 1}), 0) << "without sync tuning";
+    EXPECT_EQ(m_context.GetContextEvent(AECSlaveRole), TRUE);
+    const AECAlgoDCCalibrationInfo calibration = {.version = 1, .u = {.absolute = {1.0f, 60, 30, 5000}}};
+    EXPECT_EQ(Set(AECAlgoSetParamDualcamCalibrationInfo, calibration), 0);
+    EXPECT_FLOAT_EQ(m_context.m_pCamSync->getDCCalibrationInfo().OTPExpCompMultiplier, 0.5f);
 
     // A peer that is not found leaves the one before.
     Set(AECAlgoSetParamCameraInfo, StatsCameraInfo{StatsAlgoRoleMaster, 1});
-    EXPECT_EQ(Set(AECAlgoSetParamPeerInfo, peers), 0);
-    EXPECT_EQ(Input().pPeerInfo, &infos[2]);
-    peers.needSync = FALSE;
-    EXPECT_EQ(Set(AECAlgoSetParamPeerInfo, peers), 0);
-    EXPECT_EQ(Input().pPeerInfo, &infos[2]);
+    EXPECT_EQ(m_context.GetContextEvent(AECSlaveRole), FALSE);
+    for (BOOL needSync : {TRUE, FALSE})
+    {
+        peers.needSync = needSync;
+        EXPECT_EQ(Set(AECAlgoSetParamPeerInfo, peers), 0);
+        EXPECT_EQ(Input().pPeerInfo, &infos[2]);
+    }
     EXPECT_EQ(static_cast<const VOID*>(m_context.m_pCamSync->getPeerInfo()), &infos[2]);
-    EXPECT_EQ(map(StatsAlgoRoleMaster, 1), FALSE);
+    EXPECT_EQ(map(StatsAlgoRoleMaster, 1), nullptr);
 }
 
 }  // namespace

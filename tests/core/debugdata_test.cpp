@@ -12,18 +12,10 @@ std::string RecordTuning()
     const auto aggregator = [](const std::string& rMethod, const std::string& rOutput)
     { return "{method: " + rMethod + ", output: {dataBank: {bankID: BankIDSceneAnalyzer, dataID: " + rOutput + "}}"; };
     std::string text = FrameTuning;
-    Replace(text, "averageStatsCalculator:\n", "averageStatsCalculator: &average\n          calculatorID: 1\n");
-    Replace(text, "      kirodb2dmeterweight:\n",
+    Replace(text, "        statsCalculators:",
             R"(        darkRatioStatsCalculator: {<<: *average, outputStorage: {start: 3, end: 3}}
         brightRatioStatsCalculator: {<<: *average, outputStorage: {start: 4, end: 4}}
-        statsCalculators: [{<<: *average, calculatorID: 9, description: Spot, outputStorage: {start: 5, end: 6}}]
-      kirodbactivecalculators:
-        dataBank: {bankID: BankIDActiveCalculators}
-        data: [{dataID: 1, calculatorID: [9]}]
-      kirometering:
-        luxIndexOperation: {enableCompensation: true, refExposureForLuxIndexZero: 200000}
-      kirodb2dmeterweight:
-)");
+        statsCalculators:)");
     Replace(text, aggregator("Average", "1}"), aggregator("NormalizedWeightedSum", "11}, description: L"));
     Replace(text, aggregator("Average", "2}"), aggregator("Average", "12}, description: T"));
     Replace(text, aggregator("Average", "3}"), aggregator("Average", "13}, description: C"));
@@ -56,7 +48,9 @@ std::string RecordTuning()
         flagMonitor:
           ZLLFlag: {enableZLLSnapshot: true}
 )");
-    return text + R"(    children:
+    return text + R"(      kirometering:
+        luxIndexOperation: {enableCompensation: true, refExposureForLuxIndexZero: 200000}
+    children:
       Sensor.1:
         modules:
           kiroextension: {verboseDebugDataEnable: {StatsList: false}}

@@ -53,13 +53,18 @@ protected:
 
     KiroResult Run()
     {
-        m_pStats->ResetStats();
-        Set(Grid("lumaOff", 16, 16, m_lumaOff));
+        SetAlone(Grid("lumaOff", 16, 16, m_lumaOff));
         Set(Grid("satOff", 16, 16, m_satOff));
         Set(Grid("lumaLow", 16, 16, m_lumaLow));
         Set(Grid("satLow", 16, 16, m_satLow));
         Load();
         return m_module.RunTableGen();
+    }
+
+    FLOAT RunForWeight(UINT32 cell)
+    {
+        EXPECT_EQ(Run(), 0);
+        return Weights()[cell];
     }
 
     /// Of a table that is there.
@@ -88,8 +93,7 @@ TEST_F(FlashTable, PredictsTheGainOfEachRegion)
     m_lumaOff[44]         = 0.0f;
     m_lumaLow[44]         = 0.0f;
     m_rConfig.minOffStats = 20;
-    EXPECT_EQ(Run(), 0);
-    EXPECT_EQ(Weights()[0], 3.0f);
+    EXPECT_EQ(RunForWeight(0), 3.0f);
     EXPECT_EQ(Weights()[Corner], 1.0f);
     EXPECT_EQ(Weights()[20], 1.0f);
     EXPECT_EQ(Weights()[40], 4.0f) << "from 20 instead of 10 to 50 instead of 40, times the flux";
@@ -104,8 +108,7 @@ TEST_F(FlashTable, PredictsTheGainOfEachRegion)
 
     m_rConfig.flashEstStrength = 0.5f;
     m_rConfig.flashBiasConf    = {TRUE, 149.0f};
-    EXPECT_EQ(Run(), 0);
-    EXPECT_EQ(Weights()[0], 2.0f);
+    EXPECT_EQ(RunForWeight(0), 2.0f);
     EXPECT_EQ(m_context.Trigger(TriggerFlashSatStatsRatio), (256.0f - 9.0f) / 256.0f);
 }
 
@@ -120,8 +123,7 @@ TEST_F(FlashTable, TopGainsRiseAndTheOthersBecomeOne)
     for (const auto& [kFloorPct, expected] : cases)
     {
         m_rConfig.kFloorPct = kFloorPct;
-        EXPECT_EQ(Run(), 0);
-        EXPECT_EQ(Weights()[0], expected) << kFloorPct;
+        EXPECT_EQ(RunForWeight(0), expected) << kFloorPct;
         EXPECT_EQ(Weights()[200], 1.0f) << kFloorPct;
     }
 }
@@ -130,13 +132,11 @@ TEST_F(FlashTable, MultipliesTheBaseTableInCenterWeightedMode)
 {
     std::fill(std::begin(m_table.weights), std::end(m_table.weights), 2.0f);
     m_rConfig.baseTableID = TableID;
-    EXPECT_EQ(Run(), 0);
-    EXPECT_EQ(Weights()[0], 6.0f);
+    EXPECT_EQ(RunForWeight(0), 6.0f);
     EXPECT_EQ(m_log.CountLevel(LevelError), 0u);
 
     m_context.m_input.mtrMode = AECAlgoMeteringModeSpot;
-    EXPECT_EQ(Run(), 0);
-    EXPECT_EQ(Weights()[0], 3.0f);
+    EXPECT_EQ(RunForWeight(0), 3.0f);
     EXPECT_TRUE(m_log.Has(LevelError, "unknown metering mode"));
 }
 
@@ -167,8 +167,7 @@ TEST_F(FlashTable, SpecklesLoseTheirGain)
     {
         m_context.m_input.overrideSetting.disableSpeckleDetection = disabled;
         m_rConfig.SpeckleScreen                                   = screen;
-        EXPECT_EQ(Run(), 0);
-        EXPECT_EQ(Weights()[100], 3.0f);
+        EXPECT_EQ(RunForWeight(100), 3.0f);
     }
 }
 
@@ -188,8 +187,7 @@ TEST_F(FlashTable, NeedsFourChannelsOfAllRegions)
     }
     EXPECT_EQ(m_module.RunTableGen(), 0);
 
-    m_pStats->ResetStats();
-    Set(Grid("lumaOff", 8, 8, coarse));
+    SetAlone(Grid("lumaOff", 8, 8, coarse));
     EXPECT_EQ(m_module.RunTableGen(), 1);
 }
 
@@ -201,8 +199,7 @@ TEST_F(FlashTable, NumbersThatAreNoneStayInsideTheTable)
 
     m_tuning.PrecisionFlashTblGen.enable        = TRUE;
     m_tuning.PrecisionFlashTblGen.DetectionType = 1;
-    EXPECT_EQ(Run(), 0);
-    EXPECT_EQ(Weights()[100], 3.0f);
+    EXPECT_EQ(RunForWeight(100), 3.0f);
 }
 
 /// The upper half sees nothing of the LED and is background, the lower half gains 100 and is foreground.

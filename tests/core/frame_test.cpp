@@ -1,7 +1,8 @@
 // Whole frames through the function table: what the sensor did comes back as statistics of the next frame.
 
+#include <cmath>
+
 #include "tests/core/framefixture.h"
-#include "tests/support/temporaryfile.h"
 
 namespace
 {
@@ -194,24 +195,7 @@ TEST_F(Frames, AmendedResultsOfAnAnalyzerDecide)
     EXPECT_EQ(m_metering.exposures[AECAlgoExposureSafe], 4 * StartExposure);
 }
 
-class FilteredFrames : public Frames
-{
-protected:
-    /// The mean of the last four lumas.
-    FilteredFrames()
-        : Frames(R"(
-      kiro1dvectorprocessor:
-        vectorProcessors:
-          - enable: true
-            input: {bankID: BankIDStatsCalculator, dataID: 1}
-            output: {bankID: BankIDTriggers, dataID: 80}
-            filtering: {method: MovingAverage, filterLength: 4}
-)")
-    {
-    }
-};
-
-TEST_F(FilteredFrames, RunWithTheFrameAndAtTheHostsCall)
+TEST_F(Frames, VectorProcessorsRunWithTheFrameAndAtTheHostsCall)
 {
     constexpr auto usage = kiroglobalelements::VectorProcessorUsageType::Default;
     RunStartup();
@@ -238,45 +222,6 @@ TEST_F(Frames, StretchEntriesAreClearedInValueBanksOnly)
     query = {BankIDConvActiveSCD, 5, nullptr, sizeof(kirodbconvactivescd::DBConvActiveSCDPayload)};
     EXPECT_EQ(m_pAlgo->getBankData(m_pAlgo, &query), 6);
     EXPECT_TRUE(m_log.Has(4, "Issue in setting YHist scale value to DB"));
-}
-
-/// A store that reads its file on demand. Made before the instance and gone after it.
-struct FileStore
-{
-    explicit FileStore(const std::string& rTuning)
-    {
-        file.Write(tuningfile::WriteBinary(tuningfile::ParseText(rTuning, "frame.yaml"), tuningfile::NewestVersion));
-        store.SetLiveTuningAutostart(false);
-        EXPECT_TRUE(store.LoadBinaryParameters(file.path.c_str())) << store.GetErrorText();
-    }
-
-    const TemporaryFile file{"frame_test_store.bin"};
-    TuningSetManager    store{"file"};
-};
-
-class FramesOfAFile : private FileStore, public Frames
-{
-protected:
-    FramesOfAFile() : FileStore(FrameTuning)
-    {
-        m_tuning.pTuningSetManager = &store;
-        (VOID) Set(AECAlgoSetParamTunaraData, m_tuning);
-    }
-
-    UINT32 References()
-    {
-        return store.GetModeEntry(0, m_modes, 1)->GetReferenceCount();
-    }
-};
-
-TEST_F(FramesOfAFile, CountTheirModulesOnceAndForGood)
-{
-    RunStartup();
-    RunScene(StartExposure, 10);
-    const UINT32 references = References();
-    EXPECT_GT(references, 0U);
-    RunScene(StartExposure, 1000);
-    EXPECT_EQ(References(), references);
 }
 
 }  // namespace

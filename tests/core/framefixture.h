@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
 #include <memory>
 #include <string>
 
@@ -20,7 +19,7 @@
 
 /// Meters the average for a luma of 50, goes half of the way in each frame, and splits exposures into time, then gain.
 /// No stretch; settled after two frames within three indices; one stop of EV is one step. Entry 2 of the regions
-/// applies during a touch.
+/// applies during a touch. Trigger 80 is the mean of the last four lumas.
 inline const std::string FrameTuning = R"(
 x-everywhere: &everywhere {start: 0, end: 1}
 x-one: &one
@@ -31,11 +30,22 @@ modes:
   Default:
     modules:
       kirometeringstatscalculator:
-        averageStatsCalculator:
+        averageStatsCalculator: &average
+          calculatorID: 1
           APISelection: API01GridWeightedAverage
           statsSelection: {channel1: luma}
           outputStorage: {start: 1, end: 1}
           generalParameters: {weightTable2D: 1}
+        statsCalculators: [{<<: *average, calculatorID: 9, description: Spot, outputStorage: {start: 5, end: 6}}]
+      kirodbactivecalculators:
+        dataBank: {bankID: BankIDActiveCalculators}
+        data: [{dataID: 1, calculatorID: [9]}]
+      kiro1dvectorprocessor:
+        vectorProcessors:
+          - enable: true
+            input: {bankID: BankIDStatsCalculator, dataID: 1}
+            output: {bankID: BankIDTriggers, dataID: 80}
+            filtering: {method: MovingAverage, filterLength: 4}
       kirodb2dmeterweight:
         dataBank: {bankID: BankIDMetering2D}
         data: [{dataID: 1, weights: {fill: 1.0}}]
@@ -121,13 +131,23 @@ class FrameCalls : public testing::Test
 {
 protected:
     explicit FrameCalls(const std::string& rTuning, bool hasDebugData = false)
-        : m_pStats(std::make_unique<KIROStatsList>())
     {
         m_record.Host().SetEnabled(hasDebugData);
         const std::vector<BYTE> bytes =
             tuningfile::WriteBinary(tuningfile::ParseText(rTuning, "frame.yaml"), tuningfile::NewestVersion);
         m_store.SetLiveTuningAutostart(false);
         EXPECT_TRUE(m_store.LoadBinaryParameters(bytes.data(), bytes.size())) << m_store.GetErrorText();
+        Create();
+    }
+
+    /// @param rTuning of a store that outlives the instance
+    explicit FrameCalls(const StatsTuningData& rTuning) : m_tuning(rTuning)
+    {
+        Create();
+    }
+
+    VOID Create()
+    {
         const AECAlgoCreateParamList noParams{};
         EXPECT_EQ(CreateKiroCoreAlgo(m_tuning, m_record.Host(), noParams, m_pAlgo), 0);
         (VOID) Set(AECAlgoSetParamOperationMode, AECAlgoOperationModeStreaming);
@@ -217,8 +237,8 @@ protected:
     TuningSetManager               m_store{"test"};
     TuningMode                     m_modes[2]{{ModeType::Default, {0}}, {ModeType::Sensor, {1}}};
     StatsTuningData                m_tuning{&m_store, m_modes, 1};
-    IKIROCoreAlgo*                 m_pAlgo = nullptr;
-    std::unique_ptr<KIROStatsList> m_pStats;
+    IKIROCoreAlgo*                 m_pAlgo   = nullptr;
+    std::unique_ptr<KIROStatsList> m_pStats  = std::make_unique<KIROStatsList>();
     UINT64                         m_frameID = 0;
     KiroResult                     m_result  = 0;
     KIROArbitratedLimits           m_limits{};
@@ -232,7 +252,17 @@ class Frames : public FrameCalls
 {
 protected:
     /// @param rModules further modules, each line indented by six
-    explicit Frames(const std::string& rModules = "") : FrameCalls(FrameTuning + rModules), m_values(16, 50.0f)
+    explicit Frames(const std::string& rModules = "") : FrameCalls(FrameTuning + rModules)
+    {
+        Prepare();
+    }
+
+    explicit Frames(const StatsTuningData& rTuning) : FrameCalls(rTuning)
+    {
+        Prepare();
+    }
+
+    VOID Prepare()
     {
         AddChannel("luma", KIROStatsGrid, {4, 4, 0, 8}).channelData.Data.pFData = m_values.data();
         for (KIROExposureRange& rRange : m_limits.ranges)
@@ -316,5 +346,5 @@ protected:
         return m_arbitration[AECAlgoExposureSafe].exposureSet.exposure;
     }
 
-    std::vector<FLOAT> m_values;
+    std::vector<FLOAT> m_values = std::vector<FLOAT>(16, 50.0f);
 };

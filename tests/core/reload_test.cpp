@@ -46,23 +46,9 @@ std::string TuningText(UINT32 version)
     Replace(text, SettleRule,
             "triggerData: {settleCountTh: " + std::string((version == QuickVersion) ? "0" : "50") +
                 ", settleExpTh: 3.0}");
-    Replace(text, "        averageStatsCalculator:\n",
-            "        statsCalculators: [{calculatorID: 3, description: Spot, APISelection: API01GridWeightedAverage, "
-            "statsSelection: "
-            "{channel1: luma}, outputStorage: {start: " +
-                id(CalculatorID) + ", end: " + id(CalculatorID) +
-                "}, generalParameters: {weightTable2D: 1}}]\n        averageStatsCalculator:\n");
+    Replace(text, "start: 5, end: 6", "start: " + id(CalculatorID) + ", end: " + id(CalculatorID));
+    Replace(text, "dataID: 80}", "dataID: " + id(FilterID) + "}");
     return text + R"(
-      kirodbactivecalculators:
-        dataBank: {bankID: BankIDActiveCalculators}
-        data: [{dataID: 1, calculatorID: [3]}]
-      kiro1dvectorprocessor:
-        vectorProcessors:
-          - enable: true
-            input: {bankID: BankIDStatsCalculator, dataID: 1}
-            output: {bankID: BankIDTriggers, dataID: )" +
-           id(FilterID) + R"(}
-            filtering: {method: FIR, filterLength: 2, FIRCoefficients: [1.0, 1.0]}
       kiromtrtablegen:
         tableGenerator:
           - enable: true
@@ -158,6 +144,11 @@ public:
         return {&m_store, &m_mode, 1};
     }
 
+    UINT32 References()
+    {
+        return m_store.GetModeEntry(0, &m_mode, 1)->GetReferenceCount();
+    }
+
     VOID Write(const Content& rContent)
     {
         std::string text = TuningText(rContent.version);
@@ -182,16 +173,9 @@ private:
 class Camera : public Frames
 {
 public:
-    explicit Camera(const StatsTuningData& rTuning) : m_fine(256, 25.0f)
+    explicit Camera(const StatsTuningData& rTuning) : Frames(rTuning), m_fine(256, 25.0f)
     {
-        m_pAlgo->DestroyInstance(m_pAlgo);
-        TavoFree(m_pAlgo, 16, nullptr, 0);
-        m_tuning = rTuning;
         m_record.Host().SetEnabled(true);
-        const AECAlgoCreateParamList noParams{};
-        EXPECT_EQ(CreateKiroCoreAlgo(m_tuning, m_record.Host(), noParams, m_pAlgo), 0);
-        (VOID) Set(AECAlgoSetParamOperationMode, AECAlgoOperationModeStreaming);
-        (VOID) Set(AECAlgoSetParamPipelineDelay, static_cast<UINT8>(1));
         AddChannel("fine", KIROStatsGrid, {16, 16, 0, 8}).channelData.Data.pFData = m_fine.data();
         ReturnToStart();
         EndFrame(TRUE);
@@ -419,6 +403,20 @@ TEST(Reload, StagesBeforeTheNextFrameSeeTheNewTuning)
         stage(camera);
         ExpectLikeNew(camera, tuning, {QuickVersion});
     }
+}
+
+TEST(Reload, FramesCountTheirModulesOnceAndForGood)
+{
+    StoredTuning tuning({1});
+    Camera       camera(tuning.Handle());
+    camera.Run();
+    const UINT32 references = tuning.References();
+    EXPECT_GT(references, 0U);
+    for (UINT32 frame = 0; frame < 1000; ++frame)
+    {
+        camera.Run();
+    }
+    EXPECT_EQ(tuning.References(), references);
 }
 
 /// The store reads a mode when its path is first asked for, which the file as it is now no longer allows.

@@ -2,8 +2,6 @@
 
 #include "interface/ckirotriggermanager.h"
 
-#include <algorithm>
-
 #include "tests/support/testcontext.h"
 
 using namespace kirodbsnapshot;

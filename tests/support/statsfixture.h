@@ -57,6 +57,13 @@ protected:
         return m_pStats->SetStats(stats, StatisticsStartUpValid);
     }
 
+    /// The channel takes the place of all others.
+    VOID SetAlone(KIROCntStatsOut stats)
+    {
+        m_pStats->ResetStats();
+        EXPECT_EQ(Set(stats), 0);
+    }
+
     /// Puts the region in the bank in place of all others.
     VOID SetROI(INT32 dataID, FLOAT x, FLOAT y, FLOAT dx, FLOAT dy)
     {

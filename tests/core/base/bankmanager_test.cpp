@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
 #include <vector>
 
 #include "core/base/tavomemory.h"
@@ -19,30 +18,12 @@ constexpr UINT64 Bit(KIROTunaraEventType event)
     return 1ULL << event;
 }
 
-/// A priority map that owns its lists of events.
-class PriorityMap
+/// An entry of a priority map.
+struct Rule
 {
-public:
-    VOID Add(std::vector<KIROTunaraEventType> events, INT32 priority, INT32 dataID)
-    {
-        m_events.push_back(std::move(events));
-        m_entries.push_back({static_cast<UINT32>(m_events.back().size()), 0, nullptr, priority, dataID});
-    }
-
-    TunaraBankDataType* Get()
-    {
-        for (size_t index = 0; index < m_entries.size(); ++index)
-        {
-            m_entries[index].context = m_events[index].data();
-        }
-        m_bank = {BankIDConvActiveSCD, static_cast<UINT32>(m_entries.size()), 0, m_entries.data()};
-        return &m_bank;
-    }
-
-private:
-    std::vector<std::vector<KIROTunaraEventType>> m_events;
-    std::vector<TunaraBankDataPriorityType>       m_entries;
-    TunaraBankDataType                            m_bank{};
+    std::vector<KIROTunaraEventType> events;
+    INT32                            priority;
+    INT32                            dataID;
 };
 
 /// Most tests use the bank of active detectors, whose payload is small.
@@ -53,15 +34,49 @@ protected:
     {
     }
 
-    VOID Tune(TunaraBankDataType* pMap, std::vector<DBConvActiveSCDPayload>& rPayloads)
+    /// Without a priority map.
+    VOID Tune(std::vector<DBConvActiveSCDPayload>& rPayloads)
     {
-        m_pBanks->SetBankTuning(BankIDConvActiveSCD, pMap, rPayloads.data(), static_cast<UINT32>(rPayloads.size()));
+        m_pBanks->SetBankTuning(BankIDConvActiveSCD, nullptr, rPayloads.data(), static_cast<UINT32>(rPayloads.size()));
+    }
+
+    VOID TuneMap(std::vector<Rule> rules)
+    {
+        m_rules = std::move(rules);
+        m_map.clear();
+        for (Rule& rRule : m_rules)
+        {
+            m_map.push_back(
+                {static_cast<UINT32>(rRule.events.size()), 0, rRule.events.data(), rRule.priority, rRule.dataID});
+        }
+        m_bank = {BankIDConvActiveSCD, static_cast<UINT32>(m_map.size()), 0, m_map.data()};
+        m_pBanks->SetBankTuning(BankIDConvActiveSCD, &m_bank, m_payloads.data(),
+                                static_cast<UINT32>(m_payloads.size()));
     }
 
     UINT32 SelectedID(INT32 dataID = 0)
     {
         const DBConvActiveSCDPayload* pPayload = m_pBanks->GetDataConvActiveSCD(dataID);
         return (pPayload != nullptr) ? pPayload->dataID : 0;
+    }
+
+    UINT32 SelectedAfter(KIRODynamicDataOperationType operation, INT32 dataID)
+    {
+        EXPECT_EQ(m_pBanks->SetControlDynamicData(operation, BankIDConvActiveSCD, dataID), 0);
+        return SelectedID();
+    }
+
+    /// The result, and what the query then points at; a pointer of its own before.
+    std::pair<KiroResult, VOID*> HostGet(KIROBankIDType bankID, INT32 dataID, INT32 size)
+    {
+        KIROGetBankData  data{bankID, dataID, Untouched(), size};
+        const KiroResult result = m_pBanks->GetControlData(&data);
+        return {result, data.pData};
+    }
+
+    VOID* Untouched()
+    {
+        return &m_payloads;
     }
 
     template <typename Payload>
@@ -71,22 +86,23 @@ protected:
         return m_pBanks->SetControlData(&data);
     }
 
-    StatsLogCapture                     m_log;
-    TavoPtr<CKIROBankManager>           m_pBanks;
-    std::vector<DBConvActiveSCDPayload> m_payloads = {{5, nullptr, 50}, {7, nullptr, 70}, {9, nullptr, 90}};
+    StatsLogCapture                         m_log;
+    TavoPtr<CKIROBankManager>               m_pBanks;
+    std::vector<Rule>                       m_rules;
+    std::vector<TunaraBankDataPriorityType> m_map;
+    TunaraBankDataType                      m_bank{};
+    std::vector<DBConvActiveSCDPayload>     m_payloads = {{5, nullptr, 50}, {7, nullptr, 70}, {9, nullptr, 90}};
 };
 
 TEST_F(BankManager, ContextSelectsByPriority)
 {
-    PriorityMap map;
-    map.Add({AECDefault}, 0, 5);
-    map.Add({AECTouch}, 3, 7);
-    map.Add({AECFace}, 3, 9);
-    map.Add({AECLock, AECTouch}, 8, 5);
-    map.Add({AECDefault, AECCustomContext10}, 20, 9);
-    map.Add({AECSettled}, 9, 42);
-    map.Add({AECEV}, 10, 0);
-    Tune(map.Get(), m_payloads);
+    TuneMap({{{AECDefault}, 0, 5},
+             {{AECTouch}, 3, 7},
+             {{AECFace}, 3, 9},
+             {{AECLock, AECTouch}, 8, 5},
+             {{AECDefault, AECCustomContext10}, 20, 9},
+             {{AECSettled}, 9, 42},
+             {{AECEV}, 10, 0}});
     EXPECT_EQ(SelectedID(), 5u) << "selected as soon as the tuning is there";
 
     const std::tuple<UINT64, UINT32, const CHAR*> cases[] = {
@@ -115,18 +131,14 @@ TEST_F(BankManager, ContextSelectsByPriority)
 
 TEST_F(BankManager, WithoutAWinnerTheLastTunedEntryServes)
 {
-    PriorityMap negative;
-    negative.Add({AECDefault}, -1, 5);
-    Tune(negative.Get(), m_payloads);
+    TuneMap({{{AECDefault}, -1, 5}});
     EXPECT_EQ(SelectedID(), 9u);
     EXPECT_TRUE(m_log.Has(LevelTrace, "Bank 14 did not find any priority: using first data"));
 
-    PriorityMap listless;
-    listless.Add({}, 0, 7);
-    Tune(listless.Get(), m_payloads);
+    TuneMap({{{}, 0, 7}});
     EXPECT_EQ(SelectedID(), 7u) << "an empty list of events holds always";
 
-    Tune(nullptr, m_payloads);
+    Tune(m_payloads);
     EXPECT_EQ(SelectedID(), 9u);
     EXPECT_TRUE(m_log.Has(LevelTrace, "no priority, needs debugging bank ID 14"));
 
@@ -144,7 +156,7 @@ TEST_F(BankManager, AFullBankDropsNewIDsAndRetuningLeavesNothingBehind)
     {
         many[index].dataID = index + 1;
     }
-    Tune(nullptr, many);
+    Tune(many);
     EXPECT_EQ(SelectedID(), 1000u) << "entries beyond the thousandth are left out";
     EXPECT_EQ(SelectedID(1), 1u);
     EXPECT_EQ(SelectedID(1001), 0u);
@@ -157,14 +169,14 @@ TEST_F(BankManager, AFullBankDropsNewIDsAndRetuningLeavesNothingBehind)
     EXPECT_EQ(m_pBanks->GetDataConvActiveSCD(3)->SCDID, 33u);
 
     std::vector<DBConvActiveSCDPayload> none;
-    Tune(nullptr, none);
+    Tune(none);
     EXPECT_EQ(m_pBanks->GetDataConvActiveSCD(0), nullptr);
     EXPECT_EQ(m_pBanks->GetDataConvActiveSCD(3), nullptr);
 }
 
 TEST_F(BankManager, HostEntryReplacesInPlaceOrBecomesTheFallback)
 {
-    Tune(nullptr, m_payloads);
+    Tune(m_payloads);
     DBConvActiveSCDPayload known{7, nullptr, 77};
     EXPECT_EQ(HostSet(BankIDConvActiveSCD, known), 0);
     m_pBanks->RunBankStartOfFrame(0);
@@ -182,25 +194,22 @@ TEST_F(BankManager, HostEntryReplacesInPlaceOrBecomesTheFallback)
     m_pBanks->RunBankStartOfFrame(0);
     EXPECT_EQ(SelectedID(), 3u);
 
-    Tune(nullptr, m_payloads);
+    Tune(m_payloads);
     EXPECT_EQ(SelectedID(3), 0u);
     EXPECT_EQ(m_pBanks->GetDataConvActiveSCD(7)->SCDID, 70u);
 }
 
 TEST_F(BankManager, OverrideActsOnReadingAndSurvivesRetuning)
 {
-    Tune(nullptr, m_payloads);
-    EXPECT_EQ(m_pBanks->SetControlDynamicData(DynamicDataOverride, BankIDConvActiveSCD, 0), 0);
-    EXPECT_EQ(SelectedID(), 9u) << "index 0 overrides nothing";
-    EXPECT_EQ(m_pBanks->SetControlDynamicData(DynamicDataOverride, BankIDConvActiveSCD, 7), 0);
-    EXPECT_EQ(SelectedID(), 7u);
+    Tune(m_payloads);
+    EXPECT_EQ(SelectedAfter(DynamicDataOverride, 0), 9u) << "index 0 overrides nothing";
+    EXPECT_EQ(SelectedAfter(DynamicDataOverride, 7), 7u);
     EXPECT_EQ(SelectedID(5), 5u);
-    Tune(nullptr, m_payloads);
+    Tune(m_payloads);
     EXPECT_EQ(SelectedID(), 7u);
-    EXPECT_EQ(m_pBanks->SetControlDynamicData(DynamicDataOverride, BankIDConvActiveSCD, 8), 0);
+    EXPECT_EQ(SelectedAfter(DynamicDataOverride, 8), 0u);
     EXPECT_EQ(m_pBanks->GetDataConvActiveSCD(0), nullptr);
-    EXPECT_EQ(m_pBanks->SetControlDynamicData(DynamicDataReset, BankIDConvActiveSCD, 7), 0);
-    EXPECT_EQ(SelectedID(), 9u);
+    EXPECT_EQ(SelectedAfter(DynamicDataReset, 7), 9u);
 
     EXPECT_EQ(m_pBanks->SetControlDynamicData(DynamicDataOverride, BankIDTriggers, 1), 0);
     EXPECT_EQ(m_pBanks->SetControlDynamicData(DynamicDataOverride, BankIDMax, 1), 6);
@@ -245,22 +254,15 @@ TEST_F(BankManager, HostWritesAreChecked)
 
 TEST_F(BankManager, HostReads)
 {
-    Tune(nullptr, m_payloads);
-    VOID* const     pUntouched = &m_payloads;
-    const INT32     scdSize    = sizeof(DBConvActiveSCDPayload);
-    const INT32     floatSize  = sizeof(DBFloatPayload);
-    KIROGetBankData data{BankIDConvActiveSCD, 7, pUntouched, scdSize};
-    EXPECT_EQ(m_pBanks->GetControlData(&data), 0);
-    EXPECT_EQ(data.pData, &m_payloads[1]);
-
-    data = {BankIDConvActiveSCD, 8, pUntouched, scdSize};
-    EXPECT_EQ(m_pBanks->GetControlData(&data), 6);
-    EXPECT_EQ(data.pData, pUntouched);
-    data = {BankIDConvActiveSCD, 7, pUntouched, floatSize};
-    EXPECT_EQ(m_pBanks->GetControlData(&data), 1);
+    using Answer = std::pair<KiroResult, VOID*>;
+    Tune(m_payloads);
+    const INT32 scdSize   = sizeof(DBConvActiveSCDPayload);
+    const INT32 floatSize = sizeof(DBFloatPayload);
+    EXPECT_EQ(HostGet(BankIDConvActiveSCD, 7, scdSize), Answer(0, &m_payloads[1]));
+    EXPECT_EQ(HostGet(BankIDConvActiveSCD, 8, scdSize), Answer(6, Untouched()));
+    EXPECT_EQ(HostGet(BankIDConvActiveSCD, 7, floatSize).first, 1);
     EXPECT_TRUE(m_log.Has(LevelError, "get bank failed bank ID 14 bank payload size 24 provided size 16"));
-    data = {BankIDMax, 7, pUntouched, scdSize};
-    EXPECT_EQ(m_pBanks->GetControlData(&data), 1);
+    EXPECT_EQ(HostGet(BankIDMax, 7, scdSize).first, 1);
     EXPECT_TRUE(m_log.HasPart(LevelError, "get bank failed bank ID 17 pBank"));
     EXPECT_EQ(m_pBanks->GetControlData(nullptr), 4);
 
@@ -272,15 +274,11 @@ TEST_F(BankManager, HostReads)
     for (const auto& [bankID, size, pLine] : valueBanks)
     {
         SCOPED_TRACE(bankID);
-        data = {bankID, 0, pUntouched, size};
-        EXPECT_EQ(m_pBanks->GetControlData(&data), 0);
-        EXPECT_NE(data.pData, pUntouched);
-        data = {bankID, 1000, pUntouched, size};
-        EXPECT_EQ(m_pBanks->GetControlData(&data), 1);
-        EXPECT_EQ(data.pData, nullptr);
+        EXPECT_EQ(HostGet(bankID, 0, size).first, 0);
+        EXPECT_NE(HostGet(bankID, 0, size).second, Untouched());
+        EXPECT_EQ(HostGet(bankID, 1000, size), Answer(1, nullptr));
         EXPECT_TRUE(m_log.Has(LevelError, pLine));
-        data = {bankID, -1, pUntouched, size};
-        EXPECT_EQ(m_pBanks->GetControlData(&data), 1);
+        EXPECT_EQ(HostGet(bankID, -1, size).first, 1);
     }
 }
 
@@ -331,54 +329,14 @@ TEST_F(BankManager, ReferencesResolveIntoNumbersAndRanges)
     EXPECT_TRUE(m_log.Has(LevelError, "Invalid bankID 11 with dataID 7 returning [0.0, 0.0]\n"));
 }
 
-TEST_F(BankManager, WritesOneEndOrBoth)
+TEST_F(BankManager, WrittenRangesKeepTheirDescription)
 {
     const DataBankType analyzer{BankIDSceneAnalyzer, 20};
     EXPECT_EQ(m_pBanks->UtilSetStartEndToBank(&analyzer, {1.0f, 2.0f}, "first", BankDataType::startEnd), 0);
-    EXPECT_EQ(m_pBanks->UtilSetStartEndToBank(&analyzer, {8.0f, 9.0f}, "second", BankDataType::start), 0);
-    const DBStartEndPayload* pSlot = m_pBanks->GetDataSceneAnalyzer(20);
-    EXPECT_EQ(pSlot->value.start, 8.0f);
-    EXPECT_EQ(pSlot->value.end, 2.0f);
-    EXPECT_STREQ(pSlot->description, "second");
-    m_pBanks->UtilSetStartEndToBank(&analyzer, {5.0f, 6.0f}, "third", BankDataType::end);
-    EXPECT_EQ(pSlot->value.start, 8.0f);
-    EXPECT_EQ(pSlot->value.end, 6.0f);
-
-    const DataBankType trigger{BankIDTriggers, 100};
-    m_pBanks->UtilSetStartEndToBank(&trigger, {3.0f, 4.0f}, "trigger", BankDataType::startEnd);
-    EXPECT_EQ(m_pBanks->GetDataTriggers(100)->value, 3.0f);
-    m_pBanks->UtilSetStartEndToBank(&trigger, {5.0f, 6.0f}, "trigger", BankDataType::end);
-    EXPECT_EQ(m_pBanks->GetDataTriggers(100)->value, 3.0f);
-
+    EXPECT_STREQ(m_pBanks->GetDataSceneAnalyzer(20)->description, "first");
     const DataBankType calculator{BankIDStatsCalculator, 1};
     EXPECT_NE(m_pBanks->UtilSetStartEndToBank(&calculator, {1.0f, 2.0f}, "", BankDataType::startEnd), 0);
     EXPECT_TRUE(m_log.Has(LevelError, "Invalid bank ID 4 for Scene Analyzer Algorithm.\n"));
-}
-
-TEST_F(BankManager, PublishedTriggerIsACopy)
-{
-    EXPECT_EQ(m_pBanks->PublishTrigger(TriggerCtrlLux, 250.0f, "CtrlLux", SourceCore), 0);
-    const DBFloatPayload* pSlot = m_pBanks->GetDataTriggers(TriggerCtrlLux);
-    EXPECT_EQ(pSlot->dataID, 8);
-    EXPECT_EQ(pSlot->value, 250.0f);
-    EXPECT_STREQ(pSlot->description, "CtrlLux");
-    EXPECT_STREQ(m_pBanks->GetBankName(BankIDTriggers), "BankIDTriggers");
-}
-
-TEST_F(BankManager, ModulesWriteToTheBanksTheyName)
-{
-    DBConvBasePayload                           base{};
-    kirodbconvstretch::DBConvStretchPayload     stretch{};
-    kirodbconvsettle::DBConvSettlePayload       settle{};
-    kirodb2dmeterweight::DBMeter2DWeightPayload weights{};
-    EXPECT_EQ(m_pBanks->SetDataConvBase({3, &base, SourceModuleConvergence}), 0);
-    EXPECT_EQ(m_pBanks->SetDataConvStretch({4, &stretch, SourceModuleConvergence}), 0);
-    EXPECT_EQ(m_pBanks->SetDataConvSettle({5, &settle, SourceModuleConvergence}), 0);
-    EXPECT_EQ(m_pBanks->SetDataMetering2D({6, &weights, SourceModuleConvergence}), 0);
-    EXPECT_EQ(m_pBanks->GetDataConvBase(3), &base);
-    EXPECT_EQ(m_pBanks->GetDataConvStretch(4), &stretch);
-    EXPECT_EQ(m_pBanks->GetDataConvSettle(5), &settle);
-    EXPECT_EQ(m_pBanks->GetDataMetering2D(6), &weights);
 }
 
 TEST(Bank, RemovesTheEntriesOfOneSourceInOrder)

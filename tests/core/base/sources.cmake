@@ -1,8 +1,6 @@
 set(ROOM_TESTS
     bankmanager_test.cpp
-    binarymask_test.cpp
     exposurearithmetic_test.cpp
     history_test.cpp
-    statsdeque_test.cpp
     triggerdata_test.cpp
 )

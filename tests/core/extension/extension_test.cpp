@@ -74,7 +74,7 @@ TEST_F(Extension, ModeStaysBinnedOutsideAHybridSession)
     EXPECT_EQ(m_context.m_seamlessRID, 0u);
 }
 
-TEST_F(Extension, FlashThatIsOffNeedsNoEstimate)
+TEST_F(Extension, FlashThatIsOffNeedsNoEstimateAndAFailedOneIsOff)
 {
     KIROAlgoFlashInput        in{};
     const KIROAlgoFlashOutput before{5, 5, 5.0f, 5.0f, 5.0f, 5.0f, AECAlgoFlashStateMain, 5.0f, {}};
@@ -104,24 +104,17 @@ TEST_F(Extension, FlashThatIsOffNeedsNoEstimate)
     EXPECT_EQ(out.BGRatio, -1.0f);
     EXPECT_EQ(out.firstEntryRatio, 1.0f);
     EXPECT_EQ(out.lastEntryRatio, 0.0f);
-    in.flashCurrentType = KIROExtFlashCurrentType::High;
-    in.maxFlashCurrent  = 200;
-    EXPECT_EQ(m_extension.GetFlashCurrent(&in, &out), 0);
-    EXPECT_EQ(out.LED1Setting, 200);
-    EXPECT_EQ(out.state, AECAlgoFlashStateMain);
-}
-
-TEST_F(Extension, FailedEstimateIsAZeroOutputThatSucceeds)
-{
-    const std::pair<KIROExtFlashCurrentType, AECAlgoFlashStateType> types[] = {
-        {KIROExtFlashCurrentType::Low, AECAlgoFlashStatePre}, {KIROExtFlashCurrentType::High, AECAlgoFlashStateMain}};
-    Tune(kiroflash::KIROFlashType{});
-    for (const auto& [type, state] : types)
+    in.maxFlashCurrent = 200;
+    for (const auto& [type, state, current] : {std::tuple{KIROExtFlashCurrentType::Low, AECAlgoFlashStatePre, 100},
+                                               {KIROExtFlashCurrentType::High, AECAlgoFlashStateMain, 200}})
     {
-        KIROAlgoFlashInput  in{};
-        KIROAlgoFlashOutput out{5, 5, 5.0f, 5.0f, 5.0f, 5.0f, AECAlgoFlashStateOff, 5.0f, {}};
         in.flashCurrentType = type;
+        Tune(flash);
         EXPECT_EQ(m_extension.GetFlashCurrent(&in, &out), 0);
+        EXPECT_EQ(out.LED1Setting, current);
+        EXPECT_EQ(out.state, state);
+        Tune(kiroflash::KIROFlashType{});
+        EXPECT_EQ(m_extension.GetFlashCurrent(&in, &out), 0) << "a failed estimate succeeds with an output of zeros";
         EXPECT_EQ(out.LED1Setting + out.LED2Setting, 0);
         EXPECT_EQ(out.state, state);
     }

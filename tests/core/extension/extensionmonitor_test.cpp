@@ -282,16 +282,7 @@ TEST_F(BracketLock, ExpiresAndIsRebased)
     EXPECT_EQ(Bracket(70, 0.0f, 3333, FALSE), 3333u);
 }
 
-TEST_F(BracketLock, NewTuningStartsItAnew)
-{
-    Start();
-    Tune(m_tuning);
-    EXPECT_EQ(Bracket(36, 0.0f, 2000, FALSE), 2000u);
-    EXPECT_EQ(Bracket(41, 0.0f, 2001, FALSE), 2001u);
-    EXPECT_EQ(Bracket(42, 0.0f, 3333, TRUE), 2001u);
-}
-
-TEST_F(BracketLock, NeedsNoFrameID)
+TEST_F(BracketLock, NeedsNoFrameIDAndStartsAnewWithANewTuning)
 {
     EXPECT_EQ(Bracket(0, 0.0f, 1000, FALSE), 1000u);
     EXPECT_EQ(Bracket(0, 0.0f, 1001, FALSE), 1001u);
@@ -299,6 +290,14 @@ TEST_F(BracketLock, NeedsNoFrameID)
     m_in.statisticsStartup = StatisticsStartUpInvalid;
     Process();
     EXPECT_EQ(Bracket(0, 0.0f, 3333, TRUE), 1001u);
+
+    m_in.statisticsStartup = StatisticsStartUpValid;
+    Tune(m_tuning);
+    Start();
+    Tune(m_tuning);
+    EXPECT_EQ(Bracket(36, 0.0f, 2000, FALSE), 2000u);
+    EXPECT_EQ(Bracket(41, 0.0f, 2001, FALSE), 2001u);
+    EXPECT_EQ(Bracket(42, 0.0f, 3333, TRUE), 2001u);
 }
 
 }  // namespace

@@ -46,15 +46,18 @@ protected:
         return m_estimator.EstimateFlashCurrent(&m_input, &m_out);
     }
 
-    KiroResult Estimate(KIROExtFlashCurrentType type, FLOAT rg, FLOAT bg)
+    KiroResult Estimate(KIROExtFlashCurrentType type, Point scene)
     {
-        m_input.AWBRG = rg;
-        m_input.AWBBG = bg;
+        m_input.AWBRG = scene.rg;
+        m_input.AWBBG = scene.bg;
         return Estimate(type);
     }
 
-    VOID ExpectCurrents(INT32 led1, INT32 led2, FLOAT rg, INT32 mix1, INT32 mix2)
+    /// Of an estimate for a colour of the scene.
+    VOID ExpectCurrents(KIROExtFlashCurrentType type, Point scene, INT32 led1, INT32 led2, FLOAT rg, INT32 mix1,
+                        INT32 mix2)
     {
+        EXPECT_EQ(Estimate(type, scene), 0);
         EXPECT_EQ(Result().LED1Setting, led1);
         EXPECT_EQ(Result().LED2Setting, led2);
         EXPECT_NEAR(Result().RGRatio, rg, 1e-5f);
@@ -62,9 +65,10 @@ protected:
         EXPECT_EQ(m_out.mixIdx2, mix2);
     }
 
-    /// Colours of the three mixes from which the last estimate has chosen.
-    VOID ExpectRow(const std::vector<FLOAT>& rRG, const std::vector<FLOAT>& rBG)
+    /// Colours of the three mixes from which an estimate chooses.
+    VOID ExpectRow(KIROExtFlashCurrentType type, const std::vector<FLOAT>& rRG, const std::vector<FLOAT>& rBG)
     {
+        EXPECT_EQ(Estimate(type), 0);
         for (size_t mix = 0; mix < rRG.size(); ++mix)
         {
             EXPECT_NEAR(Result().refTable[mix].RGRatio, rRG[mix], 1e-5f) << mix;
@@ -95,23 +99,22 @@ TEST_F(FlashCurrent, MatchesTheNearestColourOfTheRow)
     const struct
     {
         const CHAR* pName;
-        FLOAT       rg, bg;
+        Point       scene;
         INT32       led1, led2;
         FLOAT       resultRG, resultBG, flux, first;
         INT32       mix1, mix2;
     } cases[] = {
-        {"on the line", 0.375f, 0.875f, 400, 100, 0.375f, 0.875f, 11.0f, 0.8f, 0, 1},
-        {"across from it", 0.5f, 1.0f, 400, 100, 0.375f, 0.875f, 11.0f, 0.8f, 0, 1},
-        {"second segment", 0.75f, 0.5f, 150, 350, 0.75f, 0.5f, 14.0f, 0.3f, 1, 2},
-        {"beyond the first mix", 0.0f, 1.5f, 500, 0, 0.25f, 1.0f, 10.0f, 1.0f, 0, 0},
-        {"beyond the last mix", 2.0f, 0.0f, 0, 500, 1.0f, 0.25f, 16.0f, 0.0f, 2, 2},
-        {"400.5 mA", 0.374375f, 0.875625f, 400, 100, 0.375f, 0.875f, 11.0f, 0.8f, 0, 1},
+        {"on the line", {0.375f, 0.875f}, 400, 100, 0.375f, 0.875f, 11.0f, 0.8f, 0, 1},
+        {"across from it", {0.5f, 1.0f}, 400, 100, 0.375f, 0.875f, 11.0f, 0.8f, 0, 1},
+        {"second segment", {0.75f, 0.5f}, 150, 350, 0.75f, 0.5f, 14.0f, 0.3f, 1, 2},
+        {"beyond the first mix", {0.0f, 1.5f}, 500, 0, 0.25f, 1.0f, 10.0f, 1.0f, 0, 0},
+        {"beyond the last mix", {2.0f, 0.0f}, 0, 500, 1.0f, 0.25f, 16.0f, 0.0f, 2, 2},
+        {"400.5 mA", {0.374375f, 0.875625f}, 400, 100, 0.375f, 0.875f, 11.0f, 0.8f, 0, 1},
     };
     for (const auto& rCase : cases)
     {
         SCOPED_TRACE(rCase.pName);
-        ASSERT_EQ(Estimate(Low, rCase.rg, rCase.bg), 0);
-        ExpectCurrents(rCase.led1, rCase.led2, rCase.resultRG, rCase.mix1, rCase.mix2);
+        ExpectCurrents(Low, rCase.scene, rCase.led1, rCase.led2, rCase.resultRG, rCase.mix1, rCase.mix2);
         EXPECT_FLOAT_EQ(Result().BGRatio, rCase.resultBG);
         EXPECT_FLOAT_EQ(Result().flux, rCase.flux);
         EXPECT_FLOAT_EQ(Result().firstEntryRatio, rCase.first);
@@ -124,12 +127,9 @@ TEST_F(FlashCurrent, MatchesTheNearestColourOfTheRow)
         std::swap(m_table[3 * row], m_table[3 * row + 2]);
     }
     ASSERT_EQ(Load(), 0);
-    Estimate(Low, 0.375f, 0.875f);
-    ExpectCurrents(400, 100, 0.375f, 1, 2);
-    Estimate(Low, 2.0f, 0.0f);
-    ExpectCurrents(0, 500, 1.0f, 0, 0);
-    Estimate(Low, 0.0f, 1.5f);
-    ExpectCurrents(500, 0, 0.25f, 2, 2);
+    ExpectCurrents(Low, {0.375f, 0.875f}, 400, 100, 0.375f, 1, 2);
+    ExpectCurrents(Low, {2.0f, 0.0f}, 0, 500, 1.0f, 0, 0);
+    ExpectCurrents(Low, {0.0f, 1.5f}, 500, 0, 0.25f, 2, 2);
 }
 
 TEST_F(FlashCurrent, RecordsLowAndHighCurrentsApart)
@@ -138,7 +138,7 @@ TEST_F(FlashCurrent, RecordsLowAndHighCurrentsApart)
     DebugRecord      record;
     m_context.m_pDebugData = &record.Host();
     ASSERT_EQ(Load(), 0);
-    ASSERT_EQ(Estimate(Low, 0.375f, 0.875f), 0);
+    ASSERT_EQ(Estimate(Low, {0.375f, 0.875f}), 0);
 
     ByteWriter low;
     low.Add<UINT8>(1).Add<FLOAT>(0.375f, 0.875f).Add<INT32>(1000, 400, 100);
@@ -150,7 +150,7 @@ TEST_F(FlashCurrent, RecordsLowAndHighCurrentsApart)
     record.ExpectZeros(recordoffset::LEDTable + size, size);
 
     // 1000 mA from the second row.
-    ASSERT_EQ(Estimate(High, 0.375f, 0.875f), 0);
+    ASSERT_EQ(Estimate(High, {0.375f, 0.875f}), 0);
     record.ExpectBytes(recordoffset::LEDTable, low);
     EXPECT_EQ(record.At<UINT8>(recordoffset::LEDTable + size), 1);
     EXPECT_EQ(record.At<INT32>(recordoffset::LEDTable + size + 13), 800);
@@ -172,14 +172,14 @@ TEST_F(FlashCurrent, ChoosesTheRowByPower)
     {
         SCOPED_TRACE(testing::Message() << static_cast<INT32>(type) << " at " << maxCurrent);
         m_input.maxFlashCurrent = maxCurrent;
-        ASSERT_EQ(Estimate(type, 0.5f, 0.75f), 0);
+        ASSERT_EQ(Estimate(type, {0.5f, 0.75f}), 0);
         EXPECT_EQ(Result().refTable[1].LED1Setting, led1);
         EXPECT_EQ(Result().refTable[1].LED2Setting, led2);
         EXPECT_FLOAT_EQ(Result().refTable[1].flux, flux);
         EXPECT_EQ(m_out.powIdx1, power1);
         EXPECT_EQ(m_out.powIdx2, power2);
         EXPECT_EQ(Result().LED1Setting, led1);
-        ExpectRow({0.25f, 0.5f, 1.0f}, {1.0f, 0.75f, 0.25f});
+        ExpectRow(type, {0.25f, 0.5f, 1.0f}, {1.0f, 0.75f, 0.25f});
     }
     EXPECT_EQ(Estimate(Off), 1);
     m_input.maxFlashCurrent = INT32_MIN;
@@ -189,14 +189,13 @@ TEST_F(FlashCurrent, ChoosesTheRowByPower)
 TEST_F(FlashCurrent, MatchesHighToTheColourOfThePreflash)
 {
     ASSERT_EQ(Load(), 0);
-    Estimate(High, 0.75f, 0.5f);
+    Estimate(High, {0.75f, 0.5f});
     EXPECT_FLOAT_EQ(Result().RGRatio, 0.75f) << "no preflash";
-    Estimate(Low, 0.375f, 0.875f);
+    Estimate(Low, {0.375f, 0.875f});
     ASSERT_EQ(m_estimator.SetTuningHeaderChanged(), 0);
-    Estimate(High, 0.75f, 0.5f);
+    Estimate(High, {0.75f, 0.5f});
     EXPECT_FLOAT_EQ(Result().RGRatio, 0.375f);
-    Estimate(Full, 0.75f, 0.5f);
-    ExpectCurrents(800, 1200, 0.75f, 1, 2);
+    ExpectCurrents(Full, {0.75f, 0.5f}, 800, 1200, 0.75f, 1, 2);
     EXPECT_EQ(m_out.powIdx1, 2);
     EXPECT_EQ(Result().refTable[0].flux, 0.0f);
 }
@@ -208,8 +207,7 @@ TEST_F(FlashCurrent, TakesTheOnlyMix)
     m_table[1]                      = m_table[3];
     m_table[2]                      = m_table[6];
     ASSERT_EQ(Load(), 0);
-    EXPECT_EQ(Estimate(Low), 0);
-    ExpectCurrents(500, 0, 0.25f, 0, 0);
+    ExpectCurrents(Low, {}, 500, 0, 0.25f, 0, 0);
     EXPECT_EQ(Result().flux, 10.0f);
     EXPECT_EQ(Result().firstEntryRatio, -1.0f);
     EXPECT_EQ(Result().lastEntryRatio, -1.0f);
@@ -232,28 +230,21 @@ TEST_F(FlashCurrent, YieldsADefinedMixForDegenerateColours)
         ASSERT_EQ(Load(), 0);
     };
     setColours({0.25f, 1.0f}, {0.25f, 0.5f}, {1.0f, 0.5f});  // no width, then no slope
-    Estimate(Low, 0.625f, 0.5f);
-    ExpectCurrents(150, 350, 0.625f, 1, 2);
+    ExpectCurrents(Low, {0.625f, 0.5f}, 150, 350, 0.625f, 1, 2);
     EXPECT_TRUE(m_log.HasPart(LevelWarning, "slope close to zero"));
 
     setColours({0.5f, 1.0f}, {0.5f, 0.75f}, {0.5f, 0.5f});  // no width at all
-    Estimate(Low, 0.25f, 1.0f);
-    ExpectCurrents(500, 0, 0.5f, 0, 0);
-    Estimate(Low, 0.5f, 1.0f);
-    ExpectCurrents(300, 200, 0.5f, 0, 1);
-    Estimate(Low, 0.75f, 1.0f);
-    ExpectCurrents(0, 500, 0.5f, 2, 2);
-    Estimate(Low, NAN, 1.0f);
-    ExpectCurrents(500, 0, 0.5f, 0, 0);
+    ExpectCurrents(Low, {0.25f, 1.0f}, 500, 0, 0.5f, 0, 0);
+    ExpectCurrents(Low, {0.5f, 1.0f}, 300, 200, 0.5f, 0, 1);
+    ExpectCurrents(Low, {0.75f, 1.0f}, 0, 500, 0.5f, 2, 2);
+    ExpectCurrents(Low, {NAN, 1.0f}, 500, 0, 0.5f, 0, 0);
     EXPECT_TRUE(m_log.Has(LevelError, "issue with tuning: rg ratio 0.50 same for mixes 0 and 1"));
 
     setColours({0.25f, 1.0f}, {0.5f, 0.25f}, {1.0f, 0.0f});  // beside the corner, off both segments
-    Estimate(Low, 0.3f, 0.1f);
-    ExpectCurrents(205, 295, 0.658333f, 1, 2);
+    ExpectCurrents(Low, {0.3f, 0.1f}, 205, 295, 0.658333f, 1, 2);
     m_tuning.LEDMatching.dualLEDIntersectSlope = -4.0f / 3.0f;
     Load();
-    Estimate(Low, 0.3f, 0.1f);
-    ExpectCurrents(0, 500, 1.0f, 1, 2);
+    ExpectCurrents(Low, {0.3f, 0.1f}, 0, 500, 1.0f, 1, 2);
     EXPECT_TRUE(m_log.Has(LevelError, "issue with tuning: LEDSlope -1.33 same as intersection slope -1.33"));
 }
 
@@ -328,8 +319,7 @@ TEST_F(FlashCurrent, RowsBeyondTheSixthServeAtFullPowerUnchecked)
         for (const auto& [type, maxCurrent, led1, rg, power1, power2] : cases)
         {
             m_input.maxFlashCurrent = maxCurrent;
-            ASSERT_EQ(Estimate(type), 0);
-            ExpectCurrents(led1, 0, rg, 0, 0);
+            ExpectCurrents(type, {}, led1, 0, rg, 0, 0);
             EXPECT_EQ(m_out.powIdx1, power1);
             EXPECT_EQ(m_out.powIdx2, power2);
         }
@@ -360,8 +350,7 @@ protected:
 
     VOID ExpectTunedRow()
     {
-        Estimate(Low);
-        ExpectRow({0.25f, 0.5f, 1.0f}, {1.0f, 0.75f, 0.25f});
+        ExpectRow(Low, {0.25f, 0.5f, 1.0f}, {1.0f, 0.75f, 0.25f});
     }
 
     FLOAT                       m_rg[3] = {0.5f, 1.5f, 0.25f};
@@ -376,14 +365,11 @@ TEST_F(FactoryCalibration, CorrectsMeasuredRowsAndThoseBetween)
     m_calibration[2].indexMix   = 1;
     m_calibration[2].indexPower = 2;
     ASSERT_EQ(LoadCalibrated(3), 0);
-    Estimate(Low);
-    ExpectRow({0.5f, 5.0f / 6.0f, 1.5f}, {0.75f, 7.0f / 12.0f, 0.25f});
+    ExpectRow(Low, {0.5f, 5.0f / 6.0f, 1.5f}, {0.75f, 7.0f / 12.0f, 0.25f});
     m_input.maxFlashCurrent = 2000;
-    Estimate(High);
-    ExpectRow({0.125f, 0.25f, 0.5f}, {2.0f, 1.5f, 0.5f});
+    ExpectRow(High, {0.125f, 0.25f, 0.5f}, {2.0f, 1.5f, 0.5f});
     m_input.maxFlashCurrent = 1000;  // a third of the way in power
-    Estimate(High);
-    ExpectRow({0.375f, 0.638889f, 7.0f / 6.0f}, {1.166667f, 0.888889f, 1.0f / 3.0f});
+    ExpectRow(High, {0.375f, 0.638889f, 7.0f / 6.0f}, {1.166667f, 0.888889f, 1.0f / 3.0f});
 
     m_input.pFlashCalib = nullptr;
     ASSERT_EQ(Load(), 0);
@@ -400,8 +386,7 @@ TEST_F(FactoryCalibration, ScalesTheTableByOneMeasuredMix)
     for (const INT32 maxCurrent : {500, 1000, 2000})
     {
         m_input.maxFlashCurrent = maxCurrent;
-        Estimate(High);
-        ExpectRow({0.5f, 1.0f, 2.0f}, {0.5f, 0.375f, 0.125f});
+        ExpectRow(High, {0.5f, 1.0f, 2.0f}, {0.5f, 0.375f, 0.125f});
     }
 }
 
@@ -431,14 +416,11 @@ TEST_F(FlashCurrent, AppliesLearnedKneesBetweenTheFirstAndTheLastMix)
     std::fill_n(m_context.m_ficInfo.kneeData, 3,
                 KIROFICKneeData{0.625f, 0.5f, 0.375f, 0.875f, FICConfHigh, FICConfLow});
     ASSERT_EQ(Load(), 0);
-    Estimate(Low);
-    ExpectRow({0.25f, 0.625f, 1.0f}, {1.0f, 0.5f, 0.25f});
+    ExpectRow(Low, {0.25f, 0.625f, 1.0f}, {1.0f, 0.5f, 0.25f});
     m_input.maxFlashCurrent = 2000;
-    Estimate(High);
-    ExpectRow({0.25f, 0.5f, 1.0f}, {1.0f, 0.75f, 0.25f});
+    ExpectRow(High, {0.25f, 0.5f, 1.0f}, {1.0f, 0.75f, 0.25f});
     m_context.m_ficInfo.kneeData[1].confLEDHigh = FICConfHigh;
-    Estimate(High);
-    ExpectRow({0.25f, 0.375f, 1.0f}, {1.0f, 0.875f, 0.25f});
+    ExpectRow(High, {0.25f, 0.375f, 1.0f}, {1.0f, 0.875f, 0.25f});
 
     m_context.m_ficInfo.numOfKnees = 255;  // more than there are mixes: other rows stay
     Load();
@@ -450,8 +432,7 @@ TEST_F(FlashCurrent, AppliesLearnedKneesBetweenTheFirstAndTheLastMix)
         m_context.m_input.bIsFICMode   = isMode;
         m_context.m_ficInfo.numOfKnees = static_cast<UINT8>(knees);
         Load();
-        Estimate(Low);
-        ExpectRow({0.25f, 0.5f, 1.0f}, {1.0f, 0.75f, 0.25f});
+        ExpectRow(Low, {0.25f, 0.5f, 1.0f}, {1.0f, 0.75f, 0.25f});
     }
 }
 

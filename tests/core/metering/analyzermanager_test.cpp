@@ -63,12 +63,18 @@ TEST_F(AnalyzerManager, FindsAnalyzersByIDWhateverTheirOrder)
     Add(5, 110).m_record.exposureType         = ExposureShort;
     m_analyzers.back()->m_record.analyzerName = const_cast<CHAR*>("second");
     Add(999, 120).m_record.analyzerName       = const_cast<CHAR*>("last");
+    Add(1, 130).m_record.exposureType         = ExposureNone;
+    Add(1000, 140);
     Update();
-    for (UINT32 id : {999u, 30u, 5u})
+    for (UINT32 id : {999u, 30u, 1u, 1000u, 5u})
     {
         const KIROAnalyzerOutput* pOutput = m_pManager->RunAnalyzer(id);
         ASSERT_NE(pOutput, nullptr) << id;
         EXPECT_EQ(pOutput->sensitivity, 3000u);
+    }
+    for (INT32 firstOutput : {100, 110, 120, 130, 140})
+    {
+        EXPECT_EQ(m_context.AnalyzerResult(firstOutput).start, 40.0f) << firstOutput;
     }
     const AnalyzerManagerOutput& rOutput = m_pManager->GetOutput();
     EXPECT_EQ(rOutput.type[5], AECAlgoExposureShort);
@@ -78,10 +84,11 @@ TEST_F(AnalyzerManager, FindsAnalyzersByIDWhateverTheirOrder)
     EXPECT_EQ(rOutput.confidences[30], 0.5f);
     EXPECT_EQ(rOutput.isActive[5], TRUE);
     EXPECT_EQ(rOutput.isActive[6], FALSE);
+    EXPECT_EQ(rOutput.isActive[1], FALSE) << "decides no exposure";
     EXPECT_TRUE(m_log.Has(32, "\n---- Running analyzer ID: 5, second ----"));
     EXPECT_TRUE(m_log.Has(32, "\n---- Running analyzer ID: 999, last ----"));
 
-    for (UINT32 absent : {0u, 6u, 1000u, 0xFFFFFFFFu})
+    for (UINT32 absent : {0u, 6u, 0xFFFFFFFFu})
     {
         EXPECT_EQ(m_pManager->RunAnalyzer(absent), nullptr);
     }
@@ -91,18 +98,6 @@ TEST_F(AnalyzerManager, FindsAnalyzersByIDWhateverTheirOrder)
     m_pManager->SetSensitivities(Sensitivities);
     EXPECT_EQ(rOutput.isActive[5], FALSE);
     EXPECT_EQ(rOutput.sensitivities[999], 0u);
-}
-
-TEST_F(AnalyzerManager, AnalyzersThatDecideNoExposureStillFillTheirBanks)
-{
-    Add(1, 100).m_record.exposureType = ExposureNone;
-    Add(1000, 110);
-    Update();
-    EXPECT_EQ(m_pManager->RunAnalyzer(1)->sensitivity, 3000u);
-    EXPECT_EQ(m_context.AnalyzerResult(100).start, 40.0f);
-    EXPECT_EQ(m_pManager->GetOutput().isActive[1], FALSE);
-    EXPECT_EQ(m_pManager->RunAnalyzer(1000)->sensitivity, 3000u);
-    EXPECT_EQ(m_context.AnalyzerResult(110).start, 40.0f);
 }
 
 TEST_F(AnalyzerManager, OrderOfCallsIsTheOrderOfTheProgram)
@@ -121,17 +116,6 @@ TEST_F(AnalyzerManager, OrderOfCallsIsTheOrderOfTheProgram)
     m_context.SetAnalyzerResult(100, {10.0f, 10.0f});
     EXPECT_EQ(m_pManager->RunAnalyzer(2)->luma, 10.0f);
     EXPECT_EQ(m_pManager->RunAnalyzer(1)->luma, 10.0f);
-}
-
-TEST_F(AnalyzerManager, LuxAnalyzerLeavesItsResultsInTheBanksOnly)
-{
-    m_pManager->RunLuxAnalyzer();
-    m_lux.PassThrough(CalculatorBank(LumaID), AnalyzerBank(TargetID), CalculatorBank(ConfidenceID), 100);
-    Update();
-    m_pManager->RunLuxAnalyzer();
-    EXPECT_EQ(m_context.AnalyzerResult(100).start, 40.0f);
-    EXPECT_EQ(m_context.AnalyzerResult(102).start, 0.5f);
-    EXPECT_EQ(m_pManager->GetOutput().isActive[0], FALSE);
 }
 
 TEST_F(AnalyzerManager, ConfidenceOfAnalyzersThatDoNotRunIsZero)
@@ -153,12 +137,17 @@ TEST_F(AnalyzerManager, ConfidenceOfAnalyzersThatDoNotRunIsZero)
 
 TEST_F(AnalyzerManager, RebuildsWhenTheRecordIsAnotherOne)
 {
+    m_pManager->RunLuxAnalyzer();
     m_lux.PassThrough(CalculatorBank(LumaID), AnalyzerBank(TargetID), CalculatorBank(ConfidenceID), 100);
     Add(1, 110);
     KIROMeteringSceneAnalyzerType* pTuning = Update();
     m_pManager->UpdateAnalyzers(pTuning);
     EXPECT_EQ(m_log.Count(LevelRare, "Update Scene Analyzer analyzerCount 1"), 1u);
     EXPECT_NE(m_pManager->RunAnalyzer(1), nullptr);
+    m_pManager->RunLuxAnalyzer();
+    EXPECT_EQ(m_context.AnalyzerResult(100).start, 40.0f);
+    EXPECT_EQ(m_context.AnalyzerResult(102).start, 0.5f);
+    EXPECT_EQ(m_pManager->GetOutput().isActive[0], FALSE) << "the lux analyzer decides nothing";
 
     EXPECT_TRUE(TableModule::FromRecord(pTuning)->SetValue("analyzers[0].analyzerID", "2"));
     m_pManager->UpdateAnalyzers(pTuning);

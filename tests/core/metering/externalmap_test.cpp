@@ -164,16 +164,11 @@ TEST_F(ExternalMap, ReadsBothKindsOfMaps)
     m_context.SetTrigger(TriggerCtrlLux, 150.0f);  // 4 to 6 between the two ranges
     EXPECT_EQ(Run(), Cells({5, 6, 7}));
 
+    // A map of an unknown kind, or none, is an empty one.
     m_processor.input.mapType = static_cast<ExternalMapType>(5);
     Load();
     EXPECT_EQ(Run(), Cells());
-}
-
-TEST_F(ExternalMap, MissingMapIsAnEmptyOne)
-{
-    Load();
-    EXPECT_EQ(Frame({5}), Cells({5}));
-    m_processor.input.dataIDWeight2D = 99;
+    m_processor.input = {selectionMap, 99, {}};
     Load();
     EXPECT_EQ(Run(), Cells());
     EXPECT_NE(m_context.m_pBankManager->GetDataMetering2D(OutputID), nullptr);
@@ -196,15 +191,6 @@ TEST_F(ExternalMap, ChangedTuningLeavesNoTableOfADeletedProcessor)
     EXPECT_EQ(rBanks.GetDataMetering2D(OutputID), nullptr);
     EXPECT_EQ(rBanks.GetDataMetering2D(OutputID + 1)->weights[5], 1.0f);
     EXPECT_EQ(rBanks.GetDataMetering2D(0), &m_input);
-
-    EXPECT_TRUE(TableModule::FromRecord(pTuning)->SetValue("externalMapProcessor[0].enable", "0"));
-    m_manager.RunExtMapProcessors();
-    EXPECT_EQ(rBanks.GetDataMetering2D(OutputID + 1), nullptr);
-
-    EXPECT_EQ(m_log.CountLevel(LevelError), 0u);
-    Tune();
-    m_manager.RunExtMapProcessors();
-    EXPECT_EQ(m_log.CountLevel(LevelError), 1u) << "no processors without the module";
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include "core/metering/ckiromodmetering.h"
 
+#include <array>
 #include <memory>
 #include <utility>
 
@@ -15,23 +16,11 @@ using namespace analyzerrecords;
 namespace
 {
 
-struct Targets
-{
-    UINT64 shortExp;
-    UINT64 longExp;
-    UINT64 safeExp;
+using Targets = std::array<UINT64, AECAlgoExposureCount>;  // short, long, safe
 
-    bool operator==(const Targets&) const = default;
-};
-
-std::ostream& operator<<(std::ostream& rStream, const Targets& rTargets)
+Targets Of(const UINT64 (&rExposures)[AECAlgoExposureCount])
 {
-    return rStream << rTargets.shortExp << ", " << rTargets.longExp << ", " << rTargets.safeExp;
-}
-
-Targets Of(const UINT64* pExposures)
-{
-    return {pExposures[AECAlgoExposureShort], pExposures[AECAlgoExposureLong], pExposures[AECAlgoExposureSafe]};
+    return std::to_array(rExposures);
 }
 
 /// Analyzers 0, 1 and 2 decide Short, Long and Safe, 3 Safe again. Luma and measured exposures are 1, so a target luma
@@ -104,7 +93,7 @@ protected:
     /// A whole frame with these targets. @param active analyzers, in this order
     Targets Meter(const Targets& rTargets, std::vector<UINT32> active = {0, 1, 2})
     {
-        const UINT64 targets[] = {rTargets.shortExp, rTargets.longExp, rTargets.safeExp, 777};
+        const UINT64 targets[] = {rTargets[0], rTargets[1], rTargets[2], 777};
         for (INT32 id = 0; id < 4; ++id)
         {
             const FLOAT target = static_cast<FLOAT>(targets[id]);
@@ -259,41 +248,41 @@ TEST_F(Metering, AntibandingPullsSafeAndKeepsTheRatios)
     Restart();
     EXPECT_EQ(Meter({9000, 9000, 9000}), (Targets{9000, 9000, 9000}));
     EXPECT_TRUE(m_log.Has(LevelWarning, "tuning issue: clamp 0.500000 exit 0.500000"));
-}
 
-TEST_F(Metering, FlickerControlSwitchesAntibandingOff)
-{
-    m_metering.antibandingMetering.antibandingVsLuma.enableAntibandingPrioOverLuma = TRUE;
-    FLOAT data[]                                                                   = {0.0f, 0.0f};
+    // The flicker control switches it off, except in its context or as its second datum says.
+    m_antibanding = 1000000;
+    FLOAT data[]  = {0.0f, 0.0f};
     m_parameters.push_back({const_cast<CHAR*>("AECExtParamFlickerControl"), 5, FALSE, 2, 0, data, 0, 0, nullptr});
-    EXPECT_EQ(Meter({900000, 900000, 900000}).safeExp, 900000u);
-    m_context.SetContextEvent(AECCustomContext1, TRUE);
-    EXPECT_EQ(Meter({900000, 900000, 900000}).safeExp, 1000000u);
-    m_context.SetContextEvent(AECCustomContext1, FALSE);
-    data[1] = 1.0f;
-    Restart();
-    EXPECT_EQ(Meter({900000, 900000, 900000}).safeExp, 1000000u);
+    m_metering.antibandingMetering.antibandingVsLuma.clampThresholdAsFactorOfMinExposure = 0.8f;
+    for (const auto& [context, datum, safeExp] :
+         {std::tuple{FALSE, 0.0f, 900000u}, {TRUE, 0.0f, 1000000u}, {FALSE, 1.0f, 1000000u}})
+    {
+        m_context.SetContextEvent(AECCustomContext1, context);
+        data[1] = datum;
+        Restart();
+        EXPECT_EQ(Meter({900000, 900000, 900000})[AECAlgoExposureSafe], safeExp) << datum;
+    }
 }
 
 TEST_F(Metering, AntibandingRaisesShortByTheGapToSafe)
 {
     auto& rTuning                         = m_metering.antibandingMetering.antibandingVsADRC;
     rTuning.enableAntibandingPrioOverADRC = TRUE;
-    EXPECT_EQ(Meter({500000, 2000000, 2000000}).shortExp, 500000u) << "no antibanding";
+    EXPECT_EQ(Meter({500000, 2000000, 2000000})[AECAlgoExposureShort], 500000u) << "no antibanding";
     m_context.m_input.flickerComp = StatisticsAntibanding50Hz;
     EXPECT_EQ(Meter({500000, 2000000, 2000000}), (Targets{1000000, 2000000, 2000000}));
-    EXPECT_EQ(Meter({1200000, 2000000, 2000000}).shortExp, 1200000u);
+    EXPECT_EQ(Meter({1200000, 2000000, 2000000})[AECAlgoExposureShort], 1200000u);
     // Half-way between 500000 and 1000000: a gain of 3 becomes 2.
-    EXPECT_EQ(Meter({250000, 750000, 750000}).shortExp, 375000u);
-    EXPECT_EQ(Meter({250000, 500000, 500000}).shortExp, 250000u);
+    EXPECT_EQ(Meter({250000, 750000, 750000})[AECAlgoExposureShort], 375000u);
+    EXPECT_EQ(Meter({250000, 500000, 500000})[AECAlgoExposureShort], 250000u);
 
     // A fade of 500 is widened downwards to 1000.
     rTuning.exitThresholdAsFactorOfMinExposure = 0.9995f;
     Restart();
-    EXPECT_EQ(Meter({499750, 999500, 999500}).shortExp, 666333u);  // 999500 / 1.5
+    EXPECT_EQ(Meter({499750, 999500, 999500})[AECAlgoExposureShort], 666333u);  // 999500 / 1.5
     rTuning.exitThresholdAsFactorOfMinExposure = 1.5f;
     Restart();
-    EXPECT_EQ(Meter({500000, 2000000, 2000000}).shortExp, 500000u);
+    EXPECT_EQ(Meter({500000, 2000000, 2000000})[AECAlgoExposureShort], 500000u);
     EXPECT_TRUE(m_log.Has(LevelWarning, "tuning issue exit threshold 1.500000"));
 }
 

@@ -1,6 +1,5 @@
 // Measures over grid channels, by numbers worked out by hand.
 
-#include <cmath>
 #include <limits>
 
 #include "core/statsprocessor/lumaweight.h"
@@ -61,15 +60,13 @@ TEST_F(GridMeasures, ROIWithinRegionsIsExactOnlyWhenInterpolated)
     SetROI(7, 0.0f, 0.0f, 0.125f, 1.0f);
     EXPECT_FLOAT_EQ(WeightedLuma(7, TRUE), 10.0f);  // part of one region
 
-    m_pStats->ResetStats();
     values = {10.0f, 20.0f, 40.0f, 80.0f};
-    ASSERT_EQ(Set(Grid("luma", 4, 1, values)), 0);
+    SetAlone(Grid("luma", 4, 1, values));
     SetROI(7, 0.25f, 0.0f, 0.5f, 1.0f);
     EXPECT_FLOAT_EQ(WeightedLuma(7, TRUE), 30.0f);
 
-    m_pStats->ResetStats();
     values = {16.0f, 4.0f, 0.0f, 0.0f, 9.0f, 0.0f, 0.0f, 8.0f, 32.0f};
-    ASSERT_EQ(Set(Grid("luma", 3, 3, values)), 0);
+    SetAlone(Grid("luma", 3, 3, values));
     SetROI(7, 0.25f, 0.25f, 0.5f, 0.5f);
     // Corners count 1/16, edges 1/4: (1 + 1 + 9 + 2 + 2) / 2.25
     EXPECT_FLOAT_EQ(WeightedLuma(7, TRUE), 15.0f / 2.25f);
@@ -146,8 +143,7 @@ class ColorMeasures : public StatsTest
 protected:
     VOID SetChannels(UINT32 width, UINT32 height, INT32 bitDepthOfBg = 8)
     {
-        m_pStats->ResetStats();
-        ASSERT_EQ(Set(Grid("luma", width, height, m_luma)), 0);
+        SetAlone(Grid("luma", width, height, m_luma));
         ASSERT_EQ(Set(Grid("rg", width, height, m_rg)), 0);
         ASSERT_EQ(Set(Grid("bg", width, height, m_bg, bitDepthOfBg)), 0);
     }
@@ -246,8 +242,7 @@ TEST_F(GridMeasures, RoughnessComparesInnerRegionsWithTheirNeighbourhood)
     FLOAT        roughness[2];
     const auto   measure = [&](UINT32 width, UINT32 height, std::vector<FLOAT> values)
     {
-        m_pStats->ResetStats();
-        EXPECT_EQ(Set(Grid("luma", width, height, values)), 0);
+        SetAlone(Grid("luma", width, height, values));
         EXPECT_EQ(m_pStats->GetStatsRoughness(&pName, 1, &range, roughness), 0);
     };
     std::vector<FLOAT> spot(12, 1.0f);

@@ -23,8 +23,7 @@ protected:
 
     VOID SetHistogram()
     {
-        m_pStats->ResetStats();
-        ASSERT_EQ(Set(Hist("H", m_counts, m_lut)), 0);
+        SetAlone(Hist("H", m_counts, m_lut));
     }
 
     FLOAT Weighted(FLOAT start, FLOAT end, INT32 tableID = 6)

@@ -1,6 +1,5 @@
 // Which regions a walk visits, and which weight a region has.
 
-#include <cmath>
 #include <numeric>
 
 #include "core/statsprocessor/ckirohistiterator.h"
@@ -67,36 +66,51 @@ TEST(GridIterator, WholeFrameWithASingleCellIsRawWhateverTheCell)
     EXPECT_EQ(walk.m_iterator.NextGridData(), 0.0f) << "an exhausted walk reads region 0";
 }
 
-TEST(GridIterator, TilesGoRowByRowAndCutTheRemainder)
+AECAlgoROI ROI(FLOAT x, FLOAT y, FLOAT dx, FLOAT dy)
 {
-    const UINT32              diagonal[] = {0, 1, 1, 7};  // only a 1 is active
-    const KIROSubsamplingInfo tile       = {diagonal, 2, 2};
-    GridWalk                  even(4, 4);
-    EXPECT_EQ(even.Configure(&tile, nullptr), TRUE);
-    EXPECT_EQ(even.Visit(), (Regions{1, 4, 3, 6, 9, 12, 11, 14}));
-
-    GridWalk odd(5, 5);
-    EXPECT_EQ(odd.Configure(&tile, &FullFrameROI), TRUE);
-    EXPECT_EQ(odd.Visit(), (Regions{1, 5, 3, 7, 11, 15, 13, 17}));
-    EXPECT_TRUE(odd.m_log.Has(LevelTrace, "Block Count(h:2 w:2) PatternSize:2 TotalReg:8 ROI (Start:0, W:5, H:5)"));
+    return {x, y, dx, dy, 1.0f};
 }
 
-TEST(GridIterator, WalksWithoutARegionEndAtOnce)
+TEST(GridIterator, VisitsTheActiveCellsOfWholeTilesWithinTheROI)
 {
-    const UINT32              none[9] = {};
-    const KIROSubsamplingInfo empty   = {none, 2, 2};
-    const KIROSubsamplingInfo large   = {none, 3, 3};
-    const AECAlgoROI          quarter = {0.0f, 0.0f, 0.5f, 0.5f, 1.0f};
-    GridWalk                  walk(4, 4);
-    EXPECT_EQ(walk.Configure(&empty, &FullFrameROI), TRUE);
-    EXPECT_EQ(walk.Visit(), Regions{});
-    EXPECT_EQ(walk.Configure(&large, &quarter), TRUE);
-    EXPECT_EQ(walk.Visit(), Regions{});
+    const UINT32              diagonal[] = {0, 1, 1, 7};  // only a 1 is active
+    const UINT32              none[9]    = {};
+    const KIROSubsamplingInfo tile = {diagonal, 2, 2}, empty = {none, 2, 2}, large = {none, 3, 3};
+
+    const std::tuple<const CHAR*, UINT32, KIROSubsamplingInfo, AECAlgoROI, Regions, const CHAR*> cases[] = {
+        {"row by row", 4, tile, FullFrameROI, {1, 4, 3, 6, 9, 12, 11, 14}, nullptr},
+        {"remainder",
+         5,
+         tile,
+         FullFrameROI,
+         {1, 5, 3, 7, 11, 15, 13, 17},
+         "Block Count(h:2 w:2) PatternSize:2 TotalReg:8 ROI (Start:0, W:5, H:5)"},
+        {"no active cell", 4, empty, FullFrameROI, {}, nullptr},
+        {"tile larger than the ROI", 4, large, ROI(0.0f, 0.0f, 0.5f, 0.5f), {}, nullptr},
+        // Columns 6 to 10 of 10 start at round(9 * 0.6) = 5, rows 6 to 8 likewise.
+        {"ROI", 10, NoSubsampling, ROI(0.6f, 0.6f, 0.4f, 0.2f), {55, 56, 57, 58, 65, 66, 67, 68}, nullptr},
+        {"thin ROI", 10, NoSubsampling, ROI(0.5f, 0.5f, 0.01f, 0.01f), {55}, nullptr},
+        // 9 x 2 regions of 4 x 4: the rows run over into those below.
+        {"wide ROI",
+         4,
+         NoSubsampling,
+         ROI(0.0f, 0.0f, 2.25f, 0.5f),
+         {0, 1, 2, 3, 4, 5, 6, 7, 8, 4, 5, 6, 7, 8, 9, 10},
+         "num regions 18 exceeds width 4 * height 4 ; blocks 18 pattern 1 roi w 9 h 2 ss w 1 h 1"},
+    };
+    for (const auto& [pName, size, pattern, roi, regions, pLine] : cases)
+    {
+        SCOPED_TRACE(pName);
+        GridWalk walk(size, size);
+        EXPECT_EQ(walk.Configure(&pattern, &roi), TRUE);
+        EXPECT_EQ(walk.Visit(), regions);
+        EXPECT_TRUE(pLine == nullptr || walk.m_log.Has(LevelTrace, pLine));
+    }
 }
 
 TEST(GridIterator, TheFormWithDefaultsTellsTheChannelAndForgetsTheConfiguration)
 {
-    const AECAlgoROI below = {0.0f, 0.5f, 1.0f, 0.9f, 1.0f};
+    const AECAlgoROI below = ROI(0.0f, 0.5f, 1.0f, 0.9f);
     GridWalk         walk(3, 2);
     KIROItrConfig    config = {nullptr, nullptr};
     KIROItrInfo      info   = {KIROStatsHist, {}};
@@ -112,18 +126,6 @@ TEST(GridIterator, TheFormWithDefaultsTellsTheChannelAndForgetsTheConfiguration)
     EXPECT_EQ(info.resolution.width, 9u);
     EXPECT_EQ(config.pSSInfo, nullptr);
     EXPECT_EQ(config.pROIInfo, nullptr);
-}
-
-TEST(GridIterator, WholeRegionsScaleTheStartByOneRegionLess)
-{
-    // Columns 6 to 10 of 10 start at round(9 * 0.6) = 5, rows 6 to 8 likewise.
-    const AECAlgoROI roi  = {0.6f, 0.6f, 0.4f, 0.2f, 1.0f};
-    const AECAlgoROI thin = {0.5f, 0.5f, 0.01f, 0.01f, 1.0f};
-    GridWalk         walk(10, 10);
-    EXPECT_EQ(walk.Configure(&NoSubsampling, &roi), TRUE);
-    EXPECT_EQ(walk.Visit(), (Regions{55, 56, 57, 58, 65, 66, 67, 68}));
-    EXPECT_EQ(walk.Configure(nullptr, &thin), TRUE);
-    EXPECT_EQ(walk.Visit(), (Regions{55}));
 }
 
 TEST(GridIterator, InterpolatingFormTakesAllRegionsTouchedAndTellsTheShares)
@@ -149,37 +151,22 @@ TEST(GridIterator, InterpolatingFormTakesAllRegionsTouchedAndTellsTheShares)
 
 TEST(GridIterator, RefusesWhatItsTablesOrTheGridDoNotHold)
 {
-    const AECAlgoROI wide  = {0.0f, 0.0f, 0.95f, 0.95f, 1.0f};  // 61 x 61 regions
-    const AECAlgoROI below = {0.0f, 0.5f, 1.0f, 0.9f, 1.0f};
-    GridWalk         large(64, 64);
-    EXPECT_EQ(large.Configure(nullptr, &wide), FALSE);
-    EXPECT_EQ(large.Visit(), Regions{});
-    GridWalk small(4, 4);
-    for (BOOL bWholeRegions : {TRUE, FALSE})
+    const std::vector<UINT32>                                               cells(101, 1);
+    const KIROSubsamplingInfo                                               row     = {cells.data(), 101, 1};
+    const AECAlgoROI                                                        below   = ROI(0.0f, 0.5f, 1.0f, 0.9f);
+    const std::tuple<UINT32, UINT32, KIROSubsamplingInfo, AECAlgoROI, BOOL> cases[] = {
+        {64, 64, NoSubsampling, ROI(0.0f, 0.0f, 0.95f, 0.95f), TRUE},  // 61 x 61 regions
+        {4, 4, NoSubsampling, below, TRUE},
+        {4, 4, NoSubsampling, below, FALSE},
+        {202, 1, row, FullFrameROI, TRUE}};
+    for (const auto& [width, height, tile, roi, bWholeRegions] : cases)
     {
-        EXPECT_EQ(small.Configure(nullptr, &below, bWholeRegions), FALSE);
-        EXPECT_EQ(small.Visit(), Regions{});
+        SCOPED_TRACE(testing::Message() << width << " x " << height << ", whole " << bWholeRegions);
+        GridWalk walk(width, height);
+        EXPECT_EQ(walk.Configure(&tile, &roi, bWholeRegions), FALSE);
+        EXPECT_EQ(walk.Visit(), Regions{});
+        EXPECT_GT(walk.m_log.CountLevel(LevelError), 0u);
     }
-    const std::vector<UINT32> cells(101, 1);
-    const KIROSubsamplingInfo tile = {cells.data(), 101, 1};
-    GridWalk                  row(202, 1);
-    EXPECT_EQ(row.Configure(&tile, nullptr), FALSE);
-    EXPECT_EQ(row.Visit(), Regions{});
-    for (GridWalk* pWalk : {&large, &small, &row})
-    {
-        EXPECT_GT(pWalk->m_log.CountLevel(LevelError), 0u);
-    }
-}
-
-TEST(GridIterator, WidthsBeyondTheGridVisitNoMoreThanItHas)
-{
-    // 9 x 2 regions of 4 x 4: the rows run over into those below.
-    const AECAlgoROI wide = {0.0f, 0.0f, 2.25f, 0.5f, 1.0f};
-    GridWalk         walk(4, 4);
-    ASSERT_EQ(walk.Configure(nullptr, &wide), TRUE);
-    EXPECT_EQ(walk.Visit(), (Regions{0, 1, 2, 3, 4, 5, 6, 7, 8, 4, 5, 6, 7, 8, 9, 10}));
-    EXPECT_TRUE(walk.m_log.Has(
-        LevelTrace, "num regions 18 exceeds width 4 * height 4 ; blocks 18 pattern 1 roi w 9 h 2 ss w 1 h 1"));
 }
 
 TEST(GridIterator, AWalkIsNotThatOfTheOneBefore)
