@@ -69,11 +69,6 @@ protected:
         return Status();
     }
 
-    const SetInputData& Input()
-    {
-        return *m_context.GetInput();
-    }
-
     UINT64 Status()
     {
         return m_context.GetContextStatus();
@@ -84,6 +79,7 @@ protected:
     TuningMode                                     m_defaultMode{ModeType::Default, {0}};
     std::vector<std::unique_ptr<TuningSetManager>> m_stores;
     CKIROContextManager                            m_context{m_debugData};
+    const SetInputData&                            m_rInput = *m_context.GetInput();
 };
 
 TEST_F(ContextManager, PayloadsThatAreTooSmallChangeNothing)
@@ -102,15 +98,15 @@ TEST_F(ContextManager, PayloadsThatAreTooSmallChangeNothing)
         EXPECT_TRUE(m_log.Has(LevelError, "set param type " + std::to_string(type) + " input size " +
                                               std::to_string(size - 1) + " expected at least " + std::to_string(size)));
     }
-    EXPECT_EQ(Input().opMode, AECAlgoOperationModeInit);
-    EXPECT_EQ(Input().systemLatency, 4);
-    EXPECT_EQ(Input().gyro.sampleCount, 0u);
+    EXPECT_EQ(m_rInput.opMode, AECAlgoOperationModeInit);
+    EXPECT_EQ(m_rInput.systemLatency, 4);
+    EXPECT_EQ(m_rInput.gyro.sampleCount, 0u);
     // The events move all the same, from what is stored.
     EXPECT_EQ(Status(), Bit(AECOpInit));
 
     const BOOL disable = TRUE;
     EXPECT_EQ(SetBytes(AECAlgoSetParamDisableADRC, &disable, 0), 0) << "needs no size";
-    EXPECT_EQ(Input().bDisableADRC, TRUE);
+    EXPECT_EQ(m_rInput.bDisableADRC, TRUE);
     EXPECT_EQ(Set(static_cast<AECAlgoSetParamType>(60), disable), 0) << "unknown";
     EXPECT_EQ(SetBytes(AECAlgoSetParamGyroInfo, nullptr, 100000), 0);
     EXPECT_EQ(m_context.SetInput(nullptr), 1);
@@ -144,40 +140,40 @@ TEST_F(ContextManager, OnlyChangesAskForANewStartOfFrameSkipping)
         EXPECT_EQ(SetResets(AECAlgoSetParamLEDMode, AECAlgoLEDModeOn), FALSE);
         EXPECT_EQ(SetResets(AECAlgoSetParamCropWindow, StatsRectangle{1, 2, 3, 4}), FALSE);
     }
-    EXPECT_EQ(Input().b3HDRMode, TRUE);
-    EXPECT_EQ(Input().touchROI.ROIs, &touch) << "the host's list";
+    EXPECT_EQ(m_rInput.b3HDRMode, TRUE);
+    EXPECT_EQ(m_rInput.touchROI.ROIs, &touch) << "the host's list";
 }
 
 TEST_F(ContextManager, SomeFieldsAloneAreNoChange)
 {
     Set(AECAlgoSetParamManualSetting, AECAlgoManualSetting{AECAlgoModeAuto, 0, 0, 0.0f, 2.8f});
-    EXPECT_EQ(Input().manualSetting.FNumber, 0.0f);
-    AECAlgoWhiteBalanceState balance   = Input().AWBState;
+    EXPECT_EQ(m_rInput.manualSetting.FNumber, 0.0f);
+    AECAlgoWhiteBalanceState balance   = m_rInput.AWBState;
     balance.faceSAAdjustedROI.bIsValid = TRUE;
     Set(AECAlgoSetParamAWBState, balance);
-    EXPECT_EQ(Input().AWBState.faceSAAdjustedROI.bIsValid, FALSE);
+    EXPECT_EQ(m_rInput.AWBState.faceSAAdjustedROI.bIsValid, FALSE);
     balance.CCT = 3000;
     Set(AECAlgoSetParamAWBState, balance);
-    EXPECT_EQ(Input().AWBState.faceSAAdjustedROI.bIsValid, TRUE);
+    EXPECT_EQ(m_rInput.AWBState.faceSAAdjustedROI.bIsValid, TRUE);
     AECAlgoOverrideSettingParam settings{};
     settings.overrideLuma = 50.0f;
     Set(AECAlgoSetParamOverrideSetting, settings);
-    EXPECT_EQ(Input().overrideSetting.overrideLuma, 0.0f);
+    EXPECT_EQ(m_rInput.overrideSetting.overrideLuma, 0.0f);
     settings.disableTouch = TRUE;
     Set(AECAlgoSetParamOverrideSetting, settings);
-    EXPECT_EQ(Input().overrideSetting.overrideLuma, 50.0f);
+    EXPECT_EQ(m_rInput.overrideSetting.overrideLuma, 50.0f);
     Set(AECAlgoSetParamFlickerCompensation, StatisticsAntibandingAuto);
-    EXPECT_EQ(Input().flickerComp, StatisticsAntibanding60Hz) << "the last definite value";
+    EXPECT_EQ(m_rInput.flickerComp, StatisticsAntibanding60Hz) << "the last definite value";
 }
 
 TEST_F(ContextManager, SettingsOfLaterFramesAreKept)
 {
     EXPECT_EQ(Set(AECAlgoSetParamDebugDataEnable, TRUE), 0);
-    EXPECT_EQ(Input().bIsDebugDataEnabled, TRUE);
+    EXPECT_EQ(m_rInput.bIsDebugDataEnabled, TRUE);
     EXPECT_EQ(Set(AECAlgoSetParamFlashMaximumCurrent, 750), 0);
-    EXPECT_EQ(Input().maxLEDCurrent, 750);
+    EXPECT_EQ(m_rInput.maxLEDCurrent, 750);
     EXPECT_EQ(Set(AECAlgoSetParamStartUpExpSensitivity, AECAlgoStartupIndices{.startUpLuxIndex = 250.0f}), 0);
-    EXPECT_EQ(Input().startUpExpInfo.startUpLuxIndex, 250.0f);
+    EXPECT_EQ(m_rInput.startUpExpInfo.startUpLuxIndex, 250.0f);
     const INT32 diagnosis[7] = {};
     EXPECT_EQ(Set(AECAlgoSetParamSetDiagTestConfig, diagnosis), 0);
 }
@@ -198,7 +194,7 @@ TEST_F(ContextManager, OperationModesReplaceOneAnother)
     EXPECT_TRUE(m_log.Has(LevelWarning, "flash measurement op mode set but kind is 0"));
     EXPECT_EQ(Set(AECAlgoSetParamOperationMode, 9), 0) << "the failure is dropped";
     EXPECT_TRUE(m_log.Has(LevelError, "Error: Invalid Mode 9 \n"));
-    EXPECT_EQ(Input().opMode, AECAlgoOperationModeInit);
+    EXPECT_EQ(m_rInput.opMode, AECAlgoOperationModeInit);
 
     EXPECT_EQ(StatusAfter(AECAlgoSetParamFlashMeasurement, AECAlgoFlashMeasKindCalib),
               Bit(AECOpInit) | Bit(AECOpFlashCalibration));
@@ -213,7 +209,7 @@ TEST_F(ContextManager, EventsFollowTheSettings)
     // A lock is refused outside streaming; the event follows the stored value, an unlock clears another bit.
     m_context.SetContextEvent(AECLock, TRUE);
     EXPECT_EQ(StatusAfter(AECAlgoSetParamAECLock, AECAlgoLockOn), 0u);
-    EXPECT_EQ(Input().lockType, AECAlgoLockOFF);
+    EXPECT_EQ(m_rInput.lockType, AECAlgoLockOFF);
     EXPECT_TRUE(m_log.Has(LevelWarning, "Warning: Cannot Lock AEC during OpMode 0"));
     const UINT64 streaming = Bit(AECOpStreaming);
     EXPECT_EQ(StatusAfter(AECAlgoSetParamOperationMode, AECAlgoOperationModeStreaming), streaming);
@@ -279,12 +275,12 @@ TEST_F(ContextManager, EVValuesAreClampedForTheFactorOnly)
         tuning.EVCoreData.EVCompTable.EVCompTableElements[step] = static_cast<FLOAT>(step);
     }
     SetTuning(TestTuning().Add(tuning));
-    EXPECT_EQ(Input().evContext.evFactor, 1.0f);
+    EXPECT_EQ(m_rInput.evContext.evFactor, 1.0f);
     for (const auto& [value, factor] : {std::pair<INT32, FLOAT>{20, 24.0f}, {-40, 0.0f}, {5, 17.0f}, {0, 12.0f}})
     {
         EXPECT_EQ(Set(AECAlgoSetParamExposureCompensation, value), 0);
-        EXPECT_EQ(Input().evContext.evUIVal, value);
-        EXPECT_EQ(Input().evContext.evFactor, factor);
+        EXPECT_EQ(m_rInput.evContext.evUIVal, value);
+        EXPECT_EQ(m_rInput.evContext.evFactor, factor);
     }
     EXPECT_TRUE(m_log.Has(LevelError, "EV (20) exceed max range (-12, 12)! Limit it to range. Steps:6"));
     EXPECT_EQ(m_log.CountLevel(LevelError), 2u);
@@ -306,7 +302,7 @@ TEST_F(ContextManager, PostRawCounterIsLoadedByChangesAndCountsDown)
     Set(AECAlgoSetParamControlPostRawSensitivityBoost, 200);
     for (INT32 counter : {2, 1, 0, 0})
     {
-        EXPECT_EQ(Input().postRawCounter, counter);
+        EXPECT_EQ(m_rInput.postRawCounter, counter);
         Set(AECAlgoSetParamControlPostRawSensitivityBoost, 200);
         m_context.UpdateFrameCounters();
     }
@@ -317,7 +313,7 @@ TEST_F(ContextManager, SensorTimesComeFromTheLine)
     // 2^12 clocks at 2^28 Hz: 2^-16 s a line, 15258.789 ns.
     const StatsSensorInfo info = {4096, 268435456.0, 2048, 1.5f, 16.0f, 1.8f, 4000, 2000, 77};
     EXPECT_EQ(Set(AECAlgoSetParamSensorInfo, info), 0);
-    const AECAlgoSensorInfo& rSensor = Input().sensorInfo;
+    const AECAlgoSensorInfo& rSensor = m_rInput.sensorInfo;
     EXPECT_EQ(rSensor.minimumStreamExpTime, 15258u);
     EXPECT_EQ(rSensor.minimumStillExpTime, 15258u);
     EXPECT_EQ(rSensor.maximumStreamExpTime, 31250000u);
@@ -336,26 +332,26 @@ TEST_F(ContextManager, RecordsBeyondTheirLimitsAreRefused)
     ratios.assign(97, 0.25f);
     data.count = 97;
     EXPECT_EQ(Set(AECAlgoSetParamFlashCalibrationData, data), 1);
-    EXPECT_EQ(Input().flashCalibData.count, 96u);
-    EXPECT_EQ(Input().flashCalibData.pBGRatios[95], 0.5f) << "copied";
+    EXPECT_EQ(m_rInput.flashCalibData.count, 96u);
+    EXPECT_EQ(m_rInput.flashCalibData.pBGRatios[95], 0.5f) << "copied";
     data.count = 1;
     EXPECT_EQ(Set(AECAlgoSetParamFlashCalibrationData, data), 0);
-    EXPECT_EQ(Input().flashCalibData.pRGRatios[0], 0.25f);
-    EXPECT_EQ(Input().flashCalibData.pRGRatios[1], 0.0f);
+    EXPECT_EQ(m_rInput.flashCalibData.pRGRatios[0], 0.25f);
+    EXPECT_EQ(m_rInput.flashCalibData.pRGRatios[1], 0.0f);
 
     auto pGyro                                           = std::make_unique<StatsGyroInfo>();
     pGyro->sampleCount                                   = StatsGyroSampleCountMax;
     pGyro->angularVelocityZ[StatsGyroSampleCountMax - 1] = 0.5f;
     EXPECT_EQ(Set(AECAlgoSetParamGyroInfo, *pGyro), 0);
-    EXPECT_EQ(Input().gyro.angularVelocityZ[StatsGyroSampleCountMax - 1], 0.5f);
+    EXPECT_EQ(m_rInput.gyro.angularVelocityZ[StatsGyroSampleCountMax - 1], 0.5f);
     ++pGyro->sampleCount;
     EXPECT_EQ(Set(AECAlgoSetParamGyroInfo, *pGyro), 1);
-    EXPECT_EQ(Input().gyro.sampleCount, StatsGyroSampleCountMax);
+    EXPECT_EQ(m_rInput.gyro.sampleCount, StatsGyroSampleCountMax);
     UnstabilizedROIInformation regions{};
     regions.roiCount = UnstabilizedROICountMax + 1;
     EXPECT_EQ(Set(AECAlgoSetParamUnstabilizedFaceROI, regions), 1);
     EXPECT_EQ(Set(AECAlgoSetParamTrackerROI, regions), 1);
-    EXPECT_EQ(Input().faceROI.roiCount + Input().trackerROI.roiCount, 0u);
+    EXPECT_EQ(m_rInput.faceROI.roiCount + m_rInput.trackerROI.roiCount, 0u);
 }
 
 TEST_F(ContextManager, HybridHDRFollowsTheTuning)
@@ -390,25 +386,22 @@ TEST_F(ContextManager, AChangeOfAnySelectorIsToldOnce)
 TEST_F(ContextManager, EachExtensionParameterIsFoundByItsName)
 {
     using Common = CKIROCtrlCoreCommon;
-    kiroparamextension::statsExtensionParamType found;
-    const struct
-    {
-        const CHAR* pName;
-        KiroResult (*pGet)(const StatsTuningData&, kiroparamextension::statsExtensionParamType&);
-    } lookups[] = {{"AECExtParamUnstableFaceProcess", &Common::GetUnstableFaceProcessExtParam},
-                   {"AECExtParamTrackerProcess", &Common::GetTrackerProcessExtParam},
-                   {"AECExtParamMFHDRFPSControl", &Common::GetMFHDRFPSControlExtParam},
-                   {"AECExtParamSnapshotExposureControl", &Common::GetSnapshotExposureExtParam}};
+    kiroparamextension::statsExtensionParamType                                found;
+    const std::pair<const CHAR*, decltype(&Common::GetTrackerProcessExtParam)> lookups[] = {
+        {"AECExtParamUnstableFaceProcess", &Common::GetUnstableFaceProcessExtParam},
+        {"AECExtParamTrackerProcess", &Common::GetTrackerProcessExtParam},
+        {"AECExtParamMFHDRFPSControl", &Common::GetMFHDRFPSControlExtParam},
+        {"AECExtParamSnapshotExposureControl", &Common::GetSnapshotExposureExtParam}};
     for (const auto& rTuned : lookups)
     {
         FLOAT                                       data  = 5.0f;
         kiroparamextension::statsExtensionParamType entry = {
-            const_cast<CHAR*>(rTuned.pName), 0, TRUE, 1, 0, &data, 0, 0, nullptr};
+            const_cast<CHAR*>(rTuned.first), 0, TRUE, 1, 0, &data, 0, 0, nullptr};
         kiroparamextension::KIROParamExtensionType tuning = {.extensionParamCount = 1, .extensionParam = &entry};
         SetTuning(TestTuning().Add(tuning));
         for (const auto& rLookup : lookups)
         {
-            EXPECT_EQ(rLookup.pGet(*m_context.GetTuningData(), found) == 0, &rLookup == &rTuned) << rLookup.pName;
+            EXPECT_EQ(rLookup.second(*m_context.GetTuningData(), found) == 0, &rLookup == &rTuned) << rLookup.first;
         }
         EXPECT_EQ(found.data[0], 5.0f);
     }
@@ -466,7 +459,7 @@ TEST_F(ContextManager, MasterServesTheMappedSlaveAndSlavesFollowTheMaster)
     {
         peers.needSync = needSync;
         EXPECT_EQ(Set(AECAlgoSetParamPeerInfo, peers), 0);
-        EXPECT_EQ(Input().pPeerInfo, &infos[2]);
+        EXPECT_EQ(m_rInput.pPeerInfo, &infos[2]);
     }
     EXPECT_EQ(static_cast<const VOID*>(m_context.m_pCamSync->getPeerInfo()), &infos[2]);
     EXPECT_EQ(map(StatsAlgoRoleMaster, 1), nullptr);

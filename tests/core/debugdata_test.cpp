@@ -82,9 +82,7 @@ protected:
 
     VOID SetTrigger(INT32 dataID, FLOAT value)
     {
-        DBFloatPayload        payload{dataID, value, nullptr};
-        const KIROSetBankData set = {BankIDTriggers, &payload, sizeof(payload)};
-        EXPECT_EQ(m_pAlgo->setBankData(m_pAlgo, &set), 0);
+        SetValue(BankIDTriggers, DBFloatPayload{dataID, value, nullptr});
     }
 
     std::vector<FLOAT> m_luma;

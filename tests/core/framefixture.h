@@ -232,6 +232,20 @@ protected:
         EXPECT_EQ(m_pAlgo->runEndOfFrame(m_pAlgo, info, post, m_metering, m_convergence, m_arbitration), 0);
     }
 
+    /// @return zeros if there is no such entry
+    template <typename Payload> Payload Value(KIROBankIDType bank, INT32 dataID)
+    {
+        KIROGetBankData query = {bank, dataID, nullptr, sizeof(Payload)};
+        (VOID) m_pAlgo->getBankData(m_pAlgo, &query);
+        return (query.pData != nullptr) ? *static_cast<const Payload*>(query.pData) : Payload{};
+    }
+
+    template <typename Payload> VOID SetValue(KIROBankIDType bank, Payload payload)
+    {
+        const KIROSetBankData entry = {bank, &payload, sizeof(payload)};
+        EXPECT_EQ(m_pAlgo->setBankData(m_pAlgo, &entry), 0);
+    }
+
     StatsLogCapture                m_log;
     DebugRecord                    m_record;
     TuningSetManager               m_store{"test"};
@@ -280,9 +294,7 @@ protected:
 
     FLOAT Trigger(INT32 id)
     {
-        KIROGetBankData query = {BankIDTriggers, id, nullptr, sizeof(DBFloatPayload)};
-        EXPECT_EQ(m_pAlgo->getBankData(m_pAlgo, &query), 0);
-        return static_cast<const DBFloatPayload*>(query.pData)->value;
+        return Value<DBFloatPayload>(BankIDTriggers, id).value;
     }
 
     /// The start configuration, with all three exposures alike.
@@ -325,20 +337,6 @@ protected:
         EXPECT_EQ(Converge(), 0);
         Split();
         EndFrame();
-    }
-
-    /// Frames of a scene that is right at an exposure.
-    VOID RunScene(UINT64 rightExposure, UINT32 frames)
-    {
-        for (UINT32 frame = 0; frame < frames; ++frame)
-        {
-            RunFrame(std::min(50.0f * static_cast<FLOAT>(Safe()) / static_cast<FLOAT>(rightExposure), 255.0f));
-        }
-    }
-
-    VOID ExpectSafe(DOUBLE expected, DOUBLE tolerance = 0.0001)
-    {
-        EXPECT_NEAR(static_cast<DOUBLE>(Safe()), expected, tolerance * expected);
     }
 
     UINT64 Safe() const

@@ -245,21 +245,9 @@ public:
 
     using Frames::m_convergence;
     using Frames::m_pAlgo;
-
-    template <typename Payload> Payload Value(KIROBankIDType bank, INT32 dataID)
-    {
-        KIROGetBankData query = {bank, dataID, nullptr, sizeof(Payload)};
-        (VOID) m_pAlgo->getBankData(m_pAlgo, &query);
-        return (query.pData != nullptr) ? *static_cast<const Payload*>(query.pData) : Payload{};
-    }
+    using Frames::Value;
 
 private:
-    template <typename Payload> VOID SetValue(KIROBankIDType bank, Payload payload)
-    {
-        const KIROSetBankData entry = {bank, &payload, sizeof(payload)};
-        EXPECT_EQ(m_pAlgo->setBankData(m_pAlgo, &entry), 0);
-    }
-
     VOID TestBody() override
     {
     }
@@ -275,9 +263,8 @@ private:
 
     DOUBLE Weight(INT32 dataID)
     {
-        KIROGetBankData query = {BankIDMetering2D, dataID, nullptr, sizeof(DBMeter2DWeightPayload)};
-        const bool      found = m_pAlgo->getBankData(m_pAlgo, &query) == 0 && query.pData != nullptr;
-        return found ? static_cast<const DBMeter2DWeightPayload*>(query.pData)->weights[5] : -1.0;
+        const auto table = Value<DBMeter2DWeightPayload>(BankIDMetering2D, dataID);
+        return (table.dataID == dataID) ? table.weights[5] : -1.0;
     }
 
     std::vector<FLOAT> m_fine;

@@ -32,22 +32,21 @@ class SceneChange : public ContextTest
 protected:
     SceneChange()
     {
-        AECSCDType& rDetector                                = m_detectors[0];
-        rDetector.enable                                     = TRUE;
-        rDetector.priority                                   = ConvergenceStart;
-        rDetector.SCDId                                      = ID;
-        rDetector.SCDName                                    = const_cast<CHAR*>("SCD");
-        rDetector.SCDetectionConfig.inputDataConfig          = {{BankIDTriggers, InputSlot}, 1, Disable};
-        rDetector.SCDetectionConfig.thresConfig.baselineType = UseRebasedData;
-        rDetector.SCDetectionConfig.thresConfig.thresData    = {
+        m_rDetector.enable                                     = TRUE;
+        m_rDetector.priority                                   = ConvergenceStart;
+        m_rDetector.SCDId                                      = ID;
+        m_rDetector.SCDName                                    = const_cast<CHAR*>("SCD");
+        m_rDetector.SCDetectionConfig.inputDataConfig          = {{BankIDTriggers, InputSlot}, 1, Disable};
+        m_rDetector.SCDetectionConfig.thresConfig.baselineType = UseRebasedData;
+        m_rDetector.SCDetectionConfig.thresConfig.thresData    = {
                {BankIDTriggers, ThresSlot1}, {BankIDTriggers, ThresSlot2}, {BankIDInvalid, -1}, 2, 0, m_thres1};
-        rDetector.SCDetectionConfig.SCPostStableConfig = {3, 10.0f};
-        rDetector.holdTimeConfig.enable                = TRUE;
-        rDetector.holdTimeConfig.strictHoldTimeEn      = TRUE;
-        rDetector.holdTimeConfig.holdTimeFilterType    = CurrentHoldTime;
-        rDetector.holdTimeConfig.holdTimeData          = {
+        m_rDetector.SCDetectionConfig.SCPostStableConfig = {3, 10.0f};
+        m_rDetector.holdTimeConfig.enable                = TRUE;
+        m_rDetector.holdTimeConfig.strictHoldTimeEn      = TRUE;
+        m_rDetector.holdTimeConfig.holdTimeFilterType    = CurrentHoldTime;
+        m_rDetector.holdTimeConfig.holdTimeData          = {
                      {BankIDTriggers, HoldSlot}, {BankIDTriggers, ThresSlot2}, {BankIDInvalid, -1}, 2, 0, m_hold1};
-        m_detectors[1]          = rDetector;
+        m_detectors[1]          = m_rDetector;
         m_detectors[1].SCDId    = ID + 1;
         m_detectors[1].priority = EndOfFrame;
 
@@ -56,11 +55,6 @@ protected:
         m_context.SetTrigger(ThresSlot1, 10.0f);
         m_context.SetTrigger(HoldSlot, 1.0f);
         m_context.SetContextEvent(AECSettled, TRUE);
-    }
-
-    AECSCDType& Detector()
-    {
-        return m_detectors[0];
     }
 
     /// A new manager over the records as they are.
@@ -142,6 +136,7 @@ protected:
     ThreeLevelTriggerSystemLevel1Type m_hold1[2] = {{{0.0f, 0.0f}, 1, 0, &m_hold2[0]},
                                                     {{1024.0f, 1024.0f}, 1, 0, &m_hold2[1]}};
     AECSCDType                        m_detectors[2]{};
+    AECSCDType&                       m_rDetector = m_detectors[0];
     TavoPtr<CSCDManager>              m_pManager;
 };
 
@@ -166,11 +161,11 @@ TEST_F(SceneChange, ThresholdFollowsItsTriggers)
 
     // In percent of a baseline above 0, otherwise in units.
     m_context.SetTrigger(ThresSlot2, 0.0f);
-    Detector().SCDetectionConfig.thresConfig.bUsePercentageError = TRUE;
+    m_rDetector.SCDetectionConfig.thresConfig.bUsePercentageError = TRUE;
     for (FLOAT baseline : {200.0f, 0.0f, -200.0f})
     {
-        Detector().SCDetectionConfig.thresConfig.baselineType       = UseFixedBaseline;
-        Detector().SCDetectionConfig.thresConfig.fixedBaselineValue = baseline;
+        m_rDetector.SCDetectionConfig.thresConfig.baselineType       = UseFixedBaseline;
+        m_rDetector.SCDetectionConfig.thresConfig.fixedBaselineValue = baseline;
         Load();
         const FLOAT step = (baseline > 0.0f) ? 20.0f : 10.0f;
         Frame(baseline + step * 0.95f);
@@ -191,8 +186,8 @@ TEST_F(SceneChange, FiltersItsInput)
     SetCountThres(1);
     for (const auto& [filter, window, expected] : filters)
     {
-        Detector().SCDetectionConfig.inputDataConfig.filterType = filter;
-        Detector().SCDetectionConfig.inputDataConfig.windowSize = window;
+        m_rDetector.SCDetectionConfig.inputDataConfig.filterType = filter;
+        m_rDetector.SCDetectionConfig.inputDataConfig.windowSize = window;
         Load();
         EXPECT_EQ(States(calm), "mmmmmmmmmm");
         const size_t frames = States(std::vector<FLOAT>(10, 200.0f)).find('c') + 1;
@@ -200,17 +195,17 @@ TEST_F(SceneChange, FiltersItsInput)
     }
 
     // The mean of ten moves by a tenth of the step; of no values it is 0, and so is the median.
-    Detector().SCDetectionConfig.inputDataConfig = {{BankIDTriggers, InputSlot}, 10, Average};
+    m_rDetector.SCDetectionConfig.inputDataConfig = {{BankIDTriggers, InputSlot}, 10, Average};
     Load();
     States(calm);
     EXPECT_EQ(States({190.0f, 105.0f, 105.0f}), "mmc");
     for (SCDetectionDataFilterType filter : {Average, Median})
     {
-        Detector().SCDetectionConfig.inputDataConfig = {{BankIDTriggers, InputSlot}, 0, filter};
+        m_rDetector.SCDetectionConfig.inputDataConfig = {{BankIDTriggers, InputSlot}, 0, filter};
         Load();
         EXPECT_EQ(Frame(100.0f), 'c');
     }
-    Detector().SCDetectionConfig.inputDataConfig = {{BankIDTriggers, InputSlot}, 10, Median};
+    m_rDetector.SCDetectionConfig.inputDataConfig = {{BankIDTriggers, InputSlot}, 10, Median};
     Load();
     EXPECT_EQ(States({NAN, NAN, 100.0f}), "mmm");
 }
@@ -243,9 +238,9 @@ TEST_F(SceneChange, StableNeedsAFullWindowAndAMeanOffZero)
     for (const auto& [window, variation, values, states] : cases)
     {
         SCOPED_TRACE(testing::Message() << window << ", " << variation);
-        Detector().SCDetectionConfig.SCPostStableConfig             = {window, variation};
-        Detector().SCDetectionConfig.thresConfig.baselineType       = UseFixedBaseline;
-        Detector().SCDetectionConfig.thresConfig.fixedBaselineValue = 100.0f;
+        m_rDetector.SCDetectionConfig.SCPostStableConfig             = {window, variation};
+        m_rDetector.SCDetectionConfig.thresConfig.baselineType       = UseFixedBaseline;
+        m_rDetector.SCDetectionConfig.thresConfig.fixedBaselineValue = 100.0f;
         Load();
         EXPECT_EQ(States(values), states);
     }
@@ -267,18 +262,18 @@ TEST_F(SceneChange, HoldsAChangeForItsTime)
     EXPECT_EQ(Holds({250.0f, 250.0f, 250.0f, 250.0f, 250.0f, 250.0f, 250.0f}), "-hhhhhh");
     m_context.SetTrigger(TriggerCtrlFPS, 2.0f);
 
-    Detector().holdTimeConfig.strictHoldTimeEn = FALSE;
+    m_rDetector.holdTimeConfig.strictHoldTimeEn = FALSE;
     Start();
     EXPECT_EQ(Holds({350.0f, 350.0f, 350.0f}), "-he");
     EXPECT_EQ(State(), 's');
 
     // The hold waits for a value that is settled: 1 s within 60 of the baseline, so within two frames in a row.
-    Detector().holdTimeConfig.holdTimeEnterConfig = {TRUE, 60.0f, 1.0f};
+    m_rDetector.holdTimeConfig.holdTimeEnterConfig = {TRUE, 60.0f, 1.0f};
     Start();
     EXPECT_EQ(Holds({170.0f, 180.0f, 150.0f, 120.0f}), "---h");
     EXPECT_EQ(State(), 'c');
 
-    Detector().holdTimeConfig.enable = FALSE;
+    m_rDetector.holdTimeConfig.enable = FALSE;
     Start();
     EXPECT_EQ(Holds({450.0f, 450.0f}), "--");
     EXPECT_EQ(State(), 'c');
@@ -290,7 +285,7 @@ TEST_F(SceneChange, HoldTimeKeepsItsExtreme)
     const std::pair<HoldTimeFilterType, UINT32> filters[] = {{MinHoldTime, 4}, {MaxHoldTime, 8}, {CurrentHoldTime, 5}};
     for (const auto& [filter, frames] : filters)
     {
-        Detector().holdTimeConfig.holdTimeFilterType = filter;
+        m_rDetector.holdTimeConfig.holdTimeFilterType = filter;
         Start();
         Frame(150.0f);
         std::string holds = Holds({150.0f});

@@ -220,36 +220,31 @@ TEST_F(StartUp, ASlaveBeginsWithItsMastersExposuresInSpiteOfTheResult)
 
 TEST_F(StartUp, TheLightSensorOverrulesAWarmStartThatCannotBe)
 {
-    struct WarmStart
+    // Lux, Safe of the warm start, then exposures and targets. The table's exposures go with half of them as targets,
+    // truncated.
+    const Exposures                                       cold        = {1000001, 3000003, 2000002};
+    const Exposures                                       coldTargets = {500000, 1500001, 1000001};
+    const std::tuple<FLOAT, UINT64, Exposures, Exposures> starts[]    = {
+           {50.0f, 2000000, {7, 7, 2000000}, {5, 5, 5}},
+           {50.0f, 4000000, {7, 7, 4000000}, {5, 5, 5}},
+           {50.0f, 1999999, cold, coldTargets},
+           {50.0f, 4000001, cold, coldTargets},
+           {50.0f, 0, cold, coldTargets},
+           {5000.0f, 300000, {7, 7, 300000}, {5, 5, 5}},
+           // Half of the way between the zones, so is the table.
+           {150.0f, 3000000, {550000, 1650001, 1100001}, {275000, 825000, 550000}},
+           {150.0f, 1200000, {7, 7, 1200000}, {5, 5, 5}}};
+    for (const auto& [lux, warmSafe, expected, targets] : starts)
     {
-        FLOAT     lux;
-        UINT64    warmSafe;
-        Exposures expected;
-        Exposures targets;
-    };
-    // The table's exposures go with half of them as targets, truncated.
-    const Exposures cold        = {1000001, 3000003, 2000002};
-    const Exposures coldTargets = {500000, 1500001, 1000001};
-    const WarmStart starts[]    = {{50.0f, 2000000, {7, 7, 2000000}, {5, 5, 5}},
-                                   {50.0f, 4000000, {7, 7, 4000000}, {5, 5, 5}},
-                                   {50.0f, 1999999, cold, coldTargets},
-                                   {50.0f, 4000001, cold, coldTargets},
-                                   {50.0f, 0, cold, coldTargets},
-                                   {5000.0f, 300000, {7, 7, 300000}, {5, 5, 5}},
-                                   // Half of the way between the zones, so is the table.
-                                   {150.0f, 3000000, {550000, 1650001, 1100001}, {275000, 825000, 550000}},
-                                   {150.0f, 1200000, {7, 7, 1200000}, {5, 5, 5}}};
-    for (const WarmStart& rStart : starts)
-    {
-        SCOPED_TRACE(std::to_string(rStart.lux) + " lux, " + std::to_string(rStart.warmSafe));
-        ASSERT_EQ(Set(AECAlgoSetParamLightInfo, StatsLightInfo{TRUE, rStart.lux}), 0);
+        SCOPED_TRACE(std::to_string(lux) + " lux, " + std::to_string(warmSafe));
+        ASSERT_EQ(Set(AECAlgoSetParamLightInfo, StatsLightInfo{TRUE, lux}), 0);
         m_info                                         = {};
         m_info.evFactor                                = 2.0f;
-        m_info.convergedExposures[AECAlgoExposureSafe] = rStart.warmSafe;
+        m_info.convergedExposures[AECAlgoExposureSafe] = warmSafe;
         m_info.convergedExposures[0] = m_info.convergedExposures[1] = 7;
         std::fill(std::begin(m_info.targetExposures), std::end(m_info.targetExposures), 5);
-        EXPECT_EQ(Start(KIROStartExpExtLightData), rStart.expected);
-        EXPECT_EQ(Targets(), rStart.targets);
+        EXPECT_EQ(Start(KIROStartExpExtLightData), expected);
+        EXPECT_EQ(Targets(), targets);
         EXPECT_EQ(m_info.bIsLuxInitialized, FALSE);
     }
 }

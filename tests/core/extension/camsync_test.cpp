@@ -37,36 +37,31 @@ protected:
         Tune(m_tuning);
     }
 
-    CKIROCamsync& Sync()
-    {
-        return *m_context.m_pCamSync;
-    }
-
     KiroResult SetRole(StatsAlgoRole role)
     {
         StatsCameraInfo info{role, 7};
-        return Sync().SetStatsCameraInfo(&info);
+        return m_rSync.SetStatsCameraInfo(&info);
     }
 
     VOID ExpectRole(StatsAlgoRole role, KiroResult result, AECMtrConfigType metering, AECExpConfigType exposure)
     {
         EXPECT_EQ(SetRole(role), result);
-        EXPECT_EQ(Sync().getMeteringType(), metering);
-        EXPECT_EQ(Sync().getExposureType(), exposure);
+        EXPECT_EQ(m_rSync.getMeteringType(), metering);
+        EXPECT_EQ(m_rSync.getExposureType(), exposure);
         EXPECT_EQ(m_context.GetContextEvent(AECSlaveRole), (role == StatsAlgoRoleSlave) ? TRUE : FALSE);
     }
 
     VOID SetPeerTargets(const Exposures& rTargets)
     {
         std::copy(rTargets.begin(), rTargets.end(), m_peer.meteringInfo.targetExposure);
-        Sync().setPeerInfo(&m_peer);
+        m_rSync.setPeerInfo(&m_peer);
     }
 
     VOID ExpectMixed(const Exposures& rTargets, const Exposures& rMixed)
     {
         KIROMeteringOutput output{};
         std::copy(rTargets.begin(), rTargets.end(), output.exposures);
-        Sync().CalculateMixedTargetExposure(output);
+        m_rSync.CalculateMixedTargetExposure(output);
         for (size_t type = 0; type < rMixed.size(); ++type)
         {
             EXPECT_NEAR(static_cast<DOUBLE>(output.exposures[type]), static_cast<DOUBLE>(rMixed[type]), 1.0) << type;
@@ -79,7 +74,7 @@ protected:
         m_tuning.expSyncConfig.cctBasedExpComp.enable = bColour;
         Tune(m_tuning);
         KIROConvergenceOutput output{};
-        Sync().ComputeTargetExposureInFollowMode(output);
+        m_rSync.ComputeTargetExposureInFollowMode(output);
         return output;
     }
 
@@ -92,17 +87,18 @@ protected:
     {
         AECAlgoDCCalibrationInfo info{};
         info.u.relative = {ratio, 4.0f, 10.0f, 2.0f, 5.0f, 5000};
-        EXPECT_EQ(Sync().UpdateDCCalibrationInfo(&info), 0);
-        return Sync().getDCCalibrationInfo().OTPExpCompMultiplier;
+        EXPECT_EQ(m_rSync.UpdateDCCalibrationInfo(&info), 0);
+        return m_rSync.getDCCalibrationInfo().OTPExpCompMultiplier;
     }
 
     FLOAT CalibrateAbsolute(UINT16 luma)
     {
         AECAlgoDCCalibrationInfo info = {.version = 1, .u = {.absolute = {2.0f, luma, 30, 5000}}};
-        EXPECT_EQ(Sync().UpdateDCCalibrationInfo(&info), 0);
-        return Sync().getDCCalibrationInfo().OTPExpCompMultiplier;
+        EXPECT_EQ(m_rSync.UpdateDCCalibrationInfo(&info), 0);
+        return m_rSync.getDCCalibrationInfo().OTPExpCompMultiplier;
     }
 
+    CKIROCamsync&           m_rSync = *m_context.m_pCamSync;
     KIROSyncType            m_tuning{};
     AECMultiCamInfo         m_peer{};
     aecTriggerDataFloatType m_factors[2]       = {{{0.0f, 100.0f}, 2.0f}, {{200.0f, 300.0f}, 4.0f}};
@@ -126,9 +122,9 @@ TEST_F(Camsync, RoleAndCalibrationAreTaken)
     CalibrateRelative(0.0f);
     CalibrateRelative(NAN);
     CalibrateAbsolute(0);
-    EXPECT_EQ(Sync().getDCCalibrationInfo().OTPStatus, AECAlgoDualcamOTPInvalid);
+    EXPECT_EQ(m_rSync.getDCCalibrationInfo().OTPStatus, AECAlgoDualcamOTPInvalid);
     EXPECT_FLOAT_EQ(CalibrateRelative(2.0f), 2.0f);
-    EXPECT_EQ(Sync().getDCCalibrationInfo().OTPStatus, AECAlgoDualcamOTPSet);
+    EXPECT_EQ(m_rSync.getDCCalibrationInfo().OTPStatus, AECAlgoDualcamOTPSet);
     EXPECT_FLOAT_EQ(CalibrateAbsolute(20), 2.0f) << "already set";
 }
 
@@ -167,7 +163,7 @@ TEST_F(Camsync, FollowerTakesTheExposureThatGoesWithItsFactors)
 {
     SetRole(StatsAlgoRoleSlave);
     EXPECT_EQ(Follow(FALSE, FALSE).compensationADRC, 0.0f) << "no peer";
-    Sync().setPeerInfo(&m_peer);
+    m_rSync.setPeerInfo(&m_peer);
     ExpectFollowed(FALSE, FALSE, 10);
     ExpectFollowed(FALSE, TRUE, 5);
     ExpectFollowed(TRUE, FALSE, 200);
@@ -187,7 +183,7 @@ TEST_F(Camsync, FollowerTakesTheExposureThatGoesWithItsFactors)
 
 TEST_F(Camsync, FollowerTakesCompensationsAndSettleFlags)
 {
-    Sync().setPeerInfo(&m_peer);
+    m_rSync.setPeerInfo(&m_peer);
     m_peer.exposureInfo            = {{10, 60, 30}, {}, {}, {}};
     m_peer.bSettle                 = TRUE;
     KIROConvergenceOutput followed = Follow(FALSE, FALSE);
@@ -233,7 +229,7 @@ TEST_F(Camsync, MasterPublishesWithoutItsFactorsAndTheFollowerPutsItsOwn)
     EXPECT_FLOAT_EQ(pInfo->exposureInfo.normExp[AECAlgoExposureLong], 2000.0f);
 
     // Factors of 4 and 1 on the master, 2 and 1 on the follower.
-    Sync().setPeerInfo(const_cast<AECMultiCamInfo*>(pInfo));
+    m_rSync.setPeerInfo(const_cast<AECMultiCamInfo*>(pInfo));
     ExpectFollowed(TRUE, TRUE, 2000);
     master.m_pCamSync->PopulateMultiCamInfo(metering, convergence, nullptr);
 

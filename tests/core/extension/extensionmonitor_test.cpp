@@ -84,27 +84,21 @@ protected:
 
 TEST_F(ExtensionMonitor, FlashIsWantedInTheDarkAndAsTheUserSays)
 {
-    struct Step
-    {
-        FLOAT              luxIndex;
-        AECAlgoLEDModeType mode;
-        BOOL               bFlash;
-        BOOL               bLEDAF;
-        BOOL               bDelay;
-    };
     const auto badMode = static_cast<AECAlgoLEDModeType>(9);
-    const Step steps[] = {
+    // lux index, mode; flash, LED for focus, delay for faces
+    const std::tuple<FLOAT, AECAlgoLEDModeType, BOOL, BOOL, BOOL> steps[] = {
         {300.0f, AECAlgoLEDModeAuto, 0, 0, 0}, {301.0f, AECAlgoLEDModeAuto, 1, 1, 0},
         {200.0f, AECAlgoLEDModeAuto, 1, 1, 0}, {199.0f, AECAlgoLEDModeAuto, 0, 0, 0},
         {250.0f, AECAlgoLEDModeOn, 1, 0, 0},   {501.0f, AECAlgoLEDModeOff, 0, 0, 1},
         {450.0f, AECAlgoLEDModeOn, 1, 1, 1},   {100.0f, badMode, 1, 0, 0},
     };
-    for (const Step& rStep : steps)
+    for (const auto& [luxIndex, mode, bFlash, bLEDAF, bDelay] : steps)
     {
-        const KIROExtFlagsMonitorOutput& rFlags = ProcessFlags(rStep.luxIndex, rStep.mode);
-        EXPECT_EQ(rFlags.bFlashNeeded, rStep.bFlash) << rStep.luxIndex;
-        EXPECT_EQ(rFlags.bLEDAFNeeded, rStep.bLEDAF) << rStep.luxIndex;
-        EXPECT_EQ(rFlags.bFDFlashDelayNeeded, rStep.bDelay) << rStep.luxIndex;
+        SCOPED_TRACE(luxIndex);
+        const KIROExtFlagsMonitorOutput& rFlags = ProcessFlags(luxIndex, mode);
+        EXPECT_EQ(rFlags.bFlashNeeded, bFlash);
+        EXPECT_EQ(rFlags.bLEDAFNeeded, bLEDAF);
+        EXPECT_EQ(rFlags.bFDFlashDelayNeeded, bDelay);
     }
     m_context.m_input.opMode = AECAlgoOperationModePreflash;
     EXPECT_EQ(ProcessFlags(600.0f, AECAlgoLEDModeAuto).bFlashNeeded, FALSE) << "frozen";

@@ -58,9 +58,9 @@ protected:
                         INT32 mix2)
     {
         EXPECT_EQ(Estimate(type, scene), 0);
-        EXPECT_EQ(Result().LED1Setting, led1);
-        EXPECT_EQ(Result().LED2Setting, led2);
-        EXPECT_NEAR(Result().RGRatio, rg, 1e-5f);
+        EXPECT_EQ(m_rResult.LED1Setting, led1);
+        EXPECT_EQ(m_rResult.LED2Setting, led2);
+        EXPECT_NEAR(m_rResult.RGRatio, rg, 1e-5f);
         EXPECT_EQ(m_out.mixIdx1, mix1);
         EXPECT_EQ(m_out.mixIdx2, mix2);
     }
@@ -71,25 +71,21 @@ protected:
         EXPECT_EQ(Estimate(type), 0);
         for (size_t mix = 0; mix < rRG.size(); ++mix)
         {
-            EXPECT_NEAR(Result().refTable[mix].RGRatio, rRG[mix], 1e-5f) << mix;
-            EXPECT_NEAR(Result().refTable[mix].BGRatio, rBG[mix], 1e-5f) << mix;
+            EXPECT_NEAR(m_rResult.refTable[mix].RGRatio, rRG[mix], 1e-5f) << mix;
+            EXPECT_NEAR(m_rResult.refTable[mix].BGRatio, rBG[mix], 1e-5f) << mix;
         }
-    }
-
-    const KIROAlgoFlashOutput& Result() const
-    {
-        return m_out.LEDCombination;
     }
 
     LEDMixType m_table[100] = {
         {500, 0, 0.25f, 1.0f, 10.0f},  {300, 200, 0.5f, 0.75f, 12.0f},  {0, 500, 1.0f, 0.25f, 16.0f},
         {1000, 0, 0.25f, 1.0f, 20.0f}, {600, 400, 0.5f, 0.75f, 24.0f},  {0, 1000, 1.0f, 0.25f, 32.0f},
         {2000, 0, 0.25f, 1.0f, 40.0f}, {1600, 400, 0.5f, 0.75f, 48.0f}, {0, 2000, 1.0f, 0.25f, 64.0f}};
-    KIROLEDMixCalibType    m_calibration[3]{};
-    KIROFlashType          m_tuning{};
-    KIROAlgoFlashInput     m_input{};
-    FlashCurrentEstimate   m_out{};
-    CFlashCurrentEstimator m_estimator{m_context};
+    KIROLEDMixCalibType        m_calibration[3]{};
+    KIROFlashType              m_tuning{};
+    KIROAlgoFlashInput         m_input{};
+    FlashCurrentEstimate       m_out{};
+    const KIROAlgoFlashOutput& m_rResult = m_out.LEDCombination;
+    CFlashCurrentEstimator     m_estimator{m_context};
 };
 
 TEST_F(FlashCurrent, MatchesTheNearestColourOfTheRow)
@@ -115,10 +111,10 @@ TEST_F(FlashCurrent, MatchesTheNearestColourOfTheRow)
     {
         SCOPED_TRACE(rCase.pName);
         ExpectCurrents(Low, rCase.scene, rCase.led1, rCase.led2, rCase.resultRG, rCase.mix1, rCase.mix2);
-        EXPECT_FLOAT_EQ(Result().BGRatio, rCase.resultBG);
-        EXPECT_FLOAT_EQ(Result().flux, rCase.flux);
-        EXPECT_FLOAT_EQ(Result().firstEntryRatio, rCase.first);
-        EXPECT_FLOAT_EQ(Result().lastEntryRatio, 1.0f - rCase.first);
+        EXPECT_FLOAT_EQ(m_rResult.BGRatio, rCase.resultBG);
+        EXPECT_FLOAT_EQ(m_rResult.flux, rCase.flux);
+        EXPECT_FLOAT_EQ(m_rResult.firstEntryRatio, rCase.first);
+        EXPECT_FLOAT_EQ(m_rResult.lastEntryRatio, 1.0f - rCase.first);
     }
 
     // The same mixes in the other direction.
@@ -173,12 +169,12 @@ TEST_F(FlashCurrent, ChoosesTheRowByPower)
         SCOPED_TRACE(testing::Message() << static_cast<INT32>(type) << " at " << maxCurrent);
         m_input.maxFlashCurrent = maxCurrent;
         ASSERT_EQ(Estimate(type, {0.5f, 0.75f}), 0);
-        EXPECT_EQ(Result().refTable[1].LED1Setting, led1);
-        EXPECT_EQ(Result().refTable[1].LED2Setting, led2);
-        EXPECT_FLOAT_EQ(Result().refTable[1].flux, flux);
+        EXPECT_EQ(m_rResult.refTable[1].LED1Setting, led1);
+        EXPECT_EQ(m_rResult.refTable[1].LED2Setting, led2);
+        EXPECT_FLOAT_EQ(m_rResult.refTable[1].flux, flux);
         EXPECT_EQ(m_out.powIdx1, power1);
         EXPECT_EQ(m_out.powIdx2, power2);
-        EXPECT_EQ(Result().LED1Setting, led1);
+        EXPECT_EQ(m_rResult.LED1Setting, led1);
         ExpectRow(type, {0.25f, 0.5f, 1.0f}, {1.0f, 0.75f, 0.25f});
     }
     EXPECT_EQ(Estimate(Off), 1);
@@ -190,14 +186,14 @@ TEST_F(FlashCurrent, MatchesHighToTheColourOfThePreflash)
 {
     ASSERT_EQ(Load(), 0);
     Estimate(High, {0.75f, 0.5f});
-    EXPECT_FLOAT_EQ(Result().RGRatio, 0.75f) << "no preflash";
+    EXPECT_FLOAT_EQ(m_rResult.RGRatio, 0.75f) << "no preflash";
     Estimate(Low, {0.375f, 0.875f});
     ASSERT_EQ(m_estimator.SetTuningHeaderChanged(), 0);
     Estimate(High, {0.75f, 0.5f});
-    EXPECT_FLOAT_EQ(Result().RGRatio, 0.375f);
+    EXPECT_FLOAT_EQ(m_rResult.RGRatio, 0.375f);
     ExpectCurrents(Full, {0.75f, 0.5f}, 800, 1200, 0.75f, 1, 2);
     EXPECT_EQ(m_out.powIdx1, 2);
-    EXPECT_EQ(Result().refTable[0].flux, 0.0f);
+    EXPECT_EQ(m_rResult.refTable[0].flux, 0.0f);
 }
 
 TEST_F(FlashCurrent, TakesTheOnlyMix)
@@ -208,13 +204,13 @@ TEST_F(FlashCurrent, TakesTheOnlyMix)
     m_table[2]                      = m_table[6];
     ASSERT_EQ(Load(), 0);
     ExpectCurrents(Low, {}, 500, 0, 0.25f, 0, 0);
-    EXPECT_EQ(Result().flux, 10.0f);
-    EXPECT_EQ(Result().firstEntryRatio, -1.0f);
-    EXPECT_EQ(Result().lastEntryRatio, -1.0f);
+    EXPECT_EQ(m_rResult.flux, 10.0f);
+    EXPECT_EQ(m_rResult.firstEntryRatio, -1.0f);
+    EXPECT_EQ(m_rResult.lastEntryRatio, -1.0f);
     EXPECT_EQ(Estimate(Full), 0);
-    EXPECT_EQ(Result().LED1Setting, 2000);
-    EXPECT_EQ(Result().firstEntryRatio, 40.0f) << "the flux";
-    EXPECT_EQ(Result().flux, 0.0f);
+    EXPECT_EQ(m_rResult.LED1Setting, 2000);
+    EXPECT_EQ(m_rResult.firstEntryRatio, 40.0f) << "the flux";
+    EXPECT_EQ(m_rResult.flux, 0.0f);
 }
 
 TEST_F(FlashCurrent, YieldsADefinedMixForDegenerateColours)
@@ -336,13 +332,9 @@ TEST_F(FlashCurrent, RowsBeyondTheSixthServeAtFullPowerUnchecked)
 class FactoryCalibration : public FlashCurrent
 {
 protected:
-    FactoryCalibration()
-    {
-        m_input.pFlashCalib = &m_measured;
-    }
-
     KiroResult LoadCalibrated(UINT32 count)
     {
+        m_input.pFlashCalib                        = &m_measured;
         m_tuning.LEDMatching.tableCalibrationCount = count;
         m_measured.count                           = count;
         return Load();
@@ -426,7 +418,7 @@ TEST_F(FlashCurrent, AppliesLearnedKneesBetweenTheFirstAndTheLastMix)
     Load();
     m_input.maxFlashCurrent = 1000;
     Estimate(High);
-    EXPECT_EQ(Result().refTable[2].RGRatio, 1.0f);
+    EXPECT_EQ(m_rResult.refTable[2].RGRatio, 1.0f);
     for (const auto& [isMode, knees] : {std::pair(TRUE, 2), std::pair(FALSE, 3)})
     {
         m_context.m_input.bIsFICMode   = isMode;

@@ -76,10 +76,9 @@ TEST_F(Analyzer, BringsTheReferenceExposureToTheLowerTarget)
     ExpectResult(FirstOutput, 40.0f, 40.0f);
     ExpectResult(FirstOutput + 1, 60.0f, 80.0f);
     ExpectResult(FirstOutput + 2, 0.5f, 0.5f);
-}
 
-TEST_F(Analyzer, SensitivityIsTruncatedAndSaturates)
-{
+    // The sensitivity is truncated and saturates.
+    m_record.m_record.refExposureType = ExposureSafe;
     Tune();
     EXPECT_EQ(Run(0.0, 0.0, 1001.0).sensitivity, 1501u);
     m_context.SetCalculatorResult(LumaID, 0.0f);

@@ -34,11 +34,8 @@ protected:
     /// Frames whose indices differ; the statistics belong to the first one, of index 100 and exposure 1000000.
     VOID SaveFrames()
     {
-        AECFrameHistory frame{};
-        frame.frameID                                    = 1;
-        frame.exposureSets[AECAlgoExposureSafe].indx     = 100.0f;
-        frame.exposureSets[AECAlgoExposureLong].indx     = 110.0f;
-        frame.exposureSets[AECAlgoExposureSafe].exposure = 1000000;
+        AECFrameHistory frame = {.frameID      = 1,
+                                 .exposureSets = {{}, {.indx = 110.0f}, {.indx = 100.0f, .exposure = 1000000}}};
         m_context.SaveFrame(frame);
         frame.frameID                                = 2;
         frame.exposureSets[AECAlgoExposureSafe].indx = 200.0f;
@@ -115,9 +112,7 @@ TEST_F(LuxIndex, PublishesTheSecondResultsOfTheRatioCalculators)
 
 TEST_F(LuxIndex, FlashInfluenceIsMeasuredInPreflashOnly)
 {
-    AECFrameHistory off                            = {.frameID = 1, .averageLuma = 20.0f};
-    off.exposureSets[AECAlgoExposureSafe].exposure = 2000;
-    m_context.SaveFrame(off);
+    m_context.SaveFrame({.frameID = 1, .exposureSets = {{}, {}, {.exposure = 2000}}, .averageLuma = 20.0f});
     m_context.m_pHistory->SaveFlashFrame(KIROExtFlashCurrentType::Off);
 
     Run(30.0f, 30.0f, 1500);
@@ -141,11 +136,7 @@ TEST_F(LuxIndex, FlashInfluenceIsMeasuredInPreflashOnly)
 
 TEST_F(LuxIndex, OfAFlashSnapshotStartsFromTheFrameWithoutLED)
 {
-    AECFrameHistory off{};
-    off.frameID                                = 1;
-    off.exposureSets[AECAlgoExposureSafe].indx = 120.0f;
-    off.exposureSets[AECAlgoExposureLong].indx = 10.0f;
-    m_context.SaveFrame(off);
+    m_context.SaveFrame({.frameID = 1, .exposureSets = {{}, {.indx = 10.0f}, {.indx = 120.0f}}});
     m_context.m_pHistory->SaveFlashFrame(KIROExtFlashCurrentType::Off);
 
     const std::tuple<KIROExposureSelection, INT32, FLOAT, FLOAT> cases[] = {

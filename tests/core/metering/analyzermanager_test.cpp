@@ -100,24 +100,6 @@ TEST_F(AnalyzerManager, FindsAnalyzersByIDWhateverTheirOrder)
     EXPECT_EQ(rOutput.sensitivities[999], 0u);
 }
 
-TEST_F(AnalyzerManager, OrderOfCallsIsTheOrderOfTheProgram)
-{
-    // Each analyzer's luma is the other's result.
-    Add(1, 100);
-    Add(2, 110);
-    const auto weight = Read(CalculatorBank(ConfidenceID));
-    m_analyzers[0]->Luma({{Read(AnalyzerBank(110)), weight}}, AnalyzerBank(100));
-    m_analyzers[1]->Luma({{Read(AnalyzerBank(100)), weight}}, AnalyzerBank(110));
-    Update();
-    m_context.SetAnalyzerResult(110, {30.0f, 30.0f});
-    m_context.SetAnalyzerResult(100, {10.0f, 10.0f});
-    EXPECT_EQ(m_pManager->RunAnalyzer(1)->luma, 30.0f);
-    EXPECT_EQ(m_pManager->RunAnalyzer(2)->luma, 30.0f);
-    m_context.SetAnalyzerResult(100, {10.0f, 10.0f});
-    EXPECT_EQ(m_pManager->RunAnalyzer(2)->luma, 10.0f);
-    EXPECT_EQ(m_pManager->RunAnalyzer(1)->luma, 10.0f);
-}
-
 TEST_F(AnalyzerManager, ConfidenceOfAnalyzersThatDoNotRunIsZero)
 {
     m_lux.PassThrough(CalculatorBank(LumaID), AnalyzerBank(TargetID), CalculatorBank(ConfidenceID), 100);

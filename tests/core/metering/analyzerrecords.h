@@ -133,14 +133,6 @@ public:
         return *this;
     }
 
-    AnalyzerRecord& Confidence(std::vector<GeneralComponentCalculatorType> calculators, DataBankType output)
-    {
-        m_confidence        = std::move(calculators);
-        m_record.confidence = {
-            static_cast<UINT32>(m_confidence.size()), 0, m_confidence.data(), {MaxValue, {output, {}, nullptr}}};
-        return *this;
-    }
-
     /// Luma, target and confidence are bank entries as they are, and go to the analyzer bank at firstOutput,
     /// firstOutput + 1 and firstOutput + 2.
     AnalyzerRecord& PassThrough(DataBankType luma, DataBankType target, DataBankType confidence, INT32 firstOutput)
@@ -148,7 +140,9 @@ public:
         const auto weight = Read(confidence);
         Luma({{Read(luma), weight}}, AnalyzerBank(firstOutput), MaxValue);
         Target({{Read<TargetCalculationUnitType>(target), weight}}, AnalyzerBank(firstOutput + 1), MaxValue);
-        return Confidence({{Read(confidence), weight}}, AnalyzerBank(firstOutput + 2));
+        m_confidence        = {{Read(confidence), weight}};
+        m_record.confidence = {1, 0, m_confidence.data(), {MaxValue, {AnalyzerBank(firstOutput + 2), {}, nullptr}}};
+        return *this;
     }
 
     AnalyzerRecord& Add(const ArithmeticOperatorType& rOperator)

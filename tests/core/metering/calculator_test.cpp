@@ -15,16 +15,11 @@ constexpr INT32 TriggerID = 70;
 class Calculators : public StatsTest
 {
 protected:
+    /// The sample histograms: 10, 20, 30 and 40 samples of luma 16, 64, 128 and 192, and the same all at 192.
     Calculators()
     {
         SetROI(3, 0.5f, 0.5f, 0.125f, 0.125f);
         m_luma[5] = 10.0f;
-        SetChannels();
-    }
-
-    /// The sample histograms: 10, 20, 30 and 40 samples of luma 16, 64, 128 and 192, and the same all at 192.
-    VOID SetChannels()
-    {
         SetAlone(Grid("luma", 4, 3, m_luma));
         EXPECT_EQ(Set(Grid("colour", 4, 3, m_colour)), 0);
         EXPECT_EQ(Set(Hist("H", m_counts, m_lut)), 0);
@@ -208,11 +203,7 @@ TEST_F(Calculators, PercentilesOfTwoExposuresAreBlendedByATrigger)
     EXPECT_EQ(RunFirst(), -1.0f);
     EXPECT_TRUE(m_log.HasPart(LevelError, "error reflected frame null"));
 
-    AECFrameHistory frame{};
-    frame.frameID                                     = 10;
-    frame.exposureSets[AECAlgoExposureShort].exposure = 1000;
-    frame.exposureSets[AECAlgoExposureSafe].exposure  = 2000;
-    m_context.SaveFrame(frame);
+    m_context.SaveFrame({.frameID = 10, .exposureSets = {{.exposure = 1000}, {}, {.exposure = 2000}}});
     const FLOAT first = 3360.0f / 45.0f;
     for (const auto& [trigger, luma] : std::vector<std::pair<FLOAT, FLOAT>>{
              {50.0f, first * 2.0f}, {100.0f, first * 2.0f}, {150.0f, first + 96.0f}, {250.0f, 192.0f}})

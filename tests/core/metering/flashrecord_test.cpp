@@ -16,13 +16,11 @@ protected:
     /// A frame whose values follow its number.
     VOID SaveFlashFrame(UINT32 number, KIROExtFlashCurrentType type)
     {
-        const FLOAT     value = static_cast<FLOAT>(number);
-        AECFrameHistory frame{};
-        frame.frameID         = number;
-        frame.exposureSets[0] = {value, 10, 1.5f, 1.0f, 100 * number, 50, 0.0f, 0, 0};
-        frame.averageLuma     = value + 0.5f;
-        frame.bIsAECSettled   = TRUE;
-        m_context.SaveFrame(frame);
+        const FLOAT value = static_cast<FLOAT>(number);
+        m_context.SaveFrame({.frameID       = number,
+                             .exposureSets  = {{value, 10, 1.5f, 1.0f, 100 * number, 50, 0.0f, 0, 0}},
+                             .averageLuma   = value + 0.5f,
+                             .bIsAECSettled = TRUE});
         m_context.m_pHistory->SaveFlashFrame(type);
     }
 

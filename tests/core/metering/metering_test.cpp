@@ -161,12 +161,9 @@ TEST_F(Metering, PublishesTheReflectedExposuresAndMeasuresInOrder)
 {
     FLOAT data[] = {0.1f, 1.05f, 120.0f};
     m_parameters.push_back({const_cast<CHAR*>("AECExtParamMFHDRADRCControl"), 9, TRUE, 3, 0, data, 0, 0, nullptr});
-    AECFrameHistory frame                             = Frame();
-    frame.shortBlend                                  = 0.75f;
-    frame.exposureSets[AECAlgoExposureShort].exposure = 1000;
-    frame.exposureSets[AECAlgoExposureLong].exposure  = 3000;
-    frame.exposureSets[AECAlgoExposureSafe].exposure  = 2000;
-    m_context.SaveFrame(frame);
+    m_context.SaveFrame({.frameID      = 10,
+                         .exposureSets = {{.exposure = 1000}, {.exposure = 3000}, {.exposure = 2000}},
+                         .shortBlend   = 0.75f});
     ASSERT_EQ(Preprocess(), 0);
     EXPECT_EQ(m_context.Trigger(TriggerCtrlShortExp), 1000.0f);
     EXPECT_EQ(m_context.Trigger(TriggerCtrlLongExp), 3000.0f);

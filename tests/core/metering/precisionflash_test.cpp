@@ -44,10 +44,7 @@ protected:
 
     VOID SaveFrame(UINT64 frameID, UINT64 exposure)
     {
-        AECFrameHistory frame{};
-        frame.frameID                                    = frameID;
-        frame.exposureSets[AECAlgoExposureSafe].exposure = exposure;
-        m_context.SaveFrame(frame);
+        m_context.SaveFrame({.frameID = frameID, .exposureSets = {{}, {}, {.exposure = exposure}}});
     }
 
     VOID SetScene(FLOAT frOff, FLOAT frOn, FLOAT bkOff, FLOAT bkOn)
@@ -64,12 +61,6 @@ protected:
     VOID SetForegroundScene()
     {
         SetScene(20.0f, 100.0f, 40.0f, 50.0f);
-    }
-
-    /// The LED lights the background more: 40 e2 + 50 e1 = 25 and 20 e2 + 100 e1 = 20; plain flash gives it 50.
-    VOID SetBackgroundScene()
-    {
-        SetScene(40.0f, 50.0f, 20.0f, 100.0f);
     }
 
     VOID Tune()
@@ -188,8 +179,9 @@ TEST_F(PrecisionFlash, GivesBackgroundUpForTheShortestFlashTimeOrFindsNothing)
 
 TEST_F(PrecisionFlash, PlainFlashWinsWhereItLightsTheBackgroundEnough)
 {
-    // The solution wants a background of 20 and the plain flash gives 50, so the factor 1 + hysteresis must exceed 2.5.
-    SetBackgroundScene();
+    // The LED lights the background more: 40 e2 + 50 e1 = 25 and 20 e2 + 100 e1 = 20; plain flash gives it 50. So the
+    // factor 1 + hysteresis must exceed 2.5.
+    SetScene(40.0f, 50.0f, 20.0f, 100.0f);
     KIROPrecisionFlashHistory                                        history{};
     const std::tuple<KIROPrecisionFlashHistory*, BOOL, FLOAT, FLOAT> cases[] = {{nullptr, FALSE, 0.0f, 0.0f},
                                                                                 {&history, FALSE, 1.5f, 0.0f},

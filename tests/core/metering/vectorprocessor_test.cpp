@@ -52,6 +52,12 @@ protected:
         return m_context.Trigger(ResultID);
     }
 
+    FLOAT LoadAndRun(FLOAT sample)
+    {
+        Load(MovingAverage, 4);
+        return Run({sample});
+    }
+
     FLOAT RunSample(FLOAT sample, UINT32 sampleCount = 1)
     {
         m_context.SetCalculatorResult(SampleID, sample);
@@ -134,8 +140,7 @@ TEST_F(VectorProcessor, ResetAndRetuningForgetTheSamples)
     Run({1.0f, 1.0f});
     m_manager.Reset1DVectorProcessors(Default);
     EXPECT_EQ(Run({5.0f}), 5.0f);
-    Load(MovingAverage, 4);
-    EXPECT_EQ(Run({7.0f}), 7.0f);
+    EXPECT_EQ(LoadAndRun(7.0f), 7.0f);
 
     // The gyro processor has samples of its own.
     m_vector.weights[0] = 3.0f;
@@ -152,21 +157,17 @@ TEST_F(VectorProcessor, ResetAndRetuningForgetTheSamples)
 
 TEST_F(VectorProcessor, RefusesWhatItCannotReadOrWrite)
 {
-    Load(MovingAverage, 4);
-    EXPECT_EQ(Run({1.0f}), 1.0f);
+    EXPECT_EQ(LoadAndRun(1.0f), 1.0f);
     EXPECT_TRUE(m_log.Has(LevelTrace, "1D Vector Processor Save 1.000 to databank 9 with dataID 80"));
     m_processor.enable = FALSE;
-    Load(MovingAverage, 4);
-    EXPECT_EQ(Run({5.0f}), 1.0f);
+    EXPECT_EQ(LoadAndRun(5.0f), 1.0f);
     m_processor.enable = TRUE;
     m_processor.input  = {BankIDTriggers, 1};
-    Load(MovingAverage, 4);
-    EXPECT_EQ(Run({5.0f}), 1.0f);
+    EXPECT_EQ(LoadAndRun(5.0f), 1.0f);
     EXPECT_TRUE(m_log.Has(LevelError, "Not supported databank 9 dataID 1 in 1D Vector Processor "));
     m_processor.input  = {BankIDMetering1D, VectorID + 1};
     m_processor.output = {BankIDSceneAnalyzer, 3};
-    Load(MovingAverage, 4);
-    Run({5.0f});
+    LoadAndRun(5.0f);
     EXPECT_TRUE(m_log.Has(LevelError, "Not supported databank 3 dataID 3 in 1D Vector Processor "));
     m_processor.output = {BankIDTriggers, 1000};
     Load(MovingAverage, 4);

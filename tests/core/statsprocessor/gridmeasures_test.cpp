@@ -52,35 +52,20 @@ TEST_F(GridMeasures, WeightedMeanSkipsRegionsWithoutWeightAndClampsBrightOnes)
 
 TEST_F(GridMeasures, ROIWithinRegionsIsExactOnlyWhenInterpolated)
 {
-    std::vector<FLOAT> values = {10.0f, 20.0f, 40.0f};
-    ASSERT_EQ(Set(Grid("luma", 3, 1, values)), 0);
+    std::vector<FLOAT> row = {10.0f, 20.0f, 40.0f}, longer = {10.0f, 20.0f, 40.0f, 80.0f};
+    std::vector<FLOAT> square = {16.0f, 4.0f, 0.0f, 0.0f, 9.0f, 0.0f, 0.0f, 8.0f, 32.0f};
     SetROI(7, 0.25f, 0.0f, 0.5f, 1.0f);
+    SetAlone(Grid("luma", 3, 1, row));
     EXPECT_FLOAT_EQ(WeightedLuma(7), 20.0f);
     EXPECT_FLOAT_EQ(WeightedLuma(7, TRUE), 32.5f / 1.5f);  // (10 / 4 + 20 + 40 / 4) / 1.5
+    SetAlone(Grid("luma", 4, 1, longer));
+    EXPECT_FLOAT_EQ(WeightedLuma(7, TRUE), 30.0f);
     SetROI(7, 0.0f, 0.0f, 0.125f, 1.0f);
     EXPECT_FLOAT_EQ(WeightedLuma(7, TRUE), 10.0f);  // part of one region
-
-    values = {10.0f, 20.0f, 40.0f, 80.0f};
-    SetAlone(Grid("luma", 4, 1, values));
-    SetROI(7, 0.25f, 0.0f, 0.5f, 1.0f);
-    EXPECT_FLOAT_EQ(WeightedLuma(7, TRUE), 30.0f);
-
-    values = {16.0f, 4.0f, 0.0f, 0.0f, 9.0f, 0.0f, 0.0f, 8.0f, 32.0f};
-    SetAlone(Grid("luma", 3, 3, values));
     SetROI(7, 0.25f, 0.25f, 0.5f, 0.5f);
+    SetAlone(Grid("luma", 3, 3, square));
     // Corners count 1/16, edges 1/4: (1 + 1 + 9 + 2 + 2) / 2.25
     EXPECT_FLOAT_EQ(WeightedLuma(7, TRUE), 15.0f / 2.25f);
-}
-
-TEST_F(GridMeasures, WithoutWeightsTheMeanIsUnknownAndTheInterpolatedOneZero)
-{
-    std::vector<FLOAT> values = {10.0f, 20.0f, 40.0f};
-    ASSERT_EQ(Set(Grid("luma", 3, 1, values)), 0);
-    std::fill(std::begin(m_table.weights), std::end(m_table.weights), 0.0f);
-    SetROI(7, 0.25f, 0.0f, 0.5f, 1.0f);
-    EXPECT_EQ(WeightedLuma(7), -1.0f);
-    EXPECT_EQ(WeightedLuma(7, TRUE), 0.0f);
-    EXPECT_EQ(m_result, 0);
 }
 
 TEST_F(GridMeasures, BadRegionsAndTablesLeaveTheSentinel)
@@ -100,6 +85,11 @@ TEST_F(GridMeasures, BadRegionsAndTablesLeaveTheSentinel)
     }
     EXPECT_EQ(WeightedLuma(9), -1.0f);
     EXPECT_TRUE(m_log.Has(LevelError, "ROI Info invalid. ID:9"));
+    std::fill(std::begin(m_table.weights), std::end(m_table.weights), 0.0f);
+    SetROI(7, 0.25f, 0.0f, 0.5f, 1.0f);
+    EXPECT_EQ(WeightedLuma(7), -1.0f) << "without weights";
+    EXPECT_EQ(WeightedLuma(7, TRUE), 0.0f) << "without weights, interpolated";
+    EXPECT_EQ(m_result, 0);
     EXPECT_EQ(WeightedLuma(0, FALSE, 77), -1.0f);
     EXPECT_TRUE(m_log.Has(LevelError, "Metering table invalid. ID:77"));
     FLOAT luma = 3.0f;

@@ -115,16 +115,13 @@ TEST_F(StatsStore, ThresholdFollowsTheRatioOfTheReflectedFrame)
     const auto threshold = [this] { return m_pStats->CalculateStatsThreshold(ScaleShortThreshold); };
     EXPECT_EQ(threshold(), 0.98f) << "no history";
 
-    AECFrameHistory frame{};
-    const auto      save = [&](UINT64 frameID, UINT64 safeExposure)
+    AECFrameHistory frame = {.exposureSets = {{.exposure = 1000}}, .predictiveGain = 2.0f, .mfhdrLongADRC = 1.4f};
+    const auto      save  = [&](UINT64 frameID, UINT64 safeExposure)
     {
-        frame.frameID                                     = frameID;
-        frame.exposureSets[AECAlgoExposureShort].exposure = 1000;
-        frame.exposureSets[AECAlgoExposureSafe].exposure  = safeExposure;
+        frame.frameID                                    = frameID;
+        frame.exposureSets[AECAlgoExposureSafe].exposure = safeExposure;
         m_context.SaveFrame(frame);
     };
-    frame.predictiveGain = 2.0f;
-    frame.mfhdrLongADRC  = 1.4f;
     save(10, 4000);
     save(11, 8000);
     m_context.m_input.systemLatency = 2;
