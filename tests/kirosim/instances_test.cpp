@@ -2,7 +2,6 @@
 
 #include <atomic>
 #include <gtest/gtest.h>
-#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -17,28 +16,10 @@ using namespace kirosim;
 namespace
 {
 
-/// The phone's tuning as a parameter file, in a store that serves tools.
-class FileTuning
-{
-public:
-    FileTuning()
-    {
-        m_tuning.emplace(m_file.Write(tuningfile::CompileFile(EXAMPLES_DIR "/tunings/phone.yaml")), true);
-    }
-
-    LoadedTuning& Get()
-    {
-        return *m_tuning;
-    }
-
-private:
-    const TemporaryFile         m_file{"instances_test.bin"};
-    std::optional<LoadedTuning> m_tuning;
-};
-
 TEST(Instances, InThreadsDecideAsOneAlone)
 {
-    FileTuning               tuning;
+    const TemporaryFile      file("instances_test.bin");
+    LoadedTuning             tuning(file.Write(tuningfile::CompileFile(EXAMPLES_DIR "/tunings/phone.yaml")), true);
     std::vector<Scene>       scenes;
     std::vector<std::string> alone;
     for (const CHAR* pScene : {"natural", "hdr-staggered", "shake"})
@@ -46,7 +27,7 @@ TEST(Instances, InThreadsDecideAsOneAlone)
         scenes.push_back(SimulationRun::Example(pScene));
         scenes.back().frames = 60;
         // Also makes the tuning keep the selectors, so that the threads only look them up.
-        alone.push_back(SimulationRun(scenes.back(), tuning.Get()).Trace());
+        alone.push_back(SimulationRun(scenes.back(), tuning).Trace());
     }
     std::vector<std::string> together(scenes.size());
     std::atomic<bool>        isOver = false;
@@ -54,7 +35,7 @@ TEST(Instances, InThreadsDecideAsOneAlone)
         [&]
         {
             liveclient::Options options;
-            options.port = tuning.Get().Manager().GetLiveTuningPort();
+            options.port = tuning.Manager().GetLiveTuningPort();
             liveclient::Client client(options);
             do
             {
@@ -69,7 +50,7 @@ TEST(Instances, InThreadsDecideAsOneAlone)
     std::vector<std::jthread> cameras;
     for (size_t camera = 0; camera < scenes.size(); ++camera)
     {
-        cameras.emplace_back([&, camera] { together[camera] = SimulationRun(scenes[camera], tuning.Get()).Trace(); });
+        cameras.emplace_back([&, camera] { together[camera] = SimulationRun(scenes[camera], tuning).Trace(); });
     }
     cameras.clear();  // joins them
     isOver = true;

@@ -5,10 +5,10 @@
 #include <thread>
 
 #include "host/controlvalues.h"
+#include "tests/kirosim/loop.h"
 #include "tests/kirosim/simulationrun.h"
 #include "tests/parameters/live/livefixture.h"
-#include "tools/kirosim/runreport.h"
-#include "tools/liveclient/error.h"
+#include "tests/support/refusal.h"
 #include "tools/liveclient/liveclient.h"
 #include "tools/tuningfile/inputerror.h"
 
@@ -20,14 +20,10 @@ namespace
 constexpr const CHAR* NearSpeed = "data[2].value.trigger1Data[0].trigger2Data[0].trigger3Data[0].triggerData.baseSpeed";
 constexpr const CHAR* FarSpeed  = "data[2].value.trigger1Data[1].trigger2Data[0].trigger3Data[0].triggerData.baseSpeed";
 
-/// A camera with the phone's tuning that can be tuned while it runs a scene of steps.
-class LiveCamera
+/// A camera that can be tuned while it runs a scene of steps.
+struct LiveCamera : Loop
 {
-public:
-    LiveCamera()
-        : m_scene(ReadScene(EXAMPLES_DIR "/scenes/step-loop.yaml", "")),
-          m_tuning(EXAMPLES_DIR "/tunings/phone.yaml", true), m_simulation(m_scene, m_tuning, DiscardLog),
-          m_report(m_scene)
+    LiveCamera() : Loop(SimulationRun::Example("step-loop"), true)
     {
     }
 
@@ -37,38 +33,17 @@ public:
         options.port = m_tuning.Manager().GetLiveTuningPort();
         return options;
     }
-
-    /// @param roundEnded sees the frames that the last step of a round took to settle, and the round's number
-    VOID Run(UINT32 rounds, const std::function<VOID(UINT32, UINT32)>& roundEnded)
-    {
-        UINT32 round = 0;
-        m_simulation.Run(
-            [&](const FrameRecord& rRecord)
-            {
-                m_report.Add(rRecord);
-                if (!m_report.RoundLines().empty())
-                {
-                    roundEnded(m_report.LastRound()->steps.back().framesToSettle.value_or(0), ++round);
-                }
-            },
-            {}, {rounds, {}});
-    }
-
-private:
-    Scene        m_scene;
-    LoadedTuning m_tuning;
-    Simulation   m_simulation;
-    RunReport    m_report;
 };
 
 TEST(LiveTuning, AnEditOfASpeedChangesTheFramesToSettle)
 {
     LiveCamera          camera;
     std::vector<UINT32> frames;
-    camera.Run(3,
-               [&](UINT32 framesToSettle, UINT32 round)
+    camera.Run({3, {}},
+               [&](const RunSummary& rRound)
                {
-                   frames.push_back(framesToSettle);
+                   frames.push_back(rRound.steps.back().framesToSettle.value_or(0));
+                   const size_t round = frames.size();
                    if (round > 2)
                    {
                        return;
@@ -83,7 +58,7 @@ TEST(LiveTuning, AnEditOfASpeedChangesTheFramesToSettle)
                    const std::vector<liveclient::ControlValue> watched = client.ControlValues();
                    ASSERT_FALSE(watched.empty());
                    EXPECT_EQ(watched[0].id, controlvalues::FrameNumber);
-                   EXPECT_EQ(watched[0].value, round * 240.0);
+                   EXPECT_EQ(watched[0].value, 240.0 * static_cast<DOUBLE>(round));
                });
     ASSERT_EQ(frames.size(), 3U);
     EXPECT_GE(frames[1], 2 * frames[0]);
@@ -113,7 +88,7 @@ TEST(LiveTuning, FramesAndEditsGoOnSideBySide)
                 ++rounds;
             }
         });
-    camera.Run(1, [](UINT32, UINT32) {});
+    camera.Run({1, {}});
     isOver = true;
     tool.join();
     EXPECT_GT(rounds, 0U);
@@ -121,33 +96,20 @@ TEST(LiveTuning, FramesAndEditsGoOnSideBySide)
 
 TEST(LiveTuning, IsReachedAtItsAddressAlone)
 {
-    const struct
+    // Where the camera listens, and where a tool looks for it.
+    const std::tuple<const CHAR*, const CHAR*, bool> cases[] = {{LoadedTuning::LiveAddress, "127.0.0.1", true},
+                                                                {LoadedTuning::LiveAddress, "127.0.0.2", false},
+                                                                {"127.0.0.2", "127.0.0.2", true},
+                                                                {"0.0.0.0", "127.0.0.2", true}};
+    for (const auto& [pAddress, pHost, isReached] : cases)
     {
-        const CHAR* pAddress;
-        const CHAR* pHost;
-        bool        isReached;
-    } cases[] = {{LoadedTuning::LiveAddress, "127.0.0.1", true},
-                 {LoadedTuning::LiveAddress, "127.0.0.2", false},
-                 {"127.0.0.2", "127.0.0.2", true},
-                 {"0.0.0.0", "127.0.0.2", true}};
-    for (const auto& rCase : cases)
-    {
-        LoadedTuning tuning(EXAMPLES_DIR "/tunings/minimal.yaml", true, LoadedTuning::Source::Copy, rCase.pAddress);
+        LoadedTuning        tuning(EXAMPLES_DIR "/tunings/minimal.yaml", true, LoadedTuning::Source::Copy, pAddress);
         liveclient::Options options;
-        options.host         = rCase.pHost;
-        options.port         = tuning.Manager().GetLiveTuningPort();
-        const auto isReached = [&]
-        {
-            try
-            {
-                return liveclient::Client(options).Device().name == "kirosim;BinaryTag=minimal";
-            }
-            catch (const liveclient::Error&)
-            {
-                return false;
-            }
-        };
-        EXPECT_EQ(isReached(), rCase.isReached) << rCase.pAddress << " from " << rCase.pHost;
+        options.host = pHost;
+        options.port = tuning.Manager().GetLiveTuningPort();
+        std::string name;
+        (VOID) RefusalOf([&] { name = liveclient::Client(options).Device().name; });
+        EXPECT_EQ(name, isReached ? "kirosim;BinaryTag=minimal" : "") << pAddress << " from " << pHost;
     }
     EXPECT_THROW(LoadedTuning(EXAMPLES_DIR "/tunings/minimal.yaml", true, LoadedTuning::Source::Copy, "localhost"),
                  tuningfile::InputError);

@@ -3,58 +3,14 @@
 #include <gtest/gtest.h>
 #include <map>
 
+#include "tests/kirosim/loop.h"
 #include "tests/kirosim/simulationrun.h"
 #include "tools/kirosim/framepacer.h"
-#include "tools/kirosim/runreport.h"
 
 using namespace kirosim;
 
 namespace
 {
-
-/// Runs rounds of a scene with the phone's tuning.
-class Loop
-{
-public:
-    explicit Loop(const Scene& rScene)
-        : m_scene(rScene), m_tuning(EXAMPLES_DIR "/tunings/phone.yaml"), m_simulation(m_scene, m_tuning, DiscardLog),
-          m_report(m_scene)
-    {
-    }
-
-    VOID Run(const RunPlan& rPlan)
-    {
-        m_simulation.Run(
-            [this](const FrameRecord& rRecord)
-            {
-                m_report.Add(rRecord);
-                m_frames.push_back({rRecord.frame, rRecord.time, rRecord.sceneTime,
-                                    rRecord.decided.arbitration[AECAlgoExposureSafe].FPS});
-                if (!m_report.RoundLines().empty())
-                {
-                    m_lines.push_back(m_report.RoundLines());
-                    m_rounds.push_back(*m_report.LastRound());
-                }
-            },
-            {}, rPlan);
-    }
-
-    struct Frame
-    {
-        UINT64 number;
-        DOUBLE time;
-        DOUBLE sceneTime;
-        FLOAT  decidedFPS;
-    };
-
-    Scene                    m_scene;
-    LoadedTuning             m_tuning;
-    Simulation               m_simulation;
-    RunReport                m_report;
-    std::vector<Frame>       m_frames;
-    std::vector<std::string> m_lines;   ///< of each round
-    std::vector<RunSummary>  m_rounds;  ///< of each round
-};
 
 TEST(Loop, RoundsOfStepsSettleAlikeWhileTheCameraRunsOn)
 {

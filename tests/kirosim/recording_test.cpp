@@ -88,24 +88,15 @@ VOID WriteChunks(const std::string& rPath, const std::vector<Chunk>& rChunks)
     writer.Commit();
 }
 
-bool IsCallOf(const Chunk& rChunk, Slot slot)
-{
-    return rChunk.type == ChunkType::Call && tuningfile::LoadInteger<UINT16>(rChunk.payload, 4) == UINT16(slot);
-}
-
 /// @return the position of the nth call of a function, from 1
 size_t FindCall(const std::vector<Chunk>& rChunks, Slot slot, UINT32 nth)
 {
-    size_t position = 0;
-    for (UINT32 found = 0; position < rChunks.size(); ++position)
+    const auto isCall = [&](const Chunk& rChunk)
     {
-        found += IsCallOf(rChunks[position], slot) ? 1 : 0;
-        if (found == nth)
-        {
-            break;
-        }
-    }
-    return position;
+        return rChunk.type == ChunkType::Call && tuningfile::LoadInteger<UINT16>(rChunk.payload, 4) == UINT16(slot) &&
+               --nth == 0;
+    };
+    return static_cast<size_t>(std::find_if(rChunks.begin(), rChunks.end(), isCall) - rChunks.begin());
 }
 
 /// A few frames without much statistics, for damage.

@@ -1,6 +1,8 @@
 #include "tests/parameters/setmanagerfixture.h"
 
+#include <algorithm>
 #include <cstring>
+#include <iterator>
 
 namespace
 {
@@ -10,8 +12,21 @@ using enum ModeType;
 class ModeTreeTest : public SetManagerTest
 {
 protected:
+    /// Names of the modules of use case 2.
+    std::vector<std::string> ModulesOfVideo(bool own, bool shared, const PipelineType* pPipeline = nullptr)
+    {
+        PList<ParameterModule*>  modules;
+        std::vector<std::string> names;
+        m_manager.GetModules(0, modules, Branch({{Usecase, 2}}).data(), 2, own, shared, pPipeline);
+        std::transform(modules.ToArray(), modules.ToArray() + modules.Count(), std::back_inserter(names),
+                       [](ParameterModule* pModule) { return pModule->GetModuleName(); });
+        return names;
+    }
+
     ParameterSetManager m_manager{"cam", smallschema::Modules, Verbose()};
 };
+
+using Names = std::vector<std::string>;
 
 /// Default, a sensor with a use case and a scene below, and a use case right below Default.
 ParameterFile MakeFamily()
@@ -142,14 +157,12 @@ TEST_F(ModeTreeTest, ALinkShowsModulesAndChildrenOfItsTarget)
     maker.Alpha(circleA, 70);
     ASSERT_TRUE(LoadBuffer(m_manager, maker.Build()));
 
-    EXPECT_EQ(AlphaValue(m_manager, Branch({{Usecase, 3}})), 20);
-    EXPECT_EQ(AlphaValue(m_manager, Branch({{Usecase, 4}})), 20);
     EXPECT_EQ(AlphaValue(m_manager, Branch({{Usecase, 4}, {Scene, 5}})), 25);
     // A circle of links stands for nothing: its modes keep their own modules.
-    EXPECT_EQ(AlphaValue(m_manager, Branch({{Usecase, 5}})), 50);
-    EXPECT_EQ(AlphaValue(m_manager, Branch({{Usecase, 6}})), 60);
-    EXPECT_EQ(AlphaValue(m_manager, Branch({{Usecase, 7}})), 70);
-    EXPECT_EQ(AlphaValue(m_manager, Branch({{Usecase, 8}})), 1);
+    for (const auto& [usecase, alpha] : {std::pair<UINT16, INT32>{3, 20}, {4, 20}, {5, 50}, {6, 60}, {7, 70}, {8, 1}})
+    {
+        EXPECT_EQ(AlphaValue(m_manager, Branch({{Usecase, usecase}})), alpha) << usecase;
+    }
 }
 
 TEST_F(ModeTreeTest, LinksThatMakeATreeLookEndlessDoNotHoldTheSearchUp)
@@ -199,17 +212,11 @@ TEST_F(ModeTreeTest, RowsThatRepeatTheirParentsModeShareItsNode)
     EXPECT_EQ(AlphaValue(m_manager, Branch({{Usecase, 2}})), 20);
 
     // Group 3 is the block IPE.
-    const std::vector<TuningMode> branch = Branch({{Usecase, 2}});
-    const PipelineType            ipe    = PipelineType::IPE;
-    const PipelineType            ife    = PipelineType::IFE;
-    PList<ParameterModule*>       modules;
-    m_manager.GetModules(0, modules, branch.data(), 2, true, true, nullptr);
-    EXPECT_EQ(modules.Count(), 2u);
-    m_manager.GetModules(0, modules, branch.data(), 2, true, true, &ipe);
-    ASSERT_EQ(modules.Count(), 1u);
-    EXPECT_STREQ(modules[0]->GetModuleName(), "alpha");
-    m_manager.GetModules(0, modules, branch.data(), 2, true, true, &ife);
-    EXPECT_EQ(modules.Count(), 0u);
+    const PipelineType ipe = PipelineType::IPE;
+    const PipelineType ife = PipelineType::IFE;
+    EXPECT_EQ(ModulesOfVideo(true, true), (Names{"alpha", "beta"}));
+    EXPECT_EQ(ModulesOfVideo(true, true, &ipe), Names{"alpha"});
+    EXPECT_EQ(ModulesOfVideo(true, true, &ife), Names{});
 }
 
 TEST_F(ModeTreeTest, GetModulesTellsOwnModulesFromSharedOnes)
@@ -222,15 +229,9 @@ TEST_F(ModeTreeTest, GetModulesTellsOwnModulesFromSharedOnes)
     maker.Beta(video, 2);
     ASSERT_TRUE(LoadBuffer(m_manager, maker.Build()));
 
-    const std::vector<TuningMode> branch = Branch({{Usecase, 2}});
-    PList<ParameterModule*>       modules;
-    m_manager.GetModules(0, modules, branch.data(), 2, true, false, nullptr);
-    ASSERT_EQ(modules.Count(), 1u);
-    EXPECT_STREQ(modules[0]->GetModuleName(), "beta");
-    m_manager.GetModules(0, modules, branch.data(), 2, false, true, nullptr);
-    ASSERT_EQ(modules.Count(), 1u);
-    EXPECT_STREQ(modules[0]->GetModuleName(), "alpha");
-
+    EXPECT_EQ(ModulesOfVideo(true, false), Names{"beta"});
+    EXPECT_EQ(ModulesOfVideo(false, true), Names{"alpha"});
+    PList<ParameterModule*> modules;
     m_manager.GetModules(0, modules, Branch({{Usecase, 9}}).data(), 2, true, true, nullptr);
     EXPECT_EQ(modules.Count(), 0u);
 }

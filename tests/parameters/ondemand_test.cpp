@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <functional>
 #include <future>
+#include <latch>
 #include <limits>
 #include <memory>
 #include <numeric>
@@ -76,15 +77,13 @@ public:
 
     VOID WaitUntilHeld()
     {
-        m_held.get_future().wait();
+        m_held.wait();
     }
 
     VOID Release()
     {
-        if (!std::exchange(m_isReleased, true))
-        {
-            m_released.set_value();
-        }
+        m_isReleased.store(true);
+        m_isReleased.notify_all();
     }
 
 private:
@@ -93,14 +92,13 @@ private:
         if (std::strstr(pLine, "Loading modules (GetModule:slow:") != nullptr)
         {
             auto& rThis = *static_cast<HeldUpLoad*>(pContext);
-            rThis.m_held.set_value();
-            rThis.m_released.get_future().wait();
+            rThis.m_held.count_down();
+            rThis.m_isReleased.wait(false);
         }
     }
 
-    std::promise<VOID> m_held;
-    std::promise<VOID> m_released;
-    bool               m_isReleased = false;
+    std::latch        m_held{1};
+    std::atomic<bool> m_isReleased = false;
 };
 
 /// @return whether the work ended while nobody let it go on; a minute means that it waits
@@ -580,13 +578,16 @@ TEST_F(OnDemandTest, ThreadsSeeTheirRecordsWhateverIsEvictedMeanwhile)
     constexpr UINT16 Usecases = 16;
     constexpr UINT16 Sharing  = 4;  // further ones, which share the modules of the first ones
     constexpr UINT16 Kept     = Usecases;
+    // Each value twice, so that two modules share an array.
+    const auto valueOf = [](UINT16 usecase) { return 100 * (1 + (usecase - 1) % (Usecases / 2)); };
 
-    TuningFileMaker     maker;
-    const UINT32        root = maker.Table();
+    TuningFileMaker maker;
+    maker.writer.m_sharesData = true;
+    const UINT32        root  = maker.Table();
     std::vector<UINT32> alphas;
     for (UINT16 usecase = 1; usecase <= Usecases; ++usecase)
     {
-        alphas.push_back(maker.Alpha(maker.Mode(root, Usecase, usecase), 100 * usecase));
+        alphas.push_back(maker.Alpha(maker.Mode(root, Usecase, usecase), valueOf(usecase)));
     }
     for (UINT16 sharing = 0; sharing < Sharing; ++sharing)
     {
@@ -611,7 +612,7 @@ TEST_F(OnDemandTest, ThreadsSeeTheirRecordsWhateverIsEvictedMeanwhile)
                 {
                     state                = state * 1664525 + 1013904223;
                     const UINT16 usecase = static_cast<UINT16>(1 + (state >> 16) % (Usecases + Sharing));
-                    const INT32  value   = 100 * ((usecase > Usecases) ? usecase - Usecases : usecase);
+                    const INT32  value   = valueOf(usecase);
                     auto*        pRecord = Alpha(manager, UsecaseBranch(usecase), pPrevious);
                     if (pRecord == nullptr || pRecord->value != value ||
                         pRecord->steps[1] != static_cast<float>(value) + 0.25f)
@@ -619,7 +620,7 @@ TEST_F(OnDemandTest, ThreadsSeeTheirRecordsWhateverIsEvictedMeanwhile)
                         ++wrong;
                     }
                     const auto* pKept = KeepAlpha(manager, UsecaseBranch(Kept));
-                    wrong += (pKept != nullptr && pKept->steps[1] == 100 * Kept + 0.25f) ? 0 : 1;
+                    wrong += (pKept != nullptr && pKept->steps[1] == static_cast<float>(valueOf(Kept)) + 0.25f) ? 0 : 1;
                     pPrevious = (round % 2 == 0) ? nullptr : pRecord;
                     if (round % 2 == 0)
                     {

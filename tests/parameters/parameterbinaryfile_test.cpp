@@ -56,10 +56,6 @@ TEST(Header, RefusalsSayWhy)
     compressed.Put<UINT64>(152, BinaryFileFormat::CompressedFlag);
     compressed.Seal();
     EXPECT_TRUE(ReadHeader(compressed.bytes).accepted) << "left to the caller to refuse";
-    ParameterFile unsealed = good;
-    unsealed.Put<BYTE>(200, 1);
-    EXPECT_FALSE(ReadHeader(unsealed.bytes).accepted);
-    EXPECT_EQ(ReadHeader(unsealed.bytes).error, "Binary file CRC validation failed");
     for (const size_t size : {0U, 27U, 28U, 39U, 40U, 100U, 159U, 167U})
     {
         const std::vector<BYTE> cut(good.bytes.begin(), good.bytes.begin() + static_cast<std::ptrdiff_t>(size));
@@ -221,26 +217,6 @@ TEST_F(DiskFile, ReferencesOpenAndClose)
     EXPECT_FALSE(ReadsRight(file, 0, 10));
     EXPECT_EQ(file.Reference(1), 2);
     EXPECT_TRUE(m_log.Has("Binary File was null when file reference was 1\n"));
-}
-
-TEST_F(DiskFile, AChangedFileIsNeverReadAgain)
-{
-    Write(2000);
-    ParameterBinaryFile file(m_path.c_str(), nullptr);
-    EXPECT_TRUE(ReadsRight(file, 0, 10));
-    file.Reference(-1);
-    Write(1500);
-    Touch();
-    file.Reference(1);
-    EXPECT_TRUE(m_log.Has("ParameterBinaryFile::Open, file modified, must reload\n", "W"));
-    BYTE   byte     = 0;
-    UINT64 position = 0;
-    EXPECT_FALSE(file.Read(&byte, 0, position, 1, 1));
-    EXPECT_FALSE(file.Read(&byte, 0, position, 0, 1));
-    EXPECT_EQ(file.Length(), 1500U);
-
-    ParameterBinaryFile again(m_path.c_str(), nullptr);
-    EXPECT_TRUE(ReadsRight(again, 0, 10));
 }
 
 TEST_F(DiskFile, AFileThatShrinksUnderTheReaderFailsAfterFourAttempts)

@@ -2,6 +2,7 @@
 
 #include "parameters/parameterfilesymboltable.h"
 #include "parameters/tuningsetmanager.h"
+#include "tools/tuningfile/bytes.h"
 
 namespace
 {
@@ -20,13 +21,9 @@ ParameterFile MakeTwoModes()
 size_t SectionRow(const ParameterFile& rFile, BinaryFileFormat::SectionType type)
 {
     size_t row = rFile.sectionTableOffset;
-    for (UINT32 stored = ~0u; row + 12 <= rFile.bytes.size(); row += 12)
+    while (tuningfile::LoadInteger<UINT32>(rFile.bytes, row) != type)
     {
-        std::memcpy(&stored, rFile.bytes.data() + row, sizeof(stored));
-        if (stored == type)
-        {
-            break;
-        }
+        row += 12;
     }
     return row;
 }
@@ -119,18 +116,6 @@ TEST_F(SetManagerTest, FilesThatCannotBeReadAreRefused)
     EXPECT_EQ(other.GetErrorText(), "Compressed binary file not supported (support ended with V5.1.0)");
     EXPECT_FALSE(other.LoadBinaryParameters(Write(compressed.Build())));
     EXPECT_EQ(other.GetErrorText(), "Compressed binary files ssupport removed in V5.1.0");
-}
-
-TEST_F(SetManagerTest, AManagerLoadsOnce)
-{
-    ParameterSetManager manager("cam", smallschema::Modules, Verbose());
-    EXPECT_EQ(AlphaValue(manager, {}), -1);
-    EXPECT_TRUE(log.Has("GetModule(alpha) Uninitialized Set Manager. this: "));
-    ASSERT_TRUE(LoadBuffer(manager, MakeTwoModes()));
-    EXPECT_FALSE(LoadBuffer(manager, MakeTwoModes()));
-    EXPECT_EQ(manager.GetErrorText(), "Binary file already loaded");
-    EXPECT_EQ(AlphaValue(manager, Branch({{Usecase, 2}})), 2);
-    EXPECT_STREQ(manager.GetLoggingIdentifier(), "cam;BinaryTag=test tuning");
 }
 
 TEST_F(SetManagerTest, AFileWithoutSymbolsOrDataHasModesAndNoModules)
@@ -249,6 +234,13 @@ TEST_F(SetManagerTest, ADerivedManagerWorksOnItsOwnTable)
     EXPECT_EQ(main.CreateSetManager("side"), nullptr);
     EXPECT_TRUE(log.Has("CreateSetManager unable to find mode table side\n"));
     EXPECT_EQ(main.CreateSetManager(nullptr), nullptr);
+
+    EXPECT_EQ(main.GetModule_kiroface(nullptr, 0, nullptr), nullptr);
+    EXPECT_EQ(main.GetDefaultModule(1), nullptr);
+    EXPECT_TRUE(log.Has("Failed to find module 0x1 in DefaultModuleMap\n"));
+    EXPECT_FALSE(main.UpdateBinaryParameters(nullptr, 0));
+    EXPECT_TRUE(log.Has("UpdateBinaryParameters not available.  To enable, add --update when generating parser utility "
+                        "code\n"));
 
     TuningSetManager orphan(nullptr, 1);
     EXPECT_TRUE(log.Has("TuningSetManager called with null main parameter\n"));

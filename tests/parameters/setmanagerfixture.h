@@ -16,6 +16,7 @@
 #include "tests/support/parameterfilebuilder.h"
 #include "tests/support/recordwriter.h"
 #include "tests/support/systemlogcapture.h"
+#include "tests/support/temporaryfile.h"
 
 namespace smallschema
 {
@@ -142,11 +143,6 @@ class SetManagerTest : public ::testing::Test
 protected:
     using Options = ParameterSetManager::Options;
 
-    ~SetManagerTest() override
-    {
-        std::remove(m_path.c_str());
-    }
-
     static Options Verbose(UINT32 cacheSize = 17)
     {
         Options options;
@@ -248,10 +244,9 @@ protected:
         TableModule::FromRecord(pRecord)->Release();
     }
 
-    SystemLogCapture  log;
-    const std::string m_path = ::testing::TempDir() + "setmanager_" +
-                               ::testing::UnitTest::GetInstance()->current_test_info()->test_suite_name() +
-                               ::testing::UnitTest::GetInstance()->current_test_info()->name() + ".bin";
+    SystemLogCapture    log;
+    const TemporaryFile m_file{::testing::UnitTest::GetInstance()->current_test_info()->name() + std::string(".bin")};
+    const std::string&  m_path = m_file.path;
 
 private:
     std::deque<ParameterSetManager> m_managers;

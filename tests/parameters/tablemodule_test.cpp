@@ -1,14 +1,6 @@
 #include "tests/parameters/setmanagerfixture.h"
 
 #include "parameters/tuningsetmanager.h"
-#include "schema/kirotouch.h"
-
-namespace
-{
-
-using enum ModeType;
-
-}  // namespace
 
 TEST_F(SetManagerTest, WhatAModuleRefusesItNamesByItsRecordType)
 {
@@ -48,52 +40,8 @@ TEST_F(SetManagerTest, AModuleIsNotMadeFromTheDataOfAnother)
         << log.Text();
 }
 
-TEST_F(SetManagerTest, ABareModuleHasAnIdentityAndNoMore)
+TEST_F(SetManagerTest, OtherStoresHaveModulesOfTheirOwn)
 {
-    TuningFileMaker maker;
-    const UINT32    root  = maker.Table();
-    const UINT32    video = maker.Mode(root, Usecase, 2);
-    const UINT32    zsl   = maker.Mode(root, Usecase, 3);
-    maker.builder.AddModule("plain", {3, 4, 1}, root, {1});
-    const UINT32 second = maker.builder.AddModule("plain", {3, 4, 1}, video, {2});
-    maker.builder.AddModule("plain", {3, 4, 1}, zsl, {}, second);
-    ParameterSetManager& manager = Open(maker.Build());
-    const auto           id      = [&](const std::vector<TuningMode>& rBranch)
-    {
-        const auto* pRecord = Get<BareModuleType>(manager, "plain", rBranch);
-        return (pRecord != nullptr) ? pRecord->SymbolTableID : 0;
-    };
-    EXPECT_EQ(id({}), 1u);
-    EXPECT_EQ(id(Branch({{Usecase, 2}})), second);
-    EXPECT_EQ(id(Branch({{Usecase, 3}})), second);
-}
-
-TEST_F(SetManagerTest, TheStoresKnowTheirModules)
-{
-    TuningFileMaker          maker;
-    const UINT32             root       = maker.Table();
-    CHAR                     revision[] = "r7";
-    kirotouch::KIROTouchType touch      = {.module_version    = {.major_revision = 10},
-                                           .parameter_version = {.revision = revision}};
-    maker.writer.AddModule("kirotouch", {10, 0, 0}, root,
-                           *TuningRecordOf(static_cast<const kirotouch::KIROTouchType*>(nullptr)), &touch);
-    maker.builder.AddModule("lsc34_ife", {3, 4, 1}, root, {1, 2});
-    TuningSetManager tuning("rear");
-    tuning.SetLiveTuningAutostart(false);
-    ASSERT_TRUE(LoadBuffer(tuning, maker.Build())) << log.Text();
-    const kirotouch::KIROTouchType* pTouch = tuning.GetModule_kirotouch(nullptr, 0, nullptr);
-    ASSERT_NE(pTouch, nullptr);
-    EXPECT_EQ(pTouch->SymbolTableID, 1u);
-    EXPECT_EQ(pTouch->module_version.major_revision, 10);
-    EXPECT_STREQ(pTouch->parameter_version.revision, "r7");
-    EXPECT_NE(tuning.GetModule_lsc34_ife(nullptr, 0, nullptr), nullptr);
-    EXPECT_EQ(tuning.GetModule_kiroface(nullptr, 0, nullptr), nullptr);
-    EXPECT_EQ(tuning.GetDefaultModule(1), nullptr);
-    EXPECT_TRUE(log.Has("Failed to find module 0x1 in DefaultModuleMap\n"));
-    EXPECT_FALSE(tuning.UpdateBinaryParameters(nullptr, 0));
-    EXPECT_TRUE(log.Has("UpdateBinaryParameters not available.  To enable, add --update when generating parser utility "
-                        "code\n"));
-
     TuningFileMaker sensor;
     sensor.builder.AddModule("sensorDriverData", {1, 0, 0}, sensor.Table(), {1});
     ImageSensorModuleSetManager module("rear");

@@ -5,7 +5,6 @@
 #include "parameters/modenames.h"
 #include "parameters/modepaths.h"
 #include "parameters/parameterparserinfo.h"
-#include "parameters/tuningsetmanager.h"
 
 namespace
 {
@@ -227,35 +226,27 @@ TEST_F(ValueAccessTest, AnEditedModeIsNeverEvicted)
 TEST_F(ValueAccessTest, EachTableAnswersForItself)
 {
     TuningFileMaker maker;
-    const auto      touch = [&maker](UINT32 mode, INT32 major)
-    {
-        kirotouch::KIROTouchType record{};
-        record.module_version.major_revision = major;
-        maker.writer.AddModule("kirotouch", {10, 0, 0}, mode, kirotouch::KIROTouchTypeTable::Description, &record);
-    };
-    touch(maker.Table("main"), 1);
+    maker.Beta(maker.Table("main"), 1);
     const UINT32 side = maker.Table("side");
-    touch(side, 2);
+    maker.Beta(side, 2);
     maker.Mode(side, Effect, 1);
-    TuningSetManager main("cam");
-    ASSERT_TRUE(main.LoadBinaryParameters(Write(maker.Build()))) << log.Text();
-    const auto pDerived = main.CreateSetManager("side");
-    ASSERT_NE(pDerived, nullptr);
-    EXPECT_EQ(&pDerived->GetDataMutex(), &main.GetDataMutex());
-    EXPECT_EQ(Text(*pDerived, "0", "kirotouch.module_version", "major_revision"), "major_revision=2");
-    EXPECT_TRUE(pDerived->SetValue(0, "0", "kirotouch.module_version", "major_revision", "3"));
-    EXPECT_EQ(Text(main, "0", "kirotouch.module_version", "major_revision"), "major_revision=1");
-    EXPECT_EQ(Text(main, "0", "kirotouch.module_version", "major_revision", 64, 1), "major_revision=3");
-    EXPECT_EQ(pDerived->GetSetValueCount(), 1u);
-    EXPECT_EQ(Children(*pDerived, ""), "Effect.Mono");
+    ParameterSetManager& main = Open(maker.Build());
+    ParameterSetManager  derived(&main, 1);
+    EXPECT_EQ(&derived.GetDataMutex(), &main.GetDataMutex());
+    EXPECT_EQ(Text(derived, "0", "beta", "value"), "value=2");
+    EXPECT_TRUE(derived.SetValue(0, "0", "beta", "value", "3"));
+    EXPECT_EQ(Text(main, "0", "beta", "value"), "value=1");
+    EXPECT_EQ(Text(main, "0", "beta", "value", 64, 1), "value=3");
+    EXPECT_EQ(derived.GetSetValueCount(), 1u);
+    EXPECT_EQ(Children(derived, ""), "Effect.Mono");
     PList<ParameterParserInfo> list;
-    EXPECT_TRUE(pDerived->GetInfo(7, "0", "kirotouch", list));
+    EXPECT_TRUE(derived.GetInfo(7, "0", "beta", list));
     CHAR text[16];
-    EXPECT_TRUE(pDerived->GetActiveModes(7, text, sizeof(text)));
+    EXPECT_TRUE(derived.GetActiveModes(7, text, sizeof(text)));
 
-    EXPECT_EQ(Text(main, "0", "kirotouch", nullptr, 64, 2), "-");
-    EXPECT_FALSE(main.SetValue(2, "0", "kirotouch.module_version", "major_revision", "3"));
-    EXPECT_FALSE(main.GetInfo(2, "0", "kirotouch", list));
+    EXPECT_EQ(Text(main, "0", "beta", nullptr, 64, 2), "-");
+    EXPECT_FALSE(main.SetValue(2, "0", "beta", "value", "3"));
+    EXPECT_FALSE(main.GetInfo(2, "0", "beta", list));
     EXPECT_FALSE(main.GetActiveModes(2, text, sizeof(text)));
     EXPECT_EQ(Children(main, "0", 64, 2), "");
     EXPECT_TRUE(log.Has("GetChildModes called with mode table index (2) >= mode table count (2)\n"));
@@ -323,29 +314,25 @@ TEST_F(ValueAccessTest, ActiveModesAreThoseThatFramesHold)
 
 TEST(ModePaths, NumericPathsAreRead)
 {
-    const std::tuple<const CHAR*, bool, std::vector<std::pair<UINT32, UINT16>>> cases[] = {
-        {"0.0|2.1", true, {{0, 0}, {2, 1}}},
-        {"0|2|", true, {{0, 0}, {2, 0}}},
-        {"7.65535", true, {{7, 65535}}},
-        {"2.65536", false, {}},
-        {"0|2.1.0", false, {{0, 0}}},
-        {"0|Scene", false, {{0, 0}}},
-        {"0|-1", false, {{0, 0}}},
-        {"123456789", true, {{123456789, 0}}},
-        {"1234567890", false, {}},
-        {"", false, {}},
-        {nullptr, false, {}},
+    // The path, whether nothing is wrong with it, and the modes that it leads to.
+    const std::tuple<const CHAR*, bool, const CHAR*> cases[] = {
+        {"0.0|2.1", true, " 0.0 2.1"}, {"0|2|", true, " 0.0 2.0"},
+        {"7.65535", true, " 7.65535"}, {"2.65536", false, ""},
+        {"0|2.1.0", false, " 0.0"},    {"0|Scene", false, " 0.0"},
+        {"0|-1", false, " 0.0"},       {"123456789", true, " 123456789.0"},
+        {"1234567890", false, ""},     {"", false, ""},
+        {nullptr, false, ""},
     };
-    for (const auto& [pPath, isClean, modes] : cases)
+    for (const auto& [pPath, isClean, pModes] : cases)
     {
         std::vector<TuningMode> branch;
         EXPECT_EQ(ModePaths::GetModeBranchFromPath(pPath, branch), isClean);
-        ASSERT_EQ(branch.size(), modes.size());
-        for (size_t index = 0; index < branch.size(); ++index)
+        std::string modes;
+        for (const TuningMode& rMode : branch)
         {
-            EXPECT_EQ(static_cast<UINT32>(branch[index].mode), modes[index].first);
-            EXPECT_EQ(branch[index].subMode.value, modes[index].second);
+            modes += " " + std::to_string(static_cast<UINT32>(rMode.mode)) + "." + std::to_string(rMode.subMode.value);
         }
+        EXPECT_EQ(modes, pModes);
     }
 }
 

@@ -86,29 +86,6 @@ TEST(BinaryOutput, SmallestFileWithAModuleByteByByte)
     ExpectText(bytes, 845, 14, std::string("\x0A\0\0\0kirotouch", 13));
 }
 
-TEST(BinaryOutput, FileOfPackingEightByteByByte)
-{
-    const std::vector<BYTE> bytes =
-        Compile("tuning: {createdBy: me, binaryTag: tag}\n"
-                "modes: {Default: {children: {Sensor.2: {}, Sensor.3: {link: Default|Sensor.2, group: 5}}}}\n",
-                "2.0.0");
-    ASSERT_EQ(3388u, bytes.size());
-    ExpectBytes(bytes, 32, {2, 0, 0, 0, 0, 0, 0, 0});
-    ExpectBytes(bytes, 152, {160, 0, 0, 0, 3, 0, 0, 0});
-    ExpectBytes(bytes, 160, {2, 0, 0, 0, 0, 0, 0, 0, 232, 0, 0, 0, 0, 0, 0, 0, 96, 0, 0, 0, 0, 0, 0, 0});
-    ExpectBytes(bytes, 184, {0, 0, 0, 0, 0, 0, 0, 0, 0x48, 1, 0, 0, 0, 0, 0, 0, 76, 0, 0, 0, 0, 0, 0, 0});
-    ExpectBytes(bytes, 208, {1, 0, 0, 0, 0, 0, 0, 0, 0x94, 1, 0, 0, 0, 0, 0, 0, 4, 0, 0, 0, 0, 0, 0, 0});
-    ExpectBytes(bytes, 232, {0, 0, 0, 0, 0, 0, 0, 0, 0,    0,    0,    0,    0, 0, 0, 0,
-                             0, 0, 0, 0, 0, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF, 0, 0, 0, 0});
-    ExpectBytes(bytes, 264, {1, 0, 0, 0, 0, 0, 0, 0, 1,    0,    2,    0,    0, 0, 0, 0,
-                             0, 0, 0, 0, 0, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF, 0, 0, 0, 0});
-    ExpectBytes(bytes, 296,
-                {2, 0, 0, 0, 0, 0, 0, 0, 1, 0, 3, 0, 5, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0});
-    // One symbol of ID 1 that is no module.
-    ExpectBytes(bytes, 328, {1, 0, 0, 0, 0, 0, 0, 0});
-    ExpectBytes(bytes, 328 + 48, {0xFF, 0xFF, 0xFF, 0xFF, 0, 0, 0, 0, 0, 0, 0, 0});
-}
-
 /// The checksums, bit by bit as their definitions have it.
 UINT64 BitwiseSum(const std::vector<BYTE>& rBytes, size_t count, UINT64 polynomial, UINT64 mask)
 {
@@ -145,8 +122,8 @@ TEST(BinaryOutput, EachVersionHasItsOwnLayoutAndTheStoreLoadsIt)
         {"6.0.0", 168, 12, 32, 24, 3, 64, 8},  {"6.9.9", 168, 12, 32, 24, 3, 64, 8},
         {"7.0.0", 168, 12, 128, 24, 3, 64, 8},
     };
-    const std::string text = "tables: [{name: main, modes: {Default: {modules: {kirotouch: {}}, children: {Sensor.1:\n"
-                             "  {preserve: true, children: {Usecase.ZSL: {link: Default|Sensor.1}}}}}}}]\n";
+    const std::string text = "tables: [{name: main, modes: {Default: {modules: {kirotouch: {}}, children: {Sensor.7:\n"
+                             "  {preserve: true, children: {Usecase.ZSL: {group: 5, link: Default|Sensor.7}}}}}}}]\n";
     for (const auto& [pVersion, sectionTable, rowSize, nameSize, entrySize, modeCount, symbolSize, checksumSize] :
          layouts)
     {
@@ -173,7 +150,16 @@ TEST(BinaryOutput, EachVersionHasItsOwnLayoutAndTheStoreLoadsIt)
         const StoreLog     log;
         const BinaryTuning binary = ReadBinary(bytes, "t.bin");
         EXPECT_EQ(std::vector<std::string>(), log.Lines());
-        EXPECT_EQ(modeCount, binary.tuning.tables.at(0).modes.size());
+        const std::vector<Mode>& rModes = binary.tuning.tables.at(0).modes;
+        ASSERT_EQ(modeCount, rModes.size());
+        if (modeCount == 3)
+        {
+            EXPECT_EQ(7, rModes[1].subMode);
+            EXPECT_EQ(5, rModes[2].group);
+            EXPECT_EQ(2, rModes[2].mode);
+            EXPECT_EQ(1u, rModes[2].parent);
+            EXPECT_EQ(*ParseVersion(pVersion) >= BinaryFileFormat::LinkVersion, rModes[2].link == 1u);
+        }
     }
 }
 

@@ -4,6 +4,9 @@
 #include <cstring>
 #include <ctime>
 
+#include "parameters/parametersetmanager.h"
+#include "platform/tavodesk.h"
+#include "tests/support/allforms.h"
 #include "tests/support/refusal.h"
 #include "tools/kirodamage/campaign.h"
 #include "tools/kirodamage/damage.h"
@@ -38,6 +41,42 @@ modes:
     return Specimen("test", tuningfile::WriteBinary(tuning, tuningfile::NewestVersion));
 }
 
+constexpr tuning::ModuleDescription AllForms = {
+    "allforms", namehash::OfName("allforms"),
+    1,          2,
+    3,          TuningRecordOf(static_cast<const allforms::EverythingType*>(nullptr))};
+
+/// Three modes with a record of all forms.
+Specimen MakeSpecimenOfAllForms()
+{
+    const allforms::Everything original;
+    tuningfile::Tuning         tuning =
+        tuningfile::ParseText("modes: {Default: {children: {Sensor.0: {}, Sensor.1: {}}}}", "t");
+    for (tuningfile::Mode& rMode : tuning.tables[0].modes)
+    {
+        rMode.modules.push_back({&AllForms, &original.record});
+    }
+    return Specimen("all forms", tuningfile::WriteBinary(tuning, tuningfile::NewestVersion));
+}
+
+/// Loads a file with records of all forms, or is refused. @return allocations that are left
+INT64 LoadAllForms(const std::vector<BYTE>& rBytes)
+{
+    const auto live = []
+    {
+        const TavoDesk::AllocationCounters counters = TavoDesk::GetAllocationCounters();
+        return static_cast<INT64>(counters.allocations - counters.releases);
+    };
+    const INT64                  before = live();
+    ParameterSetManager::Options options;
+    options.fileMode = false;
+    {
+        ParameterSetManager store(nullptr, {&AllForms, 1}, options);
+        (VOID) store.LoadBinaryParameters(rBytes.data(), rBytes.size());
+    }
+    return live() - before;
+}
+
 /// Whether the header of a file, and the checksum with it, is accepted.
 bool GetsPastTheDoor(const std::vector<BYTE>& rBytes)
 {
@@ -49,9 +88,9 @@ bool GetsPastTheDoor(const std::vector<BYTE>& rBytes)
 
 }  // namespace
 
-TEST(DamageTest, GetsPastTheChecksumAndComesAgainFromItsSeed)
+TEST(DamageTest, GetsPastTheChecksumComesAgainFromItsSeedAndDoesNoHarm)
 {
-    const Specimen             specimen = MakeSpecimen();
+    const Specimen             specimens[] = {MakeSpecimen(), MakeSpecimenOfAllForms()};
     const tuningfile::StoreLog log;
     for (size_t index = 0; index < DamageKinds; ++index)
     {
@@ -59,22 +98,23 @@ TEST(DamageTest, GetsPastTheChecksumAndComesAgainFromItsSeed)
         SCOPED_TRACE(NameOf(kind));
         UINT32 changed = 0;
         UINT32 past    = 0;
-        for (UINT64 seed = 0; seed < 50; ++seed)
+        for (UINT64 seed = 0; seed < 200; ++seed)
         {
+            const Specimen&         specimen = specimens[seed % 2];
             std::mt19937_64         random(seed);
             std::mt19937_64         again(seed);
             const std::vector<BYTE> bytes = Damage(specimen, kind, random);
             ASSERT_EQ(bytes, Damage(specimen, kind, again));
             changed += (bytes != specimen.bytes) ? 1 : 0;
             past += GetsPastTheDoor(bytes) ? 1 : 0;
-            // What a tool makes of it: a text or a refusal.
             (VOID) RefusalOf([&] { (VOID) tuningfile::WriteText(tuningfile::ReadBinary(bytes, "t.bin").tuning); });
+            EXPECT_EQ(LoadAllForms(bytes), 0) << seed;
         }
-        EXPECT_GT(changed, 40U);
+        EXPECT_GT(changed, 160U);
         const bool isAboutTheDoor = kind == DamageKind::Length || kind == DamageKind::Mixed || kind == DamageKind::Bits;
-        EXPECT_GE(past, isAboutTheDoor ? 20U : 50U);
+        EXPECT_GE(past, isAboutTheDoor ? 80U : 200U);
     }
-    EXPECT_TRUE(GetsPastTheDoor(specimen.WithoutDefinitions().bytes));
+    EXPECT_TRUE(GetsPastTheDoor(specimens[0].WithoutDefinitions().bytes));
 }
 
 TEST(DamageTest, CampaignNamesTheTrialThatCrashesHangsOrComplains)
@@ -97,39 +137,25 @@ TEST(DamageTest, CampaignNamesTheTrialThatCrashesHangsOrComplains)
     EXPECT_EQ(clean.tally.kinds[2].withheld, 36U);
     EXPECT_EQ(clean.tally.largest.value, 100U);
 
-    const struct
+    for (const CHAR* pWhat : {"Killed", "takes too long", "too large"})
     {
-        const CHAR*       pWhat;
-        kirodamage::Trial trial;
-    } cases[] = {
-        {"Killed",
-         [](UINT64 number)
-         {
-             (VOID) std::raise((number == 5) ? SIGKILL : 0);
-             return TrialResult();
-         }},
-        {"takes too long",
-         [](UINT64 number)
-         {
-             for (volatile bool isHung = number == 5; isHung;)
-             {
-             }
-             return TrialResult();
-         }},
-        {"too large",
-         [](UINT64 number)
-         {
-             TrialResult result;
-             std::strncpy(result.fault, (number == 5) ? "too large" : "", sizeof(result.fault) - 1);
-             return result;
-         }},
-    };
-    for (const auto& rCase : cases)
-    {
-        SCOPED_TRACE(rCase.pWhat);
-        const CampaignResult result = run(rCase.trial);
+        SCOPED_TRACE(pWhat);
+        const CampaignResult result = run(
+            [kind = std::string(pWhat)](UINT64 number)
+            {
+                TrialResult trial;
+                if (number == 5 && kind == "Killed")
+                {
+                    (VOID) std::raise(SIGKILL);
+                }
+                for (volatile bool isHung = number == 5 && kind == "takes too long"; isHung;)
+                {
+                }
+                std::strncpy(trial.fault, (number == 5) ? kind.c_str() : "", sizeof(trial.fault) - 1);
+                return trial;
+            });
         ASSERT_TRUE(result.fault.has_value());
         EXPECT_EQ(result.fault->number, 5U);
-        EXPECT_NE(result.fault->what.find(rCase.pWhat), std::string::npos) << result.fault->what;
+        EXPECT_NE(result.fault->what.find(pWhat), std::string::npos) << result.fault->what;
     }
 }

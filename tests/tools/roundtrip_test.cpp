@@ -75,12 +75,9 @@ VOID ExpectSame(const Tuning& rExpected, const Tuning& rActual)
             SCOPED_TRACE(index);
             const Mode& rWanted = rExpected.tables[table].modes[index];
             const Mode& rFound  = rActual.tables[table].modes[index];
-            EXPECT_EQ(rWanted.mode, rFound.mode);
-            EXPECT_EQ(rWanted.subMode, rFound.subMode);
-            EXPECT_EQ(rWanted.group, rFound.group);
-            EXPECT_EQ(rWanted.parent, rFound.parent);
-            EXPECT_EQ(rWanted.link, rFound.link);
-            EXPECT_EQ(rWanted.preserve, rFound.preserve);
+            const auto  fields  = [](const Mode& rMode)
+            { return std::tie(rMode.mode, rMode.subMode, rMode.group, rMode.parent, rMode.link, rMode.preserve); };
+            EXPECT_EQ(fields(rWanted), fields(rFound));
             EXPECT_EQ(rWanted.modules.size(), rFound.modules.size());
             for (const Module& rModule : rWanted.modules)
             {

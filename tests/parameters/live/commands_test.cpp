@@ -454,7 +454,10 @@ TEST_F(LiveCommandsTest, HostsCanReadAndBuildPackets)
     const auto  parse   = [&](const Bytes& rPacket, UINT32 length)
     { return m_manager->ParseVernierRequest(rPacket.data(), length, command, id, request, pData, size); };
 
-    const Bytes get = Request(5, Text("a:b"), 99, 12);
+    const Bytes         get = Request(5, Text("a:b"), 99, 12);
+    ParameterSetManager derived(&*m_manager, 0);
+    ASSERT_TRUE(derived.ParseVernierRequest(get.data(), 22, command, id, request, pData, size));
+    size = 0;
     ASSERT_TRUE(parse(get, 22));
     EXPECT_EQ(std::tie(command, id, request, size), std::make_tuple(UINT16{5}, UINT64{99}, 12u, 4u));
     EXPECT_EQ(pData, get.data() + 18);
@@ -473,6 +476,7 @@ TEST_F(LiveCommandsTest, HostsCanReadAndBuildPackets)
     ASSERT_TRUE(m_manager->BuildVernierResponse(packet, sizeof(packet), length, 5, 99, 12, content, 5));
     EXPECT_EQ(length, 15u) << "6 and 4 bytes more than the payload";
     EXPECT_EQ(Bytes(packet, packet + 23), WithLength(Request(5, Bytes{1, 2, 3, 4, 5}, 99, 12), 15));
+    EXPECT_TRUE(derived.BuildVernierResponse(packet, sizeof(packet), length, 5, 99, 12, content, 5));
     EXPECT_FALSE(m_manager->BuildVernierResponse(packet, 20, length, 5, 99, 12, content, 11));
     EXPECT_EQ(length, 21u);
     EXPECT_FALSE(m_manager->BuildVernierResponse(packet, sizeof(packet), length, 0, 99, 12, content, 5));
@@ -497,7 +501,7 @@ TEST_F(LiveCommandsTest, HostsCanReadAndBuildPackets)
 
     ParameterSetManager offline("off", smallschema::Modules, {});
     EXPECT_FALSE(offline.ParseVernierRequest(get.data(), 22, command, id, request, pData, size));
-    m_manager->SetLiveTuningAutostart(false);
+    derived.SetLiveTuningAutostart(false);
     EXPECT_FALSE(parse(get, 22));
 }
 
@@ -519,19 +523,6 @@ TEST_F(LiveCommandsTest, ADerivedManagerServesThroughItsMain)
     ASSERT_TRUE(WaitFor([&] { return handler.requests == 1; }));
     derived.SetCustomHandler(nullptr);
     EXPECT_TRUE(derived.SetTriggerValues("Default", "alpha", "IPE", "x", nullptr, 0));
-
-    UINT16      command = 0;
-    UINT64      id      = 0;
-    UINT32      request = 0;
-    UINT32      size    = 0;
-    const BYTE* pData   = nullptr;
-    const Bytes get     = Request(5, Text("a:b"), 99, 12);
-    EXPECT_TRUE(derived.ParseVernierRequest(get.data(), 22, command, id, request, pData, size));
-    BYTE   packet[32] = {};
-    UINT32 length     = 0;
-    EXPECT_TRUE(derived.BuildVernierResponse(packet, sizeof(packet), length, 5, 99, 12, pData, size));
-    derived.SetLiveTuningAutostart(false);
-    EXPECT_FALSE(m_manager->ParseVernierRequest(get.data(), 22, command, id, request, pData, size));
 }
 
 TEST_F(LiveCommandsTest, NoPortIsOpenedUnlessAskedFor)

@@ -174,15 +174,10 @@ TEST(FramingTest, QueuesOnlyPacketsThatThereCanBe)
     com.QueueReadData(nullptr, 5);
     com.QueueReadData(bytes.data(), 0);
     com.QueueReadData(bytes.data(), -1);
-    const INT32               sizes[]  = {1, 65534, 65535, 65536};
-    const std::vector<UINT32> expected = {1, 65534, 0, 0};
-    for (INT32 size : sizes)
+    for (const auto& [size, queued] : {std::pair<INT32, UINT32>{1, 1}, {65534, 65534}, {65535, 0}, {65536, 0}})
     {
         com.QueueReadData(bytes.data(), size);
-    }
-    for (UINT32 size : expected)
-    {
-        EXPECT_EQ(com.Read()->size, size);
+        EXPECT_EQ(com.Read()->size, queued);
     }
     com.Stop();
     EXPECT_EQ(com.Read(), nullptr);
