@@ -346,23 +346,6 @@ TEST_F(OnDemandTest, ASharedModuleComesBackAfterItsOwnerWasUnloaded)
     EXPECT_EQ(pRecord->steps[0], 5.5f);
 }
 
-TEST_F(OnDemandTest, ASharedModuleThatAFetchReadsAgainGoesWithItsOwner)
-{
-    ParameterSetManager&    manager = Open(MakePairAndOthers(), 5);
-    smallschema::AlphaType* pRecord = Alpha(manager, UsecaseBranch(2));
-    for (int turn = 0; turn < 2; ++turn)
-    {
-        Release(pRecord);
-        for (UINT16 usecase = 3; usecase <= 8; ++usecase)
-        {
-            LoadMode(manager, UsecaseBranch(usecase));
-        }
-        EXPECT_EQ(pRecord->steps, nullptr) << "turn " << turn;
-        EXPECT_EQ(Alpha(manager, UsecaseBranch(2)), pRecord);
-        EXPECT_EQ(pRecord->steps[0], 100.5f);
-    }
-}
-
 TEST_F(OnDemandTest, NobodyWaitsForAModeThatIsBeingLoaded)
 {
     // The mode that is loaded slowly is in the list since another one that shares its module was used, and it is the

@@ -433,16 +433,6 @@ TEST_F(LiveCommandsTest, TheModeTableIsChosenByIndex)
     EXPECT_EQ(AskText(9, "0"), "0");
 }
 
-TEST_F(LiveCommandsTest, AReloadGoesOnServing)
-{
-    Load();
-    const UINT16 port = m_manager->GetLiveTuningPort();
-    EXPECT_EQ(AskText(6, "Default:alpha:value=55"), "value=55");
-    ASSERT_TRUE(m_manager->ReloadBinaryParameters(false));
-    EXPECT_EQ(m_manager->GetLiveTuningPort(), port);
-    EXPECT_EQ(AskText(5, "Default:alpha:value"), "value=1");
-}
-
 TEST_F(LiveCommandsTest, HostsCanReadAndBuildPackets)
 {
     Load();
