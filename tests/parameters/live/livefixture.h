@@ -8,7 +8,6 @@
 #include <functional>
 #include <string>
 #include <thread>
-#include <utility>
 #include <vector>
 
 #include <arpa/inet.h>
