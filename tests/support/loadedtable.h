@@ -23,9 +23,7 @@ public:
         Disk
     };
 
-    /// @param bytesLeft what is left of the file on disk once it is open
-    explicit LoadedTable(const ParameterFile& rFile, Source source = Source::Buffer, size_t bytesLeft = SIZE_MAX)
-        : m_bytes(rFile.bytes)
+    explicit LoadedTable(const ParameterFile& rFile, Source source = Source::Buffer) : m_bytes(rFile.bytes)
     {
         m_slot.Entry = &m_mode;
         BinaryFileHeader   header;
@@ -49,10 +47,6 @@ public:
             m_path = ::testing::TempDir() + "table_" + std::to_string(::getpid()) + "_" + std::to_string(serial++);
             rFile.WriteTo(m_path);
             pFile = std::make_shared<ParameterBinaryFile>(m_path.c_str(), nullptr);
-            if (bytesLeft < m_bytes.size())
-            {
-                EXPECT_EQ(::truncate(m_path.c_str(), static_cast<off_t>(bytesLeft)), 0);
-            }
         }
         loaded = table->Load(m_bytes.data(), m_bytes.size(), pFile, sections, this, true);
     }
