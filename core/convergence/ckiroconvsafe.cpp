@@ -4,98 +4,75 @@
 
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
-#include "core/convergence/ckiromodconvergence.h"
+#include "core/convergence/convergencestages.h"
+#include "core/convergence/movearithmetic.h"
 
 using kirodbconvbase::CappingTypeAbsolute;
 using kirodbconvbase::CappingTypeRatio;
 
-VOID CKIROConvergence::ComputeBasicSafeConvergence()
+namespace convergencestages
 {
-    const DOUBLE tgtMatchedDelta  = GetExposureInfo(KIROConvTgtMatchDelta, AECAlgoExposureSafe);
-    const DOUBLE tgtPreviousDelta = GetExposureInfo(KIROConvTgtPreviousDelta, AECAlgoExposureSafe);
-    const DOUBLE previous         = GetExposureInfo(KIROConvPrevious, AECAlgoExposureSafe);
 
-    m_pBaseCoreData = nullptr;
-    if (m_pConvBase != nullptr && m_pConvStretch != nullptr && m_pConvSettle != nullptr)
-    {
-        const auto& rBase = m_pConvBase->value;
-        m_pBaseCoreData   = static_cast<const kirodbconvbase::ConvBaseCoreDataType*>(
-            m_triggerBase.GetData(GetTriggerValue(rBase.trigger1DataBank), GetTriggerValue(rBase.trigger2DataBank),
-                                    GetTriggerValue(rBase.trigger3DataBank)));
-    }
-    if (m_pBaseCoreData == nullptr)
-    {
-        STATS_LOG_ERROR("ConvBase core data is NULL.");
-        return;
-    }
-
-    DOUBLE outputSensi = previous;
-    if (!IsSafeSettledInTolerance(tgtPreviousDelta))
-    {
-        outputSensi = previous + BasicSafeDelta(tgtMatchedDelta, tgtPreviousDelta, previous);
-    }
-    for (DOUBLE& rSensi : m_output.sensiLog103)
-    {
-        rSensi = outputSensi;
-    }
-}
-
-bool CKIROConvergence::IsSafeSettledInTolerance(DOUBLE tgtPreviousDelta) const
+namespace
 {
-    const UINT32 tolerance = m_pConvBase->value.tolerance;
-    const bool   isInside =
-        static_cast<DOUBLE>(tolerance) > std::abs(tgtPreviousDelta) && m_bSettleArray[AECAlgoExposureSafe] == TRUE;
-    if (isInside && !(std::abs(PreviousShortStretch()) > 0.0f))
+
+bool IsSettledInTolerance(const ExposureMove& rMove, UINT32 tolerance, FLOAT previousShortStretch)
+{
+    const bool isInside = static_cast<DOUBLE>(tolerance) > std::abs(rMove.tgtPreviousDelta) && rMove.isSettled;
+    if (isInside && !(std::abs(previousShortStretch) > 0.0f))
     {
         STATS_LOG_TRACE("Skip safe convergence. willBeIntolerance:%d, prevDelta:%f, tol:%d.", isInside,
-                        tgtPreviousDelta, tolerance);
+                        rMove.tgtPreviousDelta, tolerance);
         return true;
     }
     return false;
 }
 
-/// @return the move of this frame, log steps
-DOUBLE CKIROConvergence::BasicSafeDelta(DOUBLE tgtMatchedDelta, DOUBLE tgtPreviousDelta, DOUBLE previous) const
+/// @return the largest move of this frame, with its sign
+DOUBLE MoveCap(const MoveTuning& rTuning, const ExposureMove& rMove, UINT8 systemLatency)
 {
-    const auto&  rBase     = m_pConvBase->value;
-    const DOUBLE tolerance = rBase.tolerance;
-    const DOUBLE capping   = m_pBaseCoreData->baseCapping;
-    const DOUBLE target    = m_input.sensiLog103[AECAlgoExposureSafe];
-    const DOUBLE unitStep  = m_pTuning->unitStepSize;
-
-    DOUBLE delta = static_cast<DOUBLE>(m_pBaseCoreData->baseSpeed) * tgtPreviousDelta;
-    DOUBLE cap   = 0.0;
-    switch (rBase.cappingType)
+    const DOUBLE capping = rTuning.speeds.baseCapping;
+    switch (rTuning.base.cappingType)
     {
     case CappingTypeRatio:
-        cap = capping * tgtMatchedDelta;
-        break;
+        return capping * rMove.tgtMatchDelta;
     case CappingTypeAbsolute:
-        cap = (tgtPreviousDelta < 0.0) ? -capping : capping;
-        break;
+        return (rMove.tgtPreviousDelta < 0.0) ? -capping : capping;
     default:
-        cap = tgtMatchedDelta / static_cast<DOUBLE>(m_rContextManager.GetInput()->systemLatency);
-        break;
+        return rMove.tgtMatchDelta / static_cast<DOUBLE>(systemLatency);
     }
+}
+
+/// @return the move of this frame
+DOUBLE SafeDelta(const MoveTuning& rTuning, const ExposureMove& rMove, UINT8 systemLatency)
+{
+    if (rMove.tgtMatchDelta * rMove.tgtPreviousDelta < 0.0)
+    {
+        return 0.0;
+    }
+    DOUBLE       delta = static_cast<DOUBLE>(rTuning.speeds.baseSpeed) * rMove.tgtPreviousDelta;
+    const DOUBLE cap   = MoveCap(rTuning, rMove, systemLatency);
     if (std::abs(delta) > std::abs(cap))
     {
         delta = cap;
     }
-
     const bool isMoving = !(static_cast<FLOAT>(std::abs(delta)) < exposurearithmetic::Epsilon);
-    const bool isLanding =
-        static_cast<FLOAT>(rBase.tolerance) < LandingTolerance && tolerance > std::abs(target - (delta + previous));
-    if (isMoving && isLanding)
+    if (isMoving && IsLanding(rTuning.base.tolerance, rMove.target - (delta + rMove.previous)))
     {
-        delta = target - previous;
+        delta = rMove.target - rMove.previous;
     }
-    if (unitStep > std::abs(delta))
-    {
-        delta = (delta > 0.0) ? unitStep : -unitStep;  // no delta at all moves a step down
-    }
-    if (tgtMatchedDelta * tgtPreviousDelta < 0.0)
-    {
-        delta = 0.0;
-    }
-    return delta;
+    const DOUBLE unitStep = rTuning.module.unitStepSize;
+    return (unitStep > std::abs(delta)) ? SignedStep(unitStep, delta) : delta;
 }
+
+}  // namespace
+
+DOUBLE ComputeBasicSafeConvergence(const MoveTuning& rTuning, const ExposureMove& rMove, UINT8 systemLatency,
+                                   FLOAT previousShortStretch)
+{
+    return IsSettledInTolerance(rMove, rTuning.base.tolerance, previousShortStretch)
+               ? rMove.previous
+               : rMove.previous + SafeDelta(rTuning, rMove, systemLatency);
+}
+
+}  // namespace convergencestages

@@ -52,30 +52,19 @@ VOID CKIROConvergence::RunConvSettle(KIROConvergenceOutput& rOutput)
     }
     ApplyAdvancedSettle(bSettleStatus);
 
-    if (bSettleStatus[AECAlgoExposureSafe] == TRUE)
-    {
-        m_settleCount += 1;
-        m_bBrightnessSettle = (m_settleCount > pBaseSettleTh->settleCountTh) ? TRUE : FALSE;
-        m_bSettle           = (m_bBrightnessSettle == TRUE && bSettleStatus[AECAlgoExposureShort] == TRUE &&
-                     bSettleStatus[AECAlgoExposureLong] == TRUE)
-                                  ? TRUE
-                                  : FALSE;
-    }
-    else
-    {
-        m_settleCount       = 0;
-        m_bBrightnessSettle = FALSE;
-        m_bSettle           = FALSE;
-    }
-    rOutput.bBrightnessSettle            = m_bBrightnessSettle;
-    rOutput.bSettle                      = m_bSettle;
-    m_bSettleArray[AECAlgoExposureShort] = bSettleStatus[AECAlgoExposureShort];
-    m_bSettleArray[AECAlgoExposureLong]  = bSettleStatus[AECAlgoExposureLong];
-    m_bSettleArray[AECAlgoExposureSafe]  = m_bBrightnessSettle;
+    m_state.settleCount       = (bSettleStatus[AECAlgoExposureSafe] == TRUE) ? m_state.settleCount + 1 : 0;
+    rOutput.bBrightnessSettle = (m_state.settleCount > pBaseSettleTh->settleCountTh) ? TRUE : FALSE;
+    rOutput.bSettle           = (rOutput.bBrightnessSettle == TRUE && bSettleStatus[AECAlgoExposureShort] == TRUE &&
+                       bSettleStatus[AECAlgoExposureLong] == TRUE)
+                                    ? TRUE
+                                    : FALSE;
+    m_state.bSettleArray[AECAlgoExposureShort] = bSettleStatus[AECAlgoExposureShort];
+    m_state.bSettleArray[AECAlgoExposureLong]  = bSettleStatus[AECAlgoExposureLong];
+    m_state.bSettleArray[AECAlgoExposureSafe]  = rOutput.bBrightnessSettle;
     STATS_LOG_TRACE("KIROCONVRG Settle (Safe:%d Short:%d Long:%d), bSettle:%d, bBrightSettle:%d, settleCnt:%d, "
                     "cntTh:%d.",
                     bSettleStatus[AECAlgoExposureSafe], bSettleStatus[AECAlgoExposureShort],
-                    bSettleStatus[AECAlgoExposureLong], m_bSettle, m_bBrightnessSettle, m_settleCount,
+                    bSettleStatus[AECAlgoExposureLong], rOutput.bSettle, rOutput.bBrightnessSettle, m_state.settleCount,
                     pBaseSettleTh->settleCountTh);
 }
 
@@ -100,18 +89,15 @@ VOID CKIROConvergence::ApplyAdvancedSettle(BOOL* pSettleStatus) const
 VOID CKIROConvergence::RunConvPostProcess(KIROConvergenceOutput& rOutput)
 {
     UpdateDBTriggersForNewTuning();
-    // The host may have changed the flags.
-    m_bBrightnessSettle = rOutput.bBrightnessSettle;
-    m_bSettle           = rOutput.bSettle;
     m_rContextManager.SetContextEvent(AECSettled, rOutput.bSettle);
-    if (m_bSettle == TRUE)
+    if (rOutput.bSettle == TRUE)  // the host may have changed it
     {
         ClearSettledEvents();
         KIROSCDOutput output{};
-        (VOID) m_rContextManager.GetSCDOutput(m_scdID, output);
+        (VOID) m_rContextManager.GetSCDOutput(m_state.scdID, output);
         if (output.htState == KIROHoldTimeEnd)
         {
-            m_rContextManager.RebaseSCD(m_scdID);
+            m_rContextManager.RebaseSCD(m_state.scdID);
         }
     }
     SetConvOutputToDB(rOutput);

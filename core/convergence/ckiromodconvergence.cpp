@@ -8,16 +8,11 @@
 #include "core/base/soundvalue.h"
 #include "core/base/tuningaccess.h"
 
-using exposurearithmetic::IndexBase;
+using namespace convergencestages;
 using exposurearithmetic::SensiLog103;
 
 namespace
 {
-
-constexpr FLOAT DefaultGridStep = 0.5f;
-
-/// A long compensation above this lets Long stay below Safe.
-constexpr FLOAT CompensationInForce = 1.0000001f;
 
 constexpr FLOAT Unity = 1.0f;
 
@@ -28,14 +23,17 @@ FLOAT ADRCOf(UINT64 safe, UINT64 shortExposure, FLOAT predictiveGain)
     return static_cast<FLOAT>((predictiveGain >= 1.0f) ? ratio / static_cast<DOUBLE>(predictiveGain) : ratio);
 }
 
+FLOAT RatioOfTargets(UINT64 numerator, UINT64 denominator)
+{
+    return static_cast<FLOAT>(static_cast<DOUBLE>(numerator) / std::max(static_cast<DOUBLE>(denominator), 1.0));
+}
+
 }  // namespace
 
 CKIROConvergence::CKIROConvergence(StatsTuningData& rTuningData, IKIROContextManager& rContextManager)
-    : ModuleCommon(rTuningData, rContextManager), m_input{}, m_range{}, m_pRange(nullptr), m_output{}, m_DRCOutput{},
-      m_pTuning(nullptr), m_pConvBase(nullptr), m_pConvStretch(nullptr), m_pConvSettle(nullptr),
-      m_pBaseCoreData(nullptr), m_scdID(0), m_bBrightnessSettle(FALSE), m_bSettle(FALSE), m_bSettleArray{},
-      m_settleCount(0), m_convEventManager(rContextManager),
-      m_bIsTargetFixed(FALSE), m_smoothADRC{}, m_smoothDarkBoost{}
+    : ModuleCommon(rTuningData, rContextManager), m_input{}, m_range{}, m_pRange(nullptr), m_output{},
+      m_bIsTargetFixed(FALSE), m_pTuning(nullptr), m_pConvBase(nullptr), m_pConvStretch(nullptr),
+      m_pConvSettle(nullptr), m_pBaseCoreData(nullptr), m_convEventManager(rContextManager), m_state{}
 {
     m_moduleID = tuningaccess::Require_kiroconvergence(rTuningData).moduleID;
 }
@@ -49,7 +47,7 @@ KiroResult CKIROConvergence::RunConvProcesss(KIROConvergenceInput& rInput, KIROC
     }
     if (m_bIsTargetFixed == TRUE)
     {
-        std::copy(std::begin(m_input.sensiLog103), std::end(m_input.sensiLog103), m_output.sensiLog103);
+        std::copy(std::begin(m_input.sensiLog103), std::end(m_input.sensiLog103), m_output.sensiLog103.begin());
     }
     else if (ConvBasedOnDirection() && IfRunConvBasedOnConditions())
     {
@@ -65,19 +63,118 @@ KiroResult CKIROConvergence::RunConvProcesss(KIROConvergenceInput& rInput, KIROC
 
     for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
     {
-        AdjustExpWithUnitStepSize(m_output.sensiLog103[type], type);
+        DOUBLE& rLogExp = m_output.sensiLog103[type];
+        rLogExp         = AdjustExpWithUnitStepSize(rLogExp, m_pRange->ranges[type], m_pRange->indexZeroExposure,
+                                                    GridStep(m_pTuning->unitStepSize));
     }
-    rOutput.mfhdrLongADRC     = 1.0f;
-    const AECAlgoHDRType type = m_rContextManager.GetInput()->HDRType;
-    if (type == StaggeredHDR || type == MultiframeHDR)
+    rOutput.mfhdrLongADRC = 1.0f;
+    if (IsLongCompensated())
     {
         const FLOAT delta =
             static_cast<FLOAT>(m_output.sensiLog103[AECAlgoExposureSafe] - m_output.sensiLog103[AECAlgoExposureLong]);
-        rOutput.mfhdrLongADRC = std::max(std::pow(IndexBase, delta), 1.0f);
+        rOutput.mfhdrLongADRC = std::max(std::pow(exposurearithmetic::IndexBase, delta), 1.0f);
     }
-    CalculateCompensationDarkBoostGain(rInput, rOutput);
+    rOutput.compensationDarkBoost = CalculateCompensationDarkBoostGain(rInput, rOutput);
     PopulateOutput(rOutput);
     return 0;
+}
+
+/// Goes from the exposures of the previous frame to those of this one.
+/// @return false when the base tuning yields no speeds, and nothing was computed
+bool CKIROConvergence::RunStages()
+{
+    const ExposureMove safeMove = MoveOf(AECAlgoExposureSafe);
+    m_pBaseCoreData             = SelectSpeeds();
+    if (m_pBaseCoreData == nullptr)
+    {
+        STATS_LOG_ERROR("ConvBase core data is NULL.");
+        return false;
+    }
+    const MoveTuning tuning{*m_pTuning, m_pConvBase->value, *m_pBaseCoreData};
+
+    const DOUBLE converged = ComputeBasicSafeConvergence(tuning, safeMove, m_rContextManager.GetInput()->systemLatency,
+                                                         PreviousFrame()->shortStretchOffset);
+    const KIROConvCoreOutput stretched = ComputeTargetStretchOutput(converged);
+    const KIROLogExposures   drc       = ComputeDRCConvergence(tuning, stretched.sensiLog103[AECAlgoExposureSafe]);
+    m_output                           = DRCStretchAggregator(m_pTuning->drcStretchAgg, stretched, drc);
+    return true;
+}
+
+/// @return the speeds that the frame's triggers select; null without tuning
+const kirodbconvbase::ConvBaseCoreDataType* CKIROConvergence::SelectSpeeds()
+{
+    if (m_pConvBase == nullptr || m_pConvStretch == nullptr || m_pConvSettle == nullptr)
+    {
+        return nullptr;
+    }
+    const auto& rBase = m_pConvBase->value;
+    return static_cast<const kirodbconvbase::ConvBaseCoreDataType*>(
+        m_triggerBase.GetData(GetTriggerValue(rBase.trigger1DataBank), GetTriggerValue(rBase.trigger2DataBank),
+                              GetTriggerValue(rBase.trigger3DataBank)));
+}
+
+/// @param converged what the speed law made of the frame
+KIROConvCoreOutput CKIROConvergence::ComputeTargetStretchOutput(DOUBLE converged)
+{
+    const auto& rTuning = m_pConvStretch->value;
+    m_state.tgtStretchOut.clear();
+    for (UINT32 index = 0; index < StretchCount(rTuning); ++index)
+    {
+        const auto& rStretch = rTuning.convStretch[index];
+        const auto* pData =
+            static_cast<const kirodbconvstretch::ConvStretchCoreDataType*>(m_triggerStretch[index].GetData(
+                GetTriggerValue(rStretch.trigger1DataBank), GetTriggerValue(rStretch.trigger2DataBank),
+                GetTriggerValue(rStretch.trigger3DataBank)));
+        SetStretch(rStretch.stretchType, *pData, m_state.tgtStretchOut[index]);
+    }
+    const BOOL bBrightToDark = (GetExposureInfo(KIROConvTgtMatchDelta, AECAlgoExposureSafe) < 0.0) ? TRUE : FALSE;
+    const KIROTargetStretchOutType aggOut = AggregateStretchOutput(rTuning, bBrightToDark, m_state.tgtStretchOut);
+    const StretchOffsets           offsets =
+        ComputeStretchOffset(aggOut, PreviousFrame()->shortStretchOffset, GridStep(m_pTuning->unitStepSize));
+
+    KIROConvCoreOutput output{{converged, converged, converged}, offsets.predGain, offsets.shortStretchOffset};
+    output.sensiLog103[AECAlgoExposureShort] += static_cast<DOUBLE>(offsets.shortStretchOffset);
+    output.sensiLog103[AECAlgoExposureSafe] += static_cast<DOUBLE>(offsets.safeStretchOffset);
+    return output;
+}
+
+/// @param safe what speed law and stretch made of Safe
+KIROLogExposures CKIROConvergence::ComputeDRCConvergence(const MoveTuning& rTuning, DOUBLE safe)
+{
+    DOUBLE* pTargets = m_input.sensiLog103;
+    if (m_pTuning->smoothADRC.enableSmoothDRC == TRUE)
+    {
+        pTargets[AECAlgoExposureShort] = ConvergeSmoothNode(AECAlgoExposureShort, m_pTuning->smoothADRC,
+                                                            ADRCGainTarget(), pTargets, m_state.smoothADRC);
+    }
+    if (m_pTuning->smoothDarkBoost.enableSmoothDRC == TRUE)
+    {
+        const FLOAT gainTarget =
+            RatioOfTargets(m_input.exposures[AECAlgoExposureLong], m_input.exposures[AECAlgoExposureSafe]);
+        pTargets[AECAlgoExposureLong] = ConvergeSmoothNode(AECAlgoExposureLong, m_pTuning->smoothDarkBoost, gainTarget,
+                                                           pTargets, m_state.smoothDarkBoost);
+    }
+    KIROLogExposures output;
+    output[AECAlgoExposureSafe] = safe;
+    for (const AECAlgoExposureType type : {AECAlgoExposureShort, AECAlgoExposureLong})
+    {
+        output[type] = DRCDeltaConvergence(rTuning, MoveOf(type), safe);
+    }
+    return output;
+}
+
+FLOAT CKIROConvergence::ADRCGainTarget() const
+{
+    const FLOAT gainTarget =
+        RatioOfTargets(m_input.exposures[AECAlgoExposureSafe], m_input.exposures[AECAlgoExposureShort]);
+    if (m_rContextManager.m_bIsHybridHDR != TRUE)
+    {
+        return gainTarget;
+    }
+    CKIROBankManager& rBanks  = *m_rContextManager.m_pBankManager;
+    const FLOAT       cap     = rBanks.GetDataTriggers(TriggerCtrlADRCCap)->value;
+    const FLOAT       binning = rBanks.GetDataTriggers(TriggerCtrl3HDRBinning)->value;
+    return (exposurearithmetic::SaturateToINT32(binning) == 1) ? std::min(gainTarget, cap) : gainTarget;
 }
 
 KiroResult CKIROConvergence::Initialize(const KIROConvergenceInput& rInput)
@@ -113,21 +210,7 @@ KiroResult CKIROConvergence::Initialize(const KIROConvergenceInput& rInput)
     return 0;
 }
 
-/// @return false when the base tuning yields no speeds, and nothing was computed
-bool CKIROConvergence::RunStages()
-{
-    ComputeBasicSafeConvergence();
-    if (m_pBaseCoreData == nullptr)
-    {
-        return false;
-    }
-    ComputeTargetStretchOutput();
-    ComputeDRCConvergence();
-    DRCStretchAggregator();
-    return true;
-}
-
-bool CKIROConvergence::ConvBasedOnDirection()
+bool CKIROConvergence::ConvBasedOnDirection() const
 {
     if (m_pConvBase == nullptr || m_pConvBase->value.convSameDirection != TRUE)
     {
@@ -148,7 +231,7 @@ bool CKIROConvergence::IfRunConvBasedOnConditions()
     const auto* pActive = m_rContextManager.m_pBankManager->GetDataConvActiveSCD(0);
     if (pActive != nullptr)
     {
-        m_scdID = pActive->SCDID;
+        m_state.scdID = pActive->SCDID;
     }
     if (CheckRunConvConditions())
     {
@@ -156,11 +239,11 @@ bool CKIROConvergence::IfRunConvBasedOnConditions()
     }
     // A detector that nobody knows does not hold convergence.
     KIROSCDOutput output{};
-    (VOID) m_rContextManager.GetSCDOutput(m_scdID, output);
+    (VOID) m_rContextManager.GetSCDOutput(m_state.scdID, output);
     return output.htState != KIROHoldTimeOn;
 }
 
-bool CKIROConvergence::CheckRunConvConditions()
+bool CKIROConvergence::CheckRunConvConditions() const
 {
     const AECFrameHistory* pPrevious = PreviousFrame();
     if (pPrevious == nullptr)
@@ -181,21 +264,6 @@ bool CKIROConvergence::CheckRunConvConditions()
     return false;
 }
 
-VOID CKIROConvergence::AdjustExpWithUnitStepSize(DOUBLE& rLogExp, UINT32 exposureType) const
-{
-    const KIROExposureRange& rRange         = m_pRange->ranges[exposureType];
-    const UINT64             indexZero      = m_pRange->indexZeroExposure;
-    const FLOAT              expIndexOffset = (indexZero == 0) ? 0.0f : SensiLog103(static_cast<FLOAT>(indexZero));
-    const FLOAT              logExp         = static_cast<FLOAT>(rLogExp);
-    const FLOAT              expIndex       = logExp - expIndexOffset;
-    // At the edges the value stays off the grid, so that a limit exposure stays exact.
-    if (rRange.start.indx < expIndex && rRange.end.indx > expIndex)
-    {
-        const FLOAT stepSize = GridStep();
-        rLogExp              = std::round(logExp / stepSize) * stepSize;
-    }
-}
-
 /// Without analyzers targets are 0, and without ranges exposures are: their ratios and logs are no numbers. The value
 /// of the frame before stands in for one.
 VOID CKIROConvergence::PopulateOutput(KIROConvergenceOutput& rOutput)
@@ -210,7 +278,7 @@ VOID CKIROConvergence::PopulateOutput(KIROConvergenceOutput& rOutput)
         pExposures[type] =
             exposurearithmetic::SaturateToUINT64(exposurearithmetic::ExposureOfSensiLog103(m_output.sensiLog103[type]));
     }
-    CapExposure(rOutput);
+    m_output.predGain = CapExposure(*m_pRange, rOutput.mfhdrLongADRC, m_output.predGain, pExposures);
 
     rOutput.predictiveGain = m_output.predGain;
     rOutput.shortStretchOffset =
@@ -233,186 +301,4 @@ VOID CKIROConvergence::PopulateOutput(KIROConvergenceOutput& rOutput)
     rOutput.compensationDarkBoost =
         soundvalue::OrLast(rOutput.compensationDarkBoost, rLast.compensationDarkBoost, Unity, "dark boost");
     m_convEventManager.GetLockedEV0(rOutput.lockedEV0Exposures);
-}
-
-VOID CKIROConvergence::CapExposure(KIROConvergenceOutput& rOutput)
-{
-    UINT64* pExposures = rOutput.exposures;
-    for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
-    {
-        const KIROExposureRange& rRange = m_pRange->ranges[type];
-        pExposures[type] = std::min(std::max(pExposures[type], rRange.start.exposure), rRange.end.exposure);
-    }
-    UINT64& rShort = pExposures[AECAlgoExposureShort];
-    UINT64& rSafe  = pExposures[AECAlgoExposureSafe];
-    UINT64& rLong  = pExposures[AECAlgoExposureLong];
-    rShort         = std::min({rLong, rShort, rSafe});
-    if (rOutput.mfhdrLongADRC < CompensationInForce)
-    {
-        rLong = std::max(rLong, rSafe);
-    }
-    m_output.predGain = std::min(m_output.predGain, static_cast<FLOAT>(rSafe) / static_cast<FLOAT>(rShort));
-}
-
-/// After the process of a frame the host may set a tuning, and those of before may be gone by then.
-VOID CKIROConvergence::UpdateDBTriggersForNewTuning()
-{
-    if (IsTuningNew())
-    {
-        UpdateDBTriggers();
-    }
-}
-
-VOID CKIROConvergence::UpdateDBTriggers()
-{
-    TakeTuning();
-    m_pTuningData            = m_rContextManager.GetTuningData();
-    m_pTuning                = &tuningaccess::Require_kiroconvergence(*m_pTuningData);
-    CKIROBankManager& rBanks = *m_rContextManager.m_pBankManager;
-    m_pConvBase              = rBanks.GetDataConvBase(0);
-    m_pConvStretch           = rBanks.GetDataConvStretch(0);
-    m_pConvSettle            = rBanks.GetDataConvSettle(0);
-    m_pBaseCoreData          = nullptr;
-    if (m_pConvBase == nullptr || m_pConvStretch == nullptr || m_pConvSettle == nullptr)
-    {
-        STATS_LOG_ERROR("KIROCONVRG Conv DB data invalid. m_pConvBase:%p m_pConvStretch:%p m_pConvSettle:%p",
-                        static_cast<const VOID*>(m_pConvBase), static_cast<const VOID*>(m_pConvStretch),
-                        static_cast<const VOID*>(m_pConvSettle));
-        return;
-    }
-    SetTriggerTrees();
-}
-
-VOID CKIROConvergence::SetTriggerTrees()
-{
-    constexpr INT32 speedLevels  = 3;
-    constexpr INT32 settleLevels = 2;
-
-    const auto&       rBase = m_pConvBase->value;
-    AECTriggerXMLData base{rBase.trigger1Data,
-                           {speedLevels, sizeof(kirodbconvbase::ConvBaseCoreDataType)},
-                           static_cast<INT32>(rBase.trigger1DataCount)};
-    m_triggerBase.SetData(&base, KIROMLConvBaseDataType);
-
-    for (UINT32 index = 0; index < StretchCount(); ++index)
-    {
-        const auto&       rStretch = m_pConvStretch->value.convStretch[index];
-        AECTriggerXMLData stretch{rStretch.trigger1Data,
-                                  {speedLevels, sizeof(kirodbconvstretch::ConvStretchCoreDataType)},
-                                  static_cast<INT32>(rStretch.trigger1DataCount)};
-        m_triggerStretch[index].SetData(&stretch, KIROMLConvStretchDataType);
-    }
-
-    const auto&       rSettle = m_pConvSettle->value.baseSettleTrigger;
-    AECTriggerXMLData settle{rSettle.trigger1Data,
-                             {settleLevels, sizeof(kirodbconvsettle::BaseSettleType)},
-                             static_cast<INT32>(rSettle.trigger1DataCount)};
-    m_triggerSettle.SetData(&settle, KIROMLConvSettleType);
-}
-
-const AECFrameHistory* CKIROConvergence::PreviousFrame() const
-{
-    return m_rContextManager.m_pHistory->GetFrameHistory(1);
-}
-
-DOUBLE CKIROConvergence::GetExposureInfo(KIROConvExpInfoType type, UINT32 expType) const
-{
-    if (expType >= AECAlgoExposureCount)
-    {
-        STATS_LOG_ERROR("KIROCONVRG Exposure type incorrect");
-        return 0.0;
-    }
-    if (static_cast<UINT32>(type) >= KIROConvMax)
-    {
-        STATS_LOG_ERROR("KIROCONVRG Info type incorrect");
-        return 0.0;
-    }
-    if (type == KIROConvDRCCurrDelta)
-    {
-        return m_input.sensiLog103[AECAlgoExposureSafe] - m_input.sensiLog103[expType];
-    }
-    if (type == KIROConvDRCPrevDelta)
-    {
-        return DRCPrevDelta(expType);
-    }
-
-    const bool             isPrevious = type == KIROConvPrevious || type == KIROConvTgtPreviousDelta;
-    const UINT8            offset     = isPrevious ? 1 : m_rContextManager.GetInput()->systemLatency;
-    const AECFrameHistory* pFrame     = m_rContextManager.m_pHistory->GetFrameHistory(offset);
-    if (pFrame == nullptr)
-    {
-        STATS_LOG_ERROR("Frame History is null. Sensitivity will not be converted to index");
-        return 0.0;
-    }
-    DOUBLE exposure = SensiLog103(static_cast<FLOAT>(pFrame->exposureSets[expType].exposure));
-    if (expType == AECAlgoExposureShort && pFrame->predictiveGain > 1.0f)
-    {
-        exposure += static_cast<DOUBLE>(SensiLog103(pFrame->predictiveGain));
-    }
-    const bool isDelta = type == KIROConvTgtMatchDelta || type == KIROConvTgtPreviousDelta;
-    return isDelta ? m_input.sensiLog103[expType] - exposure : exposure;
-}
-
-DOUBLE CKIROConvergence::DRCPrevDelta(UINT32 expType) const
-{
-    const AECFrameHistory* pFrame = PreviousFrame();
-    if (pFrame == nullptr)
-    {
-        STATS_LOG_ERROR("Frame History is null. Sensitivity will not be converted to index");
-        return 0.0;
-    }
-    const FLOAT safe  = static_cast<FLOAT>(pFrame->exposureSets[AECAlgoExposureSafe].exposure);
-    const FLOAT other = static_cast<FLOAT>(pFrame->exposureSets[expType].exposure);
-    DOUBLE      delta = static_cast<DOUBLE>(SensiLog103(safe)) - static_cast<DOUBLE>(SensiLog103(other));
-    if (expType == AECAlgoExposureShort && pFrame->predictiveGain > 1.0f)
-    {
-        delta -= static_cast<DOUBLE>(SensiLog103(pFrame->predictiveGain));
-    }
-    return delta;
-}
-
-FLOAT CKIROConvergence::GetTriggerValue(const DataBankType& rBank) const
-{
-    CKIROBankManager& rBanks    = *m_rContextManager.m_pBankManager;
-    const bool        isIDValid = static_cast<UINT32>(rBank.dataID) < BankSlotCount;
-    switch (rBank.bankID)
-    {
-    case BankIDTriggers:
-        if (isIDValid)
-        {
-            return rBanks.GetDataTriggers(rBank.dataID)->value;
-        }
-        STATS_LOG_ERROR("KIROCONVRG Trigger bank dataID %d is not valid \n", rBank.dataID);
-        return 0.0f;
-    case BankIDStatsCalculator:
-        if (isIDValid)
-        {
-            return rBanks.GetDataStatsCalculator(rBank.dataID)->value;
-        }
-        STATS_LOG_ERROR("KIROCONVRG Stats cal bank dataID %d is not valid \n", rBank.dataID);
-        return 0.0f;
-    case BankIDSceneAnalyzer:
-        if (isIDValid)
-        {
-            return rBanks.GetDataSceneAnalyzer(rBank.dataID)->value.start;
-        }
-        STATS_LOG_ERROR("KIROCONVRG SA bank dataID %d is not valid \n", rBank.dataID);
-        return 0.0f;
-    default:
-        STATS_LOG_ERROR("KIROCONVRG Invalid bankID %d \n", rBank.bankID);
-        return 0.0f;
-    }
-}
-
-/// Step of the output grid, in log steps.
-FLOAT CKIROConvergence::GridStep() const
-{
-    const FLOAT step = m_pTuning->unitStepSize;
-    return (step > 0.0f && step <= 1.0f) ? step : DefaultGridStep;
-}
-
-FLOAT CKIROConvergence::PreviousShortStretch() const
-{
-    const AECFrameHistory* pPrevious = PreviousFrame();
-    return (pPrevious != nullptr) ? pPrevious->shortStretchOffset : 0.0f;
 }

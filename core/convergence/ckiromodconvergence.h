@@ -7,16 +7,12 @@
 #pragma once
 
 #include "core/base/ckirotriggerclasses.h"
-#include "core/base/statsdeque.h"
 #include "core/convergence/cconveventmanager.h"
-#include "core/convergence/smoothnode.h"
+#include "core/convergence/convergencestages.h"
 #include "core/modulecommon.h"
 #include "schema/kirodbconvbase.h"
 #include "schema/kirodbconvsettle.h"
 #include "schema/kirodbconvstretch.h"
-
-/// Tolerances below this land exactly on the target: 0 and 1.
-constexpr FLOAT LandingTolerance = 1.0000001f;
 
 /// Selects what GetExposureInfo returns.
 enum KIROConvExpInfoType : INT32
@@ -30,27 +26,17 @@ enum KIROConvExpInfoType : INT32
     KIROConvMax              = 6
 };
 
-/// Exposures in the log domain and what goes with them, before they are capped.
-struct KIROConvCoreOutput
+/// What lives from frame to frame, besides the memory of the events. All else starts anew with each frame, from the
+/// history.
+struct KIROConvState
 {
-    DOUBLE sensiLog103[3];
-    FLOAT  predGain;
-    FLOAT  shortStretchOffset;
+    UINT32                       scdID;            ///< the active scene change detector
+    UINT32                       settleCount;      ///< frames in a row in which Safe stood still
+    BOOL                         bSettleArray[3];  ///< Short and Long settled, and for Safe the brightness flag
+    SmoothNodeConvergenceContext smoothADRC;
+    SmoothNodeConvergenceContext smoothDarkBoost;
+    KIROStretchOutputDeque       tgtStretchOut;
 };
-
-/// One stretch, or the aggregate of several.
-struct KIROTargetStretchOutType
-{
-    FLOAT weight;
-    FLOAT stretchOffset;  ///< log steps
-    FLOAT comp;           ///< share of a negative stretch that the predictive gain makes up for
-    FLOAT tempWeight;     ///< weight of this frame in the temporal filter
-    BOOL  bBrightToDark;
-};
-
-constexpr UINT32 ConvStretchCountMax = 10;
-
-typedef Tavo::StatsDeque<KIROTargetStretchOutType, ConvStretchCountMax> KIROStretchOutputDeque;
 
 class CKIROConvergence : public ModuleCommon
 {
@@ -72,49 +58,30 @@ public:
 private:
     // The frame.
     KiroResult Initialize(const KIROConvergenceInput& rInput);
-    bool       RunStages();
-    bool       ConvBasedOnDirection();
+    bool       ConvBasedOnDirection() const;
     bool       IfRunConvBasedOnConditions();
-    bool       CheckRunConvConditions();
-    VOID       AdjustExpWithUnitStepSize(DOUBLE& rLogExp, UINT32 exposureType) const;
+    bool       CheckRunConvConditions() const;
+    bool       RunStages();
     VOID       PopulateOutput(KIROConvergenceOutput& rOutput);
-    VOID       CapExposure(KIROConvergenceOutput& rOutput);
+
+    // Stages, where more than values goes into one.
+    const kirodbconvbase::ConvBaseCoreDataType* SelectSpeeds();
+    KIROConvCoreOutput                          ComputeTargetStretchOutput(DOUBLE converged);
+    KIROLogExposures ComputeDRCConvergence(const convergencestages::MoveTuning& rTuning, DOUBLE safe);
+    FLOAT            ADRCGainTarget() const;
+    FLOAT            CalculateCompensationDarkBoostGain(const KIROConvergenceInput&  rInput,
+                                                        const KIROConvergenceOutput& rOutput) const;
 
     // What the stages read.
-    VOID                   UpdateDBTriggers();
-    VOID                   UpdateDBTriggersForNewTuning();
-    VOID                   SetTriggerTrees();
-    const AECFrameHistory* PreviousFrame() const;
-    DOUBLE                 GetExposureInfo(KIROConvExpInfoType type, UINT32 expType) const;
-    DOUBLE                 DRCPrevDelta(UINT32 expType) const;
-    FLOAT                  GetTriggerValue(const DataBankType& rBank) const;
-    FLOAT                  GridStep() const;
-    FLOAT                  PreviousShortStretch() const;
-
-    // Stages.
-    VOID   ComputeBasicSafeConvergence();
-    bool   IsSafeSettledInTolerance(DOUBLE tgtPreviousDelta) const;
-    DOUBLE BasicSafeDelta(DOUBLE tgtMatchedDelta, DOUBLE tgtPreviousDelta, DOUBLE previous) const;
-    VOID   ComputeDRCConvergence();
-    VOID   DRCDeltaConvergence(UINT32 expType, FLOAT speed);
-    DOUBLE DRCMovedOutput(UINT32 expType, FLOAT speed, DOUBLE desiredDelta, DOUBLE inputDelta) const;
-    VOID   ConvergeSmoothNode(AECAlgoExposureType exposureType);
-    FLOAT  ADRCGainTarget() const;
-    VOID   ComputeTargetStretchOutput();
-    UINT32 StretchCount() const;
-    VOID   ComputeStretch(UINT32 index);
-    VOID   AggregateStretchOutput(KIROTargetStretchOutType& rAggOut);
-    VOID   AverageStretches(KIROTargetStretchOutType& rAggOut, BOOL bBrightToDark) const;
-    VOID   SortStretches();
-    INT32  SelectByWeight(BOOL bBrightToDark) const;
-    INT32  SelectByEffect(BOOL bBrightToDark) const;
-    VOID   ComputeStretchOffset(const KIROTargetStretchOutType& rAggOut, FLOAT& rShortStretchOffset,
-                                FLOAT& rSafeStretchOffset, FLOAT& rPredGain) const;
-    VOID   DRCStretchAggregator();
-    VOID   JoinDRCAndStretch(FLOAT stretchRatio, FLOAT drcRatio);
-    VOID   AdoptDRCOutput();
-    VOID   CalculateCompensationDarkBoostGain(const KIROConvergenceInput& rInput, KIROConvergenceOutput& rOutput) const;
-    FLOAT  ConvergeDarkCompensation(const KIROConvergenceInput& rInput, const AECFrameHistory& rPrevious) const;
+    VOID                            UpdateDBTriggers();
+    VOID                            UpdateDBTriggersForNewTuning();
+    VOID                            SetTriggerTrees();
+    const AECFrameHistory*          PreviousFrame() const;
+    DOUBLE                          GetExposureInfo(KIROConvExpInfoType type, UINT32 expType) const;
+    DOUBLE                          DRCPrevDelta(UINT32 expType) const;
+    convergencestages::ExposureMove MoveOf(UINT32 expType) const;
+    FLOAT                           GetTriggerValue(const DataBankType& rBank) const;
+    bool                            IsLongCompensated() const;
 
     // After the frame.
     VOID ApplyAdvancedSettle(BOOL* pSettleStatus) const;
@@ -122,29 +89,22 @@ private:
     VOID SetConvOutputToDB(const KIROConvergenceOutput& rOutput);
     VOID PopulateDebugData(const KIROConvergenceOutput& rOutput) const;
 
-    KIROConvTempInput      m_input;
-    KIROArbitratedLimits   m_range;   ///< a copy: the host may let its own go before the frame's debug data are written
-    KIROArbitratedLimits*  m_pRange;  ///< that, null for a frame without limits
-    KIROConvCoreOutput     m_output;
-    DOUBLE                 m_DRCOutput[3];   ///< the DRC branch's own result
-    KIROStretchOutputDeque m_tgtStretchOut;  ///< written by index; slots keep what they held
+    // The frame's, until the next one.
+    KIROConvTempInput     m_input;
+    KIROArbitratedLimits  m_range;   ///< a copy: the host may let its own go before the frame's debug data are written
+    KIROArbitratedLimits* m_pRange;  ///< that, null for a frame without limits
+    KIROConvCoreOutput    m_output;
+    BOOL                  m_bIsTargetFixed;
 
     const kiroconvergence::KIROConvergenceType*    m_pTuning;
     const kirodbconvbase::DBConvBasePayload*       m_pConvBase;
     const kirodbconvstretch::DBConvStretchPayload* m_pConvStretch;
     const kirodbconvsettle::DBConvSettlePayload*   m_pConvSettle;
-    const kirodbconvbase::ConvBaseCoreDataType*    m_pBaseCoreData;
+    const kirodbconvbase::ConvBaseCoreDataType*    m_pBaseCoreData;  ///< null until the speed law has run
 
-    CKIROConvBase                m_triggerBase;
-    CKIROConvSettle              m_triggerSettle;
-    CKIROConvStretch             m_triggerStretch[ConvStretchCountMax];
-    UINT32                       m_scdID;  ///< the active scene change detector
-    BOOL                         m_bBrightnessSettle;
-    BOOL                         m_bSettle;
-    BOOL                         m_bSettleArray[3];  ///< Short and Long settled, and for Safe the brightness flag
-    UINT32                       m_settleCount;
-    CConvEventManager            m_convEventManager;
-    BOOL                         m_bIsTargetFixed;
-    SmoothNodeConvergenceContext m_smoothADRC;
-    SmoothNodeConvergenceContext m_smoothDarkBoost;
+    CKIROConvBase     m_triggerBase;
+    CKIROConvSettle   m_triggerSettle;
+    CKIROConvStretch  m_triggerStretch[ConvStretchCountMax];
+    CConvEventManager m_convEventManager;
+    KIROConvState     m_state;
 };

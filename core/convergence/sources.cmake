@@ -1,7 +1,11 @@
 add_room(kiro_core_convergence
     core/convergence/cconveventmanager.cpp
+    core/convergence/ckiroconvdarkboost.cpp
     core/convergence/ckiroconvdebugdata.cpp
     core/convergence/ckiroconvdrc.cpp
+    core/convergence/ckiroconvinputs.cpp
+    core/convergence/ckiroconvjoin.cpp
+    core/convergence/ckiroconvlimits.cpp
     core/convergence/ckiroconvsafe.cpp
     core/convergence/ckiroconvsettle.cpp
     core/convergence/ckiroconvstretch.cpp
