@@ -1,5 +1,8 @@
 // Keeping the gain and time of a reference frame as far as a snapshot's exposure allows.
 
+#include <array>
+#include <optional>
+
 #include "core/arbitration/arbitrationutils.h"
 #include "core/arbitration/ckiromodarbitration.h"
 #include "core/base/exposurearithmetic.h"
@@ -10,9 +13,14 @@
 using namespace kiroarbitration;
 using kirodbarbitrationtable::AECExpIncGain;
 using kirodbarbitrationtable::AECExpIncTime;
+using kirodbarbitrationtable::ExposureIncPrioType;
+using kirodbarbitrationtable::ExposureKneeType;
 
 namespace
 {
+
+/// A table of two knees.
+using KneePair = std::array<ExposureKneeType, 2>;
 
 const ArbitrationReferenceType* FindReference(const KIROArbitrationType* pTuning, INT32 dataID)
 {
@@ -29,6 +37,51 @@ const ArbitrationReferenceType* FindReference(const KIROArbitrationType* pTuning
 AECAlgoExposureType ReferenceExposureType(KIROExposureSelection selection)
 {
     return exposurearithmetic::ExposureTypeOfSelection(selection, AECAlgoExposureLong);
+}
+
+DOUBLE ProductOf(const ExposureKneeType& rKnee)
+{
+    return static_cast<DOUBLE>(rKnee.gain) * static_cast<DOUBLE>(rKnee.time);
+}
+
+/// @param first what grows first on the way up to an end above the reference
+/// @return the knees between which the target lies, lower one first; none, with a log, for a target beyond the end
+std::optional<KneePair> KneesTowards(DOUBLE targetExposure, const ExposureKneeType& rReference,
+                                     const ExposureKneeType& rEnd, ExposureIncPrioType first)
+{
+    const DOUBLE referenceExposure = ProductOf(rReference);
+    const DOUBLE endExposure       = ProductOf(rEnd);
+    KneePair     knees             = {rReference, rEnd};
+    if (referenceExposure < targetExposure)
+    {
+        if (targetExposure > endExposure * exposurearithmetic::SameRatioHigh)
+        {
+            STATS_LOG_ERROR("error: ref exposure %.0f target exposure %.0f exceeds end exposure %.0f end gain %f end "
+                            "time %llu",
+                            referenceExposure, targetExposure, endExposure, rEnd.gain, rEnd.time);
+            return std::nullopt;
+        }
+        STATS_LOG_TRACE("increase start gain %.3f time %llu end %.3f time %llu", knees[0].gain, knees[0].time,
+                        knees[1].gain, knees[1].time);
+    }
+    else
+    {
+        if (targetExposure < endExposure * exposurearithmetic::SameRatioLow)
+        {
+            STATS_LOG_ERROR("error: ref exposure %.0f target exposure %.0f smaller than end exposure %.0f end gain %f "
+                            "end time %llu",
+                            referenceExposure, targetExposure, endExposure, rEnd.gain, rEnd.time);
+            return std::nullopt;
+        }
+        // Going down undoes first what going up would raise first.
+        knees = {rEnd, rReference};
+        first = (first != AECExpIncGain) ? AECExpIncGain : AECExpIncTime;
+        STATS_LOG_TRACE("decrease start gain %.3f time %llu end %.3f time %llu", knees[0].gain, knees[0].time,
+                        knees[1].gain, knees[1].time);
+    }
+    knees[0].incrementPriority = first;
+    knees[1].incrementPriority = first;
+    return knees;
 }
 
 }  // namespace
@@ -62,10 +115,7 @@ KiroResult CKIROArbitration::MatchControlHistory(KIROExposureSetType* pOutExposu
     }
 
     const KIROExposureSetType& rCurrent = CurrentExposure();
-    const DOUBLE referenceExposure      = static_cast<DOUBLE>(refKnee.gain) * static_cast<DOUBLE>(refKnee.time);
-    const DOUBLE endExposure            = static_cast<DOUBLE>(endKnee.gain) * static_cast<DOUBLE>(endKnee.time);
-    const DOUBLE targetExposure         = static_cast<DOUBLE>(rCurrent.exposure);
-    if (exposurearithmetic::IsSameExposure(exposurearithmetic::SaturateToUINT64(referenceExposure), rCurrent.exposure))
+    if (exposurearithmetic::IsSameExposure(exposurearithmetic::SaturateToUINT64(ProductOf(refKnee)), rCurrent.exposure))
     {
         pOutExposure->time     = refKnee.time;
         pOutExposure->gain     = refKnee.gain;
@@ -73,47 +123,17 @@ KiroResult CKIROArbitration::MatchControlHistory(KIROExposureSetType* pOutExposu
         pOutExposure->exposure = exposurearithmetic::UtilQuantities2Exposure(refKnee.gain, refKnee.time, rCurrent.corr);
         return 0;
     }
-
-    ExposureKneeType  knees[2];
+    std::optional<KneePair> knees = KneesTowards(static_cast<DOUBLE>(rCurrent.exposure), refKnee, endKnee,
+                                                 pReference->endSettings.quantityToModifyFirst);
+    if (!knees)
+    {
+        return 0;
+    }
     ExposureTableType table{};
     table.correction    = rCurrent.corr;
-    table.expKneesCount = 2;
-    table.expKnees      = knees;
-    if (referenceExposure < targetExposure)
-    {
-        if (targetExposure > endExposure * exposurearithmetic::SameRatioHigh)
-        {
-            STATS_LOG_ERROR("error: ref exposure %.0f target exposure %.0f exceeds end exposure %.0f end gain %f end "
-                            "time %llu",
-                            referenceExposure, targetExposure, endExposure, endKnee.gain, endKnee.time);
-            return 0;
-        }
-        knees[0]                   = refKnee;
-        knees[1]                   = endKnee;
-        knees[0].incrementPriority = pReference->endSettings.quantityToModifyFirst;
-        STATS_LOG_TRACE("increase start gain %.3f time %llu end %.3f time %llu", knees[0].gain, knees[0].time,
-                        knees[1].gain, knees[1].time);
-    }
-    else
-    {
-        if (targetExposure < endExposure * exposurearithmetic::SameRatioLow)
-        {
-            STATS_LOG_ERROR("error: ref exposure %.0f target exposure %.0f smaller than end exposure %.0f end gain %f "
-                            "end time %llu",
-                            referenceExposure, targetExposure, endExposure, endKnee.gain, endKnee.time);
-            return 0;
-        }
-        // Going down undoes first what going up would raise first.
-        knees[0] = endKnee;
-        knees[1] = refKnee;
-        knees[0].incrementPriority =
-            (pReference->endSettings.quantityToModifyFirst != AECExpIncGain) ? AECExpIncGain : AECExpIncTime;
-        STATS_LOG_TRACE("decrease start gain %.3f time %llu end %.3f time %llu", knees[0].gain, knees[0].time,
-                        knees[1].gain, knees[1].time);
-    }
-    knees[1].incrementPriority = knees[0].incrementPriority;
-
-    result = ApplyCoreTable(pOutExposure, &table, rCurrent.exposure);
+    table.expKneesCount = static_cast<UINT32>(knees->size());
+    table.expKnees      = knees->data();
+    result              = ApplyCoreTable(pOutExposure, &table, rCurrent.exposure);
     return result | UtilMakeTableExposureFit(pOutExposure, &m_pIn->range);
 }
 
