@@ -140,7 +140,7 @@ ExposureMove CKIROConvergence::MoveOf(UINT32 expType) const
             .tgtPreviousDelta = GetExposureInfo(KIROConvTgtPreviousDelta, expType),
             .drcCurrDelta     = GetExposureInfo(KIROConvDRCCurrDelta, expType),
             .drcPrevDelta     = GetExposureInfo(KIROConvDRCPrevDelta, expType),
-            .isSettled        = m_state.bSettleArray[expType] == TRUE};
+            .isSettled        = m_bSettleArray[expType] == TRUE};
 }
 
 FLOAT CKIROConvergence::GetTriggerValue(const DataBankType& rBank) const

@@ -52,19 +52,19 @@ VOID CKIROConvergence::RunConvSettle(KIROConvergenceOutput& rOutput)
     }
     ApplyAdvancedSettle(bSettleStatus);
 
-    m_state.settleCount       = (bSettleStatus[AECAlgoExposureSafe] == TRUE) ? m_state.settleCount + 1 : 0;
-    rOutput.bBrightnessSettle = (m_state.settleCount > pBaseSettleTh->settleCountTh) ? TRUE : FALSE;
+    m_settleCount             = (bSettleStatus[AECAlgoExposureSafe] == TRUE) ? m_settleCount + 1 : 0;
+    rOutput.bBrightnessSettle = (m_settleCount > pBaseSettleTh->settleCountTh) ? TRUE : FALSE;
     rOutput.bSettle           = (rOutput.bBrightnessSettle == TRUE && bSettleStatus[AECAlgoExposureShort] == TRUE &&
                        bSettleStatus[AECAlgoExposureLong] == TRUE)
                                     ? TRUE
                                     : FALSE;
-    m_state.bSettleArray[AECAlgoExposureShort] = bSettleStatus[AECAlgoExposureShort];
-    m_state.bSettleArray[AECAlgoExposureLong]  = bSettleStatus[AECAlgoExposureLong];
-    m_state.bSettleArray[AECAlgoExposureSafe]  = rOutput.bBrightnessSettle;
+    m_bSettleArray[AECAlgoExposureShort] = bSettleStatus[AECAlgoExposureShort];
+    m_bSettleArray[AECAlgoExposureLong]  = bSettleStatus[AECAlgoExposureLong];
+    m_bSettleArray[AECAlgoExposureSafe]  = rOutput.bBrightnessSettle;
     STATS_LOG_TRACE("KIROCONVRG Settle (Safe:%d Short:%d Long:%d), bSettle:%d, bBrightSettle:%d, settleCnt:%d, "
                     "cntTh:%d.",
                     bSettleStatus[AECAlgoExposureSafe], bSettleStatus[AECAlgoExposureShort],
-                    bSettleStatus[AECAlgoExposureLong], rOutput.bSettle, rOutput.bBrightnessSettle, m_state.settleCount,
+                    bSettleStatus[AECAlgoExposureLong], rOutput.bSettle, rOutput.bBrightnessSettle, m_settleCount,
                     pBaseSettleTh->settleCountTh);
 }
 
@@ -94,10 +94,10 @@ VOID CKIROConvergence::RunConvPostProcess(KIROConvergenceOutput& rOutput)
     {
         ClearSettledEvents();
         KIROSCDOutput output{};
-        (VOID) m_rContextManager.GetSCDOutput(m_state.scdID, output);
+        (VOID) m_rContextManager.GetSCDOutput(m_scdID, output);
         if (output.htState == KIROHoldTimeEnd)
         {
-            m_rContextManager.RebaseSCD(m_state.scdID);
+            m_rContextManager.RebaseSCD(m_scdID);
         }
     }
     SetConvOutputToDB(rOutput);

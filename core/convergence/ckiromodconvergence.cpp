@@ -33,7 +33,8 @@ FLOAT RatioOfTargets(UINT64 numerator, UINT64 denominator)
 CKIROConvergence::CKIROConvergence(StatsTuningData& rTuningData, IKIROContextManager& rContextManager)
     : ModuleCommon(rTuningData, rContextManager), m_input{}, m_range{}, m_pRange(nullptr), m_output{},
       m_bIsTargetFixed(FALSE), m_pTuning(nullptr), m_pConvBase(nullptr), m_pConvStretch(nullptr),
-      m_pConvSettle(nullptr), m_pBaseCoreData(nullptr), m_convEventManager(rContextManager), m_state{}
+      m_pConvSettle(nullptr), m_pBaseCoreData(nullptr), m_scdID(0),
+      m_settleCount(0), m_bSettleArray{}, m_smoothADRC{}, m_smoothDarkBoost{}, m_convEventManager(rContextManager)
 {
     m_moduleID = tuningaccess::Require_kiroconvergence(rTuningData).moduleID;
 }
@@ -117,7 +118,7 @@ const kirodbconvbase::ConvBaseCoreDataType* CKIROConvergence::SelectSpeeds()
 KIROConvCoreOutput CKIROConvergence::ComputeTargetStretchOutput(DOUBLE converged)
 {
     const auto& rTuning = m_pConvStretch->value;
-    m_state.tgtStretchOut.clear();
+    m_tgtStretchOut.clear();
     for (UINT32 index = 0; index < StretchCount(rTuning); ++index)
     {
         const auto& rStretch = rTuning.convStretch[index];
@@ -125,10 +126,10 @@ KIROConvCoreOutput CKIROConvergence::ComputeTargetStretchOutput(DOUBLE converged
             static_cast<const kirodbconvstretch::ConvStretchCoreDataType*>(m_triggerStretch[index].GetData(
                 GetTriggerValue(rStretch.trigger1DataBank), GetTriggerValue(rStretch.trigger2DataBank),
                 GetTriggerValue(rStretch.trigger3DataBank)));
-        SetStretch(rStretch.stretchType, *pData, m_state.tgtStretchOut[index]);
+        SetStretch(rStretch.stretchType, *pData, m_tgtStretchOut[index]);
     }
     const BOOL bBrightToDark = (GetExposureInfo(KIROConvTgtMatchDelta, AECAlgoExposureSafe) < 0.0) ? TRUE : FALSE;
-    const KIROTargetStretchOutType aggOut = AggregateStretchOutput(rTuning, bBrightToDark, m_state.tgtStretchOut);
+    const KIROTargetStretchOutType aggOut = AggregateStretchOutput(rTuning, bBrightToDark, m_tgtStretchOut);
     const StretchOffsets           offsets =
         ComputeStretchOffset(aggOut, PreviousFrame()->shortStretchOffset, GridStep(m_pTuning->unitStepSize));
 
@@ -144,15 +145,15 @@ KIROLogExposures CKIROConvergence::ComputeDRCConvergence(const MoveTuning& rTuni
     DOUBLE* pTargets = m_input.sensiLog103;
     if (m_pTuning->smoothADRC.enableSmoothDRC == TRUE)
     {
-        pTargets[AECAlgoExposureShort] = ConvergeSmoothNode(AECAlgoExposureShort, m_pTuning->smoothADRC,
-                                                            ADRCGainTarget(), pTargets, m_state.smoothADRC);
+        pTargets[AECAlgoExposureShort] =
+            ConvergeSmoothNode(AECAlgoExposureShort, m_pTuning->smoothADRC, ADRCGainTarget(), pTargets, m_smoothADRC);
     }
     if (m_pTuning->smoothDarkBoost.enableSmoothDRC == TRUE)
     {
         const FLOAT gainTarget =
             RatioOfTargets(m_input.exposures[AECAlgoExposureLong], m_input.exposures[AECAlgoExposureSafe]);
         pTargets[AECAlgoExposureLong] = ConvergeSmoothNode(AECAlgoExposureLong, m_pTuning->smoothDarkBoost, gainTarget,
-                                                           pTargets, m_state.smoothDarkBoost);
+                                                           pTargets, m_smoothDarkBoost);
     }
     KIROLogExposures output;
     output[AECAlgoExposureSafe] = safe;
@@ -231,7 +232,7 @@ bool CKIROConvergence::IfRunConvBasedOnConditions()
     const auto* pActive = m_rContextManager.m_pBankManager->GetDataConvActiveSCD(0);
     if (pActive != nullptr)
     {
-        m_state.scdID = pActive->SCDID;
+        m_scdID = pActive->SCDID;
     }
     if (CheckRunConvConditions())
     {
@@ -239,7 +240,7 @@ bool CKIROConvergence::IfRunConvBasedOnConditions()
     }
     // A detector that nobody knows does not hold convergence.
     KIROSCDOutput output{};
-    (VOID) m_rContextManager.GetSCDOutput(m_state.scdID, output);
+    (VOID) m_rContextManager.GetSCDOutput(m_scdID, output);
     return output.htState != KIROHoldTimeOn;
 }
 

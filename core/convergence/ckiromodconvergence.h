@@ -26,18 +26,6 @@ enum KIROConvExpInfoType : INT32
     KIROConvMax              = 6
 };
 
-/// What lives from frame to frame, besides the memory of the events. All else starts anew with each frame, from the
-/// history.
-struct KIROConvState
-{
-    UINT32                       scdID;            ///< the active scene change detector
-    UINT32                       settleCount;      ///< frames in a row in which Safe stood still
-    BOOL                         bSettleArray[3];  ///< Short and Long settled, and for Safe the brightness flag
-    SmoothNodeConvergenceContext smoothADRC;
-    SmoothNodeConvergenceContext smoothDarkBoost;
-    KIROStretchOutputDeque       tgtStretchOut;
-};
-
 class CKIROConvergence : public ModuleCommon
 {
 public:
@@ -102,9 +90,16 @@ private:
     const kirodbconvsettle::DBConvSettlePayload*   m_pConvSettle;
     const kirodbconvbase::ConvBaseCoreDataType*    m_pBaseCoreData;  ///< null until the speed law has run
 
-    CKIROConvBase     m_triggerBase;
-    CKIROConvSettle   m_triggerSettle;
-    CKIROConvStretch  m_triggerStretch[ConvStretchCountMax];
-    CConvEventManager m_convEventManager;
-    KIROConvState     m_state;
+    CKIROConvBase    m_triggerBase;
+    CKIROConvSettle  m_triggerSettle;
+    CKIROConvStretch m_triggerStretch[ConvStretchCountMax];
+
+    // What lives from frame to frame. All else starts anew with each frame, from the history.
+    UINT32                       m_scdID;            ///< the active scene change detector
+    UINT32                       m_settleCount;      ///< frames in a row in which Safe stood still
+    BOOL                         m_bSettleArray[3];  ///< Short and Long settled, and for Safe the brightness flag
+    SmoothNodeConvergenceContext m_smoothADRC;
+    SmoothNodeConvergenceContext m_smoothDarkBoost;
+    KIROStretchOutputDeque       m_tgtStretchOut;
+    CConvEventManager            m_convEventManager;
 };
