@@ -4,7 +4,7 @@
 
 #include "parameters/modeentry.h"
 
-class ParameterSetManager;
+class ParameterStore;
 
 /// Goes from the root down, one step per level that the branch names. Selectors of one level form a run, and a step
 /// takes a run as a whole.
@@ -14,9 +14,8 @@ public:
     /// @param pCaller for the error about a selector that is not valid
     /// @param pRoot   where the first selector, which is Default, leads
     /// @param pBranch may be null, which leads to the root
-    BranchWalk(ParameterSetManager& rManager, const CHAR* pCaller, ModeEntry* pRoot, const TuningMode* pBranch,
-               UINT32 count)
-        : m_rManager(rManager), m_pCaller(pCaller), m_pMode(pRoot), m_pBranch(pBranch),
+    BranchWalk(ParameterStore& rStore, const CHAR* pCaller, ModeEntry* pRoot, const TuningMode* pBranch, UINT32 count)
+        : m_rStore(rStore), m_pCaller(pCaller), m_pMode(pRoot), m_pBranch(pBranch),
           m_count((pBranch != nullptr) ? count : 0)
     {
     }
@@ -38,11 +37,11 @@ public:
     }
 
 private:
-    ParameterSetManager& m_rManager;
-    const CHAR*          m_pCaller;
-    ModeEntry*           m_pMode;
-    const TuningMode*    m_pBranch;
-    UINT32               m_count;
-    UINT32               m_index = 1;
-    bool                 m_lost  = false;
+    ParameterStore&   m_rStore;
+    const CHAR*       m_pCaller;
+    ModeEntry*        m_pMode;
+    const TuningMode* m_pBranch;
+    UINT32            m_count;
+    UINT32            m_index = 1;
+    bool              m_lost  = false;
 };

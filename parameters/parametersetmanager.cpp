@@ -1,32 +1,51 @@
 #include "parameters/parametersetmanager.h"
 
 #include <algorithm>
-#include <cstdarg>
-#include <cstdio>
+#include <vector>
 
-#include "parameters/live/parametervernierworker.h"
-#include "parameters/parameterfilesymboltable.h"
+#include "parameters/binaryfileformat.h"
+#include "parameters/modepaths.h"
+#include "parameters/parameterbinaryfile.h"
+#include "parameters/parameterstore.h"
+#include "parameters/parameterutils.h"
 #include "parameters/tablemodule.h"
 #include "schema/modules.h"
+#include "schema/namehash.h"
+
+namespace
+{
+
+/// All instances are made by the default instances of the store.
+VOID* RecordOf(ParameterModule* pModule)
+{
+    return (pModule != nullptr) ? static_cast<TableModule*>(pModule)->Record() : nullptr;
+}
+
+/// The selectors of a path; none if it is not clean.
+std::vector<TuningMode> BranchOf(const CHAR* pPath)
+{
+    std::vector<TuningMode> branch;
+    if (!ModePaths::GetModeBranchFromPath(pPath, branch))
+    {
+        branch.clear();
+    }
+    return branch;
+}
+
+}  // namespace
 
 ParameterSetManager::ParameterSetManager(const CHAR* pName, std::span<const tuning::ModuleDescription> modules,
                                          const Options& rOptions)
-    : m_pMain(nullptr), m_modeTableIndex(0), m_options(rOptions), m_name((pName != nullptr) ? pName : ""),
-      m_modules(modules)
+    : m_pOwnStore(std::make_unique<ParameterStore>(*this, pName, modules, rOptions)), m_rStore(*m_pOwnStore),
+      m_tableIndex(0)
 {
-    PublishLoggingIdentifier(m_name);
-    for (const tuning::ModuleDescription& rDescription : modules)
-    {
-        AddDefaultModule(TableModule::Make(rDescription, nullptr));
-    }
-    if (rOptions.liveTuning)
-    {
-        m_pWorker = std::make_unique<ParameterVernierWorker>(this);
-    }
 }
 
 ParameterSetManager::ParameterSetManager(ParameterSetManager* pMain, BYTE tableIndex)
-    : m_pMain(pMain), m_modeTableIndex(tableIndex)
+    : m_pOwnStore((pMain == nullptr) ? std::make_unique<ParameterStore>(
+                                           *this, nullptr, std::span<const tuning::ModuleDescription>(), Options())
+                                     : nullptr),
+      m_rStore((pMain != nullptr) ? pMain->m_rStore : *m_pOwnStore), m_tableIndex(tableIndex)
 {
 }
 
@@ -34,25 +53,57 @@ ParameterSetManager::~ParameterSetManager()
 {
     StopLiveTuning();
     ParameterLogging::Write(this, ParameterLogging::Debug, "ParameterSetManager deleting\n");
-    if (IsDerived())
-    {
-        return;
-    }
-    const std::lock_guard<ParameterMutex> lock(m_dataMutex);
-    m_replacedModules.clear();
-    FreeReplacedParameters();
-    FreeBinaryParameters();
-    m_merged.clear();
+    m_pOwnStore.reset();  // while its log lines can still ask this manager
 }
 
 ParameterSetManager* ParameterSetManager::GetMainSetManager()
 {
-    ParameterSetManager* pManager = this;
-    while (pManager->m_pMain != nullptr)
-    {
-        pManager = pManager->m_pMain;
-    }
-    return pManager;
+    return &m_rStore.Manager();
+}
+
+bool ParameterSetManager::LoadBinaryParameters(const CHAR* pFileName)
+{
+    return m_rStore.LoadBinaryParameters(pFileName);
+}
+
+bool ParameterSetManager::LoadBinaryParameters(const BYTE* pBuffer, UINT64 length)
+{
+    return m_rStore.LoadBinaryParameters(pBuffer, length);
+}
+
+bool ParameterSetManager::ReloadBinaryParameters(bool bufferMode)
+{
+    return m_rStore.ReloadBinaryParameters(bufferMode);
+}
+
+bool ParameterSetManager::UpdateParameters(std::unique_ptr<ParameterSetManager> pOther)
+{
+    return m_rStore.UpdateParameters(std::move(pOther));
+}
+
+VOID ParameterSetManager::SetError(const CHAR* pText, const ModuleData* pModuleData)
+{
+    m_rStore.SetError(pText, pModuleData);
+}
+
+std::string ParameterSetManager::GetErrorText() const
+{
+    return m_rStore.GetErrorText();
+}
+
+const CHAR* ParameterSetManager::GetLoggingIdentifier() const
+{
+    return m_rStore.GetLoggingIdentifier();
+}
+
+bool ParameterSetManager::LoggingEnabled(ParameterLogging::ParameterLogLevel level) const
+{
+    return m_rStore.LoggingEnabled(level);
+}
+
+ParameterMutex& ParameterSetManager::GetDataMutex()
+{
+    return m_rStore.DataMutex();
 }
 
 VOID ParameterSetManager::AddDefaultModule(std::unique_ptr<ParameterModule> pModule)
@@ -62,20 +113,12 @@ VOID ParameterSetManager::AddDefaultModule(std::unique_ptr<ParameterModule> pMod
         SetError("AddDefaultModule called on a derived set manager object");
         return;
     }
-    const UINT64 nameHash      = pModule->NameHash;
-    m_defaultModules[nameHash] = std::make_unique<DefaultModule>(std::move(pModule));
-}
-
-DefaultModule* ParameterSetManager::FindDefaultModule(UINT64 nameHash)
-{
-    const auto& rModules = GetMainSetManager()->m_defaultModules;
-    const auto  found    = rModules.find(nameHash);
-    return (found != rModules.end()) ? found->second.get() : nullptr;
+    m_rStore.AddDefaultModule(std::move(pModule));
 }
 
 DefaultModule* ParameterSetManager::GetDefaultModule(UINT64 nameHash)
 {
-    DefaultModule* pModule = FindDefaultModule(nameHash);
+    DefaultModule* pModule = m_rStore.FindDefaultModule(nameHash);
     if (pModule == nullptr)
     {
         ParameterLogging::Write(this, ParameterLogging::Error, "Failed to find module 0x%llx in DefaultModuleMap\n",
@@ -84,124 +127,24 @@ DefaultModule* ParameterSetManager::GetDefaultModule(UINT64 nameHash)
     return pModule;
 }
 
-VOID ParameterSetManager::SetError(const CHAR* pText, const ModuleData* pModuleData)
+VOID ParameterSetManager::SaveAndClearModules()
 {
-    if (IsDerived())
-    {
-        m_pMain->SetError(pText, pModuleData);
-        return;
-    }
-    CHAR text[BinaryFileFormat::MaxErrorText];
-    if (pModuleData == nullptr)
-    {
-        std::snprintf(text, sizeof(text), "%s", pText);
-    }
-    else
-    {
-        const auto&          rVersion = pModuleData->Version.Version;
-        const DefaultModule* pModule  = FindDefaultModule(pModuleData->NameHash);
-        if (pModule != nullptr)
-        {
-            std::snprintf(text, sizeof(text), "%s Name: %s, Major: %u, Minor: %u, Patch: %u, Mode: %u", pText,
-                          pModule->DefaultInstance().GetModuleName(), rVersion.Major, rVersion.Minor, rVersion.Patch,
-                          pModuleData->ModeId);
-        }
-        else
-        {
-            std::snprintf(text, sizeof(text), "%s Name Hash: %llx, Major: %u, Minor: %u, Patch: %u, Mode: %u", pText,
-                          pModuleData->NameHash, rVersion.Major, rVersion.Minor, rVersion.Patch, pModuleData->ModeId);
-        }
-    }
-    ParameterLogging::Write(this, ParameterLogging::Error, "%s", text);
-    const std::lock_guard<std::mutex> lock(m_errorMutex);
-    m_errorText = text;
+    m_rStore.SaveAndClearModules();
 }
 
-VOID ParameterSetManager::Refuse(const CHAR* pFormat, ...)
+VOID ParameterSetManager::SaveAndClearModule(DefaultModule* pModule)
 {
-    CHAR    text[BinaryFileFormat::MaxErrorText];
-    va_list arguments;
-    va_start(arguments, pFormat);
-    std::vsnprintf(text, sizeof(text), pFormat, arguments);
-    va_end(arguments);
-    ParameterLogging::Write(this, ParameterLogging::Error, "%s", text);
-
-    std::string reason(text);
-    if (reason.ends_with('\n'))
-    {
-        reason.pop_back();
-    }
-    const std::lock_guard<std::mutex> lock(m_errorMutex);
-    m_errorText = std::move(reason);
-}
-
-std::string ParameterSetManager::GetErrorText() const
-{
-    if (IsDerived())
-    {
-        return m_pMain->GetErrorText();
-    }
-    const std::lock_guard<std::mutex> lock(m_errorMutex);
-    return m_errorText;
-}
-
-const CHAR* ParameterSetManager::GetLoggingIdentifier() const
-{
-    return IsDerived() ? m_pMain->GetLoggingIdentifier() : m_pLoggingIdentifier.load(std::memory_order_acquire);
-}
-
-VOID ParameterSetManager::PublishLoggingIdentifier(const std::string& rText)
-{
-    // Texts of a set stay in place until it goes, and a reload mostly brings back one that is there.
-    m_pLoggingIdentifier.store(m_loggingIdentifiers.insert(rText).first->c_str(), std::memory_order_release);
-}
-
-ParameterMutex& ParameterSetManager::GetDataMutex()
-{
-    return GetMainSetManager()->m_dataMutex;
-}
-
-bool ParameterSetManager::LoggingEnabled(ParameterLogging::ParameterLogLevel level) const
-{
-    if (IsDerived())
-    {
-        return m_pMain->LoggingEnabled(level);
-    }
-    switch (level)
-    {
-    case ParameterLogging::Error:
-        return m_options.logErrors;
-    case ParameterLogging::Warning:
-        return m_options.logWarnings;
-    case ParameterLogging::Debug:
-        return m_options.logDebug;
-    default:
-        return true;
-    }
+    m_rStore.SaveAndClearModule(pModule);
 }
 
 UINT32 ParameterSetManager::GetModeTableCount() const
 {
-    if (IsDerived())
-    {
-        return m_pMain->GetModeTableCount();
-    }
-    const std::lock_guard<ParameterMutex> lock(m_dataMutex);
-    return static_cast<UINT32>(m_content.modeTables.size());
+    return m_rStore.GetModeTableCount();
 }
 
 VOID ParameterSetManager::GetModeTableNames(PList<const CHAR*>& rList) const
 {
-    if (IsDerived())
-    {
-        m_pMain->GetModeTableNames(rList);
-        return;
-    }
-    const std::lock_guard<ParameterMutex> lock(m_dataMutex);
-    for (const auto& rpTable : m_content.modeTables)
-    {
-        rList.Add(rpTable->Name.c_str());
-    }
+    m_rStore.GetModeTableNames(rList);
 }
 
 bool ParameterSetManager::HasTableForDerived(BYTE tableIndex) const
@@ -222,7 +165,7 @@ bool ParameterSetManager::FindTableForDerived(const CHAR* pTableName, BYTE& rTab
         return false;
     }
     constexpr UINT32                      MaxTables = 256;  // what mode IDs and callers can address
-    const std::lock_guard<ParameterMutex> lock(GetMainSetManager()->m_dataMutex);
+    const std::lock_guard<ParameterMutex> lock(m_rStore.DataMutex());
     PList<const CHAR*>                    names;
     GetModeTableNames(names);
     for (UINT32 index = 0; index < std::min(names.Count(), MaxTables); ++index)
@@ -236,4 +179,206 @@ bool ParameterSetManager::FindTableForDerived(const CHAR* pTableName, BYTE& rTab
     ParameterLogging::Write(this, ParameterLogging::Error, "%s unable to find mode table %s\n", "CreateSetManager",
                             pTableName);
     return false;
+}
+
+bool ParameterSetManager::ModeTableEntryExists(const CHAR* pFileName, const CHAR* pTableName)
+{
+    if (pTableName == nullptr)
+    {
+        return false;
+    }
+    ParameterBinaryFile file(pFileName, nullptr);
+    const TuningBlock   pWhole = file.Read(0, file.Length());
+    BinaryFileHeader    header;
+    BinaryFileSections  sections;
+    UINT64              position = 0;
+    std::string         errorText;
+    if (pWhole == nullptr ||
+        !BinaryFileFormat::ReadHeader(pWhole.get(), file.Length(), position, header, errorText, nullptr) ||
+        header.Version.Version.Major < BinaryFileFormat::MultiModeTableVersion.Version.Major)
+    {
+        return false;
+    }
+    position = header.SectionTableOffset;
+    if (!BinaryFileFormat::ReadSectionInfo(pWhole.get(), file.Length(), position, header.Alignment, header.SectionCount,
+                                           sections, errorText, nullptr))
+    {
+        return false;
+    }
+    const UINT32 nameSize = BinaryFileFormat::GetModeTableNameSize(header.Version);
+    for (const SectionInfo& rSection : sections.ModeTables)
+    {
+        UINT64 namePosition = rSection.Offset;
+        if (ParameterUtils::ReadText(pWhole.get(), file.Length(), namePosition, nameSize, header.Alignment) ==
+            pTableName)
+        {
+            return true;
+        }
+    }
+    return false;
+}
+
+ModeEntryInfo* ParameterSetManager::GetModeEntry(UINT32 id)
+{
+    return m_rStore.GetModeEntry(id);
+}
+
+ModeEntry* ParameterSetManager::GetModeEntry(BYTE tableIndex, const TuningMode* pBranch, UINT32 count)
+{
+    return m_rStore.GetModeEntry(TableFor(tableIndex), pBranch, count);
+}
+
+ModeEntry* ParameterSetManager::GetModeEntry(BYTE tableIndex, const CHAR* pPath)
+{
+    std::vector<TuningMode> branch;
+    if (!ModePaths::GetModeBranchFromPath(pPath, branch))
+    {
+        return nullptr;
+    }
+    return GetModeEntry(tableIndex, branch.data(), static_cast<UINT32>(branch.size()));
+}
+
+VOID ParameterSetManager::GetPathFromModeBranch(const TuningMode* pBranch, UINT32 count, CHAR* pText, size_t size)
+{
+    m_rStore.GetPathFromModeBranch(pBranch, count, pText, size);
+}
+
+bool ParameterSetManager::LoadMode(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pReason)
+{
+    return m_rStore.LoadMode(TableFor(tableIndex), pBranch, count, pReason);
+}
+
+bool ParameterSetManager::CanRead(BYTE tableIndex, const TuningMode* pBranch, UINT32 count)
+{
+    return m_rStore.CanRead(TableFor(tableIndex), pBranch, count);
+}
+
+bool ParameterSetManager::UnloadMode(BYTE tableIndex, const TuningMode* pBranch, UINT32 count)
+{
+    return m_rStore.UnloadMode(TableFor(tableIndex), pBranch, count);
+}
+
+ParameterModule* ParameterSetManager::GetModuleInternal(BYTE tableIndex, const CHAR* pName, const TuningMode* pBranch,
+                                                        UINT32 count, ParameterModule* pPrevious)
+{
+    return GetModuleInternal(tableIndex, pName, namehash::OfName(pName), pBranch, count, pPrevious);
+}
+
+ParameterModule* ParameterSetManager::GetModuleInternal(BYTE tableIndex, const CHAR* pName, UINT64 nameHash,
+                                                        const TuningMode* pBranch, UINT32 count,
+                                                        ParameterModule* pPrevious)
+{
+    return m_rStore.FetchModule(TableFor(tableIndex), pName, nameHash, pBranch, count, pPrevious,
+                                ParameterStore::Hold::UntilReleased);
+}
+
+VOID* ParameterSetManager::GetModuleRecord(const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch, UINT32 count,
+                                           VOID* pPreviousRecord)
+{
+    return RecordOf(m_rStore.FetchModule(m_tableIndex, pName, nameHash, pBranch, count,
+                                         TableModule::FromRecord(pPreviousRecord),
+                                         ParameterStore::Hold::UntilReleased));
+}
+
+VOID* ParameterSetManager::KeepModuleRecord(const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch, UINT32 count)
+{
+    return RecordOf(
+        m_rStore.FetchModule(m_tableIndex, pName, nameHash, pBranch, count, nullptr, ParameterStore::Hold::ForGood));
+}
+
+VOID ParameterSetManager::GetModules(BYTE tableIndex, PList<ParameterModule*>& rList, const TuningMode* pBranch,
+                                     UINT32 count, bool local, bool inherited, const PipelineType* pPipeline)
+{
+    m_rStore.GetModules(TableFor(tableIndex), rList, pBranch, count, local, inherited, pPipeline);
+}
+
+VOID ParameterSetManager::ReleaseModule(ParameterModule* pModule)
+{
+    const auto logMissing = [this, pModule](const CHAR* pWhat)
+    {
+        ParameterLogging::Write(
+            this, ParameterLogging::Error,
+            "Attempt to release module with a nullptr %s object.  Mode: %d, SubMode: %d, Module %s\n", pWhat,
+            pModule->Mode.Mode, pModule->Mode.SubMode, pModule->GetModuleName());
+    };
+    if (pModule->Data == nullptr)
+    {
+        logMissing("Data");
+    }
+    else if (pModule->Data->Mode == nullptr)
+    {
+        logMissing("Data->Mode");
+    }
+    else if (m_rStore.IsFileMode())
+    {
+        pModule->Data->Mode->Entry->ReleaseReference(pModule);
+    }
+}
+
+VOID ParameterSetManager::ReleaseModules(PList<ParameterModule*>& rList)
+{
+    for (UINT32 index = 0; index < rList.Count(); ++index)
+    {
+        rList[index]->Release();
+    }
+    rList.Clear();
+}
+
+bool ParameterSetManager::GetValue(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pModuleText,
+                                   const CHAR* pMembers, CHAR* pValue, UINT32 size)
+{
+    return m_rStore.GetValue(TableFor(tableIndex), pBranch, count, pModuleText, pMembers, pValue, size);
+}
+
+bool ParameterSetManager::SetValue(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pModuleText,
+                                   const CHAR* pName, const CHAR* pValue)
+{
+    return m_rStore.SetValue(TableFor(tableIndex), pBranch, count, pModuleText, pName, pValue);
+}
+
+bool ParameterSetManager::GetInfo(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pPath,
+                                  PList<ParameterParserInfo>& rList)
+{
+    return m_rStore.GetInfo(TableFor(tableIndex), pBranch, count, pPath, rList);
+}
+
+bool ParameterSetManager::GetValue(BYTE tableIndex, const CHAR* pModePath, const CHAR* pModuleText,
+                                   const CHAR* pMembers, CHAR* pValue, UINT32 size)
+{
+    const std::vector<TuningMode> branch = BranchOf(pModePath);
+    return GetValue(tableIndex, branch.data(), static_cast<UINT32>(branch.size()), pModuleText, pMembers, pValue, size);
+}
+
+bool ParameterSetManager::SetValue(BYTE tableIndex, const CHAR* pModePath, const CHAR* pModuleText, const CHAR* pName,
+                                   const CHAR* pValue)
+{
+    const std::vector<TuningMode> branch = BranchOf(pModePath);
+    return SetValue(tableIndex, branch.data(), static_cast<UINT32>(branch.size()), pModuleText, pName, pValue);
+}
+
+bool ParameterSetManager::GetInfo(BYTE tableIndex, const CHAR* pModePath, const CHAR* pPath,
+                                  PList<ParameterParserInfo>& rList)
+{
+    const std::vector<TuningMode> branch = BranchOf(pModePath);
+    return GetInfo(tableIndex, branch.data(), static_cast<UINT32>(branch.size()), pPath, rList);
+}
+
+bool ParameterSetManager::GetActiveModes(BYTE tableIndex, CHAR* pText, UINT32 size)
+{
+    return m_rStore.GetActiveModes(TableFor(tableIndex), pText, size);
+}
+
+bool ParameterSetManager::GetModeShorthand(const CHAR* pPath, CHAR* pText, UINT32 size)
+{
+    return ModePaths::GetModeShorthand(pPath, pText, size);
+}
+
+UINT32 ParameterSetManager::GetChildModes(BYTE tableIndex, const CHAR* pPath, CHAR* pText, UINT32 size)
+{
+    return m_rStore.GetChildModes(TableFor(tableIndex), pPath, pText, size);
+}
+
+UINT32 ParameterSetManager::GetSetValueCount() const
+{
+    return m_rStore.GetSetValueCount();
 }

@@ -6,8 +6,8 @@
 /// file when a caller's path first leads there, and the ones used longest ago are unloaded again. A module that a
 /// caller holds is counted, and a mode with a counted module is never evicted.
 ///
-/// One main manager owns everything. A derived manager stands for one further mode table of the same file: it holds
-/// nothing of its own, and works on the main manager with its own table index in place of the caller's.
+/// One main manager owns everything, in a ParameterStore. A derived manager stands for one further mode table of the
+/// same file: a handle of that store with its own table index in place of the caller's.
 ///
 /// Modules may be fetched, released, and loaded ahead from any thread. Loading, reloading and updating of a whole file,
 /// unloading of a mode, and destruction, may not run beside them. Text access and the tables' names, which the live
@@ -16,16 +16,10 @@
 /// lines may be written at any time.
 #pragma once
 
-#include <atomic>
 #include <memory>
-#include <mutex>
-#include <set>
 #include <span>
 #include <string>
-#include <unordered_map>
-#include <vector>
 
-#include "parameters/binaryfileformat.h"
 #include "parameters/modeentry.h"
 #include "parameters/moduledata.h"
 #include "parameters/parameterdataapi.h"
@@ -33,12 +27,8 @@
 #include "parameters/parametermodule.h"
 #include "platform/tavocommonutils.h"
 
-class BoundedText;
-class BranchWalk;
 class IVernierCustomHandler;
-class ParameterBinaryFile;
-class ParameterFileSymbolTable;
-class ParameterVernierWorker;
+class ParameterStore;
 struct ParameterCTValue;
 
 namespace tuning
@@ -167,7 +157,7 @@ public:
     /// @param pModuleData the module that it concerns, null for none
     VOID SetError(const CHAR* pText, const ModuleData* pModuleData = nullptr);
 
-    /// The end of the chain of main managers: this one, if it is not derived.
+    /// The manager that owns what this one works on: itself, if it is not derived.
     ParameterSetManager* GetMainSetManager();
 
     // The live tuning service of a manager that was made with it; see docs/live-tuning.md. Without one, values go
@@ -252,133 +242,25 @@ protected:
     bool HasTableForDerived(BYTE tableIndex) const;
     bool FindTableForDerived(const CHAR* pTableName, BYTE& rTableIndex);
 
-    bool IsDerived() const
-    {
-        return m_pMain != nullptr;
-    }
-
     /// Ends the live tuning service, if there is one. Called first of all by the destructor of a class that is made
     /// with it: the service's thread calls virtual operations, which must still be those of the whole object.
     VOID StopLiveTuning();
 
 private:
-    friend class BranchWalk;
+    friend class ParameterStore;
 
-    /// The trees of a file and its symbol table: what a reload replaces as a whole.
-    struct Content
+    bool IsDerived() const
     {
-        std::vector<std::unique_ptr<ParameterModeTable>> modeTables;
-        std::unique_ptr<ParameterFileSymbolTable>        pSymbolTable;
-    };
-
-    /// Modes that a load has to do with: those to move to the front of the lists of active modes.
-    using TouchedModes = std::vector<ModeEntry*>;
-
-    // Loading of files.
-    bool             BeginLoad();
-    bool             EndLoad(bool loaded);
-    bool             LoadBuffer(const BYTE* pBuffer, UINT64 length);
-    bool             LoadFile(const CHAR* pFileName);
-    bool             ReadHeader(const BYTE* pBuffer, UINT64 length);
-    bool             ReadSections(const BYTE* pBuffer, UINT64 length, std::shared_ptr<ParameterBinaryFile> pFile);
-    bool             ReadModules(bool wholeFile);
-    ParameterModule* CreateModule(DefaultModule* pDefault, ModuleData* pModuleData, bool load);
-    bool             AddModule(const ModuleData* pModuleData, ParameterModule* pModule);
-    VOID             FreeBinaryParameters();
-
-    /// Makes the text the one that log lines carry. Any thread may be writing a line.
-    VOID PublishLoggingIdentifier(const std::string& rText);
-
-    /// Logs a line and keeps it as the reason of a refusal.
-    VOID Refuse(const CHAR* pFormat, ...) __attribute__((format(printf, 2, 3)));
-
-    // Reloading and updating.
-    VOID FreeReplacedParameters();
-    bool ReadReplacement(const std::string& rFileName, bool bufferMode);
-    VOID TransferReferences(const Content& rPrevious);
-    VOID TransferModeReferences(const ModeEntry& rPrevious, ModeEntry& rMode, UINT32 index);
-    VOID MergeTree(ModeEntry* pRoot, ModeEntry* pOtherRoot);
-    VOID MergeMode(ModeEntry* pMode, ModeEntry* pOtherMode);
-
-    // Text access.
-    bool GetMemberValues(ParameterModule& rModule, const CHAR* pRest, const CHAR* pMembers, BoundedText& rText);
-    bool GetAllValues(ParameterModule& rModule, const CHAR* pRest, BoundedText& rText);
-    VOID PreserveMode(const ParameterModule& rModule);
-
-    // Lookup.
-    enum class Hold
-    {
-        UntilReleased,
-        ForGood
-    };
-    ParameterModule* FetchModule(BYTE tableIndex, const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch,
-                                 UINT32 count, ParameterModule* pPrevious, Hold hold);
-    bool             HasModeTable(const CHAR* pCaller, BYTE tableIndex) const;
-    ModeEntry*       RootForLookup(const CHAR* pName, BYTE tableIndex, const TuningMode* pBranch, UINT32 count);
-    ParameterModule* FindModuleOnBranch(ModeEntry* pRoot, const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch,
-                                        UINT32 count);
-    enum class Held
-    {
-        Yes,
-        No,
-        NoAsBefore  ///< for a reason that was told at an earlier fetch of the module
-    };
-    Held           HoldModule(ParameterModule* pModule, Hold hold);
-    bool           ValidateMode(const CHAR* pCaller, const TuningMode* pBranch, UINT32 index);
-    DefaultModule* FindDefaultModule(UINT64 nameHash);
-
-    // Loading and unloading of modes in file mode.
-    bool LoadModeInternal(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pReason);
-    bool LoadModules(ModeEntry* pMode, const CHAR* pReason, const TuningMode* pBranch, UINT32 count,
-                     INT32& rFileReferences);
-    bool LoadTarget(ModeEntry* pMode, const CHAR* pReason, const TuningMode* pBranch, UINT32 count,
-                    TouchedModes& rTouched, INT32& rFileReferences);
-    bool LoadModuleMap(ModeEntry* pTarget, TouchedModes& rTouched);
-    VOID UnloadModules(ModeEntry* pTarget, const ModeEntry* pMode);
-    VOID DropReferences(ModeEntry* pUnloaded, ModeEntry::Counts counts);
-    VOID TouchModes(std::span<ModeEntry* const> touched, ParameterModeTable& rTable);
-    VOID EvictModes(ParameterModeTable& rTable);
-    bool EvictMode(ModeEntry* pMode);
-    VOID LogLoading(bool load, const CHAR* pReason, const TuningMode* pBranch, UINT32 count, const ModeEntry* pMode,
-                    const ModeEntry* pTarget);
-    std::string TablePrefix(const ModeEntry* pMode) const;
-
-    /// Whether modes come and go with their use. While no file name is kept, everything is in memory.
-    bool IsFileMode() const
-    {
-        return !m_fileName.empty();
+        return m_pOwnStore == nullptr;
     }
 
-    ParameterSetManager* const                       m_pMain;
-    const BYTE                                       m_modeTableIndex;
-    const Options                                    m_options;
-    const std::string                                m_name;
-    const std::span<const tuning::ModuleDescription> m_modules;
+    /// The table that an operation is about.
+    BYTE TableFor(BYTE callersTable) const
+    {
+        return IsDerived() ? m_tableIndex : callersTable;
+    }
 
-    /// Guards m_content and what belongs to it while it is replaced or freed, against text access.
-    mutable ParameterMutex m_dataMutex;
-
-    std::set<std::string>    m_loggingIdentifiers;  ///< all that were ever handed out
-    std::atomic<const CHAR*> m_pLoggingIdentifier = "";
-    std::atomic<UINT32>      m_setValueCount      = 0;
-
-    mutable std::mutex m_errorMutex;  ///< guards m_errorText, which any thread may set
-    std::string        m_errorText;
-
-    bool             m_valid = false;
-    std::string      m_fileName;  ///< of a file in file mode, empty otherwise
-    BinaryFileHeader m_header;
-
-    // Modules go before the tables that their data stands in, hence the order of the members.
-    std::vector<std::unique_ptr<ParameterSetManager>> m_previousMerged;
-    std::vector<std::unique_ptr<ParameterSetManager>> m_merged;  ///< own the modules that UpdateParameters put here
-    Content                                           m_previousContent;
-    Content                                           m_content;
-    std::vector<std::unique_ptr<ParameterModule>>     m_parkedModules;            ///< until the next reload
-    std::vector<std::unique_ptr<ParameterModule>>     m_replacedModules;          ///< to be parked by the next reload
-    std::unordered_map<UINT64, std::unique_ptr<DefaultModule>> m_defaultModules;  ///< by name hash
-
-    // Goes first: it works on all of the above.
-    std::atomic<bool>                       m_isAutostart = true;
-    std::unique_ptr<ParameterVernierWorker> m_pWorker;  ///< null without live tuning, and on a derived manager
+    std::unique_ptr<ParameterStore> m_pOwnStore;  ///< null on a derived manager
+    ParameterStore&                 m_rStore;
+    const BYTE                      m_tableIndex;
 };

@@ -25,11 +25,12 @@ add_room(kiro_parameters
     parameters/parametermodule.cpp
     parameters/parametersetmanager.cpp
     parameters/parametersetmanager_live.cpp
-    parameters/parametersetmanager_load.cpp
-    parameters/parametersetmanager_lookup.cpp
-    parameters/parametersetmanager_modeloading.cpp
-    parameters/parametersetmanager_reload.cpp
-    parameters/parametersetmanager_text.cpp
+    parameters/parameterstore.cpp
+    parameters/parameterstore_load.cpp
+    parameters/parameterstore_lookup.cpp
+    parameters/parameterstore_modeloading.cpp
+    parameters/parameterstore_reload.cpp
+    parameters/parameterstore_text.cpp
     parameters/parameterutils.cpp
     parameters/parametervalues.cpp
     parameters/parsercrc.cpp

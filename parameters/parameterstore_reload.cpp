@@ -1,5 +1,5 @@
 /// Replacing what a manager holds: by a new state of its file, or by the modules of another manager.
-#include "parameters/parametersetmanager.h"
+#include "parameters/parameterstore.h"
 
 #include <algorithm>
 #include <iterator>
@@ -9,12 +9,8 @@
 #include "parameters/parameterbinaryfile.h"
 #include "parameters/parameterfilesymboltable.h"
 
-bool ParameterSetManager::ReloadBinaryParameters(bool bufferMode)
+bool ParameterStore::ReloadBinaryParameters(bool bufferMode)
 {
-    if (IsDerived())
-    {
-        return m_pMain->ReloadBinaryParameters(bufferMode);
-    }
     const std::lock_guard<ParameterMutex> lock(m_dataMutex);
     if (m_fileName.empty())
     {
@@ -22,10 +18,10 @@ bool ParameterSetManager::ReloadBinaryParameters(bool bufferMode)
         return false;
     }
     const std::string fileName = m_fileName;
-    ParameterLogging::Write(this, ParameterLogging::Debug, "Reloading binary file %s%s\n", fileName.c_str(),
+    ParameterLogging::Write(&m_rManager, ParameterLogging::Debug, "Reloading binary file %s%s\n", fileName.c_str(),
                             bufferMode ? " in buffer mode" : "");
     FreeReplacedParameters();
-    SaveAndClearModules();
+    m_rManager.SaveAndClearModules();
     m_previousContent = std::exchange(m_content, {});
     FreeBinaryParameters();
 
@@ -39,13 +35,13 @@ bool ParameterSetManager::ReloadBinaryParameters(bool bufferMode)
     return true;
 }
 
-bool ParameterSetManager::ReadReplacement(const std::string& rFileName, bool bufferMode)
+bool ParameterStore::ReadReplacement(const std::string& rFileName, bool bufferMode)
 {
     if (!bufferMode)
     {
         return LoadBinaryParameters(rFileName.c_str());
     }
-    ParameterBinaryFile file(rFileName.c_str(), this);
+    ParameterBinaryFile file(rFileName.c_str(), &m_rManager);
     if (!file.IsValid())
     {
         SetError("ReloadBinaryParameters: Failed to open file");
@@ -60,9 +56,9 @@ bool ParameterSetManager::ReadReplacement(const std::string& rFileName, bool buf
     return LoadBinaryParameters(pWhole.get(), file.Length());
 }
 
-VOID ParameterSetManager::FreeReplacedParameters()
+VOID ParameterStore::FreeReplacedParameters()
 {
-    ParameterLogging::Write(this, ParameterLogging::Debug, "FreeReplacedParameters called\n");
+    ParameterLogging::Write(&m_rManager, ParameterLogging::Debug, "FreeReplacedParameters called\n");
     // The modules' data stands in the tables.
     m_parkedModules.clear();
     m_previousContent.pSymbolTable.reset();
@@ -70,16 +66,11 @@ VOID ParameterSetManager::FreeReplacedParameters()
     m_previousMerged.clear();
 }
 
-VOID ParameterSetManager::SaveAndClearModules()
+VOID ParameterStore::SaveAndClearModules()
 {
-    if (IsDerived())
-    {
-        m_pMain->SaveAndClearModules();
-        return;
-    }
     for (const auto& [nameHash, rpDefault] : m_defaultModules)
     {
-        SaveAndClearModule(rpDefault.get());
+        m_rManager.SaveAndClearModule(rpDefault.get());
     }
     std::ranges::move(m_replacedModules, std::back_inserter(m_parkedModules));
     m_replacedModules.clear();
@@ -87,17 +78,12 @@ VOID ParameterSetManager::SaveAndClearModules()
     m_merged.clear();
 }
 
-VOID ParameterSetManager::SaveAndClearModule(DefaultModule* pModule)
+VOID ParameterStore::SaveAndClearModule(DefaultModule* pModule)
 {
-    if (IsDerived())
-    {
-        m_pMain->SaveAndClearModule(pModule);
-        return;
-    }
     std::ranges::move(pModule->RemoveAll(), std::back_inserter(m_parkedModules));
 }
 
-VOID ParameterSetManager::TransferReferences(const Content& rPrevious)
+VOID ParameterStore::TransferReferences(const Content& rPrevious)
 {
     const auto& rOldTables = rPrevious.modeTables;
     const auto& rNewTables = m_content.modeTables;
@@ -126,7 +112,7 @@ VOID ParameterSetManager::TransferReferences(const Content& rPrevious)
     }
 }
 
-VOID ParameterSetManager::TransferModeReferences(const ModeEntry& rPrevious, ModeEntry& rMode, UINT32 index)
+VOID ParameterStore::TransferModeReferences(const ModeEntry& rPrevious, ModeEntry& rMode, UINT32 index)
 {
     const UINT32 count = std::min(rPrevious.ModuleMap.Count(), rMode.ModuleMap.Count());
     for (UINT32 place = 0; place < count; ++place)
@@ -135,7 +121,7 @@ VOID ParameterSetManager::TransferModeReferences(const ModeEntry& rPrevious, Mod
         ModuleReference&       rNew = rMode.ModuleMap[place];
         if (rOld.NameHash != rNew.NameHash)
         {
-            ParameterLogging::Write(this, ParameterLogging::Debug,
+            ParameterLogging::Write(&m_rManager, ParameterLogging::Debug,
                                     "ReloadBinaryParameters: Failed to transfer reference counts, current module name "
                                     "(%s) does not match prev name (%s) in mode index %d\n",
                                     rNew.Module->GetModuleName(), rOld.Module->GetModuleName(), index);
@@ -151,24 +137,20 @@ VOID ParameterSetManager::TransferModeReferences(const ModeEntry& rPrevious, Mod
     }
 }
 
-bool ParameterSetManager::UpdateParameters(std::unique_ptr<ParameterSetManager> pOther)
+bool ParameterStore::UpdateParameters(std::unique_ptr<ParameterSetManager> pOther)
 {
-    if (IsDerived())
-    {
-        return m_pMain->UpdateParameters(std::move(pOther));
-    }
     if (pOther != nullptr)
     {
         // One service for one set of records.
         pOther->StopLiveTuning();
     }
     const std::lock_guard<ParameterMutex> lock(m_dataMutex);
-    if (!m_valid || pOther == nullptr || pOther->IsDerived() || pOther->m_modules.data() != m_modules.data())
+    if (!m_valid || pOther == nullptr || pOther->IsDerived() || pOther->m_rStore.m_modules.data() != m_modules.data())
     {
         return false;
     }
     const auto& rTables      = m_content.modeTables;
-    const auto& rOtherTables = pOther->m_content.modeTables;
+    const auto& rOtherTables = pOther->m_rStore.m_content.modeTables;
     bool        matched      = false;
     for (const auto& rpOtherTable : rOtherTables)
     {
@@ -191,7 +173,7 @@ bool ParameterSetManager::UpdateParameters(std::unique_ptr<ParameterSetManager> 
     return true;
 }
 
-VOID ParameterSetManager::MergeTree(ModeEntry* pRoot, ModeEntry* pOtherRoot)
+VOID ParameterStore::MergeTree(ModeEntry* pRoot, ModeEntry* pOtherRoot)
 {
     if (pRoot == nullptr || pOtherRoot == nullptr)
     {
@@ -217,7 +199,7 @@ VOID ParameterSetManager::MergeTree(ModeEntry* pRoot, ModeEntry* pOtherRoot)
     }
 }
 
-VOID ParameterSetManager::MergeMode(ModeEntry* pMode, ModeEntry* pOtherMode)
+VOID ParameterStore::MergeMode(ModeEntry* pMode, ModeEntry* pOtherMode)
 {
     // What was in a buffer cannot be read again, so the new modules are never unloaded.
     pOtherMode->Preserve = true;
@@ -225,7 +207,7 @@ VOID ParameterSetManager::MergeMode(ModeEntry* pMode, ModeEntry* pOtherMode)
     {
         rpReference->Module->Data->Mode->Entry->Preserve = true;  // the owner of a shared one
         const ParameterModule* pReplaced                 = pMode->ReplaceModule(rpReference->Module);
-        DefaultModule*         pDefault                  = GetDefaultModule(rpReference->NameHash);
+        DefaultModule*         pDefault                  = m_rManager.GetDefaultModule(rpReference->NameHash);
         if (pReplaced == nullptr || pDefault == nullptr)
         {
             continue;

@@ -6,7 +6,7 @@
 /// two ActModeMutexes. References are counted without a lock: how a fetch and an eviction of the same module get out of
 /// each other's way, ParameterModule::UnloadIfUnused says. A frame whose modes are all loaded and listed takes no lock,
 /// but an ActModeMutex for the look at its list when an eviction is due.
-#include "parameters/parametersetmanager.h"
+#include "parameters/parameterstore.h"
 
 #include <algorithm>
 
@@ -39,12 +39,8 @@ bool IsReadable(const ModeEntry& rMode)
 
 }  // namespace
 
-bool ParameterSetManager::LoadMode(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pReason)
+bool ParameterStore::LoadMode(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pReason)
 {
-    if (IsDerived())
-    {
-        return GetMainSetManager()->LoadMode(m_modeTableIndex, pBranch, count, pReason);
-    }
     if (m_content.pSymbolTable == nullptr)
     {
         SetError("LoadMode called with no binary file loaded");
@@ -58,8 +54,7 @@ bool ParameterSetManager::LoadMode(BYTE tableIndex, const TuningMode* pBranch, U
     return LoadModeInternal(tableIndex, pBranch, count, pReason);
 }
 
-bool ParameterSetManager::LoadModeInternal(BYTE tableIndex, const TuningMode* pBranch, UINT32 count,
-                                           const CHAR* pReason)
+bool ParameterStore::LoadModeInternal(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pReason)
 {
     if (!HasModeTable("LoadModeInternal", tableIndex))
     {
@@ -84,12 +79,8 @@ bool ParameterSetManager::LoadModeInternal(BYTE tableIndex, const TuningMode* pB
     return loaded && !walk.IsLost();
 }
 
-bool ParameterSetManager::CanRead(BYTE tableIndex, const TuningMode* pBranch, UINT32 count)
+bool ParameterStore::CanRead(BYTE tableIndex, const TuningMode* pBranch, UINT32 count)
 {
-    if (IsDerived())
-    {
-        return GetMainSetManager()->CanRead(m_modeTableIndex, pBranch, count);
-    }
     if (!IsFileMode() || tableIndex >= m_content.modeTables.size())
     {
         return true;
@@ -109,12 +100,8 @@ bool ParameterSetManager::CanRead(BYTE tableIndex, const TuningMode* pBranch, UI
     return isReadable;
 }
 
-bool ParameterSetManager::UnloadMode(BYTE tableIndex, const TuningMode* pBranch, UINT32 count)
+bool ParameterStore::UnloadMode(BYTE tableIndex, const TuningMode* pBranch, UINT32 count)
 {
-    if (IsDerived())
-    {
-        return GetMainSetManager()->UnloadMode(m_modeTableIndex, pBranch, count);
-    }
     // Text access counts on its module while it reads; so does nobody else.
     const std::lock_guard<ParameterMutex> lock(m_dataMutex);
     if (!IsFileMode())
@@ -148,8 +135,8 @@ bool ParameterSetManager::UnloadMode(BYTE tableIndex, const TuningMode* pBranch,
     return true;
 }
 
-bool ParameterSetManager::LoadModules(ModeEntry* pMode, const CHAR* pReason, const TuningMode* pBranch, UINT32 count,
-                                      INT32& rFileReferences)
+bool ParameterStore::LoadModules(ModeEntry* pMode, const CHAR* pReason, const TuningMode* pBranch, UINT32 count,
+                                 INT32& rFileReferences)
 {
     ModeEntry* pTarget = pMode->Target();
     const bool touch   = IsCachedLevel(pTarget) && pTarget->HasLocalModules();
@@ -169,8 +156,8 @@ bool ParameterSetManager::LoadModules(ModeEntry* pMode, const CHAR* pReason, con
     return loaded;
 }
 
-bool ParameterSetManager::LoadTarget(ModeEntry* pMode, const CHAR* pReason, const TuningMode* pBranch, UINT32 count,
-                                     TouchedModes& rTouched, INT32& rFileReferences)
+bool ParameterStore::LoadTarget(ModeEntry* pMode, const CHAR* pReason, const TuningMode* pBranch, UINT32 count,
+                                TouchedModes& rTouched, INT32& rFileReferences)
 {
     ModeEntry*                            pTarget = pMode->Target();
     const std::lock_guard<ParameterMutex> lock(pTarget->Mutex);
@@ -190,7 +177,7 @@ bool ParameterSetManager::LoadTarget(ModeEntry* pMode, const CHAR* pReason, cons
     return pTarget->Loaded;
 }
 
-bool ParameterSetManager::LoadModuleMap(ModeEntry* pTarget, TouchedModes& rTouched)
+bool ParameterStore::LoadModuleMap(ModeEntry* pTarget, TouchedModes& rTouched)
 {
     for (const auto& rpReference : pTarget->ModuleMap)
     {
@@ -210,7 +197,7 @@ bool ParameterSetManager::LoadModuleMap(ModeEntry* pTarget, TouchedModes& rTouch
     return true;
 }
 
-VOID ParameterSetManager::UnloadModules(ModeEntry* pTarget, const ModeEntry* pMode)
+VOID ParameterStore::UnloadModules(ModeEntry* pTarget, const ModeEntry* pMode)
 {
     const std::string prefix = TablePrefix(pTarget);
     {
@@ -227,7 +214,7 @@ VOID ParameterSetManager::UnloadModules(ModeEntry* pTarget, const ModeEntry* pMo
             const INT32 references = rpReference->RefCount.load();
             if (references > 0)
             {
-                ParameterLogging::Write(this, ParameterLogging::Warning,
+                ParameterLogging::Write(&m_rManager, ParameterLogging::Warning,
                                         "%sUnloading referenced module %s, Mode: %s, Ref count: %u\n", prefix.c_str(),
                                         pModule->GetModuleName(), pModule->Data->ModePath.c_str(),
                                         static_cast<UINT32>(references));
@@ -240,20 +227,21 @@ VOID ParameterSetManager::UnloadModules(ModeEntry* pTarget, const ModeEntry* pMo
     pTarget->Table->Unlist(pTarget);
 }
 
-VOID ParameterSetManager::DropReferences(ModeEntry* pUnloaded, ModeEntry::Counts counts)
+VOID ParameterStore::DropReferences(ModeEntry* pUnloaded, ModeEntry::Counts counts)
 {
     const UINT32 unreleased = pUnloaded->GetReferenceCount(counts);
     if (unreleased != 0)
     {
         CHAR path[ModeEntry::MaxPathText];
         pUnloaded->GetModePath(path, sizeof(path));
-        ParameterLogging::Write(this, ParameterLogging::Warning, "%sUnloading mode with %u unreleased modules: %s\n",
-                                TablePrefix(pUnloaded).c_str(), unreleased, path);
+        ParameterLogging::Write(&m_rManager, ParameterLogging::Warning,
+                                "%sUnloading mode with %u unreleased modules: %s\n", TablePrefix(pUnloaded).c_str(),
+                                unreleased, path);
     }
     pUnloaded->ReleaseReferences(counts);
 }
 
-VOID ParameterSetManager::TouchModes(std::span<ModeEntry* const> touched, ParameterModeTable& rTable)
+VOID ParameterStore::TouchModes(std::span<ModeEntry* const> touched, ParameterModeTable& rTable)
 {
     for (ModeEntry* pMode : touched)
     {
@@ -273,7 +261,7 @@ VOID ParameterSetManager::TouchModes(std::span<ModeEntry* const> touched, Parame
     }
 }
 
-VOID ParameterSetManager::EvictModes(ParameterModeTable& rTable)
+VOID ParameterStore::EvictModes(ParameterModeTable& rTable)
 {
     // Frames come by many times and find nothing due nearly always. What a file that is lost had given cannot come
     // back.
@@ -305,7 +293,7 @@ VOID ParameterSetManager::EvictModes(ParameterModeTable& rTable)
     }
 }
 
-bool ParameterSetManager::EvictMode(ModeEntry* pMode)
+bool ParameterStore::EvictMode(ModeEntry* pMode)
 {
     // A mode that is being loaded is held for as long as the file takes, and nobody may wait for that here.
     const std::unique_lock<ParameterMutex> lock(pMode->Mutex, std::try_to_lock);
@@ -336,8 +324,8 @@ bool ParameterSetManager::EvictMode(ModeEntry* pMode)
     return isGone;
 }
 
-VOID ParameterSetManager::LogLoading(bool load, const CHAR* pReason, const TuningMode* pBranch, UINT32 count,
-                                     const ModeEntry* pMode, const ModeEntry* pTarget)
+VOID ParameterStore::LogLoading(bool load, const CHAR* pReason, const TuningMode* pBranch, UINT32 count,
+                                const ModeEntry* pMode, const ModeEntry* pTarget)
 {
     if (!LoggingEnabled(ParameterLogging::Debug))
     {
@@ -353,12 +341,12 @@ VOID ParameterSetManager::LogLoading(bool load, const CHAR* pReason, const Tunin
         pTarget->GetModePath(path, sizeof(path));
         shown += std::string("->") + path;
     }
-    ParameterLogging::Write(this, ParameterLogging::Debug, "%s%soading modules (GetModule:%s:%s): %s\n",
+    ParameterLogging::Write(&m_rManager, ParameterLogging::Debug, "%s%soading modules (GetModule:%s:%s): %s\n",
                             TablePrefix(pTarget).c_str(), load ? "L" : "Unl",
                             (pReason != nullptr) ? pReason : "Unknown", branchPath, shown.c_str());
 }
 
-std::string ParameterSetManager::TablePrefix(const ModeEntry* pMode) const
+std::string ParameterStore::TablePrefix(const ModeEntry* pMode) const
 {
     return (m_content.modeTables.size() > 1) ? "(" + pMode->Table->Name + "): " : std::string();
 }

@@ -1,7 +1,7 @@
 /// Values as text, and the modes that there are, for the live tuning service. All of this holds the data mutex: the
 /// file stays as it is meanwhile. Modes that frames load and evict in between are kept by a reference while they are
 /// read.
-#include "parameters/parametersetmanager.h"
+#include "parameters/parameterstore.h"
 
 #include <algorithm>
 #include <memory>
@@ -69,17 +69,6 @@ private:
     ParameterSetManager& m_rManager;
     ParameterModule*     m_pModule;
 };
-
-/// The selectors of a path; none if it is not clean.
-std::vector<TuningMode> BranchOf(const CHAR* pPath)
-{
-    std::vector<TuningMode> branch;
-    if (!ModePaths::GetModeBranchFromPath(pPath, branch))
-    {
-        branch.clear();
-    }
-    return branch;
-}
 
 std::string JoinPath(const CHAR* pRest, std::string_view member)
 {
@@ -182,13 +171,9 @@ std::string NameOfMode(const ModeEntry& rMode)
 
 }  // namespace
 
-bool ParameterSetManager::GetValue(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pModuleText,
-                                   const CHAR* pMembers, CHAR* pValue, UINT32 size)
+bool ParameterStore::GetValue(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pModuleText,
+                              const CHAR* pMembers, CHAR* pValue, UINT32 size)
 {
-    if (IsDerived())
-    {
-        return GetMainSetManager()->GetValue(m_modeTableIndex, pBranch, count, pModuleText, pMembers, pValue, size);
-    }
     if (pValue == nullptr || size == 0)
     {
         return false;
@@ -200,7 +185,7 @@ bool ParameterSetManager::GetValue(BYTE tableIndex, const TuningMode* pBranch, U
     }
     const ModuleText                      moduleText(pModuleText);
     const std::lock_guard<ParameterMutex> lock(m_dataMutex);
-    const HeldModule                      module(*this, tableIndex, moduleText.name, pBranch, count);
+    const HeldModule                      module(m_rManager, tableIndex, moduleText.name, pBranch, count);
     if (module.Get() == nullptr)
     {
         return false;
@@ -210,8 +195,8 @@ bool ParameterSetManager::GetValue(BYTE tableIndex, const TuningMode* pBranch, U
                : GetAllValues(*module.Get(), moduleText.pRest, text);
 }
 
-bool ParameterSetManager::GetMemberValues(ParameterModule& rModule, const CHAR* pRest, const CHAR* pMembers,
-                                          BoundedText& rText)
+bool ParameterStore::GetMemberValues(ParameterModule& rModule, const CHAR* pRest, const CHAR* pMembers,
+                                     BoundedText& rText)
 {
     const std::unique_ptr<CHAR[]> pValue  = std::make_unique_for_overwrite<CHAR[]>(MaxValueText);
     std::string_view              members = pMembers;
@@ -235,7 +220,7 @@ bool ParameterSetManager::GetMemberValues(ParameterModule& rModule, const CHAR* 
     return isRead;
 }
 
-bool ParameterSetManager::GetAllValues(ParameterModule& rModule, const CHAR* pRest, BoundedText& rText)
+bool ParameterStore::GetAllValues(ParameterModule& rModule, const CHAR* pRest, BoundedText& rText)
 {
     const std::unique_ptr<CHAR[]> pValue = std::make_unique_for_overwrite<CHAR[]>(MaxValueText);
     PList<ParameterParserInfo>    list;
@@ -273,13 +258,9 @@ bool ParameterSetManager::GetAllValues(ParameterModule& rModule, const CHAR* pRe
     return true;
 }
 
-bool ParameterSetManager::SetValue(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pModuleText,
-                                   const CHAR* pName, const CHAR* pValue)
+bool ParameterStore::SetValue(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pModuleText,
+                              const CHAR* pName, const CHAR* pValue)
 {
-    if (IsDerived())
-    {
-        return GetMainSetManager()->SetValue(m_modeTableIndex, pBranch, count, pModuleText, pName, pValue);
-    }
     if (pBranch == nullptr || count == 0 || pModuleText == nullptr || pName == nullptr || pValue == nullptr)
     {
         return false;
@@ -290,16 +271,17 @@ bool ParameterSetManager::SetValue(BYTE tableIndex, const TuningMode* pBranch, U
         return false;
     }
     const std::lock_guard<ParameterMutex> lock(m_dataMutex);
-    const HeldModule                      module(*this, tableIndex, moduleText.name, pBranch, count);
+    const HeldModule                      module(m_rManager, tableIndex, moduleText.name, pBranch, count);
     if (module.Get() == nullptr)
     {
-        ParameterLogging::Write(this, ParameterLogging::Error, "Vernier SetValues failed: Module not found: \n");
+        ParameterLogging::Write(&m_rManager, ParameterLogging::Error, "Vernier SetValues failed: Module not found: \n");
         return false;
     }
     const std::string path = JoinPath(moduleText.pRest, pName);
     if (!module.Get()->SetValue(path.c_str(), pValue))
     {
-        ParameterLogging::Write(this, ParameterLogging::Error, "Vernier SetValues failed: Variable not found: \n");
+        ParameterLogging::Write(&m_rManager, ParameterLogging::Error,
+                                "Vernier SetValues failed: Variable not found: \n");
         return false;
     }
     m_setValueCount.fetch_add(1, std::memory_order_relaxed);
@@ -308,7 +290,7 @@ bool ParameterSetManager::SetValue(BYTE tableIndex, const TuningMode* pBranch, U
     return true;
 }
 
-VOID ParameterSetManager::PreserveMode(const ParameterModule& rModule)
+VOID ParameterStore::PreserveMode(const ParameterModule& rModule)
 {
     // A shared module is unloaded with the mode that owns it, wherever it was found.
     ModeEntry* pMode = rModule.Data->Mode->Entry;
@@ -320,21 +302,17 @@ VOID ParameterSetManager::PreserveMode(const ParameterModule& rModule)
     }
 }
 
-UINT32 ParameterSetManager::GetSetValueCount() const
+UINT32 ParameterStore::GetSetValueCount() const
 {
-    return IsDerived() ? m_pMain->GetSetValueCount() : m_setValueCount.load(std::memory_order_relaxed);
+    return m_setValueCount.load(std::memory_order_relaxed);
 }
 
-bool ParameterSetManager::GetInfo(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pPath,
-                                  PList<ParameterParserInfo>& rList)
+bool ParameterStore::GetInfo(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pPath,
+                             PList<ParameterParserInfo>& rList)
 {
-    if (IsDerived())
-    {
-        return GetMainSetManager()->GetInfo(m_modeTableIndex, pBranch, count, pPath, rList);
-    }
     if (pBranch == nullptr || count == 0)
     {
-        ParameterLogging::Write(this, ParameterLogging::Error, "GetInfo called with null or empty modeBranch\n");
+        ParameterLogging::Write(&m_rManager, ParameterLogging::Error, "GetInfo called with null or empty modeBranch\n");
         return false;
     }
     if (pPath == nullptr)
@@ -343,39 +321,14 @@ bool ParameterSetManager::GetInfo(BYTE tableIndex, const TuningMode* pBranch, UI
     }
     const ModuleText                      moduleText(pPath);
     const std::lock_guard<ParameterMutex> lock(m_dataMutex);
-    const HeldModule                      module(*this, tableIndex, moduleText.name, pBranch, count);
+    const HeldModule                      module(m_rManager, tableIndex, moduleText.name, pBranch, count);
     // One character is no member: then the whole module is described.
     const CHAR* pRest = (std::strlen(moduleText.pRest) >= 2) ? moduleText.pRest : nullptr;
     return module.Get() != nullptr && module.Get()->GetInfo(pRest, rList);
 }
 
-bool ParameterSetManager::GetValue(BYTE tableIndex, const CHAR* pModePath, const CHAR* pModuleText,
-                                   const CHAR* pMembers, CHAR* pValue, UINT32 size)
+bool ParameterStore::GetActiveModes(BYTE tableIndex, CHAR* pText, UINT32 size)
 {
-    const std::vector<TuningMode> branch = BranchOf(pModePath);
-    return GetValue(tableIndex, branch.data(), static_cast<UINT32>(branch.size()), pModuleText, pMembers, pValue, size);
-}
-
-bool ParameterSetManager::SetValue(BYTE tableIndex, const CHAR* pModePath, const CHAR* pModuleText, const CHAR* pName,
-                                   const CHAR* pValue)
-{
-    const std::vector<TuningMode> branch = BranchOf(pModePath);
-    return SetValue(tableIndex, branch.data(), static_cast<UINT32>(branch.size()), pModuleText, pName, pValue);
-}
-
-bool ParameterSetManager::GetInfo(BYTE tableIndex, const CHAR* pModePath, const CHAR* pPath,
-                                  PList<ParameterParserInfo>& rList)
-{
-    const std::vector<TuningMode> branch = BranchOf(pModePath);
-    return GetInfo(tableIndex, branch.data(), static_cast<UINT32>(branch.size()), pPath, rList);
-}
-
-bool ParameterSetManager::GetActiveModes(BYTE tableIndex, CHAR* pText, UINT32 size)
-{
-    if (IsDerived())
-    {
-        return GetMainSetManager()->GetActiveModes(m_modeTableIndex, pText, size);
-    }
     if (pText == nullptr || size == 0)
     {
         return false;
@@ -399,24 +352,15 @@ bool ParameterSetManager::GetActiveModes(BYTE tableIndex, CHAR* pText, UINT32 si
     return true;
 }
 
-bool ParameterSetManager::GetModeShorthand(const CHAR* pPath, CHAR* pText, UINT32 size)
+UINT32 ParameterStore::GetChildModes(BYTE tableIndex, const CHAR* pPath, CHAR* pText, UINT32 size)
 {
-    return ModePaths::GetModeShorthand(pPath, pText, size);
-}
-
-UINT32 ParameterSetManager::GetChildModes(BYTE tableIndex, const CHAR* pPath, CHAR* pText, UINT32 size)
-{
-    if (IsDerived())
-    {
-        return GetMainSetManager()->GetChildModes(m_modeTableIndex, pPath, pText, size);
-    }
     if (pText == nullptr || size == 0)
     {
         return 0;
     }
     BoundedText                           text(pText, size);
     const std::lock_guard<ParameterMutex> lock(m_dataMutex);
-    ModeEntry*                            pMode = GetModeEntry(tableIndex, pPath);
+    ModeEntry*                            pMode = m_rManager.GetModeEntry(tableIndex, pPath);
     if (pMode == nullptr && HasModeTable("GetChildModes", tableIndex))
     {
         pMode = m_content.modeTables[tableIndex]->RootMode.Entry;
@@ -427,7 +371,7 @@ UINT32 ParameterSetManager::GetChildModes(BYTE tableIndex, const CHAR* pPath, CH
         const std::string item = ((text.Length() > 0) ? "," : "") + NameOfMode(*pChild);
         if (text.Length() + item.size() >= size)
         {
-            ParameterLogging::Write(this, ParameterLogging::Error,
+            ParameterLogging::Write(&m_rManager, ParameterLogging::Error,
                                     "Failed to write %lld bytes to binary offset %d, length %d\n",
                                     static_cast<INT64>(item.size()), text.Length(), size);
             break;

@@ -1,5 +1,5 @@
 /// Which module applies to a branch. All of this may run on any thread, and GetModule runs many times per frame.
-#include "parameters/parametersetmanager.h"
+#include "parameters/parameterstore.h"
 
 #include <cstdio>
 
@@ -9,24 +9,13 @@
 #include "parameters/tablemodule.h"
 #include "schema/namehash.h"
 
-namespace
-{
-
-/// All instances are made by the default instances of the constructor.
-VOID* RecordOf(ParameterModule* pModule)
-{
-    return (pModule != nullptr) ? static_cast<TableModule*>(pModule)->Record() : nullptr;
-}
-
-}  // namespace
-
 bool BranchWalk::Next()
 {
     if (m_index >= m_count)
     {
         return false;
     }
-    if (!m_rManager.ValidateMode(m_pCaller, m_pBranch, m_index))
+    if (!m_rStore.ValidateMode(m_pCaller, m_pBranch, m_index))
     {
         m_count = m_index;
         return false;
@@ -48,7 +37,7 @@ bool BranchWalk::Next()
     return true;
 }
 
-bool ParameterSetManager::ValidateMode(const CHAR* pCaller, const TuningMode* pBranch, UINT32 index)
+bool ParameterStore::ValidateMode(const CHAR* pCaller, const TuningMode* pBranch, UINT32 index)
 {
     constexpr UINT32 LastMode = static_cast<UINT32>(ModeType::EnumModeType_COUNT) - 1;
 
@@ -74,7 +63,7 @@ bool ParameterSetManager::ValidateMode(const CHAR* pCaller, const TuningMode* pB
     return true;
 }
 
-VOID ParameterSetManager::GetPathFromModeBranch(const TuningMode* pBranch, UINT32 count, CHAR* pText, size_t size)
+VOID ParameterStore::GetPathFromModeBranch(const TuningMode* pBranch, UINT32 count, CHAR* pText, size_t size)
 {
     pText[0] = '\0';
     if (pBranch == nullptr)
@@ -90,39 +79,10 @@ VOID ParameterSetManager::GetPathFromModeBranch(const TuningMode* pBranch, UINT3
     }
 }
 
-ParameterModule* ParameterSetManager::GetModuleInternal(BYTE tableIndex, const CHAR* pName, const TuningMode* pBranch,
-                                                        UINT32 count, ParameterModule* pPrevious)
+ParameterModule* ParameterStore::FetchModule(BYTE tableIndex, const CHAR* pName, UINT64 nameHash,
+                                             const TuningMode* pBranch, UINT32 count, ParameterModule* pPrevious,
+                                             Hold hold)
 {
-    return GetModuleInternal(tableIndex, pName, namehash::OfName(pName), pBranch, count, pPrevious);
-}
-
-VOID* ParameterSetManager::GetModuleRecord(const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch, UINT32 count,
-                                           VOID* pPreviousRecord)
-{
-    return RecordOf(FetchModule(m_modeTableIndex, pName, nameHash, pBranch, count,
-                                TableModule::FromRecord(pPreviousRecord), Hold::UntilReleased));
-}
-
-VOID* ParameterSetManager::KeepModuleRecord(const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch, UINT32 count)
-{
-    return RecordOf(FetchModule(m_modeTableIndex, pName, nameHash, pBranch, count, nullptr, Hold::ForGood));
-}
-
-ParameterModule* ParameterSetManager::GetModuleInternal(BYTE tableIndex, const CHAR* pName, UINT64 nameHash,
-                                                        const TuningMode* pBranch, UINT32 count,
-                                                        ParameterModule* pPrevious)
-{
-    return FetchModule(tableIndex, pName, nameHash, pBranch, count, pPrevious, Hold::UntilReleased);
-}
-
-ParameterModule* ParameterSetManager::FetchModule(BYTE tableIndex, const CHAR* pName, UINT64 nameHash,
-                                                  const TuningMode* pBranch, UINT32 count, ParameterModule* pPrevious,
-                                                  Hold hold)
-{
-    if (IsDerived())
-    {
-        return GetMainSetManager()->FetchModule(m_modeTableIndex, pName, nameHash, pBranch, count, pPrevious, hold);
-    }
 
     ParameterModule* pModule = nullptr;
     ModeEntry*       pRoot   = RootForLookup(pName, tableIndex, pBranch, count);
@@ -143,26 +103,25 @@ ParameterModule* ParameterSetManager::FetchModule(BYTE tableIndex, const CHAR* p
     {
         CHAR path[ModeEntry::MaxPathText];
         GetPathFromModeBranch(pBranch, count, path, sizeof(path));
-        ParameterLogging::Write(this, ParameterLogging::Error,
+        ParameterLogging::Write(&m_rManager, ParameterLogging::Error,
                                 "GetModule %s failed to find a loaded module in %s, returning null\n", pName, path);
     }
     return (held == Held::Yes) ? pModule : nullptr;
 }
 
-bool ParameterSetManager::HasModeTable(const CHAR* pCaller, BYTE tableIndex) const
+bool ParameterStore::HasModeTable(const CHAR* pCaller, BYTE tableIndex) const
 {
     if (tableIndex < m_content.modeTables.size())
     {
         return true;
     }
-    ParameterLogging::Write(this, ParameterLogging::Error,
+    ParameterLogging::Write(&m_rManager, ParameterLogging::Error,
                             "%s called with mode table index (%u) >= mode table count (%u)\n", pCaller, tableIndex,
                             static_cast<UINT32>(m_content.modeTables.size()));
     return false;
 }
 
-ModeEntry* ParameterSetManager::RootForLookup(const CHAR* pName, BYTE tableIndex, const TuningMode* pBranch,
-                                              UINT32 count)
+ModeEntry* ParameterStore::RootForLookup(const CHAR* pName, BYTE tableIndex, const TuningMode* pBranch, UINT32 count)
 {
     if (!m_content.modeTables.empty() &&
         !HasModeTable((pName != nullptr) ? "GetModuleInternal" : "GetModules", tableIndex))
@@ -180,7 +139,7 @@ ModeEntry* ParameterSetManager::RootForLookup(const CHAR* pName, BYTE tableIndex
         if (noBranch)
         {
             ParameterLogging::Write(
-                this, ParameterLogging::Warning,
+                &m_rManager, ParameterLogging::Warning,
                 "%s called with modeBranch == null and modeCount = %d, will return default mode module data\n",
                 subject.c_str(), count);
         }
@@ -188,7 +147,7 @@ ModeEntry* ParameterSetManager::RootForLookup(const CHAR* pName, BYTE tableIndex
         {
             CHAR path[ModeEntry::MaxPathText];
             GetPathFromModeBranch(pBranch, count, path, sizeof(path));
-            ParameterLogging::Write(this, ParameterLogging::Warning,
+            ParameterLogging::Write(&m_rManager, ParameterLogging::Warning,
                                     "%s called with first mode != Default, might not return module data from the "
                                     "desired mode path: %s\n",
                                     subject.c_str(), path);
@@ -196,9 +155,9 @@ ModeEntry* ParameterSetManager::RootForLookup(const CHAR* pName, BYTE tableIndex
         if (pRoot == nullptr)
         {
             ParameterLogging::Write(
-                this, ParameterLogging::Error,
+                &m_rManager, ParameterLogging::Error,
                 "%s Uninitialized Set Manager. this: %lx, SymbolTable: %lx, Modes: %lx, ModeCount: %d, RootMode: %lx\n",
-                subject.c_str(), reinterpret_cast<unsigned long>(this),
+                subject.c_str(), reinterpret_cast<unsigned long>(&m_rManager),
                 reinterpret_cast<unsigned long>(m_content.pSymbolTable.get()),
                 reinterpret_cast<unsigned long>((pTable != nullptr) ? pTable->Modes.data() : nullptr),
                 (pTable != nullptr) ? pTable->Count() : 0, 0UL);
@@ -207,8 +166,8 @@ ModeEntry* ParameterSetManager::RootForLookup(const CHAR* pName, BYTE tableIndex
     return pRoot;
 }
 
-ParameterModule* ParameterSetManager::FindModuleOnBranch(ModeEntry* pRoot, const CHAR* pName, UINT64 nameHash,
-                                                         const TuningMode* pBranch, UINT32 count)
+ParameterModule* ParameterStore::FindModuleOnBranch(ModeEntry* pRoot, const CHAR* pName, UINT64 nameHash,
+                                                    const TuningMode* pBranch, UINT32 count)
 {
     ParameterModule* pModule = pRoot->FindModule(nameHash);
     if (pModule == nullptr)
@@ -217,7 +176,7 @@ ParameterModule* ParameterSetManager::FindModuleOnBranch(ModeEntry* pRoot, const
         CHAR branchPath[ModeEntry::MaxPathText];
         pRoot->GetModePath(rootPath, sizeof(rootPath));
         GetPathFromModeBranch(pBranch, count, branchPath, sizeof(branchPath));
-        ParameterLogging::Write(this, ParameterLogging::Warning,
+        ParameterLogging::Write(&m_rManager, ParameterLogging::Warning,
                                 "GetModule %s module not found in default scenario (%s), mode path: %s\n", pName,
                                 rootPath, branchPath);
     }
@@ -233,7 +192,7 @@ ParameterModule* ParameterSetManager::FindModuleOnBranch(ModeEntry* pRoot, const
     return pModule;
 }
 
-ParameterSetManager::Held ParameterSetManager::HoldModule(ParameterModule* pModule, Hold hold)
+ParameterStore::Held ParameterStore::HoldModule(ParameterModule* pModule, Hold hold)
 {
     // The reference comes first: from then on the module's mode is not evicted any more. A module that is kept for good
     // has one that serves.
@@ -257,7 +216,7 @@ ParameterSetManager::Held ParameterSetManager::HoldModule(ParameterModule* pModu
         {
             return Held::NoAsBefore;
         }
-        ParameterLogging::Write(this, ParameterLogging::Error, "Failed to load module %s, path: %s, skipping\n",
+        ParameterLogging::Write(&m_rManager, ParameterLogging::Error, "Failed to load module %s, path: %s, skipping\n",
                                 pModule->GetModuleName(), pModule->Data->ModePath.c_str());
         return Held::No;
     }
@@ -277,15 +236,10 @@ ParameterSetManager::Held ParameterSetManager::HoldModule(ParameterModule* pModu
     return Held::Yes;
 }
 
-VOID ParameterSetManager::GetModules(BYTE tableIndex, PList<ParameterModule*>& rList, const TuningMode* pBranch,
-                                     UINT32 count, bool local, bool inherited, const PipelineType* pPipeline)
+VOID ParameterStore::GetModules(BYTE tableIndex, PList<ParameterModule*>& rList, const TuningMode* pBranch,
+                                UINT32 count, bool local, bool inherited, const PipelineType* pPipeline)
 {
-    if (IsDerived())
-    {
-        GetMainSetManager()->GetModules(m_modeTableIndex, rList, pBranch, count, local, inherited, pPipeline);
-        return;
-    }
-    ReleaseModules(rList);
+    m_rManager.ReleaseModules(rList);
     ModeEntry* pRoot = RootForLookup(nullptr, tableIndex, pBranch, count);
     if (pRoot == nullptr)
     {
@@ -314,41 +268,9 @@ VOID ParameterSetManager::GetModules(BYTE tableIndex, PList<ParameterModule*>& r
     }
 }
 
-VOID ParameterSetManager::ReleaseModule(ParameterModule* pModule)
+ModeEntryInfo* ParameterStore::GetModeEntry(UINT32 id)
 {
-    const auto logMissing = [this, pModule](const CHAR* pWhat)
-    {
-        ParameterLogging::Write(
-            this, ParameterLogging::Error,
-            "Attempt to release module with a nullptr %s object.  Mode: %d, SubMode: %d, Module %s\n", pWhat,
-            pModule->Mode.Mode, pModule->Mode.SubMode, pModule->GetModuleName());
-    };
-    if (pModule->Data == nullptr)
-    {
-        logMissing("Data");
-    }
-    else if (pModule->Data->Mode == nullptr)
-    {
-        logMissing("Data->Mode");
-    }
-    else if (GetMainSetManager()->IsFileMode())
-    {
-        pModule->Data->Mode->Entry->ReleaseReference(pModule);
-    }
-}
-
-VOID ParameterSetManager::ReleaseModules(PList<ParameterModule*>& rList)
-{
-    for (UINT32 index = 0; index < rList.Count(); ++index)
-    {
-        rList[index]->Release();
-    }
-    rList.Clear();
-}
-
-ModeEntryInfo* ParameterSetManager::GetModeEntry(UINT32 id)
-{
-    const auto&  rTables    = GetMainSetManager()->m_content.modeTables;
+    const auto&  rTables    = m_content.modeTables;
     const UINT32 tableIndex = BinaryFileFormat::GetModeTableIndex(id);
     const UINT32 modeIndex  = BinaryFileFormat::GetModeIDValue(id);
     if (tableIndex >= rTables.size() || modeIndex >= rTables[tableIndex]->Count())
@@ -359,12 +281,8 @@ ModeEntryInfo* ParameterSetManager::GetModeEntry(UINT32 id)
     return (rInfo.Entry != nullptr) ? &rInfo : nullptr;
 }
 
-ModeEntry* ParameterSetManager::GetModeEntry(BYTE tableIndex, const TuningMode* pBranch, UINT32 count)
+ModeEntry* ParameterStore::GetModeEntry(BYTE tableIndex, const TuningMode* pBranch, UINT32 count)
 {
-    if (IsDerived())
-    {
-        return GetMainSetManager()->GetModeEntry(m_modeTableIndex, pBranch, count);
-    }
     if (!HasModeTable("GetModeEntry", tableIndex))
     {
         return nullptr;
@@ -379,14 +297,4 @@ ModeEntry* ParameterSetManager::GetModeEntry(BYTE tableIndex, const TuningMode* 
     {
     }
     return walk.IsLost() ? nullptr : walk.Mode();
-}
-
-ModeEntry* ParameterSetManager::GetModeEntry(BYTE tableIndex, const CHAR* pPath)
-{
-    std::vector<TuningMode> branch;
-    if (!ModePaths::GetModeBranchFromPath(pPath, branch))
-    {
-        return nullptr;
-    }
-    return GetModeEntry(tableIndex, branch.data(), static_cast<UINT32>(branch.size()));
 }

@@ -1,5 +1,5 @@
 /// Loading of a whole parameter file.
-#include "parameters/parametersetmanager.h"
+#include "parameters/parameterstore.h"
 
 #include <cstring>
 
@@ -17,12 +17,8 @@ constexpr UINT32 SectionTableBytes = 3388;
 
 }  // namespace
 
-bool ParameterSetManager::LoadBinaryParameters(const CHAR* pFileName)
+bool ParameterStore::LoadBinaryParameters(const CHAR* pFileName)
 {
-    if (IsDerived())
-    {
-        return m_pMain->LoadBinaryParameters(pFileName);
-    }
     const std::lock_guard<ParameterMutex> lock(m_dataMutex);
     if (pFileName == nullptr)
     {
@@ -36,22 +32,18 @@ bool ParameterSetManager::LoadBinaryParameters(const CHAR* pFileName)
                static_cast<INT32>(ParameterBinaryFile::MaxFileName - 1));
         return false;
     }
-    ParameterLogging::Write(this, ParameterLogging::Debug, "Load Binary Parameters from file: %s\n", pFileName);
+    ParameterLogging::Write(&m_rManager, ParameterLogging::Debug, "Load Binary Parameters from file: %s\n", pFileName);
     return BeginLoad() && EndLoad(LoadFile(pFileName));
 }
 
-bool ParameterSetManager::LoadBinaryParameters(const BYTE* pBuffer, UINT64 length)
+bool ParameterStore::LoadBinaryParameters(const BYTE* pBuffer, UINT64 length)
 {
-    if (IsDerived())
-    {
-        return m_pMain->LoadBinaryParameters(pBuffer, length);
-    }
     const std::lock_guard<ParameterMutex> lock(m_dataMutex);
-    ParameterLogging::Write(this, ParameterLogging::Debug, "Load Binary Parameters from buffer\n");
+    ParameterLogging::Write(&m_rManager, ParameterLogging::Debug, "Load Binary Parameters from buffer\n");
     return BeginLoad() && EndLoad(LoadBuffer(pBuffer, length));
 }
 
-bool ParameterSetManager::BeginLoad()
+bool ParameterStore::BeginLoad()
 {
     m_valid = false;
     if (m_content.pSymbolTable != nullptr)
@@ -64,7 +56,7 @@ bool ParameterSetManager::BeginLoad()
     return true;
 }
 
-bool ParameterSetManager::EndLoad(bool loaded)
+bool ParameterStore::EndLoad(bool loaded)
 {
     m_valid = loaded;
     if (!loaded)
@@ -72,14 +64,14 @@ bool ParameterSetManager::EndLoad(bool loaded)
         // Nothing half-built may be reachable.
         FreeBinaryParameters();
     }
-    else if (m_pWorker != nullptr && m_isAutostart)
+    else if (m_pWorker != nullptr && IsAutostart)
     {
         m_pWorker->Start();
     }
     return loaded;
 }
 
-bool ParameterSetManager::LoadBuffer(const BYTE* pBuffer, UINT64 length)
+bool ParameterStore::LoadBuffer(const BYTE* pBuffer, UINT64 length)
 {
     constexpr UINT64 MaxLength = 0xFFFFFFFF;
 
@@ -93,15 +85,15 @@ bool ParameterSetManager::LoadBuffer(const BYTE* pBuffer, UINT64 length)
         return false;
     }
     const auto& rVersion = m_header.Version.Version;
-    ParameterLogging::Write(this, ParameterLogging::Debug,
+    ParameterLogging::Write(&m_rManager, ParameterLogging::Debug,
                             "Load Binary Parameters completed: Tag: %s, Version: %d.%d.%d\n",
                             m_header.BinaryTag.c_str(), rVersion.Major, rVersion.Minor, rVersion.Patch);
     return true;
 }
 
-bool ParameterSetManager::LoadFile(const CHAR* pFileName)
+bool ParameterStore::LoadFile(const CHAR* pFileName)
 {
-    auto        pFile  = std::make_shared<ParameterBinaryFile>(pFileName, this);
+    auto        pFile  = std::make_shared<ParameterBinaryFile>(pFileName, &m_rManager);
     TuningBlock pWhole = pFile->Read(0, pFile->Length());
     if (!pFile->IsValid() || pWhole == nullptr)
     {
@@ -110,7 +102,7 @@ bool ParameterSetManager::LoadFile(const CHAR* pFileName)
     }
     if (!m_options.fileMode)
     {
-        ParameterLogging::Write(this, ParameterLogging::Debug, "Load Binary Parameters from buffer\n");
+        ParameterLogging::Write(&m_rManager, ParameterLogging::Debug, "Load Binary Parameters from buffer\n");
         return LoadBuffer(pWhole.get(), pFile->Length());
     }
 
@@ -135,7 +127,7 @@ bool ParameterSetManager::LoadFile(const CHAR* pFileName)
         return false;
     }
     const auto& rVersion = m_header.Version.Version;
-    ParameterLogging::Write(this, ParameterLogging::Debug,
+    ParameterLogging::Write(&m_rManager, ParameterLogging::Debug,
                             "Load Binary Parameters completed: Binary Version: %d.%d.%d\n", rVersion.Major,
                             rVersion.Minor, rVersion.Patch);
     if (m_content.pSymbolTable->File() != nullptr)
@@ -146,12 +138,12 @@ bool ParameterSetManager::LoadFile(const CHAR* pFileName)
     return true;
 }
 
-bool ParameterSetManager::ReadHeader(const BYTE* pBuffer, UINT64 length)
+bool ParameterStore::ReadHeader(const BYTE* pBuffer, UINT64 length)
 {
     UINT64      position = 0;
     std::string errorText;
     m_header = {};
-    if (!BinaryFileFormat::ReadHeader(pBuffer, length, position, m_header, errorText, this))
+    if (!BinaryFileFormat::ReadHeader(pBuffer, length, position, m_header, errorText, &m_rManager))
     {
         SetError(errorText.c_str());
         return false;
@@ -160,13 +152,13 @@ bool ParameterSetManager::ReadHeader(const BYTE* pBuffer, UINT64 length)
     return true;
 }
 
-bool ParameterSetManager::ReadSections(const BYTE* pBuffer, UINT64 length, std::shared_ptr<ParameterBinaryFile> pFile)
+bool ParameterStore::ReadSections(const BYTE* pBuffer, UINT64 length, std::shared_ptr<ParameterBinaryFile> pFile)
 {
     BinaryFileSections sections;
     UINT64             position = m_header.SectionTableOffset;
     std::string        errorText;
     if (!BinaryFileFormat::ReadSectionInfo(pBuffer, length, position, m_header.Alignment, m_header.SectionCount,
-                                           sections, errorText, this))
+                                           sections, errorText, &m_rManager))
     {
         if (!errorText.empty())
         {
@@ -183,8 +175,8 @@ bool ParameterSetManager::ReadSections(const BYTE* pBuffer, UINT64 length, std::
 
     const bool wholeFile = (pFile == nullptr);
     m_content.pSymbolTable =
-        std::make_unique<ParameterFileSymbolTable>(this, this, m_header.Alignment, m_header.Version);
-    ModeSectionReader modeReader(*this, m_header, wholeFile);
+        std::make_unique<ParameterFileSymbolTable>(&m_rManager, &m_rManager, m_header.Alignment, m_header.Version);
+    ModeSectionReader modeReader(m_rManager, m_header, wholeFile);
     if (!modeReader.Read(pBuffer, length, pFile.get(), sections.ModeTables, m_content.modeTables))
     {
         return false;
@@ -192,7 +184,7 @@ bool ParameterSetManager::ReadSections(const BYTE* pBuffer, UINT64 length, std::
     if (sections.Symbols.Offset == 0 || sections.Symbols.Size == 0 || sections.Data.Offset == 0 ||
         sections.Data.Size == 0)
     {
-        ParameterLogging::Write(this, ParameterLogging::Warning,
+        ParameterLogging::Write(&m_rManager, ParameterLogging::Warning,
                                 "ReadModeSections: Binary missing symbol table or data SymbolOffset(%d) && "
                                 "SymbolSize(%d) && DataOffset(%d) && DataSize(%d)\n",
                                 sections.Symbols.Offset, sections.Symbols.Size, sections.Data.Offset,
@@ -201,7 +193,7 @@ bool ParameterSetManager::ReadSections(const BYTE* pBuffer, UINT64 length, std::
     }
 
     ParameterFileSymbolTable& rTable = *m_content.pSymbolTable;
-    bool                      loaded = rTable.Load(pBuffer, length, std::move(pFile), sections, this, true);
+    bool                      loaded = rTable.Load(pBuffer, length, std::move(pFile), sections, &m_rManager, true);
     if (!loaded)
     {
         SetError("Failed to read symbol table, data table or definition table");
@@ -220,7 +212,7 @@ bool ParameterSetManager::ReadSections(const BYTE* pBuffer, UINT64 length, std::
     return loaded;
 }
 
-bool ParameterSetManager::ReadModules(bool wholeFile)
+bool ParameterStore::ReadModules(bool wholeFile)
 {
     // A bad module fails the load, but the ones behind it are read all the same: the log then names all that is wrong.
     const ParameterFileSymbolTable& rTable = *m_content.pSymbolTable;
@@ -228,7 +220,7 @@ bool ParameterSetManager::ReadModules(bool wholeFile)
     for (UINT32 index = 0; index < rTable.ModuleCount(); ++index)
     {
         ModuleData*    pModuleData = rTable.GetModule(index);
-        DefaultModule* pDefault    = GetDefaultModule(pModuleData->NameHash);
+        DefaultModule* pDefault    = m_rManager.GetDefaultModule(pModuleData->NameHash);
         if (pDefault == nullptr && m_options.allowUnknownModules)
         {
             continue;
@@ -240,7 +232,7 @@ bool ParameterSetManager::ReadModules(bool wholeFile)
     return result;
 }
 
-ParameterModule* ParameterSetManager::CreateModule(DefaultModule* pDefault, ModuleData* pModuleData, bool load)
+ParameterModule* ParameterStore::CreateModule(DefaultModule* pDefault, ModuleData* pModuleData, bool load)
 {
     if (pDefault == nullptr)
     {
@@ -256,7 +248,7 @@ ParameterModule* ParameterSetManager::CreateModule(DefaultModule* pDefault, Modu
     return pModule;
 }
 
-bool ParameterSetManager::AddModule(const ModuleData* pModuleData, ParameterModule* pModule)
+bool ParameterStore::AddModule(const ModuleData* pModuleData, ParameterModule* pModule)
 {
     const UINT32 tableIndex = pModuleData->GetModeTableIndex();
     const UINT32 modeIndex  = pModuleData->GetModeIDValue();
@@ -282,9 +274,9 @@ bool ParameterSetManager::AddModule(const ModuleData* pModuleData, ParameterModu
     return true;
 }
 
-VOID ParameterSetManager::FreeBinaryParameters()
+VOID ParameterStore::FreeBinaryParameters()
 {
-    ParameterLogging::Write(this, ParameterLogging::Debug, "FreeBinaryParameters called\n");
+    ParameterLogging::Write(&m_rManager, ParameterLogging::Debug, "FreeBinaryParameters called\n");
     // The modules' data stands in the symbol table, and their modes in the mode tables.
     for (const auto& [nameHash, rpModule] : m_defaultModules)
     {
@@ -295,41 +287,4 @@ VOID ParameterSetManager::FreeBinaryParameters()
     m_header = {};
     PublishLoggingIdentifier(m_name);
     m_fileName.clear();
-}
-
-bool ParameterSetManager::ModeTableEntryExists(const CHAR* pFileName, const CHAR* pTableName)
-{
-    if (pTableName == nullptr)
-    {
-        return false;
-    }
-    ParameterBinaryFile file(pFileName, nullptr);
-    const TuningBlock   pWhole = file.Read(0, file.Length());
-    BinaryFileHeader    header;
-    BinaryFileSections  sections;
-    UINT64              position = 0;
-    std::string         errorText;
-    if (pWhole == nullptr ||
-        !BinaryFileFormat::ReadHeader(pWhole.get(), file.Length(), position, header, errorText, nullptr) ||
-        header.Version.Version.Major < BinaryFileFormat::MultiModeTableVersion.Version.Major)
-    {
-        return false;
-    }
-    position = header.SectionTableOffset;
-    if (!BinaryFileFormat::ReadSectionInfo(pWhole.get(), file.Length(), position, header.Alignment, header.SectionCount,
-                                           sections, errorText, nullptr))
-    {
-        return false;
-    }
-    const UINT32 nameSize = BinaryFileFormat::GetModeTableNameSize(header.Version);
-    for (const SectionInfo& rSection : sections.ModeTables)
-    {
-        UINT64 namePosition = rSection.Offset;
-        if (ParameterUtils::ReadText(pWhole.get(), file.Length(), namePosition, nameSize, header.Alignment) ==
-            pTableName)
-        {
-            return true;
-        }
-    }
-    return false;
 }

@@ -1,0 +1,222 @@
+/// @file
+/// What a main manager and the managers derived from it work on: the content of one file, the modules that it may hold,
+/// and the live tuning service.
+///
+/// The operations are those of ParameterSetManager, which says what they promise; each takes the table that it is
+/// about.
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <set>
+#include <span>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "parameters/binaryfileformat.h"
+#include "parameters/modeentry.h"
+#include "parameters/parametersetmanager.h"
+
+class BoundedText;
+class ParameterBinaryFile;
+class ParameterFileSymbolTable;
+class ParameterVernierWorker;
+
+class ParameterStore
+{
+public:
+    using Options = ParameterSetManager::Options;
+
+    /// @param rManager the main manager, which owns the store. Its virtual operations are called where a class that is
+    ///                 made of it may have its own, and log lines carry its identity
+    ParameterStore(ParameterSetManager& rManager, const CHAR* pName, std::span<const tuning::ModuleDescription> modules,
+                   const Options& rOptions);
+    ~ParameterStore();
+    ParameterStore(const ParameterStore&)            = delete;
+    ParameterStore& operator=(const ParameterStore&) = delete;
+
+    ParameterSetManager& Manager()
+    {
+        return m_rManager;
+    }
+
+    ParameterMutex& DataMutex()
+    {
+        return m_dataMutex;
+    }
+
+    // Errors and log lines.
+    VOID        SetError(const CHAR* pText, const ModuleData* pModuleData = nullptr);
+    std::string GetErrorText() const;
+    bool        LoggingEnabled(ParameterLogging::ParameterLogLevel level) const;
+    const CHAR* GetLoggingIdentifier() const
+    {
+        return m_pLoggingIdentifier.load(std::memory_order_acquire);
+    }
+
+    // The modules that a file may hold.
+    VOID           AddDefaultModule(std::unique_ptr<ParameterModule> pModule);
+    DefaultModule* FindDefaultModule(UINT64 nameHash);
+    VOID           SaveAndClearModules();
+    VOID           SaveAndClearModule(DefaultModule* pModule);
+
+    // Loading, reloading and updating.
+    bool LoadBinaryParameters(const CHAR* pFileName);
+    bool LoadBinaryParameters(const BYTE* pBuffer, UINT64 length);
+    bool ReloadBinaryParameters(bool bufferMode);
+    bool UpdateParameters(std::unique_ptr<ParameterSetManager> pOther);
+
+    // Tables and modes.
+    UINT32         GetModeTableCount() const;
+    VOID           GetModeTableNames(PList<const CHAR*>& rList) const;
+    ModeEntryInfo* GetModeEntry(UINT32 id);
+    ModeEntry*     GetModeEntry(BYTE tableIndex, const TuningMode* pBranch, UINT32 count);
+
+    /// Whether modes come and go with their use. While no file name is kept, everything is in memory.
+    bool IsFileMode() const
+    {
+        return !m_fileName.empty();
+    }
+    bool LoadMode(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pReason);
+    bool CanRead(BYTE tableIndex, const TuningMode* pBranch, UINT32 count);
+    bool UnloadMode(BYTE tableIndex, const TuningMode* pBranch, UINT32 count);
+
+    // Lookup.
+    enum class Hold
+    {
+        UntilReleased,
+        ForGood
+    };
+    ParameterModule* FetchModule(BYTE tableIndex, const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch,
+                                 UINT32 count, ParameterModule* pPrevious, Hold hold);
+    VOID GetModules(BYTE tableIndex, PList<ParameterModule*>& rList, const TuningMode* pBranch, UINT32 count,
+                    bool local, bool inherited, const PipelineType* pPipeline);
+    VOID GetPathFromModeBranch(const TuningMode* pBranch, UINT32 count, CHAR* pText, size_t size);
+
+    /// Whether a walk may follow the selector. @param pCaller for the error if it may not
+    bool ValidateMode(const CHAR* pCaller, const TuningMode* pBranch, UINT32 index);
+
+    // Text access.
+    bool GetValue(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pModuleText,
+                  const CHAR* pMembers, CHAR* pValue, UINT32 size);
+    bool SetValue(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pModuleText, const CHAR* pName,
+                  const CHAR* pValue);
+    bool GetInfo(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pPath,
+                 PList<ParameterParserInfo>& rList);
+    bool GetActiveModes(BYTE tableIndex, CHAR* pText, UINT32 size);
+    UINT32 GetChildModes(BYTE tableIndex, const CHAR* pPath, CHAR* pText, UINT32 size);
+    UINT32 GetSetValueCount() const;
+
+    /// The live tuning service, null for a store that was made without.
+    ParameterVernierWorker* Worker() const
+    {
+        return m_pWorker.get();
+    }
+
+    /// Whether a load starts the service.
+    std::atomic<bool> IsAutostart = true;
+
+private:
+    /// The trees of a file and its symbol table: what a reload replaces as a whole.
+    struct Content
+    {
+        std::vector<std::unique_ptr<ParameterModeTable>> modeTables;
+        std::unique_ptr<ParameterFileSymbolTable>        pSymbolTable;
+    };
+
+    /// Modes that a load has to do with: those to move to the front of the lists of active modes.
+    using TouchedModes = std::vector<ModeEntry*>;
+
+    // Loading of files.
+    bool             BeginLoad();
+    bool             EndLoad(bool loaded);
+    bool             LoadBuffer(const BYTE* pBuffer, UINT64 length);
+    bool             LoadFile(const CHAR* pFileName);
+    bool             ReadHeader(const BYTE* pBuffer, UINT64 length);
+    bool             ReadSections(const BYTE* pBuffer, UINT64 length, std::shared_ptr<ParameterBinaryFile> pFile);
+    bool             ReadModules(bool wholeFile);
+    ParameterModule* CreateModule(DefaultModule* pDefault, ModuleData* pModuleData, bool load);
+    bool             AddModule(const ModuleData* pModuleData, ParameterModule* pModule);
+    VOID             FreeBinaryParameters();
+
+    /// Makes the text the one that log lines carry. Any thread may be writing a line.
+    VOID PublishLoggingIdentifier(const std::string& rText);
+
+    /// Logs a line and keeps it as the reason of a refusal.
+    VOID Refuse(const CHAR* pFormat, ...) __attribute__((format(printf, 2, 3)));
+
+    // Reloading and updating.
+    VOID FreeReplacedParameters();
+    bool ReadReplacement(const std::string& rFileName, bool bufferMode);
+    VOID TransferReferences(const Content& rPrevious);
+    VOID TransferModeReferences(const ModeEntry& rPrevious, ModeEntry& rMode, UINT32 index);
+    VOID MergeTree(ModeEntry* pRoot, ModeEntry* pOtherRoot);
+    VOID MergeMode(ModeEntry* pMode, ModeEntry* pOtherMode);
+
+    // Text access.
+    bool GetMemberValues(ParameterModule& rModule, const CHAR* pRest, const CHAR* pMembers, BoundedText& rText);
+    bool GetAllValues(ParameterModule& rModule, const CHAR* pRest, BoundedText& rText);
+    VOID PreserveMode(const ParameterModule& rModule);
+
+    // Lookup.
+    bool             HasModeTable(const CHAR* pCaller, BYTE tableIndex) const;
+    ModeEntry*       RootForLookup(const CHAR* pName, BYTE tableIndex, const TuningMode* pBranch, UINT32 count);
+    ParameterModule* FindModuleOnBranch(ModeEntry* pRoot, const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch,
+                                        UINT32 count);
+    enum class Held
+    {
+        Yes,
+        No,
+        NoAsBefore  ///< for a reason that was told at an earlier fetch of the module
+    };
+    Held HoldModule(ParameterModule* pModule, Hold hold);
+
+    // Loading and unloading of modes in file mode.
+    bool LoadModeInternal(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pReason);
+    bool LoadModules(ModeEntry* pMode, const CHAR* pReason, const TuningMode* pBranch, UINT32 count,
+                     INT32& rFileReferences);
+    bool LoadTarget(ModeEntry* pMode, const CHAR* pReason, const TuningMode* pBranch, UINT32 count,
+                    TouchedModes& rTouched, INT32& rFileReferences);
+    bool LoadModuleMap(ModeEntry* pTarget, TouchedModes& rTouched);
+    VOID UnloadModules(ModeEntry* pTarget, const ModeEntry* pMode);
+    VOID DropReferences(ModeEntry* pUnloaded, ModeEntry::Counts counts);
+    VOID TouchModes(std::span<ModeEntry* const> touched, ParameterModeTable& rTable);
+    VOID EvictModes(ParameterModeTable& rTable);
+    bool EvictMode(ModeEntry* pMode);
+    VOID LogLoading(bool load, const CHAR* pReason, const TuningMode* pBranch, UINT32 count, const ModeEntry* pMode,
+                    const ModeEntry* pTarget);
+    std::string TablePrefix(const ModeEntry* pMode) const;
+
+    ParameterSetManager&                             m_rManager;
+    const Options                                    m_options;
+    const std::string                                m_name;
+    const std::span<const tuning::ModuleDescription> m_modules;
+
+    /// Guards m_content and what belongs to it while it is replaced or freed, against text access.
+    mutable ParameterMutex m_dataMutex;
+
+    std::set<std::string>    m_loggingIdentifiers;  ///< all that were ever handed out
+    std::atomic<const CHAR*> m_pLoggingIdentifier = "";
+    std::atomic<UINT32>      m_setValueCount      = 0;
+
+    mutable std::mutex m_errorMutex;  ///< guards m_errorText, which any thread may set
+    std::string        m_errorText;
+
+    bool             m_valid = false;
+    std::string      m_fileName;  ///< of a file in file mode, empty otherwise
+    BinaryFileHeader m_header;
+
+    // Modules go before the tables that their data stands in, hence the order of the members.
+    std::vector<std::unique_ptr<ParameterSetManager>> m_previousMerged;
+    std::vector<std::unique_ptr<ParameterSetManager>> m_merged;  ///< own the modules that UpdateParameters put here
+    Content                                           m_previousContent;
+    Content                                           m_content;
+    std::vector<std::unique_ptr<ParameterModule>>     m_parkedModules;            ///< until the next reload
+    std::vector<std::unique_ptr<ParameterModule>>     m_replacedModules;          ///< to be parked by the next reload
+    std::unordered_map<UINT64, std::unique_ptr<DefaultModule>> m_defaultModules;  ///< by name hash
+
+    // Goes first: it works on all of the above.
+    std::unique_ptr<ParameterVernierWorker> m_pWorker;
+};
