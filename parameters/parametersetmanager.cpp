@@ -245,17 +245,17 @@ VOID ParameterSetManager::GetPathFromModeBranch(const TuningMode* pBranch, UINT3
 
 bool ParameterSetManager::LoadMode(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pReason)
 {
-    return m_rStore.LoadMode(TableFor(tableIndex), pBranch, count, pReason);
+    return m_rStore.Modes().LoadMode(TableFor(tableIndex), pBranch, count, pReason);
 }
 
 bool ParameterSetManager::CanRead(BYTE tableIndex, const TuningMode* pBranch, UINT32 count)
 {
-    return m_rStore.CanRead(TableFor(tableIndex), pBranch, count);
+    return m_rStore.Modes().CanRead(TableFor(tableIndex), pBranch, count);
 }
 
 bool ParameterSetManager::UnloadMode(BYTE tableIndex, const TuningMode* pBranch, UINT32 count)
 {
-    return m_rStore.UnloadMode(TableFor(tableIndex), pBranch, count);
+    return m_rStore.Modes().UnloadMode(TableFor(tableIndex), pBranch, count);
 }
 
 ParameterModule* ParameterSetManager::GetModuleInternal(BYTE tableIndex, const CHAR* pName, const TuningMode* pBranch,

@@ -10,7 +10,8 @@
 
 ParameterStore::ParameterStore(ParameterSetManager& rManager, const CHAR* pName,
                                std::span<const tuning::ModuleDescription> modules, const Options& rOptions)
-    : m_rManager(rManager), m_options(rOptions), m_name((pName != nullptr) ? pName : ""), m_modules(modules)
+    : m_rManager(rManager), m_options(rOptions), m_modes(*this, rOptions.activeModeCacheSize),
+      m_name((pName != nullptr) ? pName : ""), m_modules(modules)
 {
     PublishLoggingIdentifier(m_name);
     for (const tuning::ModuleDescription& rDescription : modules)

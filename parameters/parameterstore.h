@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "parameters/binaryfileformat.h"
+#include "parameters/modecache.h"
 #include "parameters/modeentry.h"
 #include "parameters/parametersetmanager.h"
 
@@ -28,6 +29,13 @@ class ParameterStore
 {
 public:
     using Options = ParameterSetManager::Options;
+
+    /// The trees of a file and its symbol table: what a reload replaces as a whole.
+    struct Content
+    {
+        std::vector<std::unique_ptr<ParameterModeTable>> modeTables;
+        std::unique_ptr<ParameterFileSymbolTable>        pSymbolTable;
+    };
 
     /// @param rManager the main manager, which owns the store. Its virtual operations are called where a class that is
     ///                 made of it may have its own, and log lines carry its identity
@@ -69,6 +77,14 @@ public:
     bool UpdateParameters(std::unique_ptr<ParameterSetManager> pOther);
 
     // Tables and modes.
+    const Content& GetContent() const
+    {
+        return m_content;
+    }
+
+    /// @return false, with a log, if there is no such table. @param pCaller for the log
+    bool HasModeTable(const CHAR* pCaller, BYTE tableIndex) const;
+
     UINT32         GetModeTableCount() const;
     VOID           GetModeTableNames(PList<const CHAR*>& rList) const;
     ModeEntryInfo* GetModeEntry(UINT32 id);
@@ -79,9 +95,12 @@ public:
     {
         return !m_fileName.empty();
     }
-    bool LoadMode(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pReason);
-    bool CanRead(BYTE tableIndex, const TuningMode* pBranch, UINT32 count);
-    bool UnloadMode(BYTE tableIndex, const TuningMode* pBranch, UINT32 count);
+
+    /// What loads and unloads them then.
+    ModeCache& Modes()
+    {
+        return m_modes;
+    }
 
     // Lookup.
     enum class Hold
@@ -119,16 +138,6 @@ public:
     std::atomic<bool> IsAutostart = true;
 
 private:
-    /// The trees of a file and its symbol table: what a reload replaces as a whole.
-    struct Content
-    {
-        std::vector<std::unique_ptr<ParameterModeTable>> modeTables;
-        std::unique_ptr<ParameterFileSymbolTable>        pSymbolTable;
-    };
-
-    /// Modes that a load has to do with: those to move to the front of the lists of active modes.
-    using TouchedModes = std::vector<ModeEntry*>;
-
     // Loading of files.
     bool             BeginLoad();
     bool             EndLoad(bool loaded);
@@ -161,7 +170,6 @@ private:
     VOID PreserveMode(const ParameterModule& rModule);
 
     // Lookup.
-    bool             HasModeTable(const CHAR* pCaller, BYTE tableIndex) const;
     ModeEntry*       RootForLookup(const CHAR* pName, BYTE tableIndex, const TuningMode* pBranch, UINT32 count);
     ParameterModule* FindModuleOnBranch(ModeEntry* pRoot, const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch,
                                         UINT32 count);
@@ -173,24 +181,9 @@ private:
     };
     Held HoldModule(ParameterModule* pModule, Hold hold);
 
-    // Loading and unloading of modes in file mode.
-    bool LoadModeInternal(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pReason);
-    bool LoadModules(ModeEntry* pMode, const CHAR* pReason, const TuningMode* pBranch, UINT32 count,
-                     INT32& rFileReferences);
-    bool LoadTarget(ModeEntry* pMode, const CHAR* pReason, const TuningMode* pBranch, UINT32 count,
-                    TouchedModes& rTouched, INT32& rFileReferences);
-    bool LoadModuleMap(ModeEntry* pTarget, TouchedModes& rTouched);
-    VOID UnloadModules(ModeEntry* pTarget, const ModeEntry* pMode);
-    VOID DropReferences(ModeEntry* pUnloaded, ModeEntry::Counts counts);
-    VOID TouchModes(std::span<ModeEntry* const> touched, ParameterModeTable& rTable);
-    VOID EvictModes(ParameterModeTable& rTable);
-    bool EvictMode(ModeEntry* pMode);
-    VOID LogLoading(bool load, const CHAR* pReason, const TuningMode* pBranch, UINT32 count, const ModeEntry* pMode,
-                    const ModeEntry* pTarget);
-    std::string TablePrefix(const ModeEntry* pMode) const;
-
     ParameterSetManager&                             m_rManager;
     const Options                                    m_options;
+    ModeCache                                        m_modes;
     const std::string                                m_name;
     const std::span<const tuning::ModuleDescription> m_modules;
 

@@ -90,7 +90,7 @@ ParameterModule* ParameterStore::FetchModule(BYTE tableIndex, const CHAR* pName,
     {
         if (IsFileMode())
         {
-            LoadMode(tableIndex, pBranch, count, nullptr);
+            m_modes.LoadMode(tableIndex, pBranch, count, nullptr);
         }
         pModule = FindModuleOnBranch(pRoot, pName, nameHash, pBranch, count);
     }
@@ -228,10 +228,9 @@ ParameterStore::Held ParameterStore::HoldModule(ParameterModule* pModule, Hold h
     {
         pReference->KeepForGood();
     }
-    if (!wasLoaded && IsFileMode() && m_options.activeModeCacheSize > 0)
+    if (!wasLoaded && IsFileMode())
     {
-        // Found through a mode that shares it, while its own was unloaded, with which it has to go again.
-        TouchModes({&pOwnMode, 1}, *pOwnMode->Table);
+        m_modes.NoteLoad(pOwnMode);
     }
     return Held::Yes;
 }
@@ -247,18 +246,15 @@ VOID ParameterStore::GetModules(BYTE tableIndex, PList<ParameterModule*>& rList,
     }
     if (IsFileMode())
     {
-        LoadMode(tableIndex, pBranch, count, nullptr);
+        m_modes.LoadMode(tableIndex, pBranch, count, nullptr);
     }
-    BranchWalk walk(*this, "GetModules", pRoot, pBranch, count);
-    while (walk.Next())
-    {
-    }
-    if (walk.IsLost())
+    ModeEntry* pMode = BranchWalk(*this, "GetModules", pRoot, pBranch, count).End();
+    if (pMode == nullptr)
     {
         return;
     }
     PList<ParameterModule*> found;
-    walk.Mode()->GetModules(found, local, inherited, pPipeline);
+    pMode->GetModules(found, local, inherited, pPipeline);
     for (UINT32 index = 0; index < found.Count(); ++index)
     {
         if (HoldModule(found[index], Hold::UntilReleased) == Held::Yes)
@@ -288,13 +284,5 @@ ModeEntry* ParameterStore::GetModeEntry(BYTE tableIndex, const TuningMode* pBran
         return nullptr;
     }
     ModeEntry* pRoot = m_content.modeTables[tableIndex]->RootMode.Entry;
-    if (pRoot == nullptr)
-    {
-        return nullptr;
-    }
-    BranchWalk walk(*this, "GetModeEntry", pRoot, pBranch, count);
-    while (walk.Next())
-    {
-    }
-    return walk.IsLost() ? nullptr : walk.Mode();
+    return (pRoot != nullptr) ? BranchWalk(*this, "GetModeEntry", pRoot, pBranch, count).End() : nullptr;
 }

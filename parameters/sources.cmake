@@ -11,6 +11,7 @@ add_room(kiro_parameters
     parameters/live/requestframing.cpp
     parameters/live/socketid.cpp
     parameters/loadallowance.cpp
+    parameters/modecache.cpp
     parameters/modeentry.cpp
     parameters/modenames.cpp
     parameters/modepaths.cpp
@@ -28,7 +29,6 @@ add_room(kiro_parameters
     parameters/parameterstore.cpp
     parameters/parameterstore_load.cpp
     parameters/parameterstore_lookup.cpp
-    parameters/parameterstore_modeloading.cpp
     parameters/parameterstore_reload.cpp
     parameters/parameterstore_text.cpp
     parameters/parameterutils.cpp

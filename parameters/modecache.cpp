@@ -1,17 +1,11 @@
-/// Loading of modes from the file when they are wanted, and unloading of those used longest ago.
-///
-/// Locks: a mode's Mutex is held while its modules are loaded or unloaded, as long as the file takes; a table's
-/// ActModeMutex while its list of active modes changes, and over an eviction. Under an ActModeMutex a mode's Mutex and
-/// a module's are only tried, so that it is never held for long; none is taken the other way round, and no thread holds
-/// two ActModeMutexes. References are counted without a lock: how a fetch and an eviction of the same module get out of
-/// each other's way, ParameterModule::UnloadIfUnused says. A frame whose modes are all loaded and listed takes no lock,
-/// but an ActModeMutex for the look at its list when an eviction is due.
-#include "parameters/parameterstore.h"
+#include "parameters/modecache.h"
 
 #include <algorithm>
+#include <mutex>
 
 #include "parameters/branchwalk.h"
 #include "parameters/parameterfilesymboltable.h"
+#include "parameters/parameterstore.h"
 
 namespace
 {
@@ -39,59 +33,59 @@ bool IsReadable(const ModeEntry& rMode)
 
 }  // namespace
 
-bool ParameterStore::LoadMode(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pReason)
+bool ModeCache::LoadMode(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pReason)
 {
-    if (m_content.pSymbolTable == nullptr)
+    if (m_rStore.GetContent().pSymbolTable == nullptr)
     {
-        SetError("LoadMode called with no binary file loaded");
+        m_rStore.SetError("LoadMode called with no binary file loaded");
         return false;
     }
-    if (!IsFileMode())
+    if (!m_rStore.IsFileMode())
     {
-        SetError("LoadMode is not valid in buffer mode");
+        m_rStore.SetError("LoadMode is not valid in buffer mode");
         return false;
     }
-    return LoadModeInternal(tableIndex, pBranch, count, pReason);
+    return LoadBranch(tableIndex, {pReason, pBranch, count});
 }
 
-bool ParameterStore::LoadModeInternal(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pReason)
+bool ModeCache::LoadBranch(BYTE tableIndex, const Request& rRequest)
 {
-    if (!HasModeTable("LoadModeInternal", tableIndex))
+    if (!m_rStore.HasModeTable("LoadModeInternal", tableIndex))
     {
         return false;
     }
-    ModeEntry* pRoot = m_content.modeTables[tableIndex]->RootMode.Entry;
+    ModeEntry* pRoot = m_rStore.GetContent().modeTables[tableIndex]->RootMode.Entry;
     if (pRoot == nullptr)
     {
         return false;
     }
     INT32      fileReferences = 0;
-    bool       loaded         = LoadModules(pRoot, pReason, pBranch, count, fileReferences);
-    BranchWalk walk(*this, "LoadModeInternal", pRoot, pBranch, count);
+    bool       loaded         = LoadModules(pRoot, rRequest, fileReferences);
+    BranchWalk walk(m_rStore, "LoadModeInternal", pRoot, rRequest.pBranch, rRequest.count);
     while (loaded && walk.Next())
     {
-        loaded = LoadModules(walk.Mode(), pReason, pBranch, count, fileReferences);
+        loaded = LoadModules(walk.Mode(), rRequest, fileReferences);
     }
     if (fileReferences > 0)
     {
-        m_content.pSymbolTable->FileReference(-fileReferences);
+        m_rStore.GetContent().pSymbolTable->FileReference(-fileReferences);
     }
     return loaded && !walk.IsLost();
 }
 
-bool ParameterStore::CanRead(BYTE tableIndex, const TuningMode* pBranch, UINT32 count)
+bool ModeCache::CanRead(BYTE tableIndex, const TuningMode* pBranch, UINT32 count)
 {
-    if (!IsFileMode() || tableIndex >= m_content.modeTables.size())
+    if (!m_rStore.IsFileMode() || tableIndex >= m_rStore.GetContent().modeTables.size())
     {
         return true;
     }
-    ModeEntry* pRoot = m_content.modeTables[tableIndex]->RootMode.Entry;
+    ModeEntry* pRoot = m_rStore.GetContent().modeTables[tableIndex]->RootMode.Entry;
     if (pRoot == nullptr)
     {
         return true;
     }
-    (VOID) LoadModeInternal(tableIndex, pBranch, count, nullptr);
-    BranchWalk walk(*this, "CanRead", pRoot, pBranch, count);
+    (VOID) LoadBranch(tableIndex, {nullptr, pBranch, count});
+    BranchWalk walk(m_rStore, "CanRead", pRoot, pBranch, count);
     bool       isReadable = true;
     while (isReadable && walk.Next())
     {
@@ -100,43 +94,34 @@ bool ParameterStore::CanRead(BYTE tableIndex, const TuningMode* pBranch, UINT32 
     return isReadable;
 }
 
-bool ParameterStore::UnloadMode(BYTE tableIndex, const TuningMode* pBranch, UINT32 count)
+bool ModeCache::UnloadMode(BYTE tableIndex, const TuningMode* pBranch, UINT32 count)
 {
     // Text access counts on its module while it reads; so does nobody else.
-    const std::lock_guard<ParameterMutex> lock(m_dataMutex);
-    if (!IsFileMode())
+    const std::lock_guard<ParameterMutex> lock(m_rStore.DataMutex());
+    if (!m_rStore.IsFileMode())
     {
-        SetError("UnloadMode is not valid in buffer mode");
+        m_rStore.SetError("UnloadMode is not valid in buffer mode");
         return false;
     }
-    if (!HasModeTable("UnloadMode", tableIndex))
+    if (!m_rStore.HasModeTable("UnloadMode", tableIndex))
     {
         return false;
     }
-    ModeEntry* pRoot = m_content.modeTables[tableIndex]->RootMode.Entry;
+    ModeEntry* pRoot = m_rStore.GetContent().modeTables[tableIndex]->RootMode.Entry;
     if (pRoot == nullptr)
     {
-        SetError("UnloadMode root mode is nullptr");
+        m_rStore.SetError("UnloadMode root mode is nullptr");
         return false;
     }
-    BranchWalk walk(*this, "UnloadMode", pRoot, pBranch, count);
-    while (walk.Next())
+    ModeEntry* pMode = BranchWalk(m_rStore, "UnloadMode", pRoot, pBranch, count).End();
+    if (pMode != nullptr && !pMode->Target()->Preserve)
     {
+        UnloadModules(pMode->Target(), pMode);
     }
-    if (walk.IsLost())
-    {
-        return false;
-    }
-    ModeEntry* pTarget = walk.Mode()->Target();
-    if (!pTarget->Preserve)
-    {
-        UnloadModules(pTarget, walk.Mode());
-    }
-    return true;
+    return pMode != nullptr;
 }
 
-bool ParameterStore::LoadModules(ModeEntry* pMode, const CHAR* pReason, const TuningMode* pBranch, UINT32 count,
-                                 INT32& rFileReferences)
+bool ModeCache::LoadModules(ModeEntry* pMode, const Request& rRequest, INT32& rFileReferences)
 {
     ModeEntry* pTarget = pMode->Target();
     const bool touch   = IsCachedLevel(pTarget) && pTarget->HasLocalModules();
@@ -151,13 +136,12 @@ bool ParameterStore::LoadModules(ModeEntry* pMode, const CHAR* pReason, const Tu
     {
         touched.push_back(pTarget);
     }
-    const bool loaded = LoadTarget(pMode, pReason, pBranch, count, touched, rFileReferences);
+    const bool loaded = LoadTarget(pMode, rRequest, touched, rFileReferences);
     TouchModes(touched, *pTarget->Table);
     return loaded;
 }
 
-bool ParameterStore::LoadTarget(ModeEntry* pMode, const CHAR* pReason, const TuningMode* pBranch, UINT32 count,
-                                TouchedModes& rTouched, INT32& rFileReferences)
+bool ModeCache::LoadTarget(ModeEntry* pMode, const Request& rRequest, TouchedModes& rTouched, INT32& rFileReferences)
 {
     ModeEntry*                            pTarget = pMode->Target();
     const std::lock_guard<ParameterMutex> lock(pTarget->Mutex);
@@ -166,18 +150,18 @@ bool ParameterStore::LoadTarget(ModeEntry* pMode, const CHAR* pReason, const Tun
         return true;  // another thread was first
     }
     // The file stays open until the whole branch is loaded.
-    rFileReferences += m_content.pSymbolTable->HoldFile() ? 1 : 0;
+    rFileReferences += m_rStore.GetContent().pSymbolTable->HoldFile() ? 1 : 0;
     if (!IsReadable(*pTarget))
     {
         rTouched.clear();  // what cannot be read pushes nothing out
         return false;
     }
-    LogLoading(true, pReason, pBranch, count, pMode, pTarget);
+    LogMove("L", rRequest, pMode, pTarget);
     pTarget->Loaded = LoadModuleMap(pTarget, rTouched);
     return pTarget->Loaded;
 }
 
-bool ParameterStore::LoadModuleMap(ModeEntry* pTarget, TouchedModes& rTouched)
+bool ModeCache::LoadModuleMap(ModeEntry* pTarget, TouchedModes& rTouched)
 {
     for (const auto& rpReference : pTarget->ModuleMap)
     {
@@ -188,8 +172,7 @@ bool ParameterStore::LoadModuleMap(ModeEntry* pTarget, TouchedModes& rTouched)
         }
         // A module shared with another mode is unloaded with that one, which therefore counts as used, too.
         ModeEntry* pOwnMode = pModule->Data->Mode->Entry;
-        if (m_options.activeModeCacheSize > 0 &&
-            std::find(rTouched.begin(), rTouched.end(), pOwnMode) == rTouched.end())
+        if (m_size > 0 && std::find(rTouched.begin(), rTouched.end(), pOwnMode) == rTouched.end())
         {
             rTouched.push_back(pOwnMode);
         }
@@ -197,12 +180,12 @@ bool ParameterStore::LoadModuleMap(ModeEntry* pTarget, TouchedModes& rTouched)
     return true;
 }
 
-VOID ParameterStore::UnloadModules(ModeEntry* pTarget, const ModeEntry* pMode)
+VOID ModeCache::UnloadModules(ModeEntry* pTarget, const ModeEntry* pMode)
 {
     const std::string prefix = TablePrefix(pTarget);
     {
         const std::lock_guard<ParameterMutex> lock(pTarget->Mutex);
-        LogLoading(false, nullptr, nullptr, 0, pMode, pTarget);
+        LogMove("Unl", {}, pMode, pTarget);
         pTarget->Loaded = false;
         for (const auto& rpReference : pTarget->ModuleMap)
         {
@@ -214,7 +197,7 @@ VOID ParameterStore::UnloadModules(ModeEntry* pTarget, const ModeEntry* pMode)
             const INT32 references = rpReference->RefCount.load();
             if (references > 0)
             {
-                ParameterLogging::Write(&m_rManager, ParameterLogging::Warning,
+                ParameterLogging::Write(&m_rStore.Manager(), ParameterLogging::Warning,
                                         "%sUnloading referenced module %s, Mode: %s, Ref count: %u\n", prefix.c_str(),
                                         pModule->GetModuleName(), pModule->Data->ModePath.c_str(),
                                         static_cast<UINT32>(references));
@@ -227,21 +210,29 @@ VOID ParameterStore::UnloadModules(ModeEntry* pTarget, const ModeEntry* pMode)
     pTarget->Table->Unlist(pTarget);
 }
 
-VOID ParameterStore::DropReferences(ModeEntry* pUnloaded, ModeEntry::Counts counts)
+VOID ModeCache::DropReferences(ModeEntry* pUnloaded, ModeEntry::Counts counts)
 {
     const UINT32 unreleased = pUnloaded->GetReferenceCount(counts);
     if (unreleased != 0)
     {
         CHAR path[ModeEntry::MaxPathText];
         pUnloaded->GetModePath(path, sizeof(path));
-        ParameterLogging::Write(&m_rManager, ParameterLogging::Warning,
+        ParameterLogging::Write(&m_rStore.Manager(), ParameterLogging::Warning,
                                 "%sUnloading mode with %u unreleased modules: %s\n", TablePrefix(pUnloaded).c_str(),
                                 unreleased, path);
     }
     pUnloaded->ReleaseReferences(counts);
 }
 
-VOID ParameterStore::TouchModes(std::span<ModeEntry* const> touched, ParameterModeTable& rTable)
+VOID ModeCache::NoteLoad(ModeEntry* pOwnMode)
+{
+    if (m_size > 0)
+    {
+        TouchModes({&pOwnMode, 1}, *pOwnMode->Table);
+    }
+}
+
+VOID ModeCache::TouchModes(std::span<ModeEntry* const> touched, ParameterModeTable& rTable)
 {
     for (ModeEntry* pMode : touched)
     {
@@ -261,16 +252,16 @@ VOID ParameterStore::TouchModes(std::span<ModeEntry* const> touched, ParameterMo
     }
 }
 
-VOID ParameterStore::EvictModes(ParameterModeTable& rTable)
+VOID ModeCache::EvictModes(ParameterModeTable& rTable)
 {
     // Frames come by many times and find nothing due nearly always. What a file that is lost had given cannot come
     // back.
-    if (!rTable.EvictionDue || m_content.pSymbolTable->IsFileLost())
+    if (!rTable.EvictionDue || m_rStore.GetContent().pSymbolTable->IsFileLost())
     {
         return;
     }
     const std::lock_guard<ParameterMutex> lock(rTable.ActModeMutex);
-    const UINT32                          limit   = std::max(m_options.activeModeCacheSize, MinActiveModes);
+    const UINT32                          limit   = std::max(m_size, MinActiveModes);
     const PList<ModeEntry*>&              rActive = rTable.ActiveModes;
     rTable.EvictionDue                            = false;
     rTable.SortActiveModes();
@@ -282,7 +273,7 @@ VOID ParameterStore::EvictModes(ParameterModeTable& rTable)
     {
         ModeEntry* pMode       = rActive[index - 1];
         const bool isUsedAgain = pMode->LastUse != pMode->SortedUse;  // by somebody who may not have seen the mark
-        if (!isUsedAgain && (pMode->Preserve || m_options.activeModeCacheSize == 0))
+        if (!isUsedAgain && (pMode->Preserve || m_size == 0))
         {
             rTable.Unlist(pMode);
         }
@@ -293,7 +284,7 @@ VOID ParameterStore::EvictModes(ParameterModeTable& rTable)
     }
 }
 
-bool ParameterStore::EvictMode(ModeEntry* pMode)
+bool ModeCache::EvictMode(ModeEntry* pMode)
 {
     // A mode that is being loaded is held for as long as the file takes, and nobody may wait for that here.
     const std::unique_lock<ParameterMutex> lock(pMode->Mutex, std::try_to_lock);
@@ -301,7 +292,7 @@ bool ParameterStore::EvictMode(ModeEntry* pMode)
     {
         return false;
     }
-    LogLoading(false, nullptr, nullptr, 0, pMode, pMode);
+    LogMove("Unl", {}, pMode, pMode);
     pMode->Table->Unlist(pMode);  // first, see Touch
     pMode->Loaded = false;
     bool isGone   = true;
@@ -324,16 +315,15 @@ bool ParameterStore::EvictMode(ModeEntry* pMode)
     return isGone;
 }
 
-VOID ParameterStore::LogLoading(bool load, const CHAR* pReason, const TuningMode* pBranch, UINT32 count,
-                                const ModeEntry* pMode, const ModeEntry* pTarget)
+VOID ModeCache::LogMove(const CHAR* pMove, const Request& rRequest, const ModeEntry* pMode, const ModeEntry* pTarget)
 {
-    if (!LoggingEnabled(ParameterLogging::Debug))
+    if (!m_rStore.Manager().LoggingEnabled(ParameterLogging::Debug))
     {
         return;
     }
     CHAR branchPath[ModeEntry::MaxPathText];
     CHAR path[ModeEntry::MaxPathText];
-    GetPathFromModeBranch(pBranch, count, branchPath, sizeof(branchPath));
+    m_rStore.GetPathFromModeBranch(rRequest.pBranch, rRequest.count, branchPath, sizeof(branchPath));
     pMode->GetModePath(path, sizeof(path));
     std::string shown(path);
     if (pTarget != pMode)
@@ -341,12 +331,12 @@ VOID ParameterStore::LogLoading(bool load, const CHAR* pReason, const TuningMode
         pTarget->GetModePath(path, sizeof(path));
         shown += std::string("->") + path;
     }
-    ParameterLogging::Write(&m_rManager, ParameterLogging::Debug, "%s%soading modules (GetModule:%s:%s): %s\n",
-                            TablePrefix(pTarget).c_str(), load ? "L" : "Unl",
-                            (pReason != nullptr) ? pReason : "Unknown", branchPath, shown.c_str());
+    ParameterLogging::Write(&m_rStore.Manager(), ParameterLogging::Debug, "%s%soading modules (GetModule:%s:%s): %s\n",
+                            TablePrefix(pTarget).c_str(), pMove,
+                            (rRequest.pReason != nullptr) ? rRequest.pReason : "Unknown", branchPath, shown.c_str());
 }
 
-std::string ParameterStore::TablePrefix(const ModeEntry* pMode) const
+std::string ModeCache::TablePrefix(const ModeEntry* pMode) const
 {
-    return (m_content.modeTables.size() > 1) ? "(" + pMode->Table->Name + "): " : std::string();
+    return (m_rStore.GetContent().modeTables.size() > 1) ? "(" + pMode->Table->Name + "): " : std::string();
 }
