@@ -327,19 +327,19 @@ VOID ParameterSetManager::ReleaseModules(PList<ParameterModule*>& rList)
 bool ParameterSetManager::GetValue(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pModuleText,
                                    const CHAR* pMembers, CHAR* pValue, UINT32 size)
 {
-    return m_rStore.GetValue(TableFor(tableIndex), pBranch, count, pModuleText, pMembers, pValue, size);
+    return m_rStore.Values().GetValue(TableFor(tableIndex), pBranch, count, pModuleText, pMembers, pValue, size);
 }
 
 bool ParameterSetManager::SetValue(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pModuleText,
                                    const CHAR* pName, const CHAR* pValue)
 {
-    return m_rStore.SetValue(TableFor(tableIndex), pBranch, count, pModuleText, pName, pValue);
+    return m_rStore.Values().SetValue(TableFor(tableIndex), pBranch, count, pModuleText, pName, pValue);
 }
 
 bool ParameterSetManager::GetInfo(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pPath,
                                   PList<ParameterParserInfo>& rList)
 {
-    return m_rStore.GetInfo(TableFor(tableIndex), pBranch, count, pPath, rList);
+    return m_rStore.Values().GetInfo(TableFor(tableIndex), pBranch, count, pPath, rList);
 }
 
 bool ParameterSetManager::GetValue(BYTE tableIndex, const CHAR* pModePath, const CHAR* pModuleText,
@@ -365,7 +365,7 @@ bool ParameterSetManager::GetInfo(BYTE tableIndex, const CHAR* pModePath, const 
 
 bool ParameterSetManager::GetActiveModes(BYTE tableIndex, CHAR* pText, UINT32 size)
 {
-    return m_rStore.GetActiveModes(TableFor(tableIndex), pText, size);
+    return m_rStore.Values().GetActiveModes(TableFor(tableIndex), pText, size);
 }
 
 bool ParameterSetManager::GetModeShorthand(const CHAR* pPath, CHAR* pText, UINT32 size)
@@ -375,10 +375,10 @@ bool ParameterSetManager::GetModeShorthand(const CHAR* pPath, CHAR* pText, UINT3
 
 UINT32 ParameterSetManager::GetChildModes(BYTE tableIndex, const CHAR* pPath, CHAR* pText, UINT32 size)
 {
-    return m_rStore.GetChildModes(TableFor(tableIndex), pPath, pText, size);
+    return m_rStore.Values().GetChildModes(TableFor(tableIndex), pPath, pText, size);
 }
 
 UINT32 ParameterSetManager::GetSetValueCount() const
 {
-    return m_rStore.GetSetValueCount();
+    return m_rStore.Values().GetSetValueCount();
 }

@@ -10,7 +10,7 @@
 
 ParameterStore::ParameterStore(ParameterSetManager& rManager, const CHAR* pName,
                                std::span<const tuning::ModuleDescription> modules, const Options& rOptions)
-    : m_rManager(rManager), m_options(rOptions), m_modes(*this, rOptions.activeModeCacheSize),
+    : m_rManager(rManager), m_options(rOptions), m_modes(*this, rOptions.activeModeCacheSize), m_values(*this),
       m_name((pName != nullptr) ? pName : ""), m_modules(modules)
 {
     PublishLoggingIdentifier(m_name);

@@ -19,8 +19,8 @@
 #include "parameters/modecache.h"
 #include "parameters/modeentry.h"
 #include "parameters/parametersetmanager.h"
+#include "parameters/valueaccess.h"
 
-class BoundedText;
 class ParameterBinaryFile;
 class ParameterFileSymbolTable;
 class ParameterVernierWorker;
@@ -117,16 +117,11 @@ public:
     /// Whether a walk may follow the selector. @param pCaller for the error if it may not
     bool ValidateMode(const CHAR* pCaller, const TuningMode* pBranch, UINT32 index);
 
-    // Text access.
-    bool GetValue(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pModuleText,
-                  const CHAR* pMembers, CHAR* pValue, UINT32 size);
-    bool SetValue(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pModuleText, const CHAR* pName,
-                  const CHAR* pValue);
-    bool GetInfo(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pPath,
-                 PList<ParameterParserInfo>& rList);
-    bool GetActiveModes(BYTE tableIndex, CHAR* pText, UINT32 size);
-    UINT32 GetChildModes(BYTE tableIndex, const CHAR* pPath, CHAR* pText, UINT32 size);
-    UINT32 GetSetValueCount() const;
+    /// Values as text.
+    ValueAccess& Values()
+    {
+        return m_values;
+    }
 
     /// The live tuning service, null for a store that was made without.
     ParameterVernierWorker* Worker() const
@@ -164,11 +159,6 @@ private:
     VOID MergeTree(ModeEntry* pRoot, ModeEntry* pOtherRoot);
     VOID MergeMode(ModeEntry* pMode, ModeEntry* pOtherMode);
 
-    // Text access.
-    bool GetMemberValues(ParameterModule& rModule, const CHAR* pRest, const CHAR* pMembers, BoundedText& rText);
-    bool GetAllValues(ParameterModule& rModule, const CHAR* pRest, BoundedText& rText);
-    VOID PreserveMode(const ParameterModule& rModule);
-
     // Lookup.
     ModeEntry*       RootForLookup(const CHAR* pName, BYTE tableIndex, const TuningMode* pBranch, UINT32 count);
     ParameterModule* FindModuleOnBranch(ModeEntry* pRoot, const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch,
@@ -184,6 +174,7 @@ private:
     ParameterSetManager&                             m_rManager;
     const Options                                    m_options;
     ModeCache                                        m_modes;
+    ValueAccess                                      m_values;
     const std::string                                m_name;
     const std::span<const tuning::ModuleDescription> m_modules;
 
@@ -192,7 +183,6 @@ private:
 
     std::set<std::string>    m_loggingIdentifiers;  ///< all that were ever handed out
     std::atomic<const CHAR*> m_pLoggingIdentifier = "";
-    std::atomic<UINT32>      m_setValueCount      = 0;
 
     mutable std::mutex m_errorMutex;  ///< guards m_errorText, which any thread may set
     std::string        m_errorText;

@@ -30,7 +30,6 @@ add_room(kiro_parameters
     parameters/parameterstore_load.cpp
     parameters/parameterstore_lookup.cpp
     parameters/parameterstore_reload.cpp
-    parameters/parameterstore_text.cpp
     parameters/parameterutils.cpp
     parameters/parametervalues.cpp
     parameters/parsercrc.cpp
@@ -38,4 +37,5 @@ add_room(kiro_parameters
     parameters/recordtext.cpp
     parameters/tablemodule.cpp
     parameters/tuningsetmanager.cpp
+    parameters/valueaccess.cpp
 )

@@ -1,7 +1,4 @@
-/// Values as text, and the modes that there are, for the live tuning service. All of this holds the data mutex: the
-/// file stays as it is meanwhile. Modes that frames load and evict in between are kept by a reference while they are
-/// read.
-#include "parameters/parameterstore.h"
+#include "parameters/valueaccess.h"
 
 #include <algorithm>
 #include <memory>
@@ -13,6 +10,7 @@
 #include "parameters/modenames.h"
 #include "parameters/modepaths.h"
 #include "parameters/parameterparserinfo.h"
+#include "parameters/parameterstore.h"
 #include "parameters/tablemodule.h"
 
 namespace
@@ -88,6 +86,68 @@ VOID AppendValue(BoundedText& rText, std::string_view name, const CHAR* pValue)
     rText.Append(pValue);
 }
 
+bool GetMemberValues(ParameterModule& rModule, const CHAR* pRest, const CHAR* pMembers, BoundedText& rText)
+{
+    const std::unique_ptr<CHAR[]> pValue  = std::make_unique_for_overwrite<CHAR[]>(MaxValueText);
+    std::string_view              members = pMembers;
+    bool                          isRead  = false;
+    while (!members.empty())
+    {
+        const size_t           comma  = members.find(',');
+        const std::string_view member = members.substr(0, comma);
+        members.remove_prefix((comma == std::string_view::npos) ? members.size() : comma + 1);
+        // Of what has no room any more, only the last counts, for the answer. A long list costs no more than its text.
+        if (rText.IsFull() && !members.empty())
+        {
+            continue;
+        }
+        isRead = rModule.GetValue(JoinPath(pRest, member).c_str(), pValue.get(), MaxValueText);
+        if (isRead)
+        {
+            AppendValue(rText, member, pValue.get());
+        }
+    }
+    return isRead;
+}
+
+bool GetAllValues(ParameterModule& rModule, const CHAR* pRest, BoundedText& rText)
+{
+    const std::unique_ptr<CHAR[]> pValue = std::make_unique_for_overwrite<CHAR[]>(MaxValueText);
+    PList<ParameterParserInfo>    list;
+    if (!rModule.GetInfo(pRest, list))
+    {
+        // No record: then perhaps a value.
+        if (!rModule.GetValue(pRest, pValue.get(), MaxValueText))
+        {
+            return false;
+        }
+        const std::string_view path(pRest);
+        AppendValue(rText, path.substr(path.rfind('.') + 1), pValue.get());
+        return true;
+    }
+    for (UINT32 index = 0; index < list.Count() && !rText.IsFull(); ++index)
+    {
+        const ParameterParserInfo& rInfo = list.ToArray()[index];
+        const std::string_view     type  = rInfo.Type;
+        if (type == ParameterParserInfo::TypeStructure || type == ParameterParserInfo::TypeModule)
+        {
+            continue;
+        }
+        AppendValue(rText, rInfo.Name, rInfo.Value);
+        const std::string path = JoinPath(pRest, rInfo.Name) + '[';
+        for (UINT32 item = 0; rInfo.IsArray && item < rInfo.Count && !rText.IsFull(); ++item)
+        {
+            if (!rModule.GetValue((path + std::to_string(item) + ']').c_str(), pValue.get(), MaxValueText))
+            {
+                return false;
+            }
+            rText.Append((item > 0) ? "," : "");
+            rText.Append(pValue.get());
+        }
+    }
+    return true;
+}
+
 /// Puts a mode that is in use among those collected. Of a mode and one below it only the lower one is told, since a
 /// path names the upper ones anyway.
 VOID CollectMode(std::vector<const ModeEntry*>& rModes, const ModeEntry* pMode)
@@ -125,6 +185,19 @@ std::vector<const ModeEntry*> ActiveModesOf(ParameterModeTable& rTable)
         CollectMode(modes, rActive[index]);
     }
     return modes;
+}
+
+/// Keeps an edited module in memory for good.
+VOID PreserveMode(const ParameterModule& rModule)
+{
+    // A shared module is unloaded with the mode that owns it, wherever it was found.
+    ModeEntry* pMode = rModule.Data->Mode->Entry;
+    if (!pMode->Preserve)
+    {
+        const std::lock_guard<ParameterMutex> lock(pMode->Table->ActModeMutex);
+        pMode->Preserve = true;
+        pMode->Table->Unlist(pMode);
+    }
 }
 
 /// Records that hold the same array share one in memory, so that an edit of one is an edit of all. Among the modules of
@@ -171,8 +244,8 @@ std::string NameOfMode(const ModeEntry& rMode)
 
 }  // namespace
 
-bool ParameterStore::GetValue(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pModuleText,
-                              const CHAR* pMembers, CHAR* pValue, UINT32 size)
+bool ValueAccess::GetValue(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pModuleText,
+                           const CHAR* pMembers, CHAR* pValue, UINT32 size)
 {
     if (pValue == nullptr || size == 0)
     {
@@ -184,8 +257,8 @@ bool ParameterStore::GetValue(BYTE tableIndex, const TuningMode* pBranch, UINT32
         return false;
     }
     const ModuleText                      moduleText(pModuleText);
-    const std::lock_guard<ParameterMutex> lock(m_dataMutex);
-    const HeldModule                      module(m_rManager, tableIndex, moduleText.name, pBranch, count);
+    const std::lock_guard<ParameterMutex> lock(m_rStore.DataMutex());
+    const HeldModule                      module(m_rStore.Manager(), tableIndex, moduleText.name, pBranch, count);
     if (module.Get() == nullptr)
     {
         return false;
@@ -195,71 +268,8 @@ bool ParameterStore::GetValue(BYTE tableIndex, const TuningMode* pBranch, UINT32
                : GetAllValues(*module.Get(), moduleText.pRest, text);
 }
 
-bool ParameterStore::GetMemberValues(ParameterModule& rModule, const CHAR* pRest, const CHAR* pMembers,
-                                     BoundedText& rText)
-{
-    const std::unique_ptr<CHAR[]> pValue  = std::make_unique_for_overwrite<CHAR[]>(MaxValueText);
-    std::string_view              members = pMembers;
-    bool                          isRead  = false;
-    while (!members.empty())
-    {
-        const size_t           comma  = members.find(',');
-        const std::string_view member = members.substr(0, comma);
-        members.remove_prefix((comma == std::string_view::npos) ? members.size() : comma + 1);
-        // Of what has no room any more, only the last counts, for the answer. A long list costs no more than its text.
-        if (rText.IsFull() && !members.empty())
-        {
-            continue;
-        }
-        isRead = rModule.GetValue(JoinPath(pRest, member).c_str(), pValue.get(), MaxValueText);
-        if (isRead)
-        {
-            AppendValue(rText, member, pValue.get());
-        }
-    }
-    return isRead;
-}
-
-bool ParameterStore::GetAllValues(ParameterModule& rModule, const CHAR* pRest, BoundedText& rText)
-{
-    const std::unique_ptr<CHAR[]> pValue = std::make_unique_for_overwrite<CHAR[]>(MaxValueText);
-    PList<ParameterParserInfo>    list;
-    if (!rModule.GetInfo(pRest, list))
-    {
-        // No record: then perhaps a value.
-        if (!rModule.GetValue(pRest, pValue.get(), MaxValueText))
-        {
-            return false;
-        }
-        const std::string_view path(pRest);
-        AppendValue(rText, path.substr(path.rfind('.') + 1), pValue.get());
-        return true;
-    }
-    for (UINT32 index = 0; index < list.Count() && !rText.IsFull(); ++index)
-    {
-        const ParameterParserInfo& rInfo = list.ToArray()[index];
-        const std::string_view     type  = rInfo.Type;
-        if (type == ParameterParserInfo::TypeStructure || type == ParameterParserInfo::TypeModule)
-        {
-            continue;
-        }
-        AppendValue(rText, rInfo.Name, rInfo.Value);
-        const std::string path = JoinPath(pRest, rInfo.Name) + '[';
-        for (UINT32 item = 0; rInfo.IsArray && item < rInfo.Count && !rText.IsFull(); ++item)
-        {
-            if (!rModule.GetValue((path + std::to_string(item) + ']').c_str(), pValue.get(), MaxValueText))
-            {
-                return false;
-            }
-            rText.Append((item > 0) ? "," : "");
-            rText.Append(pValue.get());
-        }
-    }
-    return true;
-}
-
-bool ParameterStore::SetValue(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pModuleText,
-                              const CHAR* pName, const CHAR* pValue)
+bool ValueAccess::SetValue(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pModuleText,
+                           const CHAR* pName, const CHAR* pValue)
 {
     if (pBranch == nullptr || count == 0 || pModuleText == nullptr || pName == nullptr || pValue == nullptr)
     {
@@ -270,49 +280,34 @@ bool ParameterStore::SetValue(BYTE tableIndex, const TuningMode* pBranch, UINT32
     {
         return false;
     }
-    const std::lock_guard<ParameterMutex> lock(m_dataMutex);
-    const HeldModule                      module(m_rManager, tableIndex, moduleText.name, pBranch, count);
+    const std::lock_guard<ParameterMutex> lock(m_rStore.DataMutex());
+    const HeldModule                      module(m_rStore.Manager(), tableIndex, moduleText.name, pBranch, count);
     if (module.Get() == nullptr)
     {
-        ParameterLogging::Write(&m_rManager, ParameterLogging::Error, "Vernier SetValues failed: Module not found: \n");
+        ParameterLogging::Write(&m_rStore.Manager(), ParameterLogging::Error,
+                                "Vernier SetValues failed: Module not found: \n");
         return false;
     }
     const std::string path = JoinPath(moduleText.pRest, pName);
     if (!module.Get()->SetValue(path.c_str(), pValue))
     {
-        ParameterLogging::Write(&m_rManager, ParameterLogging::Error,
+        ParameterLogging::Write(&m_rStore.Manager(), ParameterLogging::Error,
                                 "Vernier SetValues failed: Variable not found: \n");
         return false;
     }
     m_setValueCount.fetch_add(1, std::memory_order_relaxed);
     PreserveMode(*module.Get());
-    NoteSharedEdit(m_content.modeTables, *static_cast<TableModule*>(module.Get()), path.c_str());
+    NoteSharedEdit(m_rStore.GetContent().modeTables, *static_cast<TableModule*>(module.Get()), path.c_str());
     return true;
 }
 
-VOID ParameterStore::PreserveMode(const ParameterModule& rModule)
-{
-    // A shared module is unloaded with the mode that owns it, wherever it was found.
-    ModeEntry* pMode = rModule.Data->Mode->Entry;
-    if (!pMode->Preserve)
-    {
-        const std::lock_guard<ParameterMutex> lock(pMode->Table->ActModeMutex);
-        pMode->Preserve = true;
-        pMode->Table->Unlist(pMode);
-    }
-}
-
-UINT32 ParameterStore::GetSetValueCount() const
-{
-    return m_setValueCount.load(std::memory_order_relaxed);
-}
-
-bool ParameterStore::GetInfo(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pPath,
-                             PList<ParameterParserInfo>& rList)
+bool ValueAccess::GetInfo(BYTE tableIndex, const TuningMode* pBranch, UINT32 count, const CHAR* pPath,
+                          PList<ParameterParserInfo>& rList)
 {
     if (pBranch == nullptr || count == 0)
     {
-        ParameterLogging::Write(&m_rManager, ParameterLogging::Error, "GetInfo called with null or empty modeBranch\n");
+        ParameterLogging::Write(&m_rStore.Manager(), ParameterLogging::Error,
+                                "GetInfo called with null or empty modeBranch\n");
         return false;
     }
     if (pPath == nullptr)
@@ -320,28 +315,28 @@ bool ParameterStore::GetInfo(BYTE tableIndex, const TuningMode* pBranch, UINT32 
         return false;
     }
     const ModuleText                      moduleText(pPath);
-    const std::lock_guard<ParameterMutex> lock(m_dataMutex);
-    const HeldModule                      module(m_rManager, tableIndex, moduleText.name, pBranch, count);
+    const std::lock_guard<ParameterMutex> lock(m_rStore.DataMutex());
+    const HeldModule                      module(m_rStore.Manager(), tableIndex, moduleText.name, pBranch, count);
     // One character is no member: then the whole module is described.
     const CHAR* pRest = (std::strlen(moduleText.pRest) >= 2) ? moduleText.pRest : nullptr;
     return module.Get() != nullptr && module.Get()->GetInfo(pRest, rList);
 }
 
-bool ParameterStore::GetActiveModes(BYTE tableIndex, CHAR* pText, UINT32 size)
+bool ValueAccess::GetActiveModes(BYTE tableIndex, CHAR* pText, UINT32 size)
 {
     if (pText == nullptr || size == 0)
     {
         return false;
     }
     pText[0] = '\0';
-    const std::lock_guard<ParameterMutex> lock(m_dataMutex);
-    if (!HasModeTable("GetActiveModes", tableIndex))
+    const std::lock_guard<ParameterMutex> lock(m_rStore.DataMutex());
+    if (!m_rStore.HasModeTable("GetActiveModes", tableIndex))
     {
         return false;
     }
     CHAR        paths[MaxActiveText];
     BoundedText pathText(paths, sizeof(paths));
-    for (const ModeEntry* pMode : ActiveModesOf(*m_content.modeTables[tableIndex]))
+    for (const ModeEntry* pMode : ActiveModesOf(*m_rStore.GetContent().modeTables[tableIndex]))
     {
         CHAR path[ModeEntry::MaxPathText];
         pMode->GetModePath(path, sizeof(path));
@@ -352,18 +347,18 @@ bool ParameterStore::GetActiveModes(BYTE tableIndex, CHAR* pText, UINT32 size)
     return true;
 }
 
-UINT32 ParameterStore::GetChildModes(BYTE tableIndex, const CHAR* pPath, CHAR* pText, UINT32 size)
+UINT32 ValueAccess::GetChildModes(BYTE tableIndex, const CHAR* pPath, CHAR* pText, UINT32 size)
 {
     if (pText == nullptr || size == 0)
     {
         return 0;
     }
     BoundedText                           text(pText, size);
-    const std::lock_guard<ParameterMutex> lock(m_dataMutex);
-    ModeEntry*                            pMode = m_rManager.GetModeEntry(tableIndex, pPath);
-    if (pMode == nullptr && HasModeTable("GetChildModes", tableIndex))
+    const std::lock_guard<ParameterMutex> lock(m_rStore.DataMutex());
+    ModeEntry*                            pMode = m_rStore.Manager().GetModeEntry(tableIndex, pPath);
+    if (pMode == nullptr && m_rStore.HasModeTable("GetChildModes", tableIndex))
     {
-        pMode = m_content.modeTables[tableIndex]->RootMode.Entry;
+        pMode = m_rStore.GetContent().modeTables[tableIndex]->RootMode.Entry;
     }
     const ModeEntry* pChild = (pMode != nullptr) ? pMode->Target()->FirstChild : nullptr;
     for (; pChild != nullptr; pChild = pChild->Next)
@@ -371,7 +366,7 @@ UINT32 ParameterStore::GetChildModes(BYTE tableIndex, const CHAR* pPath, CHAR* p
         const std::string item = ((text.Length() > 0) ? "," : "") + NameOfMode(*pChild);
         if (text.Length() + item.size() >= size)
         {
-            ParameterLogging::Write(&m_rManager, ParameterLogging::Error,
+            ParameterLogging::Write(&m_rStore.Manager(), ParameterLogging::Error,
                                     "Failed to write %lld bytes to binary offset %d, length %d\n",
                                     static_cast<INT64>(item.size()), text.Length(), size);
             break;
