@@ -73,12 +73,12 @@ bool ParameterSetManager::LoadBinaryParameters(const BYTE* pBuffer, UINT64 lengt
 
 bool ParameterSetManager::ReloadBinaryParameters(bool bufferMode)
 {
-    return m_rStore.ReloadBinaryParameters(bufferMode);
+    return m_rStore.Replacement().ReloadBinaryParameters(bufferMode);
 }
 
 bool ParameterSetManager::UpdateParameters(std::unique_ptr<ParameterSetManager> pOther)
 {
-    return m_rStore.UpdateParameters(std::move(pOther));
+    return m_rStore.Replacement().UpdateParameters(std::move(pOther));
 }
 
 VOID ParameterSetManager::SetError(const CHAR* pText, const ModuleData* pModuleData)
@@ -129,12 +129,12 @@ DefaultModule* ParameterSetManager::GetDefaultModule(UINT64 nameHash)
 
 VOID ParameterSetManager::SaveAndClearModules()
 {
-    m_rStore.SaveAndClearModules();
+    m_rStore.Replacement().SaveAndClearModules();
 }
 
 VOID ParameterSetManager::SaveAndClearModule(DefaultModule* pModule)
 {
-    m_rStore.SaveAndClearModule(pModule);
+    m_rStore.Replacement().SaveAndClearModule(pModule);
 }
 
 UINT32 ParameterSetManager::GetModeTableCount() const

@@ -247,7 +247,7 @@ protected:
     VOID StopLiveTuning();
 
 private:
-    friend class ParameterStore;
+    friend class FileReplacement;
 
     bool IsDerived() const
     {

@@ -11,7 +11,7 @@
 ParameterStore::ParameterStore(ParameterSetManager& rManager, const CHAR* pName,
                                std::span<const tuning::ModuleDescription> modules, const Options& rOptions)
     : m_rManager(rManager), m_options(rOptions), m_modes(*this, rOptions.activeModeCacheSize), m_values(*this),
-      m_name((pName != nullptr) ? pName : ""), m_modules(modules)
+      m_name((pName != nullptr) ? pName : ""), m_modules(modules), m_replacement(*this)
 {
     PublishLoggingIdentifier(m_name);
     for (const tuning::ModuleDescription& rDescription : modules)
@@ -27,10 +27,8 @@ ParameterStore::ParameterStore(ParameterSetManager& rManager, const CHAR* pName,
 ParameterStore::~ParameterStore()
 {
     const std::lock_guard<ParameterMutex> lock(m_dataMutex);
-    m_replacedModules.clear();
-    FreeReplacedParameters();
+    m_replacement.Clear();
     FreeBinaryParameters();
-    m_merged.clear();
 }
 
 VOID ParameterStore::AddDefaultModule(std::unique_ptr<ParameterModule> pModule)

@@ -16,13 +16,14 @@
 #include <vector>
 
 #include "parameters/binaryfileformat.h"
+#include "parameters/filereplacement.h"
 #include "parameters/modecache.h"
 #include "parameters/modeentry.h"
 #include "parameters/parametersetmanager.h"
+#include "parameters/storecontent.h"
 #include "parameters/valueaccess.h"
 
 class ParameterBinaryFile;
-class ParameterFileSymbolTable;
 class ParameterVernierWorker;
 
 class ParameterStore
@@ -30,12 +31,8 @@ class ParameterStore
 public:
     using Options = ParameterSetManager::Options;
 
-    /// The trees of a file and its symbol table: what a reload replaces as a whole.
-    struct Content
-    {
-        std::vector<std::unique_ptr<ParameterModeTable>> modeTables;
-        std::unique_ptr<ParameterFileSymbolTable>        pSymbolTable;
-    };
+    /// By name hash.
+    using DefaultModuleMap = std::unordered_map<UINT64, std::unique_ptr<DefaultModule>>;
 
     /// @param rManager the main manager, which owns the store. Its virtual operations are called where a class that is
     ///                 made of it may have its own, and log lines carry its identity
@@ -65,19 +62,44 @@ public:
     }
 
     // The modules that a file may hold.
-    VOID           AddDefaultModule(std::unique_ptr<ParameterModule> pModule);
-    DefaultModule* FindDefaultModule(UINT64 nameHash);
-    VOID           SaveAndClearModules();
-    VOID           SaveAndClearModule(DefaultModule* pModule);
+    VOID                    AddDefaultModule(std::unique_ptr<ParameterModule> pModule);
+    DefaultModule*          FindDefaultModule(UINT64 nameHash);
+    const DefaultModuleMap& DefaultModules() const
+    {
+        return m_defaultModules;
+    }
 
-    // Loading, reloading and updating.
+    // Loading.
     bool LoadBinaryParameters(const CHAR* pFileName);
     bool LoadBinaryParameters(const BYTE* pBuffer, UINT64 length);
-    bool ReloadBinaryParameters(bool bufferMode);
-    bool UpdateParameters(std::unique_ptr<ParameterSetManager> pOther);
+
+    /// Hands the content out. The store is then as before a load.
+    StoreContent TakeContent();
+
+    /// Of the file in file mode, empty otherwise.
+    const std::string& FileName() const
+    {
+        return m_fileName;
+    }
+    VOID SetFileName(const std::string& rFileName)
+    {
+        m_fileName = rFileName;
+    }
+
+    /// Whether the store is loaded, and the other one is for the same list of modules.
+    bool CanMerge(const ParameterStore& rOther) const
+    {
+        return m_valid && m_modules.data() == rOther.m_modules.data();
+    }
+
+    /// What replaces the content.
+    FileReplacement& Replacement()
+    {
+        return m_replacement;
+    }
 
     // Tables and modes.
-    const Content& GetContent() const
+    const StoreContent& GetContent() const
     {
         return m_content;
     }
@@ -151,14 +173,6 @@ private:
     /// Logs a line and keeps it as the reason of a refusal.
     VOID Refuse(const CHAR* pFormat, ...) __attribute__((format(printf, 2, 3)));
 
-    // Reloading and updating.
-    VOID FreeReplacedParameters();
-    bool ReadReplacement(const std::string& rFileName, bool bufferMode);
-    VOID TransferReferences(const Content& rPrevious);
-    VOID TransferModeReferences(const ModeEntry& rPrevious, ModeEntry& rMode, UINT32 index);
-    VOID MergeTree(ModeEntry* pRoot, ModeEntry* pOtherRoot);
-    VOID MergeMode(ModeEntry* pMode, ModeEntry* pOtherMode);
-
     // Lookup.
     ModeEntry*       RootForLookup(const CHAR* pName, BYTE tableIndex, const TuningMode* pBranch, UINT32 count);
     ParameterModule* FindModuleOnBranch(ModeEntry* pRoot, const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch,
@@ -191,14 +205,11 @@ private:
     std::string      m_fileName;  ///< of a file in file mode, empty otherwise
     BinaryFileHeader m_header;
 
-    // Modules go before the tables that their data stands in, hence the order of the members.
-    std::vector<std::unique_ptr<ParameterSetManager>> m_previousMerged;
-    std::vector<std::unique_ptr<ParameterSetManager>> m_merged;  ///< own the modules that UpdateParameters put here
-    Content                                           m_previousContent;
-    Content                                           m_content;
-    std::vector<std::unique_ptr<ParameterModule>>     m_parkedModules;            ///< until the next reload
-    std::vector<std::unique_ptr<ParameterModule>>     m_replacedModules;          ///< to be parked by the next reload
-    std::unordered_map<UINT64, std::unique_ptr<DefaultModule>> m_defaultModules;  ///< by name hash
+    // Modules go before the tables that their data stands in, and those of merged managers stand in the tables, hence the
+    // order of the members.
+    FileReplacement  m_replacement;
+    StoreContent     m_content;
+    DefaultModuleMap m_defaultModules;
 
     // Goes first: it works on all of the above.
     std::unique_ptr<ParameterVernierWorker> m_pWorker;

@@ -2,6 +2,7 @@
 #include "parameters/parameterstore.h"
 
 #include <cstring>
+#include <utility>
 
 #include "parameters/live/parametervernierworker.h"
 #include "parameters/modesectionreader.h"
@@ -272,6 +273,13 @@ bool ParameterStore::AddModule(const ModuleData* pModuleData, ParameterModule* p
     }
     pMode->AddModule(pModule);
     return true;
+}
+
+StoreContent ParameterStore::TakeContent()
+{
+    StoreContent content = std::exchange(m_content, {});
+    FreeBinaryParameters();
+    return content;
 }
 
 VOID ParameterStore::FreeBinaryParameters()

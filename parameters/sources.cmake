@@ -10,6 +10,7 @@ add_room(kiro_parameters
     parameters/live/parametervernierworker_triggers.cpp
     parameters/live/requestframing.cpp
     parameters/live/socketid.cpp
+    parameters/filereplacement.cpp
     parameters/loadallowance.cpp
     parameters/modecache.cpp
     parameters/modeentry.cpp
@@ -29,7 +30,6 @@ add_room(kiro_parameters
     parameters/parameterstore.cpp
     parameters/parameterstore_load.cpp
     parameters/parameterstore_lookup.cpp
-    parameters/parameterstore_reload.cpp
     parameters/parameterutils.cpp
     parameters/parametervalues.cpp
     parameters/parsercrc.cpp

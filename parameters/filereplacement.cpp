@@ -1,5 +1,4 @@
-/// Replacing what a manager holds: by a new state of its file, or by the modules of another manager.
-#include "parameters/parameterstore.h"
+#include "parameters/filereplacement.h"
 
 #include <algorithm>
 #include <iterator>
@@ -7,58 +6,69 @@
 #include <utility>
 
 #include "parameters/parameterbinaryfile.h"
-#include "parameters/parameterfilesymboltable.h"
+#include "parameters/parameterstore.h"
 
-bool ParameterStore::ReloadBinaryParameters(bool bufferMode)
+FileReplacement::FileReplacement(ParameterStore& rStore) : m_rStore(rStore)
 {
-    const std::lock_guard<ParameterMutex> lock(m_dataMutex);
-    if (m_fileName.empty())
+}
+
+FileReplacement::~FileReplacement() = default;
+
+bool FileReplacement::ReloadBinaryParameters(bool bufferMode)
+{
+    const std::lock_guard<ParameterMutex> lock(m_rStore.DataMutex());
+    const std::string                     fileName = m_rStore.FileName();
+    if (fileName.empty())
     {
-        SetError("ReloadBinaryParameters called with empty file name");
+        m_rStore.SetError("ReloadBinaryParameters called with empty file name");
         return false;
     }
-    const std::string fileName = m_fileName;
-    ParameterLogging::Write(&m_rManager, ParameterLogging::Debug, "Reloading binary file %s%s\n", fileName.c_str(),
-                            bufferMode ? " in buffer mode" : "");
+    ParameterLogging::Write(&m_rStore.Manager(), ParameterLogging::Debug, "Reloading binary file %s%s\n",
+                            fileName.c_str(), bufferMode ? " in buffer mode" : "");
     FreeReplacedParameters();
-    m_rManager.SaveAndClearModules();
-    m_previousContent = std::exchange(m_content, {});
-    FreeBinaryParameters();
+    m_rStore.Manager().SaveAndClearModules();
+    m_previousContent = m_rStore.TakeContent();
 
     if (!ReadReplacement(fileName, bufferMode))
     {
         // What is wrong with the file may be mended, and the reload tried again.
-        m_fileName = fileName;
+        m_rStore.SetFileName(fileName);
         return false;
     }
-    TransferReferences(m_previousContent);
+    TransferReferences();
     return true;
 }
 
-bool ParameterStore::ReadReplacement(const std::string& rFileName, bool bufferMode)
+bool FileReplacement::ReadReplacement(const std::string& rFileName, bool bufferMode)
 {
     if (!bufferMode)
     {
-        return LoadBinaryParameters(rFileName.c_str());
+        return m_rStore.LoadBinaryParameters(rFileName.c_str());
     }
-    ParameterBinaryFile file(rFileName.c_str(), &m_rManager);
+    ParameterBinaryFile file(rFileName.c_str(), &m_rStore.Manager());
     if (!file.IsValid())
     {
-        SetError("ReloadBinaryParameters: Failed to open file");
+        m_rStore.SetError("ReloadBinaryParameters: Failed to open file");
         return false;
     }
     const TuningBlock pWhole = file.Read(0, file.Length());
     if (pWhole == nullptr)
     {
-        SetError("ReloadBinaryParameters: Failed to allocate space to read data from file");
+        m_rStore.SetError("ReloadBinaryParameters: Failed to allocate space to read data from file");
         return false;
     }
-    return LoadBinaryParameters(pWhole.get(), file.Length());
+    return m_rStore.LoadBinaryParameters(pWhole.get(), file.Length());
 }
 
-VOID ParameterStore::FreeReplacedParameters()
+VOID FileReplacement::Clear()
 {
-    ParameterLogging::Write(&m_rManager, ParameterLogging::Debug, "FreeReplacedParameters called\n");
+    m_replacedModules.clear();
+    FreeReplacedParameters();
+}
+
+VOID FileReplacement::FreeReplacedParameters()
+{
+    ParameterLogging::Write(&m_rStore.Manager(), ParameterLogging::Debug, "FreeReplacedParameters called\n");
     // The modules' data stands in the tables.
     m_parkedModules.clear();
     m_previousContent.pSymbolTable.reset();
@@ -66,11 +76,11 @@ VOID ParameterStore::FreeReplacedParameters()
     m_previousMerged.clear();
 }
 
-VOID ParameterStore::SaveAndClearModules()
+VOID FileReplacement::SaveAndClearModules()
 {
-    for (const auto& [nameHash, rpDefault] : m_defaultModules)
+    for (const auto& [nameHash, rpDefault] : m_rStore.DefaultModules())
     {
-        m_rManager.SaveAndClearModule(rpDefault.get());
+        m_rStore.Manager().SaveAndClearModule(rpDefault.get());
     }
     std::ranges::move(m_replacedModules, std::back_inserter(m_parkedModules));
     m_replacedModules.clear();
@@ -78,15 +88,15 @@ VOID ParameterStore::SaveAndClearModules()
     m_merged.clear();
 }
 
-VOID ParameterStore::SaveAndClearModule(DefaultModule* pModule)
+VOID FileReplacement::SaveAndClearModule(DefaultModule* pModule)
 {
     std::ranges::move(pModule->RemoveAll(), std::back_inserter(m_parkedModules));
 }
 
-VOID ParameterStore::TransferReferences(const Content& rPrevious)
+VOID FileReplacement::TransferReferences() const
 {
-    const auto& rOldTables = rPrevious.modeTables;
-    const auto& rNewTables = m_content.modeTables;
+    const auto& rOldTables = m_previousContent.modeTables;
+    const auto& rNewTables = m_rStore.GetContent().modeTables;
     if (rOldTables.size() != rNewTables.size())
     {
         return;
@@ -112,7 +122,7 @@ VOID ParameterStore::TransferReferences(const Content& rPrevious)
     }
 }
 
-VOID ParameterStore::TransferModeReferences(const ModeEntry& rPrevious, ModeEntry& rMode, UINT32 index)
+VOID FileReplacement::TransferModeReferences(const ModeEntry& rPrevious, ModeEntry& rMode, UINT32 index) const
 {
     const UINT32 count = std::min(rPrevious.ModuleMap.Count(), rMode.ModuleMap.Count());
     for (UINT32 place = 0; place < count; ++place)
@@ -121,7 +131,7 @@ VOID ParameterStore::TransferModeReferences(const ModeEntry& rPrevious, ModeEntr
         ModuleReference&       rNew = rMode.ModuleMap[place];
         if (rOld.NameHash != rNew.NameHash)
         {
-            ParameterLogging::Write(&m_rManager, ParameterLogging::Debug,
+            ParameterLogging::Write(&m_rStore.Manager(), ParameterLogging::Debug,
                                     "ReloadBinaryParameters: Failed to transfer reference counts, current module name "
                                     "(%s) does not match prev name (%s) in mode index %d\n",
                                     rNew.Module->GetModuleName(), rOld.Module->GetModuleName(), index);
@@ -137,20 +147,20 @@ VOID ParameterStore::TransferModeReferences(const ModeEntry& rPrevious, ModeEntr
     }
 }
 
-bool ParameterStore::UpdateParameters(std::unique_ptr<ParameterSetManager> pOther)
+bool FileReplacement::UpdateParameters(std::unique_ptr<ParameterSetManager> pOther)
 {
     if (pOther != nullptr)
     {
         // One service for one set of records.
         pOther->StopLiveTuning();
     }
-    const std::lock_guard<ParameterMutex> lock(m_dataMutex);
-    if (!m_valid || pOther == nullptr || pOther->IsDerived() || pOther->m_rStore.m_modules.data() != m_modules.data())
+    const std::lock_guard<ParameterMutex> lock(m_rStore.DataMutex());
+    if (pOther == nullptr || pOther->IsDerived() || !m_rStore.CanMerge(pOther->m_rStore))
     {
         return false;
     }
-    const auto& rTables      = m_content.modeTables;
-    const auto& rOtherTables = pOther->m_rStore.m_content.modeTables;
+    const auto& rTables      = m_rStore.GetContent().modeTables;
+    const auto& rOtherTables = pOther->m_rStore.GetContent().modeTables;
     bool        matched      = false;
     for (const auto& rpOtherTable : rOtherTables)
     {
@@ -166,14 +176,15 @@ bool ParameterStore::UpdateParameters(std::unique_ptr<ParameterSetManager> pOthe
     }
     if (!matched)
     {
-        SetError("UpdateParameters: Error: No matching module tables names found, unable to update parameters");
+        m_rStore.SetError(
+            "UpdateParameters: Error: No matching module tables names found, unable to update parameters");
         return false;
     }
     m_merged.push_back(std::move(pOther));
     return true;
 }
 
-VOID ParameterStore::MergeTree(ModeEntry* pRoot, ModeEntry* pOtherRoot)
+VOID FileReplacement::MergeTree(ModeEntry* pRoot, ModeEntry* pOtherRoot)
 {
     if (pRoot == nullptr || pOtherRoot == nullptr)
     {
@@ -199,7 +210,7 @@ VOID ParameterStore::MergeTree(ModeEntry* pRoot, ModeEntry* pOtherRoot)
     }
 }
 
-VOID ParameterStore::MergeMode(ModeEntry* pMode, ModeEntry* pOtherMode)
+VOID FileReplacement::MergeMode(ModeEntry* pMode, ModeEntry* pOtherMode)
 {
     // What was in a buffer cannot be read again, so the new modules are never unloaded.
     pOtherMode->Preserve = true;
@@ -207,7 +218,7 @@ VOID ParameterStore::MergeMode(ModeEntry* pMode, ModeEntry* pOtherMode)
     {
         rpReference->Module->Data->Mode->Entry->Preserve = true;  // the owner of a shared one
         const ParameterModule* pReplaced                 = pMode->ReplaceModule(rpReference->Module);
-        DefaultModule*         pDefault                  = m_rManager.GetDefaultModule(rpReference->NameHash);
+        DefaultModule*         pDefault                  = m_rStore.Manager().GetDefaultModule(rpReference->NameHash);
         if (pReplaced == nullptr || pDefault == nullptr)
         {
             continue;
