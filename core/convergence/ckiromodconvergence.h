@@ -88,7 +88,7 @@ private:
     const kirodbconvbase::DBConvBasePayload*       m_pConvBase;
     const kirodbconvstretch::DBConvStretchPayload* m_pConvStretch;
     const kirodbconvsettle::DBConvSettlePayload*   m_pConvSettle;
-    const kirodbconvbase::ConvBaseCoreDataType*    m_pBaseCoreData;  ///< null until the speed law has run
+    const kirodbconvbase::ConvBaseCoreDataType*    m_pBaseCoreData;  ///< null until the frame has selected its speeds
 
     CKIROConvBase    m_triggerBase;
     CKIROConvSettle  m_triggerSettle;

@@ -1,7 +1,7 @@
 /// @file
 /// The stages of convergence, in the order of a frame: speed law, stretch, DRC, join, grid and cap; beside them the
-/// dark boost. Each takes values and gives values. Where a stage goes on from the frame before, its memory is an
-/// argument.
+/// dark boost. Each takes values and gives values; what it keeps or changes (slots of stretches, nodes, the exposures
+/// to cap) is an argument, too.
 ///
 /// Exposures and distances are in log steps: a difference of 1 is 3 percent of exposure.
 #pragma once
@@ -52,7 +52,8 @@ struct MoveTuning
     const kirodbconvbase::ConvBaseCoreDataType& speeds;  ///< those that the triggers select
 };
 
-/// Where one exposure comes from and where it is to go.
+/// Where one exposure comes from and where it is to go. With a predictive gain above 1 in the previous frame, Short
+/// stands there by that gain above its exposure.
 struct ExposureMove
 {
     DOUBLE target;
