@@ -14,7 +14,8 @@
 class ParameterSetManager;
 class ParameterStore;
 
-/// The operations of ParameterSetManager. Both hold the store's data mutex.
+/// The operations of ParameterSetManager. A reload and an update take the store's data mutex; an update first stops the
+/// other manager's service. The steps and Clear are called under it.
 class FileReplacement
 {
 public:

@@ -93,12 +93,12 @@ std::string ParameterSetManager::GetErrorText() const
 
 const CHAR* ParameterSetManager::GetLoggingIdentifier() const
 {
-    return m_rStore.GetLoggingIdentifier();
+    return IsDerived() ? m_rStore.Manager().GetLoggingIdentifier() : m_rStore.GetLoggingIdentifier();
 }
 
 bool ParameterSetManager::LoggingEnabled(ParameterLogging::ParameterLogLevel level) const
 {
-    return m_rStore.LoggingEnabled(level);
+    return IsDerived() ? m_rStore.Manager().LoggingEnabled(level) : m_rStore.LoggingEnabled(level);
 }
 
 ParameterMutex& ParameterSetManager::GetDataMutex()
@@ -129,22 +129,22 @@ DefaultModule* ParameterSetManager::GetDefaultModule(UINT64 nameHash)
 
 VOID ParameterSetManager::SaveAndClearModules()
 {
-    m_rStore.Replacement().SaveAndClearModules();
+    IsDerived() ? m_rStore.Manager().SaveAndClearModules() : m_rStore.Replacement().SaveAndClearModules();
 }
 
 VOID ParameterSetManager::SaveAndClearModule(DefaultModule* pModule)
 {
-    m_rStore.Replacement().SaveAndClearModule(pModule);
+    IsDerived() ? m_rStore.Manager().SaveAndClearModule(pModule) : m_rStore.Replacement().SaveAndClearModule(pModule);
 }
 
 UINT32 ParameterSetManager::GetModeTableCount() const
 {
-    return m_rStore.GetModeTableCount();
+    return IsDerived() ? m_rStore.Manager().GetModeTableCount() : m_rStore.GetModeTableCount();
 }
 
 VOID ParameterSetManager::GetModeTableNames(PList<const CHAR*>& rList) const
 {
-    m_rStore.GetModeTableNames(rList);
+    IsDerived() ? m_rStore.Manager().GetModeTableNames(rList) : m_rStore.GetModeTableNames(rList);
 }
 
 bool ParameterSetManager::HasTableForDerived(BYTE tableIndex) const
@@ -225,7 +225,9 @@ ModeEntryInfo* ParameterSetManager::GetModeEntry(UINT32 id)
 
 ModeEntry* ParameterSetManager::GetModeEntry(BYTE tableIndex, const TuningMode* pBranch, UINT32 count)
 {
-    return m_rStore.GetModeEntry(TableFor(tableIndex), pBranch, count);
+    const BYTE table = TableFor(tableIndex);
+    return IsDerived() ? m_rStore.Manager().GetModeEntry(table, pBranch, count)
+                       : m_rStore.GetModeEntry(table, pBranch, count);
 }
 
 ModeEntry* ParameterSetManager::GetModeEntry(BYTE tableIndex, const CHAR* pPath)
@@ -365,7 +367,9 @@ bool ParameterSetManager::GetInfo(BYTE tableIndex, const CHAR* pModePath, const 
 
 bool ParameterSetManager::GetActiveModes(BYTE tableIndex, CHAR* pText, UINT32 size)
 {
-    return m_rStore.Values().GetActiveModes(TableFor(tableIndex), pText, size);
+    const BYTE table = TableFor(tableIndex);
+    return IsDerived() ? m_rStore.Manager().GetActiveModes(table, pText, size)
+                       : m_rStore.Values().GetActiveModes(table, pText, size);
 }
 
 bool ParameterSetManager::GetModeShorthand(const CHAR* pPath, CHAR* pText, UINT32 size)
@@ -375,7 +379,9 @@ bool ParameterSetManager::GetModeShorthand(const CHAR* pPath, CHAR* pText, UINT3
 
 UINT32 ParameterSetManager::GetChildModes(BYTE tableIndex, const CHAR* pPath, CHAR* pText, UINT32 size)
 {
-    return m_rStore.Values().GetChildModes(TableFor(tableIndex), pPath, pText, size);
+    const BYTE table = TableFor(tableIndex);
+    return IsDerived() ? m_rStore.Manager().GetChildModes(table, pPath, pText, size)
+                       : m_rStore.Values().GetChildModes(table, pPath, pText, size);
 }
 
 UINT32 ParameterSetManager::GetSetValueCount() const

@@ -1,5 +1,6 @@
 /// @file
-/// The tuning store of one camera: holds what a parameter file says, and answers which module applies to a mode path.
+/// A handle of the tuning store of one camera, which holds what a parameter file says, and answers which module applies
+/// to a mode path.
 ///
 /// A file is used in one of two ways. In buffer mode all of it is parsed at once, and nothing is read or unloaded
 /// afterwards. In file mode the modes of the Default and Sensor levels are loaded at once; the others are read from the
@@ -7,7 +8,8 @@
 /// caller holds is counted, and a mode with a counted module is never evicted.
 ///
 /// One main manager owns everything, in a ParameterStore. A derived manager stands for one further mode table of the
-/// same file: a handle of that store with its own table index in place of the caller's.
+/// same file: a handle of that store with its own table index in place of the caller's. What is virtual it asks the
+/// main one for, whose class may have its own.
 ///
 /// Modules may be fetched, released, and loaded ahead from any thread. Loading, reloading and updating of a whole file,
 /// unloading of a mode, and destruction, may not run beside them. Text access and the tables' names, which the live

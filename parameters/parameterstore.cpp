@@ -16,7 +16,10 @@ ParameterStore::ParameterStore(ParameterSetManager& rManager, const CHAR* pName,
     PublishLoggingIdentifier(m_name);
     for (const tuning::ModuleDescription& rDescription : modules)
     {
-        AddDefaultModule(TableModule::Make(rDescription, nullptr));
+        if (std::unique_ptr<ParameterModule> pModule = TableModule::Make(rDescription, nullptr))
+        {
+            AddDefaultModule(std::move(pModule));
+        }
     }
     if (rOptions.liveTuning)
     {

@@ -73,7 +73,7 @@ public:
     bool LoadBinaryParameters(const CHAR* pFileName);
     bool LoadBinaryParameters(const BYTE* pBuffer, UINT64 length);
 
-    /// Hands the content out. The store is then as before a load.
+    /// Hands the content out, and holds none until the next load.
     StoreContent TakeContent();
 
     /// Of the file in file mode, empty otherwise.
@@ -205,8 +205,8 @@ private:
     std::string      m_fileName;  ///< of a file in file mode, empty otherwise
     BinaryFileHeader m_header;
 
-    // Modules go before the tables that their data stands in, and those of merged managers stand in the tables, hence the
-    // order of the members.
+    // Modules go before the tables that their data stands in, and those of merged managers stand in the tables. The
+    // destructor sees to that for what has been replaced: by the order of the members it would go last.
     FileReplacement  m_replacement;
     StoreContent     m_content;
     DefaultModuleMap m_defaultModules;

@@ -1,4 +1,4 @@
-/// Which module applies to a branch. All of this may run on any thread, and GetModule runs many times per frame.
+/// Which module applies to a branch. All of this may run on any thread, and FetchModule runs many times per frame.
 #include "parameters/parameterstore.h"
 
 #include <cstdio>
@@ -6,8 +6,6 @@
 #include "parameters/branchwalk.h"
 #include "parameters/modepaths.h"
 #include "parameters/parameterfilesymboltable.h"
-#include "parameters/tablemodule.h"
-#include "schema/namehash.h"
 
 bool BranchWalk::Next()
 {
@@ -83,7 +81,6 @@ ParameterModule* ParameterStore::FetchModule(BYTE tableIndex, const CHAR* pName,
                                              const TuningMode* pBranch, UINT32 count, ParameterModule* pPrevious,
                                              Hold hold)
 {
-
     ParameterModule* pModule = nullptr;
     ModeEntry*       pRoot   = RootForLookup(pName, tableIndex, pBranch, count);
     if (pRoot != nullptr)

@@ -2,6 +2,8 @@
 /// A record of all forms and types that tables allow, also those that no module uses at present.
 #pragma once
 
+#include "schema/modules.h"
+#include "schema/namehash.h"
 #include "schema/tuningrecord.h"
 
 namespace allforms
@@ -152,5 +154,8 @@ struct Everything
                                  .remark            = const_cast<CHAR*>("remark"),
                                  .last              = 0xCAFE};
 };
+
+inline constexpr tuning::ModuleDescription Module = {
+    "allforms", namehash::OfName("allforms"), 1, 2, 3, TuningRecordOf(static_cast<const EverythingType*>(nullptr))};
 
 }  // namespace allforms

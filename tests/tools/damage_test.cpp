@@ -41,11 +41,6 @@ modes:
     return Specimen("test", tuningfile::WriteBinary(tuning, tuningfile::NewestVersion));
 }
 
-constexpr tuning::ModuleDescription AllForms = {
-    "allforms", namehash::OfName("allforms"),
-    1,          2,
-    3,          TuningRecordOf(static_cast<const allforms::EverythingType*>(nullptr))};
-
 /// Three modes with a record of all forms.
 Specimen MakeSpecimenOfAllForms()
 {
@@ -54,7 +49,7 @@ Specimen MakeSpecimenOfAllForms()
         tuningfile::ParseText("modes: {Default: {children: {Sensor.0: {}, Sensor.1: {}}}}", "t");
     for (tuningfile::Mode& rMode : tuning.tables[0].modes)
     {
-        rMode.modules.push_back({&AllForms, &original.record});
+        rMode.modules.push_back({&allforms::Module, &original.record});
     }
     return Specimen("all forms", tuningfile::WriteBinary(tuning, tuningfile::NewestVersion));
 }
@@ -71,7 +66,7 @@ INT64 LoadAllForms(const std::vector<BYTE>& rBytes)
     ParameterSetManager::Options options;
     options.fileMode = false;
     {
-        ParameterSetManager store(nullptr, {&AllForms, 1}, options);
+        ParameterSetManager store(nullptr, {&allforms::Module, 1}, options);
         (VOID) store.LoadBinaryParameters(rBytes.data(), rBytes.size());
     }
     return live() - before;

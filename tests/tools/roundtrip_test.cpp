@@ -21,11 +21,6 @@ namespace
 
 using namespace tuningfile;
 
-constexpr tuning::ModuleDescription AllForms = {
-    "allforms", namehash::OfName("allforms"),
-    1,          2,
-    3,          TuningRecordOf(static_cast<const allforms::EverythingType*>(nullptr))};
-
 /// Every described module at Default, variants of them below, one mode that is the same as another, and one that is
 /// linked.
 Tuning MakeTuning(RandomRecords& rRandom)
@@ -161,7 +156,7 @@ TEST(RoundTrip, SeveralNamedTablesKeepTheirOrder)
 
 TEST(RoundTrip, EveryFormOfTheTablesIsKept)
 {
-    const tuning::RecordDescription& rDescription = *AllForms.pRecord;
+    const tuning::RecordDescription& rDescription = *allforms::Module.pRecord;
     for (UINT32 seed = 1; seed <= 40; ++seed)
     {
         SCOPED_TRACE(seed);
@@ -184,12 +179,12 @@ TEST(RoundTrip, EveryFormOfTheTablesIsKept)
 
         // Through a file and the store.
         Tuning tuning;
-        tuning.tables.push_back({"", {{0, 0, 0, {}, {}, false, {{&AllForms, pRecord}}}}});
+        tuning.tables.push_back({"", {{0, 0, 0, {}, {}, false, {{&allforms::Module, pRecord}}}}});
         const std::vector<BYTE>      bytes = WriteBinary(tuning, NewestVersion);
         ParameterSetManager::Options options;
         options.fileMode = false;
         const StoreLog      log;
-        ParameterSetManager store(nullptr, {&AllForms, 1}, options);
+        ParameterSetManager store(nullptr, {&allforms::Module, 1}, options);
         ASSERT_TRUE(store.LoadBinaryParameters(bytes.data(), bytes.size())) << store.GetErrorText();
         auto* pModule = static_cast<TableModule*>(store.GetModuleInternal(0, "allforms", nullptr, 0, nullptr));
         ASSERT_NE(nullptr, pModule);
