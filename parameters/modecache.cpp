@@ -254,8 +254,8 @@ VOID ModeCache::TouchModes(std::span<ModeEntry* const> touched, ParameterModeTab
 
 VOID ModeCache::EvictModes(ParameterModeTable& rTable)
 {
-    // Frames come by many times and find nothing due nearly always. What a file that is lost had given cannot come
-    // back.
+    // Frames come by many times and find nothing due nearly always. While the file is lost, what goes could not be read
+    // again.
     if (!rTable.EvictionDue || m_rStore.GetContent().pSymbolTable->IsFileLost())
     {
         return;

@@ -70,6 +70,7 @@ VOID ParameterBinaryFile::Open(bool logFailure)
     if (!ReadState(state))
     {
         Close();
+        m_isGone = m_wasOpen;
         return;
     }
     const bool firstOpen = !std::exchange(m_wasOpen, true);

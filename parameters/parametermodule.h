@@ -62,16 +62,8 @@ public:
         return !m_isLeaving.load() && IsLoaded();
     }
 
-    /// Notes that the module cannot be read since its file is lost. @return whether that was noted before
-    bool NoteLoss()
-    {
-        return m_isLossNoted.exchange(true);
-    }
-
-    VOID ForgetLoss()
-    {
-        m_isLossNoted = false;
-    }
+    /// Whether the module could not be read since its file is lost, and that was said; until it is read again.
+    std::atomic<bool> IsLossNoted = false;
 
     /// @return how often the record has been read or changed
     UINT32 GetModified() const
@@ -109,10 +101,9 @@ protected:
 
 private:
     const CHAR* const   m_pName;
-    std::atomic<bool>   m_loaded      = false;
-    std::atomic<bool>   m_isLeaving   = false;  ///< an eviction looks whether the module is in use
-    std::atomic<bool>   m_isLossNoted = false;
-    std::atomic<UINT32> m_modified    = 0;
+    std::atomic<bool>   m_loaded    = false;
+    std::atomic<bool>   m_isLeaving = false;  ///< an eviction looks whether the module is in use
+    std::atomic<UINT32> m_modified  = 0;
 };
 
 /// What a set manager knows of one module: the default instance, which makes the others, and all real instances.

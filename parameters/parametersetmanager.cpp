@@ -36,13 +36,14 @@ std::vector<TuningMode> BranchOf(const CHAR* pPath)
 
 ParameterSetManager::ParameterSetManager(const CHAR* pName, std::span<const tuning::ModuleDescription> modules,
                                          const Options& rOptions)
-    : m_pOwnStore(std::make_unique<ParameterStore>(*this, pName, modules, rOptions)), m_rStore(*m_pOwnStore),
-      m_tableIndex(0)
+    : m_isDerived(false), m_pOwnStore(std::make_unique<ParameterStore>(*this, pName, modules, rOptions)),
+      m_rStore(*m_pOwnStore), m_tableIndex(0)
 {
 }
 
 ParameterSetManager::ParameterSetManager(ParameterSetManager* pMain, BYTE tableIndex)
-    : m_pOwnStore((pMain == nullptr) ? std::make_unique<ParameterStore>(
+    : m_isDerived(pMain != nullptr),
+      m_pOwnStore((pMain == nullptr) ? std::make_unique<ParameterStore>(
                                            *this, nullptr, std::span<const tuning::ModuleDescription>(), Options())
                                      : nullptr),
       m_rStore((pMain != nullptr) ? pMain->m_rStore : *m_pOwnStore), m_tableIndex(tableIndex)

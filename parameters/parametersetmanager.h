@@ -8,8 +8,8 @@
 /// caller holds is counted, and a mode with a counted module is never evicted.
 ///
 /// One main manager owns everything, in a ParameterStore. A derived manager stands for one further mode table of the
-/// same file: a handle of that store with its own table index in place of the caller's. What is virtual it asks the
-/// main one for, whose class may have its own.
+/// same file: a handle of that store with its own table index in place of the caller's. It asks the main one, whose
+/// class may have its own, about log lines, modes and the steps of a reload.
 ///
 /// Modules may be fetched, released, and loaded ahead from any thread. Loading, reloading and updating of a whole file,
 /// unloading of a mode, and destruction, may not run beside them. Text access and the tables' names, which the live
@@ -253,7 +253,7 @@ private:
 
     bool IsDerived() const
     {
-        return m_pOwnStore == nullptr;
+        return m_isDerived;
     }
 
     /// The table that an operation is about.
@@ -262,6 +262,7 @@ private:
         return IsDerived() ? m_tableIndex : callersTable;
     }
 
+    const bool m_isDerived;  ///< also while its own store is made or goes, and asks it for log lines
     std::unique_ptr<ParameterStore> m_pOwnStore;  ///< null on a derived manager
     ParameterStore&                 m_rStore;
     const BYTE                      m_tableIndex;

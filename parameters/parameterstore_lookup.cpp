@@ -202,7 +202,7 @@ ParameterStore::Held ParameterStore::HoldModule(ParameterModule* pModule, Hold h
     const bool                wasLoaded = pModule->IsReady();
     ParameterFileSymbolTable& rTable    = *pModule->Data->SymbolTable;
     const bool                isGivenUp =
-        !pModule->IsLoaded() && IsFileMode() && rTable.IsFileLost() && !rTable.CanRead() && pModule->NoteLoss();
+        !pModule->IsLoaded() && IsFileMode() && rTable.IsFileLost() && !rTable.CanRead() && pModule->IsLossNoted;
     if (isGivenUp || !pModule->LoadModule(pModule->Data->SymbolTable))
     {
         if (pReference != nullptr)
@@ -213,13 +213,10 @@ ParameterStore::Held ParameterStore::HoldModule(ParameterModule* pModule, Hold h
         {
             return Held::NoAsBefore;
         }
+        pModule->IsLossNoted = rTable.IsFileLost();
         ParameterLogging::Write(&m_rManager, ParameterLogging::Error, "Failed to load module %s, path: %s, skipping\n",
                                 pModule->GetModuleName(), pModule->Data->ModePath.c_str());
         return Held::No;
-    }
-    if (!wasLoaded)
-    {
-        pModule->ForgetLoss();
     }
     if (hold == Hold::ForGood && pReference != nullptr)
     {

@@ -175,6 +175,7 @@ bool TableModule::LoadModule(ParameterFileSymbolTable* pTable)
     RaiseModified();
     RenewStamp();
     SetLoaded(isFound);
+    IsLossNoted = IsLossNoted && !isFound;
     return isFound;
 }
 
