@@ -205,6 +205,13 @@ TEST(TextInput, MistakesInTheTreeOfModesNamePlaceAndExpectation)
          {"modes: &a {<<: *a}", "1:8: maps merged too deeply, expected no cycle of merge keys"},
          {"tuning: {binaryTag: " + std::string(65, '1') + "}\nmodes: {}",
           "1:21: a text of 65 bytes found for binaryTag, expected at most 64 bytes and no NUL"}});
+
+    std::string many;
+    for (UINT32 table = 0; table < 256; ++table)
+    {
+        many += "{modes: {Default: {}}},";
+    }
+    ExpectMessages("tables: [", "]", {{many, "1:9: 256 mode tables, expected at most 255"}});
 }
 
 }  // namespace

@@ -23,7 +23,6 @@ using Format = BinaryFileFormat;
 /// A device fetches this much of a file to find the sections, and refuses a file that has less.
 constexpr size_t MinFileSize = 3388;
 
-constexpr size_t MaxTables       = 255;       ///< the last table index would make the mode ID that means none
 constexpr size_t MaxModes        = 0xFFFFFF;  ///< 24 bits of a mode ID
 constexpr UINT32 SectionRowWidth = 3;         ///< type, offset, size
 
@@ -193,10 +192,10 @@ UINT32 RecordSections::Place(UINT32 block)
 VOID CheckLimits(const Tuning& rTuning, const VersionUnion& rVersion)
 {
     const UINT32 nameSize = Format::GetModeTableNameSize(rVersion);
-    if (rTuning.tables.size() > MaxTables)
+    if (rTuning.tables.size() > MaxModeTables)
     {
-        throw InputError(
-            fmt::format("{}: {} mode tables, expected at most {}", rTuning.source, rTuning.tables.size(), MaxTables));
+        throw InputError(fmt::format("{}: {} mode tables, expected at most {}", rTuning.source, rTuning.tables.size(),
+                                     MaxModeTables));
     }
     for (const ModeTable& rTable : rTuning.tables)
     {

@@ -139,6 +139,10 @@ VOID TextInput::ReadTables(const YAML::Node& rNode, Tuning& rTuning)
     {
         m_input.Fail(rNode, fmt::format("{} found for tables, expected a list", Describe(rNode)));
     }
+    if (rNode.size() > MaxModeTables)
+    {
+        m_input.Fail(rNode, fmt::format("{} mode tables, expected at most {}", rNode.size(), MaxModeTables));
+    }
     for (const YAML::Node& rItem : rNode)
     {
         const YamlMap    table  = m_input.Map(rItem, "a map with 'name' and 'modes'");

@@ -36,6 +36,9 @@ struct Mode
     std::vector<Module>   modules;
 };
 
+/// Tables of a tuning: the index of one more would make the mode ID that means none.
+constexpr size_t MaxModeTables = 255;
+
 /// One tree of modes. A parent stands before its children.
 struct ModeTable
 {
