@@ -25,13 +25,16 @@ bool g_isShown = false;
 /// Where a pointer points differs from run to run: "(set)" instead, beside the "(nil)" of null ones.
 std::string WithoutAddresses(std::string_view line)
 {
-    constexpr size_t length = 14;  // 48 bits; hashes have more digits, and bytes of requests fewer
+    // After "0x". Machines differ in how high they map; hashes have more digits, and few other numbers as many.
+    constexpr size_t minDigits = 9;
+    constexpr size_t maxDigits = 12;
 
     std::string text;
     while (!line.empty())
     {
-        const size_t digits    = line.starts_with("0x") ? line.find_first_not_of("0123456789abcdef", 2) : 0;
-        const bool   isAddress = std::min(digits, line.size()) == length;
+        const size_t end       = line.starts_with("0x") ? line.find_first_not_of("0123456789abcdef", 2) : 0;
+        const size_t length    = std::min(end, line.size());
+        const bool   isAddress = length >= 2 + minDigits && length <= 2 + maxDigits;
         text += isAddress ? "(set)" : std::string(line.substr(0, 1));
         line.remove_prefix(isAddress ? length : 1);
     }
