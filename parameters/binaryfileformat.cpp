@@ -209,6 +209,18 @@ bool BinaryFileFormat::ReadSectionInfo(const BYTE* pBuffer, UINT64 length, UINT6
     return true;
 }
 
+const BYTE* BinaryFileFormat::GetSection(const SectionInfo& rSection, const BYTE* pBuffer, UINT64 length,
+                                         ParameterBinaryFile* pFile, TuningBlock& rBlock)
+{
+    if (pFile != nullptr)
+    {
+        rBlock = pFile->Read(rSection.Offset, rSection.Size);
+        return rBlock.get();
+    }
+    const bool isInside = static_cast<UINT64>(rSection.Offset) + rSection.Size <= length;
+    return (pBuffer != nullptr && isInside) ? pBuffer + rSection.Offset : nullptr;
+}
+
 UINT32 BinaryFileFormat::GetAlignment(const VersionUnion& rVersion)
 {
     return (rVersion >= WidePackingVersion && rVersion < AlignedEndVersion) ? 8 : 1;

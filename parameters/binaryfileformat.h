@@ -8,10 +8,12 @@
 #include <string>
 #include <vector>
 
+#include "parameters/tuningmemory.h"
 #include "parameters/versionunion.h"
 #include "platform/tavotypes.h"
 
 class IParameterLoggingAPI;
+class ParameterBinaryFile;
 
 /// Where a section stands in the file. Bytes; both are 0 for a section that the file lacks.
 struct SectionInfo
@@ -88,6 +90,14 @@ public:
     static bool ReadSectionInfo(const BYTE* pBuffer, UINT64 length, UINT64& rPosition, UINT32 alignment,
                                 UINT32 sectionCount, BinaryFileSections& rSections, std::string& rErrorText,
                                 const IParameterLoggingAPI* pLog);
+
+    /// The bytes of a section.
+    /// @param pBuffer the whole file, length bytes; not used if there is a file object
+    /// @param pFile   null to take them from the buffer
+    /// @param rBlock  holds what is read from the file
+    /// @return null if the source does not have them all
+    static const BYTE* GetSection(const SectionInfo& rSection, const BYTE* pBuffer, UINT64 length,
+                                  ParameterBinaryFile* pFile, TuningBlock& rBlock);
 
     /// @return the packing of a version
     static UINT32 GetAlignment(const VersionUnion& rVersion);

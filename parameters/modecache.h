@@ -17,6 +17,7 @@
 #include "parameters/modeentry.h"
 
 class ParameterStore;
+struct ParameterModeTable;
 
 class ModeCache
 {

@@ -1,11 +1,8 @@
 #include "parameters/modeentry.h"
 
-#include <algorithm>
-#include <functional>
-#include <limits>
-
 #include "parameters/modepaths.h"
 #include "parameters/parameterlogging.h"
+#include "parameters/parametermodetable.h"
 #include "parameters/parametermodule.h"
 #include "parameters/parametersetmanager.h"
 
@@ -27,85 +24,6 @@ const IParameterLoggingAPI* LogOf(const ParameterModule* pModule)
 }
 
 }  // namespace
-
-VOID ModuleReference::AddUser()
-{
-    INT32 count = RefCount.load();
-    while (count < std::numeric_limits<INT32>::max() && !RefCount.compare_exchange_weak(count, count + 1))
-    {
-    }
-}
-
-INT32 ModuleReference::RemoveUser()
-{
-    INT32 count = RefCount.load();
-    while (count > 0 && count < std::numeric_limits<INT32>::max() && !RefCount.compare_exchange_weak(count, count - 1))
-    {
-    }
-    return (count < std::numeric_limits<INT32>::max()) ? count - 1 : count;
-}
-
-VOID ModuleReference::KeepForGood()
-{
-    if (Kept.exchange(true))
-    {
-        RemoveUser();
-    }
-}
-
-ModuleReference* ModuleReferenceMap::Find(UINT64 nameHash) const
-{
-    if (m_slots.empty())
-    {
-        return nullptr;
-    }
-    const size_t mask = m_slots.size() - 1;
-    for (size_t index = nameHash & mask;; index = (index + 1) & mask)
-    {
-        const Slot& rSlot = m_slots[index];
-        if (rSlot.pReference == nullptr || rSlot.nameHash == nameHash)
-        {
-            return rSlot.pReference;
-        }
-    }
-}
-
-bool ModuleReferenceMap::Insert(UINT64 nameHash, ParameterModule* pModule)
-{
-    if (Find(nameHash) != nullptr)
-    {
-        return false;
-    }
-    if ((m_references.size() + 1) * 2 > m_slots.size())
-    {
-        Grow();
-    }
-    m_references.push_back(std::make_unique<ModuleReference>(nameHash, pModule));
-    Place(m_references.back().get());
-    return true;
-}
-
-VOID ModuleReferenceMap::Place(ModuleReference* pReference)
-{
-    const size_t mask  = m_slots.size() - 1;
-    size_t       index = pReference->NameHash & mask;
-    while (m_slots[index].pReference != nullptr)
-    {
-        index = (index + 1) & mask;
-    }
-    m_slots[index] = {pReference->NameHash, pReference};
-}
-
-VOID ModuleReferenceMap::Grow()
-{
-    constexpr size_t FirstSize = 4;
-    const size_t     size      = m_slots.empty() ? FirstSize : m_slots.size() * 2;
-    m_slots.assign(size, Slot{0, nullptr});
-    for (const auto& rpReference : m_references)
-    {
-        Place(rpReference.get());
-    }
-}
 
 VOID ModeEntry::Initialize(ParameterModeTable* pTable, UINT32 id, const ModeUnion& rMode, ModeEntry** ppLink)
 {
@@ -352,92 +270,5 @@ VOID ModeEntry::GetModePath(CHAR* pText, size_t size) const
     {
         --count;
         ModePaths::AppendItem(pText, size, nodes[count]->Mode.Mode, nodes[count]->Mode.SubMode);
-    }
-}
-
-ModeEntry* ParameterModeTable::NewEntry()
-{
-    m_entries.push_back(std::make_unique<ModeEntry>());
-    return m_entries.back().get();
-}
-
-VOID ParameterModeTable::Touch(ModeEntry* pMode)
-{
-    // Only then the look at the list: an eviction takes the mode off the list before it looks at what is loaded, so
-    // that either it sees the load that the caller has done, or the caller sees that the mode is off and lists it
-    // again.
-    pMode->LastUse = ++m_useClock;
-    if (!pMode->IsListed)
-    {
-        const std::lock_guard<ParameterMutex> lock(ActModeMutex);
-        List(pMode);
-    }
-    else if (pMode->IsSurplus)
-    {
-        EvictionDue = true;
-    }
-}
-
-VOID ParameterModeTable::List(ModeEntry* pMode)
-{
-    if (!pMode->IsListed)
-    {
-        ActiveModes.Add(pMode);
-        pMode->IsListed = true;
-        EvictionDue     = true;
-    }
-}
-
-VOID ParameterModeTable::Unlist(ModeEntry* pMode)
-{
-    pMode->IsListed = false;
-    ActiveModes.Remove(pMode);
-}
-
-VOID ParameterModeTable::SortActiveModes()
-{
-    // Modes are used meanwhile: what is compared stands still.
-    for (UINT32 index = 0; index < ActiveModes.Count(); ++index)
-    {
-        ActiveModes[index]->SortedUse = ActiveModes[index]->LastUse;
-    }
-    ModeEntry** const ppModes = ActiveModes.ToArray();
-    std::ranges::sort(ppModes, ppModes + ActiveModes.Count(), std::greater<>(), &ModeEntry::SortedUse);
-}
-
-VOID ParameterModeTable::ResolveLinks()
-{
-    using LinkState = ModeEntry::LinkState;
-
-    std::vector<ModeEntry*> path;
-    for (const auto& rpEntry : m_entries)
-    {
-        // Walk until the chain ends or meets a node whose end is known. Each node is walked over once.
-        path.clear();
-        ModeEntry* pNode = rpEntry.get();
-        ModeEntry* pEnd  = nullptr;
-        while (pEnd == nullptr && pNode->m_linkState == LinkState::Unresolved)
-        {
-            pNode->m_linkState = LinkState::OnPath;
-            path.push_back(pNode);
-            ModeEntry* pNext = (pNode->Link != nullptr) ? *pNode->Link : nullptr;
-            if (pNext == nullptr)
-            {
-                pEnd = pNode;
-            }
-            else
-            {
-                pNode = pNext;
-            }
-        }
-        if (pEnd == nullptr && pNode->m_linkState == LinkState::Resolved)
-        {
-            pEnd = pNode->m_pTarget;
-        }
-        for (ModeEntry* pWalked : path)
-        {
-            pWalked->m_linkState = (pEnd != nullptr) ? LinkState::Resolved : LinkState::Endless;
-            pWalked->m_pTarget   = (pEnd != nullptr) ? pEnd : pWalked;
-        }
     }
 }

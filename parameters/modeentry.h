@@ -1,5 +1,5 @@
 /// @file
-/// The tree of modes: its nodes, the modules that each node holds, and the table that owns a tree.
+/// A node of the tree of modes.
 ///
 /// A node holds a module for each variant that the file has at this place of the tree; what a node lacks is inherited
 /// from its nearest ancestor on the caller's path. The tree is built when a file is loaded and does not change shape
@@ -8,11 +8,9 @@
 #pragma once
 
 #include <atomic>
-#include <memory>
-#include <string>
-#include <utility>
-#include <vector>
+#include <cstddef>
 
+#include "parameters/modulereference.h"
 #include "parameters/parametersync.h"
 #include "parameters/plist.h"
 #include "parameters/tuningmode.h"
@@ -64,79 +62,6 @@ enum class PipelineType : UINT32
     IPEPreproc = 6,
     Postproc   = 7,
     TFE        = 8
-};
-
-/// A module as one mode sees it.
-struct ModuleReference
-{
-    ModuleReference(UINT64 nameHash, ParameterModule* pModule) : NameHash(nameHash), Module(pModule)
-    {
-    }
-
-    /// Counts one more user. Users that never give back, of which there are, must not wrap the count: at its top it
-    /// stays for good.
-    VOID AddUser();
-
-    /// Counts one user less. @return the users left, less than 0 if there was none
-    INT32 RemoveUser();
-
-    /// Turns the reference that the caller has added into the one that keeps the module; one is enough.
-    VOID KeepForGood();
-
-    bool IsInUse() const
-    {
-        return Kept.load() || RefCount.load() > 0;
-    }
-
-    const UINT64      NameHash;
-    ParameterModule*  Module;
-    ParameterRefCount RefCount{0};  ///< users of the module; counted in the module's own mode only
-    std::atomic<bool> Kept{false};  ///< one of the references is for users that never give back
-};
-
-/// The modules of a mode by name hash. Lookup is one probe or two into an open table, since every frame asks for dozens
-/// of modules; walks go in the order of insertion, which is the order of the file.
-class ModuleReferenceMap
-{
-public:
-    ModuleReference* Find(UINT64 nameHash) const;
-
-    /// @return false if there is a module of that name already; the map then stays as it is
-    bool Insert(UINT64 nameHash, ParameterModule* pModule);
-
-    UINT32 Count() const
-    {
-        return static_cast<UINT32>(m_references.size());
-    }
-
-    /// @param index below Count()
-    ModuleReference& operator[](UINT32 index) const
-    {
-        return *m_references[index];
-    }
-
-    auto begin() const
-    {
-        return m_references.begin();
-    }
-
-    auto end() const
-    {
-        return m_references.end();
-    }
-
-private:
-    struct Slot
-    {
-        UINT64           nameHash;
-        ModuleReference* pReference;  ///< null marks a free slot
-    };
-
-    VOID Place(ModuleReference* pReference);
-    VOID Grow();
-
-    std::vector<std::unique_ptr<ModuleReference>> m_references;
-    std::vector<Slot>                             m_slots;  ///< a power of two, at most half of them taken
 };
 
 /// A node of the mode tree. Owned by its ParameterModeTable, as are all nodes that it points to.
@@ -269,48 +194,4 @@ private:
     ModeEntry* m_pTarget      = this;
     UINT32     m_localModules = 0;
     LinkState  m_linkState    = LinkState::Unresolved;
-};
-
-/// One tree of modes. Not movable: nodes point into Modes.
-struct ParameterModeTable
-{
-    ParameterModeTable(std::string name, UINT32 index, UINT32 count) : Name(std::move(name)), Index(index), Modes(count)
-    {
-    }
-    ParameterModeTable(const ParameterModeTable&)            = delete;
-    ParameterModeTable& operator=(const ParameterModeTable&) = delete;
-
-    UINT32 Count() const
-    {
-        return static_cast<UINT32>(Modes.size());
-    }
-
-    /// Makes a node that the table owns; the caller files it in Modes.
-    ModeEntry* NewEntry();
-
-    /// Follows the links of all nodes to their ends, once all nodes stand.
-    VOID ResolveLinks();
-
-    /// Makes the mode the one used last, and lists it. A listed mode costs no lock. One that comes back from behind the
-    /// limit pushes another one there, so that an eviction is due.
-    VOID Touch(ModeEntry* pMode);
-
-    // For the holder of ActModeMutex.
-    VOID List(ModeEntry* pMode);
-    VOID Unlist(ModeEntry* pMode);
-
-    /// Puts ActiveModes in the order of their last use, the latest first.
-    VOID SortActiveModes();
-
-    const std::string          Name;  ///< empty for a table without a name
-    const UINT32               Index;
-    ModeEntryInfo              RootMode = {};
-    std::vector<ModeEntryInfo> Modes;  ///< by the index of the mode ID; a slot that the file did not fill is empty
-    PList<ModeEntry*>          ActiveModes;          ///< guarded by ActModeMutex; see SortActiveModes
-    ParameterMutex             ActModeMutex;         ///< guards ActiveModes, and eviction
-    std::atomic<bool>          EvictionDue = false;  ///< who has to go may have changed since the last eviction
-
-private:
-    std::atomic<UINT64>                     m_useClock = 0;
-    std::vector<std::unique_ptr<ModeEntry>> m_entries;
 };

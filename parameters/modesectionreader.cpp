@@ -26,7 +26,8 @@ bool ModeSectionReader::Read(const BYTE* pBuffer, UINT64 length, ParameterBinary
         return true;
     }
 
-    // A fault in an early section does not fail the load if a later one is clean: files of this kind are in use.
+    // A fault in an early section does not fail the load if a later one is clean: to refuse such a file would take the
+    // sound tables away, too.
     bool   result    = true;
     UINT64 remaining = (pFile != nullptr) ? pFile->Length() : length;
     for (const SectionInfo& rSection : rSections)
@@ -50,31 +51,12 @@ bool ModeSectionReader::Read(const BYTE* pBuffer, UINT64 length, ParameterBinary
             continue;
         }
 
-        TuningBlock block;
-        const BYTE* pSection = nullptr;
-        if (pFile != nullptr)
+        TuningBlock       block;
+        const BYTE* const pSection = BinaryFileFormat::GetSection(rSection, pBuffer, length, pFile, block);
+        if (!CheckSection(pSection, rSection.Size, ordinal))
         {
-            block    = pFile->Read(rSection.Offset, rSection.Size);
-            pSection = block.get();
-        }
-        else if (static_cast<UINT64>(rSection.Offset) + rSection.Size <= length)
-        {
-            pSection = pBuffer + rSection.Offset;
-        }
-        if (pSection == nullptr)
-        {
-            ParameterLogging::Write(&m_rManager, ParameterLogging::Error,
-                                    "ReadModeSection(%u): Failed to read %d bytes for mode table from binary file\n",
-                                    ordinal, rSection.Size);
-            m_rManager.SetError("ReadModeSection: Failed, buffer is nullptr");
             return false;
         }
-        if (rSection.Size == 0)
-        {
-            m_rManager.SetError("ReadModeSection: Failed, buffer length is 0");
-            return false;
-        }
-
         UINT64                 position = 0;
         const std::string_view name =
             ParameterUtils::ReadText(pSection, rSection.Size, position, m_nameSize, m_rHeader.Alignment);
@@ -82,6 +64,24 @@ bool ModeSectionReader::Read(const BYTE* pBuffer, UINT64 length, ParameterBinary
         result = ReadTable(pSection, rSection.Size, *rTables.back());
     }
     return result;
+}
+
+bool ModeSectionReader::CheckSection(const BYTE* pSection, UINT32 size, UINT32 ordinal) const
+{
+    if (pSection == nullptr)
+    {
+        ParameterLogging::Write(&m_rManager, ParameterLogging::Error,
+                                "ReadModeSection(%u): Failed to read %d bytes for mode table from binary file\n",
+                                ordinal, size);
+        m_rManager.SetError("ReadModeSection: Failed, buffer is nullptr");
+        return false;
+    }
+    if (size == 0)
+    {
+        m_rManager.SetError("ReadModeSection: Failed, buffer length is 0");
+        return false;
+    }
+    return true;
 }
 
 std::unique_ptr<ParameterModeTable> ModeSectionReader::MakeDefaultTable() const

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "parameters/binaryfileformat.h"
-#include "parameters/modeentry.h"
+#include "parameters/parametermodetable.h"
 
 class ParameterBinaryFile;
 class ParameterSetManager;
@@ -43,6 +43,7 @@ private:
     };
 
     std::unique_ptr<ParameterModeTable> MakeDefaultTable() const;
+    bool CheckSection(const BYTE* pSection, UINT32 size, UINT32 ordinal) const;
     bool ReadTable(const BYTE* pSection, UINT64 length, ParameterModeTable& rTable) const;
     Row  ReadRow(const BYTE* pSection, UINT64 length, UINT64& rPosition) const;
     bool CheckRow(const Row& rRow, const ParameterModeTable& rTable) const;

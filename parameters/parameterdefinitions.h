@@ -147,6 +147,12 @@ struct ParameterDefinitionModule
 class ParameterDefinitions
 {
 public:
+    /// By name hash.
+    using ModuleMap = std::unordered_map<UINT64, std::unique_ptr<ParameterDefinitionModule>>;
+
+    /// By structure ID.
+    using StructureMap = std::unordered_map<UINT32, std::unique_ptr<ParameterDefinitionStructure>>;
+
     /// Reads a definition section.
     /// @param countedArrays records of the file have a count in front of fixed arrays
     /// @return false, with what was read before, if the section ends early or holds an unknown kind of record
@@ -166,8 +172,6 @@ public:
     }
 
 private:
-    friend class DefinitionReader;
-
-    std::unordered_map<UINT64, std::unique_ptr<ParameterDefinitionModule>>    m_modules;     ///< by name hash
-    std::unordered_map<UINT32, std::unique_ptr<ParameterDefinitionStructure>> m_structures;  ///< by structure ID
+    ModuleMap    m_modules;
+    StructureMap m_structures;
 };

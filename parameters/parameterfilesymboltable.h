@@ -4,8 +4,6 @@
 
 #include <memory>
 #include <optional>
-#include <shared_mutex>
-#include <unordered_map>
 #include <vector>
 
 #include "parameters/binaryfileformat.h"
@@ -14,20 +12,13 @@
 #include "parameters/parameterbinaryfile.h"
 #include "parameters/parameterdefinitions.h"
 #include "parameters/parameterfilesymboltableentry.h"
-#include "parameters/parametersync.h"
+#include "parameters/sharedobjects.h"
 
 /// What stays in memory of an entry of which the rest is read again when it is wanted.
 struct EntryData
 {
     UINT32 Dup;       ///< number of the group of entries with the same block, 0 for an entry alone
     UINT32 Position;  ///< of the row inside its table, bytes
-};
-
-/// An object that records with the same data share.
-struct DupObjInfo
-{
-    VOID*             Object = nullptr;
-    ParameterRefCount RefCount{0};
 };
 
 /// Resolves IDs of a file to blocks of data.
@@ -191,34 +182,29 @@ private:
         UINT32                                     dupCount = 0;  ///< groups of entries with the same block, plus 1
     };
 
-    /// Names a shared object.
-    struct DupKey
-    {
-        const Rows* pRows;
-        UINT32      slot;
-        ReadingSite site;
-        UINT32      count;
-
-        bool operator==(const DupKey&) const = default;
-    };
-
-    struct DupKeyHash
-    {
-        size_t operator()(const DupKey& rKey) const;
-    };
-
     bool        CountEntries(const BinaryFileSections& rSections);
-    bool        AllocateEntries(const BinaryFileSections& rSections);
+    bool        AllocateEntries();
+    const BYTE* ReadSection(const SectionInfo& rSection, const CHAR* pTable, TuningBlock& rBlock) const;
+    VOID        LogUnreadable(const SectionInfo& rSection, const CHAR* pTable) const;
     bool        ReadDefinitions(const SectionInfo& rSection, bool keep);
-    bool        ReadTable(Rows& rRows, bool isModule);
-    bool        ParseTable(Rows& rRows, const BYTE* pRows, UINT64 length, bool isModule);
+    bool        ReadTable(Rows& rRows);
+    bool        ParseTable(Rows& rRows, const BYTE* pRows, UINT64 length);
     VOID        AssignDupSlots(Rows& rRows) const;
     VOID        PointAtBlocks(Rows& rRows) const;
     bool        AreClaimsPlausible() const;
-    bool        FetchEntry(ParameterFileSymbolTableEntry& rEntry, const Rows& rRows, UINT32 id, bool isModule);
-    bool        IsInSource(const SectionInfo& rSection) const;
-    const BYTE* SectionBytes(const SectionInfo& rSection, TuningBlock& rBlock) const;
     bool        FindInFile(ParameterFileSymbolTableEntry& rEntry, const Rows& rRows, UINT32 id, bool isModule);
+    bool        FetchEntry(ParameterFileSymbolTableEntry& rEntry, const Rows& rRows, UINT32 id, bool isModule);
+
+    bool IsOfModules(const Rows& rRows) const
+    {
+        return &rRows == &m_symbols;
+    }
+
+    /// For log lines.
+    const CHAR* NameOf(const Rows& rRows) const
+    {
+        return IsOfModules(rRows) ? "symbol" : "data";
+    }
 
     const Rows& RowsOf(bool isModule) const
     {
@@ -240,8 +226,5 @@ private:
     Rows*                                m_pDataRows = &m_symbols;  ///< the symbol table for files without the other
     std::vector<std::unique_ptr<ModuleData>> m_modules;
     std::optional<LoadAllowance>             m_fileAllowance;
-
-    std::shared_mutex                                  m_dupInfoMutex;  ///< guards the two maps
-    std::unordered_map<DupKey, DupObjInfo, DupKeyHash> m_dupEntries;
-    std::unordered_map<VOID*, DupObjInfo*>             m_dupInfoMap;  ///< by object
+    SharedObjects                            m_sharedObjects;
 };

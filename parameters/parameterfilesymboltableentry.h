@@ -8,6 +8,7 @@
 #include "parameters/moduledata.h"
 #include "parameters/parameterdefinitions.h"
 #include "parameters/parameterlogging.h"
+#include "parameters/sharedobjects.h"
 #include "parameters/tuningmemory.h"
 #include "schema/tuningrecord.h"
 
@@ -16,28 +17,6 @@ class ParameterFileSymbolTableEntry;
 
 /// Limit of a record whose end is not known.
 constexpr UINT32 NoLoadDataLimit = 0xFFFFFFFF;
-
-/// The place in the code that reads a member. The same bytes read at different places become objects of different
-/// types, so an object may be shared only by reads of one place.
-struct ReadingSite
-{
-    const tuning::RecordDescription* pRecord;   ///< type of the enclosing record
-    INT32                            location;  ///< number of the place in that type
-
-    /// @return the place that reads a member, by the member's ordinal
-    static ReadingSite OfMember(const tuning::RecordDescription& rRecord, UINT32 memberIndex)
-    {
-        return {&rRecord, static_cast<INT32>(2 * memberIndex)};
-    }
-
-    /// @return the place that reads the items of an array of texts, which are objects besides the array
-    ReadingSite OfItems() const
-    {
-        return {pRecord, location + 1};
-    }
-
-    bool operator==(const ReadingSite&) const = default;
-};
 
 /// Where a record or a member is read from, and what the file says about its shape.
 struct ParameterLoadParameters

@@ -22,10 +22,10 @@
 #include <span>
 #include <string>
 
-#include "parameters/modeentry.h"
 #include "parameters/moduledata.h"
 #include "parameters/parameterdataapi.h"
 #include "parameters/parameterlogging.h"
+#include "parameters/parametermodetable.h"
 #include "parameters/parametermodule.h"
 #include "platform/tavocommonutils.h"
 

@@ -10,6 +10,8 @@ add_room(kiro_parameters
     parameters/live/parametervernierworker_triggers.cpp
     parameters/live/requestframing.cpp
     parameters/live/socketid.cpp
+    parameters/definitionlayout.cpp
+    parameters/definitionreader.cpp
     parameters/filereplacement.cpp
     parameters/loadallowance.cpp
     parameters/modecache.cpp
@@ -18,12 +20,15 @@ add_room(kiro_parameters
     parameters/modepaths.cpp
     parameters/modesectionreader.cpp
     parameters/moduledata.cpp
+    parameters/modulereference.cpp
     parameters/parameterbinaryfile.cpp
     parameters/parameterdefinitions.cpp
     parameters/parameterfilesymboltable.cpp
+    parameters/parameterfilesymboltable_load.cpp
     parameters/parameterfilesymboltableentry.cpp
     parameters/parameterlogging.cpp
     parameters/parametermemberreaders.cpp
+    parameters/parametermodetable.cpp
     parameters/parametermodule.cpp
     parameters/parametersetmanager.cpp
     parameters/parametersetmanager_live.cpp
@@ -35,6 +40,7 @@ add_room(kiro_parameters
     parameters/parsercrc.cpp
     parameters/recordloader.cpp
     parameters/recordtext.cpp
+    parameters/sharedobjects.cpp
     parameters/tablemodule.cpp
     parameters/tuningsetmanager.cpp
     parameters/valueaccess.cpp

@@ -5,8 +5,8 @@
 #include <memory>
 #include <vector>
 
-#include "parameters/modeentry.h"
 #include "parameters/parameterfilesymboltable.h"
+#include "parameters/parametermodetable.h"
 
 /// The trees of a file and its symbol table: what a reload replaces as a whole.
 struct StoreContent
