@@ -26,13 +26,7 @@ public:
 
     /// Walks to the end of the branch, or to a selector that is not valid. @return the mode there, null if the walk
     /// got lost
-    ModeEntry* End()
-    {
-        while (Next())
-        {
-        }
-        return m_lost ? nullptr : m_pMode;
-    }
+    ModeEntry* End();
 
     /// The mode reached so far.
     ModeEntry* Mode() const

@@ -324,6 +324,27 @@ ParameterBinaryFile::ReadBuffer& ParameterBinaryFile::ChooseVictim(UINT32 offset
                              { return distance(rFirst) < distance(rSecond); });
 }
 
+VOID ParameterBinaryFile::Reopen(INT32 adjust)
+{
+    const INT32 count = m_refCnt.load();
+    if (count != 0)
+    {
+        ParameterLogging::Write(m_logAPI, ParameterLogging::Error,
+                                "FileReference Adjust: %d, RefCount: %u, Binary File was null when file "
+                                "reference was %u\n",
+                                adjust, count, count);
+    }
+    const bool wasGone = m_isGone;
+    Open(false);
+    if (m_file == nullptr && !wasGone)  // said once, and tried again
+    {
+        ParameterLogging::Write(m_logAPI, ParameterLogging::Error,
+                                "FileReference Adjust: %d, RefCount: %u, Failed to open binary file '%s' "
+                                "errno: %d\n",
+                                adjust, count, m_fileName, errno);
+    }
+}
+
 INT32 ParameterBinaryFile::Reference(INT32 adjust)
 {
     std::lock_guard<ParameterMutex> lock(m_pbfMutex);
@@ -332,22 +353,7 @@ INT32 ParameterBinaryFile::Reference(INT32 adjust)
     {
         if (m_file == nullptr)
         {
-            if (count != 0)
-            {
-                ParameterLogging::Write(m_logAPI, ParameterLogging::Error,
-                                        "FileReference Adjust: %d, RefCount: %u, Binary File was null when file "
-                                        "reference was %u\n",
-                                        adjust, count, count);
-            }
-            const bool wasGone = m_isGone;
-            Open(false);
-            if (m_file == nullptr && !wasGone)  // said once, and tried again
-            {
-                ParameterLogging::Write(m_logAPI, ParameterLogging::Error,
-                                        "FileReference Adjust: %d, RefCount: %u, Failed to open binary file '%s' "
-                                        "errno: %d\n",
-                                        adjust, count, m_fileName, errno);
-            }
+            Reopen(adjust);
         }
         m_refCnt.store(count + adjust);
     }

@@ -105,6 +105,7 @@ private:
 
     bool        ReadState(State& rState) const;
     VOID        Open(bool logFailure);
+    VOID        Reopen(INT32 adjust);
     VOID        Close();
     bool        MayRead(const VOID* pDestination, UINT64 offset, UINT64 position, UINT32 count) const;
     bool        ReadCached(VOID* pDestination, UINT64 filePosition, UINT32 count);

@@ -150,43 +150,45 @@ VOID ParameterFileSymbolTableEntry::UpdatePosition(UINT32 limit)
     Position = limit;
 }
 
+ParameterDefinitionElement* ParameterFileSymbolTableEntry::FindElement(const ParameterLoadParameters& rParameters) const
+{
+    ParameterDefinitionElement* pElement = rParameters.Element;
+    if (pElement == nullptr || pElement->Info == nullptr || pElement->Info->Structure == nullptr)
+    {
+        return nullptr;
+    }
+    if (!rParameters.UseParent)
+    {
+        ParameterDefinitionStructure& rStructure = *pElement->Info->Structure;
+        pElement                                 = rStructure.FindChild(rParameters.NameHash);
+        if (pElement == nullptr)
+        {
+            rStructure.MissedMember.store(true, std::memory_order_relaxed);
+        }
+    }
+    else if (rParameters.NameHash != pElement->NameHash)
+    {
+        LogMessage(true,
+                   "%s: Use Parent requested, but parent name hash (0x%llx) does not match variable name hash "
+                   "(0x%llx)\n",
+                   "AdjustPositionAndGetElement", pElement->NameHash, rParameters.NameHash);
+    }
+    return pElement;
+}
+
 ParameterDefinitionElement*
 ParameterFileSymbolTableEntry::AdjustPositionAndGetElement(const ParameterLoadParameters& rParameters,
                                                            bool&                          rAdjusted) const
 {
-    rAdjusted = false;
-    if (rParameters.Element == nullptr || rParameters.Element->Info == nullptr ||
-        rParameters.Element->Info->Structure == nullptr)
+    rAdjusted                            = false;
+    ParameterDefinitionElement* pElement = FindElement(rParameters);
+    if (pElement == nullptr || pElement->Info == nullptr)
     {
-        return nullptr;
-    }
-    ParameterDefinitionStructure& rStructure = *rParameters.Element->Info->Structure;
-    ParameterDefinitionElement*   pElement   = rParameters.Element;
-    if (rParameters.UseParent)
-    {
-        if (rParameters.NameHash != pElement->NameHash)
-        {
-            LogMessage(true,
-                       "%s: Use Parent requested, but parent name hash (0x%llx) does not match variable name hash "
-                       "(0x%llx)\n",
-                       "AdjustPositionAndGetElement", pElement->NameHash, rParameters.NameHash);
-        }
-    }
-    else
-    {
-        pElement = rStructure.FindChild(rParameters.NameHash);
-        if (pElement == nullptr)
-        {
-            rStructure.MissedMember.store(true, std::memory_order_relaxed);
-            return nullptr;
-        }
-        if (pElement->Info == nullptr)
-        {
-            return pElement;  // it has matched before, so that its place is the code's
-        }
+        return pElement;  // without Info it has matched before, so that its place is the code's
     }
 
-    UINT64 expected = rParameters.Position + static_cast<UINT64>(rStructure.Size) * rParameters.Index;
+    UINT64 expected =
+        rParameters.Position + static_cast<UINT64>(rParameters.Element->Info->Structure->Size) * rParameters.Index;
     if (rParameters.UseParentOffset)
     {
         expected += pElement->Info->ParentOffset;

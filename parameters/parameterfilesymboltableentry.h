@@ -149,6 +149,8 @@ private:
     CHAR* ReadSharedText(UINT32 size, const ReadingSite& rSite);
     CHAR* ReadTextItem(const ReadingSite& rSite, UINT32 limit);
 
+    ParameterDefinitionElement* FindElement(const ParameterLoadParameters& rParameters) const;
+
     bool   ReadLimited(UINT32& rValue, UINT32 limit);
     UINT32 StoredPairSize() const;
     VOID*  GetDupObject(const ReadingSite& rSite, UINT32 count) const;

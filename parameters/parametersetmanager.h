@@ -249,7 +249,7 @@ protected:
     VOID StopLiveTuning();
 
 private:
-    friend class FileReplacement;
+    friend class ContentReplacement;
 
     bool IsDerived() const
     {

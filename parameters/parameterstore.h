@@ -16,7 +16,7 @@
 #include <vector>
 
 #include "parameters/binaryfileformat.h"
-#include "parameters/filereplacement.h"
+#include "parameters/contentreplacement.h"
 #include "parameters/modecache.h"
 #include "parameters/modeentry.h"
 #include "parameters/parametersetmanager.h"
@@ -93,7 +93,7 @@ public:
     }
 
     /// What replaces the content.
-    FileReplacement& Replacement()
+    ContentReplacement& Replacement()
     {
         return m_replacement;
     }
@@ -162,6 +162,8 @@ private:
     bool             LoadFile(const CHAR* pFileName);
     bool             ReadHeader(const BYTE* pBuffer, UINT64 length);
     bool             ReadSections(const BYTE* pBuffer, UINT64 length, std::shared_ptr<ParameterBinaryFile> pFile);
+    bool             ReadTuning(const BYTE* pBuffer, UINT64 length, std::shared_ptr<ParameterBinaryFile> pFile,
+                                const BinaryFileSections& rSections);
     bool             ReadModules(bool wholeFile);
     ParameterModule* CreateModule(DefaultModule* pDefault, ModuleData* pModuleData, bool load);
     bool             AddModule(const ModuleData* pModuleData, ParameterModule* pModule);
@@ -175,6 +177,8 @@ private:
 
     // Lookup.
     ModeEntry*       RootForLookup(const CHAR* pName, BYTE tableIndex, const TuningMode* pBranch, UINT32 count);
+    VOID             LogOddBranch(const CHAR* pName, const TuningMode* pBranch, UINT32 count);
+    VOID             LogMissingRoot(const CHAR* pName, const ParameterModeTable* pTable) const;
     ParameterModule* FindModuleOnBranch(ModeEntry* pRoot, const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch,
                                         UINT32 count);
     enum class Held
@@ -207,9 +211,9 @@ private:
 
     // Modules go before the tables that their data stands in, and those of merged managers stand in the tables. The
     // destructor sees to that for what has been replaced: by the order of the members it would go last.
-    FileReplacement  m_replacement;
-    StoreContent     m_content;
-    DefaultModuleMap m_defaultModules;
+    ContentReplacement m_replacement;
+    StoreContent       m_content;
+    DefaultModuleMap   m_defaultModules;
 
     // Goes first: it works on all of the above.
     std::unique_ptr<ParameterVernierWorker> m_pWorker;

@@ -174,10 +174,9 @@ bool ParameterStore::ReadSections(const BYTE* pBuffer, UINT64 length, std::share
         return false;
     }
 
-    const bool wholeFile = (pFile == nullptr);
     m_content.pSymbolTable =
         std::make_unique<ParameterFileSymbolTable>(&m_rManager, &m_rManager, m_header.Alignment, m_header.Version);
-    ModeSectionReader modeReader(m_rManager, m_header, wholeFile);
+    ModeSectionReader modeReader(m_rManager, m_header, pFile == nullptr);
     if (!modeReader.Read(pBuffer, length, pFile.get(), sections.ModeTables, m_content.modeTables))
     {
         return false;
@@ -192,9 +191,15 @@ bool ParameterStore::ReadSections(const BYTE* pBuffer, UINT64 length, std::share
                                 sections.Data.Size);
         return true;
     }
+    return ReadTuning(pBuffer, length, std::move(pFile), sections);
+}
 
-    ParameterFileSymbolTable& rTable = *m_content.pSymbolTable;
-    bool                      loaded = rTable.Load(pBuffer, length, std::move(pFile), sections, &m_rManager, true);
+bool ParameterStore::ReadTuning(const BYTE* pBuffer, UINT64 length, std::shared_ptr<ParameterBinaryFile> pFile,
+                                const BinaryFileSections& rSections)
+{
+    const bool                wholeFile = (pFile == nullptr);
+    ParameterFileSymbolTable& rTable    = *m_content.pSymbolTable;
+    bool                      loaded    = rTable.Load(pBuffer, length, std::move(pFile), rSections, &m_rManager, true);
     if (!loaded)
     {
         SetError("Failed to read symbol table, data table or definition table");

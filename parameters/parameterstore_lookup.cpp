@@ -2,38 +2,22 @@
 #include "parameters/parameterstore.h"
 
 #include <cstdio>
+#include <string>
 
 #include "parameters/branchwalk.h"
 #include "parameters/modepaths.h"
 #include "parameters/parameterfilesymboltable.h"
 
-bool BranchWalk::Next()
+namespace
 {
-    if (m_index >= m_count)
-    {
-        return false;
-    }
-    if (!m_rStore.ValidateMode(m_pCaller, m_pBranch, m_index))
-    {
-        m_count = m_index;
-        return false;
-    }
-    UINT32 run = 1;
-    while (m_index + run < m_count && m_pBranch[m_index + run].mode == m_pBranch[m_index].mode)
-    {
-        ++run;
-    }
-    ModeEntry* pNext = m_pMode->FindMode(m_pBranch + m_index, run);
-    if (pNext == nullptr)
-    {
-        m_lost  = true;
-        m_count = m_index;
-        return false;
-    }
-    m_pMode = pNext;
-    m_index += run;
-    return true;
+
+/// How log lines name a lookup. @param pName null for one of all modules
+std::string LookupText(const CHAR* pName)
+{
+    return (pName != nullptr) ? "GetModule(" + std::string(pName) + ")" : "GetModules()";
 }
+
+}  // namespace
 
 bool ParameterStore::ValidateMode(const CHAR* pCaller, const TuningMode* pBranch, UINT32 index)
 {
@@ -125,42 +109,49 @@ ModeEntry* ParameterStore::RootForLookup(const CHAR* pName, BYTE tableIndex, con
     {
         return nullptr;
     }
-    ParameterModeTable* pTable   = m_content.modeTables.empty() ? nullptr : m_content.modeTables[tableIndex].get();
-    ModeEntry*          pRoot    = (pTable != nullptr) ? pTable->RootMode.Entry : nullptr;
-    const bool          noBranch = pBranch == nullptr && count > 0;
-    const bool          noDefault =
-        pBranch != nullptr && count > 0 && (pBranch[0].mode != ModeType::Default || pBranch[0].subMode.value != 0);
-    if (pRoot == nullptr || noBranch || noDefault)
+    const ParameterModeTable* pTable = m_content.modeTables.empty() ? nullptr : m_content.modeTables[tableIndex].get();
+    ModeEntry*                pRoot  = (pTable != nullptr) ? pTable->RootMode.Entry : nullptr;
+    LogOddBranch(pName, pBranch, count);
+    if (pRoot == nullptr)
     {
-        const std::string subject = (pName != nullptr) ? "GetModule(" + std::string(pName) + ")" : "GetModules()";
-        if (noBranch)
-        {
-            ParameterLogging::Write(
-                &m_rManager, ParameterLogging::Warning,
-                "%s called with modeBranch == null and modeCount = %d, will return default mode module data\n",
-                subject.c_str(), count);
-        }
-        if (noDefault)
-        {
-            CHAR path[ModeEntry::MaxPathText];
-            GetPathFromModeBranch(pBranch, count, path, sizeof(path));
-            ParameterLogging::Write(&m_rManager, ParameterLogging::Warning,
-                                    "%s called with first mode != Default, might not return module data from the "
-                                    "desired mode path: %s\n",
-                                    subject.c_str(), path);
-        }
-        if (pRoot == nullptr)
-        {
-            ParameterLogging::Write(
-                &m_rManager, ParameterLogging::Error,
-                "%s Uninitialized Set Manager. this: %lx, SymbolTable: %lx, Modes: %lx, ModeCount: %d, RootMode: %lx\n",
-                subject.c_str(), reinterpret_cast<unsigned long>(&m_rManager),
-                reinterpret_cast<unsigned long>(m_content.pSymbolTable.get()),
-                reinterpret_cast<unsigned long>((pTable != nullptr) ? pTable->Modes.data() : nullptr),
-                (pTable != nullptr) ? pTable->Count() : 0, 0UL);
-        }
+        LogMissingRoot(pName, pTable);
     }
     return pRoot;
+}
+
+VOID ParameterStore::LogOddBranch(const CHAR* pName, const TuningMode* pBranch, UINT32 count)
+{
+    if (count == 0)
+    {
+        return;
+    }
+    if (pBranch == nullptr)
+    {
+        ParameterLogging::Write(
+            &m_rManager, ParameterLogging::Warning,
+            "%s called with modeBranch == null and modeCount = %d, will return default mode module data\n",
+            LookupText(pName).c_str(), count);
+    }
+    else if (pBranch[0].mode != ModeType::Default || pBranch[0].subMode.value != 0)
+    {
+        CHAR path[ModeEntry::MaxPathText];
+        GetPathFromModeBranch(pBranch, count, path, sizeof(path));
+        ParameterLogging::Write(&m_rManager, ParameterLogging::Warning,
+                                "%s called with first mode != Default, might not return module data from the desired "
+                                "mode path: %s\n",
+                                LookupText(pName).c_str(), path);
+    }
+}
+
+VOID ParameterStore::LogMissingRoot(const CHAR* pName, const ParameterModeTable* pTable) const
+{
+    ParameterLogging::Write(
+        &m_rManager, ParameterLogging::Error,
+        "%s Uninitialized Set Manager. this: %lx, SymbolTable: %lx, Modes: %lx, ModeCount: %d, RootMode: %lx\n",
+        LookupText(pName).c_str(), reinterpret_cast<unsigned long>(&m_rManager),
+        reinterpret_cast<unsigned long>(m_content.pSymbolTable.get()),
+        reinterpret_cast<unsigned long>((pTable != nullptr) ? pTable->Modes.data() : nullptr),
+        (pTable != nullptr) ? pTable->Count() : 0, 0UL);
 }
 
 ParameterModule* ParameterStore::FindModuleOnBranch(ModeEntry* pRoot, const CHAR* pName, UINT64 nameHash,

@@ -1,5 +1,6 @@
 add_room(kiro_parameters
     parameters/binaryfileformat.cpp
+    parameters/branchwalk.cpp
     parameters/live/packetqueue.cpp
     parameters/live/parametertriggervalues.cpp
     parameters/live/parameterverniercom.cpp
@@ -7,12 +8,13 @@ add_room(kiro_parameters
     parameters/live/parametervernierworker.cpp
     parameters/live/parametervernierworker_commands.cpp
     parameters/live/parametervernierworker_packets.cpp
+    parameters/live/parametervernierworker_parameters.cpp
     parameters/live/parametervernierworker_triggers.cpp
     parameters/live/requestframing.cpp
     parameters/live/socketid.cpp
+    parameters/contentreplacement.cpp
     parameters/definitionlayout.cpp
     parameters/definitionreader.cpp
-    parameters/filereplacement.cpp
     parameters/loadallowance.cpp
     parameters/modecache.cpp
     parameters/modeentry.cpp

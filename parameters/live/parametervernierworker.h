@@ -60,8 +60,8 @@ public:
 
     /// Puts an answer together; that to DeviceInfo has a form of its own and is refused.
     /// @param rLength     length of the packet, set also when it does not fit
-    /// @param payloadSize readable bytes of pPayload. The length counts 6 bytes more, 10 with a request ID: tools rely
-    ///                    on the length of the answers that are built so
+    /// @param payloadSize readable bytes of pPayload. The length counts 6 bytes more, 10 with a request ID, and not the
+    ///                    8 of the Vernier ID, so that a packet ends 8 bytes early unless the caller counts them here
     static bool BuildResponse(BYTE* pPacket, UINT32 packetSize, UINT32& rLength, UINT16 command, UINT64 vernierID,
                               UINT32 requestID, const BYTE* pPayload, UINT32 payloadSize);
 
@@ -97,16 +97,21 @@ private:
     VOID ReadWorker();
     VOID Dispatch(const BYTE* pRequest, UINT32 size);
 
-    // One per command; parametervernierworker_commands.cpp.
+    // The service, modes, the running camera, the host; parametervernierworker_commands.cpp.
     VOID ProcessDeviceInfo();
     VOID ProcessActiveModes();
     VOID ProcessControlValues();
     VOID ProcessModes(const BYTE* pRequest, UINT32 size);
+    VOID ProcessCustom(const BYTE* pRequest, UINT32 size);
+    VOID ProcessModeTableIndex(const BYTE* pRequest, UINT32 size);
+
+    // Parameters; parametervernierworker_parameters.cpp.
+    struct SetTarget;
     VOID ProcessInfo(const BYTE* pRequest, UINT32 size);
     VOID ProcessGetValues(const BYTE* pRequest, UINT32 size);
     VOID ProcessSetValues(const BYTE* pRequest, UINT32 size);
-    VOID ProcessCustom(const BYTE* pRequest, UINT32 size);
-    VOID ProcessModeTableIndex(const BYTE* pRequest, UINT32 size);
+    VOID SetItem(const SetTarget& rTarget, const CHAR* pItem, AnswerPacket& rAnswer, bool& rResult);
+    bool AppendInfo(const ParameterParserInfo& rInfo, bool isFirst, AnswerPacket& rAnswer, UINT32& rPosition);
 
     // Triggers; parametervernierworker_triggers.cpp.
     VOID                    ProcessTriggerValues(const BYTE* pRequest, UINT32 size);
@@ -114,13 +119,12 @@ private:
     VOID                    SendTriggerValues(const ParameterTriggerValues& rRequest);
     ParameterTriggerValues* FindTriggerRequest(const CHAR* pModePath, const CHAR* pModule, const CHAR* pPipeline);
 
-    struct SetTarget;
-    VOID   SetItem(const SetTarget& rTarget, const CHAR* pItem, AnswerPacket& rAnswer, bool& rResult);
-    bool   AppendInfo(const ParameterParserInfo& rInfo, bool isFirst, AnswerPacket& rAnswer, UINT32& rPosition);
+    // Packets; parametervernierworker_packets.cpp.
     UINT32 EchoedRequestID(const BYTE* pRequest, UINT32 size) const;
     bool   ReadHeader(const BYTE* pPacket, UINT32 size, UINT32 idOffset, UINT16& rCommand, UINT64& rVernierID) const;
     VOID   LogShortRead(UINT32 wanted, UINT32 offset, UINT32 size) const;
-    VOID   Queue(const AnswerPacket& rAnswer);
+
+    VOID Queue(const AnswerPacket& rAnswer);
 
     IParameterDataAPI* const m_pDataAPI;
     const UINT64             m_vernierID;

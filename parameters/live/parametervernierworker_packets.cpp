@@ -11,9 +11,8 @@ using vernier::Command;
 namespace
 {
 
-constexpr UINT32 SmallestPacket      = 7;   ///< tag, command, length, and something behind
-constexpr UINT32 SmallestWithPayload = 19;  ///< of the commands behind ControlValues
-constexpr UINT32 SmallestAnswerRoom  = 15;
+constexpr UINT32 SmallestPacket     = 7;  ///< tag, command, length, and something behind
+constexpr UINT32 SmallestAnswerRoom = 15;
 
 bool HasPayload(UINT16 command)
 {
@@ -43,6 +42,14 @@ bool ParameterVernierWorker::ReadHeader(const BYTE* pPacket, UINT32 size, UINT32
     return tag == vernier::StartTag;
 }
 
+UINT32 ParameterVernierWorker::EchoedRequestID(const BYTE* pRequest, UINT32 size) const
+{
+    UINT32 requestID = 0;
+    UINT64 position  = vernier::RequestIDOffset;
+    (VOID) ParameterUtils::ReadField(requestID, pRequest, size, position, 1, m_pDataAPI);
+    return requestID;
+}
+
 bool ParameterVernierWorker::ParseRequest(const BYTE* pPacket, UINT32 size, UINT16& rCommand, UINT64& rVernierID,
                                           UINT32& rRequestID, const BYTE*& rpPayload, UINT32& rPayloadSize) const
 {
@@ -59,7 +66,7 @@ bool ParameterVernierWorker::ParseRequest(const BYTE* pPacket, UINT32 size, UINT
     {
         return true;
     }
-    if (size < SmallestWithPayload)
+    if (size < vernier::SmallestWithPayload)
     {
         return false;
     }
@@ -87,7 +94,7 @@ bool ParameterVernierWorker::ParseResponse(const BYTE* pPacket, UINT32 size, UIN
     std::memcpy(&rCommand, pPacket + vernier::CommandOffset, sizeof(rCommand));
     const bool   isDevice = rCommand == static_cast<UINT16>(Command::DeviceInfo);
     const UINT32 payload  = isDevice ? vernier::DevicePayloadOffset : vernier::PayloadOffset(rCommand);
-    const UINT32 smallest = vernier::HasRequestID(rCommand) ? SmallestWithPayload : payload;
+    const UINT32 smallest = vernier::HasRequestID(rCommand) ? vernier::SmallestWithPayload : payload;
     if (!ReadHeader(pPacket, size, isDevice ? vernier::DeviceIDOffset : vernier::IDOffset, rCommand, rVernierID) ||
         size < smallest)
     {
@@ -116,7 +123,8 @@ bool ParameterVernierWorker::BuildResponse(BYTE* pPacket, UINT32 packetSize, UIN
         return false;
     }
     // Tag, command and length; the room of the Vernier ID is not counted. So a caller that adds the whole header to its
-    // payload's size gets a packet with zeros at its end, and tools have learned to read that.
+    // payload's size gets a packet with ten zeros at its end, as the answer to Modes has them; counted otherwise, that
+    // answer would lose them.
     const UINT64 length = UINT64{payloadSize} + vernier::IDOffset + (hasRequestID ? sizeof(requestID) : 0);
     const UINT32 header = vernier::PayloadOffset(command);
     rLength             = static_cast<UINT32>(std::min<UINT64>(length, 0xFFFFFFFF));

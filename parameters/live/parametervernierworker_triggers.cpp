@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "parameters/live/requesttext.h"
 #include "parameters/parameterdataapi.h"
-#include "parameters/parameterutils.h"
 #include "schema/namehash.h"
 
 using vernier::Command;
@@ -15,7 +15,6 @@ namespace
 {
 
 constexpr std::clock_t CollectingTime = 5001;                      ///< ticks of std::clock
-constexpr UINT32       TextSize       = 512;                       ///< of each of the three texts, with terminator
 constexpr UINT32       TriggerAnswer  = vernier::PacketLimit - 1;  ///< bytes of the packet
 constexpr size_t       MaxRequests    = 64;                        ///< that wait for their age
 constexpr UINT32       MaxTexts       = 65520;                     ///< of the three texts with their separators
@@ -59,15 +58,13 @@ VOID ParameterVernierWorker::ProcessTriggerValues(const BYTE* pRequest, UINT32 s
     {
         return;
     }
-    const std::string text(pPayload, std::find(pPayload, pPayload + payloadSize, '\0'));
-    const CHAR*       pRest               = text.c_str();
-    CHAR              fields[3][TextSize] = {};
-    for (auto& rField : fields)
-    {
-        pRest += ParameterUtils::GetSubString(pRest, ':', rField, sizeof(rField));
-        pRest += (*pRest == ':') ? 1 : 0;
-    }
-    const auto& [modePath, module, pipeline] = fields;
+    RequestText        text(pRequest, size, vernier::HeaderSize);
+    RequestText::Field modePath;
+    RequestText::Field module;
+    RequestText::Field pipeline;
+    text.Take(':', modePath);
+    text.Take(':', module);
+    text.Take(':', pipeline);
     {
         const std::lock_guard<ParameterMutex> lock(m_valuesMutex);
         if (ParameterTriggerValues* pKnown = FindTriggerRequest(modePath, module, pipeline))

@@ -1,147 +1,13 @@
 /// The commands of the live tuning service, byte for byte, as a tool that knows nothing of this code would see them.
-#include <ctime>
-#include <optional>
+#include <algorithm>
+#include <cstdio>
+#include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
 
-#include "parameters/live/parametertriggervalues.h"
 #include "parameters/live/parametervernierworker.h"
-#include "tests/parameters/live/livefixture.h"
-#include "tests/parameters/setmanagerfixture.h"
-#include "tests/support/temporaryfile.h"
-
-/// Serves requests on the test's own thread, at any pace.
-class ThreadlessWorker
-{
-public:
-    VOID Serve(const Bytes& rRequest)
-    {
-        m_worker.Dispatch(rRequest.data(), static_cast<UINT32>(rRequest.size()));
-    }
-
-    VOID Send(const ParameterTriggerValues& rRequest)
-    {
-        m_worker.SendTriggerValues(rRequest);
-    }
-
-    ParameterVernierWorker m_worker{nullptr};
-};
-
-namespace
-{
-
-std::string PayloadOf(const Bytes& rAnswer, size_t offset)
-{
-    const std::string all(rAnswer.begin(), rAnswer.end());
-    return (all.size() > offset) ? std::string(all.c_str() + offset) : "no payload";
-}
-
-class TestHandler : public IVernierCustomHandler
-{
-public:
-    UINT16 ProcessCustom(const BYTE* pPayload, UINT32 payloadSize, UINT32 capacity, BYTE* pOutput,
-                         UINT32& rOutputSize) override
-    {
-        received.assign(pPayload, pPayload + payloadSize);
-        room = capacity;
-        std::copy(output.begin(), output.end(), pOutput);
-        rOutputSize = static_cast<UINT32>(output.size());
-        return 0xBEEF;
-    }
-
-    VOID RequestTriggerValues(const CHAR* pModePath, const CHAR* pModule, UINT64 moduleNameHash,
-                              const CHAR* pPipeline) override
-    {
-        isHashRight = moduleNameHash == namehash::OfName("alpha");
-        texts       = std::string(pModePath) + "/" + pModule + "/" + pPipeline;
-        ++requests;
-    }
-
-    Bytes            received;
-    Bytes            output;
-    UINT32           room        = 0;
-    bool             isHashRight = false;
-    std::string      texts;
-    std::atomic<INT> requests = 0;
-};
-
-class LiveCommandsTest : public LiveTest
-{
-protected:
-    /// Default with alpha 1, below it Video with alpha 20, Preview with beta 5, and sensor 3.
-    static ParameterFile File(bool isTwoTables)
-    {
-        TuningFileMaker maker;
-        const UINT32    root    = maker.Table("main");
-        const UINT32    video   = maker.Mode(root, ModeType::Usecase, 2);
-        const UINT32    preview = maker.Mode(root, ModeType::Usecase, 0);
-        maker.Mode(root, ModeType::Sensor, 3);
-        maker.Alpha(root, 1);
-        maker.Alpha(video, 20);
-        maker.Beta(preview, 5);
-        if (isTwoTables)
-        {
-            maker.Alpha(maker.Table("second"), 300);
-        }
-        return maker.Build();
-    }
-
-    VOID Load(bool isTwoTables = false)
-    {
-        ParameterSetManager::Options options;
-        options.liveTuning = true;
-        options.logDebug   = true;
-        m_manager.emplace("cam", smallschema::Modules, options);
-        File(isTwoTables).WriteTo(m_file.path);
-        ASSERT_TRUE(m_manager->LoadBinaryParameters(m_file.path.c_str()));
-        m_client.emplace(m_manager->GetLiveTuningPort());
-    }
-
-    ~LiveCommandsTest() override
-    {
-        m_client.reset();
-        m_manager.reset();
-    }
-
-    UINT64 ID() const
-    {
-        return reinterpret_cast<UINT64>(static_cast<const IParameterDataAPI*>(&*m_manager));
-    }
-
-    Bytes Ask(const Bytes& rRequest)
-    {
-        EXPECT_TRUE(m_client->Send(rRequest));
-        return m_client->ReceivePacket();
-    }
-
-    /// What a command with texts answers; the header is checked on the way.
-    std::string AskText(UINT16 command, const std::string& rPayload = "")
-    {
-        const UINT64      id     = vernier::HasRequestID(command) ? 0x1122334455667788 : ID();
-        const Bytes       answer = Ask(Request(command, Text(rPayload), id));
-        const std::string text   = PayloadOf(answer, vernier::PayloadOffset(command));
-        EXPECT_EQ(answer, Request(command, Text(text), id));
-        return text;
-    }
-
-    /// Takes as much processor time as the service waits for further values.
-    static VOID LetTriggerValuesComeTogether()
-    {
-        const std::clock_t due = std::clock() + 5001;
-        while (std::clock() < due)
-        {
-        }
-    }
-
-    /// The service's lines follow its answers.
-    bool IsLogged(const std::string& rText)
-    {
-        return WaitFor([&] { return m_log.Has(rText); });
-    }
-
-    const TemporaryFile m_file{std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()) + ".bin"};
-    SystemLogCapture    m_log;
-    std::optional<ParameterSetManager> m_manager;
-    std::optional<LiveClient>          m_client;
-};
+#include "tests/parameters/live/commandsfixture.h"
 
 TEST_F(LiveCommandsTest, DeviceInfoTellsVersionIdAndTables)
 {
@@ -283,123 +149,6 @@ TEST_F(LiveCommandsTest, SetValuesAnswersWhatItReadsBack)
     EXPECT_TRUE(IsLogged("Vernier command failed: SetValues(6)"));
 }
 
-TEST_F(LiveCommandsTest, TriggerValuesFollowWhenTheyHaveComeTogether)
-{
-    Load();
-    TestHandler handler;
-    m_manager->SetCustomHandler(&handler);
-    const ParameterCTValue values[] = {{1, 0.5}, {2, 4.0}};
-    EXPECT_FALSE(m_manager->SetTriggerValues("Default", "alpha", "IPE", "first", values, 2));
-
-    const Bytes request = Request(7, Text("Default:alpha:IPE"));
-    ASSERT_TRUE(m_client->Send(request + request));
-    ASSERT_TRUE(WaitFor([&] { return handler.requests == 2; }));
-    EXPECT_EQ(handler.texts, "Default/alpha/IPE");
-    EXPECT_TRUE(handler.isHashRight);
-    m_manager->SetCustomHandler(nullptr);
-
-    EXPECT_TRUE(m_manager->SetTriggerValues("Default", "alpha", "IPE", "first", values, 2));
-    EXPECT_TRUE(m_manager->SetTriggerValues("Default", "alpha", "IPE", "empty", nullptr, 0));
-    LetTriggerValuesComeTogether();
-    // The answer goes out when the service wakes up for something else.
-    EXPECT_EQ(AskText(9, "0"), "0");
-    Bytes payload  = Text("Default:alpha:IPE#first:");
-    payload.back() = 2;  // the count follows without a NUL
-    payload        = payload + Bytes{0} + Number<UINT32>(1) + Number(0.5) + Number<UINT32>(2) + Number(4.0) +
-              Bytes{'e', 'm', 'p', 't', 'y', ':', 0, 0};
-    EXPECT_EQ(m_client->ReceivePacket(), Request(7, payload, ID()));
-    EXPECT_FALSE(m_manager->SetTriggerValues("Default", "alpha", "IPE", "late", values, 2));
-}
-
-TEST(TriggerValues, AreFoundByTheirInstance)
-{
-    const ParameterCTValue values[] = {{1, 0.5}, {2, 4.0}};
-    ParameterTriggerValues request("Default", "alpha", "IPE", 1);
-    EXPECT_TRUE(request.Add("first", values, 1));
-    EXPECT_TRUE(request.Add("second", values, 2));
-    EXPECT_EQ(request.Find("third"), nullptr);
-    ASSERT_NE(request.Find("second"), nullptr);
-    EXPECT_EQ(request.Find("second")->values.size(), 2u);
-    ParameterVernierWorker worker(nullptr);
-    EXPECT_FALSE(worker.TriggerRequestExists("Default", "alpha", "IPE"));
-    EXPECT_FALSE(worker.TriggerRequestExists("Default", nullptr, "IPE"));
-}
-
-TEST(TriggerValues, WaitForSixtyFourRequestsAtMost)
-{
-    SystemLogCapture log;
-    TestHandler      handler;
-    ThreadlessWorker worker;
-    worker.m_worker.SetCustomHandler(&handler);
-    for (INT number = 1; number <= 65; ++number)
-    {
-        worker.Serve(Request(7, Text("Default:alpha:" + std::to_string(number))));
-    }
-    EXPECT_EQ(handler.requests, 64);
-    EXPECT_TRUE(worker.m_worker.TriggerRequestExists("Default", "alpha", "64"));
-    EXPECT_FALSE(worker.m_worker.TriggerRequestExists("Default", "alpha", "65"));
-    EXPECT_TRUE(log.Has("Vernier Trigger Values(7) command, 64 requests are waiting already\n", "E"));
-    worker.Serve(Request(7, Text("Default:alpha:1")));
-    EXPECT_EQ(handler.requests, 65) << "one that waits already";
-}
-
-TEST(TriggerValues, OfTextsThatFillThePacketAreNotSent)
-{
-    SystemLogCapture log;
-    ThreadlessWorker worker;
-    worker.Send(ParameterTriggerValues(std::string(65518, 'm').c_str(), "", "", 1));
-    EXPECT_TRUE(log.Has("Vernier Trigger Values(7) command, insufficient space for mode path, module, and pipeline "
-                        "info\n",
-                        "E"));
-}
-
-TEST_F(LiveCommandsTest, AnAnswerOfTriggerValuesEndsBeforeTheInstanceThatDoesNotFit)
-{
-    // A packet has 65534 bytes at most, and header and texts take 32 of them.
-    constexpr size_t Room = 65534 - 14 - 18;
-    // An instance without values takes 3 bytes beside its name, one of 5000 values 60003.
-    const std::vector<ParameterCTValue> values(5000, ParameterCTValue{1, 0.5});
-    // Size of the name of the second instance, its values, whether it is sent.
-    const std::tuple<size_t, UINT32, bool, const CHAR*> cases[] = {
-        {Room - 6 - 3, 0, true, "Control Values(7)"},
-        {Room - 6 - 2, 0, false, "insufficient packet space to hold IPE instance xxx"},
-        {Room - 6, 0, false, "insufficient space to write trigger values"},
-        {Room - 6 - 60003, 5000, true, "Control Values(7)"},
-        {Room - 6 - 60002, 5000, false, "insufficient packet space to hold IPE instance xxx"},
-    };
-    Load();
-    for (const auto& [nameSize, count, isSent, pLog] : cases)
-    {
-        m_log.Clear();
-        ASSERT_TRUE(m_client->Send(Request(7, Text("Default:alpha:IPE"))));
-        ASSERT_TRUE(WaitFor([&] { return m_manager->SetTriggerValues("Default", "alpha", "IPE", "one", nullptr, 0); }));
-        const std::string name(nameSize, 'x');
-        EXPECT_TRUE(m_manager->SetTriggerValues("Default", "alpha", "IPE", name.c_str(), values.data(), count));
-        LetTriggerValuesComeTogether();
-        // Where the machine is busy the answer may come first.
-        const Bytes  packets[] = {Ask(Request(9, Text("0"))), m_client->ReceivePacket()};
-        const Bytes& rAnswer   = packets[(packets[0].at(2) == 7) ? 0 : 1];
-        EXPECT_EQ(rAnswer.size(), isSent ? 65534u : 14u + 18u + 6u) << nameSize;
-        EXPECT_EQ(PayloadOf(rAnswer, 14).substr(0, 22), "Default:alpha:IPE#one:");
-        EXPECT_TRUE(IsLogged(pLog)) << pLog;
-    }
-}
-
-TEST_F(LiveCommandsTest, TriggerValuesOfAClientThatHasLeftReachNobody)
-{
-    Load();
-    ASSERT_TRUE(m_client->Send(Request(7, Text("Default:alpha:IPE"))));
-    ASSERT_TRUE(WaitFor([&] { return m_manager->SetTriggerValues("Default", "alpha", "IPE", "x", nullptr, 0); }));
-    m_client->Reset();
-    m_client.emplace(m_manager->GetLiveTuningPort());
-    LetTriggerValuesComeTogether();
-    for (INT turn = 0; turn < 3; ++turn)
-    {
-        EXPECT_EQ(AskText(9, "0"), "0");
-    }
-    EXPECT_FALSE(m_manager->SetTriggerValues("Default", "alpha", "IPE", "x", nullptr, 0)) << "the request is over";
-}
-
 TEST_F(LiveCommandsTest, CustomCommandsAreTheHosts)
 {
     Load();
@@ -433,7 +182,7 @@ TEST_F(LiveCommandsTest, TheModeTableIsChosenByIndex)
     EXPECT_EQ(AskText(9, "0"), "0");
 }
 
-TEST_F(LiveCommandsTest, HostsCanReadAndBuildPackets)
+TEST_F(LiveCommandsTest, HostsCanTakeRequestsApart)
 {
     Load();
     UINT16      command = 0;
@@ -441,28 +190,40 @@ TEST_F(LiveCommandsTest, HostsCanReadAndBuildPackets)
     UINT32      request = 0;
     UINT32      size    = 0;
     const BYTE* pData   = nullptr;
-    const auto  parse   = [&](const Bytes& rPacket, UINT32 length)
-    { return m_manager->ParseVernierRequest(rPacket.data(), length, command, id, request, pData, size); };
-
-    const Bytes         get = Request(5, Text("a:b"), 99, 12);
-    ParameterSetManager derived(&*m_manager, 0);
-    ASSERT_TRUE(derived.ParseVernierRequest(get.data(), 22, command, id, request, pData, size));
-    size = 0;
-    ASSERT_TRUE(parse(get, 22));
-    EXPECT_EQ(std::tie(command, id, request, size), std::make_tuple(UINT16{5}, UINT64{99}, 12u, 4u));
-    EXPECT_EQ(pData, get.data() + 18);
-    EXPECT_FALSE(parse(get, 18));
-    EXPECT_FALSE(parse(get, 13));
+    const auto  parse   = [&](const ParameterSetManager& rManager, const Bytes& rPacket, UINT32 length)
+    {
+        size = 0;
+        return rManager.ParseVernierRequest(rPacket.data(), length, command, id, request, pData, size);
+    };
+    const Bytes               get = Request(5, Text("a:b"), 99, 12);
+    ParameterSetManager       derived(&*m_manager, 0);
+    const ParameterSetManager offline("off", smallschema::Modules, {});
+    for (const ParameterSetManager* pManager : {&*m_manager, &derived})
+    {
+        ASSERT_TRUE(parse(*pManager, get, 22));
+        EXPECT_EQ(std::tie(command, id, request, size), std::make_tuple(UINT16{5}, UINT64{99}, 12u, 4u));
+        EXPECT_EQ(pData, get.data() + 18);
+    }
+    EXPECT_FALSE(parse(*m_manager, get, 18));
+    EXPECT_FALSE(parse(*m_manager, get, 13));
     EXPECT_TRUE(IsLogged("Failed to read 8 bytes from binary file offset 6, length 13"));
-    EXPECT_FALSE(parse(get, 6));
-    EXPECT_TRUE(parse(Request(1), 14));
+    EXPECT_FALSE(parse(*m_manager, get, 6));
+    EXPECT_TRUE(parse(*m_manager, Request(1), 14));
     Bytes foreign = get;
     foreign[0]    = 0;
-    EXPECT_FALSE(parse(foreign, 22));
+    EXPECT_FALSE(parse(*m_manager, foreign, 22));
+    EXPECT_FALSE(parse(offline, get, 22));
+    derived.SetLiveTuningAutostart(false);
+    EXPECT_FALSE(parse(*m_manager, get, 22));
+}
 
-    BYTE       packet[32] = {};
-    UINT32     length     = 0;
-    const BYTE content[]  = {1, 2, 3, 4, 5};
+TEST_F(LiveCommandsTest, HostsCanBuildAnswersThatToolsRead)
+{
+    Load();
+    BYTE                packet[32] = {};
+    UINT32              length     = 0;
+    const BYTE          content[]  = {1, 2, 3, 4, 5};
+    ParameterSetManager derived(&*m_manager, 0);
     ASSERT_TRUE(m_manager->BuildVernierResponse(packet, sizeof(packet), length, 5, 99, 12, content, 5));
     EXPECT_EQ(length, 15u) << "6 and 4 bytes more than the payload";
     EXPECT_EQ(Bytes(packet, packet + 23), WithLength(Request(5, Bytes{1, 2, 3, 4, 5}, 99, 12), 15));
@@ -473,26 +234,25 @@ TEST_F(LiveCommandsTest, HostsCanReadAndBuildPackets)
     EXPECT_FALSE(m_manager->BuildVernierResponse(packet, 14, length, 2, 99, 12, content, 5));
     EXPECT_FALSE(m_manager->BuildVernierResponse(nullptr, 32, length, 2, 99, 12, content, 5));
 
-    // The answer as a tool reads it.
     const ParameterVernierWorker tool(nullptr);
     EXPECT_TRUE(IsLogged("ParameterVernierWorker constructed with a nullptr Set Manager object"));
-    const auto parseAnswer = [&](const BYTE* pPacket, size_t count)
+    UINT16      command = 0;
+    UINT64      id      = 0;
+    UINT32      request = 0;
+    UINT32      size    = 0;
+    const BYTE* pData   = nullptr;
+    const auto  parse   = [&](const BYTE* pPacket, size_t count)
     { return tool.ParseResponse(pPacket, static_cast<UINT32>(count), command, id, request, pData, size); };
-    ASSERT_TRUE(parseAnswer(packet, 23));
+    ASSERT_TRUE(parse(packet, 23));
     EXPECT_EQ(std::tie(command, id, request, size), std::make_tuple(UINT16{5}, UINT64{99}, 12u, 5u));
     EXPECT_EQ(pData, packet + 18);
-    EXPECT_FALSE(parseAnswer(packet, 18));
-    EXPECT_FALSE(parseAnswer(nullptr, 23));
-    ASSERT_TRUE(parseAnswer(Request(9, {}, 99).data(), 14)) << "no payload";
+    EXPECT_FALSE(parse(packet, 18));
+    EXPECT_FALSE(parse(nullptr, 23));
+    ASSERT_TRUE(parse(Request(9, {}, 99).data(), 14)) << "no payload";
     EXPECT_EQ(std::tie(command, id, request, size), std::make_tuple(UINT16{9}, UINT64{99}, 0u, 0u));
     const Bytes device = Ask(Request(0));
-    ASSERT_TRUE(parseAnswer(device.data(), device.size()));
+    ASSERT_TRUE(parse(device.data(), device.size()));
     EXPECT_EQ(std::tie(command, id), std::make_tuple(UINT16{0}, ID()));
-
-    ParameterSetManager offline("off", smallschema::Modules, {});
-    EXPECT_FALSE(offline.ParseVernierRequest(get.data(), 22, command, id, request, pData, size));
-    derived.SetLiveTuningAutostart(false);
-    EXPECT_FALSE(parse(get, 22));
 }
 
 TEST_F(LiveCommandsTest, ADerivedManagerServesThroughItsMain)
@@ -525,5 +285,3 @@ TEST_F(LiveCommandsTest, NoPortIsOpenedUnlessAskedFor)
     ASSERT_TRUE(m_manager->LoadBinaryParameters(m_file.path.c_str()));
     EXPECT_EQ(m_manager->GetLiveTuningPort(), 0);
 }
-
-}  // namespace

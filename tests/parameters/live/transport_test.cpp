@@ -1,187 +1,18 @@
 // The transport as a tool meets it: bare sockets on one side, a worker that sends each request back on the other.
-#include <atomic>
-#include <cerrno>
-#include <condition_variable>
+#include <chrono>
 #include <cstddef>
-#include <deque>
 #include <filesystem>
-#include <mutex>
-#include <optional>
+#include <thread>
 
-#include <linux/filter.h>
-#include <linux/seccomp.h>
-#include <sys/prctl.h>
-#include <sys/syscall.h>
-
-#include "parameters/live/parameterverniercom.h"
-#include "tests/parameters/live/livefixture.h"
-#include "tests/support/systemlogcapture.h"
+#include "tests/parameters/live/transportfixture.h"
 
 namespace
 {
-
-class NamedLog : public IParameterLoggingAPI
-{
-public:
-    const CHAR* GetLoggingIdentifier() const override
-    {
-        return "camera";
-    }
-
-    bool LoggingEnabled(ParameterLogging::ParameterLogLevel) const override
-    {
-        return true;
-    }
-};
-
-/// The service with a worker whose answers are the requests, or packets of a fixed size.
-class EchoService
-{
-public:
-    explicit EchoService(UINT32 answerSize = 0) : m_answerSize(answerSize)
-    {
-        Start();
-    }
-
-    ~EchoService()
-    {
-        Stop();
-    }
-
-    VOID Start()
-    {
-        m_stop = false;
-        com.Start();
-        m_worker = std::thread([this] { Work(); });
-    }
-
-    VOID Stop()
-    {
-        if (m_worker.joinable())
-        {
-            m_stop = true;
-            Hold(false);
-            com.Stop();
-            m_worker.join();
-        }
-    }
-
-    /// While held, the worker does not finish the request that it works on.
-    VOID Hold(bool hold)
-    {
-        {
-            std::lock_guard<std::mutex> lock(m_holdMutex);
-            m_hold = hold;
-        }
-        m_holdEnded.notify_one();
-    }
-
-    NamedLog            log;
-    ParameterVernierCom com{&log};
-    std::atomic<UINT32> requests{0};  ///< taken by the worker
-
-private:
-    VOID Work()
-    {
-        while (!m_stop)
-        {
-            const auto pPacket = com.Read();
-            if (pPacket == nullptr || m_stop)
-            {
-                continue;
-            }
-            ++requests;
-            std::unique_lock<std::mutex> lock(m_holdMutex);
-            m_holdEnded.wait(lock, [this] { return !m_hold; });
-            lock.unlock();
-            if (m_answerSize > 0)
-            {
-                com.Write(Packet(m_answerSize, 2).data(), m_answerSize);
-            }
-            else if (pPacket->size > 0)
-            {
-                com.Write(pPacket->data.get(), pPacket->size);
-            }
-        }
-    }
-
-    const UINT32            m_answerSize;
-    std::thread             m_worker;
-    std::atomic<bool>       m_stop{false};
-    std::mutex              m_holdMutex;
-    std::condition_variable m_holdEnded;
-    bool                    m_hold = false;
-};
-
-/// Listens on a port of its own, so that nobody else can.
-class TakenPort
-{
-public:
-    explicit TakenPort(UINT16 port) : m_socket(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
-    {
-        sockaddr_in address = {};
-        address.sin_family  = AF_INET;
-        address.sin_port    = htons(port);
-        const int on        = 1;
-        setsockopt(m_socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof(on));
-        // Where this fails another program has the port, which is as good.
-        if (bind(m_socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == 0)
-        {
-            listen(m_socket, 1);
-        }
-    }
-
-    ~TakenPort()
-    {
-        close(m_socket);
-    }
-
-    TakenPort(const TakenPort&)            = delete;
-    TakenPort& operator=(const TakenPort&) = delete;
-
-private:
-    const int m_socket;
-};
 
 size_t OpenDescriptors()
 {
     const std::filesystem::directory_iterator files("/proc/self/fd");
     return static_cast<size_t>(std::distance(begin(files), end(files)));
-}
-
-/// Takes the sockets of a family away from the calling thread for good, and from the threads that it starts.
-/// @return false if it cannot
-bool LoseSockets(UINT32 family)
-{
-    constexpr UINT32 Family = offsetof(seccomp_data, args);
-    sock_filter      code[] = {
-             BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
-             BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, __NR_socket, 0, 3),
-             BPF_STMT(BPF_LD | BPF_W | BPF_ABS, Family),
-             BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, family, 0, 1),
-             BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EAFNOSUPPORT),
-             BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
-    };
-    const sock_fprog program = {static_cast<unsigned short>(std::size(code)), code};
-    return prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 && prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0;
-}
-
-/// Starts services in a thread that has no sockets of some families.
-/// @return false if it cannot lose them
-bool StartWithout(std::initializer_list<UINT32> families, const std::function<VOID()>& rStart)
-{
-    bool isLost = false;
-    std::thread(
-        [&]
-        {
-            isLost = std::all_of(families.begin(), families.end(), LoseSockets);
-            if (isLost)
-            {
-                rStart();
-            }
-        })
-        .join();
-    return isLost;
 }
 
 /// So many of the shortest packets.
@@ -194,28 +25,6 @@ Bytes Packets(size_t count)
     }
     return packets;
 }
-
-class TransportTest : public LiveTest
-{
-protected:
-    ~TransportTest() override
-    {
-        ParameterVernierCom::UseInternalPort = false;
-    }
-
-    /// A good client gets its own request back and nothing else.
-    static VOID ExpectServed(EchoService& rService, BYTE first = 50)
-    {
-        const Bytes request = Packet(33, 4, first);
-        LiveClient  client(rService.com.GetPort());
-        EXPECT_TRUE(client.Send(request));
-        EXPECT_EQ(client.Receive(request.size()), request);
-        EXPECT_FALSE(client.HasInput());
-        client.Reset();
-    }
-
-    SystemLogCapture log;  ///< declared first: it must outlive the threads of the service
-};
 
 }  // namespace
 
@@ -362,87 +171,6 @@ TEST_F(TransportTest, StopsAndStartsWhateverGoesOn)
     LiveClient next(service.com.GetPort());
     EXPECT_TRUE(next.Send(Packet(14)));
     EXPECT_EQ(next.Receive(65534), Packet(65534, 2));
-}
-
-TEST_F(TransportTest, TakenPortLeadsToTheNext)
-{
-    const TakenPort taken(19286);
-    EchoService     service;
-    EXPECT_TRUE(s_private ? service.com.GetPort() == 19287 : service.com.GetPort() > 19286);
-    EXPECT_TRUE(log.Has("Vernier Server bind failed, Socket: ", "V"));
-    EXPECT_TRUE(log.Has(", Port: 0x4b56: Result: -1, errno: 98\n", "V")) << log.Text();
-    EXPECT_TRUE(log.Has("Vernier Server bound, Socket: ", "V"));
-    ExpectServed(service);
-}
-
-TEST_F(TransportTest, RunsWithoutAPort)
-{
-    std::deque<TakenPort> taken;
-    for (UINT16 i = 0; i <= 64; ++i)
-    {
-        taken.emplace_back(static_cast<UINT16>(19286 + i));
-    }
-    EchoService service;
-    EXPECT_EQ(service.com.GetPort(), 0);
-    EXPECT_EQ(log.Count("Vernier Server bind failed", "V"), 65u);
-    EXPECT_TRUE(log.Has("Vernier Failed to bind any ports\n", "E"));
-    service.Stop();
-    taken.clear();
-    service.Start();
-    ExpectServed(service);
-}
-
-TEST_F(TransportTest, RunsWithoutADescriptor)
-{
-    std::optional<EchoService> service;
-    if (!StartWithout({AF_INET, AF_UNIX}, [&] { service.emplace(); }))
-    {
-        GTEST_SKIP() << "this machine does not filter system calls";
-    }
-    EXPECT_EQ(service->com.GetPort(), 0);
-    EXPECT_TRUE(log.Has("Vernier Server INET socket create failed, Socket: -1, Port: 0x4b56: Result: -1", "V"));
-    EXPECT_TRUE(log.Has("Vernier Server UNIX socket create failed, Socket: -1, Port: #Vernier8167: Result: -1", "E"));
-    EXPECT_TRUE(log.Has("Vernier Server socket create failed, ", "E"));
-}
-
-TEST_F(TransportTest, InternalPort)
-{
-    ParameterVernierCom::UseInternalPort = true;
-    EchoService service;
-    EXPECT_TRUE(s_private ? service.com.GetPort() == 33127 : service.com.GetPort() >= 33127);
-    ExpectServed(service);
-}
-
-TEST_F(TransportTest, FallsBackToUnixAddressWithoutIP)
-{
-    std::optional<EchoService> service;
-    std::optional<EchoService> internal;
-    const bool                 isStarted = StartWithout({AF_INET},
-                                                        [&]
-                                                        {
-                                            service.emplace();
-                                            ParameterVernierCom::UseInternalPort = true;
-                                            internal.emplace();
-                                        });
-    if (!isStarted)
-    {
-        GTEST_SKIP() << "this machine does not filter system calls";
-    }
-    EXPECT_EQ(service->com.GetPort(), 33127);
-    EXPECT_EQ(internal->com.GetPort(), 0);
-    EXPECT_EQ(log.Count("Vernier Server INET socket create failed", "V"), 2u);
-    EXPECT_EQ(log.Count("Vernier Server UNIX socket created", "V"), 1u);
-    EXPECT_EQ(log.Count("Vernier Server socket create failed", "E"), 1u);
-    EXPECT_TRUE(log.Has(", Port: #Vernier8167: Result: 0, errno: 0\n", "V")) << log.Text();
-
-    const std::string name("Vernier8167\0", 12);
-    LiveClient        client(name);
-    EXPECT_TRUE(client.Send(Packet(20)));
-    EXPECT_EQ(client.Receive(20), Packet(20));
-    client.Close();
-    LiveClient next(name);
-    EXPECT_TRUE(next.Send(Packet(30)));
-    EXPECT_EQ(next.Receive(30), Packet(30));
 }
 
 TEST_F(TransportTest, WritesNothingThatIsNoPacket)

@@ -16,14 +16,14 @@ class ParameterStore;
 
 /// The operations of ParameterSetManager. A reload and an update take the store's data mutex; an update first stops the
 /// other manager's service. The steps and Clear are called under it.
-class FileReplacement
+class ContentReplacement
 {
 public:
     /// @param rStore owns the replacement
-    explicit FileReplacement(ParameterStore& rStore);
-    ~FileReplacement();
-    FileReplacement(const FileReplacement&)            = delete;
-    FileReplacement& operator=(const FileReplacement&) = delete;
+    explicit ContentReplacement(ParameterStore& rStore);
+    ~ContentReplacement();
+    ContentReplacement(const ContentReplacement&)            = delete;
+    ContentReplacement& operator=(const ContentReplacement&) = delete;
 
     bool ReloadBinaryParameters(bool bufferMode);
     bool UpdateParameters(std::unique_ptr<ParameterSetManager> pOther);

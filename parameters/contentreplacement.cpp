@@ -1,4 +1,4 @@
-#include "parameters/filereplacement.h"
+#include "parameters/contentreplacement.h"
 
 #include <algorithm>
 #include <iterator>
@@ -8,13 +8,13 @@
 #include "parameters/parameterbinaryfile.h"
 #include "parameters/parameterstore.h"
 
-FileReplacement::FileReplacement(ParameterStore& rStore) : m_rStore(rStore)
+ContentReplacement::ContentReplacement(ParameterStore& rStore) : m_rStore(rStore)
 {
 }
 
-FileReplacement::~FileReplacement() = default;
+ContentReplacement::~ContentReplacement() = default;
 
-bool FileReplacement::ReloadBinaryParameters(bool bufferMode)
+bool ContentReplacement::ReloadBinaryParameters(bool bufferMode)
 {
     const std::lock_guard<ParameterMutex> lock(m_rStore.DataMutex());
     const std::string                     fileName = m_rStore.FileName();
@@ -39,7 +39,7 @@ bool FileReplacement::ReloadBinaryParameters(bool bufferMode)
     return true;
 }
 
-bool FileReplacement::ReadReplacement(const std::string& rFileName, bool bufferMode)
+bool ContentReplacement::ReadReplacement(const std::string& rFileName, bool bufferMode)
 {
     if (!bufferMode)
     {
@@ -60,13 +60,13 @@ bool FileReplacement::ReadReplacement(const std::string& rFileName, bool bufferM
     return m_rStore.LoadBinaryParameters(pWhole.get(), file.Length());
 }
 
-VOID FileReplacement::Clear()
+VOID ContentReplacement::Clear()
 {
     m_replacedModules.clear();
     FreeReplacedParameters();
 }
 
-VOID FileReplacement::FreeReplacedParameters()
+VOID ContentReplacement::FreeReplacedParameters()
 {
     ParameterLogging::Write(&m_rStore.Manager(), ParameterLogging::Debug, "FreeReplacedParameters called\n");
     // The modules' data stands in the tables.
@@ -76,7 +76,7 @@ VOID FileReplacement::FreeReplacedParameters()
     m_previousMerged.clear();
 }
 
-VOID FileReplacement::SaveAndClearModules()
+VOID ContentReplacement::SaveAndClearModules()
 {
     for (const auto& [nameHash, rpDefault] : m_rStore.DefaultModules())
     {
@@ -88,12 +88,12 @@ VOID FileReplacement::SaveAndClearModules()
     m_merged.clear();
 }
 
-VOID FileReplacement::SaveAndClearModule(DefaultModule* pModule)
+VOID ContentReplacement::SaveAndClearModule(DefaultModule* pModule)
 {
     std::ranges::move(pModule->RemoveAll(), std::back_inserter(m_parkedModules));
 }
 
-VOID FileReplacement::TransferReferences() const
+VOID ContentReplacement::TransferReferences() const
 {
     const auto& rOldTables = m_previousContent.modeTables;
     const auto& rNewTables = m_rStore.GetContent().modeTables;
@@ -122,7 +122,7 @@ VOID FileReplacement::TransferReferences() const
     }
 }
 
-VOID FileReplacement::TransferModeReferences(const ModeEntry& rPrevious, ModeEntry& rMode, UINT32 index) const
+VOID ContentReplacement::TransferModeReferences(const ModeEntry& rPrevious, ModeEntry& rMode, UINT32 index) const
 {
     const UINT32 count = std::min(rPrevious.ModuleMap.Count(), rMode.ModuleMap.Count());
     for (UINT32 place = 0; place < count; ++place)
@@ -147,7 +147,7 @@ VOID FileReplacement::TransferModeReferences(const ModeEntry& rPrevious, ModeEnt
     }
 }
 
-bool FileReplacement::UpdateParameters(std::unique_ptr<ParameterSetManager> pOther)
+bool ContentReplacement::UpdateParameters(std::unique_ptr<ParameterSetManager> pOther)
 {
     if (pOther != nullptr)
     {
@@ -184,7 +184,7 @@ bool FileReplacement::UpdateParameters(std::unique_ptr<ParameterSetManager> pOth
     return true;
 }
 
-VOID FileReplacement::MergeTree(ModeEntry* pRoot, ModeEntry* pOtherRoot)
+VOID ContentReplacement::MergeTree(ModeEntry* pRoot, ModeEntry* pOtherRoot)
 {
     if (pRoot == nullptr || pOtherRoot == nullptr)
     {
@@ -210,7 +210,7 @@ VOID FileReplacement::MergeTree(ModeEntry* pRoot, ModeEntry* pOtherRoot)
     }
 }
 
-VOID FileReplacement::MergeMode(ModeEntry* pMode, ModeEntry* pOtherMode)
+VOID ContentReplacement::MergeMode(ModeEntry* pMode, ModeEntry* pOtherMode)
 {
     // What was in a buffer cannot be read again, so the new modules are never unloaded.
     pOtherMode->Preserve = true;
