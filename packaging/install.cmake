@@ -7,8 +7,8 @@ include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
 # The headers of the store that a host sees through parameters/tuningsetmanager.h; the others are the store's own.
-set(STORE_HEADERS modeentry moduledata parameterdataapi parameterlogging parametermodule parametersetmanager
-    parametersync plist tablemodule tuningmode tuningsetmanager versionunion)
+set(STORE_HEADERS modeentry moduledata modulereference parameterdataapi parameterlogging parametermodetable parametermodule
+    parametersetmanager parametersync plist tablemodule tuningmode tuningsetmanager versionunion)
 list(TRANSFORM STORE_HEADERS PREPEND ${PROJECT_SOURCE_DIR}/parameters/)
 list(TRANSFORM STORE_HEADERS APPEND .h)
 

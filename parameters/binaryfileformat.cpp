@@ -31,23 +31,11 @@ std::string __attribute__((format(printf, 1, 2))) FormatError(const CHAR* pForma
     return text;
 }
 
-bool HasBytes(UINT64 length, UINT64 position, UINT64 size, const IParameterLoggingAPI* pLog)
-{
-    if (position <= length && size <= length - position)
-    {
-        return true;
-    }
-    ParameterLogging::Write(pLog, ParameterLogging::Error,
-                            "Failed to read %lld bytes from binary file offset %d, length %d\n",
-                            static_cast<INT64>(size), static_cast<INT32>(position), static_cast<INT32>(length));
-    return false;
-}
-
 /// @return whether all fields were there
 bool ReadHeaderFields(const BYTE* pBuffer, UINT64 length, UINT64& rPosition, BinaryFileHeader& rHeader,
                       HeaderChecks& rChecks, const IParameterLoggingAPI* pLog)
 {
-    rChecks.hasTag = HasBytes(length, rPosition, BinaryFileFormat::HeaderTagSize, pLog);
+    rChecks.hasTag = ParameterUtils::HasBytes(length, rPosition, BinaryFileFormat::HeaderTagSize, pLog);
     if (!rChecks.hasTag)
     {
         return false;
@@ -63,13 +51,13 @@ bool ReadHeaderFields(const BYTE* pBuffer, UINT64 length, UINT64& rPosition, Bin
     const VersionUnion& rVersion = rHeader.Version;
     if (rVersion >= BinaryFileFormat::ModeTreeMinVersion)
     {
-        if (!HasBytes(length, rPosition, BinaryFileFormat::CreatedBySize, pLog))
+        if (!ParameterUtils::HasBytes(length, rPosition, BinaryFileFormat::CreatedBySize, pLog))
         {
             return false;
         }
         const std::string createdBy(
             ParameterUtils::ReadText(pBuffer, length, rPosition, BinaryFileFormat::CreatedBySize, 1));
-        if (!HasBytes(length, rPosition, BinaryFileFormat::BinaryTagSize, pLog))
+        if (!ParameterUtils::HasBytes(length, rPosition, BinaryFileFormat::BinaryTagSize, pLog))
         {
             return false;
         }
@@ -230,7 +218,7 @@ UINT32 BinaryFileFormat::GetSymbolEntrySize(const VersionUnion& rVersion)
 {
     if (GetAlignment(rVersion) == 8)
     {
-        return 76;  // rows of these files take 72 bytes; tools have always sized the table by 76
+        return 76;  // rows take 72 bytes but the table has 76 for each: counted by 72, its size does not divide
     }
     if (rVersion >= StructSymbolsVersion)
     {

@@ -179,11 +179,8 @@ private:
     /// Raw bytes have no slot.
     bool SkipBytes(UINT32 count)
     {
-        if (m_position > m_size || count > m_size - m_position)
+        if (!ParameterUtils::HasBytes(m_size, m_position, count, m_pLog))
         {
-            ParameterLogging::Write(
-                m_pLog, ParameterLogging::Error, "Failed to read %lld bytes from binary file offset %d, length %d\n",
-                static_cast<INT64>(count), static_cast<INT32>(m_position), static_cast<INT32>(m_size));
             return false;
         }
         m_position += count;
@@ -232,8 +229,7 @@ private:
 }  // namespace
 
 bool ReadDefinitionSection(const BYTE* pSection, UINT32 size, UINT32 alignment, const IParameterLoggingAPI* pLog,
-                           ParameterDefinitions::ModuleMap&    rModules,
-                           ParameterDefinitions::StructureMap& rStructures)
+                           ParameterDefinitions::ModuleMap& rModules, ParameterDefinitions::StructureMap& rStructures)
 {
     return DefinitionReader(pSection, size, alignment, pLog, rModules, rStructures).ReadAll();
 }

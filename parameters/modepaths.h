@@ -21,7 +21,7 @@ namespace ModePaths
 TAVO_VISIBLE bool GetModeBranchFromPath(const CHAR* pPath, std::vector<TuningMode>& rBranch);
 
 /// Turns a named path into a numeric one. A name that is none becomes 0. Only names are known for modes: the items of a
-/// path that is numeric already all become mode 0, which tools allow for by sending names.
+/// path that is numeric already all become mode 0, so a tool has to send names.
 /// @return false if an argument is missing
 bool GetModeShorthand(const CHAR* pPath, CHAR* pText, UINT32 size);
 

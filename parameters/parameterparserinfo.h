@@ -13,7 +13,7 @@ class ParameterParserInfo
 public:
     static constexpr size_t MaxValue = 1024;  ///< bytes of a value's text, terminator included; longer ones are cut
 
-    // The type texts, which tools compare with.
+    // The type texts. A tool takes the description of a member apart by them: any other text is no type to it.
     static constexpr const CHAR* TypeStructure = "Structure";
     static constexpr const CHAR* TypeModule    = "Module";
     static constexpr const CHAR* TypeUInt32    = "UInt32";

@@ -198,7 +198,7 @@ public:
     bool BuildVernierResponse(BYTE* pPacket, UINT32 packetSize, UINT32& rLength, UINT16 command, UINT64 vernierID,
                               UINT32 requestID, const BYTE* pPayload, UINT32 payloadSize) const;
 
-    // From here to GetDataMutex, the virtual operations stand in the order of their slots.
+    // Up to GetDataMutex callers find virtual operations by their order: one that moves is taken for another.
 
     /// @return null if no mode has that ID
     ModeEntryInfo* GetModeEntry(UINT32 id) override;

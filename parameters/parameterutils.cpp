@@ -150,6 +150,13 @@ private:
     UINT32 m_point      = 0;  ///< index of the point; 0 if there is none, since a digit always comes first
 };
 
+VOID LogShortRead(UINT64 size, UINT64 position, UINT64 length, const IParameterLoggingAPI* pLog)
+{
+    ParameterLogging::Write(pLog, ParameterLogging::Error,
+                            "Failed to read %lld bytes from binary file offset %d, length %d\n",
+                            static_cast<INT64>(size), static_cast<INT32>(position), static_cast<INT32>(length));
+}
+
 }  // namespace
 
 INT32 ParameterUtils::GetStringPos(const CHAR* pText, CHAR character)
@@ -292,6 +299,16 @@ bool ParameterUtils::WriteString(const CHAR* pText, CHAR* pBuffer, UINT32 size, 
     return true;
 }
 
+bool ParameterUtils::HasBytes(UINT64 length, UINT64 position, UINT64 size, const IParameterLoggingAPI* pLog)
+{
+    if (position <= length && size <= length - position)
+    {
+        return true;
+    }
+    LogShortRead(size, position, length, pLog);
+    return false;
+}
+
 bool ParameterUtils::ReadSlot(VOID* pValue, UINT32 size, const BYTE* pBuffer, UINT64 length, UINT64& rPosition,
                               UINT32 alignment, const IParameterLoggingAPI* pLog)
 {
@@ -299,9 +316,7 @@ bool ParameterUtils::ReadSlot(VOID* pValue, UINT32 size, const BYTE* pBuffer, UI
     rPosition += std::max(size, alignment);
     if (pBuffer == nullptr || position > length || size > length - position)
     {
-        ParameterLogging::Write(pLog, ParameterLogging::Error,
-                                "Failed to read %lld bytes from binary file offset %d, length %d\n",
-                                static_cast<INT64>(size), static_cast<INT32>(position), static_cast<INT32>(length));
+        LogShortRead(size, position, length, pLog);
         std::memset(pValue, 0, size);
         return false;
     }

@@ -73,6 +73,9 @@ public:
         return (alignment <= 1) ? size : (size + alignment - 1) / alignment * alignment;
     }
 
+    /// @return whether size bytes stand at the position of a buffer; if not, a log says so
+    static bool HasBytes(UINT64 length, UINT64 position, UINT64 size, const IParameterLoggingAPI* pLog);
+
     /// Reads one field from a slot of max(sizeof(T), alignment) bytes. A field that is not wholly in the buffer gives 0
     /// and is logged.
     template <typename T>

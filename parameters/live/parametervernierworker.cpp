@@ -5,6 +5,7 @@
 
 #include "parameters/live/blockedsignals.h"
 #include "parameters/parameterdataapi.h"
+#include "parameters/parameterutils.h"
 
 using vernier::Command;
 
@@ -76,16 +77,10 @@ VOID ParameterVernierWorker::ReadWorker()
 
 VOID ParameterVernierWorker::Dispatch(const BYTE* pRequest, UINT32 size)
 {
-    UINT16 command = 0;
-    if (size < vernier::LengthOffset)
-    {
-        // A packet too short to name a command counts as a request for the device.
-        LogShortRead(sizeof(command), vernier::CommandOffset, size);
-    }
-    else
-    {
-        std::memcpy(&command, pRequest + vernier::CommandOffset, sizeof(command));
-    }
+    // A packet too short to name a command counts as a request for the device.
+    UINT16 command  = 0;
+    UINT64 position = vernier::CommandOffset;
+    (VOID) ParameterUtils::ReadField(command, pRequest, size, position, 1, m_pDataAPI);
     // What a client that floods has left behind would otherwise hold up the next one.
     if (IsQuestion(static_cast<Command>(command)) && !m_com.HasListener())
     {

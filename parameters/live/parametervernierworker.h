@@ -122,7 +122,6 @@ private:
     // Packets; parametervernierworker_packets.cpp.
     UINT32 EchoedRequestID(const BYTE* pRequest, UINT32 size) const;
     bool   ReadHeader(const BYTE* pPacket, UINT32 size, UINT32 idOffset, UINT16& rCommand, UINT64& rVernierID) const;
-    VOID   LogShortRead(UINT32 wanted, UINT32 offset, UINT32 size) const;
 
     VOID Queue(const AnswerPacket& rAnswer);
 

@@ -21,13 +21,6 @@ bool HasPayload(UINT16 command)
 
 }  // namespace
 
-VOID ParameterVernierWorker::LogShortRead(UINT32 wanted, UINT32 offset, UINT32 size) const
-{
-    ParameterLogging::Write(m_pDataAPI, ParameterLogging::Error,
-                            "Failed to read %lld bytes from binary file offset %d, length %d\n",
-                            static_cast<INT64>(wanted), static_cast<INT32>(offset), static_cast<INT32>(size));
-}
-
 bool ParameterVernierWorker::ReadHeader(const BYTE* pPacket, UINT32 size, UINT32 idOffset, UINT16& rCommand,
                                         UINT64& rVernierID) const
 {
