@@ -1,6 +1,7 @@
 #include "parameters/modesectionreader.h"
 
 #include <string>
+#include <utility>
 
 #include "parameters/parameterbinaryfile.h"
 #include "parameters/parameterlogging.h"
@@ -168,20 +169,15 @@ bool ModeSectionReader::CheckRow(const Row& rRow, const ParameterModeTable& rTab
         m_rManager.SetError("ReadModeSection: Mode Table Index != Link Table Index");
         return false;
     }
-    if (indexOf(rRow.id) >= rTable.Count())
+    const std::pair<UINT32, const CHAR*> ids[] = {
+        {rRow.id, "Mode ID"}, {rRow.parentId, "Parent Mode ID"}, {rRow.HasLink() ? rRow.linkId : 0, "Link Mode ID"}};
+    for (const auto& [id, pName] : ids)
     {
-        m_rManager.SetError("ReadModeSection: Mode ID exceeds mode count");
-        return false;
-    }
-    if (indexOf(rRow.parentId) >= rTable.Count())
-    {
-        m_rManager.SetError("ReadModeSection: Parent Mode ID exceeds mode count");
-        return false;
-    }
-    if (rRow.HasLink() && indexOf(rRow.linkId) >= rTable.Count())
-    {
-        m_rManager.SetError("ReadModeSection: Link Mode ID exceeds mode count");
-        return false;
+        if (indexOf(id) >= rTable.Count())
+        {
+            m_rManager.SetError((std::string("ReadModeSection: ") + pName + " exceeds mode count").c_str());
+            return false;
+        }
     }
     return true;
 }

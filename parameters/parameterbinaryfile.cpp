@@ -161,21 +161,14 @@ TuningBlock ParameterBinaryFile::Read(UINT64 offset, UINT32 count)
 
 bool ParameterBinaryFile::MayRead(const VOID* pDestination, UINT64 offset, UINT64 position, UINT32 count) const
 {
-    if (m_file == nullptr)
+    const CHAR* const pFault = (m_file == nullptr)         ? "null file"
+                               : (pDestination == nullptr) ? "null value"
+                               : (m_length == 0)           ? "a zero length file"
+                                                           : nullptr;
+    if (pFault != nullptr)
     {
-        ParameterLogging::Write(m_logAPI, ParameterLogging::Error, "ParameterBinaryFile::Read called with null file\n");
-        return false;
-    }
-    if (pDestination == nullptr)
-    {
-        ParameterLogging::Write(m_logAPI, ParameterLogging::Error,
-                                "ParameterBinaryFile::Read called with null value\n");
-        return false;
-    }
-    if (m_length == 0)
-    {
-        ParameterLogging::Write(m_logAPI, ParameterLogging::Error,
-                                "ParameterBinaryFile::Read called with a zero length file\n");
+        ParameterLogging::Write(m_logAPI, ParameterLogging::Error, "ParameterBinaryFile::Read called with %s\n",
+                                pFault);
         return false;
     }
     const UINT64 filePosition = offset + position;

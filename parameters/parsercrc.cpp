@@ -23,16 +23,28 @@ constexpr std::array<UINT32, 256> BuildTable()
     return table;
 }
 
-/// Splits a file into its data and the stored sum behind it. @return false, with a log, if it is too short to hold both
-template <typename Sum>
-bool TakeStoredSum(const BYTE* pBuffer, UINT32 length, Sum& rStored, const IParameterLoggingAPI* pLog)
+/// Compares the sum stored at the end of a file with the one of the bytes before it. Logs a mismatch.
+/// @param compute the sum of so many bytes from the start
+template <typename Sum, typename Compute>
+bool ValidateSum(const BYTE* pBuffer, UINT32 length, const IParameterLoggingAPI* pLog, Compute compute)
 {
     if (length <= sizeof(Sum))
     {
         ParameterLogging::Write(pLog, ParameterLogging::Error, "Binary file CRC validation failed. Buffer too small\n");
         return false;
     }
-    std::memcpy(&rStored, pBuffer + length - sizeof(Sum), sizeof(Sum));
+    constexpr INT32 Digits     = 2 * sizeof(Sum);
+    const UINT32    dataLength = length - static_cast<UINT32>(sizeof(Sum));
+    const UINT64    computed   = compute(dataLength);
+    Sum             stored     = 0;
+    std::memcpy(&stored, pBuffer + dataLength, sizeof(Sum));
+    if (computed != stored)
+    {
+        ParameterLogging::Write(pLog, ParameterLogging::Error,
+                                "Binary file CRC validation failed. Expected: %0*llx, Actual: %0*llx\n", Digits,
+                                computed, Digits, UINT64{stored});
+        return false;
+    }
     return true;
 }
 
@@ -56,36 +68,13 @@ UINT32 ParserCRC32::GetCRC(const BYTE* pData, UINT32 length, UINT32 seed)
 
 bool ParserCRC32::Validate(const BYTE* pBuffer, UINT32 length, const IParameterLoggingAPI* pLog)
 {
-    UINT32 stored = 0;
-    if (!TakeStoredSum(pBuffer, length, stored, pLog))
-    {
-        return false;
-    }
-    const UINT32 computed = GetCRC(pBuffer, length - static_cast<UINT32>(sizeof(stored)), 0);
-    if (computed != stored)
-    {
-        ParameterLogging::Write(pLog, ParameterLogging::Error,
-                                "Binary file CRC validation failed. Expected: %08x, Actual: %08x\n", computed, stored);
-        return false;
-    }
-    return true;
+    return ValidateSum<UINT32>(pBuffer, length, pLog,
+                               [pBuffer](UINT32 dataLength) { return GetCRC(pBuffer, dataLength, 0); });
 }
 
 bool ParserCRC64::Validate(const BYTE* pBuffer, UINT32 length, bool includeLength, const IParameterLoggingAPI* pLog)
 {
-    UINT64 stored = 0;
-    if (!TakeStoredSum(pBuffer, length, stored, pLog))
-    {
-        return false;
-    }
-    const UINT64 computed =
-        GetCRC(reinterpret_cast<const CHAR*>(pBuffer), length - static_cast<UINT32>(sizeof(stored)), includeLength, 0);
-    if (computed != stored)
-    {
-        ParameterLogging::Write(pLog, ParameterLogging::Error,
-                                "Binary file CRC validation failed. Expected: %016llx, Actual: %016llx\n", computed,
-                                stored);
-        return false;
-    }
-    return true;
+    const CHAR* const pText = reinterpret_cast<const CHAR*>(pBuffer);
+    return ValidateSum<UINT64>(pBuffer, length, pLog,
+                               [&](UINT32 dataLength) { return GetCRC(pText, dataLength, includeLength, 0); });
 }

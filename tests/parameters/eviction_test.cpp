@@ -1,15 +1,9 @@
 #include "tests/parameters/ondemandfixture.h"
 
 #include <algorithm>
-#include <atomic>
-#include <future>
-#include <memory>
 #include <mutex>
 #include <numeric>
 #include <thread>
-#include <tuple>
-#include <utility>
-#include <vector>
 
 namespace
 {

@@ -1,20 +1,14 @@
 #include "tests/parameters/ondemandfixture.h"
 
-#include <chrono>
 #include <filesystem>
 #include <functional>
-#include <future>
-#include <utility>
-#include <vector>
 
 namespace
 {
 
 using enum ModeType;
 
-class LostFileTest : public OnDemandTest
-{
-};
+using LostFileTest = OnDemandTest;
 
 }  // namespace
 

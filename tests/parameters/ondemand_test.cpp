@@ -1,7 +1,6 @@
 #include "tests/parameters/ondemandfixture.h"
 
 #include <filesystem>
-#include <vector>
 
 namespace
 {

@@ -1,16 +1,13 @@
 #include "tests/parameters/ondemandfixture.h"
 
 #include <limits>
-#include <memory>
 
 namespace
 {
 
 using enum ModeType;
 
-class ReferencesTest : public OnDemandTest
-{
-};
+using ReferencesTest = OnDemandTest;
 
 }  // namespace
 

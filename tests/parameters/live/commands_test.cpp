@@ -1,10 +1,5 @@
 /// The commands of the live tuning service, byte for byte, as a tool that knows nothing of this code would see them.
-#include <algorithm>
 #include <cstdio>
-#include <string>
-#include <tuple>
-#include <utility>
-#include <vector>
 
 #include "parameters/live/parametervernierworker.h"
 #include "tests/parameters/live/commandsfixture.h"

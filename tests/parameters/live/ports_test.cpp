@@ -1,14 +1,9 @@
 // The address at which the service can be reached: where its port is taken, and where there is none.
-#include <algorithm>
 #include <cerrno>
-#include <cstddef>
 #include <deque>
-#include <functional>
 #include <initializer_list>
 #include <iterator>
 #include <optional>
-#include <string>
-#include <thread>
 
 #include <linux/filter.h>
 #include <linux/seccomp.h>
@@ -20,9 +15,7 @@
 namespace
 {
 
-class PortsTest : public TransportTest
-{
-};
+using PortsTest = TransportTest;
 
 /// Listens on a port of its own, so that nobody else can.
 class TakenPort

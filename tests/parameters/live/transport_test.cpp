@@ -1,8 +1,5 @@
 // The transport as a tool meets it: bare sockets on one side, a worker that sends each request back on the other.
-#include <chrono>
-#include <cstddef>
 #include <filesystem>
-#include <thread>
 
 #include "tests/parameters/live/transportfixture.h"
 

@@ -1,8 +1,5 @@
 /// Values of triggers, which a tool asks for and frames bring together.
 #include <ctime>
-#include <string>
-#include <tuple>
-#include <vector>
 
 #include "parameters/live/parametertriggervalues.h"
 #include "parameters/live/parametervernierworker.h"
@@ -28,9 +25,7 @@ public:
 namespace
 {
 
-class TriggerValuesTest : public LiveCommandsTest
-{
-};
+using TriggerValuesTest = LiveCommandsTest;
 
 /// Takes as much processor time as the service waits for further values.
 VOID LetTriggerValuesComeTogether()
