@@ -2,11 +2,12 @@
 
 #include <cmath>
 #include <gtest/gtest.h>
+#include <set>
 
 #include "tests/support/refusal.h"
 #include "tests/support/temporaryfile.h"
 #include "tools/kirosim/deterministic.h"
-#include "tools/kirosim/scene.h"
+#include "tools/kirosim/sceneinput.h"
 #include "tools/kirosim/sensormodel.h"
 
 using namespace kirosim;
@@ -120,6 +121,31 @@ TEST_F(SceneText, SlipsNameFileLineColumnAndWhatWasExpected)
         EXPECT_NE(error.find(pExpected), std::string::npos) << error;
         EXPECT_EQ(error.find('\n'), std::string::npos) << error;
     }
+}
+
+/// What is wrong with the rows of a map, and of all maps in it.
+VOID Check(const SceneMembers& rMembers, const std::string& rWhere)
+{
+    std::set<std::string_view> names;
+    for (const SceneMember& rMember : rMembers)
+    {
+        const std::string path = rWhere + std::string(rMember.name);
+        EXPECT_TRUE(names.insert(rMember.name).second) << path << " would never be read";
+        EXPECT_FALSE(rMember.meaning.empty()) << path;
+        EXPECT_EQ(rMember.unit.empty(),
+                  !rMember.form.range.has_value() || rMember.name == "seed" || rMember.name == "id")
+            << path;
+        if (rMember.form.pMembers != nullptr)
+        {
+            Check(*rMember.form.pMembers, path + ".");
+        }
+    }
+    EXPECT_FALSE(names.empty()) << rWhere;
+}
+
+TEST(SceneTables, EachMemberIsThereOnceAndSaysWhatItIs)
+{
+    Check(WholeSceneTable(), "");
 }
 
 TEST(Deterministic, CosineIsAccurateAndNoiseHasItsMoments)

@@ -8,14 +8,13 @@ namespace kirosim
 BracketRequest ReadBracket(const SceneText& rText, const tuningfile::YamlEntry& rEntry)
 {
     constexpr size_t picturesMax = 16;
-    constexpr DOUBLE evMax       = 1000.0;
     const size_t     count       = rText.Items(rEntry, "EV steps").size();
     if (count == 0 || count > picturesMax)
     {
         rText.Input().Fail(rEntry.value, "bracket wants 1 to 16 EV steps");
     }
     BracketRequest request;
-    for (const DOUBLE ev : rText.Numbers(rEntry, count, -evMax, evMax))
+    for (const DOUBLE ev : rText.Numbers(rEntry, count, -EVStepsMax, EVStepsMax))
     {
         if (ev != std::floor(ev))
         {

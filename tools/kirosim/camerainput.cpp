@@ -2,8 +2,6 @@
 
 #include "tools/kirosim/camerainput.h"
 
-#include "tools/kirosim/eventinput.h"
-
 using tuningfile::YamlEntry;
 
 namespace kirosim
@@ -12,118 +10,78 @@ namespace kirosim
 namespace
 {
 
-/// Where the members of a calibration go.
-struct CalibrationMember
-{
-    const CHAR* pName;
-    DOUBLE      maximum;
-    DOUBLE      value;
-};
+constexpr DOUBLE CalibrationGainMax = 1e4;
+constexpr DOUBLE CalibrationTimeMax = 1e9;
 
-template <size_t Count>
-VOID ReadMembers(const SceneText& rText, const YamlEntry& rMap, CalibrationMember (&rMembers)[Count])
+using Calibration         = std::optional<AECAlgoDCCalibrationInfo>;
+using AbsoluteCalibration = decltype(AECAlgoDCCalibrationInfo::u.absolute);
+using RelativeCalibration = decltype(AECAlgoDCCalibrationInfo::u.relative);
+
+const SceneTable<AbsoluteCalibration>& AbsoluteTable()
 {
-    std::vector<std::string_view> names;
-    for (const CalibrationMember& rMember : rMembers)
-    {
-        names.emplace_back(rMember.pName);
-    }
-    for (const YamlEntry& rEntry : rText.Input().Map(rMap.value, "a calibration"))
-    {
-        bool isKnown = false;
-        for (CalibrationMember& rMember : rMembers)
-        {
-            if (rEntry.name == rMember.pName)
-            {
-                isKnown       = true;
-                rMember.value = rText.Number(rEntry, 0.0, rMember.maximum);
-            }
-        }
-        if (!isKnown)
-        {
-            rText.Input().FailUnknown(rEntry, "member of a calibration", names);
-        }
-    }
+    constexpr DOUBLE shortMax = 65535.0;
+    using T                   = AbsoluteCalibration;
+    static const SceneTable<T> table(
+        "a calibration", "member of a calibration",
+        {{"gain", Number(&T::gain, 0.0, CalibrationGainMax), "linear", "of the measurement"},
+         {"averageLuma", Number(&T::averageLuma, 0.0, shortMax), "luma", "that gain and time gave"},
+         {"exposureTime", Number(&T::exposureTime, 0.0, shortMax), "any, the same for both modules",
+          "of the measurement"},
+         {"CCT", Number(&T::CCT, 0.0, CCTMax), "K", "of the measurement's light; only logged"}});
+    return table;
 }
 
-AECAlgoDCCalibrationInfo ReadAbsolute(const SceneText& rText, const YamlEntry& rEntry)
+const SceneTable<RelativeCalibration>& RelativeTable()
 {
-    CalibrationMember members[] = {
-        {"gain", 1e4, 0.0}, {"averageLuma", 65535.0, 0.0}, {"exposureTime", 65535.0, 0.0}, {"CCT", 1e5, 0.0}};
-    ReadMembers(rText, rEntry, members);
-    AECAlgoDCCalibrationInfo info{};
-    info.version    = 1;
-    info.u.absolute = {static_cast<FLOAT>(members[0].value), static_cast<UINT16>(members[1].value),
-                       static_cast<UINT16>(members[2].value), static_cast<UINT32>(members[3].value)};
-    return info;
+    static const CHAR timeUnit[] = "any, the same for both modules";
+    using T                      = RelativeCalibration;
+    static const SceneTable<T> table(
+        "a calibration", "member of a calibration",
+        {{"brightnessRatio", Number(&T::brightnessRatio, 0.0, CalibrationGainMax), "linear",
+          "of the slave over the master at these exposures"},
+         {"slaveGain", Number(&T::slaveGain, 0.0, CalibrationGainMax), "linear", "of the slave's measurement"},
+         {"slaveExposureTime", Number(&T::slaveExposureTime, 0.0, CalibrationTimeMax), timeUnit,
+          "of the slave's measurement"},
+         {"masterGain", Number(&T::masterGain, 0.0, CalibrationGainMax), "linear", "of the master's measurement"},
+         {"masterExposureTime", Number(&T::masterExposureTime, 0.0, CalibrationTimeMax), timeUnit,
+          "of the master's measurement"},
+         {"CCT", Number(&T::CCT, 0.0, CCTMax), "K", "of the measurement's light; only logged"}});
+    return table;
 }
 
-AECAlgoDCCalibrationInfo ReadRelative(const SceneText& rText, const YamlEntry& rEntry)
+VOID ReadAbsolute(const SceneText& rText, const YamlEntry& rEntry, Calibration& rCalibration)
 {
-    CalibrationMember members[] = {{"brightnessRatio", 1e4, 0.0},    {"slaveGain", 1e4, 0.0},
-                                   {"slaveExposureTime", 1e9, 0.0},  {"masterGain", 1e4, 0.0},
-                                   {"masterExposureTime", 1e9, 0.0}, {"CCT", 1e5, 0.0}};
-    ReadMembers(rText, rEntry, members);
-    AECAlgoDCCalibrationInfo info{};
-    info.u.relative = {static_cast<FLOAT>(members[0].value), static_cast<FLOAT>(members[1].value),
-                       static_cast<FLOAT>(members[2].value), static_cast<FLOAT>(members[3].value),
-                       static_cast<FLOAT>(members[4].value), static_cast<UINT32>(members[5].value)};
-    return info;
+    AbsoluteCalibration absolute{};
+    AbsoluteTable().Read(rText, rEntry.value, absolute);
+    rCalibration             = AECAlgoDCCalibrationInfo{};
+    rCalibration->version    = 1;
+    rCalibration->u.absolute = absolute;
 }
 
-std::optional<AECAlgoDCCalibrationInfo> ReadCalibration(const SceneText& rText, const YamlEntry& rEntry)
+VOID ReadRelative(const SceneText& rText, const YamlEntry& rEntry, Calibration& rCalibration)
 {
-    std::optional<AECAlgoDCCalibrationInfo> info;
-    if (rEntry.value.IsScalar() && rEntry.value.Scalar() == "none")
-    {
-        return info;
-    }
-    for (const YamlEntry& rMember : rText.Input().Map(rEntry.value, "a calibration"))
-    {
-        if (rMember.name == "absolute")
-        {
-            info = ReadAbsolute(rText, rMember);
-        }
-        else if (rMember.name == "relative")
-        {
-            info = ReadRelative(rText, rMember);
-        }
-        else
-        {
-            rText.Input().FailUnknown(rMember, "kind of calibration", {"absolute", "relative"});
-        }
-    }
-    return info;
+    RelativeCalibration relative{};
+    RelativeTable().Read(rText, rEntry.value, relative);
+    rCalibration             = AECAlgoDCCalibrationInfo{};
+    rCalibration->u.relative = relative;
 }
 
-std::vector<CCTSensitivity> ReadByCCT(const SceneText& rText, const YamlEntry& rEntry)
+const SceneTable<Calibration>& CalibrationTable()
 {
-    std::vector<CCTSensitivity> points;
-    for (const YAML::Node& rItem : rText.Items(rEntry, "points {CCT, factor}"))
-    {
-        CCTSensitivity point = {0.0, 1.0};
-        for (const YamlEntry& rMember : rText.Input().Map(rItem, "a point {CCT, factor}"))
-        {
-            if (rMember.name == "CCT")
-            {
-                point.CCT = rText.Number(rMember, 1000.0, 1e5);
-            }
-            else if (rMember.name == "factor")
-            {
-                point.factor = rText.Number(rMember, 1e-3, 1e3);
-            }
-            else
-            {
-                rText.Input().FailUnknown(rMember, "member of a point", {"CCT", "factor"});
-            }
-        }
-        if (!points.empty() && point.CCT <= points.back().CCT)
-        {
-            rText.Input().Fail(rItem, "points must stand in ascending CCT");
-        }
-        points.push_back(point);
-    }
-    return points;
+    static const SceneTable<Calibration> table(
+        "a calibration", "kind of calibration",
+        {{"absolute", {ReadAbsolute, {.pMembers = &AbsoluteTable()}}, "", "one module by itself"},
+         {"relative", {ReadRelative, {.pMembers = &RelativeTable()}}, "", "two modules before one scene"}});
+    return table;
+}
+
+const SceneTable<CCTSensitivity>& CCTSensitivityTable()
+{
+    static const SceneTable<CCTSensitivity> table(
+        "a point {CCT, factor}", "member of a point",
+        {{"CCT", Number(&CCTSensitivity::CCT, CCTMin, CCTMax), "K", "colour of the light"},
+         {"factor", Number(&CCTSensitivity::factor, 1e-3, 1e3), "linear", "of the sensor's sensitivity"}});
+    return table;
 }
 
 }  // namespace
@@ -144,35 +102,21 @@ DOUBLE CameraSetup::SensitivityAt(DOUBLE CCT) const
     return (pBelow != nullptr) ? pBelow->factor : 1.0;
 }
 
-StatsAlgoRole ReadRole(const SceneText& rText, const YamlEntry& rEntry)
+SceneChoices<StatsAlgoRole> RoleChoices()
 {
-    constexpr StatsAlgoRole roles[] = {StatsAlgoRoleDefault, StatsAlgoRoleMaster, StatsAlgoRoleSlave};
-    return roles[rText.Choice(rEntry, {"none", "master", "slave"})];
+    return {{"none", StatsAlgoRoleDefault}, {"master", StatsAlgoRoleMaster}, {"slave", StatsAlgoRoleSlave}};
 }
 
-bool ReadCameraEntry(const SceneText& rText, const YamlEntry& rEntry, CameraSetup& rSetup)
+SceneValue<CameraSetup> CalibrationValue()
 {
-    if (rEntry.name == "role")
-    {
-        rSetup.role = ReadRole(rText, rEntry);
-    }
-    else if (rEntry.name == "modes")
-    {
-        rSetup.modes = ReadModes(rText, rEntry);
-    }
-    else if (rEntry.name == "calibration")
-    {
-        rSetup.calibration = ReadCalibration(rText, rEntry);
-    }
-    else if (rEntry.name == "sensitivityByCCT")
-    {
-        rSetup.byCCT = ReadByCCT(rText, rEntry);
-    }
-    else
-    {
-        return false;
-    }
-    return true;
+    return OrNone(NewMap(&CameraSetup::calibration, CalibrationTable()),
+                  [](CameraSetup& rSetup) { rSetup.calibration.reset(); });
+}
+
+SceneValue<CameraSetup> SensitivityByCCTValue()
+{
+    return List(&CameraSetup::byCCT, "points {CCT, factor}", CCTSensitivityTable(),
+                {&CCTSensitivity::CCT, false, "points must stand in ascending CCT"});
 }
 
 }  // namespace kirosim

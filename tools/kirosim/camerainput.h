@@ -1,15 +1,16 @@
+/// @file
+/// What a camera is in a group, from text.
 #pragma once
 
 #include "tools/kirosim/camerasetup.h"
-#include "tools/kirosim/scenetext.h"
+#include "tools/kirosim/scenevalues.h"
 
 namespace kirosim
 {
 
-/// Reads one member of a camera's setup. @return false if it is none
-/// @throws tuningfile::InputError
-bool ReadCameraEntry(const SceneText& rText, const tuningfile::YamlEntry& rEntry, CameraSetup& rSetup);
+SceneChoices<StatsAlgoRole> RoleChoices();
 
-StatsAlgoRole ReadRole(const SceneText& rText, const tuningfile::YamlEntry& rEntry);
+SceneValue<CameraSetup> CalibrationValue();
+SceneValue<CameraSetup> SensitivityByCCTValue();
 
 }  // namespace kirosim

@@ -1,6 +1,6 @@
 #include "tools/kirosim/detectorinput.h"
 
-using tuningfile::YamlEntry;
+#include "tools/kirosim/scenevalues.h"
 
 namespace kirosim
 {
@@ -8,52 +8,30 @@ namespace kirosim
 namespace
 {
 
-SceneChangeDetector ReadDetector(const SceneText& rText, const YAML::Node& rNode)
+const SceneTable<SceneChangeDetector>& DetectorTable()
 {
-    SceneChangeDetector detector{};
-    for (const YamlEntry& rEntry : rText.Input().Map(rNode, "a detector {id, hosts}"))
-    {
-        if (rEntry.name == "id")
-        {
-            detector.id = static_cast<UINT32>(rText.Unsigned(rEntry, ~0U));
-        }
-        else if (rEntry.name == "hosts")
-        {
-            detector.isHosts = rText.Flag(rEntry);
-        }
-        else
-        {
-            rText.Input().FailUnknown(rEntry, "member of a detector", {"id", "hosts"});
-        }
-    }
-    return detector;
+    static const SceneTable<SceneChangeDetector> table(
+        "a detector {id, hosts}", "member of a detector",
+        {{"id", Unsigned(&SceneChangeDetector::id, ~0U), "", "the detector's in the tuning"},
+         {"hosts", Flag(&SceneChangeDetector::isHosts), "", "whether the host alone heeds it, and rebases it"}});
+    return table;
 }
 
 }  // namespace
 
-DetectorScene ReadDetectors(const SceneText& rText, const YAML::Node& rNode)
+const SceneTable<DetectorScene>& DetectorsTable()
 {
-    DetectorScene scene;
-    for (const YamlEntry& rEntry : rText.Input().Map(rNode, "detectors {watch, pass}"))
-    {
-        if (rEntry.name == "watch")
-        {
-            for (const YAML::Node& rItem : rText.Items(rEntry, "detectors {id, hosts}"))
-            {
-                scene.watched.push_back(ReadDetector(rText, rItem));
-            }
-        }
-        else if (rEntry.name == "pass")
-        {
-            const std::vector<DOUBLE> times = rText.Numbers(rEntry, 2, 0.0, 1e6);
-            scene.pass                      = PassInterval{times[0], times[1]};
-        }
-        else
-        {
-            rText.Input().FailUnknown(rEntry, "member of detectors", {"watch", "pass"});
-        }
-    }
-    return scene;
+    static const SceneTable<DetectorScene> table(
+        "detectors {watch, pass}", "member of detectors",
+        {{"watch", List(&DetectorScene::watched, "detectors {id, hosts}", DetectorTable()), "",
+          "detectors that the summary tells of"},
+         {"pass",
+          Numbers<DetectorScene>(2, 0.0, SceneTimeMax,
+                                 [](DetectorScene& rScene, const std::vector<DOUBLE>& rTimes) {
+                                     rScene.pass = PassInterval{rTimes[0], rTimes[1]};
+                                 }),
+          "s", "begin and end of the time over which the exposure should not move"}});
+    return table;
 }
 
 }  // namespace kirosim

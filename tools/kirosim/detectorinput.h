@@ -3,12 +3,11 @@
 #pragma once
 
 #include "tools/kirosim/detectorscene.h"
-#include "tools/kirosim/scenetext.h"
+#include "tools/kirosim/scenerows.h"
 
 namespace kirosim
 {
 
-/// @throws tuningfile::InputError
-DetectorScene ReadDetectors(const SceneText& rText, const YAML::Node& rNode);
+const SceneTable<DetectorScene>& DetectorsTable();
 
 }  // namespace kirosim

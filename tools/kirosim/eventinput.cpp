@@ -4,6 +4,7 @@
 
 #include "tools/kirosim/bracketinput.h"
 #include "tools/kirosim/camerainput.h"
+#include "tools/kirosim/scenevalues.h"
 #include "tools/kirosim/startinput.h"
 #include "tools/tuningfile/modepath.h"
 
@@ -15,139 +16,104 @@ namespace kirosim
 namespace
 {
 
-VOID ReadTouch(const SceneText& rText, const YamlEntry& rEntry, Event& rEvent)
+VOID SetTouch(Event& rEvent, const std::vector<DOUBLE>& rBox)
 {
-    if (rEntry.value.IsScalar() && rEntry.value.Scalar() == "none")
-    {
-        rEvent.isTouchEnd = true;
-        return;
-    }
-    const std::vector<DOUBLE> box = rText.Numbers(rEntry, 4, 0.0, 1.0);
-    rEvent.touch = AECAlgoROI{static_cast<FLOAT>(box[0]), static_cast<FLOAT>(box[1]), static_cast<FLOAT>(box[2]),
-                              static_cast<FLOAT>(box[3]), 1.0f};
+    rEvent.touch = AECAlgoROI{static_cast<FLOAT>(rBox[0]), static_cast<FLOAT>(rBox[1]), static_cast<FLOAT>(rBox[2]),
+                              static_cast<FLOAT>(rBox[3]), 1.0f};
 }
 
-StatisticsAntibanding ReadAntibanding(const SceneText& rText, const YamlEntry& rEntry)
+VOID EndTouch(Event& rEvent)
 {
-    constexpr StatisticsAntibanding modes[] = {StatisticsAntibandingOff, StatisticsAntibanding50Hz,
-                                               StatisticsAntibanding60Hz};
-    return modes[rText.Choice(rEntry, {"off", "50", "60"})];
+    rEvent.isTouchEnd = true;
 }
 
-AECAlgoHDRType ReadHDR(const SceneText& rText, const YamlEntry& rEntry)
+VOID SetFPS(Event& rEvent, const std::vector<DOUBLE>& rBounds)
 {
-    constexpr AECAlgoHDRType types[] = {HDRDisabled, SensorHDR, StaggeredHDR, MultiframeHDR};
-    return types[rText.Choice(rEntry, {"off", "sensor", "staggered", "multiframe"})];
+    rEvent.fps = AECAlgoFPSRange{static_cast<FLOAT>(rBounds[1]), static_cast<FLOAT>(rBounds[0])};
 }
 
-AECAlgoManualSetting ReadManual(const SceneText& rText, const YAML::Node& rNode)
+/// What a manual setting names.
+struct ManualText
 {
-    constexpr DOUBLE     nsPerUs = 1000.0;
+    std::optional<UINT32> iso;
+    std::optional<FLOAT>  gain;
+    std::optional<UINT64> time;  ///< ns
+};
+
+const SceneTable<ManualText>& ManualTable()
+{
+    constexpr DOUBLE                    nsPerUs = 1000.0;
+    static const SceneTable<ManualText> table(
+        "a manual setting", "member of a manual setting",
+        {{"iso", Unsigned(&ManualText::iso, 1000000), "ISO", "sensitivity, for the mode of a manual ISO"},
+         {"gain", Number(&ManualText::gain, 1e-3, 1e4), "linear", "for the mode of a manual gain"},
+         {"timeUs", Number(&ManualText::time, 1.0, 1e7, nsPerUs), "us",
+          "exposure time, for the mode of a manual time; with gain the mode is full"}});
+    return table;
+}
+
+AECAlgoManualSetting ReadManual(const SceneText& rText, const YamlEntry& rEntry)
+{
+    ManualText said;
+    ManualTable().Read(rText, rEntry.value, said);
     AECAlgoManualSetting manual{};
-    bool                 hasGain = false;
-    bool                 hasTime = false;
-    for (const YamlEntry& rEntry : rText.Input().Map(rNode, "a manual setting"))
+    if (said.gain.has_value() || said.time.has_value())
     {
-        if (rEntry.name == "iso")
-        {
-            manual.manualMode = AECAlgoModeManualISO;
-            manual.ISOValue   = static_cast<UINT32>(rText.Unsigned(rEntry, 1000000));
-        }
-        else if (rEntry.name == "gain")
-        {
-            hasGain     = true;
-            manual.gain = static_cast<FLOAT>(rText.Number(rEntry, 1e-3, 1e4));
-        }
-        else if (rEntry.name == "timeUs")
-        {
-            hasTime             = true;
-            manual.exposureTime = static_cast<UINT64>(rText.Number(rEntry, 1.0, 1e7) * nsPerUs);
-        }
-        else
-        {
-            rText.Input().FailUnknown(rEntry, "member of a manual setting", {"iso", "gain", "timeUs"});
-        }
+        manual.manualMode = !said.time.has_value()   ? AECAlgoModeManualGain
+                            : !said.gain.has_value() ? AECAlgoModeManualExpTime
+                                                     : AECAlgoModeManualFull;
     }
-    if (hasGain || hasTime)
+    else if (said.iso.has_value())
     {
-        manual.manualMode = (hasGain && hasTime) ? AECAlgoModeManualFull
-                            : hasGain            ? AECAlgoModeManualGain
-                                                 : AECAlgoModeManualExpTime;
+        manual.manualMode = AECAlgoModeManualISO;
     }
+    manual.ISOValue     = said.iso.value_or(0);
+    manual.gain         = said.gain.value_or(0.0f);
+    manual.exposureTime = said.time.value_or(0);
     return manual;
 }
 
-VOID ReadEventEntry(const SceneText& rText, const YamlEntry& rEntry, Event& rEvent)
+const SceneTable<Event>& EventTable()
 {
-    const std::string& rName = rEntry.name;
-    if (rName == "time")
-    {
-        rEvent.time = rText.Number(rEntry, 0.0, 1e6);
-    }
-    else if (rName == "ev")
-    {
-        rEvent.ev = static_cast<INT32>(rText.Number(rEntry, -1000.0, 1000.0));
-    }
-    else if (rName == "lock")
-    {
-        rEvent.lock = rText.Flag(rEntry);
-    }
-    else if (rName == "touch")
-    {
-        ReadTouch(rText, rEntry, rEvent);
-    }
-    else if (rName == "antibanding")
-    {
-        rEvent.antibanding = ReadAntibanding(rText, rEntry);
-    }
-    else if (rName == "fps")
-    {
-        const std::vector<DOUBLE> bounds = rText.Numbers(rEntry, 2, 0.1, 1000.0);
-        rEvent.fps = AECAlgoFPSRange{static_cast<FLOAT>(bounds[1]), static_cast<FLOAT>(bounds[0])};
-    }
-    else if (rName == "manual")
-    {
-        rEvent.manual = ReadManual(rText, rEntry.value);
-    }
-    else if (rName == "hdr")
-    {
-        rEvent.hdr = ReadHDR(rText, rEntry);
-    }
-    else if (rName == "modes")
-    {
-        rEvent.modes = ReadModes(rText, rEntry);
-    }
-    else if (rName == "bracket")
-    {
-        rEvent.bracket = ReadBracket(rText, rEntry);
-    }
-    else if (rName == "led")
-    {
-        constexpr AECAlgoLEDModeType modes[] = {AECAlgoLEDModeOff, AECAlgoLEDModeAuto, AECAlgoLEDModeOn};
-        rEvent.LEDMode                       = modes[rText.Choice(rEntry, {"off", "auto", "on"})];
-    }
-    else if (rName == "camera")
-    {
-        rEvent.isForSecond = rText.Choice(rEntry, {"first", "second"}) == 1;
-    }
-    else if (rName == "role")
-    {
-        rEvent.role = ReadRole(rText, rEntry);
-    }
-    else if (rName == "start")
-    {
-        rEvent.start = ReadStart(rText, rEntry.value);
-    }
-    else if (rName == "CCT")
-    {
-        rEvent.CCT = rText.Number(rEntry, 1000.0, 1e5);
-    }
-    else
-    {
-        rText.Input().FailUnknown(rEntry, "member of an event",
-                                  {"time", "ev", "lock", "touch", "antibanding", "fps", "manual", "hdr", "modes",
-                                   "bracket", "led", "camera", "role", "start", "CCT"});
-    }
+    static const SceneTable<Event> table(
+        "an event {time, ...}", "member of an event",
+        {{"time", Number(&Event::time, 0.0, SceneTimeMax), "s", "when it happens"},
+         {"ev", Number(&Event::ev, -EVStepsMax, EVStepsMax), "EV steps", "exposure compensation from now on"},
+         {"lock", Flag(&Event::lock), "", "whether the exposure is locked"},
+         {"touch", OrNone(Numbers<Event>(4, 0.0, 1.0, SetTouch), EndTouch), "share of the frame",
+          "the part that is touched: left edge, upper edge, width and height; none ends the touch"},
+         {"antibanding",
+          Choice(&Event::antibanding, {{"off", StatisticsAntibandingOff},
+                                       {"50", StatisticsAntibanding50Hz},
+                                       {"60", StatisticsAntibanding60Hz}}),
+          "", "mains frequency in Hz whose flicker exposure times avoid"},
+         {"fps", Numbers<Event>(2, 0.1, 1000.0, SetFPS), "frames per second",
+          "lowest and highest frame rate that exposure times must allow"},
+         {"manual", Made(&Event::manual, ReadManual, {.pMembers = &ManualTable()}), "",
+          "what the user sets by hand; {} goes back to automatic"},
+         {"hdr",
+          Choice(&Event::hdr, {{"off", HDRDisabled},
+                               {"sensor", SensorHDR},
+                               {"staggered", StaggeredHDR},
+                               {"multiframe", MultiframeHDR}}),
+          "", "how the sensor takes several exposures"},
+         {"modes", Made(&Event::modes, ReadModes), "", "modes of the tuning from now on, such as Usecase.Video"},
+         {"bracket", Made(&Event::bracket, ReadBracket, {.range = SceneRange{-EVStepsMax, EVStepsMax}}), "EV steps",
+          "a series of pictures, one value for each"},
+         {"led",
+          Choice(&Event::LEDMode, {{"off", AECAlgoLEDModeOff}, {"auto", AECAlgoLEDModeAuto}, {"on", AECAlgoLEDModeOn}}),
+          "", "whether pictures are taken with flash"},
+         {"camera", Choice(&Event::isForSecond, {{"first", false}, {"second", true}}), "", "whom the event is for"},
+         {"role", Choice(&Event::role, RoleChoices()), "", "what the camera is in its group from now on"},
+         {"start", NewMap(&Event::start, StartTable()), "", "a new session begins"},
+         {"CCT", Number(&Event::CCT, CCTMin, CCTMax), "K", "colour of the light from now on, for both cameras"}});
+    return table;
+}
+
+VOID SortByTime(const SceneText&, const YamlEntry&, Scene& rScene)
+{
+    std::stable_sort(rScene.events.begin(), rScene.events.end(),
+                     [](const Event& rFirst, const Event& rSecond) { return rFirst.time < rSecond.time; });
 }
 
 }  // namespace
@@ -172,21 +138,9 @@ std::vector<TuningMode> ReadModes(const SceneText& rText, const YamlEntry& rEntr
     return selectors;
 }
 
-std::vector<Event> ReadEvents(const SceneText& rText, const YamlEntry& rEntry)
+SceneValue<Scene> EventsValue()
 {
-    std::vector<Event> events;
-    for (const YAML::Node& rItem : rText.Items(rEntry, "events {time, ...}"))
-    {
-        Event event;
-        for (const YamlEntry& rMember : rText.Input().Map(rItem, "an event {time, ...}"))
-        {
-            ReadEventEntry(rText, rMember, event);
-        }
-        events.push_back(event);
-    }
-    std::stable_sort(events.begin(), events.end(),
-                     [](const Event& rFirst, const Event& rSecond) { return rFirst.time < rSecond.time; });
-    return events;
+    return Then(List(&Scene::events, "events {time, ...}", EventTable()), SortByTime);
 }
 
 }  // namespace kirosim

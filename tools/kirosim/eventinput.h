@@ -3,15 +3,15 @@
 #pragma once
 
 #include "tools/kirosim/scene.h"
-#include "tools/kirosim/scenetext.h"
+#include "tools/kirosim/scenerows.h"
 
 namespace kirosim
 {
 
-/// The events of a list in ascending time. @throws tuningfile::InputError
-std::vector<Event> ReadEvents(const SceneText& rText, const tuningfile::YamlEntry& rEntry);
+/// A list of events; they are brought into ascending time.
+SceneValue<Scene> EventsValue();
 
-/// Selectors of a mode path, one per level.
+/// Selectors of a mode path, one per level. @throws tuningfile::InputError
 std::vector<TuningMode> ReadModes(const SceneText& rText, const tuningfile::YamlEntry& rEntry);
 
 }  // namespace kirosim

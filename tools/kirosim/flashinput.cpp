@@ -1,5 +1,7 @@
 #include "tools/kirosim/flashinput.h"
 
+#include "tools/kirosim/scenevalues.h"
+
 using tuningfile::YamlEntry;
 
 namespace kirosim
@@ -8,36 +10,34 @@ namespace kirosim
 namespace
 {
 
-constexpr DOUBLE ColourMin   = 0.01;
-constexpr DOUBLE ColourMax   = 100.0;
 constexpr DOUBLE DistanceMin = 0.05;
 constexpr DOUBLE DistanceMax = 1000.0;
 constexpr UINT64 PicturesMax = 10000;
 constexpr UINT64 CurrentMax  = 100000;
 
-FlashLED ReadLED(const SceneText& rText, const YAML::Node& rNode)
+const SceneTable<FlashLED>& LEDTable()
 {
-    FlashLED led;
-    for (const YamlEntry& rEntry : rText.Input().Map(rNode, "an LED {luxPerAmpere, rg, bg}"))
+    static const SceneTable<FlashLED> table(
+        "an LED {luxPerAmpere, rg, bg}", "member of an LED",
+        {{"luxPerAmpere", Number(&FlashLED::luxPerAmpere, 0.0, 1e6), "lux per A", "its light at 1 m"},
+         {"rg", Within(&FlashLED::colour, Number(&Colour::rg, ColourMin, ColourMax)), "linear",
+          "red over green of its light"},
+         {"bg", Within(&FlashLED::colour, Number(&Colour::bg, ColourMin, ColourMax)), "linear",
+          "blue over green of its light"}});
+    return table;
+}
+
+VOID ReadLEDs(const SceneText& rText, const YamlEntry& rEntry, FlashScene& rFlash)
+{
+    const std::vector<YAML::Node> items = rText.Items(rEntry, "two LEDs");
+    if (items.size() != rFlash.leds.size())
     {
-        if (rEntry.name == "luxPerAmpere")
-        {
-            led.luxPerAmpere = rText.Number(rEntry, 0.0, 1e6);
-        }
-        else if (rEntry.name == "rg")
-        {
-            led.colour.rg = rText.Number(rEntry, ColourMin, ColourMax);
-        }
-        else if (rEntry.name == "bg")
-        {
-            led.colour.bg = rText.Number(rEntry, ColourMin, ColourMax);
-        }
-        else
-        {
-            rText.Input().FailUnknown(rEntry, "member of an LED", {"luxPerAmpere", "rg", "bg"});
-        }
+        rText.Input().Fail(rEntry.value, "a flash has two LEDs");
     }
-    return led;
+    for (size_t index = 0; index < items.size(); ++index)
+    {
+        LEDTable().Read(rText, items[index], rFlash.leds[index]);
+    }
 }
 
 std::vector<Colour> ReadColours(const SceneText& rText, const YamlEntry& rEntry)
@@ -52,110 +52,44 @@ std::vector<Colour> ReadColours(const SceneText& rText, const YamlEntry& rEntry)
     return colours;
 }
 
-FlashPictures ReadPictures(const SceneText& rText, const YAML::Node& rNode)
+const SceneTable<FlashPictures>& PicturesTable()
 {
-    FlashPictures pictures;
-    for (const YamlEntry& rEntry : rText.Input().Map(rNode, "pictures {first, interval, count, ...}"))
-    {
-        if (rEntry.name == "first")
-        {
-            pictures.first = rText.Number(rEntry, 0.0, 1e6);
-        }
-        else if (rEntry.name == "interval")
-        {
-            pictures.interval = rText.Number(rEntry, 0.0, 1e6);
-        }
-        else if (rEntry.name == "count")
-        {
-            pictures.count = static_cast<UINT32>(rText.Unsigned(rEntry, PicturesMax));
-        }
-        else if (rEntry.name == "precision")
-        {
-            pictures.isPrecision = rText.Flag(rEntry);
-        }
-        else if (rEntry.name == "light")
-        {
-            pictures.light = ReadColours(rText, rEntry);
-        }
-        else
-        {
-            rText.Input().FailUnknown(rEntry, "member of pictures",
-                                      {"first", "interval", "count", "precision", "light"});
-        }
-    }
-    return pictures;
+    static const SceneTable<FlashPictures> table(
+        "pictures {first, interval, count, ...}", "member of pictures",
+        {{"first", Number(&FlashPictures::first, 0.0, SceneTimeMax), "s", "when the first picture is asked for"},
+         {"interval", Number(&FlashPictures::interval, 0.0, SceneTimeMax), "s",
+          "from picture to picture; one that is not done by then delays the next"},
+         {"count", Unsigned(&FlashPictures::count, PicturesMax), "pictures", "length of the series"},
+         {"precision", Flag(&FlashPictures::isPrecision), "", "whether the LEDs may light a part of the exposure only"},
+         {"light", Made(&FlashPictures::light, ReadColours, {.range = SceneRange{ColourMin, ColourMax}}), "linear",
+          "colours [rg, bg] of the surroundings, one per picture, over and over; else the scene's"}});
+    return table;
 }
 
-VOID ReadLEDs(const SceneText& rText, const YamlEntry& rEntry, FlashScene& rFlash)
+const SceneTable<FlashScene>& NearTable()
 {
-    const std::vector<YAML::Node> items = rText.Items(rEntry, "two LEDs");
-    if (items.size() != rFlash.leds.size())
-    {
-        rText.Input().Fail(rEntry.value, "a flash has two LEDs");
-    }
-    for (size_t index = 0; index < items.size(); ++index)
-    {
-        rFlash.leds[index] = ReadLED(rText, items[index]);
-    }
-}
-
-VOID ReadNear(const SceneText& rText, const YAML::Node& rNode, FlashScene& rFlash)
-{
-    for (const YamlEntry& rEntry : rText.Input().Map(rNode, "what is near {distance, area}"))
-    {
-        if (rEntry.name == "distance")
-        {
-            rFlash.nearDistance = rText.Number(rEntry, DistanceMin, DistanceMax);
-        }
-        else if (rEntry.name == "area")
-        {
-            rFlash.nearArea = rText.Number(rEntry, 0.0, 1.0);
-        }
-        else
-        {
-            rText.Input().FailUnknown(rEntry, "member of what is near", {"distance", "area"});
-        }
-    }
+    static const SceneTable<FlashScene> table(
+        "what is near {distance, area}", "member of what is near",
+        {{"distance", Number(&FlashScene::nearDistance, DistanceMin, DistanceMax), "m", "of what is near"},
+         {"area", Number(&FlashScene::nearArea, 0.0, 1.0), "share of the frame", "that it takes, in the middle"}});
+    return table;
 }
 
 }  // namespace
 
-FlashScene ReadFlash(const SceneText& rText, const YamlEntry& rEntry)
+const SceneTable<FlashScene>& FlashTable()
 {
-    FlashScene flash;
-    for (const YamlEntry& rMember : rText.Input().Map(rEntry.value, "a flash"))
-    {
-        if (rMember.name == "leds")
-        {
-            ReadLEDs(rText, rMember, flash);
-        }
-        else if (rMember.name == "maxCurrent")
-        {
-            flash.maxCurrent = static_cast<INT32>(rText.Unsigned(rMember, CurrentMax));
-        }
-        else if (rMember.name == "near")
-        {
-            ReadNear(rText, rMember.value, flash);
-        }
-        else if (rMember.name == "farDistance")
-        {
-            flash.farDistance = rText.Number(rMember, DistanceMin, DistanceMax);
-        }
-        else if (rMember.name == "calibration")
-        {
-            flash.isCalibrated = rText.Flag(rMember);
-        }
-        else if (rMember.name == "pictures")
-        {
-            flash.pictures = ReadPictures(rText, rMember.value);
-        }
-        else
-        {
-            rText.Input().FailUnknown(rMember, "member of a flash",
-                                      {"leds", "maxCurrent", "near", "farDistance", "calibration", "pictures"});
-        }
-    }
-    return flash;
+    static const SceneTable<FlashScene> table(
+        "a flash", "member of a flash",
+        {{"leds", {ReadLEDs, {.pMembers = &LEDTable()}}, "", "the two LEDs"},
+         {"maxCurrent", Unsigned(&FlashScene::maxCurrent, CurrentMax), "mA",
+          "that the camera allows, both LEDs together"},
+         {"near", Group(NearTable()), "", "what stands near, in the middle of the frame"},
+         {"farDistance", Number(&FlashScene::farDistance, DistanceMin, DistanceMax), "m", "of all else"},
+         {"calibration", Flag(&FlashScene::isCalibrated), "",
+          "whether the library learns the LEDs' colour from pictures"},
+         {"pictures", NewMap(&FlashScene::pictures, PicturesTable()), "", "the series of pictures with flash"}});
+    return table;
 }
 
 }  // namespace kirosim

@@ -3,11 +3,11 @@
 #pragma once
 
 #include "tools/kirosim/flashscene.h"
-#include "tools/kirosim/scenetext.h"
+#include "tools/kirosim/scenerows.h"
 
 namespace kirosim
 {
 
-FlashScene ReadFlash(const SceneText& rText, const tuningfile::YamlEntry& rEntry);
+const SceneTable<FlashScene>& FlashTable();
 
 }  // namespace kirosim

@@ -1,6 +1,6 @@
 #include "tools/kirosim/objectinput.h"
 
-using tuningfile::YamlEntry;
+#include "tools/kirosim/scenevalues.h"
 
 namespace kirosim
 {
@@ -8,77 +8,31 @@ namespace kirosim
 namespace
 {
 
-PathPoint ReadPoint(const SceneText& rText, const YAML::Node& rNode)
+const SceneTable<PathPoint>& PathPointTable()
 {
-    PathPoint point{0.0, 0.5, 0.5};
-    for (const YamlEntry& rEntry : rText.Input().Map(rNode, "a point {time, x, y}"))
-    {
-        if (rEntry.name == "time")
-        {
-            point.time = rText.Number(rEntry, 0.0, SceneTimeMax);
-        }
-        else if (rEntry.name == "x")
-        {
-            point.x = rText.Number(rEntry, -1.0, 2.0);
-        }
-        else if (rEntry.name == "y")
-        {
-            point.y = rText.Number(rEntry, -1.0, 2.0);
-        }
-        else
-        {
-            rText.Input().FailUnknown(rEntry, "member of a path's point", {"time", "x", "y"});
-        }
-    }
-    return point;
-}
-
-std::vector<PathPoint> ReadPath(const SceneText& rText, const YamlEntry& rList)
-{
-    std::vector<PathPoint> path;
-    for (const YAML::Node& rItem : rText.Items(rList, "points {time, x, y}"))
-    {
-        const PathPoint point = ReadPoint(rText, rItem);
-        if (!path.empty() && point.time <= path.back().time)
-        {
-            rText.Input().Fail(rItem, "points of a path must stand in ascending time");
-        }
-        path.push_back(point);
-    }
-    return path;
+    static const SceneTable<PathPoint> table(
+        "a point {time, x, y}", "member of a path's point",
+        {{"time", Number(&PathPoint::time, 0.0, SceneTimeMax), "s", "when the object's centre is there"},
+         {"x", Number(&PathPoint::x, -1.0, 2.0), "share of the frame's width", "of the centre, from the left edge"},
+         {"y", Number(&PathPoint::y, -1.0, 2.0), "share of the frame's height", "of the centre, from the upper edge"}});
+    return table;
 }
 
 }  // namespace
 
-VOID ReadObject(const SceneText& rText, const YAML::Node& rNode, SceneObject& rObject)
+const SceneTable<SceneObject>& ObjectTable()
 {
-    for (const YamlEntry& rEntry : rText.Input().Map(rNode, "an object"))
-    {
-        if (rEntry.name == "contrastEV")
-        {
-            rObject.contrastEV = rText.Number(rEntry, -20.0, 20.0);
-        }
-        else if (rEntry.name == "size")
-        {
-            rObject.size = rText.Number(rEntry, 0.0, 1.0);
-        }
-        else if (rEntry.name == "path")
-        {
-            rObject.path = ReadPath(rText, rEntry);
-        }
-        else if (rEntry.name == "appears")
-        {
-            rObject.appears = rText.Number(rEntry, 0.0, SceneTimeMax);
-        }
-        else if (rEntry.name == "goes")
-        {
-            rObject.goes = rText.Number(rEntry, 0.0, SceneTimeMax);
-        }
-        else
-        {
-            rText.Input().FailUnknown(rEntry, "member of an object", {"contrastEV", "size", "path", "appears", "goes"});
-        }
-    }
+    static const SceneTable<SceneObject> table(
+        "an object", "member of an object",
+        {{"contrastEV", Number(&SceneObject::contrastEV, -20.0, 20.0), "EV", "brightness against what it hides"},
+         {"size", Number(&SceneObject::size, 0.0, 1.0), "share of the frame's sides", "length of its sides"},
+         {"path",
+          List(&SceneObject::path, "points {time, x, y}", PathPointTable(),
+               {&PathPoint::time, false, "points of a path must stand in ascending time"}),
+          "", "where it is; between points it moves straight, and without any it stays in the middle"},
+         {"appears", Number(&SceneObject::appears, 0.0, SceneTimeMax), "s", "from when on it is there"},
+         {"goes", Number(&SceneObject::goes, 0.0, SceneTimeMax), "s", "from when on it is gone"}});
+    return table;
 }
 
 }  // namespace kirosim

@@ -3,12 +3,11 @@
 #pragma once
 
 #include "tools/kirosim/objectscene.h"
-#include "tools/kirosim/scenetext.h"
+#include "tools/kirosim/scenerows.h"
 
 namespace kirosim
 {
 
-/// Reads the members that are named; the others stay. @throws tuningfile::InputError with file, line and column
-VOID ReadObject(const SceneText& rText, const YAML::Node& rNode, SceneObject& rObject);
+const SceneTable<SceneObject>& ObjectTable();
 
 }  // namespace kirosim

@@ -14,9 +14,9 @@ namespace kirosim
 /// Where the object's centre is at a time; between points it moves straight. Fractions of the frame.
 struct PathPoint
 {
-    DOUBLE time;  ///< s
-    DOUBLE x;
-    DOUBLE y;
+    DOUBLE time = 0.0;  ///< s
+    DOUBLE x    = 0.5;
+    DOUBLE y    = 0.5;
 };
 
 struct SceneObject

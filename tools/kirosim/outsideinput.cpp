@@ -1,89 +1,33 @@
 #include "tools/kirosim/outsideinput.h"
 
-using tuningfile::YamlEntry;
+#include "tools/kirosim/scenevalues.h"
 
 namespace kirosim
 {
 
-namespace
+const SceneTable<OutsideMap>& OutsideMapTable()
 {
-
-constexpr DOUBLE MapDistanceMax = 1e4;    // m
-constexpr DOUBLE ShakeMax       = 100.0;  // rad/s
-
-GyroPoint ReadGyroPoint(const SceneText& rText, const YAML::Node& rNode)
-{
-    GyroPoint point{};
-    for (const YamlEntry& rEntry : rText.Input().Map(rNode, "a point {time, rms}"))
-    {
-        if (rEntry.name == "time")
-        {
-            point.time = rText.Number(rEntry, 0.0, SceneTimeMax);
-        }
-        else if (rEntry.name == "rms")
-        {
-            point.rms = rText.Number(rEntry, 0.0, ShakeMax);
-        }
-        else
-        {
-            rText.Input().FailUnknown(rEntry, "member of a gyro point", {"time", "rms"});
-        }
-    }
-    return point;
+    constexpr DOUBLE                    distanceMax = 1e4;
+    static const SceneTable<OutsideMap> table(
+        "a map", "member of a map",
+        {{"kind", Choice(&OutsideMap::kind, {{"depth", MapKind::Depth}, {"segmentation", MapKind::Segmentation}}), "",
+          "what its cells hold: distances, or 1 for the subject and 0 for the rest"},
+         {"near", Number(&OutsideMap::near, 0.0, distanceMax), "m", "distance of the object"},
+         {"far", Number(&OutsideMap::far, 0.0, distanceMax), "m", "distance of all else"},
+         {"appears", Number(&OutsideMap::appears, 0.0, SceneTimeMax), "s", "from when on the source delivers"},
+         {"goes", Number(&OutsideMap::goes, 0.0, SceneTimeMax), "s", "from when on it does no more"},
+         {"targetLuma", Number(&OutsideMap::targetLuma, 1.0, 255.0), "luma of 255", "that the object should have"}});
+    return table;
 }
 
-}  // namespace
-
-VOID ReadOutsideMap(const SceneText& rText, const YAML::Node& rNode, OutsideMap& rMap)
+const SceneTable<GyroPoint>& GyroPointTable()
 {
-    constexpr MapKind kinds[] = {MapKind::Depth, MapKind::Segmentation};
-    for (const YamlEntry& rEntry : rText.Input().Map(rNode, "a map"))
-    {
-        if (rEntry.name == "kind")
-        {
-            rMap.kind = kinds[rText.Choice(rEntry, {"depth", "segmentation"})];
-        }
-        else if (rEntry.name == "near")
-        {
-            rMap.near = rText.Number(rEntry, 0.0, MapDistanceMax);
-        }
-        else if (rEntry.name == "far")
-        {
-            rMap.far = rText.Number(rEntry, 0.0, MapDistanceMax);
-        }
-        else if (rEntry.name == "appears")
-        {
-            rMap.appears = rText.Number(rEntry, 0.0, SceneTimeMax);
-        }
-        else if (rEntry.name == "goes")
-        {
-            rMap.goes = rText.Number(rEntry, 0.0, SceneTimeMax);
-        }
-        else if (rEntry.name == "targetLuma")
-        {
-            rMap.targetLuma = rText.Number(rEntry, 1.0, 255.0);
-        }
-        else
-        {
-            rText.Input().FailUnknown(rEntry, "member of a map",
-                                      {"kind", "near", "far", "appears", "goes", "targetLuma"});
-        }
-    }
-}
-
-std::vector<GyroPoint> ReadGyro(const SceneText& rText, const YamlEntry& rList)
-{
-    std::vector<GyroPoint> points;
-    for (const YAML::Node& rItem : rText.Items(rList, "points {time, rms}"))
-    {
-        const GyroPoint point = ReadGyroPoint(rText, rItem);
-        if (!points.empty() && point.time <= points.back().time)
-        {
-            rText.Input().Fail(rItem, "gyro points must stand in ascending time");
-        }
-        points.push_back(point);
-    }
-    return points;
+    constexpr DOUBLE                   shakeMax = 100.0;
+    static const SceneTable<GyroPoint> table(
+        "a point {time, rms}", "member of a gyro point",
+        {{"time", Number(&GyroPoint::time, 0.0, SceneTimeMax), "s", "from when on the camera shakes so"},
+         {"rms", Number(&GyroPoint::rms, 0.0, shakeMax), "rad/s", "mean of the shake, up to the next point"}});
+    return table;
 }
 
 }  // namespace kirosim

@@ -1,6 +1,6 @@
 // Scenes from text.
 
-#include "tools/kirosim/scene.h"
+#include "tools/kirosim/sceneinput.h"
 
 #include <algorithm>
 #include <fmt/format.h>
@@ -9,11 +9,13 @@
 #include "tools/kirosim/detectorinput.h"
 #include "tools/kirosim/eventinput.h"
 #include "tools/kirosim/flashinput.h"
+#include "tools/kirosim/lightinput.h"
 #include "tools/kirosim/objectinput.h"
 #include "tools/kirosim/outsideinput.h"
+#include "tools/kirosim/scenevalues.h"
+#include "tools/kirosim/sensorinput.h"
 #include "tools/kirosim/startinput.h"
 #include "tools/tuningfile/files.h"
-#include "tools/tuningfile/inputerror.h"
 #include "tools/tuningfile/yamlinput.h"
 
 using tuningfile::YamlEntry;
@@ -26,39 +28,55 @@ namespace kirosim
 namespace
 {
 
-/// Longest run and fastest frame rate, so that a slip of the pen does not run for hours.
+/// Longest run, so that a slip of the pen does not run for hours.
 constexpr UINT64 FramesMax = 10000000;
 
-/// What a variant names changes what the scene has.
-template <typename T> T& Emplaced(std::optional<T>& rValue)
+std::string ReadName(const SceneText& rText, const YamlEntry& rEntry)
 {
-    return rValue.has_value() ? *rValue : rValue.emplace();
+    return rText.Input().Scalar(rEntry.value, "a name");
+}
+
+SceneValue<Scene> FramesValue()
+{
+    SceneValue<Scene> value = Then(Unsigned(&Scene::frames, FramesMax),
+                                   [](const SceneText& rText, const YamlEntry& rEntry, Scene& rScene)
+                                   {
+                                       if (rScene.frames == 0)
+                                       {
+                                           rText.Input().Fail(rEntry.value, "a scene has at least one frame");
+                                       }
+                                   });
+    value.form.range->low   = 1.0;
+    return value;
+}
+
+/// For what is read once the other members are.
+VOID ReadElsewhere(const SceneText&, const YamlEntry&, Scene&)
+{
+}
+
+/// The second camera sees the same scene, but for these.
+const SceneTable<Scene>& SecondTable()
+{
+    static const SceneTable<Scene> table("a second camera", "member of a second camera", WholeSceneTable(),
+                                         {"lux", "seed", "startOffsetEV", "pattern", "sensor", "role", "modes",
+                                          "calibration", "sensitivityByCCT", "start"});
+    return table;
 }
 
 class SceneReader
 {
 public:
-    explicit SceneReader(const YamlInput& rInput) : m_rInput(rInput), m_text(rInput)
+    explicit SceneReader(const YamlInput& rInput) : m_text(rInput)
     {
     }
 
     VOID ReadInto(const YAML::Node& rNode, Scene& rScene)
     {
-        static const std::vector<std::string_view> members = {
-            "name",    "fps",         "frames",           "seed", "lux",    "rg",     "bg",       "startOffsetEV",
-            "pattern", "light",       "ripple",           "lamp", "sensor", "events", "variants", "role",
-            "modes",   "calibration", "sensitivityByCCT", "CCT",  "start",  "second", "object",   "map",
-            "gyro",    "detectors",   "monitors",         "flash"};
-        for (const YamlEntry& rEntry : m_rInput.Map(rNode, "a scene"))
+        const YamlMap map = WholeSceneTable().Read(m_text, rNode, rScene);
+        if (const YamlEntry* pSecond = map.Find("second"); pSecond != nullptr)
         {
-            if (!ReadSceneEntry(rEntry, rScene))
-            {
-                m_rInput.FailUnknown(rEntry, "member of a scene", members);
-            }
-            if (rEntry.name == "second")
-            {
-                m_seconds.push_back(rEntry.value);
-            }
+            m_seconds.push_back(pSecond->value);
         }
     }
 
@@ -76,306 +94,12 @@ public:
         ++pSecond->seed;
         for (const YAML::Node& rNode : m_seconds)
         {
-            for (const YamlEntry& rEntry : m_rInput.Map(rNode, "a second camera"))
-            {
-                static const std::vector<std::string_view> names = {
-                    "lux",  "seed",  "startOffsetEV", "pattern",          "sensor",
-                    "role", "modes", "calibration",   "sensitivityByCCT", "start"};
-                if (std::find(names.begin(), names.end(), rEntry.name) == names.end())
-                {
-                    m_rInput.FailUnknown(rEntry, "member of a second camera", names);
-                }
-                (VOID) ReadSceneEntry(rEntry, *pSecond);
-            }
+            SecondTable().Read(m_text, rNode, *pSecond);
         }
         rScene.pSecond = pSecond;
     }
 
 private:
-    bool ReadSceneEntry(const YamlEntry& rEntry, Scene& rScene) const
-    {
-        const std::string& rName = rEntry.name;
-        if (rName == "name")
-        {
-            rScene.name = m_rInput.Scalar(rEntry.value, "a name");
-        }
-        else if (rName == "fps")
-        {
-            rScene.fps = m_text.Number(rEntry, 1.0, 1000.0);
-        }
-        else if (rName == "frames")
-        {
-            rScene.frames = static_cast<UINT32>(m_text.Unsigned(rEntry, FramesMax));
-            if (rScene.frames == 0)
-            {
-                m_rInput.Fail(rEntry.value, "a scene has at least one frame");
-            }
-        }
-        else if (rName == "seed")
-        {
-            rScene.seed = m_text.Unsigned(rEntry, ~0ULL);
-        }
-        else if (rName == "lux")
-        {
-            rScene.lux = m_text.Number(rEntry, 1e-3, 1e6);
-        }
-        else if (rName == "rg")
-        {
-            rScene.rg = m_text.Number(rEntry, 0.01, 100.0);
-        }
-        else if (rName == "bg")
-        {
-            rScene.bg = m_text.Number(rEntry, 0.01, 100.0);
-        }
-        else if (rName == "startOffsetEV")
-        {
-            rScene.startOffsetEV = m_text.Number(rEntry, -20.0, 20.0);
-        }
-        else if (rName == "pattern")
-        {
-            ReadPattern(rEntry.value, rScene.pattern);
-        }
-        else if (rName == "light")
-        {
-            ReadLight(rEntry, rScene.light);
-        }
-        else if (rName == "ripple")
-        {
-            ReadRipple(rEntry.value, rScene.ripple);
-        }
-        else if (rName == "lamp")
-        {
-            ReadLamp(rEntry.value, rScene.lamp);
-        }
-        else if (rName == "sensor")
-        {
-            ReadSensor(rEntry.value, rScene.sensor);
-        }
-        else if (rName == "object")
-        {
-            ReadObject(m_text, rEntry.value, Emplaced(rScene.object));
-        }
-        else if (rName == "map")
-        {
-            ReadOutsideMap(m_text, rEntry.value, Emplaced(rScene.map));
-        }
-        else if (rName == "gyro")
-        {
-            rScene.gyro = ReadGyro(m_text, rEntry);
-        }
-        else if (rName == "events")
-        {
-            rScene.events = ReadEvents(m_text, rEntry);
-        }
-        else if (rName == "detectors")
-        {
-            rScene.detectors = ReadDetectors(m_text, rEntry.value);
-        }
-        else if (rName == "monitors")
-        {
-            rScene.isMonitored = m_text.Flag(rEntry);
-        }
-        else if (rName == "flash")
-        {
-            rScene.flash = ReadFlash(m_text, rEntry);
-        }
-        else if (rName == "start")
-        {
-            rScene.start = ReadStart(m_text, rEntry.value);
-        }
-        else if (rName == "CCT")
-        {
-            rScene.CCT = m_text.Number(rEntry, 1000.0, 1e5);
-        }
-        else
-        {
-            return ReadCameraEntry(m_text, rEntry, rScene.camera) || rName == "variants" || rName == "second";
-        }
-        return true;
-    }
-
-    VOID ReadPattern(const YAML::Node& rNode, Pattern& rPattern) const
-    {
-        for (const YamlEntry& rEntry : m_rInput.Map(rNode, "a pattern"))
-        {
-            if (rEntry.name == "kind")
-            {
-                rPattern.kind = ReadKind(rEntry);
-            }
-            else if (rEntry.name == "contrastEV")
-            {
-                rPattern.contrastEV = m_text.Number(rEntry, 0.0, 20.0);
-            }
-            else if (rEntry.name == "area")
-            {
-                rPattern.area = m_text.Number(rEntry, 0.0, 1.0);
-            }
-            else if (rEntry.name == "textureEV")
-            {
-                rPattern.textureEV = m_text.Number(rEntry, 0.0, 5.0);
-            }
-            else
-            {
-                m_rInput.FailUnknown(rEntry, "member of a pattern", {"kind", "contrastEV", "area", "textureEV"});
-            }
-        }
-    }
-
-    PatternKind ReadKind(const YamlEntry& rEntry) const
-    {
-        constexpr PatternKind kinds[] = {PatternKind::Uniform, PatternKind::Natural, PatternKind::HighContrast,
-                                         PatternKind::Window, PatternKind::Subject};
-        return kinds[m_text.Choice(rEntry, {"uniform", "natural", "highContrast", "window", "subject"})];
-    }
-
-    VOID ReadLight(const YamlEntry& rList, std::vector<LightPoint>& rLight) const
-    {
-        rLight.clear();
-        for (const YAML::Node& rItem : m_text.Items(rList, "points {time, ev}"))
-        {
-            LightPoint point{};
-            for (const YamlEntry& rEntry : m_rInput.Map(rItem, "a point {time, ev}"))
-            {
-                if (rEntry.name == "time")
-                {
-                    point.time = m_text.Number(rEntry, 0.0, 1e6);
-                }
-                else if (rEntry.name == "ev")
-                {
-                    point.ev = m_text.Number(rEntry, -20.0, 20.0);
-                }
-                else if (rEntry.name == "ramp")
-                {
-                    point.isRamp = m_text.Flag(rEntry);
-                }
-                else
-                {
-                    m_rInput.FailUnknown(rEntry, "member of a light point", {"time", "ev", "ramp"});
-                }
-            }
-            if (!rLight.empty() && point.time < rLight.back().time)
-            {
-                m_rInput.Fail(rItem, "light points must stand in ascending time");
-            }
-            rLight.push_back(point);
-        }
-    }
-
-    VOID ReadRipple(const YAML::Node& rNode, Ripple& rRipple) const
-    {
-        for (const YamlEntry& rEntry : m_rInput.Map(rNode, "a ripple"))
-        {
-            if (rEntry.name == "hertz")
-            {
-                rRipple.hertz = m_text.Number(rEntry, 0.0, 1000.0);
-            }
-            else if (rEntry.name == "percent")
-            {
-                rRipple.percent = m_text.Number(rEntry, 0.0, 100.0);
-            }
-            else if (rEntry.name == "start")
-            {
-                rRipple.start = m_text.Number(rEntry, 0.0, 1e6);
-            }
-            else
-            {
-                m_rInput.FailUnknown(rEntry, "member of a ripple", {"hertz", "percent", "start"});
-            }
-        }
-    }
-
-    VOID ReadLamp(const YAML::Node& rNode, Lamp& rLamp) const
-    {
-        for (const YamlEntry& rEntry : m_rInput.Map(rNode, "a lamp"))
-        {
-            if (rEntry.name == "hertz")
-            {
-                rLamp.hertz = m_text.Number(rEntry, 0.0, 1000.0);
-            }
-            else if (rEntry.name == "depth")
-            {
-                rLamp.depth = m_text.Number(rEntry, 0.0, 1.0);
-            }
-            else
-            {
-                m_rInput.FailUnknown(rEntry, "member of a lamp", {"hertz", "depth"});
-            }
-        }
-    }
-
-    VOID ReadSensor(const YAML::Node& rNode, Sensor& rSensor) const
-    {
-        constexpr DOUBLE nsPerUs = 1000.0;
-        for (const YamlEntry& rEntry : m_rInput.Map(rNode, "a sensor"))
-        {
-            const std::string& rName = rEntry.name;
-            if (rName == "latency")
-            {
-                rSensor.latency = static_cast<UINT8>(m_text.Number(rEntry, 1.0, 9.0));
-            }
-            else if (rName == "minGain")
-            {
-                rSensor.minGain = m_text.Number(rEntry, 1e-3, 1e4);
-            }
-            else if (rName == "maxGain")
-            {
-                rSensor.maxGain = m_text.Number(rEntry, 1e-3, 1e4);
-            }
-            else if (rName == "gainStep")
-            {
-                rSensor.gainStep = m_text.Number(rEntry, 1e-6, 1.0);
-            }
-            else if (rName == "lineTimeUs")
-            {
-                rSensor.lineTime = m_text.Number(rEntry, 0.1, 1000.0) * 1e-6;
-            }
-            else if (rName == "minTimeUs")
-            {
-                rSensor.minTime = static_cast<UINT64>(m_text.Number(rEntry, 1.0, 1e7) * nsPerUs);
-            }
-            else if (rName == "maxTimeUs")
-            {
-                rSensor.maxTime = static_cast<UINT64>(m_text.Number(rEntry, 1.0, 1e7) * nsPerUs);
-            }
-            else if (rName == "readoutMs")
-            {
-                rSensor.readout = m_text.Number(rEntry, 0.0, 1000.0) * 1e-3;
-            }
-            else if (rName == "bitDepth")
-            {
-                rSensor.bitDepth = static_cast<INT32>(m_text.Unsigned(rEntry, 16));
-            }
-            else if (rName == "regionNoise")
-            {
-                rSensor.regionNoise = m_text.Number(rEntry, 0.0, 1.0);
-            }
-            else if (rName == "shotNoise")
-            {
-                rSensor.shotNoise = m_text.Number(rEntry, 0.0, 1.0);
-            }
-            else if (rName == "readNoise")
-            {
-                rSensor.readNoise = m_text.Number(rEntry, 0.0, 1.0);
-            }
-            else if (rName == "sensitivity")
-            {
-                rSensor.sensitivity = m_text.Number(rEntry, 1e-3, 1e3);
-            }
-            else
-            {
-                m_rInput.FailUnknown(rEntry, "member of a sensor",
-                                     {"latency", "minGain", "maxGain", "gainStep", "lineTimeUs", "minTimeUs",
-                                      "maxTimeUs", "readoutMs", "bitDepth", "regionNoise", "shotNoise", "readNoise",
-                                      "sensitivity"});
-            }
-        }
-        if (rSensor.minGain > rSensor.maxGain || rSensor.minTime > rSensor.maxTime)
-        {
-            m_rInput.Fail(rNode, "a sensor's minimum lies above its maximum");
-        }
-    }
-
-    const YamlInput&        m_rInput;
     const SceneText         m_text;
     std::vector<YAML::Node> m_seconds;  ///< what scene and variant say about the second camera
 };
@@ -387,6 +111,52 @@ YamlInput OpenScene(const std::string& rPath)
 }
 
 }  // namespace
+
+const SceneTable<Scene>& WholeSceneTable()
+{
+    static const SceneTable<Scene> table(
+        "a scene", "member of a scene",
+        {{"name", Made(&Scene::name, ReadName), "", "what reports call the scene"},
+         {"fps", Number(&Scene::fps, 1.0, 1000.0), "frames per second", "the sensor's frame rate"},
+         {"frames", FramesValue(), "frames", "length of the run"},
+         {"seed", Unsigned(&Scene::seed, ~0ULL), "", "of the sensor's noise"},
+         {"lux", Number(&Scene::lux, 1e-3, 1e6), "lux", "mean light of the frame at 0 EV"},
+         {"rg", Number(&Scene::rg, ColourMin, ColourMax), "linear", "red over green of the light"},
+         {"bg", Number(&Scene::bg, ColourMin, ColourMax), "linear", "blue over green of the light"},
+         {"startOffsetEV", Number(&Scene::startOffsetEV, -20.0, 20.0), "EV",
+          "the fixed exposure to start with, against the one that shows mid-grey"},
+         {"pattern", Map(&Scene::pattern, PatternTable()), "", "what the frame shows"},
+         {"light",
+          List(&Scene::light, "points {time, ev}", LightPointTable(),
+               {&LightPoint::time, true, "light points must stand in ascending time"}),
+          "", "steps and ramps of the light"},
+         {"ripple", Map(&Scene::ripple, RippleTable()), "",
+          "a sine in the light, slow enough for every frame to see one value"},
+         {"lamp", Map(&Scene::lamp, LampTable()), "", "a lamp that flickers within a frame"},
+         {"sensor", SensorValue(), "", "the sensor that looks at the scene"},
+         {"events", EventsValue(), "", "what happens at which time"},
+         {"variants", {ReadElsewhere}, "", "other runs of the scene by name, each a map of what it changes"},
+         {"role", Within(&Scene::camera, Choice(&CameraSetup::role, RoleChoices())), "",
+          "what the camera is in its group"},
+         {"modes", Within(&Scene::camera, Made(&CameraSetup::modes, ReadModes)), "",
+          "modes of the tuning from the first frame on, such as Sensor.0"},
+         {"calibration", Within(&Scene::camera, CalibrationValue()), "", "what the factory has measured of the module"},
+         {"sensitivityByCCT", Within(&Scene::camera, SensitivityByCCTValue()), "",
+          "how the module sees light of different colour; linear in between"},
+         {"CCT", Number(&Scene::CCT, CCTMin, CCTMax), "K", "colour of the light at first"},
+         {"start", NewMap(&Scene::start, StartTable()), "", "how the session begins"},
+         {"second", {ReadElsewhere}, "", "a second camera: the first one but for what stands here"},
+         {"object", Map(&Scene::object, ObjectTable()), "", "something before the pattern that comes, moves and goes"},
+         {"map", Map(&Scene::map, OutsideMapTable()), "", "a map of the object from a source outside the camera"},
+         {"gyro",
+          List(&Scene::gyro, "points {time, rms}", GyroPointTable(),
+               {&GyroPoint::time, false, "gyro points must stand in ascending time"}),
+          "", "how the camera shakes"},
+         {"detectors", NewMap(&Scene::detectors, DetectorsTable()), "", "what to tell of scene change detectors"},
+         {"monitors", Flag(&Scene::isMonitored), "", "whether the summary tells what the monitors said"},
+         {"flash", NewMap(&Scene::flash, FlashTable()), "", "two LEDs, and pictures that are taken with them"}});
+    return table;
+}
 
 Scene ReadScene(const std::string& rPath, const std::string& variant)
 {

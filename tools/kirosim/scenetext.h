@@ -10,7 +10,13 @@
 namespace kirosim
 {
 
-constexpr DOUBLE SceneTimeMax = 1e6;  ///< s
+// Limits that hold in several places.
+constexpr DOUBLE SceneTimeMax = 1e6;     ///< s
+constexpr DOUBLE EVStepsMax   = 1000.0;  ///< of exposure compensation
+constexpr DOUBLE CCTMin       = 1000.0;  ///< K
+constexpr DOUBLE CCTMax       = 1e5;     ///< K
+constexpr DOUBLE ColourMin    = 0.01;    ///< red or blue over green
+constexpr DOUBLE ColourMax    = 100.0;
 
 class SceneText
 {

@@ -2,7 +2,7 @@
 
 #include "tools/kirosim/startinput.h"
 
-using tuningfile::YamlEntry;
+#include "tools/kirosim/scenevalues.h"
 
 namespace kirosim
 {
@@ -10,41 +10,32 @@ namespace kirosim
 namespace
 {
 
-VOID ReadSource(const SceneText& rText, const YamlEntry& rEntry, StartPlan& rPlan)
+/// Where the first exposure comes from; without a source the host chooses, unless the start is fixed.
+SceneValue<StartPlan> SourceValue()
 {
-    constexpr KIROAlgoStartExpType sources[] = {KIROStartExpPreflash, KIROStartExpPrevMode, KIROStartExpDCFollow,
-                                                KIROStartExpExtLightData};
-    const size_t                   choice =
-        rText.Choice(rEntry, {"preflash", "previousMode", "master", "lightSensor", "fixed", "automatic"});
-    rPlan.isFixed = choice == std::size(sources);
-    rPlan.source.reset();
-    if (choice < std::size(sources))
-    {
-        rPlan.source = sources[choice];
-    }
+    const SceneChoices<StartPlan> sources = {{"preflash", {.source = KIROStartExpPreflash}},
+                                             {"previousMode", {.source = KIROStartExpPrevMode}},
+                                             {"master", {.source = KIROStartExpDCFollow}},
+                                             {"lightSensor", {.source = KIROStartExpExtLightData}},
+                                             {"fixed", {.isFixed = true}},
+                                             {"automatic", {}}};
+    return ChoiceBy<StartPlan>(sources,
+                               [](StartPlan& rPlan, const StartPlan& rChosen)
+                               {
+                                   rPlan.source  = rChosen.source;
+                                   rPlan.isFixed = rChosen.isFixed;
+                               });
 }
 
 }  // namespace
 
-StartPlan ReadStart(const SceneText& rText, const YAML::Node& rNode)
+const SceneTable<StartPlan>& StartTable()
 {
-    StartPlan plan;
-    for (const YamlEntry& rEntry : rText.Input().Map(rNode, "a start {from, ...}"))
-    {
-        if (rEntry.name == "from")
-        {
-            ReadSource(rText, rEntry, plan);
-        }
-        else if (rEntry.name == "lux")
-        {
-            plan.lux = rText.Number(rEntry, 0.0, 1e6);
-        }
-        else
-        {
-            rText.Input().FailUnknown(rEntry, "member of a start", {"from", "lux"});
-        }
-    }
-    return plan;
+    static const SceneTable<StartPlan> table("a start {from, ...}", "member of a start",
+                                             {{"from", SourceValue(), "", "where the first exposure comes from"},
+                                              {"lux", Number(&StartPlan::lux, 0.0, 1e6), "lux",
+                                               "what the light sensor reads; without it, the scene's light"}});
+    return table;
 }
 
 std::string NameOfSource(const std::optional<KIROAlgoStartExpType>& rSource)

@@ -1,12 +1,13 @@
+/// @file
+/// How a session begins, from text.
 #pragma once
 
-#include "tools/kirosim/scenetext.h"
+#include "tools/kirosim/scenerows.h"
 #include "tools/kirosim/startscene.h"
 
 namespace kirosim
 {
 
-/// @throws tuningfile::InputError
-StartPlan ReadStart(const SceneText& rText, const YAML::Node& rNode);
+const SceneTable<StartPlan>& StartTable();
 
 }  // namespace kirosim

@@ -12,9 +12,9 @@ namespace kirosim
 
 struct StartPlan
 {
-    std::optional<KIROAlgoStartExpType> source;  ///< none lets the host choose
+    std::optional<KIROAlgoStartExpType> source  = {};  ///< none lets the host choose
     bool                                isFixed = false;
-    std::optional<DOUBLE>               lux;  ///< what the light sensor reads; the scene's light if nothing is said
+    std::optional<DOUBLE> lux = {};  ///< what the light sensor reads; the scene's light if nothing is said
 };
 
 /// "previous mode", "light sensor", ...

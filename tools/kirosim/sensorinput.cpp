@@ -1,0 +1,54 @@
+#include "tools/kirosim/sensorinput.h"
+
+#include "tools/kirosim/scenevalues.h"
+
+namespace kirosim
+{
+
+namespace
+{
+
+constexpr DOUBLE NsPerUs   = 1000.0;
+constexpr DOUBLE GainMin   = 1e-3;
+constexpr DOUBLE GainMax   = 1e4;
+constexpr DOUBLE TimeUsMin = 1.0;
+constexpr DOUBLE TimeUsMax = 1e7;
+
+const SceneTable<Sensor>& SensorTable()
+{
+    static const SceneTable<Sensor> table(
+        "a sensor", "member of a sensor",
+        {{"latency", Number(&Sensor::latency, 1.0, 9.0), "frames", "from a decision to the statistics that show it"},
+         {"minGain", Number(&Sensor::minGain, GainMin, GainMax), "linear", "smallest gain"},
+         {"maxGain", Number(&Sensor::maxGain, GainMin, GainMax), "linear", "largest gain"},
+         {"gainStep", Number(&Sensor::gainStep, 1e-6, 1.0), "linear", "gains are multiples of it"},
+         {"lineTimeUs", Number(&Sensor::lineTime, 0.1, 1000.0, 1e-6), "us", "exposure times are multiples of it"},
+         {"minTimeUs", Number(&Sensor::minTime, TimeUsMin, TimeUsMax, NsPerUs), "us", "shortest exposure time"},
+         {"maxTimeUs", Number(&Sensor::maxTime, TimeUsMin, TimeUsMax, NsPerUs), "us", "longest exposure time"},
+         {"readoutMs", Number(&Sensor::readout, 0.0, 1000.0, 1e-3), "ms",
+          "from the first row to the last: rows begin one after another"},
+         {"bitDepth", Unsigned(&Sensor::bitDepth, 16), "bits", "of the statistics, whose full scale it gives"},
+         {"regionNoise", Number(&Sensor::regionNoise, 0.0, 1.0), "share of the value", "sigma of a region's noise"},
+         {"shotNoise", Number(&Sensor::shotNoise, 0.0, 1.0), "share of full scale",
+          "sigma of a full-scale region's shot noise at unity gain"},
+         {"readNoise", Number(&Sensor::readNoise, 0.0, 1.0), "share of full scale", "sigma of the read noise"},
+         {"sensitivity", Number(&Sensor::sensitivity, 1e-3, 1e3), "linear", "signal against a sensor of unity"}});
+    return table;
+}
+
+}  // namespace
+
+SceneValue<Scene> SensorValue()
+{
+    return Then(Map(&Scene::sensor, SensorTable()),
+                [](const SceneText& rText, const tuningfile::YamlEntry& rEntry, Scene& rScene)
+                {
+                    const Sensor& rSensor = rScene.sensor;
+                    if (rSensor.minGain > rSensor.maxGain || rSensor.minTime > rSensor.maxTime)
+                    {
+                        rText.Input().Fail(rEntry.value, "a sensor's minimum lies above its maximum");
+                    }
+                });
+}
+
+}  // namespace kirosim
