@@ -2,16 +2,16 @@
 ///
 /// The first byte of an input says how the file is used, the rest is the file.
 #include <algorithm>
-#include <cstdlib>
+#include <memory>
 #include <random>
-#include <string>
 #include <vector>
 
-#include "fuzz/memoryfile.h"
-#include "fuzz/parameterfiledamage.h"
-#include "parameters/parameterparserinfo.h"
+#include "parameters/modeentry.h"
 #include "parameters/parametersetmanager.h"
 #include "schema/modules.h"
+#include "tools/hostilefiles/loadablefile.h"
+#include "tools/hostilefiles/numberdamage.h"
+#include "tools/hostilefiles/storeuser.h"
 
 extern "C" size_t LLVMFuzzerMutate(BYTE* pData, size_t size, size_t maxSize);
 
@@ -29,143 +29,60 @@ enum Use : BYTE
     CutAfterLoad   = 64   ///< the file loses its second half while it is in use
 };
 
-constexpr UINT32 MaxModes = 12;   ///< that are visited of one table, to bound the time of an input
-constexpr UINT32 MaxDepth = 8;    ///< selectors of a branch
-constexpr UINT32 MaxTexts = 100;  ///< records that are read as text
+constexpr UINT32 TableMax  = 3;    ///< that are visited
+constexpr UINT32 ModeMax   = 12;   ///< of one table, to bound the time of an input
+constexpr UINT32 DepthMax  = 8;    ///< selectors of a branch
+constexpr UINT32 RecordMax = 100;  ///< that are read as text in one visit
 
 using Branch = std::vector<TuningMode>;
 
-/// Asks a loaded store for everything.
-class Visit
+TuningMode Selector(ModeType mode, UINT16 subMode)
 {
-public:
-    explicit Visit(ParameterSetManager& rManager) : m_rManager(rManager)
-    {
-    }
+    TuningMode selector{};
+    selector.mode          = mode;
+    selector.subMode.value = subMode;
+    return selector;
+}
 
-    VOID All()
-    {
-        PList<const CHAR*> names;
-        m_rManager.GetModeTableNames(names);
-        const UINT32 tables = std::min(m_rManager.GetModeTableCount(), 3U);
-        for (UINT32 table = 0; table < tables; ++table)
-        {
-            const BYTE tableIndex = static_cast<BYTE>(table);
-            Fetch(tableIndex, {Selector(0, 0)});
-            Fetch(tableIndex, {Selector(0, 0), Selector(1, 0), Selector(2, 2), Selector(3, 2), Selector(4, 1),
-                               Selector(5, 0), Selector(6, 0)});
-            for (UINT32 index = 0; index < MaxModes; ++index)
-            {
-                ModeEntryInfo* const pInfo = m_rManager.GetModeEntry((table << 24) | index);
-                if (pInfo != nullptr && pInfo->Entry != nullptr)
-                {
-                    VisitMode(tableIndex, *pInfo->Entry);
-                }
-            }
-            CHAR text[512];
-            m_rManager.GetActiveModes(tableIndex, text, sizeof(text));
-        }
-    }
-
-private:
-    static TuningMode Selector(UINT32 mode, UINT16 subMode)
-    {
-        TuningMode selector{};
-        selector.mode          = static_cast<ModeType>(mode);
-        selector.subMode.value = subMode;
-        return selector;
-    }
-
-    VOID VisitMode(BYTE table, const ModeEntry& rMode)
-    {
-        CHAR path[ModeEntry::MaxPathText];
-        rMode.GetModePath(path, sizeof(path));
-        CHAR children[64];
-        m_rManager.GetChildModes(table, path, children, sizeof(children));
-
-        Branch branch;
-        for (const ModeEntry* pMode = &rMode; pMode != nullptr && branch.size() < MaxDepth; pMode = pMode->Parent)
-        {
-            branch.insert(branch.begin(), Selector(pMode->Mode.Mode, pMode->Mode.SubMode));
-        }
-        const UINT32 count = static_cast<UINT32>(branch.size());
-        m_rManager.LoadMode(table, branch.data(), count, "fuzz");
-        ReadTexts(table, branch);
-        if (rMode.Id % 3 == 0)
-        {
-            m_rManager.UnloadMode(table, branch.data(), count);
-            ReadTexts(table, branch);
-        }
-    }
-
-    /// Fetches all modules as frames do, each on its own, and gives them back.
-    VOID Fetch(BYTE table, const Branch& rBranch)
-    {
-        const UINT32                  count = static_cast<UINT32>(rBranch.size());
-        std::vector<ParameterModule*> held;
-        for (const tuning::ModuleDescription& rModule : tuning::TuningModules)
-        {
-            held.push_back(
-                m_rManager.GetModuleInternal(table, rModule.pName, rModule.nameHash, rBranch.data(), count, nullptr));
-        }
-        for (ParameterModule* pModule : held)
-        {
-            if (pModule != nullptr)
-            {
-                m_rManager.ReleaseModule(pModule);
-            }
-        }
-    }
-
-    VOID ReadTexts(BYTE table, const Branch& rBranch)
-    {
-        PList<ParameterModule*> modules;
-        m_rManager.GetModules(table, modules, rBranch.data(), static_cast<UINT32>(rBranch.size()), true, true, nullptr);
-        for (UINT32 index = 0; index < modules.Count(); ++index)
-        {
-            // The text operations fetch it by its name.
-            ReadText(table, rBranch, modules[index]->GetModuleName(), 0);
-        }
-        m_rManager.ReleaseModules(modules);
-    }
-
-    VOID ReadText(BYTE table, const Branch& rBranch, const std::string& rText, UINT32 depth)
-    {
-        if (++m_texts > MaxTexts || depth > MaxDepth)
-        {
-            return;
-        }
-        const UINT32               count = static_cast<UINT32>(rBranch.size());
-        CHAR                       values[2048];
-        PList<ParameterParserInfo> members;
-        m_rManager.GetValue(table, rBranch.data(), count, rText.c_str(), nullptr, values, sizeof(values));
-        m_rManager.GetInfo(table, rBranch.data(), count, rText.c_str(), members);
-        for (UINT32 index = 0; index < members.Count(); ++index)
-        {
-            const ParameterParserInfo& rMember = members.ToArray()[index];
-            const std::string          path    = rText + "." + rMember.Name;
-            if (std::string(rMember.Type) == ParameterParserInfo::TypeStructure)
-            {
-                // The last item of an array is the one that may stand beyond its block.
-                const UINT32 last = (rMember.Count > 0) ? rMember.Count - 1 : 0;
-                ReadText(table, rBranch, rMember.IsArray ? path + "[" + std::to_string(last) + "]" : path, depth + 1);
-            }
-            else if (rMember.Count > 0)
-            {
-                const std::string item = std::string(rMember.Name) + "[" + std::to_string(rMember.Count - 1) + "]";
-                m_rManager.SetValue(table, rBranch.data(), count, rText.c_str(), item.c_str(), "1.5");
-            }
-        }
-    }
-
-    ParameterSetManager& m_rManager;
-    UINT32               m_texts = 0;
-};
-
-bool Load(ParameterSetManager& rManager, BYTE use, const fuzz::MemoryFile* pFile, const BYTE* pData, size_t size)
+/// By its parents, which a file may have made a circle.
+Branch BranchOf(const ModeEntry& rMode)
 {
-    return ((use & FileMode) != 0) ? rManager.LoadBinaryParameters(pFile->Path())
-                                   : rManager.LoadBinaryParameters(pData, size);
+    Branch branch;
+    for (const ModeEntry* pMode = &rMode; pMode != nullptr && branch.size() < DepthMax; pMode = pMode->Parent)
+    {
+        branch.insert(branch.begin(), Selector(static_cast<ModeType>(pMode->Mode.Mode), pMode->Mode.SubMode));
+    }
+    return branch;
+}
+
+/// Asks a loaded store for everything: modes that it may not have, and those of each row, whether the tree leads there
+/// or not.
+VOID Visit(ParameterSetManager& rManager, std::mt19937_64& rRandom)
+{
+    hostilefiles::StoreUser user(rManager, {.loadsModes = true, .recordMax = RecordMax}, rRandom);
+    PList<const CHAR*>      names;
+    rManager.GetModeTableNames(names);
+    const UINT32 tables = std::min(rManager.GetModeTableCount(), TableMax);
+    for (UINT32 table = 0; table < tables; ++table)
+    {
+        const BYTE tableIndex = static_cast<BYTE>(table);
+        user.UseBranch(tableIndex,
+                       {Selector(ModeType::Default, 0), Selector(ModeType::Sensor, 0), Selector(ModeType::Usecase, 2),
+                        Selector(ModeType::Feature1, 2), Selector(ModeType::Feature2, 1), Selector(ModeType::Scene, 0),
+                        Selector(ModeType::Effect, 0)});
+        for (UINT32 index = 0; index < ModeMax; ++index)
+        {
+            ModeEntryInfo* const pInfo = rManager.GetModeEntry((table << 24) | index);
+            if (pInfo != nullptr && pInfo->Entry != nullptr)
+            {
+                CHAR path[ModeEntry::MaxPathText];
+                CHAR children[64];
+                pInfo->Entry->GetModePath(path, sizeof(path));
+                rManager.GetChildModes(tableIndex, path, children, sizeof(children));
+                user.UseBranch(tableIndex, BranchOf(*pInfo->Entry));
+            }
+        }
+    }
 }
 
 }  // namespace
@@ -180,36 +97,36 @@ extern "C" int LLVMFuzzerTestOneInput(const BYTE* pData, size_t size)
     const BYTE* pContent = pData + 1;
     --size;
 
-    std::unique_ptr<fuzz::MemoryFile> pFile;
-    if ((use & FileMode) != 0)
+    const hostilefiles::LoadableFile file({pContent, size}, (use & FileMode) != 0);
+    if (file.IsFileMode())
     {
-        pFile = std::make_unique<fuzz::MemoryFile>(pContent, size);
-        (VOID) ParameterSetManager::ModeTableEntryExists(pFile->Path(), "main");
+        (VOID) ParameterSetManager::ModeTableEntryExists(file.Path(), "main");
     }
     ParameterSetManager::Options options;
     options.activeModeCacheSize = ((use & SmallCache) != 0) ? 5 : 17;
     options.logDebug            = (use & LogAll) != 0;
     ParameterSetManager manager("fuzz", tuning::TuningModules, options);
-    if (!Load(manager, use, pFile.get(), pContent, size))
+    if (!file.LoadInto(manager))
     {
         (VOID) manager.GetErrorText();
         return 0;
     }
-    if ((use & CutAfterLoad) != 0 && pFile != nullptr)
+    if ((use & CutAfterLoad) != 0)
     {
-        pFile->Cut(size / 2);
+        file.Cut(size / 2);
     }
-    Visit(manager).All();
+    std::mt19937_64 random(size);
+    Visit(manager, random);
     if ((use & Reload) != 0 && manager.ReloadBinaryParameters((use & ReloadAsBuffer) != 0))
     {
-        Visit(manager).All();
+        Visit(manager, random);
     }
     if ((use & Update) != 0)
     {
         auto pOther = std::make_unique<ParameterSetManager>("other", tuning::TuningModules, options);
-        if (Load(*pOther, use, pFile.get(), pContent, size) && manager.UpdateParameters(std::move(pOther)))
+        if (file.LoadInto(*pOther) && manager.UpdateParameters(std::move(pOther)))
         {
-            Visit(manager).All();
+            Visit(manager, random);
         }
     }
     return 0;
@@ -227,12 +144,12 @@ extern "C" size_t LLVMFuzzerCustomMutator(BYTE* pData, size_t size, size_t maxSi
     {
         for (size_t count = random() % 3 + 1; count > 0; --count)
         {
-            fuzz::DamageNumber(pData + 1, size - 1, static_cast<UINT32>(random()));
+            hostilefiles::DamageNumber({pData + 1, size - 1}, static_cast<UINT32>(random()));
         }
     }
     if (size > 1 && random() % 16 != 0)
     {
-        fuzz::SealFile(pData + 1, size - 1);
+        hostilefiles::SealFile({pData + 1, size - 1});
     }
     return size;
 }

@@ -4,10 +4,10 @@
 #include <random>
 #include <stdexcept>
 
-#include "fuzz/memoryfile.h"
 #include "host/discardlog.h"
-#include "tools/kirodamage/recordingdamage.h"
+#include "tools/hostilefiles/recordingdamage.h"
 #include "tools/kirosim/loadedtuning.h"
+#include "tools/program/privatefile.h"
 #include "tools/recording/replayer.h"
 
 extern "C" size_t LLVMFuzzerMutate(BYTE* pData, size_t size, size_t maxSize);
@@ -37,9 +37,9 @@ extern "C" int LLVMFuzzerTestOneInput(const BYTE* pData, size_t size)
     std::vector<BYTE> file(pData + 1, pData + size);
     if ((pData[0] & AsItIs) == 0)
     {
-        kirodamage::SealRecording(file.data(), file.size());
+        hostilefiles::SealRecording(file.data(), file.size());
     }
-    const fuzz::MemoryFile memory(file.data(), file.size());
+    const program::PrivateFile memory(file);
 
     recording::ReplayPlan plan;
     plan.tuning        = [&rTuning](const recording::TuningReference&) -> VOID* { return &rTuning.Manager(); };
@@ -64,5 +64,5 @@ extern "C" size_t LLVMFuzzerCustomMutator(BYTE* pData, size_t size, size_t maxSi
         return LLVMFuzzerMutate(pData, size, maxSize);
     }
     return 1 +
-           kirodamage::DamageChunk(pData + 1, size - 1, maxSize - 1, static_cast<UINT32>(random()), LLVMFuzzerMutate);
+           hostilefiles::DamageChunk(pData + 1, size - 1, maxSize - 1, static_cast<UINT32>(random()), LLVMFuzzerMutate);
 }

@@ -8,8 +8,8 @@
 #include "platform/tavodesk.h"
 #include "tests/support/allforms.h"
 #include "tests/support/refusal.h"
+#include "tools/hostilefiles/damage.h"
 #include "tools/kirodamage/campaign.h"
-#include "tools/kirodamage/damage.h"
 #include "tools/tuningfile/binaryinput.h"
 #include "tools/tuningfile/binaryoutput.h"
 #include "tools/tuningfile/storelog.h"
@@ -19,10 +19,10 @@
 namespace
 {
 
+using hostilefiles::DamageKind;
+using hostilefiles::DamageKinds;
+using hostilefiles::Specimen;
 using kirodamage::CampaignResult;
-using kirodamage::DamageKind;
-using kirodamage::DamageKinds;
-using kirodamage::Specimen;
 using kirodamage::TrialResult;
 
 Specimen MakeSpecimen()

@@ -61,7 +61,7 @@ public:
                                      tuningfile::WriteBinary(tuning, BinaryFileFormat::StructSymbolsVersion));
         }
         // Whatever is set up once is set up before anything is counted.
-        (VOID) kirodamage::TryFile({kirodamage::DamageKind::Bits, "", true, m_specimens.front().bytes, 0});
+        (VOID) kirodamage::TryFile({hostilefiles::DamageKind::Bits, "", true, m_specimens.front().bytes, 0});
     }
 
     UINT64 Count() const override
@@ -71,12 +71,12 @@ public:
 
     size_t KindCount() const override
     {
-        return kirodamage::DamageKinds;
+        return hostilefiles::DamageKinds;
     }
 
     const CHAR* NameOfKind(size_t kind) const override
     {
-        return NameOf(static_cast<kirodamage::DamageKind>(kind));
+        return NameOf(static_cast<hostilefiles::DamageKind>(kind));
     }
 
     kirodamage::TrialResult Try(UINT64 number) const override
@@ -94,8 +94,8 @@ public:
 private:
     static constexpr UINT64 DefaultFiles = 200000;
 
-    const Options&                    m_rOptions;
-    std::vector<kirodamage::Specimen> m_specimens;
+    const Options&                      m_rOptions;
+    std::vector<hostilefiles::Specimen> m_specimens;
 };
 
 class Mutants : public Campaign

@@ -8,7 +8,7 @@
 
 #include "host/discardlog.h"
 #include "tools/debugdata/debugfile.h"
-#include "tools/kirodamage/recordingdamage.h"
+#include "tools/hostilefiles/recordingdamage.h"
 #include "tools/kirodamage/textdamage.h"
 #include "tools/kirosim/scene.h"
 #include "tools/kirosim/simulation.h"
@@ -103,10 +103,10 @@ std::vector<BYTE> DamageRecording(std::vector<BYTE> bytes, std::mt19937_64& rRan
         return bytes;
     }
     bytes.resize(size + GrownBytes);
-    bytes.resize(DamageChunk(bytes.data(), size, bytes.size(), static_cast<UINT32>(rRandom()),
-                             [&rRandom](BYTE* pBytes, size_t count, size_t)
-                             { return ChangeFields(pBytes, count, rRandom); }));
-    SealRecording(bytes.data(), bytes.size());
+    bytes.resize(hostilefiles::DamageChunk(bytes.data(), size, bytes.size(), static_cast<UINT32>(rRandom()),
+                                           [&rRandom](BYTE* pBytes, size_t count, size_t)
+                                           { return ChangeFields(pBytes, count, rRandom); }));
+    hostilefiles::SealRecording(bytes.data(), bytes.size());
     return bytes;
 }
 

@@ -2,7 +2,7 @@
 /// The checksum at the end of a parameter file.
 #pragma once
 
-#include <vector>
+#include <span>
 
 #include "parameters/binaryfileformat.h"
 
@@ -13,6 +13,6 @@ namespace tuningfile
 size_t ChecksumSize(const VersionUnion& rVersion);
 
 /// Makes the last bytes of a file the checksum of those in front of them. A file too short for one stays as it is.
-VOID Seal(std::vector<BYTE>& rBytes, const VersionUnion& rVersion);
+VOID Seal(std::span<BYTE> bytes, const VersionUnion& rVersion);
 
 }  // namespace tuningfile

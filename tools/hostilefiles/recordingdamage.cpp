@@ -1,4 +1,4 @@
-#include "tools/kirodamage/recordingdamage.h"
+#include "tools/hostilefiles/recordingdamage.h"
 
 #include <algorithm>
 #include <cstring>
@@ -9,7 +9,7 @@
 #include "tools/recording/chunks.h"
 #include "tools/recording/layout.h"
 
-namespace kirodamage
+namespace hostilefiles
 {
 
 namespace
@@ -141,4 +141,4 @@ size_t DamageChunk(BYTE* pFile, size_t size, size_t maxSize, UINT32 seed, const 
     return written;
 }
 
-}  // namespace kirodamage
+}  // namespace hostilefiles

@@ -7,7 +7,7 @@
 
 #include "parameters/binaryfileformat.h"
 
-namespace kirodamage
+namespace hostilefiles
 {
 
 /// A place in a record where an array stands: how many items, and which row of the data table has them.
@@ -50,4 +50,4 @@ private:
     std::vector<ArrayPlace> m_arrays;
 };
 
-}  // namespace kirodamage
+}  // namespace hostilefiles

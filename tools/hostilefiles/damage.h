@@ -5,9 +5,9 @@
 #include <random>
 #include <vector>
 
-#include "tools/kirodamage/specimen.h"
+#include "tools/hostilefiles/specimen.h"
 
-namespace kirodamage
+namespace hostilefiles
 {
 
 enum class DamageKind : UINT32
@@ -31,4 +31,4 @@ const CHAR* NameOf(DamageKind kind);
 /// @return the damaged bytes, with a checksum that is right for them; the same for the same state of rRandom
 std::vector<BYTE> Damage(const Specimen& rSpecimen, DamageKind kind, std::mt19937_64& rRandom);
 
-}  // namespace kirodamage
+}  // namespace hostilefiles

@@ -6,7 +6,7 @@
 
 #include "platform/tavotypes.h"
 
-namespace kirodamage
+namespace hostilefiles
 {
 
 /// Makes header, record layout and checksums fit what stands there, as far as chunks can be told apart.
@@ -19,4 +19,4 @@ using BytesMutator = std::function<size_t(BYTE* pBytes, size_t size, size_t maxS
 /// @return the new size, at most maxSize
 size_t DamageChunk(BYTE* pFile, size_t size, size_t maxSize, UINT32 seed, const BytesMutator& rMutate);
 
-}  // namespace kirodamage
+}  // namespace hostilefiles

@@ -1,4 +1,4 @@
-#include "tools/kirodamage/damage.h"
+#include "tools/hostilefiles/damage.h"
 
 #include <algorithm>
 #include <array>
@@ -6,7 +6,7 @@
 #include "tools/tuningfile/bytes.h"
 #include "tools/tuningfile/checksum.h"
 
-namespace kirodamage
+namespace hostilefiles
 {
 
 namespace
@@ -340,4 +340,4 @@ std::vector<BYTE> Damage(const Specimen& rSpecimen, DamageKind kind, std::mt1993
     return damager.Finish();
 }
 
-}  // namespace kirodamage
+}  // namespace hostilefiles

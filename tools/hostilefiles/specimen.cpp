@@ -1,11 +1,11 @@
-#include "tools/kirodamage/specimen.h"
+#include "tools/hostilefiles/specimen.h"
 
 #include <stdexcept>
 
 #include "tools/tuningfile/bytes.h"
 #include "tools/tuningfile/checksum.h"
 
-namespace kirodamage
+namespace hostilefiles
 {
 
 Specimen::Specimen(std::string fileName, std::vector<BYTE> fileBytes)
@@ -67,4 +67,4 @@ VOID Specimen::FindArrays()
     }
 }
 
-}  // namespace kirodamage
+}  // namespace hostilefiles
