@@ -3,11 +3,12 @@
 #include <benchmark/benchmark.h>
 #include <fmt/format.h>
 
-#include "bench/allocationcounter.h"
 #include "bench/bars.h"
 #include "bench/framerig.h"
 #include "bench/heavyfloor.h"
 #include "bench/stagetimes.h"
+#include "platform/tavodesk.h"
+#include "tools/heapwatch/heapwatch.h"
 
 namespace
 {
@@ -50,16 +51,16 @@ VOID RunFloor(benchmark::State& rState)
 template <typename Frame>
 VOID MeasureAllocationsOf(const CHAR* pName, Frame& rFrame, bool isPrinted, std::vector<BenchResult>& rResults)
 {
-    constexpr UINT64   frames  = 1000;
-    constexpr UINT64   allowed = frames;  // the history's node
-    const HeapCounters before  = GetHeapCounters();
+    constexpr UINT64 frames          = 1000;
+    constexpr UINT64 allowed         = frames;  // the history's node
+    const UINT64     frameworkBefore = TavoDesk::GetAllocationCounters().allocations;
+    const UINT64     allBefore       = heapwatch::Requests();
     for (UINT64 frame = 0; frame < frames; ++frame)
     {
         rFrame.Run();
     }
-    const HeapCounters after     = GetHeapCounters();
-    const UINT64       framework = after.framework - before.framework;
-    const UINT64       all       = after.all - before.all;
+    const UINT64 framework = TavoDesk::GetAllocationCounters().allocations - frameworkBefore;
+    const UINT64 all       = heapwatch::Requests() - allBefore;
     if (isPrinted)
     {
         const bool isKept = framework == allowed && all == allowed;

@@ -24,6 +24,7 @@
 namespace
 {
 
+std::atomic<UINT64> g_requests{0};
 std::atomic<UINT64> g_largest{0};
 std::atomic<INT64>  g_held{0};
 std::atomic<INT64>  g_most{0};
@@ -41,6 +42,7 @@ VOID Count(INT64 change)
 
 VOID CountRequest(size_t size)
 {
+    g_requests.fetch_add(1, std::memory_order_relaxed);
     if (size > g_largest.load(std::memory_order_relaxed))
     {
         g_largest.store(size, std::memory_order_relaxed);
@@ -236,6 +238,11 @@ VOID Start()
 Report Read()
 {
     return {g_largest, static_cast<UINT64>(g_most - g_heldAtStart), g_held - g_heldAtStart};
+}
+
+UINT64 Requests()
+{
+    return g_requests.load(std::memory_order_relaxed);
 }
 
 bool IsCounting()
