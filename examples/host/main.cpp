@@ -155,39 +155,25 @@ static VOID ShowSnapshotGains(IKIROCoreAlgo* pAlgo)
                 static_cast<DOUBLE>(gains.data[0]), static_cast<DOUBLE>(gains.data[1]));
 }
 
-int main(int argc, char** argv)
+// An instance that is told how its camera runs. Null if there is none.
+static IKIROCoreAlgo* Create(StatsTuningData tuning, NoDebugData& rDebugData)
 {
-    if (argc < 2)
-    {
-        std::fprintf(stderr, "usage: minihost TUNING.bin [LIGHT]\n");
-        return 2;
-    }
-    // Luma per millisecond at unity gain.
-    const DOUBLE light = (argc > 2) ? std::atof(argv[2]) : 1.0;
-
-    // The store and the selectors stay the host's, and outlive the instance.
-    TuningSetManager store("minihost");
-    if (!store.LoadBinaryParameters(argv[1]))
-    {
-        std::fprintf(stderr, "minihost: %s: %s\n", argv[1], store.GetErrorText().c_str());
-        return 1;
-    }
-    TuningMode      mode   = {ModeType::Default, {0}};
-    StatsTuningData tuning = {&store, &mode, 1};
-
     // The logger stands first: the core takes the pointer of the first entry.
-    NoDebugData        debugData;
     AECAlgoCreateParam logger = {reinterpret_cast<VOID*>(&Log), sizeof(&Log), AECAlgoCreateParamsLoggerFunctionPtr};
     IKIROCoreAlgo*     pAlgo  = nullptr;
-    if (CreateKiroCoreAlgo(tuning, debugData, {&logger, 1}, pAlgo) != 0)
+    if (CreateKiroCoreAlgo(tuning, rDebugData, {&logger, 1}, pAlgo) != 0)
     {
-        std::fprintf(stderr, "minihost: no instance\n");
-        return 1;
+        return nullptr;
     }
     Set(pAlgo, AECAlgoSetParamPipelineDelay, UINT8{1});  // a decision shows in the statistics of the next frame
     Set(pAlgo, AECAlgoSetParamFPSRange, AECAlgoFPSRange{30.0f, 30.0f});
     Set(pAlgo, AECAlgoSetParamOperationMode, AECAlgoOperationModeStreaming);
+    return pAlgo;
+}
 
+// Sixty frames of a grey card. light: luma per millisecond at unity gain.
+static VOID RunFrames(IKIROCoreAlgo* pAlgo, DOUBLE light)
+{
     // The exposure that the sensor starts with.
     GreyCard card;
     Frame    frame;
@@ -214,6 +200,32 @@ int main(int argc, char** argv)
         std::printf("%3llu luma %5.1f -> gain %6.3f time %8llu ns%s\n", frameID, static_cast<DOUBLE>(card.m_luma[0]),
                     static_cast<DOUBLE>(rSafe.gain), rSafe.time, frame.m_convergence.bSettle == TRUE ? " settled" : "");
     }
+}
+
+int main(int argc, char** argv)
+{
+    if (argc < 2)
+    {
+        std::fprintf(stderr, "usage: minihost TUNING.bin [LIGHT]\n");
+        return 2;
+    }
+
+    // The store and the selectors stay the host's, and outlive the instance.
+    TuningSetManager store("minihost");
+    if (!store.LoadBinaryParameters(argv[1]))
+    {
+        std::fprintf(stderr, "minihost: %s: %s\n", argv[1], store.GetErrorText().c_str());
+        return 1;
+    }
+    TuningMode     mode = {ModeType::Default, {0}};
+    NoDebugData    debugData;
+    IKIROCoreAlgo* pAlgo = Create({&store, &mode, 1}, debugData);
+    if (pAlgo == nullptr)
+    {
+        std::fprintf(stderr, "minihost: no instance\n");
+        return 1;
+    }
+    RunFrames(pAlgo, (argc > 2) ? std::atof(argv[2]) : 1.0);
     ShowSnapshotGains(pAlgo);
     pAlgo->DestroyInstance(pAlgo);
     return 0;

@@ -31,6 +31,28 @@ DOUBLE RegionEV(const Pattern& rPattern, UINT32 column, UINT32 row)
     }
 }
 
+/// What the samples of a region come to.
+struct RegionLight
+{
+    FLOAT  sum;        ///< full scale of a sample is 1
+    UINT32 saturated;  ///< samples that are clipped
+};
+
+/// Exposes the samples of a region, and counts them in the histogram of their exposure.
+RegionLight ExposeSamples(const FLOAT* pSamples, FLOAT signal, FLOAT noise, INT* pHistogram)
+{
+    RegionLight light{0.0f, 0};
+    for (UINT32 sample = 0; sample < SamplesPerRegion; ++sample)
+    {
+        const FLOAT value = std::min(pSamples[sample] * signal * noise, 1.0f);
+        light.saturated += (value >= 1.0f) ? 1 : 0;
+        light.sum += value;
+        const UINT32 bin = std::min(static_cast<UINT32>(value * static_cast<FLOAT>(HistogramBins)), HistogramBins - 1);
+        ++pHistogram[bin];
+    }
+    return light;
+}
+
 }  // namespace
 
 SensorModel::SensorModel(const Scene& rScene)
@@ -216,20 +238,10 @@ DOUBLE SensorModel::ExposeRegions(DOUBLE time, const AppliedExposure& rExposure,
         const DOUBLE lamp   = (m_pFlash != nullptr) ? m_pFlash->LuxAt(region) * meanPerLux : 0.0;
         const FLOAT  signal = static_cast<FLOAT>(mean * rowFactors[region / GridWidth] + lamp) *
                              (m_objectMask[region] ? m_objectGain : 1.0f);
-        const FLOAT  noise     = std::max(1.0f + static_cast<FLOAT>(rSensor.regionNoise * m_noise.NextNoise()), 0.0f);
-        const FLOAT* pSamples  = &m_radiance[static_cast<size_t>(region) * SamplesPerRegion];
-        FLOAT        sum       = 0.0f;
-        UINT32       saturated = 0;
-        for (UINT32 sample = 0; sample < SamplesPerRegion; ++sample)
-        {
-            const FLOAT value = std::min(pSamples[sample] * signal * noise, 1.0f);
-            saturated += (value >= 1.0f) ? 1 : 0;
-            sum += value;
-            const UINT32 bin =
-                std::min(static_cast<UINT32>(value * static_cast<FLOAT>(HistogramBins)), HistogramBins - 1);
-            ++rStats.histogram[bin];
-        }
-        const DOUBLE level = static_cast<DOUBLE>(sum) / SamplesPerRegion;
+        const FLOAT noise = std::max(1.0f + static_cast<FLOAT>(rSensor.regionNoise * m_noise.NextNoise()), 0.0f);
+        const auto [sum, saturated] = ExposeSamples(&m_radiance[static_cast<size_t>(region) * SamplesPerRegion], signal,
+                                                    noise, rStats.histogram.data());
+        const DOUBLE level          = static_cast<DOUBLE>(sum) / SamplesPerRegion;
         pictureSum += level;
         clippedCount += saturated;
         const DOUBLE shot         = rSensor.shotNoise * std::sqrt(level * rExposure.gain) * m_noise.NextNoise();

@@ -100,6 +100,11 @@ VOID PrintTable(const Row& rHeader, const std::vector<Row>& rRows)
     }
 }
 
+VOID PrintJson(const tuningfile::TextNode& rNode)
+{
+    fmt::print("{}", tuningfile::ToJson(rNode));
+}
+
 std::string Clean(std::string_view text)
 {
     std::string clean;

@@ -18,6 +18,8 @@ using Row = std::vector<std::string>;
 /// @param rHeader printed above them; empty for none
 VOID PrintTable(const Row& rHeader, const std::vector<Row>& rRows);
 
+VOID PrintJson(const tuningfile::TextNode& rNode);
+
 /// @return the text with U+FFFD in place of what a terminal or a reader of JSON cannot take: control characters, and
 ///         bytes that are not UTF-8
 std::string Clean(std::string_view text);

@@ -260,6 +260,34 @@ std::vector<BYTE> WriteHeader(const Tuning& rTuning, const VersionUnion& rVersio
     return std::move(writer.bytes);
 }
 
+struct Section
+{
+    Format::SectionType type;
+    std::vector<BYTE>   bytes;
+};
+
+/// The sections of a file, in the order in which they stand there.
+std::vector<Section> MakeSections(const Tuning& rTuning, const VersionUnion& rVersion)
+{
+    std::vector<Section> sections;
+    for (size_t table = 0; table < rTuning.tables.size(); ++table)
+    {
+        sections.push_back({Format::ModeTableSection, WriteModes(rTuning.tables[table], table, rVersion)});
+    }
+    RecordSections records(rTuning, rVersion);
+    sections.push_back({Format::SymbolTableSection, std::move(records.symbols)});
+    if (!records.dataTable.empty())
+    {
+        sections.push_back({Format::DataTableSection, std::move(records.dataTable)});
+    }
+    if (!records.definitions.empty())
+    {
+        sections.push_back({Format::DefinitionTableSection, std::move(records.definitions)});
+    }
+    sections.push_back({Format::DataSection, std::move(records.data)});
+    return sections;
+}
+
 }  // namespace
 
 std::optional<VersionUnion> ParseVersion(std::string_view text)
@@ -291,34 +319,12 @@ std::optional<VersionUnion> ParseVersion(std::string_view text)
 std::vector<BYTE> WriteBinary(const Tuning& rTuning, const VersionUnion& rVersion)
 {
     CheckLimits(rTuning, rVersion);
+    const std::vector<Section> sections     = MakeSections(rTuning, rVersion);
+    const UINT32               sectionCount = static_cast<UINT32>(sections.size());
+    const UINT32               packing      = Format::GetAlignment(rVersion);
+    const size_t               headerSize   = WriteHeader(rTuning, rVersion, sectionCount, 0).size();
 
-    struct Section
-    {
-        Format::SectionType type;
-        std::vector<BYTE>   bytes;
-    };
-    std::vector<Section> sections;
-    for (size_t table = 0; table < rTuning.tables.size(); ++table)
-    {
-        sections.push_back({Format::ModeTableSection, WriteModes(rTuning.tables[table], table, rVersion)});
-    }
-    RecordSections records(rTuning, rVersion);
-    sections.push_back({Format::SymbolTableSection, std::move(records.symbols)});
-    if (!records.dataTable.empty())
-    {
-        sections.push_back({Format::DataTableSection, std::move(records.dataTable)});
-    }
-    if (!records.definitions.empty())
-    {
-        sections.push_back({Format::DefinitionTableSection, std::move(records.definitions)});
-    }
-    sections.push_back({Format::DataSection, std::move(records.data)});
-
-    const UINT32 sectionCount = static_cast<UINT32>(sections.size());
-    const UINT32 packing      = Format::GetAlignment(rVersion);
-    const size_t headerSize   = WriteHeader(rTuning, rVersion, sectionCount, 0).size();
-    const size_t checksumSize = ChecksumSize(rVersion);
-    size_t       offset = headerSize + sections.size() * SectionRowWidth * std::max<size_t>(sizeof(UINT32), packing);
+    size_t offset = headerSize + sections.size() * SectionRowWidth * std::max<size_t>(sizeof(UINT32), packing);
     if (offset > MinFileSize)
     {
         throw InputError(fmt::format("{}: {} mode tables, expected fewer in this file version", rTuning.source,
@@ -332,7 +338,7 @@ std::vector<BYTE> WriteBinary(const Tuning& rTuning, const VersionUnion& rVersio
         rows.Add(static_cast<UINT32>(rSection.bytes.size()));
         offset += rSection.bytes.size();
     }
-    const size_t fileSize = std::max(offset + checksumSize, MinFileSize);
+    const size_t fileSize = std::max(offset + ChecksumSize(rVersion), MinFileSize);
     if (fileSize > MaxFileSize)
     {
         throw InputError(fmt::format("{}: the file would have {} bytes, expected at most {}", rTuning.source, fileSize,
