@@ -36,45 +36,13 @@ TUNING_RECORD(ConvBaseCoreDataType)
 TUNING_RECORD_END
 
 /// Zone of the third trigger.
-struct ConvBaseLevel3DataType
-{
-    StartEndType         trigger;
-    ConvBaseCoreDataType triggerData;
-};
-TUNING_RECORD(ConvBaseLevel3DataType)
-    MEMBER(trigger)
-    MEMBER(triggerData)
-TUNING_RECORD_END
-static_assert(sizeof(ConvBaseLevel3DataType) == sizeof(StartEndType) + sizeof(ConvBaseCoreDataType),
-              "a leaf is read as a range followed at once by the core record");
+LEAF_ZONE(ConvBaseLevel3DataType, ConvBaseCoreDataType, triggerData)
 
 /// Zone of the second trigger.
-struct ConvBaseLevel2DataType
-{
-    StartEndType            trigger;
-    UINT32                  trigger3DataCount;  ///< at least 1
-    UINT32                  trigger3DataID;
-    ConvBaseLevel3DataType* trigger3Data;       ///< in ascending trigger
-};
-TUNING_RECORD(ConvBaseLevel2DataType)
-    MEMBER(trigger)
-    VARIABLE(trigger3Data)
-TUNING_RECORD_END
-static_assert(sizeof(ConvBaseLevel2DataType) == 24, "inner zones are read with this stride");
+INNER_ZONE(ConvBaseLevel2DataType, ConvBaseLevel3DataType, trigger3Data)
 
 /// Zone of the first trigger.
-struct ConvBaseLevel1DataType
-{
-    StartEndType            trigger;
-    UINT32                  trigger2DataCount;  ///< at least 1
-    UINT32                  trigger2DataID;
-    ConvBaseLevel2DataType* trigger2Data;       ///< in ascending trigger
-};
-TUNING_RECORD(ConvBaseLevel1DataType)
-    MEMBER(trigger)
-    VARIABLE(trigger2Data)
-TUNING_RECORD_END
-static_assert(sizeof(ConvBaseLevel1DataType) == 24, "inner zones are read with this stride");
+INNER_ZONE(ConvBaseLevel1DataType, ConvBaseLevel2DataType, trigger2Data)
 
 /// How the Safe exposure moves to its target.
 struct DBConvBaseCoreData

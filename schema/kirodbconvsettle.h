@@ -30,31 +30,10 @@ TUNING_RECORD(BaseSettleType)
 TUNING_RECORD_END
 
 /// Zone of the second trigger.
-struct SettleTwoLevelTriggerSystemLevel2Type
-{
-    StartEndType   trigger;
-    BaseSettleType triggerData;
-};
-TUNING_RECORD(SettleTwoLevelTriggerSystemLevel2Type)
-    MEMBER(trigger)
-    MEMBER(triggerData)
-TUNING_RECORD_END
-static_assert(sizeof(SettleTwoLevelTriggerSystemLevel2Type) == sizeof(StartEndType) + sizeof(BaseSettleType),
-              "a leaf is read as a range followed at once by the core record");
+LEAF_ZONE(SettleTwoLevelTriggerSystemLevel2Type, BaseSettleType, triggerData)
 
 /// Zone of the first trigger.
-struct SettleTwoLevelTriggerSystemLevel1Type
-{
-    StartEndType                           trigger;
-    UINT32                                 trigger2DataCount;  ///< at least 1
-    UINT32                                 trigger2DataID;
-    SettleTwoLevelTriggerSystemLevel2Type* trigger2Data;       ///< in ascending trigger
-};
-TUNING_RECORD(SettleTwoLevelTriggerSystemLevel1Type)
-    MEMBER(trigger)
-    VARIABLE(trigger2Data)
-TUNING_RECORD_END
-static_assert(sizeof(SettleTwoLevelTriggerSystemLevel1Type) == 24, "inner zones are read with this stride");
+INNER_ZONE(SettleTwoLevelTriggerSystemLevel1Type, SettleTwoLevelTriggerSystemLevel2Type, trigger2Data)
 
 /// The base rule over two triggers.
 struct SettleTwoLevelTriggerSystemType

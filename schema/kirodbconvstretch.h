@@ -55,45 +55,13 @@ TUNING_RECORD(ConvStretchCoreDataType)
 TUNING_RECORD_END
 
 /// Zone of the third trigger.
-struct ConvStretchLevel3DataType
-{
-    StartEndType            trigger;
-    ConvStretchCoreDataType triggerData;
-};
-TUNING_RECORD(ConvStretchLevel3DataType)
-    MEMBER(trigger)
-    MEMBER(triggerData)
-TUNING_RECORD_END
-static_assert(sizeof(ConvStretchLevel3DataType) == sizeof(StartEndType) + sizeof(ConvStretchCoreDataType),
-              "a leaf is read as a range followed at once by the core record");
+LEAF_ZONE(ConvStretchLevel3DataType, ConvStretchCoreDataType, triggerData)
 
 /// Zone of the second trigger.
-struct ConvStretchLevel2DataType
-{
-    StartEndType               trigger;
-    UINT32                     trigger3DataCount;  ///< at least 1
-    UINT32                     trigger3DataID;
-    ConvStretchLevel3DataType* trigger3Data;       ///< in ascending trigger
-};
-TUNING_RECORD(ConvStretchLevel2DataType)
-    MEMBER(trigger)
-    VARIABLE(trigger3Data)
-TUNING_RECORD_END
-static_assert(sizeof(ConvStretchLevel2DataType) == 24, "inner zones are read with this stride");
+INNER_ZONE(ConvStretchLevel2DataType, ConvStretchLevel3DataType, trigger3Data)
 
 /// Zone of the first trigger.
-struct ConvStretchLevel1DataType
-{
-    StartEndType               trigger;
-    UINT32                     trigger2DataCount;  ///< at least 1
-    UINT32                     trigger2DataID;
-    ConvStretchLevel2DataType* trigger2Data;       ///< in ascending trigger
-};
-TUNING_RECORD(ConvStretchLevel1DataType)
-    MEMBER(trigger)
-    VARIABLE(trigger2Data)
-TUNING_RECORD_END
-static_assert(sizeof(ConvStretchLevel1DataType) == 24, "inner zones are read with this stride");
+INNER_ZONE(ConvStretchLevel1DataType, ConvStretchLevel2DataType, trigger2Data)
 
 /// One stretch with its triggers.
 struct ConvTargetStretchType

@@ -123,6 +123,36 @@ constexpr bool IsLeafZone()
            rZone.size == sizeof(StartEndType) + sizeof(CoreRecord);
 }
 
+// A zone of a tree over triggers, the name of a record of its own: its trigger range, and what stands in it.
+
+/// Of the last level. @param Core the record, or the number, that the zone yields
+#define LEAF_ZONE(Name, Core, field)                                                                                   \
+    struct Name                                                                                                        \
+    {                                                                                                                  \
+        kiroglobalelements::StartEndType trigger;                                                                      \
+        Core                             field;                                                                        \
+    };                                                                                                                 \
+    TUNING_RECORD(Name)                                                                                                \
+        MEMBER(trigger)                                                                                                \
+        MEMBER(field)                                                                                                  \
+    TUNING_RECORD_END                                                                                                  \
+    static_assert(kiroglobalelements::IsLeafZone<Name, Core>());
+
+/// Of a level above. @param Zone zones of the next level: at least 1, in ascending trigger
+#define INNER_ZONE(Name, Zone, field)                                                                                  \
+    struct Name                                                                                                        \
+    {                                                                                                                  \
+        kiroglobalelements::StartEndType trigger;                                                                      \
+        UINT32                           field##Count;                                                                 \
+        UINT32                           field##ID;                                                                    \
+        Zone*                            field;                                                                        \
+    };                                                                                                                 \
+    TUNING_RECORD(Name)                                                                                                \
+        MEMBER(trigger)                                                                                                \
+        VARIABLE(field)                                                                                                \
+    TUNING_RECORD_END                                                                                                  \
+    static_assert(kiroglobalelements::IsInnerZone<Name>());
+
 /// Which kind of statistics a channel holds.
 enum KIROStatsType : INT32
 {
@@ -177,42 +207,13 @@ TUNING_RECORD(DataBankType)
 TUNING_RECORD_END
 
 /// Last level of a tree of zones over triggers: one number per zone.
-struct TriggerSystemEndLevelType
-{
-    StartEndType trigger;
-    float        triggerData;
-};
-TUNING_RECORD(TriggerSystemEndLevelType)
-    MEMBER(trigger)
-    MEMBER(triggerData)
-TUNING_RECORD_END
-static_assert(IsLeafZone<TriggerSystemEndLevelType, float>());
+LEAF_ZONE(TriggerSystemEndLevelType, float, triggerData)
 
 /// Last level of a tree whose zones hold a range.
-struct TriggerSystemEndLevelStartEndType
-{
-    StartEndType trigger;
-    StartEndType triggerData;
-};
-TUNING_RECORD(TriggerSystemEndLevelStartEndType)
-    MEMBER(trigger)
-    MEMBER(triggerData)
-TUNING_RECORD_END
-static_assert(IsLeafZone<TriggerSystemEndLevelStartEndType, StartEndType>());
+LEAF_ZONE(TriggerSystemEndLevelStartEndType, StartEndType, triggerData)
 
 /// First level of a two-level tree.
-struct TwoLevelTriggerSystemLevel1Type
-{
-    StartEndType               trigger;
-    UINT32                     trigger2DataCount;
-    UINT32                     trigger2DataID;
-    TriggerSystemEndLevelType* trigger2Data;
-};
-TUNING_RECORD(TwoLevelTriggerSystemLevel1Type)
-    MEMBER(trigger)
-    VARIABLE(trigger2Data)
-TUNING_RECORD_END
-static_assert(IsInnerZone<TwoLevelTriggerSystemLevel1Type>());
+INNER_ZONE(TwoLevelTriggerSystemLevel1Type, TriggerSystemEndLevelType, trigger2Data)
 
 /// A two-level tree and the bank entries that drive it.
 struct TwoLevelDataBankTriggerSystemType
@@ -230,32 +231,10 @@ TUNING_RECORD(TwoLevelDataBankTriggerSystemType)
 TUNING_RECORD_END
 
 /// Second level of a three-level tree.
-struct ThreeLevelTriggerSystemLevel2Type
-{
-    StartEndType               trigger;
-    UINT32                     trigger3DataCount;
-    UINT32                     trigger3DataID;
-    TriggerSystemEndLevelType* trigger3Data;
-};
-TUNING_RECORD(ThreeLevelTriggerSystemLevel2Type)
-    MEMBER(trigger)
-    VARIABLE(trigger3Data)
-TUNING_RECORD_END
-static_assert(IsInnerZone<ThreeLevelTriggerSystemLevel2Type>());
+INNER_ZONE(ThreeLevelTriggerSystemLevel2Type, TriggerSystemEndLevelType, trigger3Data)
 
 /// First level of a three-level tree.
-struct ThreeLevelTriggerSystemLevel1Type
-{
-    StartEndType                       trigger;
-    UINT32                             trigger2DataCount;
-    UINT32                             trigger2DataID;
-    ThreeLevelTriggerSystemLevel2Type* trigger2Data;
-};
-TUNING_RECORD(ThreeLevelTriggerSystemLevel1Type)
-    MEMBER(trigger)
-    VARIABLE(trigger2Data)
-TUNING_RECORD_END
-static_assert(IsInnerZone<ThreeLevelTriggerSystemLevel1Type>());
+INNER_ZONE(ThreeLevelTriggerSystemLevel1Type, ThreeLevelTriggerSystemLevel2Type, trigger2Data)
 
 /// A three-level tree and the bank entries that drive it.
 struct ThreeLevelDataBankTriggerSystemType

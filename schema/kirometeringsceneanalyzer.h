@@ -167,30 +167,10 @@ TUNING_RECORD(TargetValueRangeStartEndType)
 TUNING_RECORD_END
 
 /// Last level of a tree of target ranges.
-struct RangeStartEndLevel2Type
-{
-    StartEndType                 trigger;
-    TargetValueRangeStartEndType triggerData;
-};
-TUNING_RECORD(RangeStartEndLevel2Type)
-    MEMBER(trigger)
-    MEMBER(triggerData)
-TUNING_RECORD_END
-static_assert(kiroglobalelements::IsLeafZone<RangeStartEndLevel2Type, TargetValueRangeStartEndType>());
+LEAF_ZONE(RangeStartEndLevel2Type, TargetValueRangeStartEndType, triggerData)
 
 /// First level of a tree of target ranges.
-struct RangeStartEndLevel1Type
-{
-    StartEndType             trigger;
-    UINT32                   trigger2DataCount;
-    UINT32                   trigger2DataID;
-    RangeStartEndLevel2Type* trigger2Data;
-};
-TUNING_RECORD(RangeStartEndLevel1Type)
-    MEMBER(trigger)
-    VARIABLE(trigger2Data)
-TUNING_RECORD_END
-static_assert(kiroglobalelements::IsInnerZone<RangeStartEndLevel1Type>());
+INNER_ZONE(RangeStartEndLevel1Type, RangeStartEndLevel2Type, trigger2Data)
 
 /// A two-level tree of ranges and the bank entries that drive it; an entry of data ID 0 reads as 0.
 struct TargetCalculationUnitTriggerSystemType

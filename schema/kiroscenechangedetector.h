@@ -88,44 +88,13 @@ TUNING_RECORD(SCThresCoreDataType)
 TUNING_RECORD_END
 
 /// Last level of the tree of thresholds.
-struct SCThresLevel3DataType
-{
-    StartEndType        trigger;
-    SCThresCoreDataType triggerData;
-};
-TUNING_RECORD(SCThresLevel3DataType)
-    MEMBER(trigger)
-    MEMBER(triggerData)
-TUNING_RECORD_END
-static_assert(kiroglobalelements::IsLeafZone<SCThresLevel3DataType, SCThresCoreDataType>());
+LEAF_ZONE(SCThresLevel3DataType, SCThresCoreDataType, triggerData)
 
 /// Second level of the tree of thresholds.
-struct SCThresLevel2DataType
-{
-    StartEndType           trigger;
-    UINT32                 trigger3Count;
-    UINT32                 trigger3ID;
-    SCThresLevel3DataType* trigger3;
-};
-TUNING_RECORD(SCThresLevel2DataType)
-    MEMBER(trigger)
-    VARIABLE(trigger3)
-TUNING_RECORD_END
-static_assert(kiroglobalelements::IsInnerZone<SCThresLevel2DataType>());
+INNER_ZONE(SCThresLevel2DataType, SCThresLevel3DataType, trigger3)
 
 /// First level of the tree of thresholds.
-struct SCThresLevel1DataType
-{
-    StartEndType           trigger;
-    UINT32                 trigger2Count;
-    UINT32                 trigger2ID;
-    SCThresLevel2DataType* trigger2;
-};
-TUNING_RECORD(SCThresLevel1DataType)
-    MEMBER(trigger)
-    VARIABLE(trigger2)
-TUNING_RECORD_END
-static_assert(kiroglobalelements::IsInnerZone<SCThresLevel1DataType>());
+INNER_ZONE(SCThresLevel1DataType, SCThresLevel2DataType, trigger2)
 
 /// The tree of thresholds and the bank entries that drive it.
 struct SCThresTriggerDataType

@@ -52,17 +52,7 @@ TUNING_RECORD(LightDataTriggerDataType)
 TUNING_RECORD_END
 
 /// Zone of the light sensor's lux.
-struct LightDataTriggerType
-{
-    StartEndType             trigger;  ///< lux
-    LightDataTriggerDataType triggerData;
-};
-TUNING_RECORD(LightDataTriggerType)
-    MEMBER(trigger)
-    MEMBER(triggerData)
-TUNING_RECORD_END
-static_assert(sizeof(LightDataTriggerType) == sizeof(StartEndType) + sizeof(LightDataTriggerDataType),
-              "a leaf is read as a range followed at once by the core record");
+LEAF_ZONE(LightDataTriggerType, LightDataTriggerDataType, triggerData)
 
 /// Start with the help of a light sensor.
 struct ExtSensorAssistStartType

@@ -65,17 +65,7 @@ TUNING_RECORD(MasterAndSlaveConfigType)
 TUNING_RECORD_END
 
 /// Zone of one trigger.
-struct aecTriggerDataFloatType
-{
-    StartEndType trigger;
-    float        triggerData;
-};
-TUNING_RECORD(aecTriggerDataFloatType)
-    MEMBER(trigger)
-    MEMBER(triggerData)
-TUNING_RECORD_END
-static_assert(sizeof(aecTriggerDataFloatType) == sizeof(StartEndType) + sizeof(float),
-              "a leaf is read as a range followed at once by the core record");
+LEAF_ZONE(aecTriggerDataFloatType, float, triggerData)
 
 /// Sensitivity of this camera's module against the common space of exposures.
 struct GlobalExpCompType
