@@ -6,6 +6,7 @@
 #include "core/base/debugdata.h"
 #include "core/base/tuningaccess.h"
 #include "core/ckirocore.h"
+#include "core/contextdebugdata.h"
 #include "interface/ikirodebugdata.h"
 #include "schema/kiroextension.h"
 

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cstring>
 
-#include "core/base/debugdata.h"
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
 #include "core/base/tuningaccess.h"
 #include "core/ckiromtrtablegen.h"
+#include "core/contextdebugdata.h"
 #include "schema/kirometeringsaalgorithm.h"
 
 using binarymask::CellCount;

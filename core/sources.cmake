@@ -8,6 +8,8 @@ add_room(kiro_core
     core/ckirocontextevents.cpp
     core/ckirocontextinput.cpp
     core/ckirocontextmanager.cpp
+    core/ckirocontextsensordata.cpp
+    core/ckirocontextsettings.cpp
     core/ckirocore.cpp
     core/ckirocoredebugdata.cpp
     core/ckirocoreflash.cpp
@@ -17,8 +19,10 @@ add_room(kiro_core
     core/ckirocoretriggers.cpp
     core/ckiroscenechangedetector.cpp
     core/ckiroshortblend.cpp
+    core/contextdebugdata.cpp
     core/cscdetector.cpp
     core/cscdetectorstates.cpp
+    core/setparamnames.cpp
     core/ckirocorefactory.cpp
     core/ckiroctrlcorecommon.cpp
     core/ckiromtrtablegen.cpp

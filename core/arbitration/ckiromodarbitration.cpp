@@ -6,6 +6,7 @@
 #include "core/base/debugdata.h"
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
+#include "core/contextdebugdata.h"
 #include "interface/kiroresults.h"
 
 namespace

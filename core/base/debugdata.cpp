@@ -3,28 +3,13 @@
 #include <algorithm>
 #include <cstring>
 
-#include "core/base/tuningaccess.h"
-#include "interface/ikirodebugdata.h"
-#include "schema/kiroextension.h"
-
 namespace debugdata
-{
-
-namespace
 {
 
 INT16 DataID(INT32 dataID)
 {
     constexpr INT32 dataIDMax = 0x7FFF;
     return static_cast<INT16>(std::clamp(dataID, -1, dataIDMax));
-}
-
-}  // namespace
-
-AECDebugData* Enabled(IKIROContextManager& rContext)
-{
-    IKIRODebugData& rDebugData = rContext.GetDebugDataInfo();
-    return (rDebugData.IsDebugDataEnabled() == TRUE) ? &rDebugData.GetDebugData() : nullptr;
 }
 
 VOID SetName(CHAR (&rName)[AECDebugNameLength], const CHAR* pText)
@@ -34,34 +19,6 @@ VOID SetName(CHAR (&rName)[AECDebugNameLength], const CHAR* pText)
     {
         std::memcpy(rName, pText, strnlen(pText, sizeof(rName)));
     }
-}
-
-VOID AppendCalculator(IKIROContextManager& rContext, const CHAR* pDescription, INT32 calculatorID, INT32 api,
-                      const kirometeringstatscalculator::CalculatorIntegerRangeType& rOutputStorage,
-                      const FLOAT* pResults, UINT32 resultCount)
-{
-    AECDebugData* pDebug = Enabled(rContext);
-    if (pDebug == nullptr ||
-        tuningaccess::Require_kiroextension(*rContext.GetTuningData()).verboseDebugDataEnable.StatsCalculator != TRUE)
-    {
-        return;
-    }
-    AECDebugDataMeteringType& rMetering = pDebug->meteringInfo;
-    if (rMetering.calculatorCount < AECDebugCalculatorCount)
-    {
-        AECDebugCalculatorType entry{};
-        SetName(entry.description, pDescription);
-        entry.calculatorID = calculatorID;
-        entry.APISelection = static_cast<UINT8>(api);
-        entry.outputStart  = DataID(rOutputStorage.start);
-        entry.outputEnd    = DataID(rOutputStorage.end);
-        for (UINT32 result = 0; result < resultCount; ++result)
-        {
-            entry.results[result] = pResults[result];
-        }
-        rMetering.calculators[rMetering.calculatorCount] = entry;
-    }
-    rMetering.calculatorCount = static_cast<UINT16>(rMetering.calculatorCount + 1);
 }
 
 AECDebugBank Bank(const DataBankType& rBank)

@@ -1,26 +1,18 @@
 /// @file
-/// Filling the host's debug record. Its members are not aligned, so values go in one by one.
+/// The core's values as the host's debug record holds them.
 #pragma once
 
 #include "core/base/ckirohistory.h"
-#include "core/ikirocontextmanager.h"
 #include "interface/aecdebugdata.h"
-#include "schema/kirometeringstatscalculator.h"
 
 namespace debugdata
 {
 
-/// @return the host's record, or null while the host wants none
-AECDebugData* Enabled(IKIROContextManager& rContext);
-
 /// Copies at most AECDebugNameLength characters; the rest is zero. A null text is empty.
 VOID SetName(CHAR (&rName)[AECDebugNameLength], const CHAR* pText);
 
-/// Appends an entry to the metering record, if the tuning asks for the calculators. The count goes on past the room.
-/// @param resultCount at most 2
-VOID AppendCalculator(IKIROContextManager& rContext, const CHAR* pDescription, INT32 calculatorID, INT32 api,
-                      const kirometeringstatscalculator::CalculatorIntegerRangeType& rOutputStorage,
-                      const FLOAT* pResults, UINT32 resultCount);
+/// Cut to 16 bits; what is below -1 is -1.
+INT16 DataID(INT32 dataID);
 
 AECDebugBank          Bank(const DataBankType& rBank);
 FrameExposureInfoType Exposure(const KIROExposureSetType& rSet);

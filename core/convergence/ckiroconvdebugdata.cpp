@@ -2,8 +2,8 @@
 
 #include <cstring>
 
-#include "core/base/debugdata.h"
 #include "core/base/exposurearithmetic.h"
+#include "core/contextdebugdata.h"
 #include "core/convergence/ckiromodconvergence.h"
 
 using exposurearithmetic::SensiLog103;

@@ -1,8 +1,8 @@
 #include "core/extension/ckiromodextension.h"
 
-#include "core/base/debugdata.h"
 #include "core/base/kirolog.h"
 #include "core/base/tuningaccess.h"
+#include "core/contextdebugdata.h"
 
 KiroResult CKIROExtension::RunExtension(KIROExtensionInput& rInput, KIROExtensionOutput& rOutput)
 {

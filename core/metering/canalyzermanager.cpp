@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <tuple>
 
-#include "core/base/debugdata.h"
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
 #include "core/base/tuningaccess.h"
+#include "core/contextdebugdata.h"
 #include "core/metering/analyzerbank.h"
 #include "schema/kiroextension.h"
 

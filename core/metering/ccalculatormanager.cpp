@@ -1,7 +1,7 @@
 #include "core/metering/ccalculatormanager.h"
 
-#include "core/base/debugdata.h"
 #include "core/base/kirolog.h"
+#include "core/contextdebugdata.h"
 
 namespace
 {

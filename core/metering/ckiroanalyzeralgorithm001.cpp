@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
-#include "core/base/debugdata.h"
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
 #include "core/base/tuningaccess.h"
+#include "core/contextdebugdata.h"
 #include "schema/kirometering.h"
 
 using exposurearithmetic::Epsilon;

@@ -2,10 +2,10 @@
 
 #include <cmath>
 
-#include "core/base/debugdata.h"
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
 #include "core/base/tuningaccess.h"
+#include "core/contextdebugdata.h"
 #include "core/metering/analyzerbank.h"
 
 using exposurearithmetic::SaturateToINT32;

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
-#include "core/base/debugdata.h"
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
+#include "core/contextdebugdata.h"
 #include "core/statsprocessor/notmeasured.h"
 #include "interface/kiroresults.h"
 

@@ -5,6 +5,7 @@
 #include "core/base/debugdata.h"
 #include "core/base/kirolog.h"
 #include "core/base/tuningaccess.h"
+#include "core/contextdebugdata.h"
 #include "core/metering/ckiromodmetering.h"
 #include "interface/kiroresults.h"
 #include "schema/kiromtrtablegen.h"

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "core/base/debugdata.h"
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
 #include "core/base/tuningaccess.h"
+#include "core/contextdebugdata.h"
 #include "interface/ckiroctrlcorecommon.h"
 #include "interface/kiroresults.h"
 

@@ -4,9 +4,9 @@
 #include <cmath>
 #include <cstring>
 
-#include "core/base/debugdata.h"
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
+#include "core/contextdebugdata.h"
 #include "core/statsprocessor/ckirostatsgridprocessor.h"
 #include "core/statsprocessor/lumaweight.h"
 #include "core/statsprocessor/notmeasured.h"
