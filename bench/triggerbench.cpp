@@ -4,7 +4,8 @@
 
 #include "bench/bars.h"
 #include "bench/framerig.h"
-#include "core/base/ckirotrigger.h"
+#include "interface/kirotriggerdata.h"
+#include "schema/kiroglobalelements.h"
 #include "tools/tuningfile/files.h"
 
 namespace
@@ -40,21 +41,15 @@ private:
     static constexpr UINT32 Nodes  = Zones * Zones;
     static constexpr UINT32 Leaves = Nodes * Zones;
 
-    struct Leaf
-    {
-        StartEnd zone;
-        FLOAT    value;
-    };
-
-    static StartEnd Zone(UINT32 index)
+    static StartEndType Zone(UINT32 index)
     {
         const FLOAT start = 10.0f * static_cast<FLOAT>(index % Zones);
         return {start, start + 5.0f};
     }
 
-    Leaf              m_leaves[Leaves];
-    AECTriggerNodeXML m_nodes[Nodes];
-    AECTriggerNodeXML m_roots[Zones];
+    TriggerSystemEndLevelType         m_leaves[Leaves];
+    ThreeLevelTriggerSystemLevel2Type m_nodes[Nodes];
+    ThreeLevelTriggerSystemLevel1Type m_roots[Zones];
 };
 
 /// All three triggers lie in gaps, so that all records around the point take part.
