@@ -6,7 +6,6 @@
 #include <limits>
 #include <string_view>
 
-using tuning::Form;
 using tuning::ValueType;
 
 namespace fuzz
@@ -96,21 +95,7 @@ DOUBLE FloatingOf(BYTE choice)
 
 size_t SizeOf(ValueType type)
 {
-    switch (type)
-    {
-    case ValueType::Int8:
-    case ValueType::UInt8:
-        return sizeof(UINT8);
-    case ValueType::Int16:
-    case ValueType::UInt16:
-        return sizeof(UINT16);
-    case ValueType::Int64:
-    case ValueType::UInt64:
-    case ValueType::Double:
-        return sizeof(UINT64);
-    default:
-        return sizeof(UINT32);
-    }
+    return tuning::WithTypeOf(type, [](auto zero) { return sizeof(zero); });
 }
 
 }  // namespace
@@ -207,49 +192,26 @@ VOID* HostValues::MakeArray(UINT64 count, size_t size)
 
 VOID HostValues::Members(const tuning::RecordDescription& rRecord, VOID* pRecord)
 {
-    for (UINT32 index = 0; index < rRecord.memberCount; ++index)
-    {
-        if (rRecord.pMembers[index].IsStored())
-        {
-            Member(rRecord.pMembers[index], static_cast<BYTE*>(pRecord));
-        }
-    }
+    tuning::WalkRecord(rRecord, static_cast<BYTE*>(pRecord), *this);
 }
 
-VOID HostValues::Member(const tuning::RecordMember& rMember, BYTE* pRecord)
+tuning::MemberValues<BYTE> HostValues::CountedValues(const tuning::RecordMember& rMember, BYTE* pRecord)
 {
-    BYTE*  pValues = pRecord + rMember.offset;
-    UINT32 count   = rMember.count;
-    if (rMember.HasCount())
-    {
-        count = m_rBytes.Next() % ((rMember.form == Form::Variable) ? ListEntriesMax : 2);
-        if (rMember.form == Form::Variable)
-        {
-            VOID* pMemory = MakeArray(count, rMember.valueSize);
-            std::memcpy(pValues, &pMemory, sizeof(pMemory));
-            pValues = static_cast<BYTE*>(pMemory);
-        }
-        std::memcpy(pRecord + rMember.countOffset, &count, sizeof(count));
-    }
-    if (rMember.type != ValueType::Record && rMember.type != ValueType::Text)
-    {
-        Scalars(rMember.type, pValues, count, rMember.valueSize, rMember.pEnum);
-        return;
-    }
-    for (UINT32 index = 0; index < count; ++index)
-    {
-        BYTE* pValue = pValues + static_cast<size_t>(index) * rMember.valueSize;
-        if (rMember.type == ValueType::Record)
-        {
-            Members(*rMember.pRecord, pValue);
-        }
-        else
-        {
-            CHAR* pText = nullptr;
-            Text(rMember.pName, pText);
-            std::memcpy(pValue, &pText, sizeof(pText));
-        }
-    }
+    const bool   isArray = rMember.form == tuning::Form::Variable;
+    const UINT32 count   = m_rBytes.Next() % (isArray ? ListEntriesMax : 2);
+    return tuning::SetCount(rMember, pRecord, count, isArray ? MakeArray(count, rMember.valueSize) : nullptr);
+}
+
+VOID HostValues::Numbers(const tuning::RecordMember& rMember, const tuning::MemberValues<BYTE>& rValues)
+{
+    Scalars(rMember.type, rValues.pFirst, rValues.count, rMember.valueSize, rMember.pEnum);
+}
+
+VOID HostValues::Text(const tuning::RecordMember& rMember, BYTE* pPlace)
+{
+    CHAR* pText = nullptr;
+    Text(rMember.pName, pText);
+    tuning::Store(pPlace, pText);
 }
 
 /// In memory of its own: a name that is kept beyond its life is found out.
@@ -331,7 +293,7 @@ VOID HostValues::LastTable(kirodbarbitrationtable::ExposureTableType*& rpTable)
 VOID HostValues::BankPayload(KIROBankIDType bank, VOID*& rpPayload)
 {
     const tuning::RecordDescription& rDescription = *recording::PayloadOf(bank);
-    if (recording::IsValueBank(bank))
+    if (IsValueBank(bank))
     {
         rpPayload = m_pArena->Make(rDescription.size);
         Members(rDescription, rpPayload);

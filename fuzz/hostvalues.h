@@ -57,7 +57,7 @@ struct HostMemory
     std::map<INT64, recording::Arena>    inputs;  ///< of the last call of a kind that was taken, and of those since
 };
 
-class HostValues
+class HostValues : public tuning::UntrackedVisitor
 {
 public:
     static constexpr bool IsReading = true;
@@ -82,7 +82,7 @@ public:
 
     template <typename T> VOID Record(const CHAR*, T& rRecord)
     {
-        Members(recording::DescriptionOf<T>(), &rRecord);
+        Members(tuning::DescriptionOf<T>(), &rRecord);
     }
 
     template <typename T> VOID Argument(const CHAR* pName, T*& rpRecord)
@@ -115,7 +115,7 @@ public:
         {
             for (UINT64 index = 0; index < count; ++index)
             {
-                Members(recording::DescriptionOf<T>(), rpValues + index);
+                Members(tuning::DescriptionOf<T>(), rpValues + index);
             }
         }
     }
@@ -134,6 +134,12 @@ public:
 
     VOID Text(const CHAR* pName, CHAR*& rpText);
     VOID Members(const tuning::RecordDescription& rRecord, VOID* pRecord);
+
+    // Visitor of a record; see schema/recordwalk.h.
+
+    tuning::MemberValues<BYTE> CountedValues(const tuning::RecordMember& rMember, BYTE* pRecord);
+    VOID                       Numbers(const tuning::RecordMember& rMember, const tuning::MemberValues<BYTE>& rValues);
+    VOID                       Text(const tuning::RecordMember& rMember, BYTE* pPlace);
 
     VOID TuningData(StatsTuningData& rTuning);
     VOID OwnOrHostRecord(recording::HostRecordKind kind, VOID*& rpRecord);
@@ -193,7 +199,6 @@ private:
 
     bool  TakesFittingSize(const CHAR* pName, VOID* pSize);
     VOID* MakeArray(UINT64 count, size_t size);
-    VOID  Member(const tuning::RecordMember& rMember, BYTE* pRecord);
     VOID  Scalar(tuning::ValueType type, BYTE* pTo, const tuning::EnumDescription* pEnum);
     VOID  Scalars(tuning::ValueType type, BYTE* pTo, UINT64 count, size_t size, const tuning::EnumDescription* pEnum);
 

@@ -18,6 +18,8 @@
 #include "interface/kiroexposure.h"
 #include "interface/kiroextension.h"
 #include "interface/kiroflash.h"
+#include "schema/exposureindex.h"
+#include "schema/tuningrecord.h"
 
 /// What is asked. A type that is not answered yields ResultUnsupportedQuery, with nothing written.
 enum AECAlgoGetParamType : INT32
@@ -109,6 +111,11 @@ struct AECAlgoEVCapabilities
     signed char maxEV;       ///< stops
     signed char stepsPerEV;  ///< steps of AECAlgoSetParamExposureCompensation in a stop
 };
+TUNING_RECORD(AECAlgoEVCapabilities)
+    MEMBER(minEV)
+    MEMBER(maxEV)
+    MEMBER(stepsPerEV)
+TUNING_RECORD_END
 static_assert(sizeof(AECAlgoEVCapabilities) == 3, "hosts reserve three bytes");
 
 /// What the host is about to take.
@@ -140,6 +147,10 @@ struct AECAlgoApertureData
     FLOAT fNumber;  ///< focal length over aperture
     BOOL  bSwitch;  ///< 1 to change to it
 };
+TUNING_RECORD(AECAlgoApertureData)
+    MEMBER(fNumber)
+    MEMBER(bSwitch)
+TUNING_RECORD_END
 
 /// How a picture is to be taken, in an answer to SnapshotExposure. Each member holds what its comment begins with;
 /// without an input SnapshotType all are zero.
@@ -169,6 +180,31 @@ struct AECAlgoFrameControl
     INT32                      IRModeActivated;               ///< 0; 1 for on
     FLOAT                      IRLedIntensity;                ///< 0
 };
+TUNING_RECORD(AECAlgoFrameControl)
+    NUMBER(flashState)
+    MEMBER(LEDInfluenceRatio)
+    MEMBER(LEDRGRatio)
+    MEMBER(LEDBGRatio)
+    MEMBER(luxIndex)
+    MEMBER(ISOValue)
+    MEMBER(stretchControl)
+    MEMBER(LEDFirstEntryRatio)
+    MEMBER(LEDLastEntryRatio)
+    MEMBER(predictiveGain)
+    MEMBER(digitalGainForSimulation)
+    MEMBER(compenADRCGain)
+    MEMBER(isInSensorHDR3ExpSnapshot)
+    MEMBER(apertureSwitchInfo)
+    MEMBER(inSensorHDR3ExpTriggerOutput)
+    NUMBER(snapshotIndicator)
+    MEMBER(snapshotFlashDuration)
+    MEMBER(compensationDarkBoostGain)
+    NUMBER(seamlessMode)
+    PER_EXPOSURE(meterTargetExp)
+    MEMBER(shortBlendRatio)
+    MEMBER(IRModeActivated)
+    MEMBER(IRLedIntensity)
+TUNING_RECORD_END
 
 /// An exposure of a picture. The core answers zeros.
 struct AECAlgoExposureData
@@ -183,6 +219,17 @@ struct AECAlgoExposureData
     FLOAT  compenADRCGain;        ///< safe over short
     FLOAT  fnumber;               ///< focal length over aperture
 };
+TUNING_RECORD(AECAlgoExposureData)
+    MEMBER(exposureTime)
+    MEMBER(snapshotExposureTime)
+    MEMBER(linearGain)
+    MEMBER(snapShotLinearGain)
+    MEMBER(sensitivity)
+    MEMBER(snapshotSensitivity)
+    MEMBER(deltaEVFromTarget)
+    MEMBER(compenADRCGain)
+    MEMBER(fnumber)
+TUNING_RECORD_END
 
 /// One of the exposures of a picture. The core answers zeros, for each alike.
 struct AECAlgoExposureInfo
@@ -190,6 +237,10 @@ struct AECAlgoExposureInfo
     AECAlgoExposureType exposureType;  ///< AECAlgoExposureShort (0) in each
     AECAlgoExposureData exposureData;  ///< zeros
 };
+TUNING_RECORD(AECAlgoExposureInfo)
+    NUMBER(exposureType)
+    MEMBER(exposureData)
+TUNING_RECORD_END
 
 /// The exposures of a picture: where the host wants them.
 struct AECAlgoExposureSet
@@ -200,6 +251,13 @@ struct AECAlgoExposureSet
     UINT32               exposureInfoOutputCount;  ///< not written
     UINT32               exposureInfoOutputSize;   ///< not written
 };
+TUNING_RECORD(AECAlgoExposureSet)
+    ADDRESS(pExposureInfo)
+    MEMBER(exposureInfoCount)
+    MEMBER(exposureInfoSize)
+    MEMBER(exposureInfoOutputCount)
+    MEMBER(exposureInfoOutputSize)
+TUNING_RECORD_END
 
 /// Currents of the two LEDs; see getFlashCurrent for those of a picture.
 struct AECAlgoLEDCurrents
@@ -207,6 +265,10 @@ struct AECAlgoLEDCurrents
     UINT32 LED1Current;  ///< mA; cleared
     UINT32 LED2Current;  ///< mA; not written
 };
+TUNING_RECORD(AECAlgoLEDCurrents)
+    MEMBER(LED1Current)
+    MEMBER(LED2Current)
+TUNING_RECORD_END
 static_assert(sizeof(AECAlgoLEDCurrents) == 8, "hosts reserve eight bytes");
 
 /// APEX values of one picture, as picture files carry them (Exif): logarithms to the base 2. The core answers zeros.
@@ -218,6 +280,13 @@ struct AECAlgoAPEXData
     FLOAT timeValue;        ///< Tv
     FLOAT exposureValue;    ///< Ev
 };
+TUNING_RECORD(AECAlgoAPEXData)
+    MEMBER(brightnessValue)
+    MEMBER(apertureValue)
+    MEMBER(speedValue)
+    MEMBER(timeValue)
+    MEMBER(exposureValue)
+TUNING_RECORD_END
 
 /// A register of the sensor to be set with a picture. The core answers zeros.
 struct SensorRegisterControl
@@ -225,12 +294,19 @@ struct SensorRegisterControl
     UINT32 registerAddress;  ///< as the sensor counts
     UINT32 registerData;     ///< what to write there
 };
+TUNING_RECORD(SensorRegisterControl)
+    MEMBER(registerAddress)
+    MEMBER(registerData)
+TUNING_RECORD_END
 
 /// What else a picture needs. The core answers zeros.
 struct AECAlgoAdditionalInfo
 {
     SensorRegisterControl sensorControl;  ///< no register
 };
+TUNING_RECORD(AECAlgoAdditionalInfo)
+    MEMBER(sensorControl)
+TUNING_RECORD_END
 
 /// The outputs found in a query of a snapshot's exposure, each with the place of its written size, in the memory of the
 /// query. CKIROCtrlCoreCommon::UtilGetParamExposureOutput fills it: both addresses are null where no output fits, and

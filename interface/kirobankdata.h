@@ -7,30 +7,41 @@
 /// what host and stages have set since. Their data ID 0 is the entry that the context status selects by the tuned
 /// priority map: the matching one of the highest priority, otherwise the newest entry, which is the last of the tuning
 /// until somebody adds one.
-///
-/// Payload and header (schema/) of each bank; each payload begins with its data ID:
-///
-///     BankIDROITable            DBROIPayload                 kirodbroi.h
-///     BankIDMetering2D          DBMeter2DWeightPayload       kirodb2dmeterweight.h
-///     BankIDMetering1D          DBMeter1DWeightPayload       kirodb1dmeterweight.h
-///     BankIDSceneAnalyzer       DBStartEndPayload            kirodbsceneanalyzer.h     value bank
-///     BankIDStatsCalculator     DBFloatPayload               kirodbstatscalculator.h   value bank
-///     BankIDArbitrationTable    DBArbitrationTablePayload    kirodbarbitrationtable.h
-///     BankIDArbitrationOrder    DBArbitrationOrderPayload    kirodbarbitrationorder.h
-///     BankIDArbitrationLUT      DBArbitrationLUTPayload      kirodbarbitrationlut.h
-///     BankIDArbitrationRange    DBArbitrationRangePayload    kirodbarbitrationrange.h
-///     BankIDTriggers            DBFloatPayload               kirodbstatscalculator.h   value bank
-///     BankIDActiveAnalyzers     DBActiveAnalyzersPayload     kirodbactiveanalyzers.h
-///     BankIDConvBase            DBConvBasePayload            kirodbconvbase.h
-///     BankIDConvStretch         DBConvStretchPayload         kirodbconvstretch.h
-///     BankIDConvSettle          DBConvSettlePayload          kirodbconvsettle.h
-///     BankIDConvActiveSCD       DBConvActiveSCDPayload       kirodbconvactivescd.h
-///     BankIDActiveCalculators   DBActiveCalculatorsPayload   kirodbactivecalculators.h
-///     BankIDSnapshot            DBSnapshotPayload            kirodbsnapshot.h
 #pragma once
 
 #include "platform/tavotypes.h"
 #include "schema/kiroenums.h"
+
+/// All banks in the order of their IDs, with the payload of each, which begins with its data ID. The payload's header
+/// is that of its namespace in schema/.
+#define KIRO_BANKS(TUNED, VALUES)                                                                                      \
+    TUNED(BankIDROITable, kirodbroi::DBROIPayload)                                                                     \
+    TUNED(BankIDMetering2D, kirodb2dmeterweight::DBMeter2DWeightPayload)                                               \
+    TUNED(BankIDMetering1D, kirodb1dmeterweight::DBMeter1DWeightPayload)                                               \
+    VALUES(BankIDSceneAnalyzer, kirodbsceneanalyzer::DBStartEndPayload)                                                \
+    VALUES(BankIDStatsCalculator, kirodbstatscalculator::DBFloatPayload)                                               \
+    TUNED(BankIDArbitrationTable, kirodbarbitrationtable::DBArbitrationTablePayload)                                   \
+    TUNED(BankIDArbitrationOrder, kirodbarbitrationorder::DBArbitrationOrderPayload)                                   \
+    TUNED(BankIDArbitrationLUT, kirodbarbitrationlut::DBArbitrationLUTPayload)                                         \
+    TUNED(BankIDArbitrationRange, kirodbarbitrationrange::DBArbitrationRangePayload)                                   \
+    VALUES(BankIDTriggers, kirodbstatscalculator::DBFloatPayload)                                                      \
+    TUNED(BankIDActiveAnalyzers, kirodbactiveanalyzers::DBActiveAnalyzersPayload)                                      \
+    TUNED(BankIDConvBase, kirodbconvbase::DBConvBasePayload)                                                           \
+    TUNED(BankIDConvStretch, kirodbconvstretch::DBConvStretchPayload)                                                  \
+    TUNED(BankIDConvSettle, kirodbconvsettle::DBConvSettlePayload)                                                     \
+    TUNED(BankIDConvActiveSCD, kirodbconvactivescd::DBConvActiveSCDPayload)                                            \
+    TUNED(BankIDActiveCalculators, kirodbactivecalculators::DBActiveCalculatorsPayload)                                \
+    TUNED(BankIDSnapshot, kirodbsnapshot::DBSnapshotPayload)
+
+/// @return whether the bank is a value bank
+constexpr bool IsValueBank(KIROBankIDType bankID)
+{
+#define TUNED(bank, Payload)
+#define VALUES(bank, Payload) bankID == (bank) ||
+    return KIRO_BANKS(TUNED, VALUES) false;
+#undef VALUES
+#undef TUNED
+}
 
 /// What setBankData writes. The record is needed for the call alone.
 ///

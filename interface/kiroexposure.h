@@ -6,6 +6,8 @@
 #pragma once
 
 #include "platform/tavotypes.h"
+#include "schema/exposureindex.h"
+#include "schema/tuningrecord.h"
 
 /// Half a period of 50 Hz mains, ns: a lamp flickers at twice the mains frequency.
 constexpr UINT64 FlickerPeriod50Hz = 10000000;
@@ -26,6 +28,17 @@ struct KIROExposureSetType
     UINT64 snapshotTime;      ///< the host's, ns: kept with the frame, not read
     UINT64 snapshotExposure;  ///< the host's: kept with the frame, not read
 };
+TUNING_RECORD(KIROExposureSetType)
+    MEMBER(gain)
+    MEMBER(time)
+    MEMBER(indx)
+    MEMBER(corr)
+    MEMBER(exposure)
+    MEMBER(ISO)
+    MEMBER(snapshotGain)
+    MEMBER(snapshotTime)
+    MEMBER(snapshotExposure)
+TUNING_RECORD_END
 
 /// A closed interval in gain, in time and in exposure, each with its own limits: start.gain and start.time are the two
 /// floors, end.gain and end.time the ceilings. exposure and indx of both are brought up to date by runArbitration.
@@ -34,6 +47,10 @@ struct KIROExposureRange
     KIROExposureSetType start;  ///< lower limits; its corr is the correction of the range
     KIROExposureSetType end;    ///< upper limits
 };
+TUNING_RECORD(KIROExposureRange)
+    MEMBER(start)
+    MEMBER(end)
+TUNING_RECORD_END
 
 /// Hardware limits of a sensor, by the host. Ranges and look-up tables that leave them are refused; maxGain is not
 /// checked: it counts as the end of the range that the host begins with.
@@ -44,6 +61,12 @@ struct KIROSensorRange
     UINT64 minTime;  ///< ns
     UINT64 maxTime;  ///< ns
 };
+TUNING_RECORD(KIROSensorRange)
+    MEMBER(minGain)
+    MEMBER(maxGain)
+    MEMBER(minTime)
+    MEMBER(maxTime)
+TUNING_RECORD_END
 
 /// Limits of a frame's three exposures, which the host finds with runArbitration (bIsConvRange) and hands to
 /// RunConvProcess. Copied there; converged exposures stay within them.
@@ -53,3 +76,7 @@ struct KIROArbitratedLimits
     /// Exposure of index 0, ns. Above 0: with 0 the indices of exposures and those of limits count from different ones.
     UINT64 indexZeroExposure;
 };
+TUNING_RECORD(KIROArbitratedLimits)
+    PER_EXPOSURE(ranges)
+    MEMBER(indexZeroExposure)
+TUNING_RECORD_END

@@ -7,6 +7,7 @@
 #pragma once
 
 #include "platform/tavotypes.h"
+#include "schema/tuningrecord.h"
 
 /// What the host should do for a picture. Flags are 0 or 1; those by the lux index are frozen in preflash mode.
 struct KIROExtFlagsMonitorOutput
@@ -18,6 +19,14 @@ struct KIROExtFlagsMonitorOutput
     BOOL bZLLEnabled;          ///< ZLL snapshots are on, as tuned
     BOOL bZLLEnforced;         ///< ZLL snapshots are enforced, as tuned
 };
+TUNING_RECORD(KIROExtFlagsMonitorOutput)
+    MEMBER(bFlashNeeded)
+    MEMBER(bFDFlashDelayNeeded)
+    MEMBER(bLEDAFNeeded)
+    MEMBER(bLLSNeeded)
+    MEMBER(bZLLEnabled)
+    MEMBER(bZLLEnforced)
+TUNING_RECORD_END
 
 /// How the luma histogram is to be stretched. Both values are filtered over frames and move only in frames that have
 /// settled by themselves; otherwise, and where the tuned bank entries cannot be read, those of before stand.
@@ -27,6 +36,11 @@ struct AECYHistStretchData
     FLOAT clamp;    ///< of the tuned bank entry, in its unit; 0 while off, at start-up and for a scaling below 1.0
     FLOAT scaling;  ///< at least 1.0, which leaves the histogram as it is and goes with a clamp of 0
 };
+TUNING_RECORD(AECYHistStretchData)
+    MEMBER(enable)
+    MEMBER(clamp)
+    MEMBER(scaling)
+TUNING_RECORD_END
 
 /// Scenes that have a flag.
 constexpr UINT32 InSensorHDR3ExpFlagCount = 3;
@@ -36,6 +50,9 @@ struct InSensorHDR3ExpTriggeResult
 {
     BOOL flags[InSensorHDR3ExpFlagCount];  ///< by scene; with more scenes than flags the last flag is 1
 };
+TUNING_RECORD(InSensorHDR3ExpTriggeResult)
+    MEMBER(flags)
+TUNING_RECORD_END
 
 /// The first two criteria of the first tuned scene.
 struct CDFSet
@@ -43,6 +60,10 @@ struct CDFSet
     FLOAT resultCDF0;  ///< value of the first
     FLOAT resultCDF5;  ///< value of the second
 };
+TUNING_RECORD(CDFSet)
+    MEMBER(resultCDF0)
+    MEMBER(resultCDF5)
+TUNING_RECORD_END
 
 /// What the decision rests on: the bank values behind the criteria of the first tuned scene, in their order. 0 where
 /// the tuning has no such criterion, and in frames that decide nothing.
@@ -55,6 +76,14 @@ struct InSensorHDR3ExpTriggerInfo
     FLOAT                       ambientRaw;          ///< criterion 4
     FLOAT                       faceLuma;            ///< criterion 5
 };
+TUNING_RECORD(InSensorHDR3ExpTriggerInfo)
+    MEMBER(isTriggerInfoValid)
+    MEMBER(finalTriggerResult)
+    MEMBER(calculatedCDF)
+    MEMBER(realDRCGain)
+    MEMBER(ambientRaw)
+    MEMBER(faceLuma)
+TUNING_RECORD_END
 
 /// Whether a snapshot of three exposures is worth it.
 struct KIROExt3HDRMonitorOutput
@@ -62,6 +91,10 @@ struct KIROExt3HDRMonitorOutput
     InSensorHDR3ExpTriggerInfo IHDRTriggers;  ///< what the decision rests on
     BOOL bIs3HDRSnapshot;  ///< 1: a scene has passed for more than the tuned frames, or the snapshot is being taken
 };
+TUNING_RECORD(KIROExt3HDRMonitorOutput)
+    MEMBER(IHDRTriggers)
+    MEMBER(bIs3HDRSnapshot)
+TUNING_RECORD_END
 
 /// Output of runExtension.
 struct KIROExtensionOutput
@@ -73,3 +106,9 @@ struct KIROExtensionOutput
     /// frames behind the last switch. Stays 1 on other sensors.
     BOOL bIsSeamlessBinning;
 };
+TUNING_RECORD(KIROExtensionOutput)
+    MEMBER(monitoredFlags)
+    MEMBER(histStretchData)
+    MEMBER(snapshot3HDRTriggers)
+    MEMBER(bIsSeamlessBinning)
+TUNING_RECORD_END

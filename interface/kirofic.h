@@ -29,6 +29,14 @@ constexpr UINT32 KIROFICKneeCountMax = 16;
 /// Zones.
 constexpr UINT32 KIROFICZoneCountMax = 16;
 
+/// What a blob begins with.
+struct KIROFICBlobHead
+{
+    UINT8 rawDataCount[2];  ///< samples, the low byte first
+    UINT8 numOfKnees;       ///< knees
+    UINT8 numOfZones;       ///< zones
+};
+
 /// Whether the colour of a knee has been learned.
 enum KIROFICConfType : INT32
 {

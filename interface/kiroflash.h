@@ -5,6 +5,7 @@
 
 #include "interface/aecalgoinput.h"
 #include "schema/kiroflash.h"
+#include "schema/tuningrecord.h"
 
 /// Which flash is asked for. The tuned table has rows of mixes, each row with one current for both LEDs together, in
 /// rising order.
@@ -40,6 +41,15 @@ struct KIROAlgoFlashInput
     /// without LED over its exposure, at least 1.0.
     BOOL bBackupState;
 };
+TUNING_RECORD(KIROAlgoFlashInput)
+    NUMBER(flashCurrentType)
+    ADDRESS(pFlashCalib)
+    MEMBER(wbFlashOff)
+    MEMBER(maxFlashCurrent)
+    MEMBER(AWBRG)
+    MEMBER(AWBBG)
+    MEMBER(bBackupState)
+TUNING_RECORD_END
 
 /// Most mixes of one row of the tuned table.
 constexpr UINT32 KIROFlashMixCountMax = 16;
@@ -62,6 +72,17 @@ struct KIROAlgoFlashOutput
     /// Full. Off leaves it.
     kiroflash::LEDMixType refTable[KIROFlashMixCountMax];
 };
+TUNING_RECORD(KIROAlgoFlashOutput)
+    MEMBER(LED1Setting)
+    MEMBER(LED2Setting)
+    MEMBER(RGRatio)
+    MEMBER(BGRatio)
+    MEMBER(firstEntryRatio)
+    MEMBER(lastEntryRatio)
+    NUMBER(state)
+    MEMBER(flux)
+    MEMBER(refTable)
+TUNING_RECORD_END
 
 /// What the host knows of the running flash sequence, for runExtension; zeros outside of one. Inline calibration alone
 /// reads it, while its mode is on.
@@ -72,3 +93,9 @@ struct KIROExtFlashInfo
     KIROAlgoFlashOutput flashLowEst;            ///< answer to Low, with flashLowStatsSaved
     KIROAlgoFlashOutput flashHighEst;           ///< answer to High, while AECAlgoSetParamIsFlashInfluencedStats is 1
 };
+TUNING_RECORD(KIROExtFlashInfo)
+    MEMBER(prepareBeforePreflash)
+    MEMBER(flashLowStatsSaved)
+    MEMBER(flashLowEst)
+    MEMBER(flashHighEst)
+TUNING_RECORD_END

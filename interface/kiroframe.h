@@ -8,8 +8,10 @@
 #include "interface/kiroexposure.h"
 #include "interface/kiroflash.h"
 #include "interface/kirostats.h"
+#include "schema/exposureindex.h"
 #include "schema/kirodbarbitrationorder.h"
 #include "schema/kirodbarbitrationtable.h"
+#include "schema/tuningrecord.h"
 
 /// A pair of bounds, start first.
 typedef StartEndType StartEnd;
@@ -21,6 +23,10 @@ struct KIROMeteringInput
     BOOL   bStatsValid;             ///< 1: there are statistics of a known exposure; 0: targets of before stand
     UINT64 minAntibandingExposure;  ///< least exposure without bands; 0: no flicker
 };
+TUNING_RECORD(KIROMeteringInput)
+    MEMBER(bStatsValid)
+    MEMBER(minAntibandingExposure)
+TUNING_RECORD_END
 
 /// Targets of a frame, by the two metering calls; read by convergence and kept with the frame by runEndOfFrame.
 struct KIROMeteringOutput
@@ -37,6 +43,11 @@ struct KIROMeteringOutput
     /// bracket.
     BOOL bIsMeteringSkipped;
 };
+TUNING_RECORD(KIROMeteringOutput)
+    PER_EXPOSURE(mtrExposures)
+    PER_EXPOSURE(exposures)
+    MEMBER(bIsMeteringSkipped)
+TUNING_RECORD_END
 
 /// Result of a scene analyzer: output of runAnalyzer, and input of updateAnalyzerMgrOut where the host amends it.
 struct KIROAnalyzerOutput
@@ -51,6 +62,15 @@ struct KIROAnalyzerOutput
     KIROExposureSelection type;
     KIROExposureSelection refType;  ///< neither written by runAnalyzer nor read
 };
+TUNING_RECORD(KIROAnalyzerOutput)
+    ADDRESS(pName)
+    MEMBER(luma)
+    MEMBER(confidence)
+    MEMBER(target)
+    MEMBER(sensitivity)
+    MEMBER(type)
+    MEMBER(refType)
+TUNING_RECORD_END
 
 /// The parts of a precision flash, which the host makes of the triggers TriggerCtrlPrecisionFlash... (times in ms).
 struct KIROPrecisionFlashInfo
@@ -60,6 +80,12 @@ struct KIROPrecisionFlashInfo
     UINT64 maxExpoTime;              ///< longest exposure time, ns
     UINT64 rollingShutterDelayTime;  ///< delay of the LED, for which the unlit part must last, ns
 };
+TUNING_RECORD(KIROPrecisionFlashInfo)
+    MEMBER(e1ToE1PlusE2)
+    MEMBER(minFlashTime)
+    MEMBER(maxExpoTime)
+    MEMBER(rollingShutterDelayTime)
+TUNING_RECORD_END
 
 /// One control of the order list, applied to one exposure: argument of runArbitration. The host fills it, and hands the
 /// same record to all controls of a list, with the results of each as the input of the next.
@@ -80,6 +106,20 @@ struct KIROArbitrationInput
     BOOL                                       bFPrecisionFlashFlag;  ///< 1: precisionFlashInfo bounds range entry 17
     KIROPrecisionFlashInfo                     precisionFlashInfo;    ///< read with that flag
 };
+TUNING_RECORD(KIROArbitrationInput)
+    MEMBER(controlID)
+    MEMBER(controlBank)
+    MEMBER(controlDataID)
+    NUMBER(expType)
+    PER_EXPOSURE(exposures)
+    MEMBER(range)
+    MEMBER(sensorRange)
+    ADDRESS(pTable)
+    MEMBER(indexZeroExposure)
+    MEMBER(bIsConvRange)
+    MEMBER(bFPrecisionFlashFlag)
+    MEMBER(precisionFlashInfo)
+TUNING_RECORD_END
 
 /// What runArbitration makes of one control. The host presets range with that of the input. With a result other than 0
 /// the control does not apply and the host goes on with what it had.
@@ -91,6 +131,13 @@ struct KIROArbitrationOutput
     FLOAT deltaEVFromTarget;          ///< by the host: stops above its target; as preset it goes to the debug record
     FLOAT FPS;                        ///< by the host: frames per second; runExtension and runEndOfFrame read [0]
 };
+TUNING_RECORD(KIROArbitrationOutput)
+    NUMBER(expType)
+    MEMBER(exposureSet)
+    MEMBER(range)
+    MEMBER(deltaEVFromTarget)
+    MEMBER(FPS)
+TUNING_RECORD_END
 
 /// Argument of RunConvProcess.
 struct KIROConvergenceInput
@@ -102,6 +149,14 @@ struct KIROConvergenceInput
     BOOL                  bIsMeteringSkipped;  ///< of metering; 1: the targets are taken over without convergence
     FLOAT                 mfhdrLongADRC;       ///< by the core: safe over long target of the long ADRC, 1.0 without it
 };
+TUNING_RECORD(KIROConvergenceInput)
+    MEMBER(frameID)
+    ADDRESS(pRange)
+    PER_EXPOSURE(sensitivities)
+    MEMBER(luxIndex)
+    MEMBER(bIsMeteringSkipped)
+    MEMBER(mfhdrLongADRC)
+TUNING_RECORD_END
 
 /// What convergence decided. The host hands the record to RunConvProcess, HandleExposureConstraints, RunConvSettle and
 /// RunConvPostProcess, and may change it between them; from runExtension and runEndOfFrame on it is the frame's. With
@@ -125,6 +180,21 @@ struct KIROConvergenceOutput
     FLOAT  mfhdrLongADRC;          ///< staggered and multi-frame HDR: safe over long, at least 1.0; 1.0 elsewhere
     FLOAT  convergedShortBlend;    ///< share of short in the blend of HDR, 0 to 1; 1.0 without the feature
 };
+TUNING_RECORD(KIROConvergenceOutput)
+    PER_EXPOSURE(exposures)
+    PER_EXPOSURE(lockedEV0Exposures)
+    MEMBER(predictiveGain)
+    MEMBER(bBrightnessSettle)
+    MEMBER(bSettle)
+    MEMBER(evMultiplier)
+    MEMBER(shortStretchOffset)
+    MEMBER(bIsConvTargetFixed)
+    MEMBER(bIfConvProcRun)
+    MEMBER(compensationDarkBoost)
+    MEMBER(compensationADRC)
+    MEMBER(mfhdrLongADRC)
+    MEMBER(convergedShortBlend)
+TUNING_RECORD_END
 
 /// Argument of runExtension. Its pointers are read during the call only.
 struct KIROExtensionInput
@@ -134,6 +204,12 @@ struct KIROExtensionInput
     StatisticsStartUp      statisticsStartup;  ///< Invalid: stretch off, monitors anew, detectors wait for a settle
     KIROExtFlashInfo       flashInfo;          ///< zeros outside a flash
 };
+TUNING_RECORD(KIROExtensionInput)
+    ADDRESS(pConvergenceOuts)
+    ADDRESS(pArbitrationOuts)
+    NUMBER(statisticsStartup)
+    MEMBER(flashInfo)
+TUNING_RECORD_END
 
 /// Which frame runEndOfFrame completes.
 struct KIROFrameInfo
@@ -141,12 +217,19 @@ struct KIROFrameInfo
     UINT64 frameID;   ///< of runStartOfFrame; not above the newest one in the history: the frame is not kept
     BOOL   bStartup;  ///< 1: the record is the start configuration of the mode, kept apart from its frames
 };
+TUNING_RECORD(KIROFrameInfo)
+    MEMBER(frameID)
+    MEMBER(bStartup)
+TUNING_RECORD_END
 
 /// Argument of runEndOfFrame without a use so far.
 struct KIROPostProcessingInput
 {
     INT input;  ///< not read
 };
+TUNING_RECORD(KIROPostProcessingInput)
+    MEMBER(input)
+TUNING_RECORD_END
 
 /// Whether a scene change detector sees a change.
 enum KIROSCDStateType : INT32
@@ -174,3 +257,8 @@ struct KIROSCDOutput
     KIROSCDStateType scState;  ///< change
     KIROHoldTimeType htState;  ///< hold
 };
+TUNING_RECORD(KIROSCDOutput)
+    ADDRESS(pName)
+    NUMBER(scState)
+    NUMBER(htState)
+TUNING_RECORD_END

@@ -10,6 +10,8 @@
 
 #include "interface/aecalgoinput.h"
 #include "platform/tavotypes.h"
+#include "schema/exposureindex.h"
+#include "schema/tuningrecord.h"
 
 /// What a camera has metered.
 struct AECMultiCamMtrInfo
@@ -17,6 +19,10 @@ struct AECMultiCamMtrInfo
     FLOAT  luxIndex;           ///< grows as the scene darkens
     UINT64 targetExposure[3];  ///< targets, as runEndOfFrame was given them
 };
+TUNING_RECORD(AECMultiCamMtrInfo)
+    MEMBER(luxIndex)
+    PER_EXPOSURE(targetExposure)
+TUNING_RECORD_END
 
 /// How a camera exposes. A follower multiplies its own factors back in, so that the exposures meet in a space without
 /// modules. A factor of 0 divides nothing: the value of the frame before stands.
@@ -27,6 +33,12 @@ struct AECMultiCamExpInfo
     FLOAT  normExp_wCCT[3];  ///< and without the factor of the light's colour
     UINT64 exposureTime[3];  ///< ns
 };
+TUNING_RECORD(AECMultiCamExpInfo)
+    PER_EXPOSURE(origExp)
+    PER_EXPOSURE(normExp)
+    PER_EXPOSURE(normExp_wCCT)
+    PER_EXPOSURE(exposureTime)
+TUNING_RECORD_END
 
 /// One frame of one camera.
 struct AECMultiCamInfo
@@ -40,6 +52,16 @@ struct AECMultiCamInfo
     INT32              CCT;                ///< kelvin, of the white balance
     StatsAlgoRole      algoRole;           ///< of StatsCameraInfo
 };
+TUNING_RECORD(AECMultiCamInfo)
+    MEMBER(bSettle)
+    MEMBER(bBrightnessSettle)
+    MEMBER(statsFrameId)
+    MEMBER(cameraID)
+    MEMBER(meteringInfo)
+    MEMBER(exposureInfo)
+    MEMBER(CCT)
+    NUMBER(algoRole)
+TUNING_RECORD_END
 
 /// Where the sensitivity factor between two modules comes from.
 enum AECAlgoDualcamOTPDataStatus : INT32

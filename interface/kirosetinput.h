@@ -3,10 +3,11 @@
 #pragma once
 
 #include "interface/aecalgoinput.h"
+#include "schema/tuningrecord.h"
 
 /// What pAECSetParam points to. The payload is read during the call and copied. One that is smaller than its type is
 /// logged and yields ResultFailed, with nothing stored; a null one yields 0 with nothing stored, and so does a type
-/// that is ignored. The payload's record or enumeration (interface/aecalgoinput.h) says what the setting does, which
+/// that is ignored. The payload's record or enumeration (interface/aecalgosettings.h, interface/aecalgosensordata.h) says what the setting does, which
 /// memory behind it is read later, and which contents are refused; what holds before a setting is given stands at
 /// SetInputData. "Kept" settings are stored, and no stage reads them.
 ///
@@ -93,6 +94,46 @@ enum AECAlgoSetParamType : INT32
     AECAlgoSetParamMax                            = 51   ///< ignored
 };
 
+/// The settings that the core takes, each with its payload: SETTING(type, payload) is refused if sizeOfAECSetParam is
+/// below the payload's size, UNSIZED(type, payload) goes by its content alone, and of UNREAD(type, bytes) only that
+/// size is checked. Types that are not listed are ignored.
+#define AEC_SET_PARAMS(SETTING, UNSIZED, UNREAD)                                                                       \
+    SETTING(OperationMode, AECAlgoOperationModeType)                                                                   \
+    SETTING(TunaraData, StatsTuningData)                                                                               \
+    SETTING(MeteringMode, AECAlgoMeteringModeType)                                                                     \
+    SETTING(ExposureCompensation, INT32)                                                                               \
+    SETTING(FlickerCompensation, StatisticsAntibanding)                                                                \
+    SETTING(ManualSetting, AECAlgoManualSetting)                                                                       \
+    SETTING(AECLock, AECAlgoLockType)                                                                                  \
+    SETTING(FPSRange, AECAlgoFPSRange)                                                                                 \
+    SETTING(LEDMode, AECAlgoLEDModeType)                                                                               \
+    SETTING(TouchROI, AECAlgoROIList)                                                                                  \
+    SETTING(AWBState, AECAlgoWhiteBalanceState)                                                                        \
+    SETTING(GyroInfo, StatsGyroInfo)                                                                                   \
+    SETTING(OverrideSetting, AECAlgoOverrideSettingParam)                                                              \
+    SETTING(FlashMeasurement, AECAlgoFlashMeasKindType)                                                                \
+    SETTING(FlashCalibrationData, AECAlgoFlashCalibrationData)                                                         \
+    SETTING(DebugDataEnable, BOOL)                                                                                     \
+    SETTING(SensorInfo, StatsSensorInfo)                                                                               \
+    SETTING(CameraInfo, StatsCameraInfo)                                                                               \
+    SETTING(FlashMaximumCurrent, INT32)                                                                                \
+    UNREAD(SetDiagTestConfig, 28)                                                                                      \
+    SETTING(StartUpExpSensitivity, AECAlgoStartupIndices)                                                              \
+    SETTING(CropWindow, StatsRectangle)                                                                                \
+    SETTING(PipelineDelay, UINT8)                                                                                      \
+    SETTING(PeerInfo, StatsPeerInfoCombo)                                                                              \
+    SETTING(DualcamCalibrationInfo, AECAlgoDCCalibrationInfo)                                                          \
+    SETTING(MultiExpSensorMode, AECAlgoHDRType)                                                                        \
+    SETTING(UnstabilizedFaceROI, UnstabilizedROIInformation)                                                           \
+    SETTING(ControlPostRawSensitivityBoost, INT32)                                                                     \
+    UNSIZED(DisableADRC, BOOL)                                                                                         \
+    UNSIZED(FlashInlineCalibrationData, KIROFICBlobHead)                                                               \
+    SETTING(IsFlashInfluencedStats, BOOL)                                                                              \
+    SETTING(FlashInlineCalibrationMode, BOOL)                                                                          \
+    SETTING(TrackerROI, UnstabilizedROIInformation)                                                                    \
+    SETTING(SaliencyMapData, AECAlgoSaliencyInfo)                                                                      \
+    SETTING(LightInfo, StatsLightInfo)
+
 /// One setting, the host's; needed for the call alone.
 struct AECAlgoSetParam
 {
@@ -112,6 +153,13 @@ struct KIROPrecisionFlashHistory
     FLOAT  frameFPS;       ///< by the host: frames per second, for the time between the two; 0 and below count as 30
     FLOAT  hysteresis;     ///< by the core: tuned share by which thresholds are relieved, 0 without sceneDetected
 };
+TUNING_RECORD(KIROPrecisionFlashHistory)
+    MEMBER(sceneDetected)
+    MEMBER(previousReqID)
+    MEMBER(curReqID)
+    MEMBER(frameFPS)
+    MEMBER(hysteresis)
+TUNING_RECORD_END
 
 /// What pSetParam points to.
 enum KIROCoreSetParamType : INT32

@@ -3,6 +3,8 @@
 #pragma once
 
 #include "platform/tavotypes.h"
+#include "schema/exposureindex.h"
+#include "schema/tuningrecord.h"
 
 /// Where start exposures come from. What a source does not name below keeps the host's value.
 ///
@@ -44,3 +46,13 @@ struct KIROAlgoStartExposureInfo
     FLOAT                compenADRCGain;         ///< by the core: safe over short to start with (PrevMode)
     FLOAT                compensationDarkBoostGain;  ///< by the core: long over safe to start with (PrevMode)
 };
+TUNING_RECORD(KIROAlgoStartExposureInfo)
+    NUMBER(type)
+    PER_EXPOSURE(targetExposures)
+    PER_EXPOSURE(convergedExposures)
+    MEMBER(evFactor)
+    MEMBER(luxIndex)
+    MEMBER(bIsLuxInitialized)
+    MEMBER(compenADRCGain)
+    MEMBER(compensationDarkBoostGain)
+TUNING_RECORD_END

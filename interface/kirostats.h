@@ -28,6 +28,7 @@
 #include "platform/tavotypes.h"
 #include "schema/kirocorestatsconfig.h"
 #include "schema/kiroglobalelements.h"
+#include "schema/tuningrecord.h"
 
 /// Payload of a channel.
 struct KIROCoreChInfo
@@ -54,6 +55,12 @@ struct KIROCntStatsOut
     kirocorestatsconfig::ResolutionType resolution;
     KIROCoreChInfo                      channelData;  ///< name and values
 };
+TUNING_RECORD(KIROCntStatsOut)
+    MEMBER(frameID)
+    MEMBER(type)
+    MEMBER(resolution)
+    ADDRESS(channelData)
+TUNING_RECORD_END
 
 /// Whether the statistics of a frame may be used.
 enum StatisticsStartUp : INT32

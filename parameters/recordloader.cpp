@@ -37,9 +37,8 @@ UINT32& IDOf(BYTE* pRecord, const RecordMember& rMember)
 /// Clears all members but those that a file does not hold.
 VOID ZeroRecord(const RecordDescription& rRecord, BYTE* pRecord)
 {
-    for (UINT32 index = 0; index < rRecord.memberCount; ++index)
+    for (const RecordMember& rMember : rRecord.Members())
     {
-        const RecordMember& rMember = rRecord.pMembers[index];
         if (!rMember.IsStored())
         {
             continue;
@@ -291,10 +290,9 @@ VOID RecordLoader::LoadArray(const RecordDescription& rRecord, VOID* pItems, UIN
 VOID RecordLoader::Unload(const RecordDescription& rRecord, VOID* pRecord, ParameterFileSymbolTable* pTable)
 {
     BYTE* const pBytes = static_cast<BYTE*>(pRecord);
-    for (UINT32 index = 0; index < rRecord.memberCount; ++index)
+    for (const RecordMember& rMember : rRecord.Members())
     {
-        const RecordMember& rMember = rRecord.pMembers[index];
-        BYTE* const         pPlace  = pBytes + rMember.offset;
+        BYTE* const pPlace = pBytes + rMember.offset;
         if (rMember.form != Form::Variable)
         {
             UnloadValues(rMember, pPlace, rMember.count, pTable);

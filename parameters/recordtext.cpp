@@ -1,20 +1,25 @@
 #include "parameters/recordtext.h"
 
-#include <cstring>
 #include <functional>
 #include <optional>
+#include <type_traits>
 
 #include "parameters/boundedtext.h"
 #include "parameters/parameterparserinfo.h"
 #include "parameters/parameterutils.h"
+#include "schema/recordwalk.h"
 
 using tuning::Form;
 using tuning::RecordDescription;
 using tuning::RecordMember;
+using tuning::TextAt;
+using tuning::ValuesOf;
 using tuning::ValueType;
 
 namespace
 {
+
+using Values = tuning::MemberValues<const BYTE>;
 
 constexpr UINT32 NoIndex       = 0xFFFFFFFF;
 constexpr UINT32 MaxName       = 129;  ///< bytes of a component of a path, terminator included
@@ -27,18 +32,6 @@ struct RecordView
     const BYTE*              pBytes;
 };
 
-/// The values that a member holds in one record.
-struct Values
-{
-    const BYTE* pFirst;
-    UINT32      count;
-
-    const BYTE* At(const RecordMember& rMember, UINT32 index) const
-    {
-        return pFirst + static_cast<size_t>(index) * rMember.valueSize;
-    }
-};
-
 /// What a path leads to: a member that is no record.
 struct Leaf
 {
@@ -46,48 +39,6 @@ struct Leaf
     Values              values;
     UINT32              index;
 };
-
-template <typename T> T Load(const BYTE* pPlace)
-{
-    T value;
-    std::memcpy(&value, pPlace, sizeof(value));
-    return value;
-}
-
-bool IsArray(const RecordMember& rMember)
-{
-    return rMember.form == Form::Fixed || rMember.form == Form::Variable;
-}
-
-Values ValuesOf(const RecordMember& rMember, const BYTE* pRecord)
-{
-    const BYTE* pPlace = pRecord + rMember.offset;
-    switch (rMember.form)
-    {
-    case Form::Variable:
-    {
-        const BYTE* pArray = Load<const BYTE*>(pPlace);
-        return {pArray, (pArray != nullptr) ? Load<UINT32>(pRecord + rMember.countOffset) : 0};
-    }
-    case Form::Optional:
-        return {pPlace, (Load<UINT32>(pRecord + rMember.countOffset) == 1) ? 1U : 0U};
-    default:
-        return {pPlace, rMember.count};
-    }
-}
-
-const RecordMember* FindMember(const RecordDescription& rRecord, const CHAR* pName)
-{
-    for (UINT32 index = 0; index < rRecord.memberCount; ++index)
-    {
-        const RecordMember& rMember = rRecord.pMembers[index];
-        if (rMember.IsStored() && std::strcmp(rMember.pName, pName) == 0)
-        {
-            return &rMember;
-        }
-    }
-    return nullptr;
-}
 
 /// A path under way from record to record.
 class PathWalk
@@ -133,13 +84,13 @@ private:
         CHAR name[MaxName];
         m_index = NoIndex;
         m_pRest += ParameterUtils::GetVariable(m_pRest, name, m_index, sizeof(name));
-        return FindMember(*m_record.pDescription, name);
+        return tuning::FindMember(*m_record.pDescription, name);
     }
 
     bool Enter(const RecordMember& rMember)
     {
         const Values values = ValuesOf(rMember, m_record.pBytes);
-        const UINT32 index  = IsArray(rMember) ? m_index : 0;
+        const UINT32 index  = rMember.IsArray() ? m_index : 0;
         if (index >= values.count)
         {
             return false;
@@ -155,35 +106,8 @@ private:
 
 DOUBLE LoadNumber(ValueType type, const BYTE* pPlace)
 {
-    switch (type)
-    {
-    case ValueType::Int8:
-        return Load<INT8>(pPlace);
-    case ValueType::UInt8:
-        return Load<UINT8>(pPlace);
-    case ValueType::Int16:
-        return Load<INT16>(pPlace);
-    case ValueType::UInt16:
-        return Load<UINT16>(pPlace);
-    case ValueType::Int32:
-    case ValueType::Boolean:
-    case ValueType::Enum:
-        return Load<INT32>(pPlace);
-    case ValueType::UInt32:
-        return Load<UINT32>(pPlace);
-    case ValueType::Int64:
-        return static_cast<DOUBLE>(Load<INT64>(pPlace));
-    case ValueType::UInt64:
-        return static_cast<DOUBLE>(Load<UINT64>(pPlace));
-    case ValueType::Float:
-        return Load<FLOAT>(pPlace);
-    case ValueType::Double:
-        return Load<DOUBLE>(pPlace);
-    case ValueType::Text:
-    case ValueType::Record:
-        break;
-    }
-    return 0.0;
+    return tuning::WithTypeOf(type, [pPlace](auto zero)
+                              { return static_cast<DOUBLE>(tuning::Load<decltype(zero)>(pPlace)); });
 }
 
 UINT32 PrecisionOf(ValueType type)
@@ -191,17 +115,11 @@ UINT32 PrecisionOf(ValueType type)
     return (type == ValueType::Float || type == ValueType::Double) ? 10 : 0;
 }
 
-const CHAR* LoadText(const BYTE* pPlace)
-{
-    const CHAR* pText = Load<const CHAR*>(pPlace);
-    return (pText != nullptr) ? pText : "";
-}
-
 VOID WriteValue(ValueType type, const BYTE* pPlace, CHAR* pValue, UINT32 size)
 {
     if (type == ValueType::Text)
     {
-        (VOID) Tavo::OsUtils::StrLCpy(pValue, LoadText(pPlace), size);
+        (VOID) Tavo::OsUtils::StrLCpy(pValue, TextAt(pPlace), size);
         return;
     }
     bool fits = false;
@@ -220,7 +138,7 @@ VOID WriteAll(const RecordMember& rMember, const Values& rValues, CHAR* pValue, 
         }
         if (rMember.type == ValueType::Text)
         {
-            text.Append(LoadText(pPlace));
+            text.Append(TextAt(pPlace));
         }
         else
         {
@@ -266,7 +184,7 @@ ParameterParserInfo Describe(const RecordMember& rMember, const BYTE* pRecord)
 {
     const Values values = ValuesOf(rMember, pRecord);
     const CHAR*  pType  = TypeTextOf(rMember.type);
-    if (IsArray(rMember))
+    if (rMember.IsArray())
     {
         return {rMember.pName, pType, true, false, values.count};
     }
@@ -276,7 +194,7 @@ ParameterParserInfo Describe(const RecordMember& rMember, const BYTE* pRecord)
     }
     if (rMember.type == ValueType::Text)
     {
-        return {rMember.pName, pType, LoadText(values.pFirst)};
+        return {rMember.pName, pType, TextAt(values.pFirst)};
     }
     return {rMember.pName, pType, LoadNumber(rMember.type, values.pFirst), PrecisionOf(rMember.type)};
 }
@@ -296,7 +214,7 @@ std::optional<Number> FindNumber(const RecordDescription& rRecord, const VOID* p
         return std::nullopt;
     }
     const RecordMember& rMember = *leaf->pMember;
-    const UINT32        index   = IsArray(rMember) ? leaf->index : 0;
+    const UINT32        index   = rMember.IsArray() ? leaf->index : 0;
     if (index >= leaf->values.count)
     {
         return std::nullopt;
@@ -304,44 +222,28 @@ std::optional<Number> FindNumber(const RecordDescription& rRecord, const VOID* p
     return Number{leaf->values.At(rMember, index), rMember.type};
 }
 
-/// One store, so that a frame never sees a part of the number.
-template <typename T> VOID Store(VOID* pPlace, T value)
-{
-    *static_cast<T*>(pPlace) = value;
-}
-
 }  // namespace
 
 VOID RecordText::StoreUnlocked(VOID* pPlace, ValueType type, DOUBLE value)
 {
-    switch (type)
+    if (!tuning::IsNumber(type))
     {
-    case ValueType::Int8:
-        return Store(pPlace, ParameterUtils::ToInteger<INT8>(value));
-    case ValueType::UInt8:
-        return Store(pPlace, ParameterUtils::ToInteger<UINT8>(value));
-    case ValueType::Int16:
-        return Store(pPlace, ParameterUtils::ToInteger<INT16>(value));
-    case ValueType::UInt16:
-        return Store(pPlace, ParameterUtils::ToInteger<UINT16>(value));
-    case ValueType::Int32:
-    case ValueType::Boolean:
-    case ValueType::Enum:
-        return Store(pPlace, ParameterUtils::ToInteger<INT32>(value));
-    case ValueType::UInt32:
-        return Store(pPlace, ParameterUtils::ToInteger<UINT32>(value));
-    case ValueType::Int64:
-        return Store(pPlace, ParameterUtils::ToInteger<INT64>(value));
-    case ValueType::UInt64:
-        return Store(pPlace, ParameterUtils::ToInteger<UINT64>(value));
-    case ValueType::Float:
-        return Store(pPlace, static_cast<FLOAT>(value));
-    case ValueType::Double:
-        return Store(pPlace, value);
-    case ValueType::Text:
-    case ValueType::Record:
-        break;
+        return;
     }
+    // One store, so that a frame never sees a part of the number.
+    tuning::WithTypeOf(type,
+                       [pPlace, value](auto zero)
+                       {
+                           using Number = decltype(zero);
+                           if constexpr (std::is_integral_v<Number>)
+                           {
+                               *static_cast<Number*>(pPlace) = ParameterUtils::ToInteger<Number>(value);
+                           }
+                           else
+                           {
+                               *static_cast<Number*>(pPlace) = static_cast<Number>(value);
+                           }
+                       });
 }
 
 bool RecordText::GetValue(const RecordDescription& rRecord, const VOID* pRecord, const CHAR* pPath, CHAR* pValue,
@@ -353,13 +255,13 @@ bool RecordText::GetValue(const RecordDescription& rRecord, const VOID* pRecord,
         return false;
     }
     const RecordMember& rMember = *leaf->pMember;
-    const UINT32        index   = IsArray(rMember) ? leaf->index : 0;
+    const UINT32        index   = rMember.IsArray() ? leaf->index : 0;
     if (index < leaf->values.count)
     {
         WriteValue(rMember.type, leaf->values.At(rMember, index), pValue, size);
         return true;
     }
-    if (IsArray(rMember))
+    if (rMember.IsArray())
     {
         WriteAll(rMember, leaf->values, pValue, size);
         return true;
@@ -397,10 +299,9 @@ bool RecordText::ReachesInArray(const RecordDescription& rRecord, const VOID* pR
         return false;
     }
     const BYTE* pBytes = static_cast<const BYTE*>(pRecord);
-    for (UINT32 index = 0; index < rRecord.memberCount; ++index)
+    for (const RecordMember& rMember : rRecord.Members())
     {
-        const RecordMember& rMember = rRecord.pMembers[index];
-        const Values        values  = ValuesOf(rMember, pBytes);
+        const Values values = ValuesOf(rMember, pBytes);
         if (rMember.form == Form::Variable && std::less_equal<const VOID*>()(values.pFirst, pPlace) &&
             std::less<const VOID*>()(pPlace, values.At(rMember, values.count)))
         {
@@ -425,9 +326,8 @@ bool RecordText::GetInfo(const RecordDescription& rRecord, const VOID* pRecord, 
     {
         return false;
     }
-    for (UINT32 index = 0; index < record->pDescription->memberCount; ++index)
+    for (const RecordMember& rMember : record->pDescription->Members())
     {
-        const RecordMember& rMember = record->pDescription->pMembers[index];
         if (rMember.IsStored())
         {
             rList.Add(Describe(rMember, record->pBytes));

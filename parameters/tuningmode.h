@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/tavotypes.h"
+#include "schema/tuningrecord.h"
 
 /// The levels of the mode tree, from the root down.
 enum class ModeType : UINT32
@@ -116,5 +117,9 @@ struct TuningMode
     ModeType        mode;
     ModeSubModeType subMode;
 };
+TUNING_RECORD(TuningMode)
+    NUMBER(mode)
+    tuning::DescribeMember<UINT32>("subMode", offsetof(Record, subMode)),
+TUNING_RECORD_END
 
 static_assert(sizeof(TuningMode) == 8, "hosts pass flat arrays of selectors");

@@ -11,12 +11,14 @@
 ///     TUNING_RECORD_END
 ///
 /// The tables are constants, walked at run time by everything that handles records: loading, unloading, text access,
-/// compiling and dumping of text tunings. A static assertion checks that the members of a table cover its struct, in
+/// compiling and dumping of text tunings, recordings of what crosses the interface, hostile values. recordwalk.h has the
+/// walk. A static assertion checks that the members of a table cover its struct, in
 /// the struct's order. Record and table must stand in the same namespace; a nested record comes before its user.
 #pragma once
 
 #include <cstddef>
 #include <iterator>
+#include <span>
 #include <type_traits>
 
 #include "platform/tavotypes.h"
@@ -97,7 +99,8 @@ struct RecordMember
     UINT32                   valueSize;    ///< of one value in memory
     UINT32                   alignment;    ///< of what stands at offset
     const RecordDescription* pRecord;      ///< of a nested record, null otherwise
-    const EnumDescription*   pEnum;        ///< of an enumeration, null otherwise
+    const EnumDescription*   pEnum;        ///< of an enumeration with names, null otherwise
+    const EnumDescription*   pIndexEnum;   ///< names of the indices of a Fixed member, null otherwise
 
     /// @return offset of the first byte that belongs to the member
     constexpr UINT32 Begin() const
@@ -121,6 +124,11 @@ struct RecordMember
         return form == Form::Variable || form == Form::Optional;
     }
 
+    constexpr bool IsArray() const
+    {
+        return form == Form::Fixed || form == Form::Variable;
+    }
+
     constexpr bool IsStored() const
     {
         return form != Form::EntryID;
@@ -136,6 +144,11 @@ struct RecordDescription
     const RecordMember* pMembers;
     UINT32              memberCount;
     bool                ownsMemory;   ///< a member, or a nested record's member, is a pointer
+
+    constexpr std::span<const RecordMember> Members() const
+    {
+        return {pMembers, memberCount};
+    }
 };
 
 /// @return bytes up to the next multiple of alignment
@@ -251,6 +264,27 @@ constexpr RecordMember DescribeBoolean(const CHAR* pName, size_t offset)
     return member;
 }
 
+/// NUMBER: an enumeration without names, or an array of one.
+template <typename Field>
+constexpr RecordMember DescribeNumber(const CHAR* pName, size_t offset)
+{
+    using Value = std::remove_extent_t<Field>;
+    static_assert(std::is_enum_v<Value> && sizeof(Value) == sizeof(INT32));
+    return DescribeValue<INT32>(pName, std::is_array_v<Field> ? Form::Fixed : Form::Single,
+                                std::is_array_v<Field> ? std::extent_v<Field> : 1, offset);
+}
+
+/// ADDRESS: what it points to belongs to no record.
+template <typename Field>
+constexpr RecordMember DescribeAddress(const CHAR* pName, size_t offset)
+{
+    static_assert(std::is_pointer_v<std::remove_extent_t<Field>> || std::is_union_v<Field> || std::is_class_v<Field>);
+    RecordMember member = DescribeValue<UINT8>(pName, Form::EntryID, 1, offset);
+    member.valueSize    = static_cast<UINT32>(sizeof(Field));
+    member.alignment    = static_cast<UINT32>(alignof(Field));
+    return member;
+}
+
 /// VARIABLE: <name>Count, <name>ID and a pointer to the values.
 template <typename Pointer>
 constexpr RecordMember DescribeVariable(const CHAR* pName, size_t offset, size_t countOffset, size_t idOffset)
@@ -280,6 +314,13 @@ constexpr RecordMember AsBoolean(RecordMember member)
     return member;
 }
 
+/// @return the table of a record
+template <typename T>
+constexpr const RecordDescription& DescriptionOf()
+{
+    return *TuningRecordOf(static_cast<const T*>(nullptr));
+}
+
 } // namespace tuning
 
 #define TUNING_RECORD(RecordName)                                                                                      \
@@ -295,6 +336,10 @@ constexpr RecordMember AsBoolean(RecordMember member)
         static constexpr tuning::RecordMember Members[] = {
 
 #define MEMBER(field) tuning::DescribeMember<decltype(Record::field)>(#field, offsetof(Record, field)),
+
+#define NUMBER(field) tuning::DescribeNumber<decltype(Record::field)>(#field, offsetof(Record, field)),
+
+#define ADDRESS(field) tuning::DescribeAddress<decltype(Record::field)>(#field, offsetof(Record, field)),
 
 #define BOOLEAN(field) tuning::DescribeBoolean<decltype(Record::field)>(#field, offsetof(Record, field)),
 

@@ -47,9 +47,8 @@ UINT32 RecordWriter::AddData(const std::vector<BYTE>& rBlock)
 std::vector<DefinedMember> RecordWriter::Members(const RecordDescription& rRecord)
 {
     std::vector<DefinedMember> members;
-    for (UINT32 index = 0; index < rRecord.memberCount; ++index)
+    for (const RecordMember& rMember : rRecord.Members())
     {
-        const RecordMember& rMember = rRecord.pMembers[index];
         if (!rMember.IsStored())
         {
             continue;

@@ -7,9 +7,10 @@
 #include <cstring>
 #include <random>
 
+#include "schema/recordwalk.h"
 #include "tools/tuningfile/tuning.h"
 
-class RandomRecords
+class RandomRecords : public tuning::UntrackedVisitor
 {
 public:
     explicit RandomRecords(UINT32 seed) : m_random(seed), m_pArena(std::make_shared<tuningfile::RecordArena>())
@@ -30,7 +31,7 @@ public:
     VOID* Make(const tuning::RecordDescription& rDescription)
     {
         VOID* pRecord = m_pArena->Allocate(rDescription.size);
-        Fill(rDescription, static_cast<BYTE*>(pRecord));
+        tuning::WalkRecord(rDescription, static_cast<BYTE*>(pRecord), *this);
         return pRecord;
     }
 
@@ -39,72 +40,57 @@ public:
     {
         VOID* pRecord = m_pArena->Allocate(rDescription.size);
         std::memcpy(pRecord, pOriginal, rDescription.size);
-        for (UINT32 index = 0; index < rDescription.memberCount; ++index)
+        for (const tuning::RecordMember& rMember : rDescription.Members())
         {
-            if (Below(4) == 0)
+            if (Below(4) == 0 && rMember.IsStored())
             {
-                FillMember(rDescription.pMembers[index], static_cast<BYTE*>(pRecord));
+                tuning::WalkMember(rMember, static_cast<BYTE*>(pRecord), *this);
             }
         }
         return pRecord;
     }
 
+    // Visitor of a record; see schema/recordwalk.h.
+
+    tuning::MemberValues<BYTE> CountedValues(const tuning::RecordMember& rMember, BYTE* pRecord)
+    {
+        const bool   isArray = rMember.form == tuning::Form::Variable;
+        const UINT32 count   = Below(isArray ? 3 : 2);
+        std::memset(pRecord + rMember.Begin(), 0, rMember.End() - rMember.Begin());
+        VOID* pArray = (isArray && count > 0) ? m_pArena->Allocate(size_t{count} * rMember.valueSize) : nullptr;
+        return tuning::SetCount(rMember, pRecord, count, pArray);
+    }
+
+    VOID Numbers(const tuning::RecordMember& rMember, const tuning::MemberValues<BYTE>& rValues)
+    {
+        for (UINT32 index = 0; index < rValues.count; ++index)
+        {
+            FillNumber(rMember, rValues.At(rMember, index));
+        }
+    }
+
+    VOID Text(const tuning::RecordMember&, BYTE* pPlace)
+    {
+        FillText(pPlace);
+    }
+
 private:
-    VOID Fill(const tuning::RecordDescription& rDescription, BYTE* pRecord)
-    {
-        for (UINT32 index = 0; index < rDescription.memberCount; ++index)
-        {
-            FillMember(rDescription.pMembers[index], pRecord);
-        }
-    }
-
-    VOID FillMember(const tuning::RecordMember& rMember, BYTE* pRecord)
-    {
-        if (!rMember.IsStored())
-        {
-            return;
-        }
-        BYTE*  pValues = pRecord + rMember.offset;
-        UINT32 count   = rMember.count;
-        if (rMember.HasCount())
-        {
-            count = Below((rMember.form == tuning::Form::Variable) ? 3 : 2);
-            std::memset(pRecord + rMember.Begin(), 0, rMember.End() - rMember.Begin());
-            std::memcpy(pRecord + rMember.countOffset, &count, sizeof(count));
-        }
-        if (rMember.form == tuning::Form::Variable && count > 0)
-        {
-            pValues = static_cast<BYTE*>(m_pArena->Allocate(size_t{count} * rMember.valueSize));
-            std::memcpy(pRecord + rMember.offset, &pValues, sizeof(pValues));
-        }
-        for (UINT32 index = 0; index < count; ++index)
-        {
-            FillValue(rMember, pValues + size_t{index} * rMember.valueSize);
-        }
-    }
-
-    VOID FillValue(const tuning::RecordMember& rMember, BYTE* pValue)
+    VOID FillNumber(const tuning::RecordMember& rMember, BYTE* pValue)
     {
         switch (rMember.type)
         {
-        case tuning::ValueType::Record:
-            Fill(*rMember.pRecord, pValue);
-            break;
-        case tuning::ValueType::Text:
-            FillText(pValue);
-            break;
         case tuning::ValueType::Float:
-            Store(pValue, RandomFloat<FLOAT, UINT32>());
+            tuning::Store(pValue, RandomFloat<FLOAT, UINT32>());
             break;
         case tuning::ValueType::Double:
-            Store(pValue, RandomFloat<DOUBLE, UINT64>());
+            tuning::Store(pValue, RandomFloat<DOUBLE, UINT64>());
             break;
         case tuning::ValueType::Boolean:
-            Store(pValue, static_cast<BOOL>((Below(10) == 0) ? m_random() : Below(2)));
+            tuning::Store(pValue, static_cast<BOOL>((Below(10) == 0) ? m_random() : Below(2)));
             break;
         case tuning::ValueType::Enum:
-            Store(pValue, (Below(10) == 0) ? static_cast<INT32>(m_random())
-                                           : rMember.pEnum->pEnumerators[Below(rMember.pEnum->count)].value);
+            tuning::Store(pValue, (Below(10) == 0) ? static_cast<INT32>(m_random())
+                                                   : rMember.pEnum->pEnumerators[Below(rMember.pEnum->count)].value);
             break;
         default:
         {
@@ -113,11 +99,6 @@ private:
             break;
         }
         }
-    }
-
-    template <typename T> static VOID Store(BYTE* pValue, T value)
-    {
-        std::memcpy(pValue, &value, sizeof(value));
     }
 
     /// Any bits that are a number, infinities and negative zero included.
@@ -162,7 +143,7 @@ private:
             pText = static_cast<CHAR*>(m_pArena->Allocate(std::strlen(pSource) + 1));
             std::strcpy(pText, pSource);
         }
-        Store(pValue, pText);
+        tuning::Store(pValue, pText);
     }
 
     std::mt19937_64                          m_random;

@@ -1,61 +1,45 @@
 #include "tools/hostilefiles/recordreader.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace hostilefiles
 {
 
 UINT64 RecordReader::Read(const tuning::RecordDescription& rRecord, const BYTE* pRecord)
 {
-    UINT64 sum = 0;
-    for (UINT32 index = 0; index < rRecord.memberCount; ++index)
-    {
-        const tuning::RecordMember& rMember = rRecord.pMembers[index];
-        if (rMember.IsStored())
-        {
-            sum += ReadMember(rMember, tuningfile::ValuesOf(rMember, pRecord));
-        }
-    }
-    return sum;
+    m_sum = 0;
+    tuning::WalkRecord(rRecord, pRecord, *this);
+    return m_sum;
 }
 
 /// Arrays may share their data: what was read as the same is not read again, or a walk would see far more than there
 /// is.
-bool RecordReader::WasRead(const tuning::RecordMember& rMember, const tuningfile::Values& rValues)
+RecordReader::Values RecordReader::CountedValues(const tuning::RecordMember& rMember, const BYTE* pRecord)
 {
+    const Values values = tuning::ValuesOf(rMember, pRecord);
     if (rMember.form != tuning::Form::Variable)
     {
-        return false;
+        return values;
     }
-    UINT32&    rCount  = m_read[{rValues.pFirst, &rMember}];
-    const bool wasRead = rValues.count <= rCount;
-    rCount             = std::max(rCount, rValues.count);
-    return wasRead;
+    UINT32&    rCount  = m_read[{values.pFirst, &rMember}];
+    const bool wasRead = values.count <= rCount;
+    rCount             = std::max(rCount, values.count);
+    return {values.pFirst, wasRead ? 0 : values.count};
 }
 
-UINT64 RecordReader::ReadMember(const tuning::RecordMember& rMember, const tuningfile::Values& rValues)
+VOID RecordReader::Numbers(const tuning::RecordMember& rMember, const Values& rValues)
 {
-    if (WasRead(rMember, rValues))
+    for (UINT32 index = 0; index < rValues.count; ++index)
     {
-        return 0;
+        const BYTE* pValue = rValues.At(rMember, index);
+        m_sum += pValue[0] + pValue[rMember.valueSize - 1];
     }
-    UINT64 sum = 0;
-    for (UINT32 item = 0; item < rValues.count; ++item)
-    {
-        const BYTE* pValue = rValues.pFirst + static_cast<size_t>(item) * rMember.valueSize;
-        if (rMember.type == tuning::ValueType::Record)
-        {
-            sum += Read(*rMember.pRecord, pValue);
-            continue;
-        }
-        if (rMember.type == tuning::ValueType::Text)
-        {
-            sum += tuningfile::TextAt(pValue).size();
-            continue;
-        }
-        sum += pValue[0] + pValue[rMember.valueSize - 1];
-    }
-    return sum;
+}
+
+VOID RecordReader::Text(const tuning::RecordMember&, const BYTE* pPlace)
+{
+    m_sum += std::strlen(tuning::TextAt(pPlace));
 }
 
 }  // namespace hostilefiles

@@ -6,6 +6,7 @@
 
 #include <fmt/format.h>
 
+#include "schema/recordwalk.h"
 #include "tools/liveclient/texts.h"
 #include "tools/tuningfile/names.h"
 #include "tools/tuningfile/tuning.h"
@@ -18,13 +19,6 @@ namespace
 
 using liveclient::Error;
 using liveclient::Value;
-
-const tuning::RecordMember* MemberOf(const tuning::RecordDescription& rRecord, std::string_view name)
-{
-    const auto end   = rRecord.pMembers + rRecord.memberCount;
-    const auto found = std::find_if(rRecord.pMembers, end, [&](const auto& rMember) { return name == rMember.pName; });
-    return (found != end && found->IsStored()) ? found : nullptr;
-}
 
 std::string EnumeratorValue(const tuning::EnumDescription& rEnum, const Value& rAssignment)
 {
@@ -56,7 +50,7 @@ std::optional<KnownMember> FindMember(std::string_view module, std::string_view 
         const std::string_view      component = components[index];
         const size_t                bracket   = component.find('[');
         const tuning::RecordMember* pMember =
-            (pRecord != nullptr) ? MemberOf(*pRecord, component.substr(0, bracket)) : nullptr;
+            (pRecord != nullptr) ? tuning::FindMember(*pRecord, component.substr(0, bracket)) : nullptr;
         if (pMember == nullptr)
         {
             return std::nullopt;

@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include "schema/modules.h"
+#include "schema/recordwalk.h"
 #include "tools/kirotune/livemembers.h"
 
 namespace kirotune
@@ -53,8 +54,9 @@ VOID SharedEdit::AddPlaces(const std::string& rPath)
 /// @return whether a record of a kind that is set stands in it, or is it
 bool SharedEdit::IsOfInterest(const RecordDescription& rRecord) const
 {
+    const auto members = rRecord.Members();
     return m_holders.contains(&rRecord) ||
-           std::any_of(rRecord.pMembers, rRecord.pMembers + rRecord.memberCount,
+           std::any_of(members.begin(), members.end(),
                        [this](const RecordMember& rMember)
                        { return rMember.pRecord != nullptr && IsOfInterest(*rMember.pRecord); });
 }
@@ -76,26 +78,25 @@ VOID SharedEdit::ReadRecord(const std::string& rPath, const std::string& rText, 
     const std::vector<MemberInfo> infos = m_rClient.Info(rPath, rText);
     for (const MemberInfo& rInfo : infos)
     {
-        const auto found = std::find_if(rRecord.pMembers, rRecord.pMembers + rRecord.memberCount,
-                                        [&](const RecordMember& rMember) { return rInfo.name == rMember.pName; });
-        if (found == rRecord.pMembers + rRecord.memberCount)
+        const RecordMember* pMember = tuning::FindMember(rRecord, rInfo.name);
+        if (pMember == nullptr)
         {
             continue;  // the camera's schema has more
         }
         const std::string text = rText + '.' + rInfo.name;
-        if (found->pRecord == nullptr)
+        if (pMember->pRecord == nullptr)
         {
             const bool isKnown = !rInfo.count.has_value();
             const auto values  = isKnown ? std::vector<liveclient::Value>{{rInfo.name, rInfo.value}}
                                          : m_rClient.Get(rPath, rText, {rInfo.name});
             rValues[text]      = values.empty() ? "" : values[0].text;
         }
-        else if (isWhole || IsOfInterest(*found->pRecord))
+        else if (isWhole || IsOfInterest(*pMember->pRecord))
         {
             for (UINT32 index = 0; index < rInfo.count.value_or(1); ++index)
             {
-                ReadRecord(rPath, rInfo.count.has_value() ? fmt::format("{}[{}]", text, index) : text, *found->pRecord,
-                           isWhole, rValues);
+                ReadRecord(rPath, rInfo.count.has_value() ? fmt::format("{}[{}]", text, index) : text,
+                           *pMember->pRecord, isWhole, rValues);
             }
         }
     }

@@ -29,59 +29,36 @@ FieldReader::FieldReader(std::span<const BYTE> bytes, Arena& rArena, TextPool& r
 
 VOID FieldReader::Members(const tuning::RecordDescription& rRecord, VOID* pRecord)
 {
-    for (UINT32 index = 0; index < rRecord.memberCount; ++index)
-    {
-        if (rRecord.pMembers[index].IsStored())
-        {
-            Member(rRecord.pMembers[index], static_cast<BYTE*>(pRecord));
-        }
-    }
+    tuning::WalkRecord(rRecord, static_cast<BYTE*>(pRecord), *this);
 }
 
-VOID FieldReader::Member(const tuning::RecordMember& rMember, BYTE* pRecord)
+tuning::MemberValues<BYTE> FieldReader::CountedValues(const tuning::RecordMember& rMember, BYTE* pRecord)
 {
-    BYTE*  pValues = pRecord + rMember.offset;
-    UINT32 count   = rMember.count;
-    if (rMember.HasCount())
+    UINT32 count  = 0;
+    VOID*  pArray = nullptr;
+    Take(rMember.pName, &count, sizeof(count));
+    CheckRoom(rMember.pName, count, LeastSize(rMember));
+    if (rMember.form == Form::Variable)
     {
-        Take(rMember.pName, &count, sizeof(count));
-        CheckRoom(rMember.pName, count, LeastSize(rMember));
-        if (rMember.form == Form::Variable)
-        {
-            VOID* pMemory = m_pArena->Make(static_cast<size_t>(count) * rMember.valueSize);
-            std::memcpy(pValues, &pMemory, sizeof(pMemory));
-            pValues = static_cast<BYTE*>(pMemory);
-        }
-        else if (count > 1)
-        {
-            throw MalformedError(fmt::format("{} of {}, at most 1", count, rMember.pName));
-        }
-        std::memcpy(pRecord + rMember.countOffset, &count, sizeof(count));
+        pArray = m_pArena->Make(static_cast<size_t>(count) * rMember.valueSize);
     }
-    Values(rMember, pValues, count);
+    else if (count > 1)
+    {
+        throw MalformedError(fmt::format("{} of {}, at most 1", count, rMember.pName));
+    }
+    return tuning::SetCount(rMember, pRecord, count, pArray);
 }
 
-VOID FieldReader::Values(const tuning::RecordMember& rMember, BYTE* pValues, UINT32 count)
+VOID FieldReader::Numbers(const tuning::RecordMember& rMember, const tuning::MemberValues<BYTE>& rValues)
 {
-    if (rMember.type != ValueType::Record && rMember.type != ValueType::Text)
-    {
-        Take(rMember.pName, pValues, static_cast<size_t>(count) * rMember.valueSize);
-        return;
-    }
-    for (UINT32 index = 0; index < count; ++index)
-    {
-        BYTE* pValue = pValues + static_cast<size_t>(index) * rMember.valueSize;
-        if (rMember.type == ValueType::Record)
-        {
-            Members(*rMember.pRecord, pValue);
-        }
-        else
-        {
-            CHAR* pText = nullptr;
-            Text(rMember.pName, pText);
-            std::memcpy(pValue, &pText, sizeof(pText));
-        }
-    }
+    Take(rMember.pName, rValues.pFirst, static_cast<size_t>(rValues.count) * rMember.valueSize);
+}
+
+VOID FieldReader::Text(const tuning::RecordMember& rMember, BYTE* pPlace)
+{
+    CHAR* pText = nullptr;
+    Text(rMember.pName, pText);
+    tuning::Store(pPlace, pText);
 }
 
 bool FieldReader::Presence(const CHAR* pName)
@@ -126,9 +103,8 @@ VOID FieldReader::CheckRoom(const CHAR* pName, UINT64 count, UINT64 least) const
 UINT64 FieldReader::LeastSize(const tuning::RecordDescription& rRecord)
 {
     UINT64 size = 0;
-    for (UINT32 index = 0; index < rRecord.memberCount; ++index)
+    for (const tuning::RecordMember& rMember : rRecord.Members())
     {
-        const tuning::RecordMember& rMember = rRecord.pMembers[index];
         if (rMember.IsStored())
         {
             size += rMember.HasCount() ? sizeof(UINT32) : rMember.count * LeastSize(rMember);

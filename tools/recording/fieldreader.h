@@ -49,7 +49,7 @@ private:
     std::set<std::string> m_texts;
 };
 
-class FieldReader
+class FieldReader : public tuning::UntrackedVisitor
 {
 public:
     static constexpr bool IsReading = true;
@@ -67,7 +67,7 @@ public:
 
     template <typename T> VOID Record(const CHAR*, T& rRecord)
     {
-        Members(DescriptionOf<T>(), &rRecord);
+        Members(tuning::DescriptionOf<T>(), &rRecord);
     }
 
     template <typename T> VOID Argument(const CHAR* pName, T*& rpRecord)
@@ -99,11 +99,11 @@ public:
         }
         else
         {
-            CheckRoom(pName, count, LeastSize(DescriptionOf<T>()));
+            CheckRoom(pName, count, LeastSize(tuning::DescriptionOf<T>()));
             rpValues = static_cast<T*>(m_pArena->Make(count * sizeof(T)));
             for (UINT64 index = 0; index < count; ++index)
             {
-                Members(DescriptionOf<T>(), rpValues + index);
+                Members(tuning::DescriptionOf<T>(), rpValues + index);
             }
         }
     }
@@ -119,6 +119,12 @@ public:
     VOID Text(const CHAR* pName, CHAR*& rpText);
     VOID Members(const tuning::RecordDescription& rRecord, VOID* pRecord);
 
+    // Visitor of a record; see schema/recordwalk.h.
+
+    tuning::MemberValues<BYTE> CountedValues(const tuning::RecordMember& rMember, BYTE* pRecord);
+    VOID                       Numbers(const tuning::RecordMember& rMember, const tuning::MemberValues<BYTE>& rValues);
+    VOID                       Text(const tuning::RecordMember& rMember, BYTE* pPlace);
+
     size_t Remaining() const
     {
         return m_bytes.size();
@@ -133,8 +139,6 @@ protected:
     Arena* m_pArena;
 
 private:
-    VOID          Member(const tuning::RecordMember& rMember, BYTE* pRecord);
-    VOID          Values(const tuning::RecordMember& rMember, BYTE* pValues, UINT32 count);
     VOID          Take(const CHAR* pName, VOID* pTo, size_t size);
     VOID          CheckRoom(const CHAR* pName, UINT64 count, UINT64 least) const;
     static UINT64 LeastSize(const tuning::RecordDescription& rRecord);

@@ -5,7 +5,7 @@
 #include <cstring>
 #include <fmt/format.h>
 
-using tuning::Form;
+using tuning::Load;
 using tuning::ValueType;
 
 namespace recording
@@ -16,48 +16,24 @@ static_assert(std::endian::native == std::endian::little, "values go into files 
 namespace
 {
 
-constexpr tuning::Enumerator ExposureEnumerators[] = {{"short", 0}, {"long", 1}, {"safe", 2}};
-
-template <typename T> T Load(const BYTE* pBytes)
+std::string EnumText(INT32 value, const tuning::EnumDescription& rEnum)
 {
-    T value;
-    std::memcpy(&value, pBytes, sizeof(value));
-    return value;
-}
-
-std::string EnumText(INT32 value, const tuning::EnumDescription* pEnum)
-{
-    const CHAR* pName = (pEnum != nullptr) ? pEnum->NameOf(value) : nullptr;
+    const CHAR* pName = rEnum.NameOf(value);
     return (pName != nullptr) ? fmt::format("{} ({})", value, pName) : fmt::format("{}", value);
 }
 
 std::string ValueText(const Label& rLabel, const BYTE* pBytes)
 {
-    switch (rLabel.type)
+    if (rLabel.type == ValueType::Text)
     {
-    case ValueType::Int8:
-        return fmt::format("{}", static_cast<INT>(Load<INT8>(pBytes)));
-    case ValueType::UInt8:
-        return fmt::format("{}", static_cast<UINT>(Load<UINT8>(pBytes)));
-    case ValueType::Int16:
-        return fmt::format("{}", Load<INT16>(pBytes));
-    case ValueType::UInt16:
-        return fmt::format("{}", Load<UINT16>(pBytes));
-    case ValueType::UInt32:
-        return fmt::format("{}", Load<UINT32>(pBytes));
-    case ValueType::Int64:
-        return fmt::format("{}", Load<INT64>(pBytes));
-    case ValueType::UInt64:
-        return fmt::format("{}", Load<UINT64>(pBytes));
-    case ValueType::Float:
-        return fmt::format("{}", Load<FLOAT>(pBytes));
-    case ValueType::Double:
-        return fmt::format("{}", Load<DOUBLE>(pBytes));
-    case ValueType::Text:
         return fmt::format("\"{}\"", std::string(reinterpret_cast<const CHAR*>(pBytes), rLabel.size));
-    default:
-        return EnumText(Load<INT32>(pBytes), rLabel.pEnum);
     }
+    if (rLabel.pEnum != nullptr)
+    {
+        return EnumText(Load<INT32>(pBytes), *rLabel.pEnum);
+    }
+    // A character is a number here.
+    return tuning::WithTypeOf(rLabel.type, [&](auto zero) { return fmt::format("{}", +Load<decltype(zero)>(pBytes)); });
 }
 
 /// Not-a-numbers and zeros may look alike.
@@ -73,9 +49,6 @@ Difference Describe(const Label& rLabel, const BYTE* pRecorded, const BYTE* pNow
 }
 
 }  // namespace
-
-const tuning::EnumDescription ExposureNames = {"AECAlgoExposureType", ExposureEnumerators,
-                                               static_cast<UINT32>(std::size(ExposureEnumerators))};
 
 FieldWriter::Path::Path(FieldWriter& rWriter, const CHAR* pName) : m_rWriter(rWriter), m_length(rWriter.m_path.size())
 {
@@ -109,76 +82,50 @@ FieldWriter::FieldWriter(std::vector<BYTE>& rBytes, std::vector<Label>* pLabels)
 VOID FieldWriter::Record(const CHAR* pName, const tuning::RecordDescription& rDescription, const VOID* pRecord)
 {
     const Path path(*this, pName);
-    Members(rDescription, pRecord);
+    tuning::WalkRecord(rDescription, static_cast<const BYTE*>(pRecord), *this);
 }
 
-VOID FieldWriter::Members(const tuning::RecordDescription& rRecord, const VOID* pRecord)
+FieldWriter::Path FieldWriter::Enter(const tuning::RecordMember& rMember)
 {
-    for (UINT32 index = 0; index < rRecord.memberCount; ++index)
-    {
-        if (rRecord.pMembers[index].IsStored())
-        {
-            const Path path(*this, rRecord.pMembers[index].pName);
-            Member(rRecord.pMembers[index], static_cast<const BYTE*>(pRecord));
-        }
-    }
+    return {*this, rMember.pName};
 }
 
-VOID FieldWriter::Member(const tuning::RecordMember& rMember, const BYTE* pRecord)
+FieldWriter::Path FieldWriter::EnterItem(const tuning::RecordMember& rMember, UINT32 index)
 {
-    const BYTE* pValues = pRecord + rMember.offset;
-    UINT32      count   = rMember.count;
-    if (rMember.HasCount())
-    {
-        count = Load<UINT32>(pRecord + rMember.countOffset);
-        if (rMember.form == Form::Variable)
-        {
-            pValues = Load<const BYTE*>(pValues);
-            count   = (pValues != nullptr) ? count : 0;
-        }
-        else
-        {
-            count = std::min(count, 1U);
-        }
-        const Path path(*this, "count");
-        Shape(count, sizeof(count));
-    }
-    Values(rMember, pValues, count, rMember.form == Form::Fixed || rMember.form == Form::Variable);
+    return rMember.IsArray() ? Path(*this, index, rMember.pIndexEnum) : Path(*this, "");
 }
 
-VOID FieldWriter::Values(const tuning::RecordMember& rMember, const BYTE* pValues, UINT32 count, bool isArray)
+tuning::MemberValues<const BYTE> FieldWriter::CountedValues(const tuning::RecordMember& rMember, const BYTE* pRecord)
 {
-    if (rMember.type != ValueType::Record && rMember.type != ValueType::Text)
+    const tuning::MemberValues<const BYTE> values = tuning::ValuesOf(rMember, pRecord);
+    const Path                             path(*this, "count");
+    Shape(values.count, sizeof(values.count));
+    return values;
+}
+
+VOID FieldWriter::Numbers(const tuning::RecordMember& rMember, const tuning::MemberValues<const BYTE>& rValues)
+{
+    Scalars(rValues.pFirst, rValues.count,
+            {rMember.valueSize, rMember.type, rMember.IsArray(), rMember.pEnum, rMember.pIndexEnum});
+}
+
+VOID FieldWriter::Text(const tuning::RecordMember&, const BYTE* pPlace)
+{
+    if (m_hasTexts)
     {
-        Scalars(pValues, count, rMember.valueSize, rMember.type, rMember.pEnum, isArray);
-        return;
-    }
-    for (UINT32 index = 0; index < count; ++index)
-    {
-        const BYTE* pValue = pValues + static_cast<size_t>(index) * rMember.valueSize;
-        const Path  element =
-            isArray ? Path(*this, index, (rMember.pEnum == &ExposureNames) ? rMember.pEnum : nullptr) : Path(*this, "");
-        if (rMember.type == ValueType::Record)
-        {
-            Members(*rMember.pRecord, pValue);
-        }
-        else if (m_hasTexts)
-        {
-            Text("", Load<const CHAR*>(pValue));
-        }
+        Text("", Load<const CHAR*>(pPlace));
     }
 }
 
-VOID FieldWriter::Scalars(const VOID* pValues, UINT64 count, size_t size, ValueType type,
-                          const tuning::EnumDescription* pEnum, bool isArray)
+VOID FieldWriter::Scalars(const VOID* pValues, UINT64 count, const Scalar& rScalar)
 {
     for (UINT64 index = 0; m_pLabels != nullptr && index < count; ++index)
     {
-        const bool hasNames = pEnum == &ExposureNames;
-        const Path element  = isArray ? Path(*this, index, hasNames ? pEnum : nullptr) : Path(*this, "");
-        m_pLabels->push_back({m_path, m_rBytes.size() + index * size, size, type, hasNames ? nullptr : pEnum, false});
+        const Path item = rScalar.isArray ? Path(*this, index, rScalar.pIndexEnum) : Path(*this, "");
+        m_pLabels->push_back(
+            {m_path, m_rBytes.size() + index * rScalar.size, rScalar.size, rScalar.type, rScalar.pEnum, false});
     }
-    Put(pValues, count * size);
+    Put(pValues, count * rScalar.size);
 }
 
 VOID FieldWriter::Put(const VOID* pBytes, size_t size)
@@ -187,17 +134,17 @@ VOID FieldWriter::Put(const VOID* pBytes, size_t size)
     m_rBytes.insert(m_rBytes.end(), pFirst, pFirst + size);
 }
 
-VOID FieldWriter::Note(size_t size, ValueType type, const tuning::EnumDescription* pEnum, bool isShape)
+VOID FieldWriter::Note(size_t size, ValueType type, bool isShape)
 {
     if (m_pLabels != nullptr)
     {
-        m_pLabels->push_back({m_path, m_rBytes.size(), size, type, pEnum, isShape});
+        m_pLabels->push_back({m_path, m_rBytes.size(), size, type, nullptr, isShape});
     }
 }
 
 VOID FieldWriter::Shape(UINT32 value, size_t size)
 {
-    Note(size, (size == sizeof(UINT32)) ? ValueType::UInt32 : ValueType::UInt8, nullptr, true);
+    Note(size, (size == sizeof(UINT32)) ? ValueType::UInt32 : ValueType::UInt8, true);
     Put(&value, size);
 }
 
@@ -219,7 +166,7 @@ VOID FieldWriter::Text(const CHAR* pName, const CHAR* pText)
     if (pText != nullptr && m_pLabels != nullptr)
     {
         m_pLabels->at(start).path += " length";
-        Note(length, ValueType::Text, nullptr, false);
+        Note(length, ValueType::Text, false);
     }
     Put(pText, (pText != nullptr) ? length : 0);
 }

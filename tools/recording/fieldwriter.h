@@ -2,15 +2,15 @@
 /// Records as bytes: every field that crosses the table, in the order of its table, with explicit width, least
 /// significant byte first, without padding and without addresses.
 ///
-/// A record is written by its description (schema/tuningrecord.h); the tables of the interface's records stand in
-/// tools/recording/recordtables.h. Reading (fieldreader.h) and the naming of differences go by the same descriptions.
+/// A record is written by its table, which stands beside it. Reading (fieldreader.h) and the naming of differences go
+/// by the same tables.
 #pragma once
 
 #include <span>
 #include <string>
 #include <vector>
 
-#include "schema/tuningrecord.h"
+#include "schema/recordwalk.h"
 
 namespace recording
 {
@@ -31,11 +31,6 @@ struct Label
 
 template <typename T> constexpr bool IsScalar = std::is_arithmetic_v<T> || std::is_enum_v<T>;
 
-template <typename T> const tuning::RecordDescription& DescriptionOf()
-{
-    return *TuningRecordOf(static_cast<const T*>(nullptr));
-}
-
 class FieldWriter
 {
 public:
@@ -49,13 +44,12 @@ public:
     {
         static_assert(IsScalar<T>);
         const Path path(*this, pName);
-        Scalars(&value, 1, sizeof(value), TypeOf<T>(), nullptr);
+        Scalars(&value, 1, {sizeof(value), TypeOf<T>()});
     }
 
     template <typename T> VOID Record(const CHAR* pName, const T& rRecord)
     {
-        const Path path(*this, pName);
-        Members(DescriptionOf<T>(), &rRecord);
+        Record(pName, tuning::DescriptionOf<T>(), &rRecord);
     }
 
     VOID Record(const CHAR* pName, const tuning::RecordDescription& rDescription, const VOID* pRecord);
@@ -85,14 +79,14 @@ public:
         const Path path(*this, pName);
         if constexpr (IsScalar<T>)
         {
-            Scalars(pValues, count, sizeof(T), TypeOf<T>(), nullptr, true);
+            Scalars(pValues, count, {sizeof(T), TypeOf<T>(), true});
         }
         else
         {
             for (UINT64 index = 0; index < count; ++index)
             {
-                const Path element(*this, index, nullptr);
-                Members(DescriptionOf<T>(), pValues + index);
+                const Path item(*this, index, nullptr);
+                tuning::WalkRecord(tuning::DescriptionOf<T>(), reinterpret_cast<const BYTE*>(pValues + index), *this);
             }
         }
     }
@@ -107,7 +101,6 @@ public:
         m_hasTexts = false;
     }
 
-private:
     /// A part of the name of what is written, for its life.
     class Path
     {
@@ -121,6 +114,15 @@ private:
         size_t       m_length;
     };
 
+    // Visitor of a record; see schema/recordwalk.h.
+
+    Path                             Enter(const tuning::RecordMember& rMember);
+    Path                             EnterItem(const tuning::RecordMember& rMember, UINT32 index);
+    tuning::MemberValues<const BYTE> CountedValues(const tuning::RecordMember& rMember, const BYTE* pRecord);
+    VOID Numbers(const tuning::RecordMember& rMember, const tuning::MemberValues<const BYTE>& rValues);
+    VOID Text(const tuning::RecordMember& rMember, const BYTE* pPlace);
+
+private:
     template <typename T> static constexpr tuning::ValueType TypeOf()
     {
         if constexpr (std::is_enum_v<T>)
@@ -133,23 +135,26 @@ private:
         }
     }
 
-    VOID Members(const tuning::RecordDescription& rRecord, const VOID* pRecord);
-    VOID Member(const tuning::RecordMember& rMember, const BYTE* pRecord);
-    VOID Values(const tuning::RecordMember& rMember, const BYTE* pValues, UINT32 count, bool isArray);
-    VOID Scalars(const VOID* pValues, UINT64 count, size_t size, tuning::ValueType type,
-                 const tuning::EnumDescription* pEnum, bool isArray = false);
+    /// What a value is, and its neighbours.
+    struct Scalar
+    {
+        size_t                         size;
+        tuning::ValueType              type;
+        bool                           isArray    = false;
+        const tuning::EnumDescription* pEnum      = nullptr;
+        const tuning::EnumDescription* pIndexEnum = nullptr;
+    };
+
+    VOID Scalars(const VOID* pValues, UINT64 count, const Scalar& rScalar);
     VOID Put(const VOID* pBytes, size_t size);
     VOID Shape(UINT32 value, size_t size);
-    VOID Note(size_t size, tuning::ValueType type, const tuning::EnumDescription* pEnum, bool isShape);
+    VOID Note(size_t size, tuning::ValueType type, bool isShape);
 
     std::vector<BYTE>&  m_rBytes;
     std::vector<Label>* m_pLabels;
     std::string         m_path;
     bool                m_hasTexts;
 };
-
-/// Names of the entries of arrays that are indexed by AECAlgoExposureType.
-extern const tuning::EnumDescription ExposureNames;
 
 /// A field whose recorded value is not the present one.
 struct Difference

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <fmt/format.h>
 
-#include "core/base/tuningaccess.h"
+#include "parameters/tuningsetmanager.h"
 #include "schema/kirodb1dmeterweight.h"
 #include "schema/kirodb2dmeterweight.h"
 #include "schema/kirodbactiveanalyzers.h"
@@ -41,37 +41,18 @@ enum class TableKind : UINT8
 
 const tuning::RecordDescription& DescriptionOf(HostRecordKind kind)
 {
-    return (kind == HostRecordKind::PeerInfo) ? DescriptionOf<AECMultiCamInfo>()
-                                              : DescriptionOf<KIROPrecisionFlashHistory>();
+    return (kind == HostRecordKind::PeerInfo) ? tuning::DescriptionOf<AECMultiCamInfo>()
+                                              : tuning::DescriptionOf<KIROPrecisionFlashHistory>();
 }
 
 const tuning::RecordDescription* PayloadOf(KIROBankIDType bank)
 {
-    static constexpr const tuning::RecordDescription* payloads[BankIDMax] = {
-        &kirodbroi::DBROIPayloadTable::Description,
-        &kirodb2dmeterweight::DBMeter2DWeightPayloadTable::Description,
-        &kirodb1dmeterweight::DBMeter1DWeightPayloadTable::Description,
-        &kirodbsceneanalyzer::DBStartEndPayloadTable::Description,
-        &kirodbstatscalculator::DBFloatPayloadTable::Description,
-        &kirodbarbitrationtable::DBArbitrationTablePayloadTable::Description,
-        &kirodbarbitrationorder::DBArbitrationOrderPayloadTable::Description,
-        &kirodbarbitrationlut::DBArbitrationLUTPayloadTable::Description,
-        &kirodbarbitrationrange::DBArbitrationRangePayloadTable::Description,
-        &kirodbstatscalculator::DBFloatPayloadTable::Description,
-        &kirodbactiveanalyzers::DBActiveAnalyzersPayloadTable::Description,
-        &kirodbconvbase::DBConvBasePayloadTable::Description,
-        &kirodbconvstretch::DBConvStretchPayloadTable::Description,
-        &kirodbconvsettle::DBConvSettlePayloadTable::Description,
-        &kirodbconvactivescd::DBConvActiveSCDPayloadTable::Description,
-        &kirodbactivecalculators::DBActiveCalculatorsPayloadTable::Description,
-        &kirodbsnapshot::DBSnapshotPayloadTable::Description,
+    static constexpr const tuning::RecordDescription* payloads[] = {
+#define BANK(bankID, Payload) &tuning::DescriptionOf<Payload>(),
+        KIRO_BANKS(BANK, BANK)
+#undef BANK
     };
     return (static_cast<UINT32>(bank) < std::size(payloads)) ? payloads[bank] : nullptr;
-}
-
-bool IsValueBank(KIROBankIDType bank)
-{
-    return bank == BankIDSceneAnalyzer || bank == BankIDStatsCalculator || bank == BankIDTriggers;
 }
 
 VOID InputWriter::TuningData(const StatsTuningData& rTuning)
@@ -162,7 +143,11 @@ VOID InputWriter::ForgetHostRecords(HostRecordKind kind)
 
 bool InputWriter::IsReadForPreflash(const CHAR* pChannelName) const
 {
-    const auto* pFlash = tuningaccess::Get_kiroflash(m_rInstance.tuning);
+    const StatsTuningData& rData  = m_rInstance.tuning;
+    const auto*            pFlash = static_cast<const kiroflash::KIROFlashType*>(
+        static_cast<TuningSetManager*>(rData.pTuningSetManager)
+            ->KeepModuleRecord("kiroflash", namehash::OfName("kiroflash"),
+                                          static_cast<const TuningMode*>(rData.pTuningModeSelectors), rData.numSelectors));
     if (pFlash == nullptr || pChannelName == nullptr)
     {
         return false;

@@ -7,8 +7,12 @@
 #include <map>
 #include <vector>
 
+#include "interface/aecalgogetparam.h"
+#include "interface/ikirocorealgo.h"
+#include "interface/kiromulticam.h"
+#include "interface/kirostartexposure.h"
+#include "parameters/tuningmode.h"
 #include "tools/recording/fieldreader.h"
-#include "tools/recording/recordtables.h"
 
 namespace recording
 {
@@ -46,9 +50,6 @@ const tuning::RecordDescription& DescriptionOf(HostRecordKind kind);
 
 /// @return the description of a bank's payloads, null for an ID that is no bank
 const tuning::RecordDescription* PayloadOf(KIROBankIDType bank);
-
-/// Whether the bank copies what the host sets; others keep the address.
-bool IsValueBank(KIROBankIDType bank);
 
 /// A record of the host's that the core reads whenever it likes.
 struct HostRecord

@@ -50,9 +50,8 @@ public:
             return;
         }
         UINT32 sum = 0;
-        for (UINT32 index = 0; index < rRecord.memberCount; ++index)
+        for (const tuning::RecordMember& rMember : rRecord.Members())
         {
-            const tuning::RecordMember& rMember = rRecord.pMembers[index];
             const BYTE row[] = {Low(UINT32(rMember.type)), Low(UINT32(rMember.form)), Low(rMember.count),
                                 Low(rMember.count >> 8)};
             recording::Add(sum, rMember.pName);
@@ -68,7 +67,7 @@ public:
 
     template <typename... Records> VOID AddAll()
     {
-        (Add(DescriptionOf<Records>()), ...);
+        (Add(tuning::DescriptionOf<Records>()), ...);
     }
 
     VOID AddFunctions()

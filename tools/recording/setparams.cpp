@@ -1,8 +1,8 @@
 #include "tools/recording/setparams.h"
 
 #include <algorithm>
-
-#include "interface/kirofic.h"
+#include <iterator>
+#include <type_traits>
 
 namespace recording
 {
@@ -10,49 +10,34 @@ namespace recording
 namespace
 {
 
-template <typename T> constexpr const tuning::RecordDescription* Of()
+/// Numbers and enumerations count as the record of one; payloads with addresses have none.
+template <typename Payload> constexpr const tuning::RecordDescription* RecordOf()
 {
-    return TuningRecordOf(static_cast<const T*>(nullptr));
+    if constexpr (IsScalar<Payload>)
+    {
+        using Number = std::conditional_t<sizeof(Payload) == sizeof(UINT8), RecordedByte, RecordedNumber>;
+        static_assert(sizeof(Payload) == sizeof(Number));
+        return &tuning::DescriptionOf<Number>();
+    }
+    else if constexpr (requires { TuningRecordOf(static_cast<const Payload*>(nullptr)); } &&
+                       !std::is_same_v<Payload, StatsPeerInfoCombo>)
+    {
+        return &tuning::DescriptionOf<Payload>();
+    }
+    else
+    {
+        return nullptr;
+    }
 }
 
-/// Bytes that the core counts on, which are more than it reads of some.
-constexpr UINT32 NumberSize = sizeof(UINT32);
-
 constexpr SetParamRule Rules[] = {
-    {AECAlgoSetParamOperationMode, NumberSize, Of<RecordedNumber>()},
-    {AECAlgoSetParamTunaraData, sizeof(StatsTuningData), nullptr},
-    {AECAlgoSetParamMeteringMode, NumberSize, Of<RecordedNumber>()},
-    {AECAlgoSetParamExposureCompensation, NumberSize, Of<RecordedNumber>()},
-    {AECAlgoSetParamFlickerCompensation, NumberSize, Of<RecordedNumber>()},
-    {AECAlgoSetParamManualSetting, sizeof(AECAlgoManualSetting), Of<AECAlgoManualSetting>()},
-    {AECAlgoSetParamAECLock, NumberSize, Of<RecordedNumber>()},
-    {AECAlgoSetParamFPSRange, sizeof(AECAlgoFPSRange), Of<AECAlgoFPSRange>()},
-    {AECAlgoSetParamLEDMode, NumberSize, Of<RecordedNumber>()},
-    {AECAlgoSetParamTouchROI, sizeof(AECAlgoROIList), nullptr},
-    {AECAlgoSetParamAWBState, sizeof(AECAlgoWhiteBalanceState), Of<AECAlgoWhiteBalanceState>()},
-    {AECAlgoSetParamGyroInfo, sizeof(StatsGyroInfo), Of<StatsGyroInfo>()},
-    {AECAlgoSetParamOverrideSetting, sizeof(AECAlgoOverrideSettingParam), Of<AECAlgoOverrideSettingParam>()},
-    {AECAlgoSetParamFlashMeasurement, NumberSize, Of<RecordedNumber>()},
-    {AECAlgoSetParamFlashCalibrationData, sizeof(AECAlgoFlashCalibrationData), nullptr},
-    {AECAlgoSetParamDebugDataEnable, NumberSize, Of<RecordedNumber>()},
-    {AECAlgoSetParamSensorInfo, sizeof(StatsSensorInfo), Of<StatsSensorInfo>()},
-    {AECAlgoSetParamCameraInfo, sizeof(StatsCameraInfo), Of<StatsCameraInfo>()},
-    {AECAlgoSetParamFlashMaximumCurrent, NumberSize, Of<RecordedNumber>()},
-    {AECAlgoSetParamStartUpExpSensitivity, sizeof(AECAlgoStartupIndices), Of<AECAlgoStartupIndices>()},
-    {AECAlgoSetParamCropWindow, sizeof(StatsRectangle), Of<StatsRectangle>()},
-    {AECAlgoSetParamPipelineDelay, sizeof(UINT8), Of<RecordedByte>()},
-    {AECAlgoSetParamPeerInfo, sizeof(StatsPeerInfoCombo), nullptr},
-    {AECAlgoSetParamDualcamCalibrationInfo, sizeof(AECAlgoDCCalibrationInfo), Of<AECAlgoDCCalibrationInfo>()},
-    {AECAlgoSetParamMultiExpSensorMode, NumberSize, Of<RecordedNumber>()},
-    {AECAlgoSetParamUnstabilizedFaceROI, sizeof(UnstabilizedROIInformation), Of<UnstabilizedROIInformation>()},
-    {AECAlgoSetParamControlPostRawSensitivityBoost, NumberSize, Of<RecordedNumber>()},
-    {AECAlgoSetParamDisableADRC, 0, Of<RecordedNumber>()},
-    {AECAlgoSetParamFlashInlineCalibrationData, 0, nullptr},
-    {AECAlgoSetParamIsFlashInfluencedStats, NumberSize, Of<RecordedNumber>()},
-    {AECAlgoSetParamFlashInlineCalibrationMode, NumberSize, Of<RecordedNumber>()},
-    {AECAlgoSetParamTrackerROI, sizeof(UnstabilizedROIInformation), Of<UnstabilizedROIInformation>()},
-    {AECAlgoSetParamSaliencyMapData, sizeof(AECAlgoSaliencyInfo), Of<AECAlgoSaliencyInfo>()},
-    {AECAlgoSetParamLightInfo, sizeof(StatsLightInfo), Of<StatsLightInfo>()},
+#define SETTING(name, Payload) {AECAlgoSetParam##name, sizeof(Payload), RecordOf<Payload>()},
+#define UNSIZED(name, Payload) {AECAlgoSetParam##name, 0, RecordOf<Payload>()},
+#define UNREAD(name, size)
+    AEC_SET_PARAMS(SETTING, UNSIZED, UNREAD)
+#undef UNREAD
+#undef UNSIZED
+#undef SETTING
 };
 
 }  // namespace

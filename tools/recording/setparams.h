@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "interface/kirofic.h"
 #include "tools/recording/pointers.h"
 
 namespace recording
@@ -13,6 +14,24 @@ namespace recording
 static_assert(sizeof(AECAlgoSetParam) == 16 && sizeof(KIROCoreSetParam) == 16 && sizeof(StatsTuningData) == 24 &&
                   sizeof(AECAlgoFlashCalibrationData) == 24 && sizeof(AECAlgoROIList) == 16,
               "a field is not recorded");
+
+/// A single number where a record is asked for.
+struct RecordedNumber
+{
+    INT32 value;
+};
+TUNING_RECORD(RecordedNumber)
+    MEMBER(value)
+TUNING_RECORD_END
+
+/// The same, of one byte.
+struct RecordedByte
+{
+    UINT8 value;
+};
+TUNING_RECORD(RecordedByte)
+    MEMBER(value)
+TUNING_RECORD_END
 
 /// How a setting of a type is laid out.
 struct SetParamRule
@@ -32,7 +51,7 @@ constexpr UINT32 TouchROICountMax = 64;
 /// more than the core takes.
 UINT64 LearnedSize(const BYTE* pHead);
 
-constexpr UINT64 LearnedHeadSize = 4;
+constexpr UINT64 LearnedHeadSize = sizeof(KIROFICBlobHead);
 
 /// Ratios that are refused for their number are not read.
 template <typename A> VOID FlashCalibration(A& rFields, AECAlgoFlashCalibrationData& rCalibration)

@@ -67,11 +67,11 @@ private:
         }
         SlotWriter elements(1);
         UINT32     count = 0;
-        for (UINT32 index = 0; index < rRecord.memberCount; ++index)
+        for (const tuning::RecordMember& rMember : rRecord.Members())
         {
-            if (rRecord.pMembers[index].IsStored())
+            if (rMember.IsStored())
             {
-                AddElement(elements, rRecord.pMembers[index]);
+                AddElement(elements, rMember);
                 ++count;
             }
         }

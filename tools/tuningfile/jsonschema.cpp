@@ -106,9 +106,8 @@ VOID SchemaWriter::AddRecord(const tuning::RecordDescription& rRecord)
         return;
     }
     TextNode properties = TextNode::Map();
-    for (UINT32 index = 0; index < rRecord.memberCount; ++index)
+    for (const tuning::RecordMember& rMember : rRecord.Members())
     {
-        const tuning::RecordMember& rMember = rRecord.pMembers[index];
         if (rMember.IsStored())
         {
             properties.Add(rMember.pName, AnyOf(MemberNode(rMember), TypeNode("null")));

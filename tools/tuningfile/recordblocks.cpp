@@ -1,7 +1,7 @@
 #include "tools/tuningfile/recordblocks.h"
 
+#include "schema/recordwalk.h"
 #include "tools/tuningfile/bytes.h"
-#include "tools/tuningfile/recordaccess.h"
 
 namespace tuningfile
 {
@@ -44,11 +44,11 @@ VOID RecordBlockPool::AppendRecord(const tuning::RecordDescription& rDescription
 {
     const size_t start = rBlock.bytes.size();
     AppendInteger(rBlock.bytes, UINT32{0});
-    for (UINT32 index = 0; index < rDescription.memberCount; ++index)
+    for (const tuning::RecordMember& rMember : rDescription.Members())
     {
-        if (rDescription.pMembers[index].IsStored())
+        if (rMember.IsStored())
         {
-            AppendMember(rDescription.pMembers[index], pRecord, rBlock);
+            AppendMember(rMember, pRecord, rBlock);
         }
     }
     StoreInteger(rBlock.bytes, start, static_cast<UINT32>(rBlock.bytes.size() - start - sizeof(UINT32)));
@@ -56,7 +56,7 @@ VOID RecordBlockPool::AppendRecord(const tuning::RecordDescription& rDescription
 
 VOID RecordBlockPool::AppendMember(const tuning::RecordMember& rMember, const BYTE* pRecord, RecordBlock& rBlock)
 {
-    const Values values = ValuesOf(rMember, pRecord);
+    const auto values = tuning::ValuesOf(rMember, pRecord);
     if (!rMember.HasCount())
     {
         // An array of one is a single value to readers.
@@ -64,9 +64,9 @@ VOID RecordBlockPool::AppendMember(const tuning::RecordMember& rMember, const BY
         {
             AppendInteger(rBlock.bytes, values.count);
         }
-        for (size_t index = 0; index < values.count; ++index)
+        for (UINT32 index = 0; index < values.count; ++index)
         {
-            AppendValue(rMember, values.pFirst + index * rMember.valueSize, rBlock);
+            AppendValue(rMember, values.At(rMember, index), rBlock);
         }
         return;
     }
@@ -76,9 +76,9 @@ VOID RecordBlockPool::AppendMember(const tuning::RecordMember& rMember, const BY
         return;
     }
     RecordBlock block;
-    for (size_t index = 0; index < values.count; ++index)
+    for (UINT32 index = 0; index < values.count; ++index)
     {
-        AppendValue(rMember, values.pFirst + index * rMember.valueSize, block);
+        AppendValue(rMember, values.At(rMember, index), block);
     }
     AppendReference(values.count, Add(std::move(block), &rMember), rBlock);
 }
@@ -93,7 +93,7 @@ VOID RecordBlockPool::AppendValue(const tuning::RecordMember& rMember, const BYT
     case tuning::ValueType::Text:
     {
         // Readers take an empty text for what it is, but complain about a missing one.
-        const std::string_view text = TextAt(pValue);
+        const std::string_view text = tuning::TextAt(pValue);
         RecordBlock            block;
         block.bytes.assign(text.begin(), text.end());
         block.bytes.push_back(0);

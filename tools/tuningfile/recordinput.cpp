@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 #include <yaml-cpp/binary.h>
 
+#include "schema/recordwalk.h"
 #include "tools/tuningfile/scalarinput.h"
 
 namespace tuningfile
@@ -16,27 +17,14 @@ namespace
 constexpr const char*      BinaryTag = "tag:yaml.org,2002:binary";
 constexpr std::string_view FillKey   = "fill";
 
-const tuning::RecordMember* FindMember(const tuning::RecordDescription& rDescription, std::string_view name)
-{
-    for (UINT32 index = 0; index < rDescription.memberCount; ++index)
-    {
-        const tuning::RecordMember& rMember = rDescription.pMembers[index];
-        if (rMember.IsStored() && name == rMember.pName)
-        {
-            return &rMember;
-        }
-    }
-    return nullptr;
-}
-
 std::vector<std::string_view> MemberNames(const tuning::RecordDescription& rDescription)
 {
     std::vector<std::string_view> names;
-    for (UINT32 index = 0; index < rDescription.memberCount; ++index)
+    for (const tuning::RecordMember& rMember : rDescription.Members())
     {
-        if (rDescription.pMembers[index].IsStored())
+        if (rMember.IsStored())
         {
-            names.push_back(rDescription.pMembers[index].pName);
+            names.push_back(rMember.pName);
         }
     }
     return names;
@@ -65,7 +53,7 @@ VOID RecordInput::ReadRecord(const YAML::Node& rNode, const tuning::RecordDescri
 {
     for (const YamlEntry& rEntry : m_rInput.Map(rNode, fmt::format("a map of the members of {}", rDescription.pName)))
     {
-        const tuning::RecordMember* pMember = FindMember(rDescription, rEntry.name);
+        const tuning::RecordMember* pMember = tuning::FindMember(rDescription, rEntry.name);
         if (pMember == nullptr)
         {
             m_rInput.FailUnknown(rEntry, fmt::format("member of {}", rDescription.pName), MemberNames(rDescription));

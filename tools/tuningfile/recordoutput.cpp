@@ -8,13 +8,18 @@
 #include <fmt/format.h>
 #include <yaml-cpp/binary.h>
 
-#include "tools/tuningfile/recordaccess.h"
+#include "schema/recordwalk.h"
+#include "tools/tuningfile/samerecord.h"
+
+using tuning::ValuesOf;
 
 namespace tuningfile
 {
 
 namespace
 {
+
+using Values = tuning::MemberValues<const BYTE>;
 
 /// From this length on a fixed array is worth the form "{fill: 1.0, 3: 2.0}".
 constexpr UINT32 MinFilledCount = 16;
@@ -35,6 +40,18 @@ template <typename T> std::string FloatText(T value)
     char       text[64];
     const auto result = std::to_chars(std::begin(text), std::end(text), value);
     return std::string(text, result.ptr);
+}
+
+template <typename T> std::string NumberText(T value)
+{
+    if constexpr (std::is_floating_point_v<T>)
+    {
+        return FloatText(value);
+    }
+    else
+    {
+        return std::to_string(value);
+    }
 }
 
 std::string EnumeratorText(const tuning::RecordMember& rMember, INT32 value)
@@ -97,35 +114,14 @@ std::string ScalarText(const tuning::RecordMember& rMember, const BYTE* pValue)
 {
     switch (rMember.type)
     {
-    case tuning::ValueType::Int8:
-        return std::to_string(Load<INT8>(pValue));
-    case tuning::ValueType::UInt8:
-        return std::to_string(Load<UINT8>(pValue));
-    case tuning::ValueType::Int16:
-        return std::to_string(Load<INT16>(pValue));
-    case tuning::ValueType::UInt16:
-        return std::to_string(Load<UINT16>(pValue));
-    case tuning::ValueType::Int32:
-        return std::to_string(Load<INT32>(pValue));
-    case tuning::ValueType::UInt32:
-        return std::to_string(Load<UINT32>(pValue));
-    case tuning::ValueType::Int64:
-        return std::to_string(Load<INT64>(pValue));
-    case tuning::ValueType::UInt64:
-        return std::to_string(Load<UINT64>(pValue));
-    case tuning::ValueType::Float:
-        return FloatText(Load<FLOAT>(pValue));
-    case tuning::ValueType::Double:
-        return FloatText(Load<DOUBLE>(pValue));
     case tuning::ValueType::Boolean:
-        return BooleanText(Load<BOOL>(pValue));
+        return BooleanText(tuning::Load<BOOL>(pValue));
     case tuning::ValueType::Enum:
-        return EnumeratorText(rMember, Load<INT32>(pValue));
-    case tuning::ValueType::Text:
-    case tuning::ValueType::Record:
-        break;
+        return EnumeratorText(rMember, tuning::Load<INT32>(pValue));
+    default:
+        return tuning::WithTypeOf(rMember.type,
+                                  [pValue](auto zero) { return NumberText(tuning::Load<decltype(zero)>(pValue)); });
     }
-    return {};
 }
 
 TextNode ValueToText(const tuning::RecordMember& rMember, const BYTE* pValue, const BYTE* pBase)
@@ -135,7 +131,7 @@ TextNode ValueToText(const tuning::RecordMember& rMember, const BYTE* pValue, co
     case tuning::ValueType::Record:
         return RecordToText(*rMember.pRecord, pValue, pBase);
     case tuning::ValueType::Text:
-        return TextValue(TextAt(pValue));
+        return TextValue(tuning::TextAt(pValue));
     default:
         return TextNode::Scalar(ScalarText(rMember, pValue));
     }
@@ -173,9 +169,9 @@ TextNode Condense(TextNode list)
 TextNode ListToText(const tuning::RecordMember& rMember, const Values& rValues)
 {
     TextNode list = TextNode::List();
-    for (size_t index = 0; index < rValues.count; ++index)
+    for (UINT32 index = 0; index < rValues.count; ++index)
     {
-        list.Add(ValueToText(rMember, rValues.pFirst + index * rMember.valueSize, nullptr));
+        list.Add(ValueToText(rMember, rValues.At(rMember, index), nullptr));
     }
     const bool condensable = rMember.form == tuning::Form::Fixed && rMember.count >= MinFilledCount &&
                              rMember.type != tuning::ValueType::Record;
@@ -211,9 +207,8 @@ TextNode RecordToText(const tuning::RecordDescription& rDescription, const VOID*
     const BYTE* pBytes     = static_cast<const BYTE*>(pRecord);
     const BYTE* pBaseBytes = static_cast<const BYTE*>(pBase);
     TextNode    map        = TextNode::Map();
-    for (UINT32 index = 0; index < rDescription.memberCount; ++index)
+    for (const tuning::RecordMember& rMember : rDescription.Members())
     {
-        const tuning::RecordMember& rMember = rDescription.pMembers[index];
         const bool isAbsent = rMember.form == tuning::Form::Optional && ValuesOf(rMember, pBytes).count == 0;
         const bool isListed =
             rMember.IsStored() && ((pBase != nullptr) ? !SameMember(rMember, pBytes, pBaseBytes) : !isAbsent);

@@ -105,9 +105,8 @@ public:
 private:
     VOID AddMembers(const tuning::RecordDescription& rRecord, const std::string& rPrefix)
     {
-        for (UINT32 index = 0; index < rRecord.memberCount; ++index)
+        for (const tuning::RecordMember& rMember : rRecord.Members())
         {
-            const tuning::RecordMember& rMember = rRecord.pMembers[index];
             if (!rMember.IsStored())
             {
                 continue;

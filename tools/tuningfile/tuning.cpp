@@ -46,9 +46,8 @@ VOID InitializeModuleRecord(const tuning::ModuleDescription& rDescription, VOID*
     const tuning::RecordDescription& rRecord = *rDescription.pRecord;
     const INT32                      patch   = static_cast<INT32>(rDescription.patch);
     const module_versionStruct       version{0, rDescription.major, rDescription.minor, patch};
-    for (UINT32 index = 0; index < rRecord.memberCount; ++index)
+    for (const tuning::RecordMember& rMember : rRecord.Members())
     {
-        const tuning::RecordMember& rMember = rRecord.pMembers[index];
         if (rMember.pRecord == TuningRecordOf(static_cast<const module_versionStruct*>(nullptr)))
         {
             std::memcpy(static_cast<BYTE*>(pRecord) + rMember.offset, &version, sizeof(version));
