@@ -63,42 +63,12 @@ private:
     KiroResult SetInternalParam(const KIROCoreSetParam* pParam);
     KiroResult SetPEKInput(const AECAlgoSetParam* pParam);
 
-    // One per parameter type; each answers the result of setInput and may set m_bResetFrameSkip.
-    KiroResult SetOperationMode(const VOID* pParam, const CHAR* pName);
-    KiroResult SetTunaraData(const VOID* pParam, const CHAR* pName);
-    KiroResult SetMeteringMode(const VOID* pParam, const CHAR* pName);
-    KiroResult SetExposureCompensation(const VOID* pParam, const CHAR* pName);
-    KiroResult SetFlickerCompensation(const VOID* pParam, const CHAR* pName);
-    KiroResult SetManualSetting(const VOID* pParam, const CHAR* pName);
-    KiroResult SetAECLock(const VOID* pParam, const CHAR* pName);
-    KiroResult SetFPSRange(const VOID* pParam, const CHAR* pName);
-    KiroResult SetLEDMode(const VOID* pParam, const CHAR* pName);
-    KiroResult SetTouchROI(const VOID* pParam, const CHAR* pName);
-    KiroResult SetAWBState(const VOID* pParam, const CHAR* pName);
-    KiroResult SetGyroInfo(const VOID* pParam, const CHAR* pName);
-    KiroResult SetOverrideSetting(const VOID* pParam, const CHAR* pName);
-    KiroResult SetFlashMeasurement(const VOID* pParam, const CHAR* pName);
-    KiroResult SetFlashCalibrationData(const VOID* pParam, const CHAR* pName);
-    KiroResult SetDebugDataEnable(const VOID* pParam, const CHAR* pName);
-    KiroResult SetSensorInfo(const VOID* pParam, const CHAR* pName);
-    KiroResult SetCameraInfo(const VOID* pParam, const CHAR* pName);
-    KiroResult SetFlashMaximumCurrent(const VOID* pParam, const CHAR* pName);
-    KiroResult CheckSizeOnly(const VOID* pParam, const CHAR* pName);
-    KiroResult SetStartUpExpSensitivity(const VOID* pParam, const CHAR* pName);
-    KiroResult SetCropWindow(const VOID* pParam, const CHAR* pName);
-    KiroResult SetPipelineDelay(const VOID* pParam, const CHAR* pName);
-    KiroResult SetPeerInfo(const VOID* pParam, const CHAR* pName);
-    KiroResult SetDualcamCalibrationInfo(const VOID* pParam, const CHAR* pName);
-    KiroResult SetMultiExpSensorMode(const VOID* pParam, const CHAR* pName);
-    KiroResult SetUnstabilizedFaceROI(const VOID* pParam, const CHAR* pName);
-    KiroResult SetPostRawSensitivityBoost(const VOID* pParam, const CHAR* pName);
-    KiroResult SetDisableADRC(const VOID* pParam, const CHAR* pName);
-    KiroResult SetIsFlashInfluencedStats(const VOID* pParam, const CHAR* pName);
-    KiroResult SetFlashInlineCalibrationData(const VOID* pParam, const CHAR* pName);
-    KiroResult SetFlashInlineCalibrationMode(const VOID* pParam, const CHAR* pName);
-    KiroResult SetTrackerROI(const VOID* pParam, const CHAR* pName);
-    KiroResult SetSaliencyMapData(const VOID* pParam, const CHAR* pName);
-    KiroResult SetLightInfo(const VOID* pParam, const CHAR* pName);
+    // One per setting: Set<type>, answers the result of setInput and may set m_bResetFrameSkip.
+#define SETTING(name, Payload) KiroResult Set##name(const Payload& rNew, const CHAR* pName);
+#define UNREAD(name, size)
+    AEC_SET_PARAMS(SETTING, SETTING, UNREAD)
+#undef UNREAD
+#undef SETTING
 
     KiroResult SetAlgoOpMode(AECAlgoOperationModeType mode);
     KiroResult SetEVVal(INT32 value);

@@ -34,12 +34,6 @@ constexpr UINT32 BankCount     = 17;
 
 typedef Tavo::StatsDeque<BankData, BankSlotCount> KIROBankDataDeque;
 
-/// @return whether the bank keeps values in slots; such a bank has no entries and no selection
-constexpr bool IsValueBank(KIROBankIDType bankID)
-{
-    return bankID == BankIDSceneAnalyzer || bankID == BankIDStatsCalculator || bankID == BankIDTriggers;
-}
-
 /// Entries of one bank, the newest at the front. The front entry is the fallback of the selection: tuned entries are
 /// pushed in array order, so it is the last one of the tuning until somebody adds an entry.
 class CKIROBank

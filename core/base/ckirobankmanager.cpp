@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstring>
+#include <iterator>
 
 #include "core/base/kirolog.h"
 #include "core/base/tuningaccess.h"
@@ -34,26 +35,12 @@ template <typename Payload> constexpr BankDescription Describe(KIROBankIDType ba
     return {bankID, pName, sizeof(Payload)};
 }
 
-/// All banks, in the order of their IDs.
-constexpr BankDescription BankDescriptions[BankCount] = {
-    Describe<DBROIPayload>(BankIDROITable, "BankIDROITable"),
-    Describe<DBMeter2DWeightPayload>(BankIDMetering2D, "BankIDMetering2D"),
-    Describe<DBMeter1DWeightPayload>(BankIDMetering1D, "BankIDMetering1D"),
-    Describe<DBStartEndPayload>(BankIDSceneAnalyzer, "BankIDSceneAnalyzer"),
-    Describe<DBFloatPayload>(BankIDStatsCalculator, "BankIDStatsCalculator"),
-    Describe<DBArbitrationTablePayload>(BankIDArbitrationTable, "BankIDArbitrationTable"),
-    Describe<DBArbitrationOrderPayload>(BankIDArbitrationOrder, "BankIDArbitrationOrder"),
-    Describe<DBArbitrationLUTPayload>(BankIDArbitrationLUT, "BankIDArbitrationLUT"),
-    Describe<DBArbitrationRangePayload>(BankIDArbitrationRange, "BankIDArbitrationRange"),
-    Describe<DBFloatPayload>(BankIDTriggers, "BankIDTriggers"),
-    Describe<DBActiveAnalyzersPayload>(BankIDActiveAnalyzers, "BankIDActiveAnalyzers"),
-    Describe<DBConvBasePayload>(BankIDConvBase, "BankIDConvBase"),
-    Describe<DBConvStretchPayload>(BankIDConvStretch, "BankIDConvStretch"),
-    Describe<DBConvSettlePayload>(BankIDConvSettle, "BankIDConvSettle"),
-    Describe<DBConvActiveSCDPayload>(BankIDConvActiveSCD, "BankIDConvActiveSCD"),
-    Describe<DBActiveCalculatorsPayload>(BankIDActiveCalculators, "BankIDActiveCalculators"),
-    Describe<DBSnapshotPayload>(BankIDSnapshot, "BankIDSnapshot"),
+constexpr BankDescription BankDescriptions[] = {
+#define BANK(bankID, Payload) Describe<Payload>(bankID, #bankID),
+    KIRO_BANKS(BANK, BANK)
+#undef BANK
 };
+static_assert(std::size(BankDescriptions) == BankCount);
 
 }  // namespace
 
