@@ -7,9 +7,9 @@
 
 /// What pAECSetParam points to. The payload is read during the call and copied. One that is smaller than its type is
 /// logged and yields ResultFailed, with nothing stored; a null one yields 0 with nothing stored, and so does a type
-/// that is ignored. The payload's record or enumeration (interface/aecalgosettings.h, interface/aecalgosensordata.h) says what the setting does, which
-/// memory behind it is read later, and which contents are refused; what holds before a setting is given stands at
-/// SetInputData. "Kept" settings are stored, and no stage reads them.
+/// that is ignored. The payload's record or enumeration (interface/aecalgosettings.h, interface/aecalgosensordata.h)
+/// says what the setting does, which memory behind it is read later, and which contents are refused; what holds before
+/// a setting is given stands at SetInputData. "Kept" settings are stored, and no stage reads them.
 ///
 /// A setting moves its events (KIROTunaraEventType) at each call, by the value that then stands, also where the payload
 /// was refused or has changed nothing. bResetFrameSkip becomes 1 with a change of MeteringMode, ExposureCompensation,

@@ -42,7 +42,8 @@ UINT64 StoredBytes(const ParameterDefinitionElement& rElement, bool countedArray
 class LayoutBuilder
 {
 public:
-    LayoutBuilder(const ParameterDefinitions::StructureMap& rStructures, bool countedArrays, const IParameterLoggingAPI* pLog)
+    LayoutBuilder(const ParameterDefinitions::StructureMap& rStructures, bool countedArrays,
+                  const IParameterLoggingAPI* pLog)
         : m_rStructures(rStructures), m_countedArrays(countedArrays), m_pLog(pLog)
     {
     }

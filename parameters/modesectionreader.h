@@ -43,7 +43,7 @@ private:
     };
 
     std::unique_ptr<ParameterModeTable> MakeDefaultTable() const;
-    bool CheckSection(const BYTE* pSection, UINT32 size, UINT32 ordinal) const;
+    bool                                CheckSection(const BYTE* pSection, UINT32 size, UINT32 ordinal) const;
     bool ReadTable(const BYTE* pSection, UINT64 length, ParameterModeTable& rTable) const;
     Row  ReadRow(const BYTE* pSection, UINT64 length, UINT64& rPosition) const;
     bool CheckRow(const Row& rRow, const ParameterModeTable& rTable) const;

@@ -32,7 +32,8 @@ bool ParameterFileSymbolTable::Load(const BYTE* pBuffer, UINT64 length, std::sha
     {
         if (!isRead)
         {
-            ParameterLogging::Write(pLog, ParameterLogging::Error, "Failed to read %s table from binary file\n", pTable);
+            ParameterLogging::Write(pLog, ParameterLogging::Error, "Failed to read %s table from binary file\n",
+                                    pTable);
         }
         return isRead;
     };
@@ -50,8 +51,8 @@ bool ParameterFileSymbolTable::CountEntries(const BinaryFileSections& rSections)
         rRows.count = rRows.section.Size / rowSize;
         if (rRows.section.Size % rowSize != 0)
         {
-            ParameterLogging::Write(m_pLog, ParameterLogging::Error, "Invalid %s table size: %d, expected: %d\n", pTable,
-                                    rRows.section.Size, rRows.count * rowSize);
+            ParameterLogging::Write(m_pLog, ParameterLogging::Error, "Invalid %s table size: %d, expected: %d\n",
+                                    pTable, rRows.section.Size, rRows.count * rowSize);
             return false;
         }
         return true;

@@ -426,8 +426,9 @@ TEST(Reload, ACameraStaysInItsModeIfTheFileChangedBeforeTheNextOneWasRead)
         camera.SetTuning(inVideo);
         EXPECT_TRUE(filters(1)) << "as the mode before does, and the next one does not";
     }
-    EXPECT_EQ(log.Count(LevelError, "a mode cannot be read, since the tuning file has changed or gone: the one before stays"),
-              1u);
+    EXPECT_EQ(
+        log.Count(LevelError, "a mode cannot be read, since the tuning file has changed or gone: the one before stays"),
+        1u);
     tuning.Reload({2});
     camera.SetTuning(inVideo);
     EXPECT_FALSE(filters(2));

@@ -28,11 +28,11 @@ struct SmallType
     UINT32              last;
 };
 TUNING_RECORD(SmallType)
-MEMBER(first)
-MEMBER(numbers)
-MEMBER(point)
-VARIABLE(list)
-MEMBER(last)
+    MEMBER(first)
+    MEMBER(numbers)
+    MEMBER(point)
+    VARIABLE(list)
+    MEMBER(last)
 TUNING_RECORD_END
 
 }  // namespace smallrecord

@@ -33,9 +33,9 @@ struct AlphaType
     float*                  steps;
 };
 TUNING_RECORD(AlphaType)
-MODULE_HEADER
-MEMBER(value)
-VARIABLE(steps)
+    MODULE_HEADER
+    MEMBER(value)
+    VARIABLE(steps)
 TUNING_RECORD_END
 
 struct BetaType
@@ -46,8 +46,8 @@ struct BetaType
     INT32                   value;
 };
 TUNING_RECORD(BetaType)
-MODULE_HEADER
-MEMBER(value)
+    MODULE_HEADER
+    MEMBER(value)
 TUNING_RECORD_END
 
 inline constexpr tuning::ModuleDescription Modules[] = {

@@ -15,8 +15,8 @@ enum class Colour : INT32
     Green = 4
 };
 TUNING_ENUM(Colour)
-ENUMERATOR(Red)
-ENUMERATOR(Green)
+    ENUMERATOR(Red)
+    ENUMERATOR(Green)
 TUNING_ENUM_END
 
 struct PointType
@@ -25,8 +25,8 @@ struct PointType
     INT32 y;
 };
 TUNING_RECORD(PointType)
-MEMBER(x)
-MEMBER(y)
+    MEMBER(x)
+    MEMBER(y)
 TUNING_RECORD_END
 
 struct LeafType
@@ -37,8 +37,8 @@ struct LeafType
     CHAR*  name;
 };
 TUNING_RECORD(LeafType)
-VARIABLE(curve)
-MEMBER(name)
+    VARIABLE(curve)
+    MEMBER(name)
 TUNING_RECORD_END
 
 /// One member of every type and form.
@@ -88,30 +88,30 @@ struct EverythingType
     UINT32                  last;
 };
 TUNING_RECORD(EverythingType)
-MODULE_HEADER
-MEMBER(signed8)
-MEMBER(unsigned8)
-MEMBER(signed16)
-MEMBER(unsigned16)
-MEMBER(signed64)
-MEMBER(unsigned64)
-MEMBER(precise)
-MEMBER(colour)
-MEMBER(palette)
-BOOLEAN(enable)
-MEMBER(origin)
-MEMBER(corners)
-MEMBER(title)
-MEMBER(labels)
-VARIABLE(colours)
-VARIABLE_BOOLEAN(flags)
-VARIABLE(leaves)
-VARIABLE(notes)
-OPTIONAL(limit)
-OPTIONAL(centre)
-OPTIONAL(remark)
-VARIABLE(absent)
-MEMBER(last)
+    MODULE_HEADER
+    MEMBER(signed8)
+    MEMBER(unsigned8)
+    MEMBER(signed16)
+    MEMBER(unsigned16)
+    MEMBER(signed64)
+    MEMBER(unsigned64)
+    MEMBER(precise)
+    MEMBER(colour)
+    MEMBER(palette)
+    BOOLEAN(enable)
+    MEMBER(origin)
+    MEMBER(corners)
+    MEMBER(title)
+    MEMBER(labels)
+    VARIABLE(colours)
+    VARIABLE_BOOLEAN(flags)
+    VARIABLE(leaves)
+    VARIABLE(notes)
+    OPTIONAL(limit)
+    OPTIONAL(centre)
+    OPTIONAL(remark)
+    VARIABLE(absent)
+    MEMBER(last)
 TUNING_RECORD_END
 
 /// The values that the tests put into files; texts and arrays are those of this object.

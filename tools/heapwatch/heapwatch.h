@@ -21,8 +21,8 @@ VOID Start();
 /// @return since Start
 Report Read();
 
-/// Calls of malloc and its relatives since the process started, those of operator new and TavoCalloc among them; under a
-/// sanitizer, since the first Start.
+/// Calls of malloc and its relatives since the process started, those of operator new and TavoCalloc among them; under
+/// a sanitizer, since the first Start.
 UINT64 Requests();
 
 /// Whether what was taken before the first Start is counted, too, when it is given back; not under a sanitizer, which
