@@ -105,21 +105,7 @@ const AECFrameHistory* CKIROCore::FindLastPreviewFrame(AECFrameHistory& rPrevMod
     {
         return &rPrevMode;
     }
-    const AECFrameHistory* pBackup = nullptr;
-    for (UINT8 offset = 1; offset < rHistory.GetMaxFrameHistorySize(); ++offset)
-    {
-        const AECFrameHistory* pFrame = rHistory.GetFrameHistory(offset);
-        if (pFrame == nullptr)
-        {
-            break;
-        }
-        if (pFrame->bIsSnapshot == FALSE)
-        {
-            return pFrame;
-        }
-        pBackup = rHistory.GetPreviewBackup();
-    }
-    return pBackup;
+    return rHistory.FindPreviewFrame(rHistory.GetMaxFrameHistorySize());
 }
 
 KiroResult CKIROCore::PreviousModeStartUpExposure(KIROAlgoStartExposureInfo& rStartInfo)

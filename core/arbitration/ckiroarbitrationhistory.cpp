@@ -188,46 +188,17 @@ KiroResult CKIROArbitration::FindReferenceKnee(const ReferenceSourceType& rSourc
 
 const AECFrameHistory* CKIROArbitration::FindPreviewFrame(const PreviewFrameSelectionType& rSelection) const
 {
+    CKIROHistory& rHistory = *m_rContextManager.m_pHistory;
     switch (rSelection.searchMethod)
     {
     case PreviewSearchMethod::SearchLastNonSnapshotRequest:
-        return FindLastNonSnapshotFrame();
+        return rHistory.FindPreviewFrame(rHistory.GetFrameCount());
     case PreviewSearchMethod::SearchOffset:
-        return m_rContextManager.m_pHistory->GetFrameHistory(static_cast<UINT8>(rSelection.value));
+        return rHistory.GetFrameHistory(static_cast<UINT8>(rSelection.value));
     default:
         STATS_LOG_ERROR("unexpected preview search method %d", static_cast<INT32>(rSelection.searchMethod));
         return nullptr;
     }
-}
-
-const AECFrameHistory* CKIROArbitration::FindLastNonSnapshotFrame() const
-{
-    CKIROHistory& rHistory   = *m_rContextManager.m_pHistory;
-    const UINT32  frameCount = rHistory.GetFrameCount();
-    if (frameCount < 2)
-    {
-        return nullptr;
-    }
-    const AECFrameHistory* pCandidate   = nullptr;
-    bool                   isFirstFound = false;
-    for (UINT32 offset = 1; offset < frameCount; ++offset)
-    {
-        const AECFrameHistory* pFrame = rHistory.GetFrameHistory(static_cast<UINT8>(offset));
-        if (pFrame == nullptr)
-        {
-            break;
-        }
-        if (pFrame->bIsSnapshot == FALSE)
-        {
-            return pFrame;
-        }
-        if (!isFirstFound)
-        {
-            isFirstFound = true;
-            pCandidate   = rHistory.GetPreviewBackup();
-        }
-    }
-    return pCandidate;
 }
 
 KiroResult CKIROArbitration::FindEndKnee(const ArbitrationEndType& rEnd, ExposureKneeType* pKnee) const

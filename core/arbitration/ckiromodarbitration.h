@@ -72,7 +72,6 @@ private:
     KiroResult CheckBracketing(const kiroarbitration::ArbitrationReferenceType& rReference) const;
     KiroResult FindReferenceKnee(const kiroarbitration::ReferenceSourceType& rSource, ExposureKneeType* pKnee) const;
     const AECFrameHistory* FindPreviewFrame(const kiroarbitration::PreviewFrameSelectionType& rSelection) const;
-    const AECFrameHistory* FindLastNonSnapshotFrame() const;
     KiroResult             FindEndKnee(const kiroarbitration::ArbitrationEndType& rEnd, ExposureKneeType* pKnee) const;
 
     const KIROExposureSetType& CurrentExposure() const

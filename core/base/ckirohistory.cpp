@@ -229,21 +229,29 @@ AECFrameHistory* CKIROHistory::GetInternalFrameHistory(UINT8 offset)
     return (pFrame != nullptr) ? pFrame : &m_currMode.m_startConfig;
 }
 
-const AECFrameHistory* CKIROHistory::GetPreviousNonSnapshotFrame()
+const AECFrameHistory* CKIROHistory::FindPreviewFrame(UINT32 end)
 {
-    for (UINT8 offset = 1; offset < m_maxFrameHistorySize; ++offset)
+    const AECFrameHistory* pBackup = nullptr;
+    for (UINT32 offset = 1; offset < end; ++offset)
     {
-        const AECFrameHistory* pFrame = GetInternalFrameHistory(offset);
+        const AECFrameHistory* pFrame = GetFrameHistory(static_cast<UINT8>(offset));
         if (pFrame == nullptr)
         {
             break;
         }
-        if (pFrame->bIsSnapshot != TRUE)
+        if (pFrame->bIsSnapshot == FALSE)
         {
             return pFrame;
         }
+        pBackup = GetPreviewBackup();
     }
-    return (m_previewBackup.frameID != 0) ? &m_previewBackup : nullptr;
+    return pBackup;
+}
+
+const AECFrameHistory* CKIROHistory::GetPreviousNonSnapshotFrame()
+{
+    const AECFrameHistory* pFrame = FindPreviewFrame(m_maxFrameHistorySize);
+    return (pFrame != nullptr) ? pFrame : GetPreviewBackup();
 }
 
 VOID CKIROHistory::FinishCurrentModeHistory(AECAlgoOperationModeType prevMode)
@@ -313,42 +321,6 @@ BOOL CKIROHistory::GetPrevModeLastFrame(AECFrameHistory& rLastFrame) const
     return TRUE;
 }
 
-VOID CKIROHistory::SaveFlashFrame(KIROExtFlashCurrentType type)
-{
-    const AECFrameHistory* pNewest = m_currMode.m_frameList.Newest();
-    if (pNewest == nullptr)
-    {
-        STATS_LOG_ERROR("AECFlash error empty history");
-        return;
-    }
-    if (type == KIROExtFlashCurrentType::Low)
-    {
-        m_bIsflashLowSet = TRUE;
-        m_flashLowFrame  = *pNewest;
-        STATS_LOG_RARE("AECFlash LOW saved safe exposure %llu",
-                       m_flashLowFrame.exposureSets[AECAlgoExposureSafe].exposure);
-    }
-    else
-    {
-        m_bIsflashLowSet = FALSE;
-        m_flashOffFrame  = *pNewest;
-        STATS_LOG_RARE("AECFlash OFF saved safe exposure %llu targets %llu %llu %llu",
-                       m_flashOffFrame.exposureSets[AECAlgoExposureSafe].exposure,
-                       m_flashOffFrame.exposureTargets[AECAlgoExposureShort],
-                       m_flashOffFrame.exposureTargets[AECAlgoExposureLong],
-                       m_flashOffFrame.exposureTargets[AECAlgoExposureSafe]);
-    }
-}
-
-const AECFrameHistory* CKIROHistory::GetFlashFrame(KIROExtFlashCurrentType type) const
-{
-    if (type == KIROExtFlashCurrentType::Off)
-    {
-        return &m_flashOffFrame;
-    }
-    return (m_bIsflashLowSet == TRUE) ? &m_flashLowFrame : nullptr;
-}
-
 const AECFrameHistory*
 CKIROHistory::GetSnapshotFrameHistory(const kiroarbitration::SnapshotFrameSelectionType* pSelection)
 {
@@ -379,22 +351,4 @@ CKIROHistory::GetSnapshotFrameHistory(const kiroarbitration::SnapshotFrameSelect
         STATS_LOG_ERROR("Unknown search type %d", static_cast<INT32>(pSelection->searchMethod));
         return nullptr;
     }
-}
-
-VOID CKIROHistory::SetSnapshot()
-{
-    AECFrameHistory* pFrame    = GetInternalFrameHistory(0);
-    const UINT64     currentID = (m_currMode.m_isCurFrameIDValid == TRUE) ? m_currMode.m_curFrameID : 0;
-    if (pFrame != nullptr && pFrame->frameID == currentID)
-    {
-        // The frame has been saved already.
-        pFrame->bIsSnapshot = TRUE;
-        return;
-    }
-    if (pFrame == nullptr)
-    {
-        STATS_LOG_ERROR("previous frame is null");
-    }
-    m_bIsSnapshotEOF = TRUE;
-    m_snapshotFID    = currentID;
 }

@@ -54,6 +54,12 @@ public:
     const AECFrameHistory* GetFrameHistory(UINT8 offset);
     AECFrameHistory*       GetInternalFrameHistory(UINT8 offset);
 
+    /// Looks back for a frame that is no snapshot, from the frame before the one in progress on.
+    /// @param end offset at which the search ends
+    /// @return the newest one; where there are only snapshots, the last one that dropped out of the list; null if there
+    ///         is none
+    const AECFrameHistory* FindPreviewFrame(UINT32 end);
+
     /// @return the newest of the last nine frames that is no snapshot, or the last one that dropped out of the list;
     ///         null if neither is known
     const AECFrameHistory* GetPreviousNonSnapshotFrame();

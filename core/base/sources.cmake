@@ -3,6 +3,7 @@ add_room(kiro_core_base
     core/base/ckirobank.cpp
     core/base/ckirobankmanager.cpp
     core/base/ckirohistory.cpp
+    core/base/ckirohistorycaptures.cpp
     core/base/ckirotrigger.cpp
     core/base/ckirotriggerclasses.cpp
     core/base/debugdata.cpp
