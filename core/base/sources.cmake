@@ -2,6 +2,8 @@ add_room(kiro_core_base
     core/base/binarymask.cpp
     core/base/ckirobank.cpp
     core/base/ckirobankmanager.cpp
+    core/base/ckirobankmanagerpayloads.cpp
+    core/base/ckirobankmanagerreferences.cpp
     core/base/ckirohistory.cpp
     core/base/ckirohistorycaptures.cpp
     core/base/ckirotrigger.cpp

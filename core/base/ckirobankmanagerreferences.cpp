@@ -1,0 +1,145 @@
+// References of the tuning to an entry of a bank, resolved into a number or a range.
+
+#include "core/base/ckirobankmanager.h"
+#include "core/base/kirolog.h"
+#include "interface/kiroresults.h"
+
+namespace
+{
+
+StartEnd RangeOf(const DBFloatPayload& rPayload)
+{
+    return {rPayload.value, rPayload.value};
+}
+
+StartEnd RangeOf(const DBStartEndPayload& rPayload)
+{
+    return rPayload.value;
+}
+
+StartEnd RangeOf(const DBROIPayload& rPayload)
+{
+    return {rPayload.weight, rPayload.weight};
+}
+
+/// @return 0, or 4 for an entry that is not there: then the value stays
+template <typename Payload> KiroResult TakeRange(const Payload* pPayload, StartEnd& rValue)
+{
+    rValue = (pPayload != nullptr) ? RangeOf(*pPayload) : rValue;
+    return (pPayload != nullptr) ? 0 : ResultInvalidArgument;
+}
+
+/// @param ppDescription may be null
+/// @return 0, or 1 for an entry that is not there: then value and description stay
+template <typename Payload> KiroResult TakeNumber(const Payload* pPayload, FLOAT& rValue, CHAR** ppDescription)
+{
+    if (pPayload == nullptr)
+    {
+        return ResultFailed;
+    }
+    rValue = RangeOf(*pPayload).start;
+    if (ppDescription != nullptr)
+    {
+        *ppDescription = pPayload->description;
+    }
+    return 0;
+}
+
+}  // namespace
+
+KiroResult CKIROBankManager::UtilGetFloatFromBank(const DataBankType* pBank, FLOAT& rValue, BOOL bLogError,
+                                                  CHAR** ppDescription)
+{
+    rValue            = 0.0f;
+    KiroResult result = ResultFailed;
+    switch (pBank->bankID)
+    {
+    case BankIDStatsCalculator:
+        result = TakeNumber(GetDataStatsCalculator(pBank->dataID), rValue, ppDescription);
+        break;
+    case BankIDTriggers:
+        result = TakeNumber(GetDataTriggers(pBank->dataID), rValue, ppDescription);
+        break;
+    case BankIDSceneAnalyzer:
+        result = TakeNumber(GetDataSceneAnalyzer(pBank->dataID), rValue, ppDescription);
+        break;
+    case BankIDROITable:
+        (VOID) TakeNumber(GetDataROI(pBank->dataID), rValue, ppDescription);
+        result = 0;
+        break;
+    default:
+        break;
+    }
+    if (result != 0 && bLogError == TRUE)
+    {
+        STATS_LOG_ERROR("Invalid bankID %d with dataID %d returning %.1f\n", pBank->bankID, pBank->dataID, rValue);
+    }
+    return result;
+}
+
+KiroResult CKIROBankManager::UtilGetStartEndFromBank(const DataBankType* pBank, StartEnd& rValue, BOOL bLogError)
+{
+    rValue            = {0.0f, 0.0f};
+    KiroResult result = ResultFailed;
+    switch (pBank->bankID)
+    {
+    case BankIDStatsCalculator:
+        result = TakeRange(m_storageCalculators.Find(pBank->dataID), rValue);
+        break;
+    case BankIDTriggers:
+        result = TakeRange(m_storageTriggers.Find(pBank->dataID), rValue);
+        break;
+    case BankIDSceneAnalyzer:
+        result = TakeRange(m_storageAnalyzers.Find(pBank->dataID), rValue);
+        break;
+    case BankIDROITable:
+        (VOID) TakeRange(GetDataROI(pBank->dataID), rValue);
+        result = 0;
+        break;
+    default:
+        break;
+    }
+    if (result == ResultInvalidArgument)
+    {
+        STATS_LOG_ERROR("%s Invalid data ID %d", GetBankName(pBank->bankID), pBank->dataID);
+    }
+    if (result != 0 && bLogError == TRUE)
+    {
+        STATS_LOG_ERROR("Invalid bankID %d with dataID %d returning [%.1f, %.1f]\n", pBank->bankID, pBank->dataID,
+                        rValue.start, rValue.end);
+    }
+    return result;
+}
+
+KiroResult CKIROBankManager::UtilSetStartEndToBank(const DataBankType* pBank, StartEnd value, const CHAR* pDescription,
+                                                   BankDataType kind)
+{
+    StartEnd   stored;
+    const bool bReadable = UtilGetStartEndFromBank(pBank, stored, FALSE) == 0;
+    if (bReadable && kind == BankDataType::start)
+    {
+        stored.start = value.start;
+    }
+    else if (bReadable && kind == BankDataType::end)
+    {
+        stored.end = value.end;
+    }
+    else
+    {
+        stored = value;
+    }
+
+    switch (pBank->bankID)
+    {
+    case BankIDSceneAnalyzer:
+    {
+        DBStartEndPayload payload{pBank->dataID, stored, const_cast<CHAR*>(pDescription)};
+        return SetDataSceneAnalyzer({pBank->dataID, &payload, SourceModuleMetering});
+    }
+    case BankIDTriggers:
+        return PublishTrigger(pBank->dataID, stored.start, pDescription, SourceModuleMetering);
+    default:
+        STATS_LOG_ERROR("Invalid bank ID %d for Scene Analyzer Algorithm.\n", pBank->bankID);
+        return ResultInvalidArgument;
+    }
+}
