@@ -37,6 +37,9 @@ KiroResult UtilMatchEV(INT32 ev, kiroarbitration::EVOffsetType evType);
 KiroResult UtilSyncUpExposureTime(AECAlgoExposureType expType, StatsTuningData* pTuningData,
                                   const AECMultiCamInfo* pPeerInfo, FLOAT* pOutTime);
 
+/// @return whether a time lies outside a range
+bool IsTimeOutside(UINT64 time, UINT64 startTime, UINT64 endTime);
+
 /// @return whether gain, correction and index are finite
 bool IsSoundExposure(const KIROExposureSetType& rSet);
 

@@ -8,7 +8,6 @@
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
 #include "core/base/soundvalue.h"
-#include "core/extension/ckirocamsync.h"
 #include "interface/kiroresults.h"
 
 using exposurearithmetic::Epsilon;
@@ -18,9 +17,6 @@ using namespace kirodbarbitrationrange;
 
 namespace
 {
-
-/// Data ID of the time range that precision flash rewrites.
-constexpr INT32 PrecisionFlashRangeID = 17;
 
 FLOAT AdjustBound(FLOAT bound, const RangePoint& rPoint)
 {
@@ -73,6 +69,47 @@ bool IsSameTime(UINT64 first, UINT64 second)
     return std::abs(static_cast<FLOAT>(first) - static_cast<FLOAT>(second)) < Epsilon;
 }
 
+/// A gain outside goes to the bound, and the time makes up for it; a gain that misses it by the margin stays.
+VOID MoveIntoGainRange(const KIROExposureRange& rRange, UINT64 exposure, FLOAT correction, FLOAT* pGain, UINT64* pTime)
+{
+    const FLOAT start = rRange.start.gain;
+    const FLOAT end   = rRange.end.gain;
+    if (start > *pGain && !(start - SnapMargin < *pGain))
+    {
+        *pGain = start;
+        *pTime = exposurearithmetic::TimeOfExposure(exposure, *pGain, correction);
+    }
+    else if (end < *pGain && !(end + SnapMargin > *pGain))
+    {
+        *pGain = end;
+        *pTime = exposurearithmetic::TimeOfExposure(exposure, *pGain, correction);
+    }
+}
+
+/// A time outside goes to the bound, and the gain makes up for it; a gain that then misses its range by the margin
+/// goes to the bound.
+/// @return whether the time moved
+bool MoveIntoTimeRange(const KIROExposureRange& rRange, UINT64 exposure, FLOAT correction, FLOAT* pGain, UINT64* pTime)
+{
+    const KIROExposureSetType& rStart = rRange.start;
+    const KIROExposureSetType& rEnd   = rRange.end;
+    if (*pTime < rStart.time)
+    {
+        const FLOAT gain = exposurearithmetic::GainOfExposure(exposure, rStart.time, correction);
+        *pGain           = (gain < rStart.gain && rStart.gain - gain < SnapMargin) ? rStart.gain : gain;
+        *pTime           = rStart.time;
+        return true;
+    }
+    if (*pTime > rEnd.time)
+    {
+        const FLOAT gain = exposurearithmetic::GainOfExposure(exposure, rEnd.time, correction);
+        *pGain           = (gain > rEnd.gain && gain - rEnd.gain < SnapMargin) ? rEnd.gain : gain;
+        *pTime           = rEnd.time;
+        return true;
+    }
+    return false;
+}
+
 }  // namespace
 
 KiroResult CKIROArbitration::ApplyCoreRange()
@@ -117,31 +154,6 @@ KiroResult CKIROArbitration::ApplyCoreRange()
         CompensateRange(&m_pIn->range, &tmpRange, adjustment.handling.compensation.compensationQuantity);
     }
     m_pOut->range = tmpRange;
-    return 0;
-}
-
-KiroResult CKIROArbitration::AdjustSpecialRange(RangeType* pAdj, const CHAR* pDescription)
-{
-    using namespace kirodbarbitrationorder;
-    const ArbitrationControl control = m_pIn->controlID;
-    if (m_pIn->controlDataID == PrecisionFlashRangeID && m_pIn->bFPrecisionFlashFlag == TRUE)
-    {
-        STATS_LOG_TRACE("range tuning dataId %d desbription (%s), range(%f, %f)", m_pIn->controlDataID, pDescription,
-                        pAdj->start.val, pAdj->end.val);
-        const KiroResult result = ApplyPrecisionFlashRange(pAdj);
-        if (result != 0 && control != ArbCtrlMasterTime && control != ArbCtrlSHDRTimeRange)
-        {
-            return result;
-        }
-    }
-    if (control == ArbCtrlMasterTime)
-    {
-        return ApplyCoreRangeAECSync(pAdj);
-    }
-    if (control == ArbCtrlSHDRTimeRange)
-    {
-        return ApplyCoreRangeSHDRTime(pAdj);
-    }
     return 0;
 }
 
@@ -256,67 +268,53 @@ VOID CKIROArbitration::UpdateOneRangeIndex(FLOAT index, KIROExposureSetType* pBo
 
 KiroResult CKIROArbitration::ArbitrateExposureRange(KIROExposureRange* pTempRange, const RangeType* pAdj)
 {
-    const KIROExposureSetType& rStart     = pTempRange->start;
-    const KIROExposureSetType& rEnd       = pTempRange->end;
-    const UINT64               exposure   = CurrentExposure().exposure;
-    const FLOAT                correction = m_pIn->range.start.corr;
-    FLOAT                      gain       = CurrentExposure().gain;
-    UINT64                     time       = CurrentExposure().time;
-
-    if (rStart.gain > gain && !(rStart.gain - SnapMargin < gain))
+    const UINT64 exposure   = CurrentExposure().exposure;
+    const FLOAT  correction = m_pIn->range.start.corr;
+    FLOAT        gain       = CurrentExposure().gain;
+    UINT64       time       = CurrentExposure().time;
+    MoveIntoGainRange(*pTempRange, exposure, correction, &gain, &time);
+    const bool isTimeMoved = MoveIntoTimeRange(*pTempRange, exposure, correction, &gain, &time);
+    if (m_pIn->bIsConvRange != TRUE)
     {
-        gain = rStart.gain;
-        time = exposurearithmetic::TimeOfExposure(exposure, gain, correction);
-    }
-    else if (rEnd.gain < gain && !(rEnd.gain + SnapMargin > gain))
-    {
-        gain = rEnd.gain;
-        time = exposurearithmetic::TimeOfExposure(exposure, gain, correction);
-    }
-
-    bool isTimeMoved = true;
-    if (time < rStart.time)
-    {
-        time = rStart.time;
-        gain = exposurearithmetic::GainOfExposure(exposure, time, correction);
-        gain = (gain < rStart.gain && rStart.gain - gain < SnapMargin) ? rStart.gain : gain;
-    }
-    else if (time > rEnd.time)
-    {
-        time = rEnd.time;
-        gain = exposurearithmetic::GainOfExposure(exposure, time, correction);
-        gain = (gain > rEnd.gain && gain - rEnd.gain < SnapMargin) ? rEnd.gain : gain;
-    }
-    else
-    {
-        isTimeMoved = false;
-    }
-
-    const bool isTimeRangeEmpty = isTimeMoved && rStart.time > rEnd.time;
-    const bool isGainInside     = rStart.gain - Epsilon <= gain && rEnd.gain + Epsilon >= gain;
-    if (m_pIn->bIsConvRange != TRUE && (isTimeRangeEmpty || !isGainInside))
-    {
-        if (isTimeRangeEmpty)
-        {
-            STATS_LOG_WARNING("tentative before conflict resolution time %llu out of time %llu %llu", time, rStart.time,
-                              rEnd.time);
-        }
-        if (gain < rStart.gain || gain > rEnd.gain)
-        {
-            STATS_LOG_WARNING("tentative before conflict resolution gain %.3f out of gain %.3f %.3f", gain, rStart.gain,
-                              rEnd.gain);
-        }
-        const KiroResult result = UtilResolveRangeConflicts(pTempRange, &m_pIn->sensorRange, &gain, &time,
-                                                            pAdj->handling.arbitration.conflictHandling);
+        const KiroResult result = ResolveConflict(pTempRange, pAdj, isTimeMoved, &gain, &time);
         if (result != 0)
         {
             return result;
         }
-        UtilUpdateExposureAndIndexLimits(pTempRange, m_pIn->indexZeroExposure);
-        m_pOut->range = *pTempRange;
     }
     WriteArbitratedExposure(gain, time, correction);
     return 0;
+}
+
+KiroResult CKIROArbitration::ResolveConflict(KIROExposureRange* pTempRange, const RangeType* pAdj, bool isTimeMoved,
+                                             FLOAT* pGain, UINT64* pTime)
+{
+    const KIROExposureSetType& rStart           = pTempRange->start;
+    const KIROExposureSetType& rEnd             = pTempRange->end;
+    const bool                 isTimeRangeEmpty = isTimeMoved && rStart.time > rEnd.time;
+    const bool                 isGainInside     = rStart.gain - Epsilon <= *pGain && rEnd.gain + Epsilon >= *pGain;
+    if (!isTimeRangeEmpty && isGainInside)
+    {
+        return 0;
+    }
+    if (isTimeRangeEmpty)
+    {
+        STATS_LOG_WARNING("tentative before conflict resolution time %llu out of time %llu %llu", *pTime, rStart.time,
+                          rEnd.time);
+    }
+    if (*pGain < rStart.gain || *pGain > rEnd.gain)
+    {
+        STATS_LOG_WARNING("tentative before conflict resolution gain %.3f out of gain %.3f %.3f", *pGain, rStart.gain,
+                          rEnd.gain);
+    }
+    const KiroResult result = UtilResolveRangeConflicts(pTempRange, &m_pIn->sensorRange, pGain, pTime,
+                                                        pAdj->handling.arbitration.conflictHandling);
+    if (result == 0)
+    {
+        UtilUpdateExposureAndIndexLimits(pTempRange, m_pIn->indexZeroExposure);
+        m_pOut->range = *pTempRange;
+    }
+    return result;
 }
 
 VOID CKIROArbitration::WriteArbitratedExposure(FLOAT gain, UINT64 time, FLOAT correction)
@@ -365,83 +363,4 @@ VOID CKIROArbitration::CompensateRange(const KIROExposureRange* pOld, KIROExposu
         break;
     }
     UtilUpdateExposureAndIndexLimits(pNew, m_pIn->indexZeroExposure);
-}
-
-KiroResult CKIROArbitration::ApplyPrecisionFlashRange(RangeType* pAdj) const
-{
-    const KIROPrecisionFlashInfo& rInfo      = m_pIn->precisionFlashInfo;
-    const FLOAT                   minExpTime = std::max(static_cast<FLOAT>(rInfo.minFlashTime) / rInfo.e1ToE1PlusE2,
-                                                        static_cast<FLOAT>(rInfo.rollingShutterDelayTime) / (1.0f - rInfo.e1ToE1PlusE2));
-    const FLOAT                   maxExpTime = static_cast<FLOAT>(rInfo.maxExpoTime);
-    if (minExpTime > pAdj->start.val)
-    {
-        pAdj->start.val = minExpTime;
-        pAdj->start.adj = ArbRangeAbsolute;
-    }
-    if (pAdj->end.val > maxExpTime)
-    {
-        pAdj->end.val   = maxExpTime;
-        pAdj->start.adj = ArbRangeAbsolute;  // not end.adj: an end that is tuned relative stays so
-    }
-    return (pAdj->start.val > pAdj->end.val) ? ResultFailed : 0;
-}
-
-KiroResult CKIROArbitration::ApplyCoreRangeAECSync(RangeType* pAdj) const
-{
-    const CKIROCamsync&    rCamSync  = *m_rContextManager.m_pCamSync;
-    const AECMultiCamInfo* pPeerInfo = rCamSync.getPeerInfo();
-    if (pPeerInfo == nullptr)
-    {
-        STATS_LOG_ERROR("no peer info");
-        return ResultNotFound;
-    }
-    if (rCamSync.getExposureType() != kirosync::AECAlgoExposureFollow)
-    {
-        STATS_LOG_ERROR("not in follow mode");
-        return ResultNotFollowing;
-    }
-    const KiroResult result = UtilSyncUpExposureTime(m_pIn->expType, m_pTuningData, pPeerInfo, &pAdj->start.val);
-    pAdj->end.val           = pAdj->start.val;
-    if (result == 0)
-    {
-        STATS_LOG_TRACE("syncing with master exposure time: %f", pAdj->start.val);
-    }
-    return result;
-}
-
-KiroResult CKIROArbitration::ApplyCoreRangeSHDRTime(RangeType* pAdj) const
-{
-    const UINT64 longTime = m_pIn->exposures[AECAlgoExposureLong].time;
-    if (m_pIn->expType == AECAlgoExposureLong)
-    {
-        STATS_LOG_ERROR("SHDR time range is not meant for long exposure");
-        return ResultFailed;
-    }
-    if (pAdj->end.adj != ArbRangeAbsolute)
-    {
-        STATS_LOG_ERROR("expected adjustment to be absolute instead of %d %f", pAdj->end.adj, pAdj->end.val);
-        return ResultFailed;
-    }
-    if (longTime == 0)
-    {
-        STATS_LOG_ERROR("long exposure is zero");
-        return ResultFailed;
-    }
-
-    const UINT64 longMaxTime    = m_ranges[AECAlgoExposureLong].end.time;
-    const FLOAT  budgetIncrease = std::max(static_cast<FLOAT>(longMaxTime) - static_cast<FLOAT>(longTime), 0.0f);
-    const FLOAT  newMaxTime =
-        std::min(pAdj->end.val, static_cast<FLOAT>(m_ranges[m_pIn->expType].end.time) + budgetIncrease);
-    if (static_cast<FLOAT>(m_pIn->range.end.time) + Epsilon < newMaxTime)
-    {
-        STATS_LOG_TRACE("tuned %.0f updating time %llu to %.0f SHDR long time %llu max %llu", pAdj->end.val,
-                        m_pIn->range.end.time, newMaxTime, longTime, longMaxTime);
-        pAdj->end.val = newMaxTime;
-    }
-    else
-    {
-        pAdj->end.val = 1.0f;
-        pAdj->end.adj = ArbRangeRelativeFactor;
-    }
-    return 0;
 }

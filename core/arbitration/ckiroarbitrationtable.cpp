@@ -27,6 +27,48 @@ ExposureKneeType KneeOf(const KIROExposureSetType& rBound)
     return {AECExpIncMax, rBound.gain, rBound.time};
 }
 
+/// The factors by which gain and time may grow on a segment.
+struct Room
+{
+    FLOAT gain;
+    FLOAT time;
+};
+
+/// Raises the exposure of a knee by a factor: gain as far as there is room, then time.
+/// @param pSplit gain and time of the knee on entry
+VOID RaiseGainFirst(const ExposureKneeType& rStart, const Room& rRoom, FLOAT factor, KIROExposureSetType* pSplit)
+{
+    const FLOAT startTime = static_cast<FLOAT>(rStart.time);
+    if (!(rRoom.gain < factor))
+    {
+        pSplit->gain = rStart.gain * factor;
+        return;
+    }
+    const FLOAT rest = factor / rRoom.gain;
+    pSplit->gain     = rStart.gain * rRoom.gain;
+    if (rest > MultiplierAboveOne)
+    {
+        pSplit->time = SaturateToUINT64(startTime * std::min(rest, rRoom.time));
+    }
+}
+
+/// The same with time first.
+VOID RaiseTimeFirst(const ExposureKneeType& rStart, const Room& rRoom, FLOAT factor, KIROExposureSetType* pSplit)
+{
+    const FLOAT startTime = static_cast<FLOAT>(rStart.time);
+    if (!(rRoom.time < factor))
+    {
+        pSplit->time = SaturateToUINT64(startTime * factor);
+        return;
+    }
+    const FLOAT rest = factor / rRoom.time;
+    pSplit->time     = SaturateToUINT64(startTime * rRoom.time);
+    if (rest > 1.0f)
+    {
+        pSplit->gain = rStart.gain * std::min(rest, rRoom.gain);
+    }
+}
+
 }  // namespace
 
 /// The piece of a table, or between the table and the range, on which an exposure lies.
@@ -124,50 +166,22 @@ CKIROArbitration::TableSegment CKIROArbitration::SelectSegment(const ExposureTab
 
 KIROExposureSetType CKIROArbitration::SplitAlongSegment(const TableSegment& rSegment, FLOAT correction) const
 {
-    const ExposureKneeType& rStart    = rSegment.start;
-    const ExposureKneeType& rEnd      = rSegment.end;
-    const UINT64            base      = ExposureOfKnee(rStart, correction);
-    const FLOAT             expMult   = static_cast<FLOAT>(rSegment.target) / static_cast<FLOAT>(base);
-    const FLOAT             gainRatio = rEnd.gain / rStart.gain;
-    const FLOAT             startTime = static_cast<FLOAT>(rStart.time);
-    const FLOAT             timeRatio = static_cast<FLOAT>(rEnd.time) / startTime;
+    const UINT64 base   = ExposureOfKnee(rSegment.start, correction);
+    const FLOAT  factor = static_cast<FLOAT>(rSegment.target) / static_cast<FLOAT>(base);
+    const Room   room   = {rSegment.end.gain / rSegment.start.gain,
+                           static_cast<FLOAT>(rSegment.end.time) / static_cast<FLOAT>(rSegment.start.time)};
 
     KIROExposureSetType split{};
-    split.gain = rStart.gain;
-    split.time = rStart.time;
-    if (expMult > MultiplierAboveOne && rSegment.priority == AECExpIncGain)
+    split.gain = rSegment.start.gain;
+    split.time = rSegment.start.time;
+    if (factor > MultiplierAboveOne && rSegment.priority == AECExpIncGain)
     {
-        if (gainRatio < expMult)
-        {
-            const FLOAT rest = expMult / gainRatio;
-            split.gain       = rStart.gain * gainRatio;
-            if (rest > MultiplierAboveOne)
-            {
-                split.time = SaturateToUINT64(startTime * std::min(rest, timeRatio));
-            }
-        }
-        else
-        {
-            split.gain = rStart.gain * expMult;
-        }
+        RaiseGainFirst(rSegment.start, room, factor, &split);
     }
-    else if (expMult > MultiplierAboveOne)
+    else if (factor > MultiplierAboveOne)
     {
-        if (timeRatio < expMult)
-        {
-            const FLOAT rest = expMult / timeRatio;
-            split.time       = SaturateToUINT64(startTime * timeRatio);
-            if (rest > 1.0f)
-            {
-                split.gain = rStart.gain * std::min(rest, gainRatio);
-            }
-        }
-        else
-        {
-            split.time = SaturateToUINT64(startTime * expMult);
-        }
+        RaiseTimeFirst(rSegment.start, room, factor, &split);
     }
-
     split.corr     = correction;
     split.exposure = exposurearithmetic::UtilQuantities2Exposure(split.gain, split.time, split.corr);
     exposurearithmetic::SetIndexByFloatRatio(&split, m_pIn->indexZeroExposure);

@@ -45,6 +45,8 @@ private:
     KiroResult UpdateRangeIndex(KIROExposureRange* pTempRange, const RangeType* pAdj);
     VOID       UpdateOneRangeIndex(FLOAT index, KIROExposureSetType* pBound);
     KiroResult ArbitrateExposureRange(KIROExposureRange* pTempRange, const RangeType* pAdj);
+    KiroResult ResolveConflict(KIROExposureRange* pTempRange, const RangeType* pAdj, bool isTimeMoved, FLOAT* pGain,
+                               UINT64* pTime);
     VOID       WriteArbitratedExposure(FLOAT gain, UINT64 time, FLOAT correction);
     VOID       CompensateRange(const KIROExposureRange* pOld, KIROExposureRange* pNew,
                                kirodbarbitrationrange::ArbExposureQuantity quantity) const;
