@@ -14,6 +14,7 @@ add_room(kiro_core
     core/ckirocoredebugdata.cpp
     core/ckirocoreflash.cpp
     core/ckirocoreforwards.cpp
+    core/ckirocoreframehistory.cpp
     core/ckirocorequeries.cpp
     core/ckirocorestartup.cpp
     core/ckirocoretriggers.cpp
