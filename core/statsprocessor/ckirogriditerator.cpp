@@ -124,12 +124,37 @@ bool CKIROGridIterator::FillTables(const Geometry& rGeometry, const KIROSubsampl
     m_activePatterns  = 0;
     m_activeBlocks    = 0;
     m_estNumOfRegions = 0;
-    UINT64 lastOffset = 0;
     if (static_cast<UINT64>(blocksW) * blocksH > GridRegionCountMax)
     {
         STATS_LOG_ERROR("ROI of %d x %d tiles exceeds %d regions", blocksW, blocksH, GridRegionCountMax);
         return false;
     }
+    const BlockGrid blocks     = {rGeometry.start, blocksW, blocksH, rTile.width, rTile.height * gridWidth};
+    UINT64          lastOffset = 0;
+    if (!PlaceCells(rTile, lastOffset) || LeavesGrid(rGeometry, rTile, blocks, lastOffset))
+    {
+        return false;
+    }
+    m_activeBlocks = blocksW * blocksH;
+    PlaceBlocks(blocks);
+    m_estNumOfRegions = m_activeBlocks * m_activePatterns;
+    if (m_estNumOfRegions > gridSize)
+    {
+        STATS_LOG_TRACE("num regions %d exceeds width %d * height %d ; blocks %d pattern %d roi w %d h %d ss w %d h %d",
+                        m_estNumOfRegions, gridWidth, m_pStats->resolution.height, m_activeBlocks, m_activePatterns,
+                        rGeometry.width, rGeometry.height, rTile.width, rTile.height);
+        m_estNumOfRegions = static_cast<UINT32>(gridSize);
+    }
+    STATS_LOG_TRACE("Block Count(h:%d w:%d) PatternSize:%d TotalReg:%d ROI (Start:%d, W:%d, H:%d)", blocksH, blocksW,
+                    m_activePatterns, m_estNumOfRegions, rGeometry.start, rGeometry.width, rGeometry.height);
+    return true;
+}
+
+/// Fills in where the active cells of the tile lie.
+/// @param rLastOffset receives the last one's place, not narrowed
+/// @return false for a tile of too many
+bool CKIROGridIterator::PlaceCells(const KIROSubsamplingInfo& rTile, UINT64& rLastOffset)
+{
     for (UINT32 row = 0; row < rTile.height; ++row)
     {
         for (UINT32 column = 0; column < rTile.width; ++column)
@@ -145,36 +170,32 @@ bool CKIROGridIterator::FillTables(const Geometry& rGeometry, const KIROSubsampl
                 m_activePatterns = 0;
                 return false;
             }
-            lastOffset                      = static_cast<UINT64>(row) * gridWidth + column;
-            m_blockOffset[m_activePatterns] = static_cast<UINT32>(lastOffset);
+            rLastOffset                     = static_cast<UINT64>(row) * m_pStats->resolution.width + column;
+            m_blockOffset[m_activePatterns] = static_cast<UINT32>(rLastOffset);
             ++m_activePatterns;
         }
     }
+    return true;
+}
 
-    const UINT32 blocks = blocksW * blocksH;
-    if (blocks > 0 && m_activePatterns > 0)
+/// @return whether the last cell of the last block lies behind the channel
+bool CKIROGridIterator::LeavesGrid(const Geometry& rGeometry, const KIROSubsamplingInfo& rTile,
+                                   const BlockGrid& rBlocks, UINT64 lastOffset) const
+{
+    const UINT64 gridWidth = m_pStats->resolution.width;
+    const UINT64 gridSize  = gridWidth * m_pStats->resolution.height;
+    if (rBlocks.columns == 0 || rBlocks.rows == 0 || m_activePatterns == 0)
     {
-        const UINT64 lastBlock = rGeometry.start + static_cast<UINT64>(blocksH - 1) * rTile.height * gridWidth +
-                                 static_cast<UINT64>(blocksW - 1) * rTile.width;
-        if (lastBlock + lastOffset >= gridSize)
-        {
-            STATS_LOG_ERROR("ROI start %d of %d x %d leaves the grid of %llu regions", rGeometry.start, rGeometry.width,
-                            rGeometry.height, gridSize);
-            return false;
-        }
+        return false;
     }
-    m_activeBlocks = blocks;
-    PlaceBlocks({rGeometry.start, blocksW, blocksH, rTile.width, rTile.height * gridWidth});
-    m_estNumOfRegions = m_activeBlocks * m_activePatterns;
-    if (m_estNumOfRegions > gridSize)
+    const UINT64 lastBlock = rGeometry.start + static_cast<UINT64>(rBlocks.rows - 1) * rTile.height * gridWidth +
+                             static_cast<UINT64>(rBlocks.columns - 1) * rTile.width;
+    if (lastBlock + lastOffset < gridSize)
     {
-        STATS_LOG_TRACE("num regions %d exceeds width %d * height %d ; blocks %d pattern %d roi w %d h %d ss w %d h %d",
-                        m_estNumOfRegions, gridWidth, m_pStats->resolution.height, m_activeBlocks, m_activePatterns,
-                        rGeometry.width, rGeometry.height, rTile.width, rTile.height);
-        m_estNumOfRegions = static_cast<UINT32>(gridSize);
+        return false;
     }
-    STATS_LOG_TRACE("Block Count(h:%d w:%d) PatternSize:%d TotalReg:%d ROI (Start:%d, W:%d, H:%d)", blocksH, blocksW,
-                    m_activePatterns, m_estNumOfRegions, rGeometry.start, rGeometry.width, rGeometry.height);
+    STATS_LOG_ERROR("ROI start %d of %d x %d leaves the grid of %llu regions", rGeometry.start, rGeometry.width,
+                    rGeometry.height, gridSize);
     return true;
 }
 

@@ -103,6 +103,9 @@ private:
     VOID     ConfigureRaw();
     Geometry ResolveGeometry(const AECAlgoROI& rROI, BOOL bUseDefaultCoordMethod);
     bool     FillTables(const Geometry& rGeometry, const KIROSubsamplingInfo& rTile);
+    bool     PlaceCells(const KIROSubsamplingInfo& rTile, UINT64& rLastOffset);
+    bool     LeavesGrid(const Geometry& rGeometry, const KIROSubsamplingInfo& rTile, const BlockGrid& rBlocks,
+                        UINT64 lastOffset) const;
     VOID     PlaceBlocks(const BlockGrid& rBlocks);
 
     const KIROCntStatsOut* m_pStats;

@@ -159,6 +159,19 @@ KiroResult CKIROStatsHistProcessor::GetHistCDF(const CHAR* pStatsName, const Sta
     return 0;
 }
 
+const FLOAT* CKIROStatsHistProcessor::WeightsOf(INT32 metHistID) const
+{
+    const DBMeter1DWeightPayload* pPayload = m_rContextManager.m_pBankManager->GetDataMetering1D(metHistID);
+    if (pPayload == nullptr)
+    {
+        STATS_LOG_WARNING("no weighted table in ID %d; using 1.0 weights", metHistID);
+        return UniformWeight.data();
+    }
+    STATS_LOG_TRACE("Using [1DMeteringWeightDataBank %d], description: %s", metHistID,
+                    (pPayload->description != nullptr) ? pPayload->description : "");
+    return pPayload->weights;
+}
+
 KiroResult CKIROStatsHistProcessor::GetHistWeightedLuma(const CHAR* pStatsName, const StartEndType* pRange,
                                                         INT32 metHistID, FLOAT& rWeightedLuma, FLOAT statsThreshold)
 {
@@ -174,18 +187,7 @@ KiroResult CKIROStatsHistProcessor::GetHistWeightedLuma(const CHAR* pStatsName, 
     const UINT32           start    = std::min(binCount, SaturateToUINT32(std::trunc(bins * pRange->start)));
     const UINT32           end      = std::min(binCount, SaturateToUINT32(std::trunc(bins * pRange->end)));
 
-    const FLOAT*                  pWeights = UniformWeight.data();
-    const DBMeter1DWeightPayload* pPayload = m_rContextManager.m_pBankManager->GetDataMetering1D(metHistID);
-    if (pPayload != nullptr)
-    {
-        pWeights = pPayload->weights;
-        STATS_LOG_TRACE("Using [1DMeteringWeightDataBank %d], description: %s", metHistID,
-                        (pPayload->description != nullptr) ? pPayload->description : "");
-    }
-    else
-    {
-        STATS_LOG_WARNING("no weighted table in ID %d; using 1.0 weights", metHistID);
-    }
+    const FLOAT* pWeights = WeightsOf(metHistID);
     if (start >= end)
     {
         return 0;
@@ -215,6 +217,27 @@ KiroResult CKIROStatsHistProcessor::GetHistWeightedLuma(const CHAR* pStatsName, 
     return 0;
 }
 
+FLOAT CKIROStatsHistProcessor::MeanLuma(const KIROCntStatsOut& rStats, const PartialBin& rFirst,
+                                        const PartialBin& rLast, FLOAT clamp)
+{
+    const auto value   = [&](UINT32 bin) { return std::min(clamp, rStats.channelData.pValLUT[bin]); };
+    const auto samples = [&](UINT32 bin)
+    { return static_cast<FLOAT>(static_cast<UINT32>(rStats.channelData.Data.pIData[bin])); };
+
+    // Both ends in one bin count that bin twice, once with each share; counting it once moves the mean.
+    FLOAT counts = samples(rFirst.index) * rFirst.fraction;
+    FLOAT sum    = value(rFirst.index) * counts;
+    for (UINT32 bin = rFirst.index + 1; bin < rLast.index; ++bin)
+    {
+        counts += samples(bin);
+        sum += samples(bin) * value(bin);
+    }
+    const FLOAT lastCount = samples(rLast.index) * (1.0f - rLast.fraction);
+    counts += lastCount;
+    sum += lastCount * value(rLast.index);
+    return sum / std::max(counts, Epsilon);
+}
+
 KiroResult CKIROStatsHistProcessor::GetHistRangeLuma(const CHAR* pStatsName, const StartEndType* pRange,
                                                      KIROHistRangeType type, FLOAT* pOutputs, FLOAT statsThreshold)
 {
@@ -231,7 +254,6 @@ KiroResult CKIROStatsHistProcessor::GetHistRangeLuma(const CHAR* pStatsName, con
         return ResultFailed;
     }
     const KIROCntStatsOut& rStats      = *m_procStats.pRawStats[row];
-    const FLOAT*           pLUT        = rStats.channelData.pValLUT;
     const FLOAT*           pPercentile = m_procStats.percentile[row];
     const UINT32           limit       = std::min(rStats.resolution.binCount, HistBinCountMax);
     if (limit == 0)
@@ -239,32 +261,16 @@ KiroResult CKIROStatsHistProcessor::GetHistRangeLuma(const CHAR* pStatsName, con
         return 0;
     }
 
-    const FLOAT*     pTable   = (type == HistRangeLuma) ? pLUT : pPercentile;
-    const FLOAT      high     = (type == HistRangeLuma) ? LumaMax : 1.0f;
-    const PartialBin first    = PartialBin::Find(pTable, Clamp(pRange->start, high), 0, limit);
-    const PartialBin last     = PartialBin::Find(pTable, Clamp(pRange->end, high), first.index, limit);
-    const UINT32     idxStart = std::min(first.index, limit - 1);
-    const UINT32     idxEnd   = std::min(last.index, limit - 1);
+    const FLOAT* pTable = (type == HistRangeLuma) ? rStats.channelData.pValLUT : pPercentile;
+    const FLOAT  high   = (type == HistRangeLuma) ? LumaMax : 1.0f;
+    PartialBin   first  = PartialBin::Find(pTable, Clamp(pRange->start, high), 0, limit);
+    PartialBin   last   = PartialBin::Find(pTable, Clamp(pRange->end, high), first.index, limit);
+    first.index         = std::min(first.index, limit - 1);
+    last.index          = std::min(last.index, limit - 1);
 
-    const FLOAT statsAbsThreshold = ClampValue(rStats.resolution, statsThreshold);
-    const auto  value             = [&](UINT32 bin) { return std::min(statsAbsThreshold, pLUT[bin]); };
-    const auto  samples           = [&](UINT32 bin)
-    { return static_cast<FLOAT>(static_cast<UINT32>(rStats.channelData.Data.pIData[bin])); };
+    pOutputs[0] = MeanLuma(rStats, first, last, ClampValue(rStats.resolution, statsThreshold));
 
-    // Both ends in one bin count that bin twice, once with each share; counting it once moves the mean.
-    FLOAT counts = samples(idxStart) * first.fraction;
-    FLOAT sum    = value(idxStart) * counts;
-    for (UINT32 bin = idxStart + 1; bin < idxEnd; ++bin)
-    {
-        counts += samples(bin);
-        sum += samples(bin) * value(bin);
-    }
-    const FLOAT lastCount = samples(idxEnd) * (1.0f - last.fraction);
-    counts += lastCount;
-    sum += lastCount * value(idxEnd);
-
-    pOutputs[0]            = sum / std::max(counts, Epsilon);
     const bool isFromStart = std::abs(pRange->start - pRange->end) < Epsilon || std::abs(pRange->start) < Epsilon;
-    pOutputs[1]            = isFromStart ? pPercentile[idxEnd] : pPercentile[idxEnd] - pPercentile[idxStart];
+    pOutputs[1]            = isFromStart ? pPercentile[last.index] : pPercentile[last.index] - pPercentile[first.index];
     return 0;
 }

@@ -57,6 +57,13 @@ private:
     INT32 FindProcStatsChannel(const CHAR* pName) const;
     INT32 ValidateInputParam(const CHAR* pName, const StartEndType* pRange) const;
 
+    /// @param clamp limit to the luma of a bin
+    static FLOAT MeanLuma(const KIROCntStatsOut& rStats, const PartialBin& rFirst, const PartialBin& rLast,
+                          FLOAT clamp);
+
+    /// @return one weight per bin; of a table that is not there, all but the first are 0
+    const FLOAT* WeightsOf(INT32 metHistID) const;
+
     IKIROContextManager& m_rContextManager;
     KIROHistProcStats    m_procStats;
     UINT32               m_processedChannelNum;
