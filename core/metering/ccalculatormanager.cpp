@@ -19,6 +19,18 @@ TavoPtr<CCalculator> NewCalculator(const CCalculator::StatsCalculatorType& rTuni
     return pCalculator;
 }
 
+/// @param pCalculator may be null, then nothing runs
+/// @param pKind       for the log, with a blank behind it
+VOID RunCalculator(CCalculator* pCalculator, const CHAR* pKind)
+{
+    if (pCalculator != nullptr)
+    {
+        STATS_LOG_TRACE("---- Running %scalculator ID: %d, %s ----", pKind, pCalculator->GetID(),
+                        pCalculator->GetDescription());
+        pCalculator->RunCalculator();
+    }
+}
+
 }  // namespace
 
 CCalculatorManager::CCalculatorManager(IKIROContextManager& rContextManager) : m_rContextManager(rContextManager)
@@ -56,42 +68,22 @@ VOID CCalculatorManager::Rebuild(const Tuning* pTuning)
 
 VOID CCalculatorManager::RunAverageCalculator()
 {
-    if (m_pAverageCalculator != nullptr)
-    {
-        STATS_LOG_TRACE("---- Running average calculator ID: %d, %s ----", m_pAverageCalculator->GetID(),
-                        m_pAverageCalculator->GetDescription());
-        m_pAverageCalculator->RunCalculator();
-    }
+    RunCalculator(m_pAverageCalculator.get(), "average ");
 }
 
 VOID CCalculatorManager::RunCtrWeightedCalculator()
 {
-    if (m_pCtrWeightedCalculator != nullptr)
-    {
-        STATS_LOG_TRACE("---- Running center weighted calculator ID: %d, %s ----", m_pCtrWeightedCalculator->GetID(),
-                        m_pCtrWeightedCalculator->GetDescription());
-        m_pCtrWeightedCalculator->RunCalculator();
-    }
+    RunCalculator(m_pCtrWeightedCalculator.get(), "center weighted ");
 }
 
 VOID CCalculatorManager::RunDarkRatioCalculator()
 {
-    if (m_pDarkRatioCalculator != nullptr)
-    {
-        STATS_LOG_TRACE("---- Running dark ratio calculator ID: %d, %s ----", m_pDarkRatioCalculator->GetID(),
-                        m_pDarkRatioCalculator->GetDescription());
-        m_pDarkRatioCalculator->RunCalculator();
-    }
+    RunCalculator(m_pDarkRatioCalculator.get(), "dark ratio ");
 }
 
 VOID CCalculatorManager::RunBrightRatioCalculator()
 {
-    if (m_pBrightRatioCalculator != nullptr)
-    {
-        STATS_LOG_TRACE("---- Running bright ratio calculator ID: %d, %s ----", m_pBrightRatioCalculator->GetID(),
-                        m_pBrightRatioCalculator->GetDescription());
-        m_pBrightRatioCalculator->RunCalculator();
-    }
+    RunCalculator(m_pBrightRatioCalculator.get(), "bright ratio ");
 }
 
 VOID CCalculatorManager::RunCalculators()
@@ -123,9 +115,7 @@ VOID CCalculatorManager::RunActiveCalculator(UINT32 id)
     {
         if (rCalculator.GetID() == id)
         {
-            STATS_LOG_TRACE("---- Running calculator ID: %d, %s ----", rCalculator.GetID(),
-                            rCalculator.GetDescription());
-            rCalculator.RunCalculator();
+            RunCalculator(&rCalculator, "");
         }
     }
 }

@@ -32,6 +32,18 @@ enum MultiExposureParameter : UINT32
     MultiExposureCount  = 6
 };
 
+/// How much the first of two exposures counts.
+/// @param onlyFirst  below this the first counts alone
+/// @param onlySecond above this the second counts alone
+FLOAT WeightOfFirst(FLOAT trigger, FLOAT onlyFirst, FLOAT onlySecond)
+{
+    if (trigger < onlyFirst)
+    {
+        return 1.0f;
+    }
+    return (trigger > onlySecond) ? 0.0f : (onlySecond - trigger) / std::max(onlySecond - onlyFirst, Epsilon);
+}
+
 }  // namespace
 
 CCalculator::CCalculator() : m_group{}, m_pTuning(nullptr), m_pContextManager(nullptr), m_results{}
@@ -237,16 +249,8 @@ KiroResult CCalculator::ScaleMultiExposurePercentileStats(FLOAT* pOut, FLOAT* pO
     }
     const FLOAT onlyFirst  = pParameters[MaxTriggerExposure1];
     const FLOAT onlySecond = pParameters[MinTriggerExposure2];
-    FLOAT       weight     = (onlySecond - trigger) / std::max(onlySecond - onlyFirst, Epsilon);
-    if (trigger < onlyFirst)
-    {
-        weight = 1.0f;
-    }
-    else if (trigger > onlySecond)
-    {
-        weight = 0.0f;
-    }
-    *pOutExposure1Weight = weight;
+    const FLOAT weight     = WeightOfFirst(trigger, onlyFirst, onlySecond);
+    *pOutExposure1Weight   = weight;
     STATS_LOG_TRACE("scaler %.3f trigger %.3f th1 %.3f th2 %.3f exp1 %d exp2 %d bID %d dID %d weight %.3f", scaler,
                     trigger, onlyFirst, onlySecond, exp1, exp2, bank.bankID, bank.dataID, weight);
     return 0;

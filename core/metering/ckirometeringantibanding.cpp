@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
@@ -35,6 +36,45 @@ bool IsFlickerControlOn(IKIROContextManager& rContext)
         return true;
     }
     return rContext.GetContextEvent(AECCustomContext1) == TRUE || parameter.data[FlickerAlwaysData] > Epsilon;
+}
+
+/// @param clamp from here on Safe is pulled all the way
+/// @param exit  up to here it is too dark for a pull to be worth it
+/// @return what Safe is pulled to; none where it is not
+std::optional<UINT64> PulledSafe(UINT64 safeExposure, UINT64 antibandingExposure, FLOAT clamp, FLOAT exit)
+{
+    const FLOAT atb  = static_cast<FLOAT>(antibandingExposure);
+    const FLOAT safe = static_cast<FLOAT>(safeExposure);
+    if (safe > clamp)
+    {
+        return antibandingExposure;
+    }
+    if (!(safe > exit))
+    {
+        return std::nullopt;
+    }
+    FLOAT range = clamp - exit;
+    if (range < FadeRangeMin)
+    {
+        STATS_LOG_WARNING("warning: very small exit range clamp %f exit %f", clamp, exit);
+        range = FadeRangeMin;
+    }
+    const FLOAT w = (clamp - safe) / range;
+    return SaturateToUINT64(std::fma(w, safe, (1.0f - w) * atb));
+}
+
+/// Sets Safe; Short and Long keep their distances from it.
+VOID MoveSafe(UINT64 newSafe, UINT64* pExposures)
+{
+    const FLOAT safe                 = static_cast<FLOAT>(pExposures[AECAlgoExposureSafe]);
+    const FLOAT safeOverShort        = safe / static_cast<FLOAT>(pExposures[AECAlgoExposureShort]);
+    const FLOAT longOverSafe         = static_cast<FLOAT>(pExposures[AECAlgoExposureLong]) / safe;
+    const bool  isShortSafe          = std::abs(1.0f - safeOverShort) < Epsilon;
+    const bool  isLongSafe           = std::abs(1.0f - longOverSafe) < Epsilon;
+    const FLOAT newSafeFloat         = static_cast<FLOAT>(newSafe);
+    pExposures[AECAlgoExposureSafe]  = newSafe;
+    pExposures[AECAlgoExposureShort] = isShortSafe ? newSafe : SaturateToUINT64(newSafeFloat / safeOverShort);
+    pExposures[AECAlgoExposureLong]  = isLongSafe ? newSafe : SaturateToUINT64(longOverSafe * newSafeFloat);
 }
 
 }  // namespace
@@ -74,35 +114,13 @@ VOID CKIROMetering::PullSafeToAntibanding(const kirometering::AntibandingPrioOve
         return;
     }
 
-    const FLOAT atb     = static_cast<FLOAT>(antibandingExposure);
-    const FLOAT safe    = static_cast<FLOAT>(oldSafe);
-    const FLOAT clamp   = clampF * atb;
-    UINT64      newSafe = antibandingExposure;
-    if (!(safe > clamp))
+    const FLOAT                 atb     = static_cast<FLOAT>(antibandingExposure);
+    const std::optional<UINT64> newSafe = PulledSafe(oldSafe, antibandingExposure, clampF * atb, exitF * atb);
+    if (!newSafe)
     {
-        const FLOAT exit = exitF * atb;
-        if (!(safe > exit))
-        {
-            return;  // too dark for the pull to be worth it
-        }
-        FLOAT range = clamp - exit;
-        if (range < FadeRangeMin)
-        {
-            STATS_LOG_WARNING("warning: very small exit range clamp %f exit %f", clamp, exit);
-            range = FadeRangeMin;
-        }
-        const FLOAT w = (clamp - safe) / range;
-        newSafe       = SaturateToUINT64(std::fma(w, safe, (1.0f - w) * atb));
+        return;
     }
-
-    const FLOAT safeOverShort        = safe / static_cast<FLOAT>(oldShort);
-    const FLOAT longOverSafe         = static_cast<FLOAT>(oldLong) / safe;
-    const bool  isShortSafe          = std::abs(1.0f - safeOverShort) < Epsilon;
-    const bool  isLongSafe           = std::abs(1.0f - longOverSafe) < Epsilon;
-    const FLOAT newSafeFloat         = static_cast<FLOAT>(newSafe);
-    pExposures[AECAlgoExposureSafe]  = newSafe;
-    pExposures[AECAlgoExposureShort] = isShortSafe ? newSafe : SaturateToUINT64(newSafeFloat / safeOverShort);
-    pExposures[AECAlgoExposureLong]  = isLongSafe ? newSafe : SaturateToUINT64(longOverSafe * newSafeFloat);
+    MoveSafe(*newSafe, pExposures);
     STATS_LOG_TRACE("antibanding luma atb %llu modified target exposures from %llu %llu %llu to %llu %llu %llu",
                     antibandingExposure, oldShort, oldLong, oldSafe, pExposures[AECAlgoExposureShort],
                     pExposures[AECAlgoExposureLong], pExposures[AECAlgoExposureSafe]);
