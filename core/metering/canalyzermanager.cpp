@@ -3,23 +3,14 @@
 #include <algorithm>
 #include <tuple>
 
-#include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
 #include "core/base/tuningaccess.h"
 #include "core/contextdebugdata.h"
 #include "core/metering/analyzerbank.h"
+#include "core/metering/analyzerstages.h"
 #include "schema/kiroextension.h"
 
-using exposurearithmetic::SaturateToUINT64;
 using kirometeringsceneanalyzer::OutputDataBankType;
-
-namespace
-{
-
-/// An amended ratio of target to luma below this counts as none.
-constexpr FLOAT AmendedRatioMin = 0.01f;
-
-}  // namespace
 
 CAnalyzerManager::CAnalyzerManager(IKIROContextManager& rContextManager)
     : m_rContextManager(rContextManager), m_analyzerMgrInput{}, m_analyzerMgrOutput{}, m_sortedAnalyzerID{}
@@ -97,11 +88,11 @@ INT32 CAnalyzerManager::GetAnalyzerIndex(UINT32 id) const
     return (pFound != pEnd && pFound->analyzerID == id) ? static_cast<INT32>(pFound->analyzerIndex) : -1;
 }
 
-VOID CAnalyzerManager::SetSensitivities(const UINT64* pSensitivities)
+VOID CAnalyzerManager::SetSensitivities(const UINT64* pExposures)
 {
     for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
     {
-        m_analyzerMgrInput.sensitivities[type] = static_cast<DOUBLE>(pSensitivities[type]);
+        m_analyzerMgrInput.sensitivities[type] = static_cast<DOUBLE>(pExposures[type]);
     }
     m_analyzerMgrOutput  = {};
     AECDebugData* pDebug = debugdata::Enabled(m_rContextManager);
@@ -217,14 +208,12 @@ VOID CAnalyzerManager::UpdateDecision(UINT32 id, const KIROAnalyzerOutput& rOutp
         STATS_LOG_WARNING("analyzer ID %d decides no exposure, type %d", id, rOutput.type);
         return;
     }
-    const FLOAT  reference   = static_cast<FLOAT>(m_analyzerMgrInput.sensitivities[index]);
-    const FLOAT  ratio       = rOutput.target.start / rOutput.luma;
-    const FLOAT  adjustment  = (ratio >= AmendedRatioMin) ? ratio : 1.0f;
-    const UINT64 sensitivity = SaturateToUINT64(static_cast<DOUBLE>(adjustment * reference));
+    const UINT64 exposure =
+        analyzerstages::AmendedExposure(m_analyzerMgrInput.sensitivities[index], rOutput.luma, rOutput.target.start);
     STATS_LOG_TRACE("Update analyzer ID %d: SI from %llu to %llu, Conf from %.2f to %.2f", id,
-                    m_analyzerMgrOutput.sensitivities[id], sensitivity, m_analyzerMgrOutput.confidences[id],
+                    m_analyzerMgrOutput.sensitivities[id], exposure, m_analyzerMgrOutput.confidences[id],
                     rOutput.confidence);
-    m_analyzerMgrOutput.sensitivities[id] = sensitivity;
+    m_analyzerMgrOutput.sensitivities[id] = exposure;
     m_analyzerMgrOutput.confidences[id]   = rOutput.confidence;
 }
 

@@ -14,7 +14,7 @@ constexpr UINT32 AnalyzerCountMax = 1000;
 
 struct AnalyzerManagerInput
 {
-    DOUBLE sensitivities[AECAlgoExposureCount];  ///< the reflected frame's exposures
+    DOUBLE sensitivities[AECAlgoExposureCount];  ///< the matched frame's exposures, by AECAlgoExposureType
 };
 
 /// What the analyzers decided in this frame, indexed by analyzer ID.
@@ -40,8 +40,8 @@ public:
     /// the record is another one. With null there are none.
     VOID UpdateAnalyzers(const Tuning* pTuning);
 
-    /// Starts a frame. @param pSensitivities three exposures, by AECAlgoExposureType
-    VOID SetSensitivities(const UINT64* pSensitivities);
+    /// Starts a frame. @param pExposures of the matched frame, by AECAlgoExposureType
+    VOID SetSensitivities(const UINT64* pExposures);
 
     /// Sets the confidence of every analyzer to 0 in its bank, so that one that does not run shows none.
     VOID ResetAnalyzerConfidence();

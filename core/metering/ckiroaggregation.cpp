@@ -77,53 +77,47 @@ template <typename Values> FLOAT FirstValid(const Values& rValues, std::span<con
     return (found != weights.end()) ? rValues[static_cast<size_t>(found - weights.begin())] : 0.0f;
 }
 
-/// The rules that work on one number per calculator; there is at least one.
-template <typename Values>
-bool AggregateNumbers(AggregationMethodType method, const Values& rValues, std::span<const FLOAT> weights,
-                      FLOAT& rResult)
-{
-    const size_t count = weights.size();
-    switch (method)
-    {
-    case Average:
-        rResult = Sum(rValues, count) / static_cast<FLOAT>(count);
-        return true;
-    case NormalizedWeightedSum:
-    case Dominant:
-        rResult = WeightedSumOf(rValues, weights) / std::max(Sum(weights, count), Epsilon);
-        return true;
-    case WeightedSum:
-        rResult = WeightedSumOf(rValues, weights);
-        return true;
-    case MinValue:
-        rResult = Fold(rValues, count, [](FLOAT least, FLOAT value) { return std::min(least, value); });
-        return true;
-    case MaxValue:
-        rResult = Fold(rValues, count, [](FLOAT most, FLOAT value) { return std::max(most, value); });
-        return true;
-    case MinWeight:
-        rResult = rValues[static_cast<size_t>(std::min_element(weights.begin(), weights.end()) - weights.begin())];
-        return true;
-    case MaxWeight:
-        rResult = rValues[static_cast<size_t>(std::max_element(weights.begin(), weights.end()) - weights.begin())];
-        return true;
-    case MultiplyValue:
-        rResult = Fold(rValues, count, [](FLOAT product, FLOAT value) { return product * value; });
-        return true;
-    case RatioValue:
-        rResult = Fold(rValues, count, [](FLOAT ratio, FLOAT value) { return ratio / std::max(value, Epsilon); });
-        return true;
-    case FirstValidConfidence:
-        rResult = FirstValid(rValues, weights);
-        return true;
-    default:
-        return false;
-    }
-}
-
 bool IsNumberMethod(AggregationMethodType method)
 {
     return method >= Average && method <= Dominant;
+}
+
+/// The rules that work on one number per calculator.
+/// @return 0 without calculators, and for a method that numbers do not have
+template <typename Values>
+FLOAT AggregateNumbers(AggregationMethodType method, const Values& rValues, std::span<const FLOAT> weights)
+{
+    const size_t count = weights.size();
+    if (count == 0)
+    {
+        return 0.0f;
+    }
+    switch (method)
+    {
+    case Average:
+        return Sum(rValues, count) / static_cast<FLOAT>(count);
+    case NormalizedWeightedSum:
+    case Dominant:
+        return WeightedSumOf(rValues, weights) / std::max(Sum(weights, count), Epsilon);
+    case WeightedSum:
+        return WeightedSumOf(rValues, weights);
+    case MinValue:
+        return Fold(rValues, count, [](FLOAT least, FLOAT value) { return std::min(least, value); });
+    case MaxValue:
+        return Fold(rValues, count, [](FLOAT most, FLOAT value) { return std::max(most, value); });
+    case MinWeight:
+        return rValues[static_cast<size_t>(std::min_element(weights.begin(), weights.end()) - weights.begin())];
+    case MaxWeight:
+        return rValues[static_cast<size_t>(std::max_element(weights.begin(), weights.end()) - weights.begin())];
+    case MultiplyValue:
+        return Fold(rValues, count, [](FLOAT product, FLOAT value) { return product * value; });
+    case RatioValue:
+        return Fold(rValues, count, [](FLOAT ratio, FLOAT value) { return ratio / std::max(value, Epsilon); });
+    case FirstValidConfidence:
+        return FirstValid(rValues, weights);
+    default:
+        return 0.0f;
+    }
 }
 
 /// Fills in the bounds of all ranges that count and of the scale, sorted; a bound that is no number comes last.
@@ -147,8 +141,41 @@ std::span<const FLOAT> SortPositions(std::span<const StartEnd> ranges, std::span
     return used;
 }
 
-/// The luma whose weighted distances to all ranges have the least sum. Between two neighbouring bounds the cost is
-/// linear in the luma, so each such region has one candidate.
+/// The sum of weighted distances of a luma to all ranges, within a region that no bound of a range divides: linear in
+/// the luma, |luma coeff - constant|.
+struct RegionCost
+{
+    FLOAT coeff;
+    FLOAT constant;
+};
+
+RegionCost CostWithin(FLOAT regionStart, FLOAT regionEnd, std::span<const StartEnd> ranges,
+                      std::span<const FLOAT> weights)
+{
+    RegionCost cost{0.0f, 0.0f};
+    for (size_t index = 0; index < ranges.size(); ++index)
+    {
+        const FLOAT weight = weights[index];
+        if (std::abs(weight) < Epsilon)
+        {
+            continue;
+        }
+        if (ranges[index].start >= regionEnd)
+        {
+            cost.constant += weight * ranges[index].start;
+            cost.coeff += weight;
+        }
+        if (ranges[index].end <= regionStart)
+        {
+            cost.constant += weight * ranges[index].end;
+            cost.coeff += weight;
+        }
+    }
+    return cost;
+}
+
+/// The luma whose weighted distances to all ranges have the least sum: each region between two neighbouring bounds has
+/// one candidate.
 FLOAT NearestToAllRanges(std::span<const StartEnd> ranges, std::span<const FLOAT> weights, std::span<FLOAT> positions)
 {
     const std::span<const FLOAT> bounds  = SortPositions(ranges, weights, positions);
@@ -162,29 +189,10 @@ FLOAT NearestToAllRanges(std::span<const StartEnd> ranges, std::span<const FLOAT
         {
             continue;
         }
-        FLOAT aggCoeff = 0.0f;
-        FLOAT aggConst = 0.0f;
-        for (size_t index = 0; index < ranges.size(); ++index)
-        {
-            const FLOAT weight = weights[index];
-            if (std::abs(weight) < Epsilon)
-            {
-                continue;
-            }
-            if (ranges[index].start >= regionEnd)
-            {
-                aggConst += weight * ranges[index].start;
-                aggCoeff += weight;
-            }
-            if (ranges[index].end <= regionStart)
-            {
-                aggConst += weight * ranges[index].end;
-                aggCoeff += weight;
-            }
-        }
         // Without a range on either side the candidate is no number, and its cost is not below any other.
-        const FLOAT optmCandidate = std::min(std::max(aggConst / aggCoeff, regionStart), regionEnd);
-        const FLOAT currCost      = std::abs(optmCandidate * aggCoeff - aggConst);
+        const RegionCost cost          = CostWithin(regionStart, regionEnd, ranges, weights);
+        const FLOAT      optmCandidate = std::min(std::max(cost.constant / cost.coeff, regionStart), regionEnd);
+        const FLOAT      currCost      = std::abs(optmCandidate * cost.coeff - cost.constant);
         if (currCost < minCost)
         {
             minCost = currCost;
@@ -215,14 +223,13 @@ namespace aggregation
 bool Aggregate(AggregationMethodType method, std::span<const FLOAT> values, std::span<const FLOAT> weights,
                FLOAT& rResult)
 {
-    rResult = 0.0f;
-    return weights.empty() ? IsNumberMethod(method) : AggregateNumbers(method, values, weights, rResult);
+    rResult = AggregateNumbers(method, values, weights);
+    return IsNumberMethod(method);
 }
 
 bool Aggregate(AggregationMethodType method, std::span<const StartEnd> ranges, std::span<const FLOAT> weights,
                std::span<FLOAT> positions, StartEnd& rResult)
 {
-    rResult = {0.0f, 0.0f};
     if (method == MinWeightedAbsoluteSumDifference)
     {
         const FLOAT nearest = NearestToAllRanges(ranges, weights, positions);
@@ -234,14 +241,9 @@ bool Aggregate(AggregationMethodType method, std::span<const StartEnd> ranges, s
         rResult = IntersectRanges(ranges);
         return true;
     }
-    if (weights.empty())
-    {
-        return IsNumberMethod(method);
-    }
-    const HalfOfRanges<&StartEnd::start> starts(ranges);
-    const HalfOfRanges<&StartEnd::end>   ends(ranges);
-    return AggregateNumbers(method, starts, weights, rResult.start) &&
-           AggregateNumbers(method, ends, weights, rResult.end);
+    rResult = {AggregateNumbers(method, HalfOfRanges<&StartEnd::start>(ranges), weights),
+               AggregateNumbers(method, HalfOfRanges<&StartEnd::end>(ranges), weights)};
+    return IsNumberMethod(method);
 }
 
 }  // namespace aggregation

@@ -6,6 +6,7 @@
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
 #include "core/metering/analyzerbank.h"
+#include "core/metering/analyzerstages.h"
 
 using exposurearithmetic::ExposureTypeOfSelection;
 using kirometeringsceneanalyzer::BeginningOfAnalysis;
@@ -48,45 +49,60 @@ VOID CAnalyzer::SetAnalyzerTuning(const SceneAnalyzerType* pTuning, IKIROContext
     }
 }
 
-VOID CAnalyzer::Run(const DOUBLE* pSensitivities, AECDebugAnalyzerType* pDebug)
+VOID CAnalyzer::Run(const DOUBLE* pExposures, AECDebugAnalyzerType* pDebug)
 {
     if (pDebug != nullptr)
     {
         *pDebug = {};
     }
-    AnalyzerAlgorithmInput algorithmIn{};
-    std::copy_n(pSensitivities, static_cast<UINT32>(AECAlgoExposureCount), algorithmIn.sensitivities);
-    if (m_pAlgorithm != nullptr && AlgorithmID() > AttachedAlgorithmMax)
-    {
-        m_output = m_pAlgorithm->RunAlgorithm(algorithmIn).analyzerOut;
-        return;
-    }
+    const bool bAlgorithmAlone = m_pAlgorithm != nullptr && AlgorithmID() > AttachedAlgorithmMax;
+    m_output                   = bAlgorithmAlone ? RunAlgorithm(pExposures, {}) : Analyze(pExposures, pDebug);
+}
 
+KIROAnalyzerOutput CAnalyzer::Analyze(const DOUBLE* pExposures, AECDebugAnalyzerType* pDebug)
+{
     m_arithmetic.RunArithMeticOperation(BeginningOfAnalysis, pDebug);
-    m_output.luma       = m_lumaComponent.RunGeneralAnalyzerComponent();
-    m_output.target     = m_targetComponent.RunTargetAnalyzerComponent();
-    m_output.confidence = m_confidenceComponent.RunGeneralAnalyzerComponent();
+    KIROAnalyzerOutput output = Measure();
     m_arithmetic.RunArithMeticOperation(EndOfAnalysis, pDebug);
-
-    const DOUBLE reference = pSensitivities[ExposureTypeOfSelection(m_output.refType, AECAlgoExposureShort)];
     m_arithmetic.RunArithMeticOperation(kirometeringsceneanalyzer::AdjustmentRatio, pDebug);
-    const FLOAT adjustment = AdjustmentOfOperators();
-    const FLOAT ratio =
-        (adjustment > 0.0f) ? adjustment : m_output.target.start / std::max(m_output.luma, exposurearithmetic::Epsilon);
-    m_output.sensitivity = exposurearithmetic::SaturateToUINT64(static_cast<DOUBLE>(ratio) * reference);
 
+    const FLOAT  adjustment = AdjustmentOfOperators();
+    const FLOAT  ratio      = analyzerstages::RatioToTarget(adjustment, output.luma, output.target.start);
+    const DOUBLE reference  = analyzerstages::ReferenceExposure(pExposures, output.refType);
+    output.sensitivity      = analyzerstages::ExposureByRatio(reference, ratio);
     if (m_pAlgorithm != nullptr)
     {
-        algorithmIn.analyzerIn = m_output;
-        m_output               = m_pAlgorithm->RunAlgorithm(algorithmIn).analyzerOut;
+        output = RunAlgorithm(pExposures, output);
     }
     if (pDebug != nullptr)
     {
-        PopulateDebugData(adjustment, *pDebug);
+        PopulateDebugData(output, adjustment, *pDebug);
     }
+    return output;
 }
 
-VOID CAnalyzer::PopulateDebugData(FLOAT adjustment, AECDebugAnalyzerType& rDebug) const
+/// @return what the components measure, in their order; the exposure is 0 as yet
+KIROAnalyzerOutput CAnalyzer::Measure()
+{
+    KIROAnalyzerOutput output{};
+    output.pName      = m_pTuning->analyzerName;
+    output.type       = m_pTuning->exposureType;
+    output.refType    = m_pTuning->refExposureType;
+    output.luma       = m_lumaComponent.RunGeneralAnalyzerComponent();
+    output.target     = m_targetComponent.RunTargetAnalyzerComponent();
+    output.confidence = m_confidenceComponent.RunGeneralAnalyzerComponent();
+    return output;
+}
+
+KIROAnalyzerOutput CAnalyzer::RunAlgorithm(const DOUBLE* pExposures, const KIROAnalyzerOutput& rMeasured) const
+{
+    AnalyzerAlgorithmInput input{rMeasured, {}};
+    std::copy_n(pExposures, static_cast<UINT32>(AECAlgoExposureCount), input.sensitivities);
+    return m_pAlgorithm->RunAlgorithm(input).analyzerOut;
+}
+
+VOID CAnalyzer::PopulateDebugData(const KIROAnalyzerOutput& rOutput, FLOAT adjustment,
+                                  AECDebugAnalyzerType& rDebug) const
 {
     const auto originOf = [](const kirometeringsceneanalyzer::ComponentAggregatorType& rAggregator)
     {
@@ -98,11 +114,11 @@ VOID CAnalyzer::PopulateDebugData(FLOAT adjustment, AECDebugAnalyzerType& rDebug
     };
     debugdata::SetName(rDebug.name, m_pTuning->analyzerName);
     rDebug.analyzerID       = static_cast<UINT16>(m_pTuning->analyzerID);
-    rDebug.refType          = static_cast<UINT8>(m_output.refType);
-    rDebug.type             = static_cast<UINT8>(m_output.type);
-    rDebug.luma             = m_output.luma;
-    rDebug.target           = {m_output.target.start, m_output.target.end};
-    rDebug.confidence       = m_output.confidence;
+    rDebug.refType          = static_cast<UINT8>(rOutput.refType);
+    rDebug.type             = static_cast<UINT8>(rOutput.type);
+    rDebug.luma             = rOutput.luma;
+    rDebug.target           = {rOutput.target.start, rOutput.target.end};
+    rDebug.confidence       = rOutput.confidence;
     rDebug.lumaOrigin       = originOf(m_pTuning->luma.aggregator);
     rDebug.targetOrigin     = originOf(m_pTuning->target.aggregator);
     rDebug.confidenceOrigin = originOf(m_pTuning->confidence.aggregator);

@@ -26,9 +26,9 @@ public:
                            IKIROContextManager&                                rContextManager);
 
     /// One frame. An algorithm with an ID above 100 runs in place of everything else.
-    /// @param pSensitivities three exposures, by AECAlgoExposureType
-    /// @param pDebug         receives what the run did; null for no record
-    VOID Run(const DOUBLE* pSensitivities, AECDebugAnalyzerType* pDebug = nullptr);
+    /// @param pExposures of the matched frame, by AECAlgoExposureType
+    /// @param pDebug     receives what the run did; null for no record
+    VOID Run(const DOUBLE* pExposures, AECDebugAnalyzerType* pDebug = nullptr);
 
     UINT32 GetID() const;
 
@@ -46,14 +46,21 @@ public:
 private:
     UINT32 AlgorithmID() const;
     FLOAT  AdjustmentOfOperators() const;
-    VOID   PopulateDebugData(FLOAT adjustment, AECDebugAnalyzerType& rDebug) const;
+
+    KIROAnalyzerOutput Analyze(const DOUBLE* pExposures, AECDebugAnalyzerType* pDebug);
+    KIROAnalyzerOutput Measure();
+    KIROAnalyzerOutput RunAlgorithm(const DOUBLE* pExposures, const KIROAnalyzerOutput& rMeasured) const;
+    VOID PopulateDebugData(const KIROAnalyzerOutput& rOutput, FLOAT adjustment, AECDebugAnalyzerType& rDebug) const;
 
     const kirometeringsceneanalyzer::SceneAnalyzerType* m_pTuning;
     IKIROContextManager*                                m_pContextManager;
-    KIROAnalyzerOutput                                  m_output;
-    CGeneralAnalyzerComponent                           m_lumaComponent;
-    CTargetAnalyzerComponent                            m_targetComponent;
-    CGeneralAnalyzerComponent                           m_confidenceComponent;
-    CAnalyzerArithmetic                                 m_arithmetic;
-    TavoPtr<IAnalyzerAlgorithm>                         m_pAlgorithm;  ///< null for most analyzers
+
+    // From frame to frame live the places in the trees of the components, and what an algorithm left in its triggers.
+    CGeneralAnalyzerComponent   m_lumaComponent;
+    CTargetAnalyzerComponent    m_targetComponent;
+    CGeneralAnalyzerComponent   m_confidenceComponent;
+    CAnalyzerArithmetic         m_arithmetic;
+    TavoPtr<IAnalyzerAlgorithm> m_pAlgorithm;  ///< null for most analyzers
+
+    KIROAnalyzerOutput m_output;  ///< of the last run, for callers; no run reads it
 };

@@ -1,28 +1,15 @@
 #include "core/metering/ckiroanalyzeralgorithm001.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
 #include "core/base/tuningaccess.h"
 #include "core/contextdebugdata.h"
+#include "core/metering/luxindex.h"
 #include "schema/kirometering.h"
 
-using exposurearithmetic::Epsilon;
-using exposurearithmetic::IndexOfRatio;
 using kirometeringstatscalculator::StatsCalculatorType;
-
-namespace
-{
-
-/// A stored index below this counts as no history: banks start at 0.
-constexpr FLOAT StoredIndexMin = 0.5f;
-
-/// The LED takes no light away.
-constexpr FLOAT NoInfluence = 1.0f;
-
-}  // namespace
 
 CAnalyzerAlgorithm001::CAnalyzerAlgorithm001()
     : m_luxAlgorithmTuning{}, m_pDarkRatioCalculatorTuning(nullptr), m_pBrightRatioCalculatorTuning(nullptr)
@@ -47,7 +34,11 @@ AnalyzerAlgorithmOutput CAnalyzerAlgorithm001::RunAlgorithm(const AnalyzerAlgori
 {
     const KIROAnalyzerOutput& rAnalyzer = rInput.analyzerIn;
     STATS_LOG_TRACE("Running algorithm 001 %d, luma %.2f", m_analyzerID, rAnalyzer.luma);
-    Publish(TriggerCtrlLux, Filter(LuxIndex(rAnalyzer)), m_pAnalyzerTuning->analyzerName);
+    const FLOAT steps    = luxindex::StepsToTarget(rAnalyzer.luma, rAnalyzer.target.start);
+    const FLOAT luxIndex = std::max(0.0f, steps + BaseIndex());
+    const FLOAT previous = ReadTrigger(TriggerCtrlLux);  // the trigger keeps it from frame to frame
+    Publish(TriggerCtrlLux, luxindex::Filter(luxIndex, previous, m_luxAlgorithmTuning.filterinFactor),
+            m_pAnalyzerTuning->analyzerName);
     Publish(TriggerCtrlLuma, rAnalyzer.luma, m_pAnalyzerTuning->analyzerName);
     PublishRatio(TriggerCtrlDarkRatio, *m_pDarkRatioCalculatorTuning, "DarkRatio");
     PublishRatio(TriggerCtrlSatRatio, *m_pBrightRatioCalculatorTuning, "BrightRatio");
@@ -73,18 +64,6 @@ AECAlgoExposureType CAnalyzerAlgorithm001::ReferenceExposure() const
     return exposurearithmetic::ExposureTypeOfSelection(m_pAnalyzerTuning->refExposureType, AECAlgoExposureLong);
 }
 
-/// The index of the exposure that would bring the luma to its target.
-FLOAT CAnalyzerAlgorithm001::LuxIndex(const KIROAnalyzerOutput& rAnalyzer) const
-{
-    FLOAT ratio = std::max(rAnalyzer.target.start, Epsilon) / std::max(rAnalyzer.luma, Epsilon);
-    if (!(ratio > 0.0f))
-    {
-        STATS_LOG_ERROR("Invalid Adj: Luma %f target %f", rAnalyzer.luma, rAnalyzer.target.start);
-        ratio = 1.0f;
-    }
-    return std::max(0.0f, IndexOfRatio(ratio) + BaseIndex());
-}
-
 /// The index of the exposure that the statistics were taken with; 0 without history.
 FLOAT CAnalyzerAlgorithm001::BaseIndex() const
 {
@@ -100,14 +79,6 @@ FLOAT CAnalyzerAlgorithm001::BaseIndex() const
                : rSet.indx;
 }
 
-/// Smooths over time; the previous index comes out of the bank.
-FLOAT CAnalyzerAlgorithm001::Filter(FLOAT luxIndex) const
-{
-    const FLOAT previous = ReadTrigger(TriggerCtrlLux);
-    const FLOAT share    = m_luxAlgorithmTuning.filterinFactor;
-    return (std::abs(previous) >= StoredIndexMin) ? std::fma(share, previous, (1.0f - share) * luxIndex) : luxIndex;
-}
-
 /// A ratio is the second result of its calculator; the first one is a luma.
 VOID CAnalyzerAlgorithm001::PublishRatio(KIROTriggerType trigger, const StatsCalculatorType& rCalculator,
                                          const CHAR* pDescription) const
@@ -120,7 +91,7 @@ VOID CAnalyzerAlgorithm001::PublishRatio(KIROTriggerType trigger, const StatsCal
 
 VOID CAnalyzerAlgorithm001::ProvideFlashInfluence(const KIROAnalyzerOutput& rAnalyzer) const
 {
-    FLOAT influence = NoInfluence;
+    FLOAT influence = luxindex::NoInfluence;
     if (m_pContextManager->GetInput()->opMode == AECAlgoOperationModePreflash)
     {
         Publish(TriggerCtrlPreflashLuxIndex, ReadTrigger(TriggerCtrlLux), "Preflash lux index");
@@ -129,16 +100,13 @@ VOID CAnalyzerAlgorithm001::ProvideFlashInfluence(const KIROAnalyzerOutput& rAna
     Publish(TriggerFlashInfluence, influence, "flash influence");
 }
 
-/// How much brighter the LED makes the scene, both lumas being taken to the exposure without LED.
 FLOAT CAnalyzerAlgorithm001::PreflashInfluence(const KIROAnalyzerOutput& rAnalyzer) const
 {
     const AECFrameHistory* pOffFrame = m_pContextManager->m_pHistory->GetFlashFrame(KIROExtFlashCurrentType::Off);
     if (pOffFrame == nullptr)
     {
-        return NoInfluence;
+        return luxindex::NoInfluence;
     }
-    const FLOAT exposure    = static_cast<FLOAT>(pOffFrame->exposureSets[ReferenceExposure()].exposure);
-    const FLOAT sensitivity = std::max(static_cast<FLOAT>(rAnalyzer.sensitivity), Epsilon);
-    const FLOAT influence = ((exposure * rAnalyzer.luma) / sensitivity + Epsilon) / (pOffFrame->averageLuma + Epsilon);
-    return std::max(NoInfluence, influence);
+    return luxindex::FlashInfluence(rAnalyzer.luma, static_cast<FLOAT>(rAnalyzer.sensitivity), pOffFrame->averageLuma,
+                                    static_cast<FLOAT>(pOffFrame->exposureSets[ReferenceExposure()].exposure));
 }

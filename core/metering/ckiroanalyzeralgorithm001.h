@@ -26,9 +26,7 @@ private:
     };
 
     AECAlgoExposureType ReferenceExposure() const;
-    FLOAT               LuxIndex(const KIROAnalyzerOutput& rAnalyzer) const;
     FLOAT               BaseIndex() const;
-    FLOAT               Filter(FLOAT luxIndex) const;
     VOID  PublishRatio(KIROTriggerType trigger, const kirometeringstatscalculator::StatsCalculatorType& rCalculator,
                        const CHAR* pDescription) const;
     VOID  ProvideFlashInfluence(const KIROAnalyzerOutput& rAnalyzer) const;

@@ -1,10 +1,9 @@
 #include "core/metering/ckiroanalyzeralgorithm002.h"
 
-#include <algorithm>
-
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
 #include "core/base/tuningaccess.h"
+#include "core/metering/luxindex.h"
 
 CAnalyzerAlgorithm002::CAnalyzerAlgorithm002() : m_pFlashSnapshotLuxTuning(nullptr)
 {
@@ -29,13 +28,10 @@ AnalyzerAlgorithmOutput CAnalyzerAlgorithm002::RunAlgorithm(const AnalyzerAlgori
     const AECAlgoExposureType type =
         exposurearithmetic::ExposureTypeOfSelection(m_pFlashSnapshotLuxTuning->exposureType, AECAlgoExposureLong);
 
-    FLOAT       luxIndex = pOffFrame->exposureSets[type].indx;
-    const auto* pLuma    = Banks().GetDataSceneAnalyzer(m_pFlashSnapshotLuxTuning->lumaHighDataID);
-    if (pLuma != nullptr && pLuma->value.start > 0.0f)
-    {
-        const FLOAT ratio = static_cast<FLOAT>(m_pFlashSnapshotLuxTuning->defaultTarget) / pLuma->value.start;
-        luxIndex          = std::max(0.0f, luxIndex + exposurearithmetic::IndexOfRatio(ratio));
-    }
+    const auto* pLuma = Banks().GetDataSceneAnalyzer(m_pFlashSnapshotLuxTuning->lumaHighDataID);
+    const FLOAT luma  = (pLuma != nullptr) ? pLuma->value.start : 0.0f;
+    const FLOAT luxIndex =
+        luxindex::SnapshotIndex(pOffFrame->exposureSets[type].indx, luma, m_pFlashSnapshotLuxTuning->defaultTarget);
     Publish(TriggerCtrlLux, luxIndex);
     Publish(TriggerCtrlFullflashLuxIndex, luxIndex);
     return {rInput.analyzerIn};

@@ -1,7 +1,5 @@
 #include "core/metering/ckiroanalyzeralgorithm003.h"
 
-#include <cmath>
-
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
 #include "core/base/tuningaccess.h"
@@ -13,21 +11,7 @@ using exposurearithmetic::SaturateToINT32;
 namespace
 {
 
-constexpr FLOAT OneMillion = 1e6f;
-constexpr INT32 LUTLevels  = 2;
-
-/// The background's share of its luma without LED that is tried for, in percent: coarse steps first, finer ones as
-/// little is left.
-constexpr INT32 BackgroundPercents[] = {100, 95, 90, 85, 80, 75, 70, 65, 60, 55, 50, 45, 40, 35, 30,
-                                        28,  26, 24, 22, 20, 18, 16, 14, 12, 10, 9,  8,  7,  6,  5};
-
-/// What the main flash would give at the exposure without LED, from a measurement at low flash.
-/// @param expInc exposure without LED over exposure at low flash
-/// @param flux   of high over low flash
-FLOAT LumaAtHighFlash(FLOAT lumaOff, FLOAT lumaOn, FLOAT expInc, FLOAT flux)
-{
-    return std::fma(std::fma(lumaOn, expInc, -lumaOff), flux, lumaOff);
-}
+constexpr INT32 LUTLevels = 2;
 
 AECTriggerXMLData DescribeRows(TwoLevelTriggerSystemLevel1Type* pRows, UINT32 count)
 {
@@ -57,58 +41,70 @@ AnalyzerAlgorithmOutput CAnalyzerAlgorithm003::RunAlgorithm(const AnalyzerAlgori
     CKIROHistory&          rHistory  = *m_pContextManager->m_pHistory;
     const AECFrameHistory* pOffFrame = rHistory.GetFlashFrame(KIROExtFlashCurrentType::Off);
     const AECFrameHistory* pLowFrame = rHistory.GetFlashFrame(KIROExtFlashCurrentType::Low);
-    const bool             bTuned    = m_pAlgorithmTuning != nullptr &&
-                        analyzerbank::CountOf(m_pAlgorithmTuning->extensionParameters,
-                                              m_pAlgorithmTuning->extensionParametersCount) >= ParameterCount;
-    if (pOffFrame == nullptr || pLowFrame == nullptr || !bTuned)
+    if (pOffFrame == nullptr || pLowFrame == nullptr || !HasParameters())
     {
         STATS_LOG_ERROR("Precision flash could not get flash frame history or not enough tuning params");
         return {rInput.analyzerIn};
     }
-
-    // The delay is read and written, so each run adds its parameter once more: the reader of the trigger counts on it.
-    const FLOAT flashDelayTime = ReadTrigger(TriggerCtrlPrecisionFlashDelay) + Param(FlashDelay);
-    const FLOAT miniFlashTime  = Param(MiniFlashTime);
-    FLOAT       maxExpoTime    = Param(MaxExpoTime);
-    STATS_LOG_TRACE("precision flash minflashtime %f, maxtime %f, delay %f, safeMargin %f ", miniFlashTime, maxExpoTime,
-                    flashDelayTime, Param(SafeCoff));
-    const FLOAT gyroVal = ReadTrigger(TriggerCtrlGyro);
-    if (gyroVal > 0.0f)
-    {
-        ApplyGyrolimitOnMaxExposureTime(ParamID(GyroDataID), gyroVal, &maxExpoTime);
-    }
-
-    INT32               sceneDetected = SaturateToINT32(ReadTrigger(TriggerCtrlPrecisionFlashOk));
-    PrecisionFlashSplit split{};
-    const Scene         scene = MeasureScene(*pOffFrame, *pLowFrame);
-    if (sceneDetected != 0)
-    {
-        const PrecisionFlashShares shares{Param(SafeCoff) * miniFlashTime / maxExpoTime,
-                                          1.0f - flashDelayTime / maxExpoTime};
-        split = Solve(scene, shares);
-        STATS_LOG_TRACE("precision flash: bkGrdLumaTarget %f e1TotalExpoTimeratioMin %f, e1TotalExpoTimeratioMax %f",
-                        split.bkGrdLumaTarget, shares.min, shares.max);
-        // Where the plain flash leaves the background bright enough, there is no need to split.
-        const FLOAT wanted = (GetHysteresisFromPFHistory() + 1.0f) * split.bkGrdLumaTarget;
-        if (!split.bFound || wanted <= scene.main.bkGrd)
-        {
-            sceneDetected = 0;
-            split         = {};
-        }
-    }
-    STATS_LOG_TRACE("Algorithm03 Precision flash: found %d: e1, e1 (%f, %f)", sceneDetected, split.e1, split.e2);
-    Publish(TriggerCtrlPrecisionFlashOk, static_cast<FLOAT>(sceneDetected));
-    Publish(TriggerCtrlPrecisionFlashE1, split.e1);
-    Publish(TriggerCtrlPrecisionFlashE2, split.e2);
-    Publish(TriggerCtrlPrecisionFlashMaxExpTimeMs, maxExpoTime);
-    Publish(TriggerCtrlPrecisionFlashMinTime, miniFlashTime);
-    Publish(TriggerCtrlPrecisionFlashDelay, flashDelayTime);
+    const PrecisionFlashTimes times    = ReadTimes();
+    const INT32               detected = SaturateToINT32(ReadTrigger(TriggerCtrlPrecisionFlashOk));
+    const PrecisionFlashScene scene    = MeasureScene(*pOffFrame, *pLowFrame);
+    const PrecisionFlashSplit split    = (detected != 0) ? FindSplit(scene, times) : PrecisionFlashSplit{};
+    PublishSplit(split.bFound ? detected : 0, split, times);
     UpdateLEDFlashInfluenceRatio(split.e1, split.e2);
     PopulateDebugData(scene, split);
     return {rInput.analyzerIn};
 }
 
-VOID CAnalyzerAlgorithm003::PopulateDebugData(const Scene& rScene, const PrecisionFlashSplit& rSplit) const
+bool CAnalyzerAlgorithm003::HasParameters() const
+{
+    return m_pAlgorithmTuning != nullptr &&
+           analyzerbank::CountOf(m_pAlgorithmTuning->extensionParameters,
+                                 m_pAlgorithmTuning->extensionParametersCount) >= ParameterCount;
+}
+
+/// The delay is read here and published later, so each run adds its parameter once more: the reader of the trigger
+/// counts on it.
+PrecisionFlashTimes CAnalyzerAlgorithm003::ReadTimes()
+{
+    PrecisionFlashTimes times{Param(MaxExpoTime), Param(MiniFlashTime),
+                              ReadTrigger(TriggerCtrlPrecisionFlashDelay) + Param(FlashDelay)};
+    STATS_LOG_TRACE("precision flash minflashtime %f, maxtime %f, delay %f, safeMargin %f ", times.miniFlashTime,
+                    times.maxExpoTime, times.flashDelayTime, Param(SafeCoff));
+    const FLOAT gyroVal = ReadTrigger(TriggerCtrlGyro);
+    if (gyroVal > 0.0f)
+    {
+        ApplyGyrolimitOnMaxExposureTime(ParamID(GyroDataID), gyroVal, &times.maxExpoTime);
+    }
+    return times;
+}
+
+/// @return zeros where there is none, and where the plain flash will do
+PrecisionFlashSplit CAnalyzerAlgorithm003::FindSplit(const PrecisionFlashScene& rScene,
+                                                     const PrecisionFlashTimes& rTimes) const
+{
+    const PrecisionFlashShares shares = precisionflash::SharesOf(rTimes, Param(SafeCoff));
+    const PrecisionFlashSplit  split  = precisionflash::Solve(rScene, shares);
+    STATS_LOG_TRACE("precision flash: bkGrdLumaTarget %f e1TotalExpoTimeratioMin %f, e1TotalExpoTimeratioMax %f",
+                    split.bkGrdLumaTarget, shares.min, shares.max);
+    const bool bUsed = split.bFound && precisionflash::IsSplitNeeded(rScene, split, GetHysteresisFromPFHistory());
+    return bUsed ? split : PrecisionFlashSplit{};
+}
+
+VOID CAnalyzerAlgorithm003::PublishSplit(INT32 sceneDetected, const PrecisionFlashSplit& rSplit,
+                                         const PrecisionFlashTimes& rTimes) const
+{
+    STATS_LOG_TRACE("Algorithm03 Precision flash: found %d: e1, e1 (%f, %f)", sceneDetected, rSplit.e1, rSplit.e2);
+    Publish(TriggerCtrlPrecisionFlashOk, static_cast<FLOAT>(sceneDetected));
+    Publish(TriggerCtrlPrecisionFlashE1, rSplit.e1);
+    Publish(TriggerCtrlPrecisionFlashE2, rSplit.e2);
+    Publish(TriggerCtrlPrecisionFlashMaxExpTimeMs, rTimes.maxExpoTime);
+    Publish(TriggerCtrlPrecisionFlashMinTime, rTimes.miniFlashTime);
+    Publish(TriggerCtrlPrecisionFlashDelay, rTimes.flashDelayTime);
+}
+
+VOID CAnalyzerAlgorithm003::PopulateDebugData(const PrecisionFlashScene& rScene,
+                                              const PrecisionFlashSplit& rSplit) const
 {
     AECDebugData* pDebug = debugdata::Enabled(*m_pContextManager);
     if (pDebug == nullptr)
@@ -156,8 +152,8 @@ FLOAT CAnalyzerAlgorithm003::GetHysteresisFromPFHistory() const
     return (pHistory == nullptr || pHistory->sceneDetected == TRUE) ? 0.0f : pHistory->hysteresis;
 }
 
-CAnalyzerAlgorithm003::Scene CAnalyzerAlgorithm003::MeasureScene(const AECFrameHistory& rOffFrame,
-                                                                 const AECFrameHistory& rLowFrame) const
+PrecisionFlashScene CAnalyzerAlgorithm003::MeasureScene(const AECFrameHistory& rOffFrame,
+                                                        const AECFrameHistory& rLowFrame) const
 {
     const AECAlgoExposureType type =
         exposurearithmetic::ExposureTypeOfSelection(m_refExposureType, AECAlgoExposureLong);
@@ -167,42 +163,13 @@ CAnalyzerAlgorithm003::Scene CAnalyzerAlgorithm003::MeasureScene(const AECFrameH
     const auto* pAdjustment = Banks().GetDataSceneAnalyzer(ParamID(FlashShortAggSAAdjID));
     const FLOAT adjustment  = (pAdjustment != nullptr) ? pAdjustment->value.start : 1.0f;
 
-    Scene scene{};
+    PrecisionFlashScene scene{};
     scene.expOff     = expOff;
     scene.off        = {ReadCalculator(FrGrdLumaOffID), ReadCalculator(BkGrdLumaOffID)};
-    scene.high.frGrd = LumaAtHighFlash(scene.off.frGrd, ReadCalculator(FrGrdLumaOnID), expInc, flux);
-    scene.high.bkGrd = LumaAtHighFlash(scene.off.bkGrd, ReadCalculator(BkGrdLumaOnID), expInc, flux);
+    scene.high.frGrd = precisionflash::LumaAtHighFlash(scene.off.frGrd, ReadCalculator(FrGrdLumaOnID), expInc, flux);
+    scene.high.bkGrd = precisionflash::LumaAtHighFlash(scene.off.bkGrd, ReadCalculator(BkGrdLumaOnID), expInc, flux);
     scene.main       = {adjustment * scene.high.frGrd, adjustment * scene.high.bkGrd};
     return scene;
-}
-
-PrecisionFlashSplit CAnalyzerAlgorithm003::Solve(const Scene& rScene, const PrecisionFlashShares& rShares)
-{
-    // Luma per exposure: e1 r3 + e2 r1 is the background's luma, e1 r2 + e2 r4 the foreground's.
-    const FLOAT r1  = rScene.off.bkGrd * OneMillion / rScene.expOff;
-    const FLOAT r2  = rScene.high.frGrd * OneMillion / rScene.expOff;
-    const FLOAT r3  = rScene.high.bkGrd * OneMillion / rScene.expOff;
-    const FLOAT r4  = rScene.off.frGrd * OneMillion / rScene.expOff;
-    const FLOAT det = r3 * r4 - r2 * r1;
-
-    PrecisionFlashSplit split{};
-    for (INT32 percent : BackgroundPercents)
-    {
-        const FLOAT target    = static_cast<FLOAT>(percent) * rScene.off.bkGrd / 100.0f;
-        split.bkGrdLumaTarget = target;
-        // Without a solution e1 and e2 are no numbers, or infinite, and pass no test.
-        const FLOAT e1    = (r4 * target - rScene.main.frGrd * r1) * OneMillion / det;
-        const FLOAT e2    = (rScene.main.frGrd * r3 - r2 * target) * OneMillion / det;
-        const FLOAT total = e1 + e2;
-        if (e1 > 0.0f && e2 > 0.0f && total * rShares.min < e1 && total * rShares.max > e1)
-        {
-            split.bFound = true;
-            split.e1     = e1;
-            split.e2     = e2;
-            return split;
-        }
-    }
-    return split;
 }
 
 VOID CAnalyzerAlgorithm003::ApplyGyrolimitOnMaxExposureTime(INT32 gyroLUTDataID, FLOAT gyroVal, FLOAT* pMaxExpoTime)
@@ -225,11 +192,10 @@ VOID CAnalyzerAlgorithm003::ApplyGyrolimitOnMaxExposureTime(INT32 gyroLUTDataID,
                     *pMaxExpoTime, limit);
 }
 
-/// Of the two parts only e1 sees the LED.
 VOID CAnalyzerAlgorithm003::UpdateLEDFlashInfluenceRatio(FLOAT e1, FLOAT e2) const
 {
     const FLOAT normalRatio = ReadTrigger(TriggerFlashInfluence);
-    const FLOAT ratio       = (e1 > 0.0f && e2 > 0.0f) ? (normalRatio * e1 + e2) / (e1 + e2) : normalRatio;
+    const FLOAT ratio       = precisionflash::InfluenceRatio(normalRatio, e1, e2);
     STATS_LOG_TRACE("Precision flash influence %f, normal influence %f", ratio, normalRatio);
     Publish(TriggerCtrlPrecisionFlashInfluence, ratio);
 }

@@ -1,37 +1,10 @@
 /// @file
-/// Precision flash: splits a flash exposure into two parts.
-///
-/// The LED lights the foreground more than the background. Part e1 sees the LED at high flash, part e2 sees the scene
-/// without LED. With the right lengths the foreground reaches the luma that the main flash would give it, and the
-/// background keeps the luma that it has without LED. Two linear equations give the lengths; where they have no usable
-/// solution, the background gives way step by step.
+/// Precision flash on the banks: reads the scene and the limits, has the exposure split, and publishes the parts.
 #pragma once
 
 #include "core/base/ckirotriggerclasses.h"
 #include "core/metering/ckiroanalyzeralgorithm.h"
-
-/// Lumas of foreground and background at one setting of the LED.
-struct PrecisionFlashLumas
-{
-    FLOAT frGrd;
-    FLOAT bkGrd;
-};
-
-/// Limits to e1 as a share of e1 + e2, both excluded.
-struct PrecisionFlashShares
-{
-    FLOAT min;
-    FLOAT max;
-};
-
-/// The solver's result.
-struct PrecisionFlashSplit
-{
-    bool  bFound;
-    FLOAT e1;               ///< 0 if not found
-    FLOAT e2;               ///< 0 if not found
-    FLOAT bkGrdLumaTarget;  ///< of the last attempt
-};
+#include "core/metering/precisionflash.h"
 
 class CAnalyzerAlgorithm003 : public CAnalyzerAlgorithm
 {
@@ -59,25 +32,20 @@ private:
         ParameterCount       = 12
     };
 
-    /// What the frame offers to the solver.
-    struct Scene
-    {
-        PrecisionFlashLumas off;
-        PrecisionFlashLumas high;
-        PrecisionFlashLumas main;
-        FLOAT               expOff;  ///< exposure of the frame without LED
-    };
-
     FLOAT Param(Parameter index) const;
     INT32 ParamID(Parameter index) const;
+    bool  HasParameters() const;
     FLOAT ReadCalculator(Parameter index) const;
     FLOAT GetHysteresisFromPFHistory() const;
-    Scene MeasureScene(const AECFrameHistory& rOffFrame, const AECFrameHistory& rLowFrame) const;
-    VOID  ApplyGyrolimitOnMaxExposureTime(INT32 gyroLUTDataID, FLOAT gyroVal, FLOAT* pMaxExpoTime);
-    VOID  UpdateLEDFlashInfluenceRatio(FLOAT e1, FLOAT e2) const;
-    VOID  PopulateDebugData(const Scene& rScene, const PrecisionFlashSplit& rSplit) const;
 
-    static PrecisionFlashSplit Solve(const Scene& rScene, const PrecisionFlashShares& rShares);
+    PrecisionFlashTimes ReadTimes();
+    PrecisionFlashScene MeasureScene(const AECFrameHistory& rOffFrame, const AECFrameHistory& rLowFrame) const;
+    PrecisionFlashSplit FindSplit(const PrecisionFlashScene& rScene, const PrecisionFlashTimes& rTimes) const;
+
+    VOID ApplyGyrolimitOnMaxExposureTime(INT32 gyroLUTDataID, FLOAT gyroVal, FLOAT* pMaxExpoTime);
+    VOID PublishSplit(INT32 sceneDetected, const PrecisionFlashSplit& rSplit, const PrecisionFlashTimes& rTimes) const;
+    VOID UpdateLEDFlashInfluenceRatio(FLOAT e1, FLOAT e2) const;
+    VOID PopulateDebugData(const PrecisionFlashScene& rScene, const PrecisionFlashSplit& rSplit) const;
 
     KIROExposureSelection m_refExposureType;  ///< of the lux analyzer
     CKIROOneFloatXML      m_gyroLimit;        ///< loaded with the LUT at each use

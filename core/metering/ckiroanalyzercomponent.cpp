@@ -86,6 +86,16 @@ FLOAT CGeneralAnalyzerComponent::RunGeneralAnalyzerComponent()
         return 0.0f;
     }
     CKIROBankManager& rBanks = *m_pContextManager->m_pBankManager;
+    RunCalculators(rBanks);
+    const FLOAT result = AggregateValuesAndWeights();
+    StoreResult(rBanks, rAggregator, {result, result});
+    STATS_LOG_TRACE("Value aggregation: method %d, bankID %d, dataID %d, final value %.2f %s", rAggregator.method,
+                    rOutput.bankID, rOutput.dataID, result, TextOf(rAggregator.output.description));
+    return result;
+}
+
+VOID CGeneralAnalyzerComponent::RunCalculators(CKIROBankManager& rBanks)
+{
     for (UINT32 index = 0; index < m_numWeights; ++index)
     {
         const GeneralComponentCalculatorType& rCalculator = m_pTuning->calculators[index];
@@ -95,16 +105,16 @@ FLOAT CGeneralAnalyzerComponent::RunGeneralAnalyzerComponent()
         STATS_LOG_TRACE("ComponentCalculator[%d] outputs value: %.2f, weight: %.2f", index, m_pValues[index],
                         m_pWeights[index]);
     }
+}
 
+FLOAT CGeneralAnalyzerComponent::AggregateValuesAndWeights() const
+{
     FLOAT result = 0.0f;
-    if (!aggregation::Aggregate(rAggregator.method, {m_pValues.get(), m_numWeights}, {m_pWeights.get(), m_numWeights},
-                                result))
+    if (!aggregation::Aggregate(m_pTuning->aggregator.method, {m_pValues.get(), m_numWeights},
+                                {m_pWeights.get(), m_numWeights}, result))
     {
-        LogUnknownMethod(rAggregator);
+        LogUnknownMethod(m_pTuning->aggregator);
     }
-    StoreResult(rBanks, rAggregator, {result, result});
-    STATS_LOG_TRACE("Value aggregation: method %d, bankID %d, dataID %d, final value %.2f %s", rAggregator.method,
-                    rOutput.bankID, rOutput.dataID, result, TextOf(rAggregator.output.description));
     return result;
 }
 
@@ -135,6 +145,17 @@ StartEnd CTargetAnalyzerComponent::RunTargetAnalyzerComponent()
         return {0.0f, 0.0f};
     }
     CKIROBankManager& rBanks = *m_pContextManager->m_pBankManager;
+    RunCalculators(rBanks);
+    const StartEnd result = AggregateValuesAndWeights();
+    StoreResult(rBanks, rAggregator, result);
+    STATS_LOG_TRACE("Value aggregation: method %d, bankID %d, dataID %d, final value [ %.2f, %.2f ] %s",
+                    rAggregator.method, rOutput.bankID, rOutput.dataID, result.start, result.end,
+                    TextOf(rAggregator.output.description));
+    return result;
+}
+
+VOID CTargetAnalyzerComponent::RunCalculators(CKIROBankManager& rBanks)
+{
     for (UINT32 index = 0; index < m_numWeights; ++index)
     {
         const TargetComponentCalculatorType& rCalculator = m_pTuning->calculators[index];
@@ -145,17 +166,16 @@ StartEnd CTargetAnalyzerComponent::RunTargetAnalyzerComponent()
         STATS_LOG_TRACE("ComponentCalculator[%d] outputs value: [%.2f, %.2f], weight: %.5f", index, rValue.start,
                         rValue.end, m_pWeights[index]);
     }
+}
 
+StartEnd CTargetAnalyzerComponent::AggregateValuesAndWeights() const
+{
     StartEnd result{0.0f, 0.0f};
-    if (!aggregation::Aggregate(rAggregator.method, {m_pStartEndValues.get(), m_numWeights},
+    if (!aggregation::Aggregate(m_pTuning->aggregator.method, {m_pStartEndValues.get(), m_numWeights},
                                 {m_pWeights.get(), m_numWeights},
                                 {m_pPositions.get(), aggregation::PositionCount(m_numWeights)}, result))
     {
-        LogUnknownMethod(rAggregator);
+        LogUnknownMethod(m_pTuning->aggregator);
     }
-    StoreResult(rBanks, rAggregator, result);
-    STATS_LOG_TRACE("Value aggregation: method %d, bankID %d, dataID %d, final value [ %.2f, %.2f ] %s",
-                    rAggregator.method, rOutput.bankID, rOutput.dataID, result.start, result.end,
-                    TextOf(rAggregator.output.description));
     return result;
 }

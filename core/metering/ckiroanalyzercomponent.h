@@ -22,10 +22,13 @@ public:
     FLOAT RunGeneralAnalyzerComponent();
 
 private:
+    VOID  RunCalculators(CKIROBankManager& rBanks);
+    FLOAT AggregateValuesAndWeights() const;
+
     const kirometeringsceneanalyzer::GeneralAnalyzerComponentType* m_pTuning;
     IKIROContextManager*                                           m_pContextManager;
 
-    // One of each per calculator.
+    // One of each per calculator. The trees keep their places from frame to frame; values and weights are this frame's.
     TavoObjects<CKIROOneFloatXML> m_trigValues;
     TavoObjects<CKIROOneFloatXML> m_trigWeights;
     TavoArray<FLOAT>              m_pValues;
@@ -47,10 +50,13 @@ public:
     StartEnd RunTargetAnalyzerComponent();
 
 private:
+    VOID     RunCalculators(CKIROBankManager& rBanks);
+    StartEnd AggregateValuesAndWeights() const;
+
     const kirometeringsceneanalyzer::TargetAnalyzerComponentType* m_pTuning;
     IKIROContextManager*                                          m_pContextManager;
 
-    // One of each per calculator.
+    // The same for ranges.
     TavoObjects<CKIROTwoFloatsXML> m_trigValues;
     TavoObjects<CKIROOneFloatXML>  m_trigWeights;
     TavoArray<StartEnd>            m_pStartEndValues;

@@ -1,120 +1,20 @@
 #include "core/metering/ckiroarithmetic.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "core/base/debugdata.h"
-#include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
 #include "core/metering/analyzerbank.h"
 #include "core/metering/ckirocalculationunit.h"
+#include "core/metering/operatormethods.h"
 
-using exposurearithmetic::Epsilon;
 using namespace kirometeringsceneanalyzer;
 
 namespace
 {
 
-struct Operands
-{
-    FLOAT a;
-    FLOAT b;
-    FLOAT c;
-    FLOAT d;
-};
-
-/// The operand at a rank, 0 for the smallest. Safe with operands that are no numbers, unlike a sort.
-FLOAT Ranked(const Operands& rIn, UINT32 rank)
-{
-    FLOAT      sorted[] = {rIn.a, rIn.b, rIn.c, rIn.d};
-    const auto exchange = [&sorted](UINT32 low, UINT32 high)
-    {
-        if (sorted[high] < sorted[low])
-        {
-            std::swap(sorted[low], sorted[high]);
-        }
-    };
-    exchange(0, 1);
-    exchange(2, 3);
-    exchange(0, 2);
-    exchange(1, 3);
-    exchange(1, 2);
-    return sorted[rank];
-}
-
-FLOAT Mix(FLOAT share, FLOAT first, FLOAT second)
-{
-    return std::fma(first, share, (1.0f - share) * second);
-}
-
-StartEnd Both(FLOAT value)
-{
-    return {value, value};
-}
-
-/// @param rResult zeros for an unknown method
-/// @return false for an unknown method
-bool Compute(ArithmeticOperationMethodType method, const Operands& rIn, StartEnd& rResult)
-{
-    const auto& [a, b, c, d] = rIn;
-    const FLOAT ab           = a * b;
-    const FLOAT cd           = c * d;
-    const FLOAT bd           = b * d;
-    switch (method)
-    {
-    case Addition:
-        rResult = Both(std::fma(a, b, cd));
-        return true;
-    case Subtraction:
-        rResult = Both(std::fma(a, b, -cd));
-        return true;
-    case Multiplication:
-        rResult = Both(ab * cd);
-        return true;
-    case Division:
-        rResult = Both(ab / std::max(cd, Epsilon));
-        return true;
-    case Max:
-        rResult = Both(std::max(ab, cd));
-        return true;
-    case Min:
-        rResult = Both(std::min(ab, cd));
-        return true;
-    case Smallest:
-        rResult = Both(Ranked(rIn, 0));
-        return true;
-    case SecondSmallest:
-        rResult = Both(Ranked(rIn, 1));
-        return true;
-    case Largest:
-        rResult = Both(Ranked(rIn, 3));
-        return true;
-    case SecondLargest:
-        rResult = Both(Ranked(rIn, 2));
-        return true;
-    case FlashHighLuma:
-        rResult = Both((a < bd) ? a + c * (bd - a) : bd);
-        return true;
-    case LinearInterpolation:
-        rResult = {Mix(c, a, b), Mix(d, a, b)};
-        return true;
-    case CondLarger:
-        rResult = Both((a > b) ? c : d);
-        return true;
-    case CondSmaller:
-        rResult = Both((a < b) ? c : d);
-        return true;
-    case CondEqual:
-        rResult = Both((a == b) ? c : d);
-        return true;
-    default:
-        rResult = Both(0.0f);
-        return false;
-    }
-}
-
-VOID RecordOperation(const ArithmeticOperatorType& rOperator, const Operands& rOperands, StartEnd result,
-                     AECDebugAnalyzerType& rDebug)
+VOID RecordOperation(const ArithmeticOperatorType& rOperator, const operatormethods::Operands& rOperands,
+                     StartEnd result, AECDebugAnalyzerType& rDebug)
 {
     constexpr UINT8 countMax      = 255;
     constexpr UINT8 dataTypeShift = 4;
@@ -215,10 +115,10 @@ VOID CAnalyzerArithmetic::RunOperator(UINT32 index, AECDebugAnalyzerType* pDebug
     const ArithmeticOperatorType& rOperator = m_pOperators[index];
     const OutputDataBankType&     rOutput   = rOperator.output;
 
-    const Operands operands{UtilGetOperand(rOperator.operandA), UtilGetOperand(rOperator.operandB),
-                            UtilGetOperand(rOperator.operandC), UtilGetOperand(rOperator.operandD)};
-    StartEnd       result;
-    if (!Compute(rOperator.operationMethod, operands, result))
+    const operatormethods::Operands operands{UtilGetOperand(rOperator.operandA), UtilGetOperand(rOperator.operandB),
+                                             UtilGetOperand(rOperator.operandC), UtilGetOperand(rOperator.operandD)};
+    StartEnd                        result;
+    if (!operatormethods::Compute(rOperator.operationMethod, operands, result))
     {
         STATS_LOG_ERROR("No matched arithmetic operation method. %d", rOperator.operationMethod);
     }

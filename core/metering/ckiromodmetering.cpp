@@ -60,30 +60,30 @@ KiroResult CKIROMetering::RunMeteringPreprocess(KIROMeteringInput& rInput, KIROM
 {
     UpdateManagers();
 
-    CKIROBankManager&      rBanks     = *m_rContextManager.m_pBankManager;
-    const AECFrameHistory* pReflected = FindReflectedFrame();
+    CKIROBankManager&      rBanks   = *m_rContextManager.m_pBankManager;
+    const AECFrameHistory* pMatched = FindMatchedFrame();
     if (rBanks.GetDataTriggers(TriggerCtrlADRCCap)->value < 1.0f)
     {
         rBanks.PublishTrigger(TriggerCtrlADRCCap, ADRCCapDefault, "SeamlessThreshold", SourceCore);
     }
 
     rOutput.bIsMeteringSkipped = FALSE;
-    if (IsFrameSkipped(pReflected, rInput.bStatsValid))
+    if (IsFrameSkipped(pMatched, rInput.bStatsValid))
     {
-        UsePreviousTargets(pReflected, rInput.bStatsValid, rOutput);
+        UsePreviousTargets(pMatched, rInput.bStatsValid, rOutput);
         return ResultFailed;
     }
 
-    PublishReflectedExposures(*pReflected);
-    PublishShortBlend(*pReflected);
+    PublishMatchedExposures(*pMatched);
+    PublishShortBlend(*pMatched);
     PublishFlashLowExposures();
 
-    UINT64 sensitivities[AECAlgoExposureCount];
+    UINT64 exposures[AECAlgoExposureCount];
     for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
     {
-        sensitivities[type] = pReflected->exposureSets[type].exposure;
+        exposures[type] = pMatched->exposureSets[type].exposure;
     }
-    m_analyzerManager.SetSensitivities(sensitivities);
+    m_analyzerManager.SetSensitivities(exposures);
     m_analyzerManager.ResetAnalyzerConfidence();
     if (m_rContextManager.GetInput()->snapshotMode != KIROCoreSnapshotType::Flash)
     {
@@ -99,7 +99,7 @@ KiroResult CKIROMetering::RunMeteringPreprocess(KIROMeteringInput& rInput, KIROM
     return 0;
 }
 
-const AECFrameHistory* CKIROMetering::FindReflectedFrame() const
+const AECFrameHistory* CKIROMetering::FindMatchedFrame() const
 {
     const SetInputData* pInput   = m_rContextManager.GetInput();
     CKIROHistory&       rHistory = *m_rContextManager.m_pHistory;
@@ -107,24 +107,24 @@ const AECFrameHistory* CKIROMetering::FindReflectedFrame() const
                                                                  : rHistory.GetFrameHistory(pInput->systemLatency);
 }
 
-bool CKIROMetering::IsFrameSkipped(const AECFrameHistory* pReflected, BOOL bStatsValid) const
+bool CKIROMetering::IsFrameSkipped(const AECFrameHistory* pMatched, BOOL bStatsValid) const
 {
-    if (pReflected == nullptr || bStatsValid == FALSE)
+    if (pMatched == nullptr || bStatsValid == FALSE)
     {
         return true;
     }
-    const auto& rSets = pReflected->exposureSets;
+    const auto& rSets = pMatched->exposureSets;
     if (rSets[AECAlgoExposureShort].exposure == 0 || rSets[AECAlgoExposureSafe].exposure == 0 ||
         rSets[AECAlgoExposureLong].exposure == 0)
     {
         return true;
     }
-    return pReflected->bIsSnapshot == TRUE && m_rContextManager.GetContextEvent(AECCoreSnapshotHDR3) != TRUE;
+    return pMatched->bIsSnapshot == TRUE && m_rContextManager.GetContextEvent(AECCoreSnapshotHDR3) != TRUE;
 }
 
-VOID CKIROMetering::UsePreviousTargets(const AECFrameHistory* pReflected, BOOL bStatsValid, KIROMeteringOutput& rOutput)
+VOID CKIROMetering::UsePreviousTargets(const AECFrameHistory* pMatched, BOOL bStatsValid, KIROMeteringOutput& rOutput)
 {
-    const bool             isSnapshot = pReflected != nullptr && pReflected->bIsSnapshot == TRUE;
+    const bool             isSnapshot = pMatched != nullptr && pMatched->bIsSnapshot == TRUE;
     const AECFrameHistory* pPrevious  = m_rContextManager.m_pHistory->GetPreviousNonSnapshotFrame();
     if (pPrevious != nullptr)
     {
@@ -133,7 +133,7 @@ VOID CKIROMetering::UsePreviousTargets(const AECFrameHistory* pReflected, BOOL b
         STATS_LOG_TRACE("Using previous exposure %llu %llu %llu is reflected snapshot %d, is reflected frame invalid "
                         "%d, is valid stats %d",
                         rOutput.exposures[0], rOutput.exposures[1], rOutput.exposures[2], isSnapshot,
-                        pReflected == nullptr, bStatsValid);
+                        pMatched == nullptr, bStatsValid);
     }
     else
     {
@@ -144,10 +144,10 @@ VOID CKIROMetering::UsePreviousTargets(const AECFrameHistory* pReflected, BOOL b
     rOutput.bIsMeteringSkipped = TRUE;
 }
 
-VOID CKIROMetering::PublishReflectedExposures(const AECFrameHistory& rReflected)
+VOID CKIROMetering::PublishMatchedExposures(const AECFrameHistory& rMatched)
 {
     CKIROBankManager& rBanks = *m_rContextManager.m_pBankManager;
-    const auto&       rSets  = rReflected.exposureSets;
+    const auto&       rSets  = rMatched.exposureSets;
     rBanks.PublishTrigger(TriggerCtrlShortExp, static_cast<FLOAT>(rSets[AECAlgoExposureShort].exposure), nullptr,
                           SourceModuleMetering);
     rBanks.PublishTrigger(TriggerCtrlLongExp, static_cast<FLOAT>(rSets[AECAlgoExposureLong].exposure), nullptr,
@@ -156,14 +156,14 @@ VOID CKIROMetering::PublishReflectedExposures(const AECFrameHistory& rReflected)
                           SourceModuleMetering);
 }
 
-VOID CKIROMetering::PublishShortBlend(const AECFrameHistory& rReflected)
+VOID CKIROMetering::PublishShortBlend(const AECFrameHistory& rMatched)
 {
     CKIROCtrlCoreCommon::Parameter parameter{};
     const KiroResult result = CKIROCtrlCoreCommon::GetMFHDRADRCExtParam(*m_rContextManager.GetTuningData(), parameter);
     if (result == 0 && parameter.enableFlag == TRUE)
     {
         const INT32 dataID = exposurearithmetic::SaturateToINT32(parameter.data[ShortBlendTriggerData]);
-        m_rContextManager.m_pBankManager->PublishTrigger(dataID, rReflected.shortBlend, nullptr, SourceModuleMetering);
+        m_rContextManager.m_pBankManager->PublishTrigger(dataID, rMatched.shortBlend, nullptr, SourceModuleMetering);
     }
 }
 

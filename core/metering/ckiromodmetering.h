@@ -1,7 +1,7 @@
 /// @file
 /// Turns the frame's statistics into three target exposures: short, long and safe.
 ///
-/// Called twice in a frame; between the calls the frame driver runs the active analyzers. Exposures are sensitivities.
+/// Called twice in a frame; between the calls the frame driver runs the active analyzers.
 #pragma once
 
 #include "core/base/binarymask.h"
@@ -27,7 +27,7 @@ public:
     const KIROAnalyzerOutput* RunAnalyzer(UINT32 analyzerID);
     VOID                      UpdateAnalyzerMgrOutput(UINT32 analyzerID, KIROAnalyzerOutput* pOutput);
 
-    /// Takes the analyzers' sensitivities as the exposures and applies antibanding priorities.
+    /// Takes the analyzers' exposures and applies antibanding priorities.
     /// @return 0, or 1 when debug data of a flash snapshot cannot be filled
     KiroResult RunMeteringPostprocess(KIROMeteringInput& rInput, KIROMeteringOutput& rOutput);
 
@@ -48,11 +48,11 @@ private:
         UINT64 fID;  ///< never assigned: the table is rebuilt on every call with a frame ID
     };
 
-    const AECFrameHistory* FindReflectedFrame() const;
-    bool                   IsFrameSkipped(const AECFrameHistory* pReflected, BOOL bStatsValid) const;
-    VOID UsePreviousTargets(const AECFrameHistory* pReflected, BOOL bStatsValid, KIROMeteringOutput& rOutput);
-    VOID PublishReflectedExposures(const AECFrameHistory& rReflected);
-    VOID PublishShortBlend(const AECFrameHistory& rReflected);
+    const AECFrameHistory* FindMatchedFrame() const;
+    bool                   IsFrameSkipped(const AECFrameHistory* pMatched, BOOL bStatsValid) const;
+    VOID UsePreviousTargets(const AECFrameHistory* pMatched, BOOL bStatsValid, KIROMeteringOutput& rOutput);
+    VOID PublishMatchedExposures(const AECFrameHistory& rMatched);
+    VOID PublishShortBlend(const AECFrameHistory& rMatched);
     VOID PublishFlashLowExposures();
     VOID CollectAnalyzerOutputs(KIROMeteringOutput& rOutput) const;
     VOID CalculateAntibandingPriority(const KIROMeteringInput& rInput, KIROMeteringOutput& rOutput) const;

@@ -1,5 +1,6 @@
 set(ANALYZER_SOURCES
     core/metering/analyzerbank.cpp
+    core/metering/analyzerstages.cpp
     core/metering/canalyzermanager.cpp
     core/metering/ckiroaggregation.cpp
     core/metering/ckiroanalyzer.cpp
@@ -10,4 +11,7 @@ set(ANALYZER_SOURCES
     core/metering/ckiroanalyzercomponent.cpp
     core/metering/ckiroarithmetic.cpp
     core/metering/ckirocalculationunit.cpp
+    core/metering/luxindex.cpp
+    core/metering/operatormethods.cpp
+    core/metering/precisionflash.cpp
 )

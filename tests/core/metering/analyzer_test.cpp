@@ -2,6 +2,7 @@
 
 #include <limits>
 
+#include "core/metering/analyzerstages.h"
 #include "platform/tavodesk.h"
 #include "tests/core/metering/analyzerrecords.h"
 #include "tests/support/testcontext.h"
@@ -37,10 +38,10 @@ protected:
         return m_pAnalyzer->GetOutput();
     }
 
-    const KIROAnalyzerOutput& Run(DOUBLE shortExp = 1000.0, DOUBLE longExp = 4000.0, DOUBLE safeExp = 2000.0)
+    const KIROAnalyzerOutput& Run()
     {
-        const DOUBLE sensitivities[] = {shortExp, longExp, safeExp};
-        m_pAnalyzer->Run(sensitivities);
+        const DOUBLE exposures[] = {1000.0, 4000.0, 2000.0};  // by AECAlgoExposureType
+        m_pAnalyzer->Run(exposures);
         return m_pAnalyzer->GetOutput();
     }
 
@@ -76,16 +77,15 @@ TEST_F(Analyzer, BringsTheReferenceExposureToTheLowerTarget)
     ExpectResult(FirstOutput, 40.0f, 40.0f);
     ExpectResult(FirstOutput + 1, 60.0f, 80.0f);
     ExpectResult(FirstOutput + 2, 0.5f, 0.5f);
+}
 
-    // The sensitivity is truncated and saturates.
-    m_record.m_record.refExposureType = ExposureSafe;
-    Tune();
-    EXPECT_EQ(Run(0.0, 0.0, 1001.0).sensitivity, 1501u);
-    m_context.SetCalculatorResult(LumaID, 0.0f);
-    EXPECT_NEAR(static_cast<DOUBLE>(Run().sensitivity), 60.0 / 1e-7 * 2000.0, 1e7);
-    EXPECT_EQ(Run(0.0, 0.0, 1e18).sensitivity, std::numeric_limits<UINT64>::max());
-    m_context.SetAnalyzerResult(TargetID, {-60.0f, 0.0f});
-    EXPECT_EQ(Run().sensitivity, 0u);
+TEST(AnalyzerStages, AnExposureIsTruncatedAndSaturates)
+{
+    const FLOAT ofBlack = analyzerstages::RatioToTarget(-1.0f, 0.0f, 60.0f);
+    EXPECT_FLOAT_EQ(ofBlack, 60.0f / 1e-7f);
+    EXPECT_EQ(analyzerstages::ExposureByRatio(1001.0, 1.5f), 1501u);
+    EXPECT_EQ(analyzerstages::ExposureByRatio(1e18, ofBlack), std::numeric_limits<UINT64>::max());
+    EXPECT_EQ(analyzerstages::ExposureByRatio(2000.0, -1.5f), 0u);
 }
 
 TEST_F(Analyzer, OutputsOfComponentsAreOffInTriggersOrRefused)
