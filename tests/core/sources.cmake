@@ -1,4 +1,5 @@
 set(ROOM_TESTS
+    contextevents_test.cpp
     contextmanager_test.cpp
     corefunctions_test.cpp
     debugdata_test.cpp

@@ -2,6 +2,7 @@ set(ROOM_TESTS
     camsync_test.cpp
     extension_test.cpp
     extensionmonitor_test.cpp
+    flashcalibration_test.cpp
     flashcurrent_test.cpp
     generalizedmonitor_test.cpp
     inlinecalibration_test.cpp
