@@ -16,6 +16,7 @@ add_room(kiro_parameters
     parameters/definitionlayout.cpp
     parameters/definitionreader.cpp
     parameters/loadallowance.cpp
+    parameters/membersource.cpp
     parameters/modecache.cpp
     parameters/modeentry.cpp
     parameters/modenames.cpp
@@ -30,6 +31,8 @@ add_room(kiro_parameters
     parameters/parameterfilesymboltableentry.cpp
     parameters/parameterlogging.cpp
     parameters/parametermemberreaders.cpp
+    parameters/parameterstructurereaders.cpp
+    parameters/parametertextreaders.cpp
     parameters/parametermodetable.cpp
     parameters/parametermodule.cpp
     parameters/parametersetmanager.cpp

@@ -126,8 +126,10 @@ TEST_F(RecordTextTest, APathLeadsToItsValue)
     }
     EXPECT_EQ(Get(std::string(100000, 'a').c_str()), "-");
     EXPECT_EQ(Get((std::string(200, '.') + "precise").c_str()), "-");
+}
 
-    // What does not fit is cut.
+TEST_F(RecordTextTest, WhatDoesNotFitIsCut)
+{
     EXPECT_EQ(Get("title", 4), "a t");
     EXPECT_EQ(Get("unsigned8", 6), "1,0,2");
     EXPECT_EQ(Get("unsigned8", 5), "1,0,");

@@ -11,6 +11,7 @@ list(APPEND ROOM_TESTS
     recordtext_test.cpp
     references_test.cpp
     reload_test.cpp
+    schemadrift_test.cpp
     setmanager_test.cpp
     symboltable_test.cpp
     tablemodule_test.cpp
