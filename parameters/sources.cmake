@@ -24,6 +24,7 @@ add_room(kiro_parameters
     parameters/modesectionreader.cpp
     parameters/moduledata.cpp
     parameters/modulereference.cpp
+    parameters/numbertext.cpp
     parameters/parameterbinaryfile.cpp
     parameters/parameterdefinitions.cpp
     parameters/parameterfilesymboltable.cpp
