@@ -12,7 +12,7 @@ namespace kirodamage
 struct CoreUse
 {
     UINT64 frames;
-    INT64  bytesLeft;  ///< of the instance's function table, which stays allocated on purpose
+    INT64  bytesLeft;  ///< of the function table, which outlives its instance
 };
 
 /// Runs some frames, some more in another mode and, in file mode, some more after a reload.

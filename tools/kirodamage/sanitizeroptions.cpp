@@ -11,7 +11,7 @@ const CHAR* __asan_default_options()
     return "max_allocation_size_mb=64:allocator_may_return_null=0";
 }
 
-/// The function table of an instance stays allocated on purpose.
+/// The function table of an instance outlives it: a host may still look at it after DestroyInstance.
 const CHAR* __lsan_default_suppressions()
 {
     return "leak:CreateKiroCoreAlgo\n";

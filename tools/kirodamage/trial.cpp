@@ -79,7 +79,7 @@ VOID LoadAndUse(const LoadableFile& rFile, UINT64 useSeed, TrialResult& rResult)
     }
 }
 
-/// A camera on the file. @return bytes that it leaves on purpose
+/// A camera on the file. @return bytes of function tables, which outlive their instances
 INT64 LoadAndExpose(const LoadableFile& rFile, UINT64 useSeed, TrialResult& rResult)
 {
     std::mt19937_64  random(useSeed);
