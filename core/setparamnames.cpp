@@ -1,6 +1,7 @@
 #include "core/setparamnames.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace
 {
@@ -8,7 +9,7 @@ namespace
 constexpr UINT32 SetParamNameLast = AECAlgoSetParamMax;
 
 /// Names of AECAlgoSetParamType, in order.
-const CHAR* const g_pAECSetParamStringArray[SetParamNameLast + 1] = {
+const CHAR* const g_pAECSetParamStringArray[] = {
     "AECAlgoSetParamExpTableRange",
     "AECAlgoSetParamOperationMode",
     "AECAlgoSetParamTunaraData",
@@ -62,6 +63,7 @@ const CHAR* const g_pAECSetParamStringArray[SetParamNameLast + 1] = {
     "AECAlgoSetParamCount",
     "AECAlgoSetParamMax",
 };
+static_assert(std::size(g_pAECSetParamStringArray) == SetParamNameLast + 1, "a type has no name");
 
 }  // namespace
 

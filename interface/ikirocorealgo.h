@@ -1,8 +1,9 @@
 /// @file
 /// The function table of the exposure core: all that a host calls.
 ///
-/// The road of a frame, in the order of the calls. Each stage rests on what those before it have left; a stage that is
-/// left out leaves its part of the frame's record at zero. host/kirohost.cpp of the sources makes these calls.
+/// The road of a frame, in the order of the calls. Each stage rests on what those before it have left; what a stage
+/// that is left out would have written stays as the host's records and the banks have it. host/kirohost.cpp of the
+/// sources makes these calls.
 ///
 ///     create    CreateKiroCoreAlgo; setInput for pipeline delay, operation mode, HDR type and what else is known
 ///     start-up  GetStartUpExposure, one source after the other until one answers; runArbitration; runEndOfFrame with
@@ -26,6 +27,11 @@
 ///               A picture with flash runs all of 2 to 12 behind getFlashCurrent, on statistics with and without LED
 ///
 /// Calls that have no number here may stand between any two stages, not within one.
+///
+/// One camera alone may leave out 7 and followMasterConvExposure, and outside of SensorHDR HandleExposureConstraints;
+/// it may make limits (8) and gain and time (10) itself. Without 11 there are no flags, and the triggers of gain, time
+/// and frame rate stay; without RunConvSettle nothing counts as settled, and safe never rests. All else of 2 to 12 is
+/// needed, and a runEndOfFrame with bStartup behind each mode that begins a history anew.
 #pragma once
 
 #include "interface/ikirodebugdata.h"
@@ -107,8 +113,9 @@ struct IKIROCoreAlgo
     /// @return 0
     KiroResult (*mixMetering)(IKIROCoreAlgo* pAlgo, KIROMeteringOutput& rOutput);
 
-    /// What hangs on the frame's result: flags for captures, histogram stretch, switch of the sensor's mode, inline
-    /// calibration of the flash; detectors before and after. Once a frame, when the exposures have been split.
+    /// Publishes frame rate, time, gain and exposure as triggers; then what hangs on the frame's result: flags for
+    /// captures, histogram stretch, switch of the sensor's mode, inline calibration of the flash; detectors before and
+    /// after. Once a frame, when the exposures have been split.
     /// @param rInput  null arbitration outputs are logged: their triggers keep the values of the frame before
     /// @param rOutput all members are written; without the module kiroextension flags and stretch are those of the
     ///                frame before
@@ -227,7 +234,8 @@ struct IKIROCoreAlgo
     ///         convergedShortBlend alone is written then, and the exposures of the frame before stand
     KiroResult (*RunConvProcess)(IKIROCoreAlgo* pAlgo, KIROConvergenceInput& rInput, KIROConvergenceOutput& rOutput);
 
-    /// Decides whether convergence counts as done, and sets the two flags; behind HandleExposureConstraints. Without
+    /// Decides whether convergence counts as done, and sets the two flags, by which the next frame's
+    /// RunConvProcess rests; behind HandleExposureConstraints. Without
     /// the tuning of convergence the flags stay as they are.
     VOID (*RunConvSettle)(IKIROCoreAlgo* pAlgo, KIROConvergenceOutput& rOutput);
 

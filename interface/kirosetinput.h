@@ -90,13 +90,13 @@ enum AECAlgoSetParamType : INT32
     AECAlgoSetParamAFDFrameInfo                   = 47,  ///< ignored
     AECAlgoSetParamBPSCamera                      = 48,  ///< ignored
     AECAlgoSetParamDCGMode                        = 49,  ///< ignored
-    AECAlgoSetParamCount                          = 50,  ///< how many there are; ignored
-    AECAlgoSetParamMax                            = 51   ///< ignored
+    AECAlgoSetParamCount                          = 50,  ///< how many there are: new types go before it; ignored
+    AECAlgoSetParamMax                            = 51   ///< above all types; ignored
 };
 
 /// The settings that the core takes, each with its payload: SETTING(type, payload) is refused if sizeOfAECSetParam is
 /// below the payload's size, UNSIZED(type, payload) goes by its content alone, and of UNREAD(type, bytes) only that
-/// size is checked. Types that are not listed are ignored.
+/// size is checked. Types that are not listed are ignored. docs/architecture.md has the places of a new setting.
 #define AEC_SET_PARAMS(SETTING, UNSIZED, UNREAD)                                                                       \
     SETTING(OperationMode, AECAlgoOperationModeType)                                                                   \
     SETTING(TunaraData, StatsTuningData)                                                                               \

@@ -5,7 +5,8 @@
 #include "platform/tavotypes.h"
 
 /// Index of every array of three exposures.
-/// Tuning records select by KIROExposureSelection, whose order differs: the two are mapped, never cast.
+/// Tuning records select by KIROExposureSelection, whose order differs: the two are mapped, not cast; only
+/// CAnalyzerManager::UpdateDecision casts, and says why.
 enum AECAlgoExposureType : INT32
 {
     AECAlgoExposureShort = 0,

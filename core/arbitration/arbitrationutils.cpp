@@ -23,7 +23,8 @@ VOID UpdateBoundExposure(KIROExposureSetType* pBound)
     }
 }
 
-/// A gain that misses the range by the margin goes to the bound alone; for more, the time makes up.
+/// A gain outside goes to the bound. If it missed by less than the margin, the time stays; otherwise the time makes up
+/// for it.
 VOID MoveTableGainIntoRange(KIROExposureSetType* pExp, FLOAT startGain, FLOAT endGain)
 {
     bool isNear = true;
@@ -40,8 +41,8 @@ VOID MoveTableGainIntoRange(KIROExposureSetType* pExp, FLOAT startGain, FLOAT en
     pExp->time = isNear ? pExp->time : exposurearithmetic::TimeOfExposure(pExp->exposure, pExp->gain, pExp->corr);
 }
 
-/// A time that misses the range by 1 ns goes to the bound alone; for more, the gain makes up, and goes to its own bound
-/// if it misses that by the margin.
+/// A time outside goes to the bound. If it missed by 1 ns at most, the gain stays; otherwise the gain makes up for it,
+/// and goes to its own bound if it misses that by less than the margin.
 VOID MoveTableTimeIntoRange(KIROExposureSetType* pExp, const KIROExposureSetType& rStart,
                             const KIROExposureSetType& rEnd)
 {

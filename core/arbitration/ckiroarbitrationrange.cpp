@@ -69,7 +69,8 @@ bool IsSameTime(UINT64 first, UINT64 second)
     return std::abs(static_cast<FLOAT>(first) - static_cast<FLOAT>(second)) < Epsilon;
 }
 
-/// A gain outside goes to the bound, and the time makes up for it; a gain that misses it by the margin stays.
+/// A gain outside goes to the bound, and the time makes up for it; a gain that misses it by less than
+/// the margin stays.
 VOID MoveIntoGainRange(const KIROExposureRange& rRange, UINT64 exposure, FLOAT correction, FLOAT* pGain, UINT64* pTime)
 {
     const FLOAT start = rRange.start.gain;
@@ -86,8 +87,8 @@ VOID MoveIntoGainRange(const KIROExposureRange& rRange, UINT64 exposure, FLOAT c
     }
 }
 
-/// A time outside goes to the bound, and the gain makes up for it; a gain that then misses its range by the margin
-/// goes to the bound.
+/// A time outside goes to the bound, and the gain makes up for it; a gain that then misses its range by
+/// less than the margin goes to the bound.
 /// @return whether the time moved
 bool MoveIntoTimeRange(const KIROExposureRange& rRange, UINT64 exposure, FLOAT correction, FLOAT* pGain, UINT64* pTime)
 {

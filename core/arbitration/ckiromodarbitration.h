@@ -45,6 +45,7 @@ private:
     KiroResult UpdateRangeIndex(KIROExposureRange* pTempRange, const RangeType* pAdj);
     VOID       UpdateOneRangeIndex(FLOAT index, KIROExposureSetType* pBound);
     KiroResult ArbitrateExposureRange(KIROExposureRange* pTempRange, const RangeType* pAdj);
+    /// Lets the tuned handling decide where gain or time still lies outside; 0 where nothing does.
     KiroResult ResolveConflict(KIROExposureRange* pTempRange, const RangeType* pAdj, bool isTimeMoved, FLOAT* pGain,
                                UINT64* pTime);
     VOID       WriteArbitratedExposure(FLOAT gain, UINT64 time, FLOAT correction);

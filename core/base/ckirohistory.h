@@ -55,9 +55,10 @@ public:
     AECFrameHistory*       GetInternalFrameHistory(UINT8 offset);
 
     /// Looks back for a frame that is no snapshot, from the frame before the one in progress on.
-    /// @param end offset at which the search ends
-    /// @return the newest one; where there are only snapshots, the last one that dropped out of the list; null if there
-    ///         is none
+    /// @param end first offset that is not looked at
+    /// @return the newest one; if only snapshots were met, the preview frame that last dropped out of the list, or
+    /// null;
+    ///         null also if no frame was met
     const AECFrameHistory* FindPreviewFrame(UINT32 end);
 
     /// @return the newest of the last nine frames that is no snapshot, or the last one that dropped out of the list;

@@ -1,4 +1,4 @@
-// The speed law of the Safe exposure.
+// The speed law of the Safe exposure, and its rest once it is settled.
 
 #include <cmath>
 

@@ -73,7 +73,7 @@ struct StretchOffsets
     FLOAT predGain;           ///< the part that Safe does not take
 };
 
-/// The speed law.
+/// The speed law. Once settled, Safe rests while the target is within the tolerance and no stretch holds Short.
 /// @param rMove of Safe
 /// @return Safe, and Short and Long before their distances are known
 DOUBLE ComputeBasicSafeConvergence(const MoveTuning& rTuning, const ExposureMove& rMove, UINT8 systemLatency,

@@ -22,7 +22,8 @@ FLOAT RatioToTarget(FLOAT adjustment, FLOAT luma, FLOAT target);
 UINT64 ExposureByRatio(DOUBLE reference, FLOAT ratio);
 
 /// The exposure of a result that the host amended. The product is taken in single precision.
-/// @param luma may be 0: a ratio of target to luma that is too small or no number leaves the reference as it is
+/// @param luma 0 under a target above 0 yields the largest exposure; a ratio of target to luma that is too small, or
+///             none (0 over 0), leaves the reference as it is
 UINT64 AmendedExposure(DOUBLE reference, FLOAT luma, FLOAT target);
 
 }  // namespace analyzerstages

@@ -20,7 +20,7 @@ TavoPtr<CCalculator> NewCalculator(const CCalculator::StatsCalculatorType& rTuni
 }
 
 /// @param pCalculator may be null, then nothing runs
-/// @param pKind       for the log, with a blank behind it
+/// @param pKind       for the log: empty, or with a blank behind it
 VOID RunCalculator(CCalculator* pCalculator, const CHAR* pKind)
 {
     if (pCalculator != nullptr)

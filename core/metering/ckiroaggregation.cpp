@@ -141,8 +141,8 @@ std::span<const FLOAT> SortPositions(std::span<const StartEnd> ranges, std::span
     return used;
 }
 
-/// The sum of weighted distances of a luma to all ranges, within a region that no bound of a range divides: linear in
-/// the luma, |luma coeff - constant|.
+/// What a luma within a region that no bound of a range divides costs: |luma coeff - constant|, the weighted
+/// differences from the nearer bounds of all ranges, summed with their signs. Ranges on both sides cancel each other.
 struct RegionCost
 {
     FLOAT coeff;
@@ -174,8 +174,8 @@ RegionCost CostWithin(FLOAT regionStart, FLOAT regionEnd, std::span<const StartE
     return cost;
 }
 
-/// The luma whose weighted distances to all ranges have the least sum: each region between two neighbouring bounds has
-/// one candidate.
+/// The luma at which the weighted differences from all ranges balance best: each region between two neighbouring bounds
+/// has one candidate, and the earlier one wins a tie.
 FLOAT NearestToAllRanges(std::span<const StartEnd> ranges, std::span<const FLOAT> weights, std::span<FLOAT> positions)
 {
     const std::span<const FLOAT> bounds  = SortPositions(ranges, weights, positions);

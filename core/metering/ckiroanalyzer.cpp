@@ -21,17 +21,18 @@ constexpr UINT32 AttachedAlgorithmMax = 100;
 
 }  // namespace
 
-CAnalyzer::CAnalyzer() : m_pTuning(nullptr), m_pContextManager(nullptr), m_output{}
+CAnalyzer::CAnalyzer() : m_pTuning(nullptr), m_pContextManager(nullptr), m_identity{}, m_output{}
 {
 }
 
 VOID CAnalyzer::SetAnalyzerTuning(const SceneAnalyzerType* pTuning, IKIROContextManager& rContextManager)
 {
-    m_pTuning         = pTuning;
-    m_pContextManager = &rContextManager;
-    m_output.pName    = pTuning->analyzerName;
-    m_output.type     = pTuning->exposureType;
-    m_output.refType  = pTuning->refExposureType;
+    m_pTuning          = pTuning;
+    m_pContextManager  = &rContextManager;
+    m_identity.pName   = pTuning->analyzerName;
+    m_identity.type    = pTuning->exposureType;
+    m_identity.refType = pTuning->refExposureType;
+    m_output           = m_identity;
     m_lumaComponent.SetTuning(pTuning->luma, rContextManager);
     m_targetComponent.SetTuning(pTuning->target, rContextManager);
     m_confidenceComponent.SetTuning(pTuning->confidence, rContextManager);
@@ -84,13 +85,10 @@ KIROAnalyzerOutput CAnalyzer::Analyze(const DOUBLE* pExposures, AECDebugAnalyzer
 /// @return what the components measure, in their order; the exposure is 0 as yet
 KIROAnalyzerOutput CAnalyzer::Measure()
 {
-    KIROAnalyzerOutput output{};
-    output.pName      = m_pTuning->analyzerName;
-    output.type       = m_pTuning->exposureType;
-    output.refType    = m_pTuning->refExposureType;
-    output.luma       = m_lumaComponent.RunGeneralAnalyzerComponent();
-    output.target     = m_targetComponent.RunTargetAnalyzerComponent();
-    output.confidence = m_confidenceComponent.RunGeneralAnalyzerComponent();
+    KIROAnalyzerOutput output = m_identity;
+    output.luma               = m_lumaComponent.RunGeneralAnalyzerComponent();
+    output.target             = m_targetComponent.RunTargetAnalyzerComponent();
+    output.confidence         = m_confidenceComponent.RunGeneralAnalyzerComponent();
     return output;
 }
 

@@ -55,12 +55,14 @@ private:
     const kirometeringsceneanalyzer::SceneAnalyzerType* m_pTuning;
     IKIROContextManager*                                m_pContextManager;
 
-    // From frame to frame live the places in the trees of the components, and what an algorithm left in its triggers.
+    // The trees of the components remember their zones from frame to frame. An algorithm keeps what it needs in
+    // triggers.
     CGeneralAnalyzerComponent   m_lumaComponent;
     CTargetAnalyzerComponent    m_targetComponent;
     CGeneralAnalyzerComponent   m_confidenceComponent;
     CAnalyzerArithmetic         m_arithmetic;
     TavoPtr<IAnalyzerAlgorithm> m_pAlgorithm;  ///< null for most analyzers
 
-    KIROAnalyzerOutput m_output;  ///< of the last run, for callers; no run reads it
+    KIROAnalyzerOutput m_identity;  ///< name and types of the tuning, all else 0
+    KIROAnalyzerOutput m_output;    ///< of the last run, for callers; no run reads it
 };

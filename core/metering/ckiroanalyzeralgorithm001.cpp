@@ -59,7 +59,7 @@ VOID CAnalyzerAlgorithm001::PopulateDebugData(const KIROAnalyzerOutput& rAnalyze
     }
 }
 
-AECAlgoExposureType CAnalyzerAlgorithm001::ReferenceExposure() const
+AECAlgoExposureType CAnalyzerAlgorithm001::ReferenceType() const
 {
     return exposurearithmetic::ExposureTypeOfSelection(m_pAnalyzerTuning->refExposureType, AECAlgoExposureLong);
 }
@@ -73,7 +73,7 @@ FLOAT CAnalyzerAlgorithm001::BaseIndex() const
     {
         return 0.0f;
     }
-    const KIROExposureSetType& rSet = pFrame->exposureSets[ReferenceExposure()];
+    const KIROExposureSetType& rSet = pFrame->exposureSets[ReferenceType()];
     return (m_luxAlgorithmTuning.enableLuxCompensation == TRUE)
                ? exposurearithmetic::IndexByFloatRatio(rSet.exposure, m_luxAlgorithmTuning.refExposureForLuxIndexZero)
                : rSet.indx;
@@ -108,5 +108,5 @@ FLOAT CAnalyzerAlgorithm001::PreflashInfluence(const KIROAnalyzerOutput& rAnalyz
         return luxindex::NoInfluence;
     }
     return luxindex::FlashInfluence(rAnalyzer.luma, static_cast<FLOAT>(rAnalyzer.sensitivity), pOffFrame->averageLuma,
-                                    static_cast<FLOAT>(pOffFrame->exposureSets[ReferenceExposure()].exposure));
+                                    static_cast<FLOAT>(pOffFrame->exposureSets[ReferenceType()].exposure));
 }

@@ -25,7 +25,7 @@ private:
         FLOAT  filterinFactor;              ///< share of the previous index
     };
 
-    AECAlgoExposureType ReferenceExposure() const;
+    AECAlgoExposureType ReferenceType() const;
     FLOAT               BaseIndex() const;
     VOID  PublishRatio(KIROTriggerType trigger, const kirometeringstatscalculator::StatsCalculatorType& rCalculator,
                        const CHAR* pDescription) const;

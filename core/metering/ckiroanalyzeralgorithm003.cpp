@@ -63,8 +63,8 @@ bool CAnalyzerAlgorithm003::HasParameters() const
                                  m_pAlgorithmTuning->extensionParametersCount) >= ParameterCount;
 }
 
-/// The delay is read here and published later, so each run adds its parameter once more: the reader of the trigger
-/// counts on it.
+/// The delay is read here and published later, so each run adds its parameter once more. Published without the
+/// sum, the delay would no longer grow from run to run, and the largest share of e1 would change.
 PrecisionFlashTimes CAnalyzerAlgorithm003::ReadTimes()
 {
     PrecisionFlashTimes times{Param(MaxExpoTime), Param(MiniFlashTime),

@@ -28,7 +28,8 @@ private:
     const kirometeringsceneanalyzer::GeneralAnalyzerComponentType* m_pTuning;
     IKIROContextManager*                                           m_pContextManager;
 
-    // One of each per calculator. The trees keep their places from frame to frame; values and weights are this frame's.
+    // One of each per calculator. The trees remember their zones from frame to frame; values and weights are
+    // this frame's.
     TavoObjects<CKIROOneFloatXML> m_trigValues;
     TavoObjects<CKIROOneFloatXML> m_trigWeights;
     TavoArray<FLOAT>              m_pValues;

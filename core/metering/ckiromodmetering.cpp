@@ -232,9 +232,9 @@ VOID CKIROMetering::CollectAnalyzerOutputs(KIROMeteringOutput& rOutput) const
         {
             continue;
         }
-        const AECAlgoExposureType type    = rAnalyzers.type[id];
-        const bool                isKnown = type == AECAlgoExposureShort || type == AECAlgoExposureLong;
-        rOutput.exposures[isKnown ? type : AECAlgoExposureSafe] = rAnalyzers.sensitivities[id];
+        const AECAlgoExposureType type          = rAnalyzers.type[id];
+        const bool                isShortOrLong = type == AECAlgoExposureShort || type == AECAlgoExposureLong;
+        rOutput.exposures[isShortOrLong ? type : AECAlgoExposureSafe] = rAnalyzers.sensitivities[id];
         STATS_LOG_TRACE("analyzerMgrOutput [%d] Type %d, Conf %.2f, Si %llu", id, type, rAnalyzers.confidences[id],
                         rAnalyzers.sensitivities[id]);
     }

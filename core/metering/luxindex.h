@@ -1,5 +1,5 @@
 /// @file
-/// The lux index and the influence of the LED, worked out of numbers alone.
+/// The lux index and the influence of the LED, worked out from numbers alone.
 ///
 /// Indices count steps of 3 percent; a lux index falls as light grows. Exposures are linear.
 #pragma once
@@ -12,7 +12,7 @@ namespace luxindex
 /// The LED takes no light away.
 constexpr FLOAT NoInfluence = 1.0f;
 
-/// @return how far the index of the exposure that brings the luma to its target is from that of the luma
+/// @return index steps from the exposure that the luma was measured at to the one that would bring it to its target
 FLOAT StepsToTarget(FLOAT luma, FLOAT target);
 
 /// The lux index of a flash snapshot.

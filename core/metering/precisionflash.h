@@ -28,9 +28,9 @@ struct PrecisionFlashScene
 /// Limits to the parts, all in one unit of time.
 struct PrecisionFlashTimes
 {
-    FLOAT maxExpoTime;  ///< of both parts together
-    FLOAT miniFlashTime;
-    FLOAT flashDelayTime;
+    FLOAT maxExpoTime;     ///< of both parts together
+    FLOAT miniFlashTime;   ///< shortest time of the part with LED
+    FLOAT flashDelayTime;  ///< from the start of the exposure until the LED may end
 };
 
 /// Limits to e1 as a share of e1 + e2, both excluded.

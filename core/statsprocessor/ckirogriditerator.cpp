@@ -151,8 +151,8 @@ bool CKIROGridIterator::FillTables(const Geometry& rGeometry, const KIROSubsampl
 }
 
 /// Fills in where the active cells of the tile lie.
-/// @param rLastOffset receives the last one's place, not narrowed
-/// @return false for a tile of too many
+/// @param rLastOffset receives the last one's offset in regions, in 64 bits; untouched without active cells
+/// @return false, with a log, for a tile with too many active cells
 bool CKIROGridIterator::PlaceCells(const KIROSubsamplingInfo& rTile, UINT64& rLastOffset)
 {
     for (UINT32 row = 0; row < rTile.height; ++row)
@@ -178,7 +178,7 @@ bool CKIROGridIterator::PlaceCells(const KIROSubsamplingInfo& rTile, UINT64& rLa
     return true;
 }
 
-/// @return whether the last cell of the last block lies behind the channel
+/// @return whether the last cell of the last block lies beyond the channel's last region; logs if so
 bool CKIROGridIterator::LeavesGrid(const Geometry& rGeometry, const KIROSubsamplingInfo& rTile,
                                    const BlockGrid& rBlocks, UINT64 lastOffset) const
 {

@@ -57,11 +57,12 @@ private:
     INT32 FindProcStatsChannel(const CHAR* pName) const;
     INT32 ValidateInputParam(const CHAR* pName, const StartEndType* pRange) const;
 
+    /// The mean luma of the samples from a part of one bin to a part of another.
     /// @param clamp limit to the luma of a bin
     static FLOAT MeanLuma(const KIROCntStatsOut& rStats, const PartialBin& rFirst, const PartialBin& rLast,
                           FLOAT clamp);
 
-    /// @return one weight per bin; of a table that is not there, all but the first are 0
+    /// @return one weight per bin; without a table only bin 0 has any
     const FLOAT* WeightsOf(INT32 metHistID) const;
 
     IKIROContextManager& m_rContextManager;

@@ -168,7 +168,7 @@ TEST(Reload, CamerasGoOnLikeNewOnes)
 
 TEST(Reload, ModulesMayGoAndComeBack)
 {
-    for (const auto& rModule : ModulesOf(TuningText(1)))
+    for (const auto& rModule : ModulesOf(TextOfTuning(1)))
     {
         SCOPED_TRACE(rModule.second);
         RunReloads({{2, rModule.second}, {3}}, true);

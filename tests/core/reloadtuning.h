@@ -36,7 +36,7 @@ inline constexpr INT32 MapID        = 40;
 inline constexpr UINT32 QuickVersion = 9;
 
 /// A tuning of whole frames. Each module has something that tells the versions apart.
-inline std::string TuningText(UINT32 version)
+inline std::string TextOfTuning(UINT32 version)
 {
     const auto id = [version](INT32 first) { return std::to_string(first + static_cast<INT32>(version)); };
 
@@ -152,7 +152,7 @@ public:
 
     VOID Write(const Content& rContent)
     {
-        std::string text = TuningText(rContent.version);
+        std::string text = TextOfTuning(rContent.version);
         text             = rContent.without.empty() ? text : Without(text, rContent.without);
         std::vector<BYTE> bytes =
             tuningfile::WriteBinary(tuningfile::ParseText(text, "reload.yaml"), tuningfile::NewestVersion);

@@ -10,6 +10,14 @@ namespace recording
 namespace
 {
 
+/// Payloads whose bytes do not say all: AddressedParam writes them.
+template <typename Payload> constexpr bool HoldsAddresses()
+{
+    return std::is_same_v<Payload, StatsTuningData> || std::is_same_v<Payload, AECAlgoROIList> ||
+           std::is_same_v<Payload, AECAlgoFlashCalibrationData> || std::is_same_v<Payload, StatsPeerInfoCombo> ||
+           std::is_same_v<Payload, KIROFICBlobHead>;
+}
+
 /// Numbers and enumerations count as the record of one; payloads with addresses have none.
 template <typename Payload> constexpr const tuning::RecordDescription* RecordOf()
 {
@@ -19,14 +27,13 @@ template <typename Payload> constexpr const tuning::RecordDescription* RecordOf(
         static_assert(sizeof(Payload) == sizeof(Number));
         return &tuning::DescriptionOf<Number>();
     }
-    else if constexpr (requires { TuningRecordOf(static_cast<const Payload*>(nullptr)); } &&
-                       !std::is_same_v<Payload, StatsPeerInfoCombo>)
+    else if constexpr (HoldsAddresses<Payload>())
     {
-        return &tuning::DescriptionOf<Payload>();
+        return nullptr;
     }
     else
     {
-        return nullptr;
+        return &tuning::DescriptionOf<Payload>();
     }
 }
 

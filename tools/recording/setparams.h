@@ -119,8 +119,10 @@ template <typename A> VOID AddressedParam(A& rInputs, AECAlgoSetParam& rParam)
     case AECAlgoSetParamPeerInfo:
         PeerInfo(rInputs, *static_cast<StatsPeerInfoCombo*>(rParam.pAECSetParam));
         break;
-    default:
+    case AECAlgoSetParamFlashInlineCalibrationData:
         LearnedColour(rInputs, rParam.pAECSetParam);
+        break;
+    default:
         break;
     }
 }
