@@ -123,15 +123,14 @@ KiroResult CKIROContextManager::SetPipelineDelay(const UINT8& rNew, const CHAR* 
 
 KiroResult CKIROContextManager::SetPeerInfo(const StatsPeerInfoCombo& rNew, const CHAR*)
 {
-    const auto& rPeers = rNew;
-    STATS_LOG_TRACE("AEC need sync: %d", rPeers.needSync);
+    STATS_LOG_TRACE("AEC need sync: %d", rNew.needSync);
     for (UINT32 index = 0; index < StatsPeerCountMax; ++index)
     {
-        STATS_LOG_TRACE("PeerPipeline:%d CamID:%d Active:%d Role:%d PeerInfo:%p", index, rPeers.cameraId[index],
-                        rPeers.isActive[index], rPeers.algoRole[index], rPeers.peerInfo[index]);
+        STATS_LOG_TRACE("PeerPipeline:%d CamID:%d Active:%d Role:%d PeerInfo:%p", index, rNew.cameraId[index],
+                        rNew.isActive[index], rNew.algoRole[index], rNew.peerInfo[index]);
     }
     VOID* pPeerInfo = nullptr;
-    if (CKIROCtrlCoreCommon::MapMultiCamPeerInfo(&rPeers, m_setInputData.cameraInfo, m_tuningData, pPeerInfo) == TRUE)
+    if (CKIROCtrlCoreCommon::MapMultiCamPeerInfo(&rNew, m_setInputData.cameraInfo, m_tuningData, pPeerInfo) == TRUE)
     {
         m_setInputData.pPeerInfo = pPeerInfo;
         m_pCamSync->setPeerInfo(pPeerInfo);

@@ -18,7 +18,7 @@ const CHAR* TrueOrFalse(BOOL value)
 KiroResult CKIROContextManager::SetOperationMode(const AECAlgoOperationModeType& rNew, const CHAR* pName)
 {
     // An invalid mode leaves the mode as it is and does not fail the call.
-    (VOID) SetAlgoOpMode(static_cast<AECAlgoOperationModeType>(rNew));
+    (VOID) SetAlgoOpMode(rNew);
     STATS_LOG_TRACE("%s - %d", pName, m_setInputData.opMode);
     return 0;
 }
@@ -31,35 +31,32 @@ KiroResult CKIROContextManager::SetTunaraData(const StatsTuningData& rNew, const
 
 KiroResult CKIROContextManager::SetMeteringMode(const AECAlgoMeteringModeType& rNew, const CHAR* pName)
 {
-    const auto mode = rNew;
-    if (m_setInputData.mtrMode != mode)
+    if (m_setInputData.mtrMode != rNew)
     {
-        m_setInputData.mtrMode = mode;
+        m_setInputData.mtrMode = rNew;
         m_bResetFrameSkip      = TRUE;
-        STATS_LOG_TRACE("%s - %d", pName, mode);
+        STATS_LOG_TRACE("%s - %d", pName, rNew);
     }
     return 0;
 }
 
 KiroResult CKIROContextManager::SetExposureCompensation(const INT32& rNew, const CHAR*)
 {
-    const INT32 value = rNew;
-    if (m_setInputData.evContext.evUIVal == value)
+    if (m_setInputData.evContext.evUIVal == rNew)
     {
         return 0;
     }
     m_bResetFrameSkip = TRUE;
-    return SetEVVal(value);
+    return SetEVVal(rNew);
 }
 
 KiroResult CKIROContextManager::SetFlickerCompensation(const StatisticsAntibanding& rNew, const CHAR* pName)
 {
-    const auto mode = rNew;
-    if (mode != StatisticsAntibandingAuto && mode != m_setInputData.flickerComp)
+    if (rNew != StatisticsAntibandingAuto && rNew != m_setInputData.flickerComp)
     {
-        m_setInputData.flickerComp = mode;
+        m_setInputData.flickerComp = rNew;
         m_bResetFrameSkip          = TRUE;
-        STATS_LOG_TRACE("%s - %d", pName, mode);
+        STATS_LOG_TRACE("%s - %d", pName, rNew);
     }
     return 0;
 }
@@ -108,11 +105,10 @@ KiroResult CKIROContextManager::SetFPSRange(const AECAlgoFPSRange& rNew, const C
 
 KiroResult CKIROContextManager::SetLEDMode(const AECAlgoLEDModeType& rNew, const CHAR* pName)
 {
-    const auto mode = rNew;
-    if (m_setInputData.LEDMode != mode)
+    if (m_setInputData.LEDMode != rNew)
     {
-        m_setInputData.LEDMode = mode;
-        STATS_LOG_TRACE("%s - %d", pName, mode);
+        m_setInputData.LEDMode = rNew;
+        STATS_LOG_TRACE("%s - %d", pName, rNew);
     }
     return 0;
 }
@@ -180,38 +176,35 @@ KiroResult CKIROContextManager::SetCropWindow(const StatsRectangle& rNew, const 
 
 KiroResult CKIROContextManager::SetMultiExpSensorMode(const AECAlgoHDRType& rNew, const CHAR* pName)
 {
-    const auto type = rNew;
-    if (m_setInputData.HDRType != type)
+    if (m_setInputData.HDRType != rNew)
     {
-        m_setInputData.HDRType   = type;
-        m_setInputData.b3HDRMode = (type == SensorHDR) ? TRUE : FALSE;
+        m_setInputData.HDRType   = rNew;
+        m_setInputData.b3HDRMode = (rNew == SensorHDR) ? TRUE : FALSE;
         m_bResetFrameSkip        = TRUE;
-        STATS_LOG_TRACE("%s - %d", pName, type);
+        STATS_LOG_TRACE("%s - %d", pName, rNew);
     }
     return 0;
 }
 
 KiroResult CKIROContextManager::SetControlPostRawSensitivityBoost(const INT32& rNew, const CHAR* pName)
 {
-    const INT32 gain = rNew;
-    if (m_setInputData.postRawGain != gain)
+    if (m_setInputData.postRawGain != rNew)
     {
-        m_setInputData.postRawGain    = gain;
+        m_setInputData.postRawGain    = rNew;
         m_setInputData.postRawCounter = m_setInputData.systemLatency;
         m_bResetFrameSkip             = TRUE;
-        STATS_LOG_TRACE("%s - %d", pName, gain);
+        STATS_LOG_TRACE("%s - %d", pName, rNew);
     }
     return 0;
 }
 
 KiroResult CKIROContextManager::SetDisableADRC(const BOOL& rNew, const CHAR* pName)
 {
-    const BOOL value = rNew;
-    if (m_setInputData.bDisableADRC != value)
+    if (m_setInputData.bDisableADRC != rNew)
     {
-        m_setInputData.bDisableADRC = value;
+        m_setInputData.bDisableADRC = rNew;
         m_bResetFrameSkip           = TRUE;
-        STATS_LOG_TRACE("%s - %d", pName, value);
+        STATS_LOG_TRACE("%s - %d", pName, rNew);
     }
     return 0;
 }

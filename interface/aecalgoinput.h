@@ -8,7 +8,9 @@
 
 #include "interface/aecalgosensordata.h"
 #include "interface/aecalgosettings.h"
+#include "interface/kiroexposure.h"
 #include "platform/tavotypes.h"
+#include "schema/kiroenums.h"
 
 /// The user's exposure compensation, kept by AECAlgoSetParamExposureCompensation.
 struct EVContext

@@ -12,8 +12,8 @@
 #include "platform/tavotypes.h"
 #include "schema/kiroenums.h"
 
-/// All banks in the order of their IDs, with the payload of each, which begins with its data ID. The payload's header
-/// is that of its namespace in schema/.
+/// All banks in the order of their IDs, with the payload of each, which begins with its data ID. schema/<namespace>.h
+/// declares the payload.
 #define KIRO_BANKS(TUNED, VALUES)                                                                                      \
     TUNED(BankIDROITable, kirodbroi::DBROIPayload)                                                                     \
     TUNED(BankIDMetering2D, kirodb2dmeterweight::DBMeter2DWeightPayload)                                               \

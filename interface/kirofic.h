@@ -29,13 +29,14 @@ constexpr UINT32 KIROFICKneeCountMax = 16;
 /// Zones.
 constexpr UINT32 KIROFICZoneCountMax = 16;
 
-/// What a blob begins with.
+/// What a blob begins with. A blob may stand at any address.
 struct KIROFICBlobHead
 {
     UINT8 rawDataCount[2];  ///< samples, the low byte first
     UINT8 numOfKnees;       ///< knees
     UINT8 numOfZones;       ///< zones
 };
+static_assert(sizeof(KIROFICBlobHead) == 4 && alignof(KIROFICBlobHead) == 1);
 
 /// Whether the colour of a knee has been learned.
 enum KIROFICConfType : INT32

@@ -3,6 +3,8 @@
 #pragma once
 
 #include "interface/aecalgoinput.h"
+#include "interface/kirofic.h"
+#include "interface/statstuningdata.h"
 #include "schema/tuningrecord.h"
 
 /// What pAECSetParam points to. The payload is read during the call and copied. One that is smaller than its type is
@@ -94,7 +96,8 @@ enum AECAlgoSetParamType : INT32
     AECAlgoSetParamMax                            = 51   ///< above all types; ignored
 };
 
-/// The settings that the core takes, each with its payload: SETTING(type, payload) is refused if sizeOfAECSetParam is
+/// The settings that the core takes, by their names without AECAlgoSetParam, each with its payload: SETTING(type,
+/// payload) is refused if sizeOfAECSetParam is
 /// below the payload's size, UNSIZED(type, payload) goes by its content alone, and of UNREAD(type, bytes) only that
 /// size is checked. Types that are not listed are ignored. docs/architecture.md has the places of a new setting.
 #define AEC_SET_PARAMS(SETTING, UNSIZED, UNREAD)                                                                       \

@@ -9,7 +9,7 @@
 inline constexpr tuning::Enumerator AECAlgoExposureEnumerators[AECAlgoExposureCount] = {
     {"short", AECAlgoExposureShort}, {"long", AECAlgoExposureLong}, {"safe", AECAlgoExposureSafe}};
 
-/// The same, as a row refers to them.
+/// The same, in the form that a row points to.
 inline constexpr tuning::EnumDescription AECAlgoExposureNames = {"AECAlgoExposureType", AECAlgoExposureEnumerators,
                                                                  AECAlgoExposureCount};
 

@@ -123,7 +123,8 @@ constexpr bool IsLeafZone()
            rZone.size == sizeof(StartEndType) + sizeof(CoreRecord);
 }
 
-// A zone of a tree over triggers, the name of a record of its own: its trigger range, and what stands in it.
+// Each declares the record of a zone of a tree over triggers, and its table: the range of the trigger, then what stands
+// in the zone.
 
 /// Of the last level. @param Core the record, or the number, that the zone yields
 #define LEAF_ZONE(Name, Core, field)                                                                                   \

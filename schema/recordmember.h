@@ -1,5 +1,5 @@
 /// @file
-/// What the table of a record says: its rows, and what is told by them.
+/// What the table of a record says: its rows, and what follows from them.
 #pragma once
 
 #include <cstddef>
@@ -36,7 +36,7 @@ enum class Form : UINT8
     Fixed,      ///< array of RecordMember::count values
     Variable,   ///< <name>Count, <name>ID and a pointer to <name>Count values
     Optional,   ///< <name>Count (0 or 1), <name>ID and one value
-    EntryID     ///< SymbolTableID: kept by the store, not part of a file
+    EntryID     ///< SymbolTableID, which the store keeps, or an address: not part of a file
 };
 
 struct Enumerator

@@ -115,7 +115,8 @@ MemberValues<Byte> ValuesOf(const RecordMember& rMember, Byte* pRecord)
     return {pArray, (pArray != nullptr) ? count : 0};
 }
 
-/// Gives a member with a count that many values. @param pArray of a Variable member, for count values; the record's
+/// Gives a member with a count that many values. @param pArray of a Variable member: room for count values, which the
+/// record refers to from now on
 inline MemberValues<BYTE> SetCount(const RecordMember& rMember, BYTE* pRecord, UINT32 count, VOID* pArray)
 {
     Store(pRecord + rMember.countOffset, count);

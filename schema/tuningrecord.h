@@ -108,7 +108,7 @@ constexpr RecordMember DescribeNumber(const CHAR* pName, size_t offset)
                                 std::is_array_v<Field> ? std::extent_v<Field> : 1, offset);
 }
 
-/// ADDRESS: what it points to belongs to no record.
+/// ADDRESS: not stored; what it points to is no part of the record. Type and form stay: recordings check them.
 template <typename Field>
 constexpr RecordMember DescribeAddress(const CHAR* pName, size_t offset)
 {

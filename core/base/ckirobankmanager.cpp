@@ -8,16 +8,6 @@
 #include "core/base/tuningaccess.h"
 #include "interface/kiroresults.h"
 
-using kirodbarbitrationlut::DBArbitrationLUTPayload;
-using kirodbarbitrationorder::DBArbitrationOrderPayload;
-using kirodbarbitrationrange::DBArbitrationRangePayload;
-using kirodbarbitrationtable::DBArbitrationTablePayload;
-using kirodbconvactivescd::DBConvActiveSCDPayload;
-using kirodbconvbase::DBConvBasePayload;
-using kirodbconvsettle::DBConvSettlePayload;
-using kirodbconvstretch::DBConvStretchPayload;
-using kirodbsnapshot::DBSnapshotPayload;
-
 namespace
 {
 
@@ -41,6 +31,20 @@ constexpr BankDescription BankDescriptions[] = {
 #undef BANK
 };
 static_assert(std::size(BankDescriptions) == BankCount);
+static_assert(
+    []
+    {
+        INT32 next = 0;
+        for (const BankDescription& rDescription : BankDescriptions)
+        {
+            if (rDescription.bankID != next++)
+            {
+                return false;
+            }
+        }
+        return true;
+    }(),
+    "banks are listed in the order of their IDs");
 
 }  // namespace
 

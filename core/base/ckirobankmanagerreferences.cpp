@@ -1,4 +1,4 @@
-// References of the tuning to an entry of a bank, resolved into a number or a range.
+// References of the tuning to an entry of a bank: resolved into a number or a range, and written.
 
 #include "core/base/ckirobankmanager.h"
 #include "core/base/kirolog.h"
@@ -22,15 +22,19 @@ StartEnd RangeOf(const DBROIPayload& rPayload)
     return {rPayload.weight, rPayload.weight};
 }
 
-/// @return 0, or 4 for an entry that is not there: then the value stays
+/// @return 0, or ResultInvalidArgument for an entry that is not there: then the value stays
 template <typename Payload> KiroResult TakeRange(const Payload* pPayload, StartEnd& rValue)
 {
-    rValue = (pPayload != nullptr) ? RangeOf(*pPayload) : rValue;
-    return (pPayload != nullptr) ? 0 : ResultInvalidArgument;
+    if (pPayload == nullptr)
+    {
+        return ResultInvalidArgument;
+    }
+    rValue = RangeOf(*pPayload);
+    return 0;
 }
 
 /// @param ppDescription may be null
-/// @return 0, or 1 for an entry that is not there: then value and description stay
+/// @return 0, or ResultFailed for an entry that is not there: then value and description stay
 template <typename Payload> KiroResult TakeNumber(const Payload* pPayload, FLOAT& rValue, CHAR** ppDescription)
 {
     if (pPayload == nullptr)

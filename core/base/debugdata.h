@@ -11,7 +11,7 @@ namespace debugdata
 /// Copies at most AECDebugNameLength characters; the rest is zero. A null text is empty.
 VOID SetName(CHAR (&rName)[AECDebugNameLength], const CHAR* pText);
 
-/// Cut to 16 bits; what is below -1 is -1.
+/// @return the ID, limited to -1 to 32767
 INT16 DataID(INT32 dataID);
 
 AECDebugBank          Bank(const DataBankType& rBank);

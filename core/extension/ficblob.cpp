@@ -8,7 +8,7 @@
 namespace
 {
 
-constexpr UINT32 HeaderSize    = 4;
+constexpr UINT32 HeaderSize    = sizeof(KIROFICBlobHead);
 constexpr UINT32 SampleSize    = 16;
 constexpr UINT32 KneeSize      = 24;
 constexpr UINT32 ZoneSize      = 4;

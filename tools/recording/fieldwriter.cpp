@@ -5,7 +5,6 @@
 #include <cstring>
 #include <fmt/format.h>
 
-using tuning::Load;
 using tuning::ValueType;
 
 namespace recording
@@ -15,6 +14,8 @@ static_assert(std::endian::native == std::endian::little, "values go into files 
 
 namespace
 {
+
+using tuning::Load;
 
 std::string EnumText(INT32 value, const tuning::EnumDescription& rEnum)
 {

@@ -20,6 +20,7 @@
 #include "schema/kirodbsnapshot.h"
 #include "schema/kirodbstatscalculator.h"
 #include "schema/kiroflash.h"
+#include "schema/namehash.h"
 
 using kirodbarbitrationtable::ExposureTableType;
 
@@ -52,6 +53,7 @@ const tuning::RecordDescription* PayloadOf(KIROBankIDType bank)
         KIRO_BANKS(BANK, BANK)
 #undef BANK
     };
+    static_assert(std::size(payloads) == BankIDMax);
     return (static_cast<UINT32>(bank) < std::size(payloads)) ? payloads[bank] : nullptr;
 }
 
