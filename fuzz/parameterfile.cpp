@@ -66,6 +66,7 @@ VOID Visit(ParameterSetManager& rManager, std::mt19937_64& rRandom)
     for (UINT32 table = 0; table < tables; ++table)
     {
         const BYTE tableIndex = static_cast<BYTE>(table);
+        user.UseBranch(tableIndex, {Selector(ModeType::Default, 0)});
         user.UseBranch(tableIndex,
                        {Selector(ModeType::Default, 0), Selector(ModeType::Sensor, 0), Selector(ModeType::Usecase, 2),
                         Selector(ModeType::Feature1, 2), Selector(ModeType::Feature2, 1), Selector(ModeType::Scene, 0),

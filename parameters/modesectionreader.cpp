@@ -27,8 +27,8 @@ bool ModeSectionReader::Read(const BYTE* pBuffer, UINT64 length, ParameterBinary
         return true;
     }
 
-    // A fault in an early section does not fail the load if a later one is clean: to refuse such a file would take the
-    // sound tables away, too.
+    // A fault in an early section does not fail the load if a later one is clean: the last section that is parsed
+    // decides. If an earlier fault counted, files that load today would be refused.
     bool   result    = true;
     UINT64 remaining = (pFile != nullptr) ? pFile->Length() : length;
     for (const SectionInfo& rSection : rSections)

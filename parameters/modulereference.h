@@ -18,7 +18,7 @@ struct ModuleReference
     {
     }
 
-    /// Counts one more user. Users that never give back, of which there are, must not wrap the count: at its top it
+    /// Counts one more user. There are users that never give back, and they must not wrap the count: at its top it
     /// stays for good.
     VOID AddUser();
 

@@ -1,6 +1,7 @@
 /// Reading of the tables when a file is loaded.
 #include "parameters/parameterfilesymboltable.h"
 
+#include <memory>
 #include <new>
 #include <utility>
 #include <vector>

@@ -95,7 +95,7 @@ public:
     }
 
     /// An index out of range gives a spare value, one for all lists of T: reads see a zero value unless somebody wrote
-    /// there. So a loop with the count of another list reads zeros, where it would else read foreign memory.
+    /// there. So a loop with the count of another list reads zeros, where it would otherwise read foreign memory.
     T& operator[](UINT32 index)
     {
         return (index < m_count) ? m_list[index] : Spare();

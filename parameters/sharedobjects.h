@@ -46,7 +46,7 @@ public:
     /// What an object is known by.
     struct Key
     {
-        const VOID* pTable;  ///< of the two tables of a file the one that the group is of
+        const VOID* pTable;  ///< the file's table that has the group
         UINT32      group;   ///< of entries with the same block
         ReadingSite site;
         UINT32      count;  ///< of the values in it; an object of another size does not serve
@@ -64,7 +64,7 @@ public:
     /// @return whether the caller has to free the object: it was the last reference, or the object was never shared
     bool Release(VOID* pObject);
 
-    /// @return how many there are. Not beside the other operations
+    /// @return how many there are. Not while another thread calls
     size_t Count() const
     {
         return m_dupEntries.size();

@@ -31,7 +31,7 @@ add_room(kiro_parameters
     parameters/parameterfilesymboltable_load.cpp
     parameters/parameterfilesymboltableentry.cpp
     parameters/parameterlogging.cpp
-    parameters/parametermemberreaders.cpp
+    parameters/parameternumberreaders.cpp
     parameters/parameterstructurereaders.cpp
     parameters/parametertextreaders.cpp
     parameters/parametermodetable.cpp

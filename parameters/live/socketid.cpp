@@ -59,8 +59,8 @@ VOID SocketAddress::SetupSocket(AddrType addressType, UINT16 addressPort)
         std::snprintf(text, sizeof(text), "0x%x", port);
         return;
     }
-    // An abstract name begins with a NUL, and this one has another at its end: without it it is another address, where
-    // no tool looks.
+    // An abstract name begins with a NUL, and this one has another at its end: without that one the address is another,
+    // where no tool looks.
     std::snprintf(text, sizeof(text), "#Vernier%x", port);
     address.local.sun_family = AF_UNIX;
     std::memcpy(address.local.sun_path, text, sizeof(address.local.sun_path));

@@ -1,7 +1,9 @@
 // What a host's settings become: stored values, and whether the host restarts its frame skipping.
 
+#include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "core/extension/ckirocamsync.h"
 #include "interface/ckiroctrlcorecommon.h"

@@ -1,9 +1,13 @@
 #include "tests/parameters/ondemandfixture.h"
 
 #include <algorithm>
+#include <memory>
 #include <mutex>
 #include <numeric>
 #include <thread>
+#include <tuple>
+#include <utility>
+#include <vector>
 
 namespace
 {

@@ -1,7 +1,10 @@
 #include "tests/parameters/ondemandfixture.h"
 
+#include <chrono>
 #include <filesystem>
 #include <functional>
+#include <utility>
+#include <vector>
 
 namespace
 {

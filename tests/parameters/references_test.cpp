@@ -1,6 +1,7 @@
 #include "tests/parameters/ondemandfixture.h"
 
 #include <limits>
+#include <memory>
 
 namespace
 {

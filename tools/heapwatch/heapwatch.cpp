@@ -95,6 +95,7 @@ extern "C"
 {
     VOID* __libc_malloc(size_t size);
     VOID* __libc_calloc(size_t count, size_t size);
+    VOID* __libc_realloc(VOID* pMemory, size_t size);
     VOID* __libc_memalign(size_t alignment, size_t size);
     VOID  __libc_free(VOID* pMemory);
 }
@@ -173,13 +174,9 @@ extern "C"
         }
     }
 
-    TAVO_VISIBLE VOID* realloc(VOID* pMemory, size_t size) noexcept
+    /// An aligned block, or none, becomes one with a header right behind what the C library gives.
+    static VOID* Moved(VOID* pMemory, size_t size)
     {
-        if (pMemory != nullptr && size == 0)
-        {
-            free(pMemory);
-            return nullptr;
-        }
         VOID* const pMoved = malloc(size);
         if (pMoved != nullptr && pMemory != nullptr)
         {
@@ -187,6 +184,26 @@ extern "C"
             free(pMemory);
         }
         return pMoved;
+    }
+
+    TAVO_VISIBLE VOID* realloc(VOID* pMemory, size_t size) noexcept
+    {
+        if (pMemory != nullptr && size == 0)
+        {
+            free(pMemory);
+            return nullptr;
+        }
+        if (pMemory == nullptr || HeaderOf(pMemory)->offset != sizeof(Header))
+        {
+            return Moved(pMemory, size);
+        }
+        const size_t oldSize = SizeOf(pMemory);
+        VOID* const  pWhole  = __libc_realloc(HeaderOf(pMemory), WithHeader(size, sizeof(Header)));
+        if (pWhole != nullptr)
+        {
+            Count(-static_cast<INT64>(oldSize));
+        }
+        return Block(pWhole, size, sizeof(Header));
     }
 
     TAVO_VISIBLE VOID* aligned_alloc(size_t alignment, size_t size) noexcept

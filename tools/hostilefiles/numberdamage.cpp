@@ -17,7 +17,7 @@ using tuningfile::LoadInteger;
 using tuningfile::StoreInteger;
 
 constexpr size_t VersionOffset = BinaryFileFormat::HeaderTagSize + sizeof(UINT32);
-constexpr size_t SmallestFile  = VersionOffset + 2 * sizeof(UINT64);  ///< that is worth the trouble
+constexpr size_t SmallestFile  = VersionOffset + 2 * sizeof(UINT64);  ///< with a header and a checksum
 constexpr size_t SectionsEnd   = 320;   ///< header and section table of a file of a few sections
 constexpr size_t TablesEnd     = 4096;  ///< in files of a few modes, most tables of the format stand below
 

@@ -1,5 +1,7 @@
 #include "tools/hostilefiles/storeuser.h"
 
+#include <string>
+
 #include "parameters/modeentry.h"
 #include "parameters/tablemodule.h"
 #include "tools/hostilefiles/recordreader.h"
@@ -59,12 +61,31 @@ VOID StoreUser::UseBranch(BYTE table, const std::vector<TuningMode>& rBranch)
     {
         m_rStore.ReleaseModule(pModule);
     }
+    AskOfEachModule(table, rBranch);
     (VOID) m_rStore.GetActiveModes(table, m_questions.Answer(), TextQuestions::AnswerSize);
     (VOID) m_rStore.GetChildModes(table, "0.0", m_questions.Answer(), TextQuestions::AnswerSize);
     if (m_plan.loadsModes && m_rRandom() % 2 == 0)
     {
         (VOID) m_rStore.UnloadMode(table, rBranch.data(), count);
+        AskOfEachModule(table, rBranch);
     }
+}
+
+/// Those that the mode has from above, too: the text operations find them by their names.
+VOID StoreUser::AskOfEachModule(BYTE table, const std::vector<TuningMode>& rBranch)
+{
+    if (!m_plan.recordMax.has_value())
+    {
+        return;
+    }
+    PList<ParameterModule*> modules;
+    (VOID)
+        m_rStore.GetModules(table, modules, rBranch.data(), static_cast<UINT32>(rBranch.size()), true, true, nullptr);
+    for (UINT32 index = 0; index < modules.Count(); ++index)
+    {
+        m_questions.AskAll(table, rBranch, modules[index]->GetModuleName());
+    }
+    m_rStore.ReleaseModules(modules);
 }
 
 VOID StoreUser::UseModule(BYTE table, const std::vector<TuningMode>& rBranch, const tuning::ModuleDescription& rModule,
@@ -72,11 +93,7 @@ VOID StoreUser::UseModule(BYTE table, const std::vector<TuningMode>& rBranch, co
 {
     const VOID* pRecord = static_cast<TableModule&>(rLoaded).Record();
     m_sum += RecordReader().Read(*rModule.pRecord, static_cast<const BYTE*>(pRecord));
-    if (m_plan.recordMax.has_value())
-    {
-        m_questions.AskAll(table, rBranch, rModule.pName);
-    }
-    else
+    if (!m_plan.recordMax.has_value())
     {
         m_questions.AskOne(table, rBranch, rModule.pName, m_rRandom);
     }

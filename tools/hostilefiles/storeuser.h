@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 #include <random>
+#include <utility>
 #include <vector>
 
 #include "parameters/parametersetmanager.h"
@@ -16,9 +17,10 @@ namespace hostilefiles
 
 struct UsePlan
 {
-    bool                    loadsModes = false;  ///< and unloads some of them; otherwise they are as the load left them
-    std::optional<UINT32>   recordMax  = {};     ///< that are read as text; without it, a question here and there
-    std::function<UINT64()> complaints = {};     ///< of the store, so far; may be empty
+    bool                  loadsModes = false;  ///< and unloads some of them; otherwise they are as the load left them
+    std::optional<UINT32> recordMax =
+        {};  ///< that are read as text, of all modules; without it, a question here and there
+    std::function<UINT64()> complaints = {};  ///< of the store, so far; may be empty
 };
 
 struct UseFindings
@@ -64,6 +66,7 @@ private:
 
     VOID UseModule(BYTE table, const std::vector<TuningMode>& rBranch, const tuning::ModuleDescription& rModule,
                    ParameterModule& rLoaded);
+    VOID AskOfEachModule(BYTE table, const std::vector<TuningMode>& rBranch);
     bool IsModuleOf(BYTE table, const std::vector<TuningMode>& rBranch, const tuning::ModuleDescription& rModule);
 
     ParameterSetManager& m_rStore;

@@ -71,7 +71,7 @@ const SceneTable<Calibration>& CalibrationTable()
     static const SceneTable<Calibration> table(
         "a calibration", "kind of calibration",
         {{"absolute", {ReadAbsolute, {.pMembers = &AbsoluteTable()}}, "", "one module by itself"},
-         {"relative", {ReadRelative, {.pMembers = &RelativeTable()}}, "", "two modules before one scene"}});
+         {"relative", {ReadRelative, {.pMembers = &RelativeTable()}}, "", "two modules in front of one scene"}});
     return table;
 }
 

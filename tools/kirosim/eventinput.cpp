@@ -48,7 +48,7 @@ const SceneTable<ManualText>& ManualTable()
         {{"iso", Unsigned(&ManualText::iso, 1000000), "ISO", "sensitivity, for the mode of a manual ISO"},
          {"gain", Number(&ManualText::gain, 1e-3, 1e4), "linear", "for the mode of a manual gain"},
          {"timeUs", Number(&ManualText::time, 1.0, 1e7, nsPerUs), "us",
-          "exposure time, for the mode of a manual time; with gain the mode is full"}});
+          "exposure time, for the mode of a manual time; together with gain, both are set by hand"}});
     return table;
 }
 
@@ -88,7 +88,7 @@ const SceneTable<Event>& EventTable()
                                        {"60", StatisticsAntibanding60Hz}}),
           "", "mains frequency in Hz whose flicker exposure times avoid"},
          {"fps", Numbers<Event>(2, 0.1, 1000.0, SetFPS), "frames per second",
-          "lowest and highest frame rate that exposure times must allow"},
+          "lowest and highest frame rate; exposure times may last a period of the lowest"},
          {"manual", Made(&Event::manual, ReadManual, {.pMembers = &ManualTable()}), "",
           "what the user sets by hand; {} goes back to automatic"},
          {"hdr",
@@ -102,8 +102,9 @@ const SceneTable<Event>& EventTable()
           "a series of pictures, one value for each"},
          {"led",
           Choice(&Event::LEDMode, {{"off", AECAlgoLEDModeOff}, {"auto", AECAlgoLEDModeAuto}, {"on", AECAlgoLEDModeOn}}),
-          "", "whether pictures are taken with flash"},
-         {"camera", Choice(&Event::isForSecond, {{"first", false}, {"second", true}}), "", "whom the event is for"},
+          "", "the user's flash mode: decides the flags for flash and for LED assist, takes no picture"},
+         {"camera", Choice(&Event::isForSecond, {{"first", false}, {"second", true}}), "",
+          "which camera the event is for"},
          {"role", Choice(&Event::role, RoleChoices()), "", "what the camera is in its group from now on"},
          {"start", NewMap(&Event::start, StartTable()), "", "a new session begins"},
          {"CCT", Number(&Event::CCT, CCTMin, CCTMax), "K", "colour of the light from now on, for both cameras"}});

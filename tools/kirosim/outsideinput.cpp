@@ -26,7 +26,8 @@ const SceneTable<GyroPoint>& GyroPointTable()
     static const SceneTable<GyroPoint> table(
         "a point {time, rms}", "member of a gyro point",
         {{"time", Number(&GyroPoint::time, 0.0, SceneTimeMax), "s", "from when on the camera shakes so"},
-         {"rms", Number(&GyroPoint::rms, 0.0, shakeMax), "rad/s", "mean of the shake, up to the next point"}});
+         {"rms", Number(&GyroPoint::rms, 0.0, shakeMax), "rad/s",
+          "root mean square of the shake, up to the next point"}});
     return table;
 }
 

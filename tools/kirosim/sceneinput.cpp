@@ -117,7 +117,7 @@ const SceneTable<Scene>& WholeSceneTable()
     static const SceneTable<Scene> table(
         "a scene", "member of a scene",
         {{"name", Made(&Scene::name, ReadName), "", "what reports call the scene"},
-         {"fps", Number(&Scene::fps, 1.0, 1000.0), "frames per second", "the sensor's frame rate"},
+         {"fps", Number(&Scene::fps, 1.0, 1000.0), "frames per second", "frame rate, until an event gives a range"},
          {"frames", FramesValue(), "frames", "length of the run"},
          {"seed", Unsigned(&Scene::seed, ~0ULL), "", "of the sensor's noise"},
          {"lux", Number(&Scene::lux, 1e-3, 1e6), "lux", "mean light of the frame at 0 EV"},

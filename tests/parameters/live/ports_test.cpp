@@ -1,9 +1,13 @@
 // The address at which the service can be reached: where its port is taken, and where there is none.
+#include <algorithm>
 #include <cerrno>
 #include <deque>
+#include <functional>
 #include <initializer_list>
 #include <iterator>
 #include <optional>
+#include <string>
+#include <thread>
 
 #include <linux/filter.h>
 #include <linux/seccomp.h>

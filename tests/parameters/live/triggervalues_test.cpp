@@ -1,5 +1,8 @@
 /// Values of triggers, which a tool asks for and frames bring together.
 #include <ctime>
+#include <string>
+#include <tuple>
+#include <vector>
 
 #include "parameters/live/parametertriggervalues.h"
 #include "parameters/live/parametervernierworker.h"
