@@ -20,22 +20,7 @@ TUNING_RECORD(DBMeter2DWeightPayload)
     MEMBER(weights)
 TUNING_RECORD_END
 
-/// The module's record.
-struct KIRODB2DMeterWeightType
-{
-    UINT32                  SymbolTableID;
-    module_versionStruct    module_version;
-    parameter_versionStruct parameter_version;
-    TunaraBankDataType      dataBank;  ///< bankID is BankIDMetering2D
-    UINT32                  dataCount;
-    UINT32                  dataID;
-    DBMeter2DWeightPayload* data;  ///< at most 1000; the last one applies where no priority does
-};
-TUNING_RECORD(KIRODB2DMeterWeightType)
-    MODULE_HEADER
-    MEMBER(dataBank)
-    VARIABLE(data)
-TUNING_RECORD_END
+BANK_MODULE(KIRODB2DMeterWeightType, DBMeter2DWeightPayload)
 
 } // namespace kirodb2dmeterweight
 

@@ -22,22 +22,7 @@ TUNING_RECORD(DBActiveAnalyzersPayload)
     VARIABLE(analyzerID)
 TUNING_RECORD_END
 
-/// The module's record.
-struct KIRODBActiveAnalyzersType
-{
-    UINT32                    SymbolTableID;
-    module_versionStruct      module_version;
-    parameter_versionStruct   parameter_version;
-    TunaraBankDataType        dataBank;  ///< bankID is BankIDActiveAnalyzers
-    UINT32                    dataCount;
-    UINT32                    dataID;
-    DBActiveAnalyzersPayload* data;  ///< at most 1000; the last one applies where no priority does
-};
-TUNING_RECORD(KIRODBActiveAnalyzersType)
-    MODULE_HEADER
-    MEMBER(dataBank)
-    VARIABLE(data)
-TUNING_RECORD_END
+BANK_MODULE(KIRODBActiveAnalyzersType, DBActiveAnalyzersPayload)
 
 } // namespace kirodbactiveanalyzers
 

@@ -22,22 +22,7 @@ TUNING_RECORD(DBActiveCalculatorsPayload)
     VARIABLE(calculatorID)
 TUNING_RECORD_END
 
-/// The module's record.
-struct KIRODBActiveCalculatorsType
-{
-    UINT32                      SymbolTableID;
-    module_versionStruct        module_version;
-    parameter_versionStruct     parameter_version;
-    TunaraBankDataType          dataBank;  ///< bankID is BankIDActiveCalculators
-    UINT32                      dataCount;
-    UINT32                      dataID;
-    DBActiveCalculatorsPayload* data;  ///< at most 1000; the last one applies where no priority does
-};
-TUNING_RECORD(KIRODBActiveCalculatorsType)
-    MODULE_HEADER
-    MEMBER(dataBank)
-    VARIABLE(data)
-TUNING_RECORD_END
+BANK_MODULE(KIRODBActiveCalculatorsType, DBActiveCalculatorsPayload)
 
 } // namespace kirodbactivecalculators
 

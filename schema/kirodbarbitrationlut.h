@@ -128,21 +128,6 @@ TUNING_RECORD(DBArbitrationLUTPayload)
     MEMBER(value)
 TUNING_RECORD_END
 
-/// The module.
-struct KIRODBArbitrationLUTType
-{
-    UINT32                   SymbolTableID;
-    module_versionStruct     module_version;
-    parameter_versionStruct  parameter_version;
-    TunaraBankDataType       dataBank;  ///< BankIDArbitrationLUT and its selection by context
-    UINT32                   dataCount;
-    UINT32                   dataID;
-    DBArbitrationLUTPayload* data;      ///< the last entry is the fallback of the selection
-};
-TUNING_RECORD(KIRODBArbitrationLUTType)
-    MODULE_HEADER
-    MEMBER(dataBank)
-    VARIABLE(data)
-TUNING_RECORD_END
+BANK_MODULE(KIRODBArbitrationLUTType, DBArbitrationLUTPayload)
 
 } // namespace kirodbarbitrationlut

@@ -138,21 +138,6 @@ TUNING_RECORD(DBArbitrationOrderPayload)
     MEMBER(value)
 TUNING_RECORD_END
 
-/// The module.
-struct KIRODBArbitrationOrderType
-{
-    UINT32                     SymbolTableID;
-    module_versionStruct       module_version;
-    parameter_versionStruct    parameter_version;
-    TunaraBankDataType         dataBank;  ///< BankIDArbitrationOrder and its selection by context
-    UINT32                     dataCount;
-    UINT32                     dataID;
-    DBArbitrationOrderPayload* data;      ///< the last entry is the fallback of the selection
-};
-TUNING_RECORD(KIRODBArbitrationOrderType)
-    MODULE_HEADER
-    MEMBER(dataBank)
-    VARIABLE(data)
-TUNING_RECORD_END
+BANK_MODULE(KIRODBArbitrationOrderType, DBArbitrationOrderPayload)
 
 } // namespace kirodbarbitrationorder

@@ -124,21 +124,6 @@ TUNING_RECORD(DBArbitrationRangePayload)
     MEMBER(value)
 TUNING_RECORD_END
 
-/// The module.
-struct KIRODBArbitrationRangeType
-{
-    UINT32                     SymbolTableID;
-    module_versionStruct       module_version;
-    parameter_versionStruct    parameter_version;
-    TunaraBankDataType         dataBank;  ///< BankIDArbitrationRange and its selection by context
-    UINT32                     dataCount;
-    UINT32                     dataID;
-    DBArbitrationRangePayload* data;      ///< the last entry is the fallback of the selection
-};
-TUNING_RECORD(KIRODBArbitrationRangeType)
-    MODULE_HEADER
-    MEMBER(dataBank)
-    VARIABLE(data)
-TUNING_RECORD_END
+BANK_MODULE(KIRODBArbitrationRangeType, DBArbitrationRangePayload)
 
 } // namespace kirodbarbitrationrange

@@ -63,21 +63,6 @@ TUNING_RECORD(DBArbitrationTablePayload)
     MEMBER(value)
 TUNING_RECORD_END
 
-/// The module.
-struct KIRODBArbitrationTableType
-{
-    UINT32                     SymbolTableID;
-    module_versionStruct       module_version;
-    parameter_versionStruct    parameter_version;
-    TunaraBankDataType         dataBank;  ///< BankIDArbitrationTable and its selection by context
-    UINT32                     dataCount;
-    UINT32                     dataID;
-    DBArbitrationTablePayload* data;      ///< the last entry is the fallback of the selection
-};
-TUNING_RECORD(KIRODBArbitrationTableType)
-    MODULE_HEADER
-    MEMBER(dataBank)
-    VARIABLE(data)
-TUNING_RECORD_END
+BANK_MODULE(KIRODBArbitrationTableType, DBArbitrationTablePayload)
 
 } // namespace kirodbarbitrationtable

@@ -20,21 +20,6 @@ TUNING_RECORD(DBConvActiveSCDPayload)
     MEMBER(SCDID)
 TUNING_RECORD_END
 
-/// The module.
-struct KIRODBConvActiveSCDType
-{
-    UINT32                  SymbolTableID;
-    module_versionStruct    module_version;
-    parameter_versionStruct parameter_version;
-    TunaraBankDataType      dataBank;  ///< BankIDConvActiveSCD and its selection by context
-    UINT32                  dataCount;
-    UINT32                  dataID;
-    DBConvActiveSCDPayload* data;      ///< the last entry is the fallback of the selection
-};
-TUNING_RECORD(KIRODBConvActiveSCDType)
-    MODULE_HEADER
-    MEMBER(dataBank)
-    VARIABLE(data)
-TUNING_RECORD_END
+BANK_MODULE(KIRODBConvActiveSCDType, DBConvActiveSCDPayload)
 
 } // namespace kirodbconvactivescd

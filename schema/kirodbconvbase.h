@@ -80,21 +80,6 @@ TUNING_RECORD(DBConvBasePayload)
     MEMBER(value)
 TUNING_RECORD_END
 
-/// The module.
-struct KIRODBConvBaseType
-{
-    UINT32                  SymbolTableID;
-    module_versionStruct    module_version;
-    parameter_versionStruct parameter_version;
-    TunaraBankDataType      dataBank;  ///< BankIDConvBase and its selection by context
-    UINT32                  dataCount;
-    UINT32                  dataID;
-    DBConvBasePayload*      data;      ///< the last entry is the fallback of the selection
-};
-TUNING_RECORD(KIRODBConvBaseType)
-    MODULE_HEADER
-    MEMBER(dataBank)
-    VARIABLE(data)
-TUNING_RECORD_END
+BANK_MODULE(KIRODBConvBaseType, DBConvBasePayload)
 
 } // namespace kirodbconvbase

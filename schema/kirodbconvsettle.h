@@ -91,21 +91,6 @@ TUNING_RECORD(DBConvSettlePayload)
     MEMBER(value)
 TUNING_RECORD_END
 
-/// The module.
-struct KIRODBConvSettleType
-{
-    UINT32                  SymbolTableID;
-    module_versionStruct    module_version;
-    parameter_versionStruct parameter_version;
-    TunaraBankDataType      dataBank;  ///< BankIDConvSettle and its selection by context
-    UINT32                  dataCount;
-    UINT32                  dataID;
-    DBConvSettlePayload*    data;      ///< the last entry is the fallback of the selection
-};
-TUNING_RECORD(KIRODBConvSettleType)
-    MODULE_HEADER
-    MEMBER(dataBank)
-    VARIABLE(data)
-TUNING_RECORD_END
+BANK_MODULE(KIRODBConvSettleType, DBConvSettlePayload)
 
 } // namespace kirodbconvsettle

@@ -110,21 +110,6 @@ TUNING_RECORD(DBConvStretchPayload)
     MEMBER(value)
 TUNING_RECORD_END
 
-/// The module.
-struct KIRODBConvStretchType
-{
-    UINT32                  SymbolTableID;
-    module_versionStruct    module_version;
-    parameter_versionStruct parameter_version;
-    TunaraBankDataType      dataBank;  ///< BankIDConvStretch and its selection by context
-    UINT32                  dataCount;
-    UINT32                  dataID;
-    DBConvStretchPayload*   data;      ///< the last entry is the fallback of the selection
-};
-TUNING_RECORD(KIRODBConvStretchType)
-    MODULE_HEADER
-    MEMBER(dataBank)
-    VARIABLE(data)
-TUNING_RECORD_END
+BANK_MODULE(KIRODBConvStretchType, DBConvStretchPayload)
 
 } // namespace kirodbconvstretch

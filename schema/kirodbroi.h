@@ -22,22 +22,7 @@ TUNING_RECORD(DBROIPayload)
     MEMBER(weight)
 TUNING_RECORD_END
 
-/// The module's record.
-struct KIRODBROIType
-{
-    UINT32                  SymbolTableID;
-    module_versionStruct    module_version;
-    parameter_versionStruct parameter_version;
-    TunaraBankDataType      dataBank;  ///< bankID is BankIDROITable
-    UINT32                  dataCount;
-    UINT32                  dataID;
-    DBROIPayload*           data;  ///< at most 1000; the last one applies where no priority does
-};
-TUNING_RECORD(KIRODBROIType)
-    MODULE_HEADER
-    MEMBER(dataBank)
-    VARIABLE(data)
-TUNING_RECORD_END
+BANK_MODULE(KIRODBROIType, DBROIPayload)
 
 } // namespace kirodbroi
 

@@ -20,22 +20,7 @@ TUNING_RECORD(DBStartEndPayload)
     MEMBER(description)
 TUNING_RECORD_END
 
-/// The module's record.
-struct KIRODBSceneAnalyzerType
-{
-    UINT32                  SymbolTableID;
-    module_versionStruct    module_version;
-    parameter_versionStruct parameter_version;
-    TunaraBankDataType      dataBank;  ///< bankID is BankIDSceneAnalyzer
-    UINT32                  dataCount;
-    UINT32                  dataID;
-    DBStartEndPayload*      data;
-};
-TUNING_RECORD(KIRODBSceneAnalyzerType)
-    MODULE_HEADER
-    MEMBER(dataBank)
-    VARIABLE(data)
-TUNING_RECORD_END
+BANK_MODULE(KIRODBSceneAnalyzerType, DBStartEndPayload)
 
 } // namespace kirodbsceneanalyzer
 

@@ -159,21 +159,6 @@ TUNING_RECORD(DBSnapshotPayload)
     MEMBER(value)
 TUNING_RECORD_END
 
-/// The module.
-struct KIRODBSnapshotType
-{
-    UINT32                  SymbolTableID;
-    module_versionStruct    module_version;
-    parameter_versionStruct parameter_version;
-    TunaraBankDataType      dataBank;  ///< BankIDSnapshot and its selection by context
-    UINT32                  dataCount;
-    UINT32                  dataID;
-    DBSnapshotPayload*      data;      ///< the last entry is the fallback of the selection
-};
-TUNING_RECORD(KIRODBSnapshotType)
-    MODULE_HEADER
-    MEMBER(dataBank)
-    VARIABLE(data)
-TUNING_RECORD_END
+BANK_MODULE(KIRODBSnapshotType, DBSnapshotPayload)
 
 } // namespace kirodbsnapshot

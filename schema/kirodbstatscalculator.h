@@ -20,22 +20,7 @@ TUNING_RECORD(DBFloatPayload)
     MEMBER(description)
 TUNING_RECORD_END
 
-/// The module's record.
-struct KIRODBStatsCalculatorType
-{
-    UINT32                  SymbolTableID;
-    module_versionStruct    module_version;
-    parameter_versionStruct parameter_version;
-    TunaraBankDataType      dataBank;  ///< bankID is BankIDStatsCalculator
-    UINT32                  dataCount;
-    UINT32                  dataID;
-    DBFloatPayload*         data;
-};
-TUNING_RECORD(KIRODBStatsCalculatorType)
-    MODULE_HEADER
-    MEMBER(dataBank)
-    VARIABLE(data)
-TUNING_RECORD_END
+BANK_MODULE(KIRODBStatsCalculatorType, DBFloatPayload)
 
 } // namespace kirodbstatscalculator
 

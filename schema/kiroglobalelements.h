@@ -295,6 +295,25 @@ TUNING_RECORD(TunaraBankDataType)
     VARIABLE(priorityMap)
 TUNING_RECORD_END
 
+/// Declares the record of a module that fills a data bank, and its table: how the context selects, with the ID of the
+/// module's bank, and at most 1000 payloads, of which the last applies where no priority does.
+#define BANK_MODULE(Name, Payload)                                                                                     \
+    struct Name                                                                                                        \
+    {                                                                                                                  \
+        UINT32                                 SymbolTableID;                                                          \
+        module_versionStruct                   module_version;                                                         \
+        parameter_versionStruct                parameter_version;                                                      \
+        kiroglobalelements::TunaraBankDataType dataBank;                                                               \
+        UINT32                                 dataCount;                                                              \
+        UINT32                                 dataID;                                                                 \
+        Payload*                               data;                                                                   \
+    };                                                                                                                 \
+    TUNING_RECORD(Name)                                                                                                \
+        MODULE_HEADER                                                                                                  \
+        MEMBER(dataBank)                                                                                               \
+        VARIABLE(data)                                                                                                 \
+    TUNING_RECORD_END
+
 } // namespace kiroglobalelements
 
 using kiroglobalelements::BankDataType;
