@@ -66,11 +66,6 @@ VOID Visit(ParameterSetManager& rManager, std::mt19937_64& rRandom)
     for (UINT32 table = 0; table < tables; ++table)
     {
         const BYTE tableIndex = static_cast<BYTE>(table);
-        user.UseBranch(tableIndex, {Selector(ModeType::Default, 0)});
-        user.UseBranch(tableIndex,
-                       {Selector(ModeType::Default, 0), Selector(ModeType::Sensor, 0), Selector(ModeType::Usecase, 2),
-                        Selector(ModeType::Feature1, 2), Selector(ModeType::Feature2, 1), Selector(ModeType::Scene, 0),
-                        Selector(ModeType::Effect, 0)});
         for (UINT32 index = 0; index < ModeMax; ++index)
         {
             ModeEntryInfo* const pInfo = rManager.GetModeEntry((table << 24) | index);
@@ -83,6 +78,12 @@ VOID Visit(ParameterSetManager& rManager, std::mt19937_64& rRandom)
                 user.UseBranch(tableIndex, BranchOf(*pInfo->Entry));
             }
         }
+        // Last: what they ask counts among the same records.
+        user.UseBranch(tableIndex, {Selector(ModeType::Default, 0)});
+        user.UseBranch(tableIndex,
+                       {Selector(ModeType::Default, 0), Selector(ModeType::Sensor, 0), Selector(ModeType::Usecase, 2),
+                        Selector(ModeType::Feature1, 2), Selector(ModeType::Feature2, 1), Selector(ModeType::Scene, 0),
+                        Selector(ModeType::Effect, 0)});
     }
 }
 

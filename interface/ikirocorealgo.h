@@ -2,8 +2,8 @@
 /// The function table of the exposure core: all that a host calls.
 ///
 /// The road of a frame, in the order of the calls. Each stage rests on what those before it have left; what a stage
-/// that is left out would have written stays as the host's records and the banks have it. host/kirohost.cpp of the
-/// sources makes these calls.
+/// that is left out would have written stays as the host's records and the banks have it; the frame's own record begins
+/// with zeros at setStats. host/kirohost.cpp of the sources makes these calls.
 ///
 ///     create    CreateKiroCoreAlgo; setInput for pipeline delay, operation mode, HDR type and what else is known
 ///     start-up  GetStartUpExposure, one source after the other until one answers; runArbitration; runEndOfFrame with
@@ -29,9 +29,10 @@
 /// Calls that have no number here may stand between any two stages, not within one.
 ///
 /// One camera alone may leave out 7 and followMasterConvExposure, and outside of SensorHDR HandleExposureConstraints;
-/// it may make limits (8) and gain and time (10) itself. Without 11 there are no flags, and the triggers of gain, time
-/// and frame rate stay; without RunConvSettle nothing counts as settled, and safe never rests. All else of 2 to 12 is
-/// needed, and a runEndOfFrame with bStartup behind each mode that begins a history anew.
+/// it may make limits (8) and gain and time (10) itself. Without 11 there are no flags, its detectors do not run,
+/// nothing is learned of the flash, and the triggers of gain, time, exposure and frame rate stay; where RunConvSettle
+/// is never called, nothing counts as settled, and safe never rests. All else of 2 to 12 is needed in a preview frame,
+/// and a runEndOfFrame with bStartup behind each mode that begins a history anew.
 #pragma once
 
 #include "interface/ikirodebugdata.h"
@@ -234,9 +235,9 @@ struct IKIROCoreAlgo
     ///         convergedShortBlend alone is written then, and the exposures of the frame before stand
     KiroResult (*RunConvProcess)(IKIROCoreAlgo* pAlgo, KIROConvergenceInput& rInput, KIROConvergenceOutput& rOutput);
 
-    /// Decides whether convergence counts as done, and sets the two flags, by which the next frame's
-    /// RunConvProcess rests; behind HandleExposureConstraints. Without
-    /// the tuning of convergence the flags stay as they are.
+    /// Decides whether convergence counts as done, and sets the two flags; the next RunConvProcess rests by the same
+    /// decision, not by the host's flags. Behind HandleExposureConstraints. Without the tuning of convergence the flags
+    /// stay as they are.
     VOID (*RunConvSettle)(IKIROCoreAlgo* pAlgo, KIROConvergenceOutput& rOutput);
 
     /// Publishes DRC, ADRC and dark boost gain as triggers, and sets the event AECSettled to bSettle, which the host

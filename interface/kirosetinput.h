@@ -99,7 +99,8 @@ enum AECAlgoSetParamType : INT32
 /// The settings that the core takes, by their names without AECAlgoSetParam, each with its payload: SETTING(type,
 /// payload) is refused if sizeOfAECSetParam is
 /// below the payload's size, UNSIZED(type, payload) goes by its content alone, and of UNREAD(type, bytes) only that
-/// size is checked. Types that are not listed are ignored. docs/architecture.md has the places of a new setting.
+/// size is checked. Types that are not listed are ignored. docs/architecture.md of the sources has the places of
+/// a new setting.
 #define AEC_SET_PARAMS(SETTING, UNSIZED, UNREAD)                                                                       \
     SETTING(OperationMode, AECAlgoOperationModeType)                                                                   \
     SETTING(TunaraData, StatsTuningData)                                                                               \

@@ -48,7 +48,7 @@ INNER_ZONE(ConvBaseLevel1DataType, ConvBaseLevel2DataType, trigger2Data)
 struct DBConvBaseCoreData
 {
     BOOL                    convSameDirection;  ///< hold when the frames in flight will reach the target unaided
-    UINT32                  tolerance;          ///< once settled, Safe rests while the target is nearer than this, steps of 3 percent
+    UINT32                  tolerance;          ///< a settled exposure rests within so many steps of 3 percent
     AECConvCappingType      cappingType;
     DataBankType            trigger1DataBank;
     DataBankType            trigger2DataBank;

@@ -296,7 +296,8 @@ TUNING_RECORD(TunaraBankDataType)
 TUNING_RECORD_END
 
 /// Declares the record of a module that fills a data bank, and its table: how the context selects, with the ID of the
-/// module's bank, and at most 1000 payloads, of which the last applies where no priority does.
+/// module's bank, and at most 1000 payloads, of which the last applies where no priority does; the core
+/// reads none for a value bank.
 #define BANK_MODULE(Name, Payload)                                                                                     \
     struct Name                                                                                                        \
     {                                                                                                                  \

@@ -1,5 +1,5 @@
 /// @file
-/// What a record holds, by its table: the one place that knows where a member keeps its values.
+/// What a record holds, by its table: where a member keeps its values, for all but the loader of files.
 ///
 /// WalkRecord takes a record apart for whoever reads, writes, compares or makes up its values. Values are at the places
 /// where they stand in memory; a place need not be aligned.

@@ -30,7 +30,7 @@ struct PrecisionFlashTimes
 {
     FLOAT maxExpoTime;     ///< of both parts together
     FLOAT miniFlashTime;   ///< shortest time of the part with LED
-    FLOAT flashDelayTime;  ///< from the start of the exposure until the LED may end
+    FLOAT flashDelayTime;  ///< shortest time of the part without LED: the LED's delay
 };
 
 /// Limits to e1 as a share of e1 + e2, both excluded.

@@ -50,8 +50,7 @@ constexpr UINT32 RequestIDOffset = 14;
 constexpr UINT32 HeaderSize              = 14;  ///< without a request ID; what a service must hold to judge a request
 constexpr UINT32 HeaderSizeWithRequestID = 18;
 
-constexpr UINT32 SmallestWithPayload =
-    19;  ///< least bytes of a request behind ControlValues, and of an answer with a request ID
+constexpr UINT32 SmallestWithPayload = 19;  ///< a header with a request ID, and a byte
 
 /// In the answer to DeviceInfo.
 constexpr UINT32 DeviceVersionOffset = 6;

@@ -174,7 +174,7 @@ extern "C"
         }
     }
 
-    /// An aligned block, or none, becomes one with a header right behind what the C library gives.
+    /// A block aligned above 16, or none, becomes one with a header right behind what the C library gives.
     static VOID* Moved(VOID* pMemory, size_t size)
     {
         VOID* const pMoved = malloc(size);

@@ -10,8 +10,9 @@ namespace heapwatch
 struct Report
 {
     UINT64 largest = 0;  ///< bytes of the largest single request
-    UINT64 most    = 0;  ///< bytes held at one time, on top of what was held at the start
-    INT64  kept    = 0;  ///< bytes held now, on top of what was held at the start
+    UINT64 most =
+        0;  ///< bytes held at one time, on top of what was held at the start; a block that realloc moves counts once
+    INT64 kept = 0;  ///< bytes held now, on top of what was held at the start
 };
 
 /// Begins anew.

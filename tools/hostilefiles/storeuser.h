@@ -17,9 +17,8 @@ namespace hostilefiles
 
 struct UsePlan
 {
-    bool                  loadsModes = false;  ///< and unloads some of them; otherwise they are as the load left them
-    std::optional<UINT32> recordMax =
-        {};  ///< that are read as text, of all modules; without it, a question here and there
+    bool                    loadsModes = false;  ///< and unloads some of them; otherwise they are as the load left them
+    std::optional<UINT32>   recordMax  = {};  ///< read as text, of all modules; without it, a question here and there
     std::function<UINT64()> complaints = {};  ///< of the store, so far; may be empty
 };
 

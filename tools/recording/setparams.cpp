@@ -33,7 +33,11 @@ template <typename Payload> constexpr const tuning::RecordDescription* RecordOf(
     }
     else
     {
-        return &tuning::DescriptionOf<Payload>();
+        constexpr const tuning::RecordDescription& record = tuning::DescriptionOf<Payload>();
+        static_assert(std::all_of(record.Members().begin(), record.Members().end(),
+                                  [](const tuning::RecordMember& rMember) { return rMember.IsStored(); }),
+                      "a payload with addresses is written by AddressedParam");
+        return &record;
     }
 }
 

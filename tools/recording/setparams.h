@@ -123,7 +123,7 @@ template <typename A> VOID AddressedParam(A& rInputs, AECAlgoSetParam& rParam)
         LearnedColour(rInputs, rParam.pAECSetParam);
         break;
     default:
-        break;
+        throw MalformedError("a setting with addresses is not described");
     }
 }
 
