@@ -23,4 +23,6 @@ constexpr tuning::RecordMember DescribePerExposure(const CHAR* pName, size_t off
     return member;
 }
 
-#define PER_EXPOSURE(field) DescribePerExposure<decltype(Record::field)>(#field, offsetof(Record, field)),
+#define PER_EXPOSURE(field, ...)                                                                                       \
+    tuning::MakeRow<decltype(Record::field)>(                                                                          \
+        DescribePerExposure<decltype(Record::field)>(#field, offsetof(Record, field)), tuning::Words{__VA_ARGS__}),

@@ -1,5 +1,5 @@
 /// @file
-/// Use of what other analyses know about the scene.
+/// Tuning module kiroadvancedinfo.
 #pragma once
 
 #include "schema/kiroglobalelements.h"
@@ -13,7 +13,10 @@ struct DepthInfoType
     BOOL enable;
 };
 TUNING_RECORD(DepthInfoType)
-    BOOLEAN(enable)
+    BOOLEAN(enable,
+        .meaning = "Told in the system log of each frame beside the distance of the object in focus; nothing else "
+                   "reads it.",
+        .start = "false")
 TUNING_RECORD_END
 
 /// What draws the eye in the scene.
@@ -22,7 +25,9 @@ struct SaliencyInfoType
     BOOL enable;
 };
 TUNING_RECORD(SaliencyInfoType)
-    BOOLEAN(enable)
+    BOOLEAN(enable,
+        .meaning = "Told in the trace of each frame beside the saliency value; nothing else reads it.",
+        .start = "false")
 TUNING_RECORD_END
 
 /// The module's record.
@@ -35,9 +40,11 @@ struct KIROAdvancedInfoType
     SaliencyInfoType        saliencyInfo;
 };
 TUNING_RECORD(KIROAdvancedInfoType)
-    MODULE_HEADER
-    MEMBER(depthInfo)
-    MEMBER(saliencyInfo)
+    MODULE_HEADER("Use of what other analyses know about the scene.")
+    MEMBER(depthInfo,
+        .meaning = "Use of the distance of the object in focus.")
+    MEMBER(saliencyInfo,
+        .meaning = "Use of what draws the eye in the scene.")
 TUNING_RECORD_END
 
 } // namespace kiroadvancedinfo

@@ -1,5 +1,5 @@
 /// @file
-/// Tuning module kirodbarbitrationtable: the bank of exposure tables.
+/// Tuning module kirodbarbitrationtable.
 #pragma once
 
 #include "schema/kiroglobalelements.h"
@@ -15,54 +15,85 @@ enum ExposureIncPrioType : INT32
     AECExpIncMax  = 2
 };
 TUNING_ENUM(ExposureIncPrioType)
-    ENUMERATOR(AECExpIncGain)
-    ENUMERATOR(AECExpIncTime)
-    ENUMERATOR(AECExpIncMax)
+    ENUMERATOR(AECExpIncGain, "On the way up gain grows first, and time once gain has reached that of the upper knee.")
+    ENUMERATOR(AECExpIncTime, "On the way up time grows first, and gain once time has reached that of the upper knee.")
+    ENUMERATOR(AECExpIncMax, "Number of priorities; acts like AECExpIncTime.")
 TUNING_ENUM_END
 
 /// One knee of an exposure table.
 struct ExposureKneeType
 {
-    ExposureIncPrioType incrementPriority;  ///< what grows first from the knee before up to this one
-    float               gain;               ///< linear, 1.0 is unity
-    UINT64              time;               ///< ns
+    ExposureIncPrioType incrementPriority;
+    float               gain;
+    UINT64              time;
 };
 TUNING_RECORD(ExposureKneeType)
-    MEMBER(incrementPriority)
-    MEMBER(gain)
-    MEMBER(time)
+    MEMBER(incrementPriority,
+        .meaning = "Selects whether gain or time grows first from the knee before up to this one. That of the first "
+                   "knee counts from the lower limits up to it, that of the last also from it up to the upper limits.",
+        .start = "AECExpIncTime")
+    MEMBER(gain,
+        .meaning = "Gain at the knee; a knee with twice the gain and half the time is reached at the same exposure, "
+                   "with more noise and less blur.",
+        .unit = Unit::Gain, .range = Above(0), .start = "1.0")
+    MEMBER(time,
+        .meaning = "Time at the knee; a knee with twice the time and half the gain is reached at the same exposure, "
+                   "with less noise and more blur.",
+        .unit = Unit::Nanoseconds, .range = AtLeast(1), .start = "33333333")
 TUNING_RECORD_END
 
 /// Splits one exposure into gain and time along knees.
 struct ExposureTableType
 {
-    float             correction;               ///< factor of the exposure, 1.0 is none
-    UINT64            minPreviewVertBlankTime;  ///< ns
-    float             firstIndex;               ///< exposure index of the first knee, steps of 3 percent
-    UINT32            expKneesCount;            ///< at least 2
+    float             correction;
+    UINT64            minPreviewVertBlankTime;
+    float             firstIndex;
+    UINT32            expKneesCount;
     UINT32            expKneesID;
-    ExposureKneeType* expKnees;                 ///< in ascending exposure
+    ExposureKneeType* expKnees;
 };
 TUNING_RECORD(ExposureTableType)
-    MEMBER(correction)
-    MEMBER(minPreviewVertBlankTime)
-    MEMBER(firstIndex)
-    VARIABLE(expKnees)
+    MEMBER(correction,
+        .meaning = "Factor that the exposure holds besides gain and time, for a sensor that is more sensitive than "
+                   "another: doubled, the product of gain and time is halved. A later range that splits the exposure "
+                   "anew leaves it out.",
+        .unit = Unit::Factor, .range = Above(0), .start = "1.0")
+    MEMBER(minPreviewVertBlankTime,
+        .meaning = "Least vertical blanking in a preview; read by no stage.",
+        .unit = Unit::Nanoseconds, .range = AtLeast(0), .acts = Acts::Never)
+    MEMBER(firstIndex,
+        .meaning = "Exposure index of the first knee; read by no stage.",
+        .unit = Unit::LogStep, .range = Any, .acts = Acts::Never)
+    VARIABLE(expKnees,
+        .meaning = "Knees in ascending exposure, along which the exposure is split; below the first and above the "
+                   "last the split goes on to the limits so far. A table with fewer than two does not apply.",
+        .entries = AtLeast(2))
 TUNING_RECORD_END
 
 /// One exposure table of the bank.
 struct DBArbitrationTablePayload
 {
-    INT32             dataID;       ///< from 1; 0 stands for the entry that the context selects
-    CHAR*             description;  ///< name in logs
+    INT32             dataID;
+    CHAR*             description;
     ExposureTableType value;
 };
 TUNING_RECORD(DBArbitrationTablePayload)
-    MEMBER(dataID)
-    MEMBER(description)
-    MEMBER(value)
+    MEMBER(dataID,
+        .meaning = "Number by which a control of the order, or a reference of kiroarbitration, names this table, from "
+                   "1; of equal ones the last applies.",
+        .unit = Unit::ID, .range = AtLeast(1), .odd = Any, .start = "1", .acts = Acts::NewTuning,
+        .refers = {DefinesBank(BankIDArbitrationTable)})
+    MEMBER(description,
+        .meaning = "Name of the table in logs.",
+        .acts = Acts::Never)
+    MEMBER(value,
+        .meaning = "Knees and correction of the table.")
 TUNING_RECORD_END
 
-BANK_MODULE(KIRODBArbitrationTableType, DBArbitrationTablePayload)
+BANK_MODULE(KIRODBArbitrationTableType, DBArbitrationTablePayload,
+    "The bank of exposure tables.",
+    .meaning = "Exposure tables that controls of the order can name, at most 1000. Without any the exposure is not "
+               "split by a table.",
+    .entries = {0, 1000})
 
 } // namespace kirodbarbitrationtable

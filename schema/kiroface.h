@@ -1,5 +1,5 @@
 /// @file
-/// Metering of faces. The host reads this, the core does not.
+/// Tuning module kiroface.
 #pragma once
 
 #include "schema/kiroglobalelements.h"
@@ -11,15 +11,23 @@ namespace kiroface
 struct FaceROIOperationType
 {
     BOOL   enable;
-    UINT32 maxFaceCount;    ///< the largest faces first
-    float  minSizeRatio;    ///< least width of a face as a fraction of the frame's, 0 to 1
-    UINT32 lostFrameCount;  ///< frames for which a face that is no longer found still counts
+    UINT32 maxFaceCount;
+    float  minSizeRatio;
+    UINT32 lostFrameCount;
 };
 TUNING_RECORD(FaceROIOperationType)
-    BOOLEAN(enable)
-    MEMBER(maxFaceCount)
-    MEMBER(minSizeRatio)
-    MEMBER(lostFrameCount)
+    BOOLEAN(enable,
+        .meaning = "Lets faces become regions that are metered. Read by no stage; for the host.",
+        .acts = Acts::Never)
+    MEMBER(maxFaceCount,
+        .meaning = "Most faces that count, the largest first. Read by no stage; for the host.",
+        .unit = Unit::Count, .range = AtLeast(0), .acts = Acts::Never, .when = "enable")
+    MEMBER(minSizeRatio,
+        .meaning = "Least width of a face that counts, against the frame's. Read by no stage; for the host.",
+        .unit = Unit::Share, .range = {0, 1}, .acts = Acts::Never, .when = "enable")
+    MEMBER(lostFrameCount,
+        .meaning = "Frames for which a face that is no longer found still counts. Read by no stage; for the host.",
+        .unit = Unit::Frames, .range = AtLeast(0), .acts = Acts::Never, .when = "enable")
 TUNING_RECORD_END
 
 /// The module's record.
@@ -32,9 +40,13 @@ struct KIROFaceType
     StatsROIProcessType     statsROIProcess;
 };
 TUNING_RECORD(KIROFaceType)
-    MODULE_HEADER
-    MEMBER(faceROIOperation)
-    MEMBER(statsROIProcess)
+    MODULE_HEADER("Metering of faces. The host reads this, the core does not.")
+    MEMBER(faceROIOperation,
+        .meaning = "Which faces count. Read by no stage; for the host.",
+        .acts = Acts::Never)
+    MEMBER(statsROIProcess,
+        .meaning = "How the regions of faces are turned into statistics regions. Read by no stage; for the host.",
+        .acts = Acts::Never)
 TUNING_RECORD_END
 
 } // namespace kiroface

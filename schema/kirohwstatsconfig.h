@@ -1,5 +1,5 @@
 /// @file
-/// Set-up of the statistics hardware. The host reads this, the core does not.
+/// Tuning module kirohwstatsconfig.
 #pragma once
 
 #include "schema/kiroglobalelements.h"
@@ -11,15 +11,23 @@ namespace kirohwstatsconfig
 struct GridStatsConfigType
 {
     BOOL   enable;
-    UINT32 width;   ///< columns
-    UINT32 height;  ///< rows
+    UINT32 width;
+    UINT32 height;
     INT32  bitDepth;
 };
 TUNING_RECORD(GridStatsConfigType)
-    BOOLEAN(enable)
-    MEMBER(width)
-    MEMBER(height)
-    MEMBER(bitDepth)
+    BOOLEAN(enable,
+        .meaning = "Whether the statistics hardware makes its grid; meant for the host, and read by no stage.",
+        .acts = Acts::Never)
+    MEMBER(width,
+        .meaning = "Columns of the hardware's grid; meant for the host, and read by no stage.",
+        .unit = Unit::Count, .range = AtLeast(0), .acts = Acts::Never)
+    MEMBER(height,
+        .meaning = "Rows of the hardware's grid; meant for the host, and read by no stage.",
+        .unit = Unit::Count, .range = AtLeast(0), .acts = Acts::Never)
+    MEMBER(bitDepth,
+        .meaning = "Bits of a value of the hardware's grid; meant for the host, and read by no stage.",
+        .unit = Unit::Count, .range = Any, .acts = Acts::Never)
 TUNING_RECORD_END
 
 /// The hardware's histogram.
@@ -30,9 +38,15 @@ struct HistStatsConfigType
     INT32  bitDepth;
 };
 TUNING_RECORD(HistStatsConfigType)
-    BOOLEAN(enable)
-    MEMBER(binCount)
-    MEMBER(bitDepth)
+    BOOLEAN(enable,
+        .meaning = "Whether the statistics hardware makes its histogram; meant for the host, and read by no stage.",
+        .acts = Acts::Never)
+    MEMBER(binCount,
+        .meaning = "Bins of the hardware's histogram; meant for the host, and read by no stage.",
+        .unit = Unit::Count, .range = AtLeast(0), .acts = Acts::Never)
+    MEMBER(bitDepth,
+        .meaning = "Bits of a value of the hardware's histogram; meant for the host, and read by no stage.",
+        .unit = Unit::Count, .range = Any, .acts = Acts::Never)
 TUNING_RECORD_END
 
 /// The module's record.
@@ -46,10 +60,16 @@ struct KIROHWStatsConfigType
     HistStatsConfigType     histStatsConfig;
 };
 TUNING_RECORD(KIROHWStatsConfigType)
-    MODULE_HEADER
-    MEMBER(moduleID)
-    MEMBER(gridStatsConfig)
-    MEMBER(histStatsConfig)
+    MODULE_HEADER("Set-up of the statistics hardware. The host reads this, the core does not.")
+    MEMBER(moduleID,
+        .meaning = "Number of the module; read by no stage.",
+        .unit = Unit::ID, .range = AtLeast(0), .acts = Acts::Never)
+    MEMBER(gridStatsConfig,
+        .meaning = "Set-up of the hardware's grid; meant for the host, and read by no stage.",
+        .acts = Acts::Never)
+    MEMBER(histStatsConfig,
+        .meaning = "Set-up of the hardware's histogram; meant for the host, and read by no stage.",
+        .acts = Acts::Never)
 TUNING_RECORD_END
 
 } // namespace kirohwstatsconfig

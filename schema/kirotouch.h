@@ -1,5 +1,5 @@
 /// @file
-/// Metering of a touched region. The module has a version but no values yet.
+/// Tuning module kirotouch.
 #pragma once
 
 #include "schema/kiroglobalelements.h"
@@ -15,7 +15,7 @@ struct KIROTouchType
     parameter_versionStruct parameter_version;
 };
 TUNING_RECORD(KIROTouchType)
-    MODULE_HEADER
+    MODULE_HEADER("Metering of a touched region. The module has a version but no values yet.")
 TUNING_RECORD_END
 
 } // namespace kirotouch

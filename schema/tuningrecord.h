@@ -5,10 +5,13 @@
 ///
 ///     struct KneeType { float gain; UINT64 time; UINT32 stepsCount; UINT32 stepsID; float* steps; };
 ///     TUNING_RECORD(KneeType)
-///         MEMBER(gain)
-///         MEMBER(time)
-///         VARIABLE(steps)
+///         MEMBER(gain, .meaning = "Gain at the knee.", .unit = Unit::Gain, .range = AtLeast(1))
+///         MEMBER(time, .meaning = "Exposure time at the knee.", .unit = Unit::Nanoseconds, .range = Above(0))
+///         VARIABLE(steps, .meaning = "Read by no stage.", .range = Any, .acts = Acts::Never)
 ///     TUNING_RECORD_END
+///
+/// Behind the name stand the words of a tunable (memberwords.h); records that are no tuning have none. A program that
+/// asks for no words (TuningWordsOf) holds none: members and words are made of the rows when a file is compiled.
 ///
 /// The tables (recordmember.h) are constants, walked at run time (recordwalk.h) by everything that handles records:
 /// loading, unloading, text access, compiling and dumping of text tunings, recordings of what crosses the interface,
@@ -20,6 +23,7 @@
 #include <iterator>
 #include <type_traits>
 
+#include "schema/memberwords.h"
 #include "schema/namehash.h"
 #include "schema/recordmember.h"
 
@@ -142,10 +146,93 @@ constexpr RecordMember DescribeOptional(const CHAR* pName, size_t offset, size_t
     return member;
 }
 
-constexpr RecordMember AsBoolean(RecordMember member)
+/// VARIABLE_BOOLEAN: VARIABLE, for values of BOOL.
+template <typename Pointer>
+constexpr RecordMember DescribeVariableBoolean(const CHAR* pName, size_t offset, size_t countOffset, size_t idOffset)
 {
-    member.type = ValueType::Boolean;
+    RecordMember member = DescribeVariable<Pointer>(pName, offset, countOffset, idOffset);
+    member.type         = ValueType::Boolean;
     return member;
+}
+
+constexpr RecordMember DescribeStoreNumber(size_t offset)
+{
+    return DescribeValue<UINT32>("SymbolTableID", Form::EntryID, 1, offset);
+}
+
+/// A row as it is written.
+struct Row
+{
+    RecordMember member;
+    MemberWords  words = {};
+};
+
+/// @param Field type of the field; of a list: of the pointer
+template <typename Field>
+constexpr Row MakeRow(const RecordMember& rMember, const Words& rWords)
+{
+    using Value = std::remove_cv_t<std::remove_pointer_t<std::remove_extent_t<Field>>>;
+    Row row{rMember, {rWords, nullptr, nullptr}};
+    if constexpr (requires { TuningWordsOf(static_cast<const Value*>(nullptr)); })
+    {
+        row.words.pRecord = TuningWordsOf(static_cast<const Value*>(nullptr));
+    }
+    else if constexpr (requires { TuningEnumWordsOf(Value{}); })
+    {
+        row.words.pEnum = (rMember.type == ValueType::Enum) ? TuningEnumWordsOf(Value{}) : nullptr;
+    }
+    return row;
+}
+
+template <size_t Count>
+constexpr std::array<RecordMember, Count> MembersOf(const Row (&rRows)[Count])
+{
+    std::array<RecordMember, Count> members{};
+    for (size_t index = 0; index < Count; ++index)
+    {
+        members[index] = rRows[index].member;
+    }
+    return members;
+}
+
+template <size_t Count>
+constexpr std::array<MemberWords, Count> WordsOf(const Row (&rRows)[Count])
+{
+    std::array<MemberWords, Count> words{};
+    for (size_t index = 0; index < Count; ++index)
+    {
+        words[index] = rRows[index].words;
+    }
+    return words;
+}
+
+/// A row of an enumeration's table as it is written.
+struct EnumeratorRow
+{
+    Enumerator      enumerator;
+    EnumeratorWords words;
+};
+
+template <size_t Count>
+constexpr std::array<Enumerator, Count> EnumeratorsOf(const EnumeratorRow (&rRows)[Count])
+{
+    std::array<Enumerator, Count> enumerators{};
+    for (size_t index = 0; index < Count; ++index)
+    {
+        enumerators[index] = rRows[index].enumerator;
+    }
+    return enumerators;
+}
+
+template <size_t Count>
+constexpr std::array<EnumeratorWords, Count> WordsOf(const EnumeratorRow (&rRows)[Count])
+{
+    std::array<EnumeratorWords, Count> words{};
+    for (size_t index = 0; index < Count; ++index)
+    {
+        words[index] = rRows[index].words;
+    }
+    return words;
 }
 
 /// @return the table of a record
@@ -159,75 +246,104 @@ constexpr const RecordDescription& DescriptionOf()
 
 #define TUNING_RECORD(RecordName)                                                                                      \
     constexpr const tuning::RecordDescription* TuningRecordOf(const RecordName*);                                      \
-    struct RecordName##Table                                                                                           \
+    constexpr const tuning::RecordWords*       TuningWordsOf(const RecordName*);                                       \
+    struct RecordName##Table : tuning::RowTerms                                                                        \
     {                                                                                                                  \
         using Record = RecordName;                                                                                     \
         friend constexpr const tuning::RecordDescription* TuningRecordOf(const RecordName*)                            \
         {                                                                                                              \
             return &Description;                                                                                       \
         }                                                                                                              \
-        static constexpr const CHAR*          pName     = #RecordName;                                                 \
-        static constexpr tuning::RecordMember Members[] = {
+        friend constexpr const tuning::RecordWords* TuningWordsOf(const RecordName*)                                   \
+        {                                                                                                              \
+            return &RecordsWords;                                                                                      \
+        }                                                                                                              \
+        static constexpr const CHAR* pName  = #RecordName;                                                             \
+        static constexpr tuning::Row Rows[] = {
 
-#define MEMBER(field) tuning::DescribeMember<decltype(Record::field)>(#field, offsetof(Record, field)),
+/// A row by the function that describes its field. @param ... the words
+#define TUNING_ROW(Describe, field, ...)                                                                               \
+    tuning::MakeRow<decltype(Record::field)>(                                                                          \
+        tuning::Describe<decltype(Record::field)>(#field, offsetof(Record, field)), tuning::Words{__VA_ARGS__}),
 
-#define NUMBER(field) tuning::DescribeNumber<decltype(Record::field)>(#field, offsetof(Record, field)),
+#define MEMBER(field, ...) TUNING_ROW(DescribeMember, field, __VA_ARGS__)
 
-#define ADDRESS(field) tuning::DescribeAddress<decltype(Record::field)>(#field, offsetof(Record, field)),
+#define NUMBER(field, ...) TUNING_ROW(DescribeNumber, field, __VA_ARGS__)
 
-#define BOOLEAN(field) tuning::DescribeBoolean<decltype(Record::field)>(#field, offsetof(Record, field)),
+#define ADDRESS(field, ...) TUNING_ROW(DescribeAddress, field, __VA_ARGS__)
 
-#define VARIABLE(field)                                                                                                \
-    tuning::DescribeVariable<decltype(Record::field)>(#field, offsetof(Record, field), offsetof(Record, field##Count), \
-                                                      offsetof(Record, field##ID)),
+#define BOOLEAN(field, ...) TUNING_ROW(DescribeBoolean, field, __VA_ARGS__)
 
-#define OPTIONAL(field)                                                                                                \
-    tuning::DescribeOptional<decltype(Record::field)>(#field, offsetof(Record, field), offsetof(Record, field##Count), \
-                                                      offsetof(Record, field##ID)),
+/// The same for a field with a count.
+#define TUNING_COUNTED_ROW(Describe, field, ...)                                                                       \
+    tuning::MakeRow<decltype(Record::field)>(                                                                          \
+        tuning::Describe<decltype(Record::field)>(#field, offsetof(Record, field), offsetof(Record, field##Count),     \
+                                                  offsetof(Record, field##ID)),                                        \
+        tuning::Words{__VA_ARGS__}),
 
-#define VARIABLE_BOOLEAN(field)                                                                                        \
-    tuning::AsBoolean(tuning::DescribeVariable<decltype(Record::field)>(                                               \
-        #field, offsetof(Record, field), offsetof(Record, field##Count), offsetof(Record, field##ID))),
+#define VARIABLE(field, ...) TUNING_COUNTED_ROW(DescribeVariable, field, __VA_ARGS__)
 
-/// The first three members of every module record; SymbolTableID is the store's own.
-#define MODULE_HEADER                                                                                                  \
-    tuning::DescribeValue<UINT32>("SymbolTableID", tuning::Form::EntryID, 1, offsetof(Record, SymbolTableID)),         \
-        MEMBER(module_version) MEMBER(parameter_version)
+#define OPTIONAL(field, ...) TUNING_COUNTED_ROW(DescribeOptional, field, __VA_ARGS__)
+
+#define VARIABLE_BOOLEAN(field, ...) TUNING_COUNTED_ROW(DescribeVariableBoolean, field, __VA_ARGS__)
+
+/// The number by which the store knows a record; no part of a file. Its words are those of the record as a whole.
+#define STORE_NUMBER(...)                                                                                              \
+    tuning::Row{tuning::DescribeStoreNumber(offsetof(Record, SymbolTableID)), {tuning::Words{__VA_ARGS__}}},
+
+/// The first three members of every module record. @param sentence what the module is for
+#define MODULE_HEADER(sentence)                                                                                        \
+    STORE_NUMBER(.meaning = sentence)                                                                                  \
+    MEMBER(module_version, .meaning = "Version of the schema by which the module was written.", .acts = Acts::Never)   \
+    MEMBER(parameter_version, .meaning = "Version of the values, for the tuner.", .acts = Acts::Never)
 
 #define TUNING_RECORD_END                                                                                              \
     }                                                                                                                  \
     ;                                                                                                                  \
+    static constexpr auto                      Members     = tuning::MembersOf(Rows);                                  \
     static constexpr tuning::RecordDescription Description = {                                                         \
         pName,                                                                                                         \
         static_cast<UINT32>(sizeof(Record)),                                                                           \
         static_cast<UINT32>(alignof(Record)),                                                                          \
-        Members,                                                                                                       \
-        static_cast<UINT32>(std::size(Members)),                                                                       \
-        tuning::MembersOwnMemory(Members, std::size(Members))};                                                        \
+        Members.data(),                                                                                                \
+        static_cast<UINT32>(Members.size()),                                                                           \
+        tuning::MembersOwnMemory(Members.data(), Members.size())};                                                     \
     static_assert(std::is_standard_layout_v<Record> && std::is_trivially_copyable_v<Record>);                          \
-    static_assert(tuning::MembersCoverStruct(Members, std::size(Members), sizeof(Record), alignof(Record)),            \
+    static_assert(tuning::MembersCoverStruct(Members.data(), Members.size(), sizeof(Record), alignof(Record)),         \
                   "the table must list every member of the record, in the record's order");                            \
+    static constexpr auto                MembersWords = tuning::WordsOf(Rows);                                         \
+    static constexpr tuning::RecordWords RecordsWords = {&Description, MembersWords.data()};                           \
     }                                                                                                                  \
     ;
 
 #define TUNING_ENUM(EnumName)                                                                                          \
     constexpr const tuning::EnumDescription* TuningEnumOf(EnumName);                                                   \
-    struct EnumName##Table                                                                                             \
+    constexpr const tuning::EnumWords*       TuningEnumWordsOf(EnumName);                                              \
+    struct EnumName##Table : tuning::RowTerms                                                                          \
     {                                                                                                                  \
         friend constexpr const tuning::EnumDescription* TuningEnumOf(EnumName)                                         \
         {                                                                                                              \
             return &Description;                                                                                       \
         }                                                                                                              \
+        friend constexpr const tuning::EnumWords* TuningEnumWordsOf(EnumName)                                          \
+        {                                                                                                              \
+            return &EnumsWords;                                                                                        \
+        }                                                                                                              \
         using Enumeration                             = EnumName;                                                      \
-        static constexpr const CHAR*        pName     = #EnumName;                                                     \
-        static constexpr tuning::Enumerator Members[] = {
+        static constexpr const CHAR*           pName  = #EnumName;                                                     \
+        static constexpr tuning::EnumeratorRow Rows[] = {
 
-#define ENUMERATOR(name) {#name, static_cast<INT32>(Enumeration::name)},
+/// @param ... the meaning and, of a trigger, the unit of what it measures
+#define ENUMERATOR(name, ...) {{#name, static_cast<INT32>(Enumeration::name)}, {__VA_ARGS__}},
 
 #define TUNING_ENUM_END                                                                                                \
     }                                                                                                                  \
     ;                                                                                                                  \
-    static constexpr tuning::EnumDescription Description = {pName, Members, static_cast<UINT32>(std::size(Members))};  \
+    static constexpr auto                    Members     = tuning::EnumeratorsOf(Rows);                                \
+    static constexpr tuning::EnumDescription Description = {pName, Members.data(),                                     \
+                                                            static_cast<UINT32>(Members.size())};                      \
+    static constexpr auto              MembersWords = tuning::WordsOf(Rows);                                           \
+    static constexpr tuning::EnumWords EnumsWords   = {&Description, MembersWords.data()};                             \
     }                                                                                                                  \
     ;
 
@@ -240,10 +356,19 @@ struct module_versionStruct
     INT32  incr_revision;
 };
 TUNING_RECORD(module_versionStruct)
-    tuning::DescribeValue<UINT32>("SymbolTableID", tuning::Form::EntryID, 1, offsetof(Record, SymbolTableID)),
-    MEMBER(major_revision)
-    MEMBER(minor_revision)
-    MEMBER(incr_revision)
+    STORE_NUMBER()
+    MEMBER(major_revision,
+        .meaning = "Major revision of the schema that the values were written for; a tuning that does not name it "
+                   "gets that of the schema it is compiled with. Read by no stage, and not what a loader checks.",
+        .range = Any, .acts = Acts::Never)
+    MEMBER(minor_revision,
+        .meaning = "Minor revision of the schema that the values were written for; a tuning that does not name it "
+                   "gets that of the schema it is compiled with. Read by no stage, and not what a loader checks.",
+        .range = Any, .acts = Acts::Never)
+    MEMBER(incr_revision,
+        .meaning = "Patch of the schema that the values were written for; a tuning that does not name it gets that of "
+                   "the schema it is compiled with. Read by no stage, and not what a loader checks.",
+        .range = Any, .acts = Acts::Never)
 TUNING_RECORD_END
 
 /// The tuner's revision of a module's values.
@@ -253,6 +378,8 @@ struct parameter_versionStruct
     CHAR*  revision;
 };
 TUNING_RECORD(parameter_versionStruct)
-    tuning::DescribeValue<UINT32>("SymbolTableID", tuning::Form::EntryID, 1, offsetof(Record, SymbolTableID)),
-    MEMBER(revision)
+    STORE_NUMBER()
+    MEMBER(revision,
+        .meaning = "The tuner's own name or number for this state of the values; read by no stage.",
+        .acts = Acts::Never)
 TUNING_RECORD_END

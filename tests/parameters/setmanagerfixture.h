@@ -33,7 +33,7 @@ struct AlphaType
     float*                  steps;
 };
 TUNING_RECORD(AlphaType)
-    MODULE_HEADER
+    MODULE_HEADER("A record of tests.")
     MEMBER(value)
     VARIABLE(steps)
 TUNING_RECORD_END
@@ -46,7 +46,7 @@ struct BetaType
     INT32                   value;
 };
 TUNING_RECORD(BetaType)
-    MODULE_HEADER
+    MODULE_HEADER("A record of tests.")
     MEMBER(value)
 TUNING_RECORD_END
 

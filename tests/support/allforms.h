@@ -88,7 +88,7 @@ struct EverythingType
     UINT32                  last;
 };
 TUNING_RECORD(EverythingType)
-    MODULE_HEADER
+    MODULE_HEADER("A record of tests.")
     MEMBER(signed8)
     MEMBER(unsigned8)
     MEMBER(signed16)
