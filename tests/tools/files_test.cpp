@@ -16,18 +16,18 @@ TEST(Check, LoadsWhatADeviceWouldLoadAndTellsWhatItWouldSay)
     const TemporaryFile textFile("check.yaml");
     const std::string   text =
         textFile.Write(std::string("modes: {Default: {children: {Usecase.ZSL: {modules: {kiroev: {}}}}}}\n"));
-    CheckReport report = CheckFile(text);
+    CheckReport report = CheckTuning(ReadTextFile(text));
     EXPECT_TRUE(report.accepted);
     EXPECT_EQ(std::vector<std::string>(), report.lines);
 
     std::vector<BYTE> bytes = CompileFile(text);
-    report                  = CheckFile(file.Write(bytes));
+    report                  = CheckParameterFile(file.Write(bytes));
     EXPECT_TRUE(report.accepted);
     EXPECT_EQ(std::vector<std::string>(), report.lines);
 
     // A file of another header is refused in one line, without the number of the thread.
     bytes[0] = 'Q';
-    report   = CheckFile(file.Write(bytes));
+    report   = CheckParameterFile(file.Write(bytes));
     EXPECT_FALSE(report.accepted);
     EXPECT_EQ("Invalid binary header tag: QELTO Tunara Header", report.reason);
     EXPECT_EQ(std::vector<std::string>{"E: Invalid binary header tag: QELTO Tunara Header"}, report.lines);
@@ -38,7 +38,7 @@ TEST(Check, LoadsWhatADeviceWouldLoadAndTellsWhatItWouldSay)
     tuning::ModuleDescription other  = *FindModule("kiroev");
     other.pRecord                    = FindModule("kirotouch")->pRecord;
     odd.tables[0].modes[1].modules   = {{&other, tuning.tables[0].modes[1].modules[0].pRecord}};
-    report                           = CheckFile(file.Write(WriteBinary(odd, NewestVersion)));
+    report                           = CheckParameterFile(file.Write(WriteBinary(odd, NewestVersion)));
     EXPECT_TRUE(report.accepted);
     EXPECT_FALSE(report.lines.empty());
 }

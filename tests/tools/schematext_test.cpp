@@ -1,5 +1,8 @@
 /// The schema for editors and the reference.
 #include <gtest/gtest.h>
+
+#include <algorithm>
+
 #include <yaml-cpp/yaml.h>
 
 #include "schema/modules.h"
@@ -46,27 +49,49 @@ TEST(SchemaText, JsonSchemaIsClosedAndDescribesMembers)
 
     const YAML::Node lux = schema["$defs"]["LuxIndexOperationType"];
     EXPECT_EQ("false", lux["additionalProperties"].Scalar());
-    EXPECT_EQ("18446744073709551615", lux["properties"]["refExposureForLuxIndexZero"]["anyOf"][0]["maximum"].Scalar());
+    const YAML::Node filter = lux["properties"]["filteringFactor"];
+    EXPECT_EQ("share", filter["unit"].Scalar());
+    EXPECT_EQ("1", filter["anyOf"][0]["maximum"].Scalar());
+    EXPECT_EQ("null", filter["anyOf"][1]["type"].Scalar());
+    EXPECT_TRUE(filter["description"].Scalar().ends_with("."));
+    EXPECT_EQ("lux", schema["$defs"]["DataBankType"]["properties"]["dataID"]["anyOf"][1]["enum"][8].Scalar());
     const YAML::Node coords = schema["$defs"]["DBROIPayload"]["properties"]["coords"]["anyOf"][0]["anyOf"][0];
     EXPECT_EQ("4", coords["minItems"].Scalar());
-    EXPECT_EQ("ExposureSafe", schema["$defs"]["KIROExposureSelection"]["anyOf"][0]["enum"][1].Scalar());
+    EXPECT_EQ("ExposureSafe", schema["$defs"]["KIROExposureSelection"]["anyOf"][0]["oneOf"][1]["const"].Scalar());
     EXPECT_EQ(41u, schema["$defs"]["modules"]["properties"].size());
     EXPECT_NE(std::string::npos,
               schema["$defs"]["modes"]["propertyNames"]["pattern"].Scalar().find("|Usecase\\.([0-9]+|Preview|"));
 }
 
-TEST(SchemaText, ReferenceListsMembersByPath)
+TEST(SchemaText, ReferencePagesTellMembersAndWhoSharesThem)
 {
-    const std::string reference = Reference();
+    const std::vector<Document> pages = ReferencePages();
+    EXPECT_EQ(41u, pages.size());
+    const auto page = std::find_if(pages.begin(), pages.end(),
+                                   [](const Document& rPage) { return rPage.name == "kirodbactivecalculators"; });
+    ASSERT_NE(pages.end(), page);
+    const std::string text = ToMarkdown(*page);
     for (const char* pLine :
-         {"## kirometering\n\nVersion 10.0.0.\n", "| `luxIndexOperation.filteringFactor` | float | 1 |\n",
-          "| `data[].coords[]` | float | 4 |\n",
-          "| `analyzers[].luma.calculators[].value.selection` | "
-          "[CalculationMethodType](#calculationmethodtype) | 1 |\n",
-          "### KIROExposureSelection\n\n| Value | Name |\n|---|---|\n| 0 | `ExposureShort` |\n"})
+         {"# kirodbactivecalculators\n\n", "| `data[].calculatorID[]` | integer, list of 0 or more |",
+          "| bank ActiveCalculators | [kirodbactivecalculators](kirodbactivecalculators.md) |",
+          "## KIROTunaraEventType\n\n| Value | Name | Meaning |\n|---|---|---|\n| 0 | `AECDefault` |"})
     {
-        EXPECT_NE(std::string::npos, reference.find(pLine)) << pLine;
+        EXPECT_NE(std::string::npos, text.find(pLine)) << pLine << '\n' << text.substr(0, 3000);
     }
+    const std::string html = ToHtml(ReferenceIndex());
+    EXPECT_NE(std::string::npos, html.find("<td><a href=\"kirodbroi.html\">kirodbroi</a></td>"));
+    EXPECT_NE(std::string::npos, html.find("<td>8</td><td><code>lux</code></td><td>lux index</td>"));
+}
+
+TEST(SchemaText, PagesEscapeWhatTheirFormWouldRead)
+{
+    Document page{"name", "a & b", {}};
+    page.AddTable({{"<b>"}, {{{Code("x|y"), Words("<"), Link("l", "#Two Words")}}}});
+    EXPECT_EQ("| <b> |\n|---|\n| `x\\|y`<[l](#two-words) |\n", ToMarkdown(page));
+    const std::string html = ToHtml(page);
+    EXPECT_NE(std::string::npos, html.find("<title>a &amp; b</title>"));
+    EXPECT_NE(std::string::npos, html.find("<th>&lt;b&gt;</th>"));
+    EXPECT_NE(std::string::npos, html.find("<code>x|y</code>&lt;<a href=\"#two-words\">l</a>"));
 }
 
 }  // namespace

@@ -5,6 +5,7 @@ set(ROOM_TESTS
     files_test.cpp
     hostile_test.cpp
     liveclient_test.cpp
+    meaning_test.cpp
     roundtrip_test.cpp
     schematext_test.cpp
     textinput_test.cpp

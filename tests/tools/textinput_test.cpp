@@ -2,10 +2,12 @@
 #include <cmath>
 #include <limits>
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include "tests/support/refusal.h"
 #include "tools/tuningfile/textinput.h"
+#include "tools/tuningfile/textoutput.h"
 
 namespace
 {
@@ -169,6 +171,29 @@ TEST(TextInput, MistakesInRecordsNamePlaceAndExpectation)
                    {{"kirometring: {}", "2:1: unknown module 'kirometring', did you mean 'kirometering'?"},
                     {"kirometering: ", "2:15: nothing found, expected a map of the members of KIROMeteringType"},
                     {"kirometering:\n  moduleID: -1", "3:11: end of map flow not found, expected YAML"}});
+}
+
+TEST(TextInput, TriggersHaveNames)
+{
+    const auto triggerOf = [](std::string_view bank)
+    {
+        const std::string text = fmt::format(
+            "modes: {{Default: {{modules: {{kirodbconvbase: {{data: [{{value: {{trigger1DataBank: {{{}}}}}}}]}}}}}}}}",
+            bank);
+        const Tuning tuning = ParseText(text, "t.yaml");
+        const auto*  pBase =
+            static_cast<const kirodbconvbase::KIRODBConvBaseType*>(tuning.tables[0].modes[0].modules[0].pRecord);
+        EXPECT_NE(std::string::npos, WriteText(tuning).find("dataID: lux}")) << bank;
+        return pBase->data[0].value.trigger1DataBank.dataID;
+    };
+    EXPECT_EQ(TriggerCtrlLux, triggerOf("bankID: BankIDTriggers, dataID: lux"));
+    EXPECT_EQ(TriggerCtrlLux, triggerOf("dataID: lux, bankID: BankIDTriggers"));
+    EXPECT_EQ(TriggerCtrlLux, triggerOf("bankID: BankIDTriggers, dataID: 8"));
+    ExpectMessages("modes: {Default: {modules: {kirodbconvbase: {data: [{value: {trigger1DataBank: {", "}}}]}}}}",
+                   {{"bankID: BankIDTriggers, dataID: luks", "1:113: unknown trigger 'luks', did you mean 'lux'?"},
+                    {"bankID: BankIDSceneAnalyzer, dataID: lux",
+                     "1:118: 'lux' names an entry of the trigger bank, expected bankID: BankIDTriggers beside it, or a "
+                     "number"}});
 }
 
 TEST(TextInput, MistakesInTheTreeOfModesNamePlaceAndExpectation)

@@ -8,9 +8,11 @@
 #include <unistd.h>
 
 #include "tools/recording/chunks.h"
+#include "tools/tuningcheck/checkedfile.h"
 #include "tools/tuningfile/files.h"
 #include "tools/tuningfile/inputerror.h"
 #include "tools/tuningfile/modepath.h"
+#include "tools/tuningfile/textinput.h"
 
 namespace kirosim
 {
@@ -33,6 +35,19 @@ bool IsAddressOfThisMachine(const CHAR* pAddress)
         bind(probe, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0 && errno == EADDRNOTAVAIL;
     (VOID) close(probe);
     return !isForeign;
+}
+
+/// Compiles a text tuning, and says on stderr how much in it is odd or cannot be meant.
+std::vector<BYTE> CompileText(const std::string& rPath)
+{
+    const std::string        text    = tuningfile::ReadText(rPath);
+    const tuningfile::Tuning tuning  = tuningfile::ParseText(text, rPath);
+    const std::string        summary = tuningcheck::Summary(tuningcheck::JudgeText(tuning, text, {}));
+    if (!summary.empty())
+    {
+        fmt::print(stderr, "{0}: {1}; kirotune check {0} tells them\n", rPath, summary);
+    }
+    return tuningfile::WriteBinary(tuning, tuningfile::NewestVersion);
 }
 
 }  // namespace
@@ -60,7 +75,7 @@ LoadedTuning::LoadedTuning(const std::string& rPath, bool isLive, Source source,
         throw tuningfile::InputError(fmt::format("{}: no address of this machine for live tuning", pLiveAddress));
     }
     const bool              isText = tuningfile::IsText(rPath);
-    const std::vector<BYTE> bytes  = isText ? tuningfile::CompileFile(rPath) : tuningfile::ReadBytes(rPath);
+    const std::vector<BYTE> bytes  = isText ? CompileText(rPath) : tuningfile::ReadBytes(rPath);
     m_reference                    = {rPath, recording::ChecksumOf(bytes), bytes.size()};
     bool isLoaded                  = false;
     if (isText)

@@ -5,12 +5,11 @@
 
 #include "tools/program/commandfiles.h"
 #include "tools/program/progress.h"
+#include "tools/tuningcheck/checkedfile.h"
 #include "tools/tuningfile/binaryinput.h"
-#include "tools/tuningfile/check.h"
 #include "tools/tuningfile/files.h"
 #include "tools/tuningfile/inputerror.h"
 #include "tools/tuningfile/modepath.h"
-#include "tools/tuningfile/schematext.h"
 #include "tools/tuningfile/storelog.h"
 #include "tools/tuningfile/textinput.h"
 #include "tools/tuningfile/textoutput.h"
@@ -44,16 +43,15 @@ VOID CheckFiles(const std::string& rInput, const std::string& rOutput)
 }
 
 /// Of a large text one wants to know that something is going on.
-Tuning ReadTuning(const std::string& rInput)
+Tuning Parse(const std::string& rText, const std::string& rInput)
 {
     constexpr size_t  large = size_t{1} << 20;
-    const std::string text  = ReadText(rInput);
     program::Progress progress("kirotune");
-    if (text.size() > large)
+    if (rText.size() > large)
     {
-        progress.Show(fmt::format("reading {} MB of text", text.size() >> 20));
+        progress.Show(fmt::format("reading {} MB of text", rText.size() >> 20));
     }
-    return ParseText(text, rInput);
+    return ParseText(rText, rInput);
 }
 
 VOID PrintModes(const ModeTable& rTable)
@@ -82,11 +80,17 @@ VOID PrintModes(const ModeTable& rTable)
 int Compile(const std::string& rInput, const std::string& rOutput, const VersionUnion& rVersion)
 {
     CheckFiles(rInput, rOutput);
-    const Tuning tuning = ReadTuning(rInput);
+    const std::string text   = ReadText(rInput);
+    const Tuning      tuning = Parse(text, rInput);
     ReplaceFile(rOutput, WriteBinary(tuning, rVersion));
     for (const std::string& rWhat : LeftOut(tuning, rVersion))
     {
         fmt::print(stderr, "{}: {} left out, since the file version has no place for them\n", rInput, rWhat);
+    }
+    const std::string summary = tuningcheck::Summary(tuningcheck::JudgeText(tuning, text, {}));
+    if (!summary.empty())
+    {
+        fmt::print(stderr, "{0}: {1}; kirotune check {0} tells them\n", rInput, summary);
     }
     return 0;
 }
@@ -147,26 +151,6 @@ int Info(const std::string& rInput)
     {
         fmt::print("note: {}\n", rNote);
     }
-    return 0;
-}
-
-int Check(const std::string& rInput)
-{
-    const CheckReport report = CheckFile(rInput);
-    for (const std::string& rLine : report.lines)
-    {
-        fmt::print("{}\n", rLine);
-    }
-    if (!report.accepted)
-    {
-        throw InputError(fmt::format("{}: {}", rInput, report.reason));
-    }
-    return 0;
-}
-
-int Schema(bool reference)
-{
-    fmt::print("{}", reference ? Reference() : JsonSchema());
     return 0;
 }
 

@@ -17,9 +17,4 @@ int Dump(const std::string& rInput, const std::string& rOutput);
 
 int Info(const std::string& rInput);
 
-/// @return 1 if the tuning is refused
-int Check(const std::string& rInput);
-
-int Schema(bool reference);
-
 }  // namespace kirotune

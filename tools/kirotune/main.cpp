@@ -2,9 +2,11 @@
 #include <functional>
 #include <optional>
 
+#include "tools/kirotune/checkcommand.h"
 #include "tools/kirotune/commands.h"
 #include "tools/kirotune/debugcommand.h"
 #include "tools/kirotune/livecommand.h"
+#include "tools/kirotune/referencecommand.h"
 #include "tools/program/commandline.h"
 #include "tools/tuningfile/binaryoutput.h"
 
@@ -18,9 +20,8 @@ struct Arguments
 {
     std::string           input;
     std::string           output;
-    std::string           version     = "7.0.0";
-    bool                  isReference = false;
-    bool                  isJson      = false;
+    std::string           version = "7.0.0";
+    std::string           explained;
     std::optional<UINT32> frame;
     bool                  isList = false;
 };
@@ -57,22 +58,29 @@ VOID AddTuningCommands(CLI::App& rApp, Arguments& rArguments, Command& rRun)
     pDump->add_option("-o,--output", rArguments.output, "text to write; stdout by default")->check(program::FileName);
     pDump->callback([&] { rRun = [&] { return kirotune::Dump(rArguments.input, rArguments.output); }; });
 
-    CLI::App* pInfo = rApp.add_subcommand("info", "show what a parameter file holds");
-    AddInput(*pInfo, rArguments, "file", "parameter file");
-    pInfo->callback([&] { rRun = [&] { return kirotune::Info(rArguments.input); }; });
-
-    CLI::App* pCheck = rApp.add_subcommand("check", "show what a device would say to a tuning");
-    AddInput(*pCheck, rArguments, "file", "parameter file or text tuning (.yaml)");
-    pCheck->callback([&] { rRun = [&] { return kirotune::Check(rArguments.input); }; });
-}
-
-VOID AddSchemaCommand(CLI::App& rApp, Arguments& rArguments, Command& rRun)
-{
-    CLI::App* pSchema = rApp.add_subcommand("schema", "print the schema of text tunings");
-    auto*     pJson   = pSchema->add_flag("--json", rArguments.isJson, "as JSON Schema for editors (default)");
-    pSchema->add_flag("--reference", rArguments.isReference, "as a reference of all tunables in Markdown")
-        ->excludes(pJson);
-    pSchema->callback([&] { rRun = [&] { return kirotune::Schema(rArguments.isReference); }; });
+    CLI::App*    pInfo    = rApp.add_subcommand("info", "show what a parameter file holds, or what a tunable means");
+    CLI::Option* pFile    = pInfo->add_option("file", rArguments.input, "parameter file")->check(program::FileName);
+    CLI::Option* pExplain = pInfo
+                                ->add_option("--explain", rArguments.explained,
+                                             "module or member, such as kirodbconvbase.data.value.tolerance")
+                                ->excludes(pFile);
+    pInfo->callback(
+        [&, pFile, pExplain]
+        {
+            if (pFile->empty() && pExplain->empty())
+            {
+                throw CLI::RequiredError("file");
+            }
+            rRun = [&]
+            {
+                if (rArguments.explained.empty())
+                {
+                    return kirotune::Info(rArguments.input);
+                }
+                kirotune::Explain(rArguments.explained);
+                return 0;
+            };
+        });
 }
 
 VOID AddDebugCommand(CLI::App& rApp, Arguments& rArguments, Command& rRun)
@@ -93,7 +101,8 @@ int RunProgram(int argc, char** argv)
     Arguments arguments;
     Command   run;
     AddTuningCommands(app, arguments, run);
-    AddSchemaCommand(app, arguments, run);
+    kirotune::AddCheckCommand(app, run);
+    kirotune::AddReferenceCommands(app, run);
     AddDebugCommand(app, arguments, run);
     kirotune::AddLiveCommands(app, run);
 

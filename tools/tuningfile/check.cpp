@@ -29,21 +29,23 @@ VOID LoadAllModes(ParameterSetManager& rStore)
 
 }  // namespace
 
-CheckReport CheckFile(const std::string& rPath)
+CheckReport CheckTuning(const Tuning& rTuning)
 {
-    CheckReport report{};
-    if (IsText(rPath))
-    {
-        const std::vector<BYTE>      bytes = CompileFile(rPath, NewestVersion);
-        const StoreLog               log;
-        ParameterSetManager::Options options;
-        options.fileMode = false;
-        ParameterSetManager store(nullptr, tuning::TuningModules, options);
-        report.accepted = store.LoadBinaryParameters(bytes.data(), bytes.size());
-        report.reason   = store.GetErrorText();
-        report.lines    = log.Lines();
-        return report;
-    }
+    CheckReport                  report{};
+    const std::vector<BYTE>      bytes = WriteBinary(rTuning, NewestVersion);
+    const StoreLog               log;
+    ParameterSetManager::Options options;
+    options.fileMode = false;
+    ParameterSetManager store(nullptr, tuning::TuningModules, options);
+    report.accepted = store.LoadBinaryParameters(bytes.data(), bytes.size());
+    report.reason   = store.GetErrorText();
+    report.lines    = log.Lines();
+    return report;
+}
+
+CheckReport CheckParameterFile(const std::string& rPath)
+{
+    CheckReport                report{};
     const program::PrivateFile file(ReadBytes(rPath));  // a pipe is read once
     const StoreLog             log;
     ParameterSetManager        store(nullptr, tuning::TuningModules, ParameterSetManager::Options{});

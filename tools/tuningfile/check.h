@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "tools/tuningfile/tuning.h"
+
 namespace tuningfile
 {
 
@@ -15,9 +17,11 @@ struct CheckReport
     std::vector<std::string> lines;   ///< the store's log; see StoreLog
 };
 
-/// Loads a parameter file and every mode in it, as a device does over time; or compiles a text (".yaml", ".yml") and
-/// loads the result.
-/// @throws InputError if a text cannot be compiled or the file cannot be read
-CheckReport CheckFile(const std::string& rPath);
+/// Loads a parameter file and every mode in it, as a device does over time.
+/// @throws InputError if the file cannot be read
+CheckReport CheckParameterFile(const std::string& rPath);
+
+/// Compiles a tuning and loads the result. @throws InputError if it cannot be compiled
+CheckReport CheckTuning(const Tuning& rTuning);
 
 }  // namespace tuningfile

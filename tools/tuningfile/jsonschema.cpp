@@ -1,6 +1,7 @@
 #include "tools/tuningfile/schematext.h"
 
 #include <limits>
+#include <regex>
 #include <set>
 
 #include <fmt/format.h>
@@ -8,7 +9,10 @@
 #include "parameters/binaryfileformat.h"
 #include "parameters/modenames.h"
 #include "schema/modules.h"
+#include "tools/meaning/modulewords.h"
+#include "tools/meaning/wordtext.h"
 #include "tools/tuningfile/textnode.h"
+#include "tools/tuningfile/triggernames.h"
 
 namespace tuningfile
 {
@@ -68,57 +72,98 @@ template <typename T> TextNode IntegerNode()
     return node;
 }
 
+/// Puts a scalar in the place of the one of that name, or behind all others.
+VOID Set(TextNode& rMap, std::string_view name, std::string value)
+{
+    for (TextItem& rItem : rMap.items)
+    {
+        if (rItem.name == name)
+        {
+            rItem.value = TextNode::Scalar(std::move(value));
+            return;
+        }
+    }
+    rMap.Add(std::string(name), TextNode::Scalar(std::move(value)));
+}
+
 class SchemaWriter
 {
 public:
     TextNode Write();
 
 private:
-    TextNode ValueNode(const tuning::RecordMember& rMember);
-    TextNode MemberNode(const tuning::RecordMember& rMember);
+    TextNode ValueNode(const tuning::RecordMember& rMember, const tuning::MemberWords& rWords);
+    TextNode MemberNode(const tuning::RecordMember& rMember, const tuning::MemberWords& rWords);
+    TextNode DescribedNode(const tuning::RecordDescription& rRecord, const tuning::RecordMember& rMember,
+                           const tuning::MemberWords& rWords);
     TextNode ModulesNode();
     TextNode ModeNode() const;
-    VOID     AddRecord(const tuning::RecordDescription& rRecord);
-    VOID     AddEnum(const tuning::EnumDescription& rEnum);
+    VOID     AddRecord(const tuning::RecordWords& rWords);
+    VOID     AddEnum(const tuning::EnumWords& rWords);
 
     TextNode              m_definitions = TextNode::Map();
     std::set<const VOID*> m_known;  ///< records and enumerations that have a definition
 };
 
-VOID SchemaWriter::AddEnum(const tuning::EnumDescription& rEnum)
+VOID SchemaWriter::AddEnum(const tuning::EnumWords& rWords)
 {
-    if (m_known.insert(&rEnum).second)
+    const tuning::EnumDescription& rEnum = *rWords.pEnum;
+    if (!m_known.insert(&rEnum).second)
     {
-        TextNode  names  = TextNode::Map();
-        TextNode& rItems = names.Add("enum", TextNode::List());
-        for (UINT32 index = 0; index < rEnum.count; ++index)
-        {
-            rItems.Add(Text(rEnum.pEnumerators[index].pName));
-        }
-        m_definitions.Add(rEnum.pName, AnyOf(std::move(names), IntegerNode<INT32>()));
+        return;
     }
+    TextNode  names  = TextNode::Map();
+    TextNode& rItems = names.Add("oneOf", TextNode::List());
+    for (UINT32 index = 0; index < rEnum.count; ++index)
+    {
+        TextNode name = TextNode::Map();
+        name.Add("const", Text(rEnum.pEnumerators[index].pName));
+        name.Add("description", Text(rWords.pEnumerators[index].meaning));
+        rItems.Add(std::move(name));
+    }
+    m_definitions.Add(rEnum.pName, AnyOf(std::move(names), IntegerNode<INT32>()));
 }
 
-VOID SchemaWriter::AddRecord(const tuning::RecordDescription& rRecord)
+VOID SchemaWriter::AddRecord(const tuning::RecordWords& rWords)
 {
+    const tuning::RecordDescription& rRecord = *rWords.pRecord;
     if (!m_known.insert(&rRecord).second)
     {
         return;
     }
     TextNode properties = TextNode::Map();
-    for (const tuning::RecordMember& rMember : rRecord.Members())
+    for (UINT32 index = 0; index < rRecord.memberCount; ++index)
     {
-        if (rMember.IsStored())
+        if (rRecord.pMembers[index].IsStored())
         {
-            properties.Add(rMember.pName, AnyOf(MemberNode(rMember), TypeNode("null")));
+            properties.Add(rRecord.pMembers[index].pName,
+                           DescribedNode(rRecord, rRecord.pMembers[index], rWords.pMembers[index]));
         }
     }
     m_definitions.Add(rRecord.pName, ObjectNode(std::move(properties)));
 }
 
-TextNode SchemaWriter::ValueNode(const tuning::RecordMember& rMember)
+/// Adds the bounds beyond which a check finds an error.
+VOID AddRange(TextNode& rNode, const tuning::Words& rWords)
 {
-    switch (rMember.type)
+    const tuning::Range& rRange = rWords.odd.IsGiven() ? rWords.odd : rWords.range;
+    if (!rRange.IsGiven())
+    {
+        return;
+    }
+    if (rRange.low != -tuning::Range::Unlimited)
+    {
+        Set(rNode, rRange.lowOut ? "exclusiveMinimum" : "minimum", meaning::NumberText(rRange.low));
+    }
+    if (rRange.high != tuning::Range::Unlimited)
+    {
+        Set(rNode, rRange.highOut ? "exclusiveMaximum" : "maximum", meaning::NumberText(rRange.high));
+    }
+}
+
+TextNode NumberNode(tuning::ValueType type)
+{
+    switch (type)
     {
     case tuning::ValueType::Int8:
         return IntegerNode<INT8>();
@@ -136,33 +181,48 @@ TextNode SchemaWriter::ValueNode(const tuning::RecordMember& rMember)
         return IntegerNode<INT64>();
     case tuning::ValueType::UInt64:
         return IntegerNode<UINT64>();
-    case tuning::ValueType::Float:
-    case tuning::ValueType::Double:
-        return TypeNode("number");
     case tuning::ValueType::Boolean:
         return TypeNode("boolean");
     case tuning::ValueType::Text:
         return TypeNode("string");
-    case tuning::ValueType::Enum:
-        AddEnum(*rMember.pEnum);
-        return ReferenceTo(rMember.pEnum->pName);
-    case tuning::ValueType::Record:
-        break;
+    default:
+        return TypeNode("number");
     }
-    AddRecord(*rMember.pRecord);
-    return ReferenceTo(rMember.pRecord->pName);
 }
 
-TextNode SchemaWriter::MemberNode(const tuning::RecordMember& rMember)
+TextNode SchemaWriter::ValueNode(const tuning::RecordMember& rMember, const tuning::MemberWords& rWords)
 {
-    if (rMember.form != tuning::Form::Fixed && rMember.form != tuning::Form::Variable)
+    if (rMember.type == tuning::ValueType::Record)
     {
-        return ValueNode(rMember);
+        AddRecord(*rWords.pRecord);
+        return ReferenceTo(rMember.pRecord->pName);
+    }
+    if (rMember.type == tuning::ValueType::Enum)
+    {
+        AddEnum(*rWords.pEnum);
+        return ReferenceTo(rMember.pEnum->pName);
+    }
+    TextNode node = NumberNode(rMember.type);
+    AddRange(node, rWords.words);
+    return node;
+}
+
+TextNode SchemaWriter::MemberNode(const tuning::RecordMember& rMember, const tuning::MemberWords& rWords)
+{
+    if (!rMember.IsArray())
+    {
+        return ValueNode(rMember, rWords);
     }
     TextNode list = TypeNode("array");
-    list.Add("items", ValueNode(rMember));
+    list.Add("items", ValueNode(rMember, rWords));
     if (rMember.form == tuning::Form::Variable)
     {
+        const tuning::Range& rEntries = rWords.words.entries;
+        list.Add("minItems", TextNode::Scalar(meaning::NumberText(rEntries.low)));
+        if (rEntries.high != tuning::Range::Unlimited)
+        {
+            list.Add("maxItems", TextNode::Scalar(meaning::NumberText(rEntries.high)));
+        }
         return list;
     }
     list.Add("minItems", TextNode::Scalar(std::to_string(rMember.count)));
@@ -171,8 +231,55 @@ TextNode SchemaWriter::MemberNode(const tuning::RecordMember& rMember)
     TextNode  filled    = TypeNode("object");
     TextNode& rRequired = filled.Add("required", TextNode::List());
     rRequired.Add(Text("fill"));
-    filled.Add("additionalProperties", ValueNode(rMember));
+    filled.Add("additionalProperties", ValueNode(rMember, rWords));
     return AnyOf(std::move(list), std::move(filled));
+}
+
+/// The value that a tuner writes first, as JSON has it: names in quotes.
+TextNode StartNode(const CHAR* pStart)
+{
+    static const std::regex name("[A-Za-z_][A-Za-z_0-9]*");
+    const std::string_view  start(pStart);
+    const bool              isFlag = start == "true" || start == "false";
+    return TextNode::Scalar(isFlag ? pStart : std::regex_replace(pStart, name, "\"$&\""));
+}
+
+/// Names that stand for entries of the trigger bank.
+TextNode TriggerNode()
+{
+    TextNode  node   = TextNode::Map();
+    TextNode& rNames = node.Add("enum", TextNode::List());
+    for (const std::string& rName : TriggerNames())
+    {
+        rNames.Add(Text(rName));
+    }
+    return node;
+}
+
+/// A member with its words. "unit" is no word of JSON Schema: editors pass over it, programs read it.
+TextNode SchemaWriter::DescribedNode(const tuning::RecordDescription& rRecord, const tuning::RecordMember& rMember,
+                                     const tuning::MemberWords& rWords)
+{
+    const tuning::Words& rText = rWords.words;
+    TextNode             node  = TextNode::Map();
+    node.Add("title", Text(rMember.pName));
+    node.Add("description", Text(meaning::FullText(rText)));
+    if (const std::string unit = meaning::UnitText(rText.unit); !unit.empty())
+    {
+        node.Add("unit", Text(unit));
+    }
+    if (rText.start != nullptr)
+    {
+        node.Add("default", StartNode(rText.start));
+    }
+    TextNode& rForms = node.Add("anyOf", TextNode::List());
+    rForms.Add(MemberNode(rMember, rWords));
+    if (BankBeside(rRecord, rMember) != nullptr)
+    {
+        rForms.Add(TriggerNode());
+    }
+    rForms.Add(TypeNode("null"));
+    return node;
 }
 
 TextNode SchemaWriter::ModulesNode()
@@ -180,10 +287,11 @@ TextNode SchemaWriter::ModulesNode()
     TextNode properties = TextNode::Map();
     for (const tuning::ModuleDescription& rModule : tuning::TuningModules)
     {
-        if (rModule.pRecord != nullptr)
+        if (const tuning::RecordWords* pWords = meaning::WordsOf(rModule))
         {
-            AddRecord(*rModule.pRecord);
-            properties.Add(rModule.pName, ReferenceTo(rModule.pRecord->pName));
+            AddRecord(*pWords);
+            TextNode& rNode = properties.Add(rModule.pName, ReferenceTo(rModule.pRecord->pName));
+            rNode.Add("description", Text(meaning::SentenceOf(*pWords)));
         }
     }
     return ObjectNode(std::move(properties));

@@ -1,12 +1,17 @@
 #include "tools/tuningfile/recordinput.h"
 
+#include <algorithm>
+#include <cctype>
 #include <cstring>
+#include <optional>
 
 #include <fmt/format.h>
 #include <yaml-cpp/binary.h>
 
 #include "schema/recordwalk.h"
+#include "tools/tuningfile/names.h"
 #include "tools/tuningfile/scalarinput.h"
+#include "tools/tuningfile/triggernames.h"
 
 namespace tuningfile
 {
@@ -51,6 +56,9 @@ VOID* RecordInput::Allocate(const YAML::Node& rNode, size_t size) const
 VOID RecordInput::ReadRecord(const YAML::Node& rNode, const tuning::RecordDescription& rDescription,
                              VOID* pRecord) const
 {
+    BYTE*                       pBytes   = static_cast<BYTE*>(pRecord);
+    const tuning::RecordMember* pTrigger = nullptr;
+    YAML::Node                  trigger;
     for (const YamlEntry& rEntry : m_rInput.Map(rNode, fmt::format("a map of the members of {}", rDescription.pName)))
     {
         const tuning::RecordMember* pMember = tuning::FindMember(rDescription, rEntry.name);
@@ -58,12 +66,46 @@ VOID RecordInput::ReadRecord(const YAML::Node& rNode, const tuning::RecordDescri
         {
             m_rInput.FailUnknown(rEntry, fmt::format("member of {}", rDescription.pName), MemberNames(rDescription));
         }
-        ReadMember(rEntry.value, *pMember, static_cast<BYTE*>(pRecord));
+        if (BankBeside(rDescription, *pMember) != nullptr && ReadTriggerName(rEntry.value, *pMember, pBytes))
+        {
+            pTrigger = pMember;
+            trigger  = rEntry.value;
+            continue;
+        }
+        ReadMember(rEntry.value, *pMember, pBytes);
     }
+    if (pTrigger != nullptr && !NamesTrigger(rDescription, *pTrigger, pBytes))
+    {
+        m_rInput.Fail(trigger,
+                      fmt::format("{} names an entry of the trigger bank, expected bankID: BankIDTriggers beside "
+                                  "it, or a number",
+                                  Describe(trigger)));
+    }
+}
+
+/// @return whether the text is a name, not a number
+bool RecordInput::ReadTriggerName(const YAML::Node& rNode, const tuning::RecordMember& rMember, BYTE* pRecord) const
+{
+    const std::string text = rNode.IsScalar() ? rNode.Scalar() : "";
+    if (std::none_of(text.begin(), text.end(), [](unsigned char letter) { return std::isalpha(letter) != 0; }) ||
+        text.starts_with("0x"))
+    {
+        return false;
+    }
+    const std::optional<INT32> found = TriggerOf(text);
+    if (!found.has_value())
+    {
+        m_rInput.Fail(rNode, fmt::format("unknown trigger '{}', {}", text,
+                                         Advice(text, {TriggerNames().begin(), TriggerNames().end()})));
+    }
+    m_rPlaces.NoteMember(pRecord + rMember.offset, rMember, PlaceOf(rNode));
+    tuning::Store(pRecord + rMember.offset, *found);
+    return true;
 }
 
 VOID RecordInput::ReadMember(const YAML::Node& rNode, const tuning::RecordMember& rMember, BYTE* pRecord) const
 {
+    m_rPlaces.NoteMember(pRecord + rMember.offset, rMember, PlaceOf(rNode));
     if (rNode.IsNull())
     {
         Clear(rMember, pRecord);
@@ -163,6 +205,7 @@ VOID RecordInput::ReadVariable(const YAML::Node& rNode, const tuning::RecordMemb
 
 VOID RecordInput::ReadValue(const YAML::Node& rNode, const tuning::RecordMember& rMember, BYTE* pValue) const
 {
+    m_rPlaces.NoteValue(pValue, rMember, PlaceOf(rNode));
     switch (rMember.type)
     {
     case tuning::ValueType::Record:

@@ -18,8 +18,10 @@ class RecordInput
 public:
     /// @param rInput  the text, for messages
     /// @param rArena  where arrays and texts go
-    /// Both must outlive the object.
-    RecordInput(const YamlInput& rInput, RecordArena& rArena) : m_rInput(rInput), m_rArena(rArena)
+    /// @param rPlaces takes the places of what is read
+    /// All must outlive the object.
+    RecordInput(const YamlInput& rInput, RecordArena& rArena, TextPlaces& rPlaces)
+        : m_rInput(rInput), m_rArena(rArena), m_rPlaces(rPlaces)
     {
     }
 
@@ -32,6 +34,7 @@ public:
     VOID* Allocate(const YAML::Node& rNode, size_t size) const;
 
 private:
+    bool ReadTriggerName(const YAML::Node& rNode, const tuning::RecordMember& rMember, BYTE* pRecord) const;
     VOID ReadMember(const YAML::Node& rNode, const tuning::RecordMember& rMember, BYTE* pRecord) const;
     VOID ReadFixed(const YAML::Node& rNode, const tuning::RecordMember& rMember, BYTE* pValues) const;
     VOID ReadFilled(const YAML::Node& rNode, const tuning::RecordMember& rMember, BYTE* pValues) const;
@@ -41,6 +44,7 @@ private:
 
     const YamlInput& m_rInput;
     RecordArena&     m_rArena;
+    TextPlaces&      m_rPlaces;
 };
 
 }  // namespace tuningfile

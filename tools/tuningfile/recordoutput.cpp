@@ -10,6 +10,7 @@
 
 #include "schema/recordwalk.h"
 #include "tools/tuningfile/samerecord.h"
+#include "tools/tuningfile/triggernames.h"
 
 using tuning::ValuesOf;
 
@@ -214,7 +215,9 @@ TextNode RecordToText(const tuning::RecordDescription& rDescription, const VOID*
             rMember.IsStored() && ((pBase != nullptr) ? !SameMember(rMember, pBytes, pBaseBytes) : !isAbsent);
         if (isListed)
         {
-            map.Add(rMember.pName, MemberToText(rMember, pBytes, pBaseBytes));
+            map.Add(rMember.pName, NamesTrigger(rDescription, rMember, pBytes)
+                                       ? TextNode::Scalar(TriggerName(tuning::Load<INT32>(pBytes + rMember.offset)))
+                                       : MemberToText(rMember, pBytes, pBaseBytes));
         }
     }
     return map;

@@ -1,12 +1,14 @@
 #include "tools/tuningfile/schematext.h"
 
 #include <algorithm>
-#include <cctype>
-#include <vector>
+#include <set>
 
 #include <fmt/format.h>
 
-#include "schema/modules.h"
+#include "tools/meaning/crossreferences.h"
+#include "tools/meaning/modulewords.h"
+#include "tools/meaning/wordtext.h"
+#include "tools/tuningfile/triggernames.h"
 
 namespace tuningfile
 {
@@ -14,126 +16,246 @@ namespace tuningfile
 namespace
 {
 
-/// Anchors of headings are in lower case.
-std::string LinkTo(const std::string& rHeading)
-{
-    std::string anchor = rHeading;
-    std::transform(anchor.begin(), anchor.end(), anchor.begin(),
-                   [](unsigned char letter) { return std::tolower(letter); });
-    return fmt::format("[{}](#{})", rHeading, anchor);
-}
+using meaning::Target;
+using meaning::Users;
+using tuning::MemberWords;
+using tuning::RecordMember;
 
-std::string TypeName(const tuning::RecordMember& rMember)
+constexpr std::string_view IndexName = "index";
+
+Line TypeText(const RecordMember& rMember)
 {
     switch (rMember.type)
     {
     case tuning::ValueType::Int8:
-        return "INT8";
     case tuning::ValueType::UInt8:
-        return "UINT8";
     case tuning::ValueType::Int16:
-        return "INT16";
     case tuning::ValueType::UInt16:
-        return "UINT16";
     case tuning::ValueType::Int32:
-        return "INT32";
     case tuning::ValueType::UInt32:
-        return "UINT32";
     case tuning::ValueType::Int64:
-        return "INT64";
     case tuning::ValueType::UInt64:
-        return "UINT64";
+        return {Words("integer")};
     case tuning::ValueType::Float:
-        return "float";
     case tuning::ValueType::Double:
-        return "double";
+        return {Words("number")};
     case tuning::ValueType::Boolean:
-        return "true or false";
+        return {Words("true or false")};
     case tuning::ValueType::Enum:
-        return LinkTo(rMember.pEnum->pName);
+        return {Link(rMember.pEnum->pName, std::string("#") + rMember.pEnum->pName)};
     case tuning::ValueType::Text:
-        return "text";
+        return {Words("text")};
     case tuning::ValueType::Record:
-        break;
+        return {};
     }
-    return rMember.pRecord->pName;
+    return {};
 }
 
-std::string CountText(const tuning::RecordMember& rMember)
+std::string CountText(const RecordMember& rMember, const tuning::Words& rWords)
 {
     switch (rMember.form)
     {
     case tuning::Form::Fixed:
-        return std::to_string(rMember.count);
+        return fmt::format("list of {}", rMember.count);
     case tuning::Form::Variable:
-        return "any";
+        return fmt::format("list of {}", meaning::RangeText(rWords.entries));
     case tuning::Form::Optional:
-        return "0 or 1";
+        return "may be left out";
     default:
-        return "1";
+        return "";
     }
 }
 
-class ReferenceWriter
+Line Linked(const std::set<std::string>& rModules)
+{
+    std::vector<Line> links;
+    for (const std::string& rModule : rModules)
+    {
+        links.push_back({Link(rModule, rModule)});
+    }
+    return Joined(links);
+}
+
+class PageWriter
 {
 public:
-    std::string Write()
+    explicit PageWriter(const tuning::ModuleDescription& rModule) : m_rModule(rModule)
     {
-        m_text = "# Tunables\n\nIn a path, `[]` stands for each item of a list.\n";
-        for (const tuning::ModuleDescription& rModule : tuning::TuningModules)
-        {
-            if (rModule.pRecord != nullptr)
-            {
-                m_text += fmt::format("\n## {}\n\nVersion {}.{}.{}.\n\n| Member | Type | Count |\n|---|---|---|\n",
-                                      rModule.pName, rModule.major, rModule.minor, rModule.patch);
-                AddMembers(*rModule.pRecord, "");
-            }
-        }
-        m_text += "\n## Enumerations\n";
-        for (const tuning::EnumDescription* pEnum : m_enums)
-        {
-            m_text += fmt::format("\n### {}\n\n| Value | Name |\n|---|---|\n", pEnum->pName);
-            for (UINT32 index = 0; index < pEnum->count; ++index)
-            {
-                m_text +=
-                    fmt::format("| {} | `{}` |\n", pEnum->pEnumerators[index].value, pEnum->pEnumerators[index].pName);
-            }
-        }
-        return std::move(m_text);
+    }
+
+    Document Write()
+    {
+        const tuning::RecordWords& rWords = *meaning::WordsOf(m_rModule);
+        m_page.name                       = m_rModule.pName;
+        m_page.title                      = m_rModule.pName;
+        m_page.AddHeading(1, m_rModule.pName);
+        m_page.AddParagraph({Words(meaning::SentenceOf(rWords))});
+        m_page.AddParagraph(
+            {Words(fmt::format("Version {}.{}.{}. All modules: ", m_rModule.major, m_rModule.minor, m_rModule.patch)),
+             Link(IndexName, IndexName), Words(".")});
+        m_page.AddHeading(2, "Members");
+        m_page.AddParagraph({Words("In a path, "), Code("[]"), Words(" stands for each item of a list.")});
+        m_members.header = {"Member", "Type", "Range", "Start with", "Meaning"};
+        AddMembers(rWords, "");
+        m_page.AddTable(std::move(m_members));
+        AddReferences();
+        AddEnums();
+        return std::move(m_page);
     }
 
 private:
-    VOID AddMembers(const tuning::RecordDescription& rRecord, const std::string& rPrefix)
+    VOID AddMembers(const tuning::RecordWords& rRecord, const std::string& rPrefix)
     {
-        for (const tuning::RecordMember& rMember : rRecord.Members())
+        for (UINT32 index = 0; index < rRecord.pRecord->memberCount; ++index)
         {
-            if (!rMember.IsStored())
+            const RecordMember& rMember = rRecord.pRecord->pMembers[index];
+            if (rMember.IsStored())
             {
-                continue;
-            }
-            const bool        isList = rMember.form == tuning::Form::Fixed || rMember.form == tuning::Form::Variable;
-            const std::string path   = rPrefix + rMember.pName + (isList ? "[]" : "");
-            m_text += fmt::format("| `{}` | {} | {} |\n", path, TypeName(rMember), CountText(rMember));
-            if (rMember.pEnum != nullptr && std::find(m_enums.begin(), m_enums.end(), rMember.pEnum) == m_enums.end())
-            {
-                m_enums.push_back(rMember.pEnum);
-            }
-            if (rMember.pRecord != nullptr)
-            {
-                AddMembers(*rMember.pRecord, path + '.');
+                AddMember(rMember, rRecord.pMembers[index], rPrefix + rMember.pName + (rMember.IsArray() ? "[]" : ""));
             }
         }
     }
 
-    std::string                                 m_text;
-    std::vector<const tuning::EnumDescription*> m_enums;  ///< in the order of their first use
+    VOID AddMember(const RecordMember& rMember, const MemberWords& rMemberWords, const std::string& rPath)
+    {
+        const tuning::Words& rWords = rMemberWords.words;
+        std::vector<Line>    type;
+        for (Line& rPart : std::vector<Line>{TypeText(rMember), {Words(CountText(rMember, rWords))}})
+        {
+            if (!rPart.empty() && !rPart[0].text.empty())
+            {
+                type.push_back(std::move(rPart));
+            }
+        }
+        m_members.rows.push_back({{Code(rPath)},
+                                  Joined(type),
+                                  {Words(meaning::ExpectedText(rWords.range, rWords.unit))},
+                                  (rWords.start != nullptr) ? Line{Code(rWords.start)} : Line{},
+                                  {Words(meaning::FullText(rWords))}});
+        for (const tuning::Reference& rReference : rWords.refers)
+        {
+            NoteReference(rReference);
+        }
+        if (rMemberWords.pEnum != nullptr &&
+            std::find(m_enums.begin(), m_enums.end(), rMemberWords.pEnum) == m_enums.end())
+        {
+            m_enums.push_back(rMemberWords.pEnum);
+        }
+        if (rMemberWords.pRecord != nullptr)
+        {
+            AddMembers(*rMemberWords.pRecord, rPath + '.');
+        }
+    }
+
+    VOID NoteReference(const tuning::Reference& rReference)
+    {
+        for (const Target& rTarget : meaning::TargetsOf(rReference))
+        {
+            m_targets.insert(rTarget);
+        }
+    }
+
+    VOID AddReferences()
+    {
+        if (m_targets.empty())
+        {
+            return;
+        }
+        Table table{{"What it shares", "Defined by", "Written by", "Read by"}, {}};
+        for (const Target& rTarget : m_targets)
+        {
+            const Users& rUsers = meaning::CrossReferences().at(rTarget);
+            table.rows.push_back({{Words(meaning::NameOf(rTarget))},
+                                  Linked(rUsers.definers),
+                                  Linked(rUsers.writers),
+                                  Linked(rUsers.readers)});
+        }
+        m_page.AddHeading(2, "Shared with other modules");
+        m_page.AddTable(std::move(table));
+    }
+
+    VOID AddEnums()
+    {
+        for (const tuning::EnumWords* pWords : m_enums)
+        {
+            Table table{{"Value", "Name", "Meaning"}, {}};
+            for (UINT32 index = 0; index < pWords->pEnum->count; ++index)
+            {
+                const tuning::Enumerator& rName = pWords->pEnum->pEnumerators[index];
+                table.rows.push_back({{Words(std::to_string(rName.value))},
+                                      {Code(rName.pName)},
+                                      {Words(pWords->pEnumerators[index].meaning)}});
+            }
+            m_page.AddHeading(2, pWords->pEnum->pName);
+            m_page.AddTable(std::move(table));
+        }
+    }
+
+    const tuning::ModuleDescription&      m_rModule;
+    Document                              m_page;
+    Table                                 m_members;
+    std::set<Target>                      m_targets;
+    std::vector<const tuning::EnumWords*> m_enums;  ///< in the order of their first use
 };
+
+/// The numbers by which tunings read and write what the stages tell each other.
+VOID AddTriggers(Document& rPage)
+{
+    const tuning::EnumWords& rTriggers = *TuningEnumWordsOf(KIROTriggerType{});
+    Table                    table{{"Entry", "Name", "Unit", "Meaning"}, {}};
+    for (UINT32 index = 0; index < rTriggers.pEnum->count; ++index)
+    {
+        const tuning::EnumeratorWords& rWords = rTriggers.pEnumerators[index];
+        table.rows.push_back({{Words(std::to_string(rTriggers.pEnum->pEnumerators[index].value))},
+                              {Code(TriggerName(rTriggers.pEnum->pEnumerators[index].value))},
+                              {Words(meaning::UnitText(rWords.unit))},
+                              {Words(rWords.meaning)}});
+    }
+    rPage.AddHeading(2, "Entries of bank Triggers");
+    rPage.AddTable(std::move(table));
+}
 
 }  // namespace
 
-std::string Reference()
+std::vector<Document> ReferencePages()
 {
-    return ReferenceWriter().Write();
+    std::vector<Document> pages;
+    for (const tuning::ModuleDescription& rModule : tuning::TuningModules)
+    {
+        if (rModule.pRecord != nullptr)
+        {
+            pages.push_back(PageWriter(rModule).Write());
+        }
+    }
+    return pages;
+}
+
+Document ReferenceIndex()
+{
+    Document page{std::string(IndexName), "Tunables", {}};
+    page.AddHeading(1, "Tunables");
+    Table modules{{"Module", "What it is for"}, {}};
+    for (const tuning::ModuleDescription& rModule : tuning::TuningModules)
+    {
+        if (const tuning::RecordWords* pWords = meaning::WordsOf(rModule))
+        {
+            modules.rows.push_back({{Link(rModule.pName, rModule.pName)}, {Words(meaning::SentenceOf(*pWords))}});
+        }
+    }
+    page.AddTable(std::move(modules));
+
+    Table shared{{"What modules share", "Defined by", "Written by", "Read by"}, {}};
+    for (const auto& [rTarget, rUsers] : meaning::CrossReferences())
+    {
+        shared.rows.push_back({{Words(meaning::NameOf(rTarget))},
+                               Linked(rUsers.definers),
+                               Linked(rUsers.writers),
+                               Linked(rUsers.readers)});
+    }
+    page.AddHeading(2, "What modules share");
+    page.AddTable(std::move(shared));
+    AddTriggers(page);
+    return page;
 }
 
 }  // namespace tuningfile

@@ -24,7 +24,7 @@ class TextInput
 public:
     TextInput(std::string_view text, const std::string& rFileName)
         : m_fileName(rFileName), m_input(text, rFileName), m_pArena(std::make_shared<RecordArena>()),
-          m_records(m_input, *m_pArena)
+          m_records(m_input, *m_pArena, m_places)
     {
     }
 
@@ -59,9 +59,10 @@ private:
     std::string                  m_fileName;
     YamlInput                    m_input;
     std::shared_ptr<RecordArena> m_pArena;
+    TextPlaces                   m_places;  ///< of values
     RecordInput                  m_records;
-    std::vector<PendingLink>     m_links;   ///< of the table being read
-    std::map<Place, UINT32>      m_places;  ///< modes of the table being read, by parent and name
+    std::vector<PendingLink>     m_links;  ///< of the table being read
+    std::map<Place, UINT32>      m_modes;  ///< modes of the table being read, by parent and name
 };
 
 Tuning TextInput::Read()
@@ -99,6 +100,7 @@ Tuning TextInput::Read()
         tuning.tables.emplace_back();
         ReadModes(pModes->value, tuning.tables.back());
     }
+    tuning.places = std::move(m_places);
     return tuning;
 }
 
@@ -175,7 +177,7 @@ VOID TextInput::ReadModes(const YAML::Node& rNode, ModeTable& rTable)
         m_input.Fail(rNode, fmt::format("{} modes at the root, expected 'Default' alone", roots.Count()));
     }
     m_links.clear();
-    m_places.clear();
+    m_modes.clear();
     for (const YamlEntry& rEntry : roots)
     {
         ReadMode(rEntry, rTable, std::nullopt, 0);
@@ -218,7 +220,7 @@ VOID TextInput::CheckPlace(const YamlEntry& rEntry, const ModeTable& rTable, con
     {
         m_input.Fail(rEntry.key, "mode 'Default' below another mode, expected it at the root only");
     }
-    if (m_places.contains({rMode.parent, name}))
+    if (m_modes.contains({rMode.parent, name}))
     {
         m_input.Fail(rEntry.key, fmt::format("mode '{}' given twice, expected once", rEntry.name));
     }
@@ -232,9 +234,9 @@ VOID TextInput::ReadMode(const YamlEntry& rEntry, ModeTable& rTable, std::option
     }
     const UINT32   index = static_cast<UINT32>(rTable.modes.size());
     const ModeName name  = ReadModeName(rEntry.key, rEntry.name);
-    Mode           mode{name.mode, name.subMode, 0, parent, std::nullopt, false, {}};
+    Mode           mode{name.mode, name.subMode, 0, parent, std::nullopt, false, {}, PlaceOf(rEntry.key)};
     CheckPlace(rEntry, rTable, mode);
-    m_places.emplace(Place{parent, name}, index);
+    m_modes.emplace(Place{parent, name}, index);
     rTable.modes.push_back(std::move(mode));
 
     const YamlMap    map       = m_input.Map(rEntry.value, "a map with 'modules' and 'children'");
@@ -305,7 +307,7 @@ VOID TextInput::ReadModules(const YAML::Node& rNode, ModeTable& rTable, UINT32 i
         CheckOnce(rEntry, rTable, index, *pDescription);
         StartRecord(rTable, index, *pDescription, pRecord);
         m_records.ReadRecord(rEntry.value, rRecord, pRecord);
-        rTable.modes[index].modules.push_back({pDescription, pRecord});
+        rTable.modes[index].modules.push_back({pDescription, pRecord, PlaceOf(rEntry.key)});
     }
 }
 
@@ -347,8 +349,8 @@ VOID TextInput::ResolveLink(const PendingLink& rLink, ModeTable& rTable) const
         const size_t           bar   = rest.find('|');
         const std::string_view item  = rest.substr(0, bar);
         const ModeName         name  = ReadModeName(rLink.path, item);
-        const auto             found = m_places.find({reached, name});
-        if (found == m_places.end())
+        const auto             found = m_modes.find({reached, name});
+        if (found == m_modes.end())
         {
             m_input.Fail(rLink.path,
                          fmt::format("no mode '{}' on the path '{}', expected a path from Default on", item, rPath));

@@ -10,6 +10,7 @@
 
 #include "platform/tavotypes.h"
 #include "schema/modules.h"
+#include "tools/tuningfile/textplaces.h"
 
 namespace tuningfile
 {
@@ -21,7 +22,8 @@ constexpr UINT32 MaxModeDepth = 64;
 struct Module
 {
     const tuning::ModuleDescription* pDescription;
-    const VOID*                      pRecord;  ///< of pDescription->pRecord; owned by Tuning::pMemory
+    const VOID*                      pRecord;     ///< of pDescription->pRecord; owned by Tuning::pMemory
+    std::optional<TextPlace>         place = {};  ///< of its name; none if it does not come from text
 };
 
 /// A node of a tree of modes.
@@ -34,6 +36,8 @@ struct Mode
     std::optional<UINT32> link;      ///< index in the table of the mode that stands in for this one
     bool                  preserve;  ///< its modules stay in memory once they are loaded
     std::vector<Module>   modules;
+
+    std::optional<TextPlace> place = {};  ///< of its name; none if it does not come from text
 };
 
 /// Tables of a tuning: the index of one more would make the mode ID that means none.
@@ -56,6 +60,7 @@ struct Tuning
     std::string                 binaryTag;
     std::vector<ModeTable>      tables;
     std::shared_ptr<const VOID> pMemory;  ///< whatever keeps the records alive
+    TextPlaces                  places;   ///< of the values; empty if they do not come from text
 };
 
 /// @return the described module of that name; null if there is none or its record is not known

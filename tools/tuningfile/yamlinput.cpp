@@ -38,6 +38,12 @@ std::string OneLine(std::string_view text)
 
 }  // namespace
 
+TextPlace PlaceOf(const YAML::Node& rNode)
+{
+    const YAML::Mark mark = rNode.Mark();
+    return {static_cast<UINT32>(mark.line + 1), static_cast<UINT32>(mark.column + 1)};
+}
+
 std::string Describe(const YAML::Node& rNode)
 {
     switch (rNode.Type())

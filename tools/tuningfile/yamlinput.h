@@ -10,6 +10,7 @@
 #include <yaml-cpp/yaml.h>
 
 #include "platform/tavotypes.h"
+#include "tools/tuningfile/textplaces.h"
 
 namespace tuningfile
 {
@@ -100,6 +101,9 @@ private:
     YAML::Node     m_root;
     mutable UINT64 m_valueCount = 0;
 };
+
+/// Where a node begins.
+TextPlace PlaceOf(const YAML::Node& rNode);
 
 /// What a node is, in words for a message: "a list", "a map", "nothing" or the quoted scalar.
 std::string Describe(const YAML::Node& rNode);

@@ -1,0 +1,73 @@
+/// @file
+/// What a check of a tuning has to say.
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tools/tuningcheck/spot.h"
+#include "tools/tuningfile/textnode.h"
+
+namespace tuningcheck
+{
+
+enum class Severity
+{
+    Advice,  ///< works, but is odd
+    Error    ///< cannot be meant
+};
+
+struct Finding
+{
+    Severity                             severity;
+    std::string                          file;
+    std::optional<tuningfile::TextPlace> place;     ///< none without text
+    std::string                          path;      ///< "Default kirodbconvbase.data[0].value.tolerance"
+    std::string                          value;     ///< "is 50", "is missing"
+    std::string                          expected;  ///< "0 to 1 (share)"
+    std::string                          advice;    ///< what mends it; may be empty
+};
+
+/// One line: "file:line:column: error: path value, expected ...; advice".
+std::string ToText(const Finding& rFinding);
+
+tuningfile::TextNode ToNode(const Finding& rFinding);
+
+/// The findings of one tuning. Of two at one place the first counts, an error before an advice.
+class Findings
+{
+public:
+    explicit Findings(const tuningfile::Tuning& rTuning) : m_rTuning(rTuning)
+    {
+    }
+
+    VOID Add(Severity severity, const Spot& rSpot, std::string value, std::string expected, std::string advice);
+
+    /// About a module as a whole.
+    VOID Add(Severity severity, const ModulePlace& rModule, std::string value, std::string expected,
+             std::string advice);
+
+    /// About a mode.
+    VOID Add(Severity severity, const tuningfile::ModeTable& rTable, UINT32 mode, std::string what, std::string value,
+             std::string expected, std::string advice);
+
+    /// @return whether any of them is an error
+    bool HasErrors() const;
+
+    /// In the order of the text, or of the modes.
+    std::vector<Finding> Take();
+
+private:
+    VOID Add(Finding finding);
+
+    const tuningfile::Tuning&     m_rTuning;
+    std::vector<Finding>          m_findings;
+    std::map<std::string, size_t> m_indices;  ///< in m_findings, by place
+};
+
+/// "Default|Usecase.Video kirodbconvbase.data[0]"
+std::string FullPath(const Spot& rSpot);
+
+}  // namespace tuningcheck

@@ -1,0 +1,22 @@
+/// @file
+/// Whether a tuning makes sense.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tools/tuningcheck/finding.h"
+
+namespace tuningcheck
+{
+
+/// What a tuning is judged against.
+struct Surroundings
+{
+    std::vector<std::string> channels;  ///< names of statistics that the host delivers
+};
+
+/// Judges values, references, shapes and completeness of all modes. The findings are in the order of the text.
+std::vector<Finding> Judge(const tuningfile::Tuning& rTuning, const Surroundings& rSurroundings);
+
+}  // namespace tuningcheck
