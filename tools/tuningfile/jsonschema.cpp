@@ -7,11 +7,11 @@
 #include <fmt/format.h>
 
 #include "parameters/binaryfileformat.h"
-#include "parameters/modenames.h"
 #include "schema/modules.h"
 #include "tools/meaning/modulewords.h"
 #include "tools/meaning/wordtext.h"
-#include "tools/tuningfile/textnode.h"
+#include "tools/tuningfile/modepath.h"
+#include "tools/tuningfile/schemanodes.h"
 #include "tools/tuningfile/triggernames.h"
 
 namespace tuningfile
@@ -20,47 +20,10 @@ namespace tuningfile
 namespace
 {
 
-TextNode Text(std::string_view text)
-{
-    return TextNode::Quoted(text);
-}
-
-TextNode TypeNode(std::string_view type)
-{
-    TextNode node = TextNode::Map();
-    node.Add("type", Text(type));
-    return node;
-}
-
-TextNode ReferenceTo(std::string_view definition)
-{
-    TextNode node = TextNode::Map();
-    node.Add("$ref", Text(fmt::format("#/$defs/{}", definition)));
-    return node;
-}
-
-TextNode AnyOf(TextNode first, TextNode second)
-{
-    TextNode  node   = TextNode::Map();
-    TextNode& rItems = node.Add("anyOf", TextNode::List());
-    rItems.Add(std::move(first));
-    rItems.Add(std::move(second));
-    return node;
-}
-
 TextNode TextOfLength(size_t maximum)
 {
     TextNode node = TypeNode("string");
     node.Add("maxLength", TextNode::Scalar(std::to_string(maximum)));
-    return node;
-}
-
-/// A map of given members and no others.
-TextNode ObjectNode(TextNode properties)
-{
-    TextNode node = TypeNode("object");
-    node.Add("additionalProperties", TextNode::Scalar("false"));
-    node.Add("properties", std::move(properties));
     return node;
 }
 
@@ -117,8 +80,8 @@ VOID SchemaWriter::AddEnum(const tuning::EnumWords& rWords)
     for (UINT32 index = 0; index < rEnum.count; ++index)
     {
         TextNode name = TextNode::Map();
-        name.Add("const", Text(rEnum.pEnumerators[index].pName));
-        name.Add("description", Text(rWords.pEnumerators[index].meaning));
+        name.Add("const", TextNode::Quoted(rEnum.pEnumerators[index].pName));
+        name.Add("description", TextNode::Quoted(rWords.pEnumerators[index].meaning));
         rItems.Add(std::move(name));
     }
     m_definitions.Add(rEnum.pName, AnyOf(std::move(names), IntegerNode<INT32>()));
@@ -230,7 +193,7 @@ TextNode SchemaWriter::MemberNode(const tuning::RecordMember& rMember, const tun
 
     TextNode  filled    = TypeNode("object");
     TextNode& rRequired = filled.Add("required", TextNode::List());
-    rRequired.Add(Text("fill"));
+    rRequired.Add(TextNode::Quoted("fill"));
     filled.Add("additionalProperties", ValueNode(rMember, rWords));
     return AnyOf(std::move(list), std::move(filled));
 }
@@ -251,7 +214,7 @@ TextNode TriggerNode()
     TextNode& rNames = node.Add("enum", TextNode::List());
     for (const std::string& rName : TriggerNames())
     {
-        rNames.Add(Text(rName));
+        rNames.Add(TextNode::Quoted(rName));
     }
     return node;
 }
@@ -262,11 +225,11 @@ TextNode SchemaWriter::DescribedNode(const tuning::RecordDescription& rRecord, c
 {
     const tuning::Words& rText = rWords.words;
     TextNode             node  = TextNode::Map();
-    node.Add("title", Text(rMember.pName));
-    node.Add("description", Text(meaning::FullText(rText)));
+    node.Add("title", TextNode::Quoted(rMember.pName));
+    node.Add("description", TextNode::Quoted(meaning::FullText(rText)));
     if (const std::string unit = meaning::UnitText(rText.unit); !unit.empty())
     {
-        node.Add("unit", Text(unit));
+        node.Add("unit", TextNode::Quoted(unit));
     }
     if (rText.start != nullptr)
     {
@@ -291,27 +254,10 @@ TextNode SchemaWriter::ModulesNode()
         {
             AddRecord(*pWords);
             TextNode& rNode = properties.Add(rModule.pName, ReferenceTo(rModule.pRecord->pName));
-            rNode.Add("description", Text(meaning::SentenceOf(*pWords)));
+            rNode.Add("description", TextNode::Quoted(meaning::SentenceOf(*pWords)));
         }
     }
     return ObjectNode(std::move(properties));
-}
-
-/// Names of modes: a level and a sub-mode, each by name or by number.
-std::string ModePattern()
-{
-    std::string pattern = "^(Default|[0-9]+\\.[0-9]+|Sensor\\.[0-9]+";
-    for (UINT32 level = static_cast<UINT32>(ModeType::Usecase); level <= static_cast<UINT32>(ModeType::Effect); ++level)
-    {
-        const tuning::EnumDescription& rNames = *ModeNames::SubModes(static_cast<ModeType>(level));
-        pattern += fmt::format("|{}\\.([0-9]+", ModeNames::Modes().NameOf(static_cast<INT32>(level)));
-        for (UINT32 index = 0; index < rNames.count; ++index)
-        {
-            pattern += fmt::format("|{}", rNames.pEnumerators[index].pName);
-        }
-        pattern += ')';
-    }
-    return pattern + ")$";
 }
 
 TextNode SchemaWriter::ModeNode() const
@@ -332,7 +278,7 @@ TextNode SchemaWriter::Write()
 
     TextNode& rModes  = m_definitions.Add("modes", TypeNode("object"));
     TextNode  pattern = TextNode::Map();
-    pattern.Add("pattern", Text(ModePattern()));
+    pattern.Add("pattern", TextNode::Quoted(ModePattern()));
     rModes.Add("propertyNames", std::move(pattern));
     rModes.Add("additionalProperties", ReferenceTo("mode"));
 
@@ -352,8 +298,8 @@ TextNode SchemaWriter::Write()
     properties.Add("tables", std::move(tables));
 
     TextNode root = TextNode::Map();
-    root.Add("$schema", Text("https://json-schema.org/draft/2020-12/schema"));
-    root.Add("title", Text("Tuning"));
+    root.Add("$schema", TextNode::Quoted("https://json-schema.org/draft/2020-12/schema"));
+    root.Add("title", TextNode::Quoted("Tuning"));
     TextNode object = ObjectNode(std::move(properties));
     for (auto& [rName, rValue] : object.items)
     {

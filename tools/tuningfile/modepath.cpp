@@ -92,6 +92,22 @@ std::string FormatModeName(const ModeName& rName)
                        (pSubMode != nullptr) ? pSubMode : fmt::to_string(rName.subMode));
 }
 
+std::string ModePattern()
+{
+    std::string pattern = "^(Default|[0-9]+\\.[0-9]+|Sensor\\.[0-9]+";
+    for (UINT32 level = static_cast<UINT32>(ModeType::Usecase); level <= static_cast<UINT32>(ModeType::Effect); ++level)
+    {
+        const tuning::EnumDescription& rNames = *ModeNames::SubModes(static_cast<ModeType>(level));
+        pattern += fmt::format("|{}\\.([0-9]+", ModeNames::Modes().NameOf(static_cast<INT32>(level)));
+        for (UINT32 index = 0; index < rNames.count; ++index)
+        {
+            pattern += fmt::format("|{}", rNames.pEnumerators[index].pName);
+        }
+        pattern += ')';
+    }
+    return pattern + ")$";
+}
+
 std::string PathOf(const ModeTable& rTable, UINT32 index)
 {
     const auto nameOf = [&rTable](UINT32 mode) {

@@ -30,6 +30,9 @@ bool ParseModeName(std::string_view text, ModeName& rName, std::string& rFault);
 /// The text that ParseModeName reads, with names where there are any.
 std::string FormatModeName(const ModeName& rName);
 
+/// A regular expression for what ParseModeName reads, for schemas.
+std::string ModePattern();
+
 /// The path from the root to a mode. Entries of one mode count once.
 std::string PathOf(const ModeTable& rTable, UINT32 index);
 
