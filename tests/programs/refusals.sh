@@ -49,7 +49,7 @@ refuses "flash.fic: not what a run has learned of a flash" kirosim run --no-live
 printf 'name: bad\nlux: bright\n' >"$work/scene.yaml"
 refuses "scene.yaml:2:[0-9]+: " kirosim run --no-live --tuning "$good" --scene "$work/scene.yaml" --csv "$work/out.csv"
 printf 'frames: 0\n' >"$work/noframes.yaml"
-refuses "noframes.yaml:1:[0-9]+: a scene has at least one frame" kirosim run --no-live --tuning "$good" --scene "$work/noframes.yaml"
+refuses "noframes.yaml:1:[0-9]+: .0. found for frames, expected an integer from 1" kirosim run --no-live --tuning "$good" --scene "$work/noframes.yaml"
 refuses "second camera" kirosim run --no-live --tuning "$good" --scene "$scene" --csv-second "$work/out.csv"
 
 refuses "scene.yaml:2:[0-9]+: " kirosim run --no-live --tuning "$good" --scene "$work/scene.yaml" --debug-data "$work/out.dbg"

@@ -1,28 +1,31 @@
 #include "tools/kirosim/bracketinput.h"
 
-#include <cmath>
-
 namespace kirosim
 {
 
+namespace
+{
+
+constexpr SceneCount PictureCount{1, 16};
+
+}  // namespace
+
 BracketRequest ReadBracket(const SceneText& rText, const tuningfile::YamlEntry& rEntry)
 {
-    constexpr size_t picturesMax = 16;
-    const size_t     count       = rText.Items(rEntry, "EV steps").size();
-    if (count == 0 || count > picturesMax)
-    {
-        rText.Input().Fail(rEntry.value, "bracket wants 1 to 16 EV steps");
-    }
     BracketRequest request;
-    for (const DOUBLE ev : rText.Numbers(rEntry, count, -EVStepsMax, EVStepsMax))
+    for (const YAML::Node& rItem : rText.Items(rEntry, "EV steps", PictureCount))
     {
-        if (ev != std::floor(ev))
-        {
-            rText.Input().Fail(rEntry.value, "bracket wants whole EV steps");
-        }
-        request.push_back(static_cast<INT32>(ev));
+        const tuningfile::YamlEntry item{rEntry.name, rEntry.key, rItem};
+        request.push_back(static_cast<INT32>(rText.Whole(item, INT64{-EVStepsMax}, INT64{EVStepsMax})));
     }
     return request;
+}
+
+SceneForm BracketForm()
+{
+    return {.type  = SceneType::Whole,
+            .range = SceneRange{std::to_string(-EVStepsMax), std::to_string(EVStepsMax)},
+            .lists = {PictureCount}};
 }
 
 }  // namespace kirosim

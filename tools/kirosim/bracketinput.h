@@ -3,12 +3,15 @@
 #pragma once
 
 #include "tools/kirosim/bracketscene.h"
-#include "tools/kirosim/scenetext.h"
+#include "tools/kirosim/scenerows.h"
 
 namespace kirosim
 {
 
 /// @throws tuningfile::InputError
 BracketRequest ReadBracket(const SceneText& rText, const tuningfile::YamlEntry& rEntry);
+
+/// What ReadBracket reads.
+SceneForm BracketForm();
 
 }  // namespace kirosim

@@ -19,15 +19,15 @@ using RelativeCalibration = decltype(AECAlgoDCCalibrationInfo::u.relative);
 
 const SceneTable<AbsoluteCalibration>& AbsoluteTable()
 {
-    constexpr DOUBLE shortMax = 65535.0;
+    constexpr UINT16 shortMax = 65535;
     using T                   = AbsoluteCalibration;
     static const SceneTable<T> table(
         "a calibration", "member of a calibration",
-        {{"gain", Number(&T::gain, 0.0, CalibrationGainMax), "linear", "of the measurement"},
-         {"averageLuma", Number(&T::averageLuma, 0.0, shortMax), "luma", "that gain and time gave"},
-         {"exposureTime", Number(&T::exposureTime, 0.0, shortMax), "any, the same for both modules",
-          "of the measurement"},
-         {"CCT", Number(&T::CCT, 0.0, CCTMax), "K", "of the measurement's light; only logged"}});
+        {{"gain", Number(&T::gain, 0.0, CalibrationGainMax), "linear", "gain of the measurement"},
+         {"averageLuma", Whole(&T::averageLuma, 0, shortMax), "luma", "mean luma that gain and time gave"},
+         {"exposureTime", Whole(&T::exposureTime, 0, shortMax), "any, the same for both modules",
+          "time of the measurement"},
+         {"CCT", Whole(&T::CCT, 0, CCTMax), "K", "colour of the measurement's light; only logged"}});
     return table;
 }
 
@@ -38,14 +38,14 @@ const SceneTable<RelativeCalibration>& RelativeTable()
     static const SceneTable<T> table(
         "a calibration", "member of a calibration",
         {{"brightnessRatio", Number(&T::brightnessRatio, 0.0, CalibrationGainMax), "linear",
-          "of the slave over the master at these exposures"},
-         {"slaveGain", Number(&T::slaveGain, 0.0, CalibrationGainMax), "linear", "of the slave's measurement"},
+          "signal of the slave over the master's at these exposures"},
+         {"slaveGain", Number(&T::slaveGain, 0.0, CalibrationGainMax), "linear", "gain of the slave's measurement"},
          {"slaveExposureTime", Number(&T::slaveExposureTime, 0.0, CalibrationTimeMax), timeUnit,
-          "of the slave's measurement"},
-         {"masterGain", Number(&T::masterGain, 0.0, CalibrationGainMax), "linear", "of the master's measurement"},
+          "time of the slave's measurement"},
+         {"masterGain", Number(&T::masterGain, 0.0, CalibrationGainMax), "linear", "gain of the master's measurement"},
          {"masterExposureTime", Number(&T::masterExposureTime, 0.0, CalibrationTimeMax), timeUnit,
-          "of the master's measurement"},
-         {"CCT", Number(&T::CCT, 0.0, CCTMax), "K", "of the measurement's light; only logged"}});
+          "time of the master's measurement"},
+         {"CCT", Whole(&T::CCT, 0, CCTMax), "K", "colour of the measurement's light; only logged"}});
     return table;
 }
 
@@ -70,8 +70,11 @@ const SceneTable<Calibration>& CalibrationTable()
 {
     static const SceneTable<Calibration> table(
         "a calibration", "kind of calibration",
-        {{"absolute", {ReadAbsolute, {.pMembers = &AbsoluteTable()}}, "", "one module by itself"},
-         {"relative", {ReadRelative, {.pMembers = &RelativeTable()}}, "", "two modules in front of one scene"}});
+        {{"absolute", {ReadAbsolute, {.type = SceneType::Map, .members = AbsoluteTable}}, "", "one module by itself"},
+         {"relative",
+          {ReadRelative, {.type = SceneType::Map, .members = RelativeTable}},
+          "",
+          "two modules in front of one scene"}});
     return table;
 }
 
@@ -80,7 +83,7 @@ const SceneTable<CCTSensitivity>& CCTSensitivityTable()
     static const SceneTable<CCTSensitivity> table(
         "a point {CCT, factor}", "member of a point",
         {{"CCT", Number(&CCTSensitivity::CCT, CCTMin, CCTMax), "K", "colour of the light"},
-         {"factor", Number(&CCTSensitivity::factor, 1e-3, 1e3), "linear", "of the sensor's sensitivity"}});
+         {"factor", Number(&CCTSensitivity::factor, 1e-3, 1e3), "linear", "factor on the sensor's sensitivity"}});
     return table;
 }
 
@@ -109,13 +112,13 @@ SceneChoices<StatsAlgoRole> RoleChoices()
 
 SceneValue<CameraSetup> CalibrationValue()
 {
-    return OrNone(NewMap(&CameraSetup::calibration, CalibrationTable()),
+    return OrNone(NewMap(&CameraSetup::calibration, CalibrationTable),
                   [](CameraSetup& rSetup) { rSetup.calibration.reset(); });
 }
 
 SceneValue<CameraSetup> SensitivityByCCTValue()
 {
-    return List(&CameraSetup::byCCT, "points {CCT, factor}", CCTSensitivityTable(),
+    return List(&CameraSetup::byCCT, "points {CCT, factor}", CCTSensitivityTable,
                 {&CCTSensitivity::CCT, false, "points must stand in ascending CCT"});
 }
 

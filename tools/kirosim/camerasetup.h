@@ -14,8 +14,8 @@ namespace kirosim
 /// Sensitivity of a module under light of one colour.
 struct CCTSensitivity
 {
-    DOUBLE CCT    = 0.0;  ///< K
-    DOUBLE factor = 1.0;  ///< of the sensor's sensitivity
+    DOUBLE CCT    = 5000.0;  ///< K
+    DOUBLE factor = 1.0;     ///< of the sensor's sensitivity
 };
 
 struct CameraSetup

@@ -12,7 +12,7 @@ const SceneTable<SceneChangeDetector>& DetectorTable()
 {
     static const SceneTable<SceneChangeDetector> table(
         "a detector {id, hosts}", "member of a detector",
-        {{"id", Unsigned(&SceneChangeDetector::id, ~0U), "", "the detector's in the tuning"},
+        {{"id", Whole(&SceneChangeDetector::id, 0, ~0U), "", "the detector's number in the tuning"},
          {"hosts", Flag(&SceneChangeDetector::isHosts), "", "whether the host alone heeds it, and rebases it"}});
     return table;
 }
@@ -23,7 +23,7 @@ const SceneTable<DetectorScene>& DetectorsTable()
 {
     static const SceneTable<DetectorScene> table(
         "detectors {watch, pass}", "member of detectors",
-        {{"watch", List(&DetectorScene::watched, "detectors {id, hosts}", DetectorTable()), "",
+        {{"watch", List(&DetectorScene::watched, "detectors {id, hosts}", DetectorTable), "",
           "detectors that the summary tells of"},
          {"pass",
           Numbers<DetectorScene>(2, 0.0, SceneTimeMax,

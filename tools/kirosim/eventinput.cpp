@@ -4,9 +4,9 @@
 
 #include "tools/kirosim/bracketinput.h"
 #include "tools/kirosim/camerainput.h"
+#include "tools/kirosim/modesinput.h"
 #include "tools/kirosim/scenevalues.h"
 #include "tools/kirosim/startinput.h"
-#include "tools/tuningfile/modepath.h"
 
 using tuningfile::YamlEntry;
 
@@ -45,8 +45,8 @@ const SceneTable<ManualText>& ManualTable()
     constexpr DOUBLE                    nsPerUs = 1000.0;
     static const SceneTable<ManualText> table(
         "a manual setting", "member of a manual setting",
-        {{"iso", Unsigned(&ManualText::iso, 1000000), "ISO", "sensitivity, for the mode of a manual ISO"},
-         {"gain", Number(&ManualText::gain, 1e-3, 1e4), "linear", "for the mode of a manual gain"},
+        {{"iso", Whole(&ManualText::iso, 0, 1000000), "ISO", "sensitivity, for the mode of a manual ISO"},
+         {"gain", Number(&ManualText::gain, 1e-3, 1e4), "linear", "gain, for the mode of a manual gain"},
          {"timeUs", Number(&ManualText::time, 1.0, 1e7, nsPerUs), "us",
           "exposure time, for the mode of a manual time; together with gain, both are set by hand"}});
     return table;
@@ -78,7 +78,7 @@ const SceneTable<Event>& EventTable()
     static const SceneTable<Event> table(
         "an event {time, ...}", "member of an event",
         {{"time", Number(&Event::time, 0.0, SceneTimeMax), "s", "when it happens"},
-         {"ev", Number(&Event::ev, -EVStepsMax, EVStepsMax), "EV steps", "exposure compensation from now on"},
+         {"ev", Whole(&Event::ev, -EVStepsMax, EVStepsMax), "EV steps", "exposure compensation from now on"},
          {"lock", Flag(&Event::lock), "", "whether the exposure is locked"},
          {"touch", OrNone(Numbers<Event>(4, 0.0, 1.0, SetTouch), EndTouch), "share of the frame",
           "the part that is touched: left edge, upper edge, width and height; none ends the touch"},
@@ -89,7 +89,7 @@ const SceneTable<Event>& EventTable()
           "", "mains frequency in Hz whose flicker exposure times avoid"},
          {"fps", Numbers<Event>(2, 0.1, 1000.0, SetFPS), "frames per second",
           "lowest and highest frame rate; exposure times may last a period of the lowest"},
-         {"manual", Made(&Event::manual, ReadManual, {.pMembers = &ManualTable()}), "",
+         {"manual", Made(&Event::manual, ReadManual, {.type = SceneType::Map, .members = ManualTable}), "",
           "what the user sets by hand; {} goes back to automatic"},
          {"hdr",
           Choice(&Event::hdr, {{"off", HDRDisabled},
@@ -97,8 +97,9 @@ const SceneTable<Event>& EventTable()
                                {"staggered", StaggeredHDR},
                                {"multiframe", MultiframeHDR}}),
           "", "how the sensor takes several exposures"},
-         {"modes", Made(&Event::modes, ReadModes), "", "modes of the tuning from now on, such as Usecase.Video"},
-         {"bracket", Made(&Event::bracket, ReadBracket, {.range = SceneRange{-EVStepsMax, EVStepsMax}}), "EV steps",
+         {"modes", Made(&Event::modes, ReadModes, ModesForm()), "",
+          "modes of the tuning from now on, such as Usecase.Video"},
+         {"bracket", Made(&Event::bracket, ReadBracket, BracketForm()), "EV steps",
           "a series of pictures, one value for each"},
          {"led",
           Choice(&Event::LEDMode, {{"off", AECAlgoLEDModeOff}, {"auto", AECAlgoLEDModeAuto}, {"on", AECAlgoLEDModeOn}}),
@@ -106,7 +107,7 @@ const SceneTable<Event>& EventTable()
          {"camera", Choice(&Event::isForSecond, {{"first", false}, {"second", true}}), "",
           "which camera the event is for"},
          {"role", Choice(&Event::role, RoleChoices()), "", "what the camera is in its group from now on"},
-         {"start", NewMap(&Event::start, StartTable()), "", "a new session begins"},
+         {"start", NewMap(&Event::start, StartTable), "", "a new session begins"},
          {"CCT", Number(&Event::CCT, CCTMin, CCTMax), "K", "colour of the light from now on, for both cameras"}});
     return table;
 }
@@ -119,29 +120,9 @@ VOID SortByTime(const SceneText&, const YamlEntry&, Scene& rScene)
 
 }  // namespace
 
-std::vector<TuningMode> ReadModes(const SceneText& rText, const YamlEntry& rEntry)
-{
-    std::vector<TuningMode> selectors(static_cast<size_t>(ModeType::EnumModeType_COUNT));
-    for (size_t level = 0; level < selectors.size(); ++level)
-    {
-        selectors[level].mode = static_cast<ModeType>(level);
-    }
-    for (const YAML::Node& rItem : rText.Items(rEntry, "modes such as Sensor.0"))
-    {
-        tuningfile::ModeName name;
-        std::string          fault;
-        if (!tuningfile::ParseModeName(rText.Input().Scalar(rItem, "a mode"), name, fault))
-        {
-            rText.Input().Fail(rItem, fault);
-        }
-        selectors[name.mode].subMode.value = name.subMode;
-    }
-    return selectors;
-}
-
 SceneValue<Scene> EventsValue()
 {
-    return Then(List(&Scene::events, "events {time, ...}", EventTable()), SortByTime);
+    return Then(List(&Scene::events, "events {time, ...}", EventTable), SortByTime);
 }
 
 }  // namespace kirosim

@@ -11,7 +11,4 @@ namespace kirosim
 /// A list of events; they are brought into ascending time.
 SceneValue<Scene> EventsValue();
 
-/// Selectors of a mode path, one per level. @throws tuningfile::InputError
-std::vector<TuningMode> ReadModes(const SceneText& rText, const tuningfile::YamlEntry& rEntry);
-
 }  // namespace kirosim

@@ -12,8 +12,11 @@ namespace
 
 constexpr DOUBLE DistanceMin = 0.05;
 constexpr DOUBLE DistanceMax = 1000.0;
-constexpr UINT64 PicturesMax = 10000;
-constexpr UINT64 CurrentMax  = 100000;
+constexpr UINT32 PicturesMax = 10000;
+constexpr UINT32 CurrentMax  = 100000;
+
+constexpr SceneCount LEDCount{std::tuple_size_v<decltype(FlashScene::leds)>,
+                              std::tuple_size_v<decltype(FlashScene::leds)>};
 
 const SceneTable<FlashLED>& LEDTable()
 {
@@ -29,11 +32,7 @@ const SceneTable<FlashLED>& LEDTable()
 
 VOID ReadLEDs(const SceneText& rText, const YamlEntry& rEntry, FlashScene& rFlash)
 {
-    const std::vector<YAML::Node> items = rText.Items(rEntry, "two LEDs");
-    if (items.size() != rFlash.leds.size())
-    {
-        rText.Input().Fail(rEntry.value, "a flash has two LEDs");
-    }
+    const std::vector<YAML::Node> items = rText.Items(rEntry, "LEDs", LEDCount);
     for (size_t index = 0; index < items.size(); ++index)
     {
         LEDTable().Read(rText, items[index], rFlash.leds[index]);
@@ -59,10 +58,14 @@ const SceneTable<FlashPictures>& PicturesTable()
         {{"first", Number(&FlashPictures::first, 0.0, SceneTimeMax), "s", "when the first picture is asked for"},
          {"interval", Number(&FlashPictures::interval, 0.0, SceneTimeMax), "s",
           "from picture to picture; one that is not done by then delays the next"},
-         {"count", Unsigned(&FlashPictures::count, PicturesMax), "pictures", "length of the series"},
+         {"count", Whole(&FlashPictures::count, 0, PicturesMax), "pictures", "length of the series"},
          {"precision", Flag(&FlashPictures::isPrecision), "", "whether the LEDs may light a part of the exposure only"},
-         {"light", Made(&FlashPictures::light, ReadColours, {.range = SceneRange{ColourMin, ColourMax}}), "linear",
-          "colours [rg, bg] of the surroundings, one per picture, over and over; else the scene's"}});
+         {"light",
+          Made(&FlashPictures::light, ReadColours,
+               {.type  = SceneType::Number,
+                .range = SceneRange{TextOf(ColourMin), TextOf(ColourMax)},
+                .lists = {{}, {2, 2}}}),
+          "linear", "colours [rg, bg] of the surroundings, one per picture, over and over; else the scene's"}});
     return table;
 }
 
@@ -70,8 +73,9 @@ const SceneTable<FlashScene>& NearTable()
 {
     static const SceneTable<FlashScene> table(
         "what is near {distance, area}", "member of what is near",
-        {{"distance", Number(&FlashScene::nearDistance, DistanceMin, DistanceMax), "m", "of what is near"},
-         {"area", Number(&FlashScene::nearArea, 0.0, 1.0), "share of the frame", "that it takes, in the middle"}});
+        {{"distance", Number(&FlashScene::nearDistance, DistanceMin, DistanceMax), "m", "distance of what is near"},
+         {"area", Number(&FlashScene::nearArea, 0.0, 1.0), "share of the frame",
+          "share that it takes, in the middle"}});
     return table;
 }
 
@@ -81,14 +85,14 @@ const SceneTable<FlashScene>& FlashTable()
 {
     static const SceneTable<FlashScene> table(
         "a flash", "member of a flash",
-        {{"leds", {ReadLEDs, {.pMembers = &LEDTable()}}, "", "the two LEDs"},
-         {"maxCurrent", Unsigned(&FlashScene::maxCurrent, CurrentMax), "mA",
-          "that the camera allows, both LEDs together"},
-         {"near", Group(NearTable()), "", "what stands near, in the middle of the frame"},
-         {"farDistance", Number(&FlashScene::farDistance, DistanceMin, DistanceMax), "m", "of all else"},
+        {{"leds", {ReadLEDs, {.type = SceneType::Map, .lists = {LEDCount}, .members = LEDTable}}, "", "the two LEDs"},
+         {"maxCurrent", Whole(&FlashScene::maxCurrent, 0, CurrentMax), "mA",
+          "current that the camera allows, both LEDs together"},
+         {"near", Group(NearTable), "", "what stands near, in the middle of the frame"},
+         {"farDistance", Number(&FlashScene::farDistance, DistanceMin, DistanceMax), "m", "distance of all else"},
          {"calibration", Flag(&FlashScene::isCalibrated), "",
           "whether the library learns the LEDs' colour from pictures"},
-         {"pictures", NewMap(&FlashScene::pictures, PicturesTable()), "", "the series of pictures with flash"}});
+         {"pictures", NewMap(&FlashScene::pictures, PicturesTable), "", "the series of pictures with flash"}});
     return table;
 }
 

@@ -15,8 +15,9 @@ const SceneTable<OutsideMap>& OutsideMapTable()
          {"near", Number(&OutsideMap::near, 0.0, distanceMax), "m", "distance of the object"},
          {"far", Number(&OutsideMap::far, 0.0, distanceMax), "m", "distance of all else"},
          {"appears", Number(&OutsideMap::appears, 0.0, SceneTimeMax), "s", "from when on the source delivers"},
-         {"goes", Number(&OutsideMap::goes, 0.0, SceneTimeMax), "s", "from when on it does no more"},
-         {"targetLuma", Number(&OutsideMap::targetLuma, 1.0, 255.0), "luma of 255", "that the object should have"}});
+         {"goes", Number(&OutsideMap::goes, 0.0, SceneTimeMax), "s", "from when on it delivers no more"},
+         {"targetLuma", Number(&OutsideMap::targetLuma, 1.0, 255.0), "luma of 255",
+          "luma that the object should have"}});
     return table;
 }
 

@@ -10,12 +10,14 @@
 #include "tools/kirosim/eventinput.h"
 #include "tools/kirosim/flashinput.h"
 #include "tools/kirosim/lightinput.h"
+#include "tools/kirosim/modesinput.h"
 #include "tools/kirosim/objectinput.h"
 #include "tools/kirosim/outsideinput.h"
 #include "tools/kirosim/scenevalues.h"
 #include "tools/kirosim/sensorinput.h"
 #include "tools/kirosim/startinput.h"
 #include "tools/tuningfile/files.h"
+#include "tools/tuningfile/names.h"
 #include "tools/tuningfile/yamlinput.h"
 
 using tuningfile::YamlEntry;
@@ -29,25 +31,11 @@ namespace
 {
 
 /// Longest run, so that a slip of the pen does not run for hours.
-constexpr UINT64 FramesMax = 10000000;
+constexpr UINT32 FramesMax = 10000000;
 
 std::string ReadName(const SceneText& rText, const YamlEntry& rEntry)
 {
     return rText.Input().Scalar(rEntry.value, "a name");
-}
-
-SceneValue<Scene> FramesValue()
-{
-    SceneValue<Scene> value = Then(Unsigned(&Scene::frames, FramesMax),
-                                   [](const SceneText& rText, const YamlEntry& rEntry, Scene& rScene)
-                                   {
-                                       if (rScene.frames == 0)
-                                       {
-                                           rText.Input().Fail(rEntry.value, "a scene has at least one frame");
-                                       }
-                                   });
-    value.form.range->low   = 1.0;
-    return value;
 }
 
 /// For what is read once the other members are.
@@ -110,6 +98,32 @@ YamlInput OpenScene(const std::string& rPath)
     return YamlInput(tuningfile::ReadText(rPath), rPath);
 }
 
+/// The variants of a scene, which may have none.
+YamlMap Variants(const YamlInput& rInput)
+{
+    const YamlMap    map       = rInput.Map(rInput.Root(), "a scene");
+    const YamlEntry* pVariants = map.Find("variants");
+    return (pVariants != nullptr) ? rInput.Map(pVariants->value, "variants") : YamlMap({});
+}
+
+/// What a variant says.
+YAML::Node VariantNode(const YamlInput& rInput, const std::string& rName)
+{
+    const YamlMap                 variants = Variants(rInput);
+    std::vector<std::string_view> names;
+    for (const YamlEntry& rVariant : variants)
+    {
+        names.push_back(rVariant.name);
+    }
+    if (const YamlEntry* pVariant = variants.Find(rName); pVariant != nullptr)
+    {
+        return pVariant->value;
+    }
+    rInput.Fail(rInput.Root(),
+                fmt::format("there is no variant '{}', {}", rName,
+                            names.empty() ? "the scene has no variants" : tuningfile::Advice(rName, names)));
+}
+
 }  // namespace
 
 const SceneTable<Scene>& WholeSceneTable()
@@ -118,43 +132,49 @@ const SceneTable<Scene>& WholeSceneTable()
         "a scene", "member of a scene",
         {{"name", Made(&Scene::name, ReadName), "", "what reports call the scene"},
          {"fps", Number(&Scene::fps, 1.0, 1000.0), "frames per second", "frame rate, until an event gives a range"},
-         {"frames", FramesValue(), "frames", "length of the run"},
-         {"seed", Unsigned(&Scene::seed, ~0ULL), "", "of the sensor's noise"},
+         {"frames", Whole(&Scene::frames, 1, FramesMax), "frames", "length of the run"},
+         {"seed", Whole(&Scene::seed, 0, ~0ULL), "", "seed of the sensor's noise"},
          {"lux", Number(&Scene::lux, 1e-3, 1e6), "lux", "mean light of the frame at 0 EV"},
          {"rg", Number(&Scene::rg, ColourMin, ColourMax), "linear", "red over green of the light"},
          {"bg", Number(&Scene::bg, ColourMin, ColourMax), "linear", "blue over green of the light"},
          {"startOffsetEV", Number(&Scene::startOffsetEV, -20.0, 20.0), "EV",
           "the fixed exposure to start with, against the one that shows mid-grey"},
-         {"pattern", Map(&Scene::pattern, PatternTable()), "", "what the frame shows"},
+         {"pattern", Map(&Scene::pattern, PatternTable), "", "what the frame shows"},
          {"light",
-          List(&Scene::light, "points {time, ev}", LightPointTable(),
+          List(&Scene::light, "points {time, ev}", LightPointTable,
                {&LightPoint::time, true, "light points must stand in ascending time"}),
           "", "steps and ramps of the light"},
-         {"ripple", Map(&Scene::ripple, RippleTable()), "",
+         {"ripple", Map(&Scene::ripple, RippleTable), "",
           "a sine in the light, slow enough for every frame to see one value"},
-         {"lamp", Map(&Scene::lamp, LampTable()), "", "a lamp that flickers within a frame"},
+         {"lamp", Map(&Scene::lamp, LampTable), "", "a lamp that flickers within a frame"},
          {"sensor", SensorValue(), "", "the sensor that looks at the scene"},
          {"events", EventsValue(), "", "what happens at which time"},
-         {"variants", {ReadElsewhere}, "", "other runs of the scene by name, each a map of what it changes"},
+         {"variants",
+          {ReadElsewhere, {.type = SceneType::Map, .members = WholeSceneTable, .isByName = true}},
+          "",
+          "other runs of the scene, each with what it changes"},
          {"role", Within(&Scene::camera, Choice(&CameraSetup::role, RoleChoices())), "",
           "what the camera is in its group"},
-         {"modes", Within(&Scene::camera, Made(&CameraSetup::modes, ReadModes)), "",
+         {"modes", Within(&Scene::camera, Made(&CameraSetup::modes, ReadModes, ModesForm())), "",
           "modes of the tuning from the first frame on, such as Sensor.0"},
          {"calibration", Within(&Scene::camera, CalibrationValue()), "", "what the factory has measured of the module"},
          {"sensitivityByCCT", Within(&Scene::camera, SensitivityByCCTValue()), "",
           "how the module sees light of different colour; linear in between"},
          {"CCT", Number(&Scene::CCT, CCTMin, CCTMax), "K", "colour of the light at first"},
-         {"start", NewMap(&Scene::start, StartTable()), "", "how the session begins"},
-         {"second", {ReadElsewhere}, "", "a second camera: the first one but for what stands here"},
-         {"object", Map(&Scene::object, ObjectTable()), "", "something before the pattern that comes, moves and goes"},
-         {"map", Map(&Scene::map, OutsideMapTable()), "", "a map of the object from a source outside the camera"},
+         {"start", NewMap(&Scene::start, StartTable), "", "how the session begins"},
+         {"second",
+          {ReadElsewhere, {.type = SceneType::Map, .members = SecondTable}},
+          "",
+          "a second camera: the first one but for what stands here; setup and start are its own"},
+         {"object", Map(&Scene::object, ObjectTable), "", "something before the pattern that comes, moves and goes"},
+         {"map", Map(&Scene::map, OutsideMapTable), "", "a map of the object from a source outside the camera"},
          {"gyro",
-          List(&Scene::gyro, "points {time, rms}", GyroPointTable(),
+          List(&Scene::gyro, "points {time, rms}", GyroPointTable,
                {&GyroPoint::time, false, "gyro points must stand in ascending time"}),
           "", "how the camera shakes"},
-         {"detectors", NewMap(&Scene::detectors, DetectorsTable()), "", "what to tell of scene change detectors"},
+         {"detectors", NewMap(&Scene::detectors, DetectorsTable), "", "what to tell of scene change detectors"},
          {"monitors", Flag(&Scene::isMonitored), "", "whether the summary tells what the monitors said"},
-         {"flash", NewMap(&Scene::flash, FlashTable()), "", "two LEDs, and pictures that are taken with them"}});
+         {"flash", NewMap(&Scene::flash, FlashTable), "", "two LEDs, and pictures that are taken with them"}});
     return table;
 }
 
@@ -166,19 +186,7 @@ Scene ReadScene(const std::string& rPath, const std::string& variant)
     reader.ReadInto(input.Root(), scene);
     if (!variant.empty())
     {
-        const YamlMap    map       = input.Map(input.Root(), "a scene");
-        const YamlEntry* pVariants = map.Find("variants");
-        if (pVariants == nullptr)
-        {
-            input.Fail(input.Root(), fmt::format("there is no variant '{}': the scene has no variants", variant));
-        }
-        const YamlMap    variants = input.Map(pVariants->value, "variants");
-        const YamlEntry* pVariant = variants.Find(variant);
-        if (pVariant == nullptr)
-        {
-            input.Fail(pVariants->value, fmt::format("there is no variant '{}'", variant));
-        }
-        reader.ReadInto(pVariant->value, scene);
+        reader.ReadInto(VariantNode(input, variant), scene);
     }
     reader.ReadSecond(scene);
     const bool needsSecond =
@@ -193,15 +201,10 @@ Scene ReadScene(const std::string& rPath, const std::string& variant)
 
 std::vector<std::string> ReadVariants(const std::string& rPath)
 {
-    const YamlInput          input = OpenScene(rPath);
-    const YamlMap            map   = input.Map(input.Root(), "a scene");
     std::vector<std::string> names;
-    if (const YamlEntry* pVariants = map.Find("variants"); pVariants != nullptr)
+    for (const YamlEntry& rVariant : Variants(OpenScene(rPath)))
     {
-        for (const YamlEntry& rEntry : input.Map(pVariants->value, "variants"))
-        {
-            names.push_back(rEntry.name);
-        }
+        names.push_back(rVariant.name);
     }
     return names;
 }

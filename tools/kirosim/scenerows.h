@@ -1,6 +1,6 @@
 /// @file
 /// The members of a scene's maps as rows. One row says how a member is read, within which limits, in which unit, and
-/// what it means; reading, advice on a misspelt name and a list of all members come from it.
+/// what it means; reading, advice on a misspelt name and the reference of all members come from it.
 #pragma once
 
 #include <functional>
@@ -16,20 +16,36 @@ namespace kirosim
 {
 
 class SceneMembers;
+template <typename T> class SceneTable;
 
-/// Numbers that a member takes, limits included.
+/// What a member's text is, or each item of its list.
+enum class SceneType
+{
+    Text,
+    Number,
+    Whole,  ///< number
+    Flag,
+    Name,  ///< one of some
+    Mode,  ///< of the tuning, such as Sensor.0
+    Map
+};
+
+/// Numbers that a member takes as a person writes them, limits included.
 struct SceneRange
 {
-    DOUBLE low;
-    DOUBLE high;
+    std::string low;
+    std::string high;
 };
 
 /// What a member's text looks like.
 struct SceneForm
 {
-    std::optional<SceneRange> range    = {};       ///< of its numbers
-    std::vector<std::string>  names    = {};       ///< it is one of these
-    const SceneMembers*       pMembers = nullptr;  ///< of its map, or of each map of its list
+    SceneType                            type     = SceneType::Text;
+    std::optional<SceneRange>            range    = {};  ///< of its numbers
+    std::vector<std::string>             names    = {};  ///< it may be one of these; if not of type Name, also another
+    std::vector<SceneCount>              lists    = {};  ///< items of its list, then of each list in it
+    std::function<const SceneMembers&()> members  = {};  ///< of its map or maps; asked for late, since maps nest
+    bool                                 isByName = false;  ///< it is a map of such maps, by any names
 };
 
 /// What is to be said of a member.
@@ -39,6 +55,7 @@ struct SceneMember
     SceneForm        form;
     std::string_view unit;  ///< of its numbers as they stand in the text; empty for none
     std::string_view meaning;
+    std::string      initial;  ///< the text of the value that it has if the map does not name it; empty for none
 };
 
 /// The members of one kind of map, whatever they are read into.
@@ -75,9 +92,13 @@ template <typename T> struct SceneValue
 {
     using Reader = std::function<VOID(const SceneText&, const tuningfile::YamlEntry&, T&)>;
 
-    Reader    read;
-    SceneForm form = {};
+    Reader                               read;
+    SceneForm                            form   = {};
+    std::function<std::string(const T&)> textOf = {};  ///< the member's value, empty if it has none; may be missing
 };
+
+/// Where a table is to be had.
+template <typename T> using SceneTableSource = const SceneTable<T>& (*)();
 
 template <typename T> struct SceneRow
 {
@@ -94,14 +115,16 @@ public:
     SceneTable(std::string_view expected, std::string_view what, std::initializer_list<SceneRow<T>> rows)
         : SceneMembers(expected, what)
     {
+        const T initial{};
         for (const SceneRow<T>& rRow : rows)
         {
-            m_members.push_back({rRow.name, rRow.value.form, rRow.unit, rRow.meaning});
+            m_members.push_back({rRow.name, rRow.value.form, rRow.unit, rRow.meaning,
+                                 rRow.value.textOf ? rRow.value.textOf(initial) : ""});
             m_readers.push_back(rRow.value.read);
         }
     }
 
-    /// A table of some of the members of another one, in another order.
+    /// A table of some of the members of another one, in another order, whose values it is to change.
     SceneTable(std::string_view expected, std::string_view what, const SceneTable& rAll,
                std::initializer_list<std::string_view> names)
         : SceneMembers(expected, what)
@@ -113,6 +136,7 @@ public:
                 if (rAll.m_members[index].name == name)
                 {
                     m_members.push_back(rAll.m_members[index]);
+                    m_members.back().initial.clear();
                     m_readers.push_back(rAll.m_readers[index]);
                 }
             }

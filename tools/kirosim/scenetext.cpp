@@ -2,15 +2,31 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
+#include "tools/tuningfile/names.h"
 #include "tools/tuningfile/scalarinput.h"
 
 using tuningfile::YamlEntry;
 
 namespace kirosim
 {
+
+std::string TextOf(const SceneCount& rCount)
+{
+    if (rCount.least == rCount.most)
+    {
+        return std::to_string(rCount.least);
+    }
+    return (rCount.most == SceneCount::Any) ? "" : fmt::format("{} to {}", rCount.least, rCount.most);
+}
+
+std::string TextOf(DOUBLE value)
+{
+    // Six digits hide what conversion between units leaves; read back, the number is printed without an exponent.
+    return std::isfinite(value) ? fmt::format("{}", std::stod(fmt::format("{:.6g}", value))) : "";
+}
 
 DOUBLE SceneText::Number(const YamlEntry& rEntry, DOUBLE low, DOUBLE high) const
 {
@@ -31,21 +47,22 @@ DOUBLE SceneText::Number(const YAML::Node& rNode, const std::string& rName, DOUB
 
 std::vector<DOUBLE> SceneText::Numbers(const YamlEntry& rEntry, size_t count, DOUBLE low, DOUBLE high) const
 {
-    if (!rEntry.value.IsSequence() || rEntry.value.size() != count)
-    {
-        m_rInput.Fail(rEntry.value, fmt::format("{} wants a list of {} numbers", rEntry.name, count));
-    }
     std::vector<DOUBLE> values;
-    for (const YAML::Node& rItem : rEntry.value)
+    for (const YAML::Node& rItem : Items(rEntry, "numbers", {count, count}))
     {
         values.push_back(Number(rItem, rEntry.name, low, high));
     }
     return values;
 }
 
-UINT64 SceneText::Unsigned(const YamlEntry& rEntry, UINT64 maximum) const
+INT64 SceneText::Whole(const YamlEntry& rEntry, INT64 low, INT64 high) const
 {
-    return tuningfile::ReadUnsigned(m_rInput, rEntry.value, rEntry.name, maximum);
+    return tuningfile::ReadInteger(m_rInput, rEntry.value, rEntry.name, low, high);
+}
+
+UINT64 SceneText::Whole(const YamlEntry& rEntry, UINT64 low, UINT64 high) const
+{
+    return tuningfile::ReadInteger(m_rInput, rEntry.value, rEntry.name, low, high);
 }
 
 bool SceneText::Flag(const YamlEntry& rEntry) const
@@ -59,20 +76,22 @@ size_t SceneText::Choice(const YamlEntry& rEntry, const std::vector<std::string>
     const auto         found = std::find(rNames.begin(), rNames.end(), rText);
     if (found == rNames.end())
     {
-        const auto last = rNames.end() - 1;
-        m_rInput.Fail(rEntry.value, fmt::format("'{}' is no {}, expected {} or {}", rText, rEntry.name,
-                                                fmt::join(rNames.begin(), last, ", "), *last));
+        m_rInput.Fail(rEntry.value, fmt::format("'{}' is no {}, {}", rText, rEntry.name,
+                                                tuningfile::Advice(rText, {rNames.begin(), rNames.end()})));
     }
     return static_cast<size_t>(found - rNames.begin());
 }
 
-std::vector<YAML::Node> SceneText::Items(const YamlEntry& rEntry, const CHAR* pWhat) const
+std::vector<YAML::Node> SceneText::Items(const YamlEntry& rEntry, const CHAR* pWhat, SceneCount count) const
 {
-    if (!rEntry.value.IsSequence())
+    const YAML::Node& rList = rEntry.value;
+    if (!rList.IsSequence() || rList.size() < count.least || rList.size() > count.most)
     {
-        m_rInput.Fail(rEntry.value, fmt::format("{} wants a list of {}", rEntry.name, pWhat));
+        const std::string number = TextOf(count);
+        m_rInput.Fail(rList,
+                      fmt::format("{} wants a list of {}{}{}", rEntry.name, number, number.empty() ? "" : " ", pWhat));
     }
-    return {rEntry.value.begin(), rEntry.value.end()};
+    return {rList.begin(), rList.end()};
 }
 
 }  // namespace kirosim

@@ -2,6 +2,7 @@
 /// How the members of a scene's maps are read: numbers, flags, names, lists and maps, each into a member of a struct.
 #pragma once
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <type_traits>
@@ -24,20 +25,38 @@ template <typename M> struct SceneOptional<std::optional<M>>
 };
 template <typename M> using ScenePlain = typename SceneOptional<M>::Type;
 
+/// The text of a member's value, if it is one that is always there.
+template <typename T, typename M, typename Text> auto TextOfMember(M T::*pMember, Text text)
+{
+    return [=](const T& rTarget) -> std::string
+    {
+        if constexpr (std::is_same_v<M, ScenePlain<M>>)
+        {
+            return text(rTarget.*pMember);
+        }
+        return "";
+    };
+}
+
 /// A number. @param factor from the text's unit to the member's
 template <typename T, typename M> SceneValue<T> Number(M T::*pMember, DOUBLE low, DOUBLE high, DOUBLE factor = 1.0)
 {
-    return {[=](const SceneText& rText, const tuningfile::YamlEntry& rEntry, T& rTarget)
-            { rTarget.*pMember = static_cast<ScenePlain<M>>(rText.Number(rEntry, low, high) * factor); },
-            {.range = SceneRange{low, high}}};
+    return {
+        [=](const SceneText& rText, const tuningfile::YamlEntry& rEntry, T& rTarget)
+        { rTarget.*pMember = static_cast<ScenePlain<M>>(rText.Number(rEntry, low, high) * factor); },
+        {.type = SceneType::Number, .range = SceneRange{TextOf(low), TextOf(high)}},
+        TextOfMember(pMember, [factor](ScenePlain<M> value) { return TextOf(static_cast<DOUBLE>(value) / factor); })};
 }
 
-/// A whole number of 0 or above.
-template <typename T, typename M> SceneValue<T> Unsigned(M T::*pMember, UINT64 maximum)
+/// What holds the limits of a member of whole numbers.
+template <typename M> using SceneWhole = std::conditional_t<std::is_signed_v<ScenePlain<M>>, INT64, UINT64>;
+
+template <typename T, typename M> SceneValue<T> Whole(M T::*pMember, SceneWhole<M> low, SceneWhole<M> high)
 {
     return {[=](const SceneText& rText, const tuningfile::YamlEntry& rEntry, T& rTarget)
-            { rTarget.*pMember = static_cast<ScenePlain<M>>(rText.Unsigned(rEntry, maximum)); },
-            {.range = SceneRange{0.0, static_cast<DOUBLE>(maximum)}}};
+            { rTarget.*pMember = static_cast<ScenePlain<M>>(rText.Whole(rEntry, low, high)); },
+            {.type = SceneType::Whole, .range = SceneRange{std::to_string(low), std::to_string(high)}},
+            TextOfMember(pMember, [](ScenePlain<M> value) { return std::to_string(value); })};
 }
 
 /// A list of so many numbers. @param set takes them into the target
@@ -46,36 +65,48 @@ SceneValue<T> Numbers(size_t count, DOUBLE low, DOUBLE high, VOID (*set)(T&, con
 {
     return {[=](const SceneText& rText, const tuningfile::YamlEntry& rEntry, T& rTarget)
             { set(rTarget, rText.Numbers(rEntry, count, low, high)); },
-            {.range = SceneRange{low, high}}};
+            {.type = SceneType::Number, .range = SceneRange{TextOf(low), TextOf(high)}, .lists = {{count, count}}}};
 }
 
 template <typename T, typename M> SceneValue<T> Flag(M T::*pMember)
 {
     return {[=](const SceneText& rText, const tuningfile::YamlEntry& rEntry, T& rTarget)
             { rTarget.*pMember = rText.Flag(rEntry); },
-            {.names = {"true", "false"}}};
+            {.type = SceneType::Flag},
+            TextOfMember(pMember, [](bool value) { return value ? "true" : "false"; })};
 }
 
 /// Names and what they stand for.
 template <typename V> using SceneChoices = std::vector<std::pair<std::string, V>>;
 
-/// One of some names. @param set takes what it stands for into the target
-template <typename T, typename V, typename Set> SceneValue<T> ChoiceBy(const SceneChoices<V>& rChoices, Set set)
+/// One of some names.
+/// @param set takes what it stands for into the target
+/// @param has says whether the target has it
+template <typename T, typename V, typename Set, typename Has>
+SceneValue<T> ChoiceBy(const SceneChoices<V>& rChoices, Set set, Has has)
 {
-    SceneForm form;
+    SceneForm form{.type = SceneType::Name};
     for (const auto& rChoice : rChoices)
     {
         form.names.push_back(rChoice.first);
     }
     return {[=, names = form.names](const SceneText& rText, const tuningfile::YamlEntry& rEntry, T& rTarget)
             { set(rTarget, rChoices[rText.Choice(rEntry, names)].second); },
-            form};
+            form,
+            [=](const T& rTarget) -> std::string
+            {
+                const auto found = std::find_if(rChoices.begin(), rChoices.end(),
+                                                [&](const auto& rChoice) { return has(rTarget, rChoice.second); });
+                return (found != rChoices.end()) ? found->first : "";
+            }};
 }
 
 template <typename T, typename M>
 SceneValue<T> Choice(M T::*pMember, const std::type_identity_t<SceneChoices<ScenePlain<M>>>& rChoices)
 {
-    return ChoiceBy<T>(rChoices, [pMember](T& rTarget, const auto& rValue) { rTarget.*pMember = rValue; });
+    return ChoiceBy<T>(
+        rChoices, [pMember](T& rTarget, const auto& rValue) { rTarget.*pMember = rValue; },
+        [pMember](const T& rTarget, const auto& rValue) { return rTarget.*pMember == rValue; });
 }
 
 /// What a function makes of the text.
@@ -88,41 +119,41 @@ SceneValue<T> Made(M T::*pMember, V (*make)(const SceneText&, const tuningfile::
 }
 
 /// A map that changes the members it names.
-template <typename T, typename M, typename I> SceneValue<T> Map(M T::*pMember, const SceneTable<I>& rTable)
+template <typename T, typename M, typename I> SceneValue<T> Map(M T::*pMember, SceneTableSource<I> table)
 {
-    return {[=, &rTable](const SceneText& rText, const tuningfile::YamlEntry& rEntry, T& rTarget)
+    return {[=](const SceneText& rText, const tuningfile::YamlEntry& rEntry, T& rTarget)
             {
                 if constexpr (std::is_same_v<M, I>)
                 {
-                    rTable.Read(rText, rEntry.value, rTarget.*pMember);
+                    table().Read(rText, rEntry.value, rTarget.*pMember);
                 }
                 else
                 {
                     M& rMember = rTarget.*pMember;
-                    rTable.Read(rText, rEntry.value, rMember.has_value() ? *rMember : rMember.emplace());
+                    table().Read(rText, rEntry.value, rMember.has_value() ? *rMember : rMember.emplace());
                 }
             },
-            {.pMembers = &rTable}};
+            {.type = SceneType::Map, .members = table}};
 }
 
 /// A map that begins anew: members that it does not name are as at first.
-template <typename T, typename M, typename I> SceneValue<T> NewMap(M T::*pMember, const SceneTable<I>& rTable)
+template <typename T, typename M, typename I> SceneValue<T> NewMap(M T::*pMember, SceneTableSource<I> table)
 {
-    return {[=, &rTable](const SceneText& rText, const tuningfile::YamlEntry& rEntry, T& rTarget)
+    return {[=](const SceneText& rText, const tuningfile::YamlEntry& rEntry, T& rTarget)
             {
                 I value{};
-                rTable.Read(rText, rEntry.value, value);
+                table().Read(rText, rEntry.value, value);
                 rTarget.*pMember = std::move(value);
             },
-            {.pMembers = &rTable}};
+            {.type = SceneType::Map, .members = table}};
 }
 
 /// A map within the text whose members are the target's own.
-template <typename T> SceneValue<T> Group(const SceneTable<T>& rTable)
+template <typename T> SceneValue<T> Group(SceneTableSource<T> table)
 {
-    return {[&rTable](const SceneText& rText, const tuningfile::YamlEntry& rEntry, T& rTarget)
-            { rTable.Read(rText, rEntry.value, rTarget); },
-            {.pMembers = &rTable}};
+    return {[table](const SceneText& rText, const tuningfile::YamlEntry& rEntry, T& rTarget)
+            { table().Read(rText, rEntry.value, rTarget); },
+            {.type = SceneType::Map, .members = table}};
 }
 
 /// The order in which the maps of a list must stand.
@@ -135,15 +166,16 @@ template <typename I> struct SceneOrder
 
 /// A list of maps, in the place of what was there before. @param pWhat what the list holds, for the refusal
 template <typename T, typename I>
-SceneValue<T> List(std::vector<I> T::*pMember, const CHAR* pWhat, const SceneTable<I>& rTable, SceneOrder<I> order = {})
+SceneValue<T> List(std::vector<I> T::*pMember, const CHAR* pWhat, std::type_identity_t<SceneTableSource<I>> table,
+                   SceneOrder<I> order = {})
 {
-    return {[=, &rTable](const SceneText& rText, const tuningfile::YamlEntry& rEntry, T& rTarget)
+    return {[=](const SceneText& rText, const tuningfile::YamlEntry& rEntry, T& rTarget)
             {
                 std::vector<I> items;
                 for (const YAML::Node& rItem : rText.Items(rEntry, pWhat))
                 {
                     I item{};
-                    rTable.Read(rText, rItem, item);
+                    table().Read(rText, rItem, item);
                     if (order.pKey != nullptr && !items.empty() &&
                         (item.*order.pKey < items.back().*order.pKey ||
                          (!order.mayStay && item.*order.pKey == items.back().*order.pKey)))
@@ -154,7 +186,7 @@ SceneValue<T> List(std::vector<I> T::*pMember, const CHAR* pWhat, const SceneTab
                 }
                 rTarget.*pMember = std::move(items);
             },
-            {.pMembers = &rTable}};
+            {.type = SceneType::Map, .lists = {{}}, .members = table}};
 }
 
 /// A value of a struct within the target.
@@ -162,37 +194,38 @@ template <typename T, typename I> SceneValue<T> Within(I T::*pInner, const Scene
 {
     return {[pInner, read = rValue.read](const SceneText& rText, const tuningfile::YamlEntry& rEntry, T& rTarget)
             { read(rText, rEntry, rTarget.*pInner); },
-            rValue.form};
+            rValue.form,
+            [pInner, textOf = rValue.textOf](const T& rTarget)
+            { return textOf ? textOf(rTarget.*pInner) : std::string(); }};
 }
 
 /// A value, or the word none. @param clear what the word does
-template <typename T> SceneValue<T> OrNone(const SceneValue<T>& rValue, std::type_identity_t<VOID (*)(T&)> clear)
+template <typename T> SceneValue<T> OrNone(SceneValue<T> value, std::type_identity_t<VOID (*)(T&)> clear)
 {
-    SceneForm form = rValue.form;
-    form.names.emplace_back("none");
-    return {[clear, read = rValue.read](const SceneText& rText, const tuningfile::YamlEntry& rEntry, T& rTarget)
-            {
-                if (rEntry.value.IsScalar() && rEntry.value.Scalar() == "none")
-                {
-                    clear(rTarget);
-                    return;
-                }
-                read(rText, rEntry, rTarget);
-            },
-            std::move(form)};
+    value.form.names.emplace_back("none");
+    value.read = [clear, read = value.read](const SceneText& rText, const tuningfile::YamlEntry& rEntry, T& rTarget)
+    {
+        if (rEntry.value.IsScalar() && rEntry.value.Scalar() == "none")
+        {
+            clear(rTarget);
+            return;
+        }
+        read(rText, rEntry, rTarget);
+    };
+    return value;
 }
 
 /// A value with something to be done once it is read: a check, or an order.
 template <typename T>
-SceneValue<T> Then(const SceneValue<T>&                                                               rValue,
+SceneValue<T> Then(SceneValue<T>                                                                      value,
                    std::type_identity_t<VOID (*)(const SceneText&, const tuningfile::YamlEntry&, T&)> next)
 {
-    return {[next, read = rValue.read](const SceneText& rText, const tuningfile::YamlEntry& rEntry, T& rTarget)
-            {
-                read(rText, rEntry, rTarget);
-                next(rText, rEntry, rTarget);
-            },
-            rValue.form};
+    value.read = [next, read = value.read](const SceneText& rText, const tuningfile::YamlEntry& rEntry, T& rTarget)
+    {
+        read(rText, rEntry, rTarget);
+        next(rText, rEntry, rTarget);
+    };
+    return value;
 }
 
 }  // namespace kirosim

@@ -18,7 +18,7 @@ const SceneTable<Sensor>& SensorTable()
 {
     static const SceneTable<Sensor> table(
         "a sensor", "member of a sensor",
-        {{"latency", Number(&Sensor::latency, 1.0, 9.0), "frames", "from a decision to the statistics that show it"},
+        {{"latency", Whole(&Sensor::latency, 1, 9), "frames", "from a decision to the statistics that show it"},
          {"minGain", Number(&Sensor::minGain, GainMin, GainMax), "linear", "smallest gain"},
          {"maxGain", Number(&Sensor::maxGain, GainMin, GainMax), "linear", "largest gain"},
          {"gainStep", Number(&Sensor::gainStep, 1e-6, 1.0), "linear", "gains are multiples of it"},
@@ -27,7 +27,7 @@ const SceneTable<Sensor>& SensorTable()
          {"maxTimeUs", Number(&Sensor::maxTime, TimeUsMin, TimeUsMax, NsPerUs), "us", "longest exposure time"},
          {"readoutMs", Number(&Sensor::readout, 0.0, 1000.0, 1e-3), "ms",
           "from the first row to the last: rows begin one after another"},
-         {"bitDepth", Unsigned(&Sensor::bitDepth, 16), "bits", "of the statistics, whose full scale it gives"},
+         {"bitDepth", Whole(&Sensor::bitDepth, 0, 16), "bits", "depth of the statistics, whose full scale it gives"},
          {"regionNoise", Number(&Sensor::regionNoise, 0.0, 1.0), "share of the value", "sigma of a region's noise"},
          {"shotNoise", Number(&Sensor::shotNoise, 0.0, 1.0), "share of full scale",
           "sigma of a full-scale region's shot noise at unity gain"},
@@ -40,7 +40,7 @@ const SceneTable<Sensor>& SensorTable()
 
 SceneValue<Scene> SensorValue()
 {
-    return Then(Map(&Scene::sensor, SensorTable()),
+    return Then(Map(&Scene::sensor, SensorTable),
                 [](const SceneText& rText, const tuningfile::YamlEntry& rEntry, Scene& rScene)
                 {
                     const Sensor& rSensor = rScene.sensor;

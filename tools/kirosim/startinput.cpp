@@ -19,12 +19,15 @@ SceneValue<StartPlan> SourceValue()
                                              {"lightSensor", {.source = KIROStartExpExtLightData}},
                                              {"fixed", {.isFixed = true}},
                                              {"automatic", {}}};
-    return ChoiceBy<StartPlan>(sources,
-                               [](StartPlan& rPlan, const StartPlan& rChosen)
-                               {
-                                   rPlan.source  = rChosen.source;
-                                   rPlan.isFixed = rChosen.isFixed;
-                               });
+    return ChoiceBy<StartPlan>(
+        sources,
+        [](StartPlan& rPlan, const StartPlan& rChosen)
+        {
+            rPlan.source  = rChosen.source;
+            rPlan.isFixed = rChosen.isFixed;
+        },
+        [](const StartPlan& rPlan, const StartPlan& rChosen)
+        { return rPlan.source == rChosen.source && rPlan.isFixed == rChosen.isFixed; });
 }
 
 }  // namespace

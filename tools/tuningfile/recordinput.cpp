@@ -175,8 +175,8 @@ VOID RecordInput::ReadFilled(const YAML::Node& rNode, const tuning::RecordMember
     {
         if (rEntry.name != FillKey)
         {
-            const UINT64 index =
-                ReadUnsigned(m_rInput, rEntry.key, fmt::format("a position in {}", rMember.pName), rMember.count - 1);
+            const UINT64 index = ReadInteger<UINT64>(
+                m_rInput, rEntry.key, fmt::format("a position in {}", rMember.pName), 0, rMember.count - 1);
             ReadValue(rEntry.value, rMember, pValues + index * rMember.valueSize);
         }
     }

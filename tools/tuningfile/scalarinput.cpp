@@ -203,16 +203,21 @@ VOID ReadScalar(const YamlInput& rInput, const YAML::Node& rNode, const tuning::
     }
 }
 
-UINT64 ReadUnsigned(const YamlInput& rInput, const YAML::Node& rNode, std::string_view what, UINT64 maximum)
+template <typename T>
+T ReadInteger(const YamlInput& rInput, const YAML::Node& rNode, std::string_view what, T least, T most)
 {
-    UINT64 value = 0;
-    if (ParseInteger(PlainScalar(rInput, rNode, what, "an integer"), value) != Outcome::Good || value > maximum)
+    T value{};
+    if (ParseInteger(PlainScalar(rInput, rNode, what, "an integer"), value) != Outcome::Good || value < least ||
+        value > most)
     {
-        rInput.Fail(rNode,
-                    fmt::format("{} found for {}, expected an integer from 0 to {}", Describe(rNode), what, maximum));
+        rInput.Fail(rNode, fmt::format("{} found for {}, expected an integer from {} to {}", Describe(rNode), what,
+                                       least, most));
     }
     return value;
 }
+
+template INT64  ReadInteger(const YamlInput&, const YAML::Node&, std::string_view, INT64, INT64);
+template UINT64 ReadInteger(const YamlInput&, const YAML::Node&, std::string_view, UINT64, UINT64);
 
 bool ReadFlag(const YamlInput& rInput, const YAML::Node& rNode, std::string_view what)
 {

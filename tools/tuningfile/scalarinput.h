@@ -14,8 +14,10 @@ namespace tuningfile
 VOID ReadScalar(const YamlInput& rInput, const YAML::Node& rNode, const tuning::RecordMember& rMember, BYTE* pValue);
 
 /// @param what for messages
-/// @throws InputError if the scalar is not a decimal or hexadecimal integer from 0 to maximum
-UINT64 ReadUnsigned(const YamlInput& rInput, const YAML::Node& rNode, std::string_view what, UINT64 maximum);
+/// For INT64 and UINT64.
+/// @throws InputError if the scalar is not a decimal or hexadecimal integer within the limits
+template <typename T>
+T ReadInteger(const YamlInput& rInput, const YAML::Node& rNode, std::string_view what, T least, T most);
 
 /// @throws InputError if the scalar is neither true nor false
 bool ReadFlag(const YamlInput& rInput, const YAML::Node& rNode, std::string_view what);

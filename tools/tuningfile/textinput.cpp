@@ -251,7 +251,8 @@ VOID TextInput::ReadMode(const YamlEntry& rEntry, ModeTable& rTable, std::option
         }
         else if (rItem.name == "group")
         {
-            rTable.modes[index].group = static_cast<UINT32>(ReadUnsigned(m_input, rItem.value, rItem.name, 0xFF));
+            rTable.modes[index].group =
+                static_cast<UINT32>(ReadInteger<UINT64>(m_input, rItem.value, rItem.name, 0, 0xFF));
         }
         else if (&rItem != pLink && &rItem != pChildren && &rItem != pModules)
         {
