@@ -7,6 +7,7 @@
 #include "tools/kirosim/replaycommand.h"
 #include "tools/kirosim/runcommand.h"
 #include "tools/kirosim/scene.h"
+#include "tools/kirosim/sceneschema.h"
 #include "tools/program/commandline.h"
 
 namespace
@@ -76,6 +77,10 @@ int RunProgram(int argc, char** argv)
     CLI::App* pVariants = app.add_subcommand("variants", "list the variants of a scene");
     pVariants->add_option("--scene", options.scene, "scene (.yaml)")->check(program::FileName)->required();
 
+    CLI::App* pSchema = app.add_subcommand("schema", "print what a scene may say, as a reference in Markdown");
+    bool      isJson  = false;
+    pSchema->add_flag("--json", isJson, "as JSON Schema for editors");
+
     if (const std::optional<int> status = program::ReadCommandLine(app, argc, argv))
     {
         return *status;
@@ -84,6 +89,11 @@ int RunProgram(int argc, char** argv)
     if (pReplay->parsed())
     {
         return kirosim::Replay(replayOptions, kirosim::librarylog::Write) ? 0 : program::ExitBadInput;
+    }
+    if (pSchema->parsed())
+    {
+        fmt::print("{}", isJson ? kirosim::SceneJsonSchema() : kirosim::SceneReference());
+        return 0;
     }
     if (pRun->parsed())
     {
