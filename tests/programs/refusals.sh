@@ -11,14 +11,14 @@ failures=0
 kirosim() { "${launcher[@]}" "$bin/kirosim" "$@"; }
 kirotune() { "${launcher[@]}" "$bin/kirotune" "$@"; }
 
-# Runs a command that must be refused; the line on stderr must match the pattern.
+# Runs a command that must be refused; the line on stderr must match the pattern. The status is 1, or as expected= says.
 refuses() {
     local pattern=$1
     shift
     "$@" >"$work/stdout" 2>"$work/stderr"
     local status=$?
-    if [ $status -ne 1 ] || [ "$(grep -c '' "$work/stderr")" -ne 1 ] || ! grep -Eq "$pattern" "$work/stderr"; then
-        echo "status $status, expected 1 and one line that matches '$pattern': $*"
+    if [ $status -ne "${expected:-1}" ] || [ "$(grep -c '' "$work/stderr")" -ne 1 ] || ! grep -Eq "$pattern" "$work/stderr"; then
+        echo "status $status, expected ${expected:-1} and one line that matches '$pattern': $*"
         cat "$work/stderr"
         failures=$((failures + 1))
     fi
@@ -50,6 +50,11 @@ printf 'name: bad\nlux: bright\n' >"$work/scene.yaml"
 refuses "scene.yaml:2:[0-9]+: " kirosim run --no-live --tuning "$good" --scene "$work/scene.yaml" --csv "$work/out.csv"
 printf 'frames: 0\n' >"$work/noframes.yaml"
 refuses "noframes.yaml:1:[0-9]+: .0. found for frames, expected an integer from 1" kirosim run --no-live --tuning "$good" --scene "$work/noframes.yaml"
+refuses "natural.yaml:2:1: there is no variant 'step2', did you mean 'step.2'" kirosim run --no-live --tuning "$good" \
+    --scene "$examples/scenes/natural.yaml" --variant step2
+expected=2 refuses "^kirosim: unknown option '--varint', did you mean '--variant'\?$" kirosim run --varint step2
+expected=2 refuses "^kirosim: unknown command 'rn', did you mean 'run'\?$" kirosim rn --scene "$scene"
+expected=2 refuses "^kirosim: .*not expected: extra$" kirosim variants --scene "$scene" extra
 refuses "second camera" kirosim run --no-live --tuning "$good" --scene "$scene" --csv-second "$work/out.csv"
 
 refuses "scene.yaml:2:[0-9]+: " kirosim run --no-live --tuning "$good" --scene "$work/scene.yaml" --debug-data "$work/out.dbg"
