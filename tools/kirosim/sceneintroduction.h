@@ -7,8 +7,8 @@ namespace kirosim
 
 constexpr char SceneIntroduction[] = R"(# Scenes
 
-A scene is a YAML file that tells `kirosim` what its camera sees: the light over space and time, the sensor that looks at
-it, and what the user does meanwhile. Nothing is required, so a scene says only what it is about:
+A scene is a YAML file that tells `kirosim` what its camera sees: the light over space and time, the sensor that looks
+at it, and what the user does meanwhile. Nothing is required, so a scene says only what it is about:
 
 ```yaml
 # Someone switches a lamp on after 2 s, and asks for a brighter picture after 5 s.
@@ -32,8 +32,8 @@ kirosim run --no-live --tuning examples/tunings/phone.yaml --scene lamp.yaml --v
 kirosim variants --scene lamp.yaml
 ```
 
-- A variant is a run of its own: the scene, but for what the variant names. A list takes the place of the scene's, and the
-  maps `calibration`, `detectors`, `flash` and `start` begin anew; of other maps, what is not named stays.
+- A variant is a run of its own: the scene, but for what the variant names. A list takes the place of the scene's, and
+  the maps `calibration`, `detectors`, `flash` and `start` begin anew; of other maps, what is not named stays.
 - Anchors and merge keys of YAML spare repetition: `flash: {<<: *flash, maxCurrent: 450}`.
 - A slip is refused with file, line and column, and with what was expected. Limits belong to their range.
 - `kirosim schema` prints this page, `kirosim schema --json > scene.schema.json` a JSON Schema with which an editor
