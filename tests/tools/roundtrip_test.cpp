@@ -170,7 +170,8 @@ TEST(RoundTrip, EveryFormOfTheTablesIsKept)
         node.Add("whole", RecordToText(rDescription, pRecord, nullptr));
         node.Add("difference", RecordToText(rDescription, pVariant, pRecord));
         const YamlInput   yaml(ToYaml(node), "t.yaml");
-        const RecordInput input(yaml, arena);
+        TextPlaces        places;
+        const RecordInput input(yaml, arena, places);
         VOID*             pRead = arena.Allocate(rDescription.size);
         input.ReadRecord(yaml.Root()["whole"], rDescription, pRead);
         EXPECT_TRUE(SameRecord(rDescription, pRecord, pRead));

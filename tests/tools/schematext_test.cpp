@@ -85,8 +85,9 @@ TEST(SchemaText, ReferencePagesTellMembersAndWhoSharesThem)
 
 TEST(SchemaText, PagesEscapeWhatTheirFormWouldRead)
 {
-    Document page{"name", "a & b", {}};
-    page.AddTable({{"<b>"}, {{{Code("x|y"), Words("<"), Link("l", "#Two Words")}}}});
+    Document   page{"name", "a & b", {}};
+    const Line cell = {Code("x|y"), Plain("<"), Link("l", "#Two Words")};
+    page.AddTable(Table{{"<b>"}, {std::vector<Line>{cell}}});
     EXPECT_EQ("| <b> |\n|---|\n| `x\\|y`<[l](#two-words) |\n", ToMarkdown(page));
     const std::string html = ToHtml(page);
     EXPECT_NE(std::string::npos, html.find("<title>a &amp; b</title>"));

@@ -138,7 +138,7 @@ std::string HtmlOf(const Table& rTable)
 
 }  // namespace
 
-Inline Words(std::string_view text)
+Inline Plain(std::string_view text)
 {
     return {Inline::Kind::Text, std::string(text), ""};
 }
@@ -160,7 +160,7 @@ Line Joined(const std::vector<Line>& rLines)
     {
         if (!line.empty())
         {
-            line.push_back(Words(", "));
+            line.push_back(Plain(", "));
         }
         line.insert(line.end(), rNext.begin(), rNext.end());
     }
@@ -169,7 +169,7 @@ Line Joined(const std::vector<Line>& rLines)
 
 VOID Document::AddHeading(UINT32 level, std::string_view text)
 {
-    blocks.push_back({level, {Words(text)}, {}});
+    blocks.push_back({level, {Plain(text)}, {}});
 }
 
 VOID Document::AddParagraph(Line line)

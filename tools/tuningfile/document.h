@@ -28,7 +28,7 @@ struct Inline
 
 using Line = std::vector<Inline>;
 
-Inline Words(std::string_view text);
+Inline Plain(std::string_view text);
 Inline Code(std::string_view text);
 Inline Link(std::string_view text, std::string_view target);
 

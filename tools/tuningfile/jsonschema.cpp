@@ -1,7 +1,8 @@
 #include "tools/tuningfile/schematext.h"
 
+#include <algorithm>
+#include <cctype>
 #include <limits>
-#include <regex>
 #include <set>
 
 #include <fmt/format.h>
@@ -198,13 +199,24 @@ TextNode SchemaWriter::MemberNode(const tuning::RecordMember& rMember, const tun
     return AnyOf(std::move(list), std::move(filled));
 }
 
-/// The value that a tuner writes first, as JSON has it: names in quotes.
-TextNode StartNode(const CHAR* pStart)
+/// The value that a tuner writes first, as JSON has it: names in quotes, but for flags.
+TextNode StartNode(std::string_view start)
 {
-    static const std::regex name("[A-Za-z_][A-Za-z_0-9]*");
-    const std::string_view  start(pStart);
-    const bool              isFlag = start == "true" || start == "false";
-    return TextNode::Scalar(isFlag ? pStart : std::regex_replace(pStart, name, "\"$&\""));
+    const auto  isOfName = [](CHAR letter) { return std::isalpha(static_cast<unsigned char>(letter)) != 0; };
+    std::string json;
+    if (start == "true" || start == "false")
+    {
+        return TextNode::Scalar(std::string(start));
+    }
+    for (size_t at = 0; at < start.size();)
+    {
+        const size_t end = start.find_first_of("[]{},: ", at);
+        const size_t one = (end == at) ? at + 1 : std::min(end, start.size());
+        json += isOfName(start[at]) ? fmt::format("\"{}\"", start.substr(at, one - at))
+                                    : std::string(start.substr(at, one - at));
+        at = one;
+    }
+    return TextNode::Scalar(std::move(json));
 }
 
 /// Names that stand for entries of the trigger bank.

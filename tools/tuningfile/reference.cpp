@@ -35,16 +35,16 @@ Line TypeText(const RecordMember& rMember)
     case tuning::ValueType::UInt32:
     case tuning::ValueType::Int64:
     case tuning::ValueType::UInt64:
-        return {Words("integer")};
+        return {Plain("integer")};
     case tuning::ValueType::Float:
     case tuning::ValueType::Double:
-        return {Words("number")};
+        return {Plain("number")};
     case tuning::ValueType::Boolean:
-        return {Words("true or false")};
+        return {Plain("true or false")};
     case tuning::ValueType::Enum:
         return {Link(rMember.pEnum->pName, std::string("#") + rMember.pEnum->pName)};
     case tuning::ValueType::Text:
-        return {Words("text")};
+        return {Plain("text")};
     case tuning::ValueType::Record:
         return {};
     }
@@ -89,12 +89,12 @@ public:
         m_page.name                       = m_rModule.pName;
         m_page.title                      = m_rModule.pName;
         m_page.AddHeading(1, m_rModule.pName);
-        m_page.AddParagraph({Words(meaning::SentenceOf(rWords))});
+        m_page.AddParagraph({Plain(meaning::SentenceOf(rWords))});
         m_page.AddParagraph(
-            {Words(fmt::format("Version {}.{}.{}. All modules: ", m_rModule.major, m_rModule.minor, m_rModule.patch)),
-             Link(IndexName, IndexName), Words(".")});
+            {Plain(fmt::format("Version {}.{}.{}. All modules: ", m_rModule.major, m_rModule.minor, m_rModule.patch)),
+             Link(IndexName, IndexName), Plain(".")});
         m_page.AddHeading(2, "Members");
-        m_page.AddParagraph({Words("In a path, "), Code("[]"), Words(" stands for each item of a list.")});
+        m_page.AddParagraph({Plain("In a path, "), Code("[]"), Plain(" stands for each item of a list.")});
         m_members.header = {"Member", "Type", "Range", "Start with", "Meaning"};
         AddMembers(rWords, "");
         m_page.AddTable(std::move(m_members));
@@ -120,7 +120,7 @@ private:
     {
         const tuning::Words& rWords = rMemberWords.words;
         std::vector<Line>    type;
-        for (Line& rPart : std::vector<Line>{TypeText(rMember), {Words(CountText(rMember, rWords))}})
+        for (Line& rPart : std::vector<Line>{TypeText(rMember), {Plain(CountText(rMember, rWords))}})
         {
             if (!rPart.empty() && !rPart[0].text.empty())
             {
@@ -129,9 +129,9 @@ private:
         }
         m_members.rows.push_back({{Code(rPath)},
                                   Joined(type),
-                                  {Words(meaning::ExpectedText(rWords.range, rWords.unit))},
+                                  {Plain(meaning::ExpectedText(rWords.range, rWords.unit))},
                                   (rWords.start != nullptr) ? Line{Code(rWords.start)} : Line{},
-                                  {Words(meaning::FullText(rWords))}});
+                                  {Plain(meaning::FullText(rWords))}});
         for (const tuning::Reference& rReference : rWords.refers)
         {
             NoteReference(rReference);
@@ -165,7 +165,7 @@ private:
         for (const Target& rTarget : m_targets)
         {
             const Users& rUsers = meaning::CrossReferences().at(rTarget);
-            table.rows.push_back({{Words(meaning::NameOf(rTarget))},
+            table.rows.push_back({{Plain(meaning::NameOf(rTarget))},
                                   Linked(rUsers.definers),
                                   Linked(rUsers.writers),
                                   Linked(rUsers.readers)});
@@ -182,9 +182,9 @@ private:
             for (UINT32 index = 0; index < pWords->pEnum->count; ++index)
             {
                 const tuning::Enumerator& rName = pWords->pEnum->pEnumerators[index];
-                table.rows.push_back({{Words(std::to_string(rName.value))},
+                table.rows.push_back({{Plain(std::to_string(rName.value))},
                                       {Code(rName.pName)},
-                                      {Words(pWords->pEnumerators[index].meaning)}});
+                                      {Plain(pWords->pEnumerators[index].meaning)}});
             }
             m_page.AddHeading(2, pWords->pEnum->pName);
             m_page.AddTable(std::move(table));
@@ -206,10 +206,10 @@ VOID AddTriggers(Document& rPage)
     for (UINT32 index = 0; index < rTriggers.pEnum->count; ++index)
     {
         const tuning::EnumeratorWords& rWords = rTriggers.pEnumerators[index];
-        table.rows.push_back({{Words(std::to_string(rTriggers.pEnum->pEnumerators[index].value))},
+        table.rows.push_back({{Plain(std::to_string(rTriggers.pEnum->pEnumerators[index].value))},
                               {Code(TriggerName(rTriggers.pEnum->pEnumerators[index].value))},
-                              {Words(meaning::UnitText(rWords.unit))},
-                              {Words(rWords.meaning)}});
+                              {Plain(meaning::UnitText(rWords.unit))},
+                              {Plain(rWords.meaning)}});
     }
     rPage.AddHeading(2, "Entries of bank Triggers");
     rPage.AddTable(std::move(table));
@@ -239,7 +239,7 @@ Document ReferenceIndex()
     {
         if (const tuning::RecordWords* pWords = meaning::WordsOf(rModule))
         {
-            modules.rows.push_back({{Link(rModule.pName, rModule.pName)}, {Words(meaning::SentenceOf(*pWords))}});
+            modules.rows.push_back({{Link(rModule.pName, rModule.pName)}, {Plain(meaning::SentenceOf(*pWords))}});
         }
     }
     page.AddTable(std::move(modules));
@@ -247,7 +247,7 @@ Document ReferenceIndex()
     Table shared{{"What modules share", "Defined by", "Written by", "Read by"}, {}};
     for (const auto& [rTarget, rUsers] : meaning::CrossReferences())
     {
-        shared.rows.push_back({{Words(meaning::NameOf(rTarget))},
+        shared.rows.push_back({{Plain(meaning::NameOf(rTarget))},
                                Linked(rUsers.definers),
                                Linked(rUsers.writers),
                                Linked(rUsers.readers)});
