@@ -170,7 +170,7 @@ TEST(TextInput, MistakesInRecordsNamePlaceAndExpectation)
     ExpectMessages(modules, "}}}",
                    {{"kirometring: {}", "2:1: unknown module 'kirometring', did you mean 'kirometering'?"},
                     {"kirometering: ", "2:15: nothing found, expected a map of the members of KIROMeteringType"},
-                    {"kirometering:\n  moduleID: -1", "3:11: end of map flow not found, expected YAML"}});
+                    {"kirometering:\n  moduleID: -1", "3:11: '{' opened at 1:28 is not closed, expected ',' or '}'"}});
 }
 
 TEST(TextInput, TriggersHaveNames)
@@ -209,7 +209,7 @@ TEST(TextInput, MistakesInTheTreeOfModesNamePlaceAndExpectation)
           "1:52: mode 'Default' below another mode, expected it at the root only"},
          {"Usecase.2: {}, Usecase.Video: {}", "1:45: mode 'Usecase.Video' given twice, expected once"},
          {"Sensor.0: {link: Default|Sensor.1}",
-          "1:47: no mode 'Sensor.1' on the path 'Default|Sensor.1', expected a path from Default on"},
+          "1:47: no mode 'Sensor.1' on the path 'Default|Sensor.1', did you mean 'Sensor.0'?"},
          {"Sensor.0: {link: Default|Sensor.1}, Sensor.1: {link: Default|Sensor.0}",
           "1:47: a link that leads back to itself, expected a chain that ends at a mode"},
          {"Sensor.0: {link: Default, children: {}}",
@@ -237,6 +237,24 @@ TEST(TextInput, MistakesInTheTreeOfModesNamePlaceAndExpectation)
         many += "{modes: {Default: {}}},";
     }
     ExpectMessages("tables: [", "]", {{many, "1:9: 256 mode tables, expected at most 255"}});
+}
+
+TEST(TextInput, ATextThatIsNoYamlNamesWhereTheMistakeBegan)
+{
+    ExpectMessages(
+        "", "",
+        {{"modes: {Default: {}\nx-a: 1\n", "2:1: '{' opened at 1:8 is not closed, expected ',' or '}'"},
+         {"modes:\n  Default: {modules: [a, b}\n", "2:27: '[' opened at 2:22 is not closed, expected ',' or ']'"},
+         {"modes: {}\nx-a: \"it's\n", "3:2: '\"' opened at 2:6 is not closed, expected another \""},
+         {"modes:\n  Default:\n\tmodules: {}\n", "3:1: a tab in the indentation, expected spaces"},
+         {"x-a: *b\n", "1:6: the referenced anchor is not defined, expected YAML"}});
+
+    // What only looks like a bracket, a quote or an indentation opens nothing.
+    const std::string decoys = "x-a: it's {fine\nx-b: [1, 'it''s', \"a\\\"]\", c: 'd',\n\t2]\nx-c:\n  - >\n    [ {\n\n"
+                               "    '\n  - d: |\n      \"a\n    e: &f 'g'\n# [ \"\n\t# h\n";
+    ExpectMessages(decoys, "",
+                   {{"modes: {Default: {}\n", "15:1: '{' opened at 14:8 is not closed, expected ',' or '}'"}});
+    EXPECT_EQ(1u, ParseText(decoys + "modes: {Default: {}}\n", "t.yaml").tables[0].modes.size());
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 
 #include "tools/tuningfile/inputerror.h"
 #include "tools/tuningfile/names.h"
+#include "tools/tuningfile/yamlscan.h"
 
 namespace tuningfile
 {
@@ -34,6 +35,35 @@ std::string OneLine(std::string_view text)
     std::replace_if(
         line.begin(), line.end(), [](char letter) { return static_cast<unsigned char>(letter) < ' '; }, '?');
     return line;
+}
+
+/// The parser takes a quote for closed where the text ends with its line. A comment behind it changes nothing else.
+std::string WithMarkedEnd(std::string_view text)
+{
+    std::string marked(text);
+    marked += text.ends_with('\n') ? "#" : "";
+    return marked;
+}
+
+/// @return whether a message of the parser is about a bracket or a quote without its end
+bool IsUnclosed(std::string_view message)
+{
+    using namespace YAML::ErrorMsg;
+    const std::string_view unclosed[] = {END_OF_MAP_FLOW, END_OF_SEQ_FLOW, FLOW_END, EOF_IN_SCALAR, DOC_IN_SCALAR};
+    return std::find(std::begin(unclosed), std::end(unclosed), message) != std::end(unclosed);
+}
+
+std::string ClosingOf(CHAR opening)
+{
+    switch (opening)
+    {
+    case '[':
+        return "',' or ']'";
+    case '{':
+        return "',' or '}'";
+    default:
+        return fmt::format("another {}", opening);
+    }
 }
 
 }  // namespace
@@ -72,7 +102,7 @@ YamlInput::YamlInput(std::string_view text, std::string fileName) : m_fileName(s
     RequireFewValues(text);
     try
     {
-        const std::vector<YAML::Node> documents = YAML::LoadAll(std::string(text));
+        const std::vector<YAML::Node> documents = YAML::LoadAll(WithMarkedEnd(text));
         if (documents.size() != 1)
         {
             throw InputError(fmt::format("{}:1:1: {} YAML documents, expected one", m_fileName, documents.size()));
@@ -85,8 +115,24 @@ YamlInput::YamlInput(std::string_view text, std::string fileName) : m_fileName(s
     }
     catch (const YAML::Exception& rFault)
     {
-        Fail(rFault.mark, fmt::format("{}, expected YAML", rFault.msg));
+        FailParsing(text, rFault);
     }
+}
+
+VOID YamlInput::FailParsing(std::string_view text, const YAML::Exception& rFault) const
+{
+    const YamlContext context = ScanYaml(text, rFault.mark.line + 1, rFault.mark.column + 1);
+    if (context.tab.has_value())
+    {
+        FailAt(context.tab->line, context.tab->column, "a tab in the indentation, expected spaces");
+    }
+    if (IsUnclosed(rFault.msg) && !context.open.empty())
+    {
+        const YamlLetter& rOpening = context.open.back();
+        Fail(rFault.mark, fmt::format("'{}' opened at {}:{} is not closed, expected {}", rOpening.letter, rOpening.line,
+                                      rOpening.column, ClosingOf(rOpening.letter)));
+    }
+    Fail(rFault.mark, fmt::format("{}, expected YAML", rFault.msg));
 }
 
 VOID YamlInput::RequireFewValues(std::string_view text) const
@@ -104,9 +150,14 @@ VOID YamlInput::RequireFewValues(std::string_view text) const
     }
 }
 
+VOID YamlInput::FailAt(size_t line, size_t column, std::string_view message) const
+{
+    throw InputError(fmt::format("{}:{}:{}: {}", m_fileName, line, column, OneLine(message)));
+}
+
 VOID YamlInput::Fail(const YAML::Mark& rMark, std::string_view message) const
 {
-    throw InputError(fmt::format("{}:{}:{}: {}", m_fileName, rMark.line + 1, rMark.column + 1, OneLine(message)));
+    FailAt(static_cast<size_t>(rMark.line) + 1, static_cast<size_t>(rMark.column) + 1, message);
 }
 
 VOID YamlInput::Fail(const YAML::Node& rNode, std::string_view message) const

@@ -82,6 +82,10 @@ public:
 
 private:
     [[noreturn]] VOID Fail(const YAML::Mark& rMark, std::string_view message) const;
+    [[noreturn]] VOID FailAt(size_t line, size_t column, std::string_view message) const;  ///< both from 1
+
+    /// Tells of a text that is no YAML, and where the mistake began as far as that can be seen.
+    [[noreturn]] VOID FailParsing(std::string_view text, const YAML::Exception& rFault) const;
 
     VOID RequireFewValues(std::string_view text) const;
 
