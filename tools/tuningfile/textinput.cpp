@@ -7,6 +7,7 @@
 
 #include "parameters/binaryfileformat.h"
 #include "tools/tuningfile/modepath.h"
+#include "tools/tuningfile/names.h"
 #include "tools/tuningfile/recordinput.h"
 #include "tools/tuningfile/scalarinput.h"
 
@@ -51,6 +52,7 @@ private:
                           const tuning::ModuleDescription& rDescription) const;
     static VOID StartRecord(const ModeTable& rTable, UINT32 index, const tuning::ModuleDescription& rDescription,
                             VOID* pRecord);
+    std::string AdviceOnStep(std::optional<UINT32> parent, std::string_view item) const;
     VOID        ResolveLink(const PendingLink& rLink, ModeTable& rTable) const;
     VOID        CheckEnds(const PendingLink& rLink, const ModeTable& rTable) const;
     ModeName    ReadModeName(const YAML::Node& rNode, std::string_view text) const;
@@ -340,6 +342,20 @@ VOID TextInput::StartRecord(const ModeTable& rTable, UINT32 index, const tuning:
     InitializeModuleRecord(rDescription, pRecord);
 }
 
+/// @param parent mode that the path has led to; none at its begin
+std::string TextInput::AdviceOnStep(std::optional<UINT32> parent, std::string_view item) const
+{
+    std::vector<std::string> names;
+    for (const auto& [rPlace, index] : m_places)
+    {
+        if (rPlace.first == parent)
+        {
+            names.push_back(FormatModeName(rPlace.second));
+        }
+    }
+    return names.empty() ? "expected the path to end before it" : Advice(item, {names.begin(), names.end()});
+}
+
 VOID TextInput::ResolveLink(const PendingLink& rLink, ModeTable& rTable) const
 {
     const std::string&    rPath = m_input.Scalar(rLink.path, "the path of a mode");
@@ -354,7 +370,7 @@ VOID TextInput::ResolveLink(const PendingLink& rLink, ModeTable& rTable) const
         if (found == m_modes.end())
         {
             m_input.Fail(rLink.path,
-                         fmt::format("no mode '{}' on the path '{}', expected a path from Default on", item, rPath));
+                         fmt::format("no mode '{}' on the path '{}', {}", item, rPath, AdviceOnStep(reached, item)));
         }
         reached = found->second;
         more    = bar != std::string_view::npos;
