@@ -41,6 +41,14 @@ for file in missing empty truncated flipped tag; do
     [ $? -eq 1 ] || { echo "kirotune check accepts $file.bin"; failures=$((failures + 1)); }
 done
 
+# A text in place of a parameter file, and the other way round. Where both are welcome, a file's name does not matter.
+cp "$good" "$work/named.yaml" && cp "$examples/tunings/minimal.yaml" "$work/named.bin"
+refuses "named.yaml: is a parameter file, .*kirotune dump .*named.yaml -o OUT$" kirotune compile "$work/named.yaml" -o "$work/out.bin"
+refuses "named.bin: is a text tuning, .*kirotune compile .*named.bin -o OUT$" kirotune dump "$work/named.bin"
+for file in named.yaml named.bin; do
+    kirotune check "$work/$file" || { echo "kirotune check refuses $file"; failures=$((failures + 1)); }
+done
+
 printf 'modes:\n  Default:\n    modules:\n      kiroconvergence: {noSuchMember: 1}\n' >"$work/tuning.yaml"
 refuses "tuning.yaml:4:[0-9]+: .*noSuchMember" kirotune compile "$work/tuning.yaml" -o "$work/out.bin"
 printf 'no blob' >"$work/flash.fic"

@@ -100,7 +100,7 @@ VOID DebugFileReader::ReadHeader()
     ReadAt(0, &header, std::min<UINT64>(size, sizeof(header)));
     if (std::memcmp(header.magic, ThisHeader.magic, sizeof(header.magic)) != 0)
     {
-        throw InputError(fmt::format("{}: no file of debug records", m_path));
+        throw InputError(fmt::format("{}: no file of debug records, expected one of kirosim run --debug-data", m_path));
     }
     if (size < sizeof(header))
     {

@@ -26,7 +26,7 @@ using namespace tuningfile;
 BinaryTuning ReadAloud(const std::string& rInput)
 {
     const StoreLog log;
-    BinaryTuning   binary = ReadBinary(ReadBytes(rInput), rInput);
+    BinaryTuning   binary = ReadBinary(ReadParameterFile(rInput), rInput);
     for (const std::string& rLine : log.Lines())
     {
         fmt::print(stderr, "{}: {}\n", rInput, rLine);

@@ -178,7 +178,7 @@ VOID ChunkReader::ReadHeader(const std::string& rPath)
     const size_t size = std::min<UINT64>(sizeof(header), m_size);
     if (size < sizeof(Magic) || !Take(&header, size) || std::memcmp(header.magic, Magic, sizeof(Magic)) != 0)
     {
-        throw std::runtime_error(rPath + ": no recording");
+        throw std::runtime_error(rPath + ": no recording, expected one of kirosim run --record");
     }
     if (size < sizeof(header))
     {

@@ -1,13 +1,16 @@
 #include "tools/tuningfile/files.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <unistd.h>
 
+#include "parameters/binaryfileformat.h"
 #include "tools/program/filekind.h"
 #include "tools/tuningfile/filereplacement.h"
 #include "tools/tuningfile/inputerror.h"
@@ -52,12 +55,52 @@ private:
     throw InputError(fmt::format("{}: {}: {}", rPath, what, std::strerror(errno)));
 }
 
+/// The first bytes of a file; none of what is not there to be read twice.
+std::string HeadOf(const std::string& rPath)
+{
+    constexpr std::streamsize HeadSize = 512;
+
+    std::error_code ignored;
+    if (!std::filesystem::is_regular_file(rPath, ignored))
+    {
+        return {};
+    }
+    std::ifstream file(rPath, std::ios::binary);
+    std::string   head(HeadSize, '\0');
+    file.read(head.data(), HeadSize);
+    head.resize(static_cast<size_t>(file.gcount()));
+    return head;
+}
+
+bool IsParameterFile(std::string_view head)
+{
+    return head.starts_with(BinaryFileFormat::HeaderTag);
+}
+
+/// A damaged parameter file does not: its header has zeros.
+bool LooksLikeText(std::string_view head)
+{
+    const auto isBinary = [](CHAR letter)
+    { return static_cast<unsigned char>(letter) < ' ' && letter != '\t' && letter != '\n' && letter != '\r'; };
+    return !head.empty() && std::none_of(head.begin(), head.end(), isBinary);
+}
+
+std::string_view ViewOf(const std::vector<BYTE>& rBytes)
+{
+    return {reinterpret_cast<const CHAR*>(rBytes.data()), rBytes.size()};
+}
+
 }  // namespace
 
 bool IsText(const std::string& rPath)
 {
+    const std::string head = HeadOf(rPath);
+    if (IsParameterFile(head))
+    {
+        return false;
+    }
     const std::string extension = std::filesystem::path(rPath).extension().string();
-    return extension == ".yaml" || extension == ".yml";
+    return extension == ".yaml" || extension == ".yml" || LooksLikeText(head);
 }
 
 std::vector<BYTE> ReadBytes(const std::string& rPath, size_t maxSize)
@@ -95,7 +138,24 @@ std::vector<BYTE> ReadBytes(const std::string& rPath, size_t maxSize)
 std::string ReadText(const std::string& rPath)
 {
     const std::vector<BYTE> bytes = ReadBytes(rPath, MaxTextSize);
-    return {reinterpret_cast<const CHAR*>(bytes.data()), bytes.size()};
+    if (IsParameterFile(ViewOf(bytes)))
+    {
+        throw InputError(fmt::format("{}: is a parameter file, expected a text; make one with: kirotune dump {} -o OUT",
+                                     rPath, rPath));
+    }
+    return std::string(ViewOf(bytes));
+}
+
+std::vector<BYTE> ReadParameterFile(const std::string& rPath)
+{
+    std::vector<BYTE> bytes = ReadBytes(rPath);
+    if (LooksLikeText(ViewOf(bytes)))
+    {
+        throw InputError(
+            fmt::format("{}: is a text tuning, expected a parameter file; make one with: kirotune compile {} -o OUT",
+                        rPath, rPath));
+    }
+    return bytes;
 }
 
 Tuning ReadTextFile(const std::string& rPath)

@@ -14,15 +14,20 @@ namespace tuningfile
 
 constexpr size_t MaxTextSize = 16 << 20;
 
-/// @return whether a name is that of a text, ".yaml" or ".yml"
+/// @return whether a file holds a text rather than a parameter file: by what it begins with, and by its name, ".yaml"
+/// or
+/// ".yml", where that does not tell
 bool IsText(const std::string& rPath);
 
 /// @throws InputError if the file cannot be read, is no file, or is larger than that
 std::vector<BYTE> ReadBytes(const std::string& rPath, size_t maxSize = MaxFileSize);
 
 /// Reads a file that a person has written. What YAML makes of a text takes a hundred times its size in memory.
-/// @throws InputError as ReadBytes does, also for more than MaxTextSize
+/// @throws InputError as ReadBytes does, also for more than MaxTextSize and for a parameter file
 std::string ReadText(const std::string& rPath);
+
+/// @throws InputError as ReadBytes does, also for a text
+std::vector<BYTE> ReadParameterFile(const std::string& rPath);
 
 /// Reads a text tuning. @throws InputError
 Tuning ReadTextFile(const std::string& rPath);
