@@ -2,7 +2,7 @@
 #   headers   interface, tuning store, schema and platform declarations, under include/kirocore; package files
 #   library   com.pelto.stats.kirocore.so.0
 #   desk      the stand-in of the framework's utility library; left out on a device, which has the real one
-#   programs  kirosim, kirotune
+#   programs  kirosim, kirotune, their manual pages and their completion for bash
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
@@ -36,6 +36,7 @@ install(TARGETS kirocore EXPORT kirocoreTargets LIBRARY DESTINATION ${CMAKE_INST
 install(TARGETS tavocommonutils EXPORT kirocoreDeskTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT desk
         NAMELINK_SKIP INCLUDES DESTINATION ${header_dir})
 install(TARGETS kirosim kirotune RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT programs)
+install(DIRECTORY ${PROJECT_BINARY_DIR}/share/ DESTINATION ${CMAKE_INSTALL_DATADIR} COMPONENT programs)
 
 install(EXPORT kirocoreTargets NAMESPACE kirocore:: DESTINATION ${package_dir} COMPONENT headers)
 install(EXPORT kirocoreDeskTargets NAMESPACE kirocore:: DESTINATION ${package_dir} COMPONENT desk)

@@ -29,6 +29,11 @@ libdir=$(pkg-config --variable=libdir kirocore)
 cd "$work"
 grep -rlF "$source" "$tree/include" "$tree"/lib*/cmake "$PKG_CONFIG_PATH" 2>/dev/null && fail "names the source tree"
 
+for program in kirotune kirosim; do
+    bash -n "$tree/share/bash-completion/completions/$program" || fail "no completion of $program"
+    grep -q '^\.SH COMMANDS$' "$tree/share/man/man1/$program.1" || fail "no manual page of $program"
+done
+
 mkdir headers
 for header in $(cd "$headers" && find . -name '*.h' | sort); do
     printf '#include "%s"\n' "${header#./}" >"headers/$(echo "${header#./}" | tr / _).cpp"

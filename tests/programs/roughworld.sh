@@ -82,10 +82,10 @@ ends 1 'nowhere/out.csv: cannot be written' "${run[@]}" --tuning t.bin --record 
 echo old >small.bin
 ends 1 'small.bin: cannot be written: File too large' bash -c "ulimit -f 8; exec '$bin/kirotune' compile t.yaml -o small.bin"
 [ "$(cat small.bin)" = old ] || fail 'a file that could not be written whole was replaced'
-ends 1 'standard output cannot be written' bash -c "'$bin/kirotune' dump t.bin >/dev/full"
-ends 1 'standard output cannot be written' bash -c "'$bin/kirosim' variants --scene '$examples/scenes/natural.yaml' >/dev/full"
+ends 1 'stdout: cannot be written' bash -c "'$bin/kirotune' dump t.bin >/dev/full"
+ends 1 'stdout: cannot be written' bash -c "'$bin/kirosim' variants --scene '$examples/scenes/natural.yaml' >/dev/full"
 [ ! -x "$bin/kirobench" ] ||
-    ends 1 'kirobench: standard output cannot be written' bash -c "'$bin/kirobench' --live 1 >/dev/full"
+    ends 1 'kirobench: stdout: cannot be written' bash -c "'$bin/kirobench' --live 1 >/dev/full"
 ends 1 'the stack is limited to 100 KB' bash -c "ulimit -s 100; exec '$bin/kirotune' schema"
 
 # A temporary file has a name that nobody has, also where the number of a process comes again, and goes.

@@ -64,13 +64,13 @@ VOID DebugFileWriter::Add(const AECDebugData& rRecord)
     }
 }
 
-DebugFileReader::DebugFileReader(const std::string& rPath)
-    : m_path(rPath), m_descriptor(open(rPath.c_str(), O_RDONLY | O_CLOEXEC)), m_count(0),
+DebugFileReader::DebugFileReader(const std::string& rPath, std::string name)
+    : m_name(std::move(name)), m_descriptor(open(rPath.c_str(), O_RDONLY | O_CLOEXEC)), m_count(0),
       m_pRecord(std::make_unique<AECDebugData>())
 {
     if (m_descriptor < 0)
     {
-        throw InputError(fmt::format("{}: cannot be opened: {}", rPath, std::strerror(errno)));
+        throw InputError(fmt::format("{}: cannot be opened: {}", m_name, std::strerror(errno)));
     }
     try
     {
@@ -93,30 +93,30 @@ VOID DebugFileReader::ReadHeader()
     struct stat status = {};
     if (fstat(m_descriptor, &status) != 0 || !S_ISREG(status.st_mode))
     {
-        throw InputError(fmt::format("{}: expected a plain file", m_path));
+        throw InputError(fmt::format("{}: expected a plain file", m_name));
     }
     const UINT64 size = static_cast<UINT64>(status.st_size);
     Header       header{};
     ReadAt(0, &header, std::min<UINT64>(size, sizeof(header)));
     if (std::memcmp(header.magic, ThisHeader.magic, sizeof(header.magic)) != 0)
     {
-        throw InputError(fmt::format("{}: no file of debug records, expected one of kirosim run --debug-data", m_path));
+        throw InputError(fmt::format("{}: no file of debug records, expected one of kirosim run --debug-data", m_name));
     }
     if (size < sizeof(header))
     {
-        throw InputError(fmt::format("{}: cut within the header", m_path));
+        throw InputError(fmt::format("{}: cut within the header", m_name));
     }
     if (header.version != ThisHeader.version || header.recordSize != ThisHeader.recordSize)
     {
         throw InputError(fmt::format("{}: version {} with records of {} bytes, expected version {} and {} bytes",
-                                     m_path, header.version, header.recordSize, ThisHeader.version,
+                                     m_name, header.version, header.recordSize, ThisHeader.version,
                                      ThisHeader.recordSize));
     }
     m_count = (size - sizeof(header)) / sizeof(AECDebugData);
     if (const UINT64 excess = (size - sizeof(header)) % sizeof(AECDebugData); excess != 0)
     {
         throw InputError(
-            fmt::format("{}: cut within record {}: {} of {} bytes", m_path, m_count + 1, excess, sizeof(AECDebugData)));
+            fmt::format("{}: cut within record {}: {} of {} bytes", m_name, m_count + 1, excess, sizeof(AECDebugData)));
     }
 }
 
@@ -134,7 +134,7 @@ VOID DebugFileReader::ReadAt(UINT64 offset, VOID* pBytes, size_t size) const
             pread(m_descriptor, static_cast<BYTE*>(pBytes) + done, size - done, static_cast<off_t>(offset + done));
         if (length == 0 || (length < 0 && errno != EINTR))
         {
-            throw InputError(fmt::format("{}: cannot be read: {}", m_path,
+            throw InputError(fmt::format("{}: cannot be read: {}", m_name,
                                          (length == 0) ? "it has become shorter" : std::strerror(errno)));
         }
         done += (length > 0) ? static_cast<size_t>(length) : 0;

@@ -40,8 +40,13 @@ private:
 class DebugFileReader
 {
 public:
+    /// @param name for messages
     /// @throws tuningfile::InputError if the file cannot be read, is no file of debug records, or is cut
-    explicit DebugFileReader(const std::string& rPath);
+    DebugFileReader(const std::string& rPath, std::string name);
+    explicit DebugFileReader(const std::string& rPath) : DebugFileReader(rPath, rPath)
+    {
+    }
+
     ~DebugFileReader();
     DebugFileReader(const DebugFileReader&)            = delete;
     DebugFileReader& operator=(const DebugFileReader&) = delete;
@@ -59,7 +64,7 @@ private:
     VOID ReadHeader();
     VOID ReadAt(UINT64 offset, VOID* pBytes, size_t size) const;
 
-    std::string                   m_path;
+    std::string                   m_name;
     int                           m_descriptor;
     UINT64                        m_count;
     std::unique_ptr<AECDebugData> m_pRecord;

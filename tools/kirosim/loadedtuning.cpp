@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
+#include "tools/program/standardstreams.h"
 #include "tools/recording/chunks.h"
 #include "tools/tuningcheck/checkedfile.h"
 #include "tools/tuningfile/files.h"
@@ -41,11 +42,11 @@ bool IsAddressOfThisMachine(const CHAR* pAddress)
 std::vector<BYTE> CompileText(const std::string& rPath)
 {
     const std::string        text    = tuningfile::ReadText(rPath);
-    const tuningfile::Tuning tuning  = tuningfile::ParseText(text, rPath);
+    const tuningfile::Tuning tuning  = tuningfile::ParseText(text, program::InputName(rPath));
     const std::string        summary = tuningcheck::Summary(tuningcheck::JudgeText(tuning, text, {}));
     if (!summary.empty())
     {
-        fmt::print(stderr, "{0}: {1}; kirotune check {0} tells them\n", rPath, summary);
+        fmt::print(stderr, "{}: {}; kirotune check {} tells them\n", tuning.source, summary, rPath);
     }
     return tuningfile::WriteBinary(tuning, tuningfile::NewestVersion);
 }
@@ -93,7 +94,7 @@ LoadedTuning::LoadedTuning(const std::string& rPath, bool isLive, Source source,
     }
     if (!isLoaded)
     {
-        throw tuningfile::InputError(rPath + ": " + m_manager.GetErrorText());
+        throw tuningfile::InputError(program::InputName(rPath) + ": " + m_manager.GetErrorText());
     }
 }
 

@@ -18,12 +18,13 @@ VOID AddRunOptions(CLI::App& rRun, kirosim::RunOptions& rOptions)
     const auto addFile = [&rRun](const char* pName, std::string& rPath, const char* pMeaning)
     { return rRun.add_option(pName, rPath, pMeaning)->check(program::FileName); };
     const CLI::Range atLeastOne(1U, std::numeric_limits<UINT32>::max());
-    addFile("--tuning", rOptions.tuning, "tuning: a parameter file, or its text (.yaml)")->required();
-    addFile("--scene", rOptions.scene, "scene (.yaml)")->required();
+    addFile("--tuning", rOptions.tuning, "tuning: a parameter file, or its text (.yaml); - for stdin")->required();
+    addFile("--scene", rOptions.scene, "scene (.yaml); - for stdin")->required();
     rRun.add_option("--variant", rOptions.variant, "variant of the scene");
     rRun.add_option("--frames", rOptions.frames, "frames to run, instead of the scene's")->check(atLeastOne);
-    rRun.add_option("--seed", rOptions.seed, "seed of the noise, instead of the scene's");
-    addFile("--csv", rOptions.csv, "write every frame to this file");
+    rRun.add_option("--seed", rOptions.seed, "seed of the noise, instead of the scene's")
+        ->check(CLI::Range(std::numeric_limits<UINT64>::max()));
+    addFile("--csv", rOptions.csv, "write every frame to this file; - for stdout, and all else goes to stderr");
     addFile("--debug-data", rOptions.debugData, "write the debug record of every frame to this file");
     addFile("--fic-load", rOptions.ficLoad, "begin with what an earlier run learned of the flash");
     addFile("--fic-save", rOptions.ficSave, "keep what this run learns of the flash");

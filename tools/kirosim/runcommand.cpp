@@ -33,9 +33,9 @@ constexpr UINT32 ProgressFrames = 2000;
 constexpr UINT32 TableLines = 60;
 
 /// A terminal that is gone must not end a run before its files are whole; the program's end tells of it.
-VOID Print(const std::string& rText)
+VOID Print(const RunOptions& rOptions, const std::string& rText)
 {
-    (VOID) std::fputs(rText.c_str(), stdout);
+    (VOID) std::fputs(rText.c_str(), rOptions.IsStdoutTaken() ? stderr : stdout);
 }
 
 /// @throws std::runtime_error for a scene that learns nothing of its flash
@@ -102,7 +102,7 @@ VOID ShowFrame(const RunOptions& rOptions, const Scene& rScene, const FrameRecor
     if (!lines.empty())
     {
         rProgress.Clear();
-        Print(lines);
+        Print(rOptions, lines);
         (VOID) std::fflush(stdout);
     }
 }
@@ -125,7 +125,7 @@ VOID ShowPort(const RunOptions& rOptions, LoadedTuning& rTuning)
         fmt::print(stderr, "kirosim: port {} is taken, live tuning is at port {}: kirotune live --port {}\n",
                    vernier::DefaultPort, port, port);
     }
-    Print(fmt::format("live tuning at port {}\n", port));
+    Print(rOptions, fmt::format("live tuning at port {}\n", port));
     (VOID) std::fflush(stdout);
 }
 
@@ -181,7 +181,7 @@ VOID RunFrames(const RunOptions& rOptions, const Scene& rScene, Simulation& rSim
     program::Progress progress("frame");
     if (!rOptions.isQuiet)
     {
-        Print(TableHeader());
+        Print(rOptions, TableHeader());
     }
     rSimulation.Run(
         [&](const FrameRecord& rRecord)
@@ -226,7 +226,7 @@ bool Run(const RunOptions& rOptions)
     // None of the files keeps the others from being whole.
     const std::string recordingError = FinishRecording(recorder);
     files.Commit();
-    Print(report.Format() + answers);
+    Print(rOptions, report.Format() + answers);
     if (!recordingError.empty())
     {
         throw std::runtime_error(recordingError);

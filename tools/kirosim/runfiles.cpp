@@ -5,6 +5,7 @@
 #include "tools/kirosim/learnedfile.h"
 #include "tools/kirosim/trace.h"
 #include "tools/program/commandfiles.h"
+#include "tools/program/standardstreams.h"
 
 namespace kirosim
 {
@@ -21,6 +22,10 @@ VOID CheckRunFiles(const RunOptions& rOptions)
     files.Writes("--fic-save", rOptions.ficSave);
     files.Writes("--record", rOptions.record);
     files.Check();
+    if (program::IsStandardStream(rOptions.record))
+    {
+        throw std::runtime_error("stdout: cannot be a recording, expected a file for --record");
+    }
 }
 
 TraceFile::TraceFile(const std::string& rPath)

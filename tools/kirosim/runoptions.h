@@ -2,11 +2,13 @@
 /// What a person asks of a run.
 #pragma once
 
+#include <algorithm>
 #include <optional>
 #include <string>
 
 #include "platform/tavotypes.h"
 #include "tools/kirosim/loadedtuning.h"
+#include "tools/program/standardstreams.h"
 
 namespace kirosim
 {
@@ -32,6 +34,14 @@ struct RunOptions
     bool                  isLoop     = false;
     bool                  isNotLive  = false;
     bool                  isStrict   = false;  ///< what is only said otherwise ends the run
+
+    /// Whether standard output is for an output, so that what is for a person has to go elsewhere.
+    bool IsStdoutTaken() const
+    {
+        const auto               isStdout  = [](const std::string* pPath) { return program::IsStandardStream(*pPath); };
+        const std::string* const outputs[] = {&csv, &csvSecond, &debugData, &ficSave};
+        return std::any_of(std::begin(outputs), std::end(outputs), isStdout);
+    }
 
     bool IsLooping() const
     {

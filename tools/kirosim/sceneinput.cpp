@@ -16,6 +16,7 @@
 #include "tools/kirosim/scenevalues.h"
 #include "tools/kirosim/sensorinput.h"
 #include "tools/kirosim/startinput.h"
+#include "tools/program/standardstreams.h"
 #include "tools/tuningfile/files.h"
 #include "tools/tuningfile/names.h"
 #include "tools/tuningfile/yamlinput.h"
@@ -95,7 +96,7 @@ private:
 /// The text of a scene file as YAML.
 YamlInput OpenScene(const std::string& rPath)
 {
-    return YamlInput(tuningfile::ReadText(rPath), rPath);
+    return YamlInput(tuningfile::ReadText(rPath), program::InputName(rPath));
 }
 
 /// The variants of a scene, which may have none.

@@ -7,6 +7,7 @@
 
 #include <fmt/format.h>
 
+#include "tools/program/standardstreams.h"
 #include "tools/tuningcheck/checkedfile.h"
 #include "tools/tuningfile/files.h"
 #include "tools/tuningfile/inputerror.h"
@@ -94,16 +95,17 @@ int Check(const CheckOptions& rOptions)
     for (const std::string& rFile : rOptions.files)
     {
         const CheckedFile checked = tuningcheck::CheckFile(rFile, surroundings);
+        const std::string name    = program::InputName(rFile);
         const bool        isFaulty =
             Count(checked.findings, Severity::Error) != 0 || (rOptions.isStrict && !checked.findings.empty());
         status = isFaulty ? 1 : status;
         if (rOptions.isJson)
         {
-            all.Add(JsonOf(rFile, checked));
+            all.Add(JsonOf(name, checked));
         }
         else
         {
-            PrintText(rFile, checked);
+            PrintText(name, checked);
         }
     }
     if (rOptions.isJson)
@@ -120,7 +122,7 @@ VOID AddCheckCommand(CLI::App& rApp, std::function<int()>& rRun)
     const auto pOptions = std::make_shared<CheckOptions>();
     CLI::App*  pCheck   = rApp.add_subcommand(
            "check", "show what a device would say to tunings, what in them cannot be meant and what is odd");
-    pCheck->add_option("files", pOptions->files, "parameter files or text tunings (.yaml)")
+    pCheck->add_option("files", pOptions->files, "parameter files or text tunings, or - for stdin")
         ->check(program::FileName)
         ->required();
     pCheck

@@ -3,8 +3,11 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include "tools/kirotune/infojson.h"
+#include "tools/kirotune/liveoutput.h"
 #include "tools/program/commandfiles.h"
 #include "tools/program/progress.h"
+#include "tools/program/standardstreams.h"
 #include "tools/tuningcheck/checkedfile.h"
 #include "tools/tuningfile/binaryinput.h"
 #include "tools/tuningfile/files.h"
@@ -26,10 +29,10 @@ using namespace tuningfile;
 BinaryTuning ReadAloud(const std::string& rInput)
 {
     const StoreLog log;
-    BinaryTuning   binary = ReadBinary(ReadParameterFile(rInput), rInput);
+    BinaryTuning   binary = ReadBinary(ReadParameterFile(rInput), program::InputName(rInput));
     for (const std::string& rLine : log.Lines())
     {
-        fmt::print(stderr, "{}: {}\n", rInput, rLine);
+        fmt::print(stderr, "{}: {}\n", program::InputName(rInput), rLine);
     }
     return binary;
 }
@@ -51,7 +54,7 @@ Tuning Parse(const std::string& rText, const std::string& rInput)
     {
         progress.Show(fmt::format("reading {} MB of text", rText.size() >> 20));
     }
-    return ParseText(rText, rInput);
+    return ParseText(rText, program::InputName(rInput));
 }
 
 VOID PrintModes(const ModeTable& rTable)
@@ -85,12 +88,12 @@ int Compile(const std::string& rInput, const std::string& rOutput, const Version
     ReplaceFile(rOutput, WriteBinary(tuning, rVersion));
     for (const std::string& rWhat : LeftOut(tuning, rVersion))
     {
-        fmt::print(stderr, "{}: {} left out, since the file version has no place for them\n", rInput, rWhat);
+        fmt::print(stderr, "{}: {} left out, since the file version has no place for them\n", tuning.source, rWhat);
     }
     const std::string summary = tuningcheck::Summary(tuningcheck::JudgeText(tuning, text, {}));
     if (!summary.empty())
     {
-        fmt::print(stderr, "{0}: {1}; kirotune check {0} tells them\n", rInput, summary);
+        fmt::print(stderr, "{}: {}; kirotune check {} tells them\n", tuning.source, summary, rInput);
     }
     return 0;
 }
@@ -101,33 +104,31 @@ int Dump(const std::string& rInput, const std::string& rOutput)
     const BinaryTuning binary = ReadAloud(rInput);
     for (const std::string& rNote : binary.notes)
     {
-        fmt::print(stderr, "{}: {}\n", rInput, rNote);
+        fmt::print(stderr, "{}: {}\n", binary.tuning.source, rNote);
     }
     std::string       text  = WriteText(binary.tuning);
-    const std::string fault = CompileFault(text, rOutput.empty() ? "stdout" : rOutput);
+    const std::string fault = CompileFault(text, program::OutputName(rOutput));
     if (!fault.empty())
     {
         text += fmt::format("# This text does not compile: {}\n", fault);
     }
-    if (rOutput.empty())
-    {
-        fmt::print("{}", text);
-    }
-    else
-    {
-        ReplaceFile(rOutput, {reinterpret_cast<const BYTE*>(text.data()), text.size()});
-    }
+    ReplaceFile(rOutput, {reinterpret_cast<const BYTE*>(text.data()), text.size()});
     if (!fault.empty())
     {
-        throw InputError(fmt::format("{}: its text does not compile: {}", rInput, fault));
+        throw InputError(fmt::format("{}: its text does not compile: {}", binary.tuning.source, fault));
     }
     return 0;
 }
 
-int Info(const std::string& rInput)
+int Info(const std::string& rInput, bool isJson)
 {
-    const BinaryTuning binary   = ReadAloud(rInput);
-    const auto&        rVersion = binary.header.Version.Version;
+    const BinaryTuning binary = ReadAloud(rInput);
+    if (isJson)
+    {
+        PrintJson(InfoJson(binary));
+        return 0;
+    }
+    const auto& rVersion = binary.header.Version.Version;
     fmt::print("version:     {}.{}.{}\n", rVersion.Major, rVersion.Minor, rVersion.Patch);
     fmt::print("created by:  {}\n", binary.tuning.createdBy);
     fmt::print("binary tag:  {}\n", binary.tuning.binaryTag);

@@ -1,5 +1,7 @@
 /// @file
-/// The commands of kirotune. Each prints its result to stdout and remarks to stderr, and returns the exit status.
+/// The commands of kirotune. Each prints its result to stdout and remarks to stderr, and returns the exit status. A
+/// file
+/// "-" is standard input or standard output.
 #pragma once
 
 #include <string>
@@ -12,9 +14,9 @@ namespace kirotune
 /// @throws tuningfile::InputError, as all commands do, on bad input
 int Compile(const std::string& rInput, const std::string& rOutput, const VersionUnion& rVersion);
 
-/// @param rOutput empty for stdout
 int Dump(const std::string& rInput, const std::string& rOutput);
 
-int Info(const std::string& rInput);
+/// @param isJson one object instead of lines for a person
+int Info(const std::string& rInput, bool isJson);
 
 }  // namespace kirotune

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tools/kirotune/livesession.h"
+#include "tools/tuningfile/tuning.h"
 
 namespace kirotune
 {
@@ -155,7 +156,8 @@ VOID LiveCommandLine::AddOtherCommands()
                                }
                                rSession.ShowTable();
                            });
-    rTable.add_option("index", m_pArguments->table, "table to select, from 0");
+    rTable.add_option("index", m_pArguments->table, "table to select, from 0")
+        ->check(CLI::Range(tuningfile::MaxModeTables - 1));
 
     CLI::App& rCustom =
         Add("custom", "send bytes to the device's own handler, and show its answer",

@@ -1,5 +1,6 @@
 /// kirotune: makes, reads and checks tuning files, reads debug records, and tunes running cameras.
 #include <functional>
+#include <limits>
 #include <optional>
 
 #include "tools/kirotune/checkcommand.h"
@@ -19,12 +20,15 @@ using Command = std::function<int()>;
 struct Arguments
 {
     std::string           input;
-    std::string           output;
+    std::string           output  = "-";
     std::string           version = "7.0.0";
     std::string           explained;
+    bool                  isJson = false;
     std::optional<UINT32> frame;
     bool                  isList = false;
 };
+
+constexpr const CHAR* ParameterFile = "parameter file, or - for stdin";
 
 VOID AddInput(CLI::App& rCommand, Arguments& rArguments, const CHAR* pName, const CHAR* pMeaning)
 {
@@ -34,8 +38,8 @@ VOID AddInput(CLI::App& rCommand, Arguments& rArguments, const CHAR* pName, cons
 VOID AddTuningCommands(CLI::App& rApp, Arguments& rArguments, Command& rRun)
 {
     CLI::App* pCompile = rApp.add_subcommand("compile", "make a parameter file of a text tuning");
-    AddInput(*pCompile, rArguments, "tuning", "text tuning (.yaml)");
-    pCompile->add_option("-o,--output", rArguments.output, "parameter file to write")
+    AddInput(*pCompile, rArguments, "tuning", "text tuning (.yaml), or - for stdin");
+    pCompile->add_option("-o,--output", rArguments.output, "parameter file to write, or - for stdout")
         ->check(program::FileName)
         ->required();
     pCompile
@@ -54,16 +58,17 @@ VOID AddTuningCommands(CLI::App& rApp, Arguments& rArguments, Command& rRun)
         });
 
     CLI::App* pDump = rApp.add_subcommand("dump", "turn a parameter file into text");
-    AddInput(*pDump, rArguments, "file", "parameter file");
+    AddInput(*pDump, rArguments, "file", ParameterFile);
     pDump->add_option("-o,--output", rArguments.output, "text to write; stdout by default")->check(program::FileName);
     pDump->callback([&] { rRun = [&] { return kirotune::Dump(rArguments.input, rArguments.output); }; });
 
     CLI::App*    pInfo    = rApp.add_subcommand("info", "show what a parameter file holds, or what a tunable means");
-    CLI::Option* pFile    = pInfo->add_option("file", rArguments.input, "parameter file")->check(program::FileName);
+    CLI::Option* pFile    = pInfo->add_option("file", rArguments.input, ParameterFile)->check(program::FileName);
     CLI::Option* pExplain = pInfo
                                 ->add_option("--explain", rArguments.explained,
                                              "module or member, such as kirodbconvbase.data.value.tolerance")
                                 ->excludes(pFile);
+    pInfo->add_flag("--json", rArguments.isJson, "print JSON for scripts")->excludes(pExplain);
     pInfo->callback(
         [&, pFile, pExplain]
         {
@@ -75,7 +80,7 @@ VOID AddTuningCommands(CLI::App& rApp, Arguments& rArguments, Command& rRun)
             {
                 if (rArguments.explained.empty())
                 {
-                    return kirotune::Info(rArguments.input);
+                    return kirotune::Info(rArguments.input, rArguments.isJson);
                 }
                 kirotune::Explain(rArguments.explained);
                 return 0;
@@ -86,8 +91,9 @@ VOID AddTuningCommands(CLI::App& rApp, Arguments& rArguments, Command& rRun)
 VOID AddDebugCommand(CLI::App& rApp, Arguments& rArguments, Command& rRun)
 {
     CLI::App* pDebug = rApp.add_subcommand("debug", "show debug records of a run");
-    AddInput(*pDebug, rArguments, "file", "debug records, as kirosim --debug-data writes them");
-    auto* pFrame = pDebug->add_option("--frame", rArguments.frame, "frame to show, instead of the last one");
+    AddInput(*pDebug, rArguments, "file", "debug records, as kirosim --debug-data writes them, or - for stdin");
+    auto* pFrame = pDebug->add_option("--frame", rArguments.frame, "frame to show, instead of the last one")
+                       ->check(CLI::Range(std::numeric_limits<UINT32>::max()));
     pDebug->add_flag("--list", rArguments.isList, "a line for each frame")->excludes(pFrame);
     pDebug->callback(
         [&] { rRun = [&] { return kirotune::Debug(rArguments.input, rArguments.frame, rArguments.isList); }; });

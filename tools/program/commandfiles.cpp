@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include "tools/program/filekind.h"
+#include "tools/program/standardstreams.h"
 
 namespace program
 {
@@ -27,6 +28,14 @@ VOID CommandFiles::Add(std::string name, const std::string& rPath, bool isWritte
     }
 }
 
+bool CommandFiles::IsOne(const File& rOne, const File& rOther)
+{
+    // Both may be the same socket or terminal, and what is read from it is not what is written to it.
+    return (IsStandardStream(rOne.path) || IsStandardStream(rOther.path))
+               ? rOne.path == rOther.path && rOne.isWritten == rOther.isWritten
+               : IsSameFile(rOne.path, rOther.path);
+}
+
 VOID CommandFiles::Check() const
 {
     for (size_t later = 1; later < m_files.size(); ++later)
@@ -35,10 +44,10 @@ VOID CommandFiles::Check() const
         for (size_t earlier = 0; earlier < later; ++earlier)
         {
             const File& rEarlier = m_files[earlier];
-            if ((rLater.isWritten || rEarlier.isWritten) && IsSameFile(rLater.path, rEarlier.path))
+            if ((rLater.isWritten || rEarlier.isWritten) && IsOne(rLater, rEarlier))
             {
                 throw std::runtime_error(fmt::format("{}: both {} and {}, expected a file of its own for each",
-                                                     rLater.path, rEarlier.name, rLater.name));
+                                                     OutputName(rLater.path), rEarlier.name, rLater.name));
             }
         }
     }

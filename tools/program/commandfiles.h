@@ -29,7 +29,8 @@ private:
         bool        isWritten;
     };
 
-    VOID Add(std::string name, const std::string& rPath, bool isWritten);
+    VOID        Add(std::string name, const std::string& rPath, bool isWritten);
+    static bool IsOne(const File& rOne, const File& rOther);
 
     std::vector<File> m_files;
 };

@@ -59,9 +59,8 @@ VOID FinishOutput()
 std::string MessageOf(const std::exception& rFault)
 {
     const auto* pSystem = dynamic_cast<const std::system_error*>(&rFault);
-    return (pSystem != nullptr && std::ferror(stdout) != 0)
-               ? "standard output cannot be written: " + pSystem->code().message()
-               : rFault.what();
+    return (pSystem != nullptr && std::ferror(stdout) != 0) ? "stdout: cannot be written: " + pSystem->code().message()
+                                                            : rFault.what();
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include <fmt/format.h>
 
+#include "tools/program/standardstreams.h"
 #include "tools/tuningcheck/accepted.h"
 #include "tools/tuningfile/binaryinput.h"
 #include "tools/tuningfile/check.h"
@@ -26,7 +27,7 @@ std::vector<std::string> AcceptedBy(const tuningfile::CheckReport& rReport, cons
 {
     if (!rReport.accepted)
     {
-        throw tuningfile::InputError(fmt::format("{}: {}", rPath, rReport.reason));
+        throw tuningfile::InputError(fmt::format("{}: {}", program::InputName(rPath), rReport.reason));
     }
     return rReport.lines;
 }
@@ -72,11 +73,11 @@ CheckedFile CheckFile(const std::string& rPath, const Surroundings& rSurrounding
     if (tuningfile::IsText(rPath))
     {
         const std::string        text   = tuningfile::ReadText(rPath);
-        const tuningfile::Tuning tuning = tuningfile::ParseText(text, rPath);
+        const tuningfile::Tuning tuning = tuningfile::ParseText(text, program::InputName(rPath));
         return {AcceptedBy(tuningfile::CheckTuning(tuning), rPath), JudgeText(tuning, text, rSurroundings)};
     }
     std::vector<std::string> lines = AcceptedBy(tuningfile::CheckParameterFile(rPath), rPath);
-    return {std::move(lines), Judge(tuningfile::ReadBinary(tuningfile::ReadBytes(rPath), rPath).tuning, rSurroundings)};
+    return {std::move(lines), Judge(tuningfile::ReadBinary(tuningfile::ReadBytes(rPath), program::InputName(rPath)).tuning, rSurroundings)};
 }
 
 }  // namespace tuningcheck

@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include "tools/program/filekind.h"
+#include "tools/program/standardstreams.h"
 #include "tools/tuningfile/inputerror.h"
 
 namespace tuningfile
@@ -40,17 +41,23 @@ bool TakeOver(int descriptor, const struct stat& rOld)
 
 }  // namespace
 
-FileReplacement::FileReplacement(const std::string& rPath) : m_path(rPath), m_stream(-1), m_size(0)
+FileReplacement::FileReplacement(const std::string& rPath) : m_path(program::OutputName(rPath)), m_stream(-1), m_size(0)
 {
+    if (program::IsStandardStream(rPath))
+    {
+        OpenStream(STDOUT_FILENO);
+        return;
+    }
     if (const std::string kind = program::UnusableKind(rPath); !kind.empty())
     {
         throw InputError(fmt::format("{}: is {}, expected a file", rPath, kind));
     }
-    struct stat status = {};
-    const bool  exists = stat(rPath.c_str(), &status) == 0;
-    if (program::DescriptorOf(rPath).has_value() || (exists && !S_ISREG(status.st_mode)))
+    struct stat              status     = {};
+    const bool               exists     = stat(rPath.c_str(), &status) == 0;
+    const std::optional<int> descriptor = program::DescriptorOf(rPath);
+    if (descriptor.has_value() || (exists && !S_ISREG(status.st_mode)))
     {
-        OpenStream();
+        OpenStream(descriptor);
         return;
     }
     OpenTemporary();
@@ -61,11 +68,10 @@ FileReplacement::FileReplacement(const std::string& rPath) : m_path(rPath), m_st
     }
 }
 
-VOID FileReplacement::OpenStream()
+VOID FileReplacement::OpenStream(std::optional<int> descriptor)
 {
-    const std::optional<int> descriptor = program::DescriptorOf(m_path);
-    m_stream                            = descriptor.has_value() ? fcntl(*descriptor, F_DUPFD_CLOEXEC, 0)
-                                                                 : open(m_path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY);
+    m_stream = descriptor.has_value() ? fcntl(*descriptor, F_DUPFD_CLOEXEC, 0)
+                                      : open(m_path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY);
     if (m_stream < 0)
     {
         FailOnWriting(m_path, errno);

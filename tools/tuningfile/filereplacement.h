@@ -14,7 +14,7 @@ namespace tuningfile
 
 /// Writes to a temporary file beside the target. Without Commit nothing of it remains, and the target is as it was;
 /// with it, the target keeps its owner and its mode. A link is followed. What is no file in a folder, such as
-/// /dev/stdout or /dev/null, takes the bytes at once.
+/// /dev/stdout, "-" for the same, or /dev/null, takes the bytes at once.
 class FileReplacement
 {
 public:
@@ -39,10 +39,10 @@ public:
     VOID Commit();
 
 private:
-    VOID OpenStream();
+    VOID OpenStream(std::optional<int> descriptor);
     VOID OpenTemporary();
 
-    std::string                       m_path;       ///< as the user wrote it
+    std::string                       m_path;       ///< as messages name it
     std::string                       m_target;     ///< what it stands for
     std::optional<program::Temporary> m_temporary;  ///< none for a stream, and behind Commit
     int                               m_stream;     ///< -1 for a file

@@ -1,5 +1,5 @@
 /// @file
-/// Tunings in files: which kind a file is, and how to read and write it.
+/// Tunings in files: which kind a file is, and how to read and write it. "-" is standard input or standard output.
 #pragma once
 
 #include <span>
