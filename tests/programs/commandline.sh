@@ -65,6 +65,9 @@ if command -v python3 >/dev/null; then
 info = json.load(sys.stdin)
 assert info["version"] == "7.0.0" and info["sections"]["data"]["bytes"] > 0, info
 assert [mode["path"] for mode in info["tables"][0]["modes"]][0] == "Default", info' || fail 'no JSON of a parameter file'
+    "${run[@]}" --json --tuning t.bin --scene "$scene" 2>/dev/null | python3 -c 'import json, sys
+text, run = open("t.summary").read(), json.load(sys.stdin)
+assert f"""{run["distanceFromTargetEV"]:.4f} EV""" in text and run["legal"] and run["steps"][0]["timeS"] == 0, run' || fail 'no JSON of a run'
 fi
 
 # Completion and manual pages come from the options themselves.

@@ -39,6 +39,19 @@ std::string FormatFrame(const BracketFrameResult& rFrame)
         picture, rFrame.ADRC, rFrame.darkBoost, rFrame.isLocked ? "locked" : "not locked");
 }
 
+TextNode FrameFacts(const BracketFrameResult& rFrame)
+{
+    return JsonObject({{"frame", Json(rFrame.frame)},
+                       {"evSteps", Json(rFrame.evSteps)},
+                       {"exposureEV", Json(rFrame.exposureEV)},
+                       {"gain", Json(rFrame.gain)},
+                       {"timeNs", Json(rFrame.timeNs)},
+                       {"pictureEV", Json(rFrame.pictureEV)},
+                       {"ADRC", Json(rFrame.ADRC)},
+                       {"darkBoost", Json(rFrame.darkBoost)},
+                       {"locked", Json(rFrame.isLocked)}});
+}
+
 }  // namespace
 
 BracketReport::BracketReport(UINT8 systemLatency)
@@ -134,6 +147,19 @@ std::string BracketReport::Format() const
         }
     }
     return text;
+}
+
+TextItem BracketReport::Facts() const
+{
+    return {"brackets", JsonList(m_results,
+                                 [](const BracketResult& rResult)
+                                 {
+                                     return JsonObject({{"previewGain", Json(rResult.before.gain)},
+                                                        {"previewTimeNs", Json(rResult.before.time)},
+                                                        {"frames", JsonList(rResult.frames, FrameFacts)},
+                                                        {"previewChangeEV", Json(rResult.previewChangeEV)},
+                                                        {"pictureChangeEV", Json(rResult.pictureChangeEV)}});
+                                 })};
 }
 
 }  // namespace kirosim

@@ -42,6 +42,7 @@ public:
 
     VOID        Add(const FrameRecord& rRecord) override;
     std::string Format() const override;
+    TextItem    Facts() const override;
 
     const std::vector<BracketResult>& Results() const
     {

@@ -35,7 +35,7 @@ VOID ControlCheck::Add(const KiroHostFrame& rFrame)
     ++m_frames;
 }
 
-std::string ControlCheck::Format(const CHAR* pCamera) const
+std::string ControlCheck::Fault() const
 {
     const struct
     {
@@ -49,14 +49,20 @@ std::string ControlCheck::Format(const CHAR* pCamera) const
     {
         if (rStage.rCount.frames == 0 && m_frames > 0)
         {
-            return fmt::format("{}no control: {} in any frame\n", pCamera, rStage.pText);
+            return fmt::format("{} in any frame", rStage.pText);
         }
         if (rStage.rCount.since > FramesWithoutMax)
         {
-            return fmt::format("{}no control: {} in the last {} frames\n", pCamera, rStage.pText, rStage.rCount.since);
+            return fmt::format("{} in the last {} frames", rStage.pText, rStage.rCount.since);
         }
     }
     return {};
+}
+
+std::string ControlCheck::Format(const CHAR* pCamera) const
+{
+    const std::string fault = Fault();
+    return fault.empty() ? fault : fmt::format("{}no control: {}\n", pCamera, fault);
 }
 
 }  // namespace kirosim

@@ -20,8 +20,10 @@ public:
         return m_controlled > 0 || m_frames == 0;
     }
 
-    /// What did not work in any frame, or not for the last second or so: a line, ended by a newline; else empty.
-    /// @param pCamera in front of it
+    /// What did not work in any frame, or not for the last second or so; empty if all did.
+    std::string Fault() const;
+
+    /// The same as a line, ended by a newline; else empty. @param pCamera in front of it
     std::string Format(const CHAR* pCamera) const;
 
 private:

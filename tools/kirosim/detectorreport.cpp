@@ -109,4 +109,31 @@ std::string DetectorReport::Format() const
     return text;
 }
 
+TextItem DetectorReport::Facts() const
+{
+    const auto resultFacts = [](const DetectorResult& rResult)
+    {
+        return JsonObject({{"id", Json(rResult.id)},
+                           {"name", Json(rResult.name)},
+                           {"tuned", Json(rResult.isTuned)},
+                           {"framesAtRest", Json(rResult.framesAtRest)},
+                           {"framesChanged", Json(rResult.framesChanged)},
+                           {"framesStableAgain", Json(rResult.framesStableAgain)},
+                           {"detections", Json(rResult.detections)},
+                           {"rebases", Json(rResult.rebases)},
+                           {"framesHeld", Json(rResult.framesHeld)},
+                           {"heldFromS", Json(rResult.heldFrom)},
+                           {"heldUntilS", Json(rResult.heldUntil)}});
+    };
+    TextNode facts = JsonObject({{"detectors", JsonList(m_results, resultFacts)}});
+    if (const std::optional<DOUBLE> swing = PassSwingEV(); swing.has_value())
+    {
+        facts.Add("pass", JsonObject({{"beginS", Json(m_rScene.pass->begin)},
+                                      {"endS", Json(m_rScene.pass->end)},
+                                      {"swingEV", Json(*swing)},
+                                      {"pictureChangeEV", Json(PassDepthEV())}}));
+    }
+    return {"sceneChange", facts};
+}
+
 }  // namespace kirosim

@@ -32,6 +32,7 @@ public:
 
     VOID        Add(const FrameRecord& rRecord) override;
     std::string Format() const override;
+    TextItem    Facts() const override;
 
     /// In the order in which the scene names them.
     const std::vector<DetectorResult>& Results() const

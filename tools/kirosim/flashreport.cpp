@@ -37,6 +37,28 @@ Colour NearestOn(const Colour& rStart, const Colour& rEnd, const Colour& rWanted
     return {rStart.rg + share * rg, rStart.bg + share * bg};
 }
 
+/// The colour of the light as white balance has corrected it.
+Colour LightOf(const FlashCaptureResult& rDecided)
+{
+    const auto& rBalance = rDecided.whiteBalance;
+    return {static_cast<DOUBLE>(rBalance.greenGain / rBalance.redGain),
+            static_cast<DOUBLE>(rBalance.greenGain / rBalance.blueGain)};
+}
+
+TextNode ColourFacts(const Colour& rColour)
+{
+    return JsonObject({{"rg", Json(rColour.rg)}, {"bg", Json(rColour.bg)}});
+}
+
+TextNode CurrentFacts(const KIROAlgoFlashOutput& rCurrent)
+{
+    return JsonObject({{"LED1mA", Json(rCurrent.LED1Setting)},
+                       {"LED2mA", Json(rCurrent.LED2Setting)},
+                       {"rg", Json(rCurrent.RGRatio)},
+                       {"bg", Json(rCurrent.BGRatio)},
+                       {"flux", Json(rCurrent.flux)}});
+}
+
 INT32 TotalOf(const FlashLamp& rLamp)
 {
     return rLamp.LED1Setting + rLamp.LED2Setting;
@@ -96,9 +118,7 @@ std::string FlashReport::FormatShot(size_t index) const
     constexpr DOUBLE          nsPerMs  = 1e6;
     const FlashShot&          rShot    = m_shots[index];
     const FlashCaptureResult& rDecided = rShot.decided;
-    const auto&               rBalance = rDecided.whiteBalance;
-    const Colour              light    = {static_cast<DOUBLE>(rBalance.greenGain / rBalance.redGain),
-                                          static_cast<DOUBLE>(rBalance.greenGain / rBalance.blueGain)};
+    const Colour              light    = LightOf(rDecided);
     const MixMatch            match    = MatchOf(rDecided.low, light);
 
     std::string text = fmt::format("flash at {:.2f} s: preflash metered {} frames, ended by {}\n", m_times[index],
@@ -163,6 +183,50 @@ std::string FlashReport::Format() const
     }
     text += fmt::format("flash current: at most {} mA of {} allowed\n", m_currentMax, m_rScene.maxCurrent);
     return m_rScene.isCalibrated ? text + FormatCalibration() : text;
+}
+
+TextNode FlashReport::ShotFacts(size_t index) const
+{
+    const FlashShot&          rShot    = m_shots[index];
+    const FlashCaptureResult& rDecided = rShot.decided;
+    const MixMatch            match    = MatchOf(rDecided.low, LightOf(rDecided));
+    TextNode                  facts    = JsonObject({{"timeS", Json(m_times[index])},
+                                                     {"preflashFrames", Json(rDecided.preflashFrames)},
+                                                     {"endedByMetering", Json(rDecided.isStoppedByMeter)},
+                                                     {"low", CurrentFacts(rDecided.low)},
+                                                     {"high", CurrentFacts(rDecided.high)},
+                                                     {"wantedColour", ColourFacts(LightOf(rDecided))},
+                                                     {"colourOff", Json(match.distance)},
+                                                     {"mixOffmA", Json(match.steps)},
+                                                     {"trueColour", ColourFacts(rShot.lamp)},
+                                                     {"offExposureNs", Json(rDecided.offExposure)},
+                                                     {"lowExposureNs", Json(rDecided.lowExposure)},
+                                                     {"mainExposureNs", Json(rDecided.mainExposure)},
+                                                     {"nearLuma", Json(rShot.nearLuma)},
+                                                     {"targetLuma", Json(rDecided.target)},
+                                                     {"farLuma", Json(rShot.farLuma)},
+                                                     {"farLumaWithoutFlash", Json(rShot.farLumaOff)}});
+    if (rDecided.isPrecision)
+    {
+        facts.Add("litNs", Json(rDecided.e1));
+        facts.Add("unlitNs", Json(rDecided.e2));
+    }
+    facts.Add("colourErrorOfMixes", Json(rShot.kneeError));
+    return facts;
+}
+
+TextItem FlashReport::Facts() const
+{
+    TextNode pictures = TextNode::List();
+    for (size_t index = 0; index < m_shots.size(); ++index)
+    {
+        pictures.Add(ShotFacts(index));
+    }
+    return {"flash", JsonObject({{"pictures", pictures},
+                                 {"currentMaxmA", Json(m_currentMax)},
+                                 {"currentAllowedmA", Json(m_rScene.maxCurrent)},
+                                 {"calibrated", Json(m_rScene.isCalibrated)},
+                                 {"begunWithLearned", Json(!m_rScene.learned.empty())}})};
 }
 
 }  // namespace kirosim

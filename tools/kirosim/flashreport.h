@@ -27,6 +27,7 @@ public:
 
     VOID        Add(const FrameRecord& rRecord) override;
     std::string Format() const override;
+    TextItem    Facts() const override;
 
     const std::vector<FlashShot>& Shots() const
     {
@@ -48,6 +49,7 @@ public:
 private:
     std::string FormatShot(size_t index) const;
     std::string FormatCalibration() const;
+    TextNode    ShotFacts(size_t index) const;
 
     const FlashScene&      m_rScene;
     std::vector<FlashShot> m_shots;

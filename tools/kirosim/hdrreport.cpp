@@ -126,4 +126,40 @@ std::string HDRReport::Format() const
     return text;
 }
 
+TextItem HDRReport::Facts() const
+{
+    const auto switchFacts = [](const Switch& rSwitch)
+    {
+        return JsonObject({{"frame", Json(rSwitch.frame)},
+                           {"timeS", Json(rSwitch.time)},
+                           {"binned", Json(rSwitch.isBinned)},
+                           {"ADRC", Json(rSwitch.ADRC)}});
+    };
+    const auto momentFacts = [](const Moment& rMoment)
+    {
+        return JsonObject({{"timeS", Json(rMoment.time)},
+                           {"binned", Json(rMoment.isBinned)},
+                           {"safeOverShort", Json(rMoment.safeOverShort)},
+                           {"longOverSafe", Json(rMoment.longOverSafe)},
+                           {"longADRC", Json(rMoment.longADRC)},
+                           {"shortBlend", Json(rMoment.shortBlend)},
+                           {"shortTimeMs", Json(rMoment.shortTimeMs)},
+                           {"longTimeMs", Json(rMoment.longTimeMs)},
+                           {"clippedShortPercent", Json(rMoment.clippedShort * Percent)},
+                           {"clippedSafePercent", Json(rMoment.clippedSafe * Percent)}});
+    };
+    const auto number = [](DOUBLE value) { return Json(value); };
+    TextNode   facts  = JsonObject({{"switches", JsonList(m_switches, switchFacts)},
+                                    {"moments", JsonList(Moments(), momentFacts)},
+                                    {"shortBlendRests", JsonList(BlendRests(), number)}});
+    if (!m_blends.empty())
+    {
+        const auto [low, high] = std::minmax_element(m_blends.begin(), m_blends.end());
+        facts.Add("shortBlendFirst", Json(m_blends.front()));
+        facts.Add("shortBlendMin", Json(*low));
+        facts.Add("shortBlendMax", Json(*high));
+    }
+    return {"hdr", facts};
+}
+
 }  // namespace kirosim

@@ -45,6 +45,7 @@ public:
 
     VOID        Add(const FrameRecord& rRecord) override;
     std::string Format() const override;
+    TextItem    Facts() const override;
 
     const std::vector<Switch>& Switches() const
     {

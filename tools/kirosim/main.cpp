@@ -31,6 +31,7 @@ VOID AddRunOptions(CLI::App& rRun, kirosim::RunOptions& rOptions)
     addFile("--csv-second", rOptions.csvSecond, "write every frame of the second camera to this file");
     addFile("--record", rOptions.record,
             "write what crosses the function table to this file, for replay; opens no port for live tuning");
+    rRun.add_flag("--json", rOptions.isJson, "print the summary as JSON, and all else to stderr");
     rRun.add_flag("--queries", rOptions.isAsking, "print what the library answers to queries after the run");
     rRun.add_flag("--realtime", rOptions.isRealtime, "run at the camera's frame rate; Ctrl-C ends the run");
     rRun.add_flag("--loop", rOptions.isLoop, "start the scene again at its end, until Ctrl-C; the camera runs on");

@@ -69,4 +69,26 @@ std::string MonitorReport::Format() const
     return text;
 }
 
+TextItem MonitorReport::Facts() const
+{
+    const auto changeFacts = [](const FlagChange& rChange)
+    {
+        return JsonObject(
+            {{"on", Json(rChange.isRise)}, {"luxIndex", Json(rChange.luxIndex)}, {"timeS", Json(rChange.time)}});
+    };
+    TextNode flags = TextNode::Map();
+    for (size_t flag = 0; flag < m_flags.size(); ++flag)
+    {
+        flags.Add(FlagNames[flag], JsonList(m_flags[flag].changes, changeFacts));
+    }
+    TextNode facts = JsonObject({{"flags", flags}, {"threeExposuresFromFrame", Json(m_HDR3Frame)}});
+    if (m_stretch.has_value())
+    {
+        facts.Add("histogramStretch", JsonObject({{"timeS", Json(m_stretch->time)},
+                                                  {"clamp", Json(m_stretch->clamp)},
+                                                  {"scaling", Json(m_stretch->scaling)}}));
+    }
+    return {"monitors", facts};
+}
+
 }  // namespace kirosim

@@ -43,6 +43,7 @@ class MonitorReport final : public Report
 public:
     VOID        Add(const FrameRecord& rRecord) override;
     std::string Format() const override;
+    TextItem    Facts() const override;
 
     const std::vector<FlagChange>& Changes(MonitoredFlag flag) const
     {

@@ -104,6 +104,20 @@ std::string TrackingReport::Format() const
     return text;
 }
 
+TextItem TrackingReport::Facts() const
+{
+    const auto changeFacts = [](const State& rState)
+    {
+        return JsonObject(
+            {{"tracking", Json(rState.isTracking)}, {"timeS", Json(rState.time)}, {"frame", Json(rState.frame)}});
+    };
+    return {"tracking", JsonObject({{"changes", JsonList(m_changes, changeFacts)},
+                                    {"targetLuma", Json(m_rScene.map->targetLuma)},
+                                    {"subjectErrorWithoutEV", Json(SubjectErrorEV(false))},
+                                    {"subjectErrorWithEV", Json(SubjectErrorEV(true))},
+                                    {"framesToRecover", Json(FramesToRecover())}})};
+}
+
 ShakeReport::ShakeReport(const Scene& rScene) : m_rScene(rScene)
 {
 }
@@ -148,6 +162,21 @@ std::string ShakeReport::Format() const
                             rMoment.exposureLog2 - moments.front().exposureLog2);
     }
     return text;
+}
+
+TextItem ShakeReport::Facts() const
+{
+    const std::vector<Moment> moments = Moments();
+    return {"shake",
+            JsonList(moments,
+                     [&](const Moment& rMoment)
+                     {
+                         return JsonObject({{"timeS", Json(rMoment.time)},
+                                            {"shakeRadPerS", Json(rMoment.gyro)},
+                                            {"exposureTimeMs", Json(rMoment.timeMs)},
+                                            {"gain", Json(rMoment.gain)},
+                                            {"exposureEV", Json(rMoment.exposureLog2 - moments.front().exposureLog2)}});
+                     })};
 }
 
 }  // namespace kirosim

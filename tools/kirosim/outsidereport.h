@@ -25,6 +25,7 @@ public:
 
     VOID        Add(const FrameRecord& rRecord) override;
     std::string Format() const override;
+    TextItem    Facts() const override;
 
     /// Changes between standing by and tracking, as the tracked table shows them.
     const std::vector<State>& Changes() const
@@ -71,6 +72,7 @@ public:
 
     VOID        Add(const FrameRecord& rRecord) override;
     std::string Format() const override;
+    TextItem    Facts() const override;
 
     std::vector<Moment> Moments() const;
 

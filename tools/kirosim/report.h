@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tools/kirosim/camera.h"
+#include "tools/kirosim/jsonfacts.h"
 
 namespace kirosim
 {
@@ -26,6 +27,9 @@ public:
 
     /// Lines for a person to judge, each ended by a newline.
     virtual std::string Format() const = 0;
+
+    /// The same for scripts, under the name of the report.
+    virtual TextItem Facts() const = 0;
 };
 
 /// The reports of a scene, in the order in which they are printed. @param rScene must outlive them

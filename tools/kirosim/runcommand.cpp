@@ -35,7 +35,17 @@ constexpr UINT32 TableLines = 60;
 /// A terminal that is gone must not end a run before its files are whole; the program's end tells of it.
 VOID Print(const RunOptions& rOptions, const std::string& rText)
 {
-    (VOID) std::fputs(rText.c_str(), rOptions.IsStdoutTaken() ? stderr : stdout);
+    (VOID) std::fputs(rText.c_str(), (rOptions.IsStdoutTaken() || rOptions.isJson) ? stderr : stdout);
+}
+
+VOID PrintSummary(const RunOptions& rOptions, const RunReport& rReport)
+{
+    if (!rOptions.isJson)
+    {
+        Print(rOptions, rReport.Format());
+        return;
+    }
+    (VOID) std::fputs(ToJson(rReport.Facts()).c_str(), rOptions.IsStdoutTaken() ? stderr : stdout);
 }
 
 /// @throws std::runtime_error for a scene that learns nothing of its flash
@@ -226,7 +236,8 @@ bool Run(const RunOptions& rOptions)
     // None of the files keeps the others from being whole.
     const std::string recordingError = FinishRecording(recorder);
     files.Commit();
-    Print(rOptions, report.Format() + answers);
+    PrintSummary(rOptions, report);
+    Print(rOptions, answers);
     if (!recordingError.empty())
     {
         throw std::runtime_error(recordingError);

@@ -33,9 +33,10 @@ struct RunOptions
     bool                  isRealtime = false;
     bool                  isLoop     = false;
     bool                  isNotLive  = false;
+    bool                  isJson     = false;  ///< the summary
     bool                  isStrict   = false;  ///< what is only said otherwise ends the run
 
-    /// Whether standard output is for an output, so that what is for a person has to go elsewhere.
+    /// Whether an output is written to standard output, so that all else has to go elsewhere.
     bool IsStdoutTaken() const
     {
         const auto               isStdout  = [](const std::string* pPath) { return program::IsStandardStream(*pPath); };

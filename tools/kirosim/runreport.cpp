@@ -60,21 +60,11 @@ VOID RunReport::EndRound()
 {
     ++m_rounds;
     m_lastRound   = m_builder.Finish();
-    m_lastReports = FormatReports();
+    m_lastReports = std::move(m_reports);
     m_roundLines  = FormatRoundSteps(m_rounds, m_lastRound->steps);
     m_builder.BeginRound();
     m_reports = ReportsOf(m_rScene);
     m_frames  = 0;
-}
-
-std::string RunReport::FormatReports() const
-{
-    std::string text;
-    for (const auto& pReport : m_reports)
-    {
-        text += pReport->Format();
-    }
-    return text;
 }
 
 bool RunReport::HasControlled() const
@@ -86,8 +76,28 @@ std::string RunReport::Format() const
 {
     const std::string control =
         m_control.Format("") + ((m_rScene.pSecond != nullptr) ? m_secondControl.Format("second camera, ") : "");
-    return control + (m_lastRound.has_value() ? FormatSummary(*m_lastRound) + m_lastReports
-                                              : FormatSummary(m_builder.Finish()) + FormatReports());
+    std::string text = control + FormatSummary(Summary());
+    for (const auto& pReport : PresentReports())
+    {
+        text += pReport->Format();
+    }
+    return text;
+}
+
+TextNode RunReport::Facts() const
+{
+    TextNode facts = SummaryFacts(Summary());
+    facts.Add("noControl", Json(m_control.Fault()));
+    if (m_rScene.pSecond != nullptr)
+    {
+        facts.Add("secondNoControl", Json(m_secondControl.Fault()));
+    }
+    for (const auto& pReport : PresentReports())
+    {
+        TextItem item = pReport->Facts();
+        facts.Add(std::move(item.name), std::move(item.value));
+    }
+    return facts;
 }
 
 }  // namespace kirosim

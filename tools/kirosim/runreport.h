@@ -39,20 +39,34 @@ public:
     /// Summary and reports of the last full round; of the frames that there are if no round is full.
     std::string Format() const;
 
-private:
-    VOID        EndRound();
-    std::string FormatReports() const;
+    /// The same for scripts, as one object.
+    TextNode Facts() const;
 
-    const Scene&                         m_rScene;
-    SummaryBuilder                       m_builder;
-    std::vector<std::unique_ptr<Report>> m_reports;
-    ControlCheck                         m_control;  ///< of the first camera, in all rounds
-    ControlCheck                         m_secondControl;
-    UINT32                               m_frames;  ///< of the present round
-    UINT64                               m_rounds;  ///< full ones
-    std::string                          m_roundLines;
-    std::optional<RunSummary>            m_lastRound;
-    std::string                          m_lastReports;
+private:
+    using Reports = std::vector<std::unique_ptr<Report>>;
+
+    VOID EndRound();
+
+    RunSummary Summary() const
+    {
+        return m_lastRound.has_value() ? *m_lastRound : m_builder.Finish();
+    }
+
+    const Reports& PresentReports() const
+    {
+        return m_lastRound.has_value() ? m_lastReports : m_reports;
+    }
+
+    const Scene&              m_rScene;
+    SummaryBuilder            m_builder;
+    Reports                   m_reports;
+    ControlCheck              m_control;  ///< of the first camera, in all rounds
+    ControlCheck              m_secondControl;
+    UINT32                    m_frames;  ///< of the present round
+    UINT64                    m_rounds;  ///< full ones
+    std::string               m_roundLines;
+    std::optional<RunSummary> m_lastRound;
+    Reports                   m_lastReports;
 };
 
 }  // namespace kirosim

@@ -68,4 +68,17 @@ std::string StartReport::Format() const
     return text;
 }
 
+TextItem StartReport::Facts() const
+{
+    return {"starts", JsonList(Results(),
+                               [](const StartResult& rResult)
+                               {
+                                   return JsonObject({{"camera", Json(rResult.isSecond ? "second" : "first")},
+                                                      {"timeS", Json(rResult.time)},
+                                                      {"from", Json(NameOfSource(rResult.source))},
+                                                      {"firstFrameEV", Json(rResult.errorEV)},
+                                                      {"fixedStartEV", Json(rResult.fixedEV)}});
+                               })};
+}
+
 }  // namespace kirosim

@@ -25,6 +25,7 @@ public:
     VOID        Add(const FrameRecord& rRecord) override;
     VOID        AddSecond(const FrameRecord& rRecord) override;
     std::string Format() const override;
+    TextItem    Facts() const override;
 
     /// One for each session, in ascending time; the settled exposure is that of its last frame.
     std::vector<StartResult> Results() const;

@@ -263,4 +263,24 @@ std::string FormatSummary(const RunSummary& rSummary)
     return text;
 }
 
+TextNode SummaryFacts(const RunSummary& rSummary)
+{
+    const auto stepFacts = [](const StepResult& rStep)
+    {
+        return JsonObject({{"timeS", Json(rStep.time)},
+                           {"stepEV", Json(rStep.ev)},
+                           {"framesToSettle", Json(rStep.framesToSettle)},
+                           {"failure", Json(rStep.failure)},
+                           {"overshootEV", Json(rStep.overshootEV)}});
+    };
+    return JsonObject({{"steps", JsonList(rSummary.steps, stepFacts)},
+                       {"rippleEV", Json(rSummary.rippleEV)},
+                       {"distanceFromTargetEV", Json(rSummary.finalErrorEV)},
+                       {"pictureSwingEV", Json(rSummary.pictureSwingEV)},
+                       {"rampLagEV", Json(rSummary.rampLagEV)},
+                       {"bandingPercent", Json(rSummary.bandingLast * 100.0)},
+                       {"failure", Json(rSummary.failure)},
+                       {"legal", Json(rSummary.isLegal)}});
+}
+
 }  // namespace kirosim

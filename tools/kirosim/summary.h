@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tools/kirosim/exposurelimit.h"
+#include "tools/kirosim/jsonfacts.h"
 #include "tools/kirosim/simulation.h"
 
 namespace kirosim
@@ -76,5 +77,8 @@ private:
 };
 
 std::string FormatSummary(const RunSummary& rSummary);
+
+/// The same for scripts, as one object.
+TextNode SummaryFacts(const RunSummary& rSummary);
 
 }  // namespace kirosim

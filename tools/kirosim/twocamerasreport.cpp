@@ -196,4 +196,27 @@ std::string TwoCamerasReport::Format() const
     return text;
 }
 
+TextItem TwoCamerasReport::Facts() const
+{
+    const auto cameraFacts = [](const CameraPhase& rCamera)
+    {
+        return JsonObject({{"role", Json(NameOf(rCamera.role))},
+                           {"pictureEV", Json(rCamera.pictureEV)},
+                           {"mixEV", Json(rCamera.mixEV)},
+                           {"exposureTimeNs", Json(rCamera.time)},
+                           {"framesHeld", Json(rCamera.framesHeld)}});
+    };
+    const auto phaseFacts = [&](const PairPhase& rPhase)
+    {
+        return JsonObject({{"startS", Json(rPhase.start)},
+                           {"endS", Json(rPhase.end)},
+                           {"cameras", JsonList(rPhase.cameras, cameraFacts)},
+                           {"pictureDifferenceEV", Json(rPhase.pictureDifferenceEV)},
+                           {"targetDifferenceEV", Json(rPhase.targetDifferenceEV)},
+                           {"exposureTimeDifferenceNs", Json(rPhase.exposureTimeDifference)},
+                           {"largestPictureStepEV", Json(rPhase.largestPictureStepEV)}});
+    };
+    return {"pair", JsonList(Phases(), phaseFacts)};
+}
+
 }  // namespace kirosim

@@ -40,6 +40,7 @@ public:
     VOID        Add(const FrameRecord& rRecord) override;
     VOID        AddSecond(const FrameRecord& rRecord) override;
     std::string Format() const override;
+    TextItem    Facts() const override;
 
     std::vector<PairPhase> Phases() const;
 
