@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "host/channelnames.h"
+
 namespace
 {
 
@@ -34,8 +36,8 @@ FlashLamp LampOf(const KIROAlgoFlashOutput& rCurrent, FLOAT litShare)
 FlashCapture::FlashCapture(KiroHost& rHost, const FlashCaptureConfig& rConfig)
     : m_rHost(rHost), m_config(rConfig), m_precisionHistory{}, m_phase(FlashCapturePhase::Idle), m_phaseFrames(0),
       m_stillFrames(0), m_stillExposure(0), m_isPrecisionAllowed(false), m_isMeteringDone(false),
-      m_isPictureShown(false), m_lamp(LampOff), m_off("luma16Off", "sat16Off"),
-      m_low("luma16Low", "sat16Low"), m_preview{}, m_result{}
+      m_isPictureShown(false), m_lamp(LampOff), m_off(channelnames::Luma16Off, channelnames::Saturation16Off),
+      m_low(channelnames::Luma16Low, channelnames::Saturation16Low), m_preview{}, m_result{}
 {
     KIROCoreSetParam param = {KIROCorePrecisionFlashHistory, sizeof(m_precisionHistory), &m_precisionHistory};
     KIROSetInput     input{};

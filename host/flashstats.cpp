@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "host/channelnames.h"
+
 namespace
 {
 
@@ -10,8 +12,8 @@ constexpr UINT32 GridSide = 16;
 constexpr INT32  BitDepth = 8;
 
 /// Channels that only preview, metering of the preflash and inline calibration read.
-constexpr const CHAR* NotForSnapshots[] = {FlashStats::LumaChannel, FlashStats::SaturationChannel, "gridRGratio",
-                                           "gridBGratio"};
+constexpr const CHAR* NotForSnapshots[] = {channelnames::Luma16, channelnames::Saturation16, channelnames::GridRG,
+                                           channelnames::GridBG};
 
 bool IsForSnapshots(const KIROCntStatsOut& rChannel)
 {
@@ -45,8 +47,8 @@ FlashStats::FlashStats(const CHAR* pLumaName, const CHAR* pSaturationName) : m_g
 
 bool FlashStats::Save(const KIROStatsList& rStats)
 {
-    const KIROCntStatsOut* const channels[ChannelCount] = {flashstats::Find(rStats, LumaChannel),
-                                                           flashstats::Find(rStats, SaturationChannel)};
+    const KIROCntStatsOut* const channels[ChannelCount] = {flashstats::Find(rStats, channelnames::Luma16),
+                                                           flashstats::Find(rStats, channelnames::Saturation16)};
     if (!IsGrid16(channels[0]) || !IsGrid16(channels[1]))
     {
         return false;

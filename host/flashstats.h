@@ -9,10 +9,8 @@
 class FlashStats
 {
 public:
-    static constexpr UINT32      RegionCount       = 256;  ///< 16 x 16
-    static constexpr UINT32      ChannelCount      = 2;
-    static constexpr const CHAR* LumaChannel       = "luma16";  ///< 8 bits
-    static constexpr const CHAR* SaturationChannel = "sat16";   ///< share of clipped samples on the scale of 8 bits
+    static constexpr UINT32 RegionCount  = 256;  ///< 16 x 16
+    static constexpr UINT32 ChannelCount = 2;    ///< luma, 8 bits, and the share of clipped samples on that scale
 
     /// @param pLumaName, pSaturationName under which the grids are handed on, as tuning names them; must outlive this
     FlashStats(const CHAR* pLumaName, const CHAR* pSaturationName);

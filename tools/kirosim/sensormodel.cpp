@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "host/channelnames.h"
+
 namespace kirosim
 {
 
@@ -99,18 +101,15 @@ VOID SensorModel::BuildRadiance()
 VOID SensorModel::BuildChannels()
 {
     // The first histogram of a frame yields no walker; nobody asks for one here, so any order does.
-    static const CHAR* const names[AECAlgoExposureCount][5] = {
-        {"ShortLuma", "ShortSaturation", "ShortRG", "ShortBG", "ShortHist"},
-        {"LongLuma", "LongSaturation", "LongRG", "LongBG", "LongHist"},
-        {"SafeLuma", "SafeSaturation", "SafeRG", "SafeBG", "SafeHist"}};
     m_list.startup = StatisticsStartUpValid;
     for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
     {
-        AddGrid(names[type][0], m_stats[type].luma.data());
-        AddGrid(names[type][1], m_stats[type].saturation.data());
-        AddGrid(names[type][2], m_stats[type].rg.data());
-        AddGrid(names[type][3], m_stats[type].bg.data());
-        AddHistogram(names[type][4], m_stats[type].histogram.data());
+        const channelnames::OfExposure& rNames = channelnames::Exposures[type];
+        AddGrid(rNames.pLuma, m_stats[type].luma.data());
+        AddGrid(rNames.pSaturation, m_stats[type].saturation.data());
+        AddGrid(rNames.pRG, m_stats[type].rg.data());
+        AddGrid(rNames.pBG, m_stats[type].bg.data());
+        AddHistogram(rNames.pHistogram, m_stats[type].histogram.data());
     }
 }
 
@@ -123,10 +122,10 @@ VOID SensorModel::BuildFlashChannels()
     constexpr UINT32 side     = 16;
     constexpr INT32  bitDepth = 8;
     m_pFlash                  = std::make_unique<FlashModel>(*m_rScene.flash, Colour{m_rScene.rg, m_rScene.bg});
-    AddGrid("gridRGratio", m_stats[AECAlgoExposureSafe].rg.data());
-    AddGrid("gridBGratio", m_stats[AECAlgoExposureSafe].bg.data());
-    for (const auto& [pName, pValues] : {std::pair{FlashStats::LumaChannel, m_pFlash->Luma16()},
-                                         std::pair{FlashStats::SaturationChannel, m_pFlash->Saturation16()}})
+    AddGrid(channelnames::GridRG, m_stats[AECAlgoExposureSafe].rg.data());
+    AddGrid(channelnames::GridBG, m_stats[AECAlgoExposureSafe].bg.data());
+    for (const auto& [pName, pValues] : {std::pair{channelnames::Luma16, m_pFlash->Luma16()},
+                                         std::pair{channelnames::Saturation16, m_pFlash->Saturation16()}})
     {
         AddGrid(pName, pValues);
         KIROCntStatsOut& rChannel     = m_list.pList[m_list.count - 1];
