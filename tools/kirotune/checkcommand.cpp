@@ -1,16 +1,14 @@
 #include "tools/kirotune/checkcommand.h"
 
 #include <memory>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include <fmt/format.h>
 
 #include "tools/program/standardstreams.h"
+#include "tools/tuningcheck/channels.h"
 #include "tools/tuningcheck/checkedfile.h"
-#include "tools/tuningfile/files.h"
-#include "tools/tuningfile/inputerror.h"
 #include "tools/tuningfile/textnode.h"
 
 namespace kirotune
@@ -31,21 +29,6 @@ struct CheckOptions
     bool                     isJson   = false;
     bool                     isStrict = false;
 };
-
-/// Names of channels, one on each line.
-std::vector<std::string> ReadChannels(const std::string& rPath)
-{
-    std::vector<std::string> names;
-    std::istringstream       lines(tuningfile::ReadText(rPath));
-    for (std::string name; std::getline(lines, name);)
-    {
-        if (!name.empty())
-        {
-            names.push_back(name);
-        }
-    }
-    return names;
-}
 
 VOID PrintText(const std::string& rFile, const CheckedFile& rChecked)
 {
@@ -88,7 +71,7 @@ int Check(const CheckOptions& rOptions)
     tuningcheck::Surroundings surroundings;
     if (!rOptions.channels.empty())
     {
-        surroundings.channels = ReadChannels(rOptions.channels);
+        surroundings.channels = tuningcheck::ReadChannels(rOptions.channels);
     }
     TextNode all    = TextNode::List();
     int      status = 0;

@@ -66,10 +66,20 @@ std::string FullPath(const Spot& rSpot)
     return fmt::format("{}.{}", PathOf(*rSpot.pIn->pModule), rSpot.Path());
 }
 
+Where WhereOf(const Spot& rSpot)
+{
+    return {rSpot.Place(), FullPath(rSpot)};
+}
+
+VOID Findings::Add(Severity severity, Where where, std::string value, std::string expected, std::string advice)
+{
+    Add({severity, m_rTuning.source, where.place, std::move(where.path), std::move(value), std::move(expected),
+         std::move(advice)});
+}
+
 VOID Findings::Add(Severity severity, const Spot& rSpot, std::string value, std::string expected, std::string advice)
 {
-    Add({severity, m_rTuning.source, rSpot.Place(), FullPath(rSpot), std::move(value), std::move(expected),
-         std::move(advice)});
+    Add(severity, WhereOf(rSpot), std::move(value), std::move(expected), std::move(advice));
 }
 
 VOID Findings::Add(Severity severity, const ModulePlace& rModule, std::string value, std::string expected,

@@ -19,6 +19,15 @@ enum class Severity
     Error    ///< cannot be meant
 };
 
+/// Where a finding points to.
+struct Where
+{
+    std::optional<tuningfile::TextPlace> place;  ///< none without text
+    std::string                          path;   ///< "Default kirodbconvbase.data[0].value.tolerance"
+};
+
+Where WhereOf(const Spot& rSpot);
+
 struct Finding
 {
     Severity                             severity;
@@ -42,6 +51,8 @@ public:
     explicit Findings(const tuningfile::Tuning& rTuning) : m_rTuning(rTuning)
     {
     }
+
+    VOID Add(Severity severity, Where where, std::string value, std::string expected, std::string advice);
 
     VOID Add(Severity severity, const Spot& rSpot, std::string value, std::string expected, std::string advice);
 

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/tuningcheck/channels.h"
 #include "tools/tuningcheck/finding.h"
 
 namespace tuningcheck
@@ -13,7 +14,7 @@ namespace tuningcheck
 /// What a tuning is judged against.
 struct Surroundings
 {
-    std::vector<std::string> channels;  ///< names of statistics that the host delivers
+    std::vector<std::string> channels = HostChannels();  ///< that the host delivers; none: they are not judged
 };
 
 /// Judges values, references, shapes and completeness of all modes. The findings are in the order of the text.

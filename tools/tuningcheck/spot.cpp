@@ -108,13 +108,19 @@ std::optional<tuningfile::TextPlace> Spot::Place() const
 
 bool Spot::IsInherited() const
 {
-    if (pIn->pAbove == nullptr || !tuning::IsNumber(pMember->type))
+    if (pIn->pAbove == nullptr || pMember->type == ValueType::Record)
     {
         return false;
     }
     const auto   above = tuning::ValuesOf(*pMember, pIn->pAbove);
     const UINT32 index = item.value_or(0);
-    return index < above.count && std::memcmp(above.At(*pMember, index), pValue, pMember->valueSize) == 0;
+    if (index >= above.count)
+    {
+        return false;
+    }
+    const BYTE* pOther = above.At(*pMember, index);
+    return (pMember->type == ValueType::Text) ? std::strcmp(tuning::TextAt(pOther), tuning::TextAt(pValue)) == 0
+                                              : std::memcmp(pOther, pValue, pMember->valueSize) == 0;
 }
 
 DOUBLE Spot::Number() const

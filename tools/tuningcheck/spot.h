@@ -43,7 +43,7 @@ struct Spot
     /// @return the place in the text: its own, or that of what is nearest around it; none without text
     std::optional<tuningfile::TextPlace> Place() const;
 
-    /// @return whether the mode above holds the same number in the same place
+    /// @return whether the mode above holds the same number or text in the same place
     bool IsInherited() const;
 
     /// @return the number; of a text or a record 0

@@ -1,0 +1,121 @@
+#include "tools/tuningcheck/doubles.h"
+
+#include <algorithm>
+#include <map>
+
+#include <fmt/format.h>
+
+#include "tools/tuningcheck/codedreferences.h"
+#include "tools/tuningcheck/runlists.h"
+
+namespace tuningcheck
+{
+
+namespace
+{
+
+using tuning::Thing;
+using tuning::Verb;
+
+std::string AdviceOn(Thing thing)
+{
+    switch (thing)
+    {
+    case Thing::Calculator:
+        return "both run";
+    case Thing::Analyzer:
+        return "the first runs";
+    default:
+        return "of two the later counts";
+    }
+}
+
+/// Adds what writes to what has been written, and tells of the second to do so.
+VOID NoteWriter(const Mention& rWriter, std::map<Named, const Mention*>& rWriters, Findings& rFindings)
+{
+    const auto [first, isNew] = rWriters.try_emplace(rWriter.named, &rWriter);
+    if (isNew || rWriter.isInherited)
+    {
+        return;
+    }
+    rFindings.Add(Severity::Error, rWriter.where,
+                  fmt::format("{}, which {} writes, too", rWriter.value, first->second->where.path),
+                  rWriter.expected + " of its own", "the later one overwrites what the earlier one has written");
+}
+
+/// What an analyzer or a processor puts over a value of the core.
+VOID CheckTrigger(const Mention& rWriter, Findings& rFindings)
+{
+    if (rWriter.named.kind == BankKind(BankIDTriggers) && IsPublishedByCore(rWriter.named.number) &&
+        !rWriter.isInherited)
+    {
+        rFindings.Add(Severity::Advice, rWriter.where, rWriter.value + ", which the core publishes itself",
+                      fmt::format("a free trigger: {} to {}", static_cast<INT32>(TriggerCtrlMax), MaxValueID),
+                      "readers get what either has written last");
+    }
+}
+
+/// Calculators of one list run together, and with those that run always.
+VOID CheckCalculators(const std::vector<const Mention*>& rMentions, const RunList& rList, Findings& rFindings)
+{
+    std::set<INT64> numbers;
+    std::ranges::transform(rList, std::inserter(numbers, numbers.end()),
+                           [](const Mention* pMention) { return pMention->named.number; });
+    std::map<Named, const Mention*> writers;
+    for (const Mention* pMention : rMentions)
+    {
+        const bool isRun = !pMention->user.has_value() || numbers.contains(pMention->user->number);
+        if (pMention->verb == Verb::Writes && pMention->named.kind == BankKind(BankIDStatsCalculator) && isRun &&
+            !pMention->IsEndOfRange())
+        {
+            NoteWriter(*pMention, writers, rFindings);
+        }
+    }
+}
+
+}  // namespace
+
+std::set<Kind> CheckDoubleNumbers(const std::vector<Mention>& rMentions, Findings& rFindings)
+{
+    std::set<Kind>                                          doubles;
+    std::map<std::pair<const BYTE*, Named>, const Mention*> known;
+    for (const Mention& rMention : rMentions)
+    {
+        if (rMention.verb != Verb::Defines)
+        {
+            continue;
+        }
+        const auto [first, isNew] = known.try_emplace({rMention.pList, rMention.named}, &rMention);
+        if (!isNew && !rMention.isInherited)
+        {
+            doubles.insert(rMention.named.kind);
+            rFindings.Add(Severity::Error, rMention.where,
+                          fmt::format("{}, as {}", rMention.value, first->second->inModule), "a number of its own",
+                          AdviceOn(rMention.named.kind.thing));
+        }
+    }
+    return doubles;
+}
+
+VOID CheckDoubleOutputs(const std::vector<const Mention*>& rMentions, Findings& rFindings)
+{
+    std::map<Named, const Mention*> tables;
+    for (const Mention* pMention : rMentions)
+    {
+        if (pMention->verb != Verb::Writes)
+        {
+            continue;
+        }
+        CheckTrigger(*pMention, rFindings);
+        if (pMention->named.kind == BankKind(BankIDMetering2D))
+        {
+            NoteWriter(*pMention, tables, rFindings);
+        }
+    }
+    for (const auto& [pRecord, rList] : RunListsOf(rMentions, Thing::Calculator))
+    {
+        CheckCalculators(rMentions, rList, rFindings);
+    }
+}
+
+}  // namespace tuningcheck

@@ -1,0 +1,111 @@
+#include "tools/tuningcheck/references.h"
+
+#include <fmt/format.h>
+
+#include "tools/tuningcheck/doubles.h"
+#include "tools/tuningcheck/runlists.h"
+#include "tools/tuningcheck/unused.h"
+#include "tools/tuningfile/modepath.h"
+
+namespace tuningcheck
+{
+
+namespace
+{
+
+using tuning::Thing;
+using tuning::Verb;
+
+/// Tables of maps and samples that a processor waits for come from the host.
+bool ComesFromHost(const Mention& rReader)
+{
+    const std::string_view module = rReader.pModule->pDescription->pName;
+    return module == "kiroexternalmapprocessor" || module == "kiro1dvectorprocessor";
+}
+
+/// A map that drives a generator may come from there, too.
+bool MayComeFromHost(const Mention& rReader)
+{
+    return std::string_view(rReader.pModule->pDescription->pName) == "kiromtrtablegen" &&
+           rReader.named.kind == BankKind(BankIDMetering2D);
+}
+
+std::string ExpectedOf(const Mention& rReader, const Inventory& rInventory, const ModeView& rView)
+{
+    const std::string list = rInventory.ListOf(rReader.named.kind);
+    const std::string mode =
+        (rView.Mode() != rReader.mode) ? " in " + tuningfile::PathOf(rView.Table(), rView.Mode()) : "";
+    return rReader.expected + mode + (list.empty() ? ", of which there is none" : ": " + list);
+}
+
+}  // namespace
+
+References::References(const std::vector<std::string>& rChannels, Findings& rFindings)
+    : m_rChannels(rChannels), m_rFindings(rFindings)
+{
+}
+
+const References::Mentions& References::Of(const ModulePlace& rModule)
+{
+    const auto [entry, isNew] = m_ofModule.try_emplace(rModule.pModule);
+    if (isNew)
+    {
+        entry->second = &m_mentions.emplace_back(MentionsOf(rModule, m_wrongKinds, m_rFindings));
+        m_doubleKinds.merge(CheckDoubleNumbers(*entry->second, m_rFindings));
+    }
+    return *entry->second;
+}
+
+VOID References::CheckMode(const ModeView& rView)
+{
+    std::vector<const Mention*> mentions;
+    for (const ModulePlace& rModule : rView.Modules())
+    {
+        for (const Mention& rMention : Of(rModule))
+        {
+            mentions.push_back(&rMention);
+        }
+    }
+    const Inventory inventory(mentions, m_rChannels);
+    for (const Mention* pMention : mentions)
+    {
+        if (pMention->verb == Verb::Reads && inventory.IsInUse(*pMention) && !inventory.Has(pMention->named))
+        {
+            CheckReader(*pMention, inventory, rView);
+        }
+    }
+    CheckDoubleOutputs(mentions, m_rFindings);
+    CheckSafeExposure(rView, mentions, m_rFindings);
+}
+
+/// What a deeper mode has taken over is wrong there once only if it is wrong above.
+VOID References::CheckReader(const Mention& rReader, const Inventory& rInventory, const ModeView& rView)
+{
+    m_wrongKinds.insert(rReader.named.kind);
+    const std::string key =
+        fmt::format("{} {} {}", rReader.pModule->pDescription->pName, rReader.inModule, rReader.value);
+    if (ComesFromHost(rReader) || m_doubleKinds.contains(rReader.named.kind) ||
+        (!m_wrong.insert(key).second && rReader.isInherited))
+    {
+        return;
+    }
+    const bool isFromHost = MayComeFromHost(rReader);
+    m_rFindings.Add(isFromHost ? Severity::Advice : Severity::Error, rReader.where, rReader.value,
+                    ExpectedOf(rReader, rInventory, rView),
+                    isFromHost ? "right if the host puts it there" : rInventory.AdviceFor(rReader.named));
+}
+
+VOID References::CheckUsage()
+{
+    std::vector<const Mention*> mentions;
+    for (const Mentions& rMentions : m_mentions)
+    {
+        for (const Mention& rMention : rMentions)
+        {
+            mentions.push_back(&rMention);
+        }
+    }
+    CheckUnused(mentions, m_wrongKinds, m_rFindings);
+}
+
+}  // namespace tuningcheck
