@@ -6,7 +6,9 @@ set(ROOM_TESTS
     hostile_test.cpp
     liveclient_test.cpp
     meaning_test.cpp
+    references_test.cpp
     roundtrip_test.cpp
     schematext_test.cpp
+    slips_test.cpp
     textinput_test.cpp
 )
