@@ -100,7 +100,7 @@ struct ISOSettingType
 TUNING_RECORD(ISOSettingType)
     MEMBER(ISO100Gain,
         .meaning = "Gain that would stand for ISO 100; read by no stage.",
-        .unit = Unit::Gain, .range = Above(0), .acts = Acts::Never)
+        .unit = Unit::Gain, .range = AtLeast(0), .acts = Acts::Never)
 TUNING_RECORD_END
 
 /// Chooses a snapshot frame.

@@ -90,7 +90,7 @@ TUNING_RECORD(KIROLEDMeasurementType)
         .unit = Unit::Frames, .range = AtLeast(0), .acts = Acts::Never)
     MEMBER(framesToAverage,
         .meaning = "Frames whose colours are meant to be averaged for one mix. Read by no stage.",
-        .unit = Unit::Frames, .range = AtLeast(1), .odd = AtLeast(0), .acts = Acts::Never)
+        .unit = Unit::Frames, .range = AtLeast(0), .acts = Acts::Never)
     MEMBER(lumaOKRange,
         .meaning = "Luma that a frame is meant to have to count in a measurement. Read by no stage.",
         .unit = Unit::Luma, .range = AtLeast(0), .odd = Any, .acts = Acts::Never)
