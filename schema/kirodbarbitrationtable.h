@@ -35,7 +35,7 @@ TUNING_RECORD(ExposureKneeType)
     MEMBER(gain,
         .meaning = "Gain at the knee; a knee with twice the gain and half the time is reached at the same exposure, "
                    "with more noise and less blur.",
-        .unit = Unit::Gain, .range = Above(0), .start = "1.0")
+        .unit = Unit::Gain, .range = AtLeast(1), .odd = Above(0), .start = "1.0")
     MEMBER(time,
         .meaning = "Time at the knee; a knee with twice the time and half the gain is reached at the same exposure, "
                    "with less noise and more blur.",

@@ -89,9 +89,9 @@ TUNING_RECORD(DBConvBaseCoreData)
         .start = "false")
     MEMBER(tolerance,
         .meaning = "Once settled, an exposure rests while its target is nearer than this, so that twice the value "
-                   "lets the light wander twice as far before the exposure follows. 0 never rests, and 1 besides ends "
-                   "a move exactly on the target when less than a step remains.",
-        .unit = Unit::LogStep, .range = AtLeast(0), .start = "5")
+                   "lets the light wander twice as far before the exposure follows, a stop from 23 on. 0 never rests, "
+                   "and 1 besides ends a move exactly on the target when less than a step remains.",
+        .unit = Unit::LogStep, .range = {0, 23}, .odd = AtLeast(0), .start = "5")
     MEMBER(cappingType,
         .meaning = "Selects what limits the move of a frame: a factor of the distance, a fixed number of log steps, "
                    "or the pipeline delay.",
