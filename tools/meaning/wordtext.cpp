@@ -144,7 +144,7 @@ std::string RangeText(const Range& rRange)
 
 std::string ExpectedText(const Range& rRange, Unit unit)
 {
-    const std::string text = UnitText(unit);
+    const std::string text = (unit == Unit::Varies) ? "" : UnitText(unit);
     return text.empty() ? RangeText(rRange) : fmt::format("{} ({})", RangeText(rRange), text);
 }
 
