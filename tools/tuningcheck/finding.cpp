@@ -92,18 +92,24 @@ VOID Findings::Add(Severity severity, const ModulePlace& rModule, std::string va
 VOID Findings::Add(Severity severity, const tuningfile::ModeTable& rTable, UINT32 mode, std::string what,
                    std::string value, std::string expected, std::string advice)
 {
-    Add({severity, m_rTuning.source, rTable.modes[mode].place,
-         fmt::format("{} {}", tuningfile::PathOf(rTable, mode), what), std::move(value), std::move(expected),
-         std::move(advice)});
+    const std::string path = fmt::format("{} {}", tuningfile::PathOf(rTable, mode), what);
+    Add({severity, m_rTuning.source, rTable.modes[mode].place, path, std::move(value), std::move(expected),
+         std::move(advice)},
+        path);
 }
 
 VOID Findings::Add(Finding finding)
 {
-    const std::string key   = PlaceKey(finding);
-    const auto        known = m_indices.find(key);
+    const std::string key = PlaceKey(finding);
+    Add(std::move(finding), key);
+}
+
+VOID Findings::Add(Finding finding, const std::string& rKey)
+{
+    const auto known = m_indices.find(rKey);
     if (known == m_indices.end())
     {
-        m_indices.emplace(key, m_findings.size());
+        m_indices.emplace(rKey, m_findings.size());
         m_findings.push_back(std::move(finding));
     }
     else if (m_findings[known->second].severity < finding.severity)

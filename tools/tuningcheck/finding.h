@@ -60,7 +60,7 @@ public:
     VOID Add(Severity severity, const ModulePlace& rModule, std::string value, std::string expected,
              std::string advice);
 
-    /// About a mode.
+    /// About a mode. @param what of it: all that a mode lacks is told at its place
     VOID Add(Severity severity, const tuningfile::ModeTable& rTable, UINT32 mode, std::string what, std::string value,
              std::string expected, std::string advice);
 
@@ -73,9 +73,12 @@ public:
 private:
     VOID Add(Finding finding);
 
+    /// @param rKey alike for findings of which one is told
+    VOID Add(Finding finding, const std::string& rKey);
+
     const tuningfile::Tuning&     m_rTuning;
     std::vector<Finding>          m_findings;
-    std::map<std::string, size_t> m_indices;  ///< in m_findings, by place
+    std::map<std::string, size_t> m_indices;  ///< in m_findings, by key
 };
 
 /// "Default|Usecase.Video kirodbconvbase.data[0]"
