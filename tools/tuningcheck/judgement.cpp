@@ -1,8 +1,11 @@
 #include "tools/tuningcheck/judgement.h"
 
+#include "tools/tuningcheck/completeness.h"
+#include "tools/tuningcheck/emptymodule.h"
 #include "tools/tuningcheck/modes.h"
 #include "tools/tuningcheck/modeview.h"
 #include "tools/tuningcheck/references.h"
+#include "tools/tuningcheck/shapes.h"
 #include "tools/tuningcheck/values.h"
 
 namespace tuningcheck
@@ -22,12 +25,19 @@ std::vector<Finding> Judge(const Tuning& rTuning, const Surroundings& rSurroundi
         {
             for (const Module& rModule : rTable.modes[mode].modules)
             {
-                CheckValues(PlaceOf(rTuning, rTable, mode, rModule), findings);
+                if (!IsEmpty(rModule))
+                {
+                    CheckValues(PlaceOf(rTuning, rTable, mode, rModule), findings);
+                    CheckModuleShapes(PlaceOf(rTuning, rTable, mode, rModule), findings);
+                }
             }
-            references.CheckMode(ModeView(rTuning, rTable, mode));
+            const ModeView view(rTuning, rTable, mode);
+            CheckModeShapes(view, rSurroundings, findings);
+            references.CheckMode(view);
         }
         references.CheckUsage();
         CheckModes(rTuning, rTable, findings);
+        CheckCompleteness(rTuning, rTable, findings);
     }
     return findings.Take();
 }

@@ -1,0 +1,101 @@
+#include "tools/tuningcheck/rules/flickergrids.h"
+
+#include <cmath>
+
+#include <fmt/format.h>
+
+#include "schema/kirodbarbitrationlut.h"
+#include "schema/kirodbarbitrationorder.h"
+#include "tools/tuningcheck/recordjudge.h"
+
+namespace tuningcheck
+{
+
+namespace
+{
+
+using namespace kirodbarbitrationlut;
+using namespace kirodbarbitrationorder;
+
+constexpr DOUBLE NsPerSecond = 1e9;
+
+/// How far from a whole period a time may be: a thousandth of bands is not seen.
+constexpr DOUBLE EqualPeriods = 1e-3;
+
+/// @return periods of the light in ns of a LUT that a flicker control names; 0 for other LUTs
+DOUBLE PeriodOf(const KIRODBArbitrationOrderType& rOrders, INT32 dataID)
+{
+    for (const DBArbitrationOrderPayload& rPayload : ListOf(rOrders.data, rOrders.dataCount))
+    {
+        for (const ArbitrationControlExposureType& rExposure : rPayload.value.exposureTypes)
+        {
+            for (const OrderType& rControl : ListOf(rExposure.controls, rExposure.controlsCount))
+            {
+                const bool is50 = rControl.controlID == ArbCtrlFlicker50LUT;
+                if ((is50 || rControl.controlID == ArbCtrlFlicker60LUT) && rControl.dataID == dataID)
+                {
+                    return NsPerSecond / (is50 ? 100.0 : 120.0);  // a lamp flickers twice in a period of the mains
+                }
+            }
+        }
+    }
+    return 0.0;
+}
+
+VOID CheckTime(const kiroglobalelements::TriggerSystemEndLevelType& rZone, DOUBLE period, const RecordJudge& rJudge)
+{
+    const DOUBLE periods = static_cast<DOUBLE>(rZone.triggerData) / period;
+    const DOUBLE whole   = std::max(1.0, std::round(periods));
+    if (std::abs(periods - whole) > EqualPeriods)
+    {
+        rJudge.Error("triggerData", fmt::format("is {} ns", rZone.triggerData),
+                     fmt::format("whole periods of the lamp, as {:.0f} ns", std::floor(whole * period)),
+                     "other times show bands");
+    }
+}
+
+VOID CheckOutput(const LUTType& rLUT, const RecordJudge& rJudge)
+{
+    if (rLUT.outType != ArbLutOutTime)
+    {
+        rJudge.Error("outType", fmt::format("is {}", EnumeratorText(rLUT.outType)),
+                     "ArbLutOutTime for a flicker control");
+    }
+}
+
+}  // namespace
+
+VOID CheckFlickerGrids(const ModeView& rView, Findings& rFindings)
+{
+    const ModulePlace* pModule = rView.Find("kirodbarbitrationlut");
+    const auto*        pOrders = rView.Get<KIRODBArbitrationOrderType>("kirodbarbitrationorder");
+    if (pModule == nullptr || pOrders == nullptr)
+    {
+        return;
+    }
+    const auto periodOf = [pOrders](const RecordJudge& rJudge)
+    { return PeriodOf(*pOrders, rJudge.Around<DBArbitrationLUTPayload>()->dataID); };
+    JudgeEach<LUTType>(
+        *pModule, rFindings,
+        [&periodOf](const LUTType& rLUT, const RecordJudge& rJudge)
+        {
+            if (periodOf(rJudge) > 0.0)
+            {
+                CheckOutput(rLUT, rJudge);
+            }
+        },
+        Whose::Any);
+    JudgeEach<kiroglobalelements::TriggerSystemEndLevelType>(
+        *pModule, rFindings,
+        [&periodOf](const kiroglobalelements::TriggerSystemEndLevelType& rZone, const RecordJudge& rJudge)
+        {
+            const DOUBLE period = periodOf(rJudge);
+            if (period > 0.0 && rJudge.Around<LUTType>()->outType == ArbLutOutTime)
+            {
+                CheckTime(rZone, period, rJudge);
+            }
+        },
+        Whose::Any);
+}
+
+}  // namespace tuningcheck

@@ -1,0 +1,63 @@
+#include "tools/tuningcheck/rules/heededdetectors.h"
+
+#include <algorithm>
+
+#include <fmt/format.h>
+
+#include "schema/kirodbconvactivescd.h"
+#include "schema/kiroscenechangedetector.h"
+#include "tools/tuningcheck/recordjudge.h"
+
+namespace tuningcheck
+{
+
+namespace
+{
+
+using kirodbconvactivescd::DBConvActiveSCDPayload;
+using kiroscenechangedetector::AECSCDType;
+using kiroscenechangedetector::KIROSceneChangeDetectorType;
+
+VOID CheckHold(const AECSCDType& rDetector, const RecordJudge& rJudge)
+{
+    const std::string found = fmt::format("is {}", rDetector.SCDId);
+    if (rDetector.enable == FALSE || rDetector.holdTimeConfig.enable == FALSE)
+    {
+        rJudge.Error("SCDID", found,
+                     fmt::format("a detector with enable and holdTimeConfig.enable, unlike {}", rDetector.SCDId),
+                     "convergence never holds by this one");
+    }
+    else if (rDetector.priority > kiroscenechangedetector::ConvergenceStart)
+    {
+        rJudge.Advise(
+            "SCDID", found,
+            fmt::format("a detector that runs in MeteringStart or ConvergenceStart, unlike {}", rDetector.SCDId),
+            "convergence holds a frame late by this one");
+    }
+}
+
+}  // namespace
+
+VOID CheckHeededDetectors(const ModeView& rView, Findings& rFindings)
+{
+    const ModulePlace* pModule    = rView.Find("kirodbconvactivescd");
+    const auto*        pDetectors = rView.Get<KIROSceneChangeDetectorType>("kiroscenechangedetector");
+    if (pModule == nullptr || pDetectors == nullptr)
+    {
+        return;
+    }
+    const auto check = [pDetectors](const DBConvActiveSCDPayload& rPayload, const RecordJudge& rJudge)
+    {
+        const auto detectors = ListOf(pDetectors->scdBank, pDetectors->scdBankCount);
+        const auto found =
+            std::find_if(detectors.rbegin(), detectors.rend(),
+                         [&rPayload](const AECSCDType& rDetector) { return rDetector.SCDId == rPayload.SCDID; });
+        if (rPayload.SCDID != 0 && found != detectors.rend())
+        {
+            CheckHold(*found, rJudge);
+        }
+    };
+    JudgeEach<DBConvActiveSCDPayload>(*pModule, rFindings, check, Whose::Any);
+}
+
+}  // namespace tuningcheck

@@ -1,0 +1,168 @@
+#include "tools/tuningcheck/rules/orders.h"
+
+#include <algorithm>
+
+#include <fmt/format.h>
+
+#include "tools/tuningcheck/recordjudge.h"
+#include "tools/tuningcheck/rules/arbitrationranges.h"
+
+namespace tuningcheck
+{
+
+namespace
+{
+
+using namespace kirodbarbitrationorder;
+using namespace kirodbarbitrationrange;
+
+/// Each exposure is split by one list.
+VOID CheckLists(const ArbitrationControlOrder& rOrder, const RecordJudge& rJudge)
+{
+    const auto& rLists = rOrder.exposureTypes;
+    for (UINT32 index = 1; index < std::size(rLists); ++index)
+    {
+        const auto* pSame =
+            std::find_if(std::begin(rLists), rLists + index,
+                         [&](const auto& rList) { return rList.exposureType == rLists[index].exposureType; });
+        if (pSame != rLists + index && rLists[index].exposureType != ExposureNone)
+        {
+            rJudge.ErrorIn(
+                "exposureTypes", index,
+                fmt::format("is a second list for {}, or left out", EnumeratorText(rLists[index].exposureType)),
+                "a list for each of ExposureShort, ExposureSafe and ExposureLong",
+                "an exposure without a list is not split into gain and time");
+            return;
+        }
+    }
+}
+
+/// The quantity that the range of a control must be of.
+std::optional<ArbExposureQuantity> QuantityOf(ArbitrationControl control)
+{
+    switch (control)
+    {
+    case ArbCtrlFPS:
+    case ArbCtrlManualTime:
+    case ArbCtrlMasterTime:
+    case ArbCtrlSHDRTimeRange:
+        return ArbQuantityTime;
+    case ArbCtrlManualGain:
+    case ArbCtrlManualISO:
+        return ArbQuantityGain;
+    default:
+        return std::nullopt;
+    }
+}
+
+/// @return whether the control can do with the quantity of its range, as far as the range is known
+bool HasFittingRange(const OrderType& rControl, const RangesByID& rRanges)
+{
+    const auto       quantity = QuantityOf(rControl.controlID);
+    const RangeType* pRange   = rRanges.Find(rControl.dataID);
+    return !quantity.has_value() || pRange == nullptr || pRange->quantity == *quantity;
+}
+
+VOID CheckQuantity(const OrderType& rControl, UINT32 index, const RangesByID& rRanges, const RecordJudge& rJudge)
+{
+    if (!HasFittingRange(rControl, rRanges))
+    {
+        rJudge.ErrorIn("controls", index,
+                       fmt::format("names range {}, which is of {}", rControl.dataID,
+                                   EnumeratorText(rRanges.Find(rControl.dataID)->quantity)),
+                       fmt::format("a range of {} for {}", EnumeratorText(*QuantityOf(rControl.controlID)),
+                                   EnumeratorText(rControl.controlID)));
+    }
+}
+
+/// The host overwrites the bounds of a range that is its own in each frame.
+VOID CheckSharing(std::span<const OrderType> controls, UINT32 index, const RangesByID& rRanges,
+                  const RecordJudge& rJudge)
+{
+    const OrderType& rHere = controls[index];
+    for (const OrderType& rBefore : controls.first(index))
+    {
+        const bool isShared = rBefore.enableControl != FALSE && rBefore.controlID != rHere.controlID &&
+                              rBefore.dataID == rHere.dataID && IsRangeControl(rBefore.controlID) &&
+                              IsRangeControl(rHere.controlID);
+        if (isShared && (IsSetByHost(rBefore.controlID) || IsSetByHost(rHere.controlID)) &&
+            HasFittingRange(rBefore, rRanges) && HasFittingRange(rHere, rRanges))
+        {
+            rJudge.ErrorIn("controls", index,
+                           fmt::format("shares range {} with {}", rHere.dataID, EnumeratorText(rBefore.controlID)),
+                           fmt::format("a range of its own for {}", EnumeratorText(rHere.controlID)),
+                           "the host puts in its bounds in each frame");
+            return;
+        }
+    }
+}
+
+/// A control that counts from what those before it have left.
+VOID CheckPlace(std::span<const OrderType> controls, UINT32 index, const RangesByID& rRanges, const RecordJudge& rJudge)
+{
+    const auto       before   = controls.first(index);
+    const OrderType& rHere    = controls[index];
+    const RangeType* pRange   = IsRangeControl(rHere.controlID) ? rRanges.Find(rHere.dataID) : nullptr;
+    const bool       hasTable = std::any_of(before.begin(), before.end(),
+                                            [](const OrderType& rControl) {
+                                          return rControl.enableControl != FALSE && rControl.controlID == ArbCtrlTable;
+                                      });
+    if (pRange != nullptr && pRange->quantity == ArbQuantityIndex && !hasTable)
+    {
+        rJudge.ErrorIn("controls", index, fmt::format("names range {} of the index before a table", rHere.dataID),
+                       "an enabled ArbCtrlTable before it", "the index is counted along the table");
+    }
+    const bool hasAny = std::any_of(before.begin(), before.end(),
+                                    [](const OrderType& rControl) { return rControl.enableControl != FALSE; });
+    if (rHere.controlID == ArbCtrlSHDRTimeRange && !hasAny)
+    {
+        rJudge.ErrorIn("controls", index, "is ArbCtrlSHDRTimeRange with no control before it",
+                       "another enabled control before it", "its bound counts from the one that the last has left");
+    }
+}
+
+VOID CheckControls(const ArbitrationControlExposureType& rList, const RangesByID& rRanges, const RecordJudge& rJudge)
+{
+    const auto controls = ListOf(rList.controls, rList.controlsCount);
+    for (UINT32 index = 0; index < controls.size(); ++index)
+    {
+        const OrderType& rControl = controls[index];
+        if (rControl.enableControl == FALSE)
+        {
+            continue;
+        }
+        CheckQuantity(rControl, index, rRanges, rJudge);
+        CheckSharing(controls, index, rRanges, rJudge);
+        CheckPlace(controls, index, rRanges, rJudge);
+        if (rControl.controlID == ArbCtrlSHDRTimeRange && rList.exposureType == ExposureLong)
+        {
+            rJudge.ErrorIn("controls", index, "is ArbCtrlSHDRTimeRange for ExposureLong",
+                           "a list of ExposureShort or ExposureSafe", "it takes what Long leaves of a frame's time");
+        }
+    }
+}
+
+}  // namespace
+
+VOID CheckOrders(const ModeView& rView, Findings& rFindings)
+{
+    const ModulePlace* pModule = rView.Find("kirodbarbitrationorder");
+    if (pModule == nullptr)
+    {
+        return;
+    }
+    const RangesByID ranges(rView);
+    JudgeEach<ArbitrationControlOrder>(*pModule, rFindings, CheckLists, Whose::Any);
+    JudgeEach<ArbitrationControlExposureType>(
+        *pModule, rFindings,
+        [&ranges](const ArbitrationControlExposureType& rList, const RecordJudge& rJudge)
+        {
+            if (rList.exposureType != ExposureNone)
+            {
+                CheckControls(rList, ranges, rJudge);
+            }
+        },
+        Whose::Any);
+}
+
+}  // namespace tuningcheck
