@@ -10,5 +10,6 @@ set(ROOM_TESTS
     roundtrip_test.cpp
     schematext_test.cpp
     slips_test.cpp
+    shapes_test.cpp
     textinput_test.cpp
 )
