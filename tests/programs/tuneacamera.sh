@@ -61,6 +61,8 @@ readonly near=$(printf "$speeds" 0) far=$(printf "$speeds" 1)
 answers 'BinaryTag=phone' device
 answers '^Sensor.10$' modes
 answers '^Usecase\.Video' modes 'Default|Sensor.0'
+answers '^kirodbconvbase$' modules 'Default|Sensor.0'
+refuses "no mode 'Sensor.9999' below 'Default'" modules 'Default|Sensor.9999'
 answers '"name": "safeExposureTime"' controls --json
 answers 'unitStepSize +Float' info Default kiroconvergence
 answers '^unitStepSize +0\.25' get 0 kiroconvergence

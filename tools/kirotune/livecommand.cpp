@@ -94,6 +94,11 @@ VOID LiveCommandLine::AddLookingCommands()
                            [](LiveSession& rSession, const Arguments& rArguments) { rSession.Modes(rArguments.path); });
     rModes.add_option("path", m_pArguments->path, PathHelp)->capture_default_str();
 
+    CLI::App& rModules =
+        Add("modules", "list the modules that frames of a mode path find, its own and those from above",
+            [](LiveSession& rSession, const Arguments& rArguments) { rSession.Modules(rArguments.path); });
+    rModules.add_option("path", m_pArguments->path, PathHelp)->capture_default_str();
+
     Add("active", "list the mode paths in use, the latest first",
         [](LiveSession& rSession, const Arguments&) { rSession.ActiveModes(); });
     Add("controls", "show the numbers that the camera publishes for each frame",

@@ -1,4 +1,4 @@
-// The commands that ask what a camera is, which modes and tables it has, and which numbers it publishes.
+// The commands that ask what a camera is, which modes, modules and tables it has, and which numbers it publishes.
 
 #include "tools/kirotune/livesession.h"
 
@@ -9,6 +9,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include "schema/modules.h"
 #include "tools/kirotune/liveoutput.h"
 #include "tools/liveclient/texts.h"
 #include "tools/tuningfile/files.h"
@@ -98,6 +99,21 @@ VOID LiveSession::Modes(const std::string& rPath)
 VOID LiveSession::ActiveModes()
 {
     PrintTexts(m_client.ActiveModes());
+}
+
+VOID LiveSession::Modules(const std::string& rPath)
+{
+    const std::string path = liveclient::NamedPath(rPath);
+    RequireMode(path);
+    std::vector<std::string> names;
+    for (const tuning::ModuleDescription& rModule : tuning::TuningModules)
+    {
+        if (rModule.pRecord != nullptr && !m_client.Info(path, rModule.pName).empty())
+        {
+            names.push_back(rModule.pName);
+        }
+    }
+    PrintTexts(names);
 }
 
 VOID LiveSession::Controls()

@@ -29,6 +29,11 @@ public:
     VOID Device();
     VOID Modes(const std::string& rPath);
     VOID ActiveModes();
+
+    /// Of those that this program knows. The service does not tell whether a mode has a module of its own or from
+    /// above.
+    VOID Modules(const std::string& rPath);
+
     VOID Controls();
     VOID Info(const std::string& rPath, const std::string& rModule);
     VOID Get(const std::string& rPath, const std::string& rModule, const std::string& rMembers);

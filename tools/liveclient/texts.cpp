@@ -216,4 +216,17 @@ std::vector<Value> ParseValues(const std::string& rText)
     return values;
 }
 
+bool Take(const std::string& rName, std::vector<Value>& rValues, Value& rValue)
+{
+    const auto found =
+        std::find_if(rValues.begin(), rValues.end(), [&](const Value& rOther) { return rOther.name == rName; });
+    if (found == rValues.end())
+    {
+        return false;
+    }
+    rValue = std::move(*found);
+    rValues.erase(found);
+    return true;
+}
+
 }  // namespace liveclient

@@ -39,4 +39,7 @@ std::vector<MemberInfo> ParseMemberInfos(const std::string& rText);
 /// "name=value", joined by ";". A part without "=" belongs to the value before it, which is then a text with ";".
 std::vector<Value> ParseValues(const std::string& rText);
 
+/// Takes the value of that name out of a list. @return whether there was one
+bool Take(const std::string& rName, std::vector<Value>& rValues, Value& rValue);
+
 }  // namespace liveclient
