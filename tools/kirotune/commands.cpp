@@ -13,6 +13,7 @@
 #include "tools/tuningfile/files.h"
 #include "tools/tuningfile/inputerror.h"
 #include "tools/tuningfile/modepath.h"
+#include "tools/tuningfile/patchinput.h"
 #include "tools/tuningfile/storelog.h"
 #include "tools/tuningfile/textinput.h"
 #include "tools/tuningfile/textoutput.h"
@@ -57,6 +58,21 @@ Tuning Parse(const std::string& rText, const std::string& rInput)
     return ParseText(rText, program::InputName(rInput));
 }
 
+/// Patches change a tuning as edits change that of a camera, where modules and lists that are alike are one.
+Tuning Patched(Tuning tuning, const std::vector<std::string>& rPatches)
+{
+    if (rPatches.empty())
+    {
+        return tuning;
+    }
+    Tuning stored = ReadBinary(WriteBinary(tuning, NewestVersion), tuning.source).tuning;
+    for (const std::string& rPatch : rPatches)
+    {
+        ApplyPatch(ReadText(rPatch), rPatch, stored);
+    }
+    return stored;
+}
+
 VOID PrintModes(const ModeTable& rTable)
 {
     std::vector<size_t> depths;
@@ -80,11 +96,19 @@ VOID PrintModes(const ModeTable& rTable)
 
 }  // namespace
 
-int Compile(const std::string& rInput, const std::string& rOutput, const VersionUnion& rVersion)
+int Compile(const std::string& rInput, const std::vector<std::string>& rPatches, const std::string& rOutput,
+            const VersionUnion& rVersion)
 {
-    CheckFiles(rInput, rOutput);
+    program::CommandFiles files;
+    files.Reads("input", rInput);
+    for (const std::string& rPatch : rPatches)
+    {
+        files.Reads("--patch", rPatch);
+    }
+    files.Writes("output", rOutput);
+    files.Check();
     const std::string text   = ReadText(rInput);
-    const Tuning      tuning = Parse(text, rInput);
+    const Tuning      tuning = Patched(Parse(text, rInput), rPatches);
     ReplaceFile(rOutput, WriteBinary(tuning, rVersion));
     for (const std::string& rWhat : LeftOut(tuning, rVersion))
     {

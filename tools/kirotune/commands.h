@@ -5,14 +5,17 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "parameters/versionunion.h"
 
 namespace kirotune
 {
 
+/// @param rPatches texts that change numbers of the tuning, one after the other
 /// @throws tuningfile::InputError, as all commands do, on bad input
-int Compile(const std::string& rInput, const std::string& rOutput, const VersionUnion& rVersion);
+int Compile(const std::string& rInput, const std::vector<std::string>& rPatches, const std::string& rOutput,
+            const VersionUnion& rVersion);
 
 int Dump(const std::string& rInput, const std::string& rOutput);
 

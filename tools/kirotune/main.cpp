@@ -19,13 +19,14 @@ using Command = std::function<int()>;
 /// What the commands on files are called with.
 struct Arguments
 {
-    std::string           input;
-    std::string           output  = "-";
-    std::string           version = "7.0.0";
-    std::string           explained;
-    bool                  isJson = false;
-    std::optional<UINT32> frame;
-    bool                  isList = false;
+    std::string              input;
+    std::string              output = "-";
+    std::vector<std::string> patches;
+    std::string              version = "7.0.0";
+    std::string              explained;
+    bool                     isJson = false;
+    std::optional<UINT32>    frame;
+    bool                     isList = false;
 };
 
 constexpr const CHAR* ParameterFile = "parameter file, or - for stdin";
@@ -43,6 +44,11 @@ VOID AddTuningCommands(CLI::App& rApp, Arguments& rArguments, Command& rRun)
         ->check(program::FileName)
         ->required();
     pCompile
+        ->add_option("--patch", rArguments.patches,
+                     "text that changes numbers of the tuning, as 'live save' writes it; may be repeated")
+        ->allow_extra_args(false)
+        ->check(program::FileName);
+    pCompile
         ->add_option("--version", rArguments.version,
                      "version of the file, 1.0.0 to 7.0.0; below 6.0.0 it holds no modules")
         ->capture_default_str()
@@ -51,8 +57,9 @@ VOID AddTuningCommands(CLI::App& rApp, Arguments& rArguments, Command& rRun)
     pCompile->callback(
         [&]
         {
-            rRun = [&] {
-                return kirotune::Compile(rArguments.input, rArguments.output,
+            rRun = [&]
+            {
+                return kirotune::Compile(rArguments.input, rArguments.patches, rArguments.output,
                                          *tuningfile::ParseVersion(rArguments.version));
             };
         });

@@ -9,6 +9,7 @@
 #include <yaml-cpp/binary.h>
 
 #include "schema/recordwalk.h"
+#include "tools/tuningfile/knownnames.h"
 #include "tools/tuningfile/names.h"
 #include "tools/tuningfile/scalarinput.h"
 #include "tools/tuningfile/triggernames.h"
@@ -21,19 +22,6 @@ namespace
 
 constexpr const char*      BinaryTag = "tag:yaml.org,2002:binary";
 constexpr std::string_view FillKey   = "fill";
-
-std::vector<std::string_view> MemberNames(const tuning::RecordDescription& rDescription)
-{
-    std::vector<std::string_view> names;
-    for (const tuning::RecordMember& rMember : rDescription.Members())
-    {
-        if (rMember.IsStored())
-        {
-            names.push_back(rMember.pName);
-        }
-    }
-    return names;
-}
 
 VOID Clear(const tuning::RecordMember& rMember, BYTE* pRecord)
 {
@@ -61,18 +49,14 @@ VOID RecordInput::ReadRecord(const YAML::Node& rNode, const tuning::RecordDescri
     YAML::Node                  trigger;
     for (const YamlEntry& rEntry : m_rInput.Map(rNode, fmt::format("a map of the members of {}", rDescription.pName)))
     {
-        const tuning::RecordMember* pMember = tuning::FindMember(rDescription, rEntry.name);
-        if (pMember == nullptr)
+        const tuning::RecordMember& rMember = RequireMember(m_rInput, rEntry, rDescription);
+        if (BankBeside(rDescription, rMember) != nullptr && ReadTriggerName(rEntry.value, rMember, pBytes))
         {
-            m_rInput.FailUnknown(rEntry, fmt::format("member of {}", rDescription.pName), MemberNames(rDescription));
-        }
-        if (BankBeside(rDescription, *pMember) != nullptr && ReadTriggerName(rEntry.value, *pMember, pBytes))
-        {
-            pTrigger = pMember;
+            pTrigger = &rMember;
             trigger  = rEntry.value;
             continue;
         }
-        ReadMember(rEntry.value, *pMember, pBytes);
+        ReadMember(rEntry.value, rMember, pBytes);
     }
     if (pTrigger != nullptr && !NamesTrigger(rDescription, *pTrigger, pBytes))
     {

@@ -111,20 +111,6 @@ TextNode TextValue(std::string_view text)
     return TextNode::Scalar("!!binary \"" + YAML::EncodeBase64(pBytes, text.size()) + '"');
 }
 
-std::string ScalarText(const tuning::RecordMember& rMember, const BYTE* pValue)
-{
-    switch (rMember.type)
-    {
-    case tuning::ValueType::Boolean:
-        return BooleanText(tuning::Load<BOOL>(pValue));
-    case tuning::ValueType::Enum:
-        return EnumeratorText(rMember, tuning::Load<INT32>(pValue));
-    default:
-        return tuning::WithTypeOf(rMember.type,
-                                  [pValue](auto zero) { return NumberText(tuning::Load<decltype(zero)>(pValue)); });
-    }
-}
-
 TextNode ValueToText(const tuning::RecordMember& rMember, const BYTE* pValue, const BYTE* pBase)
 {
     switch (rMember.type)
@@ -202,6 +188,20 @@ TextNode MemberToText(const tuning::RecordMember& rMember, const BYTE* pRecord, 
 }
 
 }  // namespace
+
+std::string ScalarText(const tuning::RecordMember& rMember, const BYTE* pValue)
+{
+    switch (rMember.type)
+    {
+    case tuning::ValueType::Boolean:
+        return BooleanText(tuning::Load<BOOL>(pValue));
+    case tuning::ValueType::Enum:
+        return EnumeratorText(rMember, tuning::Load<INT32>(pValue));
+    default:
+        return tuning::WithTypeOf(rMember.type,
+                                  [pValue](auto zero) { return NumberText(tuning::Load<decltype(zero)>(pValue)); });
+    }
+}
 
 TextNode RecordToText(const tuning::RecordDescription& rDescription, const VOID* pRecord, const VOID* pBase)
 {

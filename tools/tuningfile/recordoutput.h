@@ -9,6 +9,9 @@
 namespace tuningfile
 {
 
+/// A number, a boolean or an enumerator of a member, as a text tuning has it.
+std::string ScalarText(const tuning::RecordMember& rMember, const BYTE* pValue);
+
 /// The members of a record as a map.
 /// @param pBase a record of the same type from which the reader of the text will start: only what differs from it is
 ///              listed. Null lists everything

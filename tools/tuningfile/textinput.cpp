@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 
 #include "parameters/binaryfileformat.h"
+#include "tools/tuningfile/knownnames.h"
 #include "tools/tuningfile/modepath.h"
 #include "tools/tuningfile/names.h"
 #include "tools/tuningfile/recordinput.h"
@@ -55,7 +56,6 @@ private:
     std::string AdviceOnStep(std::optional<UINT32> parent, std::string_view item) const;
     VOID        ResolveLink(const PendingLink& rLink, ModeTable& rTable) const;
     VOID        CheckEnds(const PendingLink& rLink, const ModeTable& rTable) const;
-    ModeName    ReadModeName(const YAML::Node& rNode, std::string_view text) const;
     VOID        CheckPlace(const YamlEntry& rEntry, const ModeTable& rTable, const Mode& rMode) const;
 
     std::string                  m_fileName;
@@ -194,17 +194,6 @@ VOID TextInput::ReadModes(const YAML::Node& rNode, ModeTable& rTable)
     }
 }
 
-ModeName TextInput::ReadModeName(const YAML::Node& rNode, std::string_view text) const
-{
-    ModeName    name;
-    std::string fault;
-    if (!ParseModeName(text, name, fault))
-    {
-        m_input.Fail(rNode, fault);
-    }
-    return name;
-}
-
 /// A mode that no lookup could find is a mistake of the writer.
 VOID TextInput::CheckPlace(const YamlEntry& rEntry, const ModeTable& rTable, const Mode& rMode) const
 {
@@ -235,7 +224,7 @@ VOID TextInput::ReadMode(const YamlEntry& rEntry, ModeTable& rTable, std::option
         m_input.Fail(rEntry.key, fmt::format("modes nested too deeply, expected at most {} levels", MaxModeDepth));
     }
     const UINT32   index = static_cast<UINT32>(rTable.modes.size());
-    const ModeName name  = ReadModeName(rEntry.key, rEntry.name);
+    const ModeName name  = RequireModeName(m_input, rEntry.key, rEntry.name);
     Mode           mode{name.mode, name.subMode, 0, parent, std::nullopt, false, {}, PlaceOf(rEntry.key)};
     CheckPlace(rEntry, rTable, mode);
     m_modes.emplace(Place{parent, name}, index);
@@ -292,25 +281,13 @@ VOID TextInput::ReadModules(const YAML::Node& rNode, ModeTable& rTable, UINT32 i
 {
     for (const YamlEntry& rEntry : m_input.Map(rNode, "a map of modules"))
     {
-        const tuning::ModuleDescription* pDescription = FindModule(rEntry.name);
-        if (pDescription == nullptr)
-        {
-            std::vector<std::string_view> names;
-            for (const tuning::ModuleDescription& rModule : tuning::TuningModules)
-            {
-                if (rModule.pRecord != nullptr)
-                {
-                    names.push_back(rModule.pName);
-                }
-            }
-            m_input.FailUnknown(rEntry, "module", names);
-        }
-        const tuning::RecordDescription& rRecord = *pDescription->pRecord;
-        VOID*                            pRecord = m_records.Allocate(rEntry.key, rRecord.size);
-        CheckOnce(rEntry, rTable, index, *pDescription);
-        StartRecord(rTable, index, *pDescription, pRecord);
+        const tuning::ModuleDescription& rDescription = RequireModule(m_input, rEntry);
+        const tuning::RecordDescription& rRecord      = *rDescription.pRecord;
+        VOID*                            pRecord      = m_records.Allocate(rEntry.key, rRecord.size);
+        CheckOnce(rEntry, rTable, index, rDescription);
+        StartRecord(rTable, index, rDescription, pRecord);
         m_records.ReadRecord(rEntry.value, rRecord, pRecord);
-        rTable.modes[index].modules.push_back({pDescription, pRecord, PlaceOf(rEntry.key)});
+        rTable.modes[index].modules.push_back({&rDescription, pRecord, PlaceOf(rEntry.key)});
     }
 }
 
@@ -365,7 +342,7 @@ VOID TextInput::ResolveLink(const PendingLink& rLink, ModeTable& rTable) const
     {
         const size_t           bar   = rest.find('|');
         const std::string_view item  = rest.substr(0, bar);
-        const ModeName         name  = ReadModeName(rLink.path, item);
+        const ModeName         name  = RequireModeName(m_input, rLink.path, item);
         const auto             found = m_modes.find({reached, name});
         if (found == m_modes.end())
         {

@@ -1,0 +1,56 @@
+#include "tools/tuningfile/knownnames.h"
+
+#include <fmt/format.h>
+
+#include "schema/recordwalk.h"
+
+namespace tuningfile
+{
+
+ModeName RequireModeName(const YamlInput& rInput, const YAML::Node& rNode, std::string_view text)
+{
+    ModeName    name;
+    std::string fault;
+    if (!ParseModeName(text, name, fault))
+    {
+        rInput.Fail(rNode, fault);
+    }
+    return name;
+}
+
+const tuning::ModuleDescription& RequireModule(const YamlInput& rInput, const YamlEntry& rEntry)
+{
+    if (const tuning::ModuleDescription* pDescription = FindModule(rEntry.name))
+    {
+        return *pDescription;
+    }
+    std::vector<std::string_view> names;
+    for (const tuning::ModuleDescription& rModule : tuning::TuningModules)
+    {
+        if (rModule.pRecord != nullptr)
+        {
+            names.push_back(rModule.pName);
+        }
+    }
+    rInput.FailUnknown(rEntry, "module", names);
+}
+
+const tuning::RecordMember& RequireMember(const YamlInput& rInput, const YamlEntry& rEntry,
+                                          const tuning::RecordDescription& rRecord)
+{
+    if (const tuning::RecordMember* pMember = tuning::FindMember(rRecord, rEntry.name))
+    {
+        return *pMember;
+    }
+    std::vector<std::string_view> names;
+    for (const tuning::RecordMember& rMember : rRecord.Members())
+    {
+        if (rMember.IsStored())
+        {
+            names.push_back(rMember.pName);
+        }
+    }
+    rInput.FailUnknown(rEntry, fmt::format("member of {}", rRecord.pName), names);
+}
+
+}  // namespace tuningfile
