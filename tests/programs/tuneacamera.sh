@@ -7,7 +7,7 @@ readonly launcher=("${@:3}")
 work=$(mktemp -d)
 failures=0
 # The table of an instance stays allocated on purpose.
-export ASAN_OPTIONS=detect_leaks=0
+export ASAN_OPTIONS=detect_leaks=0 XDG_STATE_HOME=$work/state
 trap 'kill $neighbour $camera 2>/dev/null; rm -rf "$work"' EXIT
 
 # The port that a tool tries without --port is another camera's.

@@ -1,5 +1,6 @@
 /// What the client of live tuning sends, and what it makes of good and bad answers.
 #include <chrono>
+#include <cstdlib>
 #include <functional>
 #include <random>
 
@@ -7,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/refusal.h"
+#include "tests/support/temporaryfile.h"
 #include "tests/tools/scriptedservice.h"
 #include "tools/kirotune/livemembers.h"
 #include "tools/kirotune/liveoutput.h"
@@ -315,13 +317,17 @@ std::string ShownBy(ScriptedService& rService, bool isJson, const std::function<
 
 TEST(LiveSession, ShowsWhatASetHasDone)
 {
+    const TemporaryFile state("state");  // for journals of edits
+    (VOID) setenv("XDG_STATE_HOME", state.path.c_str(), 1);
     using Texts                                                                       = std::vector<std::string>;
     const std::tuple<std::vector<ScriptedService::Reply>, Texts, const char*> cases[] = {
-        {{Says(5, "weight=1.0"), DeviceSays("cam"), Says(6, "weight=0.5")}, {"weight=0.5"}, "weight  1.0  ->  0.5\n"},
-        {{Says(5, "a=1.0;b=2.0"), DeviceSays("cam"), Says(6, "b=3.0")},
+        {{DeviceSays("cam"), Says(5, "weight=1.0"), Says(6, "weight=0.5")}, {"weight=0.5"}, "weight  1.0  ->  0.5\n"},
+        {{DeviceSays("cam"), Says(5, "a=1.0;b=2.0"), Says(6, "b=3.0")},
          {"a=1", "b=3"},
          "b  2.0  ->  3.0\nthe camera did not set: a"},
-        {{Says(5, "a=1.0")}, {"a=1", "b=3"}, "no such mode path, module or member: 'Default' kirodbroi b"},
+        {{DeviceSays("cam"), Says(5, "a=1.0")},
+         {"a=1", "b=3"},
+         "no such mode path, module or member: 'Default' kirodbroi b"},
         {{}, {"a"}, "'a': expected NAME=VALUE"},
     };
     for (const auto& [replies, assignments, pShown] : cases)

@@ -87,20 +87,20 @@ TEST(TuningPatch, WhatIsAlikeChangesTogetherAsInACamera)
 TEST(TuningPatch, MistakesNamePlaceAndExpectation)
 {
     const std::pair<const char*, const char*> mistakes[] = {
-        {"{kirodbroi: {data: [{weight: 1}]}}", "44: a list found, expected a map of positions in data"},
+        {"{kirodbroi: {data: [{weight: 1}]}}", "47: a list found, expected a map of positions in data"},
         {"{kirodbroi: {data: {2: {weight: 1}}}}",
-         "45: '2' found for a position in data, expected an integer from 0 to 1"},
+         "48: '2' found for a position in data, expected an integer from 0 to 1"},
         {"{kirodbroi: {data: {fill: {weight: 1}}}}",
-         "45: 'fill' found for a position in data, expected an integer from 0 to 1"},
+         "48: 'fill' found for a position in data, expected an integer from 0 to 1"},
         {"{kirodbroi: {data: {0: {description: x}}}}",
-         "62: description is a text, expected a number: a patch changes numbers only"},
+         "65: description is a text, expected a number: a patch changes numbers only"},
         {"{kirodbroi: {dataBank: {priorityMap: {0: {priority: 1}}}}}",
-         "49: 'priorityMap' holds nothing in the tuning, expected what it has"},
-        {"{kirodbroi: {datta: {}}}", "38: unknown member of KIRODBROIType 'datta', did you mean 'data'?"},
-        {"{kirometering: {moduleID: ~}}", "51: nothing found for moduleID, expected an integer"},
-        {"{kiroconvergence: {}}", "26: the tuning has no module 'kiroconvergence' for 'Default'"},
-        {"{}, children: {Sensor.7: {}}", "40: the tuning has no mode 'Sensor.7' below 'Default'"},
-        {"{}, preserve: true", "29: unknown entry of a mode 'preserve', expected one of: modules, children"},
+         "52: 'priorityMap' holds nothing in the tuning, expected what it has"},
+        {"{kirodbroi: {datta: {}}}", "41: unknown member of KIRODBROIType 'datta', did you mean 'data'?"},
+        {"{kirometering: {moduleID: ~}}", "54: nothing found for moduleID, expected an integer"},
+        {"{kiroconvergence: {}}", "29: the tuning has no module 'kiroconvergence' for 'Default'"},
+        {"{}, children: {Sensor.7: {}}", "43: the tuning has no mode 'Sensor.7' below 'Default'"},
+        {"{}, preserve: true", "32: unknown entry of a mode 'preserve', expected one of: modules, children"},
     };
     for (const auto& [pModules, pMessage] : mistakes)
     {
@@ -109,7 +109,7 @@ TEST(TuningPatch, MistakesNamePlaceAndExpectation)
         EXPECT_EQ(std::string("p.yaml:1:") + pMessage, RefusalOf([&] { ApplyPatch(text, "p.yaml", tuning); })) << text;
     }
     Tuning tuning = Stored();
-    EXPECT_EQ("p.yaml:1:19: the tuning has no mode table 'night'",
+    EXPECT_EQ("p.yaml:1:17: the tuning has no mode table 'night'",
               RefusalOf([&] { ApplyPatch("tables: [{name: night, modes: {}}]", "p.yaml", tuning); }));
 }
 

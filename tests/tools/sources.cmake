@@ -7,6 +7,7 @@ set(ROOM_TESTS
     liveclient_test.cpp
     meaning_test.cpp
     references_test.cpp
+    livejournal_test.cpp
     patch_test.cpp
     roundtrip_test.cpp
     schematext_test.cpp

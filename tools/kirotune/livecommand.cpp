@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tools/kirotune/livesession.h"
+#include "tools/program/commandline.h"
 #include "tools/tuningfile/tuning.h"
 
 namespace kirotune
@@ -24,8 +25,10 @@ struct Arguments
     std::string              module;
     std::string              members;
     std::vector<std::string> assignments;
+    UINT32                   undoCount = 1;
     std::optional<UINT32>    table;
     std::string              file;
+    std::string              tuning;
     WatchOptions             watch;
 };
 
@@ -44,6 +47,8 @@ public:
     VOID AddConnection();
     VOID AddLookingCommands();
     VOID AddValueCommands();
+    VOID AddEditCommands();
+    VOID AddKeepingCommands();
     VOID AddWatch();
     VOID AddOtherCommands();
 
@@ -120,7 +125,10 @@ VOID LiveCommandLine::AddValueCommands()
     rGet.add_option("module", m_pArguments->module, ModuleHelp)->required();
     rGet.add_option("members", m_pArguments->members,
                     "member paths joined by ',' (data[2].end,speed); all values at that level by default");
+}
 
+VOID LiveCommandLine::AddEditCommands()
+{
     CLI::App& rSet = Add("set",
                          "change numbers while the camera runs, and show them before and after; the tuning file stays "
                          "as it is",
@@ -131,6 +139,36 @@ VOID LiveCommandLine::AddValueCommands()
     rSet.add_option("assignments", m_pArguments->assignments,
                     "NAME=VALUE, where the value is a decimal number, true, false, or the name of an enumerator")
         ->required();
+}
+
+/// What becomes of edits.
+VOID LiveCommandLine::AddKeepingCommands()
+{
+    constexpr const char* TuningHelp = "text tuning (.yaml) or parameter file that the camera was given";
+
+    CLI::App& rUndo =
+        Add("undo", "take back what the last 'set' commands have done since the camera was started",
+            [](LiveSession& rSession, const Arguments& rArguments) { rSession.Undo(rArguments.undoCount); });
+    rUndo.add_option("count", m_pArguments->undoCount, "commands to take back")
+        ->capture_default_str()
+        ->check(CLI::PositiveNumber);
+
+    CLI::App& rDiff = Add("diff", "show the numbers of the camera that differ from those of its tuning",
+                          [](LiveSession& rSession, const Arguments& rArguments)
+                          { rSession.Diff(rArguments.tuning, rArguments.path); });
+    rDiff.add_option("path", m_pArguments->path, "mode path: that mode and those below it")->capture_default_str();
+    rDiff.add_option("--file", m_pArguments->tuning, std::string(TuningHelp) + "; the camera itself does not tell")
+        ->check(program::FileName)
+        ->required();
+
+    CLI::App& rSave = Add("save", "write the edits as a patch, for 'kirotune compile --patch'",
+                          [](LiveSession& rSession, const Arguments& rArguments)
+                          { rSession.Save(rArguments.file, rArguments.tuning); });
+    rSave.add_option("patch", m_pArguments->file, "patch to write (.yaml)")->check(program::FileName)->required();
+    rSave
+        .add_option("--file", m_pArguments->tuning,
+                    std::string(TuningHelp) + ": save all that differs from it, not what this program has set")
+        ->check(program::FileName);
 }
 
 VOID LiveCommandLine::AddWatch()
@@ -180,6 +218,8 @@ VOID AddLiveCommands(CLI::App& rApp, std::function<int()>& rRun)
     commands.AddConnection();
     commands.AddLookingCommands();
     commands.AddValueCommands();
+    commands.AddEditCommands();
+    commands.AddKeepingCommands();
     commands.AddWatch();
     commands.AddOtherCommands();
 }

@@ -100,6 +100,33 @@ VOID PrintTable(const Row& rHeader, const std::vector<Row>& rRows)
     }
 }
 
+VOID PrintChanges(const std::vector<Change>& rChanges, bool isJson)
+{
+    TextNode list = TextNode::List();
+    for (const Change& rChange : rChanges)
+    {
+        const liveclient::Value before{rChange.member, rChange.oldText};
+        const liveclient::Value after{rChange.member, rChange.newText};
+        if (!isJson)
+        {
+            fmt::print("{}\n", Clean(fmt::format("{} {}.{}: {} -> {}", rChange.path, rChange.module, rChange.member,
+                                                 WithEnumerator(rChange.module, before),
+                                                 WithEnumerator(rChange.module, after))));
+            continue;
+        }
+        TextNode& rItem = list.Add(TextNode::Map());
+        rItem.Add("path", JsonText(rChange.path));
+        rItem.Add("module", JsonText(rChange.module));
+        rItem.Add("name", JsonText(rChange.member));
+        rItem.Add("old", JsonValue(rChange.module, before));
+        rItem.Add("new", JsonValue(rChange.module, after));
+    }
+    if (isJson)
+    {
+        PrintJson(list);
+    }
+}
+
 VOID PrintJson(const tuningfile::TextNode& rNode)
 {
     fmt::print("{}", tuningfile::ToJson(rNode));

@@ -18,6 +18,19 @@ using Row = std::vector<std::string>;
 /// @param rHeader printed above them; empty for none
 VOID PrintTable(const Row& rHeader, const std::vector<Row>& rRows);
 
+/// A number that differs, or has been set.
+struct Change
+{
+    std::string path;    ///< of the mode
+    std::string module;  ///< or a record within it
+    std::string member;
+    std::string oldText;
+    std::string newText;
+};
+
+/// Prints a line for each, such as "Default kirodbconvbase.data[0].value.tolerance: 5 -> 8".
+VOID PrintChanges(const std::vector<Change>& rChanges, bool isJson);
+
 VOID PrintJson(const tuningfile::TextNode& rNode);
 
 /// @return the text with U+FFFD in place of what a terminal or a reader of JSON cannot take: control characters, and

@@ -43,30 +43,44 @@ VOID LiveSession::PrintTexts(const std::vector<std::string>& rTexts) const
     }
 }
 
+const liveclient::DeviceInfo& LiveSession::Camera()
+{
+    if (!m_camera)
+    {
+        m_camera = m_client.Device();
+    }
+    return *m_camera;
+}
+
+UINT32 LiveSession::TableInUse()
+{
+    return Camera().tables.empty() ? 0 : m_client.TableIndex();
+}
+
 VOID LiveSession::NameCamera()
 {
-    fmt::print(stderr, "camera at {}: {}\n", m_place, Clean(m_client.Device().name));
+    fmt::print(stderr, "camera at {}: {}\n", m_place, Clean(Camera().name));
 }
 
 VOID LiveSession::Device()
 {
-    const liveclient::DeviceInfo info    = m_client.Device();
-    const std::string            version = fmt::format("{}.{}", info.major, info.minor);
-    const std::string            id      = fmt::format("{:#018x}", info.id);
+    const liveclient::DeviceInfo& rInfo   = Camera();
+    const std::string             version = fmt::format("{}.{}", rInfo.major, rInfo.minor);
+    const std::string             id      = fmt::format("{:#018x}", rInfo.id);
     if (m_isJson)
     {
         TextNode node = TextNode::Map();
-        node.Add("name", JsonText(info.name));
+        node.Add("name", JsonText(rInfo.name));
         node.Add("version", JsonText(version));
         node.Add("id", JsonText(id));
-        node.Add("tables", JsonList(info.tables));
+        node.Add("tables", JsonList(rInfo.tables));
         PrintJson(node);
         return;
     }
-    std::vector<Row> rows = {{"name", info.name}, {"protocol", version}, {"id", id}};
-    if (!info.tables.empty())
+    std::vector<Row> rows = {{"name", rInfo.name}, {"protocol", version}, {"id", id}};
+    if (!rInfo.tables.empty())
     {
-        rows.push_back({"mode tables", fmt::format("{}", fmt::join(info.tables, ", "))});
+        rows.push_back({"mode tables", fmt::format("{}", fmt::join(rInfo.tables, ", "))});
     }
     PrintTable({}, rows);
 }
@@ -140,8 +154,8 @@ VOID LiveSession::Controls()
 
 VOID LiveSession::PrintTableIndex(UINT32 index)
 {
-    const std::vector<std::string> names = m_client.Device().tables;
-    const std::string              name  = (index < names.size()) ? names[index] : "";
+    const std::vector<std::string>& rNames = Camera().tables;
+    const std::string               name   = (index < rNames.size()) ? rNames[index] : "";
     if (m_isJson)
     {
         TextNode node = TextNode::Map();

@@ -2,11 +2,15 @@
 /// The commands that work on a running camera.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "tools/kirotune/livejournaltext.h"
+#include "tools/kirotune/liveoutput.h"
+#include "tools/kirotune/livepatch.h"
 #include "tools/liveclient/liveclient.h"
-#include "tools/tuningfile/textnode.h"
+#include "tools/tuningfile/tuning.h"
 
 namespace kirotune
 {
@@ -38,8 +42,19 @@ public:
     VOID Info(const std::string& rPath, const std::string& rModule);
     VOID Get(const std::string& rPath, const std::string& rModule, const std::string& rMembers);
 
-    /// @param rAssignments as "name=value"
+    /// Keeps in the journal what it sets. @param rAssignments as "name=value"
     VOID Set(const std::string& rPath, const std::string& rModule, const std::vector<std::string>& rAssignments);
+
+    /// Takes back what the last commands since the start of the camera have set.
+    VOID Undo(UINT32 count);
+
+    /// Shows the numbers that are not those of a file. The service does not tell from which file it was loaded.
+    /// @param rFile text or parameter file @param rPath the mode, with all below it, that is compared
+    VOID Diff(const std::string& rFile, const std::string& rPath);
+
+    /// Writes a patch that makes of the camera's tuning what the camera holds.
+    /// @param rTuning where to find the edits: what differs from this file, or the journal if it is empty
+    VOID Save(const std::string& rPatch, const std::string& rTuning);
 
     /// Prints until there were as many lines as wanted, or until SIGINT or SIGTERM, which it keeps blocked.
     VOID Watch(const std::string& rPath, const std::string& rModule, const std::string& rMembers,
@@ -50,23 +65,60 @@ public:
     VOID Custom(const std::string& rFile);
 
 private:
+    /// What came of an edit.
+    struct Outcome
+    {
+        /// @throws liveclient::Error if the camera has refused any
+        VOID RequireAll() const;
+
+        std::vector<Change> changes;
+        std::string         refused;  ///< members, each behind a blank
+    };
+
+    /// Who answers; asked once.
+    const liveclient::DeviceInfo& Camera();
+
+    /// The mode table that paths refer to.
+    UINT32 TableInUse();
+
     /// Tells on stderr which camera is about to be changed: another one may have taken the port.
     VOID NameCamera();
 
     VOID PrintTexts(const std::vector<std::string>& rTexts) const;
-    VOID PrintSet(const std::string& rModule, const std::vector<liveclient::Value>& rOld,
-                  const std::vector<liveclient::Value>& rNew) const;
-    VOID PrintSample(const std::string& rModule, DOUBLE seconds, const std::vector<liveclient::Value>& rValues) const;
     VOID PrintTableIndex(UINT32 index);
     VOID RequireMode(const std::string& rPath);
+
+    // livesession_values.cpp
     std::vector<liveclient::MemberInfo> Describe(const std::string& rPath, const std::string& rModule,
                                                  std::string& rRecord);
     std::vector<liveclient::Value>      GetAll(const std::string& rPath, const std::string& rModule,
                                                const std::vector<std::string>& rMembers);
 
-    liveclient::Client m_client;
-    const std::string  m_place;  ///< host and port
-    const bool         m_isJson;
+    // livesession_edits.cpp
+    EditCommand                    Prepare(const std::string& rPath, const std::string& rModule,
+                                           const std::vector<liveclient::Value>& rWanted);
+    EditCommand                    Reverse(const EditCommand& rCommand);
+    Outcome                        Send(const EditCommand& rCommand);
+    std::vector<liveclient::Value> ReadHeld(const EditCommand& rCommand);
+    VOID                           PrintSet(const std::vector<Change>& rChanges) const;
+
+    // livesession_diff.cpp
+    std::vector<Change> ChangesSince(const std::string& rFile, const std::string& rPath);
+    VOID AddChanges(const std::string& rFile, const std::string& rPath, const tuningfile::Module& rModule,
+                    std::vector<Change>& rChanges);
+    VOID CompareTags(const tuningfile::Tuning& rTuning);
+
+    // livesession_save.cpp
+    std::vector<PatchedNumber> NumbersOfJournal();
+    std::vector<PatchedNumber> NumbersSince(const std::string& rFile);
+
+    // livesession_watch.cpp
+    VOID PrintSample(const std::string& rModule, DOUBLE seconds, const std::vector<liveclient::Value>& rValues) const;
+
+    liveclient::Client                    m_client;
+    const std::string                     m_place;  ///< host and port
+    const bool                            m_isJson;
+    std::optional<liveclient::DeviceInfo> m_camera;
 };
 
 }  // namespace kirotune

@@ -1,7 +1,8 @@
-// The command that sets numbers.
+// The commands that set numbers, and take that back.
 
 #include "tools/kirotune/livesession.h"
 
+#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -9,8 +10,10 @@
 #include <utility>
 #include <vector>
 
+#include <fmt/chrono.h>
 #include <fmt/format.h>
 
+#include "tools/kirotune/livejournal.h"
 #include "tools/kirotune/livemembers.h"
 #include "tools/kirotune/liveoutput.h"
 #include "tools/kirotune/livesharing.h"
@@ -52,65 +55,95 @@ std::vector<Value> ParseAssignments(const std::string& rModule, const std::vecto
     return wanted;
 }
 
-std::vector<std::string> NamesOf(const std::vector<Value>& rValues)
+std::vector<std::string> NamesOf(const EditCommand& rCommand)
 {
     std::vector<std::string> names;
-    for (const Value& rValue : rValues)
+    for (const Edit& rEdit : rCommand.edits)
     {
-        names.push_back(rValue.name);
+        names.push_back(rEdit.member);
     }
     return names;
 }
 
-/// What came of values that were to be set, one beside the other.
-struct SetResult
+std::string Now()
 {
-    std::vector<Value> before;
-    std::vector<Value> after;
-    std::string        refused;  ///< names, each behind a blank
-};
-
-/// @param before   values of all that was to be set
-/// @param readBack values of what was set
-SetResult Compare(const std::vector<Value>& rWanted, std::vector<Value> before, std::vector<Value> readBack)
-{
-    SetResult result;
-    for (const Value& rWantedOne : rWanted)
-    {
-        Value oldValue;
-        Value newValue;
-        (VOID) liveclient::Take(rWantedOne.name, before, oldValue);
-        if (!liveclient::Take(rWantedOne.name, readBack, newValue))
-        {
-            result.refused += ' ' + rWantedOne.name;
-            continue;
-        }
-        if (!IsNear(rWantedOne.text, newValue.text))
-        {
-            fmt::print(stderr, "{}: asked for {}, reads back {}\n", rWantedOne.name, rWantedOne.text,
-                       Clean(newValue.text));
-        }
-        result.before.push_back(std::move(oldValue));
-        result.after.push_back(std::move(newValue));
-    }
-    return result;
+    return fmt::format("{:%Y-%m-%dT%H:%M:%SZ}",
+                       fmt::gmtime(std::chrono::system_clock::to_time_t(std::chrono::system_clock::now())));
 }
 
 }  // namespace
 
-VOID LiveSession::PrintSet(const std::string& rModule, const std::vector<Value>& rOld,
-                           const std::vector<Value>& rNew) const
+/// All that is known of edits before they are sent. @param rPath by names @param rWanted numbers
+/// @throws Error unless all of them can be read
+EditCommand LiveSession::Prepare(const std::string& rPath, const std::string& rModule,
+                                 const std::vector<Value>& rWanted)
+{
+    EditCommand command{Now(), TableInUse(), rPath, rModule, {}};
+    for (const Value& rOne : rWanted)
+    {
+        command.edits.push_back({rOne.name, {}, rOne.text});
+    }
+    const std::vector<Value> held = ReadHeld(command);
+    for (size_t index = 0; index < held.size(); ++index)
+    {
+        command.edits[index].oldText = held[index].text;
+    }
+    return command;
+}
+
+/// @return what the camera holds in the place of each edit
+std::vector<Value> LiveSession::ReadHeld(const EditCommand& rCommand)
+{
+    std::vector<Value> values = GetAll(rCommand.path, rCommand.module, NamesOf(rCommand));
+    std::vector<Value> held;
+    for (const Edit& rEdit : rCommand.edits)
+    {
+        (VOID) liveclient::Take(rEdit.member, values, held.emplace_back());
+    }
+    return held;
+}
+
+/// @return what has been set, with numbers as they read before and read now
+LiveSession::Outcome LiveSession::Send(const EditCommand& rCommand)
+{
+    std::vector<Value> wanted;
+    for (const Edit& rEdit : rCommand.edits)
+    {
+        wanted.push_back({rEdit.member, rEdit.newText});
+    }
+    std::vector<Value> readBack = m_client.Set(rCommand.path, rCommand.module, wanted);
+    Outcome            outcome;
+    for (const Edit& rEdit : rCommand.edits)
+    {
+        Value value;
+        if (!liveclient::Take(rEdit.member, readBack, value))
+        {
+            outcome.refused += ' ' + rEdit.member;
+            continue;
+        }
+        if (!IsNear(rEdit.newText, value.text))
+        {
+            fmt::print(stderr, "{}: asked for {}, reads back {}\n", rEdit.member, rEdit.newText, Clean(value.text));
+        }
+        outcome.changes.push_back({rCommand.path, rCommand.module, rEdit.member, rEdit.oldText, value.text});
+    }
+    return outcome;
+}
+
+VOID LiveSession::PrintSet(const std::vector<Change>& rChanges) const
 {
     std::vector<Row> rows;
     TextNode         list = TextNode::List();
-    for (size_t index = 0; index < rNew.size(); ++index)
+    for (const Change& rChange : rChanges)
     {
+        const Value before{rChange.member, rChange.oldText};
+        const Value after{rChange.member, rChange.newText};
         rows.push_back(
-            {rNew[index].name, WithEnumerator(rModule, rOld[index]), "->", WithEnumerator(rModule, rNew[index])});
+            {after.name, WithEnumerator(rChange.module, before), "->", WithEnumerator(rChange.module, after)});
         TextNode& rItem = list.Add(TextNode::Map());
-        rItem.Add("name", JsonText(rNew[index].name));
-        rItem.Add("old", JsonValue(rModule, rOld[index]));
-        rItem.Add("new", JsonValue(rModule, rNew[index]));
+        rItem.Add("name", JsonText(after.name));
+        rItem.Add("old", JsonValue(rChange.module, before));
+        rItem.Add("new", JsonValue(rChange.module, after));
     }
     if (m_isJson)
     {
@@ -123,24 +156,79 @@ VOID LiveSession::PrintSet(const std::string& rModule, const std::vector<Value>&
 VOID LiveSession::Set(const std::string& rPath, const std::string& rModule,
                       const std::vector<std::string>& rAssignments)
 {
+    const std::vector<Value> wanted = ParseAssignments(rModule, rAssignments);
+    const std::string        path   = liveclient::NamedPath(rPath);
     // The service would edit the deepest mode that exists.
-    RequireMode(liveclient::NamedPath(rPath));
-    const std::vector<Value>       wanted = ParseAssignments(rModule, rAssignments);
-    const std::vector<std::string> names  = NamesOf(wanted);
-
-    // Nothing is changed unless all of it can be read.
-    std::vector<Value> before = GetAll(rPath, rModule, names);
-    SharedEdit         shared(m_client, liveclient::NamedPath(rPath), rModule, names);
-    NameCamera();
-    const SetResult result = Compare(wanted, std::move(before), m_client.Set(rPath, rModule, wanted));
-    PrintSet(rModule, result.before, result.after);
+    RequireMode(path);
+    Journal           journal(m_place, Camera());
+    const EditCommand command = Prepare(path, rModule, wanted);
+    SharedEdit        shared(m_client, path, rModule, NamesOf(command));
+    if (journal.Commands().empty())
+    {
+        NameCamera();
+    }
+    journal.Add(command);
+    const Outcome outcome = Send(command);
+    if (outcome.changes.empty())
+    {
+        journal.DropLast();
+    }
+    PrintSet(outcome.changes);
     for (const std::string& rTouched : shared.Touched())
     {
         fmt::print(stderr, "shared, and set as well: {}\n", Clean(rTouched));
     }
-    if (!result.refused.empty())
+    outcome.RequireAll();
+}
+
+/// What gives the numbers of an edit back, as far as the camera does not hold them.
+EditCommand LiveSession::Reverse(const EditCommand& rCommand)
+{
+    if (rCommand.table != TableInUse())
     {
-        throw Error("the camera did not set:" + result.refused);
+        throw Error(
+            fmt::format("an edit of mode table {0} while table {1} is in use, expected 'live table {0}' before it "
+                        "is taken back",
+                        rCommand.table, TableInUse()));
+    }
+    std::vector<Value> wanted;
+    for (const Edit& rEdit : rCommand.edits)
+    {
+        wanted.push_back({rEdit.member, rEdit.oldText});
+    }
+    EditCommand back = Prepare(rCommand.path, rCommand.module, wanted);
+    std::erase_if(back.edits, [](const Edit& rEdit) { return rEdit.oldText == rEdit.newText; });
+    return back;
+}
+
+VOID LiveSession::Undo(UINT32 count)
+{
+    Journal journal(m_place, Camera());
+    if (journal.Commands().size() < count)
+    {
+        throw Error(fmt::format("camera at {}: {} commands since its start can be taken back, expected {}", m_place,
+                                journal.Commands().size(), count));
+    }
+    std::vector<Change> changes;
+    for (; count > 0; --count)
+    {
+        const EditCommand back = Reverse(journal.Commands().back());
+        if (!back.edits.empty())
+        {
+            Outcome outcome = Send(back);
+            outcome.RequireAll();
+            changes.insert(changes.end(), outcome.changes.begin(), outcome.changes.end());
+        }
+        journal.DropLast();
+    }
+    PrintChanges(changes, m_isJson);
+}
+
+VOID LiveSession::Outcome::RequireAll() const
+{
+    if (!refused.empty())
+    {
+        throw Error("the camera did not set:" + refused);
     }
 }
 
