@@ -66,6 +66,8 @@ refuses "no mode 'Sensor.9999' below 'Default'" modules 'Default|Sensor.9999'
 answers '"name": "safeExposureTime"' controls --json
 answers 'unitStepSize +Float' info Default kiroconvergence
 answers '^unitStepSize +0\.25' get 0 kiroconvergence
+answers 'unitStepSize=0\.25  frameNumber=[0-9]+$' watch Default kiroconvergence unitStepSize --controls frameNumber --count 2
+refuses "publishes no 'luxIndx', did you mean 'luxIndex'" watch --controls luxIndx
 refuses 'no such mode path, module or member' get Default kiroconvergence nothing
 refuses "expected a decimal number" set Default kiroconvergence unitStepSize=1e3
 refuses "kiroconvergence" get Default kiroconvergance

@@ -368,4 +368,18 @@ $)"));
     EXPECT_EQ(3u, service.End().size());
 }
 
+TEST(LiveSession, WatchesNumbersThatTheCameraPublishes)
+{
+    ScriptedService service({Says(2, "2=1.500000,4000000000=-nan"), Says(2, "2=1.500000,4000000000=-nan"),
+                             Says(2, "2=2.500000,4000000000=-nan"), Says(2, "3=1.000000")});
+    EXPECT_THAT(ShownBy(service, true,
+                        [](kirotune::LiveSession& rSession) {
+                            rSession.Watch("Default", "", "", {.rate = 1000.0, .controls = {"4000000000", "luxIndex"}});
+                        }),
+                testing::ContainsRegex(
+                    R"(\{"seconds": [0-9.]+, "values": \{\}, "controls": \{"4000000000": "-?nan", "luxIndex": 1\.5\}\}
+\{"seconds": [0-9.]+, "values": \{\}, "controls": \{"4000000000": "-?nan", "luxIndex": 2\.5\}\}
+the camera publishes no '4000000000', expected one of: currentLuma$)"));
+}
+
 }  // namespace

@@ -177,9 +177,23 @@ VOID LiveCommandLine::AddWatch()
                            [](LiveSession& rSession, const Arguments& rArguments) {
                                rSession.Watch(rArguments.path, rArguments.module, rArguments.members, rArguments.watch);
                            });
-    rWatch.add_option("path", m_pArguments->path, PathHelp)->required();
-    rWatch.add_option("module", m_pArguments->module, ModuleHelp)->required();
-    rWatch.add_option("members", m_pArguments->members, "member paths joined by ','")->required();
+    rWatch.add_option("path", m_pArguments->path, PathHelp);
+    rWatch.add_option("module", m_pArguments->module, ModuleHelp);
+    rWatch.add_option("members", m_pArguments->members, "member paths joined by ','");
+    rWatch
+        .add_option("--controls", m_pArguments->watch.controls,
+                    "names of numbers that 'controls' lists, joined by ','; beside members or without them")
+        ->delimiter(',')
+        ->allow_extra_args(false);
+    rWatch.parse_complete_callback(
+        [&rWatch, pArguments = m_pArguments]
+        {
+            const bool isAboutMembers = rWatch.count("path") > 0 || pArguments->watch.controls.empty();
+            if (isAboutMembers && pArguments->members.empty())
+            {
+                throw CLI::RequiredError("path, module and members, or --controls");
+            }
+        });
     rWatch.add_option("--rate", m_pArguments->watch.rate, "samples per second")
         ->capture_default_str()
         ->check(CLI::Range(0.01, 1000.0));

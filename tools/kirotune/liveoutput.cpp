@@ -1,6 +1,8 @@
 #include "tools/kirotune/liveoutput.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstdlib>
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
@@ -182,6 +184,11 @@ TextNode JsonValue(const std::string& rModule, const liveclient::Value& rValue)
         list.Add(JsonScalar(rPart));
     }
     return list;
+}
+
+TextNode JsonPrinted(const std::string& rNumber)
+{
+    return std::isfinite(std::strtod(rNumber.c_str(), nullptr)) ? TextNode::Scalar(rNumber) : JsonText(rNumber);
 }
 
 std::string ControlName(UINT32 id)

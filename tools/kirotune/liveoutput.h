@@ -43,6 +43,9 @@ tuningfile::TextNode JsonList(const std::vector<std::string>& rTexts);
 /// A value as number, list of numbers or text, by the schema if that knows the member, otherwise by its looks.
 tuningfile::TextNode JsonValue(const std::string& rModule, const liveclient::Value& rValue);
 
+/// A number as this program has printed it; what is not finite as a text.
+tuningfile::TextNode JsonPrinted(const std::string& rNumber);
+
 /// The name of a number that the camera publishes; empty if this program knows none.
 std::string ControlName(UINT32 id);
 

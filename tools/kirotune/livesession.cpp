@@ -3,7 +3,6 @@
 #include "tools/kirotune/livesession.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdio>
 
 #include <fmt/format.h>
@@ -142,7 +141,7 @@ VOID LiveSession::Controls()
         TextNode& rItem = list.Add(TextNode::Map());
         rItem.Add("id", TextNode::Scalar(id));
         rItem.Add("name", JsonText(ControlName(rControl.id)));
-        rItem.Add("value", std::isfinite(rControl.value) ? TextNode::Scalar(text) : JsonText(text));
+        rItem.Add("value", JsonPrinted(text));
     }
     if (m_isJson)
     {

@@ -20,6 +20,8 @@ struct WatchOptions
     DOUBLE rate        = 10.0;   ///< samples per second
     UINT64 count       = 0;      ///< lines to print, 0 for no end
     bool   everySample = false;  ///< a line for each sample, not only for changes
+
+    std::vector<std::string> controls = {};  ///< names of numbers that the camera publishes, to print beside members
 };
 
 /// A connection to a camera for one command, which prints its answer to stdout. All commands throw liveclient::Error,
@@ -57,6 +59,7 @@ public:
     VOID Save(const std::string& rPatch, const std::string& rTuning);
 
     /// Prints until there were as many lines as wanted, or until SIGINT or SIGTERM, which it keeps blocked.
+    /// @param rMembers joined by ','; empty if it is about controls alone
     VOID Watch(const std::string& rPath, const std::string& rModule, const std::string& rMembers,
                const WatchOptions& rOptions);
 
@@ -73,6 +76,15 @@ private:
 
         std::vector<Change> changes;
         std::string         refused;  ///< members, each behind a blank
+    };
+
+    /// What is watched, at one time.
+    struct Sample
+    {
+        bool operator==(const Sample&) const = default;
+
+        std::vector<liveclient::Value> members;
+        std::vector<liveclient::Value> controls;
     };
 
     /// Who answers; asked once.
@@ -113,7 +125,8 @@ private:
     std::vector<PatchedNumber> NumbersSince(const std::string& rFile);
 
     // livesession_watch.cpp
-    VOID PrintSample(const std::string& rModule, DOUBLE seconds, const std::vector<liveclient::Value>& rValues) const;
+    std::vector<liveclient::Value> ReadControls(const std::vector<std::string>& rNames);
+    VOID                           PrintSample(const std::string& rModule, DOUBLE seconds, const Sample& rSample) const;
 
     liveclient::Client                    m_client;
     const std::string                     m_place;  ///< host and port

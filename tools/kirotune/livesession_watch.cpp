@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <iterator>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -15,6 +17,7 @@
 #include "tools/kirotune/liveoutput.h"
 #include "tools/kirotune/stopsignals.h"
 #include "tools/liveclient/texts.h"
+#include "tools/tuningfile/names.h"
 
 namespace kirotune
 {
@@ -22,21 +25,62 @@ namespace kirotune
 namespace
 {
 
+using liveclient::Error;
 using liveclient::Value;
 using tuningfile::TextNode;
 
 }  // namespace
 
-VOID LiveSession::PrintSample(const std::string& rModule, DOUBLE seconds, const std::vector<Value>& rValues) const
+/// @param rNames as 'controls' lists them; the ID of a number without a name
+std::vector<Value> LiveSession::ReadControls(const std::vector<std::string>& rNames)
+{
+    if (rNames.empty())
+    {
+        return {};
+    }
+    std::vector<Value> published;
+    for (const liveclient::ControlValue& rControl : m_client.ControlValues())
+    {
+        const std::string name = ControlName(rControl.id);
+        published.push_back({name.empty() ? std::to_string(rControl.id) : name, fmt::format("{}", rControl.value)});
+    }
+    std::vector<Value> values;
+    for (const std::string& rName : rNames)
+    {
+        const auto isIt  = [&rName](const Value& rValue) { return rValue.name == rName; };
+        const auto found = std::find_if(published.begin(), published.end(), isIt);
+        if (found == published.end())
+        {
+            std::vector<std::string_view> names;
+            std::transform(published.begin(), published.end(), std::back_inserter(names),
+                           [](const Value& rValue) { return std::string_view(rValue.name); });
+            throw Error(fmt::format("the camera publishes no '{}'{}", rName,
+                                    names.empty() ? " and no other number" : ", " + tuningfile::Advice(rName, names)));
+        }
+        values.push_back(*found);
+    }
+    return values;
+}
+
+VOID LiveSession::PrintSample(const std::string& rModule, DOUBLE seconds, const Sample& rSample) const
 {
     std::string line = fmt::format("{:9.3f}", seconds);
     TextNode    node = TextNode::Map();
     node.Add("seconds", TextNode::Scalar(fmt::format("{:.3f}", seconds)));
     TextNode& rMembers = node.Add("values", TextNode::Map());
-    for (const Value& rValue : rValues)
+    for (const Value& rValue : rSample.members)
     {
         line += fmt::format("  {}={}", Clean(rValue.name), Clean(WithEnumerator(rModule, rValue)));
         rMembers.Add(Clean(rValue.name), JsonValue(rModule, rValue));
+    }
+    if (!rSample.controls.empty())
+    {
+        TextNode& rControls = node.Add("controls", TextNode::Map());
+        for (const Value& rValue : rSample.controls)
+        {
+            line += fmt::format("  {}={}", rValue.name, rValue.text);
+            rControls.Add(rValue.name, JsonPrinted(rValue.text));
+        }
     }
     fmt::print("{}", m_isJson ? tuningfile::ToJsonLine(node) : line + '\n');
     std::fflush(stdout);
@@ -51,18 +95,20 @@ VOID LiveSession::Watch(const std::string& rPath, const std::string& rModule, co
     const auto                     period  = duration_cast<nanoseconds>(duration<DOUBLE>(1.0 / rOptions.rate));
     const auto                     start   = steady_clock::now();
     auto                           next    = start;
-    std::vector<Value>             shown;
+    std::optional<Sample>          shown;
     UINT64                         lines = 0;
     while (!signals.CameUntil(next))
     {
-        const auto         now     = steady_clock::now();
-        std::vector<Value> values  = GetAll(rPath, rModule, members);
-        const auto         isEqual = [](const Value& rFirst, const Value& rSecond)
-        { return rFirst.name == rSecond.name && rFirst.text == rSecond.text; };
-        if (rOptions.everySample || !std::equal(values.begin(), values.end(), shown.begin(), shown.end(), isEqual))
+        const auto now = steady_clock::now();
+        Sample     sample{{}, ReadControls(rOptions.controls)};
+        if (!members.empty())
         {
-            PrintSample(rModule, duration<DOUBLE>(now - start).count(), values);
-            shown = std::move(values);
+            sample.members = GetAll(rPath, rModule, members);
+        }
+        if (rOptions.everySample || sample != shown)
+        {
+            PrintSample(rModule, duration<DOUBLE>(now - start).count(), sample);
+            shown = std::move(sample);
             if (++lines == rOptions.count)
             {
                 return;

@@ -55,6 +55,8 @@ struct MemberInfo
 /// A member path within a module, and what it holds: a number, numbers joined by ",", or a text.
 struct Value
 {
+    bool operator==(const Value&) const = default;
+
     std::string name;
     std::string text;
 };
