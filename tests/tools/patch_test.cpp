@@ -24,6 +24,7 @@ modes:
       Sensor.0: {modules: {kirometering: {moduleID: 2}, kirodbroi: {dataBank: {bankID: 7}}}}
       Sensor.1: {children: {Usecase.Video: {modules: {kirometering: {}}}}}
       Sensor.2: {link: Default|Sensor.0}
+      Sensor.3: {link: Default}
 )";
 
 /// A tuning as the store holds it.
@@ -108,9 +109,16 @@ TEST(TuningPatch, MistakesNamePlaceAndExpectation)
         Tuning            tuning = Stored();
         EXPECT_EQ(std::string("p.yaml:1:") + pMessage, RefusalOf([&] { ApplyPatch(text, "p.yaml", tuning); })) << text;
     }
-    Tuning tuning = Stored();
-    EXPECT_EQ("p.yaml:1:17: the tuning has no mode table 'night'",
-              RefusalOf([&] { ApplyPatch("tables: [{name: night, modes: {}}]", "p.yaml", tuning); }));
+    const std::pair<const char*, const char*> others[] = {
+        {"tables: [{name: night, modes: {}}]", "17: the tuning has no mode table 'night'"},
+        {"modes: {Default: &a {children: {Sensor.3: *a}}}", "33: modes nested too deeply, expected at most 64 levels"},
+    };
+    for (const auto& [pText, pMessage] : others)
+    {
+        Tuning tuning = Stored();
+        EXPECT_EQ(std::string("p.yaml:1:") + pMessage,
+                  RefusalOf([&, pText = pText] { ApplyPatch(pText, "p.yaml", tuning); }));
+    }
 }
 
 }  // namespace

@@ -27,7 +27,7 @@ public:
 private:
     VOID ApplyTable(const YAML::Node& rNode) const;
     VOID ApplyModes(const YAML::Node& rNode, const ModeTable& rTable) const;
-    VOID ApplyMode(const YamlEntry& rEntry, const ModeTable& rTable, std::optional<UINT32> parent) const;
+    VOID ApplyMode(const YamlEntry& rEntry, const ModeTable& rTable, std::optional<UINT32> parent, UINT32 depth) const;
     VOID ApplyModule(const YamlEntry& rEntry, const ModeTable& rTable, UINT32 mode) const;
     VOID ApplyRecord(const YAML::Node& rNode, const tuning::RecordDescription& rRecord, BYTE* pRecord) const;
     VOID ApplyMember(const YamlEntry& rEntry, const tuning::RecordMember& rMember, BYTE* pRecord) const;
@@ -110,12 +110,18 @@ VOID PatchInput::ApplyModes(const YAML::Node& rNode, const ModeTable& rTable) co
 {
     for (const YamlEntry& rEntry : m_input.Map(rNode, "a map with the mode 'Default'"))
     {
-        ApplyMode(rEntry, rTable, std::nullopt);
+        ApplyMode(rEntry, rTable, std::nullopt, 0);
     }
 }
 
-VOID PatchInput::ApplyMode(const YamlEntry& rEntry, const ModeTable& rTable, std::optional<UINT32> parent) const
+/// @param depth a link can lead upwards, and so round in a circle
+VOID PatchInput::ApplyMode(const YamlEntry& rEntry, const ModeTable& rTable, std::optional<UINT32> parent,
+                           UINT32 depth) const
 {
+    if (depth >= MaxModeDepth)
+    {
+        m_input.Fail(rEntry.key, fmt::format("modes nested too deeply, expected at most {} levels", MaxModeDepth));
+    }
     const UINT32 mode = FindMode(rEntry, rTable, parent);
     for (const YamlEntry& rItem : m_input.Map(rEntry.value, "a map with 'modules' and 'children'"))
     {
@@ -130,7 +136,7 @@ VOID PatchInput::ApplyMode(const YamlEntry& rEntry, const ModeTable& rTable, std
         {
             for (const YamlEntry& rChild : m_input.Map(rItem.value, "a map of modes"))
             {
-                ApplyMode(rChild, rTable, mode);
+                ApplyMode(rChild, rTable, mode, depth + 1);
             }
         }
         else
