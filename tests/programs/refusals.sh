@@ -51,6 +51,9 @@ done
 
 printf 'modes:\n  Default:\n    modules:\n      kiroconvergence: {noSuchMember: 1}\n' >"$work/tuning.yaml"
 refuses "tuning.yaml:4:[0-9]+: .*noSuchMember" kirotune compile "$work/tuning.yaml" -o "$work/out.bin"
+printf 'modes:\n  Default:\n    modules:\n      kiroconvergence: {unitStepSize: fast}\n' >"$work/patch.yaml"
+refuses "patch.yaml:4:[0-9]+: 'fast' found for unitStepSize" \
+    kirotune compile "$examples/tunings/minimal.yaml" --patch "$work/patch.yaml" -o "$work/out.bin"
 printf 'no blob' >"$work/flash.fic"
 refuses "flash.fic: not what a run has learned of a flash" kirosim run --no-live --tuning "$good" \
     --scene "$examples/scenes/flash-calibration.yaml" --fic-load "$work/flash.fic"

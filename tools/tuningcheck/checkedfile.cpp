@@ -77,7 +77,9 @@ CheckedFile CheckFile(const std::string& rPath, const Surroundings& rSurrounding
         return {AcceptedBy(tuningfile::CheckTuning(tuning), rPath), JudgeText(tuning, text, rSurroundings)};
     }
     std::vector<std::string> lines = AcceptedBy(tuningfile::CheckParameterFile(rPath), rPath);
-    return {std::move(lines), Judge(tuningfile::ReadBinary(tuningfile::ReadBytes(rPath), program::InputName(rPath)).tuning, rSurroundings)};
+    return {
+        std::move(lines),
+        Judge(tuningfile::ReadBinary(tuningfile::ReadBytes(rPath), program::InputName(rPath)).tuning, rSurroundings)};
 }
 
 }  // namespace tuningcheck

@@ -16,8 +16,8 @@ namespace tuningcheck
 struct Surroundings
 {
     std::vector<std::string> channels = HostChannels();  ///< that the host delivers; none: they are not judged
-    std::optional<FLOAT>     maxGain;   ///< of the sensor, linear; none if it is not known
-    std::optional<UINT64>    maxTime;   ///< of the sensor, in ns
+    std::optional<FLOAT>     maxGain;                    ///< of the sensor, linear; none if it is not known
+    std::optional<UINT64>    maxTime;                    ///< of the sensor, in ns
 };
 
 /// Judges values, references, shapes and completeness of all modes. The findings are in the order of the text.

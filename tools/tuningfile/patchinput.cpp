@@ -206,8 +206,8 @@ VOID PatchInput::ApplyMember(const YamlEntry& rEntry, const tuning::RecordMember
     }
     for (const YamlEntry& rItem : m_input.Map(rEntry.value, fmt::format("a map of positions in {}", rMember.pName)))
     {
-        const UINT64 index =
-            ReadUnsigned(m_input, rItem.key, fmt::format("a position in {}", rMember.pName), values.count - 1);
+        const UINT64 index = ReadInteger<UINT64>(m_input, rItem.key, fmt::format("a position in {}", rMember.pName), 0,
+                                                 values.count - 1);
         ApplyValue(rItem.value, rMember, values.At(rMember, static_cast<UINT32>(index)));
     }
 }

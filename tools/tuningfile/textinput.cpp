@@ -323,7 +323,7 @@ VOID TextInput::StartRecord(const ModeTable& rTable, UINT32 index, const tuning:
 std::string TextInput::AdviceOnStep(std::optional<UINT32> parent, std::string_view item) const
 {
     std::vector<std::string> names;
-    for (const auto& [rPlace, index] : m_places)
+    for (const auto& [rPlace, index] : m_modes)
     {
         if (rPlace.first == parent)
         {
