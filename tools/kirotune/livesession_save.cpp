@@ -4,7 +4,9 @@
 
 #include <cstdio>
 #include <map>
+#include <optional>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include <fmt/format.h>
