@@ -46,15 +46,13 @@ VOID CheckHeededDetectors(const ModeView& rView, Findings& rFindings)
     {
         return;
     }
-    const auto check = [pDetectors](const DBConvActiveSCDPayload& rPayload, const RecordJudge& rJudge)
+    const auto detectors = ListOf(pDetectors->scdBank, pDetectors->scdBankCount);
+    const auto check     = [&detectors](const DBConvActiveSCDPayload& rPayload, const RecordJudge& rJudge)
     {
-        const auto detectors = ListOf(pDetectors->scdBank, pDetectors->scdBankCount);
-        const auto found =
-            std::find_if(detectors.rbegin(), detectors.rend(),
-                         [&rPayload](const AECSCDType& rDetector) { return rDetector.SCDId == rPayload.SCDID; });
-        if (rPayload.SCDID != 0 && found != detectors.rend())
+        const auto isNamed = [&rPayload](const AECSCDType& rDetector) { return rDetector.SCDId == rPayload.SCDID; };
+        if (rPayload.SCDID != 0 && std::count_if(detectors.begin(), detectors.end(), isNamed) == 1)
         {
-            CheckHold(*found, rJudge);
+            CheckHold(*std::find_if(detectors.begin(), detectors.end(), isNamed), rJudge);
         }
     };
     JudgeEach<DBConvActiveSCDPayload>(*pModule, rFindings, check, Whose::Any);
