@@ -44,8 +44,8 @@ struct ModuleCheck
 };
 
 constexpr ModuleCheck ModuleChecks[] = {
-    {"kirometeringstatscalculator", CheckCalculators},
-    {"kirometeringsceneanalyzer", CheckAnalyzers},
+    {"kirometeringstatscalculator", CheckStatsCalculators},
+    {"kirometeringsceneanalyzer", CheckSceneAnalyzers},
     {"kirometering", CheckAntibanding},
     {"kirometeringsaalgorithm", CheckPrecisionSplit},
     {"kiroconvergence", CheckSmoothNodes},

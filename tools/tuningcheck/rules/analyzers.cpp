@@ -87,7 +87,7 @@ VOID CheckLux(const KIROMeteringSceneAnalyzerType& rModule, const RecordJudge& r
 
 }  // namespace
 
-VOID CheckAnalyzers(const ModulePlace& rModule, Findings& rFindings)
+VOID CheckSceneAnalyzers(const ModulePlace& rModule, Findings& rFindings)
 {
     JudgeEach<SceneAnalyzerType>(rModule, rFindings, CheckParts);
     JudgeEach<SceneAnalyzerType>(rModule, rFindings, CheckMethods);

@@ -7,6 +7,6 @@
 namespace tuningcheck
 {
 
-VOID CheckAnalyzers(const ModulePlace& rModule, Findings& rFindings);
+VOID CheckSceneAnalyzers(const ModulePlace& rModule, Findings& rFindings);
 
 }  // namespace tuningcheck

@@ -88,7 +88,7 @@ VOID CheckNumbers(const StatsCalculatorType& rCalculator, const RecordJudge& rJu
 
 }  // namespace
 
-VOID CheckCalculators(const ModulePlace& rModule, Findings& rFindings)
+VOID CheckStatsCalculators(const ModulePlace& rModule, Findings& rFindings)
 {
     JudgeEach<kiroglobalelements::TriggerSystemEndLevelStartEndType>(rModule, rFindings, CheckScale);
     JudgeEach<StatsCalculatorType>(rModule, rFindings, CheckStorage);

@@ -7,6 +7,6 @@
 namespace tuningcheck
 {
 
-VOID CheckCalculators(const ModulePlace& rModule, Findings& rFindings);
+VOID CheckStatsCalculators(const ModulePlace& rModule, Findings& rFindings);
 
 }  // namespace tuningcheck
