@@ -71,7 +71,8 @@ refuses "publishes no 'luxIndx', did you mean 'luxIndex'" watch --controls luxIn
 refuses 'no such mode path, module or member' get Default kiroconvergence nothing
 refuses "expected a decimal number" set Default kiroconvergence unitStepSize=1e3
 refuses "kiroconvergence" get Default kiroconvergance
-refuses "no mode 'Usecase.Video' below 'Default'" set 'Default|Usecase.Video' kiroconvergence unitStepSize=1
+refuses 'unitStepSize=-1: expected above 0 to 1 \(log steps of 3 percent\); --force sends it' set Default kiroconvergence unitStepSize=-1
+answers '^unitStepSize +Float +0\.25 +above 0 to 1 \(log steps' info Default kiroconvergence
 
 readonly before=$(frames_of_round 1)
 answers '0\.2' set Default kirodbconvbase "$near=0.2" "$far=0.2"
@@ -82,6 +83,7 @@ grep -q '^shared, and set as well: Default|Sensor.0|Usecase.Video kirodbconvbase
 readonly after=$(frames_of_round $(($(rounds_so_far) + 2)))
 [ "$after" -ge $((2 * before)) ] || fail "the steps settle after $before frames, and after $after at a third of the speed"
 
+answers '-> +2$' set Default kiroconvergence unitStepSize=2 --force
 kill -INT $camera
 wait $camera || fail "the camera ends with status $?"
 grep -q '^ripple of the safe exposure' "$work/camera" || fail 'the camera ends without a summary'

@@ -25,6 +25,7 @@ struct Arguments
     std::string              module;
     std::string              members;
     std::vector<std::string> assignments;
+    bool                     isForced  = false;
     UINT32                   undoCount = 1;
     std::optional<UINT32>    table;
     std::string              file;
@@ -129,16 +130,18 @@ VOID LiveCommandLine::AddValueCommands()
 
 VOID LiveCommandLine::AddEditCommands()
 {
-    CLI::App& rSet = Add("set",
-                         "change numbers while the camera runs, and show them before and after; the tuning file stays "
-                         "as it is",
-                         [](LiveSession& rSession, const Arguments& rArguments)
-                         { rSession.Set(rArguments.path, rArguments.module, rArguments.assignments); });
+    CLI::App& rSet =
+        Add("set",
+            "change numbers while the camera runs, and show them before and after; the tuning file stays "
+            "as it is",
+            [](LiveSession& rSession, const Arguments& rArguments)
+            { rSession.Set(rArguments.path, rArguments.module, rArguments.assignments, rArguments.isForced); });
     rSet.add_option("path", m_pArguments->path, PathHelp)->required();
     rSet.add_option("module", m_pArguments->module, ModuleHelp)->required();
     rSet.add_option("assignments", m_pArguments->assignments,
                     "NAME=VALUE, where the value is a decimal number, true, false, or the name of an enumerator")
         ->required();
+    rSet.add_flag("--force", m_pArguments->isForced, "send numbers outside of the range in which they make sense, too");
 }
 
 /// What becomes of edits.

@@ -45,7 +45,8 @@ public:
     VOID Get(const std::string& rPath, const std::string& rModule, const std::string& rMembers);
 
     /// Keeps in the journal what it sets. @param rAssignments as "name=value"
-    VOID Set(const std::string& rPath, const std::string& rModule, const std::vector<std::string>& rAssignments);
+    VOID Set(const std::string& rPath, const std::string& rModule, const std::vector<std::string>& rAssignments,
+             bool isForced);
 
     /// Takes back what the last commands since the start of the camera have set.
     VOID Undo(UINT32 count);

@@ -13,6 +13,7 @@
 #include <fmt/chrono.h>
 #include <fmt/format.h>
 
+#include "tools/kirotune/liveguard.h"
 #include "tools/kirotune/livejournal.h"
 #include "tools/kirotune/livemembers.h"
 #include "tools/kirotune/liveoutput.h"
@@ -154,7 +155,7 @@ VOID LiveSession::PrintSet(const std::vector<Change>& rChanges) const
 }
 
 VOID LiveSession::Set(const std::string& rPath, const std::string& rModule,
-                      const std::vector<std::string>& rAssignments)
+                      const std::vector<std::string>& rAssignments, bool isForced)
 {
     const std::vector<Value> wanted = ParseAssignments(rModule, rAssignments);
     const std::string        path   = liveclient::NamedPath(rPath);
@@ -162,7 +163,11 @@ VOID LiveSession::Set(const std::string& rPath, const std::string& rModule,
     RequireMode(path);
     Journal           journal(m_place, Camera());
     const EditCommand command = Prepare(path, rModule, wanted);
-    SharedEdit        shared(m_client, path, rModule, NamesOf(command));
+    if (!isForced)
+    {
+        RequireSense(command);
+    }
+    SharedEdit shared(m_client, path, rModule, NamesOf(command));
     if (journal.Commands().empty())
     {
         NameCamera();

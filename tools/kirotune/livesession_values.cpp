@@ -14,6 +14,8 @@
 #include "tools/kirotune/livemembers.h"
 #include "tools/kirotune/liveoutput.h"
 #include "tools/liveclient/texts.h"
+#include "tools/meaning/wordpath.h"
+#include "tools/meaning/wordtext.h"
 #include "tools/tuningfile/names.h"
 
 namespace kirotune
@@ -75,6 +77,32 @@ std::vector<liveclient::MemberInfo> LiveSession::Describe(const std::string& rPa
     return infos;
 }
 
+namespace
+{
+
+/// What the schema of this program says of a member of a module, or of a record within it.
+meaning::WordPath WordsOfMember(const std::string& rRecord, const std::string& rMember)
+{
+    return meaning::FindWords(fmt::format("{}.{}", rRecord, rMember));
+}
+
+/// @return the range with its unit, empty if there is none
+std::string RangeOf(const std::string& rRecord, const std::string& rMember)
+{
+    const meaning::WordPath found = WordsOfMember(rRecord, rMember);
+    return (found.unknown.empty() && found.pJudged != nullptr)
+               ? meaning::ExpectedText(found.pJudged->range, found.pJudged->unit)
+               : "";
+}
+
+std::string MeaningOf(const std::string& rRecord, const std::string& rMember)
+{
+    const meaning::WordPath found = WordsOfMember(rRecord, rMember);
+    return (found.unknown.empty() && found.pWords != nullptr) ? meaning::FullText(found.pWords->words) : "";
+}
+
+}  // namespace
+
 VOID LiveSession::Info(const std::string& rPath, const std::string& rModule)
 {
     std::string                               record;
@@ -85,13 +113,18 @@ VOID LiveSession::Info(const std::string& rPath, const std::string& rModule)
     {
         const std::string count = rInfo.count ? std::to_string(*rInfo.count) : "";
         const Value       value{rInfo.name, rInfo.value};
-        rows.push_back({rInfo.name, rInfo.type, count, WithEnumerator(record, value)});
+        const std::string range = RangeOf(record, rInfo.name);
+        rows.push_back({rInfo.name, rInfo.type, count, WithEnumerator(record, value), range});
         TextNode& rItem = list.Add(TextNode::Map());
         rItem.Add("name", JsonText(rInfo.name));
         rItem.Add("type", JsonText(rInfo.type));
         if (rInfo.count)
         {
             rItem.Add("count", TextNode::Scalar(count));
+        }
+        if (!range.empty())
+        {
+            rItem.Add("range", JsonText(range));
         }
         if (!rInfo.value.empty())
         {
@@ -104,7 +137,11 @@ VOID LiveSession::Info(const std::string& rPath, const std::string& rModule)
         PrintJson(list);
         return;
     }
-    PrintTable({"member", "type", "count", "value"}, rows);
+    PrintTable({"member", "type", "count", "value", "range"}, rows);
+    if (infos.size() == 1)
+    {
+        PrintTable({}, {{MeaningOf(record, infos[0].name)}});
+    }
 }
 
 /// @param rMembers all of which must be there; none for all that there are
