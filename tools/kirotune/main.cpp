@@ -7,6 +7,7 @@
 #include "tools/kirotune/commands.h"
 #include "tools/kirotune/debugcommand.h"
 #include "tools/kirotune/livecommand.h"
+#include "tools/kirotune/newcommand.h"
 #include "tools/kirotune/referencecommand.h"
 #include "tools/program/commandline.h"
 #include "tools/tuningfile/binaryoutput.h"
@@ -113,6 +114,7 @@ int RunProgram(int argc, char** argv)
 
     Arguments arguments;
     Command   run;
+    kirotune::AddNewCommand(app, run);
     AddTuningCommands(app, arguments, run);
     kirotune::AddCheckCommand(app, run);
     kirotune::AddReferenceCommands(app, run);
