@@ -7,6 +7,10 @@
 namespace newtuning
 {
 
+constexpr DOUBLE NsPerUs     = 1e3;
+constexpr DOUBLE NsPerMs     = 1e6;
+constexpr DOUBLE NsPerSecond = 1e9;
+
 enum class Mains
 {
     Off,

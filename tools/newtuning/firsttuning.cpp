@@ -14,8 +14,6 @@ namespace newtuning
 namespace
 {
 
-constexpr DOUBLE NsPerSecond = 1e9;
-
 /// How a part of the picture is metered.
 struct MeteredRegion
 {

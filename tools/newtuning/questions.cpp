@@ -1,10 +1,8 @@
 #include "tools/newtuning/questions.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cmath>
-#include <optional>
 #include <system_error>
 
 #include <fmt/format.h>
@@ -14,10 +12,6 @@ namespace newtuning
 
 namespace
 {
-
-constexpr DOUBLE NsPerUs     = 1e3;
-constexpr DOUBLE NsPerMs     = 1e6;
-constexpr DOUBLE NsPerSecond = 1e9;
 
 /// @param rValue keeps its value if the text is no number from least to most
 /// @return what was expected, empty if the text was
