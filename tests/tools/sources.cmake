@@ -3,6 +3,7 @@ set(ROOM_TESTS
     damage_test.cpp
     debugfile_test.cpp
     files_test.cpp
+    firsttuning_test.cpp
     hostile_test.cpp
     liveclient_test.cpp
     meaning_test.cpp
