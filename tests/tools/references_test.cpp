@@ -67,7 +67,7 @@ struct ReferenceCase
 constexpr ReferenceCase Wrong[] = {
     {"ROIID: 20", "ROIID: 3", "ROIID: 3", "generalParameters.ROIID",
      "is 3, expected an entry of bank ROITable: 1 (Whole), 20 (Spot); or add it to data of kirodbroi"},
-    {"ROIID: 20", "ROIID: 21", "ROIID: 21", "generalParameters.ROIID", "did you mean 20 (Spot)?"},
+    {"ROIID: 20", "ROIID: 22", "ROIID: 22", "generalParameters.ROIID", "did you mean 20 (Spot)?"},
     {"[6]}", "[66]}", "[66]", "Default|Sensor.0 kirodbactivecalculators.data[0].calculatorID[0]",
      "is 66, expected a calculator: 5 (Spot), 6 (Dark); did you mean 6 (Dark)?"},
     // The region that only one mode has left out is missing in that mode.
@@ -78,7 +78,9 @@ constexpr ReferenceCase Wrong[] = {
     {"dataID: 9}}", "dataID: 1000}}", "dataID: 1000}}", "dataBank.dataID", "0 to 999"},
     {"{bankID: BankIDStatsCalculator, dataID: 9}", "{bankID: BankIDMetering2D, dataID: 1}", "BankIDMetering2D",
      "value.dataBank.bankID", "is BankIDMetering2D, expected an entry of banks"},
-    {"calculatorID: 6\n", "calculatorID: 5\n", "calculatorID: [6]", "calculatorID[0]", "did you mean 5 (Spot)?"},
+    // Who names the number that has gone may mean the one that is there twice.
+    {"calculatorID: 6\n", "calculatorID: 5\n", "calculatorID: 5\n            description: Dark",
+     "statsCalculators[1].calculatorID", "is 5, as statsCalculators[0].calculatorID, expected a number of its own"},
     {"{start: 8, end: 9}", "{start: 6, end: 9}", "start: 6", "statsCalculators[1].outputStorage.start",
      "is 7, which Default kirometeringstatscalculator.statsCalculators[0].outputStorage.start writes, too"},
     {"channel1: SafeHist", "channel1: SaveHist", "SaveHist", "channel1", "did you mean 'SafeHist'"},

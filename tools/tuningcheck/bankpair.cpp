@@ -1,5 +1,7 @@
 #include "tools/tuningcheck/bankpair.h"
 
+#include <fmt/format.h>
+
 #include "schema/kiroglobalelements.h"
 #include "tools/meaning/wordtext.h"
 
@@ -61,6 +63,21 @@ bool IsNothingInAnyBank(const BankPair& rRead)
            (rRead.number == 0 || rRead.bank == BankIDInvalid);
 }
 
+/// A pair that a text leaves out is as this one.
+std::string AdviceOnPair(const BankPair& rRead)
+{
+    if (rRead.bank != BankIDROITable || rRead.number != 0)
+    {
+        return "";
+    }
+    if (rRead.reference.verb == Verb::Writes)
+    {
+        return "left out, a pair is BankIDROITable 0; BankIDInvalid is no output";
+    }
+    return fmt::format("left out, a pair is BankIDROITable 0{}",
+                       Allows(rRead.reference, BankIDTriggers) ? "; BankIDTriggers 0 is no entry" : "");
+}
+
 }  // namespace
 
 bool IsBankPair(const RecordSpot& rRecord)
@@ -93,9 +110,7 @@ bool CheckBank(const RecordSpot& rPair, const BankPair& rRead, Findings& rFindin
     if (!spot.IsInherited())
     {
         rFindings.Add(Severity::Error, spot, "is " + spot.ValueText(), meaning::ThingText(rRead.reference),
-                      (rRead.bank == BankIDROITable && rRead.number == 0)
-                          ? "left out, a pair is BankIDROITable 0; BankIDTriggers 0 is no entry"
-                          : "");
+                      AdviceOnPair(rRead));
     }
     return false;
 }

@@ -106,6 +106,13 @@ std::span<const Reference> ReferencesOf(const Spot& rSpot)
     return rSpot.pWords->words.refers;
 }
 
+/// A table under number 0 is not found again, and the end of a range that is left out is 0.
+bool IsNoOutput(const Spot& rSpot, const Reference& rReference, const Named& rNamed)
+{
+    return rReference.verb == Verb::Writes && rNamed.number == 0 &&
+           (rNamed.kind == BankKind(BankIDMetering2D) || std::string_view(rSpot.pMember->pName) == "end");
+}
+
 class Gathering
 {
 public:
@@ -234,9 +241,8 @@ private:
             return;
         }
         const RecordSpot* pItem = ItemAround(*rSpot.pIn);
-        // A number outside of a list is a label: nothing finds its owner by it. A table written as number 0 is nowhere.
-        if ((rReference.verb == Verb::Defines && pItem != rSpot.pIn) ||
-            (rReference.verb == Verb::Writes && rNamed.kind == BankKind(BankIDMetering2D) && rNamed.number == 0))
+        // A number outside of a list is a label: nothing finds its owner by it.
+        if ((rReference.verb == Verb::Defines && pItem != rSpot.pIn) || IsNoOutput(rSpot, rReference, rNamed))
         {
             return;
         }
