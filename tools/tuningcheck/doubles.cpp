@@ -56,7 +56,7 @@ VOID CheckTrigger(const Mention& rWriter, Findings& rFindings)
 }
 
 /// Calculators of one list run together, and with those that run always.
-VOID CheckCalculators(const std::vector<const Mention*>& rMentions, const RunList& rList, Findings& rFindings)
+VOID CheckRunTogether(const std::vector<const Mention*>& rMentions, const RunList& rList, Findings& rFindings)
 {
     std::set<INT64> numbers;
     std::ranges::transform(rList, std::inserter(numbers, numbers.end()),
@@ -114,7 +114,7 @@ VOID CheckDoubleOutputs(const std::vector<const Mention*>& rMentions, Findings& 
     }
     for (const auto& [pRecord, rList] : RunListsOf(rMentions, Thing::Calculator))
     {
-        CheckCalculators(rMentions, rList, rFindings);
+        CheckRunTogether(rMentions, rList, rFindings);
     }
 }
 
