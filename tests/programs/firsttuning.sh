@@ -2,8 +2,8 @@
 # A person who has no tuning yet: answers questions, or gives options, and is told of answers that cannot be.
 # usage: firsttuning.sh DIRECTORY_OF_PROGRAMS [LAUNCHER OF PROGRAMS...]
 set -u
-readonly bin=$1
-readonly launcher=("${@:2}")
+bin=$(readlink -f "$1")
+readonly bin launcher=("${@:2}")
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 cd "$work" || exit 1
@@ -42,7 +42,9 @@ cmp -s options.yaml stdout || fail 'stdout is not the tuning'
 
 refuses '^--fps is 200, expected 1 to 100, a frame lasting ten lines or more$' --line-time 1000 --fps 200
 refuses '^--top-gain is 0.5, expected 1 to 64, the sensor.s gains$' --top-gain 0.5
-refuses "^the input ends before the answer to 'frames per second'$" --ask --gain-min 1 --gain-max 64 --line-time 10 --time-max 100
+kirotune new --ask -o refused.yaml </dev/null >stdout 2>stderr && fail 'no answers do'
+[ "$(tail -n 1 stderr)" = "the input ends before the answer to 'the sensor's lowest gain'" ] && [ ! -e refused.yaml ] ||
+    fail 'nothing says that the input ends, or a file is left'
 kirotune new -o options.yaml </dev/null >stdout 2>stderr && fail 'a file that is there is replaced'
 grep -q '^options.yaml: is there already, expected a new file, or --force to replace it$' stderr || fail 'nothing says that the file is there'
 cmp -s options.yaml answers.yaml || fail 'a refusal changes the file'

@@ -335,7 +335,7 @@ TEST(LiveSession, ShowsWhatASetHasDone)
         ScriptedService service(replies);
         EXPECT_EQ(pShown, ShownBy(service, false,
                                   [&, &texts = assignments](kirotune::LiveSession& rSession)
-                                  { rSession.Set("Default", "kirodbroi", texts); }));
+                                  { rSession.Set("Default", "kirodbroi", texts, true); }));
         EXPECT_EQ(replies.size(), service.End().size()) << pShown;
     }
 }

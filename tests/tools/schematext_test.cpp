@@ -51,7 +51,7 @@ TEST(SchemaText, JsonSchemaIsClosedAndDescribesMembers)
     EXPECT_EQ("false", lux["additionalProperties"].Scalar());
     const YAML::Node filter = lux["properties"]["filteringFactor"];
     EXPECT_EQ("share", filter["unit"].Scalar());
-    EXPECT_EQ("1", filter["anyOf"][0]["maximum"].Scalar());
+    EXPECT_EQ("1", filter["anyOf"][0]["exclusiveMaximum"].Scalar());
     EXPECT_EQ("null", filter["anyOf"][1]["type"].Scalar());
     EXPECT_TRUE(filter["description"].Scalar().ends_with("."));
     EXPECT_EQ("lux", schema["$defs"]["DataBankType"]["properties"]["dataID"]["anyOf"][1]["enum"][8].Scalar());

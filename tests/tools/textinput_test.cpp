@@ -190,7 +190,7 @@ TEST(TextInput, TriggersHaveNames)
     EXPECT_EQ(TriggerCtrlLux, triggerOf("dataID: lux, bankID: BankIDTriggers"));
     EXPECT_EQ(TriggerCtrlLux, triggerOf("bankID: BankIDTriggers, dataID: 8"));
     ExpectMessages("modes: {Default: {modules: {kirodbconvbase: {data: [{value: {trigger1DataBank: {", "}}}]}}}}",
-                   {{"bankID: BankIDTriggers, dataID: luks", "1:113: unknown trigger 'luks', did you mean 'lux'?"},
+                   {{"bankID: BankIDTriggers, dataID: luxx", "1:113: unknown trigger 'luxx', did you mean 'lux'?"},
                     {"bankID: BankIDSceneAnalyzer, dataID: lux",
                      "1:118: 'lux' names an entry of the trigger bank, expected bankID: BankIDTriggers beside it, or a "
                      "number"}});

@@ -4,7 +4,6 @@
 #include <iostream>
 #include <map>
 #include <memory>
-#include <optional>
 #include <string>
 
 #include <fmt/format.h>
@@ -29,7 +28,6 @@ using tuningfile::InputError;
 struct NewOptions
 {
     std::map<std::string, std::string> answers;  ///< by the question's name
-    std::optional<bool>                isHDR;
     std::string                        output   = "-";
     bool                               isAsking = false;
     bool                               isForced = false;
@@ -82,12 +80,8 @@ Answers CollectAnswers(const NewOptions& rOptions)
     return answers;
 }
 
-int New(NewOptions& rOptions)
+int New(const NewOptions& rOptions)
 {
-    if (rOptions.isHDR.has_value())
-    {
-        rOptions.answers["hdr"] = *rOptions.isHDR ? "yes" : "no";
-    }
     const std::string& rOutput = rOptions.output;
     if (!rOptions.isForced && std::filesystem::is_regular_file(rOutput))
     {
@@ -119,7 +113,10 @@ VOID AddNewCommand(CLI::App& rApp, std::function<int()>& rRun)
         const std::string name = rQuestion.pName;
         if (name == "hdr")
         {
-            pNew->add_flag("--hdr,!--no-hdr", pOptions->isHDR, rQuestion.pText);
+            pNew->add_flag_function(
+                "--hdr,!--no-hdr",
+                [pOptions, name](INT64 count) { pOptions->answers[name] = (count > 0) ? "yes" : "no"; },
+                rQuestion.pText);
             continue;
         }
         pNew->add_option_function<std::string>(
