@@ -17,7 +17,7 @@ fail() {
 # The code blocks of a page: "+" begins one, then "line number, $ or blank, text". A command may go on behind a backslash.
 blocks() {
     awk '
-        /^```/ { is_code = !is_code && $0 == "```"; if (is_code) print "+"; next }
+        /^```/ { is_block = !is_block; is_code = is_block && $0 == "```"; if (is_code) print "+"; next }
         !is_code { next }
         { line = pending $0; pending = "" }
         line ~ /\\$/ { sub(/\\$/, "", line); pending = line; next }
