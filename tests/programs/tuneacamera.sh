@@ -83,7 +83,7 @@ grep -q '^shared, and set as well: Default|Sensor.0|Usecase.Video kirodbconvbase
 readonly after=$(frames_of_round $(($(rounds_so_far) + 2)))
 [ "$after" -ge $((2 * before)) ] || fail "the steps settle after $before frames, and after $after at a third of the speed"
 
-answers '-> +2$' set Default kiroconvergence unitStepSize=2 --force
+answers '^unitStepSize +0\.25 .* 2(\.0)?$' set Default kiroconvergence unitStepSize=2 --force
 kill -INT $camera
 wait $camera || fail "the camera ends with status $?"
 grep -q '^ripple of the safe exposure' "$work/camera" || fail 'the camera ends without a summary'

@@ -351,9 +351,11 @@ TEST(LiveSession, ListsModesOnlyOfPathsThatThereAre)
 TEST(LiveSession, DescribesOneMemberByItsRecord)
 {
     ScriptedService service({Says(4, ""), Says(4, "luxSyncConfig=1,Enum;masterAndSlaveConfig,Structure")});
-    EXPECT_EQ("member         type  count  value\nluxSyncConfig  Enum         1 (UseMaster)\n",
-              ShownBy(service, false,
-                      [](kirotune::LiveSession& rSession) { rSession.Info("Default", "kirosync.luxSyncConfig"); }));
+    EXPECT_THAT(ShownBy(service, false,
+                        [](kirotune::LiveSession& rSession) { rSession.Info("Default", "kirosync.luxSyncConfig"); }),
+                testing::StartsWith("member         type  count  value          range\n"
+                                    "luxSyncConfig  Enum         1 (UseMaster)\n"
+                                    "Whose lux index the factors over it go by"));
 }
 
 TEST(LiveSession, WatchesForChanges)

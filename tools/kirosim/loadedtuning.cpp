@@ -46,7 +46,7 @@ std::vector<BYTE> CompileText(const std::string& rPath)
     const std::string        summary = tuningcheck::Summary(tuningcheck::JudgeText(tuning, text, {}));
     if (!summary.empty())
     {
-        fmt::print(stderr, "{}: {}; kirotune check {} tells them\n", tuning.source, summary, rPath);
+        fmt::print(stderr, "kirosim: warning: {}: {}; kirotune check {} tells them\n", tuning.source, summary, rPath);
     }
     return tuningfile::WriteBinary(tuning, tuningfile::NewestVersion);
 }

@@ -114,7 +114,8 @@ int Compile(const std::string& rInput, const std::vector<std::string>& rPatches,
     {
         fmt::print(stderr, "{}: {} left out, since the file version has no place for them\n", tuning.source, rWhat);
     }
-    const std::string summary = tuningcheck::Summary(tuningcheck::JudgeText(tuning, text, {}));
+    // A patched tuning has no text that could give reasons for what is odd.
+    const std::string summary = rPatches.empty() ? tuningcheck::Summary(tuningcheck::JudgeText(tuning, text, {})) : "";
     if (!summary.empty())
     {
         fmt::print(stderr, "{}: {}; kirotune check {} tells them\n", tuning.source, summary, rInput);

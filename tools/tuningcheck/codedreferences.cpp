@@ -17,7 +17,6 @@ using kirometeringsaalgorithm::SAAlgorithmType;
 using kirometeringstatscalculator::CalculatorIntegerRangeType;
 using kirometeringstatscalculator::StatsCalculatorType;
 using kiroparamextension::statsExtensionParamType;
-using tuning::Thing;
 using tuning::Verb;
 
 constexpr INT32 ShortBlendTrigger = 100;  // unless kiroparamextension names another one
