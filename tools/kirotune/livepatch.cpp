@@ -40,10 +40,12 @@ TextNode& MemberOf(TextNode& rModule, const std::string& rMember)
 
 TextNode& ModeOf(TextNode& rModes, const std::string& rPath)
 {
-    TextNode* pMode = nullptr;
+    TextNode* pMode   = &rModes;
+    bool      isChild = false;
     for (const std::string& rName : liveclient::Split(rPath, '|'))
     {
-        pMode = &ValueOf((pMode != nullptr) ? ValueOf(*pMode, "children") : rModes, rName);
+        pMode   = &ValueOf(isChild ? ValueOf(*pMode, "children") : *pMode, rName);
+        isChild = true;
     }
     return *pMode;
 }
