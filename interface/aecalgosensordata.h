@@ -178,7 +178,7 @@ struct AECAlgoDCCalibrationInfo
 /// The longer of the two layouts covers the other: both are numbers of four bytes or pairs of two.
 TUNING_RECORD(AECAlgoDCCalibrationInfo)
     MEMBER(version)
-    tuning::DescribeMember<UINT32[6]>("values", offsetof(Record, u)),
+    tuning::Row{tuning::DescribeMember<UINT32[6]>("values", offsetof(Record, u))},
 TUNING_RECORD_END
 
 /// Payload of AECAlgoSetParamFlashCalibrationData, and answer of GetFlashCalibInfo: colours that the factory measured

@@ -119,7 +119,7 @@ struct TuningMode
 };
 TUNING_RECORD(TuningMode)
     NUMBER(mode)
-    tuning::DescribeMember<UINT32>("subMode", offsetof(Record, subMode)),
+    tuning::Row{tuning::DescribeMember<UINT32>("subMode", offsetof(Record, subMode))},
 TUNING_RECORD_END
 
 static_assert(sizeof(TuningMode) == 8, "hosts pass flat arrays of selectors");
