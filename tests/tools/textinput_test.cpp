@@ -216,7 +216,9 @@ TEST(TextInput, MistakesInTheTreeOfModesNamePlaceAndExpectation)
           "1:41: a link beside modules or children, expected it alone: it stands for all of them"}});
     ExpectMessages(
         "", "",
-        {{"", "1:1: 0 YAML documents, expected one"},
+        {{"", "1:1: no YAML document, expected one"},
+         {"modes: {}\n---\nmodes: {}", "2:1: another YAML document, expected one"},
+         {"# a comma that no list has\n,", "2:1: another YAML document, expected one"},
          {"[1]", "1:1: a list found, expected a map with 'modes' or 'tables'"},
          {"tuning: {}", "1:1: neither 'modes' nor 'tables' given, expected one of them"},
          {"mods: {}", "1:1: unknown entry 'mods', did you mean 'modes'?"},

@@ -7,6 +7,7 @@
 
 #include "tools/tuningfile/inputerror.h"
 #include "tools/tuningfile/names.h"
+#include "tools/tuningfile/yamldocument.h"
 #include "tools/tuningfile/yamlscan.h"
 
 namespace tuningfile
@@ -102,12 +103,11 @@ YamlInput::YamlInput(std::string_view text, std::string fileName) : m_fileName(s
     RequireFewValues(text);
     try
     {
-        const std::vector<YAML::Node> documents = YAML::LoadAll(WithMarkedEnd(text));
-        if (documents.size() != 1)
-        {
-            throw InputError(fmt::format("{}:1:1: {} YAML documents, expected one", m_fileName, documents.size()));
-        }
-        m_root = documents.front();
+        m_root = LoadDocument(WithMarkedEnd(text));
+    }
+    catch (const DocumentCountFault& rFault)
+    {
+        Fail(rFault.mark, rFault.msg);
     }
     catch (const YAML::DeepRecursion& rFault)
     {
