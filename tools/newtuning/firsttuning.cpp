@@ -62,10 +62,35 @@ std::string PartOf(UINT64 frameTime, DOUBLE share)
     return fmt::format("{:.0f}", std::max(std::round(static_cast<DOUBLE>(frameTime) * share / grid), 1.0) * grid);
 }
 
+/// @return 0 where no lamp flickers
+UINT64 FlickerPeriod(Mains mains)
+{
+    switch (mains)
+    {
+    case Mains::Hz50:
+        return 10000000;
+    case Mains::Hz60:
+        return 8333333;
+    default:
+        return 0;
+    }
+}
+
+/// The highest gain of the table. The grid of flicker periods comes behind it and makes up with gain for what it cuts
+/// from the time of a frame: above the highest that is allowed, unless the table ends as much below.
+DOUBLE CappedGain(const Answers& rAnswers, UINT64 frameTime)
+{
+    const UINT64 period = FlickerPeriod(rAnswers.mains);
+    const UINT64 onGrid = (period == 0 || frameTime < period) ? frameTime : frameTime - frameTime % period;
+    const DOUBLE gain   = rAnswers.topGain * static_cast<DOUBLE>(onGrid) / static_cast<DOUBLE>(frameTime);
+    return std::max(std::floor(gain * 1000.0) / 1000.0, rAnswers.gainMin);
+}
+
 /// From gain and time at their least to both at their most, each knee brighter than the one before.
 VOID FillExposures(const Answers& rAnswers, Filling& rFilling)
 {
     const UINT64 frameTime  = std::min(static_cast<UINT64>(NsPerSecond / rAnswers.FPS), rAnswers.timeMax);
+    const DOUBLE cappedGain = CappedGain(rAnswers, frameTime);
     const DOUBLE middleGain = 2 * rAnswers.gainMin;
     auto&        rTexts     = rFilling.texts;
 
@@ -73,6 +98,7 @@ VOID FillExposures(const Answers& rAnswers, Filling& rFilling)
     rTexts["gainMax"]         = fmt::format("{:g}", rAnswers.gainMax);
     rTexts["middleGain"]      = fmt::format("{:g}", middleGain);
     rTexts["topGain"]         = fmt::format("{:g}", rAnswers.topGain);
+    rTexts["cappedGain"]      = fmt::format("{:g}", cappedGain);
     rTexts["lineTime"]        = std::to_string(rAnswers.lineTime);
     rTexts["halfTime"]        = std::to_string(frameTime / 2);
     rTexts["frameTime"]       = std::to_string(frameTime);
@@ -84,27 +110,35 @@ VOID FillExposures(const Answers& rAnswers, Filling& rFilling)
     rTexts["shortPartAtMost"] = PartOf(frameTime, 0.72);
 
     rFilling.switches["hdr"]        = rAnswers.isHDR;
-    rFilling.switches["middle"]     = rAnswers.topGain > middleGain;
-    rFilling.switches["straight"]   = rAnswers.topGain <= middleGain;
-    rFilling.switches["gainRises"]  = rAnswers.topGain > rAnswers.gainMin;
+    rFilling.switches["middle"]     = cappedGain > middleGain;
+    rFilling.switches["straight"]   = cappedGain <= middleGain;
+    rFilling.switches["gainRises"]  = cappedGain > rAnswers.gainMin;
+    rFilling.switches["gridTakes"]  = cappedGain < rAnswers.topGain;
     rFilling.switches["slowFrames"] = rAnswers.timeMax > frameTime;
 }
 
 /// A zone for each number of flicker periods up to the longest time.
-VOID FillFlicker(const Answers& rAnswers, Filling& rFilling)
+std::string FlickerRows(UINT64 period, UINT64 timeMax)
 {
-    const bool   is50Hz = rAnswers.mains == Mains::Hz50;
-    const UINT64 period = is50Hz ? 10000000 : 8333333;
-    std::string  rows;
-    for (UINT64 time = period; time == period || time < rAnswers.timeMax; time += period)
+    std::string rows;
+    for (UINT64 time = period; time == period || time < timeMax; time += period)
     {
         rows += fmt::format("{}                - {{trigger: {{start: {}, end: {}}}, trigger2Data: "
                             "[{{trigger: *everywhere, triggerData: {}}}]}}",
                             rows.empty() ? "" : "\n", time, time + period, time);
     }
-    rFilling.texts["flickerRows"] = rows;
-    rFilling.texts["mains"]       = (rAnswers.mains == Mains::Off) ? "off" : is50Hz ? "50" : "60";
-    rFilling.switches["flicker"]  = rAnswers.mains != Mains::Off;
+    return rows;
+}
+
+VOID FillFlicker(const Answers& rAnswers, Filling& rFilling)
+{
+    const UINT64 period          = FlickerPeriod(rAnswers.mains);
+    rFilling.switches["flicker"] = period != 0;
+    rFilling.texts["mains"] = (rAnswers.mains == Mains::Off) ? "off" : (rAnswers.mains == Mains::Hz50) ? "50" : "60";
+    if (period != 0)
+    {
+        rFilling.texts["flickerRows"] = FlickerRows(period, rAnswers.timeMax);
+    }
 }
 
 }  // namespace
