@@ -59,7 +59,11 @@ Answers CollectAnswers(const NewOptions& rOptions)
 {
     // A person who names options knows what to say.
     const bool isAsking = rOptions.isAsking || (rOptions.answers.empty() && isatty(STDIN_FILENO) != 0);
-    Answers    answers;
+    if (!isAsking && rOptions.answers.empty())
+    {
+        fmt::print(stderr, "stdin is no terminal: defaults are taken, expected --ask if answers come that way\n");
+    }
+    Answers answers;
     for (const Question& rQuestion : newtuning::Questions())
     {
         const auto given = rOptions.answers.find(rQuestion.pName);
@@ -108,9 +112,12 @@ VOID AddNewCommand(CLI::App& rApp, std::function<int()>& rRun)
     pNew->add_flag("--force", pOptions->isForced, "replace a file that is there already");
     pNew->add_flag("--ask", pOptions->isAsking,
                    "ask for what no option says, as it is done at a terminal without any option");
+    Answers byDefault;
     for (const Question& rQuestion : newtuning::Questions())
     {
-        const std::string name = rQuestion.pName;
+        const std::string name  = rQuestion.pName;
+        const std::string usual = rQuestion.Default(byDefault);
+        (VOID) rQuestion.Take(usual, byDefault);
         if (name == "hdr")
         {
             pNew->add_flag_function(
@@ -120,8 +127,9 @@ VOID AddNewCommand(CLI::App& rApp, std::function<int()>& rRun)
             continue;
         }
         pNew->add_option_function<std::string>(
-            "--" + name, [pOptions, name](const std::string& rText) { pOptions->answers[name] = rText; },
-            rQuestion.pText);
+                "--" + name, [pOptions, name](const std::string& rText) { pOptions->answers[name] = rText; },
+                rQuestion.pText)
+            ->default_str(usual);
     }
     pNew->callback([pOptions, &rRun] { rRun = [pOptions] { return New(*pOptions); }; });
 }
