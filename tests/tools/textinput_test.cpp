@@ -153,7 +153,8 @@ TEST(TextInput, MistakesInRecordsNamePlaceAndExpectation)
           "to 3.403e+38"},
          {"luxIndexOperation: {enableCompensation: yes}",
           "2:56: 'yes' found for enableCompensation, expected true or false"},
-         {"luxIndexOperation: 3", "2:35: '3' found, expected a map of the members of LuxIndexOperationType"}});
+         {"luxIndexOperation: 3",
+          "2:35: '3' found, expected a map of enableCompensation, refExposureForLuxIndexZero, filteringFactor"}});
     ExpectMessages(modules + "kirodbroi: {", "}}}}",
                    {{"data: [{coords: [0, 0, 1]}]", "2:29: a list of 3 found for coords, expected a list of 4"},
                     {"data: [{coords: {1: 2}}]",
@@ -167,10 +168,12 @@ TEST(TextInput, MistakesInRecordsNamePlaceAndExpectation)
           "2:57: unknown KIROExposureSelection 'ExposureSaif' for exposureType, did you mean 'ExposureSafe'?"},
          {"Medium", "2:57: unknown KIROExposureSelection 'Medium' for exposureType, expected one of: ExposureShort, "
                     "ExposureSafe, ExposureLong, ExposureNone"}});
-    ExpectMessages(modules, "}}}",
-                   {{"kirometring: {}", "2:1: unknown module 'kirometring', did you mean 'kirometering'?"},
-                    {"kirometering: ", "2:15: nothing found, expected a map of the members of KIROMeteringType"},
-                    {"kirometering:\n  moduleID: -1", "3:11: '{' opened at 1:28 is not closed, expected ',' or '}'"}});
+    ExpectMessages(
+        modules, "}}}",
+        {{"kirometring: {}", "2:1: unknown module 'kirometring', did you mean 'kirometering'?"},
+         {"kirometering: ", "2:15: nothing found, expected a map of module_version, parameter_version, moduleID, "
+                            "luxIndexOperation, dynamicMtrLockEV, trackerStatsROIProcess, ..."},
+         {"kirometering:\n  moduleID: -1", "3:11: '{' opened at 1:28 is not closed, expected ',' or '}'"}});
 }
 
 TEST(TextInput, TriggersHaveNames)

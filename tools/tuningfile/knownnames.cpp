@@ -1,11 +1,31 @@
 #include "tools/tuningfile/knownnames.h"
 
+#include <algorithm>
+
 #include <fmt/format.h>
 
 #include "schema/recordwalk.h"
 
 namespace tuningfile
 {
+
+namespace
+{
+
+std::vector<std::string_view> MemberNames(const tuning::RecordDescription& rRecord)
+{
+    std::vector<std::string_view> names;
+    for (const tuning::RecordMember& rMember : rRecord.Members())
+    {
+        if (rMember.IsStored())
+        {
+            names.push_back(rMember.pName);
+        }
+    }
+    return names;
+}
+
+}  // namespace
 
 ModeName RequireModeName(const YamlInput& rInput, const YAML::Node& rNode, std::string_view text)
 {
@@ -35,6 +55,19 @@ const tuning::ModuleDescription& RequireModule(const YamlInput& rInput, const Ya
     rInput.FailUnknown(rEntry, "module", names);
 }
 
+YamlMap RequireMap(const YamlInput& rInput, const YAML::Node& rNode, const tuning::RecordDescription& rRecord)
+{
+    constexpr size_t most = 6;
+    if (rNode.IsMap())
+    {
+        return rInput.Map(rNode, rRecord.pName);
+    }
+    std::vector<std::string_view> names = MemberNames(rRecord);
+    const bool                    isCut = names.size() > most;
+    names.resize(std::min(names.size(), most));
+    return rInput.Map(rNode, fmt::format("a map of {}{}", fmt::join(names, ", "), isCut ? ", ..." : ""));
+}
+
 const tuning::RecordMember& RequireMember(const YamlInput& rInput, const YamlEntry& rEntry,
                                           const tuning::RecordDescription& rRecord)
 {
@@ -42,15 +75,7 @@ const tuning::RecordMember& RequireMember(const YamlInput& rInput, const YamlEnt
     {
         return *pMember;
     }
-    std::vector<std::string_view> names;
-    for (const tuning::RecordMember& rMember : rRecord.Members())
-    {
-        if (rMember.IsStored())
-        {
-            names.push_back(rMember.pName);
-        }
-    }
-    rInput.FailUnknown(rEntry, fmt::format("member of {}", rRecord.pName), names);
+    rInput.FailUnknown(rEntry, fmt::format("member of {}", rRecord.pName), MemberNames(rRecord));
 }
 
 }  // namespace tuningfile

@@ -15,6 +15,9 @@ ModeName RequireModeName(const YamlInput& rInput, const YAML::Node& rNode, std::
 /// @return a module whose record is known
 const tuning::ModuleDescription& RequireModule(const YamlInput& rInput, const YamlEntry& rEntry);
 
+/// @return the entries of what is to be a record
+YamlMap RequireMap(const YamlInput& rInput, const YAML::Node& rNode, const tuning::RecordDescription& rRecord);
+
 const tuning::RecordMember& RequireMember(const YamlInput& rInput, const YamlEntry& rEntry,
                                           const tuning::RecordDescription& rRecord);
 

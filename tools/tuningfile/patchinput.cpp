@@ -186,7 +186,7 @@ VOID PatchInput::ApplyModule(const YamlEntry& rEntry, const ModeTable& rTable, U
 
 VOID PatchInput::ApplyRecord(const YAML::Node& rNode, const tuning::RecordDescription& rRecord, BYTE* pRecord) const
 {
-    for (const YamlEntry& rEntry : m_input.Map(rNode, fmt::format("a map of the members of {}", rRecord.pName)))
+    for (const YamlEntry& rEntry : RequireMap(m_input, rNode, rRecord))
     {
         ApplyMember(rEntry, RequireMember(m_input, rEntry, rRecord), pRecord);
     }

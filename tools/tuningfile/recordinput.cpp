@@ -47,7 +47,7 @@ VOID RecordInput::ReadRecord(const YAML::Node& rNode, const tuning::RecordDescri
     BYTE*                       pBytes   = static_cast<BYTE*>(pRecord);
     const tuning::RecordMember* pTrigger = nullptr;
     YAML::Node                  trigger;
-    for (const YamlEntry& rEntry : m_rInput.Map(rNode, fmt::format("a map of the members of {}", rDescription.pName)))
+    for (const YamlEntry& rEntry : RequireMap(m_rInput, rNode, rDescription))
     {
         const tuning::RecordMember& rMember = RequireMember(m_rInput, rEntry, rDescription);
         if (BankBeside(rDescription, rMember) != nullptr && ReadTriggerName(rEntry.value, rMember, pBytes))
