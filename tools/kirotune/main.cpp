@@ -70,12 +70,14 @@ VOID AddTuningCommands(CLI::App& rApp, Arguments& rArguments, Command& rRun)
     pDump->add_option("-o,--output", rArguments.output, "text to write; stdout by default")->check(program::FileName);
     pDump->callback([&] { rRun = [&] { return kirotune::Dump(rArguments.input, rArguments.output); }; });
 
-    CLI::App*    pInfo    = rApp.add_subcommand("info", "show what a parameter file holds, or what a tunable means");
-    CLI::Option* pFile    = pInfo->add_option("file", rArguments.input, ParameterFile)->check(program::FileName);
-    CLI::Option* pExplain = pInfo
-                                ->add_option("--explain", rArguments.explained,
-                                             "module or member, such as kirodbconvbase.data.value.tolerance")
-                                ->excludes(pFile);
+    CLI::App*    pInfo = rApp.add_subcommand("info", "show what a parameter file holds, or what a tunable means");
+    CLI::Option* pFile = pInfo->add_option("file", rArguments.input, ParameterFile)->check(program::FileName);
+    CLI::Option* pExplain =
+        pInfo
+            ->add_option(
+                "--explain", rArguments.explained,
+                "module or member, such as kirodbconvbase.data.value.tolerance; of a member the name alone will do")
+            ->excludes(pFile);
     pInfo->add_flag("--json", rArguments.isJson, "print JSON for scripts")->excludes(pExplain);
     pInfo->callback(
         [&, pFile, pExplain]

@@ -79,7 +79,7 @@ VOID PrintIf(std::string_view label, const std::string& rText)
 {
     if (!rText.empty())
     {
-        fmt::print("  {:<11}{}\n", label, rText);
+        fmt::print("  {:<12}{}\n", label, rText);
     }
 }
 
@@ -88,7 +88,7 @@ VOID PrintMember(const std::string& rPath, const tuning::RecordMember& rMember, 
     const tuning::Words& rWords = rMemberWords.words;
     fmt::print("{}\n  {}\n", rPath, meaning::FullText(rWords));
     PrintIf("range:", meaning::ExpectedText(rWords.range, rWords.unit));
-    PrintIf("odd:", rWords.odd.IsGiven() ? meaning::RangeText(rWords.odd) : "");
+    PrintIf("also works:", rWords.odd.IsGiven() ? meaning::RangeText(rWords.odd) : "");
     PrintIf("entries:", meaning::RangeText(rWords.entries));
     PrintIf("start with:", (rWords.start != nullptr) ? rWords.start : "");
     if (rMemberWords.pEnum != nullptr)
@@ -101,6 +101,16 @@ VOID PrintMember(const std::string& rPath, const tuning::RecordMember& rMember, 
     }
 }
 
+/// Members of one name, of whichever modules.
+VOID ExplainEach(const std::vector<std::string>& rPaths)
+{
+    for (const std::string& rPath : rPaths)
+    {
+        const meaning::WordPath found = meaning::FindWords(rPath);
+        PrintMember(rPath, *found.pMember, *found.pWords);
+    }
+}
+
 }  // namespace
 
 VOID Explain(const std::string& rPath)
@@ -108,6 +118,12 @@ VOID Explain(const std::string& rPath)
     const meaning::WordPath found = meaning::FindWords(rPath);
     if (!found.unknown.empty())
     {
+        const std::vector<std::string> paths = meaning::PathsTo(rPath);
+        if (!paths.empty())
+        {
+            ExplainEach(paths);
+            return;
+        }
         throw InputError(fmt::format("unknown {} '{}' in '{}', {}", found.pModule == nullptr ? "module" : "member",
                                      found.unknown, rPath, tuningfile::Advice(found.unknown, found.known)));
     }

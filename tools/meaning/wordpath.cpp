@@ -60,6 +60,28 @@ VOID FindMember(std::string_view name, WordPath& rFound)
     rFound.unknown = name;
 }
 
+VOID CollectPaths(const std::string& rPath, const tuning::RecordWords& rRecord, std::string_view name,
+                  std::vector<std::string>& rPaths)
+{
+    for (UINT32 index = 0; index < rRecord.pRecord->memberCount; ++index)
+    {
+        const tuning::RecordMember& rMember = rRecord.pRecord->pMembers[index];
+        if (!rMember.IsStored())
+        {
+            continue;
+        }
+        const std::string path = rPath + '.' + rMember.pName;
+        if (name == rMember.pName)
+        {
+            rPaths.push_back(path);
+        }
+        if (rRecord.pMembers[index].pRecord != nullptr)
+        {
+            CollectPaths(path, *rRecord.pMembers[index].pRecord, name, rPaths);
+        }
+    }
+}
+
 }  // namespace
 
 WordPath FindWords(std::string_view path)
@@ -71,6 +93,19 @@ WordPath FindWords(std::string_view path)
         FindMember(NextPart(path), found);
     }
     return found;
+}
+
+std::vector<std::string> PathsTo(std::string_view member)
+{
+    std::vector<std::string> paths;
+    for (const tuning::ModuleDescription& rModule : tuning::TuningModules)
+    {
+        if (const tuning::RecordWords* pWords = WordsOf(rModule))
+        {
+            CollectPaths(rModule.pName, *pWords, member, paths);
+        }
+    }
+    return paths;
 }
 
 }  // namespace meaning

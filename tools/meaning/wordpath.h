@@ -26,4 +26,7 @@ struct WordPath
 /// Indices are passed over.
 WordPath FindWords(std::string_view path);
 
+/// @return the paths of all members of that name, module by module
+std::vector<std::string> PathsTo(std::string_view member);
+
 }  // namespace meaning
