@@ -86,7 +86,9 @@ const SceneTable<Event>& EventTable()
           Choice(&Event::antibanding, {{"off", StatisticsAntibandingOff},
                                        {"50", StatisticsAntibanding50Hz},
                                        {"60", StatisticsAntibanding60Hz}}),
-          "", "mains frequency in Hz whose flicker exposure times avoid"},
+          "",
+          "mains frequency in Hz whose flicker exposure times avoid, by the grid of the tuning for it; off until an "
+          "event says so"},
          {"fps", Numbers<Event>(2, 0.1, 1000.0, SetFPS), "frames per second",
           "lowest and highest frame rate; exposure times may last a period of the lowest"},
          {"manual", Made(&Event::manual, ReadManual, {.type = SceneType::Map, .members = ManualTable}), "",

@@ -49,7 +49,8 @@ const SceneTable<Lamp>& LampTable()
 {
     static const SceneTable<Lamp> table(
         "a lamp", "member of a lamp",
-        {{"hertz", Number(&Lamp::hertz, 0.0, 1000.0), "Hz", "flicker within a frame: 100 or 120; 0 for steady light"},
+        {{"hertz", Number(&Lamp::hertz, 0.0, 1000.0), "Hz",
+          "flicker within a frame: 100 or 120; 0 for steady light. For a lamp that is switched, see light"},
          {"depth", Number(&Lamp::depth, 0.0, 1.0), "share of the mean", "amplitude of the flicker"}});
     return table;
 }

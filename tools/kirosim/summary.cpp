@@ -135,10 +135,12 @@ RunSummary SummaryBuilder::Finish() const
     }
     const size_t              tail = std::min(RippleFrames, m_samples.size());
     const std::vector<Sample> last(m_samples.end() - static_cast<ptrdiff_t>(tail), m_samples.end());
-    summary.rippleEV       = Swing(last, [](const Sample& rSample) { return rSample.exposureLog2; });
-    summary.pictureSwingEV = Swing(last, [](const Sample& rSample) { return rSample.pictureEV; });
-    summary.rampLagEV      = MeasureRampLag();
-    summary.failure        = FailureAt(0, m_samples.size());
+    summary.rippleEV           = Swing(last, [](const Sample& rSample) { return rSample.exposureLog2; });
+    summary.pictureSwingEV     = Swing(last, [](const Sample& rSample) { return rSample.pictureEV; });
+    summary.rampLagEV          = MeasureRampLag();
+    summary.failure            = FailureAt(0, m_samples.size());
+    summary.isAntibandingAsked = std::any_of(m_rScene.events.begin(), m_rScene.events.end(),
+                                             [](const Event& rEvent) { return rEvent.antibanding.has_value(); });
     for (const Sample& rSample : last)
     {
         summary.finalErrorEV += (rSample.targetLog2 - rSample.exposureLog2) / static_cast<DOUBLE>(last.size());
@@ -250,7 +252,8 @@ std::string FormatSummary(const RunSummary& rSummary)
     }
     if (rSummary.bandingLast > 0.0)
     {
-        text += fmt::format("banding, last {} frames: {:.2f} percent\n", RippleFrames, rSummary.bandingLast * 100.0);
+        text += fmt::format("banding, last {} frames: {:.2f} percent{}\n", RippleFrames, rSummary.bandingLast * 100.0,
+                            rSummary.isAntibandingAsked ? "" : "; no event of the scene sets antibanding");
     }
     if (!rSummary.failure.empty())
     {
