@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <set>
 
 #include <fmt/format.h>
 
@@ -124,8 +125,15 @@ VOID Explain(const std::string& rPath)
             ExplainEach(paths);
             return;
         }
-        throw InputError(fmt::format("unknown {} '{}' in '{}', {}", found.pModule == nullptr ? "module" : "member",
-                                     found.unknown, rPath, tuningfile::Advice(found.unknown, found.known)));
+        std::vector<std::string_view> known = found.known;
+        if (found.pModule == nullptr)
+        {
+            const std::set<std::string_view> members = meaning::MemberNames();
+            known.insert(known.end(), members.begin(), members.end());
+        }
+        throw InputError(fmt::format("unknown {} '{}' in '{}', {}",
+                                     found.pModule == nullptr ? "module or member" : "member", found.unknown, rPath,
+                                     tuningfile::Advice(found.unknown, known)));
     }
     if (found.pMember == nullptr)
     {

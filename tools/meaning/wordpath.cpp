@@ -60,8 +60,9 @@ VOID FindMember(std::string_view name, WordPath& rFound)
     rFound.unknown = name;
 }
 
-VOID CollectPaths(const std::string& rPath, const tuning::RecordWords& rRecord, std::string_view name,
-                  std::vector<std::string>& rPaths)
+/// Calls visit(path, name) for each member of a record, the members of its records after it.
+template <typename Visit>
+VOID ForEachMember(const std::string& rPath, const tuning::RecordWords& rRecord, const Visit& rVisit)
 {
     for (UINT32 index = 0; index < rRecord.pRecord->memberCount; ++index)
     {
@@ -71,13 +72,21 @@ VOID CollectPaths(const std::string& rPath, const tuning::RecordWords& rRecord, 
             continue;
         }
         const std::string path = rPath + '.' + rMember.pName;
-        if (name == rMember.pName)
-        {
-            rPaths.push_back(path);
-        }
+        rVisit(path, rMember.pName);
         if (rRecord.pMembers[index].pRecord != nullptr)
         {
-            CollectPaths(path, *rRecord.pMembers[index].pRecord, name, rPaths);
+            ForEachMember(path, *rRecord.pMembers[index].pRecord, rVisit);
+        }
+    }
+}
+
+template <typename Visit> VOID ForEachMember(const Visit& rVisit)
+{
+    for (const tuning::ModuleDescription& rModule : tuning::TuningModules)
+    {
+        if (const tuning::RecordWords* pWords = WordsOf(rModule))
+        {
+            ForEachMember(rModule.pName, *pWords, rVisit);
         }
     }
 }
@@ -95,16 +104,24 @@ WordPath FindWords(std::string_view path)
     return found;
 }
 
+std::set<std::string_view> MemberNames()
+{
+    std::set<std::string_view> names;
+    ForEachMember([&names](const std::string& /*rPath*/, const CHAR* pName) { names.insert(pName); });
+    return names;
+}
+
 std::vector<std::string> PathsTo(std::string_view member)
 {
     std::vector<std::string> paths;
-    for (const tuning::ModuleDescription& rModule : tuning::TuningModules)
-    {
-        if (const tuning::RecordWords* pWords = WordsOf(rModule))
+    ForEachMember(
+        [&](const std::string& rPath, const CHAR* pName)
         {
-            CollectPaths(rModule.pName, *pWords, member, paths);
-        }
-    }
+            if (member == pName)
+            {
+                paths.push_back(rPath);
+            }
+        });
     return paths;
 }
 

@@ -2,6 +2,7 @@
 /// Finds what a tunable says by its path.
 #pragma once
 
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,6 +26,9 @@ struct WordPath
 
 /// Indices are passed over.
 WordPath FindWords(std::string_view path);
+
+/// @return the names of the members of all modules
+std::set<std::string_view> MemberNames();
 
 /// @return the paths of all members of that name, module by module
 std::vector<std::string> PathsTo(std::string_view member);
