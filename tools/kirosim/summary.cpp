@@ -36,6 +36,19 @@ template <typename Samples, typename Value> DOUBLE Swing(const Samples& rSamples
     return high - low;
 }
 
+/// @return what is behind bands, as the end of a line; empty if nobody sees any
+const CHAR* CauseOfBands(const RunSummary& rSummary)
+{
+    constexpr DOUBLE visible = 0.005;
+    if (rSummary.bandingLast < visible)
+    {
+        return "";
+    }
+    return rSummary.isAntibandingAsked ? "; the light is too bright for a period of its flicker, or the tuning has no "
+                                         "grid for the mains that the scene names"
+                                       : "; no event of the scene sets antibanding";
+}
+
 }  // namespace
 
 SummaryBuilder::SummaryBuilder(const Scene& rScene) : m_rScene(rScene), m_isLegal(true)
@@ -139,6 +152,7 @@ RunSummary SummaryBuilder::Finish() const
     summary.pictureSwingEV     = Swing(last, [](const Sample& rSample) { return rSample.pictureEV; });
     summary.rampLagEV          = MeasureRampLag();
     summary.failure            = FailureAt(0, m_samples.size());
+    summary.isLampFlickering   = m_rScene.lamp.hertz > 0.0;
     summary.isAntibandingAsked = std::any_of(m_rScene.events.begin(), m_rScene.events.end(),
                                              [](const Event& rEvent) { return rEvent.antibanding.has_value(); });
     for (const Sample& rSample : last)
@@ -250,10 +264,10 @@ std::string FormatSummary(const RunSummary& rSummary)
     {
         text += fmt::format("mean lag behind the ramps: {:.3f} EV\n", *rSummary.rampLagEV);
     }
-    if (rSummary.bandingLast > 0.0)
+    if (rSummary.isLampFlickering)
     {
         text += fmt::format("banding, last {} frames: {:.2f} percent{}\n", RippleFrames, rSummary.bandingLast * 100.0,
-                            rSummary.isAntibandingAsked ? "" : "; no event of the scene sets antibanding");
+                            CauseOfBands(rSummary));
     }
     if (!rSummary.failure.empty())
     {

@@ -32,6 +32,7 @@ struct RunSummary
     DOUBLE                  finalErrorEV;    ///< mean of metered target over exposure, last 100 frames
     DOUBLE                  bandingLast;     ///< share of the mean, last 100 frames, worst
     std::string             failure;         ///< what is wrong with exposure or picture at the end; empty if nothing is
+    bool                    isLampFlickering;
     bool                    isAntibandingAsked;  ///< by any event of the scene
     bool                    isLegal;             ///< no exposure was NaN, zero or outside the sensor's limits
 };
