@@ -74,7 +74,7 @@ TEST(Shapes, WhatIsSwitchedOffIsNotJudged)
     modules:
       kirohdrsensor:
         hybridHDR: {enableHybridHDR: )" +
-                                       rSwitch + R"(, drcGainSwitchThresholdTrigger: {trigger2Data: [{triggerData: 9}]}}
+                                       rSwitch + R"(, drcGainSwitchThresholdTrigger: {trigger2Data: [{triggerData: 1}]}}
       kiroscenechangedetector:
         scdBank: [{SCDId: 1, enable: )" +
                                        rSwitch + R"(, priority: Invalid}]
@@ -129,7 +129,7 @@ TEST(Shapes, AControlNeedsARangeThatItCanUseAndThatIsItsOwn)
     EXPECT_EQ("", findings(Control("ArbCtrlFPS", 1), Control("ArbCtrlManualGain", 2)));
     ExpectOne(findings(Control("ArbCtrlFPS", 1), Control("ArbCtrlManualISO", 1)), "18",
               "controls[1] names range 1, which is of ArbQuantityTime");
-    ExpectOne(findings(Control("ArbCtrlManualGain", 2), Control("ArbCtrlManualISO", 2)), "18",
+    ExpectOne(findings(Control("ArbCtrlManualGain", 2), Control("ArbCtrlTableGainRange", 2)), "18",
               "controls[1] shares range 2 with ArbCtrlManualGain");
     EXPECT_EQ("", findings(Control("ArbCtrlCustomRange", 2), Control("ArbCtrlTableGainRange", 2)));
 

@@ -25,10 +25,8 @@ struct Need
 /// In the order in which a frame uses them. All else may be left out: a feature is off then.
 constexpr Need Needs[] = {
     {"kirometeringstatscalculator", "nothing is measured"},
-    {"kirodb2dmeterweight", "a mean over a grid is not measured"},
     {"kirometeringsceneanalyzer", "no target is metered"},
     {"kirodbactiveanalyzers", "no analyzer runs, so that no target is metered"},
-    {"kirometering", "the lux index has no zero"},
     {"kirodbarbitrationtable", "no exposure is split into gain and time"},
     {"kirodbarbitrationorder", "nothing is arbitrated: no gain, no time"},
     {"kiroconvergence", "the smallest move is 0, so that moves do not end on their target"},

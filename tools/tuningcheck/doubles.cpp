@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include "schema/kiromtrtablegen.h"
 #include "tools/tuningcheck/codedreferences.h"
 #include "tools/tuningcheck/runlists.h"
 
@@ -55,20 +56,57 @@ VOID CheckTrigger(const Mention& rWriter, Findings& rFindings)
     }
 }
 
-/// Calculators of one list run together, and with those that run always.
-VOID CheckRunTogether(const std::vector<const Mention*>& rMentions, const RunList& rList, Findings& rFindings)
+/// A generator that goes on with the table of an earlier one, a filter of a value: these add to what they overwrite.
+std::vector<const Mention*> OverwritersIn(const std::vector<const Mention*>& rMentions)
+{
+    std::set<std::pair<const BYTE*, Named>> reads;
+    for (const Mention* pMention : rMentions)
+    {
+        if (pMention->verb == Verb::Reads && pMention->pOwner != nullptr)
+        {
+            reads.emplace(pMention->pOwner, pMention->named);
+        }
+    }
+    std::vector<const Mention*> writers;
+    std::ranges::copy_if(rMentions, std::back_inserter(writers),
+                         [&reads](const Mention* pMention)
+                         {
+                             return pMention->verb == Verb::Writes && !pMention->IsEndOfRange() &&
+                                    !reads.contains({pMention->pOwner, pMention->named});
+                         });
+    return writers;
+}
+
+/// Calculators of one list run together, and with those that run always, which do not in flash pictures.
+VOID CheckRunTogether(const std::vector<const Mention*>& rWriters, const RunList& rList, bool isForFlash,
+                      Findings& rFindings)
 {
     std::set<INT64> numbers;
     std::ranges::transform(rList, std::inserter(numbers, numbers.end()),
                            [](const Mention* pMention) { return pMention->named.number; });
     std::map<Named, const Mention*> writers;
-    for (const Mention* pMention : rMentions)
+    for (const Mention* pWriter : rWriters)
     {
-        const bool isRun = !pMention->user.has_value() || numbers.contains(pMention->user->number);
-        if (pMention->verb == Verb::Writes && pMention->named.kind == BankKind(BankIDStatsCalculator) && isRun &&
-            !pMention->IsEndOfRange())
+        const bool isRun = pWriter->user.has_value() ? numbers.contains(pWriter->user->number) : !isForFlash;
+        if (pWriter->named.kind == BankKind(BankIDStatsCalculator) && isRun)
         {
-            NoteWriter(*pMention, writers, rFindings);
+            NoteWriter(*pWriter, writers, rFindings);
+        }
+    }
+}
+
+/// In a flash picture tables for the flash are made, in all others those of the generators.
+VOID CheckTables(const std::vector<const Mention*>& rWriters, bool isForFlash, Findings& rFindings)
+{
+    std::map<Named, const Mention*> tables;
+    for (const Mention* pWriter : rWriters)
+    {
+        const bool isOfOther = pWriter->pItem == &tuning::DescriptionOf<kiromtrtablegen::TableGeneratorType>()
+                                   ? isForFlash
+                                   : pWriter->pItem == nullptr && !isForFlash;
+        if (pWriter->named.kind == BankKind(BankIDMetering2D) && !isOfOther)
+        {
+            NoteWriter(*pWriter, tables, rFindings);
         }
     }
 }
@@ -97,24 +135,20 @@ std::set<Kind> CheckDoubleNumbers(const std::vector<Mention>& rMentions, Finding
     return doubles;
 }
 
-VOID CheckDoubleOutputs(const std::vector<const Mention*>& rMentions, Findings& rFindings)
+VOID CheckDoubleOutputs(const ModeView& rView, const std::vector<const Mention*>& rMentions, Findings& rFindings)
 {
-    std::map<Named, const Mention*> tables;
-    for (const Mention* pMention : rMentions)
+    const std::vector<const Mention*> writers = OverwritersIn(rMentions);
+    for (const Mention* pWriter : writers)
     {
-        if (pMention->verb != Verb::Writes)
-        {
-            continue;
-        }
-        CheckTrigger(*pMention, rFindings);
-        if (pMention->named.kind == BankKind(BankIDMetering2D))
-        {
-            NoteWriter(*pMention, tables, rFindings);
-        }
+        CheckTrigger(*pWriter, rFindings);
+    }
+    for (const bool isForFlash : {false, true})
+    {
+        CheckTables(writers, isForFlash, rFindings);
     }
     for (const auto& [pRecord, rList] : RunListsOf(rMentions, Thing::Calculator))
     {
-        CheckRunTogether(rMentions, rList, rFindings);
+        CheckRunTogether(writers, rList, IsForFlashAlone(rView, pRecord), rFindings);
     }
 }
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tools/tuningcheck/mention.h"
+#include "tools/tuningcheck/modeview.h"
 
 namespace tuningcheck
 {
@@ -15,6 +16,6 @@ namespace tuningcheck
 std::set<Kind> CheckDoubleNumbers(const std::vector<Mention>& rMentions, Findings& rFindings);
 
 /// @param rMentions of one mode
-VOID CheckDoubleOutputs(const std::vector<const Mention*>& rMentions, Findings& rFindings);
+VOID CheckDoubleOutputs(const ModeView& rView, const std::vector<const Mention*>& rMentions, Findings& rFindings);
 
 }  // namespace tuningcheck

@@ -56,9 +56,17 @@ Inventory::Inventory(const std::vector<const Mention*>& rMentions, const std::ve
         {
             m_labels.try_emplace(pMention->named, pMention->label);
         }
-        else if (pMention->named.kind.thing != Thing::Bank)
+    }
+    for (const bool isOfUser : {false, true})  // analyzers, by their run lists, before the algorithms that they name
+    {
+        for (const Mention* pMention : rMentions)
         {
-            m_inUse.insert(pMention->named);
+            const bool isOther = pMention->user != pMention->named;  // the parameters of an algorithm name it, too
+            if (pMention->verb == Verb::Reads && pMention->named.kind.thing != Thing::Bank && isOther &&
+                pMention->user.has_value() == isOfUser && IsInUse(*pMention))
+            {
+                m_inUse.insert(pMention->named);
+            }
         }
     }
     m_areChannelsKnown = !OfKind({Thing::Channel}).empty();

@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 
 #include "schema/kiroflashsnapshot.h"
+#include "schema/kirometeringsaalgorithm.h"
 #include "schema/kirometeringsceneanalyzer.h"
 #include "schema/kirometeringstatscalculator.h"
 #include "tools/meaning/wordtext.h"
@@ -54,9 +55,11 @@ std::string LabelOf(const RecordSpot& rRecord)
     return "";
 }
 
-/// What must be in use for the numbers of a record to count: the calculator or analyzer of a list that it is a part of.
+/// What must be in use for the numbers of a record to count: the calculator, analyzer or algorithm that it is a part
+/// of.
 std::optional<Named> UserOf(const RecordSpot& rRecord)
 {
+    using kirometeringsaalgorithm::SAAlgorithmType;
     using kirometeringsceneanalyzer::SceneAnalyzerType;
     using kirometeringstatscalculator::StatsCalculatorType;
     if (rRecord.pType == &tuning::DescriptionOf<kiroflashsnapshot::FlashSnapshotLux>())
@@ -65,6 +68,10 @@ std::optional<Named> UserOf(const RecordSpot& rRecord)
     }
     for (const RecordSpot* pItem = ItemAround(rRecord); pItem != nullptr; pItem = ItemAround(*pItem->pAround->pIn))
     {
+        if (pItem->pType == &tuning::DescriptionOf<SAAlgorithmType>())
+        {
+            return Named{{Thing::Algorithm}, tuning::Load<SAAlgorithmType>(pItem->pRecord).ID};
+        }
         if (pItem->pType == &tuning::DescriptionOf<StatsCalculatorType>())
         {
             return Named{{Thing::Calculator}, tuning::Load<StatsCalculatorType>(pItem->pRecord).calculatorID};
@@ -94,7 +101,8 @@ std::span<const Reference> ReferencesOf(const tuning::EnumWords& rEnum, INT32 va
 std::span<const Reference> ReferencesOf(const Spot& rSpot)
 {
     const RecordSpot& rRecord = *rSpot.pIn;
-    for (UINT32 index = 0; index < rRecord.pType->memberCount; ++index)
+    const auto&       rOwn    = rSpot.pWords->words.refers;
+    for (UINT32 index = 0; rOwn[0].thing != Thing::Nothing && index < rRecord.pType->memberCount; ++index)
     {
         const RecordMember&        rMember = rRecord.pType->pMembers[index];
         const tuning::MemberWords& rWords  = rRecord.pWords->pMembers[index];
@@ -103,7 +111,7 @@ std::span<const Reference> ReferencesOf(const Spot& rSpot)
             return ReferencesOf(*rWords.pEnum, rRecord.Get<INT32>(rMember));
         }
     }
-    return rSpot.pWords->words.refers;
+    return rOwn;
 }
 
 /// A table under number 0 is not found again, and the end of a range that is left out is 0.
@@ -251,7 +259,8 @@ private:
              "is " + ((rNamed.kind.thing == Thing::Channel) ? rSpot.ValueText() : std::to_string(rNamed.number)),
              LabelOf(*rSpot.pIn), m_rModule.pModule, m_rModule.mode, rSpot.pIn->pRecord,
              (pItem != nullptr) ? pItem->pAround->pIn->pRecord + pItem->pAround->pMember->offset : nullptr,
-             (pItem != nullptr) ? pItem->pType : nullptr, UserOf(*rSpot.pIn), rSpot.IsInherited()});
+             (pItem != nullptr) ? pItem->pType : nullptr, (pItem != nullptr) ? pItem->pRecord : nullptr,
+             UserOf(*rSpot.pIn), rSpot.IsInherited()});
     }
 
     const ModulePlace&   m_rModule;

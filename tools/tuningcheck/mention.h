@@ -28,6 +28,7 @@ struct Mention
     const BYTE*               pRecord;  ///< that holds the number
     const BYTE*               pList;    ///< that the record, or one around it, is an item of; null outside of lists
     const tuning::RecordDescription* pItem;        ///< type of that item
+    const BYTE*                      pOwner;       ///< that item; null outside of lists
     std::optional<Named>             user;         ///< only while this is in use the mention counts
     bool                             isInherited;  ///< the mode above says the same in the same place
 

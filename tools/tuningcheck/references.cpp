@@ -74,7 +74,7 @@ VOID References::CheckMode(const ModeView& rView)
             CheckReader(*pMention, inventory, rView);
         }
     }
-    CheckDoubleOutputs(mentions, m_rFindings);
+    CheckDoubleOutputs(rView, mentions, m_rFindings);
     CheckSafeExposure(rView, mentions, m_rFindings);
 }
 

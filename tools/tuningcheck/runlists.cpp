@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include "schema/kirodbactivecalculators.h"
 #include "schema/kirometeringsceneanalyzer.h"
 
 namespace tuningcheck
@@ -14,6 +15,7 @@ namespace tuningcheck
 namespace
 {
 
+using kirodbactivecalculators::KIRODBActiveCalculatorsType;
 using kirometeringsceneanalyzer::KIROMeteringSceneAnalyzerType;
 using kirometeringsceneanalyzer::SceneAnalyzerType;
 using tuning::Thing;
@@ -56,6 +58,29 @@ std::map<const BYTE*, RunList> RunListsOf(const std::vector<const Mention*>& rMe
         }
     }
     return lists;
+}
+
+bool IsForFlashAlone(const ModeView& rView, const BYTE* pList)
+{
+    const auto* pBank = rView.Get<KIRODBActiveCalculatorsType>("kirodbactivecalculators");
+    if (pBank == nullptr || pBank->dataCount == 0)
+    {
+        return false;
+    }
+    const UINT32 list      = tuning::Load<DBActiveCalculatorsPayload>(pList).dataID;
+    bool         isByFlash = false;
+    bool         isByOther = pBank->data[pBank->dataCount - 1].dataID == list;  // applies where no row does
+    for (const auto& rRow : std::span(pBank->dataBank.priorityMap, pBank->dataBank.priorityMapCount))
+    {
+        if (static_cast<UINT32>(rRow.dataID) == list)
+        {
+            const std::span events(rRow.context, rRow.contextCount);
+            const bool      isFlash = std::ranges::find(events, AECCoreSnapshotFlash) != events.end();
+            isByFlash |= isFlash;
+            isByOther |= !isFlash;
+        }
+    }
+    return isByFlash && !isByOther;
 }
 
 VOID CheckSafeExposure(const ModeView& rView, const std::vector<const Mention*>& rMentions, Findings& rFindings)

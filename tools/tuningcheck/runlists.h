@@ -18,6 +18,10 @@ using RunList = std::vector<const Mention*>;
 /// @return the lists of a mode by their records
 std::map<const BYTE*, RunList> RunListsOf(const std::vector<const Mention*>& rMentions, tuning::Thing thing);
 
+/// @param pList a list of calculators
+/// @return whether it is selected in flash pictures alone
+bool IsForFlashAlone(const ModeView& rView, const BYTE* pList);
+
 /// Without an analyzer of the safe exposure in a list that exposure is 0.
 VOID CheckSafeExposure(const ModeView& rView, const std::vector<const Mention*>& rMentions, Findings& rFindings);
 

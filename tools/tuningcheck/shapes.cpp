@@ -59,7 +59,6 @@ constexpr ModuleCheck ModuleChecks[] = {
     {"kiroparamextension", CheckBlendParameters},
     {"kirodbsnapshot", CheckFixedGains},
     {"kirostartup", CheckLightStart},
-    {"kirohdrsensor", CheckHybridHDR},
     {"kiroexternalmapprocessor", CheckMapProcessors},
     {"kiromtrtablegen", CheckTableGenerators},
     {"kiro1dvectorprocessor", CheckFilters},
@@ -67,7 +66,7 @@ constexpr ModuleCheck ModuleChecks[] = {
 
 constexpr VOID (*ModeChecks[])(const ModeView&, Findings&) = {
     CheckMeasuredRegions, CheckSettling,    CheckRanges,          CheckOrders,
-    CheckFlickerGrids,    CheckCameraPairs, CheckHeededDetectors,
+    CheckFlickerGrids,    CheckCameraPairs, CheckHeededDetectors, CheckHybridHDR,
 };
 
 }  // namespace

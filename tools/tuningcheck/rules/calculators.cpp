@@ -58,15 +58,31 @@ bool StoresTwo(CalculatorAPIType api)
     return api == API05HistLumaRangeAverage || api == API09GridStatsRoughness;
 }
 
+/// The last entry of two calculators is published as a trigger; that of the others is for logs.
+bool IsEndRead(const StatsCalculatorType& rCalculator, const RecordJudge& rJudge)
+{
+    const auto& rModule = *rJudge.Around<KIROMeteringStatsCalculatorType>();
+    return &rCalculator == &rModule.darkRatioStatsCalculator || &rCalculator == &rModule.brightRatioStatsCalculator;
+}
+
 VOID CheckStorage(const StatsCalculatorType& rCalculator, const RecordJudge& rJudge)
 {
     const CalculatorIntegerRangeType& rStorage = rCalculator.outputStorage;
     const INT64                       last     = INT64{rStorage.start} + (StoresTwo(rCalculator.APISelection) ? 1 : 0);
-    if (rCalculator.APISelection != API00Invalid && rStorage.end < last)
+    if (rCalculator.APISelection == API00Invalid || rStorage.end >= last)
     {
-        rJudge.Error("outputStorage", fmt::format("ends at {}", rStorage.end),
-                     fmt::format("an end of {} or more for {}", last, EnumeratorText(rCalculator.APISelection)),
-                     StoresTwo(rCalculator.APISelection) ? "it stores two numbers" : "");
+        return;
+    }
+    const std::string found = fmt::format("ends at {}", rStorage.end);
+    const std::string expected =
+        fmt::format("an end of {} or more for {}", last, EnumeratorText(rCalculator.APISelection));
+    if (IsEndRead(rCalculator, rJudge))
+    {
+        rJudge.Error("outputStorage", found, expected, "the ratio is read from the end");
+    }
+    else
+    {
+        rJudge.Advise("outputStorage", found, expected, "what lies beyond is stored, too, and logged in each frame");
     }
 }
 
@@ -81,8 +97,9 @@ VOID CheckNumbers(const StatsCalculatorType& rCalculator, const RecordJudge& rJu
     }
     if (isColour && rCalculator.extensionArrayCount == 0)
     {
-        rJudge.Error("extensionArray", "is empty",
-                     fmt::format("the width of the fall-off for {}", EnumeratorText(rCalculator.APISelection)));
+        rJudge.Advise("extensionArray", "is empty",
+                      fmt::format("the width of the fall-off for {}", EnumeratorText(rCalculator.APISelection)),
+                      "without it the region has a hard edge");
     }
 }
 

@@ -1,12 +1,10 @@
 #include "tools/tuningcheck/rules/camerapairs.h"
 
-#include <algorithm>
-
 #include <fmt/format.h>
 
-#include "schema/kirodbarbitrationorder.h"
 #include "schema/kirosync.h"
 #include "tools/tuningcheck/recordjudge.h"
+#include "tools/tuningcheck/rules/arbitrationranges.h"
 
 namespace tuningcheck
 {
@@ -34,6 +32,18 @@ VOID CheckRoles(const MtrExpType& rRole, const std::string_view role, const Reco
     }
 }
 
+VOID CheckFactors(const CHAR* pList, std::span<const aecTriggerDataFloatType> factors, const RecordJudge& rJudge)
+{
+    for (UINT32 index = 0; index < factors.size(); ++index)
+    {
+        if (factors[index].triggerData <= 0.0F)
+        {
+            rJudge.ErrorIn(pList, index, fmt::format("is a factor of {}", factors[index].triggerData),
+                           "above 0 (factor)", "1 stands for a module like the others");
+        }
+    }
+}
+
 VOID CheckDynamicMixing(const DynamicMixingConfigType& rMixing, const RecordJudge& rJudge)
 {
     if (rJudge.Around<KIROSyncType>()->masterAndSlaveConfig.slave.meteirngType != AECAlgoMeteringMixDynamic)
@@ -48,6 +58,7 @@ VOID CheckDynamicMixing(const DynamicMixingConfigType& rMixing, const RecordJudg
     {
         rJudge.Error("postExpCompTrigger", "has no zones", "factors for AECAlgoMeteringMixDynamic of the slave");
     }
+    CheckFactors("postExpCompTrigger", ListOf(rMixing.postExpCompTrigger, rMixing.postExpCompTriggerCount), rJudge);
     const auto weights = ListOf(rMixing.dynamicWeightTrigger, rMixing.dynamicWeightTriggerCount);
     for (UINT32 index = 0; index < weights.size(); ++index)
     {
@@ -55,18 +66,6 @@ VOID CheckDynamicMixing(const DynamicMixingConfigType& rMixing, const RecordJudg
         {
             rJudge.ErrorIn("dynamicWeightTrigger", index, fmt::format("is a weight of {}", weights[index].triggerData),
                            "0 to 1 (share)", "1 takes the targets of the master alone");
-        }
-    }
-}
-
-VOID CheckFactors(const CHAR* pList, std::span<const aecTriggerDataFloatType> factors, const RecordJudge& rJudge)
-{
-    for (UINT32 index = 0; index < factors.size(); ++index)
-    {
-        if (factors[index].triggerData <= 0.0F)
-        {
-            rJudge.ErrorIn(pList, index, fmt::format("is a factor of {}", factors[index].triggerData),
-                           "above 0 (factor)", "1 stands for a module like the others");
         }
     }
 }
@@ -86,22 +85,16 @@ VOID CheckMatching(const AECExposureSyncConfigType& rConfig, const RecordJudge& 
     }
 }
 
-bool HasMasterTime(const KIRODBArbitrationOrderType& rOrders)
+bool HasMasterTime(const ModeView& rView)
 {
-    for (const DBArbitrationOrderPayload& rPayload : ListOf(rOrders.data, rOrders.dataCount))
-    {
-        for (const ArbitrationControlExposureType& rExposure : rPayload.value.exposureTypes)
-        {
-            const auto controls = ListOf(rExposure.controls, rExposure.controlsCount);
-            if (std::any_of(controls.begin(), controls.end(),
-                            [](const OrderType& rControl)
-                            { return rControl.enableControl != FALSE && rControl.controlID == ArbCtrlMasterTime; }))
-            {
-                return true;
-            }
-        }
-    }
-    return false;
+    bool hasTime = false;
+    ForEachControl(rView,
+                   [&hasTime](std::span<const OrderType> controls, size_t index)
+                   {
+                       const OrderType& rControl = controls[index];
+                       hasTime |= rControl.enableControl != FALSE && rControl.controlID == ArbCtrlMasterTime;
+                   });
+    return hasTime;
 }
 
 }  // namespace
@@ -119,14 +112,7 @@ VOID CheckCameraPairs(const ModeView& rView, Findings& rFindings)
                                             CheckRoles(rConfig.master, "master", rJudge);
                                             CheckRoles(rConfig.slave, "slave", rJudge);
                                         });
-    JudgeEach<DynamicMixingConfigType>(
-        *pModule, rFindings,
-        [](const DynamicMixingConfigType& rMixing, const RecordJudge& rJudge)
-        {
-            CheckDynamicMixing(rMixing, rJudge);
-            CheckFactors("postExpCompTrigger", ListOf(rMixing.postExpCompTrigger, rMixing.postExpCompTriggerCount),
-                         rJudge);
-        });
+    JudgeEach<DynamicMixingConfigType>(*pModule, rFindings, CheckDynamicMixing);
     JudgeEach<GlobalExpCompType>(
         *pModule, rFindings,
         [](const GlobalExpCompType& rFactors, const RecordJudge& rJudge)
@@ -137,8 +123,7 @@ VOID CheckCameraPairs(const ModeView& rView, Findings& rFindings)
         { CheckFactors("cctCompTrigger", ListOf(rFactors.cctCompTrigger, rFactors.cctCompTriggerCount), rJudge); });
     JudgeEach<AECExposureSyncConfigType>(*pModule, rFindings, CheckMatching);
 
-    const auto* pOrders = rView.Get<KIRODBArbitrationOrderType>("kirodbarbitrationorder");
-    const bool  hasTime = pOrders != nullptr && HasMasterTime(*pOrders);
+    const bool hasTime = HasMasterTime(rView);
     JudgeEach<AECExposureSyncConfigType>(
         *pModule, rFindings,
         [hasTime](const AECExposureSyncConfigType& rConfig, const RecordJudge& rJudge)

@@ -39,7 +39,8 @@ bool HasUsableSpan(const EVCoreDataType& rEV)
 
 VOID CheckSpan(const EVCoreDataType& rEV, const RecordJudge& rJudge)
 {
-    if (rEV.minEVValue >= rEV.maxEVValue)
+    const bool isOff = rEV.minEVValue == 0 && rEV.maxEVValue == 0;
+    if (rEV.minEVValue >= rEV.maxEVValue && !isOff)
     {
         rJudge.Error("maxEVValue", fmt::format("is {}", rEV.maxEVValue),
                      fmt::format("above {}, the minEVValue", rEV.minEVValue));

@@ -5,8 +5,8 @@
 #include <fmt/format.h>
 
 #include "schema/kirodbarbitrationlut.h"
-#include "schema/kirodbarbitrationorder.h"
 #include "tools/tuningcheck/recordjudge.h"
+#include "tools/tuningcheck/rules/arbitrationranges.h"
 
 namespace tuningcheck
 {
@@ -22,31 +22,30 @@ constexpr DOUBLE NsPerSecond = 1e9;
 /// How far from a whole period a time may be: a thousandth of bands is not seen.
 constexpr DOUBLE EqualPeriods = 1e-3;
 
-/// @return periods of the light in ns of a LUT that a flicker control names; 0 for other LUTs
-DOUBLE PeriodOf(const KIRODBArbitrationOrderType& rOrders, INT32 dataID)
+/// @return period of the light in ns of a LUT that a flicker control names; 0 for other LUTs
+DOUBLE PeriodOf(const ModeView& rView, INT32 dataID)
 {
-    for (const DBArbitrationOrderPayload& rPayload : ListOf(rOrders.data, rOrders.dataCount))
-    {
-        for (const ArbitrationControlExposureType& rExposure : rPayload.value.exposureTypes)
-        {
-            for (const OrderType& rControl : ListOf(rExposure.controls, rExposure.controlsCount))
-            {
-                const bool is50 = rControl.controlID == ArbCtrlFlicker50LUT;
-                if ((is50 || rControl.controlID == ArbCtrlFlicker60LUT) && rControl.dataID == dataID)
-                {
-                    return NsPerSecond / (is50 ? 100.0 : 120.0);  // a lamp flickers twice in a period of the mains
-                }
-            }
-        }
-    }
-    return 0.0;
+    DOUBLE period = 0.0;
+    ForEachControl(rView,
+                   [&](std::span<const OrderType> controls, size_t index)
+                   {
+                       const ArbitrationControl control = controls[index].controlID;
+                       const bool               is50    = control == ArbCtrlFlicker50LUT;
+                       if ((is50 || control == ArbCtrlFlicker60LUT) && controls[index].dataID == dataID)
+                       {
+                           // A lamp flickers twice in a period of the mains.
+                           period = NsPerSecond / (is50 ? 100.0 : 120.0);
+                       }
+                   });
+    return period;
 }
 
+/// Times below one period are kept: in bright light nothing else is left.
 VOID CheckTime(const kiroglobalelements::TriggerSystemEndLevelType& rZone, DOUBLE period, const RecordJudge& rJudge)
 {
     const DOUBLE periods = static_cast<DOUBLE>(rZone.triggerData) / period;
-    const DOUBLE whole   = std::max(1.0, std::round(periods));
-    if (std::abs(periods - whole) > EqualPeriods)
+    const DOUBLE whole   = std::round(periods);
+    if (periods > 1.0 && std::abs(periods - whole) > EqualPeriods)
     {
         rJudge.Error("triggerData", fmt::format("is {} ns", rZone.triggerData),
                      fmt::format("whole periods of the lamp, as {:.0f} ns", std::floor(whole * period)),
@@ -68,13 +67,12 @@ VOID CheckOutput(const LUTType& rLUT, const RecordJudge& rJudge)
 VOID CheckFlickerGrids(const ModeView& rView, Findings& rFindings)
 {
     const ModulePlace* pModule = rView.Find("kirodbarbitrationlut");
-    const auto*        pOrders = rView.Get<KIRODBArbitrationOrderType>("kirodbarbitrationorder");
-    if (pModule == nullptr || pOrders == nullptr)
+    if (pModule == nullptr)
     {
         return;
     }
-    const auto periodOf = [pOrders](const RecordJudge& rJudge)
-    { return PeriodOf(*pOrders, rJudge.Around<DBArbitrationLUTPayload>()->dataID); };
+    const auto periodOf = [&rView](const RecordJudge& rJudge)
+    { return PeriodOf(rView, rJudge.Around<DBArbitrationLUTPayload>()->dataID); };
     JudgeEach<LUTType>(
         *pModule, rFindings,
         [&periodOf](const LUTType& rLUT, const RecordJudge& rJudge)

@@ -23,9 +23,9 @@ VOID CheckHold(const AECSCDType& rDetector, const RecordJudge& rJudge)
     const std::string found = fmt::format("is {}", rDetector.SCDId);
     if (rDetector.enable == FALSE || rDetector.holdTimeConfig.enable == FALSE)
     {
-        rJudge.Error("SCDID", found,
-                     fmt::format("a detector with enable and holdTimeConfig.enable, unlike {}", rDetector.SCDId),
-                     "convergence never holds by this one");
+        rJudge.Advise("SCDID", found,
+                      fmt::format("a detector with enable and holdTimeConfig.enable, unlike {}", rDetector.SCDId),
+                      "convergence never holds by this one");
     }
     else if (rDetector.priority > kiroscenechangedetector::ConvergenceStart)
     {

@@ -1,7 +1,10 @@
 #include "tools/tuningcheck/rules/hybridhdr.h"
 
+#include <algorithm>
+
 #include <fmt/format.h>
 
+#include "schema/kiroconvergence.h"
 #include "schema/kirohdrsensor.h"
 #include "tools/tuningcheck/recordjudge.h"
 
@@ -13,33 +16,51 @@ namespace
 
 using kirohdrsensor::HybridHDRType;
 
-/// What ADRC may reach while the sensor bins, unless somebody sets another cap.
+/// What smoothed ADRC may reach while the sensor bins, unless somebody sets another cap.
 constexpr FLOAT BinnedCap = 3.0F;
 
-VOID CheckThreshold(const kiroglobalelements::TriggerSystemEndLevelType& rZone, const RecordJudge& rJudge)
+/// One zone may well keep the sensor in one of its modes; all of them make the switch pointless.
+VOID CheckThresholds(const HybridHDRType& rHybrid, bool isCapped, const RecordJudge& rJudge)
 {
-    if (rZone.triggerData <= 1.0F || rZone.triggerData >= BinnedCap)
+    const auto& rTree = rHybrid.drcGainSwitchThresholdTrigger;
+    const auto  zones = ListOf(rTree.trigger2Data, rTree.trigger2DataCount);
+    if (rHybrid.enableHybridHDR == FALSE)
     {
-        rJudge.Error("triggerData", fmt::format("is {}", rZone.triggerData),
-                     fmt::format("above 1 and below {} (ADRC gain)", BinnedCap),
-                     "otherwise the sensor never takes one of its modes");
+        return;
     }
-}
-
-VOID CheckThresholds(const HybridHDRType& rHybrid, const RecordJudge& rJudge)
-{
-    if (rHybrid.enableHybridHDR != FALSE && rHybrid.drcGainSwitchThresholdTrigger.trigger2DataCount == 0)
+    if (zones.empty())
     {
         rJudge.Error("drcGainSwitchThresholdTrigger", "has no zones", "thresholds in trigger2Data");
+    }
+    else if (std::ranges::all_of(zones, [](const auto& rZone) { return rZone.triggerData <= 1.0F; }))
+    {
+        rJudge.Error("drcGainSwitchThresholdTrigger", "has no threshold above 1", "one above 1 (ADRC gain)",
+                     "otherwise the sensor never bins");
+    }
+    else if (isCapped && std::ranges::all_of(zones, [](const auto& rZone) { return rZone.triggerData >= BinnedCap; }))
+    {
+        rJudge.Advise("drcGainSwitchThresholdTrigger", fmt::format("has no threshold below {}", BinnedCap),
+                      fmt::format("one below {} (ADRC gain), the cap while the sensor bins", BinnedCap),
+                      "otherwise it bins for ever; right if something sets trigger 54, the cap");
     }
 }
 
 }  // namespace
 
-VOID CheckHybridHDR(const ModulePlace& rModule, Findings& rFindings)
+VOID CheckHybridHDR(const ModeView& rView, Findings& rFindings)
 {
-    JudgeEach<kiroglobalelements::TriggerSystemEndLevelType>(rModule, rFindings, CheckThreshold);
-    JudgeEach<HybridHDRType>(rModule, rFindings, CheckThresholds);
+    const ModulePlace* pModule = rView.Find("kirohdrsensor");
+    if (pModule == nullptr)
+    {
+        return;
+    }
+    const auto* pConvergence = rView.Get<kiroconvergence::KIROConvergenceType>("kiroconvergence");
+    const bool  isCapped     = pConvergence != nullptr && pConvergence->smoothADRC.enableSmoothDRC != FALSE;
+    JudgeEach<HybridHDRType>(
+        *pModule, rFindings,
+        [isCapped](const HybridHDRType& rHybrid, const RecordJudge& rJudge)
+        { CheckThresholds(rHybrid, isCapped, rJudge); },
+        Whose::Any);
 }
 
 }  // namespace tuningcheck

@@ -22,10 +22,12 @@ using namespace kirometeringstatscalculator;
 constexpr FLOAT LeftOut  = -1.0F;  ///< the weight of a cell that is not measured
 constexpr FLOAT Rounding = 1e-5F;
 
+constexpr INT64 SelectedByContext = 0;
+
 /// The entries that calculators name.
 struct Used
 {
-    std::set<INT64> regions;  ///< of a mean over a grid
+    std::set<INT64> regions;  ///< of a mean over a grid; 0 is the whole frame
     std::set<INT64> tables2D;
     std::set<INT64> tables1D;
 };
@@ -54,6 +56,42 @@ Used UsedOf(const ModeView& rView, Findings& rFindings)
         },
         Whose::Any);
     return used;
+}
+
+/// Adds what the context may select where a calculator leaves the choice to it.
+template <typename Bank> VOID AddSelected(const Bank* pBank, std::set<INT64>& rUsed)
+{
+    if (pBank == nullptr || pBank->dataCount == 0 || !rUsed.contains(SelectedByContext))
+    {
+        return;
+    }
+    for (const auto& rRow : ListOf(pBank->dataBank.priorityMap, pBank->dataBank.priorityMapCount))
+    {
+        rUsed.insert(rRow.dataID);
+    }
+    rUsed.insert(pBank->data[pBank->dataCount - 1].dataID);
+}
+
+/// Takes out the tables that stages of the core fill.
+VOID RemoveWritten(const ModeView& rView, std::set<INT64>& rTables)
+{
+    Visitor visitor;
+    visitor.value = [&rTables](const Spot& rSpot)
+    {
+        const tuning::Reference& rReference = rSpot.pWords->words.refers[0];
+        if (rReference.verb == tuning::Verb::Writes && rReference.thing == tuning::Thing::Bank &&
+            rReference.banks == tuning::RowTerms::BitsOf(BankIDMetering2D))
+        {
+            rTables.erase(static_cast<INT64>(rSpot.Number()));
+        }
+    };
+    for (const CHAR* pName : {"kiromtrtablegen", "kiroexternalmapprocessor"})
+    {
+        if (const ModulePlace* pModule = rView.Find(pName))
+        {
+            WalkModule(*pModule, visitor);
+        }
+    }
 }
 
 VOID CheckRegion(const DBROIPayload& rRegion, const RecordJudge& rJudge)
@@ -86,7 +124,7 @@ VOID JudgeUsed(const ModeView& rView, const CHAR* pModule, const std::set<INT64>
 {
     const auto onlyUsed = [&](const Payload& rPayload, const RecordJudge& rJudge)
     {
-        if (rPayload.dataID != 0 && rUsed.contains(rPayload.dataID))
+        if (rUsed.contains(rPayload.dataID))
         {
             rRule(rPayload, rJudge);
         }
@@ -101,7 +139,11 @@ VOID JudgeUsed(const ModeView& rView, const CHAR* pModule, const std::set<INT64>
 
 VOID CheckMeasuredRegions(const ModeView& rView, Findings& rFindings)
 {
-    const Used used         = UsedOf(rView, rFindings);
+    Used used = UsedOf(rView, rFindings);
+    used.regions.erase(0);
+    AddSelected(rView.Get<kirodb2dmeterweight::KIRODB2DMeterWeightType>("kirodb2dmeterweight"), used.tables2D);
+    AddSelected(rView.Get<kirodb1dmeterweight::KIRODB1DMeterWeightType>("kirodb1dmeterweight"), used.tables1D);
+    RemoveWritten(rView, used.tables2D);
     const auto checkWeights = [](const auto& rTable, const RecordJudge& rJudge)
     { CheckWeights(rTable.weights, rJudge); };
     JudgeUsed<DBROIPayload>(rView, "kirodbroi", used.regions, rFindings, CheckRegion);

@@ -15,6 +15,9 @@ namespace
 
 using namespace kiroextension;
 
+/// By so much a sum of scores may miss the threshold.
+constexpr FLOAT EqualScores = 1e-7F;
+
 /// Flags for the host.
 constexpr UINT32 MaxScenesOf3HDR = 3;
 
@@ -46,13 +49,13 @@ Scores ScoresOf(const MonitorSceneConfiguration& rScene)
 VOID CheckScene(const MonitorSceneConfiguration& rScene, const RecordJudge& rJudge)
 {
     const Scores scores = ScoresOf(rScene);
-    if (rScene.passThreshold > scores.most)
+    if (rScene.passThreshold > scores.most + EqualScores)
     {
         rJudge.Error("passThreshold", fmt::format("is {}", rScene.passThreshold),
                      fmt::format("{} or less, the sum of the highest scores of the criteria", scores.most),
                      "otherwise the scene never passes");
     }
-    else if (rScene.passThreshold <= scores.least)
+    else if (rScene.passThreshold <= scores.least + EqualScores)
     {
         rJudge.Advise("passThreshold", fmt::format("is {}", rScene.passThreshold),
                       fmt::format("above {}, the sum of the lowest scores of the criteria", scores.least),

@@ -1,6 +1,7 @@
 #include "tools/tuningcheck/rules/orders.h"
 
 #include <algorithm>
+#include <map>
 
 #include <fmt/format.h>
 
@@ -63,6 +64,29 @@ bool HasFittingRange(const OrderType& rControl, const RangesByID& rRanges)
     return !quantity.has_value() || pRange == nullptr || pRange->quantity == *quantity;
 }
 
+/// The ranges of a mode, and the controls by which the host puts in bounds.
+struct Ranges
+{
+    RangesByID                          byID;
+    std::map<INT32, ArbitrationControl> hostControls;  ///< by range
+};
+
+Ranges RangesOf(const ModeView& rView)
+{
+    Ranges ranges{RangesByID(rView), {}};
+    ForEachControl(rView,
+                   [&ranges](std::span<const OrderType> controls, size_t index)
+                   {
+                       const OrderType& rControl = controls[index];
+                       if (rControl.enableControl != FALSE && rControl.dataID != 0 && IsSetByHost(rControl.controlID) &&
+                           HasFittingRange(rControl, ranges.byID))
+                       {
+                           ranges.hostControls.try_emplace(rControl.dataID, rControl.controlID);
+                       }
+                   });
+    return ranges;
+}
+
 VOID CheckQuantity(const OrderType& rControl, UINT32 index, const RangesByID& rRanges, const RecordJudge& rJudge)
 {
     if (!HasFittingRange(rControl, rRanges))
@@ -75,25 +99,18 @@ VOID CheckQuantity(const OrderType& rControl, UINT32 index, const RangesByID& rR
     }
 }
 
-/// The host overwrites the bounds of a range that is its own in each frame.
-VOID CheckSharing(std::span<const OrderType> controls, UINT32 index, const RangesByID& rRanges,
-                  const RecordJudge& rJudge)
+/// The host overwrites the bounds of a range that is its own, for all lists. Before each of its own controls it puts in
+/// those of that control, so that these may share one.
+VOID CheckSharing(const OrderType& rControl, UINT32 index, const Ranges& rRanges, const RecordJudge& rJudge)
 {
-    const OrderType& rHere = controls[index];
-    for (const OrderType& rBefore : controls.first(index))
+    const auto owner = rRanges.hostControls.find(rControl.dataID);
+    if (owner != rRanges.hostControls.end() && IsRangeControl(rControl.controlID) && !IsSetByHost(rControl.controlID) &&
+        HasFittingRange(rControl, rRanges.byID))
     {
-        const bool isShared = rBefore.enableControl != FALSE && rBefore.controlID != rHere.controlID &&
-                              rBefore.dataID == rHere.dataID && IsRangeControl(rBefore.controlID) &&
-                              IsRangeControl(rHere.controlID);
-        if (isShared && (IsSetByHost(rBefore.controlID) || IsSetByHost(rHere.controlID)) &&
-            HasFittingRange(rBefore, rRanges) && HasFittingRange(rHere, rRanges))
-        {
-            rJudge.ErrorIn("controls", index,
-                           fmt::format("shares range {} with {}", rHere.dataID, EnumeratorText(rBefore.controlID)),
-                           fmt::format("a range of its own for {}", EnumeratorText(rHere.controlID)),
-                           "the host puts in its bounds in each frame");
-            return;
-        }
+        rJudge.ErrorIn("controls", index,
+                       fmt::format("shares range {} with {}", rControl.dataID, EnumeratorText(owner->second)),
+                       fmt::format("a range of its own for {}", EnumeratorText(rControl.controlID)),
+                       "the host puts in its bounds in each frame");
     }
 }
 
@@ -121,7 +138,7 @@ VOID CheckPlace(std::span<const OrderType> controls, UINT32 index, const RangesB
     }
 }
 
-VOID CheckControls(const ArbitrationControlExposureType& rList, const RangesByID& rRanges, const RecordJudge& rJudge)
+VOID CheckControls(const ArbitrationControlExposureType& rList, const Ranges& rRanges, const RecordJudge& rJudge)
 {
     const auto controls = ListOf(rList.controls, rList.controlsCount);
     for (UINT32 index = 0; index < controls.size(); ++index)
@@ -131,9 +148,9 @@ VOID CheckControls(const ArbitrationControlExposureType& rList, const RangesByID
         {
             continue;
         }
-        CheckQuantity(rControl, index, rRanges, rJudge);
-        CheckSharing(controls, index, rRanges, rJudge);
-        CheckPlace(controls, index, rRanges, rJudge);
+        CheckQuantity(rControl, index, rRanges.byID, rJudge);
+        CheckSharing(rControl, index, rRanges, rJudge);
+        CheckPlace(controls, index, rRanges.byID, rJudge);
         if (rControl.controlID == ArbCtrlSHDRTimeRange && rList.exposureType == ExposureLong)
         {
             rJudge.ErrorIn("controls", index, "is ArbCtrlSHDRTimeRange for ExposureLong",
@@ -151,7 +168,7 @@ VOID CheckOrders(const ModeView& rView, Findings& rFindings)
     {
         return;
     }
-    const RangesByID ranges(rView);
+    const Ranges ranges = RangesOf(rView);
     JudgeEach<ArbitrationControlOrder>(*pModule, rFindings, CheckLists, Whose::Any);
     JudgeEach<ArbitrationControlExposureType>(
         *pModule, rFindings,

@@ -88,24 +88,15 @@ VOID CheckRange(const RangeType& rRange, const RecordJudge& rJudge)
 std::set<INT32> FilledInRanges(const ModeView& rView)
 {
     std::set<INT32> filledIn;
-    const auto*     pOrders = rView.Get<KIRODBArbitrationOrderType>("kirodbarbitrationorder");
-    if (pOrders == nullptr)
-    {
-        return filledIn;
-    }
-    for (const DBArbitrationOrderPayload& rPayload : ListOf(pOrders->data, pOrders->dataCount))
-    {
-        for (const ArbitrationControlExposureType& rExposure : rPayload.value.exposureTypes)
-        {
-            for (const OrderType& rControl : ListOf(rExposure.controls, rExposure.controlsCount))
-            {
-                if (IsSetByHost(rControl.controlID) || rControl.controlID == ArbCtrlMasterTime)
-                {
-                    filledIn.insert(rControl.dataID);
-                }
-            }
-        }
-    }
+    ForEachControl(rView,
+                   [&filledIn](std::span<const OrderType> controls, size_t index)
+                   {
+                       const OrderType& rControl = controls[index];
+                       if (IsSetByHost(rControl.controlID) || rControl.controlID == ArbCtrlMasterTime)
+                       {
+                           filledIn.insert(rControl.dataID);
+                       }
+                   });
     return filledIn;
 }
 

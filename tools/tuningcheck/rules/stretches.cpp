@@ -28,7 +28,7 @@ VOID CheckFactor(const ConvStretchCoreDataType& rStretch, const RecordJudge& rJu
 
 VOID CheckDirection(const DBConvStretchCoreData& rSet, const RecordJudge& rJudge)
 {
-    if (rSet.convSameDirection == FALSE)
+    if (rSet.convSameDirection == FALSE || rSet.convStretchCount == 0)
     {
         return;
     }
@@ -45,22 +45,12 @@ VOID CheckDirection(const DBConvStretchCoreData& rSet, const RecordJudge& rJudge
     }
 }
 
-VOID CheckAggregation(const DBConvStretchCoreData& rSet, const RecordJudge& rJudge)
-{
-    if (rSet.convStretchCount == 0 && rSet.convStretchAgg != StretchAggAverage)
-    {
-        rJudge.Error("convStretchAgg", fmt::format("is {} without any stretch", EnumeratorText(rSet.convStretchAgg)),
-                     "StretchAggAverage", "the others need stretches to choose from");
-    }
-    CheckDirection(rSet, rJudge);
-}
-
 }  // namespace
 
 VOID CheckStretches(const ModulePlace& rModule, Findings& rFindings)
 {
     JudgeEach<ConvStretchCoreDataType>(rModule, rFindings, CheckFactor);
-    JudgeEach<DBConvStretchCoreData>(rModule, rFindings, CheckAggregation);
+    JudgeEach<DBConvStretchCoreData>(rModule, rFindings, CheckDirection);
 }
 
 }  // namespace tuningcheck

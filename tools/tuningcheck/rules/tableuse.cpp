@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "schema/kirodbarbitrationorder.h"
-#include "tools/tuningcheck/recordjudge.h"
 #include "tools/tuningcheck/rules/arbitrationranges.h"
 
 namespace tuningcheck
@@ -31,28 +29,17 @@ TableUse TableUseOf(const ModeView& rView)
 {
     TableUse         use;
     const RangesByID ranges(rView);
-    const auto*      pOrders = rView.Get<KIRODBArbitrationOrderType>("kirodbarbitrationorder");
-    if (pOrders == nullptr)
-    {
-        return use;
-    }
-    for (const DBArbitrationOrderPayload& rPayload : ListOf(pOrders->data, pOrders->dataCount))
-    {
-        for (const ArbitrationControlExposureType& rExposure : rPayload.value.exposureTypes)
-        {
-            const auto controls = ListOf(rExposure.controls, rExposure.controlsCount);
-            for (size_t index = 0; index < controls.size(); ++index)
-            {
-                const auto before = controls.first(index);
-                if (controls[index].controlID == ArbCtrlTable && controls[index].enableControl &&
-                    std::none_of(before.begin(), before.end(),
-                                 [&](const OrderType& rControl) { return IsCap(rControl, ranges); }))
-                {
-                    use.AddUncapped(controls[index].dataID);
-                }
-            }
-        }
-    }
+    ForEachControl(rView,
+                   [&](std::span<const OrderType> controls, size_t index)
+                   {
+                       const OrderType& rTable = controls[index];
+                       const bool isCapped = std::ranges::any_of(controls.first(index), [&](const OrderType& rControl)
+                                                                 { return IsCap(rControl, ranges); });
+                       if (rTable.controlID == ArbCtrlTable && rTable.enableControl && !isCapped)
+                       {
+                           use.AddUncapped(rTable.dataID);
+                       }
+                   });
     return use;
 }
 
