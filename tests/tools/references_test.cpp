@@ -49,7 +49,7 @@ modes:
     children:
       Sensor.0:
         modules:
-          kirodbactivecalculators: {data: [{dataID: 1, calculatorID: [6]}]}
+          kirodbactivecalculators: {data: [{dataID: 1, calculatorID: [6, 5]}]}
       Sensor.1:
         modules:
           kirodbroi: {data: [{dataID: 20, description: Corner}]}
@@ -68,7 +68,7 @@ constexpr ReferenceCase Wrong[] = {
     {"ROIID: 20", "ROIID: 3", "ROIID: 3", "generalParameters.ROIID",
      "is 3, expected an entry of bank ROITable: 1 (Whole), 20 (Spot); or add it to data of kirodbroi"},
     {"ROIID: 20", "ROIID: 22", "ROIID: 22", "generalParameters.ROIID", "did you mean 20 (Spot)?"},
-    {"[6]}", "[66]}", "[66]", "Default|Sensor.0 kirodbactivecalculators.data[0].calculatorID[0]",
+    {"[6, 5]}", "[66, 5]}", "[66, 5]", "Default|Sensor.0 kirodbactivecalculators.data[0].calculatorID[0]",
      "is 66, expected a calculator: 5 (Spot), 6 (Dark); did you mean 6 (Dark)?"},
     // The region that only one mode has left out is missing in that mode.
     {"{dataID: 20, description: Corner}", "{dataID: 4, description: Corner}", "ROIID: 20", "generalParameters.ROIID",
@@ -82,7 +82,7 @@ constexpr ReferenceCase Wrong[] = {
     {"calculatorID: 6\n", "calculatorID: 5\n", "calculatorID: 5\n            description: Dark",
      "statsCalculators[1].calculatorID", "is 5, as statsCalculators[0].calculatorID, expected a number of its own"},
     {"{start: 8, end: 9}", "{start: 6, end: 9}", "start: 6", "statsCalculators[1].outputStorage.start",
-     "is 7, which Default kirometeringstatscalculator.statsCalculators[0].outputStorage.start writes, too"},
+     "also writes 7, which Default kirometeringstatscalculator.statsCalculators[0].outputStorage.start writes, too"},
     {"channel1: SafeHist", "channel1: SaveHist", "SaveHist", "channel1", "did you mean 'SafeHist'"},
     {"exposureType: ExposureSafe", "exposureType: ExposureLong", "analyzerID: [0]", "analyzerID[0]",
      "a list without an analyzer of ExposureSafe"},
@@ -146,8 +146,11 @@ TEST(References, WhatNoModeUsesIsAdvice)
     EXPECT_EQ(Severity::Advice, analyzer[0].severity);
     EXPECT_EQ("is 1, which nothing names", analyzer[0].value);
 
-    // A list that one mode alone has is enough of a use.
-    EXPECT_TRUE(never("[5, 6]", "[5]").empty());
+    // A list that one mode alone has is enough of a use, but not for the other mode, whose luma reads the output.
+    const auto inOneMode = never("[5, 6]", "[5]");
+    ASSERT_EQ(1u, inOneMode.size()) << ToText(inOneMode);
+    EXPECT_EQ(Severity::Error, inOneMode[0].severity);
+    EXPECT_EQ("calculator 6 writes it, but no list runs that one", inOneMode[0].advice);
     // Whoever is misspelt may be the one who is not named.
     const auto misspelt = never("[5, 6]", "[55]");
     ASSERT_EQ(1u, misspelt.size()) << ToText(misspelt);
@@ -157,7 +160,7 @@ TEST(References, WhatNoModeUsesIsAdvice)
 TEST(References, ModesThatChangeNothingAreAdvice)
 {
     UINT32     line = 0;
-    const auto same = NewFindingsOf(ReplacedText(RightText, "calculatorID: [6]", "calculatorID: [5, 6]", 0, line));
+    const auto same = NewFindingsOf(ReplacedText(RightText, "calculatorID: [6, 5]", "calculatorID: [5, 6]", 0, line));
     ASSERT_EQ(1u, same.size()) << ToText(same);
     EXPECT_EQ("Default|Sensor.0 kirodbactivecalculators", same[0].path);
     EXPECT_EQ("holds the same as in the mode above", same[0].value);

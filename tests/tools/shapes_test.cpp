@@ -102,6 +102,7 @@ std::string ArbitrationText(const std::string& rControls)
           - dataID: 1
             value: {quantity: ArbQuantityTime, start: &same {val: 1.0, adj: ArbRangeRelativeFactor}, end: *same}
           - {dataID: 2, value: {quantity: ArbQuantityGain, start: *same, end: {val: 8.0, adj: ArbRangeAbsolute}}}
+          - {dataID: 4, value: {quantity: ArbQuantityGain, start: *same, end: {val: 0.5, adj: ArbRangeAbsolute}}}
           - {dataID: 3, value: {quantity: ArbQuantityIndex, start: *same, end: *same}}
       kirodbarbitrationorder:
         data:
@@ -127,15 +128,18 @@ TEST(Shapes, AControlNeedsARangeThatItCanUseAndThatIsItsOwn)
     { return FindingsOf("kirodbarbitrationorder", ArbitrationText("[" + rFirst + ", " + rSecond + "]")); };
 
     EXPECT_EQ("", findings(Control("ArbCtrlFPS", 1), Control("ArbCtrlManualGain", 2)));
-    ExpectOne(findings(Control("ArbCtrlFPS", 1), Control("ArbCtrlManualISO", 1)), "18",
+    ExpectOne(findings(Control("ArbCtrlFPS", 1), Control("ArbCtrlManualISO", 1)), "19",
               "controls[1] names range 1, which is of ArbQuantityTime");
-    ExpectOne(findings(Control("ArbCtrlManualGain", 2), Control("ArbCtrlTableGainRange", 2)), "18",
+    ExpectOne(findings(Control("ArbCtrlManualGain", 2), Control("ArbCtrlTableGainRange", 2)), "19",
               "controls[1] shares range 2 with ArbCtrlManualGain");
     EXPECT_EQ("", findings(Control("ArbCtrlCustomRange", 2), Control("ArbCtrlTableGainRange", 2)));
 
+    ExpectOne(findings(Control("ArbCtrlTable", 1), Control("ArbCtrlMasterTime", 1)), "19", "has a relative bound");
+    ExpectOne(FindingsOf("data[2].value.end", ArbitrationText("[]")), "11", "below the sensor's lowest gain");
+
     EXPECT_EQ("", findings(Control("ArbCtrlTable", 1), Control("ArbCtrlCustomRange", 3)));
-    ExpectOne(findings(Control("ArbCtrlCustomRange", 3), Control("ArbCtrlTable", 1)), "18", "before a table");
-    ExpectOne(findings(Control("ArbCtrlTable", 1), Control("ArbCtrlSHDRTimeRange", 1)), "18", "for ExposureLong");
+    ExpectOne(findings(Control("ArbCtrlCustomRange", 3), Control("ArbCtrlTable", 1)), "19", "before a table");
+    ExpectOne(findings(Control("ArbCtrlTable", 1), Control("ArbCtrlSHDRTimeRange", 1)), "19", "for ExposureLong");
 }
 
 TEST(Shapes, ATableThatEndsBelowTheSensorIsCappedByARangeOrToldOf)

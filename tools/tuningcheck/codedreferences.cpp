@@ -35,6 +35,7 @@ constexpr KIROTriggerType CoreTriggers[] = {TriggerCtrlPrev,
                                             TriggerCtrlGain,
                                             TriggerCtrlSensitivity,
                                             TriggerCtrlLuma,
+                                            TriggerFlashExpIncrease,
                                             TriggerFlashInfluence,
                                             TriggerCtrlHDRDRCGain,
                                             TriggerCtrlHDRADRCGain,
@@ -187,10 +188,10 @@ VOID FindCodedReferences(const RecordSpot& rRecord, const ReferenceSink& rSink)
     FindIdleStretch(rRecord, rSink);
 }
 
-bool IsAlgorithm(INT64 number)
+std::span<const INT64> Algorithms()
 {
-    constexpr INT64 coded[] = {1, 2, 3, 4, 101};
-    return std::ranges::find(coded, number) != std::end(coded);
+    static constexpr INT64 coded[] = {1, 2, 3, 4, 101};
+    return coded;
 }
 
 bool IsPublishedByCore(INT64 trigger)

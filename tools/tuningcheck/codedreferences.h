@@ -4,6 +4,7 @@
 #pragma once
 
 #include <functional>
+#include <span>
 
 #include "tools/tuningcheck/named.h"
 #include "tools/tuningcheck/spot.h"
@@ -16,8 +17,8 @@ using ReferenceSink = std::function<VOID(const Spot&, tuning::Verb, const Named&
 /// Hands on the references in the numbers of a record.
 VOID FindCodedReferences(const RecordSpot& rRecord, const ReferenceSink& rSink);
 
-/// @return whether a coded algorithm of analyzers has the number
-bool IsAlgorithm(INT64 number);
+/// @return the numbers of the coded algorithms of analyzers
+std::span<const INT64> Algorithms();
 
 /// @return whether a stage of the core publishes the trigger in each frame or when its feature runs
 bool IsPublishedByCore(INT64 trigger);

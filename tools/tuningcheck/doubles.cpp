@@ -26,6 +26,8 @@ std::string AdviceOn(Thing thing)
         return "both run";
     case Thing::Analyzer:
         return "the first runs";
+    case Thing::HistoryReference:
+        return "of two the first counts";
     default:
         return "of two the later counts";
     }
@@ -146,6 +148,7 @@ VOID CheckDoubleOutputs(const ModeView& rView, const std::vector<const Mention*>
     {
         CheckTables(writers, isForFlash, rFindings);
     }
+    CheckRunTogether(writers, {}, false, rFindings);
     for (const auto& [pRecord, rList] : RunListsOf(rMentions, Thing::Calculator))
     {
         CheckRunTogether(writers, rList, IsForFlashAlone(rView, pRecord), rFindings);

@@ -46,16 +46,13 @@ std::string TextOf(const Named& rNamed, const std::string& rLabel)
 
 Inventory::Inventory(const std::vector<const Mention*>& rMentions, const std::vector<std::string>& rChannels)
 {
+    for (const INT64 algorithm : Algorithms())
+    {
+        m_labels[{{Thing::Algorithm}, algorithm}];
+    }
     for (const std::string& rChannel : rChannels)
     {
         m_labels[{{Thing::Channel}, 0, rChannel}];
-    }
-    for (const Mention* pMention : rMentions)
-    {
-        if (pMention->verb != Verb::Reads)
-        {
-            m_labels.try_emplace(pMention->named, pMention->label);
-        }
     }
     for (const bool isOfUser : {false, true})  // analyzers, by their run lists, before the algorithms that they name
     {
@@ -67,6 +64,14 @@ Inventory::Inventory(const std::vector<const Mention*>& rMentions, const std::ve
             {
                 m_inUse.insert(pMention->named);
             }
+        }
+    }
+    for (const Mention* pMention : rMentions)
+    {
+        if (pMention->verb != Verb::Reads)
+        {
+            m_labels.try_emplace(pMention->named, pMention->label);
+            (IsInUse(*pMention) ? m_written : m_idle).emplace(pMention->named, pMention->user);
         }
     }
     m_areChannelsKnown = !OfKind({Thing::Channel}).empty();
@@ -87,8 +92,6 @@ bool Inventory::Has(const Named& rNamed) const
 {
     switch (rNamed.kind.thing)
     {
-    case Thing::Algorithm:
-        return IsAlgorithm(rNamed.number);
     case Thing::Channel:
         return !m_areChannelsKnown || m_labels.contains(rNamed);
     case Thing::Bank:
@@ -102,6 +105,12 @@ bool Inventory::Has(const Named& rNamed) const
     default:
         return m_labels.contains(rNamed);
     }
+}
+
+bool Inventory::IsIdle(const Named& rNamed) const
+{
+    const auto idle = m_idle.find(rNamed);
+    return idle != m_idle.end() && idle->second->kind == Kind{Thing::Calculator} && !m_written.contains(rNamed);
 }
 
 bool Inventory::IsInUse(const Mention& rMention) const
@@ -131,6 +140,10 @@ std::string Inventory::AdviceFor(const Named& rNamed) const
         const std::string advice = tuningfile::Advice(rNamed.name, names);
         return advice.ends_with('?') ? advice : "";  // what there is stands in the finding already
     }
+    if (IsIdle(rNamed))
+    {
+        return fmt::format("calculator {} writes it, but no list runs that one", m_idle.at(rNamed)->number);
+    }
     const auto isNear = [&](const auto& rEntry)
     { return entries.size() == 1 || AreNear(rEntry->first.number, rNamed.number); };
     if (std::ranges::count_if(entries, isNear) == 1)
@@ -138,7 +151,7 @@ std::string Inventory::AdviceFor(const Named& rNamed) const
         const auto near = *std::ranges::find_if(entries, isNear);
         return fmt::format("did you mean {}?", TextOf(near->first, near->second));
     }
-    return "or add it to " + HomeOf(rNamed.kind);
+    return (rNamed.kind.thing == Thing::Algorithm) ? "" : "or add it to " + HomeOf(rNamed.kind);
 }
 
 }  // namespace tuningcheck

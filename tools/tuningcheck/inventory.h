@@ -20,6 +20,9 @@ public:
 
     bool Has(const Named& rNamed) const;
 
+    /// @return whether calculators alone write it that no list of the mode runs, so that it keeps what it has or is 0
+    bool IsIdle(const Named& rNamed) const;
+
     /// @return whether what the mention is a part of runs in the mode
     bool IsInUse(const Mention& rMention) const;
 
@@ -34,9 +37,11 @@ private:
 
     std::vector<Labels::const_iterator> OfKind(const Kind& rKind) const;
 
-    Labels          m_labels;  ///< what exists, and what the tuner calls it
-    std::set<Named> m_inUse;   ///< what run lists and analyzers name
-    bool            m_areChannelsKnown;
+    Labels                                m_labels;   ///< what exists, and what the tuner calls it
+    std::set<Named>                       m_inUse;    ///< what run lists and analyzers name
+    std::map<Named, std::optional<Named>> m_idle;     ///< what would be written if its user ran
+    std::map<Named, std::optional<Named>> m_written;  ///< what is written or defined in use, by its user
+    bool                                  m_areChannelsKnown;
 };
 
 }  // namespace tuningcheck

@@ -121,6 +121,18 @@ bool IsNoOutput(const Spot& rSpot, const Reference& rReference, const Named& rNa
            (rNamed.kind == BankKind(BankIDMetering2D) || std::string_view(rSpot.pMember->pName) == "end");
 }
 
+/// @return "is 7", "also writes 8" for a second output
+std::string ValueOf(const Spot& rSpot, Verb verb, const Named& rNamed)
+{
+    if (rNamed.kind.thing == Thing::Channel)
+    {
+        return "is " + rSpot.ValueText();
+    }
+    const bool isSecond = verb == Verb::Writes && tuning::IsNumber(rSpot.pMember->type) &&
+                          static_cast<INT64>(rSpot.Number()) != rNamed.number;
+    return (isSecond ? "also writes " : "is ") + std::to_string(rNamed.number);
+}
+
 class Gathering
 {
 public:
@@ -256,8 +268,8 @@ private:
         }
         m_mentions.push_back(
             {rReference.verb, rNamed, meaning::ThingText(rReference), WhereOf(rSpot), rSpot.Path(),
-             "is " + ((rNamed.kind.thing == Thing::Channel) ? rSpot.ValueText() : std::to_string(rNamed.number)),
-             LabelOf(*rSpot.pIn), m_rModule.pModule, m_rModule.mode, rSpot.pIn->pRecord,
+             ValueOf(rSpot, rReference.verb, rNamed), LabelOf(*rSpot.pIn), m_rModule.pModule, m_rModule.mode,
+             rSpot.pIn->pRecord,
              (pItem != nullptr) ? pItem->pAround->pIn->pRecord + pItem->pAround->pMember->offset : nullptr,
              (pItem != nullptr) ? pItem->pType : nullptr, (pItem != nullptr) ? pItem->pRecord : nullptr,
              UserOf(*rSpot.pIn), rSpot.IsInherited()});

@@ -21,7 +21,7 @@ struct Mention
     std::string               expected;  ///< "an entry of bank ROITable"
     Where                     where;
     std::string               inModule;  ///< path without the mode
-    std::string               value;     ///< "is 7", "is 'SafeLuma'"
+    std::string               value;     ///< "is 7", "also writes 8", "is 'SafeLuma'"
     std::string               label;     ///< by which the tuner calls what is defined or written here; may be empty
     const tuningfile::Module* pModule;
     UINT32                    mode;     ///< that has the module

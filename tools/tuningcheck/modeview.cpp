@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "tools/tuningfile/modepath.h"
+
 namespace tuningcheck
 {
 
@@ -34,6 +36,11 @@ const ModulePlace* ModeView::Find(std::string_view name) const
         std::find_if(m_modules.begin(), m_modules.end(),
                      [name](const ModulePlace& rModule) { return name == rModule.pModule->pDescription->pName; });
     return (found != m_modules.end()) ? &*found : nullptr;
+}
+
+std::string InMode(const ModeView& rView, UINT32 mode)
+{
+    return (rView.Mode() != mode) ? " in " + tuningfile::PathOf(rView.Table(), rView.Mode()) : "";
 }
 
 }  // namespace tuningcheck

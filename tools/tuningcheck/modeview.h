@@ -46,6 +46,10 @@ private:
     std::vector<ModulePlace>     m_modules;
 };
 
+/// @param mode that has what a finding points to
+/// @return " in Default|Sensor.0" for a fault that only a mode below has; empty if it is there already
+std::string InMode(const ModeView& rView, UINT32 mode);
+
 /// @return the module as a mode itself has it
 ModulePlace PlaceOf(const tuningfile::Tuning& rTuning, const tuningfile::ModeTable& rTable, UINT32 mode,
                     const tuningfile::Module& rModule);

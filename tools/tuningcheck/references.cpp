@@ -1,11 +1,12 @@
 #include "tools/tuningcheck/references.h"
 
+#include <algorithm>
+
 #include <fmt/format.h>
 
 #include "tools/tuningcheck/doubles.h"
 #include "tools/tuningcheck/runlists.h"
 #include "tools/tuningcheck/unused.h"
-#include "tools/tuningfile/modepath.h"
 
 namespace tuningcheck
 {
@@ -20,7 +21,8 @@ using tuning::Verb;
 bool ComesFromHost(const Mention& rReader)
 {
     const std::string_view module = rReader.pModule->pDescription->pName;
-    return module == "kiroexternalmapprocessor" || module == "kiro1dvectorprocessor";
+    return (module == "kiroexternalmapprocessor" || module == "kiro1dvectorprocessor") &&
+           (rReader.named.kind == BankKind(BankIDMetering1D) || rReader.named.kind == BankKind(BankIDMetering2D));
 }
 
 /// A map that drives a generator may come from there, too.
@@ -30,12 +32,17 @@ bool MayComeFromHost(const Mention& rReader)
            rReader.named.kind == BankKind(BankIDMetering2D);
 }
 
+/// An old value does for a picture's looks, not for luma and target of an analyzer.
+bool DecidesExposure(const Mention& rReader)
+{
+    return rReader.inModule.find(".luma.calculators") != std::string::npos ||
+           rReader.inModule.find(".target.calculators") != std::string::npos;
+}
+
 std::string ExpectedOf(const Mention& rReader, const Inventory& rInventory, const ModeView& rView)
 {
     const std::string list = rInventory.ListOf(rReader.named.kind);
-    const std::string mode =
-        (rView.Mode() != rReader.mode) ? " in " + tuningfile::PathOf(rView.Table(), rView.Mode()) : "";
-    return rReader.expected + mode + (list.empty() ? ", of which there is none" : ": " + list);
+    return rReader.expected + InMode(rView, rReader.mode) + (list.empty() ? ", of which there is none" : ": " + list);
 }
 
 }  // namespace
@@ -56,6 +63,15 @@ const References::Mentions& References::Of(const ModulePlace& rModule)
     return *entry->second;
 }
 
+/// A calculator that no list runs may be the one that a list misspells.
+bool References::AreRunListsSound(const std::vector<const Mention*>& rMentions, const Inventory& rInventory) const
+{
+    return !m_doubleKinds.contains({Thing::Calculator}) &&
+           std::ranges::all_of(
+               rMentions, [&rInventory](const Mention* pMention)
+               { return pMention->named.kind != Kind{Thing::Calculator} || rInventory.Has(pMention->named); });
+}
+
 VOID References::CheckMode(const ModeView& rView)
 {
     std::vector<const Mention*> mentions;
@@ -67,9 +83,12 @@ VOID References::CheckMode(const ModeView& rView)
         }
     }
     const Inventory inventory(mentions, m_rChannels);
+    const bool      areRunListsSound = AreRunListsSound(mentions, inventory);
     for (const Mention* pMention : mentions)
     {
-        if (pMention->verb == Verb::Reads && inventory.IsInUse(*pMention) && !inventory.Has(pMention->named))
+        const Named& rNamed = pMention->named;
+        const bool   isIdle = areRunListsSound && inventory.IsIdle(rNamed) && DecidesExposure(*pMention);
+        if (pMention->verb == Verb::Reads && inventory.IsInUse(*pMention) && (isIdle || !inventory.Has(rNamed)))
         {
             CheckReader(*pMention, inventory, rView);
         }
@@ -81,11 +100,18 @@ VOID References::CheckMode(const ModeView& rView)
 /// What a deeper mode has taken over is wrong there once only if it is wrong above.
 VOID References::CheckReader(const Mention& rReader, const Inventory& rInventory, const ModeView& rView)
 {
+    if (ComesFromHost(rReader))
+    {
+        return;
+    }
     m_wrongKinds.insert(rReader.named.kind);
+    if (rReader.named.kind == BankKind(BankIDStatsCalculator))
+    {
+        m_wrongKinds.insert({Thing::Calculator});  // one that no list runs may be what is missing
+    }
     const std::string key =
         fmt::format("{} {} {}", rReader.pModule->pDescription->pName, rReader.inModule, rReader.value);
-    if (ComesFromHost(rReader) || m_doubleKinds.contains(rReader.named.kind) ||
-        (!m_wrong.insert(key).second && rReader.isInherited))
+    if (m_doubleKinds.contains(rReader.named.kind) || (!m_wrong.insert(key).second && rReader.isInherited))
     {
         return;
     }

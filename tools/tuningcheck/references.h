@@ -33,6 +33,8 @@ private:
 
     const Mentions& Of(const ModulePlace& rModule);
 
+    bool AreRunListsSound(const std::vector<const Mention*>& rMentions, const Inventory& rInventory) const;
+
     VOID CheckReader(const Mention& rReader, const Inventory& rInventory, const ModeView& rView);
 
     const std::vector<std::string>&                m_rChannels;

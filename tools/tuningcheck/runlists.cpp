@@ -103,9 +103,12 @@ VOID CheckSafeExposure(const ModeView& rView, const std::vector<const Mention*>&
                                 });
         if (!mayBeSafe && !rList.front()->isInherited)
         {
+            const std::string ones = SafeOnes(analyzers);
             rFindings.Add(Severity::Error, rList.front()->where,
                           fmt::format("{}, in a list without an analyzer of ExposureSafe", rList.front()->value),
-                          "one in each list: " + SafeOnes(analyzers), "without one the safe exposure is 0");
+                          "one in each list" + InMode(rView, rList.front()->mode) +
+                              (ones.empty() ? ", where there is none" : ": " + ones),
+                          "without one the safe exposure is 0");
         }
     }
 }

@@ -32,6 +32,21 @@ bool HasRatio(const SceneAnalyzerType& rAnalyzer)
                        { return rOperator.enableFlag != FALSE && rOperator.operatorPriority == AdjustmentRatio; });
 }
 
+template <typename Component>
+VOID CheckPart(const CHAR* pName, const Component& rPart, const SceneAnalyzerType& rAnalyzer, const RecordJudge& rJudge)
+{
+    const DataBankType& rOutput = rPart.aggregator.output.dataBank;
+    const bool          isOff   = rOutput.bankID == BankIDInvalid || rOutput.dataID < 0;
+    if (rPart.calculatorsCount == 0 || isOff)
+    {
+        rJudge.Error(pName, (rPart.calculatorsCount == 0) ? "has no calculators" : "is switched off by its output",
+                     fmt::format("{} for an analyzer of {}",
+                                 (rPart.calculatorsCount == 0) ? "at least one" : "an entry that it is stored in",
+                                 EnumeratorText(rAnalyzer.exposureType)),
+                     "its exposure is target over luma, or what an operator with AdjustmentRatio yields");
+    }
+}
+
 /// An exposure is decided by target over luma, or by an operator.
 VOID CheckParts(const SceneAnalyzerType& rAnalyzer, const RecordJudge& rJudge)
 {
@@ -39,16 +54,8 @@ VOID CheckParts(const SceneAnalyzerType& rAnalyzer, const RecordJudge& rJudge)
     {
         return;
     }
-    for (const auto& [pName, count] :
-         {std::pair("luma", rAnalyzer.luma.calculatorsCount), std::pair("target", rAnalyzer.target.calculatorsCount)})
-    {
-        if (count == 0)
-        {
-            rJudge.Error(pName, "has no calculators",
-                         fmt::format("at least one for an analyzer of {}", EnumeratorText(rAnalyzer.exposureType)),
-                         "its exposure is target over luma, or what an operator with AdjustmentRatio yields");
-        }
-    }
+    CheckPart("luma", rAnalyzer.luma, rAnalyzer, rJudge);
+    CheckPart("target", rAnalyzer.target, rAnalyzer, rJudge);
 }
 
 VOID CheckMethods(const SceneAnalyzerType& rAnalyzer, const RecordJudge& rJudge)

@@ -4,6 +4,7 @@
 
 #include "schema/kirometeringstatscalculator.h"
 #include "tools/meaning/wordtext.h"
+#include "tools/tuningcheck/named.h"
 #include "tools/tuningcheck/recordjudge.h"
 
 namespace tuningcheck
@@ -36,6 +37,21 @@ tuning::Range ScaleOf(CalculatorAPIType api)
     }
 }
 
+tuning::Unit UnitOf(CalculatorAPIType api)
+{
+    switch (api)
+    {
+    case API05HistLumaRangeAverage:
+    case API09GridStatsRoughness:
+        return tuning::Unit::ChannelUnits;
+    case API07RgbgDomainStatsCounter:
+    case API08ExtremeColorRgBgStatsRatio:
+        return tuning::Unit::None;
+    default:
+        return tuning::Unit::Share;
+    }
+}
+
 VOID CheckScale(const kiroglobalelements::TriggerSystemEndLevelStartEndType& rZone, const RecordJudge& rJudge)
 {
     const CalculatorAPIType api   = rJudge.Around<StatsCalculatorType>()->APISelection;
@@ -47,9 +63,7 @@ VOID CheckScale(const kiroglobalelements::TriggerSystemEndLevelStartEndType& rZo
     }
     const bool isShare = scale.high == 1.0;
     rJudge.Error("triggerData", fmt::format("is {} to {}", rData.start, rData.end),
-                 fmt::format("{} for {}",
-                             meaning::ExpectedText(scale, isShare ? tuning::Unit::Share : tuning::Unit::ChannelUnits),
-                             EnumeratorText(api)),
+                 fmt::format("{} for {}", meaning::ExpectedText(scale, UnitOf(api)), EnumeratorText(api)),
                  isShare ? "the brightest 5 percent of the samples are 0.95 to 1" : "");
 }
 
@@ -86,6 +100,29 @@ VOID CheckStorage(const StatsCalculatorType& rCalculator, const RecordJudge& rJu
     }
 }
 
+/// The exposures of both histograms, and the bank of the value by which they are blended.
+VOID CheckBlend(const FLOAT* pNumbers, const RecordJudge& rJudge)
+{
+    constexpr UINT32 bankIndex = 4;
+    for (const UINT32 index : {0U, 1U})
+    {
+        if (!(pNumbers[index] >= 0.0F && pNumbers[index] < static_cast<FLOAT>(ExposureNone)))
+        {
+            rJudge.ErrorIn("extensionArray", index, fmt::format("is {}", pNumbers[index]),
+                           "an exposure: 0 (Short), 1 (Long) or 2 (Safe)", "otherwise -1 is stored");
+        }
+    }
+    const FLOAT bank = pNumbers[bankIndex];
+    if (!(bank >= 0.0F && bank < static_cast<FLOAT>(BankIDMax) && IsValueBank(static_cast<INT32>(bank))))
+    {
+        rJudge.ErrorIn("extensionArray", bankIndex, fmt::format("is {}", bank),
+                       fmt::format("a bank of values: {} (analyzers), {} (calculators) or {} (triggers)",
+                                   static_cast<INT32>(BankIDSceneAnalyzer), static_cast<INT32>(BankIDStatsCalculator),
+                                   static_cast<INT32>(BankIDTriggers)),
+                       "otherwise -1 is stored");
+    }
+}
+
 VOID CheckNumbers(const StatsCalculatorType& rCalculator, const RecordJudge& rJudge)
 {
     const bool isHDR    = rCalculator.APISelection == API10HistPercentileRangeAverageHDR;
@@ -94,6 +131,10 @@ VOID CheckNumbers(const StatsCalculatorType& rCalculator, const RecordJudge& rJu
     {
         rJudge.Error("extensionArray", fmt::format("has {} numbers", rCalculator.extensionArrayCount),
                      fmt::format("{} numbers for {}", NumbersOfHDR, EnumeratorText(rCalculator.APISelection)));
+    }
+    else if (isHDR)
+    {
+        CheckBlend(rCalculator.extensionArray, rJudge);
     }
     if (isColour && rCalculator.extensionArrayCount == 0)
     {

@@ -53,6 +53,27 @@ VOID CheckTime(const kiroglobalelements::TriggerSystemEndLevelType& rZone, DOUBL
     }
 }
 
+/// Between two zones times go from one to the other, through all that show bands.
+VOID CheckGaps(const LUTType& rLUT, DOUBLE period, const RecordJudge& rJudge)
+{
+    const auto timeOf = [](const auto& rZone)
+    { return (rZone.trigger2DataCount != 0) ? rZone.trigger2Data[0].triggerData : 0.0F; };
+    const auto zones = ListOf(rLUT.triggerData, rLUT.triggerDataCount);
+    for (UINT32 index = 1; index < zones.size(); ++index)
+    {
+        const auto& rBefore = zones[index - 1];
+        const auto& rHere   = zones[index];
+        if (rBefore.trigger.end < rHere.trigger.start && timeOf(rBefore) >= period * (1.0 - EqualPeriods) &&
+            timeOf(rBefore) != timeOf(rHere))
+        {
+            rJudge.ErrorIn("triggerData", index,
+                           fmt::format("starts at {}, above the end of the zone before it", rHere.trigger.start),
+                           fmt::format("a start of {}", rBefore.trigger.end),
+                           "in the gap times go from one zone to the other, and show bands");
+        }
+    }
+}
+
 VOID CheckOutput(const LUTType& rLUT, const RecordJudge& rJudge)
 {
     if (rLUT.outType != ArbLutOutTime)
@@ -77,9 +98,10 @@ VOID CheckFlickerGrids(const ModeView& rView, Findings& rFindings)
         *pModule, rFindings,
         [&periodOf](const LUTType& rLUT, const RecordJudge& rJudge)
         {
-            if (periodOf(rJudge) > 0.0)
+            if (const DOUBLE period = periodOf(rJudge); period > 0.0)
             {
                 CheckOutput(rLUT, rJudge);
+                CheckGaps(rLUT, period, rJudge);
             }
         },
         Whose::Any);

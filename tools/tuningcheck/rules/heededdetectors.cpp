@@ -18,21 +18,22 @@ using kirodbconvactivescd::DBConvActiveSCDPayload;
 using kiroscenechangedetector::AECSCDType;
 using kiroscenechangedetector::KIROSceneChangeDetectorType;
 
-VOID CheckHold(const AECSCDType& rDetector, const RecordJudge& rJudge)
+VOID CheckHold(const AECSCDType& rDetector, const std::string& rInMode, const RecordJudge& rJudge)
 {
     const std::string found = fmt::format("is {}", rDetector.SCDId);
     if (rDetector.enable == FALSE || rDetector.holdTimeConfig.enable == FALSE)
     {
-        rJudge.Advise("SCDID", found,
-                      fmt::format("a detector with enable and holdTimeConfig.enable, unlike {}", rDetector.SCDId),
-                      "convergence never holds by this one");
+        rJudge.Advise(
+            "SCDID", found,
+            fmt::format("a detector with enable and holdTimeConfig.enable, unlike {}{}", rDetector.SCDId, rInMode),
+            "convergence never holds by this one");
     }
     else if (rDetector.priority > kiroscenechangedetector::ConvergenceStart)
     {
-        rJudge.Advise(
-            "SCDID", found,
-            fmt::format("a detector that runs in MeteringStart or ConvergenceStart, unlike {}", rDetector.SCDId),
-            "convergence holds a frame late by this one");
+        rJudge.Advise("SCDID", found,
+                      fmt::format("a detector that runs in MeteringStart or ConvergenceStart, unlike {}{}",
+                                  rDetector.SCDId, rInMode),
+                      "convergence holds a frame late by this one");
     }
 }
 
@@ -46,13 +47,14 @@ VOID CheckHeededDetectors(const ModeView& rView, Findings& rFindings)
     {
         return;
     }
-    const auto detectors = ListOf(pDetectors->scdBank, pDetectors->scdBankCount);
-    const auto check     = [&detectors](const DBConvActiveSCDPayload& rPayload, const RecordJudge& rJudge)
+    const auto        detectors = ListOf(pDetectors->scdBank, pDetectors->scdBankCount);
+    const std::string inMode    = InMode(rView, pModule->mode);
+    const auto        check     = [&](const DBConvActiveSCDPayload& rPayload, const RecordJudge& rJudge)
     {
         const auto isNamed = [&rPayload](const AECSCDType& rDetector) { return rDetector.SCDId == rPayload.SCDID; };
         if (rPayload.SCDID != 0 && std::count_if(detectors.begin(), detectors.end(), isNamed) == 1)
         {
-            CheckHold(*std::find_if(detectors.begin(), detectors.end(), isNamed), rJudge);
+            CheckHold(*std::find_if(detectors.begin(), detectors.end(), isNamed), inMode, rJudge);
         }
     };
     JudgeEach<DBConvActiveSCDPayload>(*pModule, rFindings, check, Whose::Any);

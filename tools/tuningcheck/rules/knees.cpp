@@ -66,15 +66,17 @@ Limits LimitsOf(const KIRODBArbitrationTableType& rTables, const Surroundings& r
 }
 
 /// Beyond its last knee a table goes on to what the ranges before it allow: it is no cap.
-VOID CheckEnd(const ExposureTableType& rTable, const Limits& rLimits, const RecordJudge& rJudge)
+VOID CheckEnd(const ExposureTableType& rTable, const Limits& rLimits, const TableUse& rUse, const RecordJudge& rJudge)
 {
     if (rTable.expKneesCount < 2)
     {
         return;
     }
+    using namespace kirodbarbitrationrange;
+    const INT32             table = rJudge.Around<DBArbitrationTablePayload>()->dataID;
     const UINT32            last  = rTable.expKneesCount - 1;
     const ExposureKneeType& rLast = rTable.expKnees[last];
-    if (rLast.gain < rLimits.gain)
+    if (rLast.gain < rLimits.gain && rUse.IsUncapped(table, ArbQuantityGain))
     {
         rJudge.AdviseIn(
             "expKnees", last, fmt::format("ends the table at {}", TextOf(rLast)),
@@ -82,7 +84,7 @@ VOID CheckEnd(const ExposureTableType& rTable, const Limits& rLimits, const Reco
             "the last knee is no cap: beyond it gain goes on to rise up to the sensor's limit; end with that "
             "limit, or cap it by a control with a gain range before the table");
     }
-    else if (rLast.time < rLimits.time)
+    else if (rLast.time < rLimits.time && rUse.IsUncapped(table, ArbQuantityTime))
     {
         rJudge.AdviseIn(
             "expKnees", last, fmt::format("ends the table at {}", TextOf(rLast)),
@@ -108,13 +110,7 @@ VOID CheckKnees(const ModeView& rView, const Surroundings& rSurroundings, Findin
         LimitsOf(*static_cast<const KIRODBArbitrationTableType*>(pModule->pModule->pRecord), rSurroundings);
     JudgeEach<ExposureTableType>(
         *pModule, rFindings,
-        [&](const ExposureTableType& rTable, const RecordJudge& rJudge)
-        {
-            if (use.IsUncapped(rJudge.Around<DBArbitrationTablePayload>()->dataID))
-            {
-                CheckEnd(rTable, limits, rJudge);
-            }
-        },
+        [&](const ExposureTableType& rTable, const RecordJudge& rJudge) { CheckEnd(rTable, limits, use, rJudge); },
         Whose::Any);
 }
 

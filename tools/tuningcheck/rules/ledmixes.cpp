@@ -97,9 +97,12 @@ VOID CheckCalibrated(const KIROLEDMixCalibType& rMix, const RecordJudge& rJudge)
     const LEDMatchTableType& rTable = *rJudge.Around<LEDMatchTableType>();
     if (rMix.indexMix >= rTable.countMix)
     {
+        const INT64 place  = INT64{rTable.countMix} * rMix.indexPower + rMix.indexMix;
+        const bool  isNext = place < static_cast<INT64>(rTable.tableCount);
         rJudge.Error("indexMix", fmt::format("is {}", rMix.indexMix),
                      fmt::format("below {}, the countMix", rTable.countMix),
-                     "an index outside the table refuses the whole factory calibration");
+                     isNext ? "it calibrates a mix of a later row"
+                            : "an index outside the table refuses the whole factory calibration");
     }
     if (rMix.indexPower >= rTable.countPower)
     {

@@ -21,18 +21,20 @@ using namespace kirodbarbitrationrange;
 VOID CheckLists(const ArbitrationControlOrder& rOrder, const RecordJudge& rJudge)
 {
     const auto& rLists = rOrder.exposureTypes;
-    for (UINT32 index = 1; index < std::size(rLists); ++index)
+    for (UINT32 index = 0; index < std::size(rLists); ++index)
     {
         const auto* pSame =
             std::find_if(std::begin(rLists), rLists + index,
                          [&](const auto& rList) { return rList.exposureType == rLists[index].exposureType; });
-        if (pSame != rLists + index && rLists[index].exposureType != ExposureNone)
+        const bool isNone = rLists[index].exposureType == ExposureNone;
+        if (pSame != rLists + index || isNone)
         {
-            rJudge.ErrorIn(
-                "exposureTypes", index,
-                fmt::format("is a second list for {}, or left out", EnumeratorText(rLists[index].exposureType)),
-                "a list for each of ExposureShort, ExposureSafe and ExposureLong",
-                "an exposure without a list is not split into gain and time");
+            rJudge.ErrorIn("exposureTypes", index,
+                           isNone ? "is a list for ExposureNone"
+                                  : fmt::format("is a second list for {}, or left out",
+                                                EnumeratorText(rLists[index].exposureType)),
+                           "a list for each of ExposureShort, ExposureSafe and ExposureLong",
+                           "an exposure without a list is not split into gain and time");
             return;
         }
     }
@@ -138,6 +140,24 @@ VOID CheckPlace(std::span<const OrderType> controls, UINT32 index, const RangesB
     }
 }
 
+/// Of these controls bounds are put in as times, whatever the range says that they are.
+VOID CheckAbsolute(const OrderType& rControl, UINT32 index, const RangesByID& rRanges, const RecordJudge& rJudge)
+{
+    const RangeType* pRange   = rRanges.Find(rControl.dataID);
+    const bool       isMaster = rControl.controlID == ArbCtrlMasterTime;
+    if (pRange == nullptr || (!isMaster && rControl.controlID != ArbCtrlSHDRTimeRange))
+    {
+        return;
+    }
+    if (pRange->end.adj != ArbRangeAbsolute || (isMaster && pRange->start.adj != ArbRangeAbsolute))
+    {
+        rJudge.ErrorIn("controls", index, fmt::format("names range {}, which has a relative bound", rControl.dataID),
+                       fmt::format("ArbRangeAbsolute for {} of the range of {}", isMaster ? "both bounds" : "the end",
+                                   EnumeratorText(rControl.controlID)),
+                       "a time is put in there");
+    }
+}
+
 VOID CheckControls(const ArbitrationControlExposureType& rList, const Ranges& rRanges, const RecordJudge& rJudge)
 {
     const auto controls = ListOf(rList.controls, rList.controlsCount);
@@ -149,6 +169,7 @@ VOID CheckControls(const ArbitrationControlExposureType& rList, const Ranges& rR
             continue;
         }
         CheckQuantity(rControl, index, rRanges.byID, rJudge);
+        CheckAbsolute(rControl, index, rRanges.byID, rJudge);
         CheckSharing(rControl, index, rRanges, rJudge);
         CheckPlace(controls, index, rRanges.byID, rJudge);
         if (rControl.controlID == ArbCtrlSHDRTimeRange && rList.exposureType == ExposureLong)

@@ -18,12 +18,19 @@ constexpr INT32 LeastRegions = 3;
 
 VOID CheckNames(const PreflashYThresholds& rThresholds, const RecordJudge& rJudge)
 {
-    const bool hasOff = *tuning::TextAt(&rThresholds.statsNameOff) != '\0';
-    const bool hasLow = *tuning::TextAt(&rThresholds.statsNameLow) != '\0';
-    if (hasOff != hasLow)
+    const auto  isNamed = [](CHAR* const& rName) { return *tuning::TextAt(&rName) != '\0'; };
+    const auto& rAll    = *rJudge.Around<FlashStatsPreprocessingType>();
+    const bool  isAnyNamed =
+        isNamed(rAll.stopMeteringYLevel.statsNameOff) || isNamed(rAll.stopMeteringYLevel.statsNameLow) ||
+        isNamed(rAll.stopMeteringYSaturation.statsNameOff) || isNamed(rAll.stopMeteringYSaturation.statsNameLow);
+    for (const auto& [pMember, isThere] : {std::pair("statsNameOff", isNamed(rThresholds.statsNameOff)),
+                                           std::pair("statsNameLow", isNamed(rThresholds.statsNameLow))})
     {
-        rJudge.Error(hasOff ? "statsNameLow" : "statsNameOff", "is missing", "the names of both channels, or of none",
-                     "with one of them metering of the preflash never stops by itself");
+        if (isAnyNamed && !isThere)
+        {
+            rJudge.Error(pMember, "is missing", "the names of all four channels, of luma and saturation, or of none",
+                         "with a part of them metering of the preflash never stops by itself");
+        }
     }
 }
 

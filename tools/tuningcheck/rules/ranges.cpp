@@ -51,6 +51,11 @@ VOID CheckBound(const RangePoint& rBound, const RecordJudge& rJudge)
     {
         CheckTimeBound(rBound, rJudge);
     }
+    else if (quantity == ArbQuantityGain && rBound.adj == ArbRangeAbsolute && rBound.val > 0.0F && rBound.val < 1.0F)
+    {
+        rJudge.Advise("val", fmt::format("is {}", rBound.val), "1 or more (linear gain)",
+                      "below the sensor's lowest gain the range never applies");
+    }
     else if (quantity == ArbQuantityGain && rBound.val <= 0.0F &&
              (rBound.adj == ArbRangeAbsolute || rBound.adj == ArbRangeRelativeFactor))
     {
@@ -76,7 +81,16 @@ VOID CheckRange(const RangeType& rRange, const RecordJudge& rJudge)
                      "a wider range of the index never applies");
     }
     const RangeCompensationType& rCompensation = rRange.handling.compensation;
-    if (rCompensation.enableCompensation != FALSE && rCompensation.compensationQuantity != rRange.quantity)
+    if (rCompensation.enableCompensation == FALSE)
+    {
+        return;
+    }
+    if (rRange.quantity == ArbQuantityIndex)
+    {
+        rJudge.Advise("handling", "compensates for a change of the index", "enableCompensation: false",
+                      "the table has changed gain and time together: there is nothing to make up for");
+    }
+    else if (rCompensation.compensationQuantity != rRange.quantity)
     {
         rJudge.Advise("handling", fmt::format("compensates for {}", EnumeratorText(rCompensation.compensationQuantity)),
                       fmt::format("{}, the range's quantity", EnumeratorText(rRange.quantity)),

@@ -37,11 +37,11 @@ VOID CheckDirection(const DBConvStretchCoreData& rSet, const RecordJudge& rJudge
         rJudge.Advise("convSameDirection", "is true", "false with an aggregation by effect",
                       "that aggregation does not look at the direction");
     }
-    else if (rSet.convStretchAgg == StretchAggMostWeight && rSet.convStretchCount < RankByWeight)
+    else if (rSet.convStretchAgg == StretchAggMostWeight && rSet.convStretchCount != RankByWeight)
     {
         rJudge.Advise("convSameDirection", fmt::format("is true with {} stretches", rSet.convStretchCount),
-                      fmt::format("{} stretches or more with StretchAggMostWeight", RankByWeight),
-                      "the one of most weight is looked for among those behind the first five");
+                      fmt::format("{} stretches with StretchAggMostWeight", RankByWeight),
+                      "the direction is that of the sixth by weight, which is the one of most weight only among six");
     }
 }
 

@@ -14,12 +14,12 @@ using namespace kirodbarbitrationorder;
 using namespace kirodbarbitrationrange;
 
 /// A manual setting narrows the range only while it is made.
-bool IsCap(const OrderType& rControl, const RangesByID& rRanges)
+bool IsCap(const OrderType& rControl, ArbExposureQuantity quantity, const RangesByID& rRanges)
 {
     const RangeType* pRange = IsRangeControl(rControl.controlID) && !IsSetByHost(rControl.controlID)
                                   ? rRanges.Find(rControl.dataID)
                                   : nullptr;
-    return rControl.enableControl && pRange != nullptr && pRange->quantity == ArbQuantityGain &&
+    return rControl.enableControl && pRange != nullptr && pRange->quantity == quantity &&
            pRange->end.adj == ArbRangeAbsolute;
 }
 
@@ -33,11 +33,15 @@ TableUse TableUseOf(const ModeView& rView)
                    [&](std::span<const OrderType> controls, size_t index)
                    {
                        const OrderType& rTable = controls[index];
-                       const bool isCapped = std::ranges::any_of(controls.first(index), [&](const OrderType& rControl)
-                                                                 { return IsCap(rControl, ranges); });
-                       if (rTable.controlID == ArbCtrlTable && rTable.enableControl && !isCapped)
+                       for (const ArbExposureQuantity quantity : {ArbQuantityGain, ArbQuantityTime})
                        {
-                           use.AddUncapped(rTable.dataID);
+                           const bool isCapped =
+                               std::ranges::any_of(controls.first(index), [&](const OrderType& rControl)
+                                                   { return IsCap(rControl, quantity, ranges); });
+                           if (rTable.controlID == ArbCtrlTable && rTable.enableControl && !isCapped)
+                           {
+                               use.AddUncapped(rTable.dataID, quantity);
+                           }
                        }
                    });
     return use;

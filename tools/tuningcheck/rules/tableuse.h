@@ -4,6 +4,7 @@
 
 #include <set>
 
+#include "schema/kirodbarbitrationrange.h"
 #include "tools/tuningcheck/modeview.h"
 
 namespace tuningcheck
@@ -12,24 +13,26 @@ namespace tuningcheck
 class TableUse
 {
 public:
-    /// @param dataID of a table
-    bool IsUncapped(INT32 dataID) const
+    using Quantity = kirodbarbitrationrange::ArbExposureQuantity;
+
+    /// @param dataID of a table @param quantity gain or time
+    bool IsUncapped(INT32 dataID, Quantity quantity) const
     {
-        return m_uncapped.contains(dataID) || m_uncapped.contains(SelectedByContext);
+        return m_uncapped.contains({dataID, quantity}) || m_uncapped.contains({SelectedByContext, quantity});
     }
 
-    VOID AddUncapped(INT32 dataID)
+    VOID AddUncapped(INT32 dataID, Quantity quantity)
     {
-        m_uncapped.insert(dataID);
+        m_uncapped.emplace(dataID, quantity);
     }
 
 private:
     static constexpr INT32 SelectedByContext = 0;  ///< may be any table
 
-    std::set<INT32> m_uncapped;
+    std::set<std::pair<INT32, Quantity>> m_uncapped;
 };
 
-/// A range of gain with an absolute upper bound before the table caps it, as far as a tuning can tell.
+/// A range with an absolute upper bound before the table caps its quantity, as far as a tuning can tell.
 TableUse TableUseOf(const ModeView& rView);
 
 }  // namespace tuningcheck
