@@ -82,7 +82,7 @@ constexpr ReferenceCase Wrong[] = {
     {"calculatorID: 6\n", "calculatorID: 5\n", "calculatorID: 5\n            description: Dark",
      "statsCalculators[1].calculatorID", "is 5, as statsCalculators[0].calculatorID, expected a number of its own"},
     {"{start: 8, end: 9}", "{start: 6, end: 9}", "start: 6", "statsCalculators[1].outputStorage.start",
-     "also writes 7, which Default kirometeringstatscalculator.statsCalculators[0].outputStorage.start writes, too"},
+     "also writes 7, which kirometeringstatscalculator.statsCalculators[0].outputStorage.start writes, too"},
     {"channel1: SafeHist", "channel1: SaveHist", "SaveHist", "channel1", "did you mean 'SafeHist'"},
     {"exposureType: ExposureSafe", "exposureType: ExposureLong", "analyzerID: [0]", "analyzerID[0]",
      "a list without an analyzer of ExposureSafe"},

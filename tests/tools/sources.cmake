@@ -13,7 +13,7 @@ set(ROOM_TESTS
     roundtrip_test.cpp
     schematext_test.cpp
     slips_test.cpp
-    soundtunings_test.cpp
     shapes_test.cpp
     textinput_test.cpp
+    workingtunings_test.cpp
 )

@@ -107,11 +107,8 @@ bool CheckBank(const RecordSpot& rPair, const BankPair& rRead, Findings& rFindin
     const RecordMember& rBank  = *rPair.Find("bankID");
     const auto&         rWords = rPair.pWords->pMembers[&rBank - rPair.pType->pMembers];
     const Spot          spot{&rPair, &rBank, &rWords, &rWords.words, rPair.pRecord + rBank.offset, std::nullopt};
-    if (!spot.IsInherited())
-    {
-        rFindings.Add(Severity::Error, spot, "is " + spot.ValueText(), meaning::ThingText(rRead.reference),
-                      AdviceOnPair(rRead));
-    }
+    rFindings.Add(Severity::Error, spot, "is " + spot.ValueText(), meaning::ThingText(rRead.reference),
+                  AdviceOnPair(rRead));
     return false;
 }
 

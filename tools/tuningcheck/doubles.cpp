@@ -37,20 +37,19 @@ std::string AdviceOn(Thing thing)
 VOID NoteWriter(const Mention& rWriter, std::map<Named, const Mention*>& rWriters, Findings& rFindings)
 {
     const auto [first, isNew] = rWriters.try_emplace(rWriter.named, &rWriter);
-    if (isNew || rWriter.isInherited)
+    if (isNew)
     {
         return;
     }
     rFindings.Add(Severity::Error, rWriter.where,
-                  fmt::format("{}, which {} writes, too", rWriter.value, first->second->where.path),
+                  fmt::format("{}, which {} writes, too", rWriter.value, first->second->where.inMode),
                   rWriter.expected + " of its own", "the later one overwrites what the earlier one has written");
 }
 
 /// What an analyzer or a processor puts over a value of the core.
 VOID CheckTrigger(const Mention& rWriter, Findings& rFindings)
 {
-    if (rWriter.named.kind == BankKind(BankIDTriggers) && IsPublishedByCore(rWriter.named.number) &&
-        !rWriter.isInherited)
+    if (rWriter.named.kind == BankKind(BankIDTriggers) && IsPublishedByCore(rWriter.named.number))
     {
         rFindings.Add(Severity::Advice, rWriter.where, rWriter.value + ", which the core publishes itself",
                       fmt::format("a free trigger: {} to {}", static_cast<INT32>(TriggerCtrlMax), MaxValueID),
@@ -126,7 +125,7 @@ std::set<Kind> CheckDoubleNumbers(const std::vector<Mention>& rMentions, Finding
             continue;
         }
         const auto [first, isNew] = known.try_emplace({rMention.pList, rMention.named}, &rMention);
-        if (!isNew && !rMention.isInherited)
+        if (!isNew)
         {
             doubles.insert(rMention.named.kind);
             rFindings.Add(Severity::Error, rMention.where,

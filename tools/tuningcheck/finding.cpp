@@ -1,7 +1,6 @@
 #include "tools/tuningcheck/finding.h"
 
 #include <algorithm>
-#include <tuple>
 
 #include <fmt/format.h>
 
@@ -68,13 +67,20 @@ std::string FullPath(const Spot& rSpot)
 
 Where WhereOf(const Spot& rSpot)
 {
-    return {rSpot.Place(), FullPath(rSpot)};
+    const ModulePlace& rModule = *rSpot.pIn->pModule;
+    return {rSpot.Place(), FullPath(rSpot), fmt::format("{}.{}", rModule.pModule->pDescription->pName, rSpot.Path()),
+            rModule.pModule, rModule.pAbove};
 }
 
 VOID Findings::Add(Severity severity, Where where, std::string value, std::string expected, std::string advice)
 {
-    Add({severity, m_rTuning.source, where.place, std::move(where.path), std::move(value), std::move(expected),
-         std::move(advice)});
+    const std::string fault = where.inMode + " " + value;
+    m_told.emplace(where.pModule, severity, fault);
+    if (!m_told.contains({where.pAbove, severity, fault}))
+    {
+        Add({severity, m_rTuning.source, where.place, std::move(where.path), std::move(value), std::move(expected),
+             std::move(advice)});
+    }
 }
 
 VOID Findings::Add(Severity severity, const Spot& rSpot, std::string value, std::string expected, std::string advice)

@@ -4,7 +4,9 @@
 
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "tools/tuningcheck/spot.h"
@@ -24,6 +26,10 @@ struct Where
 {
     std::optional<tuningfile::TextPlace> place;  ///< none without text
     std::string                          path;   ///< "Default kirodbconvbase.data[0].value.tolerance"
+
+    std::string               inMode;   ///< the path without the mode
+    const tuningfile::Module* pModule;  ///< of the mode
+    const tuningfile::Module* pAbove;   ///< the same module of the nearest mode above, null if there is none
 };
 
 Where WhereOf(const Spot& rSpot);
@@ -44,7 +50,8 @@ std::string ToText(const Finding& rFinding);
 
 tuningfile::TextNode ToNode(const Finding& rFinding);
 
-/// The findings of one tuning. Of two at one place the first counts, an error before an advice.
+/// The findings of one tuning. Of two at one place the first counts, an error before an advice. What a module has taken
+/// over from the one above with all that makes it wrong is told there alone.
 class Findings
 {
 public:
@@ -76,8 +83,12 @@ private:
     /// @param rKey alike for findings of which one is told
     VOID Add(Finding finding, const std::string& rKey);
 
+    /// A fault, and the module that has it.
+    using Told = std::tuple<const tuningfile::Module*, Severity, std::string>;
+
     const tuningfile::Tuning&     m_rTuning;
     std::vector<Finding>          m_findings;
+    std::set<Told>                m_told;
     std::map<std::string, size_t> m_indices;  ///< in m_findings, by key
 };
 

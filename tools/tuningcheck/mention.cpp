@@ -244,11 +244,8 @@ private:
 
     VOID RefuseNumber(const Spot& rSpot, const Reference& rReference, INT64 number)
     {
-        if (!rSpot.IsInherited())
-        {
-            m_rFindings.Add(Severity::Error, rSpot, fmt::format("is {}", number),
-                            fmt::format("{}: 0 to {}", meaning::ThingText(rReference), MaxValueID), "");
-        }
+        m_rFindings.Add(Severity::Error, rSpot, fmt::format("is {}", number),
+                        fmt::format("{}: 0 to {}", meaning::ThingText(rReference), MaxValueID), "");
     }
 
     VOID Add(const Spot& rSpot, const Reference& rReference, const Named& rNamed)
@@ -272,7 +269,7 @@ private:
              rSpot.pIn->pRecord,
              (pItem != nullptr) ? pItem->pAround->pIn->pRecord + pItem->pAround->pMember->offset : nullptr,
              (pItem != nullptr) ? pItem->pType : nullptr, (pItem != nullptr) ? pItem->pRecord : nullptr,
-             UserOf(*rSpot.pIn), rSpot.IsInherited()});
+             UserOf(*rSpot.pIn)});
     }
 
     const ModulePlace&   m_rModule;

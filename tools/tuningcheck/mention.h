@@ -27,10 +27,9 @@ struct Mention
     UINT32                    mode;     ///< that has the module
     const BYTE*               pRecord;  ///< that holds the number
     const BYTE*               pList;    ///< that the record, or one around it, is an item of; null outside of lists
-    const tuning::RecordDescription* pItem;        ///< type of that item
-    const BYTE*                      pOwner;       ///< that item; null outside of lists
-    std::optional<Named>             user;         ///< only while this is in use the mention counts
-    bool                             isInherited;  ///< the mode above says the same in the same place
+    const tuning::RecordDescription* pItem;   ///< type of that item
+    const BYTE*                      pOwner;  ///< that item; null outside of lists
+    std::optional<Named>             user;    ///< only while this is in use the mention counts
 
     /// @return whether it is the end of a range of entries: one that the tuner counts on, not always one that is
     /// written

@@ -1,14 +1,7 @@
 #include "tools/tuningcheck/recordjudge.h"
 
-#include "tools/tuningfile/samerecord.h"
-
 namespace tuningcheck
 {
-
-bool IsTakenOver(const RecordSpot& rRecord)
-{
-    return rRecord.pAbove != nullptr && tuningfile::SameRecord(*rRecord.pType, rRecord.pRecord, rRecord.pAbove);
-}
 
 VOID RecordJudge::Add(Severity severity, const CHAR* pMember, std::optional<UINT32> item, std::string found,
                       std::string expected, std::string advice) const

@@ -59,26 +59,16 @@ private:
     Findings&         m_rFindings;
 };
 
-/// @return whether the mode above holds the same in the same place, so that it is judged there
-bool IsTakenOver(const RecordSpot& rRecord);
-
-/// Which of a module's records a rule is for.
-enum class Whose
-{
-    Own,  ///< those that the mode itself has written
-    Any   ///< also those that it has taken over: the rule looks at other modules of the mode as well
-};
-
 /// Hands every record of a type to a rule that takes the record and its RecordJudge; those that are switched off are
 /// left out.
 template <typename Record, typename Rule>
-VOID JudgeEach(const ModulePlace& rModule, Findings& rFindings, const Rule& rRule, Whose whose = Whose::Own)
+VOID JudgeEach(const ModulePlace& rModule, Findings& rFindings, const Rule& rRule)
 {
     Visitor visitor;
     visitor.member = [](const Spot& rSpot) { return rSpot.pMember->type == tuning::ValueType::Record; };
     visitor.record = [&](const RecordSpot& rRecord)
     {
-        if (rRecord.pType == &tuning::DescriptionOf<Record>() && (whose == Whose::Any || !IsTakenOver(rRecord)))
+        if (rRecord.pType == &tuning::DescriptionOf<Record>())
         {
             rRule(*reinterpret_cast<const Record*>(rRecord.pRecord), RecordJudge(rRecord, rFindings));
         }

@@ -97,7 +97,6 @@ VOID References::CheckMode(const ModeView& rView)
     CheckSafeExposure(rView, mentions, m_rFindings);
 }
 
-/// What a deeper mode has taken over is wrong there once only if it is wrong above.
 VOID References::CheckReader(const Mention& rReader, const Inventory& rInventory, const ModeView& rView)
 {
     if (ComesFromHost(rReader))
@@ -109,9 +108,7 @@ VOID References::CheckReader(const Mention& rReader, const Inventory& rInventory
     {
         m_wrongKinds.insert({Thing::Calculator});  // one that no list runs may be what is missing
     }
-    const std::string key =
-        fmt::format("{} {} {}", rReader.pModule->pDescription->pName, rReader.inModule, rReader.value);
-    if (m_doubleKinds.contains(rReader.named.kind) || (!m_wrong.insert(key).second && rReader.isInherited))
+    if (m_doubleKinds.contains(rReader.named.kind))
     {
         return;
     }

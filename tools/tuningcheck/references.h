@@ -41,7 +41,6 @@ private:
     Findings&                                      m_rFindings;
     std::deque<Mentions>                           m_mentions;     ///< of each module that a mode has itself
     std::map<const tuningfile::Module*, Mentions*> m_ofModule;     ///< in m_mentions
-    std::set<std::string>                          m_wrong;        ///< readers by module, path and value
     std::set<Kind>                                 m_wrongKinds;   ///< of readers that name what is not there
     std::set<Kind>                                 m_doubleKinds;  ///< of which a list has one number twice
 };

@@ -101,7 +101,7 @@ VOID CheckSafeExposure(const ModeView& rView, const std::vector<const Mention*>&
                                     const auto found = analyzers.find(pMention->named.number);
                                     return found == analyzers.end() || found->second->exposureType == ExposureSafe;
                                 });
-        if (!mayBeSafe && !rList.front()->isInherited)
+        if (!mayBeSafe)
         {
             const std::string ones = SafeOnes(analyzers);
             rFindings.Add(Severity::Error, rList.front()->where,

@@ -94,7 +94,7 @@ VOID CheckUnused(const std::vector<const Mention*>& rMentions, const std::set<Ki
         const bool isOutput = pMention->verb == Verb::Writes;
         const bool isJudged = isOutput ? IsOutputForReaders(*pMention) && !readRecords.contains(pMention->pRecord)
                                        : pMention->verb == Verb::Defines && !IsForHost(*pMention);
-        if (isJudged && !read.contains(pMention->named) && !lasts.contains(pMention) && !pMention->isInherited &&
+        if (isJudged && !read.contains(pMention->named) && !lasts.contains(pMention) &&
             !rWrongKinds.contains(pMention->named.kind))
         {
             Advise(*pMention, rFindings);

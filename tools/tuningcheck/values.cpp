@@ -41,7 +41,7 @@ VOID CheckEnumerator(const Spot& rSpot, Findings& rFindings)
 
 VOID CheckValue(const Spot& rSpot, Findings& rFindings)
 {
-    if (rSpot.IsInherited() || !tuning::IsNumber(rSpot.pMember->type))
+    if (!tuning::IsNumber(rSpot.pMember->type))
     {
         return;
     }

@@ -124,17 +124,16 @@ VOID CheckCameraPairs(const ModeView& rView, Findings& rFindings)
     JudgeEach<AECExposureSyncConfigType>(*pModule, rFindings, CheckMatching);
 
     const bool hasTime = HasMasterTime(rView);
-    JudgeEach<AECExposureSyncConfigType>(
-        *pModule, rFindings,
-        [hasTime](const AECExposureSyncConfigType& rConfig, const RecordJudge& rJudge)
-        {
-            if (rConfig.enableExposureTimeMatch != FALSE && !hasTime)
-            {
-                rJudge.Advise("enableExposureTimeMatch", "is true", "an enabled ArbCtrlMasterTime in an order with it",
-                              "without that control no time is matched");
-            }
-        },
-        Whose::Any);
+    JudgeEach<AECExposureSyncConfigType>(*pModule, rFindings,
+                                         [hasTime](const AECExposureSyncConfigType& rConfig, const RecordJudge& rJudge)
+                                         {
+                                             if (rConfig.enableExposureTimeMatch != FALSE && !hasTime)
+                                             {
+                                                 rJudge.Advise("enableExposureTimeMatch", "is true",
+                                                               "an enabled ArbCtrlMasterTime in an order with it",
+                                                               "without that control no time is matched");
+                                             }
+                                         });
 }
 
 }  // namespace tuningcheck

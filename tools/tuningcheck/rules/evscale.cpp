@@ -91,7 +91,7 @@ VOID CheckEVScale(const ModulePlace& rModule, Findings& rFindings)
             CheckFactors({rTable.EVCompTableElements, count}, zero, rJudge);
         }
     };
-    JudgeEach<EVCompTableType>(rModule, rFindings, check, Whose::Any);
+    JudgeEach<EVCompTableType>(rModule, rFindings, check);
 }
 
 }  // namespace tuningcheck

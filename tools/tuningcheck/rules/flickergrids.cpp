@@ -94,17 +94,15 @@ VOID CheckFlickerGrids(const ModeView& rView, Findings& rFindings)
     }
     const auto periodOf = [&rView](const RecordJudge& rJudge)
     { return PeriodOf(rView, rJudge.Around<DBArbitrationLUTPayload>()->dataID); };
-    JudgeEach<LUTType>(
-        *pModule, rFindings,
-        [&periodOf](const LUTType& rLUT, const RecordJudge& rJudge)
-        {
-            if (const DOUBLE period = periodOf(rJudge); period > 0.0)
-            {
-                CheckOutput(rLUT, rJudge);
-                CheckGaps(rLUT, period, rJudge);
-            }
-        },
-        Whose::Any);
+    JudgeEach<LUTType>(*pModule, rFindings,
+                       [&periodOf](const LUTType& rLUT, const RecordJudge& rJudge)
+                       {
+                           if (const DOUBLE period = periodOf(rJudge); period > 0.0)
+                           {
+                               CheckOutput(rLUT, rJudge);
+                               CheckGaps(rLUT, period, rJudge);
+                           }
+                       });
     JudgeEach<kiroglobalelements::TriggerSystemEndLevelType>(
         *pModule, rFindings,
         [&periodOf](const kiroglobalelements::TriggerSystemEndLevelType& rZone, const RecordJudge& rJudge)
@@ -114,8 +112,7 @@ VOID CheckFlickerGrids(const ModeView& rView, Findings& rFindings)
             {
                 CheckTime(rZone, period, rJudge);
             }
-        },
-        Whose::Any);
+        });
 }
 
 }  // namespace tuningcheck

@@ -57,7 +57,7 @@ VOID CheckHeededDetectors(const ModeView& rView, Findings& rFindings)
             CheckHold(*std::find_if(detectors.begin(), detectors.end(), isNamed), inMode, rJudge);
         }
     };
-    JudgeEach<DBConvActiveSCDPayload>(*pModule, rFindings, check, Whose::Any);
+    JudgeEach<DBConvActiveSCDPayload>(*pModule, rFindings, check);
 }
 
 }  // namespace tuningcheck

@@ -56,11 +56,9 @@ VOID CheckHybridHDR(const ModeView& rView, Findings& rFindings)
     }
     const auto* pConvergence = rView.Get<kiroconvergence::KIROConvergenceType>("kiroconvergence");
     const bool  isCapped     = pConvergence != nullptr && pConvergence->smoothADRC.enableSmoothDRC != FALSE;
-    JudgeEach<HybridHDRType>(
-        *pModule, rFindings,
-        [isCapped](const HybridHDRType& rHybrid, const RecordJudge& rJudge)
-        { CheckThresholds(rHybrid, isCapped, rJudge); },
-        Whose::Any);
+    JudgeEach<HybridHDRType>(*pModule, rFindings,
+                             [isCapped](const HybridHDRType& rHybrid, const RecordJudge& rJudge)
+                             { CheckThresholds(rHybrid, isCapped, rJudge); });
 }
 
 }  // namespace tuningcheck

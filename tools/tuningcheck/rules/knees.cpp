@@ -103,15 +103,14 @@ VOID CheckKnees(const ModeView& rView, const Surroundings& rSurroundings, Findin
     {
         return;
     }
-    JudgeEach<ExposureTableType>(*pModule, rFindings, CheckRise, Whose::Any);
+    JudgeEach<ExposureTableType>(*pModule, rFindings, CheckRise);
 
     const TableUse use = TableUseOf(rView);
     const Limits   limits =
         LimitsOf(*static_cast<const KIRODBArbitrationTableType*>(pModule->pModule->pRecord), rSurroundings);
-    JudgeEach<ExposureTableType>(
-        *pModule, rFindings,
-        [&](const ExposureTableType& rTable, const RecordJudge& rJudge) { CheckEnd(rTable, limits, use, rJudge); },
-        Whose::Any);
+    JudgeEach<ExposureTableType>(*pModule, rFindings,
+                                 [&](const ExposureTableType& rTable, const RecordJudge& rJudge)
+                                 { CheckEnd(rTable, limits, use, rJudge); });
 }
 
 }  // namespace tuningcheck

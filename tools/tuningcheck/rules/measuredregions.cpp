@@ -40,21 +40,19 @@ Used UsedOf(const ModeView& rView, Findings& rFindings)
     {
         return used;
     }
-    JudgeEach<StatsCalculatorType>(
-        *pModule, rFindings,
-        [&used](const StatsCalculatorType& rCalculator, const RecordJudge&)
-        {
-            if (rCalculator.APISelection == API01GridWeightedAverage)
-            {
-                used.regions.insert(rCalculator.generalParameters.ROIID);
-                used.tables2D.insert(rCalculator.generalParameters.weightTable2D);
-            }
-            else if (rCalculator.APISelection == API04HistWeightedAverage)
-            {
-                used.tables1D.insert(rCalculator.generalParameters.weightTable1D);
-            }
-        },
-        Whose::Any);
+    JudgeEach<StatsCalculatorType>(*pModule, rFindings,
+                                   [&used](const StatsCalculatorType& rCalculator, const RecordJudge&)
+                                   {
+                                       if (rCalculator.APISelection == API01GridWeightedAverage)
+                                       {
+                                           used.regions.insert(rCalculator.generalParameters.ROIID);
+                                           used.tables2D.insert(rCalculator.generalParameters.weightTable2D);
+                                       }
+                                       else if (rCalculator.APISelection == API04HistWeightedAverage)
+                                       {
+                                           used.tables1D.insert(rCalculator.generalParameters.weightTable1D);
+                                       }
+                                   });
     return used;
 }
 
@@ -131,7 +129,7 @@ VOID JudgeUsed(const ModeView& rView, const CHAR* pModule, const std::set<INT64>
     };
     if (const ModulePlace* pPlace = rView.Find(pModule))
     {
-        JudgeEach<Payload>(*pPlace, rFindings, onlyUsed, Whose::Any);
+        JudgeEach<Payload>(*pPlace, rFindings, onlyUsed);
     }
 }
 

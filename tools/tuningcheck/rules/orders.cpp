@@ -169,7 +169,6 @@ VOID CheckControls(const ArbitrationControlExposureType& rList, const Ranges& rR
             continue;
         }
         CheckQuantity(rControl, index, rRanges.byID, rJudge);
-        CheckAbsolute(rControl, index, rRanges.byID, rJudge);
         CheckSharing(rControl, index, rRanges, rJudge);
         CheckPlace(controls, index, rRanges.byID, rJudge);
         if (rControl.controlID == ArbCtrlSHDRTimeRange && rList.exposureType == ExposureLong)
@@ -177,6 +176,7 @@ VOID CheckControls(const ArbitrationControlExposureType& rList, const Ranges& rR
             rJudge.ErrorIn("controls", index, "is ArbCtrlSHDRTimeRange for ExposureLong",
                            "a list of ExposureShort or ExposureSafe", "it takes what Long leaves of a frame's time");
         }
+        CheckAbsolute(rControl, index, rRanges.byID, rJudge);
     }
 }
 
@@ -190,7 +190,7 @@ VOID CheckOrders(const ModeView& rView, Findings& rFindings)
         return;
     }
     const Ranges ranges = RangesOf(rView);
-    JudgeEach<ArbitrationControlOrder>(*pModule, rFindings, CheckLists, Whose::Any);
+    JudgeEach<ArbitrationControlOrder>(*pModule, rFindings, CheckLists);
     JudgeEach<ArbitrationControlExposureType>(
         *pModule, rFindings,
         [&ranges](const ArbitrationControlExposureType& rList, const RecordJudge& rJudge)
@@ -199,8 +199,7 @@ VOID CheckOrders(const ModeView& rView, Findings& rFindings)
             {
                 CheckControls(rList, ranges, rJudge);
             }
-        },
-        Whose::Any);
+        });
 }
 
 }  // namespace tuningcheck

@@ -37,13 +37,6 @@ VOID CheckPair(const Spot& rSpot, Findings& rFindings)
     }
 }
 
-/// @return whether the mode above holds the same pair
-bool IsTakenOverPair(const Spot& rSpot)
-{
-    return rSpot.pIn->pAbove != nullptr &&
-           std::memcmp(rSpot.pIn->pAbove + rSpot.pMember->offset, rSpot.pValue, sizeof(StartEndType)) == 0;
-}
-
 }  // namespace
 
 VOID CheckPairs(const ModulePlace& rModule, Findings& rFindings)
@@ -53,7 +46,7 @@ VOID CheckPairs(const ModulePlace& rModule, Findings& rFindings)
     {
         if (rSpot.pMember->pRecord == &tuning::DescriptionOf<StartEndType>() &&
             rSpot.pMember->form == tuning::Form::Single && rSpot.pWords->words.acts != tuning::Acts::Never &&
-            !IsZoneRange(rSpot) && !IsTakenOverPair(rSpot))
+            !IsZoneRange(rSpot))
         {
             CheckPair(rSpot, rFindings);
         }

@@ -126,26 +126,22 @@ VOID CheckRanges(const ModeView& rView, Findings& rFindings)
     const std::set<INT32> filledIn = FilledInRanges(rView);
     const auto            isTuned  = [&filledIn](const RecordJudge& rJudge)
     { return !filledIn.contains(rJudge.Around<DBArbitrationRangePayload>()->dataID); };
-    JudgeEach<RangePoint>(
-        *pModule, rFindings,
-        [&isTuned](const RangePoint& rBound, const RecordJudge& rJudge)
-        {
-            if (isTuned(rJudge))
-            {
-                CheckBound(rBound, rJudge);
-            }
-        },
-        Whose::Any);
-    JudgeEach<RangeType>(
-        *pModule, rFindings,
-        [&isTuned](const RangeType& rRange, const RecordJudge& rJudge)
-        {
-            if (isTuned(rJudge))
-            {
-                CheckRange(rRange, rJudge);
-            }
-        },
-        Whose::Any);
+    JudgeEach<RangePoint>(*pModule, rFindings,
+                          [&isTuned](const RangePoint& rBound, const RecordJudge& rJudge)
+                          {
+                              if (isTuned(rJudge))
+                              {
+                                  CheckBound(rBound, rJudge);
+                              }
+                          });
+    JudgeEach<RangeType>(*pModule, rFindings,
+                         [&isTuned](const RangeType& rRange, const RecordJudge& rJudge)
+                         {
+                             if (isTuned(rJudge))
+                             {
+                                 CheckRange(rRange, rJudge);
+                             }
+                         });
 }
 
 }  // namespace tuningcheck

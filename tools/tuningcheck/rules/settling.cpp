@@ -29,7 +29,7 @@ VOID CheckSettling(const ModeView& rView, Findings& rFindings)
                           "smallest move");
         }
     };
-    JudgeEach<kirodbconvsettle::BaseSettleType>(*pModule, rFindings, check, Whose::Any);
+    JudgeEach<kirodbconvsettle::BaseSettleType>(*pModule, rFindings, check);
 }
 
 }  // namespace tuningcheck

@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include "schema/kiroglobalelements.h"
-#include "tools/tuningfile/samerecord.h"
 
 namespace tuningcheck
 {
@@ -23,12 +22,6 @@ bool IsListOfZones(const RecordMember& rMember)
     }
     const RecordMember& rFirst = rMember.pRecord->pMembers[0];
     return rFirst.pRecord == &tuning::DescriptionOf<StartEndType>() && rFirst.form == Form::Single;
-}
-
-bool IsTakenOver(const Spot& rList)
-{
-    return rList.pIn->pAbove != nullptr &&
-           tuningfile::SameMember(*rList.pMember, rList.pIn->pRecord, rList.pIn->pAbove);
 }
 
 /// The zones of one list.
@@ -119,7 +112,7 @@ VOID CheckZones(const ModulePlace& rModule, Findings& rFindings)
     Visitor visitor;
     visitor.member = [&rFindings](const Spot& rSpot)
     {
-        if (IsListOfZones(*rSpot.pMember) && rSpot.pWords->words.acts != tuning::Acts::Never && !IsTakenOver(rSpot))
+        if (IsListOfZones(*rSpot.pMember) && rSpot.pWords->words.acts != tuning::Acts::Never)
         {
             Zones(rSpot, rFindings).Check();
         }
