@@ -38,8 +38,8 @@ VOID AddBranches(const CLI::App& rApp, const std::string& rChain, std::vector<st
 
 std::string BashCompletion(const CLI::App& rApp)
 {
-    const std::string name = rApp.get_name();
-    Branches          branches;
+    const std::string& name = rApp.get_name();
+    Branches           branches;
     AddBranches(rApp, "", {}, branches);
     return fmt::format(R"(# Completion of {0} for bash, made from its options.
 _{0}()

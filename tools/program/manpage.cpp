@@ -100,8 +100,8 @@ std::string Commands(const CLI::App& rApp, const std::string& rProgram)
 
 std::string ManPage(const CLI::App& rApp)
 {
-    const std::string name     = rApp.get_name();
-    const std::string commands = Commands(rApp, name);
+    const std::string& name     = rApp.get_name();
+    const std::string  commands = Commands(rApp, name);
     return fmt::format(".TH {} 1\n.SH NAME\n{} \\- {}\n.SH SYNOPSIS\n{}.SH OPTIONS\n{}{}{}", name, name,
                        Plain(rApp.get_description()), Synopsis(rApp, name), Entries(rApp),
                        commands.empty() ? "" : ".SH COMMANDS\n", commands);
