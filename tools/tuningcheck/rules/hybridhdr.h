@@ -2,6 +2,7 @@
 /// The sensor that bins its pixels: thresholds at which it takes both of its modes.
 #pragma once
 
+#include "tools/tuningcheck/finding.h"
 #include "tools/tuningcheck/modeview.h"
 
 namespace tuningcheck
