@@ -1,9 +1,8 @@
 #!/usr/bin/env bash
 # What a person sets at a running camera is not lost: it shows in a comparison, can be taken back, and makes a tuning.
-# usage: keepedits.sh DIRECTORY_OF_PROGRAMS DIRECTORY_OF_EXAMPLES [LAUNCHER OF PROGRAMS...]
+# usage: keepedits.sh DIRECTORY_OF_PROGRAMS DIRECTORY_OF_EXAMPLES
 set -u
 readonly bin=$1 examples=$2
-readonly launcher=("${@:3}")
 work=$(mktemp -d)
 failures=0
 camera=
@@ -13,13 +12,13 @@ trap 'kill $camera 2>/dev/null; rm -rf "$work"' EXIT
 
 start() {
     [ -z "$camera" ] || { kill -INT $camera; wait $camera; }
-    "${launcher[@]}" "$bin/kirosim" run --loop --quiet --realtime --tuning "$1" --scene "$examples/scenes/step-loop.yaml" \
+    "$bin/kirosim" run --loop --quiet --realtime --tuning "$1" --scene "$examples/scenes/step-loop.yaml" \
         >"$work/camera" 2>&1 &
     camera=$!
     until grep -q '^live tuning at port' "$work/camera" || ! kill -0 $camera 2>/dev/null; do sleep 0.05; done
     port=$(sed -n 's/^live tuning at port //p' "$work/camera")
 }
-kirotune() { "${launcher[@]}" "$bin/kirotune" "$@"; }
+kirotune() { "$bin/kirotune" "$@"; }
 live() { kirotune live --timeout 30 --port "$port" "$@" >"$work/stdout" 2>"$work/stderr"; }
 
 fail() {

@@ -59,7 +59,7 @@ std::string LockOf(const std::string& rPath)
     return rPath + ".lock";
 }
 
-/// The service's token is another one after each start.
+/// The service's token is its address: another one after each start where the system places programs at random.
 std::string StartOf(const liveclient::DeviceInfo& rDevice)
 {
     return fmt::format("{:#018x} {}", rDevice.id, Clean(rDevice.name));
