@@ -1,4 +1,6 @@
 /// Tunings that look odd and work, for which a check has no error, and some that look well and do not work.
+#include <fmt/format.h>
+
 #include "tests/support/tuningslip.h"
 #include "tools/tuningfile/files.h"
 
@@ -16,6 +18,28 @@ struct SoundCase
     bool        isOdd;  ///< worth an advice
     Changes     changes;
 };
+
+/// A grid for lamps of two zones, before the order.
+std::string FlickerGrid(const CHAR* pFirst, UINT32 firstTime, const CHAR* pSecond, UINT32 secondTime)
+{
+    constexpr const CHAR* zone =
+        "                - {{trigger: {}, trigger2Data: [{{trigger: *everywhere, triggerData: {}}}]}}\n";
+    return R"(      kirodbarbitrationlut:
+        dataBank: {bankID: BankIDArbitrationLUT}
+        data:
+          - dataID: 1
+            value:
+              keyType1: &timeKey {source: SourceArbitration, arbKey: LUTKeyTime}
+              keyType2: *timeKey
+              outType: ArbLutOutTime
+              triggerData:
+)" + fmt::format(zone, pFirst, firstTime) +
+           fmt::format(zone, pSecond, secondTime) + "      kirodbarbitrationorder:";
+}
+
+const std::string PassingGrid = FlickerGrid("{start: 0, end: 0}", 0, "{start: 10000000, end: 20000000}", 10000000);
+const std::string GappedGrid =
+    FlickerGrid("{start: 10000000, end: 20000000}", 10000000, "{start: 30000000, end: 40000000}", 20000000);
 
 const std::string Controls = "controls: &tableOnly [";
 
@@ -76,19 +100,7 @@ const SoundCase Sound[] = {
        "ArbCtrlManualISO, dataID: 4, enableControl: true}, "}}},
     {"short times below the first period of the light",
      false,
-     {{"      kirodbarbitrationorder:",
-       R"(      kirodbarbitrationlut:
-        dataBank: {bankID: BankIDArbitrationLUT}
-        data:
-          - dataID: 1
-            value:
-              keyType1: &timeKey {source: SourceArbitration, arbKey: LUTKeyTime}
-              keyType2: *timeKey
-              outType: ArbLutOutTime
-              triggerData:
-                - {trigger: {start: 0, end: 0}, trigger2Data: [{trigger: *everywhere, triggerData: 0}]}
-                - {trigger: {start: 10000000, end: 20000000}, trigger2Data: [{trigger: *everywhere, triggerData: 10000000}]}
-      kirodbarbitrationorder:)"},
+     {{"      kirodbarbitrationorder:", PassingGrid.c_str()},
       {"dataID: 1, enableControl: true}]",
        "dataID: 1, enableControl: true}, {controlID: ArbCtrlFlicker50LUT, dataID: 1, enableControl: true}]"}}},
     {"scores that pass by a rounding error",
@@ -164,19 +176,7 @@ const FaultyCase Faulty[] = {
       {"{weightTable2D: 1}", "{rangeTrigger: [{trigger: *everywhere, triggerData: {start: 0.0, end: 1.0}}]}\n"
                              "          extensionArray: [0, 2, 1, 2, 8, 8]"}}},
     {"starts at 30000000, above the end of the zone before it",
-     {{"      kirodbarbitrationorder:",
-       R"(      kirodbarbitrationlut:
-        dataBank: {bankID: BankIDArbitrationLUT}
-        data:
-          - dataID: 1
-            value:
-              keyType1: &timeKey {source: SourceArbitration, arbKey: LUTKeyTime}
-              keyType2: *timeKey
-              outType: ArbLutOutTime
-              triggerData:
-                - {trigger: {start: 10000000, end: 20000000}, trigger2Data: [{trigger: *everywhere, triggerData: 10000000}]}
-                - {trigger: {start: 30000000, end: 40000000}, trigger2Data: [{trigger: *everywhere, triggerData: 20000000}]}
-      kirodbarbitrationorder:)"},
+     {{"      kirodbarbitrationorder:", GappedGrid.c_str()},
       {"dataID: 1, enableControl: true}]",
        "dataID: 1, enableControl: true}, {controlID: ArbCtrlFlicker50LUT, dataID: 1, enableControl: true}]"}}},
     {"is 777, expected an entry of bank",
