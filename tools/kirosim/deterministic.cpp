@@ -68,4 +68,25 @@ DOUBLE CosineOfTurns(DOUBLE turns)
     return isLow ? -cosine : cosine;
 }
 
+DOUBLE TurnsOfDirection(DOUBLE ahead, DOUBLE across)
+{
+    constexpr DOUBLE twoPi   = 6.283185307179586;
+    const DOUBLE     along   = std::abs(ahead);
+    const DOUBLE     aside   = std::abs(across);
+    const bool       isSteep = aside > along;
+    const DOUBLE     larger  = isSteep ? aside : along;
+    if (larger == 0.0)
+    {
+        return 0.0;
+    }
+    // Arc tangent on an eighth of a turn to 1e-5 rad, of the form of Abramowitz and Stegun 4.4.49.
+    const DOUBLE tangent = (isSteep ? along : aside) / larger;
+    const DOUBLE x       = tangent * tangent;
+    const DOUBLE angle =
+        tangent * (0.9998660 + x * (-0.3302995 + x * (0.1801410 + x * (-0.0851330 + x * 0.0208351)))) / twoPi;
+    const DOUBLE quarter = isSteep ? 0.25 - angle : angle;  // 0 to a quarter turn
+    const DOUBLE half    = (ahead < 0.0) ? 0.5 - quarter : quarter;
+    return (across < 0.0) ? -half : half;
+}
+
 }  // namespace kirosim

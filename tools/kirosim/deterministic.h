@@ -31,4 +31,8 @@ private:
 /// Cosine of an angle given in turns, by a polynomial of its own.
 DOUBLE CosineOfTurns(DOUBLE turns);
 
+/// The angle of a direction, in turns from the one ahead towards the one across: -0.5 to 0.5, 0 for {0, 0}. To 2e-6
+/// turns, by a polynomial of its own.
+DOUBLE TurnsOfDirection(DOUBLE ahead, DOUBLE across);
+
 }  // namespace kirosim

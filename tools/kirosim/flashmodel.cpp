@@ -52,12 +52,12 @@ Colour FlashModel::ColourOf(INT32 led1, INT32 led2) const
             (lux1 * pLEDs[0].colour.bg + lux2 * pLEDs[1].colour.bg) / sum};
 }
 
-Colour FlashModel::ColourAt(UINT32 region, DOUBLE lux) const
+Colour FlashModel::ColourAt(UINT32 region, DOUBLE lux, const Colour& rLight) const
 {
     const DOUBLE lampLux = LuxAt(region);
     const Colour lamp    = ColourOf(m_lamp.LED1Setting, m_lamp.LED2Setting);
-    const DOUBLE share   = lampLux / (lampLux + lux);
-    return {m_light.rg + share * (lamp.rg - m_light.rg), m_light.bg + share * (lamp.bg - m_light.bg)};
+    const DOUBLE share   = (lampLux > 0.0) ? lampLux / (lampLux + lux) : 0.0;
+    return {rLight.rg + share * (lamp.rg - rLight.rg), rLight.bg + share * (lamp.bg - rLight.bg)};
 }
 
 VOID FlashModel::TakePicture(const DOUBLE* pLevels, const DOUBLE* pSaturated)

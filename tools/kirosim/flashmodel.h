@@ -42,8 +42,8 @@ public:
     /// What the LEDs add to a region's light over the frame's exposure, lux.
     DOUBLE LuxAt(UINT32 region) const;
 
-    /// Colour of a grey region. @param lux of the surroundings
-    Colour ColourAt(UINT32 region, DOUBLE lux) const;
+    /// Colour of a grey region. @param lux, rLight of the surroundings
+    Colour ColourAt(UINT32 region, DOUBLE lux, const Colour& rLight) const;
 
     /// Colour of the two LEDs together; {0, 0} for no light.
     Colour ColourOf(INT32 led1, INT32 led2) const;

@@ -7,10 +7,14 @@
 namespace kirosim
 {
 
-DOUBLE Scene::LightEV(DOUBLE time) const
+namespace
+{
+
+/// EV of the light curve.
+DOUBLE CurveEV(const std::vector<LightPoint>& rLight, DOUBLE time)
 {
     const LightPoint* pBefore = nullptr;
-    for (const LightPoint& rPoint : light)
+    for (const LightPoint& rPoint : rLight)
     {
         if (rPoint.time > time)
         {
@@ -25,6 +29,14 @@ DOUBLE Scene::LightEV(DOUBLE time) const
         pBefore = &rPoint;
     }
     return (pBefore != nullptr) ? pBefore->ev : 0.0;
+}
+
+}  // namespace
+
+DOUBLE Scene::LightEV(DOUBLE time) const
+{
+    const DOUBLE curveEV = CurveEV(light, time);
+    return panorama.has_value() ? curveEV + std::log2(panorama->LuxAt(time, lux) / lux) : curveEV;
 }
 
 DOUBLE Scene::LuxAt(DOUBLE time) const

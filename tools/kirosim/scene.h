@@ -15,6 +15,7 @@
 #include "tools/kirosim/flashscene.h"
 #include "tools/kirosim/objectscene.h"
 #include "tools/kirosim/outsidescene.h"
+#include "tools/kirosim/panoramascene.h"
 #include "tools/kirosim/startscene.h"
 
 namespace kirosim
@@ -123,7 +124,8 @@ struct Scene
     std::optional<OutsideMap>  map;   ///< of the object
     std::vector<GyroPoint>     gyro;  ///< in ascending time
 
-    std::optional<FlashScene> flash;
+    std::optional<FlashScene>    flash;
+    std::optional<PanoramaScene> panorama;  ///< in the place of the pattern
 
     CameraSetup              camera;
     std::optional<StartPlan> start;         ///< none for the fixed start
@@ -132,7 +134,7 @@ struct Scene
     /// The same scene as the second camera sees it, with its own sensor, pattern and setup; null if there is none.
     std::shared_ptr<const Scene> pSecond;
 
-    /// Light at a time, EV relative to lux, without ripple.
+    /// Light at a time, EV relative to lux, without ripple. A panorama's is that of its mean.
     DOUBLE LightEV(DOUBLE time) const;
 
     /// Light at a time with ripple, lux.

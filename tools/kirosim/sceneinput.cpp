@@ -13,6 +13,7 @@
 #include "tools/kirosim/modesinput.h"
 #include "tools/kirosim/objectinput.h"
 #include "tools/kirosim/outsideinput.h"
+#include "tools/kirosim/panoramainput.h"
 #include "tools/kirosim/scenevalues.h"
 #include "tools/kirosim/sensorinput.h"
 #include "tools/kirosim/startinput.h"
@@ -48,7 +49,7 @@ VOID ReadElsewhere(const SceneText&, const YamlEntry&, Scene&)
 const SceneTable<Scene>& SecondTable()
 {
     static const SceneTable<Scene> table("a second camera", "member of a second camera", WholeSceneTable(),
-                                         {"lux", "seed", "startOffsetEV", "pattern", "sensor", "role", "modes",
+                                         {"lux", "seed", "startOffsetEV", "pattern", "panorama", "sensor", "role", "modes",
                                           "calibration", "sensitivityByCCT", "start"});
     return table;
 }
@@ -142,6 +143,7 @@ const SceneTable<Scene>& WholeSceneTable()
          {"startOffsetEV", Number(&Scene::startOffsetEV, -20.0, 20.0), "EV",
           "the fixed exposure to start with, against the one that shows mid-grey"},
          {"pattern", Map(&Scene::pattern, PatternTable), "", "what the frame shows"},
+         {"panorama", PanoramaValue(), "", "a photographed panorama that the camera looks into, instead of a pattern"},
          {"light",
           List(&Scene::light, "points {time, ev}", LightPointTable,
                {&LightPoint::time, true, "light points must stand in ascending time"}),

@@ -55,6 +55,16 @@ RegionLight ExposeSamples(const FLOAT* pSamples, FLOAT signal, FLOAT noise, INT*
     return light;
 }
 
+/// Samples of a panorama under a flash, full scale is 1: what shines by itself does not reflect the more, so all of
+/// them reflect as grey does.
+std::array<FLOAT, SamplesPerRegion> WithFlash(const FLOAT* pSamples, FLOAT light, FLOAT flash)
+{
+    std::array<FLOAT, SamplesPerRegion> samples;
+    std::transform(pSamples, pSamples + SamplesPerRegion, samples.begin(),
+                   [=](FLOAT sample) { return sample * light + flash; });
+    return samples;
+}
+
 }  // namespace
 
 SensorModel::SensorModel(const Scene& rScene)
@@ -70,7 +80,15 @@ SensorModel::SensorModel(const Scene& rScene)
     {
         m_histogramLUT[bin] = (static_cast<FLOAT>(bin) + 0.5f) / static_cast<FLOAT>(HistogramBins) * m_fullScale;
     }
-    BuildRadiance();
+    if (rScene.panorama.has_value())
+    {
+        m_radiance.resize(static_cast<size_t>(GridSize) * SamplesPerRegion);
+        m_pPanorama = std::make_unique<PanoramaPicture>(rScene);
+    }
+    else
+    {
+        BuildRadiance();
+    }
     BuildChannels();
     BuildFlashChannels();
 }
@@ -172,6 +190,11 @@ KIROStatsList& SensorModel::Capture(UINT64 frameID, DOUBLE time, const AppliedEx
 {
     rTruth.lux = m_rScene.LuxAt(time);
     PlaceObject(time);
+    if (m_pPanorama != nullptr)
+    {
+        const DOUBLE seconds = static_cast<DOUBLE>(pExposures[AECAlgoExposureSafe].time) / NsPerSecond;
+        m_pPanorama->Look(time, seconds, SamplesPerRegion, m_radiance);
+    }
     for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
     {
         rTruth.clipped[type] = ExposeRegions(time, pExposures[type], rTruth.lux, m_stats[type],
@@ -234,13 +257,17 @@ DOUBLE SensorModel::ExposeRegions(DOUBLE time, const AppliedExposure& rExposure,
     UINT32 clippedCount = 0;
     for (UINT32 region = 0; region < GridSize; ++region)
     {
-        const DOUBLE lamp   = (m_pFlash != nullptr) ? m_pFlash->LuxAt(region) * meanPerLux : 0.0;
-        const FLOAT  signal = static_cast<FLOAT>(mean * rowFactors[region / GridWidth] + lamp) *
-                             (m_objectMask[region] ? m_objectGain : 1.0f);
-        const FLOAT noise = std::max(1.0f + static_cast<FLOAT>(rSensor.regionNoise * m_noise.NextNoise()), 0.0f);
-        const auto [sum, saturated] = ExposeSamples(&m_radiance[static_cast<size_t>(region) * SamplesPerRegion], signal,
-                                                    noise, rStats.histogram.data());
-        const DOUBLE level          = static_cast<DOUBLE>(sum) / SamplesPerRegion;
+        const DOUBLE light    = mean * rowFactors[region / GridWidth];
+        const DOUBLE lamp     = (m_pFlash != nullptr) ? m_pFlash->LuxAt(region) * meanPerLux : 0.0;
+        const FLOAT  gain     = m_objectMask[region] ? m_objectGain : 1.0f;
+        const FLOAT  noise    = std::max(1.0f + static_cast<FLOAT>(rSensor.regionNoise * m_noise.NextNoise()), 0.0f);
+        const FLOAT* pSamples = &m_radiance[static_cast<size_t>(region) * SamplesPerRegion];
+        const auto [sum, saturated] =
+            (m_pPanorama != nullptr && lamp > 0.0)
+                ? ExposeSamples(WithFlash(pSamples, static_cast<FLOAT>(light), static_cast<FLOAT>(lamp)).data(), gain,
+                                noise, rStats.histogram.data())
+                : ExposeSamples(pSamples, static_cast<FLOAT>(light + lamp) * gain, noise, rStats.histogram.data());
+        const DOUBLE level = static_cast<DOUBLE>(sum) / SamplesPerRegion;
         pictureSum += level;
         clippedCount += saturated;
         const DOUBLE shot         = rSensor.shotNoise * std::sqrt(level * rExposure.gain) * m_noise.NextNoise();
@@ -264,11 +291,24 @@ VOID SensorModel::SetColours(DOUBLE lux, ExposureStats& rStats) const
 {
     for (UINT32 region = 0; region < GridSize; ++region)
     {
-        const Colour colour =
-            (m_pFlash != nullptr) ? m_pFlash->ColourAt(region, lux) : Colour{m_rScene.rg, m_rScene.bg};
-        rStats.rg[region] = static_cast<FLOAT>(colour.rg);
-        rStats.bg[region] = static_cast<FLOAT>(colour.bg);
+        const Colour light  = LightOf(region);
+        const DOUBLE share  = (m_pPanorama != nullptr) ? m_pPanorama->RadianceAt(region) : 1.0;
+        const Colour colour = (m_pFlash != nullptr) ? m_pFlash->ColourAt(region, lux * share, light) : light;
+        rStats.rg[region]   = static_cast<FLOAT>(colour.rg);
+        rStats.bg[region]   = static_cast<FLOAT>(colour.bg);
     }
+}
+
+/// Colour of a region without flash.
+Colour SensorModel::LightOf(UINT32 region) const
+{
+    const Colour white = (m_pFlash != nullptr) ? m_pFlash->Light() : Colour{m_rScene.rg, m_rScene.bg};
+    if (m_pPanorama == nullptr)
+    {
+        return white;
+    }
+    const Colour& rTint = m_pPanorama->ColourAt(region);
+    return {white.rg * rTint.rg, white.bg * rTint.bg};
 }
 
 /// Mean of the lamp's light over each row's exposure: a rolling shutter starts the rows one after another.

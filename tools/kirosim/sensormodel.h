@@ -10,6 +10,7 @@
 #include "interface/kiroframe.h"
 #include "tools/kirosim/deterministic.h"
 #include "tools/kirosim/flashmodel.h"
+#include "tools/kirosim/panoramapicture.h"
 #include "tools/kirosim/scene.h"
 #include "tools/kirosim/scenegrid.h"
 
@@ -95,6 +96,7 @@ private:
     VOID   BuildChannels();
     VOID   BuildFlashChannels();
     VOID   SetColours(DOUBLE lux, ExposureStats& rStats) const;
+    Colour LightOf(UINT32 region) const;
     VOID   PlaceObject(DOUBLE time);
     DOUBLE MeanLumaOfObject() const;
     VOID   AddGrid(const CHAR* pName, FLOAT* pValues);
@@ -110,6 +112,8 @@ private:
 
     std::bitset<GridSize> m_objectMask;  ///< regions that the scene's object hides
     FLOAT                 m_objectGain;  ///< of their radiance
+
+    std::unique_ptr<PanoramaPicture> m_pPanorama;  ///< null in a scene with a pattern
 
     std::unique_ptr<FlashModel>  m_pFlash;
     std::array<DOUBLE, GridSize> m_levels;     ///< of the exposure last exposed, full scale is 1

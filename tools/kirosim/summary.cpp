@@ -105,7 +105,7 @@ bool SummaryBuilder::IsInRamp(DOUBLE time) const
             return true;
         }
     }
-    return false;
+    return m_rScene.panorama.has_value() && m_rScene.panorama->IsFading(time);
 }
 
 bool SummaryBuilder::IsStepAt(size_t index) const

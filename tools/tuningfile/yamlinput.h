@@ -65,6 +65,12 @@ public:
         return m_root;
     }
 
+    /// As it appears in messages.
+    const std::string& FileName() const
+    {
+        return m_fileName;
+    }
+
     /// Throws an InputError that points at a node.
     [[noreturn]] VOID Fail(const YAML::Node& rNode, std::string_view message) const;
 
