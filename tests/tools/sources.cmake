@@ -9,7 +9,9 @@ set(ROOM_TESTS
     meaning_test.cpp
     references_test.cpp
     livejournal_test.cpp
+    panoramas_test.cpp
     patch_test.cpp
+    radiancefiles_test.cpp
     roundtrip_test.cpp
     schematext_test.cpp
     slips_test.cpp

@@ -50,7 +50,7 @@ VOID PanoramaPicture::Look(DOUBLE time, DOUBLE exposureSeconds, UINT32 samplesPe
     for (UINT32 row = 0; row < GridHeight; ++row)
     {
         const DOUBLE        seen  = time + m_rScene.sensor.readout * row / GridHeight + exposureSeconds / 2.0;
-        const PanoramaViews views = rPanorama.ViewsAt(seen, m_rScene.lux);
+        const PanoramaViews views = rPanorama.ViewsAt(time, seen, m_rScene.lux);
         Row&                rRow  = m_rows[row];
         if (views == rRow.views && lux == rRow.lux)
         {

@@ -5,7 +5,7 @@
 #include <array>
 #include <vector>
 
-#include "host/flashcapture.h"
+#include "tools/kirosim/flashscene.h"
 #include "tools/kirosim/scene.h"
 #include "tools/kirosim/scenegrid.h"
 

@@ -55,10 +55,10 @@ PanoramaScene::Stage PanoramaScene::StageAt(DOUBLE time, DOUBLE sceneLux) const
     return stage;
 }
 
-PanoramaViews PanoramaScene::ViewsAt(DOUBLE time, DOUBLE sceneLux) const
+PanoramaViews PanoramaScene::ViewsAt(DOUBLE frameTime, DOUBLE time, DOUBLE sceneLux) const
 {
     const TurnPoint turn   = TurnAt(time);
-    const Stage     stage  = StageAt(time, sceneLux);
+    const Stage     stage  = StageAt(frameTime, sceneLux);
     const auto      viewOf = [&turn](const Place& rPlace, DOUBLE share)
     { return ViewOf(rPlace.pMap, rPlace.yaw + turn.yaw, rPlace.pitch + turn.pitch, rPlace.lux * share); };
     return {viewOf(stage.now, stage.share),
@@ -71,10 +71,19 @@ DOUBLE PanoramaScene::LuxAt(DOUBLE time, DOUBLE sceneLux) const
     return stage.now.lux * stage.share + stage.before.lux * (1.0 - stage.share);
 }
 
-bool PanoramaScene::IsFading(DOUBLE time) const
+bool PanoramaScene::IsMoving(DOUBLE time) const
+{
+    const auto isTurn = [time](const TurnPoint& rFrom, const TurnPoint& rTo)
+    { return time > rFrom.time && time <= rTo.time && (rFrom.yaw != rTo.yaw || rFrom.pitch != rTo.pitch); };
+    const auto isFade = [time](const PanoramaCut& rCut) { return time >= rCut.time && time < rCut.time + rCut.fade; };
+    return std::adjacent_find(path.begin(), path.end(), isTurn) != path.end() ||
+           std::any_of(cuts.begin(), cuts.end(), isFade);
+}
+
+bool PanoramaScene::HasCut(DOUBLE after, DOUBLE upTo) const
 {
     return std::any_of(cuts.begin(), cuts.end(),
-                       [time](const PanoramaCut& rCut) { return time >= rCut.time && time < rCut.time + rCut.fade; });
+                       [=](const PanoramaCut& rCut) { return rCut.time > after && rCut.time <= upTo; });
 }
 
 }  // namespace kirosim

@@ -61,13 +61,19 @@ struct PanoramaScene
     std::vector<TurnPoint>   path;                ///< in ascending time; added to yaw and pitch
     std::vector<PanoramaCut> cuts;                ///< in ascending time
 
-    /// @param sceneLux for maps of which nothing is said
-    PanoramaViews ViewsAt(DOUBLE time, DOUBLE sceneLux) const;
+    /// @param frameTime of the frame's start, s: a cut takes place between two frames
+    /// @param time      at which the camera is seen to have turned, s
+    /// @param sceneLux  for maps of which nothing is said
+    PanoramaViews ViewsAt(DOUBLE frameTime, DOUBLE time, DOUBLE sceneLux) const;
 
     /// Light of the sphere's mean, lux.
     DOUBLE LuxAt(DOUBLE time, DOUBLE sceneLux) const;
 
-    bool IsFading(DOUBLE time) const;
+    /// Whether the camera turns or a cut fades.
+    bool IsMoving(DOUBLE time) const;
+
+    /// Whether there is a cut after one time and not after the other.
+    bool HasCut(DOUBLE after, DOUBLE upTo) const;
 
 private:
     /// How the camera stands in a panorama, and how bright that is.

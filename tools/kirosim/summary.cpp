@@ -105,13 +105,19 @@ bool SummaryBuilder::IsInRamp(DOUBLE time) const
             return true;
         }
     }
-    return m_rScene.panorama.has_value() && m_rScene.panorama->IsFading(time);
+    return false;
+}
+
+/// A ramp of the light, or a camera on the move.
+bool SummaryBuilder::IsChanging(DOUBLE time) const
+{
+    return IsInRamp(time) || (m_rScene.panorama.has_value() && m_rScene.panorama->IsMoving(time));
 }
 
 bool SummaryBuilder::IsStepAt(size_t index) const
 {
     const Sample* pBefore = Before(index);
-    return pBefore != nullptr && !IsInRamp(m_samples[index].time) &&
+    return pBefore != nullptr && !IsChanging(m_samples[index].time) &&
            std::abs(m_samples[index].lightEV - pBefore->lightEV) >= StepMinEV;
 }
 
@@ -134,12 +140,17 @@ RunSummary SummaryBuilder::Finish() const
         return summary;
     }
 
-    // A step is judged up to the next change of the light; ramps have a measure of their own.
+    // A step is judged up to the next change of what is seen; ramps have a measure of their own.
+    const auto isCut = [this](size_t index)
+    {
+        return m_rScene.panorama.has_value() &&
+               m_rScene.panorama->HasCut(m_samples[index - 1].time, m_samples[index].time);
+    };
     size_t begin = 0;
     for (size_t index = 1; index <= m_samples.size(); ++index)
     {
-        const bool isEnd = index == m_samples.size() || IsStepAt(index) ||
-                           IsInRamp(m_samples[index].time) != IsInRamp(m_samples[index - 1].time);
+        const bool isEnd = index == m_samples.size() || IsStepAt(index) || isCut(index) ||
+                           IsChanging(m_samples[index].time) != IsChanging(m_samples[index - 1].time);
         if (isEnd && (Before(begin) == nullptr || IsStepAt(begin)))
         {
             summary.steps.push_back(MeasureStep(begin, index));

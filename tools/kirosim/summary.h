@@ -69,6 +69,7 @@ private:
     std::string           FailureAt(size_t begin, size_t end) const;
     std::optional<DOUBLE> MeasureRampLag() const;
     bool                  IsInRamp(DOUBLE time) const;
+    bool                  IsChanging(DOUBLE time) const;
     bool                  IsStepAt(size_t index) const;
     const Sample*         Before(size_t index) const;
 

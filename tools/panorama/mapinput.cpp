@@ -26,20 +26,6 @@ constexpr size_t FileSizeMax = 256 << 20;
 /// A camera of 128 samples across a view of 45 degrees sees each pixel.
 constexpr UINT32 WidthMax = 1024;
 
-RadianceMap MakeLookable(const std::string& rPath)
-{
-    RadianceMap map = ReadMap(tuningfile::ReadBytes(rPath, FileSizeMax), rPath);
-    Clean(map, rPath);
-    const DOUBLE scale  = std::exp2(-MeanLog2Luminance(map));
-    const auto   scaled = [scale](FLOAT value) { return static_cast<FLOAT>(static_cast<DOUBLE>(value) * scale); };
-    map                 = Reduce(std::move(map), WidthMax);
-    for (Light& rLight : map.pixels)
-    {
-        rLight = {scaled(rLight.red), scaled(rLight.green), scaled(rLight.blue)};
-    }
-    return map;
-}
-
 }  // namespace
 
 RadianceMap ReadMap(std::span<const BYTE> bytes, std::string_view name)
@@ -55,6 +41,21 @@ RadianceMap ReadMap(std::span<const BYTE> bytes, std::string_view name)
     throw tuningfile::InputError(fmt::format("{}: neither an OpenEXR nor a Radiance picture", name));
 }
 
+RadianceMap ReadLookable(std::span<const BYTE> bytes, std::string_view name)
+{
+    RadianceMap map = ReadMap(bytes, name);
+    Clean(map, name);
+    const DOUBLE scale  = std::exp2(-MeanLog2Luminance(map));
+    const auto   scaled = [scale](FLOAT value) { return static_cast<FLOAT>(static_cast<DOUBLE>(value) * scale); };
+
+    map = Reduce(std::move(map), WidthMax);
+    for (Light& rLight : map.pixels)
+    {
+        rLight = {scaled(rLight.red), scaled(rLight.green), scaled(rLight.blue)};
+    }
+    return map;
+}
+
 std::shared_ptr<const RadianceMap> SharedMap(const std::string& rPath)
 {
     static std::mutex                                              mutex;
@@ -68,7 +69,7 @@ std::shared_ptr<const RadianceMap> SharedMap(const std::string& rPath)
     std::shared_ptr<const RadianceMap> pMap    = rShared.lock();
     if (pMap == nullptr)
     {
-        pMap    = std::make_shared<const RadianceMap>(MakeLookable(rPath));
+        pMap    = std::make_shared<const RadianceMap>(ReadLookable(tuningfile::ReadBytes(rPath, FileSizeMax), rPath));
         rShared = pMap;
     }
     return pMap;

@@ -1,0 +1,152 @@
+// The phone's tuning in real light. The panoramas come from elsewhere: ./dev lights brings them and runs these tests.
+
+#include <algorithm>
+#include <cmath>
+#include <gtest/gtest.h>
+
+#include "tests/kirosim/simulationrun.h"
+
+using namespace kirosim;
+
+namespace
+{
+
+/// How the decided exposure moves from a time on.
+struct Movement
+{
+    DOUBLE largestEV = 0.0;  ///< between two frames
+    UINT32 reversals = 0;    ///< a move the other way than the last one
+};
+
+/// A scene of real light with one of its variants.
+class LightsRun : public SimulationRun
+{
+public:
+    explicit LightsRun(const std::string& rScene, const std::string& rVariant = "")
+        : SimulationRun(ReadScene(EXAMPLES_DIR "/lights/" + rScene + ".yaml", rVariant))
+    {
+    }
+
+    Movement MovementFrom(DOUBLE time) const
+    {
+        constexpr DOUBLE rests = 1e-4;  // EV
+        Movement         movement;
+        DOUBLE           direction = 0.0;
+        for (size_t frame = 1; frame < Records().size(); ++frame)
+        {
+            const DOUBLE step = SafeLog2(frame) - SafeLog2(frame - 1);
+            if (Records()[frame].sceneTime < time || std::abs(step) < rests)
+            {
+                continue;
+            }
+            movement.largestEV = std::max(movement.largestEV, std::abs(step));
+            movement.reversals += (direction * step < 0.0) ? 1 : 0;
+            direction = step;
+        }
+        return movement;
+    }
+
+    /// Frames from a time on until the exposure stays within 5 percent of that before another time.
+    UINT32 FramesToSettle(DOUBLE from, DOUBLE end) const
+    {
+        const DOUBLE within = std::log2(1.05);
+        const auto   frame  = [this](DOUBLE time) { return static_cast<size_t>(std::lround(time * GetScene().fps)); };
+        size_t       first  = frame(end) - 1;
+        while (first > frame(from) && std::abs(SafeLog2(first - 1) - SafeLog2(frame(end) - 1)) <= within)
+        {
+            --first;
+        }
+        return static_cast<UINT32>(first - frame(from));
+    }
+
+private:
+    DOUBLE SafeLog2(size_t frame) const
+    {
+        const auto& rSafe = Records()[frame].decided.arbitration[AECAlgoExposureSafe].exposureSet;
+        return std::log2(static_cast<DOUBLE>(rSafe.exposure));
+    }
+};
+
+VOID ExpectRest(const LightsRun& rRun)
+{
+    const RunSummary summary = rRun.Summary();
+    EXPECT_TRUE(summary.isLegal);
+    EXPECT_TRUE(summary.failure.empty()) << summary.failure;
+    EXPECT_EQ(summary.rippleEV, 0.0);
+}
+
+/// Once a camera has settled it waits for a change that is worth following: it may be off by that much.
+constexpr DOUBLE ToleranceEV = 0.2;
+
+class Lights : public testing::TestWithParam<std::string>
+{
+};
+
+TEST_P(Lights, StandingStillItSettlesInEachDirectionAndRests)
+{
+    for (const CHAR* pVariant : {"", "yaw60", "yaw120", "yaw180", "yaw240", "yaw300"})
+    {
+        SCOPED_TRACE(pVariant);
+        const LightsRun  run(GetParam(), pVariant);
+        const StepResult start = run.Summary().steps.at(0);
+        ASSERT_TRUE(start.framesToSettle.has_value()) << start.failure;
+        EXPECT_LE(*start.framesToSettle, 15U);
+        EXPECT_LE(start.overshootEV, 0.1);
+        EXPECT_LE(std::abs(run.Summary().finalErrorEV), 0.05);
+        EXPECT_EQ(run.MovementFrom(2.0).largestEV, 0.0);
+        ExpectRest(run);
+    }
+}
+
+TEST_P(Lights, TurningItFollowsEvenlyAndRestsAfterwards)
+{
+    // The variant, when the camera stands still again, reversals, and the largest change between two frames.
+    for (const auto& [pVariant, end, reversalsMax, largestMax] :
+         {std::tuple("turn", 10.0, 4U, 0.15), std::tuple("fast", 5.0, 7U, 0.3), std::tuple("nod", 6.0, 4U, 0.28)})
+    {
+        SCOPED_TRACE(pVariant);
+        const LightsRun run(GetParam(), pVariant);
+        const Movement  movement = run.MovementFrom(2.0);
+        EXPECT_LE(movement.reversals, reversalsMax);
+        EXPECT_LE(movement.largestEV, largestMax);
+        EXPECT_EQ(run.MovementFrom(end + 1.0).largestEV, 0.0);
+        EXPECT_LE(std::abs(run.Summary().finalErrorEV), ToleranceEV);
+        ExpectRest(run);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Bars, Lights,
+                         testing::Values("apartment", "bridge", "city", "dawn", "forest", "lobby", "park", "sunset"),
+                         [](const testing::TestParamInfo<std::string>& rInfo) { return rInfo.param; });
+
+TEST(LightsWalk, OutOfTheLobbyIntoTheParkAndBack)
+{
+    for (const auto& [pVariant, fade] : {std::pair("", 0.0), std::pair("fade", 0.5)})
+    {
+        SCOPED_TRACE(pVariant);
+        const LightsRun run("walk", pVariant);
+        EXPECT_LE(run.FramesToSettle(4.0 + fade, 9.0), 15U);
+        EXPECT_LE(run.FramesToSettle(9.0 + fade, 14.0), 15U);
+        EXPECT_LE(run.MovementFrom(2.0).reversals, 1U);  // there, and back
+        ExpectRest(run);
+    }
+    EXPECT_LE(LightsRun("walk", "turning").MovementFrom(2.0).reversals, 4U);
+}
+
+TEST(LightsNight, UnderLampsThereAreNoBands)
+{
+    for (const CHAR* pVariant : {"", "switched"})
+    {
+        SCOPED_TRACE(pVariant);
+        const LightsRun run("night", pVariant);
+        EXPECT_LE(run.Summary().bandingLast, 0.001);
+        ExpectRest(run);
+    }
+    const LightsRun switched("night", "switched");
+    EXPECT_LE(switched.FramesToSettle(4.0, 8.0), 15U);
+    EXPECT_LE(switched.FramesToSettle(8.0, 12.0), 15U);
+    EXPECT_LE(switched.MovementFrom(2.0).reversals, 1U);
+    EXPECT_LE(LightsRun("night", "turn").MovementFrom(2.0).reversals, 4U);
+}
+
+}  // namespace
