@@ -323,7 +323,7 @@ TEST_F(PanoramaText, SlipsAreRefusedAtTheirPlace)
         {"panorama: {file: sky.hdr, path: [{time: 2}, {time: 1}]}", ":1:45: points of a path must stand in"},
         {"panorama: {file: sky.hdr, cuts: [{time: 2}, {time: 2}]}", ":1:45: cuts must stand in ascending time"},
         {"panorama: {file: sky.hdr, cuts: [{time: 2, file: no.exr}]}", "no.exr"},
-        {"panorama: {fiel: sky.hdr}", "did you mean 'file'?"}};
+        {"panorama: {fiel: sky.hdr}", "expected one of: file, yaw"}};
     for (const auto& [pText, pPart] : cases)
     {
         const std::string refusal = RefusalOf([&, pText = pText] { (VOID) Read(pText); });
