@@ -83,6 +83,12 @@ public:
         return m_host;
     }
 
+    /// What the sensor saw of the last frame.
+    SensorView View() const
+    {
+        return m_sensor.View();
+    }
+
 private:
     /// What the sensor does for one frame.
     struct SensorFrame

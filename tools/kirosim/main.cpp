@@ -5,6 +5,7 @@
 
 #include "tools/kirosim/librarylog.h"
 #include "tools/kirosim/replaycommand.h"
+#include "tools/kirosim/reportcommand.h"
 #include "tools/kirosim/runcommand.h"
 #include "tools/kirosim/scene.h"
 #include "tools/kirosim/sceneschema.h"
@@ -31,6 +32,13 @@ VOID AddRunOptions(CLI::App& rRun, kirosim::RunOptions& rOptions)
     addFile("--csv-second", rOptions.csvSecond, "write every frame of the second camera to this file");
     addFile("--record", rOptions.record,
             "write what crosses the function table to this file, for replay; opens no port for live tuning");
+    CLI::Option* pReport =
+        addFile("--report", rOptions.report, "write charts, pictures and summary as a page for a browser (.html)");
+    rRun.add_option("--pictures", rOptions.pictures, "in the report, a picture of every so many frames, too")
+        ->check(atLeastOne)
+        ->needs(pReport);
+    addFile("--against", rOptions.against, "in the report, compare with this trace of another run (.csv)")
+        ->needs(pReport);
     rRun.add_flag("--json", rOptions.isJson, "print the summary as JSON, and all else to stderr");
     rRun.add_flag("--queries", rOptions.isAsking, "print what the library answers to queries after the run");
     rRun.add_flag("--realtime", rOptions.isRealtime, "run at the camera's frame rate; Ctrl-C ends the run");
@@ -58,6 +66,15 @@ VOID AddReplayOptions(CLI::App& rReplay, kirosim::ReplayOptions& rOptions)
     rReplay.add_flag("--all", rOptions.isAll, "go on after a difference, up to 100");
 }
 
+VOID AddReportOptions(CLI::App& rReport, kirosim::ReportOptions& rOptions)
+{
+    const auto addFile = [&rReport](const char* pName, std::string& rPath, const char* pMeaning)
+    { return rReport.add_option(pName, rPath, pMeaning)->check(program::FileName); };
+    addFile("file", rOptions.trace, "trace, of kirosim run --csv; - for stdin")->required();
+    addFile("-o,--output", rOptions.output, "page to write (.html), or - for stdout")->required();
+    addFile("--against", rOptions.against, "trace of another run, as thin lines and in a table of differences");
+}
+
 int RunProgram(int argc, char** argv)
 {
     CLI::App app{"A camera on a desk, exposed by the library.", "kirosim"};
@@ -65,6 +82,9 @@ int RunProgram(int argc, char** argv)
     bool                   isVerbose = false;
     kirosim::RunOptions    options;
     kirosim::ReplayOptions replayOptions;
+    kirosim::ReportOptions reportOptions;
+    options.command       = program::CommandText(argc, argv);
+    reportOptions.command = options.command;
 
     CLI::App* pRun = app.add_subcommand("run", "run a scene and show how the exposure was controlled");
     AddRunOptions(*pRun, options);
@@ -76,6 +96,8 @@ int RunProgram(int argc, char** argv)
     {
         pCommand->add_flag("--verbose", isVerbose, "print errors and warnings of the library");
     }
+    CLI::App* pReport = app.add_subcommand("report", "show the trace of a run as a page for a browser");
+    AddReportOptions(*pReport, reportOptions);
     CLI::App* pVariants = app.add_subcommand("variants", "list the variants of a scene");
     pVariants->add_option("--scene", options.scene, "scene (.yaml)")->check(program::FileName)->required();
 
@@ -100,6 +122,11 @@ int RunProgram(int argc, char** argv)
     if (pRun->parsed())
     {
         return kirosim::Run(options) ? 0 : kirosim::ExitNoControl;
+    }
+    if (pReport->parsed())
+    {
+        kirosim::MakeReport(reportOptions);
+        return 0;
     }
     for (const std::string& rName : kirosim::ReadVariants(options.scene))
     {

@@ -5,27 +5,14 @@
 namespace kirosim
 {
 
-namespace
-{
-
-constexpr const CHAR* FlagNames[] = {
-    "flash needed", "delay of the flash for faces", "LED assist for AF", "low-light snapshot", "ZLL snapshot",
-    "ZLL enforced", "three-exposure snapshot"};
-static_assert(std::size(FlagNames) == static_cast<size_t>(MonitoredFlag::Count));
-
-}  // namespace
-
 VOID MonitorReport::Add(const FrameRecord& rRecord)
 {
-    const KIROExtensionOutput&       rOutput = rRecord.decided.extension;
-    const KIROExtFlagsMonitorOutput& rFlags  = rOutput.monitoredFlags;
-    AddFlag(MonitoredFlag::Flash, rFlags.bFlashNeeded, rRecord);
-    AddFlag(MonitoredFlag::FaceDelay, rFlags.bFDFlashDelayNeeded, rRecord);
-    AddFlag(MonitoredFlag::LEDAssist, rFlags.bLEDAFNeeded, rRecord);
-    AddFlag(MonitoredFlag::LowLight, rFlags.bLLSNeeded, rRecord);
-    AddFlag(MonitoredFlag::ZLL, rFlags.bZLLEnabled, rRecord);
-    AddFlag(MonitoredFlag::ZLLEnforced, rFlags.bZLLEnforced, rRecord);
-    AddFlag(MonitoredFlag::HDR3, rOutput.snapshot3HDRTriggers.bIs3HDRSnapshot, rRecord);
+    const KIROExtensionOutput& rOutput = rRecord.decided.extension;
+    const auto                 flags   = MonitoredFlagsOf(rOutput);
+    for (size_t flag = 0; flag < flags.size(); ++flag)
+    {
+        AddFlag(m_flags[flag], flags[flag], rRecord);
+    }
     if (rOutput.snapshot3HDRTriggers.bIs3HDRSnapshot == TRUE && !m_HDR3Frame.has_value())
     {
         m_HDR3Frame = rRecord.frame;
@@ -36,10 +23,8 @@ VOID MonitorReport::Add(const FrameRecord& rRecord)
     }
 }
 
-VOID MonitorReport::AddFlag(MonitoredFlag flag, BOOL value, const FrameRecord& rRecord)
+VOID MonitorReport::AddFlag(Flag& rFlag, bool isSet, const FrameRecord& rRecord)
 {
-    Flag&      rFlag = m_flags[static_cast<size_t>(flag)];
-    const bool isSet = value == TRUE;
     if (isSet != rFlag.isSet)
     {
         rFlag.changes.push_back({rRecord.sceneTime, rRecord.decided.luxIndex, isSet});
@@ -52,7 +37,7 @@ std::string MonitorReport::Format() const
     std::string text;
     for (size_t flag = 0; flag < m_flags.size(); ++flag)
     {
-        text += fmt::format("{}:", FlagNames[flag]);
+        text += fmt::format("{}:", MonitoredFlagNames[flag]);
         for (const FlagChange& rChange : m_flags[flag].changes)
         {
             text += fmt::format(" {} at lux index {:.1f} ({:.2f} s){}", rChange.isRise ? "on" : "off", rChange.luxIndex,
@@ -79,7 +64,7 @@ TextItem MonitorReport::Facts() const
     TextNode flags = TextNode::Map();
     for (size_t flag = 0; flag < m_flags.size(); ++flag)
     {
-        flags.Add(FlagNames[flag], JsonList(m_flags[flag].changes, changeFacts));
+        flags.Add(MonitoredFlagNames[flag], JsonList(m_flags[flag].changes, changeFacts));
     }
     TextNode facts = JsonObject({{"flags", flags}, {"threeExposuresFromFrame", Json(m_HDR3Frame)}});
     if (m_stretch.has_value())

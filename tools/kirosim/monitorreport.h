@@ -4,7 +4,9 @@
 
 #include <array>
 #include <optional>
+#include <vector>
 
+#include "tools/kirosim/monitoredflags.h"
 #include "tools/kirosim/report.h"
 
 namespace kirosim
@@ -16,18 +18,6 @@ struct FlagChange
     DOUBLE time;      ///< s
     FLOAT  luxIndex;  ///< of the frame
     bool   isRise;
-};
-
-enum class MonitoredFlag
-{
-    Flash,
-    FaceDelay,  ///< of the flash, for face detection
-    LEDAssist,  ///< light for AF
-    LowLight,
-    ZLL,
-    ZLLEnforced,
-    HDR3,  ///< a snapshot of three exposures is worth it
-    Count
 };
 
 /// The stretch as of the last settled frame.
@@ -69,11 +59,11 @@ private:
         std::vector<FlagChange> changes;
     };
 
-    VOID AddFlag(MonitoredFlag flag, BOOL value, const FrameRecord& rRecord);
+    static VOID AddFlag(Flag& rFlag, bool isSet, const FrameRecord& rRecord);
 
-    std::array<Flag, static_cast<size_t>(MonitoredFlag::Count)> m_flags;
-    std::optional<StretchResult>                                m_stretch;
-    std::optional<UINT64>                                       m_HDR3Frame;
+    std::array<Flag, MonitoredFlagCount> m_flags;
+    std::optional<StretchResult>         m_stretch;
+    std::optional<UINT64>                m_HDR3Frame;
 };
 
 }  // namespace kirosim

@@ -13,6 +13,7 @@
 #include "tools/kirosim/missingmodes.h"
 #include "tools/kirosim/queryanswers.h"
 #include "tools/kirosim/runfiles.h"
+#include "tools/kirosim/runpage.h"
 #include "tools/kirosim/runreport.h"
 #include "tools/kirosim/simulation.h"
 #include "tools/kirosim/stopsignal.h"
@@ -184,8 +185,9 @@ std::string FinishRecording(std::optional<recording::Recorder>& rRecorder)
     }
 }
 
+/// @param rPage the report, if one is wanted
 VOID RunFrames(const RunOptions& rOptions, const Scene& rScene, Simulation& rSimulation, RunReport& rReport,
-               RunFiles& rFiles)
+               RunFiles& rFiles, std::optional<RunPage>& rPage)
 {
     FramePacer        pacer;
     program::Progress progress("frame");
@@ -198,6 +200,10 @@ VOID RunFrames(const RunOptions& rOptions, const Scene& rScene, Simulation& rSim
         {
             rReport.Add(rRecord);
             rFiles.Add(rRecord);
+            if (rPage.has_value())
+            {
+                rPage->Add(rRecord, rSimulation.MainCamera());
+            }
             ShowFrame(rOptions, rScene, rRecord, rReport.RoundLines(), progress);
         },
         [&](const FrameRecord& rRecord)
@@ -209,6 +215,10 @@ VOID RunFrames(const RunOptions& rOptions, const Scene& rScene, Simulation& rSim
     if (StopSignal::IsRaised() && !rOptions.IsOpenEnded())
     {
         throw std::runtime_error("interrupted");  // half of such a run is no result
+    }
+    if (rPage.has_value())
+    {
+        rPage->End(rSimulation.MainCamera());
     }
 }
 
@@ -225,17 +235,26 @@ bool Run(const RunOptions& rOptions)
     ShowPort(rOptions, tuning);
     const StopSignal                   stopSignal;  // before there are files to clear away
     RunFiles                           files(rOptions);
+    std::optional<RunPage>             page;
     std::optional<recording::Recorder> recorder;
     std::optional<Simulation>          simulation;
+    if (!rOptions.report.empty())
+    {
+        page.emplace(rOptions, scene, tuning);
+    }
     simulation.emplace(scene, tuning, librarylog::Write, MakeRecorder(rOptions, tuning, recorder));
     files.Watch(simulation->MainCamera());
     RunReport report(scene);
-    RunFrames(rOptions, scene, *simulation, report, files);
+    RunFrames(rOptions, scene, *simulation, report, files, page);
     const std::string answers = rOptions.isAsking ? QueryAnswers(simulation->MainCamera().Host().Algo()) : "";
     simulation.reset();  // its end is recorded too
     // None of the files keeps the others from being whole.
     const std::string recordingError = FinishRecording(recorder);
     files.Commit();
+    if (page.has_value())
+    {
+        page->Commit(report);
+    }
     PrintSummary(rOptions, report);
     Print(rOptions, answers);
     if (!recordingError.empty())

@@ -16,11 +16,13 @@ VOID CheckRunFiles(const RunOptions& rOptions)
     files.Reads("--tuning", rOptions.tuning);
     files.Reads("--scene", rOptions.scene);
     files.Reads("--fic-load", rOptions.ficLoad);
+    files.Reads("--against", rOptions.against);
     files.Writes("--csv", rOptions.csv);
     files.Writes("--csv-second", rOptions.csvSecond);
     files.Writes("--debug-data", rOptions.debugData);
     files.Writes("--fic-save", rOptions.ficSave);
     files.Writes("--record", rOptions.record);
+    files.Writes("--report", rOptions.report);
     files.Check();
     if (program::IsStandardStream(rOptions.record))
     {

@@ -24,10 +24,14 @@ struct RunOptions
     std::string           ficLoad;
     std::string           ficSave;
     std::string           record;
+    std::string           report;
+    std::string           against;  ///< trace of another run, for the report
+    std::string           command;  ///< line with which a person has started the run
     std::string           liveAddress = LoadedTuning::LiveAddress;
     std::optional<UINT32> frames;
     std::optional<UINT64> seed;
     std::optional<UINT64> loops;
+    std::optional<UINT32> pictures;  ///< the report has one of every so many frames, beside those that matter
     bool                  isQuiet    = false;
     bool                  isAsking   = false;  ///< for the library's answers to queries
     bool                  isRealtime = false;
@@ -40,7 +44,7 @@ struct RunOptions
     bool IsStdoutTaken() const
     {
         const auto               isStdout  = [](const std::string* pPath) { return program::IsStandardStream(*pPath); };
-        const std::string* const outputs[] = {&csv, &csvSecond, &debugData, &ficSave};
+        const std::string* const outputs[] = {&csv, &csvSecond, &debugData, &ficSave, &report};
         return std::any_of(std::begin(outputs), std::end(outputs), isStdout);
     }
 

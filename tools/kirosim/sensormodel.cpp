@@ -70,7 +70,7 @@ std::array<FLOAT, SamplesPerRegion> WithFlash(const FLOAT* pSamples, FLOAT light
 SensorModel::SensorModel(const Scene& rScene)
     : m_rScene(rScene), m_noise(rScene.seed),
       m_fullScale(static_cast<FLOAT>(std::pow(2.0, rScene.sensor.bitDepth) - 1.0)), m_stats{}, m_list{},
-      m_objectGain(1.0f), m_levels{}, m_saturated{}, m_colourSensitivity(1.0)
+      m_objectGain(1.0f), m_levels{}, m_saturated{}, m_signals{}, m_shortRoom(1.0), m_colourSensitivity(1.0)
 {
     if (rScene.object.has_value())
     {
@@ -188,7 +188,9 @@ AppliedExposure SensorModel::Quantize(const KIROExposureSetType& rDecided) const
 
 KIROStatsList& SensorModel::Capture(UINT64 frameID, DOUBLE time, const AppliedExposure* pExposures, FrameTruth& rTruth)
 {
-    rTruth.lux = m_rScene.LuxAt(time);
+    rTruth.lux      = m_rScene.LuxAt(time);
+    rTruth.exposure = pExposures[AECAlgoExposureSafe].Product();
+    m_shortRoom     = rTruth.exposure / pExposures[AECAlgoExposureShort].Product();
     PlaceObject(time);
     if (m_pPanorama != nullptr)
     {
@@ -275,6 +277,7 @@ DOUBLE SensorModel::ExposeRegions(DOUBLE time, const AppliedExposure& rExposure,
         rStats.luma[region]       = static_cast<FLOAT>(std::clamp(level + shot + read, 0.0, 1.0)) * m_fullScale;
         rStats.saturation[region] = static_cast<FLOAT>(saturated) / SamplesPerRegion * m_fullScale;
         m_levels[region]          = level;
+        m_signals[region]         = signal * noise;
         m_saturated[region]       = static_cast<DOUBLE>(saturated) / SamplesPerRegion;
     }
     SetColours(lux, rStats);
@@ -285,6 +288,21 @@ DOUBLE SensorModel::ExposeRegions(DOUBLE time, const AppliedExposure& rExposure,
         pTruth->pictureEV      = std::log2(std::max(pictureSum / GridSize, 1e-9));
     }
     return static_cast<DOUBLE>(clippedCount) / (GridSize * SamplesPerRegion);
+}
+
+SensorView SensorModel::View() const
+{
+    const ExposureStats& rSafe = m_stats[AECAlgoExposureSafe];
+    SensorView           view{m_radiance, {}, {m_rScene.rg, m_rScene.bg}, m_shortRoom, &rSafe.histogram};
+    for (size_t sample = 0; sample < view.samples.size(); ++sample)
+    {
+        view.samples[sample] *= m_signals[sample / SamplesPerRegion];
+    }
+    for (UINT32 region = 0; region < GridSize; ++region)
+    {
+        view.colours[region] = {static_cast<DOUBLE>(rSafe.rg[region]), static_cast<DOUBLE>(rSafe.bg[region])};
+    }
+    return view;
 }
 
 VOID SensorModel::SetColours(DOUBLE lux, ExposureStats& rStats) const

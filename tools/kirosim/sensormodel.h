@@ -27,6 +27,12 @@ struct AppliedExposure
 {
     DOUBLE gain;
     UINT64 time;  ///< ns
+
+    /// Gain times ns.
+    DOUBLE Product() const
+    {
+        return gain * static_cast<DOUBLE>(time);
+    }
 };
 
 /// Facts about a frame that no statistics channel carries.
@@ -35,10 +41,22 @@ struct FrameTruth
     DOUBLE lux;
     DOUBLE pictureEV;  ///< log2 of the mean of the safe exposure's picture, full scale is 0
     DOUBLE banding;    ///< peak to peak of the rows' brightness, share of the mean, safe exposure
+    DOUBLE exposure;   ///< safe exposure that the sensor applied, gain times ns
 
     std::array<DOUBLE, AECAlgoExposureCount> clipped;  ///< share of the picture that is clipped, by exposure
 
     std::optional<DOUBLE> objectLuma;  ///< mean of the safe exposure where the scene's object is, 0 to 255
+};
+
+/// What the sensor saw of a frame, region by region.
+struct SensorView
+{
+    std::vector<FLOAT>           samples;    ///< full scale of the safe exposure is 1, and nothing is clipped
+    std::array<Colour, GridSize> colours;    ///< of the regions
+    Colour                       light;      ///< that a grey surface shows
+    DOUBLE                       shortRoom;  ///< safe over short exposure: the sample that short clips
+
+    const std::array<INT, HistogramBins + 1>* pHistogram;  ///< of the safe exposure, until the next frame
 };
 
 /// Full-scale signal of a mean region per lux, unity gain and second of exposure.
@@ -71,6 +89,9 @@ public:
     /// @param time       of the frame's start in the scene, s
     /// @param pExposures three, indexed by AECAlgoExposureType
     KIROStatsList& Capture(UINT64 frameID, DOUBLE time, const AppliedExposure* pExposures, FrameTruth& rTruth);
+
+    /// The last frame as a picture would show it.
+    SensorView View() const;
 
     /// Null in a scene without flash.
     FlashModel* Flash()
@@ -118,6 +139,8 @@ private:
     std::unique_ptr<FlashModel>  m_pFlash;
     std::array<DOUBLE, GridSize> m_levels;     ///< of the exposure last exposed, full scale is 1
     std::array<DOUBLE, GridSize> m_saturated;  ///< share of its clipped samples
+    std::array<FLOAT, GridSize>  m_signals;    ///< by which its samples were multiplied
+    DOUBLE                       m_shortRoom;  ///< safe over short exposure
     DOUBLE                       m_colourSensitivity;
 };
 

@@ -86,6 +86,30 @@ std::optional<std::string> PackagedText(const CLI::App& rApp, int argc, char** a
 
 }  // namespace
 
+std::string CommandText(int argc, char** argv)
+{
+    constexpr std::string_view plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789%+,-./:=@_";
+    std::string                text;
+    for (int index = 0; index < argc; ++index)
+    {
+        std::string argument = argv[index];
+        if (index == 0)
+        {
+            argument.erase(0, argument.find_last_of('/') + 1);
+        }
+        else if (argument.empty() || argument.find_first_not_of(plain) != std::string::npos)
+        {
+            for (size_t quote = argument.find('\''); quote != std::string::npos; quote = argument.find('\'', quote + 4))
+            {
+                argument.replace(quote, 1, "'\\''");
+            }
+            argument = '\'' + argument + '\'';
+        }
+        text += ((index == 0) ? "" : " ") + argument;
+    }
+    return text;
+}
+
 std::optional<int> ReadCommandLine(CLI::App& rApp, int argc, char** argv)
 {
     rApp.set_version_flag("--version", rApp.get_name() + " " KIROCORE_VERSION, "print the version and end");

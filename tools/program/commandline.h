@@ -3,6 +3,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 
 #include <CLI/CLI.hpp>
 
@@ -16,6 +17,9 @@ namespace program
 inline const CLI::Validator FileName([](const std::string& rText)
                                      { return rText.empty() ? "expected the name of a file" : ""; },
                                      "FILE", "file name");
+
+/// The command line as it can be given to a shell again, on one line and without the program's folder.
+std::string CommandText(int argc, char** argv);
 
 /// Reads the command line, and answers --version by itself. Misuse is told in one line, with advice on a misspelt
 /// option or command.

@@ -1,0 +1,142 @@
+#include "tools/kirosim/development.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kirosim
+{
+
+namespace
+{
+
+// A region's samples lie in four rows of four; a pixel is the mean of two by two of them.
+constexpr UINT32 SampleSide     = 4;
+constexpr INT    SamplesOfPixel = 4;
+static_assert(SampleSide * SampleSide == SamplesPerRegion);
+
+constexpr FLOAT DarkLevel = 1.0f / 256.0f;
+
+/// What is marked is still to be seen between the stripes, pixels.
+constexpr UINT32 StripePeriod = 6;
+
+struct Pixel
+{
+    UINT32               region;
+    std::array<FLOAT, 4> samples;
+};
+
+Pixel PixelAt(const SensorView& rView, UINT32 x, UINT32 y)
+{
+    const UINT32 region = y / 2 * GridWidth + x / 2;
+    const FLOAT* pFirst =
+        &rView.samples[static_cast<size_t>(region) * SamplesPerRegion + (y % 2) * 2 * SampleSide + (x % 2) * 2];
+    return {region, {pFirst[0], pFirst[1], pFirst[SampleSide], pFirst[SampleSide + 1]}};
+}
+
+/// The sRGB transfer, by a table: a picture has many pixels.
+class TransferCurve
+{
+public:
+    TransferCurve()
+    {
+        for (size_t index = 0; index < m_codes.size(); ++index)
+        {
+            const DOUBLE value = static_cast<DOUBLE>(index) / Steps;
+            const DOUBLE code  = (value <= 0.0031308) ? 12.92 * value : 1.055 * std::pow(value, 1.0 / 2.4) - 0.055;
+            m_codes[index]     = static_cast<BYTE>(std::lround(code * 255.0));
+        }
+    }
+
+    BYTE CodeOf(DOUBLE value) const
+    {
+        return m_codes[static_cast<size_t>(std::clamp(value, 0.0, 1.0) * Steps + 0.5)];
+    }
+
+private:
+    static constexpr DOUBLE    Steps = 8192.0;
+    std::array<BYTE, 8192 + 1> m_codes;
+};
+
+/// One for a gain of one; else it has the slope of one in the shadows, and the brightest that short holds is white.
+DOUBLE ADRCCurve(DOUBLE value, DOUBLE gain)
+{
+    return std::min(value * (1.0 + value / (gain * gain)) / (1.0 + value), 1.0);
+}
+
+/// Channels over luminance of a region's light, white balanced.
+struct ChannelShares
+{
+    DOUBLE red;
+    DOUBLE green;
+    DOUBLE blue;
+};
+
+ChannelShares SharesOf(const Colour& rColour, const Colour& rLight)
+{
+    const DOUBLE red   = (rLight.rg > 0.0) ? rColour.rg / rLight.rg : 1.0;
+    const DOUBLE blue  = (rLight.bg > 0.0) ? rColour.bg / rLight.bg : 1.0;
+    const DOUBLE green = 1.0 / (0.2126 * red + 0.7152 + 0.0722 * blue);
+    return {red * green, green, blue * green};
+}
+
+}  // namespace
+
+std::vector<BYTE> Develop(const SensorView& rView)
+{
+    static const TransferCurve curve;
+    const DOUBLE               gain = std::max(rView.shortRoom, 1.0);
+    std::vector<BYTE>          pixels;
+    pixels.reserve(size_t{3} * DevelopedWidth * DevelopedHeight);
+    for (UINT32 y = 0; y < DevelopedHeight; ++y)
+    {
+        for (UINT32 x = 0; x < DevelopedWidth; ++x)
+        {
+            const Pixel pixel = PixelAt(rView, x, y);
+            DOUBLE      luma  = 0.0;
+            for (const FLOAT sample : pixel.samples)
+            {
+                luma += ADRCCurve(std::min(static_cast<DOUBLE>(sample), gain), gain) / SamplesOfPixel;
+            }
+            const ChannelShares shares = SharesOf(rView.colours[pixel.region], rView.light);
+            for (const DOUBLE share : {shares.red, shares.green, shares.blue})
+            {
+                pixels.push_back(curve.CodeOf(luma * share));
+            }
+        }
+    }
+    return pixels;
+}
+
+ExposureMarks MarkExposure(const SensorView& rView)
+{
+    constexpr std::array<BYTE, 4> overColour  = {0xd5, 0x5e, 0x00, 0xff};
+    constexpr std::array<BYTE, 4> underColour = {0x00, 0x72, 0xb2, 0xff};
+    const FLOAT                   white       = static_cast<FLOAT>(std::max(rView.shortRoom, 1.0));
+    const auto                    isOver      = [white](FLOAT sample) { return sample >= white; };
+    const auto                    isUnder     = [](FLOAT sample) { return sample < DarkLevel; };
+    ExposureMarks                 marks{};
+    marks.pixels.reserve(size_t{4} * DevelopedWidth * DevelopedHeight);
+    for (UINT32 y = 0; y < DevelopedHeight; ++y)
+    {
+        for (UINT32 x = 0; x < DevelopedWidth; ++x)
+        {
+            const Pixel         pixel = PixelAt(rView, x, y);
+            const auto          over  = std::count_if(pixel.samples.begin(), pixel.samples.end(), isOver);
+            const auto          under = std::count_if(pixel.samples.begin(), pixel.samples.end(), isUnder);
+            std::array<BYTE, 4> colour{};
+            const bool          isStripe = (x + y) % StripePeriod < StripePeriod / 2;
+            if (isStripe && std::max(over, under) * 2 >= SamplesOfPixel)
+            {
+                colour = (over >= under) ? overColour : underColour;
+            }
+            marks.over += static_cast<DOUBLE>(over);
+            marks.under += static_cast<DOUBLE>(under);
+            marks.pixels.insert(marks.pixels.end(), colour.begin(), colour.end());
+        }
+    }
+    marks.over /= static_cast<DOUBLE>(rView.samples.size());
+    marks.under /= static_cast<DOUBLE>(rView.samples.size());
+    return marks;
+}
+
+}  // namespace kirosim

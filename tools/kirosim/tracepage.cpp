@@ -1,0 +1,76 @@
+#include "tools/kirosim/tracepage.h"
+
+#include <fmt/format.h>
+
+#include "tools/kirosim/tracecharts.h"
+#include "tools/kirosim/tracemeasures.h"
+
+namespace kirosim
+{
+
+namespace
+{
+
+/// How long the states of a page held, as shares of the trace.
+report::Table StateTable(const std::vector<report::Band>& rBands, const TraceTable& rTrace)
+{
+    report::Table              table{"States", {"", "percent of the time", "first, s", "last, s", "which"}, {}};
+    const std::vector<DOUBLE>& rTimes = rTrace.Get("time_s");
+    for (const report::Band& rBand : rBands)
+    {
+        DOUBLE      sum = 0.0;
+        std::string words;
+        for (const report::Stretch& rStretch : rBand.stretches)
+        {
+            sum += rStretch.to - rStretch.from;
+            if (words.find(rStretch.words) == std::string::npos)
+            {
+                words += (words.empty() ? "" : "; ") + rStretch.words;
+            }
+        }
+        const DOUBLE whole = rBand.stretches.back().to - rTimes.front();
+        table.rows.push_back({rBand.name,
+                              fmt::format("{:.1f}", sum / std::max(whole, rTimes.back() - rTimes.front()) * 100.0),
+                              fmt::format("{:.2f}", rBand.stretches.front().from),
+                              fmt::format("{:.2f}", rBand.stretches.back().to), words});
+    }
+    return table;
+}
+
+VOID NoteDropped(const TraceTable& rTrace, report::Page& rPage)
+{
+    if (rTrace.DroppedCount() > 0)
+    {
+        rPage.notes.push_back(
+            fmt::format("{}: the first {} frames are left out.", rTrace.Name(), rTrace.DroppedCount()));
+    }
+}
+
+}  // namespace
+
+VOID AddTrace(const TraceTable& rTrace, const TraceTable* pAgainst, report::Page& rPage)
+{
+    const std::vector<report::Band> bands = BandsOf(rTrace);
+    rPage.bands.insert(rPage.bands.begin(), bands.begin(), bands.end());
+    AddCharts(rTrace, rPage);
+    NoteDropped(rTrace, rPage);
+    if (pAgainst != nullptr)
+    {
+        AddCharts(*pAgainst, rPage);
+        NoteDropped(*pAgainst, rPage);
+    }
+    rPage.tables.push_back(MeasureTable(rTrace, pAgainst));
+    if (!rPage.bands.empty())
+    {
+        rPage.tables.push_back(StateTable(rPage.bands, rTrace));
+    }
+}
+
+VOID WritePageTo(tuningfile::FileReplacement& rFile, const report::Page& rPage)
+{
+    const std::string text = report::WritePage(rPage);
+    rFile.Write({reinterpret_cast<const BYTE*>(text.data()), text.size()});
+    rFile.Commit();
+}
+
+}  // namespace kirosim
