@@ -62,6 +62,13 @@ VOID AddReplayOptions(CLI::App& rReplay, kirosim::ReplayOptions& rOptions)
                     "tuning, if it is not where it was; once for each tuning of the recording, in their order")
         ->check(program::FileName)
         ->allow_extra_args(false);
+    CLI::Option* pReport =
+        rReplay
+            .add_option("--report", rOptions.report, "write charts of the first camera as a page for a browser (.html)")
+            ->check(program::FileName);
+    rReplay.add_option("--against", rOptions.against, "in the report, compare with this trace of another run (.csv)")
+        ->check(program::FileName)
+        ->needs(pReport);
     rReplay.add_flag("--force", rOptions.isForced, "take another tuning than the recorded one");
     rReplay.add_flag("--all", rOptions.isAll, "go on after a difference, up to 100");
 }
@@ -84,6 +91,7 @@ int RunProgram(int argc, char** argv)
     kirosim::ReplayOptions replayOptions;
     kirosim::ReportOptions reportOptions;
     options.command       = program::CommandText(argc, argv);
+    replayOptions.command = options.command;
     reportOptions.command = options.command;
 
     CLI::App* pRun = app.add_subcommand("run", "run a scene and show how the exposure was controlled");

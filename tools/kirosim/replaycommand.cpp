@@ -2,9 +2,13 @@
 
 #include <deque>
 #include <fmt/format.h>
+#include <optional>
 #include <stdexcept>
 
 #include "tools/kirosim/loadedtuning.h"
+#include "tools/kirosim/replaypage.h"
+#include "tools/program/commandfiles.h"
+#include "tools/program/standardstreams.h"
 #include "tools/recording/replayer.h"
 
 namespace kirosim
@@ -63,25 +67,44 @@ private:
 
 bool Replay(const ReplayOptions& rOptions, StatsLogger logger)
 {
+    program::CommandFiles files;
+    files.Reads("the recording", rOptions.file);
+    files.Reads("--against", rOptions.against);
+    files.Writes("--report", rOptions.report);
+    files.Check();
+    std::optional<ReplayPage> page;
+    if (!rOptions.report.empty())
+    {
+        page.emplace(rOptions);
+    }
     ReplayedTunings       tunings(rOptions);  // outlive the replayer
     recording::ReplayPlan plan;
     plan.logger        = logger;
     plan.differenceMax = rOptions.isAll ? DifferenceMax : 1;
     plan.tuning        = [&](const recording::TuningReference& rRecorded) { return tunings.Load(rRecorded); };
+    if (page.has_value())
+    {
+        plan.visit = [&page](const recording::ReplayedFrame& rFrame) { page->Add(rFrame); };
+    }
     recording::Replayer           replayer(rOptions.file, plan);
     const recording::ReplayResult result = replayer.Run();
     for (const std::string& rDifference : result.differences)
     {
-        fmt::print("{}\n", rDifference);
+        fmt::print(program::IsStandardStream(rOptions.report) ? stderr : stdout, "{}\n", rDifference);
     }
     if (!result.damage.empty())
     {
         fmt::print(stderr, "kirosim: {}: {}\n", rOptions.file, result.damage);
     }
+    if (page.has_value())
+    {
+        page->Commit();
+    }
     const std::string verdict = result.differences.empty() ? "the same"
                                                            : fmt::format("{} difference{}", result.differences.size(),
                                                                          (result.differences.size() > 1) ? "s" : "");
-    fmt::print("replayed {} frames, {} calls: {}\n", result.frames, result.calls, verdict);
+    fmt::print(program::IsStandardStream(rOptions.report) ? stderr : stdout, "replayed {} frames, {} calls: {}\n",
+               result.frames, result.calls, verdict);
     return result.differences.empty() && result.damage.empty();
 }
 

@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "tools/kirosim/tracemeasures.h"
 #include "tools/kirosim/tracepage.h"
 #include "tools/program/commandfiles.h"
 
@@ -21,12 +22,14 @@ VOID MakeReport(const ReportOptions& rOptions)
     {
         against = TraceTable::Read(rOptions.against);
     }
+    const TraceTable*           pAgainst = against.has_value() ? &*against : nullptr;
     tuningfile::FileReplacement file(rOptions.output);
     report::Page                page;
     page.title   = trace.Name();
     page.command = rOptions.command;
     page.notes.emplace_back("Made from a trace alone, which has no pictures, events or limits.");
-    AddTrace(trace, against.has_value() ? &*against : nullptr, page);
+    page.summary = MeasureTable(trace, pAgainst);
+    AddTrace(trace, pAgainst, page);
     WritePageTo(file, page);
 }
 

@@ -58,15 +58,20 @@ VOID SetDetectorBands(const std::vector<SceneChangeReading>& rReadings, StateBan
 
 }  // namespace
 
-VOID SetBands(const FrameRecord& rRecord, const Scene& rScene, StateBands& rBands)
+VOID SetDecidedBands(const KiroHostFrame& rFrame, StateBands& rBands)
 {
-    const KIROConvergenceOutput& rConv = rRecord.decided.convergence;
-    const ExposureLimit          limit = LimitOf(rRecord.decided.arbitration[AECAlgoExposureSafe], rScene.sensor);
+    const KIROConvergenceOutput& rConv = rFrame.convergence;
     const bool isLocked = std::any_of(std::begin(rConv.lockedEV0Exposures), std::end(rConv.lockedEV0Exposures),
                                       [](UINT64 exposure) { return exposure != 0; });
-    rBands.Set("at a limit", limit != ExposureLimit::None, (limit != ExposureLimit::None) ? NameOf(limit) : "");
     rBands.Set("locked", isLocked);
     rBands.Set("targets taken over", rConv.bIsConvTargetFixed == TRUE);
+}
+
+VOID SetBands(const FrameRecord& rRecord, const Scene& rScene, StateBands& rBands)
+{
+    const ExposureLimit limit = LimitOf(rRecord.decided.arbitration[AECAlgoExposureSafe], rScene.sensor);
+    rBands.Set("at a limit", limit != ExposureLimit::None, (limit != ExposureLimit::None) ? NameOf(limit) : "");
+    SetDecidedBands(rRecord.decided, rBands);
     rBands.Set("flash", rRecord.flash.phase != FlashCapturePhase::Idle, NameOf(rRecord.flash.phase));
     rBands.Set("bracket", rRecord.picture.has_value());
     SetDetectorBands(rRecord.detectors, rBands);

@@ -8,6 +8,9 @@
 namespace kirosim
 {
 
+/// Says the states of a frame that has been begun which stand in what was decided.
+VOID SetDecidedBands(const KiroHostFrame& rFrame, StateBands& rBands);
+
 /// Says all states of a frame that has been begun.
 VOID SetBands(const FrameRecord& rRecord, const Scene& rScene, StateBands& rBands);
 

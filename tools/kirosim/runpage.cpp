@@ -9,6 +9,7 @@
 #include "tools/kirosim/meteringweights.h"
 #include "tools/kirosim/runbands.h"
 #include "tools/kirosim/trace.h"
+#include "tools/kirosim/tracemeasures.h"
 #include "tools/kirosim/tracepage.h"
 #include "tools/recording/chunks.h"
 #include "tools/report/png.h"
@@ -202,9 +203,11 @@ VOID RunPage::Commit(const RunReport& rReport)
                     "is the user's touch; metering shows what a calculator of the tuning measures, the darker the less "
                     "it counts. Below each picture is the histogram of the safe exposure, square root of counts.{}",
                     (m_leftOutCount > 0) ? fmt::format(" {} further pictures are left out.", m_leftOutCount) : "");
-    m_page.bands = m_bands.Finish();
-    m_page.tables.push_back(SummaryTable(rReport.Format()));
-    AddTrace(m_trace, m_against.has_value() ? &*m_against : nullptr, m_page);
+    m_page.bands               = m_bands.Finish();
+    const TraceTable* pAgainst = m_against.has_value() ? &*m_against : nullptr;
+    m_page.summary             = SummaryTable(rReport.Format());
+    m_page.tables.push_back(MeasureTable(m_trace, pAgainst));
+    AddTrace(m_trace, pAgainst, m_page);
     m_page.tables.push_back(OriginTable());
     WritePageTo(m_file, m_page);
 }

@@ -9,9 +9,15 @@
 namespace kirosim
 {
 
+enum class TraceColumns
+{
+    All,
+    Decided  ///< those that need no scene: what the core has decided
+};
+
 /// The trace as CSV, line by line. Numbers are written so that they read back exactly.
-std::string CsvHeader();
-std::string CsvLine(const FrameRecord& rRecord);
+std::string CsvHeader(TraceColumns columns = TraceColumns::All);
+std::string CsvLine(const FrameRecord& rRecord, TraceColumns columns = TraceColumns::All);
 
 /// The table of a run.
 std::string TableHeader();

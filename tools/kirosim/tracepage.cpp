@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include "tools/kirosim/tracecharts.h"
-#include "tools/kirosim/tracemeasures.h"
 
 namespace kirosim
 {
@@ -59,7 +58,6 @@ VOID AddTrace(const TraceTable& rTrace, const TraceTable* pAgainst, report::Page
         AddCharts(*pAgainst, rPage);
         NoteDropped(*pAgainst, rPage);
     }
-    rPage.tables.push_back(MeasureTable(rTrace, pAgainst));
     if (!rPage.bands.empty())
     {
         rPage.tables.push_back(StateTable(rPage.bands, rTrace));

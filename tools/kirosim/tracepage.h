@@ -1,5 +1,5 @@
 /// @file
-/// What a page shows of traces: charts, states and measures.
+/// What a page shows of traces: charts and states.
 #pragma once
 
 #include "tools/kirosim/tracetable.h"
@@ -10,7 +10,7 @@ namespace kirosim
 {
 
 /// Adds to a page what stands in a trace, its states in front of those that the page has.
-/// @param pAgainst another run, as thin lines and in the measures; null for none
+/// @param pAgainst another run, as thin lines; null for none
 VOID AddTrace(const TraceTable& rTrace, const TraceTable* pAgainst, report::Page& rPage);
 
 /// Writes the page and puts the file in its place. @throws tuningfile::InputError

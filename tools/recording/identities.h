@@ -111,7 +111,8 @@ struct ReplayInstance : InstanceState
     std::map<std::pair<INT32, UINT32>, KeptPayload> payloads;  ///< by bank and number
     std::map<INT64, Arena>                          inputs;    ///< of the last call of a kind that was taken, and since
     Arena                                           forLife;
-    AECMultiCamInfo                                 shared{};  ///< its own record as of its last call, for the others
+    KIROMeteringOutput                              metering{};  ///< of the last frame
+    AECMultiCamInfo                                 shared{};    ///< its own record as of its last call, for the others
     UINT64                                          frameID     = 0;
     UINT64                                          frameCount  = 0;
     bool                                            isDestroyed = false;

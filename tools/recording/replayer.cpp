@@ -292,6 +292,7 @@ template <typename Call> VOID Replayer::Replay(PresentCall& rCall)
         call.Invoke(*rInstance.pCore, rInstance.pCore);
     }
 
+    Show(rInstance, call);
     if constexpr (requires { call.Learn(rInstance); })
     {
         call.Learn(rInstance);
@@ -310,6 +311,28 @@ template <typename Call> VOID Replayer::Replay(PresentCall& rCall)
         call.Release();
     }
     KeepInputs(rInstance.inputs, call, arena);
+}
+
+/// Metering comes before the extension, the last stage of a frame that is decided, which has all else.
+template <typename Call> VOID Replayer::Show(ReplayInstance& rInstance, const Call& rAnswered)
+{
+    if constexpr (Call::slot == Slot::runMeteringPostprocess)
+    {
+        rInstance.metering = *std::get<1>(rAnswered.arguments);
+    }
+    if constexpr (Call::slot == Slot::mixMetering)
+    {
+        rInstance.metering = *std::get<0>(rAnswered.arguments);
+    }
+    if constexpr (Call::slot == Slot::runExtension)
+    {
+        const KIROExtensionInput& rInput = *std::get<0>(rAnswered.arguments);
+        if (m_plan.visit && rInput.pConvergenceOuts != nullptr && rInput.pArbitrationOuts != nullptr)
+        {
+            m_plan.visit({rInstance.number, rInstance.frameID, rInstance.pCore, rInstance.metering,
+                          *rInput.pConvergenceOuts, rInput.pArbitrationOuts, *std::get<1>(rAnswered.arguments)});
+        }
+    }
 }
 
 template <typename Call> VOID Replayer::Compare(const PresentCall& rCall, const Call& rAnswered)

@@ -20,6 +20,18 @@ class KiroDebugData;
 namespace recording
 {
 
+/// A frame of the preview as the replayed core has decided it. Valid while it is shown.
+struct ReplayedFrame
+{
+    UINT32                       camera;   ///< number, from 0
+    UINT64                       frameID;  ///< as recorded; 0 for a frame of start-up
+    IKIROCoreAlgo*               pAlgo;    ///< for questions that change nothing
+    const KIROMeteringOutput&    rMetering;
+    const KIROConvergenceOutput& rConvergence;
+    const KIROArbitrationOutput* pArbitration;  ///< indexed by AECAlgoExposureType
+    const KIROExtensionOutput&   rExtension;
+};
+
 struct ReplayPlan
 {
     /// Called for each tuning of a recording, in their order. @return the store of the tuning that the recording names;
@@ -27,6 +39,7 @@ struct ReplayPlan
     std::function<VOID*(const TuningReference&)> tuning;
     size_t                                       differenceMax = 1;  ///< after which the replay ends, at least 1
     StatsLogger                                  logger        = nullptr;
+    std::function<VOID(const ReplayedFrame&)>    visit         = {};  ///< sees each frame; may be empty
 };
 
 struct ReplayResult
@@ -68,6 +81,7 @@ private:
     template <typename... Calls> static constexpr Handlers HandlersOf(std::tuple<Calls...>*);
 
     template <typename Call> VOID Replay(PresentCall& rCall);
+    template <typename Call> VOID Show(ReplayInstance& rInstance, const Call& rAnswered);
     template <typename Call> VOID Compare(const PresentCall& rCall, const Call& rAnswered);
 
     std::string Place(const PresentCall& rCall) const;

@@ -112,7 +112,8 @@ std::string PageData(const Page& rPage)
                                 {"weights", rPage.weights},
                                 {"pictures", ListOf(rPage.pictures, toJson)},
                                 {"pictureNote", rPage.pictureNote},
-                                {"tables", ListOf(rPage.tables, toJson)}};
+                                {"summary", JsonOf(rPage.summary)},
+        {"tables", ListOf(rPage.tables, toJson)}};
     const std::string json   = data.dump(-1, ' ', false, Json::error_handler_t::replace);
     std::string       text;
     text.reserve(json.size());
