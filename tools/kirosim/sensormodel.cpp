@@ -70,7 +70,8 @@ std::array<FLOAT, SamplesPerRegion> WithFlash(const FLOAT* pSamples, FLOAT light
 SensorModel::SensorModel(const Scene& rScene)
     : m_rScene(rScene), m_noise(rScene.seed),
       m_fullScale(static_cast<FLOAT>(std::pow(2.0, rScene.sensor.bitDepth) - 1.0)), m_stats{}, m_list{},
-      m_objectGain(1.0f), m_levels{}, m_saturated{}, m_signals{}, m_shortRoom(1.0), m_colourSensitivity(1.0)
+      m_objectGain(1.0f), m_levels{}, m_saturated{}, m_signals{}, m_lampSignals{}, m_shortRoom(1.0),
+      m_colourSensitivity(1.0)
 {
     if (rScene.object.has_value())
     {
@@ -264,11 +265,11 @@ DOUBLE SensorModel::ExposeRegions(DOUBLE time, const AppliedExposure& rExposure,
         const FLOAT  gain     = m_objectMask[region] ? m_objectGain : 1.0f;
         const FLOAT  noise    = std::max(1.0f + static_cast<FLOAT>(rSensor.regionNoise * m_noise.NextNoise()), 0.0f);
         const FLOAT* pSamples = &m_radiance[static_cast<size_t>(region) * SamplesPerRegion];
+        const bool   isAdded  = m_pPanorama != nullptr && lamp > 0.0;
         const auto [sum, saturated] =
-            (m_pPanorama != nullptr && lamp > 0.0)
-                ? ExposeSamples(WithFlash(pSamples, static_cast<FLOAT>(light), static_cast<FLOAT>(lamp)).data(), gain,
-                                noise, rStats.histogram.data())
-                : ExposeSamples(pSamples, static_cast<FLOAT>(light + lamp) * gain, noise, rStats.histogram.data());
+            isAdded ? ExposeSamples(WithFlash(pSamples, static_cast<FLOAT>(light), static_cast<FLOAT>(lamp)).data(),
+                                    gain, noise, rStats.histogram.data())
+                    : ExposeSamples(pSamples, static_cast<FLOAT>(light + lamp) * gain, noise, rStats.histogram.data());
         const DOUBLE level = static_cast<DOUBLE>(sum) / SamplesPerRegion;
         pictureSum += level;
         clippedCount += saturated;
@@ -277,7 +278,8 @@ DOUBLE SensorModel::ExposeRegions(DOUBLE time, const AppliedExposure& rExposure,
         rStats.luma[region]       = static_cast<FLOAT>(std::clamp(level + shot + read, 0.0, 1.0)) * m_fullScale;
         rStats.saturation[region] = static_cast<FLOAT>(saturated) / SamplesPerRegion * m_fullScale;
         m_levels[region]          = level;
-        m_signals[region]         = signal * noise;
+        m_signals[region]         = static_cast<FLOAT>(isAdded ? light : light + lamp) * gain * noise;
+        m_lampSignals[region]     = isAdded ? static_cast<FLOAT>(lamp) * gain * noise : 0.0f;
         m_saturated[region]       = static_cast<DOUBLE>(saturated) / SamplesPerRegion;
     }
     SetColours(lux, rStats);
@@ -296,7 +298,8 @@ SensorView SensorModel::View() const
     SensorView           view{m_radiance, {}, {m_rScene.rg, m_rScene.bg}, m_shortRoom, &rSafe.histogram};
     for (size_t sample = 0; sample < view.samples.size(); ++sample)
     {
-        view.samples[sample] *= m_signals[sample / SamplesPerRegion];
+        const size_t region  = sample / SamplesPerRegion;
+        view.samples[sample] = view.samples[sample] * m_signals[region] + m_lampSignals[region];
     }
     for (UINT32 region = 0; region < GridSize; ++region)
     {

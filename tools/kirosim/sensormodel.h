@@ -137,10 +137,11 @@ private:
     std::unique_ptr<PanoramaPicture> m_pPanorama;  ///< null in a scene with a pattern
 
     std::unique_ptr<FlashModel>  m_pFlash;
-    std::array<DOUBLE, GridSize> m_levels;     ///< of the exposure last exposed, full scale is 1
-    std::array<DOUBLE, GridSize> m_saturated;  ///< share of its clipped samples
-    std::array<FLOAT, GridSize>  m_signals;    ///< by which its samples were multiplied
-    DOUBLE                       m_shortRoom;  ///< safe over short exposure
+    std::array<DOUBLE, GridSize> m_levels;       ///< of the exposure last exposed, full scale is 1
+    std::array<DOUBLE, GridSize> m_saturated;    ///< share of its clipped samples
+    std::array<FLOAT, GridSize>  m_signals;      ///< by which its samples were multiplied
+    std::array<FLOAT, GridSize>  m_lampSignals;  ///< that a flash added to them
+    DOUBLE                       m_shortRoom;    ///< safe over short exposure
     DOUBLE                       m_colourSensitivity;
 };
 
