@@ -128,7 +128,7 @@ std::string Exr(Imf::PixelType type, const std::string& rChannels, bool isTiled,
     Imf::StdOSStream stream;
     if (isTiled)
     {
-        header.setTileDescription(Imf::TileDescription(3, 3));
+        header.setTileDescription(Imf::TileDescription(8, 8));
         Imf::TiledOutputFile file(stream, header);
         file.setFrameBuffer(buffer);
         file.writeTiles(0, file.numXTiles() - 1, 0, file.numYTiles() - 1);

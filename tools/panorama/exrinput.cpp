@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <mutex>
 #include <stdexcept>
 
 #include <fmt/format.h>
@@ -14,6 +13,7 @@
 #include <ImfIO.h>
 #include <ImfInputFile.h>
 
+#include "tools/panorama/exrheader.h"
 #include "tools/tuningfile/inputerror.h"
 
 namespace panorama
@@ -58,19 +58,6 @@ private:
     std::span<const BYTE> m_bytes;
     uint64_t              m_place = 0;
 };
-
-/// A damaged header may ask for tables of any size: the library is told once what a picture may have.
-VOID LimitSizes()
-{
-    static std::once_flag isDone;
-    std::call_once(isDone,
-                   []
-                   {
-                       constexpr int sideMax = 8192;
-                       Imf::Header::setMaxImageSize(sideMax, sideMax);
-                       Imf::Header::setMaxTileSize(sideMax / 4, sideMax / 4);
-                   });
-}
 
 /// The channels of red, green and blue.
 std::array<const char*, 3> NamesOfChannels(const Imf::ChannelList& rChannels, std::string_view name)
@@ -132,10 +119,9 @@ bool IsExr(std::span<const BYTE> bytes)
 
 RadianceMap ReadExr(std::span<const BYTE> bytes, std::string_view name)
 {
-    LimitSizes();
     try
     {
-        return ReadPixels(bytes, name);
+        return ReadPixels(CheckedExr(bytes, name), name);
     }
     catch (const tuningfile::InputError&)
     {

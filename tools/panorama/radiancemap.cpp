@@ -15,7 +15,7 @@ constexpr UINT64 PixelsPerByteMax = 256;
 
 }  // namespace
 
-RadianceMap MakeMap(INT64 width, INT64 height, size_t fileSize, std::string_view name)
+VOID CheckMapSize(INT64 width, INT64 height, size_t fileSize, std::string_view name)
 {
     const auto isSide = [](INT64 side) { return side > 0 && side <= static_cast<INT64>(PixelsMax); };
     if (!isSide(width) || !isSide(height) || width != 2 * height)
@@ -34,6 +34,12 @@ RadianceMap MakeMap(INT64 width, INT64 height, size_t fileSize, std::string_view
         throw tuningfile::InputError(
             fmt::format("{}: a picture of {} by {} in {} bytes, expected more bytes", name, width, height, fileSize));
     }
+}
+
+RadianceMap MakeMap(INT64 width, INT64 height, size_t fileSize, std::string_view name)
+{
+    CheckMapSize(width, height, fileSize, name);
+    const size_t count = static_cast<size_t>(width) * static_cast<size_t>(height);
     return {static_cast<UINT32>(width), static_cast<UINT32>(height), std::vector<Light>(count)};
 }
 

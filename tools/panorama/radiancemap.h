@@ -36,9 +36,12 @@ struct RadianceMap
 /// Pixels that a map may have: 5792 by 2896 takes 200 MB while it is read.
 constexpr UINT64 PixelsMax = 16ULL << 20;
 
-/// Makes a map of zeros.
 /// @param fileSize of what the pixels are to be read from, in bytes
+/// @param name     of the file, for messages
 /// @throws tuningfile::InputError for a size that no map has, and for one that so few bytes cannot hold
+VOID CheckMapSize(INT64 width, INT64 height, size_t fileSize, std::string_view name);
+
+/// Makes a map of zeros, if CheckMapSize agrees.
 RadianceMap MakeMap(INT64 width, INT64 height, size_t fileSize, std::string_view name);
 
 }  // namespace panorama
