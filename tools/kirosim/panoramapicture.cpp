@@ -77,11 +77,11 @@ VOID PanoramaPicture::Aim(RowDirections& rDirections, UINT32 row, DOUBLE pitch) 
     rDirections.pitch   = pitch;
     const DOUBLE sine   = SineOfTurns(pitch);
     const DOUBLE cosine = CosineOfTurns(pitch);
-    for (UINT32 index = 0; index < Columns * Side; ++index)
+    for (UINT32 index = 0; index < InRow; ++index)
     {
         // Right, up and ahead, in the camera's own directions; ahead is 1.
         const DOUBLE right = ((index % Columns + 0.5) * 2.0 / Columns - 1.0) * m_tangent;
-        const DOUBLE line  = row * Side + index / Columns;
+        const UINT32 line  = row * Side + index / Columns;
         const DOUBLE up    = (1.0 - (line + 0.5) * 2.0 / (GridHeight * Side)) * m_tangent * GridHeight / GridWidth;
 
         const DOUBLE high             = up * cosine + sine;

@@ -41,13 +41,14 @@ private:
     // Directions that a region is looked at: the corners of a square around its middle.
     static constexpr UINT32 Side    = 2;
     static constexpr UINT32 Columns = GridWidth * Side;
+    static constexpr UINT32 InRow   = Columns * Side;  ///< of a row of regions
 
     /// Directions of one row of regions for one pitch, in turns against the camera's yaw.
     struct RowDirections
     {
-        std::array<FLOAT, Columns * Side> longitudes;
-        std::array<FLOAT, Columns * Side> latitudes;
-        DOUBLE                            pitch;
+        std::array<FLOAT, InRow> longitudes;
+        std::array<FLOAT, InRow> latitudes;
+        DOUBLE                   pitch;
     };
 
     /// A row of regions, and what it saw last.
