@@ -167,6 +167,18 @@ TEST(Control, ACameraThatDoesNotWorkOrCannotDoesNotLookWell)
     }
 }
 
+TEST(Control, InAPanoramaAStartIsJudgedWhileTheCameraStandsStill)
+{
+    for (const CHAR* pVariant : {"", "nod", "cut"})
+    {
+        SCOPED_TRACE(pVariant);
+        const RunSummary summary = SimulationRun("room", pVariant).Summary();
+        ASSERT_EQ(summary.steps.size(), 1U);
+        EXPECT_LE(summary.steps[0].framesToSettle.value_or(99), 8U);
+        EXPECT_EQ(summary.rippleEV, 0.0);
+    }
+}
+
 TEST(Control, AnotherSeedGivesAnotherTrace)
 {
     const std::string first = SimulationRun("dusk", "", "phone.yaml", 5).Trace();
