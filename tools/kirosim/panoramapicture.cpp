@@ -79,8 +79,17 @@ VOID PanoramaPicture::Aim(RowDirections& rDirections, UINT32 row, DOUBLE pitch) 
     const DOUBLE cosine = CosineOfTurns(pitch);
     for (UINT32 index = 0; index < InRow; ++index)
     {
+        const UINT32 column = index % Columns;
+        if (column >= Columns / 2)
+        {
+            // The right half is the left one in a mirror.
+            const UINT32 mirrored         = index + Columns - 1 - 2 * column;
+            rDirections.longitudes[index] = -rDirections.longitudes[mirrored];
+            rDirections.latitudes[index]  = rDirections.latitudes[mirrored];
+            continue;
+        }
         // Right, up and ahead, in the camera's own directions; ahead is 1.
-        const DOUBLE right = ((index % Columns + 0.5) * 2.0 / Columns - 1.0) * m_tangent;
+        const DOUBLE right = ((column + 0.5) * 2.0 / Columns - 1.0) * m_tangent;
         const UINT32 line  = row * Side + index / Columns;
         const DOUBLE up    = (1.0 - (line + 0.5) * 2.0 / (GridHeight * Side)) * m_tangent * GridHeight / GridWidth;
 

@@ -33,13 +33,6 @@ DOUBLE RegionEV(const Pattern& rPattern, UINT32 column, UINT32 row)
     }
 }
 
-/// What the samples of a region come to.
-struct RegionLight
-{
-    FLOAT  sum;        ///< full scale of a sample is 1
-    UINT32 saturated;  ///< samples that are clipped
-};
-
 /// Exposes the samples of a region, and counts them in the histogram of their exposure.
 RegionLight ExposeSamples(const FLOAT* pSamples, FLOAT signal, FLOAT noise, INT* pHistogram)
 {
@@ -260,17 +253,11 @@ DOUBLE SensorModel::ExposeRegions(DOUBLE time, const AppliedExposure& rExposure,
     UINT32 clippedCount = 0;
     for (UINT32 region = 0; region < GridSize; ++region)
     {
-        const DOUBLE light    = mean * rowFactors[region / GridWidth];
-        const DOUBLE lamp     = (m_pFlash != nullptr) ? m_pFlash->LuxAt(region) * meanPerLux : 0.0;
-        const FLOAT  gain     = m_objectMask[region] ? m_objectGain : 1.0f;
-        const FLOAT  noise    = std::max(1.0f + static_cast<FLOAT>(rSensor.regionNoise * m_noise.NextNoise()), 0.0f);
-        const FLOAT* pSamples = &m_radiance[static_cast<size_t>(region) * SamplesPerRegion];
-        const bool   isAdded  = m_pPanorama != nullptr && lamp > 0.0;
-        const auto [sum, saturated] =
-            isAdded ? ExposeSamples(WithFlash(pSamples, static_cast<FLOAT>(light), static_cast<FLOAT>(lamp)).data(),
-                                    gain, noise, rStats.histogram.data())
-                    : ExposeSamples(pSamples, static_cast<FLOAT>(light + lamp) * gain, noise, rStats.histogram.data());
-        const DOUBLE level = static_cast<DOUBLE>(sum) / SamplesPerRegion;
+        const DOUBLE light = mean * rowFactors[region / GridWidth];
+        const DOUBLE lamp  = (m_pFlash != nullptr) ? m_pFlash->LuxAt(region) * meanPerLux : 0.0;
+        const FLOAT  noise = std::max(1.0f + static_cast<FLOAT>(rSensor.regionNoise * m_noise.NextNoise()), 0.0f);
+        const auto [sum, saturated] = ExposeRegion(region, light, lamp, noise, rStats.histogram.data());
+        const DOUBLE level          = static_cast<DOUBLE>(sum) / SamplesPerRegion;
         pictureSum += level;
         clippedCount += saturated;
         const DOUBLE shot         = rSensor.shotNoise * std::sqrt(level * rExposure.gain) * m_noise.NextNoise();
@@ -278,8 +265,6 @@ DOUBLE SensorModel::ExposeRegions(DOUBLE time, const AppliedExposure& rExposure,
         rStats.luma[region]       = static_cast<FLOAT>(std::clamp(level + shot + read, 0.0, 1.0)) * m_fullScale;
         rStats.saturation[region] = static_cast<FLOAT>(saturated) / SamplesPerRegion * m_fullScale;
         m_levels[region]          = level;
-        m_signals[region]         = static_cast<FLOAT>(isAdded ? light : light + lamp) * gain * noise;
-        m_lampSignals[region]     = isAdded ? static_cast<FLOAT>(lamp) * gain * noise : 0.0f;
         m_saturated[region]       = static_cast<DOUBLE>(saturated) / SamplesPerRegion;
     }
     SetColours(lux, rStats);
@@ -306,6 +291,25 @@ SensorView SensorModel::View() const
         view.colours[region] = {static_cast<DOUBLE>(rSafe.rg[region]), static_cast<DOUBLE>(rSafe.bg[region])};
     }
     return view;
+}
+
+/// @param light, lamp full scale of a mean sample is 1
+RegionLight SensorModel::ExposeRegion(UINT32 region, DOUBLE light, DOUBLE lamp, FLOAT noise, INT* pHistogram)
+{
+    const FLOAT* pSamples = &m_radiance[static_cast<size_t>(region) * SamplesPerRegion];
+    const FLOAT  gain     = m_objectMask[region] ? m_objectGain : 1.0f;
+    if (m_pPanorama == nullptr || !(lamp > 0.0))
+    {
+        const FLOAT signal    = static_cast<FLOAT>(light + lamp) * gain;
+        m_signals[region]     = signal * noise;
+        m_lampSignals[region] = 0.0f;
+        return ExposeSamples(pSamples, signal, noise, pHistogram);
+    }
+    const FLOAT lightSignal = static_cast<FLOAT>(light);
+    const FLOAT lampSignal  = static_cast<FLOAT>(lamp);
+    m_signals[region]       = lightSignal * gain * noise;
+    m_lampSignals[region]   = lampSignal * gain * noise;
+    return ExposeSamples(WithFlash(pSamples, lightSignal, lampSignal).data(), gain, noise, pHistogram);
 }
 
 VOID SensorModel::SetColours(DOUBLE lux, ExposureStats& rStats) const

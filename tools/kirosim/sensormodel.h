@@ -59,6 +59,13 @@ struct SensorView
     const std::array<INT, HistogramBins + 1>* pHistogram;  ///< of the safe exposure, until the next frame
 };
 
+/// What the samples of a region come to.
+struct RegionLight
+{
+    FLOAT  sum;        ///< full scale of a sample is 1
+    UINT32 saturated;  ///< samples that are clipped
+};
+
 /// Full-scale signal of a mean region per lux, unity gain and second of exposure.
 constexpr DOUBLE SignalPerLuxSecond = 0.01;
 
@@ -110,9 +117,10 @@ private:
         std::array<INT, HistogramBins + 1> histogram;  ///< one entry more, as cumulative counts may read it
     };
 
-    VOID   BuildRadiance();
-    DOUBLE ExposeRegions(DOUBLE time, const AppliedExposure& rExposure, DOUBLE lux, ExposureStats& rStats,
-                         FrameTruth* pTruth);
+    VOID        BuildRadiance();
+    DOUBLE      ExposeRegions(DOUBLE time, const AppliedExposure& rExposure, DOUBLE lux, ExposureStats& rStats,
+                              FrameTruth* pTruth);
+    RegionLight ExposeRegion(UINT32 region, DOUBLE light, DOUBLE lamp, FLOAT noise, INT* pHistogram);
     VOID   RowFactors(DOUBLE time, const AppliedExposure& rExposure, std::array<DOUBLE, GridHeight>& rFactors) const;
     VOID   BuildChannels();
     VOID   BuildFlashChannels();
