@@ -76,6 +76,15 @@ refuses "run.dbg: no frame 3, there are frames 1 to 2" kirotune debug "$work/run
 head -c 400000 "$work/run.dbg" >"$work/cut.dbg"
 refuses "cut.dbg: cut within record 1" kirotune debug "$work/cut.dbg"
 
+kirosim run --no-live --quiet --tuning "$good" --scene "$scene" --frames 3 --csv "$work/trace.csv" >/dev/null || exit 1
+sed '3s/,[^,]*$/,wide/' "$work/trace.csv" >"$work/slip.csv"
+refuses "slip.csv:3: 'wide' found for banding, expected a number$" kirosim report "$work/slip.csv" -o "$work/out.html"
+refuses "slip.csv:3: " kirosim report "$work/trace.csv" --against "$work/slip.csv" -o "$work/out.html"
+refuses "slip.csv:3: " kirosim run --no-live --tuning "$good" --scene "$scene" --report "$work/out.html" --against "$work/slip.csv"
+refuses "good.bin:1: no column frame in the header" kirosim report "$good" -o "$work/out.html"
+refuses "^kirosim: .*trace.csv" kirosim report "$work/trace.csv" -o "$work/trace.csv"
+expected=2 refuses "^kirosim: .*--report" kirosim run --no-live --tuning "$good" --scene "$scene" --pictures 10
+
 refuses "^kirosim: localhost: no IPv4 address for live tuning$" kirosim run --tuning "$good" --scene "$scene" --live-address localhost
 refuses "^kirosim: 192.0.2.1: no address of this machine for live tuning$" kirosim run --tuning "$good" --scene "$scene" --live-address 192.0.2.1
 refuses "^nobody listens at 127.0.0.1:1: Connection refused$" kirotune live device --json --port 1
@@ -113,7 +122,7 @@ ends_with() {
 ends_with 2 --tuning "$good" --frames 0
 ends_with 3 --tuning "$work/dead.yaml" --frames 5
 
-for output in out.csv out.bin out.dbg; do
+for output in out.csv out.bin out.dbg out.html; do
     [ ! -e "$work/$output" ] || { echo "$output was left behind"; failures=$((failures + 1)); }
 done
 exit $((failures > 0))

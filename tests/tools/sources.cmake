@@ -7,6 +7,7 @@ set(ROOM_TESTS
     hostile_test.cpp
     liveclient_test.cpp
     meaning_test.cpp
+    report_test.cpp
     references_test.cpp
     livejournal_test.cpp
     panoramas_test.cpp

@@ -5,11 +5,12 @@ namespace kirosim
 
 std::string PictureChoice::ReasonFor(const FrameRecord& rRecord, const FrameMoment& rMoment)
 {
-    const bool isFirst     = m_isFirst;
-    const bool isSettled   = rRecord.decided.convergence.bSettle == TRUE;
-    const bool isUnsettled = m_isUnsettled || !rMoment.begins.empty();
-    m_isFirst              = false;
-    m_isUnsettled          = isUnsettled && !isSettled;
+    const bool isFirst    = m_isFirst;
+    const bool hasSettled = rRecord.decided.convergence.bSettle == TRUE;
+    const bool isNewRest  = m_isRestAwaited && m_hasMoved && hasSettled;
+    m_isFirst             = false;
+    m_isRestAwaited       = (m_isRestAwaited && !isNewRest) || !rMoment.begins.empty();
+    m_hasMoved            = rMoment.begins.empty() && (m_hasMoved || !hasSettled);
     if (isFirst)
     {
         return "start";
@@ -30,7 +31,7 @@ std::string PictureChoice::ReasonFor(const FrameRecord& rRecord, const FrameMome
     {
         return "before";
     }
-    if (isUnsettled && isSettled)
+    if (isNewRest)
     {
         return "settled";
     }

@@ -33,8 +33,9 @@ public:
 
 private:
     std::optional<UINT32> m_every;
-    bool                  m_isUnsettled = true;  ///< since the last moment, or the start
-    bool                  m_isFirst     = true;
+    bool                  m_isRestAwaited = true;   ///< since the last moment, or the start
+    bool                  m_hasMoved      = false;  ///< since then: an exposure may rest on for a while
+    bool                  m_isFirst       = true;
 };
 
 }  // namespace kirosim

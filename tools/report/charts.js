@@ -9,7 +9,7 @@ const axisOptions = () => ({
     gridLineColor: themeColour("line"),
 });
 
-const drawMarks = (context, area, graph) => {
+const drawMarkLines = (context, area, graph, drawBeside = () => {}) => {
     context.save();
     context.strokeStyle = themeColour("quiet");
     context.fillStyle = themeColour("quiet");
@@ -22,11 +22,15 @@ const drawMarks = (context, area, graph) => {
             context.moveTo(x, area.y);
             context.lineTo(x, area.y + area.h);
             context.stroke();
-            context.fillText(String(index + 1), x + 3, area.y + 10);
+            drawBeside(x, index);
         }
     });
     context.restore();
 };
+
+const drawMarks = (context, area, graph) => drawMarkLines(context, area, graph, (x, index) => {
+    context.fillText(String(index + 1), x + 3, area.y + 10);
+});
 
 const placeHairline = (plot) => {
     const x = plot.graph.toDomXCoord(times[cursorRow]);

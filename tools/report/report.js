@@ -36,7 +36,7 @@ if (times.length > 0) {
     addMarks();
     addStates();
     data.charts.forEach(addChart);
-    setCursor(times.length - 1);
+    setCursor(rowsOfTimeline[0].at(-1));
 }
 window.matchMedia("(prefers-color-scheme: dark)").addEventListener("change", () => {
     plots.forEach((plot) => plot.recolour());

@@ -30,7 +30,7 @@ const drawStates = (context, area, graph) => {
         context.fillText(band.name, area.x + 4, top + height / 2);
     });
     context.restore();
-    drawMarks(context, area, graph);
+    drawMarkLines(context, area, graph);
 };
 
 const stateAt = (band, time) => band.stretches.find(([from, to]) => time >= from - 1e-9 && time < to - 1e-9);
