@@ -234,7 +234,7 @@ TEST(RunReport, NamesTuningSceneAndStates)
     EXPECT_NE(std::find(names.begin(), names.end(), "locked"), names.end());
     ASSERT_NE(std::find(names.begin(), names.end(), "at a limit"), names.end());
     const std::string text = data["tables"].dump() + data["bands"].dump();
-    EXPECT_NE(text.find("the sensor's longest time and highest gain"), std::string::npos);
+    EXPECT_NE(text.find("the upper bound of tuning and settings"), std::string::npos);
     EXPECT_NE(text.find("phone.yaml, CRC-32 "), std::string::npos);
     EXPECT_NE(data["summary"].dump().find("start at 0.00 s"), std::string::npos);
 }

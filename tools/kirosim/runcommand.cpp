@@ -210,6 +210,10 @@ VOID RunFrames(const RunOptions& rOptions, const Scene& rScene, Simulation& rSim
         {
             rReport.AddSecond(rRecord);
             rFiles.AddSecond(rRecord);
+            if (rPage.has_value())
+            {
+                rPage->AddSecond(rRecord);
+            }
         },
         PlanOf(rOptions, pacer));
     if (StopSignal::IsRaised() && !rOptions.IsOpenEnded())

@@ -9,6 +9,7 @@
 #include "tools/kirosim/meteringweights.h"
 #include "tools/kirosim/runbands.h"
 #include "tools/kirosim/trace.h"
+#include "tools/kirosim/tracecharts.h"
 #include "tools/kirosim/tracemeasures.h"
 #include "tools/kirosim/tracepage.h"
 #include "tools/recording/chunks.h"
@@ -34,16 +35,27 @@ std::string HeaderOf()
     return header + ",luma_target,clipped_short,clipped_safe,clipped_long";
 }
 
-/// The luma that metering would have seen at its target; NaN for a frame without metering.
+/// The luma that metering would have seen at its target; NaN for a frame without metering, and for one that is no
+/// preview.
 DOUBLE LumaTargetOf(const FrameRecord& rRecord)
 {
     const KIROMeteringOutput& rMetering = rRecord.decided.metering;
-    if (rMetering.bIsMeteringSkipped == TRUE || rRecord.decided.luma < 0.0f)
+    const bool                isPreview = rRecord.flash.phase == FlashCapturePhase::Idle && !rRecord.isPictureShown;
+    if (!isPreview || rMetering.bIsMeteringSkipped == TRUE || rRecord.decided.luma < 0.0f)
     {
         return std::nan("");
     }
     return static_cast<DOUBLE>(rRecord.decided.luma) * static_cast<DOUBLE>(rMetering.exposures[AECAlgoExposureSafe]) /
            rRecord.truth.exposure;
+}
+
+std::string RowOf(const FrameRecord& rRecord)
+{
+    std::string line = CsvLine(rRecord);
+    line.pop_back();
+    const auto& rClipped = rRecord.truth.clipped;
+    return fmt::format("{},{},{},{},{}", line, LumaTargetOf(rRecord), rClipped[AECAlgoExposureShort],
+                       rClipped[AECAlgoExposureSafe], rClipped[AECAlgoExposureLong]);
 }
 
 std::vector<UINT32> HistogramOf(const SensorView& rView)
@@ -91,11 +103,15 @@ RunPage::RunPage(const RunOptions& rOptions, const Scene& rScene, const LoadedTu
     {
         m_against = TraceTable::Read(rOptions.against);
     }
+    if (rScene.pSecond != nullptr)
+    {
+        m_second.emplace("second camera", HeaderOf());
+    }
 }
 
 VOID RunPage::Add(const FrameRecord& rRecord, Camera& rCamera)
 {
-    AddRow(rRecord);
+    m_trace.Add(RowOf(rRecord));
     m_bands.BeginFrame(rRecord.time);
     SetBands(rRecord, m_rScene, m_bands);
     const FrameMoment moment = MomentOf(rRecord);
@@ -111,13 +127,9 @@ VOID RunPage::Add(const FrameRecord& rRecord, Camera& rCamera)
     }
 }
 
-VOID RunPage::AddRow(const FrameRecord& rRecord)
+VOID RunPage::AddSecond(const FrameRecord& rRecord)
 {
-    std::string line = CsvLine(rRecord);
-    line.pop_back();
-    const auto& rClipped = rRecord.truth.clipped;
-    m_trace.Add(fmt::format("{},{},{},{},{}", line, LumaTargetOf(rRecord), rClipped[AECAlgoExposureShort],
-                            rClipped[AECAlgoExposureSafe], rClipped[AECAlgoExposureLong]));
+    m_second->Add(RowOf(rRecord));
 }
 
 FrameMoment RunPage::MomentOf(const FrameRecord& rRecord)
@@ -208,6 +220,10 @@ VOID RunPage::Commit(const RunReport& rReport)
     m_page.summary             = SummaryTable(rReport.Format());
     m_page.tables.push_back(MeasureTable(m_trace, pAgainst));
     AddTrace(m_trace, pAgainst, m_page);
+    if (m_second.has_value())
+    {
+        AddCharts(*m_second, m_page);
+    }
     m_page.tables.push_back(OriginTable());
     WritePageTo(m_file, m_page);
 }

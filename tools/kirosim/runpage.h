@@ -24,6 +24,9 @@ public:
     /// Sees each frame once it is decided. @param rCamera that has decided it
     VOID Add(const FrameRecord& rRecord, Camera& rCamera);
 
+    /// Sees each frame of the second camera, whose lines are thin in the charts of the first one.
+    VOID AddSecond(const FrameRecord& rRecord);
+
     /// After the last frame, which gets a picture. @param rCamera as for Add
     VOID End(Camera& rCamera);
 
@@ -31,7 +34,6 @@ public:
     VOID Commit(const RunReport& rReport);
 
 private:
-    VOID          AddRow(const FrameRecord& rRecord);
     FrameMoment   MomentOf(const FrameRecord& rRecord);
     VOID          AddPicture(const std::string& rReason, Camera& rCamera);
     size_t        IndexOf(const report::Weights& rWeights);
@@ -43,6 +45,7 @@ private:
     tuningfile::FileReplacement m_file;
     std::optional<TraceTable>   m_against;
     TraceTable                  m_trace;
+    std::optional<TraceTable>   m_second;  ///< none without a second camera
     StateBands                  m_bands;
     MomentWalk                  m_moments;
     PictureChoice               m_choice;

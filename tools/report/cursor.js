@@ -1,5 +1,14 @@
 // One cursor for all charts, and its keys.
 
+// Moves the strip alone: the page stays where the reader is.
+const showInStrip = (figure) => {
+    const strip = byId("strip");
+    const left = figure.offsetLeft - strip.offsetLeft;
+    if (left < strip.scrollLeft || left + figure.offsetWidth > strip.scrollLeft + strip.clientWidth) {
+        strip.scrollLeft = left + (figure.offsetWidth - strip.clientWidth) / 2;
+    }
+};
+
 const setCursor = (row, origin = null) => {
     cursorRow = Math.min(Math.max(row, 0), times.length - 1);
     const frame = frameOfRow[cursorRow];
@@ -13,6 +22,9 @@ const setCursor = (row, origin = null) => {
     });
     const before = figures.filter(({ picture }) => picture.time <= times[cursorRow] + 1e-9).at(-1);
     figures.forEach((shown) => shown.figure.setAttribute("aria-current", String(shown === before)));
+    if (before !== undefined) {
+        showInStrip(before.figure);
+    }
 };
 
 const zoom = (factor) => {

@@ -11,9 +11,11 @@ const addMarks = () => data.marks.forEach(([time, words], index) => {
 
 const addTable = (place, { title, columns, rows }) => {
     const table = element("table");
+    const width = Math.max(columns.length, ...rows.map((row) => row.length));
     const addRow = (cells, name) => {
         const line = element("tr");
         line.append(...cells.map((cell) => element(name, cell)));
+        line.lastChild.colSpan = width - cells.length + 1;
         table.append(line);
     };
     if (columns.length > 0) {

@@ -53,7 +53,7 @@ const addStates = () => {
     const outputs = data.bands.map((band) => {
         const line = element("li");
         const value = element("span");
-        line.append(element("span", band.name), value);
+        line.append(element("span", band.name, "state"), value);
         plot.legend.append(line);
         return value;
     });
