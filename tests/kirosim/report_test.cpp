@@ -9,11 +9,11 @@
 #include "tests/support/refusal.h"
 #include "tests/support/temporaryfile.h"
 #include "tools/kirosim/development.h"
-#include "tools/kirosim/meteringweights.h"
 #include "tools/kirosim/moments.h"
+#include "tools/kirosim/replaycommand.h"
 #include "tools/kirosim/reportcommand.h"
 #include "tools/kirosim/runcommand.h"
-#include "tools/kirosim/tracecharts.h"
+#include "tools/kirosim/statebands.h"
 #include "tools/kirosim/tracemeasures.h"
 #include "tools/kirosim/tracetable.h"
 
@@ -283,4 +283,77 @@ TEST(RunReport, FollowsTheTouchWithItsWeights)
     EXPECT_NEAR(rCentre[7 * 16 + 7].get<DOUBLE>(), 0.99, 1e-6);
     EXPECT_TRUE(data["pictures"].back()["touch"].is_null());
     EXPECT_EQ(NamesOf(data["pictures"].back()["measurements"]).back(), "Spot");
+}
+
+TEST(RunReport, SaysInWordsWhatASceneDoes)
+{
+    const TemporaryFile scene("moments.yaml");
+    scene.Write(std::string("light: [{time: 1, ev: 0}, {time: 2, ev: 3, ramp: true}, {time: 2.5, ev: 1}]\n"
+                            "events:\n"
+                            "  - {time: 4, manual: {gain: 2, timeUs: 5000}, ev: -3}\n"
+                            "  - {time: 3, lock: true, antibanding: 50}\n"
+                            "  - {time: 5, touch: none, modes: [Usecase.Video], fps: [15, 30]}\n"));
+    std::vector<std::string> words;
+    for (const Moment& rMoment : MomentsOf(ReadScene(scene.path, "")))
+    {
+        words.push_back(std::to_string(static_cast<INT32>(rMoment.time * 10.0)) + ": " + rMoment.words);
+    }
+    EXPECT_EQ(words,
+              (std::vector<std::string>{"10: light +3 EV up to 2 s", "25: light -2 EV", "30: lock, antibanding 50 Hz",
+                                        "40: EV -3 steps, gain 2 and 5 ms by hand",
+                                        "50: touch ends, 15 to 30 frames per second, modes Usecase.Video"}));
+
+    // A second round begins anew; what has passed is not said again.
+    Scene loop;
+    loop.light = {{1.0, 1.0, false}};
+    MomentWalk walk(loop);
+    EXPECT_EQ(walk.Advance(0.9), "");
+    EXPECT_TRUE(walk.IsDueBy(1.0));
+    EXPECT_EQ(walk.Advance(1.0), "light +1 EV");
+    EXPECT_EQ(walk.Advance(1.1), "");
+    EXPECT_EQ(walk.Advance(0.0), "");
+    EXPECT_EQ(walk.Advance(1.5), "light +1 EV");
+}
+
+TEST(RunReport, ClosesAStateWhereItsWordsChange)
+{
+    StateBands bands;
+    DOUBLE     time = 0.0;
+    for (const CHAR* pWords : {"", "low", "low", "high", "", "low"})
+    {
+        bands.BeginFrame(time++);
+        bands.Set("limit", *pWords != '\0', pWords);
+        bands.Set("never", false);
+    }
+    const std::vector<report::Band> all = bands.Finish();
+    ASSERT_EQ(all.size(), 1U);
+    ASSERT_EQ(all[0].stretches.size(), 3U);
+    EXPECT_EQ(all[0].stretches[0].from, 1.0);
+    EXPECT_EQ(all[0].stretches[0].to, 3.0);
+    EXPECT_EQ(all[0].stretches[1].words, "high");
+    EXPECT_EQ(all[0].stretches[1].to, 4.0);
+    EXPECT_EQ(all[0].stretches[2].to, 6.0);
+}
+
+TEST(ReplayReport, ShowsWhatTheRunDecided)
+{
+    const TemporaryFile recording("report.rec");
+    const TemporaryFile page("replay.html");
+    const Data          run = ReportOf("lux: 300\nframes: 40\nlight: [{time: 0.5, ev: 1}]\n", {}, recording.path);
+    ReplayOptions       options;
+    options.file   = recording.path;
+    options.report = page.path;
+    testing::internal::CaptureStdout();
+    EXPECT_TRUE(Replay(options, DiscardLog));
+    testing::internal::GetCapturedStdout();
+    const Data replay = ReadPage(page.path);
+    EXPECT_EQ(replay["timelines"][0]["times"], run["timelines"][0]["times"]);
+    for (const CHAR* pTitle : {"Targets and exposures", "Gain", "Lux index"})
+    {
+        EXPECT_EQ(ChartOf(replay, pTitle), ChartOf(run, pTitle)) << pTitle;
+    }
+    EXPECT_EQ(ChartOf(replay, "Luma and what metering wants")["series"][0],
+              ChartOf(run, "Luma and what metering wants")["series"][0]);
+    EXPECT_TRUE(ChartOf(replay, "Light of the scene").is_null());
+    EXPECT_TRUE(replay["pictures"].empty());
 }
