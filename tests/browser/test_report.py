@@ -77,10 +77,10 @@ class Report(unittest.TestCase):
     def test_reads_zooms_and_shows(self) -> None:
         self.assertEqual(self.driver.title, NAME)
         self.assertEqual(self.driver.find_element(By.TAG_NAME, "h1").text, NAME)
-        self.assertEqual(self.cursor(), "frame 90, 2.967 s")
+        self.assertEqual(self.cursor(), "frame 1, 0.000 s")
 
-        # The cursor reads all charts, also with the other run where it has ended.
-        self.press("[")
+        # The cursor reads all charts; the other run has ended and keeps its last value.
+        self.press("]", "]")
         self.assertEqual(self.cursor(), "frame 61, 2.000 s")
         light = self.legend("Light of the scene")
         self.assertEqual(light, {"light": "1600", "light, other.csv": "800"})

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <span>
 
 namespace kirosim
 {
@@ -9,28 +10,26 @@ namespace kirosim
 namespace
 {
 
-// A region's samples lie in four rows of four; a pixel is the mean of two by two of them.
-constexpr UINT32 SampleSide     = 4;
-constexpr INT    SamplesOfPixel = 4;
-static_assert(SampleSide * SampleSide == SamplesPerRegion);
+// A pixel is a quarter of a region, upper left, upper right, lower left and lower right, whose samples lie side by
+// side.
+constexpr INT SamplesOfPixel = 4;
+static_assert(4 * SamplesOfPixel == SamplesPerRegion);
 
 constexpr FLOAT DarkLevel = 1.0f / 256.0f;
 
 /// What is marked is still to be seen between the stripes, pixels.
 constexpr UINT32 StripePeriod = 6;
 
-struct Pixel
+UINT32 RegionAt(UINT32 x, UINT32 y)
 {
-    UINT32               region;
-    std::array<FLOAT, 4> samples;
-};
+    return y / 2 * GridWidth + x / 2;
+}
 
-Pixel PixelAt(const SensorView& rView, UINT32 x, UINT32 y)
+std::span<const FLOAT> SamplesAt(const SensorView& rView, UINT32 x, UINT32 y)
 {
-    const UINT32 region = y / 2 * GridWidth + x / 2;
-    const FLOAT* pFirst =
-        &rView.samples[static_cast<size_t>(region) * SamplesPerRegion + (y % 2) * 2 * SampleSide + (x % 2) * 2];
-    return {region, {pFirst[0], pFirst[1], pFirst[SampleSide], pFirst[SampleSide + 1]}};
+    const size_t quarter = y % 2 * 2 + x % 2;
+    return std::span(rView.samples)
+        .subspan(RegionAt(x, y) * size_t{SamplesPerRegion} + quarter * SamplesOfPixel, SamplesOfPixel);
 }
 
 /// The sRGB transfer, by a table: a picture has many pixels.
@@ -91,13 +90,12 @@ std::vector<BYTE> Develop(const SensorView& rView)
     {
         for (UINT32 x = 0; x < DevelopedWidth; ++x)
         {
-            const Pixel pixel = PixelAt(rView, x, y);
-            DOUBLE      luma  = 0.0;
-            for (const FLOAT sample : pixel.samples)
+            DOUBLE luma = 0.0;
+            for (const FLOAT sample : SamplesAt(rView, x, y))
             {
                 luma += ADRCCurve(std::min(static_cast<DOUBLE>(sample), gain), gain) / SamplesOfPixel;
             }
-            const ChannelShares shares = SharesOf(rView.colours[pixel.region], rView.light);
+            const ChannelShares shares = SharesOf(rView.colours[RegionAt(x, y)], rView.light);
             for (const DOUBLE share : {shares.red, shares.green, shares.blue})
             {
                 pixels.push_back(curve.CodeOf(luma * share));
@@ -120,9 +118,9 @@ ExposureMarks MarkExposure(const SensorView& rView)
     {
         for (UINT32 x = 0; x < DevelopedWidth; ++x)
         {
-            const Pixel         pixel = PixelAt(rView, x, y);
-            const auto          over  = std::count_if(pixel.samples.begin(), pixel.samples.end(), isOver);
-            const auto          under = std::count_if(pixel.samples.begin(), pixel.samples.end(), isUnder);
+            const auto          samples = SamplesAt(rView, x, y);
+            const auto          over    = std::count_if(samples.begin(), samples.end(), isOver);
+            const auto          under   = std::count_if(samples.begin(), samples.end(), isUnder);
             std::array<BYTE, 4> colour{};
             const bool          isStripe = (x + y) % StripePeriod < StripePeriod / 2;
             if (isStripe && std::max(over, under) * 2 >= SamplesOfPixel)

@@ -38,7 +38,7 @@ if (times.length > 0) {
     addMarks();
     addStates();
     data.charts.forEach(addChart);
-    setCursor(rowsOfTimeline[0].at(-1));
+    setCursor(0);
 }
 window.matchMedia("(prefers-color-scheme: dark)").addEventListener("change", () => {
     plots.forEach((plot) => plot.recolour());
