@@ -48,7 +48,7 @@ public:
 
     BYTE CodeOf(DOUBLE value) const
     {
-        return m_codes[static_cast<size_t>(std::clamp(value, 0.0, 1.0) * Steps + 0.5)];
+        return m_codes[static_cast<size_t>(std::lround(std::clamp(value, 0.0, 1.0) * Steps))];
     }
 
 private:

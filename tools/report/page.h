@@ -76,7 +76,7 @@ struct Box
     FLOAT dy;
 };
 
-constexpr UINT32 WeightSide = 16;
+constexpr size_t WeightSide = 16;
 
 /// Weights of a grid over a box, row by row.
 using Weights = std::array<FLOAT, WeightSide * WeightSide>;
