@@ -1,5 +1,7 @@
 #include "tools/kirosim/tracepage.h"
 
+#include <algorithm>
+
 #include <fmt/format.h>
 
 #include "tools/kirosim/tracecharts.h"
@@ -10,11 +12,29 @@ namespace kirosim
 namespace
 {
 
+/// Takes from a page what was before the first frame that a trace has kept.
+VOID DropBefore(DOUBLE time, report::Page& rPage)
+{
+    std::erase_if(rPage.marks, [time](const report::Mark& rMark) { return rMark.time < time; });
+    for (report::Band& rBand : rPage.bands)
+    {
+        std::erase_if(rBand.stretches, [time](const report::Stretch& rStretch) { return rStretch.to <= time; });
+        if (!rBand.stretches.empty())
+        {
+            rBand.stretches.front().from = std::max(rBand.stretches.front().from, time);
+        }
+    }
+    std::erase_if(rPage.bands, [](const report::Band& rBand) { return rBand.stretches.empty(); });
+}
+
 /// How long the states of a page held, as shares of the trace.
 report::Table StateTable(const std::vector<report::Band>& rBands, const TraceTable& rTrace)
 {
     report::Table              table{"States", {"", "percent of the time", "first, s", "last, s", "which"}, {}};
     const std::vector<DOUBLE>& rTimes = rTrace.Get("time_s");
+    const size_t               count  = rTimes.size();
+    const DOUBLE               period = (count > 1) ? rTimes[count - 1] - rTimes[count - 2] : 0.0;
+    const DOUBLE               whole  = rTimes.back() + period - rTimes.front();
     for (const report::Band& rBand : rBands)
     {
         DOUBLE      sum = 0.0;
@@ -27,10 +47,8 @@ report::Table StateTable(const std::vector<report::Band>& rBands, const TraceTab
                 words += (words.empty() ? "" : "; ") + rStretch.words;
             }
         }
-        const DOUBLE whole = rBand.stretches.back().to - rTimes.front();
-        table.rows.push_back({rBand.name,
-                              fmt::format("{:.1f}", sum / std::max(whole, rTimes.back() - rTimes.front()) * 100.0),
-                              fmt::format("{:.2f}", rBand.stretches.front().from),
+        const std::string percent = (whole > 0.0) ? fmt::format("{:.1f}", sum / whole * 100.0) : "none";
+        table.rows.push_back({rBand.name, percent, fmt::format("{:.2f}", rBand.stretches.front().from),
                               fmt::format("{:.2f}", rBand.stretches.back().to), words});
     }
     return table;
@@ -49,6 +67,7 @@ VOID NoteDropped(const TraceTable& rTrace, report::Page& rPage)
 
 VOID AddTrace(const TraceTable& rTrace, const TraceTable* pAgainst, report::Page& rPage)
 {
+    DropBefore(rTrace.Get("time_s").front(), rPage);
     const std::vector<report::Band> bands = BandsOf(rTrace);
     rPage.bands.insert(rPage.bands.begin(), bands.begin(), bands.end());
     AddCharts(rTrace, rPage);
