@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 
 #include "tools/kirosim/statebands.h"
 
@@ -154,7 +155,8 @@ VOID AddLine(const TraceTable& rTrace, const ChartForm& rForm, const LineForm& r
 
 VOID AddCharts(const TraceTable& rTrace, report::Page& rPage)
 {
-    rPage.timelines.push_back({rTrace.Name(), rTrace.Get("frame"), rTrace.Get("time_s")});
+    const std::string name = std::filesystem::path(rTrace.Name()).filename().string();  // legends have little room
+    rPage.timelines.push_back({name, rTrace.Get("frame"), rTrace.Get("time_s")});
     for (const ChartForm& rForm : ChartForms())
     {
         for (const LineForm& rLine : rForm.lines)
