@@ -70,6 +70,12 @@ text, run = open("t.summary").read(), json.load(sys.stdin)
 assert f"""{run["distanceFromTargetEV"]:.4f} EV""" in text and run["legal"] and run["steps"][0]["timeS"] == 0, run' || fail 'no JSON of a run'
 fi
 
+# A report names the command that made it, as a shell would take it again; in JSON a backslash is two.
+printf 'frame,time_s\n1,0\n' >one.csv
+kirosim report one.csv -o "it's.html" && grep -qF "kirosim report one.csv -o 'it'\\\\''s.html'" "it's.html" ||
+    fail "a report does not name its command"
+kirosim report - -o - <one.csv | grep -q '"title":"stdin"' || fail "no report from stdin to stdout"
+
 # Completion and manual pages come from the options themselves.
 # Usage: completes WORDS... for what the last word is completed to.
 completes() {
