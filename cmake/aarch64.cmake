@@ -15,6 +15,10 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
-# Libraries of those libraries lie in the same folder; a linker's older kind of run path finds them there, too.
-set(KIRO_SYSROOT_LIBRARIES ${KIRO_SYSROOT}/usr/lib/${CMAKE_LIBRARY_ARCHITECTURE})
-set(CMAKE_EXE_LINKER_FLAGS_INIT "-Wl,--disable-new-dtags -Wl,-rpath,${KIRO_SYSROOT_LIBRARIES} -Wl,-rpath-link,${KIRO_SYSROOT_LIBRARIES}")
+# Libraries of those libraries lie in these folders; a linker's older kind of run path finds them there, too.
+set(CMAKE_EXE_LINKER_FLAGS_INIT "-Wl,--disable-new-dtags")
+foreach(folder usr/lib lib)
+    set(KIRO_SYSROOT_LIBRARIES ${KIRO_SYSROOT}/${folder}/${CMAKE_LIBRARY_ARCHITECTURE})
+    string(APPEND CMAKE_EXE_LINKER_FLAGS_INIT
+           " -Wl,-rpath,${KIRO_SYSROOT_LIBRARIES} -Wl,-rpath-link,${KIRO_SYSROOT_LIBRARIES}")
+endforeach()
