@@ -11,7 +11,7 @@
 namespace kirotune
 {
 
-VOID RequireSense(const EditCommand& rCommand)
+std::string SenselessIn(const EditCommand& rCommand)
 {
     std::string faults;
     for (const Edit& rEdit : rCommand.edits)
@@ -27,6 +27,12 @@ VOID RequireSense(const EditCommand& rCommand)
                                   fault->expected, fault->advice.empty() ? "" : "; ", fault->advice);
         }
     }
+    return faults;
+}
+
+VOID RequireSense(const EditCommand& rCommand)
+{
+    const std::string faults = SenselessIn(rCommand);
     if (!faults.empty())
     {
         throw liveclient::Error(faults + "; --force sends it all the same");

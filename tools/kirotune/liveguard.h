@@ -11,7 +11,10 @@ namespace kirotune
 
 /// Judges the numbers of a command by what the tunables say of themselves. A member that this program's schema does not
 /// know is not judged.
-/// @throws liveclient::Error that names each number out of its range of sense, the range and the unit
+/// @return a text that names each number out of its range of sense, the range and the unit; empty if there is none
+std::string SenselessIn(const EditCommand& rCommand);
+
+/// @throws liveclient::Error with that text
 VOID RequireSense(const EditCommand& rCommand);
 
 }  // namespace kirotune

@@ -154,6 +154,16 @@ JournalContent ParseJournal(const std::string& rText, const std::string& rName)
     return content;
 }
 
+std::vector<std::string> NamesOf(const EditCommand& rCommand)
+{
+    std::vector<std::string> names;
+    for (const Edit& rEdit : rCommand.edits)
+    {
+        names.push_back(rEdit.member);
+    }
+    return names;
+}
+
 std::vector<EditCommand> Joined(const std::vector<EditCommand>& rCommands)
 {
     std::vector<EditCommand> joined;

@@ -28,6 +28,9 @@ struct EditCommand
     std::vector<Edit> edits  = {};
 };
 
+/// The members that a command sets.
+std::vector<std::string> NamesOf(const EditCommand& rCommand);
+
 /// What a journal holds.
 struct JournalContent
 {

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "tools/kirotune/livechange.h"
 #include "tools/liveclient/liveclient.h"
 #include "tools/tuningfile/textnode.h"
 
@@ -17,16 +18,6 @@ using Row = std::vector<std::string>;
 /// Prints aligned columns.
 /// @param rHeader printed above them; empty for none
 VOID PrintTable(const Row& rHeader, const std::vector<Row>& rRows);
-
-/// A number that differs, or has been set.
-struct Change
-{
-    std::string path;    ///< of the mode
-    std::string module;  ///< or a record within it
-    std::string member;
-    std::string oldText;
-    std::string newText;
-};
 
 /// Prints a line for each, such as "Default kirodbconvbase.data[0].value.tolerance: 5 -> 8".
 VOID PrintChanges(const std::vector<Change>& rChanges, bool isJson);

@@ -25,8 +25,14 @@ using tuningfile::TextNode;
 }  // namespace
 
 LiveSession::LiveSession(const liveclient::Options& rOptions, bool isJson)
-    : m_client(rOptions), m_place(fmt::format("{}:{}", rOptions.host, rOptions.port)), m_isJson(isJson)
+    : m_camera(rOptions), m_client(m_camera.Client()), m_isJson(isJson)
 {
+}
+
+/// On stderr, which does not belong to the answer.
+VOID LiveSession::PrintRemark(const std::string& rRemark)
+{
+    fmt::print(stderr, "{}\n", rRemark);
 }
 
 VOID LiveSession::PrintTexts(const std::vector<std::string>& rTexts) const
@@ -42,28 +48,14 @@ VOID LiveSession::PrintTexts(const std::vector<std::string>& rTexts) const
     }
 }
 
-const liveclient::DeviceInfo& LiveSession::Camera()
-{
-    if (!m_camera)
-    {
-        m_camera = m_client.Device();
-    }
-    return *m_camera;
-}
-
-UINT32 LiveSession::TableInUse()
-{
-    return Camera().tables.empty() ? 0 : m_client.TableIndex();
-}
-
 VOID LiveSession::NameCamera()
 {
-    fmt::print(stderr, "camera at {}: {}\n", m_place, Clean(Camera().name));
+    fmt::print(stderr, "camera at {}: {}\n", m_camera.Place(), Clean(m_camera.Device().name));
 }
 
 VOID LiveSession::Device()
 {
-    const liveclient::DeviceInfo& rInfo   = Camera();
+    const liveclient::DeviceInfo& rInfo   = m_camera.Device();
     const std::string             version = fmt::format("{}.{}", rInfo.major, rInfo.minor);
     const std::string             id      = fmt::format("{:#018x}", rInfo.id);
     if (m_isJson)
@@ -84,28 +76,10 @@ VOID LiveSession::Device()
     PrintTable({}, rows);
 }
 
-/// For a path that the tuning does not have, the service lists what is below the root.
-VOID LiveSession::RequireMode(const std::string& rPath)
-{
-    const std::vector<std::string> items = liveclient::Split(rPath, '|');
-    std::string                    above = items[0];
-    for (size_t index = 1; index < items.size(); ++index)
-    {
-        const std::vector<std::string> children = m_client.ChildModes(above);
-        if (std::find(children.begin(), children.end(), items[index]) == children.end())
-        {
-            throw Error(
-                fmt::format("the tuning has no mode '{}' below '{}', there {}", items[index], above,
-                            children.empty() ? "are none" : Clean(fmt::format("are {}", fmt::join(children, ", ")))));
-        }
-        above += '|' + items[index];
-    }
-}
-
 VOID LiveSession::Modes(const std::string& rPath)
 {
     const std::string path = liveclient::NamedPath(rPath);
-    RequireMode(path);
+    m_camera.RequireMode(path);
     PrintTexts(m_client.ChildModes(path));
 }
 
@@ -117,7 +91,7 @@ VOID LiveSession::ActiveModes()
 VOID LiveSession::Modules(const std::string& rPath)
 {
     const std::string path = liveclient::NamedPath(rPath);
-    RequireMode(path);
+    m_camera.RequireMode(path);
     std::vector<std::string> names;
     for (const tuning::ModuleDescription& rModule : tuning::TuningModules)
     {
@@ -153,7 +127,7 @@ VOID LiveSession::Controls()
 
 VOID LiveSession::PrintTableIndex(UINT32 index)
 {
-    const std::vector<std::string>& rNames = Camera().tables;
+    const std::vector<std::string>& rNames = m_camera.Device().tables;
     const std::string               name   = (index < rNames.size()) ? rNames[index] : "";
     if (m_isJson)
     {

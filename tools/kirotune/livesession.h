@@ -2,15 +2,12 @@
 /// The commands that work on a running camera.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
-#include "tools/kirotune/livejournaltext.h"
+#include "tools/kirotune/livecamera.h"
 #include "tools/kirotune/liveoutput.h"
-#include "tools/kirotune/livepatch.h"
 #include "tools/liveclient/liveclient.h"
-#include "tools/tuningfile/tuning.h"
 
 namespace kirotune
 {
@@ -69,16 +66,6 @@ public:
     VOID Custom(const std::string& rFile);
 
 private:
-    /// What came of an edit.
-    struct Outcome
-    {
-        /// @throws liveclient::Error if the camera has refused any
-        VOID RequireAll() const;
-
-        std::vector<Change> changes;
-        std::string         refused;  ///< members, each behind a blank
-    };
-
     /// What is watched, at one time.
     struct Sample
     {
@@ -88,51 +75,31 @@ private:
         std::vector<liveclient::Value> controls;
     };
 
-    /// Who answers; asked once.
-    const liveclient::DeviceInfo& Camera();
-
-    /// The mode table that paths refer to.
-    UINT32 TableInUse();
-
     /// Tells on stderr which camera is about to be changed: another one may have taken the port.
     VOID NameCamera();
 
+    static VOID PrintRemark(const std::string& rRemark);
+
     VOID PrintTexts(const std::vector<std::string>& rTexts) const;
     VOID PrintTableIndex(UINT32 index);
-    VOID RequireMode(const std::string& rPath);
 
     // livesession_values.cpp
     std::vector<liveclient::MemberInfo> Describe(const std::string& rPath, const std::string& rModule,
                                                  std::string& rRecord);
-    std::vector<liveclient::Value>      GetAll(const std::string& rPath, const std::string& rModule,
-                                               const std::vector<std::string>& rMembers);
 
     // livesession_edits.cpp
-    EditCommand                    Prepare(const std::string& rPath, const std::string& rModule,
-                                           const std::vector<liveclient::Value>& rWanted);
-    EditCommand                    Reverse(const EditCommand& rCommand);
-    Outcome                        Send(const EditCommand& rCommand);
-    std::vector<liveclient::Value> ReadHeld(const EditCommand& rCommand);
-    VOID                           PrintSet(const std::vector<Change>& rChanges) const;
-
-    // livesession_diff.cpp
-    std::vector<Change> ChangesSince(const std::string& rFile, const std::string& rPath);
-    VOID AddChanges(const std::string& rFile, const std::string& rPath, const tuningfile::Module& rModule,
-                    std::vector<Change>& rChanges);
-    VOID CompareTags(const tuningfile::Tuning& rTuning);
+    VOID PrintSet(const std::vector<Change>& rChanges) const;
 
     // livesession_save.cpp
-    std::vector<PatchedNumber> NumbersOfJournal();
-    std::vector<PatchedNumber> NumbersSince(const std::string& rFile);
+    std::vector<PatchedNumber> NumbersToSave(const std::string& rTuning);
 
     // livesession_watch.cpp
     std::vector<liveclient::Value> ReadControls(const std::vector<std::string>& rNames);
     VOID                           PrintSample(const std::string& rModule, DOUBLE seconds, const Sample& rSample) const;
 
-    liveclient::Client                    m_client;
-    const std::string                     m_place;  ///< host and port
-    const bool                            m_isJson;
-    std::optional<liveclient::DeviceInfo> m_camera;
+    LiveCamera          m_camera;
+    liveclient::Client& m_client;  ///< of the camera
+    const bool          m_isJson;
 };
 
 }  // namespace kirotune

@@ -28,30 +28,6 @@ using liveclient::Error;
 using liveclient::Value;
 using tuningfile::TextNode;
 
-/// What an answer without content may mean. The service does not say more.
-/// @param rMembers those that are missing; none if all were asked for
-Error Nothing(const std::string& rPath, const std::string& rModule, const std::vector<std::string>& rMembers)
-{
-    const std::string             name = rModule.substr(0, rModule.find('.'));
-    std::vector<std::string_view> names;
-    for (const tuning::ModuleDescription& rKnown : tuning::TuningModules)
-    {
-        if (rKnown.pRecord != nullptr)
-        {
-            names.push_back(rKnown.pName);
-        }
-    }
-    std::string text = "no such mode path, module or member";
-    text += rMembers.empty() ? ", or no values right below it" : "";
-    text += fmt::format(": '{}' {}", rPath, rModule);
-    text += rMembers.empty() ? "" : fmt::format(" {}", fmt::join(rMembers, ","));
-    if (std::find(names.begin(), names.end(), name) == names.end())
-    {
-        text += "; for the module, " + tuningfile::Advice(name, names);
-    }
-    return Error(text);
-}
-
 }  // namespace
 
 /// Describes the members of a record, or one member. For the latter the service has no answer: it is found among the
@@ -72,7 +48,7 @@ std::vector<liveclient::MemberInfo> LiveSession::Describe(const std::string& rPa
     }
     if (infos.empty())
     {
-        throw Nothing(rPath, rModule, {});
+        throw NothingThere(rPath, rModule, {});
     }
     return infos;
 }
@@ -144,34 +120,11 @@ VOID LiveSession::Info(const std::string& rPath, const std::string& rModule)
     }
 }
 
-/// @param rMembers all of which must be there; none for all that there are
-std::vector<Value> LiveSession::GetAll(const std::string& rPath, const std::string& rModule,
-                                       const std::vector<std::string>& rMembers)
-{
-    std::vector<Value> values = m_client.Get(rPath, rModule, rMembers);
-    std::vector<Value> left   = values;
-
-    std::vector<std::string> missing;
-    for (const std::string& rMember : rMembers)
-    {
-        Value value;
-        if (!liveclient::Take(rMember, left, value))
-        {
-            missing.push_back(rMember);
-        }
-    }
-    if (values.empty() || !missing.empty())
-    {
-        throw Nothing(rPath, rModule, missing);
-    }
-    return values;
-}
-
 VOID LiveSession::Get(const std::string& rPath, const std::string& rModule, const std::string& rMembers)
 {
     std::vector<Row> rows;
     TextNode         node = TextNode::Map();
-    for (const Value& rValue : GetAll(rPath, rModule, liveclient::Split(rMembers, ',')))
+    for (const Value& rValue : m_camera.GetAll(rPath, rModule, liveclient::Split(rMembers, ',')))
     {
         rows.push_back({rValue.name, WithEnumerator(rModule, rValue)});
         node.Add(Clean(rValue.name), JsonValue(rModule, rValue));

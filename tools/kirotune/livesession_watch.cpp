@@ -103,7 +103,7 @@ VOID LiveSession::Watch(const std::string& rPath, const std::string& rModule, co
         Sample     sample{{}, ReadControls(rOptions.controls)};
         if (!members.empty())
         {
-            sample.members = GetAll(rPath, rModule, members);
+            sample.members = m_camera.GetAll(rPath, rModule, members);
         }
         if (rOptions.everySample || sample != shown)
         {

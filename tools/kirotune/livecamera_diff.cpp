@@ -1,8 +1,7 @@
-// The command that compares a running camera with the tuning that it was given.
+// Where a camera differs from the tuning that it was given.
 
-#include "tools/kirotune/livesession.h"
+#include "tools/kirotune/livecamera.h"
 
-#include <cstdio>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -26,22 +25,34 @@ namespace
 using liveclient::Error;
 using liveclient::Value;
 
+bool IsAtOrBelow(const std::string& rPath, const std::string& rUpper)
+{
+    return rPath == rUpper || rPath.starts_with(rUpper + '|');
+}
+
+/// Another tuning with lists of the same lengths looks like edits.
+VOID CompareTags(const tuningfile::Tuning& rTuning, const std::string& rCamera, const RemarkTaker& rTake)
+{
+    constexpr std::string_view Key = "BinaryTag=";
+    const size_t               at  = rCamera.find(Key);
+    if (at != std::string::npos && rCamera.substr(at + Key.size()) != rTuning.binaryTag)
+    {
+        rTake(fmt::format("{}: its binary tag is '{}', but the camera is {}", rTuning.source, rTuning.binaryTag,
+                          Clean(rCamera)));
+    }
+}
+
+}  // namespace
+
 tuningfile::Tuning ReadTuning(const std::string& rFile)
 {
     return tuningfile::IsText(rFile) ? tuningfile::ReadTextFile(rFile)
                                      : tuningfile::ReadBinary(tuningfile::ReadBytes(rFile), rFile).tuning;
 }
 
-bool IsAtOrBelow(const std::string& rPath, const std::string& rUpper)
-{
-    return rPath == rUpper || rPath.starts_with(rUpper + '|');
-}
-
-}  // namespace
-
 /// @throws Error if lists of the camera are not as long
-VOID LiveSession::AddChanges(const std::string& rFile, const std::string& rPath, const tuningfile::Module& rModule,
-                             std::vector<Change>& rChanges)
+VOID LiveCamera::AddChanges(const std::string& rFile, const std::string& rPath, const tuningfile::Module& rModule,
+                            std::vector<Change>& rChanges)
 {
     const tuning::RecordDescription& rRecord = *rModule.pDescription->pRecord;
     const std::string                name    = rModule.pDescription->pName;
@@ -74,31 +85,19 @@ VOID LiveSession::AddChanges(const std::string& rFile, const std::string& rPath,
     }
 }
 
-/// Another tuning with lists of the same lengths looks like edits.
-VOID LiveSession::CompareTags(const tuningfile::Tuning& rTuning)
+std::vector<Change> LiveCamera::ChangesSince(const tuningfile::Tuning& rTuning, const std::string& rPath,
+                                             const RemarkTaker& rTake)
 {
-    constexpr std::string_view Key  = "BinaryTag=";
-    const std::string&         name = Camera().name;
-    const size_t               at   = name.find(Key);
-    if (at != std::string::npos && name.substr(at + Key.size()) != rTuning.binaryTag)
-    {
-        fmt::print(stderr, "{}: its binary tag is '{}', but the camera is {}\n", rTuning.source, rTuning.binaryTag,
-                   Clean(name));
-    }
-}
-
-std::vector<Change> LiveSession::ChangesSince(const std::string& rFile, const std::string& rPath)
-{
-    const tuningfile::Tuning tuning = ReadTuning(rFile);
-    const std::string        upper  = liveclient::NamedPath(rPath);
-    const UINT32             index  = TableInUse();
-    if (index >= tuning.tables.size())
+    const std::string& rFile = rTuning.source;
+    const std::string  upper = liveclient::NamedPath(rPath);
+    const UINT32       index = TableInUse();
+    if (index >= rTuning.tables.size())
     {
         throw Error(
-            fmt::format("{}: holds {} mode tables, but the camera uses table {}", rFile, tuning.tables.size(), index));
+            fmt::format("{}: holds {} mode tables, but the camera uses table {}", rFile, rTuning.tables.size(), index));
     }
-    CompareTags(tuning);
-    const tuningfile::ModeTable& rTable = tuning.tables[index];
+    CompareTags(rTuning, Device().name, rTake);
+    const tuningfile::ModeTable& rTable = rTuning.tables[index];
     std::vector<Change>          changes;
     bool                         isThere = false;
     for (UINT32 mode = 0; mode < rTable.modes.size(); ++mode)
@@ -120,11 +119,6 @@ std::vector<Change> LiveSession::ChangesSince(const std::string& rFile, const st
         throw Error(fmt::format("{}: the tuning has no mode '{}'", rFile, upper));
     }
     return changes;
-}
-
-VOID LiveSession::Diff(const std::string& rFile, const std::string& rPath)
-{
-    PrintChanges(ChangesSince(rFile, rPath), m_isJson);
 }
 
 }  // namespace kirotune
