@@ -1,5 +1,8 @@
 #include "host/controlvalues.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "parameters/tuningsetmanager.h"
 
 namespace controlvalues
@@ -104,6 +107,14 @@ constexpr Entry Entries[] = {
 };
 
 }  // namespace
+
+std::vector<UINT32> IDs()
+{
+    std::vector<UINT32> ids;
+    std::transform(std::begin(Entries), std::end(Entries), std::back_inserter(ids),
+                   [](const Entry& rEntry) { return rEntry.id; });
+    return ids;
+}
 
 const CHAR* NameOf(UINT32 id)
 {

@@ -2,6 +2,8 @@
 /// What a tuning tool can watch of the running camera: numbers of each frame, under IDs that never change.
 #pragma once
 
+#include <vector>
+
 #include "host/kirohost.h"
 #include "parameters/live/parameterctvalue.h"
 #include "parameters/plist.h"
@@ -46,6 +48,9 @@ enum ID : UINT32
 
     FrameRate = 70  ///< that the safe exposure allows, Hz
 };
+
+/// All of them in ascending order.
+std::vector<UINT32> IDs();
 
 /// @return the name in scripts, such as "luxIndex"; null for a number that is no ID
 const CHAR* NameOf(UINT32 id);

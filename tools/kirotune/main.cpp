@@ -8,6 +8,7 @@
 #include "tools/kirotune/debugcommand.h"
 #include "tools/kirotune/livecommand.h"
 #include "tools/kirotune/newcommand.h"
+#include "tools/kirotune/pagecommand.h"
 #include "tools/kirotune/referencecommand.h"
 #include "tools/program/commandline.h"
 #include "tools/tuningfile/binaryoutput.h"
@@ -122,6 +123,7 @@ int RunProgram(int argc, char** argv)
     kirotune::AddReferenceCommands(app, run);
     AddDebugCommand(app, arguments, run);
     kirotune::AddLiveCommands(app, run);
+    kirotune::AddPageCommand(app, run);
 
     const std::optional<int> status = program::ReadCommandLine(app, argc, argv);
     return status.has_value() ? *status : run();

@@ -1,0 +1,167 @@
+#include "tools/page/page.h"
+
+#include <utility>
+
+#include <fmt/format.h>
+
+#include "tools/liveclient/texts.h"
+#include "tools/page/address.h"
+#include "tools/page/pagejson.h"
+
+namespace page
+{
+
+namespace
+{
+
+using kirotune::LiveCamera;
+
+}  // namespace
+
+Page::Page(const PageOptions& rOptions)
+    : m_options(rOptions), m_address(FormatAddress({rOptions.camera.host, rOptions.camera.port})),
+      m_edits(rOptions.pTuning), m_link(rOptions.camera, Watcher())
+{
+}
+
+CameraWatcher Page::Watcher()
+{
+    CameraWatcher watcher;
+    watcher.changed = [this](const CameraState& rState)
+    {
+        if (!rState.isConnected)
+        {
+            const std::lock_guard lock(m_mutex);
+            m_picture.reset();
+        }
+        m_events.Publish("camera", CameraJson(rState, m_address));
+    };
+    watcher.replaced = [this] { m_edits.Forget(); };
+    watcher.sampled  = [this](DOUBLE seconds, const std::vector<liveclient::ControlValue>& rValues)
+    { m_events.PublishSample(SampleJson(seconds, rValues)); };
+    watcher.pictured  = [this](liveclient::Picture picture) { TakePicture(std::move(picture)); };
+    watcher.isWatched = [this] { return m_events.IsListenedTo(); };
+    return watcher;
+}
+
+VOID Page::TakePicture(liveclient::Picture picture)
+{
+    const std::string json = FrameJson(picture.frame);
+    {
+        const std::lock_guard lock(m_mutex);
+        m_picture = std::move(picture);
+    }
+    m_events.Publish("picture", json);
+}
+
+std::optional<liveclient::Picture> Page::Picture() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_picture;
+}
+
+std::string Page::State()
+{
+    PageState state{m_link.State(), m_address, m_options.file};
+    state.undo = m_edits.UndoCount();
+    state.redo = m_edits.RedoCount();
+    if (state.camera.isConnected)
+    {
+        m_link.Do(
+            [&state](LiveCamera& rCamera)
+            {
+                state.active  = rCamera.Client().ActiveModes();
+                state.modes   = ReadModes(rCamera);
+                state.modules = ReadModules(rCamera, state.active);
+            });
+    }
+    return StateJson(state);
+}
+
+std::string Page::Module(const std::string& rMode, const std::string& rModule)
+{
+    std::vector<Member>                members;
+    std::map<std::string, std::string> starts;
+    m_link.Do(
+        [&](LiveCamera& rCamera)
+        {
+            const std::string mode = liveclient::NamedPath(rMode);
+            rCamera.RequireMode(mode);
+            members = ReadModule(rCamera, mode, rModule);
+            starts  = m_edits.Starts(rCamera, mode, rModule);
+        });
+    return ModuleJson(rMode, rModule, members, starts);
+}
+
+std::string Page::Changes()
+{
+    std::vector<kirotune::Change> changes;
+    m_link.Do([&](LiveCamera& rCamera) { changes = m_edits.Changes(rCamera); });
+    return ChangesJson(changes);
+}
+
+std::string Page::Patch()
+{
+    std::string patch;
+    m_link.Do([&](LiveCamera& rCamera) { patch = m_edits.Patch(rCamera); });
+    return patch;
+}
+
+/// @throws TooManyEditsError
+VOID Page::RequireRate()
+{
+    const std::lock_guard lock(m_mutex);
+    const auto            now = std::chrono::steady_clock::now();
+    while (!m_editTimes.empty() && now - m_editTimes.front() > std::chrono::seconds(1))
+    {
+        m_editTimes.pop_front();
+    }
+    if (m_editTimes.size() >= MaxEditsPerSecond)
+    {
+        throw TooManyEditsError(fmt::format("more than {} edits a second", MaxEditsPerSecond));
+    }
+    m_editTimes.push_back(now);
+}
+
+/// Browsers see edits in the order in which the camera got them.
+std::string Page::Edit(const std::string& rClient, const EditWork& rWork)
+{
+    RequireRate();
+    EditResult result;
+    m_link.Do(
+        [&](LiveCamera& rCamera)
+        {
+            result            = rWork(rCamera);
+            const size_t undo = m_edits.UndoCount();
+            const size_t redo = m_edits.RedoCount();
+            m_events.PublishBy(rClient, "edit", EditJson(result, true, undo, redo),
+                               EditJson(result, false, undo, redo));
+        });
+    return ResultJson(result);
+}
+
+std::string Page::Set(std::string_view body, const std::string& rClient)
+{
+    const EditRequest request = ParseSet(body);
+    return Edit(rClient, [&](LiveCamera& rCamera)
+                { return m_edits.Set(rCamera, request.mode, request.module, request.values, request.isForced); });
+}
+
+std::string Page::Reset(std::string_view body, const std::string& rClient)
+{
+    const EditRequest request = ParseReset(body);
+    return Edit(rClient, [&](LiveCamera& rCamera)
+                { return m_edits.Reset(rCamera, request.mode, request.module, request.paths); });
+}
+
+std::string Page::Undo(const std::string& rClient)
+{
+    return Edit(rClient, [&](LiveCamera& rCamera) { return m_edits.Undo(rCamera); });
+}
+
+std::string Page::Redo(const std::string& rClient)
+{
+    return Edit(rClient, [&](LiveCamera& rCamera) { return m_edits.Redo(rCamera); });
+}
+
+}  // namespace page

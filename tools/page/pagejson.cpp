@@ -1,0 +1,335 @@
+#include "tools/page/pagejson.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+#include <stdexcept>
+
+#include <nlohmann/json.hpp>
+
+#include "host/controlvalues.h"
+#include "tools/meaning/modulewords.h"
+
+namespace page
+{
+
+namespace
+{
+
+using nlohmann::json;
+
+std::string Text(const json& rJson)
+{
+    return rJson.dump(-1, ' ', false, json::error_handler_t::replace);
+}
+
+json OrNull(const std::string& rText)
+{
+    return rText.empty() ? json(nullptr) : json(rText);
+}
+
+json OrNull(const std::optional<DOUBLE>& rNumber)
+{
+    return rNumber.has_value() ? json(*rNumber) : json(nullptr);
+}
+
+json ToJson(const CameraState& rState, const std::string& rAddress)
+{
+    return {{"connected", rState.isConnected},
+            {"address", rAddress},
+            {"name", rState.name},
+            {"version", rState.version},
+            {"error", rState.error}};
+}
+
+json ToJson(const ModeNode& rMode)
+{
+    json children = json::array();
+    for (const ModeNode& rChild : rMode.children)
+    {
+        children.push_back(ToJson(rChild));
+    }
+    return {{"path", rMode.path}, {"children", std::move(children)}};
+}
+
+json ToJson(const std::vector<liveclient::Value>& rValues)
+{
+    json list = json::array();
+    for (const liveclient::Value& rValue : rValues)
+    {
+        list.push_back({{"path", rValue.name}, {"value", rValue.text}});
+    }
+    return list;
+}
+
+const CHAR* KindName(MemberKind kind)
+{
+    switch (kind)
+    {
+    case MemberKind::Number:
+        return "number";
+    case MemberKind::Switch:
+        return "switch";
+    case MemberKind::Choice:
+        return "choice";
+    case MemberKind::Text:
+        return "text";
+    case MemberKind::Record:
+        return "record";
+    case MemberKind::List:
+        return "list";
+    }
+    return "";
+}
+
+json ToJson(const Member& rMember, const std::map<std::string, std::string>& rStarts)
+{
+    const auto found   = rStarts.find(rMember.path);
+    json       choices = json::array();
+    for (const auto& [rValue, rName] : rMember.choices)
+    {
+        choices.push_back({{"value", rValue}, {"name", rName}});
+    }
+    json members = json::array();
+    for (const Member& rInner : rMember.members)
+    {
+        members.push_back(ToJson(rInner, rStarts));
+    }
+    const bool differs = found != rStarts.end() && found->second != rMember.value;
+    return {{"path", rMember.path},
+            {"name", rMember.name},
+            {"kind", KindName(rMember.kind)},
+            {"value", rMember.value},
+            {"words", rMember.words},
+            {"unit", rMember.unit},
+            {"min", OrNull(rMember.min)},
+            {"max", OrNull(rMember.max)},
+            {"begin", OrNull(rMember.begin)},
+            {"integer", rMember.isInteger},
+            {"choices", std::move(choices)},
+            {"start", (found != rStarts.end()) ? found->second : rMember.value},
+            {"differs", differs},
+            {"members", std::move(members)},
+            {"record", rMember.record}};
+}
+
+std::string SentenceOf(const std::string& rModule)
+{
+    const tuning::ModuleDescription* pModule = tuningfile::FindModule(rModule);
+    const tuning::RecordWords*       pWords  = (pModule != nullptr) ? meaning::WordsOf(*pModule) : nullptr;
+    const CHAR* const                pText   = (pWords != nullptr) ? meaning::SentenceOf(*pWords) : nullptr;
+    return (pText != nullptr) ? pText : "";
+}
+
+VOID AddToIndex(const std::string& rModule, const std::string& rPath, const tuning::RecordWords& rRecord, json& rIndex)
+{
+    for (UINT32 index = 0; index < rRecord.pRecord->memberCount; ++index)
+    {
+        const tuning::RecordMember& rMember = rRecord.pRecord->pMembers[index];
+        const tuning::MemberWords&  rWords  = rRecord.pMembers[index];
+        if (!rMember.IsStored())
+        {
+            continue;
+        }
+        const std::string path  = rPath + rMember.pName;
+        const CHAR* const pText = (rWords.words.meaning != nullptr) ? rWords.words.meaning : "";
+        rIndex.push_back({{"module", rModule}, {"member", path}, {"words", pText}});
+        if (rWords.pRecord != nullptr)
+        {
+            AddToIndex(rModule, path + '.', *rWords.pRecord, rIndex);
+        }
+    }
+}
+
+/// All members of all modules, for the search.
+const json& Index()
+{
+    static const json index = []
+    {
+        json all = json::array();
+        for (const tuning::ModuleDescription& rModule : tuning::TuningModules)
+        {
+            if (const tuning::RecordWords* pWords = meaning::WordsOf(rModule))
+            {
+                AddToIndex(rModule.pName, "", *pWords, all);
+            }
+        }
+        return all;
+    }();
+    return index;
+}
+
+}  // namespace
+
+std::string ErrorJson(const std::string& rError, bool isGuard)
+{
+    json object = {{"error", rError}};
+    if (isGuard)
+    {
+        object["guard"] = true;
+    }
+    return Text(object);
+}
+
+std::string CameraJson(const CameraState& rState, const std::string& rAddress)
+{
+    return Text(ToJson(rState, rAddress));
+}
+
+std::string StateJson(const PageState& rState)
+{
+    json modules = json::array();
+    for (const std::string& rModule : rState.modules)
+    {
+        modules.push_back({{"name", rModule}, {"words", SentenceOf(rModule)}});
+    }
+    json controls = json::array();
+    for (const UINT32 id : controlvalues::IDs())
+    {
+        controls.push_back({{"id", id}, {"name", controlvalues::NameOf(id)}});
+    }
+    return Text({{"camera", ToJson(rState.camera, rState.address)},
+                 {"file", OrNull(rState.file)},
+                 {"modes", rState.modes.path.empty() ? json::array() : json::array({ToJson(rState.modes)})},
+                 {"active", rState.active},
+                 {"modules", std::move(modules)},
+                 {"controls", std::move(controls)},
+                 {"index", Index()},
+                 {"edits", {{"undo", rState.undo}, {"redo", rState.redo}}},
+                 {"picture", rState.camera.hasPictures}});
+}
+
+std::string ModuleJson(const std::string& rMode, const std::string& rModule, const std::vector<Member>& rMembers,
+                       const std::map<std::string, std::string>& rStarts)
+{
+    json members = json::array();
+    for (const Member& rMember : rMembers)
+    {
+        members.push_back(ToJson(rMember, rStarts));
+    }
+    return Text(
+        {{"mode", rMode}, {"module", rModule}, {"words", SentenceOf(rModule)}, {"members", std::move(members)}});
+}
+
+std::string ResultJson(const EditResult& rResult)
+{
+    return Text({{"mode", rResult.mode},
+                 {"module", rResult.module},
+                 {"values", ToJson(rResult.values)},
+                 {"shared", rResult.shared}});
+}
+
+std::string EditJson(const EditResult& rResult, bool isOwn, size_t undo, size_t redo)
+{
+    return Text({{"mode", rResult.mode},
+                 {"module", rResult.module},
+                 {"values", ToJson(rResult.values)},
+                 {"shared", rResult.shared},
+                 {"by", isOwn ? "this" : "other"},
+                 {"edits", {{"undo", undo}, {"redo", redo}}}});
+}
+
+std::string ChangesJson(const std::vector<kirotune::Change>& rChanges)
+{
+    json list = json::array();
+    for (const kirotune::Change& rChange : rChanges)
+    {
+        list.push_back({{"mode", rChange.path},
+                        {"module", rChange.module},
+                        {"path", rChange.member},
+                        {"start", rChange.oldText},
+                        {"value", rChange.newText}});
+    }
+    return Text({{"changes", std::move(list)}});
+}
+
+std::string SampleJson(DOUBLE seconds, const std::vector<liveclient::ControlValue>& rValues)
+{
+    json numbers = json::array();
+    for (const UINT32 id : controlvalues::IDs())
+    {
+        const auto found = std::find_if(rValues.begin(), rValues.end(),
+                                        [id](const liveclient::ControlValue& rValue) { return rValue.id == id; });
+        numbers.push_back((found != rValues.end() && std::isfinite(found->value)) ? json(found->value) : json(nullptr));
+    }
+    constexpr DOUBLE PerMillisecond = 1000.0;
+    return Text({{"t", std::round(seconds * PerMillisecond) / PerMillisecond}, {"v", std::move(numbers)}});
+}
+
+std::string FrameJson(UINT64 frame)
+{
+    return Text({{"frame", frame}});
+}
+
+namespace
+{
+
+json ParseObject(std::string_view body)
+{
+    json object = json::parse(body, nullptr, false);
+    if (!object.is_object())
+    {
+        throw std::invalid_argument("expected a JSON object");
+    }
+    return object;
+}
+
+std::string TextOf(const json& rObject, const CHAR* pName)
+{
+    const auto found = rObject.find(pName);
+    if (found == rObject.end() || !found->is_string())
+    {
+        throw std::invalid_argument(std::string("expected a text as ") + pName);
+    }
+    return found->get<std::string>();
+}
+
+const json& ListOf(const json& rObject, const CHAR* pName)
+{
+    const auto found = rObject.find(pName);
+    if (found == rObject.end() || !found->is_array())
+    {
+        throw std::invalid_argument(std::string("expected a list as ") + pName);
+    }
+    return *found;
+}
+
+}  // namespace
+
+EditRequest ParseSet(std::string_view body)
+{
+    const json  object = ParseObject(body);
+    EditRequest request{TextOf(object, "mode"), TextOf(object, "module")};
+    for (const json& rValue : ListOf(object, "values"))
+    {
+        if (!rValue.is_object())
+        {
+            throw std::invalid_argument("expected values with path and value");
+        }
+        request.values.push_back({TextOf(rValue, "path"), TextOf(rValue, "value")});
+    }
+    if (request.values.empty())
+    {
+        throw std::invalid_argument("expected values to set");
+    }
+    const auto force = object.find("force");
+    request.isForced = force != object.end() && force->is_boolean() && force->get<bool>();
+    return request;
+}
+
+EditRequest ParseReset(std::string_view body)
+{
+    const json  object = ParseObject(body);
+    EditRequest request{TextOf(object, "mode"), TextOf(object, "module")};
+    for (const json& rPath : ListOf(object, "paths"))
+    {
+        if (!rPath.is_string())
+        {
+            throw std::invalid_argument("expected texts as paths");
+        }
+        request.paths.push_back(rPath.get<std::string>());
+    }
+    return request;
+}
+
+}  // namespace page
