@@ -78,6 +78,12 @@ public:
         return m_host.DebugData();
     }
 
+    /// What the safe exposure of the last frame saw.
+    VOID View(RegionView& rView) const
+    {
+        m_sensor.View(rView);
+    }
+
     KiroHost& Host()
     {
         return m_host;

@@ -10,6 +10,7 @@
 #include "tools/kirosim/framepacer.h"
 #include "tools/kirosim/learnedfile.h"
 #include "tools/kirosim/librarylog.h"
+#include "tools/kirosim/livepicture.h"
 #include "tools/kirosim/missingmodes.h"
 #include "tools/kirosim/queryanswers.h"
 #include "tools/kirosim/runfiles.h"
@@ -185,9 +186,9 @@ std::string FinishRecording(std::optional<recording::Recorder>& rRecorder)
     }
 }
 
-/// @param rPage the report, if one is wanted
+/// @param rPage the report, if one is wanted @param rPicture what tools may ask for, if there are any
 VOID RunFrames(const RunOptions& rOptions, const Scene& rScene, Simulation& rSimulation, RunReport& rReport,
-               RunFiles& rFiles, std::optional<RunPage>& rPage)
+               RunFiles& rFiles, std::optional<RunPage>& rPage, std::optional<LivePicture>& rPicture)
 {
     FramePacer        pacer;
     program::Progress progress("frame");
@@ -203,6 +204,10 @@ VOID RunFrames(const RunOptions& rOptions, const Scene& rScene, Simulation& rSim
             if (rPage.has_value())
             {
                 rPage->Add(rRecord, rSimulation.MainCamera());
+            }
+            if (rPicture.has_value())
+            {
+                rPicture->Offer(rRecord.frame, rSimulation.MainCamera());
             }
             ShowFrame(rOptions, rScene, rRecord, rReport.RoundLines(), progress);
         },
@@ -248,8 +253,13 @@ bool Run(const RunOptions& rOptions)
     }
     simulation.emplace(scene, tuning, librarylog::Write, MakeRecorder(rOptions, tuning, recorder));
     files.Watch(simulation->MainCamera());
-    RunReport report(scene);
-    RunFrames(rOptions, scene, *simulation, report, files, page);
+    RunReport                  report(scene);
+    std::optional<LivePicture> picture;
+    if (tuning.IsLive())
+    {
+        picture.emplace(tuning.Manager());
+    }
+    RunFrames(rOptions, scene, *simulation, report, files, page, picture);
     const std::string answers = rOptions.isAsking ? QueryAnswers(simulation->MainCamera().Host().Algo()) : "";
     simulation.reset();  // its end is recorded too
     // None of the files keeps the others from being whole.

@@ -213,6 +213,16 @@ KIROStatsList& SensorModel::Capture(UINT64 frameID, DOUBLE time, const AppliedEx
     return m_list;
 }
 
+VOID SensorModel::View(RegionView& rView) const
+{
+    const ExposureStats& rSafe = m_stats[AECAlgoExposureSafe];
+    std::transform(rSafe.luma.begin(), rSafe.luma.end(), rView.level.begin(),
+                   [this](FLOAT luma) { return luma / m_fullScale; });
+    rView.rg    = rSafe.rg;
+    rView.bg    = rSafe.bg;
+    rView.light = {m_rScene.rg, m_rScene.bg};
+}
+
 VOID SensorModel::PlaceObject(DOUBLE time)
 {
     for (UINT32 region = 0; m_rScene.object.has_value() && region < GridSize; ++region)

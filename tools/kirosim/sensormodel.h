@@ -11,6 +11,7 @@
 #include "tools/kirosim/deterministic.h"
 #include "tools/kirosim/flashmodel.h"
 #include "tools/kirosim/panoramapicture.h"
+#include "tools/kirosim/regionpicture.h"
 #include "tools/kirosim/scene.h"
 #include "tools/kirosim/scenegrid.h"
 
@@ -99,6 +100,9 @@ public:
 
     /// The last frame as a picture would show it.
     SensorView View() const;
+
+    /// What the safe exposure of the last frame saw.
+    VOID View(RegionView& rView) const;
 
     /// Null in a scene without flash.
     FlashModel* Flash()
