@@ -31,22 +31,6 @@ VOID DropRemark(const std::string& /*rRemark*/)
 {
 }
 
-VOID Push(std::vector<EditCommand>& rSteps, const EditCommand& rCommand)
-{
-    rSteps.push_back(rCommand);
-    if (rSteps.size() > MaxSteps)
-    {
-        rSteps.erase(rSteps.begin());
-    }
-}
-
-EditCommand Pop(std::vector<EditCommand>& rSteps)
-{
-    EditCommand command = std::move(rSteps.back());
-    rSteps.pop_back();
-    return command;
-}
-
 bool IsSameEdit(const EditCommand& rOne, const EditCommand& rOther)
 {
     return rOne.table == rOther.table && rOne.path == rOther.path && rOne.module == rOther.module &&
@@ -109,45 +93,89 @@ VOID Edits::Remember(const EditCommand& rCommand)
     }
 }
 
-/// Sends a new edit, and keeps all that is needed to take it back.
-EditResult Edits::Apply(LiveCamera& rCamera, const EditCommand& rCommand)
+namespace
 {
-    kirotune::Journal           journal(rCamera.Place(), rCamera.Device());
-    kirotune::SharedEdit        shared(rCamera.Client(), rCommand.path, rCommand.module, NamesOf(rCommand));
-    const kirotune::EditOutcome outcome = rCamera.SendAndKeep(rCommand, journal);
-    if (!outcome.changes.empty())
-    {
-        Remember(rCommand);
-        Push(m_undo, rCommand);
-        SetCounts();
-    }
-    outcome.RequireAll();
-    EditResult result{rCommand.path, rCommand.module};
-    for (const kirotune::Change& rChange : outcome.changes)
+
+/// @throws liveclient::Error if the camera has refused any
+EditResult ResultOf(const EditCommand& rCommand, const kirotune::EditOutcome& rOutcome,
+                    const std::vector<std::string>& rShared)
+{
+    rOutcome.RequireAll();
+    EditResult result{rCommand.path, rCommand.module, {}, rShared};
+    for (const kirotune::Change& rChange : rOutcome.changes)
     {
         result.values.push_back({rChange.member, rChange.newText});
     }
-    result.shared = shared.Touched();
     return result;
 }
 
-EditResult Edits::Set(LiveCamera& rCamera, const std::string& rMode, const std::string& rModule,
-                      const std::vector<Value>& rValues, bool isForced)
+}  // namespace
+
+/// Sends a new edit, and keeps all that is needed to take it back.
+EditResult Edits::Apply(LiveCamera& rCamera, Step step)
 {
-    const std::string  mode = liveclient::NamedPath(rMode);
-    std::vector<Value> wanted;
-    for (const Value& rValue : rValues)
+    const EditCommand           command = step.command;
+    kirotune::Journal           journal(rCamera.Place(), rCamera.Device());
+    kirotune::SharedEdit        shared(rCamera.Client(), command.path, command.module, NamesOf(command));
+    const kirotune::EditOutcome outcome = rCamera.SendAndKeep(command, journal);
+    step.shared                         = shared.Touched();
+    if (!outcome.changes.empty())
     {
-        wanted.push_back({rValue.name, kirotune::NumberFor(rModule, rValue)});
+        Remember(command);
+        m_undo.push_back(step);
+        if (m_undo.size() > MaxSteps)
+        {
+            m_undo.erase(m_undo.begin());
+        }
+        SetCounts();
+    }
+    return ResultOf(command, outcome, step.shared);
+}
+
+/// Sends an edit that becomes one with the last step. It shows where that one does: which lists are shared is looked up
+/// once, not at each point of a drag.
+EditResult Edits::ApplyJoined(LiveCamera& rCamera, EditCommand command)
+{
+    Step& rStep = m_undo.back();
+    for (size_t index = 0; index < command.edits.size(); ++index)
+    {
+        command.edits[index].oldText = rStep.command.edits[index].oldText;
+    }
+    kirotune::Journal journal(rCamera.Place(), rCamera.Device());
+    if (!journal.Commands().empty() && IsSameEdit(journal.Commands().back(), rStep.command))
+    {
+        journal.DropLast();
+    }
+    rStep.command = command;
+    return ResultOf(command, rCamera.SendAndKeep(command, journal), rStep.shared);
+}
+
+bool Edits::Joins(const Step& rStep, const WantedEdit& rWanted) const
+{
+    const std::vector<Edit>& rEdits = rStep.command.edits;
+    return rStep.command.path == liveclient::NamedPath(rWanted.mode) && rStep.command.module == rWanted.module &&
+           std::equal(rEdits.begin(), rEdits.end(), rWanted.values.begin(), rWanted.values.end(),
+                      [](const Edit& rEdit, const Value& rValue) { return rEdit.member == rValue.name; });
+}
+
+EditResult Edits::Set(LiveCamera& rCamera, const WantedEdit& rWanted, const std::string& rClient)
+{
+    const std::string  mode = liveclient::NamedPath(rWanted.mode);
+    std::vector<Value> wanted;
+    for (const Value& rValue : rWanted.values)
+    {
+        wanted.push_back({rValue.name, kirotune::NumberFor(rWanted.module, rValue)});
     }
     rCamera.RequireMode(mode);
-    const EditCommand command = rCamera.Prepare(mode, rModule, wanted);
-    const std::string faults  = isForced ? "" : kirotune::SenselessIn(command);
+    const EditCommand command = rCamera.Prepare(mode, rWanted.module, wanted);
+    const std::string faults  = rWanted.isForced ? "" : kirotune::SenselessIn(command);
     if (!faults.empty())
     {
         throw SenselessError(faults);
     }
-    EditResult result = Apply(rCamera, command);
+    const bool isJoined = rWanted.isJoined && m_redo.empty() && !m_undo.empty() && !rClient.empty() &&
+                          m_undo.back().client == rClient && Joins(m_undo.back(), rWanted);
+    EditResult result = isJoined ? ApplyJoined(rCamera, command) : Apply(rCamera, {command, rClient, {}});
     m_redo.clear();
     SetCounts();
     return result;
@@ -159,10 +187,10 @@ EditResult Edits::Undo(LiveCamera& rCamera)
     {
         throw NothingLeftError("nothing to undo");
     }
-    const EditCommand command = m_undo.back();
-    const EditCommand back    = rCamera.Reverse(command);
+    const Step        step = m_undo.back();
+    const EditCommand back = rCamera.Reverse(step.command);
     kirotune::Journal journal(rCamera.Place(), rCamera.Device());
-    const bool        isLatest = !journal.Commands().empty() && IsSameEdit(journal.Commands().back(), command);
+    const bool        isLatest = !journal.Commands().empty() && IsSameEdit(journal.Commands().back(), step.command);
     if (!back.edits.empty())
     {
         (isLatest ? rCamera.Send(back) : rCamera.SendAndKeep(back, journal)).RequireAll();
@@ -171,9 +199,10 @@ EditResult Edits::Undo(LiveCamera& rCamera)
     {
         journal.DropLast();
     }
-    Push(m_redo, Pop(m_undo));
+    m_undo.pop_back();
+    m_redo.push_back(step);
     SetCounts();
-    return {command.path, command.module, rCamera.ReadHeld(command)};
+    return {step.command.path, step.command.module, rCamera.ReadHeld(step.command), step.shared};
 }
 
 EditResult Edits::Redo(LiveCamera& rCamera)
@@ -182,13 +211,13 @@ EditResult Edits::Redo(LiveCamera& rCamera)
     {
         throw NothingLeftError("nothing to redo");
     }
+    const EditCommand  command = m_redo.back().command;
     std::vector<Value> wanted;
-    for (const Edit& rEdit : m_redo.back().edits)
+    for (const Edit& rEdit : command.edits)
     {
         wanted.push_back({rEdit.member, rEdit.newText});
     }
-    const EditCommand& rCommand = m_redo.back();
-    EditResult         result   = Apply(rCamera, rCamera.Prepare(rCommand.path, rCommand.module, wanted));
+    EditResult result = Apply(rCamera, {rCamera.Prepare(command.path, command.module, wanted), {}, {}});
     m_redo.pop_back();
     SetCounts();
     return result;
@@ -244,7 +273,7 @@ EditResult Edits::Reset(LiveCamera& rCamera, const std::string& rMode, const std
     {
         return {mode, rModule};
     }
-    EditResult result = Apply(rCamera, rCamera.Prepare(mode, rModule, wanted));
+    EditResult result = Apply(rCamera, {rCamera.Prepare(mode, rModule, wanted), {}, {}});
     m_redo.clear();
     SetCounts();
     return result;

@@ -30,6 +30,16 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// What a browser wants to be set.
+struct WantedEdit
+{
+    std::string                    mode;
+    std::string                    module;
+    std::vector<liveclient::Value> values;            ///< as a person writes them: true, names of enumerators
+    bool                           isForced = false;  ///< also numbers that cannot be meant
+    bool                           isJoined = false;  ///< one step with the edit before, if that is alike
+};
+
 struct EditResult
 {
     std::string                    mode;
@@ -47,10 +57,9 @@ public:
     {
     }
 
-    /// @param rValues texts that a person writes: numbers, true, false, names of enumerators
+    /// @param rClient by which the browser names itself: edits are joined with its own only
     /// @throws SenselessError unless forced
-    EditResult Set(kirotune::LiveCamera& rCamera, const std::string& rMode, const std::string& rModule,
-                   const std::vector<liveclient::Value>& rValues, bool isForced);
+    EditResult Set(kirotune::LiveCamera& rCamera, const WantedEdit& rWanted, const std::string& rClient);
 
     /// @throws NothingLeftError
     EditResult Undo(kirotune::LiveCamera& rCamera);
@@ -97,13 +106,23 @@ private:
         std::string module;
     };
 
-    EditResult Apply(kirotune::LiveCamera& rCamera, const kirotune::EditCommand& rCommand);
+    /// What is taken back, and done again, in one go.
+    struct Step
+    {
+        kirotune::EditCommand    command;
+        std::string              client;  ///< empty if nothing joins it
+        std::vector<std::string> shared;  ///< as EditResult has it
+    };
+
+    bool       Joins(const Step& rStep, const WantedEdit& rWanted) const;
+    EditResult Apply(kirotune::LiveCamera& rCamera, Step step);
+    EditResult ApplyJoined(kirotune::LiveCamera& rCamera, kirotune::EditCommand command);
     VOID       Remember(const kirotune::EditCommand& rCommand);
     VOID       SetCounts();
 
     std::shared_ptr<const tuningfile::Tuning>           m_pTuning;
-    std::vector<kirotune::EditCommand>                  m_undo;    ///< the latest last
-    std::vector<kirotune::EditCommand>                  m_redo;    ///< as they were done, the one to do next last
+    std::vector<Step>                                   m_undo;    ///< the latest last
+    std::vector<Step>                                   m_redo;    ///< as they were done, the one to do next last
     std::map<Place, std::map<std::string, std::string>> m_starts;  ///< numbers before the first edit, by member
     std::atomic<size_t>                                 m_undoCount = 0;
     std::atomic<size_t>                                 m_redoCount = 0;

@@ -142,16 +142,15 @@ std::string Page::Edit(const std::string& rClient, const EditWork& rWork)
 
 std::string Page::Set(std::string_view body, const std::string& rClient)
 {
-    const EditRequest request = ParseSet(body);
-    return Edit(rClient, [&](LiveCamera& rCamera)
-                { return m_edits.Set(rCamera, request.mode, request.module, request.values, request.isForced); });
+    const WantedEdit wanted = ParseSet(body);
+    return Edit(rClient, [&](LiveCamera& rCamera) { return m_edits.Set(rCamera, wanted, rClient); });
 }
 
 std::string Page::Reset(std::string_view body, const std::string& rClient)
 {
-    const EditRequest request = ParseReset(body);
-    return Edit(rClient, [&](LiveCamera& rCamera)
-                { return m_edits.Reset(rCamera, request.mode, request.module, request.paths); });
+    const WantedReset wanted = ParseReset(body);
+    return Edit(rClient,
+                [&](LiveCamera& rCamera) { return m_edits.Reset(rCamera, wanted.mode, wanted.module, wanted.paths); });
 }
 
 std::string Page::Undo(const std::string& rClient)

@@ -294,42 +294,48 @@ const json& ListOf(const json& rObject, const CHAR* pName)
     return *found;
 }
 
+bool FlagOf(const json& rObject, const CHAR* pName)
+{
+    const auto found = rObject.find(pName);
+    return found != rObject.end() && found->is_boolean() && found->get<bool>();
+}
+
 }  // namespace
 
-EditRequest ParseSet(std::string_view body)
+WantedEdit ParseSet(std::string_view body)
 {
-    const json  object = ParseObject(body);
-    EditRequest request{TextOf(object, "mode"), TextOf(object, "module")};
+    const json object = ParseObject(body);
+    WantedEdit wanted{TextOf(object, "mode"), TextOf(object, "module"), {}};
     for (const json& rValue : ListOf(object, "values"))
     {
         if (!rValue.is_object())
         {
             throw std::invalid_argument("expected values with path and value");
         }
-        request.values.push_back({TextOf(rValue, "path"), TextOf(rValue, "value")});
+        wanted.values.push_back({TextOf(rValue, "path"), TextOf(rValue, "value")});
     }
-    if (request.values.empty())
+    if (wanted.values.empty())
     {
         throw std::invalid_argument("expected values to set");
     }
-    const auto force = object.find("force");
-    request.isForced = force != object.end() && force->is_boolean() && force->get<bool>();
-    return request;
+    wanted.isForced = FlagOf(object, "force");
+    wanted.isJoined = FlagOf(object, "join");
+    return wanted;
 }
 
-EditRequest ParseReset(std::string_view body)
+WantedReset ParseReset(std::string_view body)
 {
     const json  object = ParseObject(body);
-    EditRequest request{TextOf(object, "mode"), TextOf(object, "module")};
+    WantedReset wanted{TextOf(object, "mode"), TextOf(object, "module")};
     for (const json& rPath : ListOf(object, "paths"))
     {
         if (!rPath.is_string())
         {
             throw std::invalid_argument("expected texts as paths");
         }
-        request.paths.push_back(rPath.get<std::string>());
+        wanted.paths.push_back(rPath.get<std::string>());
     }
-    return request;
+    return wanted;
 }
 
 }  // namespace page

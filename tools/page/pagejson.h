@@ -49,20 +49,18 @@ std::string SampleJson(DOUBLE seconds, const std::vector<liveclient::ControlValu
 
 std::string FrameJson(UINT64 frame);
 
-/// The body of a request to set or to reset.
-struct EditRequest
+/// What is to go back to where it started.
+struct WantedReset
 {
-    std::string                    mode;
-    std::string                    module;
-    std::vector<liveclient::Value> values   = {};  ///< to set
-    std::vector<std::string>       paths    = {};  ///< to reset
-    bool                           isForced = false;
+    std::string              mode;
+    std::string              module;
+    std::vector<std::string> paths = {};  ///< none for all
 };
 
-/// @throws std::invalid_argument that says what was expected
-EditRequest ParseSet(std::string_view body);
+/// @throws std::invalid_argument that says what was expected in the body of the request
+WantedEdit ParseSet(std::string_view body);
 
-/// @throws std::invalid_argument that says what was expected
-EditRequest ParseReset(std::string_view body);
+/// @throws std::invalid_argument that says what was expected in the body of the request
+WantedReset ParseReset(std::string_view body);
 
 }  // namespace page
