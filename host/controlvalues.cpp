@@ -56,6 +56,17 @@ template <auto member> DOUBLE ConvergenceFlagOf(const Frame& rFrame)
     return (rFrame.rDecided.convergence.*member != FALSE) ? 1.0 : 0.0;
 }
 
+/// A flag of the monitors.
+template <auto member> DOUBLE MonitorFlagOf(const Frame& rFrame)
+{
+    return (rFrame.rDecided.extension.monitoredFlags.*member != FALSE) ? 1.0 : 0.0;
+}
+
+DOUBLE IsExposureLocked(const Frame& rFrame)
+{
+    return (rFrame.rDecided.convergence.lockedEV0Exposures[AECAlgoExposureSafe] != 0) ? 1.0 : 0.0;
+}
+
 DOUBLE FrameNumberOf(const Frame& rFrame)
 {
     return static_cast<DOUBLE>(rFrame.id);
@@ -103,7 +114,12 @@ constexpr Entry Entries[] = {
     {BrightnessSettled, "brightnessSettled", ConvergenceFlagOf<&KIROConvergenceOutput::bBrightnessSettle>},
     {Settled, "settled", ConvergenceFlagOf<&KIROConvergenceOutput::bSettle>},
     {MeteringSkipped, "meteringSkipped", IsMeteringSkipped},
+    {TargetHeld, "targetHeld", ConvergenceFlagOf<&KIROConvergenceOutput::bIsConvTargetFixed>},
+    {ExposureLocked, "exposureLocked", IsExposureLocked},
     {FrameRate, "frameRate", FrameRateOf},
+    {MonitorFlash, "monitorFlash", MonitorFlagOf<&KIROExtFlagsMonitorOutput::bFlashNeeded>},
+    {MonitorLowLight, "monitorLowLight", MonitorFlagOf<&KIROExtFlagsMonitorOutput::bLLSNeeded>},
+    {MonitorLEDFocus, "monitorLEDFocus", MonitorFlagOf<&KIROExtFlagsMonitorOutput::bLEDAFNeeded>},
 };
 
 }  // namespace

@@ -45,8 +45,15 @@ enum ID : UINT32
     BrightnessSettled = 60,
     Settled           = 61,
     MeteringSkipped   = 62,
+    TargetHeld        = 63,  ///< by a lock, a change of EV, a snapshot or the like
+    ExposureLocked    = 64,
 
-    FrameRate = 70  ///< that the safe exposure allows, Hz
+    FrameRate = 70,  ///< that the safe exposure allows, Hz
+
+    // What the monitors say of a capture.
+    MonitorFlash    = 80,  ///< it needs flash
+    MonitorLowLight = 81,  ///< it needs a low-light snapshot
+    MonitorLEDFocus = 82   ///< autofocus needs the LED
 };
 
 /// All of them in ascending order.

@@ -3,13 +3,16 @@
 #include <atomic>
 #include <gtest/gtest.h>
 #include <thread>
+#include <turbojpeg.h>
 
 #include "host/controlvalues.h"
 #include "tests/kirosim/loop.h"
 #include "tests/kirosim/simulationrun.h"
 #include "tests/parameters/live/livefixture.h"
 #include "tests/support/refusal.h"
+#include "tools/kirosim/livepicture.h"
 #include "tools/liveclient/liveclient.h"
+#include "tools/liveclient/picturecommand.h"
 #include "tools/tuningfile/inputerror.h"
 
 using namespace kirosim;
@@ -92,6 +95,56 @@ TEST(LiveTuning, FramesAndEditsGoOnSideBySide)
     isOver = true;
     tool.join();
     EXPECT_GT(rounds, 0U);
+}
+
+TEST(LiveTuning, ShowsTheFrameBehindTheLastQuestion)
+{
+    LiveCamera         camera;
+    LivePicture        picture(camera.m_tuning.Manager());
+    liveclient::Client client(camera.Port());
+    const auto         ask = [&client]
+    {
+        const auto* pRequest = reinterpret_cast<const BYTE*>(liveclient::PictureRequest.data());
+        return client.Custom({pRequest, liveclient::PictureRequest.size()});
+    };
+    const auto runRound = [&]
+    {
+        camera.m_simulation.Run([&](const FrameRecord& rRecord)
+                                { picture.Offer(rRecord.frame, camera.m_simulation.MainCamera()); });
+    };
+    const BYTE other = 'x';
+    EXPECT_FALSE(liveclient::OffersPictures(client.Custom({&other, 1})));
+    runRound();  // of which nobody has asked to see anything
+    EXPECT_TRUE(liveclient::OffersPictures(ask()));
+    EXPECT_FALSE(liveclient::DecodePicture(ask()).has_value());
+    runRound();
+    const auto shown = liveclient::DecodePicture(ask());
+    ASSERT_TRUE(shown.has_value());
+    EXPECT_EQ(shown->frame, 241U);  // the first of its round
+    int            width  = 0;
+    int            height = 0;
+    int            form   = 0;
+    int            space  = 0;
+    const tjhandle reader = tjInitDecompress();
+    EXPECT_EQ(0, tjDecompressHeader3(reader, shown->jpeg.data(), shown->jpeg.size(), &width, &height, &form, &space));
+    EXPECT_EQ(0, tjDestroy(reader));
+    EXPECT_EQ(static_cast<UINT32>(width), GridWidth);
+    EXPECT_EQ(static_cast<UINT32>(height), GridHeight);
+}
+
+TEST(RegionPicture, ShowsGreyAsGreyAndCutsWhatIsClipped)
+{
+    RegionView view{};
+    view.light = {0.5, 0.25};
+    view.level.fill(0.18f);
+    view.rg.fill(0.5f);
+    view.bg.fill(0.25f);
+    view.level[1] = 2.0f;
+    view.rg[2]    = 1.0f;  // twice as red as the light, at the same luminance: green is 0.18 / 1.2126
+    RegionPixels pixels{};
+    DevelopRegions(view, pixels);
+    const std::vector<INT> first(pixels.begin(), pixels.begin() + 9);
+    EXPECT_EQ(first, (std::vector<INT>{118, 118, 118, 255, 255, 255, 148, 107, 107}));
 }
 
 TEST(LiveTuning, IsReachedAtItsAddressAlone)

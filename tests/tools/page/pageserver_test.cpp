@@ -25,7 +25,8 @@ protected:
     /// The member of that name in the answer that describes a module.
     json MemberOf(const std::string& rName)
     {
-        for (const json& rMember : m_page.GetJson(Convergence)["members"])
+        const json module = m_page.GetJson(Convergence);
+        for (const json& rMember : module["members"])
         {
             if (rMember["name"] == rName)
             {
