@@ -54,6 +54,9 @@ refuses "tuning.yaml:4:[0-9]+: .*noSuchMember" kirotune compile "$work/tuning.ya
 printf 'modes:\n  Default:\n    modules:\n      kiroconvergence: {unitStepSize: fast}\n' >"$work/patch.yaml"
 refuses "patch.yaml:4:[0-9]+: 'fast' found for unitStepSize" \
     kirotune compile "$examples/tunings/minimal.yaml" --patch "$work/patch.yaml" -o "$work/out.bin"
+refuses "tuning.yaml:4:[0-9]+: .*noSuchMember" kirotune page --file "$work/tuning.yaml"
+refuses "^cannot listen at 192.0.2.1:8080: ." kirotune page --listen 192.0.2.1:8080
+expected=2 refuses "^kirotune: --listen: expected HOST:PORT" kirotune page --listen 8080
 printf 'no blob' >"$work/flash.fic"
 refuses "flash.fic: not what a run has learned of a flash" kirosim run --no-live --tuning "$good" \
     --scene "$examples/scenes/flash-calibration.yaml" --fic-load "$work/flash.fic"

@@ -163,6 +163,12 @@ TEST_F(PageServer, BoundsTheRateOfEdits)
     EXPECT_THAT(last, StartsWith("429 "));
 }
 
+TEST_F(PageServer, LeavesATakenPortToItsOwner)
+{
+    const page::Address taken = {"127.0.0.1", m_page.Server().Port()};
+    EXPECT_THROW(page::HttpServer(taken, {}), std::runtime_error);
+}
+
 TEST_F(PageTest, WantsATokenFromOtherMachines)
 {
     ServiceCamera camera;
