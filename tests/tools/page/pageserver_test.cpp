@@ -125,7 +125,7 @@ TEST_F(PageServer, AsksBeforeItSendsWhatCannotBeMeant)
     EXPECT_THAT(refusal, HasSubstr("\"guard\":true"));
     EXPECT_EQ("0.25", Held());
     EXPECT_THAT(m_page.Set("unitStepSize", "7", {{"force", true}}), StartsWith("200 "));
-    EXPECT_EQ("7", Held());
+    EXPECT_EQ("7.0", Held());
     EXPECT_THAT(m_page.Set("nothing", "1"), StartsWith("400 "));
     EXPECT_THAT(m_page.Set("unitStepSize", "1e3"), StartsWith("400 "));
     EXPECT_THAT(m_page.Set("drcStretchAgg", "AggTypeCascade"), HasSubstr("\"value\":\"1\""));
