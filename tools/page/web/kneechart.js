@@ -1,0 +1,62 @@
+// An exposure table as a diagram of gain over time, both in even ratios.
+
+import { endsAround } from "./axis.js";
+import { Drawing } from "./drawing.js";
+import { element } from "./element.js";
+import { kneesOf, splitPath } from "./knees.js";
+import { brief, decimal, duration } from "./numbers.js";
+
+class KneeChart {
+    constructor(list, session) {
+        this.knees = kneesOf(list);
+        this.session = session;
+        this.drawing = new Drawing({ height: 240, words: `${list.name}: gain over time`, draw: () => this.draw() });
+        this.node = element("div", { class: "knees", "data-knees": list.path }, this.drawing.node);
+        this.list = list;
+        session.members.watch(list.path, this.refresh);
+        this.refresh();
+    }
+
+    refresh = () => {
+        this.knees = kneesOf(this.list);
+        this.draft = this.knees.map(({ gain, time, isGainFirst }) => ({
+            gain: Number(gain.value), time: Number(time.value), isGainFirst,
+        }));
+        this.drawing.redraw();
+    };
+
+    draw() {
+        const { drawing, draft } = this;
+        drawing.setAxes(
+            { ...endsAround(draft.map(({ time }) => time), { isRatio: true, room: 0.1 }), isRatio: true, name: "time", format: duration },
+            { ...endsAround(draft.map(({ gain }) => gain), { isRatio: true, room: 0.1 }), isRatio: true, name: "gain", format: brief });
+        drawing.line(splitPath(draft), { class: "curve" });
+        draft.forEach((knee, index) => drawing.handle({
+            key: String(index),
+            x: knee.time,
+            y: knee.gain,
+            words: `knee ${index + 1}: gain ${brief(knee.gain)}, ${duration(knee.time)}`,
+            move: (x, y) => {
+                knee.time = Math.max(1, Math.round(Number(x.toPrecision(3))));
+                knee.gain = Math.max(this.knees[index].gain.min ?? 0, Number(y.toPrecision(3)));
+            },
+            done: (isKept) => this.#done(isKept),
+        }));
+    }
+
+    #done(isKept) {
+        const values = !isKept ? [] : this.knees.flatMap(({ gain, time }, index) => [
+            { member: gain, value: this.draft[index].gain },
+            { member: time, value: this.draft[index].time },
+        ]).filter(({ member, value }) => Number(member.value) !== value);
+        if (values.length === 0) {
+            this.refresh();
+        } else {
+            this.session.set(values.map(({ member, value }) => ({ path: member.path, value: decimal(value) })));
+        }
+    }
+}
+
+export function kneeChart(list, session) {
+    return new KneeChart(list, session).node;
+}

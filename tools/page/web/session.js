@@ -1,0 +1,140 @@
+// What this browser looks at, and its edits. Tells the rest of the page by events:
+// "state" the camera was found or is another one; "module" another module is open; "camera" lost, found; "values" new
+// samples; "edited" a module, by any browser; "edits" what can be undone has changed; "picture" a new one; "notice"
+// something to say.
+
+import { askToForce } from "./guarddialog.js";
+import { Members } from "./members.js";
+import { Refusal, addressOf, ask, clientID, tell } from "./server.js";
+
+export class Session extends EventTarget {
+    state = null;
+    mode = "Default";
+    module = null;
+    words = "";
+    members = new Members([]);
+
+    #emit(type, detail) {
+        this.dispatchEvent(new CustomEvent(type, { detail }));
+    }
+
+    /// @param listener gets what the event carries
+    on(type, listener) {
+        this.addEventListener(type, (event) => listener(event.detail));
+    }
+
+    notice(text, isError = false) {
+        this.#emit("notice", { text, isError });
+    }
+
+    /// Opens the stream of values and edits; it finds its way back by itself.
+    start() {
+        const source = new EventSource(addressOf("events", { client: clientID }));
+        const on = (type, act) => source.addEventListener(type, (event) => act(JSON.parse(event.data)));
+        on("values", (samples) => this.#emit("values", samples));
+        on("picture", (picture) => this.#emit("picture", picture));
+        on("edit", (edit) => this.#takeEdit(edit));
+        on("camera", (camera) => this.#takeCamera(camera));
+        source.addEventListener("open", () => this.reload());
+        source.addEventListener("error", () => this.#emit("camera", {
+            connected: false, address: "", name: "", error: "the server of this page does not answer",
+        }));
+    }
+
+    /// Reads all anew: what was edited while nothing was heard, or another camera.
+    async reload() {
+        try {
+            this.state = await ask("state");
+            this.#emit("state", this.state);
+            this.#emit("camera", this.state.camera);
+            this.#emit("edits", this.state.edits);
+            if (this.module !== null && this.state.camera.connected) {
+                await this.open(this.mode, this.module);
+            }
+        } catch (error) {
+            this.#say(error);
+        }
+    }
+
+    async open(mode, module) {
+        try {
+            const answer = await ask("module", { mode, module });
+            [this.mode, this.module, this.words] = [mode, module, answer.words];
+            this.members = new Members(answer.members);
+            this.#emit("module");
+        } catch (error) {
+            this.#say(error);
+        }
+    }
+
+    /// Sets values of the open module, asking first if they make no sense.
+    /// @param isJoined one undo takes this edit back together with the one before it
+    /// @param isOnTheWay in the middle of a drag: a value that makes no sense is left out without a question
+    async set(values, { isJoined = false, isOnTheWay = false } = {}) {
+        const { mode, module, members } = this;
+        const send = (force) => tell("set", { mode, module, values, force, join: isJoined });
+        try {
+            this.#takeAnswer(members, await send(false));
+        } catch (error) {
+            if (isOnTheWay) {
+                return;
+            }
+            if (!(error instanceof Refusal && error.isGuard)) {
+                this.#say(error);
+            } else if (await askToForce(error.message)) {
+                await send(true).then((answer) => this.#takeAnswer(members, answer), (again) => this.#say(again));
+            }
+            members.apply(values.map(({ path }) => ({ path, value: members.find(path).value })), false);
+        }
+    }
+
+    /// Back to what the camera was started with. @param paths none: the whole module
+    async reset(paths, mode = this.mode, module = this.module) {
+        await tell("reset", { mode, module, paths }).catch((error) => this.#say(error));
+    }
+
+    async undo() {
+        await tell("undo", {}).catch((error) => this.#say(error));
+    }
+
+    async redo() {
+        await tell("redo", {}).catch((error) => this.#say(error));
+    }
+
+    #takeAnswer(members, { values, shared }) {
+        members.apply(values, false);
+        if (shared?.length > 0) {
+            this.notice(`shared, and set as well: ${shared.join(", ")}`);
+            if (shared.some((place) => place.includes(this.module))) {
+                this.open(this.mode, this.module);
+            }
+        }
+    }
+
+    #takeEdit({ mode, module, values, by, edits }) {
+        const isOther = by === "other";
+        this.#emit("edits", edits);
+        this.#emit("edited", module);
+        if (module === this.module && mode === this.mode) {
+            this.members.apply(values, isOther);
+        } else if (module === this.module) {
+            this.open(this.mode, this.module);
+        }
+        if (isOther) {
+            const what = values.map(({ path, value }) => `${path} = ${value}`).join(", ");
+            this.notice(`another browser has set ${mode} ${module}: ${what}`);
+        }
+    }
+
+    #takeCamera(camera) {
+        if (camera.connected) {
+            this.reload();
+        } else {
+            this.#emit("camera", camera);
+        }
+    }
+
+    #say(error) {
+        this.notice(error.message, true);
+    }
+}
