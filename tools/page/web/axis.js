@@ -29,7 +29,7 @@ export class Axis {
 
     #evenMarks(distance) {
         const count = Math.max(2, Math.floor(Math.abs(this.to - this.from) / distance));
-        const step = roundStep((this.most - this.least) / count) || 1;
+        const step = roundStep((2.4 * (this.most - this.least)) / count);
         const first = Math.ceil(this.least / step);
         const marks = [];
         for (let index = first; index * step <= this.most; ++index) {

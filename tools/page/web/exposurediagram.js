@@ -9,6 +9,7 @@ import { ask } from "./server.js";
 
 const MODULE = "kirodbarbitrationtable";
 const EXPOSURES = ["short", "safe", "long"];
+const DASHES = ["whole", "dashed", "dotted"];
 const REDRAW = 200;
 
 export class ExposureDiagram {
@@ -90,12 +91,13 @@ export class ExposureDiagram {
         drawing.setAxes(
             { ...endsAround(all.map(({ time }) => time), { isRatio: true, room: 0.08 }), isRatio: true, name: "time", format: duration },
             { ...endsAround(all.map(({ gain }) => gain), { isRatio: true, room: 0.15 }), isRatio: true, name: "gain", format: brief });
-        for (const { name, knees } of this.tables) {
-            const path = splitPath(knees);
-            drawing.line(path, { class: "table" });
-            const end = path.at(-2) ?? path.at(-1);  // a corner: the ends of tables coincide
-            drawing.add("text", { class: "mark end", x: drawing.along.toPixel(end.x) - 4, y: drawing.up.toPixel(end.y) - 5 }, name);
-        }
+        this.tables.forEach(({ name, knees }, index) => {
+            drawing.line(splitPath(knees), { class: `table ${DASHES[index % DASHES.length]}` });
+            const y = drawing.up.to + 14 + 16 * index;
+            const x = drawing.along.from + 8;
+            drawing.add("line", { class: `table ${DASHES[index % DASHES.length]}`, x1: x, x2: x + 24, y1: y - 4, y2: y - 4 });
+            drawing.add("text", { class: "mark", x: x + 30, y }, name);
+        });
         this.#drawFrameTime();
         for (const { name, time, gain } of points) {
             drawing.add("circle", { class: `exposure ${name}`, cx: drawing.along.toPixel(time), cy: drawing.up.toPixel(gain), r: 6 });

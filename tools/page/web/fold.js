@@ -15,6 +15,11 @@ function describedAs(member) {
     return [text, id === undefined ? null : `dataID ${id}`].filter(Boolean).join(", ");
 }
 
+/// Such as a range: it takes less room than a fold is worth.
+function isSmall(member) {
+    return member.kind === "record" && member.members.length <= 3 && member.members.every(isLeaf);
+}
+
 function isOfNumbers(list) {
     return list.members.every(isLeaf);
 }
@@ -27,35 +32,56 @@ function summaryText(member) {
     return describedAs(member);
 }
 
+/// Path of the fold below a chart, beside those of members.
+export function numbersPath(path) {
+    return `${path} in numbers`;
+}
+
+/// Below a chart, what it draws is folded once more.
+function withChart(chart, member, session, folds) {
+    const path = numbersPath(member.path);
+    return [chart, lazyFold(path, [element("span", { class: "facts" }, "in numbers")], folds,
+        () => [memberList(member.members, session, folds)])];
+}
+
 function contents(member, session, folds) {
     if (member.kind === "list" && isOfNumbers(member)) {
         return [element("div", { class: "numbers" }, ...member.members.map((entry) => memberRow(entry, session, false)))];
     }
-    const below = memberList(member.members, session, folds);
     if (isKnees(member)) {
-        return [kneeChart(member, session), below];
+        return withChart(kneeChart(member, session), member, session, folds);
     }
     const lines = isZones(member) ? linesOf(member) : [];
-    return lines.length > 0 ? [zoneChart(member, lines, session), below] : [below];
+    if (lines.length > 0) {
+        return withChart(zoneChart(member, lines, session), member, session, folds);
+    }
+    return [memberList(member.members, session, folds)];
 }
 
-function fold(member, session, folds) {
-    const mark = element("span", { class: "changed" });
-    const node = element("details", { class: "fold", "data-path": member.path },
-        element("summary", {}, element("span", { class: "name" }, member.name), " ",
-            element("span", { class: "facts" }, summaryText(member)), " ", mark),
-        member.words ? element("p", { class: "words" }, member.words) : null);
+/// @param make gives what is in the fold, when it is opened first
+function lazyFold(path, summary, folds, make) {
+    const node = element("details", { class: "fold", "data-path": path }, element("summary", {}, ...summary));
     let isMade = false;
     const open = () => {
         node.open = true;
         if (!isMade) {
             isMade = true;
-            node.append(...contents(member, session, folds));
+            node.append(...make());
         }
     };
     node.addEventListener("toggle", () => node.open && open());
-    folds.set(member.path, open);
+    folds.set(path, open);
+    return node;
+}
 
+function fold(member, session, folds) {
+    const mark = element("span", { class: "changed" });
+    const summary = [element("span", { class: "name" }, member.name), " ",
+        element("span", { class: "facts" }, summaryText(member)), " ", mark];
+    const node = lazyFold(member.path, summary, folds, () => [
+        ...(member.words ? [element("p", { class: "words" }, member.words)] : []),
+        ...contents(member, session, folds),
+    ]);
     const leaves = leavesOf(member);
     const show = () => {
         const count = leaves.filter(({ differs }) => differs).length;
@@ -63,6 +89,9 @@ function fold(member, session, folds) {
     };
     session.members.watch(member.path, show);
     show();
+    if (isSmall(member)) {
+        folds.get(member.path)();
+    }
     return node;
 }
 

@@ -1,7 +1,7 @@
 // The open module, as the schema gives it.
 
 import { button, element } from "./element.js";
-import { memberList } from "./fold.js";
+import { memberList, numbersPath } from "./fold.js";
 import { schemaPath } from "./members.js";
 
 /// Versions are of the file; nobody tunes by them.
@@ -47,7 +47,12 @@ export class ModulePanel {
             this.session.notice(`${this.session.module} of this camera has no ${path} now: the list that it stands in is empty`);
             return;
         }
-        this.session.members.way(member.path).forEach((step) => this.#folds.get(step)?.());
+        for (const step of this.session.members.way(member.path)) {
+            this.#folds.get(step)?.();
+            if (step !== member.path) {
+                this.#folds.get(numbersPath(step))?.();
+            }
+        }
         const node = this.node.querySelector(`[data-path="${CSS.escape(member.path)}"]`);
         node.scrollIntoView({ block: "center" });
         node.querySelector("input, select, summary")?.focus({ preventScroll: true });

@@ -8,6 +8,7 @@ import { POSITIONS, sliderScale } from "./sliderscale.js";
 /// Edits on the way of a drag at most eight times a second.
 const PAUSE = 125;
 
+/// What is named by a number does not grow, so that an ID has no slider.
 /// @return {node, show}: show takes over what the member holds
 export function numberControl(member, id, session) {
     const scale = sliderScale(member);
@@ -43,6 +44,7 @@ export function numberControl(member, id, session) {
         isHeld = true;
         field.setCustomValidity("");
     });
+    field.addEventListener("focus", () => field.select());
     field.addEventListener("blur", () => {
         isHeld = false;
         show();
@@ -64,5 +66,5 @@ export function numberControl(member, id, session) {
         edits.push({ text: decimal(value), isOnTheWay: false });
     });
     show();
-    return { node: element("div", { class: "number" }, slider, field), show };
+    return { node: element("div", { class: "number" }, member.unit === "ID" ? null : slider, field), show };
 }

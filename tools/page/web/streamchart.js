@@ -9,9 +9,10 @@ function colourOf(variable) {
     return getComputedStyle(document.documentElement).getPropertyValue(variable).trim();
 }
 
+/// Since the server was started; there is nothing before.
 function clock(seconds) {
-    const minutes = Math.floor(seconds / 60);
-    return `${minutes}:${(seconds % 60).toFixed(0).padStart(2, "0")}`;
+    const whole = Math.round(seconds);
+    return whole < 0 ? "" : `${Math.floor(whole / 60)}:${String(whole % 60).padStart(2, "0")}`;
 }
 
 export class StreamChart {

@@ -82,7 +82,7 @@ class ZoneChart {
         const unit = this.line.zones[0].value.unit;
         const values = draft.map(({ value }) => value);
         drawing.setAxes({ ...borders(draft), name: "trigger", format: brief },
-            { ...endsAround(values), name: unit ? `${this.line.name}, ${unit}` : this.line.name, format: brief });
+            { ...endsAround(values), name: unit && unit !== "varies" ? `${this.line.name}, ${unit}` : this.line.name, format: brief });
         const [left, right] = [drawing.along.least, drawing.along.most];
         for (const { start, end } of draft) {
             const from = drawing.along.toPixel(Math.max(start, left));
