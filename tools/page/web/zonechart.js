@@ -4,6 +4,7 @@ import { endsAround } from "./axis.js";
 import { Drawing } from "./drawing.js";
 import { button, element } from "./element.js";
 import { brief, decimal, rounded } from "./numbers.js";
+import { triggerOf } from "./zones.js";
 
 /// What is drawn and dragged: numbers, apart from the members until a drag ends.
 function draftOf(line) {
@@ -49,6 +50,8 @@ class ZoneChart {
     constructor(list, lines, session) {
         this.line = lines[0];
         this.session = session;
+        const { members } = session;
+        this.trigger = triggerOf(list, members.way(list.path).map((path) => members.find(path)));
         this.draft = draftOf(this.line);
         this.drawing = new Drawing({
             height: 220,
@@ -81,7 +84,7 @@ class ZoneChart {
         const { drawing, draft } = this;
         const unit = this.line.zones[0].value.unit;
         const values = draft.map(({ value }) => value);
-        drawing.setAxes({ ...borders(draft), name: "trigger", format: brief },
+        drawing.setAxes({ ...borders(draft), name: this.trigger ? `trigger, ${this.trigger}` : "trigger", format: brief },
             { ...endsAround(values), name: unit && unit !== "varies" ? `${this.line.name}, ${unit}` : this.line.name, format: brief });
         const [left, right] = [drawing.along.least, drawing.along.most];
         for (const { start, end } of draft) {

@@ -35,6 +35,18 @@ function isPair(leaves) {
     return leaves.length === 2 && /start$/i.test(leaves[0].name) && /end$/i.test(leaves[1].name);
 }
 
+/// What chooses among the zones of a list: a bank and a number in it, as a record beside the tree names it.
+/// @param way the members that hold the list, outermost first @return null if none does
+export function triggerOf(list, way) {
+    const holder = way.find((member) => part(member, `${list.name}Bank`));
+    const [bank, entry] = ["bankID", "dataID"].map((name) => holder && part(part(holder, `${list.name}Bank`), name));
+    if (!bank || !entry) {
+        return null;
+    }
+    const name = bank.choices.find(({ value }) => value === bank.value)?.name ?? bank.value;
+    return `${name} ${entry.value}`;
+}
+
 /// What can be drawn over the trigger of a list of zones.
 /// @return lines {name, zones: [{start, end, value, twin}]} of members; twin is the other end of a range, or null; no lines
 ///         where a level below has several zones, and for one zone alone, which is a constant
