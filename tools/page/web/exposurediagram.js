@@ -10,12 +10,14 @@ import { ask } from "./server.js";
 const MODULE = "kirodbarbitrationtable";
 const EXPOSURES = ["short", "safe", "long"];
 const DASHES = ["whole", "dashed", "dotted"];
+const RADII = { short: 8, safe: 6, long: 3.5 };  // all are seen where they are one
 const REDRAW = 200;
 
 export class ExposureDiagram {
     constructor(node, session) {
         this.session = session;
         this.tables = [];
+        this.columns = {};
         this.values = null;
         this.drawing = new Drawing({ height: 210, words: "gain over time of the three exposures", draw: () => this.#draw() });
         this.cells = new Map();
@@ -100,7 +102,8 @@ export class ExposureDiagram {
         });
         this.#drawFrameTime();
         for (const { name, time, gain } of points) {
-            drawing.add("circle", { class: `exposure ${name}`, cx: drawing.along.toPixel(time), cy: drawing.up.toPixel(gain), r: 6 });
+            const [cx, cy] = [drawing.along.toPixel(time), drawing.up.toPixel(gain)];
+            drawing.add("circle", { class: `exposure ${name}`, cx, cy, r: RADII[name] });
         }
     }
 

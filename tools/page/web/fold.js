@@ -15,9 +15,9 @@ function describedAs(member) {
     return [text, id === undefined ? null : `dataID ${id}`].filter(Boolean).join(", ");
 }
 
-/// Such as a range: it takes less room than a fold is worth.
+/// Such as a range: it takes less room than a fold is worth. Nobody tunes by a version.
 function isSmall(member) {
-    return member.kind === "record" && member.members.length <= 3 && member.members.every(isLeaf);
+    return member.kind === "record" && !member.name.endsWith("_version") && member.members.length <= 3 && member.members.every(isLeaf);
 }
 
 function isOfNumbers(list) {
