@@ -157,6 +157,10 @@ class Browser:
         """Of what is folded away, too; empty if there is none."""
         return self.run("return document.querySelector(arguments[0])?.textContent ?? ''", selector)
 
+    def attribute(self, selector: str, name: str) -> str:
+        """Empty if there is none."""
+        return self.run("return document.querySelector(arguments[0])?.getAttribute(arguments[1]) ?? ''", selector, name)
+
     def is_shown(self, selector: str) -> bool:
         return any(node.is_displayed() for node in self.all(selector))
 
@@ -164,6 +168,10 @@ class Browser:
         """The newest that a chart draws. Exposures are in EV."""
         text = self.text(f'[data-key="{name}"] output')
         return float(text) if re.fullmatch(r"-?[\d.]+", text) else None
+
+    def frame(self) -> int:
+        """Of the newest values."""
+        return round(float(self.text('[data-control="frameNumber"]').replace(" k", "e3").replace("–", "0") or 0))
 
     def picture_luma(self) -> float:
         """Mean of the green channel, 0 to 255."""

@@ -27,6 +27,8 @@ export class StreamChart {
             element("figcaption", {}, title, element("span", { class: "keys" }, ...controls.map(({ name }, index) => this.#key(name, index)))),
             this.plot);
         place.append(this.node);
+        this.resizing = new ResizeObserver(() => this.plot.clientWidth > 0 && this.chart?.resize());
+        this.resizing.observe(this.plot);
     }
 
     #key(name, index) {
@@ -74,7 +76,9 @@ export class StreamChart {
         const rows = samples.rows(this.columns, range[0])
             .map(([t, ...values]) => [t, ...values.map((value, index) => this.controls[index].toChart(value))]);
         this.newest = rows.at(-1);
-        if (this.chart === undefined) {
+        if (this.plot.clientWidth === 0) {
+            // A small screen shows another column.
+        } else if (this.chart === undefined) {
             this.#make(rows, range);
         } else {
             this.chart.updateOptions({ file: rows, dateWindow: range });
@@ -89,6 +93,7 @@ export class StreamChart {
     }
 
     remove() {
+        this.resizing.disconnect();
         this.chart?.destroy();
         this.node.remove();
     }
