@@ -171,7 +171,8 @@ class Browser:
 
     def frame(self) -> int:
         """Of the newest values."""
-        return round(float(self.text('[data-control="frameNumber"]').replace(" k", "e3").replace("–", "0") or 0))
+        text = self.text('[data-control="frameNumber"]')
+        return int(text) if text.isdigit() else 0
 
     def picture_luma(self) -> float:
         """Mean of the green channel, 0 to 255."""
@@ -193,6 +194,11 @@ class Browser:
         field.click()
         field.send_keys(Keys.CONTROL, "a")
         field.send_keys(value, Keys.ENTER)
+
+    def undo(self) -> None:
+        before = self.attribute("#undo", "title")
+        self.one("#undo").click()
+        wait_for(lambda: self.attribute("#undo", "title") != before, "an answer to undo")
 
     def unfold(self) -> None:
         """All that is folded, but the numbers below charts."""

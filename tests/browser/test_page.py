@@ -68,8 +68,7 @@ class Edits(unittest.TestCase):
         self.save_and_compile(path)
 
         while browser.one("#undo").is_enabled():
-            browser.one("#undo").click()
-            wait_for(lambda: browser.one("#undo").is_displayed(), "an answer")
+            browser.undo()
         wait_for(lambda: "differs" not in row.get_attribute("class"), "no mark")
         wait_for(lambda: abs(self.exposure() - before) < 0.1, f"the exposure back at {before} EV")
 
@@ -118,7 +117,7 @@ class Edits(unittest.TestCase):
                 ActionChains(browser.driver).drag_and_drop_by_offset(handle, 0, -40).perform()
                 wait_for(lambda: "changed" in browser.text(f"#members details:has({chart}) .changed"), "a mark")
                 self.assertNotEqual(now(), words)
-                browser.one("#undo").click()
+                browser.undo()
                 wait_for(lambda: now() == words, "the point where it was")
 
     def test_two_browsers_see_each_others_edits(self) -> None:
@@ -127,7 +126,7 @@ class Edits(unittest.TestCase):
         self.browser.type_value(STEP, "0.5")
         wait_for(lambda: float(other.value(STEP)) == 0.5, "the edit in the other browser")
         self.assertIn("another browser", other.text("#notice"))
-        other.one("#undo").click()
+        other.undo()
         wait_for(lambda: float(self.browser.value(STEP)) == 0.25, "the other's undo here")
 
     def test_names_of_a_camera_stay_text(self) -> None:
@@ -145,7 +144,7 @@ class Edits(unittest.TestCase):
         wait_for(lambda: 0 < browser.frame() < last, "its values, from the first frame on")
         browser.type_value(STEP, "0.5")
         wait_for(lambda: browser.one("#undo").is_enabled(), "an edit")
-        browser.one("#undo").click()
+        browser.undo()
         wait_for(lambda: float(browser.value(STEP)) == 0.25, "its undo")
         browser.driver.get_log("browser")  # what could not be fetched meanwhile
 

@@ -14,6 +14,7 @@ const QUANTITIES = [
     { title: "ADRC, dark boost, predictive gain", names: /^(adrc|darkBoost|predictive)Gain$/, format: fixed(3), isShown: true },
     { title: "Gain", names: /Gain$/, format: fixed(2), isShown: true },
     { title: "Lux index, steps of 3 percent", names: /^luxIndex$/, format: fixed(1), isShown: true },
+    { title: "Frame number", names: /^frameNumber$/, format: fixed(0), isShown: false },
     { title: "Frame rate, Hz", names: /^frameRate$/, format: fixed(1), isShown: false },
 ];
 

@@ -5,7 +5,7 @@ import { button, element } from "./element.js";
 import { addressOf } from "./server.js";
 
 export function toolbar(node, session) {
-    const undo = button("Undo", () => session.undo(), { id: "undo", title: "Ctrl+Z" });
+    const undo = button("Undo", () => session.undo(), { id: "undo" });
     const redo = button("Redo", () => session.redo(), { id: "redo", title: "Ctrl+Shift+Z" });
     node.append(undo, redo,
         button("Compare", () => showChanges(session), { id: "compare" }),
@@ -13,6 +13,7 @@ export function toolbar(node, session) {
 
     session.on("edits", (edits) => {
         undo.disabled = edits.undo === 0;
+        undo.title = `${edits.undo} to take back, Ctrl+Z`;
         redo.disabled = edits.redo === 0;
     });
     document.addEventListener("keydown", (event) => {
