@@ -4,7 +4,8 @@
 // something to say.
 
 import { askToForce } from "./guarddialog.js";
-import { Members } from "./members.js";
+import { Latest } from "./latest.js";
+import { Members, leavesOf } from "./members.js";
 import { Refusal, addressOf, ask, clientID, tell } from "./server.js";
 
 export class Session extends EventTarget {
@@ -13,6 +14,7 @@ export class Session extends EventTarget {
     module = null;
     words = "";
     members = new Members([]);
+    #refreshes = new Latest(() => this.#refresh(), 500);
 
     #emit(type, detail) {
         this.dispatchEvent(new CustomEvent(type, { detail }));
@@ -53,6 +55,17 @@ export class Session extends EventTarget {
             }
         } catch (error) {
             this.#say(error);
+        }
+    }
+
+    /// Reads the values of the open module where an edit may have changed more than it says. What is shown stays in place:
+    /// somebody may be dragging it.
+    async #refresh() {
+        const { mode, module, members } = this;
+        const answer = await ask("module", { mode, module }).catch(() => null);
+        if (answer !== null) {
+            const isNews = ({ path, value }) => members.find(path)?.value !== value;
+            members.apply(answer.members.flatMap(leavesOf).filter(isNews), false);
         }
     }
 
@@ -106,7 +119,7 @@ export class Session extends EventTarget {
         if (shared?.length > 0) {
             this.notice(`shared, and set as well: ${shared.join(", ")}`);
             if (shared.some((place) => place.includes(this.module))) {
-                this.open(this.mode, this.module);
+                this.#refreshes.push(null);
             }
         }
     }
@@ -117,8 +130,9 @@ export class Session extends EventTarget {
         this.#emit("edited", module);
         if (module === this.module && mode === this.mode) {
             this.members.apply(values, isOther);
-        } else if (module === this.module) {
-            this.open(this.mode, this.module);
+        }
+        if (isOther && module === this.module) {
+            this.#refreshes.push(null);
         }
         if (isOther) {
             const what = values.map(({ path, value }) => `${path} = ${value}`).join(", ");
