@@ -14,6 +14,7 @@ export class Session extends EventTarget {
     module = null;
     words = "";
     members = new Members([]);
+    #opened = 0;
     #refreshes = new Latest(() => this.#refresh(), 500);
 
     #emit(type, detail) {
@@ -70,8 +71,12 @@ export class Session extends EventTarget {
     }
 
     async open(mode, module) {
+        const turn = ++this.#opened;
         try {
             const answer = await ask("module", { mode, module });
+            if (turn !== this.#opened) {
+                return;  // another was chosen meanwhile
+            }
             [this.mode, this.module, this.words] = [mode, module, answer.words];
             this.members = new Members(answer.members);
             this.#emit("module");
@@ -103,19 +108,33 @@ export class Session extends EventTarget {
 
     /// Back to what the camera was started with. @param paths none: the whole module
     async reset(paths, mode = this.mode, module = this.module) {
-        await tell("reset", { mode, module, paths }).catch((error) => this.#say(error));
+        await this.#act("reset", { mode, module, paths });
     }
 
     async undo() {
-        await tell("undo", {}).catch((error) => this.#say(error));
+        await this.#act("undo", {});
     }
 
     async redo() {
-        await tell("redo", {}).catch((error) => this.#say(error));
+        await this.#act("redo", {});
+    }
+
+    /// What it sets comes as an event, as it does to other browsers.
+    async #act(path, body) {
+        try {
+            this.#takeShared((await tell(path, body)).shared);
+        } catch (error) {
+            this.#say(error);
+        }
     }
 
     #takeAnswer(members, { values, shared }) {
         members.apply(values, false);
+        this.#takeShared(shared);
+    }
+
+    /// @param shared places that were set as well
+    #takeShared(shared) {
         if (shared?.length > 0) {
             this.notice(`shared, and set as well: ${shared.join(", ")}`);
             if (shared.some((place) => place.includes(this.module))) {
@@ -131,7 +150,7 @@ export class Session extends EventTarget {
         if (module === this.module && mode === this.mode) {
             this.members.apply(values, isOther);
         }
-        if (isOther && module === this.module) {
+        if (module === this.module && (isOther || mode !== this.mode)) {
             this.#refreshes.push(null);
         }
         if (isOther) {
