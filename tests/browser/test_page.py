@@ -51,7 +51,7 @@ class Edits(unittest.TestCase):
     def test_slider_moves_the_exposure_and_undo_takes_it_back(self) -> None:
         browser = self.browser
         browser.find_member("analyzers target range start", ANALYZER, TARGET)
-        wait_for(lambda: browser.text("#picture figcaption").startswith("frame "), "a picture")
+        wait_for(lambda: browser.text("#frame").startswith("frame "), "a picture")
         before, luma = self.exposure(), browser.picture_luma()
         slider = browser.run("return document.activeElement")
         row = slider.find_element("xpath", "ancestor::*[@data-kind][1]")

@@ -7,6 +7,8 @@ import { schemaPath } from "./members.js";
 /// Versions are of the file; nobody tunes by them.
 const LAST = ["moduleID", "module_version", "parameter_version"];
 
+const TELL_NOW = 200;
+
 function inOrder(members) {
     const isLast = ({ name }) => LAST.includes(name);
     return [...members.filter((member) => !isLast(member)), ...members.filter(isLast)];
@@ -20,6 +22,14 @@ export class ModulePanel {
         this.session = session;
         this.shown = "";
         session.on("module", () => this.#show());
+        window.setInterval(() => this.#tellNow(), TELL_NOW);
+    }
+
+    /// Charts that mark where the camera is live as long as their module is open: they are told, and need not listen.
+    #tellNow() {
+        if (!document.hidden) {
+            this.node.querySelectorAll("[data-zones]").forEach((chart) => chart.dispatchEvent(new Event("now")));
+        }
     }
 
     #show() {

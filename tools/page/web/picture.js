@@ -1,15 +1,17 @@
 // What the camera sees, with the number of its frame.
 
 import { element } from "./element.js";
-import { fetchFile } from "./server.js";
 import { Latest } from "./latest.js";
+import { Overlay } from "./overlay.js";
+import { fetchFile } from "./server.js";
 
 const PAUSE = 100;
 
 export function picture(node, session) {
     const image = element("img", { alt: "the camera's picture" });
-    const caption = element("figcaption");
-    node.append(image, caption);
+    const caption = element("span", { id: "frame" });
+    const overlay = new Overlay(session);
+    node.append(element("div", { class: "view" }, image, overlay.svg), element("div", { class: "below" }, caption, overlay.control));
     let isOffered = false;
     let shown = null;
 

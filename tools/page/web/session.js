@@ -14,6 +14,7 @@ export class Session extends EventTarget {
     module = null;
     words = "";
     members = new Members([]);
+    #newest = [];
     #opened = 0;
     #refreshes = new Latest(() => this.#refresh(), 500);
 
@@ -26,6 +27,11 @@ export class Session extends EventTarget {
         this.addEventListener(type, (event) => listener(event.detail));
     }
 
+    /// @return the newest value of a name, undefined if there is none
+    now(name) {
+        return this.#newest[this.state.controls.findIndex((control) => control.name === name)];
+    }
+
     notice(text, isError = false) {
         this.#emit("notice", { text, isError });
     }
@@ -34,7 +40,10 @@ export class Session extends EventTarget {
     start() {
         const source = new EventSource(addressOf("events", { client: clientID }));
         const on = (type, act) => source.addEventListener(type, (event) => act(JSON.parse(event.data)));
-        on("values", (samples) => this.#emit("values", samples));
+        on("values", (samples) => {
+            this.#newest = samples.at(-1).v;
+            this.#emit("values", samples);
+        });
         on("picture", (picture) => this.#emit("picture", picture));
         on("edit", (edit) => this.#takeEdit(edit));
         on("camera", (camera) => this.#takeCamera(camera));

@@ -58,7 +58,7 @@ class ZoneChart {
             words: `${list.name}: value over trigger`,
             draw: () => this.draw(),
         });
-        this.node = element("div", { class: "zones", "data-zones": list.path }, ...this.#choices(lines), this.drawing.node);
+        this.node = element("div", { class: "zones", "data-zones": list.path, now: () => this.#markNow() }, ...this.#choices(lines), this.drawing.node);
         session.members.watch(list.path, this.refresh);
     }
 
@@ -84,7 +84,7 @@ class ZoneChart {
         const { drawing, draft } = this;
         const unit = this.line.zones[0].value.unit;
         const values = draft.map(({ value }) => value);
-        drawing.setAxes({ ...borders(draft), name: this.trigger ? `trigger, ${this.trigger}` : "trigger", format: brief },
+        drawing.setAxes({ ...borders(draft), name: `trigger${this.trigger ? `, ${this.trigger.name}` : ""}`, format: brief },
             { ...endsAround(values), name: unit && unit !== "varies" ? `${this.line.name}, ${unit}` : this.line.name, format: brief });
         const [left, right] = [drawing.along.least, drawing.along.most];
         for (const { start, end } of draft) {
@@ -99,6 +99,19 @@ class ZoneChart {
         path.at(-1).x = right;
         drawing.line(path, { class: "curve" });
         draft.forEach((zone, index) => this.#handles(zone, index));
+        this.#markNow();
+    }
+
+    /// Where the camera is: the value that chooses among the zones, if it is published.
+    #markNow() {
+        const value = this.session.now(this.trigger?.control);
+        if (value === undefined || this.drawing.along === undefined) {
+            return;
+        }
+        const { along, up } = this.drawing;
+        const x = along.toPixel(Math.min(Math.max(value, along.least), along.most));
+        this.now?.remove();
+        this.now = this.drawing.add("line", { class: "now", x1: x, x2: x, y1: up.to, y2: up.from, "pointer-events": "none" });
     }
 
     #handles(zone, index) {

@@ -35,16 +35,20 @@ function isPair(leaves) {
     return leaves.length === 2 && /start$/i.test(leaves[0].name) && /end$/i.test(leaves[1].name);
 }
 
+/// Bank and number of the triggers that a camera publishes, and the names of those values.
+const PUBLISHED = { "BankIDTriggers 8": "luxIndex" };
+
 /// What chooses among the zones of a list: a bank and a number in it, as a record beside the tree names it.
-/// @param way the members that hold the list, outermost first @return null if none does
+/// @param way the members that hold the list, outermost first
+/// @return {name, control}: control is the value that the camera publishes of it, or null; null if nothing names it
 export function triggerOf(list, way) {
     const holder = way.find((member) => part(member, `${list.name}Bank`));
     const [bank, entry] = ["bankID", "dataID"].map((name) => holder && part(part(holder, `${list.name}Bank`), name));
     if (!bank || !entry) {
         return null;
     }
-    const name = bank.choices.find(({ value }) => value === bank.value)?.name ?? bank.value;
-    return `${name} ${entry.value}`;
+    const name = `${bank.choices.find(({ value }) => value === bank.value)?.name ?? bank.value} ${entry.value}`;
+    return { name: PUBLISHED[name] ?? name, control: PUBLISHED[name] ?? null };
 }
 
 /// What can be drawn over the trigger of a list of zones.
