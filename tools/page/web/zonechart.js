@@ -110,8 +110,12 @@ class ZoneChart {
         }
         const { along, up } = this.drawing;
         const x = along.toPixel(Math.min(Math.max(value, along.least), along.most));
-        this.now?.remove();
-        this.now = this.drawing.add("line", { class: "now", x1: x, x2: x, y1: up.to, y2: up.from, "pointer-events": "none" });
+        const isLeft = x < (along.from + along.to) / 2;
+        this.now?.forEach((node) => node.remove());
+        this.now = [
+            this.drawing.add("line", { class: "now", x1: x, x2: x, y1: up.to, y2: up.from }),
+            this.drawing.add("text", { class: `mark ${isLeft ? "" : "end"}`, x: x + (isLeft ? 5 : -5), y: up.to + 11 }, `now ${brief(value)}`),
+        ];
     }
 
     #handles(zone, index) {
