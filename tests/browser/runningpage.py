@@ -111,23 +111,22 @@ return data.reduce((sum, value, index) => sum + (index % 4 === 1 ? value : 0), 0
 """
 
 
+def headless(downloads: pathlib.Path) -> webdriver.Chrome:
+    """Debian's browser, without a screen."""
+    options = webdriver.ChromeOptions()
+    for argument in ["--headless=new", "--no-sandbox", "--disable-dev-shm-usage", "--disable-gpu", "--hide-scrollbars"]:
+        options.add_argument(argument)
+    options.add_experimental_option("prefs", {"download.default_directory": str(downloads)})
+    options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
+    options.binary_location = "/usr/bin/chromium"
+    return webdriver.Chrome(options=options, service=Service("/usr/bin/chromedriver"))
+
+
 class Browser:
-    """Headless, with the page open."""
+    """With the page open."""
 
     def __init__(self, address: str, downloads: pathlib.Path) -> None:
-        options = webdriver.ChromeOptions()
-        for argument in [
-            "--headless=new",
-            "--no-sandbox",
-            "--disable-dev-shm-usage",
-            "--disable-gpu",
-            "--hide-scrollbars",
-        ]:
-            options.add_argument(argument)
-        options.add_experimental_option("prefs", {"download.default_directory": str(downloads)})
-        options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
-        options.binary_location = "/usr/bin/chromium"
-        self.driver = webdriver.Chrome(options=options, service=Service("/usr/bin/chromedriver"))
+        self.driver = headless(downloads)
         self.set_size(1600, 1000)
         self.address = address
         self.open()

@@ -9,6 +9,14 @@ function colourOf(variable) {
     return getComputedStyle(document.documentElement).getPropertyValue(variable).trim();
 }
 
+/// What stands for a stroke pattern beside the chart.
+function styleOf(dashes) {
+    if (dashes === null) {
+        return "solid";
+    }
+    return dashes[0] < 3 ? "dotted" : "dashed";
+}
+
 /// Since the server was started; there is nothing before.
 function clock(seconds) {
     const whole = Math.round(seconds);
@@ -27,13 +35,16 @@ export class StreamChart {
             element("figcaption", {}, title, element("span", { class: "keys" }, ...controls.map(({ name }, index) => this.#key(name, index)))),
             this.plot);
         place.append(this.node);
-        this.resizing = new ResizeObserver(() => this.plot.clientWidth > 0 && this.chart?.resize());
+        this.isSeen = false;
+        this.sight = new IntersectionObserver(([entry]) => this.#takeSight(entry.isIntersecting));
+        this.sight.observe(this.plot);
+        this.resizing = new ResizeObserver(() => this.isSeen && this.chart?.resize());
         this.resizing.observe(this.plot);
     }
 
     #key(name, index) {
         const { colour, dashes } = strokeOf(name);
-        const line = element("span", { class: `stroke ${dashes ? "dashed" : ""}` });
+        const line = element("span", { class: `stroke ${styleOf(dashes)}` });
         line.style.setProperty("--stroke", `var(${colour})`);
         return element("span", { class: "key", "data-key": name }, line, name, " ", this.keys[index]);
     }
@@ -76,23 +87,43 @@ export class StreamChart {
         const rows = samples.rows(this.columns, range[0])
             .map(([t, ...values]) => [t, ...values.map((value, index) => this.controls[index].toChart(value))]);
         this.newest = rows.at(-1);
-        if (this.plot.clientWidth === 0) {
-            // A small screen shows another column.
-        } else if (this.chart === undefined) {
-            this.#make(rows, range);
-        } else {
-            this.chart.updateOptions({ file: rows, dateWindow: range });
-        }
+        this.#paint(rows, range);
         if (!this.cursor) {
             this.#read(null);
         }
     }
 
+    /// What nobody sees is drawn once it is scrolled to.
+    #paint(rows, range) {
+        this.waiting = this.isSeen ? null : { rows, range };
+        if (!this.isSeen) {
+            return;
+        }
+        if (this.chart === undefined) {
+            this.#make(rows, range);
+        } else {
+            this.chart.updateOptions({ file: rows, dateWindow: range });
+        }
+    }
+
+    #takeSight(isSeen) {
+        this.isSeen = isSeen;
+        if (isSeen && this.waiting) {
+            this.#paint(this.waiting.rows, this.waiting.range);
+        }
+    }
+
+    /// @param range of what is drawn already
     show(range) {
-        this.chart?.updateOptions({ dateWindow: range });
+        if (this.waiting) {
+            this.waiting.range = range;
+        } else {
+            this.chart?.updateOptions({ dateWindow: range });
+        }
     }
 
     remove() {
+        this.sight.disconnect();
         this.resizing.disconnect();
         this.chart?.destroy();
         this.node.remove();
