@@ -93,8 +93,8 @@ class Modules(unittest.TestCase):
 
     def test_split_turns_where_the_first_of_two_is_full(self) -> None:
         script = """
-            const path = m.splitPath([{ gain: 1, time: 10 }, { gain: 8, time: 20, isGainFirst: true }, { gain: 16, time: 30 }]);
-            return path.map(({ x, y }) => [x, y]);
+            const knees = [{ gain: 1, time: 10 }, { gain: 8, time: 20, isGainFirst: true }, { gain: 16, time: 30 }];
+            return m.splitPath(knees).map(({ x, y }) => [x, y]);
         """
         expected = [[10, 1], [10, 8], [20, 8], [30, 8], [30, 16]]
         self.assertEqual(self.answer("knees", script), expected)
