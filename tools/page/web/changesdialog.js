@@ -10,15 +10,19 @@ function row(change, session, dialog) {
         await session.reset([path], mode, module);
         await fillIn(dialog, session);
     }, { "aria-label": `${path} back to ${start}`, title: `back to ${start}` });
-    return element("tr", {}, element("td", {}, mode), element("td", {}, `${module} ${path}`), element("td", { class: "value" }, start),
-        element("td", { class: "value" }, value), element("td", {}, back));
+    return element("tr", {},
+        element("td", {}, mode),
+        element("td", {}, `${module} ${path}`),
+        element("td", { class: "value" }, start),
+        element("td", { class: "value" }, value),
+        element("td", {}, back));
 }
 
 async function fillIn(dialog, session) {
     const { changes } = await ask("changes");
-    const from = session.state.file ?? "at the start";
+    const heads = ["mode", "member", session.state.file ?? "at the start", "now", ""];
     const table = element("table", {},
-        element("thead", {}, element("tr", {}, ...["mode", "member", from, "now", ""].map((name) => element("th", {}, name)))),
+        element("thead", {}, element("tr", {}, ...heads.map((name) => element("th", {}, name)))),
         element("tbody", {}, ...changes.map((change) => row(change, session, dialog))));
     dialog.replaceChildren(
         element("h2", { id: "changes-title" }, `What differs from ${session.state.file ?? "the start"}`),
@@ -27,7 +31,9 @@ async function fillIn(dialog, session) {
 }
 
 export async function showChanges(session) {
-    const dialog = element("dialog", { class: "changes", "aria-labelledby": "changes-title", close: () => dialog.remove() });
+    const dialog = element("dialog", {
+        class: "changes", "aria-labelledby": "changes-title", close: () => dialog.remove(),
+    });
     try {
         await fillIn(dialog, session);
         document.body.append(dialog);

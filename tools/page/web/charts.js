@@ -30,7 +30,7 @@ export class Charts {
         const span = element("select", { id: "window", change: () => {
             this.window = Number(span.value);
             this.#redraw(true);
-        } }, ...WINDOWS.map(([seconds, name]) => element("option", { value: seconds, selected: seconds === this.window }, name)));
+        } }, ...WINDOWS.map(([value, name]) => element("option", { value, selected: value === this.window }, name)));
         this.values = element("ul", { class: "readings" });
         this.list = element("div", { class: "charts" });
         node.append(
@@ -57,7 +57,8 @@ export class Charts {
             const called = name || `value ${id}`;
             return { column, name: called, ...quantityOf(called) };
         });
-        this.chosen = new Set(this.controls.filter(({ name, isShown }) => isShown && !isLamp(name)).map(({ name }) => name));
+        const shown = this.controls.filter(({ name, isShown }) => isShown && !isLamp(name));
+        this.chosen = new Set(shown.map(({ name }) => name));
         this.readings = this.controls.map((control) => this.#reading(control));
         this.values.replaceChildren(...this.readings.map(({ node }) => node));
         this.#makeCharts();
@@ -81,7 +82,8 @@ export class Charts {
         this.charts.forEach((chart) => chart.remove());
         const groups = Map.groupBy(this.controls.filter(({ name }) => this.chosen.has(name)), ({ title }) => title);
         const inOrder = [...groups].sort(([one], [other]) => order(one) - order(other));
-        this.charts = inOrder.map(([title, controls]) => new StreamChart(title, controls, this.list, (range) => this.#zoom(range)));
+        this.charts = inOrder.map(([title, controls]) => new StreamChart(title, controls, this.list,
+            (range) => this.#zoom(range)));
         this.#redraw(true);
     }
 

@@ -10,7 +10,8 @@ export function connection({ banner, lamp, device }, session) {
         }
         document.body.classList.toggle("lost", !connected);
         banner.hidden = connected;
-        banner.textContent = connected ? "" : `The camera ${address ? `at ${address} ` : ""}is lost (${error}). What is shown is what it ` +
-            "held last; it is looked for all the time.";
+        const place = address ? `at ${address} ` : "";
+        const lost = `The camera ${place}is lost (${error}). What is shown is what it held last; it is looked for.`;
+        banner.textContent = connected ? "" : lost;
     });
 }

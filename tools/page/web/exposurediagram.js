@@ -1,10 +1,10 @@
 // How each exposure is split into gain and time, over the exposure tables of the mode in use and the time of a frame.
 
-import { endsAround } from "./axis.js";
 import { Drawing } from "./drawing.js";
 import { element } from "./element.js";
-import { kneeLists, kneesOf, splitPath } from "./knees.js";
-import { brief, duration } from "./numbers.js";
+import { setGainTimeAxes } from "./gaintime.js";
+import { kneeLists, kneesOf, numbersOf, splitPath } from "./knees.js";
+import { duration } from "./numbers.js";
 import { ask } from "./server.js";
 
 const MODULE = "kirodbarbitrationtable";
@@ -19,7 +19,8 @@ export class ExposureDiagram {
         this.tables = [];
         this.columns = {};
         this.values = null;
-        this.drawing = new Drawing({ height: 210, words: "gain over time of the three exposures", draw: () => this.#draw() });
+        const words = "gain over time of the three exposures";
+        this.drawing = new Drawing({ height: 210, words, draw: () => this.#draw() });
         this.cells = new Map();
         node.append(element("h2", {}, "Exposure"), this.#table(), this.drawing.node);
         session.on("state", (state) => this.#takeState(state));
@@ -32,12 +33,13 @@ export class ExposureDiagram {
 
     #table() {
         const row = (name) => {
-            const cells = ["time", "gain", "ev"].map((what) => element("td", { "data-exposure": `${name} ${what}` }, "–"));
+            const cells = Array.from({ length: 3 }, () => element("td", {}, "–"));
             this.cells.set(name, cells);
             return element("tr", { class: name }, element("th", { scope: "row" }, name), ...cells);
         };
+        const heads = ["", "time", "gain", "EV over safe"].map((name) => element("th", { scope: "col" }, name));
         return element("table", { class: "split" },
-            element("thead", {}, element("tr", {}, ...["", "time", "gain", "EV over safe"].map((name) => element("th", { scope: "col" }, name)))),
+            element("thead", {}, element("tr", {}, ...heads)),
             element("tbody", {}, ...EXPOSURES.map(row)));
     }
 
@@ -53,7 +55,7 @@ export class ExposureDiagram {
         const answer = await ask("module", { mode: this.mode, module: MODULE }).catch(() => null);
         this.tables = answer === null ? [] : kneeLists(answer.members).map(({ name, list }) => ({
             name,
-            knees: kneesOf(list).map(({ gain, time, isGainFirst }) => ({ gain: Number(gain.value), time: Number(time.value), isGainFirst })),
+            knees: numbersOf(kneesOf(list)),
         }));
     }
 
@@ -62,8 +64,8 @@ export class ExposureDiagram {
     }
 
     #points() {
-        return EXPOSURES.map((name) => ({ name, time: this.#value(`${name}ExposureTime`), gain: this.#value(`${name}Gain`) }))
-            .filter(({ time, gain }) => time > 0 && gain > 0);
+        const point = (name) => ({ name, time: this.#value(`${name}ExposureTime`), gain: this.#value(`${name}Gain`) });
+        return EXPOSURES.map(point).filter(({ time, gain }) => time > 0 && gain > 0);
     }
 
     #redraw() {
@@ -90,14 +92,13 @@ export class ExposureDiagram {
             return;
         }
         const { drawing } = this;
-        drawing.setAxes(
-            { ...endsAround(all.map(({ time }) => time), { isRatio: true, room: 0.08 }), isRatio: true, name: "time", format: duration },
-            { ...endsAround(all.map(({ gain }) => gain), { isRatio: true, room: 0.15 }), isRatio: true, name: "gain", format: brief });
+        setGainTimeAxes(drawing, all);
         this.tables.forEach(({ name, knees }, index) => {
-            drawing.line(splitPath(knees), { class: `table ${DASHES[index % DASHES.length]}` });
+            const stroke = { class: `table ${DASHES[index % DASHES.length]}` };
+            drawing.line(splitPath(knees), stroke);
             const y = drawing.up.to + 14 + 16 * index;
             const x = drawing.along.from + 8;
-            drawing.add("line", { class: `table ${DASHES[index % DASHES.length]}`, x1: x, x2: x + 24, y1: y - 4, y2: y - 4 });
+            drawing.add("line", { ...stroke, x1: x, x2: x + 24, y1: y - 4, y2: y - 4 });
             drawing.add("text", { class: "mark", x: x + 30, y }, name);
         });
         this.#drawFrameTime();

@@ -17,7 +17,8 @@ function describedAs(member) {
 
 /// Such as a range: it takes less room than a fold is worth. Nobody tunes by a version.
 function isSmall(member) {
-    return member.kind === "record" && !member.name.endsWith("_version") && member.members.length <= 3 && member.members.every(isLeaf);
+    const isFew = member.members.length <= 3 && member.members.every(isLeaf);
+    return member.kind === "record" && isFew && !member.name.endsWith("_version");
 }
 
 function isOfNumbers(list) {
@@ -46,7 +47,8 @@ function withChart(chart, member, session, folds) {
 
 function contents(member, session, folds) {
     if (member.kind === "list" && isOfNumbers(member)) {
-        return [element("div", { class: "numbers" }, ...member.members.map((entry) => memberRow(entry, session, false)))];
+        const rows = member.members.map((entry) => memberRow(entry, session, false));
+        return [element("div", { class: "numbers" }, ...rows)];
     }
     if (isKnees(member)) {
         return withChart(kneeChart(member, session), member, session, folds);

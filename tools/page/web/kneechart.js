@@ -1,9 +1,9 @@
 // An exposure table as a diagram of gain over time, both in even ratios.
 
-import { endsAround } from "./axis.js";
 import { Drawing } from "./drawing.js";
 import { element } from "./element.js";
-import { kneesOf, splitPath } from "./knees.js";
+import { setGainTimeAxes } from "./gaintime.js";
+import { kneesOf, numbersOf, splitPath } from "./knees.js";
 import { brief, decimal, duration } from "./numbers.js";
 
 class KneeChart {
@@ -19,17 +19,13 @@ class KneeChart {
 
     refresh = () => {
         this.knees = kneesOf(this.list);
-        this.draft = this.knees.map(({ gain, time, isGainFirst }) => ({
-            gain: Number(gain.value), time: Number(time.value), isGainFirst,
-        }));
+        this.draft = numbersOf(this.knees);
         this.drawing.redraw();
     };
 
     draw() {
         const { drawing, draft } = this;
-        drawing.setAxes(
-            { ...endsAround(draft.map(({ time }) => time), { isRatio: true, room: 0.1 }), isRatio: true, name: "time", format: duration },
-            { ...endsAround(draft.map(({ gain }) => gain), { isRatio: true, room: 0.1 }), isRatio: true, name: "gain", format: brief });
+        setGainTimeAxes(drawing, draft);
         drawing.line(splitPath(draft), { class: "curve" });
         draft.forEach((knee, index) => drawing.handle({
             key: String(index),

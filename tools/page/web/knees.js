@@ -19,7 +19,16 @@ function isGainFirst(knee) {
 
 /// @return for each knee its members gain and time, and whether gain grows first on the way up to it
 export function kneesOf(list) {
-    return list.members.map((knee) => ({ gain: part(knee, "gain"), time: part(knee, "time"), isGainFirst: isGainFirst(knee) }));
+    return list.members.map((knee) => ({
+        gain: part(knee, "gain"), time: part(knee, "time"), isGainFirst: isGainFirst(knee),
+    }));
+}
+
+/// The same as numbers, apart from the members.
+export function numbersOf(knees) {
+    return knees.map(({ gain, time, isGainFirst: isFirst }) => ({
+        gain: Number(gain.value), time: Number(time.value), isGainFirst: isFirst,
+    }));
 }
 
 /// All lists of knees at and below members, with the description of the entry that holds them.

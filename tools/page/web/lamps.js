@@ -11,8 +11,9 @@ function inWords(name) {
 export function lamps(node, session) {
     let shown = [];
     session.on("state", ({ controls }) => {
-        shown = controls.map(({ name }, column) => ({ name, column })).filter(({ name }) => isLamp(name))
-            .map(({ name, column }) => ({ column, lamp: element("span", { class: "lamp", "data-lamp": name }, inWords(name)) }));
+        shown = controls.map(({ name }, column) => ({
+            name, column, lamp: element("span", { class: "lamp" }, inWords(name)),
+        })).filter(({ name }) => isLamp(name));
         node.replaceChildren(...shown.map(({ lamp }) => lamp));
     });
     session.on("values", (samples) => {

@@ -30,7 +30,8 @@ function rangeText({ min, max }) {
 /// Unit, range and value to begin with, as far as there are any.
 function facts(member) {
     const begin = member.begin === null ? null : `begin with ${member.begin}`;
-    return [member.unit === "varies" ? null : member.unit || null, rangeText(member), begin].filter((fact) => fact !== null).join(" · ");
+    const unit = member.unit === "varies" ? null : member.unit;
+    return [unit, rangeText(member), begin].filter(Boolean).join(" · ");
 }
 
 /// Cut to one line until it is clicked.

@@ -10,7 +10,7 @@ export function isLeaf(member) {
 }
 
 /// Texts of one number may differ: 0.5 and 0.500000.
-export function isSameValue(one, other) {
+function isSameValue(one, other) {
     return one === other || (one !== "" && other !== "" && Number(one) === Number(other));
 }
 

@@ -35,8 +35,9 @@ export class ModulePanel {
     #show() {
         const { session } = this;
         const what = `${session.mode} ${session.module}`;
-        const open = what === this.shown ? [...this.node.querySelectorAll("details[open]")].map(({ dataset }) => dataset.path) : [];
-        const top = what === this.shown ? this.node.scrollTop : 0;
+        const isSame = what === this.shown;
+        const open = isSame ? [...this.node.querySelectorAll("details[open]")].map(({ dataset }) => dataset.path) : [];
+        const top = isSame ? this.node.scrollTop : 0;
         this.shown = what;
         this.#folds = new Map();
         this.node.replaceChildren(
@@ -54,7 +55,7 @@ export class ModulePanel {
     reveal(path) {
         const member = this.session.members.findInSchema(schemaPath(path));
         if (member === undefined) {
-            this.session.notice(`${this.session.module} of this camera has no ${path} now: the list that it stands in is empty`);
+            this.session.notice(`${this.session.module} has no ${path} now: the list that it stands in is empty`);
             return;
         }
         for (const step of this.session.members.way(member.path)) {

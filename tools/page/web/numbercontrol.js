@@ -12,8 +12,10 @@ const PAUSE = 125;
 /// @return {node, show}: show takes over what the member holds
 export function numberControl(member, id, session) {
     const scale = sliderScale(member);
-    const slider = element("input", { type: "range", min: 0, max: POSITIONS, step: 1, "aria-label": `${member.name}, slider` });
-    const field = element("input", { type: "text", inputmode: "decimal", id, spellcheck: "false", autocomplete: "off" });
+    const slider = element("input", {
+        type: "range", min: 0, max: POSITIONS, step: 1, "aria-label": `${member.name}, slider`,
+    });
+    const field = element("input", { type: "text", inputmode: "decimal", id, autocomplete: "off" });
     let isHeld = false;
     let isJoined = false;
 

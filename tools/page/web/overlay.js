@@ -10,9 +10,9 @@ const OWN_MODULES = { weights: "kirodb2dmeterweight", regions: "kirodbroi" };
 function entriesOf(answer, list, count) {
     const data = answer.members.find(({ name }) => name === "data")?.members ?? [];
     return data.map((entry) => {
-        const text = (name) => entry.members.find((member) => member.name === name)?.value ?? "";
-        const numbers = entry.members.find(({ name }) => name === list)?.members.map(({ value }) => Number(value)) ?? [];
-        return { name: `${text("description")} (${text("dataID")})`, numbers };
+        const part = (name) => entry.members.find((member) => member.name === name);
+        const numbers = (part(list)?.members ?? []).map(({ value }) => Number(value));
+        return { name: `${part("description")?.value} (${part("dataID")?.value})`, numbers };
     }).filter(({ numbers }) => numbers.length === count);
 }
 
@@ -21,9 +21,11 @@ function drawWeights(weights) {
     const most = Math.max(...weights, 1e-6);
     return weights.map((weight, index) => {
         const [x, y] = [index % SIDE, Math.floor(index / SIDE)];
-        return weight === -1
-            ? drawn("line", { class: "out", x1: x, y1: y, x2: x + 1, y2: y + 1 })
-            : drawn("rect", { class: "weight", x, y, width: 1, height: 1, opacity: Math.max(0.65 * (weight / most), 0) });
+        if (weight === -1) {
+            return drawn("line", { class: "out", x1: x, y1: y, x2: x + 1, y2: y + 1 });
+        }
+        const opacity = Math.max(0.65 * (weight / most), 0);
+        return drawn("rect", { class: "weight", x, y, width: 1, height: 1, opacity });
     });
 }
 
@@ -54,7 +56,9 @@ export class Overlay {
     async #read() {
         const entries = async (module, list, count, kind, draw) => {
             const answer = await ask("module", { mode: this.mode, module }).catch(() => ({ members: [] }));
-            return entriesOf(answer, list, count).map(({ name, numbers }) => ({ name: `${kind} ${name}`, draw: () => draw(numbers) }));
+            return entriesOf(answer, list, count).map(({ name, numbers }) => ({
+                name: `${kind} ${name}`, draw: () => draw(numbers),
+            }));
         };
         this.#choices = [
             { name: "the picture alone", draw: () => [] },

@@ -19,7 +19,9 @@ const panel = new ModulePanel(byID("members"), session);
 /// A small screen shows one of the three columns.
 function showView(name) {
     document.body.dataset.view = name;
-    document.querySelectorAll("#views button").forEach((node) => node.toggleAttribute("aria-current", node.dataset.view === name));
+    for (const node of document.querySelectorAll("#views button")) {
+        node.toggleAttribute("aria-current", node.dataset.view === name);
+    }
 }
 
 /// What is open stands in the address, so that a page that is loaded again, or sent to a colleague, opens it.
@@ -39,7 +41,11 @@ connection({ banner: byID("banner"), lamp: byID("connection"), device: byID("dev
 notices(byID("notice"), session);
 toolbar(byID("toolbar"), session);
 new Places({
-    search: byID("search"), found: byID("found"), choice: byID("choice"), modes: byID("modes"), modules: byID("modules"),
+    search: byID("search"),
+    found: byID("found"),
+    choice: byID("choice"),
+    modes: byID("modes"),
+    modules: byID("modules"),
 }, session, open);
 lamps(byID("lamps"), session);
 picture(byID("picture"), session);

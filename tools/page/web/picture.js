@@ -11,7 +11,8 @@ export function picture(node, session) {
     const image = element("img", { alt: "the camera's picture" });
     const caption = element("span", { id: "frame" });
     const overlay = new Overlay(session);
-    node.append(element("div", { class: "view" }, image, overlay.svg), element("div", { class: "below" }, caption, overlay.control));
+    node.append(element("div", { class: "view" }, image, overlay.svg),
+        element("div", { class: "below" }, caption, overlay.control));
     let isOffered = false;
     let shown = null;
 

@@ -60,21 +60,29 @@ export class Places {
             return;
         }
         const { modules, index } = this.session.state;
-        const all = [...modules.map(({ name, words: meaning }) => ({ module: name, member: null, words: meaning })), ...index];
+        const own = modules.map(({ name, words: meaning }) => ({ module: name, member: null, words: meaning }));
+        const all = [...own, ...index];
         const hasAll = (text) => words.every((word) => text.includes(word));
         const name = ({ module, member }) => `${module} ${member ?? ""}`.toLowerCase();
         const byName = all.filter((place) => hasAll(name(place)));
-        const byMeaning = all.filter((place) => !byName.includes(place) && hasAll(`${name(place)} ${place.words.toLowerCase()}`));
+        const others = all.filter((place) => !byName.includes(place));
+        const byMeaning = others.filter((place) => hasAll(`${name(place)} ${place.words.toLowerCase()}`));
         const hits = [...byName, ...byMeaning];
+        const first = hits.length > MOST_FOUND ? `, the first ${MOST_FOUND}:` : "";
         this.found.replaceChildren(
-            element("li", { class: "count" }, hits.length > MOST_FOUND ? `the first ${MOST_FOUND} of ${hits.length}` : `${hits.length} found`),
+            element("li", { class: "count" }, `${hits.length} found${first}`),
             ...hits.slice(0, MOST_FOUND).map((place) => this.#hit(place)));
     }
 
     #hit({ module, member, words }) {
         return element("li", {}, element("button", {
-            type: "button", "data-module": module, "data-member": member, click: () => this.open(this.session.mode, module, member),
-        }, element("strong", {}, member ?? module), member === null ? null : element("span", { class: "facts" }, module),
+            type: "button",
+            "data-module": module,
+            "data-member": member,
+            click: () => this.open(this.session.mode, module, member),
+        },
+        element("strong", {}, member ?? module),
+        member === null ? null : element("span", { class: "facts" }, module),
         element("span", { class: "words" }, words)));
     }
 }

@@ -9,9 +9,26 @@ const fixed = (digits) => (value) => (Number.isFinite(value) ? value.toFixed(dig
 /// In the order of the page; the first that fits a name has it.
 const QUANTITIES = [
     { title: "Luma, 0 to 255", names: /luma$/i, format: fixed(1), isShown: true },
-    { title: "Exposure and target, EV over 1 ns at gain 1", names: /(Sensitivity|Target)$/, toChart: EV, format: fixed(2), isShown: true },
-    { title: "Exposure time, ms", names: /ExposureTime$/, toChart: (value) => value / 1e6, format: (value) => duration(value * 1e6), isShown: true },
-    { title: "ADRC, dark boost, predictive gain", names: /^(adrc|darkBoost|predictive)Gain$/, format: fixed(3), isShown: true },
+    {
+        title: "Exposure and target, EV over 1 ns at gain 1",
+        names: /(Sensitivity|Target)$/,
+        toChart: EV,
+        format: fixed(2),
+        isShown: true,
+    },
+    {
+        title: "Exposure time, ms",
+        names: /ExposureTime$/,
+        toChart: (value) => value / 1e6,
+        format: (value) => duration(value * 1e6),
+        isShown: true,
+    },
+    {
+        title: "ADRC, dark boost, predictive gain",
+        names: /^(adrc|darkBoost|predictive)Gain$/,
+        format: fixed(3),
+        isShown: true,
+    },
     { title: "Gain", names: /Gain$/, format: fixed(2), isShown: true },
     { title: "Lux index, steps of 3 percent", names: /^luxIndex$/, format: fixed(1), isShown: true },
     { title: "Frame number", names: /^frameNumber$/, format: fixed(0), isShown: false },

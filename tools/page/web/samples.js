@@ -1,6 +1,6 @@
 // The numbers of the last ten minutes.
 
-export const LONGEST = 600;
+const LONGEST = 600;
 
 /// Points across a chart at most; more are not seen.
 const MOST_POINTS = 1200;
@@ -38,8 +38,8 @@ export class Samples {
         return this.#rows.at(-1)?.[column + 1] ?? null;
     }
 
-    /// Rows of time and the columns, from a time on. Where there are too many, each few give way to their least and their
-    /// largest, so that no peak is lost; always the same few, so that what is drawn moves without flicker.
+    /// Rows of time and the columns, from a time on. Where there are too many, each few give way to their least and
+    /// their largest, so that no peak is lost; always the same few, so that what is drawn moves without flicker.
     rows(columns, from) {
         const first = Math.max(this.#rows.findIndex(([t]) => t >= from), 0);
         const rows = this.#rows.slice(first);

@@ -3,7 +3,7 @@
 const token = new URLSearchParams(window.location.search).get("token");
 
 /// Tells this browser's edits from those of others.
-export const clientID = Array.from(window.crypto.getRandomValues(new Uint32Array(2)), (part) => part.toString(16)).join("");
+export const clientID = window.crypto.getRandomValues(new Uint32Array(2)).join("-");
 
 /// What the server said no to, in its words.
 export class Refusal extends Error {

@@ -68,8 +68,8 @@ export class Session extends EventTarget {
         }
     }
 
-    /// Reads the values of the open module where an edit may have changed more than it says. What is shown stays in place:
-    /// somebody may be dragging it.
+    /// Reads the values of the open module where an edit may have changed more than it says. What is shown stays in
+    /// place: somebody may be dragging it.
     async #refresh() {
         const { mode, module, members } = this;
         const answer = await ask("module", { mode, module }).catch(() => null);

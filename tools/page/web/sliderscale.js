@@ -13,13 +13,13 @@ function ends(member) {
     return [Math.min(least, ...known), Math.max(most, ...known)];
 }
 
-/// @return {toPosition, toText, least, most}: even steps, or even ratios where the ends lie more than a thousandfold apart
+/// @return {toPosition, toText, least, most}: even steps, or even ratios where the ends lie a thousandfold apart
 export function sliderScale(member) {
     const [least, most] = ends(member);
     const isRatio = least > 0 && most / least > 1000;
     const span = most - least || 1;
     const share = (value) => (isRatio ? Math.log(value / least) / Math.log(most / least) : (value - least) / span);
-    const at = (position) => (isRatio ? least * (most / least) ** (position / POSITIONS) : least + (span * position) / POSITIONS);
+    const at = (along) => (isRatio ? least * (most / least) ** along : least + span * along);
     const onGrid = (value) => {
         const step = roundStep((isRatio ? value : span) / 200);
         const grid = member.integer ? Math.max(1, Math.round(step)) : step;
@@ -30,6 +30,6 @@ export function sliderScale(member) {
         least,
         most,
         toPosition: (value) => Math.round(POSITIONS * Math.min(Math.max(share(value), 0), 1)),
-        toText: (position) => onGrid(at(position)),
+        toText: (position) => onGrid(at(position / POSITIONS)),
     };
 }

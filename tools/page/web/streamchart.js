@@ -32,7 +32,8 @@ export class StreamChart {
         this.keys = controls.map(({ name }) => element("output", {}));
         this.plot = element("div", { class: "plot" });
         this.node = element("figure", { class: "stream", "data-chart": title },
-            element("figcaption", {}, title, element("span", { class: "keys" }, ...controls.map(({ name }, index) => this.#key(name, index)))),
+            element("figcaption", {}, title,
+                element("span", { class: "keys" }, ...controls.map(({ name }, index) => this.#key(name, index)))),
             this.plot);
         place.append(this.node);
         this.isSeen = false;
@@ -65,7 +66,10 @@ export class StreamChart {
             axisLabelFontSize: 11,
             gridLineColor: colourOf("--line"),
             axisLineColor: colourOf("--line"),
-            axes: { x: { axisLabelFormatter: clock, pixelsPerLabel: 60, axisLabelWidth: 44 }, y: { pixelsPerLabel: 24, axisLabelWidth: 48 } },
+            axes: {
+                x: { axisLabelFormatter: clock, pixelsPerLabel: 60, axisLabelWidth: 44 },
+                y: { pixelsPerLabel: 24, axisLabelWidth: 48 },
+            },
             includeZero: false,
             animatedZooms: false,
             zoomCallback: (least, most) => this.onZoom([least, most]),
@@ -78,7 +82,8 @@ export class StreamChart {
     #read(points) {
         this.cursor = points;
         this.controls.forEach(({ format }, index) => {
-            const value = points === null ? this.newest?.[index + 1] : points.find(({ name }) => name === `y${index}`)?.yval;
+            const point = points?.find(({ name }) => name === `y${index}`);
+            const value = points === null ? this.newest?.[index + 1] : point?.yval;
             this.keys[index].textContent = value === undefined ? "–" : format(value);
         });
     }

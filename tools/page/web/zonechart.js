@@ -46,6 +46,11 @@ function changes(line, draft) {
     return values;
 }
 
+/// The name of an axis, with what it is in.
+function inNames(name, unit) {
+    return unit ? `${name}, ${unit}` : name;
+}
+
 class ZoneChart {
     constructor(list, lines, session) {
         this.line = lines[0];
@@ -58,7 +63,8 @@ class ZoneChart {
             words: `${list.name}: value over trigger`,
             draw: () => this.draw(),
         });
-        this.node = element("div", { class: "zones", "data-zones": list.path, now: () => this.#markNow() }, ...this.#choices(lines), this.drawing.node);
+        this.node = element("div", { class: "zones", "data-zones": list.path, now: () => this.#markNow() },
+            ...this.#choices(lines), this.drawing.node);
         session.members.watch(list.path, this.refresh);
     }
 
@@ -84,15 +90,15 @@ class ZoneChart {
         const { drawing, draft } = this;
         const unit = this.line.zones[0].value.unit;
         const values = draft.map(({ value }) => value);
-        drawing.setAxes({ ...borders(draft), name: `trigger${this.trigger ? `, ${this.trigger.name}` : ""}`, format: brief },
-            { ...endsAround(values), name: unit && unit !== "varies" ? `${this.line.name}, ${unit}` : this.line.name, format: brief });
+        drawing.setAxes(
+            { ...borders(draft), name: inNames("trigger", this.trigger?.name), format: brief },
+            { ...endsAround(values), name: inNames(this.line.name, unit === "varies" ? null : unit), format: brief });
         const [left, right] = [drawing.along.least, drawing.along.most];
         for (const { start, end } of draft) {
-            const from = drawing.along.toPixel(Math.max(start, left));
-            const to = drawing.along.toPixel(Math.min(end, right));
-            drawing.add("rect", {
-                class: "zone", x: from, width: Math.max(to - from, 0), y: drawing.up.to, height: drawing.up.from - drawing.up.to,
-            });
+            const x = drawing.along.toPixel(Math.max(start, left));
+            const width = Math.max(drawing.along.toPixel(Math.min(end, right)) - x, 0);
+            const height = drawing.up.from - drawing.up.to;
+            drawing.add("rect", { class: "zone", x, width, y: drawing.up.to, height });
         }
         const path = draft.flatMap(({ start, end, value }) => [{ x: start, y: value }, { x: end, y: value }]);
         path[0].x = left;
@@ -111,10 +117,11 @@ class ZoneChart {
         const { along, up } = this.drawing;
         const x = along.toPixel(Math.min(Math.max(value, along.least), along.most));
         const isLeft = x < (along.from + along.to) / 2;
+        const text = { class: `mark ${isLeft ? "" : "end"}`, x: x + (isLeft ? 5 : -5), y: up.to + 11 };
         this.now?.forEach((node) => node.remove());
         this.now = [
             this.drawing.add("line", { class: "now", x1: x, x2: x, y1: up.to, y2: up.from }),
-            this.drawing.add("text", { class: `mark ${isLeft ? "" : "end"}`, x: x + (isLeft ? 5 : -5), y: up.to + 11 }, `now ${brief(value)}`),
+            this.drawing.add("text", text, `now ${brief(value)}`),
         ];
     }
 

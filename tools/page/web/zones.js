@@ -52,8 +52,8 @@ export function triggerOf(list, way) {
 }
 
 /// What can be drawn over the trigger of a list of zones.
-/// @return lines {name, zones: [{start, end, value, twin}]} of members; twin is the other end of a range, or null; no lines
-///         where a level below has several zones, and for one zone alone, which is a constant
+/// @return lines {name, zones: [{start, end, value, twin}]} of members; twin is the other end of a range, or null; no
+///         lines where a level below has several zones, and for one zone alone, which is a constant
 export function linesOf(list) {
     const ends = list.members.map(endOf);
     if (list.members.length < 2 || ends.some((end) => end === null)) {
