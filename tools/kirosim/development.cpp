@@ -4,6 +4,8 @@
 #include <cmath>
 #include <span>
 
+#include "tools/kirosim/plaincolour.h"
+
 namespace kirosim
 {
 
@@ -32,57 +34,17 @@ std::span<const FLOAT> SamplesAt(const SensorView& rView, UINT32 x, UINT32 y)
         .subspan(RegionAt(x, y) * size_t{SamplesPerRegion} + quarter * SamplesOfPixel, SamplesOfPixel);
 }
 
-/// The sRGB transfer, by a table: a picture has many pixels.
-class TransferCurve
-{
-public:
-    TransferCurve()
-    {
-        for (size_t index = 0; index < m_codes.size(); ++index)
-        {
-            const DOUBLE value = static_cast<DOUBLE>(index) / Steps;
-            const DOUBLE code  = (value <= 0.0031308) ? 12.92 * value : 1.055 * std::pow(value, 1.0 / 2.4) - 0.055;
-            m_codes[index]     = static_cast<BYTE>(std::lround(code * 255.0));
-        }
-    }
-
-    BYTE CodeOf(DOUBLE value) const
-    {
-        return m_codes[static_cast<size_t>(std::lround(std::clamp(value, 0.0, 1.0) * Steps))];
-    }
-
-private:
-    static constexpr DOUBLE    Steps = 8192.0;
-    std::array<BYTE, 8192 + 1> m_codes;
-};
-
 /// One for a gain of one; else it has the slope of one in the shadows, and the brightest that short holds is white.
 DOUBLE ADRCCurve(DOUBLE value, DOUBLE gain)
 {
     return std::min(value * (1.0 + value / (gain * gain)) / (1.0 + value), 1.0);
 }
 
-/// Channels over luminance of a region's light, white balanced.
-struct ChannelShares
-{
-    DOUBLE red;
-    DOUBLE green;
-    DOUBLE blue;
-};
-
-ChannelShares SharesOf(const Colour& rColour, const Colour& rLight)
-{
-    const DOUBLE red   = (rLight.rg > 0.0) ? rColour.rg / rLight.rg : 1.0;
-    const DOUBLE blue  = (rLight.bg > 0.0) ? rColour.bg / rLight.bg : 1.0;
-    const DOUBLE green = 1.0 / (0.2126 * red + 0.7152 + 0.0722 * blue);
-    return {red * green, green, blue * green};
-}
-
 }  // namespace
 
 std::vector<BYTE> Develop(const SensorView& rView)
 {
-    static const TransferCurve curve;
+    static const TransferTable table;
     const DOUBLE               gain = std::max(rView.shortRoom, 1.0);
     std::vector<BYTE>          pixels;
     pixels.reserve(size_t{3} * DevelopedWidth * DevelopedHeight);
@@ -98,7 +60,7 @@ std::vector<BYTE> Develop(const SensorView& rView)
             const ChannelShares shares = SharesOf(rView.colours[RegionAt(x, y)], rView.light);
             for (const DOUBLE share : {shares.red, shares.green, shares.blue})
             {
-                pixels.push_back(curve.CodeOf(luma * share));
+                pixels.push_back(table.CodeOf(luma * share));
             }
         }
     }
