@@ -16,9 +16,10 @@ namespace heavytuning
 namespace
 {
 
-constexpr INT32 ROIID          = 30;
-constexpr INT32 FirstColorROI  = 31;
-constexpr INT32 FirstListedOut = 11;  ///< in the bank of results; every calculator gets two entries
+constexpr INT32  ROIID          = 30;
+constexpr INT32  FirstColorROI  = 31;
+constexpr UINT32 FirstTable     = 2;
+constexpr INT32  FirstListedOut = 11;  ///< in the bank of results; every calculator gets two entries
 
 /// The calculators that every tuning has, and the bank's regions.
 constexpr const CHAR* Head = R"(
@@ -63,17 +64,22 @@ modes:
 class CalculatorList
 {
 public:
+    VOID Add(const CHAR* pAPI, const std::string& rSettings)
+    {
+        const UINT32 id  = 100 + m_count;
+        const INT32  out = FirstListedOut + 2 * static_cast<INT32>(m_count);
+        m_text += fmt::format("          - {{calculatorID: {}, description: Calculator{}, APISelection: {}, "
+                              "outputStorage: {{start: {}, end: {}}}, {}}}\n",
+                              id, id, pAPI, out, out + 1, rSettings);
+        m_ids += fmt::format("{}{}", m_ids.empty() ? "" : ", ", id);
+        ++m_count;
+    }
+
     VOID Add(UINT32 count, const CHAR* pAPI, const std::string& rSettings)
     {
         for (UINT32 index = 0; index < count; ++index)
         {
-            const UINT32 id  = 100 + m_count;
-            const INT32  out = FirstListedOut + 2 * static_cast<INT32>(m_count);
-            m_text += fmt::format("          - {{calculatorID: {}, description: Calculator{}, APISelection: {}, "
-                                  "outputStorage: {{start: {}, end: {}}}, {}}}\n",
-                                  id, id, pAPI, out, out + 1, rSettings);
-            m_ids += fmt::format("{}{}", m_ids.empty() ? "" : ", ", id);
-            ++m_count;
+            Add(pAPI, rSettings);
         }
     }
 
@@ -95,10 +101,10 @@ std::string CalculatorsText()
 {
     constexpr UINT32 fixedGrids  = 2;
     constexpr UINT32 fixedRanges = 2;
-    const auto       grid        = [](const CHAR* pChannel, INT32 roi)
+    const auto       grid        = [](const CHAR* pChannel, UINT32 table, INT32 roi)
     {
-        return fmt::format("statsSelection: {{channel1: {}}}, generalParameters: {{weightTable2D: 2, ROIID: {}}}",
-                           pChannel, roi);
+        return fmt::format("statsSelection: {{channel1: {}}}, generalParameters: {{weightTable2D: {}, ROIID: {}}}",
+                           pChannel, FirstTable + table, roi);
     };
     const auto histogram = [](const CHAR* pChannel, DOUBLE start, DOUBLE end)
     {
@@ -107,14 +113,20 @@ std::string CalculatorsText()
                            pChannel, start, end);
     };
     CalculatorList list;
-    list.Add(WholeGridCount - fixedGrids, "API01GridWeightedAverage", grid("SafeLuma", 0));
-    list.Add(ROIGridCount, "API01GridWeightedAverage", grid("ShortLuma", ROIID));
+    for (UINT32 table = fixedGrids; table < WholeGridCount; ++table)
+    {
+        list.Add("API01GridWeightedAverage", grid("SafeLuma", table, 0));
+    }
+    for (UINT32 table = 0; table < ROIGridCount; ++table)
+    {
+        list.Add("API01GridWeightedAverage", grid("ShortLuma", table, ROIID));
+    }
     list.Add(HistWeightedCount, "API04HistWeightedAverage", histogram("SafeHist", 0.0, 1.0));
     list.Add(HistLumaRangeCount - fixedRanges, "API05HistLumaRangeAverage", histogram("SafeHist", 0.0, 256.0));
     list.Add(HistPercentileCount, "API06HistPercentileRangeAverage", histogram("ShortHist", 0.0, 0.97));
     for (UINT32 color = 0; color < ExtremeColorCount; ++color)
     {
-        list.Add(1, "API08ExtremeColorRgBgStatsRatio",
+        list.Add("API08ExtremeColorRgBgStatsRatio",
                  fmt::format("statsSelection: {{channel1: SafeLuma, channel2: SafeRG, channel3: SafeBG}}, "
                              "generalParameters: {{ROIID: {}, rangeTrigger: [{{trigger: {{start: 0.0, end: {:.1f}}}, "
                              "triggerData: {{start: 1.0, end: 1.0}}}}, {{trigger: {{start: {:.1f}, end: 255.0}}, "
@@ -122,6 +134,29 @@ std::string CalculatorsText()
                              FirstColorROI + static_cast<INT32>(color), LumaFull, LumaNone, ColorFallOff));
     }
     return list.Text();
+}
+
+/// A table for each of the averages, as a tuning has: those of one table would need to be measured but once.
+std::string TablesText()
+{
+    std::string text = "      kirodb2dmeterweight:\n        dataBank: {bankID: BankIDMetering2D}\n        data:\n";
+    const auto  add  = [&text](UINT32 id, const std::string& rWeights)
+    { text += fmt::format("          - {{dataID: {}, description: Table, weights: {}}}\n", id, rWeights); };
+    for (const UINT32 place : {40U, 42U, 20U, 21U, 22U})  // that maps and the table generator fill
+    {
+        add(place, "{fill: 0.0}");
+    }
+    add(1, "{fill: 1.0}");
+    for (UINT32 table = 0; table < WholeGridCount; ++table)
+    {
+        std::string weights;
+        for (UINT32 entry = 0; entry < 256; ++entry)
+        {
+            weights += fmt::format("{}{:.4f}", weights.empty() ? "" : ", ", 1.0 + entry * (table + 1) % 16 / 16.0);
+        }
+        add(FirstTable + table, "[" + weights + "]");
+    }
+    return text;
 }
 
 std::string RegionsText()
@@ -199,7 +234,7 @@ std::vector<BYTE> Compile(bool isEverythingOn)
 {
     tuningfile::Tuning       phone = tuningfile::ReadTextFile(KIRO_EXAMPLE_TUNINGS "phone.yaml");
     const tuningfile::Tuning heavy =
-        tuningfile::ParseText(Head + CalculatorsText() + RegionsText() + AnalyzersText() +
+        tuningfile::ParseText(Head + CalculatorsText() + TablesText() + RegionsText() + AnalyzersText() +
                                   (isEverythingOn ? everythingtuning::ModulesText() : std::string()),
                               "heavy tuning");
     for (const tuningfile::Module& rModule : heavy.tables.at(0).modes.at(0).modules)

@@ -43,7 +43,7 @@ BOOL CKIRO2DMetIterator::Configure(UINT32 width, UINT32 height, const AECAlgoROI
     }
     m_ipStatswidth  = width;
     m_ipStatsHeight = height;
-    std::copy_n(pTable, TableWidth * TableWidth, m_2DWeightTable);
+    std::copy_n(pTable, TableSize, m_2DWeightTable);
     m_pColumnEntry = m_columns.Entries({m_ipStatswidth, m_roiStartWidth, m_roiEndWidth, m_roiWidth});
     m_pRowEntry    = m_rows.Entries({m_ipStatsHeight + 1, m_roiStartHeight, m_roiEndHeight, m_roiHeight});
     SelectRow(0);
@@ -89,6 +89,18 @@ VOID CKIRO2DMetIterator::SelectRow(UINT32 index)
     m_pRowWeights    = (row > m_ipStatsHeight || m_pRowEntry[row] == OutsideROI)
                            ? nullptr
                            : m_2DWeightTable + TableWidth * static_cast<size_t>(m_pRowEntry[row]);
+}
+
+INT32 CKIRO2DMetIterator::EntryOfRegion(UINT32 index) const
+{
+    const UINT32 row    = (m_ipStatswidth == 0) ? 0 : index / m_ipStatswidth;
+    const UINT32 column = index - row * m_ipStatswidth;
+    if (row > m_ipStatsHeight || column >= m_ipStatswidth || m_pRowEntry[row] == OutsideROI ||
+        m_pColumnEntry[column] == OutsideROI)
+    {
+        return OutsideROI;
+    }
+    return m_pRowEntry[row] * static_cast<INT32>(TableWidth) + m_pColumnEntry[column];
 }
 
 FLOAT CKIRO2DMetIterator::WeightOutside(UINT32 index) const

@@ -7,7 +7,9 @@
 class CKIRO2DMetIterator
 {
 public:
-    static constexpr FLOAT NoWeight = -1.0f;
+    static constexpr FLOAT  NoWeight   = -1.0f;
+    static constexpr UINT32 TableWidth = 16;
+    static constexpr UINT32 TableSize  = TableWidth * TableWidth;
 
     CKIRO2DMetIterator();
     CKIRO2DMetIterator(const CKIRO2DMetIterator&)            = delete;
@@ -34,9 +36,17 @@ public:
         return WeightOutside(index);
     }
 
+    /// @return which entry of the table weighs a region; -1 outside the ROI
+    INT32 EntryOfRegion(UINT32 index) const;
+
+    /// The weights in use, all TableSize of them.
+    const FLOAT* Table() const
+    {
+        return m_2DWeightTable;
+    }
+
 private:
-    static constexpr INT16  OutsideROI = -1;
-    static constexpr UINT32 TableWidth = 16;
+    static constexpr INT16 OutsideROI = -1;
 
     /// Which of the table's 16 columns or rows the grid's columns or rows fall on.
     struct Axis
@@ -85,7 +95,7 @@ private:
     UINT32       m_ipStatsHeight;
     UINT32       m_rowStart;     ///< first region of the row of the last region that was asked for
     const FLOAT* m_pRowWeights;  ///< that row's part of the table, null outside the ROI and until configured
-    FLOAT        m_2DWeightTable[TableWidth * TableWidth];
+    FLOAT        m_2DWeightTable[TableSize];
 
     ResolvedAxes m_columns;
     ResolvedAxes m_rows;

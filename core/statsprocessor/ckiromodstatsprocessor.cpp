@@ -93,6 +93,7 @@ KiroResult CKIROStatsProcessor::SetStats(KIROCntStatsOut& rStats, StatisticsStar
 VOID CKIROStatsProcessor::ResetStats()
 {
     m_histStatsProcessor.ResetProcStats();
+    m_gridStatsProcessor.BeginFrame();
     m_gridStatsBuffer.clear();
     m_histStatsBuffer.clear();
 }

@@ -19,6 +19,12 @@ bool IsFraction(FLOAT value)
     return value >= 0.0f && value <= 1.0f;
 }
 
+bool IsSingleCell(const KIROSubsamplingInfo& rSubsampling)
+{
+    return rSubsampling.pSSPattern == nullptr ||
+           (rSubsampling.width == 1 && rSubsampling.height == 1 && rSubsampling.pSSPattern[0] == ActiveCell);
+}
+
 bool IsNearlyFullFrame(const AECAlgoROI& rROI)
 {
     return std::abs(rROI.x) < Epsilon && std::abs(rROI.y) < Epsilon && std::abs(rROI.dx - 1.0f) < Epsilon &&
@@ -162,23 +168,42 @@ KiroResult CKIROStatsGridProcessor::GetWeightedLuma(const CHAR* pStatsName, INT3
         return 0;
     }
 
-    const KIROCntStatsOut& rStats            = m_rStatsBuffer[static_cast<UINT32>(position)];
-    const FLOAT            statsAbsThreshold = ClampValue(rStats.resolution, statsThreshold);
-    const FLOAT*           pValues           = rStats.channelData.Data.pFData;
-    FLOAT                  totalWt           = 0.0f;
-    FLOAT                  sum               = 0.0f;
+    const KIROCntStatsOut& rStats  = m_rStatsBuffer[static_cast<UINT32>(position)];
+    const FLOAT*           pValues = rStats.channelData.Data.pFData;
+    const WeightedWalkKey  key     = {position, rStats.resolution, roi, ClampValue(rStats.resolution, statsThreshold)};
+    // Without a table of its own the request takes the weights of the one before, and a tile leaves out regions.
+    const bool                             isShared = metTableID >= 0 && IsSingleCell(rSubsampling);
+    std::optional<CKIROWeightedWalk::Sums> sums;
+    if (isShared)
+    {
+        sums = m_walks.Measure(key, m_mtrItr.Table(), pValues);
+    }
+    if (!sums.has_value())
+    {
+        sums = WalkAlone(pValues, key.clamp);
+        if (isShared)
+        {
+            m_walks.Add(key, m_gridItr, m_mtrItr, sums->weights);
+        }
+    }
+    rLumaAverage = (std::abs(sums->weights) < Epsilon) ? NotMeasured : sums->weighted / sums->weights;
+    return 0;
+}
+
+CKIROWeightedWalk::Sums CKIROStatsGridProcessor::WalkAlone(const FLOAT* pValues, FLOAT clamp)
+{
+    CKIROWeightedWalk::Sums sums = {0.0f, 0.0f};
     m_gridItr.ForEachRegion(
         [&](UINT32 index)
         {
             const FLOAT wt = m_mtrItr.GetWeight(index);
             if (wt != CKIRO2DMetIterator::NoWeight)
             {
-                totalWt += wt;
-                sum = std::fma(wt, std::min(pValues[index], statsAbsThreshold), sum);
+                sums.weights += wt;
+                sums.weighted = std::fma(wt, std::min(pValues[index], clamp), sums.weighted);
             }
         });
-    rLumaAverage = (std::abs(totalWt) < Epsilon) ? NotMeasured : sum / totalWt;
-    return 0;
+    return sums;
 }
 
 KiroResult CKIROStatsGridProcessor::GetWeightedROIInterpLuma(const CHAR* pName, INT32 roiID, INT32 metTableID,

@@ -9,6 +9,7 @@
 #include "core/statsprocessor/ckiro2dmetiterator.h"
 #include "core/statsprocessor/ckirogriditerator.h"
 #include "core/statsprocessor/statschannels.h"
+#include "core/statsprocessor/weightedwalks.h"
 #include "schema/kirometeringstatscalculator.h"
 
 /// State of one extreme colour region.
@@ -43,6 +44,12 @@ public:
     using RangeTriggerRow = kiroglobalelements::TriggerSystemEndLevelStartEndType;
 
     CKIROStatsGridProcessor(IKIROContextManager& rContextManager, const AECCoreStatsDeque& rStatsBuffer);
+
+    /// Other statistics come in.
+    VOID BeginFrame()
+    {
+        m_walks.BeginFrame();
+    }
 
     /// Weighted mean. @return 0 (a failure leaves -1.0), or 1 when the interpolating form fails
     KiroResult GetWeightedLuma(const CHAR* pStatsName, INT32 roiID, const KIROSubsamplingInfo& rSubsampling,
@@ -90,6 +97,7 @@ private:
                                         FLOAT statsThreshold);
     bool       FillIntegrals(const KIROCntStatsOut& rStats, FLOAT statsThreshold, FLOAT* pLuma, FLOAT* pWeight);
     VOID       AccumulatePart(GroupedGridParameters** ppRegions, UINT32 regionCount, UINT32 first, UINT32 count) const;
+    CKIROWeightedWalk::Sums WalkAlone(const FLOAT* pValues, FLOAT clamp);
     VOID AccumulateRegion(GroupedGridParameters& rGroup, const FLOAT* pLumaWeights, UINT32 first, UINT32 count) const;
     VOID StoreColorRatio(GroupedGridParameters& rGroup);
 
@@ -97,6 +105,7 @@ private:
     CKIROGridIterator        m_gridItr;
     const AECCoreStatsDeque& m_rStatsBuffer;
     CKIRO2DMetIterator       m_mtrItr;
+    CKIROWeightedWalks       m_walks;
     GroupedGridParameters    m_group;
     BOOL                     m_bIsGroupOfFrame;  ///< initialised since the last walk for extreme colours
 };

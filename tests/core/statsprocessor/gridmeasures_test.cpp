@@ -1,6 +1,9 @@
 // Measures over grid channels, by numbers worked out by hand.
 
+#include <array>
+#include <bit>
 #include <limits>
+#include <random>
 
 #include "core/statsprocessor/lumaweight.h"
 #include "tests/support/statsfixture.h"
@@ -96,6 +99,114 @@ TEST_F(GridMeasures, BadRegionsAndTablesLeaveTheSentinel)
     EXPECT_EQ(m_pStats->GetGridWeightedLuma("Luma", 0, NoSubsampling, TableID, luma, DoNotHandle, FALSE), 11);
     EXPECT_EQ(luma, -1.0f);
     EXPECT_TRUE(m_log.Has(LevelError, "Invalid stats channel Luma"));
+}
+
+/// Means of random tables and regions over random grids, frame by frame.
+class SharedWalks : public GridMeasures
+{
+protected:
+    static constexpr UINT32 TableCount = 20;  ///< more than are walked side by side
+    static constexpr UINT32 ROIs       = 3;
+
+    /// What one calculator asks for.
+    struct Request
+    {
+        UINT32 table;
+        UINT32 roi;
+        bool   isUnknownTable;
+    };
+
+    FLOAT Random(FLOAT low, FLOAT high)
+    {
+        return std::uniform_real_distribution<FLOAT>(low, high)(m_random);
+    }
+
+    UINT32 RandomUpTo(UINT32 last)
+    {
+        return std::uniform_int_distribution<UINT32>(0, last)(m_random);
+    }
+
+    VOID MakeSet()
+    {
+        m_width  = 1 + RandomUpTo(19);
+        m_height = 1 + RandomUpTo(15);
+        m_values.resize(static_cast<size_t>(m_width) * m_height);
+        for (auto& rTable : m_tables)
+        {
+            const bool leavesOut = RandomUpTo(9) == 0;
+            for (FLOAT& rWeight : rTable)
+            {
+                rWeight = (leavesOut && RandomUpTo(3) == 0) ? -1.0f : Random(-0.1f, 4.0f);
+            }
+        }
+        for (auto& rROI : m_rois)
+        {
+            const FLOAT x = Random(0.0f, 0.9f), y = Random(0.0f, 0.9f);
+            rROI = {x, y, Random(0.01f, 1.0f - x), Random(0.01f, 1.0f - y)};
+        }
+        m_rois[0] = {0.0f, 0.0f, 1.0f, 1.0f};
+        m_requests.resize(1 + RandomUpTo(11));
+        for (Request& rRequest : m_requests)
+        {
+            rRequest = {RandomUpTo(TableCount - 1), RandomUpTo(ROIs - 1), RandomUpTo(15) == 0};
+        }
+    }
+
+    FLOAT Ask(CKIROStatsProcessor& rStats, const Request& rRequest)
+    {
+        std::copy(m_tables[rRequest.table].begin(), m_tables[rRequest.table].end(), m_table.weights);
+        const auto& rROI = m_rois[rRequest.roi];
+        SetROI(7, rROI[0], rROI[1], rROI[2], rROI[3]);
+        FLOAT luma = 0.0f;
+        (VOID) rStats.GetGridWeightedLuma("luma", 7, NoSubsampling, rRequest.isUnknownTable ? 77 : TableID, luma,
+                                          DoNotHandle, FALSE);
+        return luma;
+    }
+
+    /// Two frames without a request let a processor forget what it has walked.
+    FLOAT AskAlone(const Request& rRequest)
+    {
+        m_pAlone->ResetStats();
+        m_pAlone->ResetStats();
+        KIROCntStatsOut grid = Grid("luma", m_width, m_height, m_values);
+        (VOID) m_pAlone->SetStats(grid, StatisticsStartUpValid);
+        return Ask(*m_pAlone, rRequest);
+    }
+
+    std::mt19937                                   m_random{17};
+    UINT32                                         m_width  = 0;
+    UINT32                                         m_height = 0;
+    std::vector<FLOAT>                             m_values;
+    std::array<std::array<FLOAT, 256>, TableCount> m_tables{};
+    std::array<std::array<FLOAT, 4>, ROIs>         m_rois{};
+    std::vector<Request>                           m_requests;
+    TavoPtr<CKIROStatsProcessor> m_pAlone = TavoNew<CKIROStatsProcessor>(m_context.m_tuningData, m_context);
+};
+
+TEST_F(SharedWalks, MeansOfOneWalkHaveTheBitsThatEachHasAlone)
+{
+    for (UINT32 set = 0; set < 2000; ++set)
+    {
+        MakeSet();
+        for (UINT32 frame = 0; frame < 4; ++frame)
+        {
+            for (FLOAT& rValue : m_values)
+            {
+                rValue = Random(0.0f, 300.0f);  // some of them clamped
+            }
+            SetAlone(Grid("luma", m_width, m_height, m_values));
+            for (const Request& rRequest : m_requests)
+            {
+                const FLOAT shared = Ask(*m_pStats, rRequest);
+                const FLOAT alone  = AskAlone(rRequest);
+                ASSERT_EQ(std::bit_cast<UINT32>(shared), std::bit_cast<UINT32>(alone)) << set << " " << frame;
+            }
+            if (RandomUpTo(2) == 0)
+            {
+                m_requests[0].table = RandomUpTo(TableCount - 1);  // the tuning moves on
+            }
+        }
+    }
 }
 
 TEST_F(GridMeasures, PlainMeanCountsItsRegions)

@@ -1,0 +1,140 @@
+#include "core/statsprocessor/weightedwalk.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+#include "core/statsprocessor/statschannels.h"
+
+static_assert(GridRegionCountMax <= 0xFFFF, "regions of a walk are kept in 16 bits");
+
+bool WeightedWalkKey::operator==(const WeightedWalkKey& rOther) const
+{
+    return channel == rOther.channel && clamp == rOther.clamp && roi.x == rOther.roi.x && roi.y == rOther.roi.y &&
+           roi.dx == rOther.roi.dx && roi.dy == rOther.roi.dy && IsSameShape(resolution, rOther.resolution);
+}
+
+VOID CKIROWeightedWalk::Begin(const WeightedWalkKey& rKey, const CKIROGridIterator& rRegions,
+                              const CKIRO2DMetIterator& rWeights)
+{
+    m_key           = rKey;
+    m_lastFrame     = 0;
+    m_walkedFrame   = 0;
+    m_pWalkedValues = nullptr;
+    m_tableCount    = 0;
+    m_expected      = 0;
+    UINT32 count    = 0;
+    bool   isInside = true;
+    rRegions.ForEachRegion(
+        [&](UINT32 region)
+        {
+            const INT32 entry = rWeights.EntryOfRegion(region);
+            isInside          = isInside && entry >= 0 && count < GridRegionCountMax;
+            if (isInside)
+            {
+                m_region[count] = static_cast<UINT16>(region);
+                m_entry[count]  = static_cast<BYTE>(entry);
+                ++count;
+            }
+        });
+    m_regionCount = isInside ? count : 0;
+}
+
+VOID CKIROWeightedWalk::AddTable(const FLOAT* pTable, FLOAT totalWeight, UINT64 frame)
+{
+    m_lastFrame = frame;
+    if (m_regionCount == 0 || m_tableCount == TableMax ||
+        !std::all_of(pTable, pTable + CKIRO2DMetIterator::TableSize,
+                     [](FLOAT weight) { return std::isfinite(weight) && weight != CKIRO2DMetIterator::NoWeight; }))
+    {
+        return;
+    }
+    Table& rTable = m_tables[m_tableCount];
+    std::copy_n(pTable, CKIRO2DMetIterator::TableSize, rTable.weights);
+    for (UINT32 entry = 0; entry < CKIRO2DMetIterator::TableSize; ++entry)
+    {
+        m_lanes[entry][m_tableCount] = pTable[entry];
+    }
+    rTable.totalWeight = totalWeight;
+    rTable.lastFrame   = frame;
+    rTable.isWalked    = false;
+    ++m_tableCount;
+}
+
+std::optional<CKIROWeightedWalk::Sums> CKIROWeightedWalk::Measure(const FLOAT* pTable, const FLOAT* pValues,
+                                                                  UINT64 frame)
+{
+    m_lastFrame         = frame;
+    const bool isWalked = m_pWalkedValues == pValues && m_walkedFrame == frame;
+    if (!isWalked)
+    {
+        DropForgotten(frame);
+    }
+    const UINT32 index = FindTable(pTable);
+    if (index == NotFound)
+    {
+        return std::nullopt;
+    }
+    Table& rTable    = m_tables[index];
+    rTable.lastFrame = frame;
+    m_expected       = index + 1;
+    if (!isWalked || !rTable.isWalked)
+    {
+        Walk(pValues);
+        m_pWalkedValues = pValues;
+        m_walkedFrame   = frame;
+    }
+    return Sums{rTable.sum, rTable.totalWeight};
+}
+
+UINT32 CKIROWeightedWalk::FindTable(const FLOAT* pTable)
+{
+    for (UINT32 step = 0; step < m_tableCount; ++step)
+    {
+        const UINT32 index = (m_expected + step) % m_tableCount;
+        if (std::memcmp(m_tables[index].weights, pTable, sizeof(m_tables[index].weights)) == 0)
+        {
+            return index;
+        }
+    }
+    return NotFound;
+}
+
+/// The last table takes the place of one that nobody has asked for since the frame before the last.
+VOID CKIROWeightedWalk::DropForgotten(UINT64 frame)
+{
+    for (UINT32 index = 0; index < m_tableCount;)
+    {
+        if (m_tables[index].lastFrame + 1 >= frame)
+        {
+            ++index;
+            continue;
+        }
+        --m_tableCount;
+        m_tables[index] = m_tables[m_tableCount];
+        for (FLOAT(&rEntry)[TableMax] : m_lanes)
+        {
+            rEntry[index] = rEntry[m_tableCount];
+        }
+    }
+}
+
+VOID CKIROWeightedWalk::Walk(const FLOAT* pValues)
+{
+    // A constant number of lanes lets the compiler keep all of them in vector registers.
+    FLOAT sums[TableMax] = {};
+    for (UINT32 step = 0; step < m_regionCount; ++step)
+    {
+        const FLOAT  value    = std::min(pValues[m_region[step]], m_key.clamp);
+        const FLOAT* pWeights = m_lanes[m_entry[step]];
+        for (UINT32 lane = 0; lane < TableMax; ++lane)
+        {
+            sums[lane] = std::fma(pWeights[lane], value, sums[lane]);
+        }
+    }
+    for (UINT32 index = 0; index < m_tableCount; ++index)
+    {
+        m_tables[index].sum      = sums[index];
+        m_tables[index].isWalked = true;
+    }
+}

@@ -1,0 +1,89 @@
+/// @file
+/// One walk over a grid for the weighted means of many tables.
+///
+/// A weighted mean is a chain of fused multiply-adds, each of which waits for the one before. The chains of several
+/// tables do not wait for one another: walked side by side, sixteen take as long as one, and each keeps its own order
+/// and bits.
+#pragma once
+
+#include <optional>
+
+#include "core/statsprocessor/ckiro2dmetiterator.h"
+#include "core/statsprocessor/ckirogriditerator.h"
+
+/// What decides which regions a weighted mean visits, in which order, and what they are clamped at.
+struct WeightedWalkKey
+{
+    INT32                               channel;  ///< position in the ring of grids
+    kirocorestatsconfig::ResolutionType resolution;
+    AECAlgoROI                          roi;    ///< its weight has no part in it
+    FLOAT                               clamp;  ///< in units of the channel
+
+    bool operator==(const WeightedWalkKey& rOther) const;
+};
+
+class CKIROWeightedWalk
+{
+public:
+    static constexpr UINT32 TableMax = 16;  ///< tables that are walked side by side
+
+    /// Starts anew with the walk that a grid iterator is configured for.
+    /// @param rWeights configured for the same grid and ROI
+    VOID Begin(const WeightedWalkKey& rKey, const CKIROGridIterator& rRegions, const CKIRO2DMetIterator& rWeights);
+
+    bool Is(const WeightedWalkKey& rKey) const
+    {
+        return m_lastFrame > 0 && m_key == rKey;
+    }
+
+    /// Takes up a table for the next frames, unless its weights leave out regions or are not finite, there are as many
+    /// tables as may be, or the walk goes beyond what tables cover.
+    /// @param totalWeight of all regions of the walk, added in its order
+    VOID AddTable(const FLOAT* pTable, FLOAT totalWeight, UINT64 frame);
+
+    /// What one table's walk comes to.
+    struct Sums
+    {
+        FLOAT weighted;
+        FLOAT weights;
+    };
+
+    /// Walks all tables that were asked for in this frame or the one before, unless this has been done in the frame.
+    /// @param pValues stay as they are for the whole frame
+    /// @return nothing for a table that was not added
+    std::optional<Sums> Measure(const FLOAT* pTable, const FLOAT* pValues, UINT64 frame);
+
+    /// In which a table was asked for, 0 before the first.
+    UINT64 LastFrame() const
+    {
+        return m_lastFrame;
+    }
+
+private:
+    static constexpr UINT32 NotFound = TableMax;
+
+    UINT32 FindTable(const FLOAT* pTable);
+    VOID   DropForgotten(UINT64 frame);
+    VOID   Walk(const FLOAT* pValues);
+
+    struct Table
+    {
+        FLOAT  weights[CKIRO2DMetIterator::TableSize];
+        FLOAT  totalWeight;
+        FLOAT  sum;  ///< as of m_walkedFrame
+        UINT64 lastFrame;
+        bool   isWalked;  ///< its sum is of the last walk
+    };
+
+    WeightedWalkKey m_key;
+    UINT32          m_regionCount;  ///< 0 if each table has to be measured alone
+    UINT64          m_lastFrame;
+    UINT64          m_walkedFrame;
+    const FLOAT*    m_pWalkedValues;  ///< null before the first walk
+    UINT32          m_tableCount;
+    UINT32          m_expected;  ///< the table that is likely to be asked for next: requests keep their order
+    Table           m_tables[TableMax];
+    UINT16          m_region[GridRegionCountMax];
+    BYTE            m_entry[GridRegionCountMax];                         ///< of a table, for each region of the walk
+    alignas(64) FLOAT m_lanes[CKIRO2DMetIterator::TableSize][TableMax];  ///< the tables' weights, entry by entry
+};
