@@ -2,6 +2,8 @@
 /// Walks the regions of a grid channel that lie in an ROI and under the active cells of a tile.
 #pragma once
 
+#include <algorithm>
+
 #include "core/statsprocessor/ikiroiterator.h"
 
 /// Regions that a walk can visit when it is not raw, and active cells of a tile.
@@ -83,6 +85,17 @@ public:
                 visit(m_blockStart[block] + m_blockOffset[cell]);
             }
         }
+    }
+
+    /// Copies what a channel holds for a part of the walk. @param pOut one value for each region of the part
+    VOID Gather(const FLOAT* pValues, UINT32 first, UINT32 end, FLOAT* pOut) const
+    {
+        if (m_bIterateRaw == TRUE)
+        {
+            std::copy(pValues + first, pValues + end, pOut);
+            return;
+        }
+        ForRegions(first, end, [&](UINT32 index) { *pOut++ = pValues[index]; });
     }
 
 private:

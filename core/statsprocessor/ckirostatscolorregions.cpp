@@ -3,13 +3,14 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <numeric>
 
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
 #include "core/contextdebugdata.h"
 #include "core/statsprocessor/ckirostatsgridprocessor.h"
-#include "core/statsprocessor/lumaweight.h"
 #include "core/statsprocessor/notmeasured.h"
+#include "core/statsprocessor/regionweights.h"
 #include "interface/kiroresults.h"
 
 using exposurearithmetic::Epsilon;
@@ -19,7 +20,10 @@ namespace
 
 constexpr UINT32 ColorChannelCount = 3;  // luma, R/G, B/G
 constexpr FLOAT  BufferZoneMin     = 0.0001f;
-constexpr UINT32 LumaWeightCount   = 512;  // regions whose luma weights are kept at a time
+constexpr UINT32 ChainCount        = 4;  // sums that are added up side by side, since none waits for another
+
+using regionweights::Batch;
+using regionweights::BatchSize;
 
 const CHAR* NameAt(const CHAR* const* ppNames, UINT32 count, UINT32 index)
 {
@@ -68,6 +72,71 @@ bool HaveSameLumaWeight(const GroupedGridParameters& rGroup, const GroupedGridPa
                                                     rGroup.triggerCount * sizeof(*rGroup.pRangeTrigger)) == 0);
 }
 
+/// Channels of a part of the walk.
+struct ColorBatch
+{
+    Batch luma;  ///< clamped
+    Batch rg;
+    Batch bg;
+};
+
+/// Weights of one region of the colour plane for a part of the walk.
+struct ColorWeights
+{
+    Batch byLuma;
+    Batch byColor;
+};
+
+VOID AddChains(const ColorWeights* const (&rpWeights)[ChainCount], UINT32 count, FLOAT (&rSums)[ChainCount])
+{
+    static_assert(ChainCount == 4, "each sum stays in a register of its own");
+    FLOAT first = rSums[0], second = rSums[1], third = rSums[2], fourth = rSums[3];
+    for (UINT32 index = 0; index < count; ++index)
+    {
+        first  = std::fma(rpWeights[0]->byColor[index], rpWeights[0]->byLuma[index], first);
+        second = std::fma(rpWeights[1]->byColor[index], rpWeights[1]->byLuma[index], second);
+        third  = std::fma(rpWeights[2]->byColor[index], rpWeights[2]->byLuma[index], third);
+        fourth = std::fma(rpWeights[3]->byColor[index], rpWeights[3]->byLuma[index], fourth);
+    }
+    rSums[0] = first;
+    rSums[1] = second;
+    rSums[2] = third;
+    rSums[3] = fourth;
+}
+
+/// @param count       up to ChainCount
+/// @param walked      regions of the grid that the batch holds
+/// @param rLumaWeights of the region before, and of the last one afterwards
+VOID AddColors(GroupedGridParameters** ppRegions, UINT32 count, const ColorBatch& rBatch, UINT32 walked,
+               Batch& rLumaWeights)
+{
+    ColorWeights        weights[ChainCount];
+    const ColorWeights* pWeights[ChainCount];
+    FLOAT               sums[ChainCount] = {};
+    std::fill(std::begin(pWeights), std::end(pWeights),
+              &weights[0]);  // chains without a region add up what nobody reads
+    for (UINT32 chain = 0; chain < count; ++chain)
+    {
+        const GroupedGridParameters& rGroup = *ppRegions[chain];
+        if (rGroup.bLumaWeightOfOwn == TRUE)
+        {
+            regionweights::ByLuma(rGroup.triggerCount, rGroup.pRangeTrigger, rBatch.luma, rLumaWeights);
+        }
+        std::copy(std::begin(rLumaWeights), std::end(rLumaWeights), weights[chain].byLuma);
+        regionweights::ByColor({rGroup.rgCenter, rGroup.rgDist_min, rGroup.rgDist_buffDist},
+                               {rGroup.bgCenter, rGroup.bgDist_min, rGroup.bgDist_buffDist}, rBatch.rg, rBatch.bg,
+                               weights[chain].byColor);
+        pWeights[chain] = &weights[chain];
+        sums[chain]     = rGroup.lumaWeightedCount;
+    }
+    AddChains(pWeights, walked, sums);
+    for (UINT32 chain = 0; chain < count; ++chain)
+    {
+        ppRegions[chain]->lumaWeightedCount = sums[chain];
+        ppRegions[chain]->totalRgnCount += walked;
+    }
+}
+
 }  // namespace
 
 KiroResult CKIROStatsGridProcessor::GetRgBgStatsCount(const CHAR* const* ppStatsName, UINT32 statsCount,
@@ -94,15 +163,28 @@ KiroResult CKIROStatsGridProcessor::GetRgBgStatsCount(const CHAR* const* ppStats
     const FLOAT            rgEnd             = box.x + box.dx;
     const FLOAT            bgEnd             = box.y + box.dy;
     FLOAT                  weightedCount     = 0.0f;
+    Batch                  luma              = {};
+    UINT32                 count             = 0;
+    const auto             addBatch          = [&]
+    {
+        Batch weights;
+        regionweights::ByLuma(triggerCount, pTriggers, luma, weights);
+        weightedCount = std::accumulate(weights, weights + count, weightedCount);
+        count         = 0;
+    };
     m_gridItr.ForEachRegion(
         [&](UINT32 index)
         {
             if (box.x <= pRg[index] && pRg[index] <= rgEnd && box.y <= pBg[index] && pBg[index] <= bgEnd)
             {
-                weightedCount +=
-                    GetRegionalLumaWeight(triggerCount, pTriggers, std::min(pLuma[index], statsAbsThreshold));
+                luma[count++] = std::min(pLuma[index], statsAbsThreshold);
+                if (count == BatchSize)
+                {
+                    addBatch();
+                }
             }
         });
+    addBatch();
     rRgbgCount = weightedCount;
     return 0;
 }
@@ -176,9 +258,9 @@ VOID CKIROStatsGridProcessor::GetExtColorRgBgStatsRatio(GroupedGridParameters** 
             (region == 0 || !HaveSameLumaWeight(*ppRegions[region], *ppRegions[region - 1])) ? TRUE : FALSE;
     }
     const UINT32 total = m_gridItr.GetTotalNumOfRegions();
-    for (UINT32 first = 0; first < total; first += LumaWeightCount)
+    for (UINT32 first = 0; first < total; first += BatchSize)
     {
-        AccumulatePart(ppRegions, regionCount, first, std::min(total - first, LumaWeightCount));
+        AccumulatePart(ppRegions, regionCount, first, first + std::min(total - first, BatchSize));
     }
     for (UINT32 region = 0; region < regionCount; ++region)
     {
@@ -186,49 +268,29 @@ VOID CKIROStatsGridProcessor::GetExtColorRgBgStatsRatio(GroupedGridParameters** 
     }
 }
 
-/// One after another, the regions go over a part of the walk: the sum of each is a chain of its own.
+/// All extreme colours go over a part of the walk, of at most a batch.
 VOID CKIROStatsGridProcessor::AccumulatePart(GroupedGridParameters** ppRegions, UINT32 regionCount, UINT32 first,
-                                             UINT32 count) const
+                                             UINT32 end) const
 {
-    FLOAT        lumaWeights[LumaWeightCount];
-    const FLOAT* pLuma = m_rStatsBuffer[static_cast<UINT32>(m_group.chNum_luma)].channelData.Data.pFData;
-    for (UINT32 region = 0; region < regionCount; ++region)
+    const auto gather = [&](INT32 channel, Batch& rValues)
     {
-        GroupedGridParameters& rGroup = *ppRegions[region];
-        if (region == 0 || rGroup.bLumaWeightOfOwn == TRUE)
-        {
-            FLOAT* pNext = lumaWeights;
-            m_gridItr.ForRegions(first, first + count,
-                                 [&](UINT32 index)
-                                 {
-                                     const FLOAT luma = std::min(m_group.statsAbsThreshold, pLuma[index]);
-                                     *pNext++ = GetRegionalLumaWeight(rGroup.triggerCount, rGroup.pRangeTrigger, luma);
-                                 });
-        }
-        AccumulateRegion(rGroup, lumaWeights, first, count);
+        const FLOAT* pValues = m_rStatsBuffer[static_cast<UINT32>(channel)].channelData.Data.pFData;
+        m_gridItr.Gather(pValues, first, end, rValues);
+        std::fill(rValues + (end - first), std::end(rValues), 0.0f);
+    };
+    ColorBatch batch;
+    gather(m_group.chNum_luma, batch.luma);
+    gather(m_group.chNum_rg, batch.rg);
+    gather(m_group.chNum_bg, batch.bg);
+    for (FLOAT& rLuma : batch.luma)
+    {
+        rLuma = std::min(m_group.statsAbsThreshold, rLuma);
     }
-}
-
-/// @param pLumaWeights of this part's regions
-VOID CKIROStatsGridProcessor::AccumulateRegion(GroupedGridParameters& rGroup, const FLOAT* pLumaWeights, UINT32 first,
-                                               UINT32 count) const
-{
-    const FLOAT*                pRg   = m_rStatsBuffer[static_cast<UINT32>(m_group.chNum_rg)].channelData.Data.pFData;
-    const FLOAT*                pBg   = m_rStatsBuffer[static_cast<UINT32>(m_group.chNum_bg)].channelData.Data.pFData;
-    const GroupedGridParameters group = rGroup;
-    FLOAT                       weightedCount = rGroup.lumaWeightedCount;
-    m_gridItr.ForRegions(first, first + count,
-                         [&](UINT32 index)
-                         {
-                             const FLOAT statDistRG = std::abs(pRg[index] - group.rgCenter);
-                             const FLOAT statDistBG = std::abs(pBg[index] - group.bgCenter);
-                             const FLOAT extRGBweight =
-                                 std::min(GetSoftEdgeWeight(statDistRG, group.rgDist_min, group.rgDist_buffDist),
-                                          GetSoftEdgeWeight(statDistBG, group.bgDist_min, group.bgDist_buffDist));
-                             weightedCount = std::fma(extRGBweight, *pLumaWeights++, weightedCount);
-                         });
-    rGroup.lumaWeightedCount = weightedCount;
-    rGroup.totalRgnCount += count;
+    Batch lumaWeights;  // as of the region before
+    for (UINT32 region = 0; region < regionCount; region += ChainCount)
+    {
+        AddColors(ppRegions + region, std::min(regionCount - region, ChainCount), batch, end - first, lumaWeights);
+    }
 }
 
 VOID CKIROStatsGridProcessor::StoreColorRatio(GroupedGridParameters& rGroup)

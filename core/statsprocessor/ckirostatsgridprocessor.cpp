@@ -5,7 +5,6 @@
 
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
-#include "core/statsprocessor/lumaweight.h"
 #include "core/statsprocessor/notmeasured.h"
 #include "interface/kiroresults.h"
 

@@ -96,10 +96,9 @@ private:
     KiroResult GetWeightedROIInterpLuma(const CHAR* pName, INT32 roiID, INT32 metTableID, FLOAT& rLumaAverage,
                                         FLOAT statsThreshold);
     bool       FillIntegrals(const KIROCntStatsOut& rStats, FLOAT statsThreshold, FLOAT* pLuma, FLOAT* pWeight);
-    VOID       AccumulatePart(GroupedGridParameters** ppRegions, UINT32 regionCount, UINT32 first, UINT32 count) const;
+    VOID       AccumulatePart(GroupedGridParameters** ppRegions, UINT32 regionCount, UINT32 first, UINT32 end) const;
     CKIROWeightedWalk::Sums WalkAlone(const FLOAT* pValues, FLOAT clamp);
-    VOID AccumulateRegion(GroupedGridParameters& rGroup, const FLOAT* pLumaWeights, UINT32 first, UINT32 count) const;
-    VOID StoreColorRatio(GroupedGridParameters& rGroup);
+    VOID                    StoreColorRatio(GroupedGridParameters& rGroup);
 
     IKIROContextManager&     m_rContextManager;
     CKIROGridIterator        m_gridItr;

@@ -1,11 +1,12 @@
 // Measures over grid channels, by numbers worked out by hand.
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <limits>
 #include <random>
 
-#include "core/statsprocessor/lumaweight.h"
+#include "core/statsprocessor/regionweights.h"
 #include "tests/support/statsfixture.h"
 
 using namespace statsfixture;
@@ -224,19 +225,26 @@ TEST_F(GridMeasures, PlainMeanCountsItsRegions)
     EXPECT_EQ(regions, 2u);
 }
 
-TEST(LumaWeight, MapsWithinRowsAndBetweenThem)
+TEST(RegionWeights, MapLumaWithinRowsAndBetweenThem)
 {
     const TriggerSystemEndLevelStartEndType rows[] = {{{10.0f, 20.0f}, {1.0f, 2.0f}}, {{40.0f, 50.0f}, {6.0f, 8.0f}}};
-    const FLOAT expected[][2] = {{5.0f, 1.0f},  {10.0f, 1.0f}, {15.0f, 1.5f}, {20.0f, 2.0f}, {30.0f, 4.0f},
-                                 {40.0f, 6.0f}, {45.0f, 7.0f}, {50.0f, 8.0f}, {60.0f, 8.0f}};
-    for (const auto& rPair : expected)
+    const FLOAT          expected[][2] = {{5.0f, 1.0f},  {10.0f, 1.0f}, {15.0f, 1.5f}, {20.0f, 2.0f}, {30.0f, 4.0f},
+                                          {40.0f, 6.0f}, {45.0f, 7.0f}, {50.0f, 8.0f}, {60.0f, 8.0f}};
+    regionweights::Batch luma          = {}, weights;
+    for (size_t index = 0; index < std::size(expected); ++index)
     {
-        EXPECT_FLOAT_EQ(GetRegionalLumaWeight(2, rows, rPair[0]), rPair[1]) << rPair[0];
+        luma[index] = expected[index][0];
+    }
+    regionweights::ByLuma(2, rows, luma, weights);
+    for (size_t index = 0; index < std::size(expected); ++index)
+    {
+        EXPECT_FLOAT_EQ(weights[index], expected[index][1]) << luma[index];
     }
     const TriggerSystemEndLevelStartEndType point[] = {{{10.0f, 10.0f}, {3.0f, 5.0f}}};
-    EXPECT_EQ(GetRegionalLumaWeight(1, point, 10.0f), 5.0f) << "the far end";
-    EXPECT_EQ(GetSoftEdgeWeight(1.0f, 1.0f, 2.0f), 1.0f);
-    EXPECT_EQ(GetSoftEdgeWeight(3.0f, 1.0f, 2.0f), 0.0f);
+    regionweights::ByLuma(1, point, luma, weights);
+    EXPECT_EQ(weights[1], 5.0f) << "the far end";
+    regionweights::ByLuma(0, nullptr, luma, weights);
+    EXPECT_EQ(weights[1], 0.0f);
 }
 
 class ColorMeasures : public StatsTest
@@ -272,7 +280,8 @@ protected:
     std::vector<FLOAT>                m_rg       = {0.5f, 0.625f, 0.75f, 0.5f};
     std::vector<FLOAT>                m_bg       = {0.5f, 0.625f, 0.5f, 0.5f};
     TriggerSystemEndLevelStartEndType m_rows[2]  = {{{0.0f, 100.0f}, {0.0f, 1.0f}}, {{200.0f, 300.0f}, {1.0f, 0.0f}}};
-    FLOAT                             m_count    = 0.0f;
+    TriggerSystemEndLevelStartEndType m_rowsOf[6][2];  ///< for those that are measured together
+    FLOAT                             m_count = 0.0f;
 };
 
 TEST_F(ColorMeasures, CountsRegionsOfABoxByLuma)
@@ -334,6 +343,46 @@ TEST_F(ColorMeasures, OneWalkServesAllExtremeColours)
     EXPECT_EQ(Stored(40), 0.0f);
     EXPECT_TRUE(m_log.Has(LevelError, "Iterator configuration failed."));
     EXPECT_EQ(Initialize(0.25f), nullptr);
+}
+
+TEST_F(ColorMeasures, ExtremeColoursOfOneWalkHaveTheBitsThatEachHasAlone)
+{
+    constexpr INT32                       count = 6;  // more than are added up side by side
+    std::mt19937                          random(5);
+    std::uniform_real_distribution<FLOAT> ratio(0.1f, 2.0f), level(0.0f, 400.0f);
+    m_luma.resize(30 * 20);  // more than one batch, and a part of one
+    m_rg.resize(m_luma.size());
+    m_bg.resize(m_luma.size());
+    std::generate(m_luma.begin(), m_luma.end(), [&] { return level(random); });
+    std::generate(m_rg.begin(), m_rg.end(), [&] { return ratio(random); });
+    std::generate(m_bg.begin(), m_bg.end(), [&] { return ratio(random); });
+    SetChannels(30, 20);
+    m_context.m_input.AWBState = {TRUE, 1.0f, 2.0f, 4.0f, 5000, {}};
+
+    GroupedGridParameters  groups[count];
+    GroupedGridParameters* all[count];
+    FLOAT                  alone[count];
+    for (INT32 index = 0; index < count; ++index)
+    {
+        SetROI(3, 0.1f + 0.1f * static_cast<FLOAT>(index), 0.2f + 0.3f * static_cast<FLOAT>(index), 0.3f, 1.0f);
+        m_rows[1].trigger.start     = (index % 3 == 0) ? 200.0f : 250.0f;  // luma weighs alike in some of them only
+        groups[index]               = *Initialize(0.25f);
+        groups[index].outputStorage = {10 + index, 10 + index};
+        GroupedGridParameters  copy = groups[index];
+        GroupedGridParameters* pOne = &copy;
+        m_pStats->ProcGetExtColorRgBgStatsRatio(&pOne, 1);
+        alone[index]                = Stored(10 + index);
+        all[index]                  = &groups[index];
+        m_rowsOf[index][0]          = m_rows[0];
+        m_rowsOf[index][1]          = m_rows[1];
+        groups[index].pRangeTrigger = m_rowsOf[index];
+    }
+    m_pStats->ProcGetExtColorRgBgStatsRatio(all, count);
+    for (INT32 index = 0; index < count; ++index)
+    {
+        EXPECT_EQ(std::bit_cast<UINT32>(Stored(10 + index)), std::bit_cast<UINT32>(alone[index])) << index;
+        EXPECT_GT(alone[index], 0.0f);
+    }
 }
 
 TEST_F(GridMeasures, RoughnessComparesInnerRegionsWithTheirNeighbourhood)
