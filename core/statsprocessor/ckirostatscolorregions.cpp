@@ -184,7 +184,10 @@ KiroResult CKIROStatsGridProcessor::GetRgBgStatsCount(const CHAR* const* ppStats
                 }
             }
         });
-    addBatch();
+    if (count > 0)
+    {
+        addBatch();
+    }
     rRgbgCount = weightedCount;
     return 0;
 }

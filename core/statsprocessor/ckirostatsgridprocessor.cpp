@@ -18,12 +18,6 @@ bool IsFraction(FLOAT value)
     return value >= 0.0f && value <= 1.0f;
 }
 
-bool IsSingleCell(const KIROSubsamplingInfo& rSubsampling)
-{
-    return rSubsampling.pSSPattern == nullptr ||
-           (rSubsampling.width == 1 && rSubsampling.height == 1 && rSubsampling.pSSPattern[0] == ActiveCell);
-}
-
 bool IsNearlyFullFrame(const AECAlgoROI& rROI)
 {
     return std::abs(rROI.x) < Epsilon && std::abs(rROI.y) < Epsilon && std::abs(rROI.dx - 1.0f) < Epsilon &&
@@ -170,8 +164,9 @@ KiroResult CKIROStatsGridProcessor::GetWeightedLuma(const CHAR* pStatsName, INT3
     const KIROCntStatsOut& rStats  = m_rStatsBuffer[static_cast<UINT32>(position)];
     const FLOAT*           pValues = rStats.channelData.Data.pFData;
     const WeightedWalkKey  key     = {position, rStats.resolution, roi, ClampValue(rStats.resolution, statsThreshold)};
-    // Without a table of its own the request takes the weights of the one before, and a tile leaves out regions.
-    const bool                             isShared = metTableID >= 0 && IsSingleCell(rSubsampling);
+    // Without a table of its own the request takes the weights of the one before, a tile leaves out regions, and a
+    // clamp that is no number is no part of a key.
+    const bool isShared = metTableID >= 0 && rSubsampling.pSSPattern == nullptr && !std::isnan(key.clamp);
     std::optional<CKIROWeightedWalk::Sums> sums;
     if (isShared)
     {

@@ -6,8 +6,6 @@
 
 #include "core/statsprocessor/statschannels.h"
 
-static_assert(GridRegionCountMax <= 0xFFFF, "regions of a walk are kept in 16 bits");
-
 bool WeightedWalkKey::operator==(const WeightedWalkKey& rOther) const
 {
     return channel == rOther.channel && clamp == rOther.clamp && roi.x == rOther.roi.x && roi.y == rOther.roi.y &&
@@ -32,7 +30,7 @@ VOID CKIROWeightedWalk::Begin(const WeightedWalkKey& rKey, const CKIROGridIterat
             isInside          = isInside && entry >= 0 && count < GridRegionCountMax;
             if (isInside)
             {
-                m_region[count] = static_cast<UINT16>(region);
+                m_region[count] = region;
                 m_entry[count]  = static_cast<BYTE>(entry);
                 ++count;
             }
@@ -43,6 +41,7 @@ VOID CKIROWeightedWalk::Begin(const WeightedWalkKey& rKey, const CKIROGridIterat
 VOID CKIROWeightedWalk::AddTable(const FLOAT* pTable, FLOAT totalWeight, UINT64 frame)
 {
     m_lastFrame = frame;
+    // All lanes take all regions, so none may be left out; and which bits a NaN keeps is not the same in a lane.
     if (m_regionCount == 0 || m_tableCount == TableMax ||
         !std::all_of(pTable, pTable + CKIRO2DMetIterator::TableSize,
                      [](FLOAT weight) { return std::isfinite(weight) && weight != CKIRO2DMetIterator::NoWeight; }))

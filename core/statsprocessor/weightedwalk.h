@@ -2,8 +2,8 @@
 /// One walk over a grid for the weighted means of many tables.
 ///
 /// A weighted mean is a chain of fused multiply-adds, each of which waits for the one before. The chains of several
-/// tables do not wait for one another: walked side by side, sixteen take as long as one, and each keeps its own order
-/// and bits.
+/// tables do not wait for one another: walked side by side, sixteen take about as long as one, and each keeps its own
+/// order and bits.
 #pragma once
 
 #include <optional>
@@ -31,7 +31,7 @@ public:
     /// @param rWeights configured for the same grid and ROI
     VOID Begin(const WeightedWalkKey& rKey, const CKIROGridIterator& rRegions, const CKIRO2DMetIterator& rWeights);
 
-    bool Is(const WeightedWalkKey& rKey) const
+    bool IsFor(const WeightedWalkKey& rKey) const
     {
         return m_lastFrame > 0 && m_key == rKey;
     }
@@ -83,7 +83,7 @@ private:
     UINT32          m_tableCount;
     UINT32          m_expected;  ///< the table that is likely to be asked for next: requests keep their order
     Table           m_tables[TableMax];
-    UINT16          m_region[GridRegionCountMax];
-    BYTE            m_entry[GridRegionCountMax];                         ///< of a table, for each region of the walk
-    alignas(64) FLOAT m_lanes[CKIRO2DMetIterator::TableSize][TableMax];  ///< the tables' weights, entry by entry
+    UINT32          m_region[GridRegionCountMax];
+    BYTE            m_entry[GridRegionCountMax];                       ///< of a table, for each region of the walk
+    FLOAT           m_lanes[CKIRO2DMetIterator::TableSize][TableMax];  ///< the tables' weights, entry by entry
 };

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-CKIROWeightedWalks::CKIROWeightedWalks() : m_pWalks(TavoNewArray<CKIROWeightedWalk>(WalkMax)), m_frame(FirstFrame)
+CKIROWeightedWalks::CKIROWeightedWalks()
+    : m_pWalks(TavoNewArray<CKIROWeightedWalk>(WalkMax)), m_frame(FirstFrame), m_bIsNewFrame(FALSE)
 {
     if (m_pWalks == nullptr)
     {
@@ -14,7 +15,7 @@ CKIROWeightedWalk* CKIROWeightedWalks::Find(const WeightedWalkKey& rKey)
 {
     for (UINT32 index = 0; index < WalkMax; ++index)
     {
-        if (m_pWalks[index].Is(rKey))
+        if (m_pWalks[index].IsFor(rKey))
         {
             return &m_pWalks[index];
         }
@@ -25,6 +26,11 @@ CKIROWeightedWalk* CKIROWeightedWalks::Find(const WeightedWalkKey& rKey)
 std::optional<CKIROWeightedWalk::Sums> CKIROWeightedWalks::Measure(const WeightedWalkKey& rKey, const FLOAT* pTable,
                                                                    const FLOAT* pValues)
 {
+    if (m_bIsNewFrame == TRUE)
+    {
+        m_bIsNewFrame = FALSE;
+        ++m_frame;
+    }
     CKIROWeightedWalk* pWalk = Find(rKey);
     return (pWalk != nullptr) ? pWalk->Measure(pTable, pValues, m_frame) : std::nullopt;
 }

@@ -16,7 +16,7 @@ public:
     /// Other values come in: what was measured is no more.
     VOID BeginFrame()
     {
-        ++m_frame;
+        m_bIsNewFrame = TRUE;
     }
 
     /// @param pTable 256 weights @param pValues of the channel, unchanged until the next BeginFrame()
@@ -30,12 +30,13 @@ public:
 
 private:
     /// Walks of a tuning: a channel of each exposure under a few regions.
-    static constexpr UINT32 WalkMax = 12;
+    static constexpr UINT32 WalkMax = 8;
 
     static constexpr UINT64 FirstFrame = 2;  ///< so that walks that were never used count as forgotten
 
     CKIROWeightedWalk* Find(const WeightedWalkKey& rKey);
 
     TavoArray<CKIROWeightedWalk> m_pWalks;
-    UINT64                       m_frame;
+    UINT64                       m_frame;  ///< counts those in which a mean was asked for: metering may skip some
+    BOOL                         m_bIsNewFrame;
 };

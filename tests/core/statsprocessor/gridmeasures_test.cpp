@@ -114,7 +114,8 @@ protected:
     {
         UINT32 table;
         UINT32 roi;
-        bool   isUnknownTable;
+        INT32  tableID;
+        bool   isTiled;
     };
 
     FLOAT Random(FLOAT low, FLOAT high)
@@ -129,8 +130,9 @@ protected:
 
     VOID MakeSet()
     {
-        m_width  = 1 + RandomUpTo(19);
-        m_height = 1 + RandomUpTo(15);
+        const bool isHuge = RandomUpTo(400) == 0;  // more regions than fit into 16 bits
+        m_width           = isHuge ? 300 : 1 + RandomUpTo(19);
+        m_height          = isHuge ? 300 : 1 + RandomUpTo(15);
         m_values.resize(static_cast<size_t>(m_width) * m_height);
         for (auto& rTable : m_tables)
         {
@@ -146,32 +148,30 @@ protected:
             rROI = {x, y, Random(0.01f, 1.0f - x), Random(0.01f, 1.0f - y)};
         }
         m_rois[0] = {0.0f, 0.0f, 1.0f, 1.0f};
+        m_rois[1] = {0.5f, 0.93f, 0.1f, 0.05f};
         m_requests.resize(1 + RandomUpTo(11));
         for (Request& rRequest : m_requests)
         {
-            rRequest = {RandomUpTo(TableCount - 1), RandomUpTo(ROIs - 1), RandomUpTo(15) == 0};
+            constexpr INT32 tableIDs[] = {TableID, TableID, TableID, TableID, TableID, 77, -1};
+            rRequest = {RandomUpTo(TableCount - 1), RandomUpTo(ROIs - 1), tableIDs[RandomUpTo(6)], RandomUpTo(9) == 0};
         }
     }
 
-    FLOAT Ask(CKIROStatsProcessor& rStats, const Request& rRequest)
+    /// @param rNoTile a tile of one cell measures what no tile does, but always alone
+    FLOAT Ask(CKIROStatsProcessor& rStats, const Request& rRequest, const KIROSubsamplingInfo& rNoTile)
     {
         std::copy(m_tables[rRequest.table].begin(), m_tables[rRequest.table].end(), m_table.weights);
         const auto& rROI = m_rois[rRequest.roi];
         SetROI(7, rROI[0], rROI[1], rROI[2], rROI[3]);
+        constexpr UINT32    cells[] = {1, 0, 0, 1};
+        KIROSubsamplingInfo tile    = rNoTile;
+        if (rRequest.isTiled)
+        {
+            tile = {cells, 2, 2};
+        }
         FLOAT luma = 0.0f;
-        (VOID) rStats.GetGridWeightedLuma("luma", 7, NoSubsampling, rRequest.isUnknownTable ? 77 : TableID, luma,
-                                          DoNotHandle, FALSE);
+        (VOID) rStats.GetGridWeightedLuma("luma", 7, tile, rRequest.tableID, luma, DoNotHandle, FALSE);
         return luma;
-    }
-
-    /// Two frames without a request let a processor forget what it has walked.
-    FLOAT AskAlone(const Request& rRequest)
-    {
-        m_pAlone->ResetStats();
-        m_pAlone->ResetStats();
-        KIROCntStatsOut grid = Grid("luma", m_width, m_height, m_values);
-        (VOID) m_pAlone->SetStats(grid, StatisticsStartUpValid);
-        return Ask(*m_pAlone, rRequest);
     }
 
     std::mt19937                                   m_random{17};
@@ -195,11 +195,14 @@ TEST_F(SharedWalks, MeansOfOneWalkHaveTheBitsThatEachHasAlone)
             {
                 rValue = Random(0.0f, 300.0f);  // some of them clamped
             }
-            SetAlone(Grid("luma", m_width, m_height, m_values));
+            KIROCntStatsOut grid = Grid("luma", m_width, m_height, m_values);
+            SetAlone(grid);
+            m_pAlone->ResetStats();
+            ASSERT_EQ(m_pAlone->SetStats(grid, StatisticsStartUpValid), 0);
             for (const Request& rRequest : m_requests)
             {
-                const FLOAT shared = Ask(*m_pStats, rRequest);
-                const FLOAT alone  = AskAlone(rRequest);
+                const FLOAT shared = Ask(*m_pStats, rRequest, NoSubsampling);
+                const FLOAT alone  = Ask(*m_pAlone, rRequest, SingleCellTile);
                 ASSERT_EQ(std::bit_cast<UINT32>(shared), std::bit_cast<UINT32>(alone)) << set << " " << frame;
             }
             if (RandomUpTo(2) == 0)
