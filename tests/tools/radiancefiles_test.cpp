@@ -188,7 +188,7 @@ TEST(ExrInput, SizesThatWouldTakeAllMemoryAreRefusedBeforeTheyAreUsed)
         {Changed(lines, window, 4 + 8, std::string("\xff\x1f\0\0\xff\x0f\0\0", 8)), "expected at most 16777216 pixels"},
         {Changed(lines, window, 4 + 8, std::string("\xff\x03\0\0\xff\x01\0\0", 8)), "expected more bytes"},
         {Changed(lines, text("screenWindowWidth", "float"), 0, huge), "ends within its header"},
-        {Changed(lines, text("lineOrder", "lineOrder"), 0, std::string("\x02", 1)), "its lineOrder"},
+        {Changed(lines, text("lineOrder", "lineOrder"), 0, std::string("\x02", 1)), "its attribute 'lineOrder'"},
         {Changed(lines, text("channels", "chlist"), 0, std::string("\x36", 1)), "a list of channels of another size"},
         {Changed(tiles, text("tiles", "tiledesc"), 4, std::string("\x01", 1)), "expected tiles of 8 to 512 pixels"},
         {Changed(lines, "", 5, "\x10"), "with a single part of lines or tiles"}};

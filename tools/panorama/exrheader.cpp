@@ -130,7 +130,7 @@ private:
         else if (type != known->type || static_cast<size_t>(size) < known->least ||
                  static_cast<size_t>(size) > known->most)
         {
-            Fail(fmt::format("its {} are not as expected in a panorama", known->name));
+            Fail(fmt::format("its attribute '{}' is not of the type and size that a picture has", known->name));
         }
         const size_t end = m_place + static_cast<size_t>(size);
         CheckSizes(name);
