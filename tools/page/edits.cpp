@@ -10,7 +10,6 @@
 #include "tools/kirotune/livenumbers.h"
 #include "tools/kirotune/livesharing.h"
 #include "tools/liveclient/texts.h"
-#include "tools/tuningfile/modepath.h"
 
 namespace page
 {
@@ -25,11 +24,6 @@ using liveclient::Value;
 
 /// Edits that can be taken back.
 constexpr size_t MaxSteps = 1000;
-
-/// What a person should know beside a patch stands in the answers of the page already.
-VOID DropRemark(const std::string& /*rRemark*/)
-{
-}
 
 bool IsSameEdit(const EditCommand& rOne, const EditCommand& rOther)
 {
@@ -50,22 +44,6 @@ bool IsMeant(const std::vector<std::string>& rPaths, const std::string& rMember)
                                              return rMember == rPath || rMember.starts_with(rPath + '.') ||
                                                     rMember.starts_with(rPath + '[');
                                          });
-}
-
-/// The module that frames of a mode find in a tuning. @return null if it has none
-const tuningfile::Module* ModuleOf(const tuningfile::ModeTable& rTable, const std::string& rMode,
-                                   const std::string& rModule)
-{
-    const tuning::ModuleDescription* pDescription = tuningfile::FindModule(rModule);
-    for (UINT32 index = 0; pDescription != nullptr && index < rTable.modes.size(); ++index)
-    {
-        if (tuningfile::PathOf(rTable, index) == rMode)
-        {
-            const tuningfile::Module* pOwn = tuningfile::FindModuleOf(rTable.modes[index], *pDescription);
-            return (pOwn != nullptr) ? pOwn : tuningfile::FindModuleAbove(rTable, index, *pDescription);
-        }
-    }
-    return nullptr;
 }
 
 }  // namespace
@@ -223,29 +201,6 @@ EditResult Edits::Redo(LiveCamera& rCamera)
     return result;
 }
 
-std::map<std::string, std::string> Edits::Starts(LiveCamera& rCamera, const std::string& rMode,
-                                                 const std::string& rModule)
-{
-    const UINT32 table = rCamera.TableInUse();
-    if (m_pTuning == nullptr)
-    {
-        const auto found = m_starts.find({table, rMode, rModule});
-        return (found != m_starts.end()) ? found->second : std::map<std::string, std::string>();
-    }
-    const tuningfile::Module* pModule =
-        (table < m_pTuning->tables.size()) ? ModuleOf(m_pTuning->tables[table], rMode, rModule) : nullptr;
-    std::map<std::string, std::string> starts;
-    if (pModule != nullptr)
-    {
-        const tuning::RecordDescription& rRecord = *pModule->pDescription->pRecord;
-        for (const std::string& rMember : kirotune::PathsOf(rRecord, pModule->pRecord).held)
-        {
-            starts[rMember] = kirotune::NumberText(rRecord, pModule->pRecord, rMember);
-        }
-    }
-    return starts;
-}
-
 EditResult Edits::Reset(LiveCamera& rCamera, const std::string& rMode, const std::string& rModule,
                         const std::vector<std::string>& rPaths)
 {
@@ -277,43 +232,6 @@ EditResult Edits::Reset(LiveCamera& rCamera, const std::string& rMode, const std
     m_redo.clear();
     SetCounts();
     return result;
-}
-
-std::vector<kirotune::Change> Edits::Changes(LiveCamera& rCamera)
-{
-    if (m_pTuning != nullptr)
-    {
-        return rCamera.ChangesSince(*m_pTuning, "Default", DropRemark);
-    }
-    const UINT32                  table = rCamera.TableInUse();
-    std::vector<kirotune::Change> changes;
-    for (const auto& [rPlace, rStarts] : m_starts)
-    {
-        std::vector<std::string> members;
-        std::transform(rStarts.begin(), rStarts.end(), std::back_inserter(members),
-                       [](const auto& rStart) { return rStart.first; });
-        if (rPlace.table != table)
-        {
-            continue;
-        }
-        for (const Value& rHeld : kirotune::ReadNumbers(rCamera.Client(), rPlace.mode, rPlace.module, members))
-        {
-            const auto start = rStarts.find(rHeld.name);
-            if (start != rStarts.end() && start->second != rHeld.text)
-            {
-                changes.push_back({rPlace.mode, rPlace.module, rHeld.name, start->second, rHeld.text});
-            }
-        }
-    }
-    return changes;
-}
-
-std::string Edits::Patch(LiveCamera& rCamera)
-{
-    const kirotune::Journal journal(rCamera.Place(), rCamera.Device());
-    const auto              numbers = (m_pTuning != nullptr) ? rCamera.NumbersSince(*m_pTuning, journal, DropRemark)
-                                                             : rCamera.NumbersOfJournal(journal, DropRemark);
-    return numbers.empty() ? "" : rCamera.PatchOf(numbers);
 }
 
 }  // namespace page

@@ -7,6 +7,7 @@
 #include "tools/liveclient/texts.h"
 #include "tools/page/address.h"
 #include "tools/page/pagejson.h"
+#include "tools/page/requestbody.h"
 
 namespace page
 {

@@ -1,10 +1,9 @@
 /// @file
-/// What the page and its server tell each other, as JSON. Bytes of a camera that are not UTF-8 are replaced.
+/// What the server tells the page, as JSON. Bytes of a camera that are not UTF-8 are replaced.
 #pragma once
 
 #include <map>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "tools/page/cameralink.h"
@@ -48,19 +47,5 @@ std::string ChangesJson(const std::vector<kirotune::Change>& rChanges);
 std::string SampleJson(DOUBLE seconds, const std::vector<liveclient::ControlValue>& rValues);
 
 std::string FrameJson(UINT64 frame);
-
-/// What is to go back to where it started.
-struct WantedReset
-{
-    std::string              mode;
-    std::string              module;
-    std::vector<std::string> paths = {};  ///< none for all
-};
-
-/// @throws std::invalid_argument that says what was expected in the body of the request
-WantedEdit ParseSet(std::string_view body);
-
-/// @throws std::invalid_argument that says what was expected in the body of the request
-WantedReset ParseReset(std::string_view body);
 
 }  // namespace page
