@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <stdexcept>
 
 #include "schema/kirodbstatscalculator.h"
 #include "tools/kirosim/runbands.h"

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <stdexcept>
 
 #include <fmt/format.h>
 
@@ -206,6 +207,10 @@ report::Table RunPage::OriginTable() const
 
 VOID RunPage::Commit(const RunReport& rReport)
 {
+    if (m_trace.FrameCount() == 0)
+    {
+        throw std::runtime_error(m_rOptions.scene + ": the run was too short for a report");
+    }
     m_page.title   = m_rScene.name.empty() ? m_rOptions.scene : m_rScene.name;
     m_page.command = m_rOptions.command;
     m_page.pictureNote =

@@ -31,6 +31,7 @@ public:
     VOID End(Camera& rCamera);
 
     /// @param rReport of the same run
+    /// @throws std::runtime_error without a frame
     VOID Commit(const RunReport& rReport);
 
 private:
