@@ -122,7 +122,7 @@ struct Page
     std::vector<Weights>     weights;
     std::vector<Picture>     pictures;
     std::string              pictureNote;  ///< how the pictures were made
-    Table                    summary;  ///< stands first
+    Table                    summary;      ///< stands first
     std::vector<Table>       tables;
 };
 
