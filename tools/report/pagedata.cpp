@@ -113,7 +113,7 @@ std::string PageData(const Page& rPage)
                                 {"pictures", ListOf(rPage.pictures, toJson)},
                                 {"pictureNote", rPage.pictureNote},
                                 {"summary", JsonOf(rPage.summary)},
-        {"tables", ListOf(rPage.tables, toJson)}};
+                                {"tables", ListOf(rPage.tables, toJson)}};
     const std::string json   = data.dump(-1, ' ', false, Json::error_handler_t::replace);
     std::string       text;
     text.reserve(json.size());
