@@ -303,6 +303,17 @@ TEST(RunReport, SaysInWordsWhatASceneDoes)
                                         "40: EV -3 steps, gain 2 and 5 ms by hand",
                                         "50: touch ends, 15 to 30 frames per second, modes Usecase.Video"}));
 
+    words.clear();
+    for (const CHAR* pVariant : {"", "cut"})
+    {
+        for (const Moment& rMoment : MomentsOf(ReadScene(EXAMPLES_DIR "/scenes/room.yaml", pVariant)))
+        {
+            words.push_back(rMoment.words);
+        }
+    }
+    EXPECT_EQ(words, (std::vector<std::string>{"antibanding off", "turn 140 degrees right, 20 degrees up until 6 s",
+                                               "antibanding off", "another place", "another place within 1 s"}));
+
     // A second round begins anew; what has passed is not said again.
     Scene loop;
     loop.light = {{1.0, 1.0, false}};

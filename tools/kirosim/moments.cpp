@@ -1,6 +1,7 @@
 #include "tools/kirosim/moments.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include <fmt/format.h>
 
@@ -28,6 +29,42 @@ VOID AddLight(const Scene& rScene, std::vector<Moment>& rMoments)
         }
         time = rPoint.time;
         ev   = rPoint.ev;
+    }
+}
+
+/// @return empty for two points of one direction
+std::string TurnWords(const TurnPoint& rFrom, const TurnPoint& rTo)
+{
+    const DOUBLE             yaw   = rTo.yaw - rFrom.yaw;
+    const DOUBLE             pitch = rTo.pitch - rFrom.pitch;
+    std::vector<std::string> ways;
+    if (yaw != 0.0)
+    {
+        ways.push_back(fmt::format("{:.4g} degrees {}", std::abs(yaw), (yaw > 0.0) ? "right" : "left"));
+    }
+    if (pitch != 0.0)
+    {
+        ways.push_back(fmt::format("{:.4g} degrees {}", std::abs(pitch), (pitch > 0.0) ? "up" : "down"));
+    }
+    return ways.empty() ? "" : fmt::format("turn {} until {:.4g} s", fmt::join(ways, ", "), rTo.time);
+}
+
+VOID AddPanorama(const PanoramaScene& rPanorama, std::vector<Moment>& rMoments)
+{
+    for (size_t index = 1; index < rPanorama.path.size(); ++index)
+    {
+        const std::string words = TurnWords(rPanorama.path[index - 1], rPanorama.path[index]);
+        if (!words.empty())
+        {
+            rMoments.push_back({rPanorama.path[index - 1].time, words});
+        }
+    }
+    for (const PanoramaCut& rCut : rPanorama.cuts)
+    {
+        rMoments.push_back(
+            {rCut.time,
+             fmt::format("another place{}{}", rCut.lux.has_value() ? fmt::format(" of {:.4g} lux", *rCut.lux) : "",
+                         (rCut.fade > 0.0) ? fmt::format(" within {:.4g} s", rCut.fade) : "")});
     }
 }
 
@@ -161,6 +198,10 @@ std::vector<Moment> MomentsOf(const Scene& rScene)
 {
     std::vector<Moment> moments;
     AddLight(rScene, moments);
+    if (rScene.panorama.has_value())
+    {
+        AddPanorama(*rScene.panorama, moments);
+    }
     for (const Event& rEvent : rScene.events)
     {
         moments.push_back({rEvent.time, WordsOf(rEvent)});
