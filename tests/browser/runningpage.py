@@ -134,8 +134,12 @@ class Browser:
     def open(self, module: str = "kiroconvergence", mode: str = "Default") -> None:
         self.driver.get("about:blank")
         self.driver.get(f"{self.address}/#mode={mode}&module={module}")
-        wait_for(lambda: self.text("#members h1") == module, f"the module {module}")
-        wait_for(lambda: self.chart_value("safeSensitivity"), "values in the charts")
+        try:
+            wait_for(lambda: self.text("#members h1") == module, f"the module {module}")
+            wait_for(lambda: self.chart_value("safeSensitivity"), "values in the charts")
+        except AssertionError as error:
+            said = [self.text("#banner"), self.text("#notice"), *self.errors()]
+            raise AssertionError(f"{error}; the page says {said}") from None
 
     def set_size(self, width: int, height: int, scheme: str = "light") -> None:
         metrics = {"width": width, "height": height, "deviceScaleFactor": 1, "mobile": False}

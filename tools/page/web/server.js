@@ -7,10 +7,11 @@ export const clientID = window.crypto.getRandomValues(new Uint32Array(2)).join("
 
 /// What the server said no to, in its words.
 export class Refusal extends Error {
-    /// @param isGuard whether the edit goes through if it is forced
-    constructor(message, isGuard) {
+    /// @param isGuard whether the edit goes through if it is forced @param isPassing whether it may be said yes to later
+    constructor(message, { isGuard = false, isPassing = false }) {
         super(message);
         this.isGuard = isGuard;
+        this.isPassing = isPassing;
     }
 }
 
@@ -28,13 +29,16 @@ async function answerOf(request) {
     try {
         response = await request;
     } catch {
-        throw new Refusal("the server of this page does not answer; is kirotune still running?", false);
+        throw new Refusal("the server of this page does not answer; is kirotune still running?", { isPassing: true });
     }
     if (response.ok) {
         return response;
     }
     const said = await response.json().catch(() => ({}));
-    throw new Refusal(said.error ?? `the server answers ${response.status}`, said.guard === true);
+    throw new Refusal(said.error ?? `the server answers ${response.status}`, {
+        isGuard: said.guard === true,
+        isPassing: response.status >= 500,
+    });
 }
 
 /// @throws Refusal

@@ -8,6 +8,8 @@ import { Latest } from "./latest.js";
 import { Members, leavesOf } from "./members.js";
 import { Refusal, addressOf, ask, clientID, tell } from "./server.js";
 
+const TRY_AGAIN = 2000;
+
 export class Session extends EventTarget {
     state = null;
     mode = "Default";
@@ -16,6 +18,7 @@ export class Session extends EventTarget {
     members = new Members([]);
     #newest = [];
     #opened = 0;
+    #timer = 0;
     #refreshes = new Latest(() => this.#refresh(), 500);
 
     #emit(type, detail) {
@@ -65,6 +68,15 @@ export class Session extends EventTarget {
             }
         } catch (error) {
             this.#say(error);
+            this.#tryAgain(error);
+        }
+    }
+
+    /// A camera that is busy, or was lost in the middle, may answer later.
+    #tryAgain(error) {
+        window.clearTimeout(this.#timer);
+        if (error.isPassing) {
+            this.#timer = window.setTimeout(() => this.reload(), TRY_AGAIN);
         }
     }
 
@@ -91,6 +103,7 @@ export class Session extends EventTarget {
             this.#emit("module");
         } catch (error) {
             this.#say(error);
+            this.#tryAgain(error);
         }
     }
 
