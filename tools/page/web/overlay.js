@@ -44,9 +44,10 @@ export class Overlay {
         this.svg = drawn("svg", { viewBox: `0 0 ${SIDE} ${SIDE}`, preserveAspectRatio: "none", "aria-hidden": "true" });
         this.select = element("select", { id: "overlay", change: () => this.#draw() });
         this.control = element("label", { class: "overlay" }, "Show ", this.select);
-        session.on("state", ({ active, camera }) => {
+        this.#offer([]);
+        session.on("state", ({ active, camera, picture }) => {
             this.mode = active.at(0) ?? "Default";
-            if (camera.connected) {
+            if (camera.connected && picture) {
                 this.#read();
             }
         });
@@ -60,11 +61,15 @@ export class Overlay {
                 name: `${kind} ${name}`, draw: () => draw(numbers),
             }));
         };
-        this.#choices = [
-            { name: "the picture alone", draw: () => [] },
+        this.#offer([
             ...(await entries(OWN_MODULES.weights, "weights", SIDE * SIDE, "weights", drawWeights)),
             ...(await entries(OWN_MODULES.regions, "coords", 4, "region", drawRegion)),
-        ];
+        ]);
+    }
+
+    /// What was chosen stays so, if there still is one of that name.
+    #offer(choices) {
+        this.#choices = [{ name: "the picture alone", draw: () => [] }, ...choices];
         const chosen = this.select.value;
         this.select.replaceChildren(...this.#choices.map(({ name }) => element("option", { value: name }, name)));
         this.select.value = this.#choices.some(({ name }) => name === chosen) ? chosen : this.#choices[0].name;
