@@ -27,7 +27,7 @@ misuses() {
     [ $status -eq 2 ] && [ "$(cat stderr)" = "$text" ] || fail "status $status, expected 2 and '$text': $* says $(cat stderr)"
 }
 misuses "kirotune: unknown command 'chek', did you mean 'check'?" kirotune chek a.bin
-misuses "kirotune: no command given, expected one of: new, compile, dump, info, check, schema, reference, debug, live" kirotune
+misuses "kirotune: no command given, expected one of: new, compile, dump, info, check, schema, reference, debug, live, page" kirotune
 misuses "kirotune: unknown option '--outptu' of compile, did you mean '--output'?" kirotune compile a.yaml --outptu=b.bin
 misuses "kirotune: unknown option '--prot' of get, did you mean '--port'?" kirotune live get Default kiroev --prot 1
 misuses "kirotune: unexpected argument 'b.bin' of dump, expected no more" kirotune dump a.bin b.bin
