@@ -1,5 +1,7 @@
 #include "tools/kirosim/deterministic.h"
 
+#include <algorithm>
+#include <bit>
 #include <cmath>
 
 namespace kirosim
@@ -37,18 +39,21 @@ DOUBLE RandomStream::NextGaussian()
     return sum;
 }
 
-DOUBLE RandomStream::NextNoise()
+FLOAT PowerOfTwo(FLOAT exponent)
 {
-    constexpr UINT64 partMask = 0xFFFF;
-    constexpr DOUBLE scale    = 1.0 / 65536.0;
-    constexpr DOUBLE mean     = 12.0 * (0.5 - 0.5 * scale);
-    UINT64           sum      = 0;
-    for (UINT32 draw = 0; draw < 3; ++draw)
+    constexpr FLOAT ln2     = 0.69314718f;
+    constexpr FLOAT shift   = 127.5f;  // makes all exponents positive, so that cutting them to whole numbers rounds
+    const FLOAT     clamped = std::clamp(exponent, -126.0f, 127.0f);
+    const INT32     whole   = static_cast<INT32>(clamped + shift);  // as the bits of a float keep it
+    const FLOAT     x       = (clamped - static_cast<FLOAT>(whole - 127)) * ln2;
+    constexpr FLOAT terms[] = {1.0f / 5040.0f, 1.0f / 720.0f, 1.0f / 120.0f, 1.0f / 24.0f,
+                               1.0f / 6.0f,    0.5f,          1.0f,          1.0f};
+    FLOAT           series  = 0.0f;
+    for (const FLOAT term : terms)
     {
-        const UINT64 parts = Next();
-        sum += (parts & partMask) + (parts >> 16 & partMask) + (parts >> 32 & partMask) + (parts >> 48);
+        series = std::fma(x, series, term);
     }
-    return static_cast<DOUBLE>(sum) * scale - mean;
+    return series * std::bit_cast<FLOAT>(static_cast<UINT32>(whole) << 23);
 }
 
 DOUBLE CosineOfTurns(DOUBLE turns)

@@ -1,5 +1,6 @@
 /// @file
-/// Noise and waves whose bits do not depend on the machine: the same scene, tuning and seed give the same trace.
+/// Random numbers, powers and waves whose bits do not depend on the machine: the same scene, tuning and seed give the
+/// same trace.
 #pragma once
 
 #include "platform/tavotypes.h"
@@ -21,12 +22,12 @@ public:
     /// Mean 0, sigma 1: the sum of twelve uniform numbers less 6, which needs no function of the math library.
     DOUBLE NextGaussian();
 
-    /// The same in steps of 2^-16, from a quarter of the draws: a frame takes 28000 of them.
-    DOUBLE NextNoise();
-
 private:
     UINT64 m_state;
 };
+
+/// 2 to an exponent, which ends at -126 and 127; to 2e-7 of it, by a polynomial of its own.
+FLOAT PowerOfTwo(FLOAT exponent);
 
 /// Cosine of an angle given in turns, by a polynomial of its own.
 DOUBLE CosineOfTurns(DOUBLE turns);

@@ -21,21 +21,24 @@ DOUBLE LuxOf(const FlashLED& rLED, INT32 current)
 }  // namespace
 
 FlashModel::FlashModel(const FlashScene& rScene, const Colour& rLight)
-    : m_rScene(rScene), m_light(rLight), m_lamp{}, m_luma16{}, m_saturation16{}, m_nearLuma(0.0), m_farLuma(0.0)
+    : m_rScene(rScene), m_light(rLight), m_lamp{}, m_lampColour{}, m_nearLux(0.0),
+      m_farLux(0.0), m_luma16{}, m_saturation16{}, m_nearLuma(0.0), m_farLuma(0.0)
 {
-}
-
-bool FlashModel::IsNear(UINT32 region) const
-{
-    return IsInBox(region % GridWidth, region / GridWidth, m_rScene.nearArea, 0.5);
+    for (UINT32 region = 0; region < GridSize; ++region)
+    {
+        m_isNear[region] = IsInBox(region % GridWidth, region / GridWidth, m_rScene.nearArea, 0.5);
+    }
 }
 
 /// Light falls off with the square of the distance.
-DOUBLE FlashModel::LuxAt(UINT32 region) const
+VOID FlashModel::SetLamp(const FlashLamp& rLamp)
 {
-    const DOUBLE atOneMetre = LuxOf(m_rScene.leds[0], m_lamp.LED1Setting) + LuxOf(m_rScene.leds[1], m_lamp.LED2Setting);
-    const DOUBLE distance   = IsNear(region) ? m_rScene.nearDistance : m_rScene.farDistance;
-    return atOneMetre * static_cast<DOUBLE>(m_lamp.litShare) / (distance * distance);
+    const DOUBLE atOneMetre = LuxOf(m_rScene.leds[0], rLamp.LED1Setting) + LuxOf(m_rScene.leds[1], rLamp.LED2Setting);
+    const DOUBLE lit        = atOneMetre * static_cast<DOUBLE>(rLamp.litShare);
+    m_lamp                  = rLamp;
+    m_lampColour            = ColourOf(rLamp.LED1Setting, rLamp.LED2Setting);
+    m_nearLux               = lit / (m_rScene.nearDistance * m_rScene.nearDistance);
+    m_farLux                = lit / (m_rScene.farDistance * m_rScene.farDistance);
 }
 
 Colour FlashModel::ColourOf(INT32 led1, INT32 led2) const
@@ -55,12 +58,11 @@ Colour FlashModel::ColourOf(INT32 led1, INT32 led2) const
 Colour FlashModel::ColourAt(UINT32 region, DOUBLE lux, const Colour& rLight) const
 {
     const DOUBLE lampLux = LuxAt(region);
-    const Colour lamp    = ColourOf(m_lamp.LED1Setting, m_lamp.LED2Setting);
     const DOUBLE share   = (lampLux > 0.0) ? lampLux / (lampLux + lux) : 0.0;
-    return {rLight.rg + share * (lamp.rg - rLight.rg), rLight.bg + share * (lamp.bg - rLight.bg)};
+    return {rLight.rg + share * (m_lampColour.rg - rLight.rg), rLight.bg + share * (m_lampColour.bg - rLight.bg)};
 }
 
-VOID FlashModel::TakePicture(const DOUBLE* pLevels, const DOUBLE* pSaturated)
+VOID FlashModel::TakePicture(const FLOAT* pLevels, const FLOAT* pSaturation, FLOAT fullScale)
 {
     constexpr DOUBLE cellSize = CellWidth * CellHeight;
 
@@ -70,11 +72,12 @@ VOID FlashModel::TakePicture(const DOUBLE* pLevels, const DOUBLE* pSaturated)
     UINT32                                      counts[2] = {};
     for (UINT32 region = 0; region < GridSize; ++region)
     {
-        const UINT32 cell = region / GridWidth / CellHeight * SmallSide + region % GridWidth / CellWidth;
-        luma[cell] += pLevels[region] / cellSize * LumaFullScale;
-        saturation[cell] += pSaturated[region] / cellSize * LumaFullScale;
-        const UINT32 part = IsNear(region) ? 0 : 1;
-        sums[part] += pLevels[region] * LumaFullScale;
+        const UINT32 cell  = region / GridWidth / CellHeight * SmallSide + region % GridWidth / CellWidth;
+        const DOUBLE level = static_cast<DOUBLE>(pLevels[region]);
+        luma[cell] += level / cellSize * LumaFullScale;
+        saturation[cell] += static_cast<DOUBLE>(pSaturation[region] / fullScale) / cellSize * LumaFullScale;
+        const UINT32 part = m_isNear[region] ? 0 : 1;
+        sums[part] += level * LumaFullScale;
         ++counts[part];
     }
     for (UINT32 cell = 0; cell < FlashStats::RegionCount; ++cell)

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <bitset>
 #include <memory>
 
 #include "host/flashcapture.h"
@@ -18,10 +19,7 @@ public:
     /// @param rScene must outlive this object
     FlashModel(const FlashScene& rScene, const Colour& rLight);
 
-    VOID SetLamp(const FlashLamp& rLamp)
-    {
-        m_lamp = rLamp;
-    }
+    VOID SetLamp(const FlashLamp& rLamp);
 
     const FlashLamp& Lamp() const
     {
@@ -40,7 +38,10 @@ public:
     }
 
     /// What the LEDs add to a region's light over the frame's exposure, lux.
-    DOUBLE LuxAt(UINT32 region) const;
+    DOUBLE LuxAt(UINT32 region) const
+    {
+        return m_isNear[region] ? m_nearLux : m_farLux;
+    }
 
     /// Colour of a grey region. @param lux, rLight of the surroundings
     Colour ColourAt(UINT32 region, DOUBLE lux, const Colour& rLight) const;
@@ -49,8 +50,8 @@ public:
     Colour ColourOf(INT32 led1, INT32 led2) const;
 
     /// Takes the levels of the frame's safe exposure, shares of full scale.
-    /// @param pSaturated share of the samples that are clipped, per region
-    VOID TakePicture(const DOUBLE* pLevels, const DOUBLE* pSaturated);
+    /// @param pSaturation samples of a region that are clipped, fullScale for all of them
+    VOID TakePicture(const FLOAT* pLevels, const FLOAT* pSaturation, FLOAT fullScale);
 
     // The last picture's mean luma, 0 to 255, without noise.
     DOUBLE NearLuma() const
@@ -73,11 +74,13 @@ public:
     }
 
 private:
-    bool IsNear(UINT32 region) const;
-
     const FlashScene&                          m_rScene;
     Colour                                     m_light;
+    std::bitset<GridSize>                      m_isNear;  ///< regions that show what is near
     FlashLamp                                  m_lamp;
+    Colour                                     m_lampColour;
+    DOUBLE                                     m_nearLux;  ///< of the LEDs
+    DOUBLE                                     m_farLux;
     std::array<FLOAT, FlashStats::RegionCount> m_luma16;
     std::array<FLOAT, FlashStats::RegionCount> m_saturation16;
     DOUBLE                                     m_nearLuma;

@@ -1,19 +1,11 @@
 #include "tools/kirosim/objectscene.h"
 
-#include <cmath>
-
 namespace kirosim
 {
 
 bool SceneObject::Covers(DOUBLE time, DOUBLE x, DOUBLE y) const
 {
-    if (!IsThere(time))
-    {
-        return false;
-    }
-    const PathPoint centre = CentreAt(time);
-    const DOUBLE    half   = size / 2.0;
-    return std::abs(x - centre.x) < half && std::abs(y - centre.y) < half;
+    return IsThere(time) && CoversFrom(CentreAt(time), x, y);
 }
 
 PathPoint SceneObject::CentreAt(DOUBLE time) const

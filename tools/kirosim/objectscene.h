@@ -2,6 +2,7 @@
 /// An object before the pattern: a window that opens, a subject that walks through the frame.
 #pragma once
 
+#include <cmath>
 #include <limits>
 #include <optional>
 #include <vector>
@@ -35,7 +36,14 @@ struct SceneObject
     /// @return whether the object is there and hides a point. @param x, y fractions of the frame
     bool Covers(DOUBLE time, DOUBLE x, DOUBLE y) const;
 
-private:
+    /// @return whether the object hides a point where it is there with its centre at another
+    bool CoversFrom(const PathPoint& rCentre, DOUBLE x, DOUBLE y) const
+    {
+        const DOUBLE half = size / 2.0;
+        return std::abs(x - rCentre.x) < half && std::abs(y - rCentre.y) < half;
+    }
+
+    /// Where the centre is, whether the object is there or not.
     PathPoint CentreAt(DOUBLE time) const;
 };
 

@@ -43,10 +43,11 @@ PanoramaPicture::PanoramaPicture(const Scene& rScene) : m_rScene(rScene), m_rows
     }
 }
 
-VOID PanoramaPicture::Look(DOUBLE time, DOUBLE exposureSeconds, UINT32 samplesPerRegion, std::vector<FLOAT>& rRadiance)
+bool PanoramaPicture::Look(DOUBLE time, DOUBLE exposureSeconds, SampleRows& rRadiance)
 {
     const PanoramaScene& rPanorama = *m_rScene.panorama;
     const DOUBLE         lux       = rPanorama.LuxAt(time, m_rScene.lux);
+    bool                 isChanged = false;
     for (UINT32 row = 0; row < GridHeight; ++row)
     {
         const DOUBLE        seen  = time + m_rScene.sensor.readout * row / GridHeight + exposureSeconds / 2.0;
@@ -56,6 +57,7 @@ VOID PanoramaPicture::Look(DOUBLE time, DOUBLE exposureSeconds, UINT32 samplesPe
         {
             continue;
         }
+        isChanged  = true;
         rRow.views = views;
         rRow.lux   = lux;
         Aim(rRow.now, row, views.now.pitch);
@@ -63,8 +65,9 @@ VOID PanoramaPicture::Look(DOUBLE time, DOUBLE exposureSeconds, UINT32 samplesPe
         {
             Aim(rRow.before, row, views.before.pitch);
         }
-        LookAt(row, samplesPerRegion, &rRadiance[static_cast<size_t>(row) * GridWidth * samplesPerRegion]);
+        LookAt(row, rRadiance);
     }
+    return isChanged;
 }
 
 /// Yaw turns all longitudes alike: only a nod moves the directions against it.
@@ -120,24 +123,20 @@ panorama::Light PanoramaPicture::LightAt(const Row& rRow, UINT32 direction) cons
     return {now.red + before.red, now.green + before.green, now.blue + before.blue};
 }
 
-/// Each direction stands for as many samples of its region as the others.
-VOID PanoramaPicture::LookAt(UINT32 row, UINT32 samplesPerRegion, FLOAT* pRadiance)
+VOID PanoramaPicture::LookAt(UINT32 row, SampleRows& rRadiance)
 {
-    constexpr UINT32 directions = Side * Side;
-    const UINT32     samples    = samplesPerRegion / directions;
     for (UINT32 column = 0; column < GridWidth; ++column)
     {
+        const UINT32    region = row * GridWidth + column;
         panorama::Light sum{};
-        FLOAT*          pSamples = pRadiance + static_cast<size_t>(column) * samplesPerRegion;
-        for (UINT32 direction = 0; direction < directions; ++direction)
+        for (UINT32 direction = 0; direction < Directions; ++direction)
         {
             const panorama::Light light =
                 LightAt(m_rows[row], direction / Side * Columns + column * Side + direction % Side);
-            std::fill_n(pSamples + static_cast<size_t>(direction) * samples, samples, panorama::Luminance(light));
-            sum = {sum.red + light.red, sum.green + light.green, sum.blue + light.blue};
+            rRadiance.At(region, direction) = panorama::Luminance(light);
+            sum                             = {sum.red + light.red, sum.green + light.green, sum.blue + light.blue};
         }
-        const UINT32 region = row * GridWidth + column;
-        m_radiances[region] = panorama::Luminance(sum) / directions;
+        m_radiances[region] = panorama::Luminance(sum) / Directions;
         m_colours[region]   = {RatioOf(sum.red, sum.green), RatioOf(sum.blue, sum.green)};
     }
 }

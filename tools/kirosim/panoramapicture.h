@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tools/kirosim/flashscene.h"
+#include "tools/kirosim/samplerows.h"
 #include "tools/kirosim/scene.h"
 #include "tools/kirosim/scenegrid.h"
 
@@ -18,12 +19,17 @@ public:
     /// @param rScene has a panorama and outlives this object
     explicit PanoramaPicture(const Scene& rScene);
 
+    // Directions that a region is looked at: the corners of a square around its middle.
+    static constexpr UINT32 Side       = 2;
+    static constexpr UINT32 Directions = Side * Side;
+
     /// Looks into the panorama for one frame. Rows whose view has not changed since the last frame are left as they
     /// are.
     /// @param time            of the frame's start in the scene, s
     /// @param exposureSeconds of each row, which is seen at the middle of it
-    /// @param rRadiance       relative to Scene::LuxAt(time), samplesPerRegion of each region
-    VOID Look(DOUBLE time, DOUBLE exposureSeconds, UINT32 samplesPerRegion, std::vector<FLOAT>& rRadiance);
+    /// @param rRadiance       relative to Scene::LuxAt(time), a sample of each direction
+    /// @return whether any row has changed
+    bool Look(DOUBLE time, DOUBLE exposureSeconds, SampleRows& rRadiance);
 
     /// Mean radiance of a region in the picture, as in Look.
     DOUBLE RadianceAt(UINT32 region) const
@@ -38,8 +44,6 @@ public:
     }
 
 private:
-    // Directions that a region is looked at: the corners of a square around its middle.
-    static constexpr UINT32 Side    = 2;
     static constexpr UINT32 Columns = GridWidth * Side;
     static constexpr UINT32 InRow   = Columns * Side;  ///< of a row of regions
 
@@ -61,7 +65,7 @@ private:
     };
 
     VOID            Aim(RowDirections& rDirections, UINT32 row, DOUBLE pitch) const;
-    VOID            LookAt(UINT32 row, UINT32 samplesPerRegion, FLOAT* pRadiance);
+    VOID            LookAt(UINT32 row, SampleRows& rRadiance);
     panorama::Light LightAt(const Row& rRow, UINT32 direction) const;
 
     const Scene&                 m_rScene;

@@ -2,8 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 #include "host/channelnames.h"
+#include "tools/kirosim/deterministic.h"
+#include "tools/kirosim/patternlight.h"
 
 namespace kirosim
 {
@@ -11,103 +14,64 @@ namespace kirosim
 namespace
 {
 
-/// EV of the natural pattern's 4 x 4 blocks around the mean, row by row.
-constexpr DOUBLE NaturalBlocksEV[16] = {0.5, 0.0,  -0.5, 0.3, -0.3, 0.7, -0.7, 0.0,
-                                        0.5, -0.5, 0.0,  1.0, -1.0, 0.5, -0.5, 0.0};
-
-/// EV of a region relative to the frame, before texture.
-DOUBLE RegionEV(const Pattern& rPattern, UINT32 column, UINT32 row)
+/// Independent noises of an exposure.
+enum class NoiseKind : UINT32
 {
-    switch (rPattern.kind)
+    Region,
+    Level
+};
+
+VOID Multiply(RowOfRegions& rRow, const RowOfRegions& rFactors)
+{
+    for (UINT32 column = 0; column < GridWidth; ++column)
     {
-    case PatternKind::Natural:
-        return NaturalBlocksEV[row * 4 / GridHeight * 4 + column * 4 / GridWidth];
-    case PatternKind::HighContrast:
-        return ((column + 0.5) / GridWidth < rPattern.area) ? rPattern.contrastEV / 2.0 : -rPattern.contrastEV / 2.0;
-    case PatternKind::Window:
-        return IsInBox(column, row, rPattern.area, 0.45) ? rPattern.contrastEV / 2.0 : -rPattern.contrastEV / 2.0;
-    case PatternKind::Subject:
-        return IsInBox(column, row, rPattern.area, 0.5) ? -rPattern.contrastEV : 0.0;
-    default:
-        return 0.0;
+        rRow[column] *= rFactors[column];
     }
 }
 
-/// Exposes the samples of a region, and counts them in the histogram of their exposure.
-RegionLight ExposeSamples(const FLOAT* pSamples, FLOAT signal, FLOAT noise, INT* pHistogram)
+VOID AddTo(std::array<DOUBLE, GridWidth>& rSums, const RowOfRegions& rRow)
 {
-    RegionLight light{0.0f, 0};
-    for (UINT32 sample = 0; sample < SamplesPerRegion; ++sample)
+    for (UINT32 column = 0; column < GridWidth; ++column)
     {
-        const FLOAT value = std::min(pSamples[sample] * signal * noise, 1.0f);
-        light.saturated += (value >= 1.0f) ? 1 : 0;
-        light.sum += value;
-        const UINT32 bin = std::min(static_cast<UINT32>(value * static_cast<FLOAT>(HistogramBins)), HistogramBins - 1);
-        ++pHistogram[bin];
+        rSums[column] += static_cast<DOUBLE>(rRow[column]);
     }
-    return light;
 }
 
-/// Samples of a panorama under a flash, full scale is 1: what shines by itself does not reflect the more, so all of
-/// them reflect as grey does.
-std::array<FLOAT, SamplesPerRegion> WithFlash(const FLOAT* pSamples, FLOAT light, FLOAT flash)
+DOUBLE SumOf(const std::array<DOUBLE, GridWidth>& rNumbers)
 {
-    std::array<FLOAT, SamplesPerRegion> samples;
-    std::transform(pSamples, pSamples + SamplesPerRegion, samples.begin(),
-                   [=](FLOAT sample) { return sample * light + flash; });
-    return samples;
+    return std::accumulate(rNumbers.begin(), rNumbers.end(), 0.0);
+}
+
+/// Samples of a region that differ.
+UINT32 SampleCountOf(const Scene& rScene)
+{
+    return rScene.panorama.has_value() ? PanoramaPicture::Directions : PatternSampleCount(rScene.pattern);
 }
 
 }  // namespace
 
 SensorModel::SensorModel(const Scene& rScene)
-    : m_rScene(rScene), m_noise(rScene.seed),
-      m_fullScale(static_cast<FLOAT>(std::pow(2.0, rScene.sensor.bitDepth) - 1.0)), m_stats{}, m_list{},
-      m_objectGain(1.0f), m_levels{}, m_saturated{}, m_signals{}, m_lampSignals{}, m_shortRoom(1.0),
+    : m_rScene(rScene), m_fullScale(static_cast<FLOAT>(std::pow(2.0, rScene.sensor.bitDepth) - 1.0)),
+      m_radiance(SampleCountOf(rScene)), m_framesOfRound(0), m_regionDeviates{},
+      m_levelDeviates{}, m_stats{}, m_list{}, m_rg{}, m_bg{}, m_levels{}, m_signals{}, m_shortRoom(1.0),
       m_colourSensitivity(1.0)
 {
-    if (rScene.object.has_value())
-    {
-        m_objectGain = static_cast<FLOAT>(std::pow(2.0, rScene.object->contrastEV));
-    }
     for (UINT32 bin = 0; bin < HistogramBins; ++bin)
     {
         m_histogramLUT[bin] = (static_cast<FLOAT>(bin) + 0.5f) / static_cast<FLOAT>(HistogramBins) * m_fullScale;
     }
     if (rScene.panorama.has_value())
     {
-        m_radiance.resize(static_cast<size_t>(GridSize) * SamplesPerRegion);
         m_pPanorama = std::make_unique<PanoramaPicture>(rScene);
     }
     else
     {
-        BuildRadiance();
+        FillWithPattern(rScene.pattern, m_radiance);
     }
+    m_gains.fill(1.0f);
     BuildChannels();
     BuildFlashChannels();
-}
-
-VOID SensorModel::BuildRadiance()
-{
-    // The texture is part of the scene: the same for every seed of the noise.
-    RandomStream texture(7);
-    m_radiance.resize(static_cast<size_t>(GridSize) * SamplesPerRegion);
-    DOUBLE sum = 0.0;
-    for (UINT32 region = 0; region < GridSize; ++region)
-    {
-        const DOUBLE ev = RegionEV(m_rScene.pattern, region % GridWidth, region / GridWidth);
-        for (UINT32 sample = 0; sample < SamplesPerRegion; ++sample)
-        {
-            const DOUBLE value = std::pow(2.0, ev + m_rScene.pattern.textureEV * texture.NextGaussian());
-            m_radiance[static_cast<size_t>(region) * SamplesPerRegion + sample] = static_cast<FLOAT>(value);
-            sum += value;
-        }
-    }
-    const FLOAT scale = static_cast<FLOAT>(static_cast<DOUBLE>(m_radiance.size()) / sum);
-    for (FLOAT& rValue : m_radiance)
-    {
-        rValue *= scale;
-    }
+    SetColours(0.0);
 }
 
 VOID SensorModel::BuildChannels()
@@ -119,8 +83,8 @@ VOID SensorModel::BuildChannels()
         const channelnames::OfExposure& rNames = channelnames::Exposures[type];
         AddGrid(rNames.pLuma, m_stats[type].luma.data());
         AddGrid(rNames.pSaturation, m_stats[type].saturation.data());
-        AddGrid(rNames.pRG, m_stats[type].rg.data());
-        AddGrid(rNames.pBG, m_stats[type].bg.data());
+        AddGrid(rNames.pRG, m_rg.data());
+        AddGrid(rNames.pBG, m_bg.data());
         AddHistogram(rNames.pHistogram, m_stats[type].histogram.data());
     }
 }
@@ -134,8 +98,8 @@ VOID SensorModel::BuildFlashChannels()
     constexpr UINT32 side     = 16;
     constexpr INT32  bitDepth = 8;
     m_pFlash                  = std::make_unique<FlashModel>(*m_rScene.flash, Colour{m_rScene.rg, m_rScene.bg});
-    AddGrid(channelnames::GridRG, m_stats[AECAlgoExposureSafe].rg.data());
-    AddGrid(channelnames::GridBG, m_stats[AECAlgoExposureSafe].bg.data());
+    AddGrid(channelnames::GridRG, m_rg.data());
+    AddGrid(channelnames::GridBG, m_bg.data());
     for (const auto& [pName, pValues] : {std::pair{channelnames::Luma16, m_pFlash->Luma16()},
                                          std::pair{channelnames::Saturation16, m_pFlash->Saturation16()}})
     {
@@ -186,16 +150,21 @@ KIROStatsList& SensorModel::Capture(UINT64 frameID, DOUBLE time, const AppliedEx
     rTruth.exposure = pExposures[AECAlgoExposureSafe].Product();
     m_shortRoom     = rTruth.exposure / pExposures[AECAlgoExposureShort].Product();
     PlaceObject(time);
+    bool isColourNew = m_pFlash != nullptr;
     if (m_pPanorama != nullptr)
     {
         const DOUBLE seconds = static_cast<DOUBLE>(pExposures[AECAlgoExposureSafe].time) / NsPerSecond;
-        m_pPanorama->Look(time, seconds, SamplesPerRegion, m_radiance);
+        isColourNew          = m_pPanorama->Look(time, seconds, m_radiance) || isColourNew;
+    }
+    if (isColourNew)
+    {
+        SetColours(rTruth.lux);
     }
     for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
     {
-        rTruth.clipped[type] = ExposeRegions(time, pExposures[type], rTruth.lux, m_stats[type],
-                                             (type == AECAlgoExposureSafe) ? &rTruth : nullptr);
+        ExposeRegions(time, pExposures[type], type, rTruth);
     }
+    ++m_framesOfRound;
     if (m_objectMask.any())
     {
         rTruth.objectLuma = MeanLumaOfObject();
@@ -203,7 +172,7 @@ KIROStatsList& SensorModel::Capture(UINT64 frameID, DOUBLE time, const AppliedEx
     if (m_pFlash != nullptr)
     {
         // The safe exposure is the last one.
-        m_pFlash->TakePicture(m_levels.data(), m_saturated.data());
+        m_pFlash->TakePicture(m_levels.data(), m_stats[AECAlgoExposureSafe].saturation.data(), m_fullScale);
     }
     m_list.frameID = frameID;
     for (UINT32 channel = 0; channel < m_list.count; ++channel)
@@ -218,19 +187,28 @@ VOID SensorModel::View(RegionView& rView) const
     const ExposureStats& rSafe = m_stats[AECAlgoExposureSafe];
     std::transform(rSafe.luma.begin(), rSafe.luma.end(), rView.level.begin(),
                    [this](FLOAT luma) { return luma / m_fullScale; });
-    rView.rg    = rSafe.rg;
-    rView.bg    = rSafe.bg;
+    rView.rg    = m_rg;
+    rView.bg    = m_bg;
     rView.light = {m_rScene.rg, m_rScene.bg};
 }
 
 VOID SensorModel::PlaceObject(DOUBLE time)
 {
-    for (UINT32 region = 0; m_rScene.object.has_value() && region < GridSize; ++region)
+    if (!m_rScene.object.has_value())
+    {
+        return;
+    }
+    const SceneObject& rObject = *m_rScene.object;
+    const bool         isThere = rObject.IsThere(time);
+    const PathPoint    centre  = rObject.CentreAt(time);
+    const FLOAT        gain    = static_cast<FLOAT>(std::pow(2.0, rObject.contrastEV));
+    for (UINT32 region = 0; region < GridSize; ++region)
     {
         const UINT32 row     = region / GridWidth;
         const DOUBLE x       = (region % GridWidth + 0.5) / GridWidth;
         const DOUBLE y       = (row + 0.5) / GridHeight;
-        m_objectMask[region] = m_rScene.object->Covers(time, x, y);
+        m_objectMask[region] = isThere && rObject.CoversFrom(centre, x, y);
+        m_gains[region]      = m_objectMask[region] ? gain : 1.0f;
     }
 }
 
@@ -246,91 +224,132 @@ DOUBLE SensorModel::MeanLumaOfObject() const
     return sum / static_cast<DOUBLE>(m_objectMask.count()) * lumaMax;
 }
 
-/// @return share of the samples that are clipped
-DOUBLE SensorModel::ExposeRegions(DOUBLE time, const AppliedExposure& rExposure, DOUBLE lux, ExposureStats& rStats,
-                                  FrameTruth* pTruth)
+VOID SensorModel::ExposeRegions(DOUBLE time, const AppliedExposure& rExposure, UINT32 type, FrameTruth& rTruth)
 {
     const Sensor& rSensor = m_rScene.sensor;
     const DOUBLE  seconds = static_cast<DOUBLE>(rExposure.time) / NsPerSecond;
-    const DOUBLE mean = lux * rExposure.gain * seconds * SignalPerLuxSecond * rSensor.sensitivity * m_colourSensitivity;
-
-    const DOUBLE meanPerLux = rExposure.gain * seconds * SignalPerLuxSecond * rSensor.sensitivity * m_colourSensitivity;
+    const DOUBLE  perLux  = rExposure.gain * seconds * SignalPerLuxSecond * rSensor.sensitivity * m_colourSensitivity;
 
     std::array<DOUBLE, GridHeight> rowFactors;
     RowFactors(time, rExposure, rowFactors);
-    rStats.histogram.fill(0);
-    DOUBLE pictureSum   = 0.0;
-    UINT32 clippedCount = 0;
-    for (UINT32 region = 0; region < GridSize; ++region)
+    DrawNoises(type);
+    SampleExposure exposure;
+    ExposureSums   sums{};
+    RowLight       light;
+    for (UINT32 row = 0; row < GridHeight; ++row)
     {
-        const DOUBLE light = mean * rowFactors[region / GridWidth];
-        const DOUBLE lamp  = (m_pFlash != nullptr) ? m_pFlash->LuxAt(region) * meanPerLux : 0.0;
-        const FLOAT  noise = std::max(1.0f + static_cast<FLOAT>(rSensor.regionNoise * m_noise.NextNoise()), 0.0f);
-        const auto [sum, saturated] = ExposeRegion(region, light, lamp, noise, rStats.histogram.data());
-        const DOUBLE level          = static_cast<DOUBLE>(sum) / SamplesPerRegion;
-        pictureSum += level;
-        clippedCount += saturated;
-        const DOUBLE shot         = rSensor.shotNoise * std::sqrt(level * rExposure.gain) * m_noise.NextNoise();
-        const DOUBLE read         = rSensor.readNoise * m_noise.NextNoise();
-        rStats.luma[region]       = static_cast<FLOAT>(std::clamp(level + shot + read, 0.0, 1.0)) * m_fullScale;
-        rStats.saturation[region] = static_cast<FLOAT>(saturated) / SamplesPerRegion * m_fullScale;
-        m_levels[region]          = level;
-        m_saturated[region]       = static_cast<DOUBLE>(saturated) / SamplesPerRegion;
+        SetSignals(row, rTruth.lux * perLux * rowFactors[row], perLux, m_signals[row]);
+        exposure.ExposeRow(m_radiance, row, m_signals[row], light);
+        StoreRow(row, light, rExposure.gain, m_stats[type], sums);
     }
-    SetColours(lux, rStats);
-    if (pTruth != nullptr)
+    exposure.StoreHistogram(SamplesPerRegion / m_radiance.Count(), m_stats[type].histogram.data());
+    rTruth.clipped[type] = SumOf(sums.clipped) / (GridSize * m_radiance.Count());
+    if (type == AECAlgoExposureSafe)
     {
         const auto [low, high] = std::minmax_element(rowFactors.begin(), rowFactors.end());
-        pTruth->banding        = *high - *low;
-        pTruth->pictureEV      = std::log2(std::max(pictureSum / GridSize, 1e-9));
+        const DOUBLE level     = SumOf(sums.levels) / GridSize;
+        rTruth.banding         = *high - *low;
+        rTruth.pictureEV       = std::log2(std::max(level, 1e-9));
     }
-    return static_cast<DOUBLE>(clippedCount) / (GridSize * SamplesPerRegion);
+}
+
+/// Those of noises that the sensor does not have stay 0.
+VOID SensorModel::DrawNoises(UINT32 type)
+{
+    const Sensor& rSensor = m_rScene.sensor;
+    const auto    placeOf = [&](NoiseKind kind) {
+        return NoisePlace{m_rScene.seed, m_framesOfRound, type, static_cast<UINT32>(kind)};
+    };
+    if (rSensor.regionNoise > 0.0)
+    {
+        DrawNoise(placeOf(NoiseKind::Region), m_regionDeviates);
+    }
+    if (rSensor.shotNoise > 0.0 || rSensor.readNoise > 0.0)
+    {
+        DrawNoise(placeOf(NoiseKind::Level), m_levelDeviates);
+    }
+}
+
+/// What shines by itself in a panorama does not reflect the more: all of it reflects a flash as grey does. A pattern is
+/// what reflects.
+/// @param light  that a sample of unity shows without flash, full scale is 1
+/// @param perLux full scale per lux
+VOID SensorModel::SetSignals(UINT32 row, DOUBLE light, DOUBLE perLux, RowSignals& rSignals)
+{
+    const FLOAT sigma = static_cast<FLOAT>(m_rScene.sensor.regionNoise);
+    const FLOAT level = static_cast<FLOAT>(light);
+    rSignals.factors.fill(level);
+    rSignals.added.fill(0.0f);
+    for (UINT32 column = 0; m_pFlash != nullptr && column < GridWidth; ++column)
+    {
+        const FLOAT lamp = static_cast<FLOAT>(m_pFlash->LuxAt(row * GridWidth + column) * perLux);
+        ((m_pPanorama != nullptr) ? rSignals.added : rSignals.factors)[column] += lamp;
+    }
+    const FLOAT* pDeviates = &m_regionDeviates[row * GridWidth];
+    const FLOAT* pGains    = &m_gains[row * GridWidth];
+    RowOfRegions gains;
+    for (UINT32 column = 0; column < GridWidth; ++column)
+    {
+        gains[column] = pGains[column] * std::max(0.0f, 1.0f + sigma * pDeviates[column]);
+    }
+    Multiply(rSignals.factors, gains);
+    Multiply(rSignals.added, gains);
+}
+
+/// Shot and read noise are independent: both together are one normal noise.
+VOID SensorModel::StoreRow(UINT32 row, const RowLight& rLight, DOUBLE gain, ExposureStats& rStats, ExposureSums& rSums)
+{
+    const Sensor& rSensor      = m_rScene.sensor;
+    const FLOAT   share        = 1.0f / static_cast<FLOAT>(m_radiance.Count());
+    const FLOAT   shotVariance = static_cast<FLOAT>(rSensor.shotNoise * rSensor.shotNoise * gain);
+    const FLOAT   readVariance = static_cast<FLOAT>(rSensor.readNoise * rSensor.readNoise);
+    const UINT32  first        = row * GridWidth;
+    RowOfRegions  levels;
+    RowOfRegions  luma;
+    RowOfRegions  saturation;
+    for (UINT32 column = 0; column < GridWidth; ++column)
+    {
+        const FLOAT level  = rLight.sums[column] * share;
+        const FLOAT noise  = std::sqrt(shotVariance * level + readVariance) * m_levelDeviates[first + column];
+        levels[column]     = level;
+        luma[column]       = std::min(1.0f, std::max(0.0f, level + noise)) * m_fullScale;
+        saturation[column] = rLight.clipped[column] * share * m_fullScale;
+    }
+    std::copy(levels.begin(), levels.end(), &m_levels[first]);
+    std::copy(luma.begin(), luma.end(), &rStats.luma[first]);
+    std::copy(saturation.begin(), saturation.end(), &rStats.saturation[first]);
+    AddTo(rSums.levels, levels);
+    AddTo(rSums.clipped, rLight.clipped);
 }
 
 SensorView SensorModel::View() const
 {
-    const ExposureStats& rSafe = m_stats[AECAlgoExposureSafe];
-    SensorView           view{m_radiance, {}, {m_rScene.rg, m_rScene.bg}, m_shortRoom, &rSafe.histogram};
-    for (size_t sample = 0; sample < view.samples.size(); ++sample)
-    {
-        const size_t region  = sample / SamplesPerRegion;
-        view.samples[sample] = view.samples[sample] * m_signals[region] + m_lampSignals[region];
-    }
+    const UINT32 repeats = SamplesPerRegion / m_radiance.Count();
+    SensorView   view{{}, {}, {m_rScene.rg, m_rScene.bg}, m_shortRoom, &m_stats[AECAlgoExposureSafe].histogram};
+    view.samples.reserve(static_cast<size_t>(GridSize) * SamplesPerRegion);
     for (UINT32 region = 0; region < GridSize; ++region)
     {
-        view.colours[region] = {static_cast<DOUBLE>(rSafe.rg[region]), static_cast<DOUBLE>(rSafe.bg[region])};
+        const RowSignals& rSignals = m_signals[region / GridWidth];
+        const FLOAT       factor   = rSignals.factors[region % GridWidth];
+        const FLOAT       added    = rSignals.added[region % GridWidth];
+        for (UINT32 sample = 0; sample < m_radiance.Count(); ++sample)
+        {
+            view.samples.insert(view.samples.end(), repeats, m_radiance.At(region, sample) * factor + added);
+        }
+        view.colours[region] = {static_cast<DOUBLE>(m_rg[region]), static_cast<DOUBLE>(m_bg[region])};
     }
     return view;
 }
 
-/// @param light, lamp full scale of a mean sample is 1
-RegionLight SensorModel::ExposeRegion(UINT32 region, DOUBLE light, DOUBLE lamp, FLOAT noise, INT* pHistogram)
-{
-    const FLOAT* pSamples = &m_radiance[static_cast<size_t>(region) * SamplesPerRegion];
-    const FLOAT  gain     = m_objectMask[region] ? m_objectGain : 1.0f;
-    if (m_pPanorama == nullptr || !(lamp > 0.0))
-    {
-        const FLOAT signal    = static_cast<FLOAT>(light + lamp) * gain;
-        m_signals[region]     = signal * noise;
-        m_lampSignals[region] = 0.0f;
-        return ExposeSamples(pSamples, signal, noise, pHistogram);
-    }
-    const FLOAT lightSignal = static_cast<FLOAT>(light);
-    const FLOAT lampSignal  = static_cast<FLOAT>(lamp);
-    m_signals[region]       = lightSignal * gain * noise;
-    m_lampSignals[region]   = lampSignal * gain * noise;
-    return ExposeSamples(WithFlash(pSamples, lightSignal, lampSignal).data(), gain, noise, pHistogram);
-}
-
-VOID SensorModel::SetColours(DOUBLE lux, ExposureStats& rStats) const
+VOID SensorModel::SetColours(DOUBLE lux)
 {
     for (UINT32 region = 0; region < GridSize; ++region)
     {
         const Colour light  = LightOf(region);
         const DOUBLE share  = (m_pPanorama != nullptr) ? m_pPanorama->RadianceAt(region) : 1.0;
         const Colour colour = (m_pFlash != nullptr) ? m_pFlash->ColourAt(region, lux * share, light) : light;
-        rStats.rg[region]   = static_cast<FLOAT>(colour.rg);
-        rStats.bg[region]   = static_cast<FLOAT>(colour.bg);
+        m_rg[region]        = static_cast<FLOAT>(colour.rg);
+        m_bg[region]        = static_cast<FLOAT>(colour.bg);
     }
 }
 

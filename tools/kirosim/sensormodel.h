@@ -8,10 +8,11 @@
 #include <vector>
 
 #include "interface/kiroframe.h"
-#include "tools/kirosim/deterministic.h"
 #include "tools/kirosim/flashmodel.h"
+#include "tools/kirosim/noise.h"
 #include "tools/kirosim/panoramapicture.h"
 #include "tools/kirosim/regionpicture.h"
+#include "tools/kirosim/samplerows.h"
 #include "tools/kirosim/scene.h"
 #include "tools/kirosim/scenegrid.h"
 
@@ -19,9 +20,6 @@ namespace kirosim
 {
 
 constexpr DOUBLE NsPerSecond = 1e9;
-
-constexpr UINT32 SamplesPerRegion = 16;
-constexpr UINT32 HistogramBins    = 256;
 
 /// What the sensor did for one exposure, after its quantisation.
 struct AppliedExposure
@@ -60,13 +58,6 @@ struct SensorView
     const std::array<INT, HistogramBins + 1>* pHistogram;  ///< of the safe exposure, until the next frame
 };
 
-/// What the samples of a region come to.
-struct RegionLight
-{
-    FLOAT  sum;        ///< full scale of a sample is 1
-    UINT32 saturated;  ///< samples that are clipped
-};
-
 /// Full-scale signal of a mean region per lux, unity gain and second of exposure.
 constexpr DOUBLE SignalPerLuxSecond = 0.01;
 
@@ -90,7 +81,7 @@ public:
     /// The noise begins again, so that all rounds of a scene are alike.
     VOID StartRound()
     {
-        m_noise = RandomStream(m_rScene.seed);
+        m_framesOfRound = 0;
     }
 
     /// Statistics of one frame. The list stays valid until the next call.
@@ -116,19 +107,24 @@ private:
     {
         std::array<FLOAT, GridSize>        luma;
         std::array<FLOAT, GridSize>        saturation;
-        std::array<FLOAT, GridSize>        rg;
-        std::array<FLOAT, GridSize>        bg;
         std::array<INT, HistogramBins + 1> histogram;  ///< one entry more, as cumulative counts may read it
     };
 
-    VOID        BuildRadiance();
-    DOUBLE      ExposeRegions(DOUBLE time, const AppliedExposure& rExposure, DOUBLE lux, ExposureStats& rStats,
-                              FrameTruth* pTruth);
-    RegionLight ExposeRegion(UINT32 region, DOUBLE light, DOUBLE lamp, FLOAT noise, INT* pHistogram);
+    /// What the regions of an exposure come to, by column.
+    struct ExposureSums
+    {
+        std::array<DOUBLE, GridWidth> levels;
+        std::array<DOUBLE, GridWidth> clipped;  ///< samples
+    };
+
+    VOID   ExposeRegions(DOUBLE time, const AppliedExposure& rExposure, UINT32 type, FrameTruth& rTruth);
+    VOID   DrawNoises(UINT32 type);
+    VOID   SetSignals(UINT32 row, DOUBLE light, DOUBLE perLux, RowSignals& rSignals);
+    VOID   StoreRow(UINT32 row, const RowLight& rLight, DOUBLE gain, ExposureStats& rStats, ExposureSums& rSums);
     VOID   RowFactors(DOUBLE time, const AppliedExposure& rExposure, std::array<DOUBLE, GridHeight>& rFactors) const;
     VOID   BuildChannels();
     VOID   BuildFlashChannels();
-    VOID   SetColours(DOUBLE lux, ExposureStats& rStats) const;
+    VOID   SetColours(DOUBLE lux);
     Colour LightOf(UINT32 region) const;
     VOID   PlaceObject(DOUBLE time);
     DOUBLE MeanLumaOfObject() const;
@@ -136,25 +132,29 @@ private:
     VOID   AddHistogram(const CHAR* pName, INT* pBins);
 
     const Scene&                                    m_rScene;
-    RandomStream                                    m_noise;
     FLOAT                                           m_fullScale;
-    std::vector<FLOAT>                              m_radiance;  ///< relative, SamplesPerRegion per region
+    SampleRows                                      m_radiance;  ///< relative
+    UINT64                                          m_framesOfRound;
+    NoiseDeviates                                   m_regionDeviates;
+    NoiseDeviates                                   m_levelDeviates;
     std::array<ExposureStats, AECAlgoExposureCount> m_stats;
     std::array<FLOAT, HistogramBins>                m_histogramLUT;
     KIROStatsList                                   m_list;
 
-    std::bitset<GridSize> m_objectMask;  ///< regions that the scene's object hides
-    FLOAT                 m_objectGain;  ///< of their radiance
+    // Of the regions, as all exposures see it.
+    std::array<FLOAT, GridSize> m_rg;
+    std::array<FLOAT, GridSize> m_bg;
+
+    std::bitset<GridSize>       m_objectMask;  ///< regions that the scene's object hides
+    std::array<FLOAT, GridSize> m_gains;       ///< of the regions' radiance by the object
 
     std::unique_ptr<PanoramaPicture> m_pPanorama;  ///< null in a scene with a pattern
 
-    std::unique_ptr<FlashModel>  m_pFlash;
-    std::array<DOUBLE, GridSize> m_levels;       ///< of the exposure last exposed, full scale is 1
-    std::array<DOUBLE, GridSize> m_saturated;    ///< share of its clipped samples
-    std::array<FLOAT, GridSize>  m_signals;      ///< by which its samples were multiplied
-    std::array<FLOAT, GridSize>  m_lampSignals;  ///< that a flash added to them
-    DOUBLE                       m_shortRoom;    ///< safe over short exposure
-    DOUBLE                       m_colourSensitivity;
+    std::unique_ptr<FlashModel>        m_pFlash;
+    std::array<FLOAT, GridSize>        m_levels;     ///< of the exposure last exposed, full scale is 1
+    std::array<RowSignals, GridHeight> m_signals;    ///< that it made of the samples
+    DOUBLE                             m_shortRoom;  ///< safe over short exposure
+    DOUBLE                             m_colourSensitivity;
 };
 
 }  // namespace kirosim
