@@ -128,28 +128,30 @@ TEST_F(SceneText, SlipsNameFileLineColumnAndWhatWasExpected)
     }
 }
 
-TEST(Deterministic, CosineIsAccurateAndNoiseHasItsMoments)
+TEST(Deterministic, CosinesAndPowersAreAccurateAndDeviatesHaveTheirMoments)
 {
     constexpr DOUBLE twoPi = 6.283185307179586;
     for (DOUBLE turns = -2.0; turns < 2.0; turns += 0.0137)
     {
         EXPECT_NEAR(CosineOfTurns(turns), std::cos(turns * twoPi), 1e-9) << turns;
     }
-    for (DOUBLE (RandomStream::*const next)() : {&RandomStream::NextGaussian, &RandomStream::NextNoise})
+    for (const FLOAT exponent : {-126.0f, -20.3f, -0.5f, 0.0f, 0.49f, 1.0f, 7.77f, 127.0f})
     {
-        RandomStream    stream(3);
-        DOUBLE          sum     = 0.0;
-        DOUBLE          squares = 0.0;
-        constexpr INT32 count   = 100000;
-        for (INT32 index = 0; index < count; ++index)
-        {
-            const DOUBLE value = (stream.*next)();
-            sum += value;
-            squares += value * value;
-        }
-        EXPECT_NEAR(sum / count, 0.0, 0.02);
-        EXPECT_NEAR(squares / count, 1.0, 0.02);
+        EXPECT_NEAR(static_cast<DOUBLE>(PowerOfTwo(exponent)) / std::exp2(static_cast<DOUBLE>(exponent)), 1.0, 3e-7);
     }
+    EXPECT_EQ(PowerOfTwo(500.0f), PowerOfTwo(127.0f));
+    RandomStream    stream(3);
+    DOUBLE          sum     = 0.0;
+    DOUBLE          squares = 0.0;
+    constexpr INT32 count   = 100000;
+    for (INT32 index = 0; index < count; ++index)
+    {
+        const DOUBLE value = stream.NextGaussian();
+        sum += value;
+        squares += value * value;
+    }
+    EXPECT_NEAR(sum / count, 0.0, 0.02);
+    EXPECT_NEAR(squares / count, 1.0, 0.02);
 }
 
 TEST(SensorModel, StatisticsFollowLightGainAndTime)

@@ -32,7 +32,7 @@ misuses "kirotune: unknown option '--outptu' of compile, did you mean '--output'
 misuses "kirotune: unknown option '--prot' of get, did you mean '--port'?" kirotune live get Default kiroev --prot 1
 misuses "kirotune: unexpected argument 'b.bin' of dump, expected no more" kirotune dump a.bin b.bin
 misuses "kirosim: unknown option '--tunning' of run, did you mean '--tuning'?" kirosim run --tunning a.bin --scene b.yaml
-misuses "kirosim: --seed: Value x not in range 0 to 18446744073709551615" kirosim run --seed x --tuning a.bin --scene b.yaml
+misuses "kirosim: --seed: 'x' found, expected a number up to 18446744073709551615, or a range of at most 10000 such as 1..8" kirosim run --seed x --tuning a.bin --scene b.yaml
 [[ $(kirotune --version) =~ ^kirotune\ [0-9]+\.[0-9]+\.[0-9]+$ ]] || fail 'kirotune does not tell its version'
 
 # Standard streams, whichever kind of tuning comes; messages call them by name.

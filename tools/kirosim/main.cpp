@@ -7,6 +7,7 @@
 #include "tools/kirosim/replaycommand.h"
 #include "tools/kirosim/reportcommand.h"
 #include "tools/kirosim/runcommand.h"
+#include "tools/kirosim/runlist.h"
 #include "tools/kirosim/scene.h"
 #include "tools/kirosim/sceneschema.h"
 #include "tools/program/commandline.h"
@@ -14,18 +15,26 @@
 namespace
 {
 
-VOID AddRunOptions(CLI::App& rRun, kirosim::RunOptions& rOptions)
+VOID AddRunOptions(CLI::App& rRun, kirosim::RunOptions& rOptions, kirosim::RunChoice& rChoice)
 {
     const auto addFile = [&rRun](const char* pName, std::string& rPath, const char* pMeaning)
     { return rRun.add_option(pName, rPath, pMeaning)->check(program::FileName); };
     const CLI::Range atLeastOne(1U, std::numeric_limits<UINT32>::max());
     addFile("--tuning", rOptions.tuning, "tuning: a parameter file, or its text (.yaml); - for stdin")->required();
-    addFile("--scene", rOptions.scene, "scene (.yaml); - for stdin")->required();
-    rRun.add_option("--variant", rOptions.variant, "variant of the scene");
+    const auto addList = [&rRun](const char* pName, std::vector<std::string>& rList, const char* pMeaning)
+    { return rRun.add_option(pName, rList, pMeaning)->allow_extra_args(false); };
+    addList("--scene", rChoice.scenes, "scene (.yaml); - for stdin. Each further one is another run on the same tuning")
+        ->check(program::FileName)
+        ->required();
+    addList("--variant", rChoice.variants,
+            "variant of the scene; again for another run. plain is the scene as it is, all is that and all variants");
     rRun.add_option("--frames", rOptions.frames, "frames to run, instead of the scene's")->check(atLeastOne);
-    rRun.add_option("--seed", rOptions.seed, "seed of the noise, instead of the scene's")
-        ->check(CLI::Range(std::numeric_limits<UINT64>::max()));
-    addFile("--csv", rOptions.csv, "write every frame to this file; - for stdout, and all else goes to stderr");
+    addList("--seed", rChoice.seeds,
+            "seed of the noise, instead of the scene's; again, or a range such as 1..8, for more runs")
+        ->check(CLI::Validator(kirosim::FaultOfSeeds, "SEED"));
+    addFile("--csv", rOptions.csv,
+            "write every frame to this file; - for stdout, and all else goes to stderr. In names of files, {scene}, "
+            "{variant} and {seed} stand for those of each run");
     addFile("--debug-data", rOptions.debugData, "write the debug record of every frame to this file");
     addFile("--fic-load", rOptions.ficLoad, "begin with what an earlier run learned of the flash");
     addFile("--fic-save", rOptions.ficSave, "keep what this run learns of the flash");
@@ -39,7 +48,8 @@ VOID AddRunOptions(CLI::App& rRun, kirosim::RunOptions& rOptions)
         ->needs(pReport);
     addFile("--against", rOptions.against, "in the report, compare with this trace of another run (.csv)")
         ->needs(pReport);
-    rRun.add_flag("--json", rOptions.isJson, "print the summary as JSON, and all else to stderr");
+    rRun.add_flag("--json", rOptions.isJson,
+                  "print the summary as JSON, and all else to stderr; of several runs, each on a line");
     rRun.add_flag("--queries", rOptions.isAsking, "print what the library answers to queries after the run");
     rRun.add_flag("--realtime", rOptions.isRealtime, "run at the camera's frame rate; Ctrl-C ends the run");
     rRun.add_flag("--loop", rOptions.isLoop, "start the scene again at its end, until Ctrl-C; the camera runs on");
@@ -88,16 +98,19 @@ int RunProgram(int argc, char** argv)
     app.require_subcommand(1);
     bool                   isVerbose = false;
     kirosim::RunOptions    options;
+    kirosim::RunChoice     choice;
     kirosim::ReplayOptions replayOptions;
     kirosim::ReportOptions reportOptions;
     options.command       = program::CommandText(argc, argv);
     replayOptions.command = options.command;
     reportOptions.command = options.command;
 
-    CLI::App* pRun = app.add_subcommand("run", "run a scene and show how the exposure was controlled");
-    AddRunOptions(*pRun, options);
-    pRun->footer("Exit status: 0, 1 for bad input or a run that could not be finished, 2 for bad usage, 3 if a camera "
-                 "never controlled its exposure.");
+    CLI::App* pRun = app.add_subcommand("run", "run scenes and show how the exposure was controlled");
+    AddRunOptions(*pRun, options, choice);
+    pRun->footer(
+        "Exit status: 0, 1 for bad input or a run that could not be finished, 2 for bad usage, 3 if a camera "
+        "never controlled its exposure. Of several runs, the worst; one that fails does not keep the others from "
+        "running.");
     CLI::App* pReplay = app.add_subcommand("replay", "drive the library from a recording and compare");
     AddReplayOptions(*pReplay, replayOptions);
     for (CLI::App* pCommand : {pRun, pReplay})
@@ -129,7 +142,7 @@ int RunProgram(int argc, char** argv)
     }
     if (pRun->parsed())
     {
-        return kirosim::Run(options) ? 0 : kirosim::ExitNoControl;
+        return kirosim::Run(kirosim::RunsOf(options, choice));
     }
     if (pReport->parsed())
     {

@@ -8,17 +8,20 @@
 
 #include "parameters/live/vernierprotocol.h"
 #include "tools/kirosim/framepacer.h"
+#include "tools/kirosim/jsonfacts.h"
 #include "tools/kirosim/learnedfile.h"
 #include "tools/kirosim/librarylog.h"
 #include "tools/kirosim/livepicture.h"
 #include "tools/kirosim/missingmodes.h"
 #include "tools/kirosim/queryanswers.h"
 #include "tools/kirosim/runfiles.h"
+#include "tools/kirosim/runlist.h"
 #include "tools/kirosim/runpage.h"
 #include "tools/kirosim/runreport.h"
 #include "tools/kirosim/simulation.h"
 #include "tools/kirosim/stopsignal.h"
 #include "tools/kirosim/trace.h"
+#include "tools/program/programmain.h"
 #include "tools/program/progress.h"
 #include "tools/recording/recorder.h"
 
@@ -40,6 +43,19 @@ VOID Print(const RunOptions& rOptions, const std::string& rText)
     (VOID) std::fputs(rText.c_str(), (rOptions.IsStdoutTaken() || rOptions.isJson) ? stderr : stdout);
 }
 
+/// The facts behind what tells the runs of a list apart.
+std::string JsonLineOf(const RunOptions& rOptions, const RunReport& rReport)
+{
+    TextNode line = JsonObject(
+        {{"scene", Json(rOptions.scene)}, {"variant", Json(rOptions.variant)}, {"seed", Json(rOptions.seed)}});
+    TextNode facts = rReport.Facts();
+    for (TextItem& rItem : facts.items)
+    {
+        line.Add(std::move(rItem.name), std::move(rItem.value));
+    }
+    return ToJsonLine(line);
+}
+
 VOID PrintSummary(const RunOptions& rOptions, const RunReport& rReport)
 {
     if (!rOptions.isJson)
@@ -47,7 +63,8 @@ VOID PrintSummary(const RunOptions& rOptions, const RunReport& rReport)
         Print(rOptions, rReport.Format());
         return;
     }
-    (VOID) std::fputs(ToJson(rReport.Facts()).c_str(), rOptions.IsStdoutTaken() ? stderr : stdout);
+    const std::string text = rOptions.isJsonLine ? JsonLineOf(rOptions, rReport) : ToJson(rReport.Facts());
+    (VOID) std::fputs(text.c_str(), rOptions.IsStdoutTaken() ? stderr : stdout);
 }
 
 /// @throws std::runtime_error for a scene that learns nothing of its flash
@@ -231,27 +248,21 @@ VOID RunFrames(const RunOptions& rOptions, const Scene& rScene, Simulation& rSim
     }
 }
 
-}  // namespace
-
-bool Run(const RunOptions& rOptions)
+/// @return whether every camera has controlled its exposure in some frame
+bool RunScene(const RunOptions& rOptions, LoadedTuning& rTuning)
 {
-    CheckRunFiles(rOptions);
     const Scene scene = ReadRunScene(rOptions);
-    // What a tool changes meanwhile would not be part of a recording.
-    LoadedTuning tuning(rOptions.tuning, !rOptions.isNotLive && rOptions.record.empty(), LoadedTuning::Source::Copy,
-                        rOptions.liveAddress.c_str());
-    TellMissingModes(rOptions, scene, tuning);
-    ShowPort(rOptions, tuning);
-    const StopSignal                   stopSignal;  // before there are files to clear away
+    TellMissingModes(rOptions, scene, rTuning);
+    ShowPort(rOptions, rTuning);
     RunFiles                           files(rOptions);
     std::optional<RunPage>             page;
     std::optional<recording::Recorder> recorder;
     std::optional<Simulation>          simulation;
     if (!rOptions.report.empty())
     {
-        page.emplace(rOptions, scene, tuning);
+        page.emplace(rOptions, scene, rTuning);
     }
-    simulation.emplace(scene, tuning, librarylog::Write, MakeRecorder(rOptions, tuning, recorder));
+    simulation.emplace(scene, rTuning, librarylog::Write, MakeRecorder(rOptions, rTuning, recorder));
     files.Watch(simulation->MainCamera());
     RunReport                  report(scene);
     std::optional<LivePicture> picture;
@@ -276,6 +287,67 @@ bool Run(const RunOptions& rOptions)
         throw std::runtime_error(recordingError);
     }
     return report.HasControlled();
+}
+
+/// One of several runs: what is wrong with it does not keep the others from running.
+/// @return status of the run
+int RunOfList(const RunOptions& rOptions, LoadedTuning& rTuning)
+{
+    if (!rOptions.isJson)
+    {
+        Print(rOptions, fmt::format("== {}\n", RunName(rOptions)));
+    }
+    try
+    {
+        const bool hasControlled = RunScene(rOptions, rTuning);
+        (VOID) std::fflush(stdout);  // whoever started the list may wait for each run
+        return hasControlled ? 0 : ExitNoControl;
+    }
+    catch (const std::exception& rFault)
+    {
+        if (StopSignal::IsRaised())
+        {
+            throw;
+        }
+        (VOID) std::fprintf(stderr, "kirosim: %s: %s\n", RunName(rOptions).c_str(), rFault.what());
+        return program::ExitBadInput;
+    }
+}
+
+/// @throws std::runtime_error for runs that cannot follow one another
+VOID CheckRuns(const std::vector<RunOptions>& rRuns)
+{
+    for (const RunOptions& rRun : rRuns)
+    {
+        CheckRunFiles(rRun);
+    }
+    if (rRuns.size() > 1 && rRuns.front().IsOpenEnded())
+    {
+        throw std::runtime_error("--loop and --realtime: the first run would not end, expected one run");
+    }
+}
+
+}  // namespace
+
+int Run(const std::vector<RunOptions>& rRuns)
+{
+    const RunOptions& rFirst = rRuns.front();
+    CheckRuns(rRuns);
+    // What a tool changes meanwhile would not be part of a recording.
+    LoadedTuning     tuning(rFirst.tuning, !rFirst.isNotLive && rFirst.record.empty(), LoadedTuning::Source::Copy,
+                            rFirst.liveAddress.c_str());
+    const StopSignal stopSignal;  // before there are files to clear away
+    if (rRuns.size() == 1)
+    {
+        return RunScene(rFirst, tuning) ? 0 : ExitNoControl;
+    }
+    int worst = 0;
+    for (const RunOptions& rRun : rRuns)
+    {
+        const int status = RunOfList(rRun, tuning);
+        worst            = (status == program::ExitBadInput || worst == 0) ? status : worst;
+    }
+    return worst;
 }
 
 }  // namespace kirosim

@@ -38,6 +38,7 @@ struct RunOptions
     bool                  isLoop     = false;
     bool                  isNotLive  = false;
     bool                  isJson     = false;  ///< the summary
+    bool                  isJsonLine = false;  ///< one of several: on one line, with what tells them apart
     bool                  isStrict   = false;  ///< what is only said otherwise ends the run
 
     /// Whether an output is written to standard output, so that all else has to go elsewhere.

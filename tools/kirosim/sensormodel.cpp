@@ -326,7 +326,8 @@ SensorView SensorModel::View() const
 {
     const UINT32 repeats = SamplesPerRegion / m_radiance.Count();
     SensorView   view{{}, {}, {m_rScene.rg, m_rScene.bg}, m_shortRoom, &m_stats[AECAlgoExposureSafe].histogram};
-    view.samples.reserve(static_cast<size_t>(GridSize) * SamplesPerRegion);
+    view.samples.resize(static_cast<size_t>(GridSize) * SamplesPerRegion);
+    FLOAT* pSample = view.samples.data();
     for (UINT32 region = 0; region < GridSize; ++region)
     {
         const RowSignals& rSignals = m_signals[region / GridWidth];
@@ -334,7 +335,7 @@ SensorView SensorModel::View() const
         const FLOAT       added    = rSignals.added[region % GridWidth];
         for (UINT32 sample = 0; sample < m_radiance.Count(); ++sample)
         {
-            view.samples.insert(view.samples.end(), repeats, m_radiance.At(region, sample) * factor + added);
+            pSample = std::fill_n(pSample, repeats, m_radiance.At(region, sample) * factor + added);
         }
         view.colours[region] = {static_cast<DOUBLE>(m_rg[region]), static_cast<DOUBLE>(m_bg[region])};
     }
