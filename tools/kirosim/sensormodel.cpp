@@ -29,15 +29,15 @@ VOID Multiply(RowOfRegions& rRow, const RowOfRegions& rFactors)
     }
 }
 
-VOID AddTo(std::array<DOUBLE, GridWidth>& rSums, const RowOfRegions& rRow)
+VOID AddTo(RowOfRegions& rSums, const RowOfRegions& rRow)
 {
     for (UINT32 column = 0; column < GridWidth; ++column)
     {
-        rSums[column] += static_cast<DOUBLE>(rRow[column]);
+        rSums[column] += rRow[column];
     }
 }
 
-DOUBLE SumOf(const std::array<DOUBLE, GridWidth>& rNumbers)
+DOUBLE SumOf(const RowOfRegions& rNumbers)
 {
     return std::accumulate(rNumbers.begin(), rNumbers.end(), 0.0);
 }

@@ -113,8 +113,8 @@ private:
     /// What the regions of an exposure come to, by column.
     struct ExposureSums
     {
-        std::array<DOUBLE, GridWidth> levels;
-        std::array<DOUBLE, GridWidth> clipped;  ///< samples
+        RowOfRegions levels;
+        RowOfRegions clipped;  ///< samples
     };
 
     VOID   ExposeRegions(DOUBLE time, const AppliedExposure& rExposure, UINT32 type, FrameTruth& rTruth);
