@@ -30,10 +30,15 @@ variants:
 kirosim run --no-live --tuning examples/tunings/phone.yaml --scene lamp.yaml
 kirosim run --no-live --tuning examples/tunings/phone.yaml --scene lamp.yaml --variant slowly
 kirosim variants --scene lamp.yaml
+kirosim run --no-live --quiet --tuning examples/tunings/phone.yaml --scene lamp.yaml --variant all --seed 1..3 \
+    --json --csv '{scene}-{variant}-{seed}.csv'
 ```
 
 - A variant is a run of its own: the scene, but for what the variant names. A list takes the place of the scene's, and
   the maps `calibration`, `detectors`, `flash` and `start` begin anew; of other maps, what is not named stays.
+- `--scene`, `--variant` and `--seed` may come again: each scene runs in each variant with each seed, one after the
+  other on one tuning. `all` is the scene as it is (`plain`) and all its variants. `--json` prints a line for each run,
+  in their order. A run that fails says so on stderr; the others go on, and the exit status is the worst.
 - Anchors and merge keys of YAML spare repetition: `flash: {<<: *flash, maxCurrent: 450}`.
 - A slip is refused with file, line and column, and with what was expected. Limits belong to their range.
 - `kirosim schema` prints this page, `kirosim schema --json > scene.schema.json` a JSON Schema with which an editor
