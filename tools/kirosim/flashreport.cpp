@@ -229,4 +229,15 @@ TextItem FlashReport::Facts() const
                                  {"begunWithLearned", Json(!m_rScene.learned.empty())}})};
 }
 
+std::vector<Figure> FlashReport::Figures() const
+{
+    std::vector<Figure> figures;
+    for (size_t shot = 0; shot < m_shots.size(); ++shot)
+    {
+        const DOUBLE share = std::max(NearOverTarget(m_shots[shot]), 1e-9);  // of nothing
+        figures.push_back({FigureId::FlashError, "flash", m_times[shot], std::abs(std::log2(share))});
+    }
+    return figures;
+}
+
 }  // namespace kirosim

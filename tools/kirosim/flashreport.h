@@ -29,6 +29,8 @@ public:
     std::string Format() const override;
     TextItem    Facts() const override;
 
+    std::vector<Figure> Figures() const override;
+
     const std::vector<FlashShot>& Shots() const
     {
         return m_shots;

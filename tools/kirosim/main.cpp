@@ -3,6 +3,7 @@
 
 #include <fmt/format.h>
 
+#include "tools/kirosim/figures/figuretable.h"
 #include "tools/kirosim/librarylog.h"
 #include "tools/kirosim/replaycommand.h"
 #include "tools/kirosim/reportcommand.h"
@@ -48,8 +49,9 @@ VOID AddRunOptions(CLI::App& rRun, kirosim::RunOptions& rOptions, kirosim::RunCh
         ->needs(pReport);
     addFile("--against", rOptions.against, "in the report, compare with this trace of another run (.csv)")
         ->needs(pReport);
-    rRun.add_flag("--json", rOptions.isJson,
-                  "print the summary as JSON, and all else to stderr; of several runs, each on a line");
+    rRun.add_flag(
+        "--json", rOptions.isJson,
+        "print the summary with figures of merit as JSON, and all else to stderr; of several runs, each on a line");
     rRun.add_flag("--queries", rOptions.isAsking, "print what the library answers to queries after the run");
     rRun.add_flag("--realtime", rOptions.isRealtime, "run at the camera's frame rate; Ctrl-C ends the run");
     rRun.add_flag("--loop", rOptions.isLoop, "start the scene again at its end, until Ctrl-C; the camera runs on");
@@ -126,6 +128,9 @@ int RunProgram(int argc, char** argv)
     bool      isJson  = false;
     pSchema->add_flag("--json", isJson, "as JSON Schema for editors");
 
+    CLI::App* pFigures =
+        app.add_subcommand("figures", "print what the figures of merit mean, as a reference in Markdown");
+
     if (const std::optional<int> status = program::ReadCommandLine(app, argc, argv))
     {
         return *status;
@@ -138,6 +143,11 @@ int RunProgram(int argc, char** argv)
     if (pSchema->parsed())
     {
         fmt::print("{}", isJson ? kirosim::SceneJsonSchema() : kirosim::SceneReference());
+        return 0;
+    }
+    if (pFigures->parsed())
+    {
+        fmt::print("{}", kirosim::FigureReference());
         return 0;
     }
     if (pRun->parsed())

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tools/kirosim/camera.h"
+#include "tools/kirosim/figures/figure.h"
 #include "tools/kirosim/jsonfacts.h"
 
 namespace kirosim
@@ -30,6 +31,12 @@ public:
 
     /// The same for scripts, under the name of the report.
     virtual TextItem Facts() const = 0;
+
+    /// Figures of merit of what the report is about.
+    virtual std::vector<Figure> Figures() const
+    {
+        return {};
+    }
 };
 
 /// The reports of a scene, in the order in which they are printed. @param rScene must outlive them

@@ -216,6 +216,10 @@ VOID RunFrames(const RunOptions& rOptions, const Scene& rScene, Simulation& rSim
     rSimulation.Run(
         [&](const FrameRecord& rRecord)
         {
+            if (rReport.IsViewDue(rRecord))
+            {
+                rReport.Look(rRecord, rSimulation.MainCamera().View());
+            }
             rReport.Add(rRecord);
             rFiles.Add(rRecord);
             if (rPage.has_value())
@@ -264,11 +268,11 @@ bool RunScene(const RunOptions& rOptions, LoadedTuning& rTuning)
     }
     simulation.emplace(scene, rTuning, librarylog::Write, MakeRecorder(rOptions, rTuning, recorder));
     files.Watch(simulation->MainCamera());
-    RunReport                  report(scene);
+    RunReport                  report(scene, rOptions.isJson || page.has_value());
     std::optional<LivePicture> picture;
-    if (tuning.IsLive())
+    if (rTuning.IsLive())
     {
-        picture.emplace(tuning.Manager());
+        picture.emplace(rTuning.Manager());
     }
     RunFrames(rOptions, scene, *simulation, report, files, page, picture);
     const std::string answers = rOptions.isAsking ? QueryAnswers(simulation->MainCamera().Host().Algo()) : "";

@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 
 #include "tools/kirosim/development.h"
+#include "tools/kirosim/figures/figurepage.h"
 #include "tools/kirosim/meteringweights.h"
 #include "tools/kirosim/runbands.h"
 #include "tools/kirosim/trace.h"
@@ -223,6 +224,7 @@ VOID RunPage::Commit(const RunReport& rReport)
     m_page.bands               = m_bands.Finish();
     const TraceTable* pAgainst = m_against.has_value() ? &*m_against : nullptr;
     m_page.summary             = SummaryTable(rReport.Format());
+    m_page.tables.push_back(FigureTable(rReport.Figures()));
     m_page.tables.push_back(MeasureTable(m_trace, pAgainst));
     AddTrace(m_trace, pAgainst, m_page);
     if (m_second.has_value())

@@ -27,9 +27,13 @@ std::string FormatRoundSteps(UINT64 round, const std::vector<StepResult>& rSteps
 
 }  // namespace
 
-RunReport::RunReport(const Scene& rScene)
+RunReport::RunReport(const Scene& rScene, bool isMeasured)
     : m_rScene(rScene), m_builder(rScene), m_reports(ReportsOf(rScene)), m_frames(0), m_rounds(0)
 {
+    if (isMeasured)
+    {
+        m_figures.emplace(rScene);
+    }
 }
 
 VOID RunReport::Add(const FrameRecord& rRecord)
@@ -37,6 +41,10 @@ VOID RunReport::Add(const FrameRecord& rRecord)
     m_roundLines.clear();
     m_control.Add(rRecord.decided);
     m_builder.Add(rRecord);
+    if (m_figures.has_value())
+    {
+        m_figures->Add(rRecord);
+    }
     for (const auto& pReport : m_reports)
     {
         pReport->Add(rRecord);
@@ -60,11 +68,32 @@ VOID RunReport::EndRound()
 {
     ++m_rounds;
     m_lastRound   = m_builder.Finish();
+    m_lastFigures = RoundFigures();
     m_lastReports = std::move(m_reports);
     m_roundLines  = FormatRoundSteps(m_rounds, m_lastRound->steps);
     m_builder.BeginRound();
+    if (m_figures.has_value())
+    {
+        m_figures->BeginRound();
+    }
     m_reports = ReportsOf(m_rScene);
     m_frames  = 0;
+}
+
+std::vector<Figure> RunReport::RoundFigures() const
+{
+    std::vector<Figure> others;
+    for (const auto& pReport : m_reports)
+    {
+        const std::vector<Figure> figures = pReport->Figures();
+        others.insert(others.end(), figures.begin(), figures.end());
+    }
+    return m_figures.has_value() ? m_figures->Finish(std::move(others)) : std::vector<Figure>();
+}
+
+std::vector<Figure> RunReport::Figures() const
+{
+    return m_lastRound.has_value() ? m_lastFigures : RoundFigures();
 }
 
 bool RunReport::HasControlled() const
@@ -96,6 +125,10 @@ TextNode RunReport::Facts() const
     {
         TextItem item = pReport->Facts();
         facts.Add(std::move(item.name), std::move(item.value));
+    }
+    if (m_figures.has_value())
+    {
+        facts.Add("figures", FigureFacts(Figures()));
     }
     return facts;
 }

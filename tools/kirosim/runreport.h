@@ -3,6 +3,7 @@
 #pragma once
 
 #include "tools/kirosim/controlcheck.h"
+#include "tools/kirosim/figures/runfigures.h"
 #include "tools/kirosim/report.h"
 #include "tools/kirosim/summary.h"
 
@@ -13,10 +14,23 @@ namespace kirosim
 class RunReport
 {
 public:
-    /// @param rScene must outlive the report
-    explicit RunReport(const Scene& rScene);
+    /// @param rScene     must outlive the report
+    /// @param isMeasured whether figures of merit are wanted
+    explicit RunReport(const Scene& rScene, bool isMeasured = false);
 
     VOID Add(const FrameRecord& rRecord);
+
+    /// Whether the figures need to see what the frame shows that is added next.
+    bool IsViewDue(const FrameRecord& rRecord) const
+    {
+        return m_figures.has_value() && m_figures->IsViewDue(rRecord);
+    }
+
+    /// @param rView of the frame that is added next, if one is due
+    VOID Look(const FrameRecord& rRecord, const SensorView& rView)
+    {
+        m_figures->Look(rRecord, rView);
+    }
 
     /// Sees each frame of the second camera, before the first one's of the same time.
     VOID AddSecond(const FrameRecord& rRecord);
@@ -39,13 +53,18 @@ public:
     /// Summary and reports of the last full round; of the frames that there are if no round is full.
     std::string Format() const;
 
-    /// The same for scripts, as one object.
+    /// The same for scripts, as one object, with the figures of merit.
     TextNode Facts() const;
+
+    /// Of the last full round; of the frames that there are if no round is full. None unless they are wanted.
+    std::vector<Figure> Figures() const;
 
 private:
     using Reports = std::vector<std::unique_ptr<Report>>;
 
     VOID EndRound();
+
+    std::vector<Figure> RoundFigures() const;
 
     RunSummary Summary() const
     {
@@ -67,6 +86,8 @@ private:
     std::string               m_roundLines;
     std::optional<RunSummary> m_lastRound;
     Reports                   m_lastReports;
+    std::optional<RunFigures> m_figures;  ///< none unless they are wanted
+    std::vector<Figure>       m_lastFigures;
 };
 
 }  // namespace kirosim

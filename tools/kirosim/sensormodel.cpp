@@ -165,6 +165,7 @@ KIROStatsList& SensorModel::Capture(UINT64 frameID, DOUBLE time, const AppliedEx
         ExposeRegions(time, pExposures[type], type, rTruth);
     }
     ++m_framesOfRound;
+    rTruth.black = static_cast<DOUBLE>(m_stats[AECAlgoExposureSafe].histogram.front()) / (GridSize * SamplesPerRegion);
     if (m_objectMask.any())
     {
         rTruth.objectLuma = MeanLumaOfObject();

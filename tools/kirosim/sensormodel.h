@@ -44,6 +44,8 @@ struct FrameTruth
 
     std::array<DOUBLE, AECAlgoExposureCount> clipped;  ///< share of the picture that is clipped, by exposure
 
+    DOUBLE black;  ///< share of the safe exposure's picture below 1/256 of full scale
+
     std::optional<DOUBLE> objectLuma;  ///< mean of the safe exposure where the scene's object is, 0 to 255
 };
 

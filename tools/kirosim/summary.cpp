@@ -3,6 +3,13 @@
 #include <algorithm>
 #include <cmath>
 #include <fmt/format.h>
+#include <span>
+
+#include "tools/kirosim/figures/members.h"
+#include "tools/kirosim/figures/movement.h"
+#include "tools/kirosim/figures/ramplag.h"
+#include "tools/kirosim/figures/scenechanges.h"
+#include "tools/kirosim/figures/settling.h"
 
 namespace kirosim
 {
@@ -10,11 +17,7 @@ namespace kirosim
 namespace
 {
 
-constexpr size_t RippleFrames   = 100;
-constexpr DOUBLE SettledPercent = 5.0;
-
-/// A change of the light from one frame to the next that counts as a step.
-constexpr DOUBLE StepMinEV = 0.2;
+constexpr size_t RippleFrames = 100;
 
 /// Once settled, convergence lets its target wander within a tuned tolerance, and metering has its noise.
 constexpr DOUBLE TargetToleranceEV = 0.25;
@@ -23,18 +26,6 @@ constexpr size_t TargetFrames      = 10;
 /// Means of a picture beyond which it shows nothing, EV of full scale: less than one step of 8 bits, and next to all.
 constexpr DOUBLE BlackEV = -9.0;
 constexpr DOUBLE WhiteEV = -0.01;
-
-template <typename Samples, typename Value> DOUBLE Swing(const Samples& rSamples, Value&& value)
-{
-    DOUBLE low  = value(rSamples.front());
-    DOUBLE high = low;
-    for (const auto& rSample : rSamples)
-    {
-        low  = std::min(low, value(rSample));
-        high = std::max(high, value(rSample));
-    }
-    return high - low;
-}
 
 /// @return what is behind bands, as the end of a line; empty if nobody sees any
 const CHAR* CauseOfBands(const RunSummary& rSummary)
@@ -95,32 +86,6 @@ bool SummaryBuilder::IsLegal(const FrameRecord& rRecord) const
     return std::isfinite(rRecord.decided.luxIndex) && std::isfinite(rRecord.decided.convergence.compensationADRC);
 }
 
-bool SummaryBuilder::IsInRamp(DOUBLE time) const
-{
-    for (size_t index = 0; index < m_rScene.light.size(); ++index)
-    {
-        const DOUBLE start = (index == 0) ? 0.0 : m_rScene.light[index - 1].time;
-        if (m_rScene.light[index].isRamp && time >= start && time <= m_rScene.light[index].time)
-        {
-            return true;
-        }
-    }
-    return false;
-}
-
-/// A ramp of the light, or a camera on the move.
-bool SummaryBuilder::IsChanging(DOUBLE time) const
-{
-    return IsInRamp(time) || (m_rScene.panorama.has_value() && m_rScene.panorama->IsMoving(time));
-}
-
-bool SummaryBuilder::IsStepAt(size_t index) const
-{
-    const Sample* pBefore = Before(index);
-    return pBefore != nullptr && !IsChanging(m_samples[index].time) &&
-           std::abs(m_samples[index].lightEV - pBefore->lightEV) >= StepMinEV;
-}
-
 /// @return null for the first sample of all
 const SummaryBuilder::Sample* SummaryBuilder::Before(size_t index) const
 {
@@ -129,6 +94,16 @@ const SummaryBuilder::Sample* SummaryBuilder::Before(size_t index) const
         return &m_samples[index - 1];
     }
     return m_lastOfRoundBefore.has_value() ? &*m_lastOfRoundBefore : nullptr;
+}
+
+std::vector<SceneInstant> SummaryBuilder::Instants() const
+{
+    std::vector<SceneInstant> instants;
+    for (const Sample& rSample : m_samples)
+    {
+        instants.push_back({rSample.time, rSample.lightEV, false});
+    }
+    return instants;
 }
 
 RunSummary SummaryBuilder::Finish() const
@@ -141,26 +116,23 @@ RunSummary SummaryBuilder::Finish() const
     }
 
     // A step is judged up to the next change of what is seen; ramps have a measure of their own.
-    const auto isCut = [this](size_t index)
+    std::optional<SceneInstant> before;
+    if (m_lastOfRoundBefore.has_value())
     {
-        return m_rScene.panorama.has_value() &&
-               m_rScene.panorama->HasCut(m_samples[index - 1].time, m_samples[index].time);
-    };
-    size_t begin = 0;
-    for (size_t index = 1; index <= m_samples.size(); ++index)
-    {
-        const bool isEnd = index == m_samples.size() || IsStepAt(index) || isCut(index) ||
-                           IsChanging(m_samples[index].time) != IsChanging(m_samples[index - 1].time);
-        if (isEnd && (Before(begin) == nullptr || IsStepAt(begin)))
-        {
-            summary.steps.push_back(MeasureStep(begin, index));
-        }
-        begin = isEnd ? index : begin;
+        before = {m_lastOfRoundBefore->time, m_lastOfRoundBefore->lightEV, false};
     }
-    const size_t              tail = std::min(RippleFrames, m_samples.size());
-    const std::vector<Sample> last(m_samples.end() - static_cast<ptrdiff_t>(tail), m_samples.end());
-    summary.rippleEV           = Swing(last, [](const Sample& rSample) { return rSample.exposureLog2; });
-    summary.pictureSwingEV     = Swing(last, [](const Sample& rSample) { return rSample.pictureEV; });
+    for (const SceneSpan& rSpan : SpansOf(m_rScene, Instants(), before, SpanCauses::Light))
+    {
+        const bool isJump = rSpan.kind == SpanKind::Step && std::abs(rSpan.ev) >= StepMinEV;
+        if (isJump || rSpan.kind == SpanKind::Start)
+        {
+            summary.steps.push_back(MeasureStep(rSpan));
+        }
+    }
+    const size_t tail          = std::min(RippleFrames, m_samples.size());
+    const auto   last          = std::span(m_samples).last(tail);
+    summary.rippleEV           = SwingOf(MembersOf(last, &Sample::exposureLog2));
+    summary.pictureSwingEV     = SwingOf(MembersOf(last, &Sample::pictureEV));
     summary.rampLagEV          = MeasureRampLag();
     summary.failure            = FailureAt(0, m_samples.size());
     summary.isLampFlickering   = m_rScene.lamp.hertz > 0.0;
@@ -175,34 +147,22 @@ RunSummary SummaryBuilder::Finish() const
 }
 
 /// Frames count from the first statistics that show the step.
-StepResult SummaryBuilder::MeasureStep(size_t begin, size_t end) const
+StepResult SummaryBuilder::MeasureStep(const SceneSpan& rSpan) const
 {
-    const DOUBLE  tolerance = std::log2(1.0 + SettledPercent / 100.0);
-    const DOUBLE  final     = m_samples[end - 1].exposureLog2;
-    const Sample* pBefore   = Before(begin);
-    const DOUBLE  initial   = (pBefore != nullptr) ? pBefore->exposureLog2 : m_samples[begin].exposureLog2;
-    const DOUBLE  direction = (final >= initial) ? 1.0 : -1.0;
-
-    StepResult result{};
-    result.time = m_samples[begin].time;
-    result.ev   = (pBefore != nullptr) ? m_samples[begin].lightEV - pBefore->lightEV : 0.0;
-
-    size_t settledFrom = end;
-    while (settledFrom > begin && std::abs(m_samples[settledFrom - 1].exposureLog2 - final) <= tolerance)
+    const auto values =
+        MembersOf(std::span(m_samples).subspan(rSpan.begin, rSpan.end - rSpan.begin), &Sample::exposureLog2);
+    const Sample* pBefore = Before(rSpan.begin);
+    StepResult    result{};
+    result.time = m_samples[rSpan.begin].time;
+    result.ev   = rSpan.ev;
+    result.overshootEV =
+        OvershootOf(values, (pBefore != nullptr) ? pBefore->exposureLog2 : values.front(), values.back());
+    if (const std::optional<size_t> settled = SettledFrom(values, values.back()); settled.has_value())
     {
-        --settledFrom;
-    }
-    for (size_t index = begin; index < end; ++index)
-    {
-        result.overshootEV = std::max(result.overshootEV, direction * (m_samples[index].exposureLog2 - final));
-    }
-    // A value reached in the last frame only is no settled one.
-    if (settledFrom + 1 < end)
-    {
-        result.failure = FailureAt(settledFrom, end);
+        result.failure = FailureAt(rSpan.begin + *settled, rSpan.end);
         if (result.failure.empty())
         {
-            result.framesToSettle = static_cast<UINT32>(settledFrom - begin);
+            result.framesToSettle = static_cast<UINT32>(*settled);
         }
     }
     return result;
@@ -233,26 +193,21 @@ std::string SummaryBuilder::FailureAt(size_t begin, size_t end) const
                        (distanceEV > 0.0) ? "above" : "below", where);
 }
 
-/// Against the exposure before the ramp, which moves one for one with the light that the statistics show.
 std::optional<DOUBLE> SummaryBuilder::MeasureRampLag() const
 {
-    DOUBLE                sum   = 0.0;
-    UINT32                count = 0;
-    std::optional<Sample> before;
+    RampLag lag;
     for (const Sample& rSample : m_samples)
     {
-        if (!IsInRamp(rSample.time))
+        if (IsInRamp(m_rScene, rSample.time))
         {
-            before = rSample;
+            lag.AddRamp(rSample.exposureLog2, rSample.lightEV);
         }
-        else if (before.has_value())
+        else
         {
-            const DOUBLE ideal = before->exposureLog2 - (rSample.lightEV - before->lightEV);
-            sum += std::abs(rSample.exposureLog2 - ideal);
-            ++count;
+            lag.AddRest(rSample.exposureLog2, rSample.lightEV);
         }
     }
-    return (count > 0) ? std::optional<DOUBLE>(sum / count) : std::nullopt;
+    return lag.Mean();
 }
 
 std::string FormatSummary(const RunSummary& rSummary)

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tools/kirosim/exposurelimit.h"
+#include "tools/kirosim/figures/spans.h"
 #include "tools/kirosim/jsonfacts.h"
 #include "tools/kirosim/simulation.h"
 
@@ -65,13 +66,12 @@ private:
     };
 
     bool                  IsLegal(const FrameRecord& rRecord) const;
-    StepResult            MeasureStep(size_t begin, size_t end) const;
+    StepResult            MeasureStep(const SceneSpan& rSpan) const;
     std::string           FailureAt(size_t begin, size_t end) const;
     std::optional<DOUBLE> MeasureRampLag() const;
-    bool                  IsInRamp(DOUBLE time) const;
-    bool                  IsChanging(DOUBLE time) const;
-    bool                  IsStepAt(size_t index) const;
     const Sample*         Before(size_t index) const;
+
+    std::vector<SceneInstant> Instants() const;
 
     const Scene&          m_rScene;
     std::vector<Sample>   m_samples;

@@ -6,6 +6,8 @@
 
 #include <fmt/format.h>
 
+#include "tools/kirosim/figures/movement.h"
+
 namespace kirosim
 {
 
@@ -13,9 +15,6 @@ namespace
 {
 
 constexpr size_t LastFrames = 100;
-
-/// Changes of the exposure from frame to frame that a person may see, EV.
-constexpr DOUBLE VisibleEV = 0.01;
 
 using TraceColumn = std::vector<DOUBLE>;
 
@@ -32,49 +31,6 @@ std::vector<DOUBLE> Log2Of(const TraceColumn& rValues)
 std::span<const DOUBLE> LastOf(const TraceColumn& rValues)
 {
     return std::span(rValues).last(std::min(LastFrames, rValues.size()));
-}
-
-DOUBLE SwingOf(std::span<const DOUBLE> values)
-{
-    const auto [low, high] = std::minmax_element(values.begin(), values.end());
-    return *high - *low;
-}
-
-DOUBLE MeanOf(std::span<const DOUBLE> values)
-{
-    DOUBLE sum = 0.0;
-    for (const DOUBLE value : values)
-    {
-        sum += value;
-    }
-    return sum / static_cast<DOUBLE>(values.size());
-}
-
-DOUBLE LargestChange(const TraceColumn& rLogs)
-{
-    DOUBLE largest = 0.0;
-    for (size_t frame = 1; frame < rLogs.size(); ++frame)
-    {
-        largest = std::max(largest, std::abs(rLogs[frame] - rLogs[frame - 1]));
-    }
-    return largest;
-}
-
-/// How often a movement goes back on the one before it.
-DOUBLE Reversals(const TraceColumn& rLogs)
-{
-    DOUBLE count     = 0.0;
-    DOUBLE direction = 0.0;
-    for (size_t frame = 1; frame < rLogs.size(); ++frame)
-    {
-        const DOUBLE change = rLogs[frame] - rLogs[frame - 1];
-        if (std::abs(change) >= VisibleEV)
-        {
-            count += (change * direction < 0.0) ? 1.0 : 0.0;
-            direction = change;
-        }
-    }
-    return count;
 }
 
 TraceColumn DistancesFromTarget(const TraceColumn& rTargets, const TraceColumn& rExposures)
@@ -146,7 +102,8 @@ std::vector<TraceMeasure> MeasuresOf(const TraceTable& rTrace)
             {"largest change of the safe exposure between two frames", "EV",
              Of(rTrace, pExposure, [](const TraceColumn& rValues) { return LargestChange(Log2Of(rValues)); })},
             {"reversals of the safe exposure, of at least 0.01 EV", "",
-             Of(rTrace, pExposure, [](const TraceColumn& rValues) { return Reversals(Log2Of(rValues)); })},
+             Of(rTrace, pExposure,
+                [](const TraceColumn& rValues) { return static_cast<DOUBLE>(Reversals(Log2Of(rValues))); })},
             {"highest ADRC gain", "times", Of(rTrace, "adrc_gain", highest)},
             {"frames without metering", "percent", Of(rTrace, "metering_skipped", percent)},
             {"banding, last 100 frames, worst", "percent", Of(rTrace, "banding", worst)}};

@@ -219,4 +219,14 @@ TextItem TwoCamerasReport::Facts() const
     return {"pair", JsonList(Phases(), phaseFacts)};
 }
 
+std::vector<Figure> TwoCamerasReport::Figures() const
+{
+    std::vector<Figure> figures;
+    for (const PairPhase& rPhase : Phases())
+    {
+        figures.push_back({FigureId::PairDifference, "pair", rPhase.start, std::abs(rPhase.pictureDifferenceEV)});
+    }
+    return figures;
+}
+
 }  // namespace kirosim

@@ -42,6 +42,8 @@ public:
     std::string Format() const override;
     TextItem    Facts() const override;
 
+    std::vector<Figure> Figures() const override;
+
     std::vector<PairPhase> Phases() const;
 
 private:
