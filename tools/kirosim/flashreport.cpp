@@ -235,7 +235,8 @@ std::vector<Figure> FlashReport::Figures() const
     for (size_t shot = 0; shot < m_shots.size(); ++shot)
     {
         const DOUBLE share = std::max(NearOverTarget(m_shots[shot]), 1e-9);  // of nothing
-        figures.push_back({FigureId::FlashError, "flash", m_times[shot], std::abs(std::log2(share))});
+        const DOUBLE due   = m_rScene.pictures.first + static_cast<DOUBLE>(shot) * m_rScene.pictures.interval;
+        figures.push_back({FigureId::FlashError, "flash", due, std::abs(std::log2(share))});
     }
     return figures;
 }

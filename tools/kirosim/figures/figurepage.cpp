@@ -1,6 +1,7 @@
 #include "tools/kirosim/figures/figurepage.h"
 
 #include <algorithm>
+#include <cmath>
 #include <tuple>
 
 #include <fmt/format.h>
@@ -42,7 +43,8 @@ std::string HeadOf(const FigureRowKey& rKey)
 
 std::string CellOf(const std::optional<DOUBLE>& rValue)
 {
-    return !rValue.has_value() ? "never" : fmt::format("{:.3g}", *rValue);
+    constexpr DOUBLE shown = 1e4;
+    return !rValue.has_value() ? "never" : fmt::format("{:.3g}", std::round(*rValue * shown) / shown);
 }
 
 }  // namespace

@@ -110,7 +110,10 @@ VOID SpanFigures::AddMove(const SceneSpan& rSpan, std::vector<Figure>& rFigures)
         {
             lag.AddRamp(m_rSamples[index].exposureEV, m_rSamples[index].curveEV);
         }
-        rFigures.push_back({FigureId::Lag, of, rSpan.at, lag.Mean()});
+        if (const std::optional<DOUBLE> mean = lag.Mean(); mean.has_value())
+        {
+            rFigures.push_back({FigureId::Lag, of, rSpan.at, mean});
+        }
     }
     DOUBLE distance = 0.0;
     for (size_t index = rSpan.begin; index < rSpan.end; ++index)
