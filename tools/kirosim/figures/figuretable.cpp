@@ -27,14 +27,15 @@ constexpr FigureRow FigureRows[] = {
      "Distance of the exposure from its target at the end, mean of the last 10 frames: too bright or too dark. Not "
      "given while the user holds the exposure."},
     {"ripple", "EV", "still", OverRun::Worst, "Highest over lowest exposure while nothing changes."},
-    {"reversals", "turns", Every, OverRun::Frames,
+    {"reversals", "times", Every, OverRun::Frames,
      "How often the exposure turns back: a change of at least 0.01 EV from a frame to the next against the direction "
      "of the last such one."},
     {"kick", "EV", Moves, OverRun::Worst,
      "The largest change of the exposure from one frame to the next, less the largest change of the light in the ten "
      "frames up to it: what one sees as a jump. Starts, steps and events are left out, where jumps are wanted."},
     {"lag", "EV", "ramp", OverRun::Worst,
-     "Mean distance of the exposure from the one that has moved one for one with the light since the ramp began."},
+     "Mean distance of the exposure from the one that has moved one for one with the light since the ramp began. "
+     "Not given for a ramp in which the exposure meets a limit, or which it begins at one."},
     {"distance", "EV", "ramp, turn", OverRun::Worst,
      "Mean distance of the exposure from the metered target while the light or the camera moves."},
     {"swing", "EV", "still", OverRun::Worst,

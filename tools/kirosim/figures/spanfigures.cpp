@@ -101,19 +101,7 @@ VOID SpanFigures::AddMove(const SceneSpan& rSpan, std::vector<Figure>& rFigures)
     const std::string of = NameOf(rSpan.kind);
     if (rSpan.kind == SpanKind::Ramp)
     {
-        RampLag lag;
-        if (rSpan.begin > 0)
-        {
-            lag.AddRest(m_rSamples[rSpan.begin - 1].exposureEV, m_rSamples[rSpan.begin - 1].curveEV);
-        }
-        for (size_t index = rSpan.begin; index < rSpan.end; ++index)
-        {
-            lag.AddRamp(m_rSamples[index].exposureEV, m_rSamples[index].curveEV);
-        }
-        if (const std::optional<DOUBLE> mean = lag.Mean(); mean.has_value())
-        {
-            rFigures.push_back({FigureId::Lag, of, rSpan.at, mean});
-        }
+        AddLag(rSpan, rFigures);
     }
     DOUBLE distance = 0.0;
     for (size_t index = rSpan.begin; index < rSpan.end; ++index)
@@ -123,6 +111,27 @@ VOID SpanFigures::AddMove(const SceneSpan& rSpan, std::vector<Figure>& rFigures)
     rFigures.push_back({FigureId::Distance, of, rSpan.at, distance / static_cast<DOUBLE>(rSpan.end - rSpan.begin)});
     AddKick(of, rSpan, rFigures);
     AddShares(of, rSpan, rFigures);
+}
+
+/// An exposure at a limit does not move with the light, before a ramp or in it.
+VOID SpanFigures::AddLag(const SceneSpan& rSpan, std::vector<Figure>& rFigures) const
+{
+    if (rSpan.begin == 0)
+    {
+        return;
+    }
+    const auto samples = std::span(m_rSamples).subspan(rSpan.begin - 1, rSpan.end - rSpan.begin + 1);
+    if (std::any_of(samples.begin(), samples.end(), [](const RunSample& rSample) { return rSample.isPinned; }))
+    {
+        return;
+    }
+    RampLag lag;
+    lag.AddRest(samples.front().exposureEV, samples.front().curveEV);
+    for (const RunSample& rSample : samples.subspan(1))
+    {
+        lag.AddRamp(rSample.exposureEV, rSample.curveEV);
+    }
+    rFigures.push_back({FigureId::Lag, NameOf(rSpan.kind), rSpan.at, lag.Mean()});
 }
 
 VOID SpanFigures::AddStandstill(const SceneSpan& rSpan, std::vector<Figure>& rFigures) const

@@ -27,6 +27,7 @@ public:
 
 private:
     VOID AddFinalError(const std::string& rOf, const SceneSpan& rSpan, std::vector<Figure>& rFigures) const;
+    VOID AddLag(const SceneSpan& rSpan, std::vector<Figure>& rFigures) const;
     VOID AddKick(const std::string& rOf, const SceneSpan& rSpan, std::vector<Figure>& rFigures) const;
     VOID AddRipple(const SceneSpan& rSpan, std::vector<Figure>& rFigures) const;
     bool IsHeldAtEnd(const SceneSpan& rSpan) const;
