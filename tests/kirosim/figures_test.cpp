@@ -159,6 +159,31 @@ TEST(Figures, WhatTheUserHoldsIsNotToSettle)
     EXPECT_NEAR(run.Value(FigureId::Overshoot, "event", 2.0), 0.0, 1e-9);
 }
 
+TEST(Figures, DecisionsThatANewSessionGivesUpAreNotJudged)
+{
+    Scene scene  = StepScene(0.0);
+    Event begin  = {};
+    begin.time   = 4.0;
+    begin.start  = StartPlan{};
+    scene.events = {begin};
+    // The session shows its own exposure at once, as if decided a latency before.
+    const auto decided = [](UINT32 index) { return (index + 3 < StepFrame) ? 1e7 : 4e7; };
+    const auto start   = [](FrameRecord& rRecord)
+    {
+        if (rRecord.frame == 1 || rRecord.frame == StepFrame + 1)
+        {
+            rRecord.start.emplace();
+        }
+    };
+    const HandMadeRun run(scene, decided, AfterStep({4e7}), start);
+    for (const DOUBLE at : {0.0, 4.0})
+    {
+        EXPECT_EQ(run.Value(FigureId::Settle, "start", at), 0.0);
+        EXPECT_NEAR(run.Value(FigureId::Overshoot, "start", at), 0.0, 1e-9);
+        EXPECT_NEAR(run.Value(FigureId::FinalError, "start", at), 0.0, 1e-9);
+    }
+}
+
 TEST(Figures, LightThatMovesExcusesAsMuchAndNoMore)
 {
     // 1 EV a second from 2 s to 4 s. The exposure follows a frame late and with a jump of 0.2 EV in the middle, which

@@ -66,7 +66,11 @@ VOID RunFigures::SetOutcome(const FrameRecord& rRecord)
     const UINT64 latency = m_rScene.sensor.latency;
     const auto   found   = std::find_if(m_samples.rbegin(), m_samples.rend(),
                                         [&](const RunSample& rSample) { return rSample.frame + latency <= rRecord.frame; });
-    if (found != m_samples.rend() && found->frame + latency == rRecord.frame)
+    if (rRecord.start.has_value())
+    {
+        m_sessionBegin = rRecord.frame;  // what was on its way to the sensor is given up
+    }
+    if (found != m_samples.rend() && found->frame + latency == rRecord.frame && found->frame >= m_sessionBegin)
     {
         found->exposureEV = std::log2(rRecord.truth.exposure);
         found->isDecided  = true;

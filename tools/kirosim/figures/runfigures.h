@@ -42,6 +42,7 @@ private:
     const Scene&                m_rScene;
     LightWatch                  m_light;
     std::vector<RunSample>      m_samples;
+    UINT64                      m_sessionBegin = 0;   ///< first frame of the session
     std::optional<SceneInstant> m_lastOfRoundBefore;  ///< none in the first round
 };
 
