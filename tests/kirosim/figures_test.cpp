@@ -131,7 +131,7 @@ TEST(Figures, AStepIsJudgedByWhatTheSensorMadeOfEachDecision)
 
 TEST(Figures, RestingOffTheTargetIsNotSettled)
 {
-    // 6 percent too dark for good, 8 percent too bright at first.
+    // 6 percent too dark for good.
     const HandMadeRun run(StepScene(1.0), AfterStep({4.7e6}), AfterStep({5e6}));
     EXPECT_FALSE(run.Find(FigureId::Settle, "step", 4.0).value.has_value());
     EXPECT_FALSE(run.Find(FigureId::Settle, "run").value.has_value()) << "never is worse than late";

@@ -14,14 +14,14 @@ std::optional<DOUBLE> ToneSwing(std::span<const DOUBLE> times, std::span<const D
     {
         return std::nullopt;
     }
+    constexpr DOUBLE rounding = 1e-9;
     // The last frame lasts as long as the one before it.
     const DOUBLE end     = 2.0 * times.back() - times[times.size() - 2];
-    const DOUBLE periods = std::floor((end - times.front()) * hertz);
+    const DOUBLE periods = std::floor((end - times.front()) * hertz + rounding);
     if (periods < 1.0)
     {
         return std::nullopt;
     }
-    constexpr DOUBLE rounding = 1e-9;
     const auto   first = std::lower_bound(times.begin(), times.end(), end - periods / hertz - rounding) - times.begin();
     const auto   wanted     = values.subspan(static_cast<size_t>(first));
     const DOUBLE mean       = MeanOf(wanted);
