@@ -114,7 +114,7 @@ Data ReportOf(const std::string& rScene, std::optional<UINT32> pictures = {}, co
     options.isNotLive = true;
     options.isQuiet   = true;
     testing::internal::CaptureStdout();
-    EXPECT_TRUE(Run(options));
+    EXPECT_EQ(Run({options}), 0);
     testing::internal::GetCapturedStdout();
     return ReadPage(page.path);
 }

@@ -31,7 +31,7 @@ using FigureRowKey    = std::tuple<FigureId, std::string>;
 std::string HeadOf(const FigureColumnKey& rKey)
 {
     const auto& [of, at] = rKey;
-    return (of == RunName) ? "run" : fmt::format("{}, {:.4g} s", of, at);
+    return (of == WholeRun) ? "run" : fmt::format("{}, {:.4g} s", of, at);
 }
 
 std::string HeadOf(const FigureRowKey& rKey)
@@ -52,7 +52,7 @@ std::string CellOf(const std::optional<DOUBLE>& rValue)
 report::Table FigureTable(const std::vector<Figure>& rFigures)
 {
     // The run stands first, and the rows in the order in which they are explained.
-    std::vector<FigureColumnKey> columns = {{RunName, 0.0}};
+    std::vector<FigureColumnKey> columns = {{WholeRun, 0.0}};
     std::vector<FigureRowKey>    rows;
     for (const Figure& rFigure : rFigures)
     {

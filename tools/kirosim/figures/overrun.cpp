@@ -39,13 +39,13 @@ VOID AddWorst(std::vector<Figure>& rFigures)
             continue;
         }
         worst.push_back(rFigure);
-        worst.back().of = RunName;
+        worst.back().of = WholeRun;
         worst.back().at = 0.0;
     }
     rFigures.insert(rFigures.end(), worst.begin(), worst.end());
     if (unsettled.has_value())
     {
-        rFigures.push_back({FigureId::Unsettled, RunName, 0.0, unsettled});
+        rFigures.push_back({FigureId::Unsettled, WholeRun, 0.0, unsettled});
     }
 }
 

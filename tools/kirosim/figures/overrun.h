@@ -8,7 +8,7 @@ namespace kirosim
 {
 
 /// What the figures call the whole of a run.
-constexpr CHAR RunName[] = "run";
+constexpr CHAR WholeRun[] = "run";
 
 /// Appends the worst of each figure that has one, and how many stretches have not settled.
 VOID AddWorst(std::vector<Figure>& rFigures);

@@ -120,7 +120,7 @@ std::vector<Figure> RunFigures::Finish(std::vector<Figure> others) const
     }
     std::move(others.begin(), others.end(), std::back_inserter(figures));
     AddWorst(figures);
-    measure.AddShares(RunName, {SpanKind::Rest, 0.0, 0.0, 0, samples.size()}, figures);
+    measure.AddShares(WholeRun, {SpanKind::Rest, 0.0, 0.0, 0, samples.size()}, figures);
     return figures;
 }
 
