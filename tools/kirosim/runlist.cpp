@@ -2,7 +2,7 @@
 
 #include <charconv>
 #include <filesystem>
-#include <set>
+#include <map>
 #include <stdexcept>
 #include <utility>
 
@@ -125,13 +125,14 @@ VOID FillPlaces(RunOptions& rRun)
 
 VOID CheckOutputs(const std::vector<RunOptions>& rRuns)
 {
-    std::set<std::string> written;
+    // By the run: two options of one run that name the same file are refused with both of their names elsewhere.
+    std::map<std::string, const RunOptions*> written;
     for (const RunOptions& rRun : rRuns)
     {
         for (const auto& [pOption, pMember] : Outputs)
         {
             const std::string& rPath = rRun.*pMember;
-            if (!rPath.empty() && !written.insert(rPath).second)
+            if (!rPath.empty() && written.try_emplace(rPath, &rRun).first->second != &rRun)
             {
                 throw std::runtime_error(fmt::format(
                     "{}: {} of several runs, expected a name with {{scene}}, {{variant}} or {{seed}} that differs",
