@@ -15,6 +15,9 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
+# Some headers differ with the architecture, and the compiler looks for them in its own folders alone.
+add_compile_options("SHELL:-isystem ${KIRO_SYSROOT}/usr/include/${CMAKE_LIBRARY_ARCHITECTURE}")
+
 # Libraries of those libraries lie in these folders; a linker's older kind of run path finds them there, too.
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-Wl,--disable-new-dtags")
 foreach(folder usr/lib lib)

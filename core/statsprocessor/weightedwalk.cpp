@@ -6,6 +6,17 @@
 
 #include "core/statsprocessor/statschannels.h"
 
+namespace
+{
+
+/// Of tables' bits, which are the same where weights are: no table of a walk holds a NaN or 0.
+bool IsSameTable(const VOID* pOne, const VOID* pOther)
+{
+    return std::memcmp(pOne, pOther, CKIRO2DMetIterator::TableSize * sizeof(FLOAT)) == 0;
+}
+
+}  // namespace
+
 bool WeightedWalkKey::operator==(const WeightedWalkKey& rOther) const
 {
     return channel == rOther.channel && clamp == rOther.clamp && roi.x == rOther.roi.x && roi.y == rOther.roi.y &&
@@ -91,7 +102,7 @@ UINT32 CKIROWeightedWalk::FindTable(const FLOAT* pTable)
     for (UINT32 step = 0; step < m_tableCount; ++step)
     {
         const UINT32 index = (m_expected + step) % m_tableCount;
-        if (std::memcmp(m_tables[index].weights, pTable, sizeof(m_tables[index].weights)) == 0)
+        if (IsSameTable(m_tables[index].weights, pTable))
         {
             return index;
         }

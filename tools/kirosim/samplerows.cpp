@@ -37,7 +37,7 @@ VOID SampleExposure::ExposeRow(const SampleRows& rSamples, UINT32 row, const Row
         for (UINT32 sample = 0; sample < count; ++sample)
         {
             Lanes light;
-            std::memcpy(&light, pSamples + sample * GridWidth + column, sizeof(light));
+            std::memcpy(&light, pSamples + size_t{sample} * GridWidth + column, sizeof(light));
             const Lanes signal = light * factors + added;
             const Lanes value  = (signal < full) ? signal : full;
             const Lanes scaled = value * static_cast<FLOAT>(HistogramBins);

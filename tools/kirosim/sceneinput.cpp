@@ -49,8 +49,8 @@ VOID ReadElsewhere(const SceneText&, const YamlEntry&, Scene&)
 const SceneTable<Scene>& SecondTable()
 {
     static const SceneTable<Scene> table("a second camera", "member of a second camera", WholeSceneTable(),
-                                         {"lux", "seed", "startOffsetEV", "pattern", "panorama", "sensor", "role", "modes",
-                                          "calibration", "sensitivityByCCT", "start"});
+                                         {"lux", "seed", "startOffsetEV", "pattern", "panorama", "sensor", "role",
+                                          "modes", "calibration", "sensitivityByCCT", "start"});
     return table;
 }
 

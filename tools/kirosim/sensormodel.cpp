@@ -286,8 +286,8 @@ VOID SensorModel::SetSignals(UINT32 row, DOUBLE light, DOUBLE perLux, RowSignals
         const FLOAT lamp = static_cast<FLOAT>(m_pFlash->LuxAt(row * GridWidth + column) * perLux);
         ((m_pPanorama != nullptr) ? rSignals.added : rSignals.factors)[column] += lamp;
     }
-    const FLOAT* pDeviates = &m_regionDeviates[row * GridWidth];
-    const FLOAT* pGains    = &m_gains[row * GridWidth];
+    const FLOAT* pDeviates = &m_regionDeviates[size_t{row} * GridWidth];
+    const FLOAT* pGains    = &m_gains[size_t{row} * GridWidth];
     RowOfRegions gains;
     for (UINT32 column = 0; column < GridWidth; ++column)
     {

@@ -13,7 +13,7 @@ namespace page
 {
 
 /// Bytes of a body.
-constexpr UINT64 MaxBody = 64 * 1024;
+constexpr UINT64 MaxBody = UINT64{64} * 1024;
 
 /// What requests must show.
 struct GuardRules
