@@ -57,6 +57,12 @@ refuses "patch.yaml:4:[0-9]+: 'fast' found for unitStepSize" \
 refuses "tuning.yaml:4:[0-9]+: .*noSuchMember" kirotune page --file "$work/tuning.yaml"
 refuses "^cannot listen at 192.0.2.1:8080: ." kirotune page --listen 192.0.2.1:8080
 expected=2 refuses "^kirotune: --listen: expected HOST:PORT" kirotune page --listen 8080
+readonly set_run=(kirosim run --no-live --tuning "$good" --scene "$scene" --csv "$work/out.csv")
+for edit in 'unitStepSize=1:expected MODE' 'Sensr.0/kiroconvergence/unitStepSize=1:unknown mode' 'Default|Sensor.7/kiroconvergence/unitStepSize=1:no mode Default.Sensor.7' \
+    'Default/kiroconvergence/unitStepSiz=1:no kiroconvergence.unitStepSiz in' 'Default/kiroconvergence/unitStepSize=fast:expected one number'; do
+    refuses "^kirosim: --set .*: .*${edit##*:}" "${set_run[@]}" --set "${edit%:*}"
+done
+refuses '^kirosim: --record with --set: ' "${set_run[@]}" --set Default/kiroconvergence/unitStepSize=1 --record "$work/out.rec"
 printf 'no blob' >"$work/flash.fic"
 refuses "flash.fic: not what a run has learned of a flash" kirosim run --no-live --tuning "$good" \
     --scene "$examples/scenes/flash-calibration.yaml" --fic-load "$work/flash.fic"

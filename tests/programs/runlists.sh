@@ -40,6 +40,25 @@ status=$?
 [ "$(grep -c '^kirosim: ' stderr)" -eq 4 ] && grep -q '^kirosim: natural nowhere: ' stderr || fail "failed runs are not named: $(cat stderr)"
 [ "$(ls ./*-nowhere.csv missing* 2>/dev/null)" = '' ] || fail 'a run that fails leaves a file'
 
+# A number that is set for the runs does what a patch of the tuning does, below the mode that has the module, too.
+readonly member='kirodbconvbase/data[0].value.trigger1Data[0].trigger2Data[0].trigger3Data[0].triggerData.baseSpeed'
+cat >patch.yaml <<'EOF'
+modes:
+  Default: {children: {Sensor.0: {children: {Usecase.Video: {modules: {kirodbconvbase: {
+    data: {0: {value: {trigger1Data: {0: {trigger2Data: {0: {trigger3Data: {0: {triggerData: {baseSpeed: 0.5}}}}}}}}}}}}}}}}}
+EOF
+kirotune() { "${launcher[@]}" "$bin/kirotune" "$@"; }
+kirotune compile "$examples/tunings/phone.yaml" --patch patch.yaml -o patched.bin || fail 'the patch does not fit'
+echo 'events: [{time: 0, modes: [Sensor.0, Usecase.Video]}]
+startOffsetEV: 3' >film.yaml
+readonly film=(run --no-live --quiet --frames 40 --scene film.yaml)
+kirosim "${film[@]}" --tuning patched.bin --csv patched.csv >stdout || fail 'a patched tuning fails'
+kirosim "${film[@]}" --tuning "$examples/tunings/phone.yaml" --csv plain.csv >stdout || fail 'the scene fails'
+kirosim "${film[@]}" --tuning "$examples/tunings/phone.yaml" --set "Default|Sensor.0|Usecase.Video/$member=0.5" \
+    --csv set.csv >stdout || fail 'a number cannot be set'
+cmp -s set.csv patched.csv || fail 'another trace with a number set than with one patched'
+cmp -s set.csv plain.csv && fail 'a number that is set does nothing'
+
 kirosim "${run[@]}" --scene "$scenes/natural.yaml" --seed 1..2 --loop >stdout 2>stderr
 [ $? -eq 1 ] && grep -q 'would not end' stderr || fail 'a list begins with a run without end'
 exit $((failures > 0))

@@ -24,6 +24,9 @@ VOID AddRunOptions(CLI::App& rRun, kirosim::RunOptions& rOptions, kirosim::RunCh
     addFile("--tuning", rOptions.tuning, "tuning: a parameter file, or its text (.yaml); - for stdin")->required();
     const auto addList = [&rRun](const char* pName, std::vector<std::string>& rList, const char* pMeaning)
     { return rRun.add_option(pName, rList, pMeaning)->allow_extra_args(false); };
+    addList("--set", rOptions.edits,
+            "change a number of the tuning for the runs: MODE/MODULE/MEMBER=VALUE, such as "
+            "Default/kiroconvergence/unitStepSize=0.5; again for another");
     addList("--scene", rChoice.scenes, "scene (.yaml); - for stdin. Each further one is another run on the same tuning")
         ->check(program::FileName)
         ->required();

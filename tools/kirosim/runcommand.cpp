@@ -21,6 +21,7 @@
 #include "tools/kirosim/simulation.h"
 #include "tools/kirosim/stopsignal.h"
 #include "tools/kirosim/trace.h"
+#include "tools/kirosim/tuningedits.h"
 #include "tools/program/programmain.h"
 #include "tools/program/progress.h"
 #include "tools/recording/recorder.h"
@@ -318,7 +319,7 @@ int RunOfList(const RunOptions& rOptions, LoadedTuning& rTuning)
     }
 }
 
-/// @throws std::runtime_error for runs that cannot follow one another
+/// @throws std::runtime_error for runs that cannot follow one another, or not be repeated
 VOID CheckRuns(const std::vector<RunOptions>& rRuns)
 {
     for (const RunOptions& rRun : rRuns)
@@ -329,6 +330,10 @@ VOID CheckRuns(const std::vector<RunOptions>& rRuns)
     {
         throw std::runtime_error("--loop and --realtime: the first run would not end, expected one run");
     }
+    if (!rRuns.front().record.empty() && !rRuns.front().edits.empty())
+    {
+        throw std::runtime_error("--record with --set: a replay takes the tuning as its file has it");
+    }
 }
 
 }  // namespace
@@ -338,8 +343,9 @@ int Run(const std::vector<RunOptions>& rRuns)
     const RunOptions& rFirst = rRuns.front();
     CheckRuns(rRuns);
     // What a tool changes meanwhile would not be part of a recording.
-    LoadedTuning     tuning(rFirst.tuning, !rFirst.isNotLive && rFirst.record.empty(), LoadedTuning::Source::Copy,
-                            rFirst.liveAddress.c_str());
+    LoadedTuning tuning(rFirst.tuning, !rFirst.isNotLive && rFirst.record.empty(), LoadedTuning::Source::Copy,
+                        rFirst.liveAddress.c_str());
+    ApplyEdits(rFirst.edits, tuning);
     const StopSignal stopSignal;  // before there are files to clear away
     if (rRuns.size() == 1)
     {

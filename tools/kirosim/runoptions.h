@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/tavotypes.h"
 #include "tools/kirosim/loadedtuning.h"
@@ -15,6 +16,8 @@ namespace kirosim
 
 struct RunOptions
 {
+    std::vector<std::string> edits;  ///< of the tuning, MODE/MODULE/MEMBER=VALUE; see tuningedits.h
+
     std::string           tuning;
     std::string           scene;
     std::string           variant;  ///< empty for the scene as it is
