@@ -1,0 +1,5 @@
+import sys
+
+from kirolab.commandline import main
+
+sys.exit(main())

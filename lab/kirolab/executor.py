@@ -1,0 +1,66 @@
+"""Units of work on the cores of this machine."""
+
+import queue
+from concurrent.futures import ThreadPoolExecutor
+from typing import Protocol
+
+from kirolab.engine import Engine
+from kirolab.runs import Outcome, Unit
+
+Result = tuple[Unit, list[Outcome]]
+
+
+class Executor(Protocol):
+    """Takes units and gives back results, as they come."""
+
+    @property
+    def width(self) -> int:
+        """How many units it does at the same time."""
+
+    def submit(self, unit: Unit) -> None:
+        ...
+
+    def next(self) -> Result:
+        """Waits for any unit that was submitted."""
+
+    def close(self) -> list[Result]:
+        """Ends what runs; returns what is done by then and was not asked for yet."""
+
+
+class LocalExecutor:
+    """Threads that each wait for a process."""
+
+    def __init__(self, engine: Engine, jobs: int) -> None:
+        self._engine = engine
+        self._jobs = jobs
+        self._pool = ThreadPoolExecutor(jobs)
+        self._done: "queue.SimpleQueue[Result | Exception]" = queue.SimpleQueue()
+
+    @property
+    def width(self) -> int:
+        return self._jobs
+
+    def submit(self, unit: Unit) -> None:
+        self._pool.submit(self._work, unit)
+
+    def next(self) -> Result:
+        result = self._done.get()
+        if isinstance(result, Exception):
+            raise result
+        return result
+
+    def close(self) -> list[Result]:
+        self._engine.stop()
+        self._pool.shutdown(cancel_futures=True)
+        results = []
+        while not self._done.empty():
+            result = self._done.get()
+            if not isinstance(result, Exception):
+                results.append(result)
+        return results
+
+    def _work(self, unit: Unit) -> None:
+        try:
+            self._done.put((unit, self._engine.run(unit)))
+        except Exception as fault:  # such as a program that has gone: whoever waits for results has to know
+            self._done.put(fault)

@@ -1,0 +1,62 @@
+"""What the commands have in common: a corpus, tunings, something that runs them, and where results are kept."""
+
+import argparse
+import dataclasses
+import sys
+from contextlib import ExitStack
+
+import pandas as pd
+
+from kirolab.campaign import run_corpus
+from kirolab.corpus import Corpus, read_corpus, seeds_in
+from kirolab.engine import SimulationEngine
+from kirolab.errors import LabError
+from kirolab.executor import Executor, LocalExecutor
+from kirolab.programs import find_programs
+from kirolab.runs import Run
+from kirolab.store import ResultStore, default_folder
+from kirolab.tunings import Tuning, TuningShelf
+
+
+class Session:
+    """Use it with `with`: tunings are compiled, and executors live, for as long as it lasts."""
+
+    def __init__(self, options: argparse.Namespace, corpus: str) -> None:
+        self.programs = find_programs(options.programs)
+        self.corpus = chosen_corpus(corpus, options)
+        self.is_held_out: bool = options.held_out
+        self.progress = None if options.quiet else sys.stderr
+        self.store = ResultStore(options.store or default_folder(), self.programs.build)
+        self._options = options
+        self._stack = ExitStack()
+        self._shelf = self._stack.enter_context(TuningShelf(self.programs))
+
+    def __enter__(self) -> "Session":
+        return self
+
+    def __exit__(self, *_: object) -> None:
+        self._stack.close()
+
+    def read_tunings(self, names: list[str]) -> list[Tuning]:
+        """Names must differ: rows of a table are told apart by them."""
+        for name in names:
+            if names.count(name) > 1:
+                raise LabError(f"{name}: a tuning is named twice, expected tunings that differ in name")
+        return [self._shelf.read(name) for name in names]
+
+    def executor(self) -> Executor:
+        executor = LocalExecutor(SimulationEngine(self.programs), self._options.jobs)
+        self._stack.callback(executor.close)
+        return executor
+
+    def run(self, tunings: list[Tuning]) -> tuple[pd.DataFrame, dict[Run, str]]:
+        return run_corpus(self.corpus, tunings, self.executor(), self.store, self.is_held_out, self.progress)
+
+
+def chosen_corpus(file: str, options: argparse.Namespace) -> Corpus:
+    corpus = read_corpus(file)
+    if options.held_out and not corpus.held_out:
+        raise LabError(f"{file}: the corpus holds no scenes out, --held-out has nothing to run")
+    if options.seeds is None:
+        return corpus
+    return dataclasses.replace(corpus, seeds=tuple(seeds_in(options.seeds)))
