@@ -31,7 +31,8 @@ def comparison_html(comparison: Comparison, worst: int) -> str:
     title = f"{comparison.before} → {comparison.after}: {comparison.verdict}"
     parts = [
         "<!DOCTYPE html>",
-        f'<html lang="en"><head><meta charset="utf-8"><title>{escape(title)}</title><style>{STYLE}</style></head><body>',
+        f'<html lang="en"><head><meta charset="utf-8"><title>{escape(title)}</title>',
+        f"<style>{STYLE}</style></head><body>",
         f"<h1>{escape(comparison.before)} → {escape(comparison.after)}</h1>",
         f'<p><span class="{comparison.verdict}">{comparison.verdict}</span>: {escape(comparison.reason)}.</p>',
         f"<p>Corpus {escape(comparison.corpus.name)}: {comparison.runs} runs of each, {comparison.seeds} seeds. "
