@@ -2,7 +2,7 @@
 #   headers   interface, tuning store, schema and platform declarations, under include/kirocore; package files
 #   library   com.pelto.stats.kirocore.so.0
 #   desk      the stand-in of the framework's utility library; left out on a device, which has the real one
-#   programs  kirosim, kirotune, their manual pages and their completion for bash
+#   programs  kirosim, kirotune, their manual pages and their completion for bash; kirolab with its corpora and scenes
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
@@ -37,6 +37,14 @@ install(TARGETS tavocommonutils EXPORT kirocoreDeskTargets LIBRARY DESTINATION $
         NAMELINK_SKIP INCLUDES DESTINATION ${header_dir})
 install(TARGETS kirosim kirotune RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT programs)
 install(DIRECTORY ${PROJECT_BINARY_DIR}/share/ DESTINATION ${CMAKE_INSTALL_DATADIR} COMPONENT programs)
+
+# The lab's corpora name scenes beside them, in the source tree and installed.
+set(lab_dir ${CMAKE_INSTALL_DATADIR}/kirolab)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/lab/kirolab ${PROJECT_SOURCE_DIR}/lab/corpora DESTINATION ${lab_dir}/lab
+        COMPONENT programs PATTERN __pycache__ EXCLUDE)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples/scenes ${PROJECT_SOURCE_DIR}/examples/panoramas
+        ${PROJECT_SOURCE_DIR}/examples/tunings DESTINATION ${lab_dir}/examples COMPONENT programs)
+install(PROGRAMS ${PROJECT_SOURCE_DIR}/lab/bin/kirolab DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT programs)
 
 install(EXPORT kirocoreTargets NAMESPACE kirocore:: DESTINATION ${package_dir} COMPONENT headers)
 install(EXPORT kirocoreDeskTargets NAMESPACE kirocore:: DESTINATION ${package_dir} COMPONENT desk)

@@ -56,7 +56,7 @@ def table_html(head: Iterable[str], rows: Iterable[str]) -> str:
 
 def bars_html(comparison: Comparison) -> str:
     rows = []
-    for result in comparison.bars:
+    for result in (result for result in comparison.bars if result.count > 0):
         states = [(bar_state(result, True), result.broken_before), (bar_state(result, False), result.broken_after)]
         cells = "".join(
             f'<td class="{"broken" if broken else "held"}">{escape(state)}</td>' for state, broken in states

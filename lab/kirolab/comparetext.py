@@ -19,10 +19,11 @@ def comparison_text(comparison: Comparison, worst: int) -> str:
 
 
 def bar_lines(comparison: Comparison) -> list[str]:
-    if not comparison.bars:
+    judging = [result for result in comparison.bars if result.count > 0]
+    if not judging:
         return []
     rows = [("A", "B", "bars")]
-    for result in comparison.bars:
+    for result in judging:
         rows.append((bar_state(result, True), bar_state(result, False), result.bar.text))
     widths = [max(len(row[column]) for row in rows) for column in range(2)]
     return [""] + [f"  {row[0]:{widths[0]}}  {row[1]:{widths[1]}}  {row[2]}" for row in rows]

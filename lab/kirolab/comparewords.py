@@ -59,8 +59,6 @@ def report_commands(comparison: Comparison, row: Any) -> list[str]:
 
 
 def bar_state(result: BarResult, is_before: bool) -> str:
-    if result.count == 0:
-        return "no figure"
     if result.bar.limit is None and is_before:
         return "-"
     broken = result.broken_before if is_before else result.broken_after

@@ -27,13 +27,7 @@ class Tuning:
 
 def files_of(name: str) -> list[Path]:
     """A text or parameter file, then patches of it: tuning.yaml+patch.yaml."""
-    if Path(name).is_file():
-        return [Path(name)]
-    files = [Path(part) for part in name.split(PATCH_MARK)]
-    for file in files:
-        if not file.is_file():
-            raise LabError(f"{file}: no such file, expected a tuning, or TUNING{PATCH_MARK}PATCH")
-    return files
+    return [Path(name)] if Path(name).is_file() else [Path(part) for part in name.split(PATCH_MARK)]
 
 
 def compile_command(name: str, output: str) -> str | None:
@@ -61,13 +55,20 @@ class TuningShelf:
 
     def read(self, name: str) -> Tuning:
         tuning, *patches = files_of(name)
+        for file in [tuning, *patches]:
+            if not file.is_file():
+                raise LabError(f"{file}: no such file, expected a tuning, or TUNING{PATCH_MARK}PATCH")
         if not patches and tuning.suffix not in (".yaml", ".yml"):
+            self._tell_faults([self._programs.kirotune, "info", str(tuning)])
             return Tuning(name, tuning.resolve(), checksum_of(tuning.read_bytes()))
         self._count += 1
         output = Path(self._folder.name) / f"{self._count}.bin"
         options = [part for patch in patches for part in ("--patch", str(patch))]
-        command = [self._programs.kirotune, "compile", str(tuning), *options, "-o", str(output)]
+        self._tell_faults([self._programs.kirotune, "compile", str(tuning), *options, "-o", str(output)])
+        return Tuning(name, output, checksum_of(output.read_bytes()))
+
+    def _tell_faults(self, command: list[str]) -> None:
         result = subprocess.run(command, capture_output=True, text=True, check=False)
         if result.returncode != 0:
-            raise LabError(result.stderr.strip().splitlines()[-1].removeprefix("kirotune: "))
-        return Tuning(name, output, checksum_of(output.read_bytes()))
+            lines = result.stderr.strip().splitlines() or [f"{command[0]} ended with status {result.returncode}"]
+            raise LabError(lines[-1].removeprefix("kirotune: "))

@@ -34,6 +34,12 @@ for program in kirotune kirosim; do
     grep -q '^\.SH COMMANDS$' "$tree/share/man/man1/$program.1" || fail "no manual page of $program"
 done
 
+# The lab finds its package, its corpora and the programs beside it, wherever it was moved to.
+if /usr/bin/python3 -c 'import optuna, pandas, tqdm, yaml' 2>/dev/null; then
+    "$tree/bin/kirolab" run "$tree/share/kirolab/lab/corpora/basic.yaml" --seeds 1 --tuning "$source/examples/tunings/phone.yaml" \
+        --store store -o figures.csv --quiet && [ -s figures.csv ] || fail "kirolab does not run"
+fi
+
 mkdir headers
 for header in $(cd "$headers" && find . -name '*.h' | sort); do
     printf '#include "%s"\n' "${header#./}" >"headers/$(echo "${header#./}" | tr / _).cpp"
