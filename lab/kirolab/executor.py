@@ -1,10 +1,12 @@
 """Units of work on the cores of this machine."""
 
+import os
 import queue
 from concurrent.futures import ThreadPoolExecutor
 from typing import Protocol
 
-from kirolab.engine import Engine
+from kirolab.engine import Engine, SimulationEngine
+from kirolab.programs import Programs
 from kirolab.runs import Outcome, Unit
 
 Result = tuple[Unit, list[Outcome]]
@@ -27,14 +29,25 @@ class Executor(Protocol):
         """Ends what runs; returns what is done by then and was not asked for yet."""
 
 
+def local_executor(programs: Programs, jobs: int | None = None) -> "LocalExecutor":
+    """Uses all cores if nothing else is said."""
+    return LocalExecutor(SimulationEngine(programs), jobs or os.cpu_count() or 1)
+
+
 class LocalExecutor:
-    """Threads that each wait for a process."""
+    """Threads that each wait for a process. Use it with `with`, or close it."""
 
     def __init__(self, engine: Engine, jobs: int) -> None:
         self._engine = engine
         self._jobs = jobs
         self._pool = ThreadPoolExecutor(jobs)
         self._done: "queue.SimpleQueue[Result | Exception]" = queue.SimpleQueue()
+
+    def __enter__(self) -> "LocalExecutor":
+        return self
+
+    def __exit__(self, *_: object) -> None:
+        self.close()
 
     @property
     def width(self) -> int:

@@ -9,9 +9,8 @@ import pandas as pd
 
 from kirolab.campaign import run_corpus
 from kirolab.corpus import Corpus, read_corpus, seeds_in
-from kirolab.engine import SimulationEngine
 from kirolab.errors import LabError
-from kirolab.executor import Executor, LocalExecutor
+from kirolab.executor import Executor, local_executor
 from kirolab.programs import find_programs
 from kirolab.runs import Run
 from kirolab.store import ResultStore, default_folder
@@ -45,7 +44,7 @@ class Session:
         return [self._shelf.read(name) for name in names]
 
     def executor(self) -> Executor:
-        executor = LocalExecutor(SimulationEngine(self.programs), self._options.jobs)
+        executor = local_executor(self.programs, self._options.jobs)
         self._stack.callback(executor.close)
         return executor
 

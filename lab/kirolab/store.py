@@ -6,6 +6,7 @@ import tempfile
 from pathlib import Path
 
 from kirolab.errors import LabError
+from kirolab.programs import Programs
 from kirolab.runs import Figure, Run
 
 FOLDER_VARIABLE = "XDG_CACHE_HOME"
@@ -13,6 +14,10 @@ FOLDER_VARIABLE = "XDG_CACHE_HOME"
 
 def default_folder() -> Path:
     return Path(os.environ.get(FOLDER_VARIABLE) or Path.home() / ".cache") / "kirolab"
+
+
+def default_store(programs: Programs) -> "ResultStore":
+    return ResultStore(default_folder(), programs.build)
 
 
 class ResultStore:
