@@ -1,19 +1,12 @@
 """Bars of a corpus: what a tuning has to hold, figure by figure."""
 
 from dataclasses import dataclass
-from fnmatch import fnmatchcase
 from typing import Any
 
 import numpy as np
 import pandas as pd
 
-Patterns = tuple[str, ...]
-ANY: Patterns = ("*",)
-
-
-def matches_any(text: str, patterns: Patterns) -> bool:
-    """Patterns as for names of files: * for any text, ? for any letter."""
-    return any(fnmatchcase(text, pattern) for pattern in patterns)
+from kirolab.figurerows import ANY, Patterns, rows_of
 
 
 @dataclass(frozen=True)
@@ -43,12 +36,7 @@ class Bar:
 
     def rows(self, table: pd.DataFrame) -> pd.Series:
         """Which rows of a table of figures the bar is about."""
-        mask = table["figure"] == self.figure
-        for column, patterns in (("of", self.of), ("scene", self.scene), ("variant", self.variant)):
-            if patterns != ANY:
-                fitting = {text for text in table[column].unique() if matches_any(text, patterns)}
-                mask &= table[column].isin(fitting)
-        return mask
+        return rows_of(table, self.figure, self.of, self.scene, self.variant)
 
     def excess(self, values: pd.Series, reference: pd.Series | None = None, slack: float = 0.0) -> pd.Series:
         """How far each value is beyond the bar; 0 or less holds it, infinite is what was never reached.

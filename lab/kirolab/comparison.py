@@ -69,11 +69,8 @@ def compare_tables(
     confidence: float = CONFIDENCE,
 ) -> Comparison:
     """Each table has the runs of one tuning. Of held-out scenes, bars are as much wider as the corpus says."""
-    pairs = before.drop(columns="tuning").merge(
-        after.drop(columns="tuning"), on=PAIR, how="outer", suffixes=("_before", "_after"), indicator=True, sort=False
-    )
-    missing = int((pairs["_merge"] != "both").sum())
-    pairs = pairs[pairs["_merge"] == "both"].drop(columns="_merge").reset_index(drop=True)
+    pairs = pairs_of(before, after)
+    missing = len(before) + len(after) - 2 * len(pairs)
     stretches = judged_stretches(pairs, corpus, confidence)
     slack = corpus.held_out_slack if is_held_out else 0.0
     bars = [bar_result(bar, pairs, slack) for bar in corpus.bars]
@@ -95,6 +92,13 @@ def compare_tables(
         missing=missing,
         verdict=verdict,
         reason=reason,
+    )
+
+
+def pairs_of(before: pd.DataFrame, after: pd.DataFrame) -> pd.DataFrame:
+    """The figures that both have, run by run: value_before and value_after."""
+    return before.drop(columns="tuning").merge(
+        after.drop(columns="tuning"), on=PAIR, suffixes=("_before", "_after"), sort=False
     )
 
 

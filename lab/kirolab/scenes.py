@@ -9,6 +9,7 @@ import yaml
 
 from kirolab.errors import LabError
 from kirolab.programs import checksum_of
+from kirolab.yamlreader import load_yaml
 
 PLAIN = "plain"  # the scene without a variant
 SCENES_FRAMES = 300  # of a scene that does not say how long it is
@@ -27,12 +28,7 @@ class Scene:
     @cached_property
     def _tree(self) -> dict[str, Any]:
         # Texts are enough; names such as "on" stay what they are.
-        try:
-            tree = yaml.load(self.file.read_text(encoding="utf-8"), Loader=yaml.BaseLoader)
-        except (OSError, UnicodeDecodeError) as fault:
-            raise LabError(f"{self.file}: {getattr(fault, 'strerror', None) or 'is no text'}") from None
-        except yaml.YAMLError as fault:
-            raise LabError(f"{self.file}: {' '.join(str(fault).split())}") from None
+        tree = load_yaml(self.file, yaml.BaseLoader)
         if not isinstance(tree, dict):
             raise LabError(f"{self.file}: expected a scene, a map")
         return tree
