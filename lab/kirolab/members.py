@@ -69,7 +69,7 @@ class MemberWords:
                 raise LabError(f"{path.text}: no member '{part}' in {path.module}")
         kind = str(self._resolved(node).get("type"))
         if kind not in ("number", "integer", "boolean"):
-            raise LabError(f"{path.text}: a member of type {kind}, expected a number or a boolean")
+            raise LabError(f"{path.text}: a record, a text or an enumerator, expected a number or a boolean")
         return kind
 
     def range(self, path: MemberPath) -> tuple[float, float] | None:

@@ -4,6 +4,7 @@ import argparse
 import dataclasses
 import sys
 from contextlib import ExitStack
+from functools import cached_property
 
 import pandas as pd
 
@@ -11,8 +12,10 @@ from kirolab.campaign import run_corpus
 from kirolab.corpus import Corpus, read_corpus, seeds_in
 from kirolab.errors import LabError
 from kirolab.executor import Executor, local_executor
+from kirolab.members import HeldValues, MemberWords
 from kirolab.programs import find_programs
 from kirolab.runs import Run
+from kirolab.space import Space, read_space
 from kirolab.store import ResultStore, default_folder
 from kirolab.tunings import Tuning, TuningShelf
 
@@ -43,13 +46,17 @@ class Session:
                 raise LabError(f"{name}: a tuning is named twice, expected tunings that differ in name")
         return [self._shelf.read(name) for name in names]
 
+    @cached_property
     def executor(self) -> Executor:
         executor = local_executor(self.programs, self._options.jobs)
         self._stack.callback(executor.close)
         return executor
 
+    def read_space(self, file: str, tuning: Tuning) -> Space:
+        return read_space(file, MemberWords(self.programs), HeldValues(self.programs, tuning))
+
     def run(self, tunings: list[Tuning]) -> tuple[pd.DataFrame, dict[Run, str]]:
-        return run_corpus(self.corpus, tunings, self.executor(), self.store, self.is_held_out, self.progress)
+        return run_corpus(self.corpus, tunings, self.executor, self.store, self.is_held_out, self.progress)
 
 
 def chosen_corpus(file: str, options: argparse.Namespace) -> Corpus:

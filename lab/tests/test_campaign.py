@@ -8,32 +8,12 @@ from kirolab.campaign import Campaign, run_corpus
 from kirolab.corpus import Corpus
 from kirolab.engine import INTERRUPTED
 from kirolab.executor import LocalExecutor
-from kirolab.runs import Outcome, Run, Unit, runs_of, units_of
+from kirolab.runs import runs_of, units_of
 from kirolab.store import ResultStore
 from kirolab.tunings import Tuning
+from tests.fakes import FakeEngine
 
 CORPUS = "seeds: 1..3\nscenes: [{file: lamp.yaml, variants: [plain, step*]}, room.yaml]\n"
-
-
-class FakeEngine:
-    """Does what it is told to some runs, and counts all of them."""
-
-    def __init__(self, faults: dict[str, list[str]] | None = None) -> None:
-        self._faults = faults or {}
-        self.done: list[str] = []
-
-    def run(self, unit: Unit) -> list[Outcome]:
-        return [self._outcome(run) for run in unit.runs]
-
-    def stop(self) -> None:
-        pass
-
-    def _outcome(self, run: Run) -> Outcome:
-        self.done.append(run.name)
-        faults = self._faults.get(run.name)
-        if faults:
-            return Outcome(None, faults.pop(0))
-        return Outcome([{"figure": "kick", "of": "still", "at": 1, "value": run.seed / 7, "unit": "EV"}])
 
 
 def executor_of(engine: FakeEngine, jobs: int = 2) -> LocalExecutor:
@@ -77,7 +57,9 @@ def test_edits_and_scenes_make_other_runs(corpus_of: Callable[[str], Corpus], tu
 def test_what_fails_is_named_and_tried_once_more(
     corpus_of: Callable[[str], Corpus], tuning: Tuning, tmp_path: Path
 ) -> None:
-    engine = FakeEngine({"lamp step+1, seed 2": ["once"], "room plain, seed 1": ["always", "always", "never asked"]})
+    engine = FakeEngine(
+        faults={"lamp step+1, seed 2": ["once"], "room plain, seed 1": ["always", "always", "never asked"]}
+    )
     said = io.StringIO()
     store = ResultStore(tmp_path / "store", "build")
     table, faults = run_corpus(corpus_of(CORPUS), [tuning], executor_of(engine), store, progress=said)
@@ -87,7 +69,7 @@ def test_what_fails_is_named_and_tried_once_more(
 
 
 def test_an_interrupt_keeps_what_is_done(corpus_of: Callable[[str], Corpus], tuning: Tuning, tmp_path: Path) -> None:
-    engine = FakeEngine({"lamp step+2, seed 3": [INTERRUPTED]})
+    engine = FakeEngine(faults={"lamp step+2, seed 3": [INTERRUPTED]})
     store = ResultStore(tmp_path / "store", "build")
     runs = runs_of(tuning, corpus_of(CORPUS).scenes, [1, 2, 3])
     with pytest.raises(KeyboardInterrupt):
