@@ -5,7 +5,7 @@ import os
 import sys
 from pathlib import Path
 
-from kirolab import comparecommand, runcommand, tunecommand
+from kirolab import comparecommand, runcommand, sensitivitycommand, tunecommand
 from kirolab.errors import LabError
 
 STATUS_BAD_INPUT = 1
@@ -18,7 +18,7 @@ def main(arguments: list[str] | None = None) -> int:
     commands = parser.add_subparsers(required=True, metavar="COMMAND")
     common = argparse.ArgumentParser(add_help=False, allow_abbrev=False)
     add_common_options(common)
-    for command in (runcommand, comparecommand, tunecommand):
+    for command in (runcommand, comparecommand, tunecommand, sensitivitycommand):
         command.add_parser(commands, common)
     options = parser.parse_args(arguments)
     try:

@@ -20,6 +20,9 @@ from kirolab.store import ResultStore, default_folder
 from kirolab.tunings import Tuning, TuningShelf
 
 
+SEEDS_OF_SEARCH = 2  # of the corpus: verdicts take all of them
+
+
 class Session:
     """Use it with `with`: tunings are compiled, and executors live, for as long as it lasts."""
 

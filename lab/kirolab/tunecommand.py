@@ -9,12 +9,10 @@ from kirolab.comparetext import comparison_text
 from kirolab.comparison import Comparison, compare_tables
 from kirolab.errors import LabError
 from kirolab.programs import checksum_of
-from kirolab.session import Session
+from kirolab.session import SEEDS_OF_SEARCH, Session
 from kirolab.space import Space
 from kirolab.table import check_table_name, write_table, write_text
 from kirolab.tunings import PATCH_MARK, Tuning
-
-SEEDS_OF_SEARCH = 2
 
 
 def add_parser(commands: Any, common: argparse.ArgumentParser) -> None:
