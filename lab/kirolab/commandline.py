@@ -6,6 +6,7 @@ import sys
 from pathlib import Path
 
 from kirolab import comparecommand, runcommand, sensitivitycommand, tunecommand
+from kirolab.engine import PATIENCE
 from kirolab.errors import LabError
 
 STATUS_BAD_INPUT = 1
@@ -38,6 +39,10 @@ def add_common_options(parser: argparse.ArgumentParser) -> None:
     """Of all commands that run scenes."""
     group = parser.add_argument_group("runs")
     group.add_argument("--jobs", type=count, default=os.cpu_count(), help="runs at the same time (all cores)")
+    group.add_argument("--cluster", help="scheduler of a Dask cluster, such as tcp://scheduler:8786", metavar="ADDRESS")
+    group.add_argument(
+        "--patience", type=count, default=round(PATIENCE), help=f"seconds for a run to hang ({PATIENCE:g})", metavar="S"
+    )
     group.add_argument("--seeds", help="numbers or ranges such as 1..8, instead of the corpus'", metavar="SEEDS")
     group.add_argument("--store", type=Path, help="folder that keeps results (~/.cache/kirolab)", metavar="FOLDER")
     group.add_argument("--programs", help="folder of kirosim and kirotune", metavar="FOLDER")

@@ -5,7 +5,7 @@ import queue
 from concurrent.futures import ThreadPoolExecutor
 from typing import Protocol
 
-from kirolab.engine import Engine, SimulationEngine
+from kirolab.engine import Engine, Patience, SimulationEngine
 from kirolab.programs import Programs
 from kirolab.runs import Outcome, Unit
 
@@ -29,9 +29,9 @@ class Executor(Protocol):
         """Ends what runs; returns what is done by then and was not asked for yet."""
 
 
-def local_executor(programs: Programs, jobs: int | None = None) -> "LocalExecutor":
+def local_executor(programs: Programs, jobs: int | None = None, patience: Patience = Patience()) -> "LocalExecutor":
     """Uses all cores if nothing else is said."""
-    return LocalExecutor(SimulationEngine(programs), jobs or os.cpu_count() or 1)
+    return LocalExecutor(SimulationEngine(programs, patience), jobs or os.cpu_count() or 1)
 
 
 class LocalExecutor:

@@ -10,6 +10,7 @@ import pandas as pd
 
 from kirolab.campaign import run_corpus
 from kirolab.corpus import Corpus, read_corpus, seeds_in
+from kirolab.engine import Patience
 from kirolab.errors import LabError
 from kirolab.executor import Executor, local_executor
 from kirolab.members import HeldValues, MemberWords
@@ -51,7 +52,14 @@ class Session:
 
     @cached_property
     def executor(self) -> Executor:
-        executor = local_executor(self.programs, self._options.jobs)
+        patience = Patience(floor=self._options.patience)
+        executor: Executor
+        if self._options.cluster:
+            from kirolab.cluster import ClusterExecutor  # which takes a while to import
+
+            executor = ClusterExecutor(self._options.cluster, self.programs.build, patience)
+        else:
+            executor = local_executor(self.programs, self._options.jobs, patience)
         self._stack.callback(executor.close)
         return executor
 
