@@ -55,8 +55,8 @@ DOUBLE BaseExposure(const SnapshotTuningType* pSettings, const KiroHostFrame& rF
 
 }  // namespace
 
-BracketCapture::BracketCapture(KiroHost& rHost, UINT8 systemLatency)
-    : m_rHost(rHost), m_systemLatency(systemLatency), m_gains(rHost.Algo()), m_hasShownPicture(false), m_frame{}
+BracketCapture::BracketCapture(KiroHost& rHost)
+    : m_rHost(rHost), m_gains(rHost.Algo()), m_hasShownPicture(false), m_frame{}
 {
 }
 
@@ -89,11 +89,12 @@ const KiroHostFrame& BracketCapture::RunFrame(UINT64 frameID, KIROStatsList& rSt
 
 bool BracketCapture::StatsShowPicture(UINT64 frameID)
 {
-    while (!m_taken.empty() && m_taken.front() + m_systemLatency < frameID)
+    const UINT64 age = m_rHost.StatisticsAge();
+    while (!m_taken.empty() && m_taken.front() + age < frameID)
     {
         m_taken.pop_front();
     }
-    return !m_taken.empty() && m_taken.front() + m_systemLatency == frameID;
+    return !m_taken.empty() && m_taken.front() + age == frameID;
 }
 
 VOID BracketCapture::TakePicture(UINT64 frameID, KIROStatsList& rStats, bool isMetered)

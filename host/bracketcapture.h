@@ -27,8 +27,7 @@ class BracketCapture
 {
 public:
     /// @param rHost         must outlive this object
-    /// @param systemLatency frames from a decision to its statistics
-    BracketCapture(KiroHost& rHost, UINT8 systemLatency);
+    explicit BracketCapture(KiroHost& rHost);
 
     /// Asks for pictures, one per frame from the next frame on. They follow those that are still to be taken.
     /// @param rEVSteps as of KiroHost::SetExposureCompensation
@@ -58,7 +57,6 @@ private:
     VOID PublishEV(INT32 evSteps);
 
     KiroHost&                     m_rHost;
-    UINT8                         m_systemLatency;
     SnapshotGains                 m_gains;
     std::deque<INT32>             m_pending;  ///< EVs of the pictures to take
     std::deque<UINT64>            m_taken;    ///< frames whose pictures the statistics have yet to show

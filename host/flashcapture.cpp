@@ -129,7 +129,7 @@ UINT64 FlashCapture::SafeExposure() const
 /// from its newest decision, so only a still one belongs to the statistics.
 bool FlashCapture::IsStill() const
 {
-    return m_stillFrames >= m_config.systemLatency;
+    return m_stillFrames >= m_rHost.PipelineDelay();
 }
 
 VOID FlashCapture::RunHold(UINT64 frameID, KIROStatsList& rStats)
@@ -164,7 +164,7 @@ VOID FlashCapture::RunOff(UINT64 frameID, KIROStatsList& rStats)
 
 VOID FlashCapture::RunPreflash(UINT64 frameID, KIROStatsList& rStats)
 {
-    const bool isLit = m_phaseFrames > m_config.systemLatency;
+    const bool isLit = m_phaseFrames > m_rHost.PipelineDelay();
     if (isLit && !m_isMeteringDone)
     {
         ++m_result.preflashFrames;
@@ -292,7 +292,7 @@ VOID FlashCapture::FinishSnapshot()
 
 VOID FlashCapture::RunReadout(UINT64 frameID, KIROStatsList& rStats)
 {
-    m_isPictureShown = m_phaseFrames >= m_config.systemLatency;
+    m_isPictureShown = m_phaseFrames >= m_rHost.PipelineDelay();
     KIROExtFlashInfo info{};
     info.flashHighEst = m_result.high;
     m_rHost.SetFlashInfo(info);

@@ -16,7 +16,6 @@ struct FlashLamp
 
 struct FlashCaptureConfig
 {
-    UINT8  systemLatency;      ///< frames from a decision to its statistics
     INT32  maxFlashCurrent;    ///< mA, both LEDs together
     UINT32 maxHoldFrames;      ///< frames after which the exposure counts as still, still or not
     UINT32 maxPreflashFrames;  ///< metered frames after which the preflash ends, whatever metering says

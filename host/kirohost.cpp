@@ -28,8 +28,9 @@ KiroHost::KiroHost(const KiroCoreLibrary& rLibrary, const KiroHostConfig& rConfi
       m_settings{StatisticsAntibanding60Hz, rConfig.FPSRange, {}, HDRDisabled, StatsAlgoRoleDefault, {}}, m_touchROI{},
       m_touchRegion{}, m_externalData(m_pAlgo),
       m_walk(m_pAlgo, rConfig.sensorRange, rConfig.indexZeroExposure), m_frame{}, m_start{}, m_framesRun(0),
-      m_opMode(AECAlgoOperationModeInit), m_isLightSensed(false), m_hasPreviousMode(false), m_evSteps(0),
-      m_isMetered(true), m_unmeteredFrames(0), m_flashInfo{}, m_snapshot(KIROCoreSnapshotType::Normal)
+      m_statisticsAge(rConfig.systemLatency), m_opMode(AECAlgoOperationModeInit), m_isLightSensed(false),
+      m_hasPreviousMode(false), m_evSteps(0), m_isMetered(true), m_unmeteredFrames(0), m_flashInfo{},
+      m_snapshot(KIROCoreSnapshotType::Normal)
 {
     SetOperationMode(AECAlgoOperationModeFastAEC);
     SetHDRType(HDRDisabled);
@@ -285,6 +286,22 @@ FLOAT KiroHost::AnalyzerValue(INT32 dataID)
 VOID KiroHost::SetPrecisionFlash(const KIROPrecisionFlashInfo* pInfo)
 {
     m_settings.precisionFlash = (pInfo != nullptr) ? std::optional<KIROPrecisionFlashInfo>(*pInfo) : std::nullopt;
+}
+
+VOID KiroHost::SetPipelineDelay(UINT8 frames)
+{
+    m_config.systemLatency = frames;
+    SetStatisticsAge(frames);
+}
+
+/// The core goes by one number for both: the frame in its history that the statistics belong to.
+VOID KiroHost::SetStatisticsAge(UINT8 frames)
+{
+    if (frames != m_statisticsAge)
+    {
+        m_statisticsAge = frames;
+        (VOID) SetParam(AECAlgoSetParamPipelineDelay, frames);
+    }
 }
 
 VOID KiroHost::SetCameraInfo(const StatsCameraInfo& rInfo)

@@ -64,6 +64,25 @@ public:
     KiroHostFrame RunSnapshotFrame(UINT64 frameID, KIROStatsList& rStats, KIROCoreSnapshotType type, bool isMetered,
                                    const std::function<VOID(KiroHostFrame&)>& choose);
 
+    /// Frames from a decision to the statistics that show it, from now on.
+    /// @param frames 1 to 10
+    VOID SetPipelineDelay(UINT8 frames);
+
+    UINT8 PipelineDelay() const
+    {
+        return m_config.systemLatency;
+    }
+
+    /// The statistics of the next frame show another decision than the pipeline delay says, since one has come late.
+    /// Stands until it is set anew.
+    /// @param frames from that decision to its statistics, 1 to 10
+    VOID SetStatisticsAge(UINT8 frames);
+
+    UINT8 StatisticsAge() const
+    {
+        return m_statisticsAge;
+    }
+
     /// Whether the statistics show decided exposures.
     bool IsStreaming() const
     {
@@ -206,6 +225,7 @@ private:
     KiroHostFrame       m_frame;
     KiroStartExposure   m_start;
     UINT64              m_framesRun;  ///< since the session began
+    UINT8               m_statisticsAge;
 
     AECAlgoOperationModeType m_opMode;
     bool                     m_isLightSensed;

@@ -26,6 +26,11 @@ std::vector<KIROAlgoStartExpType> SourcesOf(const StartPlan& rPlan, const KiroSt
     return rPlan.source.has_value() ? std::vector<KIROAlgoStartExpType>{*rPlan.source} : KiroStartSources(rSituation);
 }
 
+RegisterDelays DelaysOf(const Sensor& rSensor)
+{
+    return {rSensor.GainDelay(), rSensor.TimeDelay()};
+}
+
 /// Start exposure of a scene that says nothing: 10 ms at unity gain.
 constexpr UINT64 DefaultStartExposure = 10000000;
 
@@ -43,8 +48,9 @@ UINT64 FixedStartExposure(const Scene& rScene)
 
 Camera::Camera(const Scene& rScene, LoadedTuning& rTuning, StatsLogger logger, const KiroTableDecorator& rDecorate)
     : m_rScene(rScene), m_rTuning(rTuning), m_sensor(rScene), m_library(KiroCoreLibraryName, rDecorate),
-      m_host(m_library, HostConfig(), logger), m_bracket(m_host, rScene.sensor.latency),
-      m_watch(m_host.Algo(), rScene.detectors.watched), m_outside(rScene), m_decided{}, m_isStarting(true)
+      m_host(m_library, HostConfig(), logger), m_bracket(m_host), m_watch(m_host.Algo(), rScene.detectors.watched),
+      m_outside(rScene), m_link(m_host, DelaysOf(rScene.sensor)), m_registers(DelaysOf(rScene.sensor)),
+      m_faults(rScene), m_decided{}, m_decidedBefore{}, m_isStarting(true)
 {
     SetCCT(m_rScene.CCT);
     if (m_rScene.camera.calibration.has_value())
@@ -58,11 +64,12 @@ Camera::Camera(const Scene& rScene, LoadedTuning& rTuning, StatsLogger logger, c
     }
 }
 
-/// The decision of frame n is in the statistics of frame n + latency.
+/// The sensor stands at the start exposure until the first decision has come through.
 VOID Camera::FillPipeline()
 {
-    m_decided = m_host.LastFrame();
-    m_pipeline.assign(m_rScene.sensor.latency - 1U, Quantize(m_decided));
+    m_decided       = m_host.LastFrame();
+    m_decidedBefore = m_decided;
+    m_registers.Begin(m_link.Begin());
     m_isStarting = true;
 }
 
@@ -82,6 +89,7 @@ VOID Camera::StartRound()
 {
     SetCCT(m_rScene.CCT);
     m_sensor.StartRound();
+    m_faults.StartRound();
     m_outside.StartRound();
     if (m_pFlash != nullptr)
     {
@@ -105,7 +113,7 @@ KiroHostConfig Camera::HostConfig() const
                           rSensor.maxTime};
     config.indexZeroExposure = rSensor.minTime;
     config.startExposure     = FixedStartExposure(m_rScene);
-    config.systemLatency     = rSensor.latency;
+    config.systemLatency     = static_cast<UINT8>(rSensor.ToldDelay());
     config.FPSRange          = {fps, fps};
     if (m_rScene.start.has_value())
     {
@@ -122,29 +130,22 @@ KiroHostConfig Camera::HostConfig() const
 FrameRecord Camera::RunFrame(UINT64 frame, DOUBLE time, DOUBLE sceneTime)
 {
     FrameRecord record{};
-    record.frame     = frame;
-    record.time      = time;
-    record.sceneTime = sceneTime;
-    m_pipeline.push_back(Quantize(m_decided));
-    const SensorFrame applied = m_pipeline.front();
-    m_pipeline.pop_front();
-    record.fps = applied.fps;
+    record.frame              = frame;
+    record.time               = time;
+    record.sceneTime          = sceneTime;
+    record.fault              = m_faults.Next();
+    const SensorFrame applied = Expose(frame, record.fault);
+    record.fps                = applied.fps;
     if (m_pFlash != nullptr)
     {
         m_pFlash->Begin(sceneTime);
     }
     KIROStatsList& rStats = m_sensor.Capture(frame, sceneTime, applied.exposures.data(), record.truth);
     m_outside.Deliver(sceneTime, m_host.ExternalData());
-    if (m_pFlash != nullptr)
+    m_decidedBefore = m_decided;
+    if (!record.fault.isDropped)
     {
-        record.flash = m_pFlash->RunFrame(frame, rStats);
-        m_decided    = m_host.LastFrame();
-    }
-    else
-    {
-        m_decided             = m_bracket.RunFrame(frame, rStats);
-        record.picture        = m_bracket.LastPicture();
-        record.isPictureShown = m_bracket.HasShownPicture();
+        Decide(frame, rStats, record);
     }
     record.decided   = m_decided;
     record.detectors = m_watch.Read();
@@ -161,13 +162,39 @@ FrameRecord Camera::RunFrame(UINT64 frame, DOUBLE time, DOUBLE sceneTime)
     return record;
 }
 
-Camera::SensorFrame Camera::Quantize(const KiroHostFrame& rFrame) const
+/// What the sensor does in a frame, with what has been written before it.
+Camera::SensorFrame Camera::Expose(UINT64 frame, const FrameFault& rFault)
+{
+    const KiroHostFrame& rNewest   = rFault.isLate ? m_decidedBefore : m_decided;
+    const UINT64         decidedIn = rFault.isLate ? frame - 2 : frame - 1;
+    return Quantize(m_registers.Write(m_link.Write(frame, decidedIn, rNewest)));
+}
+
+/// Without statistics there is no decision: the last one stands, as if it had been made again.
+VOID Camera::Decide(UINT64 frame, KIROStatsList& rStats, FrameRecord& rRecord)
+{
+    m_link.TakeStatistics(frame);
+    if (m_pFlash != nullptr)
+    {
+        rRecord.flash = m_pFlash->RunFrame(frame, rStats);
+        m_decided     = m_host.LastFrame();
+        return;
+    }
+    m_decided              = m_bracket.RunFrame(frame, rStats);
+    rRecord.picture        = m_bracket.LastPicture();
+    rRecord.isPictureShown = m_bracket.HasShownPicture();
+}
+
+Camera::SensorFrame Camera::Quantize(const SensorWrite& rActing) const
 {
     SensorFrame applied{};
-    applied.fps = static_cast<DOUBLE>(rFrame.arbitration[AECAlgoExposureSafe].FPS);
+    applied.fps = static_cast<DOUBLE>(rActing.FPS);
     for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
     {
-        applied.exposures[type] = m_sensor.Quantize(rFrame.arbitration[type].exposureSet);
+        KIROExposureSetType set{};
+        set.gain                = rActing.gains[type];
+        set.time                = rActing.times[type];
+        applied.exposures[type] = m_sensor.Quantize(set);
     }
     return applied;
 }

@@ -3,16 +3,17 @@
 /// from the one to the other.
 #pragma once
 
-#include <deque>
-
 #include "host/bracketcapture.h"
 #include "host/controlvalues.h"
 #include "host/kirohost.h"
 #include "host/scenechangewatch.h"
+#include "host/sensorlink.h"
 #include "tools/kirosim/flashunit.h"
+#include "tools/kirosim/framefaults.h"
 #include "tools/kirosim/loadedtuning.h"
 #include "tools/kirosim/outsidesources.h"
 #include "tools/kirosim/sensormodel.h"
+#include "tools/kirosim/sensorregisters.h"
 
 namespace kirosim
 {
@@ -26,6 +27,7 @@ struct FrameRecord
     DOUBLE        fps;        ///< at which the sensor took it; the next one starts a period later
     FrameTruth    truth;
     KiroHostFrame decided;
+    FrameFault    fault;  ///< of its statistics, and of what was written before it
 
     std::optional<BracketPicture>    picture;         ///< the frame is one of a bracket, and no preview
     bool                             isPictureShown;  ///< the truth is of such a frame
@@ -105,7 +107,9 @@ private:
 
     KiroHostConfig HostConfig() const;
     VOID           FillPipeline();
-    SensorFrame    Quantize(const KiroHostFrame& rFrame) const;
+    SensorFrame    Expose(UINT64 frame, const FrameFault& rFault);
+    VOID           Decide(UINT64 frame, KIROStatsList& rStats, FrameRecord& rRecord);
+    SensorFrame    Quantize(const SensorWrite& rActing) const;
 
     const Scene&               m_rScene;
     LoadedTuning&              m_rTuning;
@@ -115,10 +119,13 @@ private:
     BracketCapture             m_bracket;
     SceneChangeWatch           m_watch;
     OutsideSources             m_outside;
-    KiroHostFrame              m_decided;     ///< of the last frame
-    std::deque<SensorFrame>    m_pipeline;    ///< decisions on their way to the sensor, oldest first
-    bool                       m_isStarting;  ///< the next frame is the first of its session
-    std::unique_ptr<FlashUnit> m_pFlash;      ///< null without flash
+    SensorLink                 m_link;
+    SensorRegisters            m_registers;
+    FrameFaults                m_faults;
+    KiroHostFrame              m_decided;        ///< of the last frame
+    KiroHostFrame              m_decidedBefore;  ///< of the one before it
+    bool                       m_isStarting;     ///< the next frame is the first of its session
+    std::unique_ptr<FlashUnit> m_pFlash;         ///< null without flash
 
     std::optional<controlvalues::Publisher> m_controlValues;  ///< none unless somebody may watch
 };

@@ -16,7 +16,7 @@ constexpr UINT32 PreflashFramesMax = 20;
 
 FlashCaptureConfig ConfigOf(const Scene& rScene)
 {
-    return {rScene.sensor.latency, rScene.flash->maxCurrent, HoldFramesMax, PreflashFramesMax};
+    return {rScene.flash->maxCurrent, HoldFramesMax, PreflashFramesMax};
 }
 
 /// A white balance that turns the light grey.
@@ -35,7 +35,7 @@ AECAlgoWhiteBalanceState BalanceOf(const Colour& rLight)
 
 FlashUnit::FlashUnit(const Scene& rScene, SensorModel& rSensor, KiroHost& rHost)
     : m_rScene(*rScene.flash), m_rModel(*rSensor.Flash()), m_rHost(rHost), m_capture(rHost, ConfigOf(rScene)),
-      m_pipeline(rScene.sensor.latency - 1U, FlashLamp{}), m_pictures(0), m_farLumaOff(0.0)
+      m_pipeline(rScene.sensor.Delay() - 1U, FlashLamp{}), m_pictures(0), m_farLumaOff(0.0)
 {
     if (m_rScene.isCalibrated && !flashcalibration::Enable(m_rHost, m_rScene.learned))
     {

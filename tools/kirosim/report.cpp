@@ -44,7 +44,7 @@ std::vector<std::unique_ptr<Report>> ReportsOf(const Scene& rScene)
     if (std::any_of(rScene.events.begin(), rScene.events.end(),
                     [](const Event& rEvent) { return rEvent.bracket.has_value(); }))
     {
-        reports.push_back(std::make_unique<BracketReport>(rScene.sensor.latency));
+        reports.push_back(std::make_unique<BracketReport>(rScene.sensor.Delay()));
     }
     if (rScene.isMonitored)
     {

@@ -2,6 +2,7 @@
 /// A scene: light over space and time, the sensor that looks at it, and what the user does meanwhile.
 #pragma once
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 #include <string>
@@ -64,7 +65,14 @@ struct Lamp
 
 struct Sensor
 {
-    UINT8  latency     = 3;  ///< frames from a decision to its statistics
+    UINT8                latency = 3;               ///< frames from a decision to its statistics
+    std::optional<UINT8> gainDelay;                 ///< frames from a write to its statistics; none for the latency
+    std::optional<UINT8> timeDelay;                 ///< the same
+    INT32                delayError       = 0;      ///< frames that the host's delay is above the true one
+    bool                 isDelayCorrected = false;  ///< the host may correct it by what it watches
+    DOUBLE               dropped          = 0.0;    ///< percent of the frames whose statistics are missing
+    DOUBLE               late             = 0.0;    ///< percent of the decisions that come a frame late
+
     DOUBLE minGain     = 1.0;
     DOUBLE maxGain     = 64.0;
     DOUBLE gainStep    = 1.0 / 128.0;
@@ -77,6 +85,28 @@ struct Sensor
     DOUBLE shotNoise   = 0.0;  ///< sigma of a full-scale region at unity gain, share of full scale
     DOUBLE readNoise   = 0.0;  ///< sigma, share of full scale
     DOUBLE sensitivity = 1.0;  ///< signal against a sensor of unity
+
+    UINT8 GainDelay() const
+    {
+        return gainDelay.value_or(latency);
+    }
+
+    UINT8 TimeDelay() const
+    {
+        return timeDelay.value_or(latency);
+    }
+
+    /// Frames from a decision to its statistics, once gain and time have both arrived.
+    UINT8 Delay() const
+    {
+        return std::max(GainDelay(), TimeDelay());
+    }
+
+    /// What the host is told of it.
+    INT32 ToldDelay() const
+    {
+        return Delay() + delayError;
+    }
 };
 
 /// What happens at a time. Each member that is set applies.

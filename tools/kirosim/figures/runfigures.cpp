@@ -63,7 +63,7 @@ VOID RunFigures::Add(const FrameRecord& rRecord)
 /// The exposure of a frame is what an earlier one has decided.
 VOID RunFigures::SetOutcome(const FrameRecord& rRecord)
 {
-    const UINT64 latency = m_rScene.sensor.latency;
+    const UINT64 latency = m_rScene.sensor.Delay();
     const auto   found   = std::find_if(m_samples.rbegin(), m_samples.rend(),
                                         [&](const RunSample& rSample) { return rSample.frame + latency <= rRecord.frame; });
     if (rRecord.start.has_value())

@@ -1,0 +1,143 @@
+// A sensor and a host with the faults of real ones: registers that act after different numbers of frames, a wrong
+// pipeline delay, statistics that are missing, decisions that come late.
+
+#include <gtest/gtest.h>
+
+#include "tests/kirosim/simulationrun.h"
+#include "tests/support/refusal.h"
+#include "tests/support/temporaryfile.h"
+#include "tools/kirosim/sensorregisters.h"
+
+using namespace kirosim;
+
+namespace
+{
+
+/// A decision whose gain and time both tell its number.
+KiroHostFrame Decision(UINT64 number)
+{
+    KiroHostFrame frame{};
+    for (KIROArbitrationOutput& rOutput : frame.arbitration)
+    {
+        rOutput.exposureSet.gain = static_cast<FLOAT>(number);
+        rOutput.exposureSet.time = number;
+    }
+    return frame;
+}
+
+SensorWrite Together(UINT64 number)
+{
+    return ExposureStaging({1, 1}).Begin(Decision(number));
+}
+
+TEST(ExposureStaging, GainAndTimeOfADecisionTakeEffectInOneFrameWhateverTheRegistersNeed)
+{
+    for (const RegisterDelays& rDelays : {RegisterDelays{1, 2}, {2, 1}, {3, 3}, {2, 5}})
+    {
+        SCOPED_TRACE(testing::Message() << UINT32{rDelays.gain} << " and " << UINT32{rDelays.time});
+        const UINT64    slower = std::max(rDelays.gain, rDelays.time);
+        ExposureStaging staging(rDelays);
+        SensorRegisters registers(rDelays);
+        registers.Begin(staging.Begin(Decision(100)));
+        for (UINT64 frame = 1; frame <= 12; ++frame)
+        {
+            const SensorWrite acting   = registers.Write(staging.Stage(Decision(100 + frame)));
+            const UINT64      expected = 100 + std::max(frame + 1, slower) - slower;
+            EXPECT_EQ(acting.times[AECAlgoExposureSafe], expected) << frame;
+            EXPECT_EQ(acting.gains[AECAlgoExposureSafe], static_cast<FLOAT>(expected)) << frame;
+        }
+    }
+    // Written together, they part: the frame has the gain of one decision at the time of another.
+    SensorRegisters registers({1, 2});
+    registers.Begin(Together(100));
+    const SensorWrite acting = registers.Write(Together(101));
+    EXPECT_EQ(acting.gains[AECAlgoExposureSafe], 101.0f);
+    EXPECT_EQ(acting.times[AECAlgoExposureSafe], 100U);
+}
+
+TEST(SensorFaults, TheToldDelayIsOneThatTheCoreCanHave)
+{
+    const TemporaryFile file("sensorfaults_test.yaml");
+    const auto          scene = [&](const std::string& rSensor)
+    { return ReadScene(file.Write("lux: 100\nsensor: {" + rSensor + "}\n"), ""); };
+    EXPECT_EQ(scene("gainDelay: 1, timeDelay: 2").sensor.Delay(), 2U);
+    EXPECT_EQ(scene("gainDelay: 4, delayError: -2").sensor.ToldDelay(), 2);
+    EXPECT_NE(RefusalOf([&] { (VOID) scene("latency: 2, delayError: -2"); }).find("must be 1 to 9 frames, not 0"),
+              std::string::npos);
+    EXPECT_NE(RefusalOf([&] { (VOID) scene("latency: 9, delayError: 1"); }).find("must be 1 to 9 frames, not 10"),
+              std::string::npos);
+}
+
+TEST(SensorFaults, ComeBySeedAndShareRoundByRound)
+{
+    Scene scene;
+    scene.sensor.dropped = 5.0;
+    scene.sensor.late    = 20.0;
+    FrameFaults         faults(scene);
+    UINT32              dropped = 0;
+    std::array<bool, 4> late[2];
+    for (auto& rRound : late)
+    {
+        faults.StartRound();
+        for (bool& rIsLate : rRound)
+        {
+            rIsLate = faults.Next().isLate;
+        }
+    }
+    EXPECT_EQ(late[0], late[1]);
+    for (UINT32 frame = 0; frame < 10000; ++frame)
+    {
+        dropped += faults.Next().isDropped ? 1 : 0;
+    }
+    EXPECT_NEAR(dropped, 500.0, 90.0);  // four sigmas
+}
+
+/// A variant of the scene of faults, and the most that each of its steps +1, -1, +4 and -4 EV may take.
+struct FaultBar
+{
+    const CHAR*           pVariant;
+    std::array<UINT32, 4> frames;
+    DOUBLE                overshootEV;
+};
+
+class FaultControl : public testing::TestWithParam<FaultBar>
+{
+};
+
+TEST_P(FaultControl, StepsSettleWithinTheBarsWhateverTheSeed)
+{
+    for (UINT64 seed = 1; seed <= 4; ++seed)
+    {
+        SCOPED_TRACE(testing::Message() << "seed " << seed);
+        const RunSummary summary = SimulationRun("sensor-faults", GetParam().pVariant, "phone.yaml", seed).Summary();
+        ASSERT_EQ(summary.steps.size(), 5U);
+        for (size_t step = 0; step < 4; ++step)
+        {
+            const StepResult& rStep = summary.steps[step + 1];
+            EXPECT_LE(rStep.framesToSettle.value_or(999), GetParam().frames[step]) << "step of " << rStep.ev << " EV";
+            EXPECT_LE(rStep.overshootEV, GetParam().overshootEV) << "step of " << rStep.ev << " EV";
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Bars, FaultControl,
+                         testing::Values(FaultBar{"quick-gain", {3, 2, 6, 3}, 0.02},
+                                         FaultBar{"slow-gain", {4, 2, 8, 3}, 0.02},
+                                         FaultBar{"long", {6, 2, 11, 6}, 0.02}, FaultBar{"long-2", {7, 2, 13, 7}, 0.02},
+                                         FaultBar{"dropped", {5, 3, 8, 4}, 0.02}, FaultBar{"late", {4, 3, 8, 4}, 0.02}),
+                         [](const auto& rInfo)
+                         {
+                             std::string name = rInfo.param.pVariant;
+                             std::erase(name, '-');
+                             return name;
+                         });
+
+TEST(SensorFaults, AToldDelayThatIsTooShortMakesTheExposureSwing)
+{
+    // The fault that the watch of the delay is for: without it the steps of 4 EV overshoot by more than a stop.
+    const RunSummary summary = SimulationRun("sensor-faults", "short").Summary();
+    EXPECT_GT(summary.steps[3].overshootEV, 1.0);
+    EXPECT_GT(summary.steps[4].overshootEV, 1.0);
+}
+
+}  // namespace
