@@ -49,8 +49,8 @@ UINT64 FixedStartExposure(const Scene& rScene)
 Camera::Camera(const Scene& rScene, LoadedTuning& rTuning, StatsLogger logger, const KiroTableDecorator& rDecorate)
     : m_rScene(rScene), m_rTuning(rTuning), m_sensor(rScene), m_library(KiroCoreLibraryName, rDecorate),
       m_host(m_library, HostConfig(), logger), m_bracket(m_host), m_watch(m_host.Algo(), rScene.detectors.watched),
-      m_outside(rScene), m_link(m_host, DelaysOf(rScene.sensor)), m_registers(DelaysOf(rScene.sensor)),
-      m_faults(rScene), m_decided{}, m_decidedBefore{}, m_isStarting(true)
+      m_outside(rScene), m_link(m_host, DelaysOf(rScene.sensor), rScene.sensor.isDelayCorrected, logger),
+      m_registers(DelaysOf(rScene.sensor)), m_faults(rScene), m_decided{}, m_decidedBefore{}, m_isStarting(true)
 {
     SetCCT(m_rScene.CCT);
     if (m_rScene.camera.calibration.has_value())
@@ -148,6 +148,7 @@ FrameRecord Camera::RunFrame(UINT64 frame, DOUBLE time, DOUBLE sceneTime)
         Decide(frame, rStats, record);
     }
     record.decided   = m_decided;
+    record.delay     = {m_host.PipelineDelay(), m_link.SeenDelay()};
     record.detectors = m_watch.Read();
     record.outside   = m_outside.StateOf(m_host.ExternalData());
     if (m_isStarting)
@@ -173,7 +174,7 @@ Camera::SensorFrame Camera::Expose(UINT64 frame, const FrameFault& rFault)
 /// Without statistics there is no decision: the last one stands, as if it had been made again.
 VOID Camera::Decide(UINT64 frame, KIROStatsList& rStats, FrameRecord& rRecord)
 {
-    m_link.TakeStatistics(frame);
+    m_link.TakeStatistics(frame, rStats, m_pFlash != nullptr && m_pFlash->IsBusy());
     if (m_pFlash != nullptr)
     {
         rRecord.flash = m_pFlash->RunFrame(frame, rStats);

@@ -18,6 +18,13 @@
 namespace kirosim
 {
 
+/// What the host makes of the pipeline delay, frames.
+struct DelayReading
+{
+    UINT8                told;  ///< by which it goes
+    std::optional<UINT8> seen;  ///< by its watch; none until there was enough change to tell
+};
+
 /// One frame of one camera, as it is written to the trace.
 struct FrameRecord
 {
@@ -28,6 +35,7 @@ struct FrameRecord
     FrameTruth    truth;
     KiroHostFrame decided;
     FrameFault    fault;  ///< of its statistics, and of what was written before it
+    DelayReading  delay;
 
     std::optional<BracketPicture>    picture;         ///< the frame is one of a bracket, and no preview
     bool                             isPictureShown;  ///< the truth is of such a frame

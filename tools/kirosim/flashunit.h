@@ -26,6 +26,12 @@ public:
     /// Before the frame is captured: sets the LEDs for it.
     VOID Begin(DOUBLE time);
 
+    /// Whether a picture is being taken, so that the LEDs may light what the sensor sees.
+    bool IsBusy() const
+    {
+        return m_capture.Phase() != FlashCapturePhase::Idle;
+    }
+
     /// Runs a frame of the host.
     FlashRecord RunFrame(UINT64 frameID, KIROStatsList& rStats);
 
