@@ -16,6 +16,7 @@ struct Frame
 {
     UINT64               id;
     const KiroHostFrame& rDecided;
+    UINT8                statisticsDelay;  ///< 0 while it is not known
 };
 
 struct Entry
@@ -92,6 +93,11 @@ DOUBLE FrameRateOf(const Frame& rFrame)
     return static_cast<DOUBLE>(rFrame.rDecided.arbitration[AECAlgoExposureSafe].FPS);
 }
 
+DOUBLE StatisticsDelayOf(const Frame& rFrame)
+{
+    return static_cast<DOUBLE>(rFrame.statisticsDelay);
+}
+
 constexpr Entry Entries[] = {
     {FrameNumber, "frameNumber", FrameNumberOf},
     {LuxIndex, "luxIndex", LuxIndexOf},
@@ -120,6 +126,7 @@ constexpr Entry Entries[] = {
     {MonitorFlash, "monitorFlash", MonitorFlagOf<&KIROExtFlagsMonitorOutput::bFlashNeeded>},
     {MonitorLowLight, "monitorLowLight", MonitorFlagOf<&KIROExtFlagsMonitorOutput::bLLSNeeded>},
     {MonitorLEDFocus, "monitorLEDFocus", MonitorFlagOf<&KIROExtFlagsMonitorOutput::bLEDAFNeeded>},
+    {StatisticsDelay, "statisticsDelay", StatisticsDelayOf},
 };
 
 }  // namespace
@@ -144,9 +151,9 @@ const CHAR* NameOf(UINT32 id)
     return nullptr;
 }
 
-VOID Publisher::Publish(UINT64 frameID, const KiroHostFrame& rFrame)
+VOID Publisher::Publish(UINT64 frameID, const KiroHostFrame& rFrame, const std::optional<UINT8>& rStatisticsDelay)
 {
-    const Frame frame = {frameID, rFrame};
+    const Frame frame = {frameID, rFrame, rStatisticsDelay.value_or(0)};
     m_values.Clear();
     for (const Entry& rEntry : Entries)
     {

@@ -2,6 +2,7 @@
 /// What a tuning tool can watch of the running camera: numbers of each frame, under IDs that never change.
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "host/kirohost.h"
@@ -53,7 +54,9 @@ enum ID : UINT32
     // What the monitors say of a capture.
     MonitorFlash    = 80,  ///< it needs flash
     MonitorLowLight = 81,  ///< it needs a low-light snapshot
-    MonitorLEDFocus = 82   ///< autofocus needs the LED
+    MonitorLEDFocus = 82,  ///< autofocus needs the LED
+
+    StatisticsDelay = 95  ///< frames from a decision to its statistics as they were seen; 0 until that is known
 };
 
 /// All of them in ascending order.
@@ -72,7 +75,8 @@ public:
     }
 
     /// Replaces the values of the frame before by those of this one, all IDs in ascending order.
-    VOID Publish(UINT64 frameID, const KiroHostFrame& rFrame);
+    /// @param rStatisticsDelay as it was seen
+    VOID Publish(UINT64 frameID, const KiroHostFrame& rFrame, const std::optional<UINT8>& rStatisticsDelay);
 
     /// What was published last.
     const PList<ParameterCTValue>& Values() const

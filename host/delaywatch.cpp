@@ -40,6 +40,12 @@ DOUBLE MissOf(DOUBLE off, DOUBLE difference)
     return miss * miss;
 }
 
+/// Without tuning an exposure may be 0.
+DOUBLE EVOf(DOUBLE exposure)
+{
+    return std::log2(std::max(exposure, 1.0));
+}
+
 /// Of a grid of 16 bits at most.
 FLOAT FullScaleOf(const KIROCntStatsOut& rGrid)
 {
@@ -55,7 +61,7 @@ size_t RegionsOf(const KIROCntStatsOut& rGrid)
 
 VOID DelayWatch::Restart(DOUBLE exposure)
 {
-    m_exposures.fill(std::log2(exposure));
+    m_exposures.fill(EVOf(exposure));
     PassOver();
 }
 
@@ -66,7 +72,7 @@ VOID DelayWatch::PassOver()
 
 VOID DelayWatch::AddExposure(UINT64 frameID, DOUBLE exposure)
 {
-    m_exposures[frameID % m_exposures.size()] = std::log2(exposure);
+    m_exposures[frameID % m_exposures.size()] = EVOf(exposure);
 }
 
 VOID DelayWatch::AddStatistics(UINT64 frameID, const KIROCntStatsOut& rLuma)

@@ -25,7 +25,7 @@ public:
 
     /// What is written to the sensor before a frame, once before each.
     /// @param frameID  of that frame
-    /// @param exposure gain times time, of any unit; above 0
+    /// @param exposure gain times time, ns; below 1 counts as 1
     VOID AddExposure(UINT64 frameID, DOUBLE exposure);
 
     /// What a frame shows; frames may be left out.

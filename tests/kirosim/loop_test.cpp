@@ -160,8 +160,8 @@ TEST(ControlValues, ShowWhatWasDecidedForTheFrame)
 
     TuningSetManager         manager("watched");
     controlvalues::Publisher publisher(manager);
-    publisher.Publish(6, {});
-    publisher.Publish(7, frame);
+    publisher.Publish(6, {}, std::nullopt);
+    publisher.Publish(7, frame, 4);
 
     std::map<std::string, DOUBLE> values;
     UINT32                        lastID = 0;
@@ -177,7 +177,7 @@ TEST(ControlValues, ShowWhatWasDecidedForTheFrame)
     const std::map<std::string, DOUBLE> expected = {
         {"frameNumber", 7.0}, {"luxIndex", 212.5},        {"currentLuma", 46.0}, {"shortExposureTime", 1e7},
         {"longGain", 2.5},    {"safeSensitivity", 3e7},   {"longTarget", 4e7},   {"adrcGain", 1.5},
-        {"settled", 1.0},     {"brightnessSettled", 0.0}, {"frameRate", 30.0}};
+        {"settled", 1.0},     {"brightnessSettled", 0.0}, {"frameRate", 30.0},   {"statisticsDelay", 4.0}};
     for (const auto& [name, value] : expected)
     {
         ASSERT_TRUE(values.contains(name)) << name;

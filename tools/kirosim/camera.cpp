@@ -158,7 +158,7 @@ FrameRecord Camera::RunFrame(UINT64 frame, DOUBLE time, DOUBLE sceneTime)
     }
     if (m_controlValues.has_value())
     {
-        m_controlValues->Publish(frame, m_decided);
+        m_controlValues->Publish(frame, m_decided, record.delay.seen);
     }
     return record;
 }

@@ -4,6 +4,7 @@
 
 #include "tools/kirosim/bracketreport.h"
 #include "tools/kirosim/detectorreport.h"
+#include "tools/kirosim/faultreport.h"
 #include "tools/kirosim/flashreport.h"
 #include "tools/kirosim/hdrreport.h"
 #include "tools/kirosim/monitorreport.h"
@@ -29,6 +30,10 @@ bool HasStarts(const Scene& rScene)
 std::vector<std::unique_ptr<Report>> ReportsOf(const Scene& rScene)
 {
     std::vector<std::unique_ptr<Report>> reports;
+    if (FaultReport::IsAskedBy(rScene))
+    {
+        reports.push_back(std::make_unique<FaultReport>(rScene));
+    }
     if (HasStarts(rScene))
     {
         reports.push_back(std::make_unique<StartReport>(rScene));

@@ -33,6 +33,7 @@ const QUANTITIES = [
     { title: "Lux index, steps of 3 percent", names: /^luxIndex$/, format: fixed(1), isShown: true },
     { title: "Frame number", names: /^frameNumber$/, format: fixed(0), isShown: false },
     { title: "Frame rate, Hz", names: /^frameRate$/, format: fixed(1), isShown: false },
+    { title: "Delay of statistics, frames", names: /^statisticsDelay$/, format: fixed(0), isShown: false },
 ];
 
 /// What is 0 or 1 is a lamp, and in no chart.
