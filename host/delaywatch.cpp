@@ -86,6 +86,7 @@ VOID DelayWatch::AddStatistics(UINT64 frameID, const KIROCntStatsOut& rLuma)
         }
     }
     m_lumaBefore.assign(rLuma.channelData.Data.pFData, rLuma.channelData.Data.pFData + RegionsOf(rLuma));
+    m_ratios.reserve(m_lumaBefore.size());
     m_frameBefore = frameID;
 }
 

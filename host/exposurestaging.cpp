@@ -33,8 +33,8 @@ SensorWrite ExposureStaging::Begin(const KiroHostFrame& rStart)
 
 SensorWrite ExposureStaging::Stage(const KiroHostFrame& rDecided)
 {
-    m_decided.pop_back();
-    m_decided.push_front(WriteOf(rDecided));
+    std::rotate(m_decided.begin(), m_decided.end() - 1, m_decided.end());
+    m_decided.front() = WriteOf(rDecided);
     return Compose();
 }
 

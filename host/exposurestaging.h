@@ -8,7 +8,7 @@
 #pragma once
 
 #include <array>
-#include <deque>
+#include <vector>
 
 #include "host/kirohost.h"
 
@@ -41,7 +41,7 @@ public:
 private:
     SensorWrite Compose() const;
 
-    size_t                  m_gainHold;  ///< frames that a gain waits
-    size_t                  m_timeHold;
-    std::deque<SensorWrite> m_decided;  ///< newest first; as many as the longer hold needs
+    size_t                   m_gainHold;  ///< frames that a gain waits
+    size_t                   m_timeHold;
+    std::vector<SensorWrite> m_decided;  ///< newest first; as many as the longer hold needs
 };

@@ -18,8 +18,8 @@ VOID SensorRegisters::Begin(const SensorWrite& rWrite)
 /// A delay of 1 shows in the frame that is exposed next.
 SensorWrite SensorRegisters::Write(const SensorWrite& rWrite)
 {
-    m_written.pop_front();
-    m_written.push_back(rWrite);
+    std::rotate(m_written.begin(), m_written.begin() + 1, m_written.end());
+    m_written.back()   = rWrite;
     SensorWrite acting = m_written[m_written.size() - m_delays.time];
     acting.gains       = m_written[m_written.size() - m_delays.gain].gains;
     return acting;

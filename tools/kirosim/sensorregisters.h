@@ -2,7 +2,7 @@
 /// The registers of a sensor: what is written acts some frames later, gains and times each after their own.
 #pragma once
 
-#include <deque>
+#include <vector>
 
 #include "host/exposurestaging.h"
 
@@ -21,8 +21,8 @@ public:
     SensorWrite Write(const SensorWrite& rWrite);
 
 private:
-    RegisterDelays          m_delays;
-    std::deque<SensorWrite> m_written;  ///< oldest first; as many as the slower register keeps waiting
+    RegisterDelays           m_delays;
+    std::vector<SensorWrite> m_written;  ///< oldest first; as many as the slower register keeps waiting
 };
 
 }  // namespace kirosim
