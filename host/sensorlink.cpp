@@ -80,9 +80,9 @@ VOID SensorLink::Watch(UINT64 frameID, const KIROStatsList& rStats)
     {
         return;
     }
-    if (!m_wrongDelay.has_value())
+    if (!m_isWarned)
     {
-        m_wrongDelay = told;
+        m_isWarned = true;
         m_logger(__FILE_NAME__, __LINE__, __func__, LogGroup, LevelWarning,
                  "statistics follow a decision after %u frames, the pipeline delay says %u", UINT32{seen},
                  UINT32{told});

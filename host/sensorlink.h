@@ -36,12 +36,6 @@ public:
         return m_watch.Delay();
     }
 
-    /// The pipeline delay that was wrong, once the logger has been warned of it.
-    const std::optional<UINT8>& WrongDelay() const
-    {
-        return m_wrongDelay;
-    }
-
 private:
     /// A write, and whose decision it was.
     struct Written
@@ -59,5 +53,5 @@ private:
     std::array<Written, 16> m_written;  ///< by frame; longer than any pipeline
     bool                    m_isDelayCorrected;
     StatsLogger             m_logger;
-    std::optional<UINT8>    m_wrongDelay;
+    bool                    m_isWarned = false;
 };
