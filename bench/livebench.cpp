@@ -140,7 +140,7 @@ public:
         {
             const auto start = Clock::now();
             m_frame.Run();
-            m_publisher.Publish(++m_frameID, m_frame.Rig().Host().LastFrame());
+            m_publisher.Publish(++m_frameID, m_frame.Rig().Host().LastFrame(), std::nullopt);
             frameNs.push_back(NsSince(start));
         } while (!isOver());
         return frameNs;
