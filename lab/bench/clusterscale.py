@@ -8,28 +8,39 @@ import time
 from pathlib import Path
 from tempfile import TemporaryDirectory
 
+import dask
 from distributed import LocalCluster
 
 from kirolab.cluster import ClusterExecutor
 from kirolab.parcels import Parcel, build_here
-from kirolab.runs import Outcome, Unit
+from kirolab.runs import SECONDS_OF_UNIT, WORKERS_OF_SECOND, Outcome, Unit
 from kirolab.scenes import Scene
 from kirolab.tunings import Tuning
 
-SECONDS_OF_WORK = 1.0
 UNITS_OF_WORKER = 10
 FIGURES = [{"figure": "kick", "of": "still", "at": 1.0, "value": 0.01, "unit": "EV"}] * 57  # of a run, as kirosim has
 
 
 def sleep_instead(parcel: Parcel, *_: bytes) -> list[Outcome]:
-    time.sleep(SECONDS_OF_WORK)
+    time.sleep(float(parcel.edits[0]))
     return [Outcome(FIGURES)] * (len(parcel.variants) * len(parcel.seeds))
 
 
+# Each worker looks at its machine now and then, which here is the same one for all.
+dask.config.set({"distributed.admin.system-monitor.interval": "60s", "distributed.worker.profile.enabled": False})
+
+
 def measure(workers: int, folder: Path) -> None:
-    tuning, scene = Tuning("t", folder / "t.bin", "t"), Scene(folder / "s.yaml")
+    work = max(SECONDS_OF_UNIT, workers / WORKERS_OF_SECOND)  # as long as a campaign makes units for so many
+    tuning, scene = Tuning("t", folder / "t.bin", "t", (str(work),)), Scene(folder / "s.yaml")
+    # No limit of memory: workers of one process would each think that all of it is theirs.
     with LocalCluster(
-        n_workers=workers, threads_per_worker=1, processes=False, dashboard_address=None, silence_logs=50
+        n_workers=workers,
+        threads_per_worker=1,
+        processes=False,
+        dashboard_address=None,
+        silence_logs=50,
+        memory_limit=0,
     ) as cluster:
         executor = ClusterExecutor(cluster.scheduler_address, build_here(), work=sleep_instead, answer_seconds=60)
         count = workers * UNITS_OF_WORKER
@@ -40,9 +51,9 @@ def measure(workers: int, folder: Path) -> None:
             executor.next()
         seconds, busy = time.monotonic() - begin, cpu_seconds() - busy
         executor.close()
-    share = count * SECONDS_OF_WORK / workers / seconds
+    share = count * work / workers / seconds
     print(
-        f"{workers:4} workers: {count} units in {seconds:.1f} s, {share:.0%} of the time at work, "
+        f"{workers:4} workers: {count} units of {work:g} s in {seconds:.1f} s, {share:.0%} of the time at work, "
         f"{1000 * busy / count:.1f} ms of processor time a unit for scheduler, workers and lab"
     )
 

@@ -10,7 +10,7 @@ from tqdm import tqdm
 from kirolab.corpus import Corpus
 from kirolab.engine import INTERRUPTED
 from kirolab.executor import Executor
-from kirolab.runs import Figure, Outcome, Run, Unit, runs_of, units_of
+from kirolab.runs import Figure, Outcome, Run, Unit, runs_of, unit_seconds, units_of
 from kirolab.store import ResultStore
 from kirolab.table import table_of
 from kirolab.tunings import Tuning
@@ -58,7 +58,7 @@ class Campaign:
             else:
                 self._results.figures[run] = figures
         with self._bar(len(missing)) as bar:
-            pending = self._submit(units_of(missing))
+            pending = self._submit(units_of(missing, unit_seconds(missing, self._executor.width)))
             try:
                 while pending > 0:
                     pending += self._take(*self._executor.next(), bar) - 1

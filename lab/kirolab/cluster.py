@@ -18,7 +18,7 @@ from distributed import Client, Future
 from kirolab.engine import Patience
 from kirolab.errors import LabError
 from kirolab.executor import Result
-from kirolab.parcels import Parcel, carried, parcel_of, run_parcel
+from kirolab.parcels import OtherBuild, Parcel, carried, parcel_of, run_parcel
 from kirolab.rollcall import RollCall
 from kirolab.runs import Outcome, Unit
 
@@ -57,6 +57,7 @@ class ClusterExecutor:
     ) -> None:
         logging.getLogger("distributed").setLevel(logging.CRITICAL)  # what it says of lost workers, this does
         self._address = address
+        self._build = build
         self._patience = patience
         self._say = say
         self._work = work
@@ -134,8 +135,9 @@ class ClusterExecutor:
             self._waiting.popleft()
 
     def _send(self, unit: Unit) -> None:
-        parcel, contents = parcel_of(unit, self._patience)
-        workers = list(self._roll.accepted)
+        parcel, contents = parcel_of(unit, self._patience, self._build)
+        # Names of workers cost the scheduler time for each unit, so none are named as long as all may have it.
+        workers = list(self._roll.accepted) if self._roll.is_anyone_out else None
         inputs = [self._carried(file.checksum, data, workers) for file, data in zip(parcel.files, contents)]
         self._count += 1
         token = self._count
@@ -143,12 +145,10 @@ class ClusterExecutor:
         self._flights[token] = Flight(unit, future, time.monotonic())
         future.add_done_callback(lambda _: self._landed.put(token))
 
-    def _submit(self, parcel: Parcel, inputs: list[Future], workers: list[str]) -> Future:
-        return self._client.submit(
-            self._work, parcel, *inputs, pure=False, workers=workers, allow_other_workers=False, retries=0
-        )
+    def _submit(self, parcel: Parcel, inputs: list[Future], workers: list[str] | None) -> Future:
+        return self._client.submit(self._work, parcel, *inputs, pure=False, workers=workers, retries=0)
 
-    def _carried(self, checksum: str, data: bytes, workers: list[str]) -> Future:
+    def _carried(self, checksum: str, data: bytes, workers: list[str] | None) -> Future:
         """Once for all units that need it, as long as its workers are fine."""
         key = f"kirolab-input-{checksum}-{self._generation}"
         if key not in self._inputs:
@@ -167,6 +167,10 @@ class ClusterExecutor:
                 self._ready.append((flight.unit, results[token]))
             elif flight.future.status == "error":
                 fault = flight.future.exception()
+                if isinstance(fault, OtherBuild):
+                    self._waiting.appendleft(flight.unit)
+                    self._next_call = 0.0
+                    continue
                 outcome = Outcome(None, f"{type(fault).__name__}: {' '.join(str(fault).split())}")
                 self._ready.append((flight.unit, [outcome] * len(flight.unit.runs)))
             else:

@@ -32,6 +32,11 @@ class Parcel:
     variants: tuple[str, ...]
     seeds: tuple[int, ...]
     patience: Patience
+    build: str  # that must do it
+
+
+class OtherBuild(Exception):
+    """A worker has come that nobody has asked yet, and has another build."""
 
 
 @lru_cache(maxsize=1024)
@@ -41,14 +46,14 @@ def contents_of(path: Path) -> tuple[str, bytes]:
     return checksum_of(data), data
 
 
-def parcel_of(unit: Unit, patience: Patience) -> tuple[Parcel, list[bytes]]:
+def parcel_of(unit: Unit, patience: Patience, build: str) -> tuple[Parcel, list[bytes]]:
     """A parcel, and the contents of its files. A scene finds its panoramas from where it lies itself."""
     scene_files = [Path(os.path.abspath(file)) for file in [unit.scene.file, *unit.scene.panoramas]]
     shared = os.path.commonpath([file.parent for file in scene_files])
     contents = [contents_of(unit.tuning.file), *(contents_of(file) for file in scene_files)]
     paths = ["tuning.bin", *(os.path.relpath(file, shared) for file in scene_files)]
     files = tuple(InputFile(path, checksum) for path, (checksum, _) in zip(paths, contents))
-    parcel = Parcel(files, unit.tuning.edits, unit.variants, unit.seeds, patience)
+    parcel = Parcel(files, unit.tuning.edits, unit.variants, unit.seeds, patience, build)
     return parcel, [data for _, data in contents]
 
 
@@ -84,6 +89,8 @@ def build_here() -> str:
 
 def run_parcel(parcel: Parcel, *contents: bytes) -> list[Outcome]:
     """On the worker: an outcome for each run of the unit, in order."""
+    if build_here() != parcel.build:
+        raise OtherBuild(build_here())
     tuning, scene = lay_down(parcel, contents)
     unit = Unit(
         Tuning("cluster", tuning, parcel.files[0].checksum, parcel.edits), Scene(scene), parcel.variants, parcel.seeds

@@ -10,6 +10,9 @@ from kirolab.scenes import Scene
 from kirolab.tunings import Tuning
 
 SECONDS_OF_UNIT = 1.0
+LEAST_SECONDS_OF_UNIT = 0.25  # starting a process and reading a tuning take a twentieth of it
+WORKERS_OF_SECOND = 50  # units that one scheduler hands out in a second without any effort
+UNITS_OF_WORKER = 4  # so that none waits long for the last one
 SECONDS_OF_FRAME = 1e-4  # a little more than a frame takes
 Figure = dict[str, Any]  # figure, of, at, value, unit, as kirosim tells them
 
@@ -72,17 +75,23 @@ def runs_of(tuning: Tuning, choices: Iterable[SceneChoice], seeds: Iterable[int]
     ]
 
 
-def units_of(runs: Iterable[Run]) -> Iterator[Unit]:
-    """Units of at most about a second; a run that is longer is one by itself."""
+def unit_seconds(runs: Iterable[Run], width: int) -> float:
+    """How long units should take, for as many at the same time: long for wide clusters, short for little work."""
+    share = sum(run.seconds for run in runs) / (width * UNITS_OF_WORKER)
+    return min(max(share, LEAST_SECONDS_OF_UNIT), max(SECONDS_OF_UNIT, width / WORKERS_OF_SECOND))
+
+
+def units_of(runs: Iterable[Run], seconds: float = SECONDS_OF_UNIT) -> Iterator[Unit]:
+    """Units of at most about so many seconds; a run that is longer is one by itself."""
     groups: dict[tuple[Tuning, Scene], dict[str, list[int]]] = {}
     for run in runs:
         groups.setdefault((run.tuning, run.scene), {}).setdefault(run.variant, []).append(run.seed)
     for (tuning, scene), seeds_by_variant in groups.items():
         unit: Unit | None = None
         for variant, seeds in seeds_by_variant.items():
-            for part in parts_of_seeds(seeds, scene.frames_of(variant)):
+            for part in parts_of_seeds(seeds, scene.frames_of(variant), seconds):
                 one = Unit(tuning, scene, (variant,), part)
-                if unit and unit.seeds == part and unit.seconds + one.seconds <= SECONDS_OF_UNIT:
+                if unit and unit.seeds == part and unit.seconds + one.seconds <= seconds:
                     unit = Unit(tuning, scene, unit.variants + one.variants, part)
                     continue
                 if unit:
@@ -92,7 +101,7 @@ def units_of(runs: Iterable[Run]) -> Iterator[Unit]:
             yield unit
 
 
-def parts_of_seeds(seeds: list[int], frames: int) -> Iterator[tuple[int, ...]]:
-    count = max(int(SECONDS_OF_UNIT / (frames * SECONDS_OF_FRAME)), 1)
+def parts_of_seeds(seeds: list[int], frames: int, seconds: float) -> Iterator[tuple[int, ...]]:
+    count = max(int(seconds / (frames * SECONDS_OF_FRAME)), 1)
     for first in range(0, len(seeds), count):
         yield tuple(seeds[first : first + count])

@@ -63,7 +63,7 @@ def programs() -> Programs:
 
 @pytest.fixture
 def corpus(tmp_path: Path, monkeypatch: pytest.MonkeyPatch) -> Corpus:
-    monkeypatch.setattr(runs, "SECONDS_OF_UNIT", 0.1)  # many units, so that harm comes in their midst
+    monkeypatch.setattr(runs, "LEAST_SECONDS_OF_UNIT", 0.1)  # many units, so that harm comes in their midst
     (tmp_path / "corpus.yaml").write_text(CORPUS)
     return read_corpus(tmp_path / "corpus.yaml")
 
@@ -139,16 +139,17 @@ def test_another_build_gets_no_work(
     shutil.copytree(programs.folder, other, ignore=lambda *_: ["test_kirosim"])
     with open(other / "kirosim", "ab") as file:
         file.write(b"another")
-    cluster.start_workers(1, other)
-    with pytest.raises(LabError, match="no worker that could do the work"):
-        executor_of(cluster, programs, [])
     cluster.start_workers(1)
     said: list[str] = []
     executor = executor_of(cluster, programs, said)
-    pd.testing.assert_frame_equal(table_by(executor, corpus, programs, tmp_path / "store"), expected)
-    assert executor.width == 1
+    late = Interrupter(executor, lambda: cluster.start_workers(1, other))
+    pd.testing.assert_frame_equal(table_by(late, corpus, programs, tmp_path / "store"), expected)
     executor.close()
-    assert len([text for text in said if "it gets no work" in text and programs.build in text]) == 1
+    said.clear()
+    cluster.kill_worker()
+    with pytest.raises(LabError, match="no worker that could do the work"):
+        executor_of(cluster, programs, said)
+    assert len(said) == 1 and "it gets no work" in said[0] and programs.build in said[0]
 
 
 def test_the_command_takes_a_cluster(

@@ -67,25 +67,25 @@ def lab(corpus_of: Callable[[str], Corpus], tuning: Tuning, tmp_path: Path) -> C
 
 def test_the_fastest_that_holds_the_bars_is_found(lab: Callable[..., Lab]) -> None:
     engine = FakeEngine(camera)
-    study = lab("bars: [{figure: kick, limit: 0.06}]").search(engine, 40)
+    study = lab("bars: [{figure: kick, limit: 0.06}]").search(engine, 25)
     best = front_of(study).best
     assert study.trials[0].params == {"speed": 0.2}  # what the tuning has, first
     assert 0.5 < best.params["speed"] <= 0.6 and best.user_attrs["violation"] == 0
     states = [trial.state for trial in study.trials]
     stopped = states.count(optuna.trial.TrialState.PRUNED)
-    assert stopped > 0 and len(states) == 40
-    assert len(engine.done) == 4 * (40 - stopped) + 2 * stopped  # a hopeless trial has one scene of two
+    assert stopped > 0 and len(states) == 25
+    assert len(engine.done) == 4 * (25 - stopped) + 2 * stopped  # a hopeless trial has one scene of two
 
 
 def test_a_margin_is_seen_from_where_the_search_begins(lab: Callable[..., Lab]) -> None:
-    best = front_of(lab("bars: [{figure: kick, margin: 0.01}]").search(FakeEngine(camera), 40)).best
+    best = front_of(lab("bars: [{figure: kick, margin: 0.01}]").search(FakeEngine(camera), 25)).best
     assert 0.25 < best.params["speed"] <= 0.3
 
 
 def test_several_objectives_have_a_front(lab: Callable[..., Lab]) -> None:
     objectives = [Objective("settle"), Objective("kick", take="max")]
     here = lab("bars: [{figure: kick, limit: 0.06}]", objectives)
-    table = front_of(here.search(FakeEngine(camera), 30)).table(here.space)
+    table = front_of(here.search(FakeEngine(camera), 20)).table(here.space)
     assert len(table) > 3 and table["speed"].is_monotonic_decreasing and table["max kick"].max() <= 0.06
     assert table["mean settle"].to_list() == pytest.approx((10 - 8 * table["speed"]).to_list(), abs=1e-4)
 
