@@ -2,6 +2,7 @@
 
 import argparse
 import os
+import signal
 import sys
 from pathlib import Path
 
@@ -22,6 +23,7 @@ def main(arguments: list[str] | None = None) -> int:
     for command in (runcommand, comparecommand, tunecommand, sensitivitycommand):
         command.add_parser(commands, common)
     options = parser.parse_args(arguments)
+    signal.signal(signal.SIGTERM, signal.default_int_handler)  # by which a batch system ends what has had its time
     try:
         return int(options.do(options))
     except LabError as fault:

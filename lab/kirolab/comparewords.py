@@ -63,7 +63,7 @@ def bar_state(result: BarResult, is_before: bool) -> str:
         return "-"
     broken = result.broken_before if is_before else result.broken_after
     worst = result.worst_before if is_before else result.worst_after
-    sign = "+" if result.bar.limit is None and not worst < 0 else ""
+    sign = "+" if result.bar.limit is None and 0 <= worst < math.inf else ""
     return f"{'BROKEN' if broken else 'held'} {sign}{number(worst)}" + (
         f" ({broken} of {result.count})" if broken else ""
     )

@@ -1,8 +1,10 @@
 """The commands with the real programs, on a corpus of a second."""
 
 import json
+import signal
 import subprocess
 import sys
+import time
 from pathlib import Path
 
 import pandas as pd
@@ -96,3 +98,46 @@ def test_the_script_finds_its_package(tmp_path: Path) -> None:
     script = SOURCES / "lab/bin/kirolab"
     for words, status in ((["--help"], 0), (["walk"], 2)):
         assert subprocess.run([sys.executable, script, *words], cwd=tmp_path, capture_output=True).returncode == status
+
+
+@pytest.mark.parametrize("word", [signal.SIGINT, signal.SIGTERM])
+def test_a_run_that_is_interrupted_keeps_what_is_done(corpus: str, tmp_path: Path, word: signal.Signals) -> None:
+    command = [
+        sys.executable,
+        str(SOURCES / "lab/bin/kirolab"),
+        "run",
+        corpus,
+        "--tuning",
+        str(PHONE),
+        "--seeds",
+        "1..400",
+    ]
+    # As from a terminal, whatever started the tests ignores.
+    signal.signal(signal.SIGINT, signal.default_int_handler)
+    process = subprocess.Popen([*command, "-o", "out.csv", "--store", "store"], stderr=subprocess.PIPE, text=True)
+    while process.poll() is None and not any(tmp_path.rglob("store/*/*.json")):
+        time.sleep(0.01)
+    process.send_signal(word)
+    assert process.communicate()[1].splitlines()[-1].startswith("kirolab: interrupted")
+    done = len(list(tmp_path.rglob("store/*/*.json")))
+    assert process.returncode == 130 and 0 < done < 1200 and not (tmp_path / "out.csv").exists()
+
+
+SPEED = "Default/kirodbconvbase/data[2].value.trigger1Data[1].trigger2Data[0].trigger3Data[0].triggerData.baseSpeed"
+
+
+def test_a_slow_tuning_is_swept_and_tuned(corpus: str, tmp_path: Path, capsys: pytest.CaptureFixture[str]) -> None:
+    (tmp_path / "slow.yaml").write_text(SLOW)
+    (tmp_path / "space.yaml").write_text(f"members: [{{name: speed, member: '{SPEED}'}}]")
+    slow = f"{PHONE}+slow.yaml"
+    common = ["space.yaml", "--tuning", slow, "--corpus", corpus, "--quiet"]
+    assert main(["sensitivity", *common, "-o", "effects.csv", "--points", "3", "--picture", "effects.png"]) == 0
+    assert capsys.readouterr().out.startswith("speed: 0.2 -> ")
+    effects = pd.read_csv("effects.csv").set_index("figure")
+    assert effects.loc["settle", "start"] > effects.loc["settle", "lowest"] and effects.loc["settle", "steps"] < 0
+    tune = ["tune", *common, "-o", "best.yaml", "--trials", "8", "--front", "front.csv", "--picture", "front.png"]
+    assert main([*tune, "--sampler-seed", "1", "--jobs", "1"]) == 0
+    assert "verdict: better" in capsys.readouterr().out
+    assert (tmp_path / "best.yaml").read_text().startswith("# corpus: ") and len(pd.read_csv("front.csv")) == 1
+    assert main(["compare", slow, f"{slow}+best.yaml", "--corpus", corpus]) == 0
+    assert main([*tune, "--held-out"]) == 1 and "never tuned on" in capsys.readouterr().err
