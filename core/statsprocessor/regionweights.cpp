@@ -9,31 +9,34 @@ namespace regionweights
 namespace
 {
 
-/// Takes a line's weights where a condition on luma holds. Values and conditions are computed apart: a division on one
-/// branch only would keep the compiler from computing several at once.
+/// Takes the values of a line where a condition on luma holds. Values and conditions are computed apart: a division on
+/// one branch only would keep the compiler from computing several at once.
+/// @param isTaken holds for no luma outside the line
 template <typename Condition>
-VOID TakeWhere(const FLOAT* __restrict pLine, const FLOAT* __restrict pLuma, FLOAT* __restrict pWeights,
-               Condition isTaken)
+VOID TakeLine(FLOAT x1, FLOAT y1, FLOAT x2, FLOAT y2, const FLOAT* __restrict pLuma, FLOAT* __restrict pWeights,
+              Condition isTaken)
 {
-    for (UINT32 region = 0; region < BatchSize; ++region)
-    {
-        pWeights[region] = isTaken(pLuma[region]) ? pLine[region] : pWeights[region];
-    }
-}
-
-/// A straight line through two points; at a step the later value.
-VOID DrawLine(FLOAT x1, FLOAT y1, FLOAT x2, FLOAT y2, const FLOAT* __restrict pLuma, FLOAT* __restrict pLine)
-{
-    if (x1 == x2)
-    {
-        std::fill_n(pLine, BatchSize, y2);
-        return;
-    }
     const FLOAT width = x2 - x1;
     const FLOAT rise  = y2 - y1;
+    FLOAT       line[BatchSize];
+    if (x1 == x2)
+    {
+        std::fill_n(line, BatchSize, y2);  // a step
+    }
+    else if (rise == 0.0f && width > 0.0f && std::isfinite(width))
+    {
+        std::fill_n(line, BatchSize, y1 + rise);  // level: nothing to divide
+    }
+    else
+    {
+        for (UINT32 region = 0; region < BatchSize; ++region)
+        {
+            line[region] = y1 + rise * ((pLuma[region] - x1) / width);
+        }
+    }
     for (UINT32 region = 0; region < BatchSize; ++region)
     {
-        pLine[region] = y1 + rise * ((pLuma[region] - x1) / width);
+        pWeights[region] = isTaken(pLuma[region]) ? line[region] : pWeights[region];
     }
 }
 
@@ -65,14 +68,12 @@ VOID ByLuma(UINT32 count, const kiroglobalelements::TriggerSystemEndLevelStartEn
         const auto& rRow  = pRows[index];
         const FLOAT start = rRow.trigger.start;
         const FLOAT end   = rRow.trigger.end;
-        FLOAT       line[BatchSize];
-        DrawLine(start, rRow.triggerData.start, end, rRow.triggerData.end, rLuma, line);
-        TakeWhere(line, rLuma, rWeights, [end](FLOAT luma) { return end >= luma; });
+        TakeLine(start, rRow.triggerData.start, end, rRow.triggerData.end, rLuma, rWeights,
+                 [end](FLOAT luma) { return end >= luma; });
         const bool  isFirst = index == 0;
         const auto& rBefore = pRows[isFirst ? 0 : index - 1];
-        DrawLine(isFirst ? start : rBefore.trigger.end, rBefore.triggerData.end, start, rRow.triggerData.start, rLuma,
-                 line);
-        TakeWhere(line, rLuma, rWeights, [start](FLOAT luma) { return start > luma; });
+        TakeLine(isFirst ? start : rBefore.trigger.end, rBefore.triggerData.end, start, rRow.triggerData.start, rLuma,
+                 rWeights, [start](FLOAT luma) { return start > luma; });
     }
 }
 

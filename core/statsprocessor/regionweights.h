@@ -9,7 +9,7 @@ namespace regionweights
 {
 
 /// Regions that are weighted at a time.
-constexpr UINT32 BatchSize = 256;
+constexpr UINT32 BatchSize = 128;
 
 /// One number for each region of a batch.
 using Batch = FLOAT[BatchSize];
