@@ -9,7 +9,7 @@
 
 VOID RegisterFrameBenchmarks(Rounds& rRounds);
 
-/// What a steady frame takes from the heap: the history's node and nothing else.
+/// What a steady frame takes from the heap: nothing.
 std::vector<BenchResult> MeasureAllocations(bool isPrinted);
 
 /// Where the time of a frame goes.

@@ -32,7 +32,33 @@ struct CKIROHistory::FrameNode
     FrameNode*         pNewer;
 };
 
-CKIROHistory::MyList::MyList() : m_length(0), m_pOldest(nullptr)
+CKIROHistory::SpareNodes::SpareNodes() = default;
+
+CKIROHistory::SpareNodes::~SpareNodes() = default;
+
+TavoPtr<CKIROHistory::FrameNode> CKIROHistory::SpareNodes::Take()
+{
+    if (m_pFirst == nullptr)
+    {
+        return TavoNew<FrameNode>();
+    }
+    TavoPtr<FrameNode> pNode = std::move(m_pFirst);
+    m_pFirst                 = std::move(pNode->pOlder);
+    return pNode;
+}
+
+VOID CKIROHistory::SpareNodes::Return(TavoPtr<FrameNode> pNode)
+{
+    while (pNode != nullptr)
+    {
+        TavoPtr<FrameNode> pOlder = std::move(pNode->pOlder);
+        pNode->pOlder             = std::move(m_pFirst);
+        m_pFirst                  = std::move(pNode);
+        pNode                     = std::move(pOlder);
+    }
+}
+
+CKIROHistory::MyList::MyList(SpareNodes& rSpares) : m_length(0), m_rSpares(rSpares), m_pOldest(nullptr)
 {
 }
 
@@ -40,7 +66,7 @@ CKIROHistory::MyList::~MyList() = default;
 
 bool CKIROHistory::MyList::PushFront(const AECFrameHistory& rFrame)
 {
-    TavoPtr<FrameNode> pNode = TavoNew<FrameNode>();
+    TavoPtr<FrameNode> pNode = m_rSpares.Take();
     if (pNode == nullptr)
     {
         STATS_LOG_ERROR("no memory for frame %llu", rFrame.frameID);
@@ -66,13 +92,13 @@ VOID CKIROHistory::MyList::PopBack()
 {
     m_pOldest                   = m_pOldest->pNewer;
     TavoPtr<FrameNode>& rpOwner = (m_pOldest != nullptr) ? m_pOldest->pOlder : m_pNewest;
-    rpOwner.reset();
+    m_rSpares.Return(std::move(rpOwner));
     --m_length;
 }
 
 VOID CKIROHistory::MyList::Clear()
 {
-    m_pNewest.reset();
+    m_rSpares.Return(std::move(m_pNewest));
     m_pOldest = nullptr;
     m_length  = 0;
 }
@@ -105,7 +131,7 @@ AECFrameHistory* CKIROHistory::MyList::FindByOffset(UINT64 currentID, UINT64 off
     return (pFrame != nullptr) ? pFrame : Oldest();
 }
 
-CKIROHistory::ModeInfo::ModeInfo() : m_lastFrameOrig{}
+CKIROHistory::ModeInfo::ModeInfo(SpareNodes& rSpares) : m_frameList(rSpares), m_lastFrameOrig{}
 {
     Reset();
 }
@@ -147,8 +173,9 @@ KiroResult CKIROHistory::ModeInfo::SaveCurrentFrameID(UINT64 frameID)
 }
 
 CKIROHistory::CKIROHistory()
-    : m_maxFrameHistorySize(FrameCountMax), m_flashOffFrame{}, m_flashLowFrame{}, m_previewBackup{},
-      m_bIsflashLowSet(FALSE), m_bIsSnapshotEOF(FALSE), m_snapshotFID(0)
+    : m_maxFrameHistorySize(FrameCountMax), m_currMode(m_spares),
+      m_prevMode(m_spares), m_flashOffFrame{}, m_flashLowFrame{}, m_previewBackup{}, m_bIsflashLowSet(FALSE),
+      m_bIsSnapshotEOF(FALSE), m_snapshotFID(0), m_snapshotList(m_spares)
 {
 }
 

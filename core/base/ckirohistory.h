@@ -101,11 +101,29 @@ public:
 private:
     struct FrameNode;
 
+    /// Nodes that no list holds. A frame that is saved while another drops out takes that one's node, so that a steady
+    /// camera allocates nothing; the lists' lengths bound how many there are.
+    class SpareNodes
+    {
+    public:
+        SpareNodes();
+        ~SpareNodes();
+
+        /// @return null when there is none and no memory is left
+        TavoPtr<FrameNode> Take();
+        /// @param pNode and all older ones behind it
+        VOID Return(TavoPtr<FrameNode> pNode);
+
+    private:
+        TavoPtr<FrameNode> m_pFirst;
+    };
+
     /// Newest frame at the front. A node owns the next older one.
     class MyList
     {
     public:
-        MyList();
+        /// @param rSpares must outlive the list
+        explicit MyList(SpareNodes& rSpares);
         ~MyList();
         MyList(const MyList&)            = delete;
         MyList& operator=(const MyList&) = delete;
@@ -129,6 +147,7 @@ private:
         UINT32 m_length;
 
     private:
+        SpareNodes&        m_rSpares;
         TavoPtr<FrameNode> m_pNewest;
         FrameNode*         m_pOldest;
     };
@@ -136,7 +155,7 @@ private:
     class ModeInfo
     {
     public:
-        ModeInfo();
+        explicit ModeInfo(SpareNodes& rSpares);
 
         VOID       Reset();
         VOID       SetAsPreviousMode(ModeInfo& rMode);
@@ -152,6 +171,7 @@ private:
     };
 
     const UINT8     m_maxFrameHistorySize;
+    SpareNodes      m_spares;  // of all lists below
     ModeInfo        m_currMode;
     ModeInfo        m_prevMode;
     AECFrameHistory m_flashOffFrame;

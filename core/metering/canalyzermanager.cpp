@@ -13,7 +13,8 @@
 using kirometeringsceneanalyzer::OutputDataBankType;
 
 CAnalyzerManager::CAnalyzerManager(IKIROContextManager& rContextManager)
-    : m_rContextManager(rContextManager), m_analyzerMgrInput{}, m_analyzerMgrOutput{}, m_sortedAnalyzerID{}
+    : m_rContextManager(rContextManager), m_analyzerMgrInput{}, m_analyzerMgrOutput{},
+      m_decisionsEnd(0), m_sortedAnalyzerID{}
 {
 }
 
@@ -94,12 +95,30 @@ VOID CAnalyzerManager::SetSensitivities(const UINT64* pExposures)
     {
         m_analyzerMgrInput.sensitivities[type] = static_cast<DOUBLE>(pExposures[type]);
     }
-    m_analyzerMgrOutput  = {};
+    ForgetDecisions();
     AECDebugData* pDebug = debugdata::Enabled(m_rContextManager);
     if (pDebug != nullptr)
     {
         pDebug->meteringInfo.analyzerCount = 0;
     }
+}
+
+/// Tunings number their analyzers from 0, so few of the entries have been written.
+VOID CAnalyzerManager::ForgetDecisions()
+{
+    std::fill_n(m_analyzerMgrOutput.isActive, m_decisionsEnd, FALSE);
+    std::fill_n(m_analyzerMgrOutput.sensitivities, m_decisionsEnd, 0);
+    std::fill_n(m_analyzerMgrOutput.type, m_decisionsEnd, AECAlgoExposureType{});
+    std::fill_n(m_analyzerMgrOutput.confidences, m_decisionsEnd, 0.0f);
+    m_decisionsEnd = 0;
+}
+
+/// @param id below AnalyzerCountMax
+VOID CAnalyzerManager::StoreDecision(UINT32 id, UINT64 exposure, FLOAT confidence)
+{
+    m_analyzerMgrOutput.sensitivities[id] = exposure;
+    m_analyzerMgrOutput.confidences[id]   = confidence;
+    m_decisionsEnd                        = std::max(m_decisionsEnd, id + 1);
 }
 
 VOID CAnalyzerManager::ResetAnalyzerConfidence()
@@ -141,10 +160,9 @@ const KIROAnalyzerOutput* CAnalyzerManager::RunAnalyzer(UINT32 id)
     AECAlgoExposureType       type;
     if (id < AnalyzerCountMax && rAnalyzer.GetExposureType(&type))
     {
-        m_analyzerMgrOutput.sensitivities[id] = rOutput.sensitivity;
-        m_analyzerMgrOutput.confidences[id]   = rOutput.confidence;
-        m_analyzerMgrOutput.type[id]          = type;
-        m_analyzerMgrOutput.isActive[id]      = TRUE;
+        StoreDecision(id, rOutput.sensitivity, rOutput.confidence);
+        m_analyzerMgrOutput.type[id]     = type;
+        m_analyzerMgrOutput.isActive[id] = TRUE;
     }
     return &rOutput;
 }
@@ -213,8 +231,7 @@ VOID CAnalyzerManager::UpdateDecision(UINT32 id, const KIROAnalyzerOutput& rOutp
     STATS_LOG_TRACE("Update analyzer ID %d: SI from %llu to %llu, Conf from %.2f to %.2f", id,
                     m_analyzerMgrOutput.sensitivities[id], exposure, m_analyzerMgrOutput.confidences[id],
                     rOutput.confidence);
-    m_analyzerMgrOutput.sensitivities[id] = exposure;
-    m_analyzerMgrOutput.confidences[id]   = rOutput.confidence;
+    StoreDecision(id, exposure, rOutput.confidence);
 }
 
 VOID CAnalyzerManager::UpdateBanks(const CAnalyzer& rAnalyzer, const KIROAnalyzerOutput& rOutput)

@@ -72,6 +72,8 @@ private:
 
     AECDebugAnalyzerType* NextDebugEntry(const CAnalyzer& rAnalyzer);
 
+    VOID     ForgetDecisions();
+    VOID     StoreDecision(UINT32 id, UINT64 exposure, FLOAT confidence);
     VOID     UpdateDecision(UINT32 id, const KIROAnalyzerOutput& rOutput);
     VOID     UpdateBanks(const CAnalyzer& rAnalyzer, const KIROAnalyzerOutput& rOutput);
     StartEnd Overwrite(const kirometeringsceneanalyzer::OutputDataBankType& rBank, StartEnd value);
@@ -82,5 +84,6 @@ private:
     TavoObjects<CAnalyzer>     m_analyzers;
     AnalyzerManagerInput       m_analyzerMgrInput;
     AnalyzerManagerOutput      m_analyzerMgrOutput;
+    UINT32                     m_decisionsEnd;                        ///< entries from here on are zeros
     AnalyzerSortData           m_sortedAnalyzerID[AnalyzerCountMax];  ///< by rising ID, then by position
 };

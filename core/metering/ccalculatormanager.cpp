@@ -1,5 +1,7 @@
 #include "core/metering/ccalculatormanager.h"
 
+#include <algorithm>
+
 #include "core/base/kirolog.h"
 #include "core/contextdebugdata.h"
 
@@ -45,6 +47,7 @@ VOID CCalculatorManager::UpdateCalculators(Tuning* pTuning)
 VOID CCalculatorManager::Rebuild(const Tuning* pTuning)
 {
     m_calculators.clear();
+    m_placeCount = 0;
     for (TavoPtr<CCalculator>* ppFixed :
          {&m_pAverageCalculator, &m_pCtrWeightedCalculator, &m_pDarkRatioCalculator, &m_pBrightRatioCalculator})
     {
@@ -59,11 +62,23 @@ VOID CCalculatorManager::Rebuild(const Tuning* pTuning)
     {
         m_calculators[index].SetCalculatorTuning(&pTuning->statsCalculators[index], m_rContextManager);
     }
+    SortCalculators();
     m_pAverageCalculator     = NewCalculator(pTuning->averageStatsCalculator, m_rContextManager);
     m_pCtrWeightedCalculator = NewCalculator(pTuning->centerWeightedStatsCalculator, m_rContextManager);
     m_pDarkRatioCalculator   = NewCalculator(pTuning->darkRatioStatsCalculator, m_rContextManager);
     m_pBrightRatioCalculator = NewCalculator(pTuning->brightRatioStatsCalculator, m_rContextManager);
     STATS_LOG_TRACE("Updated Calculators, count: %d", m_calculators.size());
+}
+
+VOID CCalculatorManager::SortCalculators()
+{
+    m_places     = TavoNewArray<Place>(m_calculators.size());
+    m_placeCount = (m_places != nullptr) ? m_calculators.size() : 0;
+    for (UINT32 index = 0; index < m_placeCount; ++index)
+    {
+        m_places[index] = {m_calculators[index].GetID(), index};
+    }
+    std::sort(m_places.get(), m_places.get() + m_placeCount);
 }
 
 VOID CCalculatorManager::RunAverageCalculator()
@@ -109,14 +124,15 @@ VOID CCalculatorManager::RunCalculators()
     RunXtremeColors();
 }
 
+/// Several calculators may have one ID: all of them run, in the order of the tuning.
 VOID CCalculatorManager::RunActiveCalculator(UINT32 id)
 {
-    for (CCalculator& rCalculator : m_calculators)
+    const Place* pFirst = m_places.get();
+    const Place* pEnd   = pFirst + m_placeCount;
+    for (const Place* pPlace = std::lower_bound(pFirst, pEnd, Place{id, 0}); pPlace != pEnd && pPlace->id == id;
+         ++pPlace)
     {
-        if (rCalculator.GetID() == id)
-        {
-            RunCalculator(&rCalculator, "");
-        }
+        RunCalculator(&m_calculators[pPlace->index], "");
     }
 }
 

@@ -2,6 +2,8 @@
 /// Owns a calculator for each tuned record and runs them in the order of the active list.
 #pragma once
 
+#include <compare>
+
 #include "core/base/tuningdriven.h"
 #include "core/metering/ckirocalculator.h"
 
@@ -25,7 +27,16 @@ public:
     VOID RunCalculators();
 
 private:
+    struct Place
+    {
+        UINT32 id;
+        UINT32 index;
+
+        auto operator<=>(const Place&) const = default;
+    };
+
     VOID Rebuild(const Tuning* pTuning);
+    VOID SortCalculators();
     VOID RunActiveCalculator(UINT32 id);
     VOID RunXtremeColors();
 
@@ -37,4 +48,6 @@ private:
     TavoPtr<CCalculator>     m_pDarkRatioCalculator;
     TavoPtr<CCalculator>     m_pBrightRatioCalculator;
     TavoObjects<CCalculator> m_calculators;
+    TavoArray<Place>         m_places;  ///< of the calculators, by rising ID, then by position
+    UINT32                   m_placeCount = 0;
 };

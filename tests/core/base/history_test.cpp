@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/tavodesk.h"
 #include "tests/support/statslogcapture.h"
 
 namespace
@@ -106,6 +107,30 @@ TEST_F(History, APreviewFrameThatFellOutIsKeptAndTheOldestOfTheListNotSought)
     Save(11, true);
     ASSERT_NE(m_history.GetPreviousNonSnapshotFrame(), nullptr);
     EXPECT_EQ(m_history.GetPreviousNonSnapshotFrame()->frameID, 1u);
+}
+
+TEST_F(History, ASteadyCameraTakesNoMemoryAlsoOverChangesOfMode)
+{
+    const auto run = [this](UINT64 first)
+    {
+        SaveStart();
+        for (UINT64 frameID = first; frameID < first + 30; ++frameID)
+        {
+            Save(frameID, frameID % 3 == 0);
+            SaveSnapshot(frameID, 0);
+        }
+        EXPECT_EQ(m_history.GetFrameCount(), 10u);
+        m_history.FinishCurrentModeHistory(AECAlgoOperationModeStreaming);
+    };
+    run(1);
+    run(51);
+    const UINT64 before = TavoDesk::GetAllocationCounters().allocations;
+    run(101);
+    run(201);
+    EXPECT_EQ(TavoDesk::GetAllocationCounters().allocations, before);
+    AECFrameHistory last{};
+    EXPECT_EQ(m_history.GetPrevModeLastFrame(last), TRUE);
+    EXPECT_EQ(last.frameID, 230u);
 }
 
 TEST_F(History, SnapshotMarkReachesTheSavedFrameOrTheNextOne)
