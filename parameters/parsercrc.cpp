@@ -1,5 +1,6 @@
 #include "parameters/parsercrc.h"
 
+#include <array>
 #include <cstring>
 
 #include "parameters/parameterlogging.h"
@@ -7,20 +8,55 @@
 namespace
 {
 
-constexpr std::array<UINT32, 256> BuildTable()
+constexpr UINT32 SliceSize = 8;  ///< bytes that go into a sum at a time
+
+/// For each byte value what it makes of a sum of zero, with 0 to 7 zero bytes behind it.
+template <typename Sum> using SliceTables = std::array<std::array<Sum, 256>, SliceSize>;
+
+template <typename Sum> constexpr SliceTables<Sum> BuildTables(Sum polynomial)
 {
-    constexpr UINT32        ReflectedPolynomial = 0xEDB88320;
-    std::array<UINT32, 256> table{};
-    for (UINT32 index = 0; index < 256; ++index)
+    SliceTables<Sum> tables{};
+    for (UINT32 byte = 0; byte < 256; ++byte)
     {
-        UINT32 value = index;
-        for (UINT32 bit = 0; bit < 8; ++bit)
+        Sum value = byte;
+        for (UINT32 bit = 0; bit < 8 * SliceSize; ++bit)
         {
-            value = (value >> 1) ^ ((value & 1) != 0 ? ReflectedPolynomial : 0);
+            value = (value >> 1) ^ ((value & 1) != 0 ? polynomial : 0);
+            if (bit % 8 == 7)
+            {
+                tables[bit / 8][byte] = value;
+            }
         }
-        table[index] = value;
     }
-    return table;
+    return tables;
+}
+
+constexpr UINT32              ReflectedPolynomial = 0xEDB88320;
+constexpr SliceTables<UINT32> Tables32            = BuildTables<UINT32>(ReflectedPolynomial);
+constexpr SliceTables<UINT64> Tables64            = BuildTables<UINT64>(namehash::Polynomial);
+
+/// The sum is linear, so the bytes of a slice are looked up apart, and no lookup waits for another.
+template <typename Sum> Sum Continue(Sum value, const BYTE* pData, UINT32 length, const SliceTables<Sum>& rTables)
+{
+    for (; length >= SliceSize; length -= SliceSize, pData += SliceSize)
+    {
+        UINT64 slice = 0;
+        for (UINT32 byte = 0; byte < SliceSize; ++byte)
+        {
+            slice |= UINT64{pData[byte]} << (8 * byte);
+        }
+        slice ^= value;
+        value = 0;
+        for (UINT32 byte = 0; byte < SliceSize; ++byte)
+        {
+            value ^= rTables[SliceSize - 1 - byte][(slice >> (8 * byte)) & 0xFF];
+        }
+    }
+    for (; length > 0; --length, ++pData)
+    {
+        value = rTables[0][(*pData ^ value) & 0xFF] ^ (value >> 8);
+    }
+    return value;
 }
 
 /// Compares the sum stored at the end of a file with the one of the bytes before it. Logs a mismatch.
@@ -50,20 +86,9 @@ bool ValidateSum(const BYTE* pBuffer, UINT32 length, const IParameterLoggingAPI*
 
 }  // namespace
 
-constexpr std::array<UINT32, 256> ParserCRC32::m_table = BuildTable();
-
 UINT32 ParserCRC32::GetCRC(const BYTE* pData, UINT32 length, UINT32 seed)
 {
-    if (length == 0)
-    {
-        return seed;
-    }
-    UINT32 value = ~seed;
-    for (UINT32 index = 0; index < length; ++index)
-    {
-        value = m_table[(pData[index] ^ value) & 0xFF] ^ (value >> 8);
-    }
-    return ~value;
+    return ~Continue<UINT32>(~seed, pData, length, Tables32);
 }
 
 bool ParserCRC32::Validate(const BYTE* pBuffer, UINT32 length, const IParameterLoggingAPI* pLog)
@@ -74,7 +99,15 @@ bool ParserCRC32::Validate(const BYTE* pBuffer, UINT32 length, const IParameterL
 
 bool ParserCRC64::Validate(const BYTE* pBuffer, UINT32 length, bool includeLength, const IParameterLoggingAPI* pLog)
 {
-    const CHAR* const pText = reinterpret_cast<const CHAR*>(pBuffer);
     return ValidateSum<UINT64>(pBuffer, length, pLog,
-                               [&](UINT32 dataLength) { return GetCRC(pText, dataLength, includeLength, 0); });
+                               [&](UINT32 dataLength)
+                               {
+                                   UINT64 value = Continue<UINT64>(~UINT64{0}, pBuffer, dataLength, Tables64);
+                                   for (UINT32 shift = 0; includeLength && shift < 32; shift += 8)
+                                   {
+                                       const BYTE byte = static_cast<BYTE>(dataLength >> shift);
+                                       value           = Continue<UINT64>(value, &byte, 1, Tables64);
+                                   }
+                                   return ~value;
+                               });
 }

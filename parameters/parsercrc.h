@@ -2,8 +2,6 @@
 /// The checksums that close a parameter file.
 #pragma once
 
-#include <array>
-
 #include "platform/tavotypes.h"
 #include "schema/namehash.h"
 
@@ -19,9 +17,6 @@ public:
 
     /// Compares the last 4 bytes of the buffer with the sum of those before them. Logs a mismatch.
     static bool Validate(const BYTE* pBuffer, UINT32 length, const IParameterLoggingAPI* pLog);
-
-private:
-    static const std::array<UINT32, 256> m_table;
 };
 
 /// The checksum of files from 6.0.0 on, and of all names in them.

@@ -167,6 +167,30 @@ TEST(Checksums, AreThoseOfTheFilesInTheFieldAndGuardThem)
     EXPECT_EQ(ParserCRC32::GetCRC(nullptr, 0, 77), 77U);
     EXPECT_EQ(ParserCRC64::GetCRC(pDigits, 9, true, 0), 0xAB8C87CA648D9480ULL);
 
+    // A file's sum is that of its bytes one by one, whatever their number.
+    std::vector<BYTE> file;
+    for (UINT32 length = 1; length < 40; ++length)
+    {
+        file.push_back(static_cast<BYTE>(37 * length));
+        UINT32 byByte = 0;
+        for (const BYTE& rByte : file)
+        {
+            byByte = ParserCRC32::GetCRC(&rByte, 1, byByte);
+        }
+        EXPECT_EQ(ParserCRC32::GetCRC(file.data(), length, 0), byByte) << length;
+        for (const bool includeLength : {false, true})
+        {
+            const UINT64 sum =
+                ParserCRC64::GetCRC(reinterpret_cast<const CHAR*>(file.data()), length, includeLength, 0);
+            std::vector<BYTE> sealed = file;
+            sealed.insert(sealed.end(), reinterpret_cast<const BYTE*>(&sum),
+                          reinterpret_cast<const BYTE*>(&sum) + sizeof(sum));
+            EXPECT_TRUE(ParserCRC64::Validate(sealed.data(), length + 8, includeLength, nullptr)) << length;
+            sealed[length / 2] ^= 1;
+            EXPECT_FALSE(ParserCRC64::Validate(sealed.data(), length + 8, includeLength, nullptr)) << length;
+        }
+    }
+
     // They guard the whole file.
     SystemLogCapture  log;
     std::vector<BYTE> bytes = {'1', '2', '3', '4', '5', '6', '7', '8', '9', 0x26, 0x39, 0xF4, 0xCB};
