@@ -12,34 +12,6 @@ constexpr INT32 FirstTrackedID   = 320;
 constexpr INT32 FirstGeneratedID = 340;
 constexpr INT32 FirstFilteredID  = 600;
 
-std::string DetectorsText()
-{
-    constexpr const CHAR* priorities[] = {"MeteringStart", "ConvergenceStart", "ExtensionStart", "ExtensionEnd",
-                                          "EndOfFrame"};
-    constexpr const CHAR* filters[]    = {"Disable", "Average", "Median"};
-    std::string           text         = "      kiroscenechangedetector:\n        scdBank:\n";
-    for (UINT32 index = 0; index < DetectorCount; ++index)
-    {
-        text += fmt::format(
-            "          - enable: true\n            priority: {}\n            SCDId: {}\n            SCDName: "
-            "Detector{}\n"
-            "            SCDetectionConfig:\n"
-            "              inputDataConfig: {{inputDataSource: {{bankID: BankIDTriggers, dataID: 8}}, windowSize: 8, "
-            "filterType: {}}}\n"
-            "              thresConfig: {{baselineType: UseRebasedData, bUsePercentageError: true, thresData: "
-            "{{trigger1DataBank: *lux, trigger2DataBank: *lux, trigger3DataBank: *lux, trigger1: [{{trigger: "
-            "*everywhere, trigger2: [{{trigger: *everywhere, trigger3: [{{trigger: *everywhere, triggerData: "
-            "{{valueThres: 20.0, countThres: 3}}}}]}}]}}]}}}}\n"
-            "              SCPostStableConfig: {{windowSize: 5, variationThres: 5.0}}\n"
-            "            holdTimeConfig:\n              enable: true\n              holdTimeData: {{trigger1DataBank: "
-            "*lux, trigger2DataBank: *lux, trigger3DataBank: *lux, trigger3Data: [{{trigger: *everywhere, "
-            "trigger2Data: [{{trigger: *everywhere, trigger3Data: [{{trigger: *everywhere, triggerData: "
-            "1.0}}]}}]}}]}}\n",
-            priorities[index % std::size(priorities)], index + 1, index + 1, filters[index % std::size(filters)]);
-    }
-    return text;
-}
-
 std::string MapsText()
 {
     std::string text = "      kiroexternalmapprocessor:\n        externalMapProcessor:\n";
@@ -134,9 +106,37 @@ std::string MonitorsText()
 
 }  // namespace
 
+std::string DetectorsText(UINT32 count)
+{
+    constexpr const CHAR* priorities[] = {"MeteringStart", "ConvergenceStart", "ExtensionStart", "ExtensionEnd",
+                                          "EndOfFrame"};
+    constexpr const CHAR* filters[]    = {"Disable", "Average", "Median"};
+    std::string           text         = "      kiroscenechangedetector:\n        scdBank:\n";
+    for (UINT32 index = 0; index < count; ++index)
+    {
+        text += fmt::format(
+            "          - enable: true\n            priority: {}\n            SCDId: {}\n            SCDName: "
+            "Detector{}\n"
+            "            SCDetectionConfig:\n"
+            "              inputDataConfig: {{inputDataSource: {{bankID: BankIDTriggers, dataID: 8}}, windowSize: 8, "
+            "filterType: {}}}\n"
+            "              thresConfig: {{baselineType: UseRebasedData, bUsePercentageError: true, thresData: "
+            "{{trigger1DataBank: *lux, trigger2DataBank: *lux, trigger3DataBank: *lux, trigger1: [{{trigger: "
+            "*everywhere, trigger2: [{{trigger: *everywhere, trigger3: [{{trigger: *everywhere, triggerData: "
+            "{{valueThres: 20.0, countThres: 3}}}}]}}]}}]}}}}\n"
+            "              SCPostStableConfig: {{windowSize: 5, variationThres: 5.0}}\n"
+            "            holdTimeConfig:\n              enable: true\n              holdTimeData: {{trigger1DataBank: "
+            "*lux, trigger2DataBank: *lux, trigger3DataBank: *lux, trigger3Data: [{{trigger: *everywhere, "
+            "trigger2Data: [{{trigger: *everywhere, trigger3Data: [{{trigger: *everywhere, triggerData: "
+            "1.0}}]}}]}}]}}\n",
+            priorities[index % std::size(priorities)], index + 1, index + 1, filters[index % std::size(filters)]);
+    }
+    return text;
+}
+
 std::string ModulesText()
 {
-    return DetectorsText() + MapsText() + VectorsText() + GeneratorsText() + MonitorsText();
+    return DetectorsText(DetectorCount) + MapsText() + VectorsText() + GeneratorsText() + MonitorsText();
 }
 
 }  // namespace everythingtuning

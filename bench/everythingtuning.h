@@ -21,6 +21,9 @@ constexpr const CHAR* SmallLuma = "SmallLuma";
 /// Entry of the bank of 2D weights that holds the map from outside.
 constexpr INT32 FirstMapID = 300;
 
+/// The detectors' module, as text below "modules:". Anchors lux and everywhere stand before it.
+std::string DetectorsText(UINT32 count);
+
 /// Modules of the Default mode, as text below "modules:".
 std::string ModulesText();
 

@@ -115,17 +115,20 @@ VOID HeavyFrame::FeedEverything()
     m_rig.Host().Algo()->SetContextEvent(m_rig.Host().Algo(), AECEVBracketing, TRUE);
 }
 
-LightFrame::LightFrame()
-    : m_stats{}, m_rig(tuningfile::CompileFile(KIRO_EXAMPLE_TUNINGS "minimal.yaml"), kirosim::Sensor{})
+LightFrame::LightFrame() : LightFrame(tuningfile::CompileFile(KIRO_EXAMPLE_TUNINGS "minimal.yaml"), 16, 16)
 {
-    constexpr UINT32 width      = 16;
+}
+
+LightFrame::LightFrame(const std::vector<BYTE>& rTuning, UINT32 width, UINT32 height)
+    : m_stats{}, m_rig(rTuning, kirosim::Sensor{})
+{
     constexpr UINT32 bins       = 128;
     constexpr FLOAT  midGrey    = 46.0f;
     constexpr INT32  bitDepth   = 8;
     static CHAR      lumaName[] = "SafeLuma";
     static CHAR      histName[] = "SafeHist";
 
-    m_luma.assign(static_cast<size_t>(width) * width, midGrey);
+    m_luma.assign(static_cast<size_t>(width) * height, midGrey);
     m_histogram.assign(bins + 1, 0);
     for (UINT32 bin = 0; bin < bins; ++bin)
     {
@@ -136,7 +139,7 @@ LightFrame::LightFrame()
     m_stats.count                 = 2;
     KIROCntStatsOut& rGrid        = m_stats.pList[0];
     rGrid.type                    = kiroglobalelements::KIROStatsGrid;
-    rGrid.resolution              = {width, width, 0, bitDepth};
+    rGrid.resolution              = {width, height, 0, bitDepth};
     rGrid.channelData             = {TRUE, lumaName, {}, static_cast<UINT32>(m_luma.size() * sizeof(FLOAT)), nullptr};
     rGrid.channelData.Data.pFData = m_luma.data();
     KIROCntStatsOut& rHist        = m_stats.pList[1];

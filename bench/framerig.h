@@ -78,11 +78,14 @@ private:
     VOID FeedEverything();
 };
 
-/// The minimal example on a mid-grey grid of 16 x 16 regions and a histogram of 128 bins.
+/// The minimal example on a mid-grey grid of 16 x 16 regions and a histogram of 128 bins; or another tuning and grid.
 class LightFrame
 {
 public:
     LightFrame();
+
+    /// @param rTuning a parameter file that measures SafeLuma and SafeHist alone
+    LightFrame(const std::vector<BYTE>& rTuning, UINT32 width, UINT32 height);
 
     VOID Run()
     {

@@ -2,13 +2,11 @@
 
 #include <fmt/format.h>
 #include <iterator>
-#include <memory>
 #include <string>
-#include <utility>
 
 #include "bench/everythingtuning.h"
+#include "bench/exampletuning.h"
 #include "tools/tuningfile/files.h"
-#include "tools/tuningfile/textinput.h"
 
 namespace heavytuning
 {
@@ -232,22 +230,9 @@ std::string AnalyzersText()
 
 std::vector<BYTE> Compile(bool isEverythingOn)
 {
-    tuningfile::Tuning       phone = tuningfile::ReadTextFile(KIRO_EXAMPLE_TUNINGS "phone.yaml");
-    const tuningfile::Tuning heavy =
-        tuningfile::ParseText(Head + CalculatorsText() + TablesText() + RegionsText() + AnalyzersText() +
-                                  (isEverythingOn ? everythingtuning::ModulesText() : std::string()),
-                              "heavy tuning");
-    for (const tuningfile::Module& rModule : heavy.tables.at(0).modes.at(0).modules)
-    {
-        for (tuningfile::Module& rReplaced : phone.tables.at(0).modes.at(0).modules)
-        {
-            if (rReplaced.pDescription == rModule.pDescription)
-            {
-                rReplaced.pRecord = rModule.pRecord;
-            }
-        }
-    }
-    return tuningfile::WriteBinary(phone, tuningfile::NewestVersion);
+    const std::string text = Head + CalculatorsText() + TablesText() + RegionsText() + AnalyzersText() +
+                             (isEverythingOn ? everythingtuning::ModulesText() : std::string());
+    return tuningfile::WriteBinary(exampletuning::With("phone.yaml", text, "heavy tuning"), tuningfile::NewestVersion);
 }
 
 }  // namespace heavytuning

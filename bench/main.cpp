@@ -10,6 +10,7 @@
 
 #include "bench/bars.h"
 #include "bench/framebench.h"
+#include "bench/growth.h"
 #include "bench/livebench.h"
 #include "bench/results.h"
 #include "bench/rounds.h"
@@ -38,9 +39,10 @@ std::vector<std::string> DefaultOptions()
 
 struct Arguments
 {
-    bool                     isJson = false;
-    std::optional<UINT32>    liveSeconds;  ///< measure nothing but live tuning, for so long
-    std::vector<std::string> options;      ///< for the benchmarks
+    bool                     isJson   = false;
+    bool                     isGrowth = false;  ///< measure nothing but how frames grow
+    std::optional<UINT32>    liveSeconds;       ///< measure nothing but live tuning, for so long
+    std::vector<std::string> options;           ///< for the benchmarks
 };
 
 Arguments ReadArguments(const std::vector<std::string>& rTexts)
@@ -54,6 +56,10 @@ Arguments ReadArguments(const std::vector<std::string>& rTexts)
         if (rText == "--json")
         {
             arguments.isJson = true;
+        }
+        else if (rText == "--growth")
+        {
+            arguments.isGrowth = true;
         }
         else if (rText == "--live")
         {
@@ -138,12 +144,16 @@ bool Run(const Arguments& rArguments)
     }
     program::Progress        progress("kirobench");
     std::vector<BenchResult> results;
-    if (!rArguments.liveSeconds)
+    if (rArguments.isGrowth)
+    {
+        results = MeasureGrowth(!rArguments.isJson, progress);
+    }
+    else if (!rArguments.liveSeconds)
     {
         results = RunBenchmarks(!rArguments.isJson, rArguments.options.empty() ? DefaultRounds : 0, progress);
     }
     // Whoever chooses among the benchmarks does not want to wait for this.
-    if (rArguments.liveSeconds || rArguments.options.empty())
+    if (rArguments.liveSeconds || (rArguments.options.empty() && !rArguments.isGrowth))
     {
         const std::vector<BenchResult> live =
             MeasureLiveTuning(rArguments.liveSeconds.value_or(ShortLiveSeconds), progress);

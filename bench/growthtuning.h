@@ -1,0 +1,22 @@
+/// @file
+/// The minimal example with as much of one thing as is wanted.
+#pragma once
+
+#include <vector>
+
+#include "platform/tavotypes.h"
+
+struct GrowthTuning
+{
+    UINT32 regions     = 1024;  ///< of the grid: 256 to 3072, a multiple of 256
+    UINT32 calculators = 1;     ///< weighted means of SafeLuma, each with a table of its own
+    UINT32 analyzers   = 1;
+    UINT32 detectors   = 0;
+    UINT32 modes       = 1;  ///< from Default down to the one in use, up to 7
+};
+
+/// Columns of the grid.
+UINT32 GrowthGridWidth(const GrowthTuning& rTuning);
+
+/// @return the parameter file
+std::vector<BYTE> CompileGrowth(const GrowthTuning& rTuning);
