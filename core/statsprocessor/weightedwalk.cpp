@@ -49,13 +49,17 @@ VOID CKIROWeightedWalk::Begin(const WeightedWalkKey& rKey, const CKIROGridIterat
     m_regionCount = isInside ? count : 0;
 }
 
+/// All lanes take all regions, so none may be left out; and which bits a NaN keeps is not the same in a lane.
+bool CKIROWeightedWalk::TakesTable(const FLOAT* pTable)
+{
+    return std::all_of(pTable, pTable + CKIRO2DMetIterator::TableSize,
+                       [](FLOAT weight) { return std::isfinite(weight) && weight != CKIRO2DMetIterator::NoWeight; });
+}
+
 VOID CKIROWeightedWalk::AddTable(const FLOAT* pTable, FLOAT totalWeight, UINT64 frame)
 {
     m_lastFrame = frame;
-    // All lanes take all regions, so none may be left out; and which bits a NaN keeps is not the same in a lane.
-    if (m_regionCount == 0 || m_tableCount == TableMax ||
-        !std::all_of(pTable, pTable + CKIRO2DMetIterator::TableSize,
-                     [](FLOAT weight) { return std::isfinite(weight) && weight != CKIRO2DMetIterator::NoWeight; }))
+    if (m_regionCount == 0)
     {
         return;
     }

@@ -36,8 +36,17 @@ public:
         return m_lastFrame > 0 && m_key == rKey;
     }
 
-    /// Takes up a table for the next frames, unless its weights leave out regions or are not finite, there are as many
-    /// tables as may be, or the walk goes beyond what tables cover.
+    /// @return whether a table can share a walk: its weights leave out no region and are finite
+    static bool TakesTable(const FLOAT* pTable);
+
+    /// @return whether a further table needs a further walk
+    bool IsFull() const
+    {
+        return m_regionCount > 0 && m_tableCount == TableMax;
+    }
+
+    /// Takes up a table for the next frames, unless the walk goes beyond what tables cover. It must not be full.
+    /// @param pTable      one that can share a walk
     /// @param totalWeight of all regions of the walk, added in its order
     VOID AddTable(const FLOAT* pTable, FLOAT totalWeight, UINT64 frame);
 

@@ -29,14 +29,16 @@ public:
              FLOAT totalWeight);
 
 private:
-    /// Walks of a tuning: a channel of each exposure under a few regions.
+    /// Walks of a tuning: a channel of each exposure under a few regions, more than one where there are many tables.
     static constexpr UINT32 WalkMax = 8;
 
     static constexpr UINT64 FirstFrame = 2;  ///< so that walks that were never used count as forgotten
 
-    CKIROWeightedWalk* Find(const WeightedWalkKey& rKey);
+    CKIROWeightedWalk* FindWithRoom(const WeightedWalkKey& rKey);
+    CKIROWeightedWalk* FindUnused();
 
     TavoArray<CKIROWeightedWalk> m_pWalks;
-    UINT64                       m_frame;  ///< counts those in which a mean was asked for: metering may skip some
+    UINT32                       m_expected;  ///< the walk that is likely to have the table that is asked for next
+    UINT64                       m_frame;     ///< counts those in which a mean was asked for: metering may skip some
     BOOL                         m_bIsNewFrame;
 };
