@@ -250,6 +250,57 @@ TEST(RegionWeights, MapLumaWithinRowsAndBetweenThem)
     EXPECT_EQ(weights[1], 0.0f);
 }
 
+/// The map row by row, as a tuner reads it.
+FLOAT MapLuma(const std::vector<TriggerSystemEndLevelStartEndType>& rRows, FLOAT luma)
+{
+    const auto line = [luma](FLOAT x1, FLOAT y1, FLOAT x2, FLOAT y2)
+    { return (x1 == x2) ? y2 : y1 + (y2 - y1) * ((luma - x1) / (x2 - x1)); };
+    for (size_t row = 0; row < rRows.size(); ++row)
+    {
+        const auto& rRow = rRows[row];
+        if (rRow.trigger.start > luma)
+        {
+            return (row == 0) ? rRow.triggerData.start
+                              : line(rRows[row - 1].trigger.end, rRows[row - 1].triggerData.end, rRow.trigger.start,
+                                     rRow.triggerData.start);
+        }
+        if (rRow.trigger.end >= luma)
+        {
+            return line(rRow.trigger.start, rRow.triggerData.start, rRow.trigger.end, rRow.triggerData.end);
+        }
+    }
+    return rRows.back().triggerData.end;
+}
+
+TEST(RegionWeights, OfManyRegionsAtATimeHaveTheBitsOfEachAlone)
+{
+    std::mt19937 random(9);
+    const auto   pick = [&random](std::initializer_list<FLOAT> values)
+    { return values.begin()[std::uniform_int_distribution<size_t>(0, values.size() - 1)(random)]; };
+    for (UINT32 set = 0; set < 500; ++set)
+    {
+        std::vector<TriggerSystemEndLevelStartEndType> rows(1 + set % 4);
+        FLOAT                                          edge = pick({-10.0f, 0.0f, 20.0f});
+        for (auto& rRow : rows)  // steps, level lines and slopes; now and then out of order
+        {
+            const FLOAT start = edge;
+            edge += pick({0.0f, 0.1f, 33.0f, 60.0f, -5.0f});
+            rRow = {{start, edge}, {pick({0.0f, 0.3f, 1.0f, 1.0f}), pick({0.0f, 1.0f, 1.0f, -0.7f})}};
+            edge += pick({0.0f, 7.0f, 40.0f});
+        }
+        regionweights::Batch luma, weights;
+        for (FLOAT& rLuma : luma)
+        {
+            rLuma = pick({edge, 0.0f, std::uniform_real_distribution<FLOAT>(-20.0f, 260.0f)(random), 20.0f});
+        }
+        regionweights::ByLuma(static_cast<UINT32>(rows.size()), rows.data(), luma, weights);
+        for (UINT32 region = 0; region < regionweights::BatchSize; ++region)
+        {
+            ASSERT_EQ(weights[region], MapLuma(rows, luma[region])) << set << " " << luma[region];
+        }
+    }
+}
+
 class ColorMeasures : public StatsTest
 {
 protected:
