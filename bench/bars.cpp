@@ -10,16 +10,16 @@ struct Bar
 };
 
 constexpr Bar Bars[] = {
-    {benchname::LightFrame, 5e3},     {benchname::GetModuleBuffer, 150.0}, {benchname::GetModuleFile, 300.0},
-    {benchname::TriggerTree, 120.0},  {benchname::LoadPhoneBuffer, 1e6},   {benchname::LoadLargeBuffer, 30e6},
+    {benchname::LightFrame, 5e3},     {benchname::GetModuleBuffer, 100.0}, {benchname::GetModuleFile, 300.0},
+    {benchname::TriggerTree, 120.0},  {benchname::LoadPhoneBuffer, 1e6},   {benchname::LoadLargeBuffer, 12e6},
     {benchname::LoadLargeFile, 30e6},
 };
 
-/// The heavy frame, in times of its floor.
-constexpr DOUBLE HeavyFloors = 1.5;
+/// The heavy frame, in times of its chains walked one after another.
+constexpr DOUBLE HeavyFloors = 0.75;
 
 /// What all that hangs on a frame may add to the heavy one.
-constexpr DOUBLE EverythingMoreNs = 60e3;
+constexpr DOUBLE EverythingMoreNs = 50e3;
 
 }  // namespace
 

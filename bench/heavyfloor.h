@@ -1,5 +1,6 @@
 /// @file
-/// The least that a machine can do for the heavy tuning: its calculators' chains of additions, and nothing around them.
+/// What the heavy tuning's calculators cost if their chains of additions are walked one after another, with nothing
+/// around them: each addition waits for the one before. Chains that are walked side by side take less.
 #pragma once
 
 #include <vector>
