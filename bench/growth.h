@@ -9,5 +9,6 @@
 
 /// Runs the minimal example with more and more of one thing at a time: regions, calculators, analyzers, detectors,
 /// modes.
-/// @return the processor time of each frame; behind a series its slope at the end over its mean slope, which has a bar
+/// @return the processor time of each frame; behind them, for each series, how much steeper its upper half is than its
+/// lower half, which has a bar
 std::vector<BenchResult> MeasureGrowth(bool isPrinted, program::Progress& rProgress);
