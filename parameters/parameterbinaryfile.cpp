@@ -135,9 +135,8 @@ bool ParameterBinaryFile::Read(VOID* pDestination, UINT64 offset, UINT64& rPosit
     {
         return count == 0 && !m_isModified;
     }
-    // An empty text may lie anywhere: it must not take the place of what lies around its record.
     const bool cacheable = count <= ReadBufferSize && m_useReadBufs;
-    if (count > 0 && !(cacheable && ReadCached(pDestination, offset + rPosition, count)) &&
+    if (!(cacheable && ReadCached(pDestination, offset + rPosition, count)) &&
         !ReadDirect(pDestination, offset, rPosition, count))
     {
         return false;

@@ -101,7 +101,7 @@ public:
 private:
     struct FrameNode;
 
-    /// Nodes that no list holds. A frame that is saved while another drops out takes that one's node, so that a steady
+    /// Nodes that no list holds. A frame that is saved takes the node of one that has dropped out, so that a steady
     /// camera allocates nothing; the lists' lengths bound how many there are.
     class SpareNodes
     {

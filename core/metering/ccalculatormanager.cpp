@@ -74,6 +74,10 @@ VOID CCalculatorManager::SortCalculators()
 {
     m_places     = TavoNewArray<Place>(m_calculators.size());
     m_placeCount = (m_places != nullptr) ? m_calculators.size() : 0;
+    if (m_placeCount != m_calculators.size())
+    {
+        STATS_LOG_ERROR("no memory for the order of %d calculators", m_calculators.size());
+    }
     for (UINT32 index = 0; index < m_placeCount; ++index)
     {
         m_places[index] = {m_calculators[index].GetID(), index};

@@ -23,9 +23,9 @@ VOID TakeLine(FLOAT x1, FLOAT y1, FLOAT x2, FLOAT y2, const FLOAT* __restrict pL
     {
         std::fill_n(line, BatchSize, y2);  // a step
     }
-    else if (rise == 0.0f && width > 0.0f && std::isfinite(width))
+    else if (rise == 0.0f && !std::signbit(y1) && width > 0.0f && std::isfinite(width))
     {
-        std::fill_n(line, BatchSize, y1 + rise);  // level: nothing to divide
+        std::fill_n(line, BatchSize, y1);  // level: nothing to divide, but for a zero whose sign depends on luma
     }
     else
     {

@@ -78,7 +78,6 @@ VOID CKIROWeightedWalk::AddTable(const FLOAT* pTable, FLOAT totalWeight, UINT64 
 std::optional<CKIROWeightedWalk::Sums> CKIROWeightedWalk::Measure(const FLOAT* pTable, const FLOAT* pValues,
                                                                   UINT64 frame)
 {
-    m_lastFrame         = frame;
     const bool isWalked = m_pWalkedValues == pValues && m_walkedFrame == frame;
     if (!isWalked)
     {
@@ -91,6 +90,7 @@ std::optional<CKIROWeightedWalk::Sums> CKIROWeightedWalk::Measure(const FLOAT* p
     }
     Table& rTable    = m_tables[index];
     rTable.lastFrame = frame;
+    m_lastFrame      = frame;
     m_expected       = index + 1;
     if (!isWalked || !rTable.isWalked)
     {

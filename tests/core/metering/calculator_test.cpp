@@ -76,6 +76,19 @@ protected:
         m_manager.RunCalculators();
     }
 
+    std::vector<std::string> StartedCalculators() const
+    {
+        std::vector<std::string> started;
+        for (const auto& rLine : m_log.Lines())
+        {
+            if (rLine.text.starts_with("---- Running calculator"))
+            {
+                started.push_back(rLine.text);
+            }
+        }
+        return started;
+    }
+
     FLOAT Slot(INT32 dataID)
     {
         return m_context.m_pBankManager->GetDataStatsCalculator(dataID)->value;
@@ -140,17 +153,9 @@ TEST_F(Calculators, ActiveListIsTheOrderAndNewTuningsReplaceAll)
     Add(1, API01GridWeightedAverage, "luma", {}, 1, 1).description   = const_cast<CHAR*>("a");
     Add(2, API01GridWeightedAverage, "colour", {}, 2, 2).description = const_cast<CHAR*>("b");
     Run({2, 1, 2});
-    std::vector<std::string> order;
-    for (const auto& rLine : m_log.Lines())
-    {
-        if (rLine.text.starts_with("---- Running calculator"))
-        {
-            order.push_back(rLine.text);
-        }
-    }
-    EXPECT_EQ(order, (std::vector<std::string>{"---- Running calculator ID: 2, b ----",
-                                               "---- Running calculator ID: 1, a ----",
-                                               "---- Running calculator ID: 2, b ----"}));
+    EXPECT_EQ(StartedCalculators(), (std::vector<std::string>{"---- Running calculator ID: 2, b ----",
+                                                              "---- Running calculator ID: 1, a ----",
+                                                              "---- Running calculator ID: 2, b ----"}));
     RunAgain({1, 2});
     EXPECT_EQ(m_log.Count(LevelTrace, "Updated Calculators, count: 2"), 1u) << "the same tuning";
     m_records.pop_back();
@@ -158,6 +163,18 @@ TEST_F(Calculators, ActiveListIsTheOrderAndNewTuningsReplaceAll)
     Run({1, 2});
     EXPECT_EQ(m_log.Count(LevelTrace, "Updated Calculators, count: 1"), 1u);
     EXPECT_FLOAT_EQ(Slot(5), 1.75f);
+}
+
+TEST_F(Calculators, AllOfOneIDRunInTheOrderOfTheTuning)
+{
+    for (const auto& [id, pName] : {std::pair(7, "a"), std::pair(2, "b"), std::pair(7, "c"), std::pair(5, "d")})
+    {
+        Add(id, API01GridWeightedAverage, "luma", {}, 1, 1).description = const_cast<CHAR*>(pName);
+    }
+    Run({7, 9, 2});
+    EXPECT_EQ(StartedCalculators(), (std::vector<std::string>{"---- Running calculator ID: 7, a ----",
+                                                              "---- Running calculator ID: 7, c ----",
+                                                              "---- Running calculator ID: 2, b ----"}));
 }
 
 TEST_F(Calculators, RangesFollowTheLuxIndex)

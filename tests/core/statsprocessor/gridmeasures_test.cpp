@@ -106,7 +106,7 @@ TEST_F(GridMeasures, BadRegionsAndTablesLeaveTheSentinel)
 class SharedWalks : public GridMeasures
 {
 protected:
-    static constexpr UINT32 TableCount = 20;  ///< more than are walked side by side
+    static constexpr UINT32 TableCount = 40;  ///< more than are walked side by side
     static constexpr UINT32 ROIs       = 3;
 
     /// What one calculator asks for.
@@ -147,13 +147,15 @@ protected:
             const FLOAT x = Random(0.0f, 0.9f), y = Random(0.0f, 0.9f);
             rROI = {x, y, Random(0.01f, 1.0f - x), Random(0.01f, 1.0f - y)};
         }
-        m_rois[0] = {0.0f, 0.0f, 1.0f, 1.0f};
-        m_rois[1] = {0.5f, 0.93f, 0.1f, 0.05f};
-        m_requests.resize(1 + RandomUpTo(11));
+        m_rois[0]          = {0.0f, 0.0f, 1.0f, 1.0f};
+        m_rois[1]          = {0.5f, 0.93f, 0.1f, 0.05f};
+        const bool isCrowd = RandomUpTo(9) == 0;  // of tables over one region, for more than one walk
+        m_requests.resize(isCrowd ? 60 : 1 + RandomUpTo(11));
         for (Request& rRequest : m_requests)
         {
             constexpr INT32 tableIDs[] = {TableID, TableID, TableID, TableID, TableID, 77, -1};
-            rRequest = {RandomUpTo(TableCount - 1), RandomUpTo(ROIs - 1), tableIDs[RandomUpTo(6)], RandomUpTo(9) == 0};
+            rRequest = {RandomUpTo(TableCount - 1), isCrowd ? 0 : RandomUpTo(ROIs - 1), tableIDs[RandomUpTo(6)],
+                        RandomUpTo(9) == 0};
         }
     }
 
@@ -285,7 +287,7 @@ TEST(RegionWeights, OfManyRegionsAtATimeHaveTheBitsOfEachAlone)
         {
             const FLOAT start = edge;
             edge += pick({0.0f, 0.1f, 33.0f, 60.0f, -5.0f});
-            rRow = {{start, edge}, {pick({0.0f, 0.3f, 1.0f, 1.0f}), pick({0.0f, 1.0f, 1.0f, -0.7f})}};
+            rRow = {{start, edge}, {pick({0.0f, -0.0f, 0.3f, 1.0f, 1.0f}), pick({0.0f, -0.0f, 1.0f, 1.0f, -0.7f})}};
             edge += pick({0.0f, 7.0f, 40.0f});
         }
         regionweights::Batch luma, weights;
@@ -296,7 +298,8 @@ TEST(RegionWeights, OfManyRegionsAtATimeHaveTheBitsOfEachAlone)
         regionweights::ByLuma(static_cast<UINT32>(rows.size()), rows.data(), luma, weights);
         for (UINT32 region = 0; region < regionweights::BatchSize; ++region)
         {
-            ASSERT_EQ(weights[region], MapLuma(rows, luma[region])) << set << " " << luma[region];
+            ASSERT_EQ(std::bit_cast<UINT32>(weights[region]), std::bit_cast<UINT32>(MapLuma(rows, luma[region])))
+                << set << " " << luma[region];
         }
     }
 }
