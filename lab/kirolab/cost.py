@@ -7,7 +7,8 @@ import pandas as pd
 from kirolab.corpus import Corpus
 
 WHOLE_RUN = "run"
-MOST_STEPS = 200.0  # by which one bar counts: one that is out of reach does not drown the others
+BAR_COST = 10.0  # of a bar that is missed by as much again as it allows: more than all figures together
+MOST_TIMES = 5.0  # that one bar counts: one that is out of reach does not drown the others
 
 
 def cost_weights(rows: pd.DataFrame, corpus: Corpus) -> pd.Series:
@@ -26,14 +27,15 @@ def cost_by_seed(table: pd.DataFrame, corpus: Corpus, column: str = "value") -> 
 
 
 def violation(pairs: pd.DataFrame, corpus: Corpus) -> float:
-    """How far a tuning is beyond the bars that these runs can judge: 0 if it holds them all, else the sum over bars of
-    the largest excess, in steps of the resolution."""
+    """What the bars cost that these runs can judge and that a tuning breaks: 0 if it holds them all. Each counts by its
+    largest excess against what it allows."""
     total = 0.0
     for bar in corpus.bars:
         rows = pairs[bar.rows(pairs)]
         if rows.empty:
             continue
         excess = bar.excess(rows["value_after"], rows["value_before"]).max()
-        steps = excess / corpus.resolution.get(str(rows["unit"].iloc[0]), 1.0)
-        total += min(max(steps, 0.0), MOST_STEPS)
-    return total
+        resolution = corpus.resolution.get(str(rows["unit"].iloc[0])) or 1.0
+        allowed = max(bar.limit or 0.0, bar.margin or 0.0, resolution)
+        total += min(max(excess / allowed, 0.0), MOST_TIMES)
+    return BAR_COST * total
