@@ -323,6 +323,7 @@ TEST_F(PanoramaText, SlipsAreRefusedAtTheirPlace)
         {"panorama: {file: sky.hdr, path: [{time: 2}, {time: 1}]}", ":1:45: points of a path must stand in"},
         {"panorama: {file: sky.hdr, cuts: [{time: 2}, {time: 2}]}", ":1:45: cuts must stand in ascending time"},
         {"panorama: {file: sky.hdr, cuts: [{time: 2, file: no.exr}]}", "no.exr"},
+        {"panorama: {file: ../build/lights/no.exr}", "No such file or directory; ./dev lights brings"},
         {"panorama: {fiel: sky.hdr}", "expected one of: file, yaw"}};
     for (const auto& [pText, pPart] : cases)
     {

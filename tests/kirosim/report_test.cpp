@@ -14,6 +14,7 @@
 #include "tools/kirosim/reportcommand.h"
 #include "tools/kirosim/runcommand.h"
 #include "tools/kirosim/statebands.h"
+#include "tools/kirosim/tracematch.h"
 #include "tools/kirosim/tracemeasures.h"
 #include "tools/kirosim/tracetable.h"
 
@@ -86,6 +87,14 @@ DOUBLE MeasureOf(const TraceTable& rTrace, const std::string& rName)
         }
     }
     return -2.0;
+}
+
+/// What two traces are not of one of, behind their names.
+std::string MismatchOf(const TraceTable& rTrace, const std::string& rOther)
+{
+    const std::string words = " are not of one ";
+    const std::string text  = SceneMismatch(rTrace, TableOf(rOther));
+    return text.empty() ? text : text.substr(text.find(words) + words.size());
 }
 
 /// What a sensor saw whose samples are all alike.
@@ -165,6 +174,19 @@ TEST(TraceReport, MeasuresByHand)
     EXPECT_EQ(table.rows[2], (std::vector<std::string>{"settled frames, percent", "50", "100", "-50"}));
     EXPECT_EQ(table.rows[3][2], "none");
     EXPECT_EQ(table.rows[3][3], "none");
+}
+
+TEST(TraceReport, TellsOfATraceOfAnotherScene)
+{
+    // The light doubles at 1 s. A camera of half the rate has half the frames of it.
+    const std::string names = "frame,time_s,scene_lux\n";
+    const TraceTable  trace = TableOf(names + "1,0,10\n2,0.5,10\n3,1,20\n4,1.5,20\n");
+    EXPECT_EQ(MismatchOf(trace, names + "1,0,10\n2,0.5,10\n3,1,20\n4,1.5,20\n"), "");
+    EXPECT_EQ(MismatchOf(trace, names + "1,0,10\n2,1,20\n"), "length: 4 frames against 2");
+    EXPECT_EQ(MismatchOf(trace, names + "1,0,10\n2,0.7,15\n3,1,20\n4,1.7,30\n"), "");
+    EXPECT_EQ(MismatchOf(trace, names + "1,0,10\n2,0.5,10\n3,1,10\n4,1.5,20\n"), "scene: 20 lux against 10 at 1.00 s");
+    EXPECT_EQ(MismatchOf(trace, names + "1,0,5\n"), "scene: 4 frames against 1, 10 lux against 5 at 0.00 s");
+    EXPECT_EQ(MismatchOf(trace, "frame,time_s\n1,0\n2,1\n3,2\n4,3\n"), "");
 }
 
 TEST(TraceReport, RefusesADamagedTraceWithItsPlace)

@@ -1,6 +1,7 @@
 #include "tools/kirosim/panoramainput.h"
 
 #include <filesystem>
+#include <system_error>
 
 #include "tools/kirosim/scenevalues.h"
 #include "tools/panorama/mapinput.h"
@@ -19,18 +20,27 @@ constexpr DOUBLE PitchMax = 90.0;  // degrees
 constexpr DOUBLE LuxMin   = 1e-3;
 constexpr DOUBLE LuxMax   = 1e6;
 
+/// What to do about a photograph that is not here; empty for any other file.
+const CHAR* RemedyOf(const std::filesystem::path& rFile)
+{
+    std::error_code             ignored;
+    const std::filesystem::path folder  = rFile.lexically_normal().parent_path();
+    const bool                  isPhoto = folder.filename() == "lights" && folder.parent_path().filename() == "build";
+    return (isPhoto && !std::filesystem::exists(rFile, ignored)) ? "; ./dev lights brings the photographs" : "";
+}
+
 /// Paths are seen from where the scene's file is.
 SharedRadianceMap ReadFile(const SceneText& rText, const YamlEntry& rEntry)
 {
     const std::filesystem::path scene(rText.Input().FileName());
-    const std::filesystem::path file(rText.Input().Scalar(rEntry.value, "a file"));
+    const std::filesystem::path file = scene.parent_path() / rText.Input().Scalar(rEntry.value, "a file");
     try
     {
-        return panorama::SharedMap((scene.parent_path() / file).string());
+        return panorama::SharedMap(file.string());
     }
     catch (const tuningfile::InputError& rFault)
     {
-        rText.Input().Fail(rEntry.value, rFault.what());
+        rText.Input().Fail(rEntry.value, std::string(rFault.what()) + RemedyOf(file));
     }
 }
 

@@ -1,10 +1,12 @@
 #include "tools/kirosim/tracepage.h"
 
 #include <algorithm>
+#include <cstdio>
 
 #include <fmt/format.h>
 
 #include "tools/kirosim/tracecharts.h"
+#include "tools/kirosim/tracematch.h"
 
 namespace kirosim
 {
@@ -63,6 +65,16 @@ VOID NoteDropped(const TraceTable& rTrace, report::Page& rPage)
     }
 }
 
+/// Told at once, too: who compares two scenes by a slip should not have to find out from the page.
+VOID NoteMismatch(const TraceTable& rTrace, const TraceTable& rAgainst, report::Page& rPage)
+{
+    if (const std::string mismatch = SceneMismatch(rTrace, rAgainst); !mismatch.empty())
+    {
+        fmt::print(stderr, "kirosim: {}\n", mismatch);
+        rPage.notes.push_back(mismatch + ".");
+    }
+}
+
 }  // namespace
 
 VOID AddTrace(const TraceTable& rTrace, const TraceTable* pAgainst, report::Page& rPage)
@@ -76,6 +88,7 @@ VOID AddTrace(const TraceTable& rTrace, const TraceTable* pAgainst, report::Page
     {
         AddCharts(*pAgainst, rPage);
         NoteDropped(*pAgainst, rPage);
+        NoteMismatch(rTrace, *pAgainst, rPage);
     }
     if (!rPage.bands.empty())
     {
