@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include "tests/kirosim/simulationrun.h"
@@ -75,6 +77,18 @@ VOID ExpectRest(const LightsRun& rRun)
     EXPECT_EQ(summary.rippleEV, 0.0);
 }
 
+/// A line for a person: what was measured of a scene, with its bounds.
+VOID Show(const std::string& rScene, const CHAR* pVariant, const std::string& rMeasured)
+{
+    fmt::print("{:<10} {:<9} {}\n", rScene, (*pVariant != '\0') ? pVariant : "as it is", rMeasured);
+}
+
+std::string WordsOf(const Movement& rMovement, UINT32 reversalsMax)
+{
+    return fmt::format("{} reversals (at most {}), largest change {:.3f} EV", rMovement.reversals, reversalsMax,
+                       rMovement.largestEV);
+}
+
 /// Once a camera has settled it waits for a change that is worth following: it may be off by that much.
 constexpr DOUBLE ToleranceEV = 0.2;
 
@@ -84,6 +98,9 @@ class Lights : public testing::TestWithParam<std::string>
 
 TEST_P(Lights, StandingStillItSettlesInEachDirectionAndRests)
 {
+    UINT32 frames      = 0;
+    DOUBLE overshootEV = 0.0;
+    DOUBLE errorEV     = 0.0;
     for (const CHAR* pVariant : {"", "yaw60", "yaw120", "yaw180", "yaw240", "yaw300"})
     {
         SCOPED_TRACE(pVariant);
@@ -95,7 +112,13 @@ TEST_P(Lights, StandingStillItSettlesInEachDirectionAndRests)
         EXPECT_LE(std::abs(run.Summary().finalErrorEV), 0.05);
         EXPECT_EQ(run.MovementFrom(2.0).largestEV, 0.0);
         ExpectRest(run);
+        frames      = std::max(frames, *start.framesToSettle);
+        overshootEV = std::max(overshootEV, start.overshootEV);
+        errorEV     = std::max(errorEV, std::abs(run.Summary().finalErrorEV));
     }
+    Show(GetParam(), "standing",
+         fmt::format("settled within {} frames (at most 15), overshoot {:.3f} EV (0.1), off target {:.3f} EV (0.05)",
+                     frames, overshootEV, errorEV));
 }
 
 TEST_P(Lights, TurningItFollowsEvenlyAndRestsAfterwards)
@@ -112,6 +135,7 @@ TEST_P(Lights, TurningItFollowsEvenlyAndRestsAfterwards)
         EXPECT_EQ(run.MovementFrom(end + 1.0).largestEV, 0.0);
         EXPECT_LE(std::abs(run.Summary().finalErrorEV), ToleranceEV);
         ExpectRest(run);
+        Show(GetParam(), pVariant, fmt::format("{} ({})", WordsOf(movement, reversalsMax), largestMax));
     }
 }
 
@@ -125,12 +149,17 @@ TEST(LightsWalk, OutOfTheLobbyIntoTheParkAndBack)
     {
         SCOPED_TRACE(pVariant);
         const LightsRun run("walk", pVariant);
-        EXPECT_LE(run.FramesToSettle(4.0 + fade, 9.0), 15U);
-        EXPECT_LE(run.FramesToSettle(9.0 + fade, 14.0), 15U);
+        const UINT32    out  = run.FramesToSettle(4.0 + fade, 9.0);
+        const UINT32    back = run.FramesToSettle(9.0 + fade, 14.0);
+        EXPECT_LE(out, 15U);
+        EXPECT_LE(back, 15U);
         EXPECT_LE(run.MovementFrom(2.0).reversals, 1U);  // there, and back
         ExpectRest(run);
+        Show("walk", pVariant, fmt::format("settled after {} frames in the park and {} back (at most 15)", out, back));
     }
-    EXPECT_LE(LightsRun("walk", "turning").MovementFrom(2.0).reversals, 4U);
+    const Movement turning = LightsRun("walk", "turning").MovementFrom(2.0);
+    EXPECT_LE(turning.reversals, 4U);
+    Show("walk", "turning", WordsOf(turning, 4U));
 }
 
 TEST(LightsNight, UnderLampsThereAreNoBands)
@@ -141,12 +170,18 @@ TEST(LightsNight, UnderLampsThereAreNoBands)
         const LightsRun run("night", pVariant);
         EXPECT_LE(run.Summary().bandingLast, 0.001);
         ExpectRest(run);
+        Show("night", pVariant, fmt::format("banding {:.3f} percent (at most 0.1)", run.Summary().bandingLast * 100.0));
     }
     const LightsRun switched("night", "switched");
-    EXPECT_LE(switched.FramesToSettle(4.0, 8.0), 15U);
-    EXPECT_LE(switched.FramesToSettle(8.0, 12.0), 15U);
+    const UINT32    on  = switched.FramesToSettle(4.0, 8.0);
+    const UINT32    off = switched.FramesToSettle(8.0, 12.0);
+    EXPECT_LE(on, 15U);
+    EXPECT_LE(off, 15U);
     EXPECT_LE(switched.MovementFrom(2.0).reversals, 1U);
-    EXPECT_LE(LightsRun("night", "turn").MovementFrom(2.0).reversals, 4U);
+    Show("night", "switched", fmt::format("settled after {} and {} frames (at most 15)", on, off));
+    const Movement turn = LightsRun("night", "turn").MovementFrom(2.0);
+    EXPECT_LE(turn.reversals, 4U);
+    Show("night", "turn", WordsOf(turn, 4U));
 }
 
 }  // namespace
