@@ -9,6 +9,7 @@
 #include "tools/kirosim/figures/figurepage.h"
 #include "tools/kirosim/figures/leastloss.h"
 #include "tools/kirosim/figures/runfigures.h"
+#include "tools/kirosim/figures/settling.h"
 #include "tools/kirosim/figures/split.h"
 #include "tools/kirosim/figures/tone.h"
 #include "tools/kirosim/flashreport.h"
@@ -114,6 +115,13 @@ HandMadeRun::OfFrame AfterStep(const std::vector<DOUBLE>& rValues)
         const size_t since = std::min<size_t>(index - std::min(index, StepFrame), rValues.size() - 1);
         return (index < StepFrame) ? 1e7 : rValues[since];
     };
+}
+
+TEST(Figures, RoundingIsNoOvershoot)
+{
+    const std::vector<DOUBLE> rests(10, 0.1);
+    EXPECT_EQ(OvershootOf(rests, 0.0, 0.1 - 4e-15), 0.0);
+    EXPECT_NEAR(OvershootOf(std::vector<DOUBLE>{0.0, 0.2, 0.1}, 0.0, 0.1), 0.1, 1e-12);
 }
 
 TEST(Figures, AStepIsJudgedByWhatTheSensorMadeOfEachDecision)

@@ -10,6 +10,7 @@
 #include "tests/support/temporaryfile.h"
 #include "tools/kirosim/deterministic.h"
 #include "tools/kirosim/sensormodel.h"
+#include "tools/kirosim/unseenmoves.h"
 
 using namespace kirosim;
 
@@ -311,6 +312,23 @@ TEST_F(PanoramaText, EachCameraHasItsOwnDirectionInTheSameMap)
     EXPECT_EQ(scene.pSecond->panorama->yaw, 190.0);
     EXPECT_EQ(scene.pSecond->panorama->path.size(), 1U);
     EXPECT_EQ(scene.pSecond->panorama->fieldOfView, 40.0);
+}
+
+TEST(PanoramaPath, WhatNoFrameSeesIsTold)
+{
+    Scene scene  = SceneIn(GreyWorld());
+    scene.frames = 300;  // 10 s
+    scene.panorama->path.resize(2);
+    scene.panorama->path.back().time = 10.0;
+    EXPECT_EQ(UnseenMove(scene), "");
+    scene.panorama->path.back().time = 12.0;
+    EXPECT_EQ(UnseenMove(scene), "the panorama has a point of its path at 12 s, but the run ends at 10 s");
+    scene.panorama->cuts.resize(1);
+    scene.panorama->cuts.back().time = 25.0;
+    EXPECT_EQ(UnseenMove(scene), "the panorama has a cut at 25 s, but the run ends at 10 s");
+    scene.events.resize(1);
+    scene.events[0].fps = AECAlgoFPSRange{30.0f, 10.0f};
+    EXPECT_EQ(UnseenMove(scene), "");
 }
 
 TEST_F(PanoramaText, SlipsAreRefusedAtTheirPlace)

@@ -104,6 +104,10 @@ ASAN_OPTIONS=detect_leaks=0 kirosim replay "$work/run.rec" | grep -q "^replayed 
     { echo "a recording is not replayed"; failures=$((failures + 1)); }
 refuses "phone.yaml: not the tuning of the recording, which is .*good.bin .*--force takes it" \
     kirosim replay "$work/run.rec" --tuning "$examples/tunings/phone.yaml"
+cp "$good" "$work/kept.bin"
+kirotune compile "$examples/tunings/phone.yaml" -o "$good"
+refuses "good.bin: has changed since the recording .*--force takes it" kirosim replay "$work/run.rec"
+mv "$work/kept.bin" "$good"
 head -c 100000 "$work/run.rec" >"$work/cut.rec"
 ASAN_OPTIONS=detect_leaks=0 refuses "cut.rec: cut or damaged at byte [0-9]+: a chunk CALL" kirosim replay "$work/cut.rec"
 refuses "good.bin: no recording" kirosim replay "$good"

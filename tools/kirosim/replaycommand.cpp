@@ -34,6 +34,12 @@ public:
         const recording::TuningReference& rPresent = Read(rRecorded.path).Reference();
         if (!m_rOptions.isForced && !rPresent.HasSameContent(rRecorded))
         {
+            if (rPresent.path == rRecorded.path)
+            {
+                throw std::runtime_error(
+                    fmt::format("{}: has changed since the recording (checksum {:08x}, then {:08x}); --force takes it",
+                                rPresent.path, rPresent.checksum, rRecorded.checksum));
+            }
             throw std::runtime_error(fmt::format(
                 "{}: not the tuning of the recording, which is {} (checksum {:08x}, not {:08x}); --force takes it",
                 rPresent.path, rRecorded.path, rRecorded.checksum, rPresent.checksum));

@@ -22,6 +22,7 @@
 #include "tools/kirosim/stopsignal.h"
 #include "tools/kirosim/trace.h"
 #include "tools/kirosim/tuningedits.h"
+#include "tools/kirosim/unseenmoves.h"
 #include "tools/program/programmain.h"
 #include "tools/program/progress.h"
 #include "tools/recording/recorder.h"
@@ -173,6 +174,16 @@ VOID TellMissingModes(const RunOptions& rOptions, const Scene& rScene, LoadedTun
     }
 }
 
+/// A length that was asked for is meant.
+VOID TellUnseenMove(const RunOptions& rOptions, const Scene& rScene)
+{
+    const std::string line = rOptions.frames.has_value() ? "" : UnseenMove(rScene);
+    if (!line.empty())
+    {
+        fmt::print(stderr, "kirosim: {}: {}\n", rOptions.scene, line);
+    }
+}
+
 /// @return what puts the recorder between host and core; empty without one
 KiroTableDecorator MakeRecorder(const RunOptions& rOptions, LoadedTuning& rTuning,
                                 std::optional<recording::Recorder>& rRecorder)
@@ -258,6 +269,7 @@ bool RunScene(const RunOptions& rOptions, LoadedTuning& rTuning)
 {
     const Scene scene = ReadRunScene(rOptions);
     TellMissingModes(rOptions, scene, rTuning);
+    TellUnseenMove(rOptions, scene);
     ShowPort(rOptions, rTuning);
     RunFiles                           files(rOptions);
     std::optional<RunPage>             page;

@@ -55,6 +55,7 @@ struct ChartForm
     Scale                 scale;
     std::optional<DOUBLE> idle;  ///< of what does nothing: a line that never differs from it is not drawn
     std::vector<LineForm> lines;
+    bool                  isOfChange = false;  ///< a line that stays as it begins makes no chart
 };
 
 const std::vector<ChartForm>& ChartForms()
@@ -112,33 +113,42 @@ const std::vector<ChartForm>& ChartForms()
           {"clipped_long", "long", Long, false, "clipped_safe"}}},
         {"Mean of the picture", "EV of full scale", false, Scale::AsIs, {}, {{"picture_ev", "safe exposure", Safe}}},
         {"Lux index", "steps of 3 percent, more is darker", false, Scale::AsIs, {}, {{"lux_index", "lux index"}}},
-        {"Light of the scene", "lux, log", true, Scale::AsIs, {}, {{"scene_lux", "light"}}},
+        {"Light of the scene", "lux, log", true, Scale::AsIs, {}, {{"scene_lux", "light"}}, true},
         {"Banding", "percent of the mean", false, Scale::Percent, 0.0, {{"banding", "peak to peak", Safe}}},
         {"Frame rate", "frames per second", false, Scale::AsIs, {}, {{"fps", "frame rate"}}}};
     return forms;
 }
 
-bool IsIdle(const std::vector<DOUBLE>& rValues, const std::optional<DOUBLE>& rIdle)
+/// @return the chart of a form; null if the page has none yet
+report::Chart* FindChart(const ChartForm& rForm, report::Page& rPage)
 {
-    return rIdle.has_value() &&
-           std::all_of(rValues.begin(), rValues.end(), [&rIdle](DOUBLE value) { return value == *rIdle; });
+    const auto found = std::find_if(rPage.charts.begin(), rPage.charts.end(),
+                                    [&rForm](const report::Chart& rChart) { return rChart.title == rForm.pTitle; });
+    return (found != rPage.charts.end()) ? &*found : nullptr;
 }
 
 /// @return the chart of a form, which is added to the page if there is none yet
 report::Chart& ChartOf(const ChartForm& rForm, report::Page& rPage)
 {
-    const auto found = std::find_if(rPage.charts.begin(), rPage.charts.end(),
-                                    [&rForm](const report::Chart& rChart) { return rChart.title == rForm.pTitle; });
-    return (found != rPage.charts.end())
-               ? *found
-               : rPage.charts.emplace_back(report::Chart{rForm.pTitle, rForm.pUnit, rForm.isLog, {}});
+    report::Chart* pChart = FindChart(rForm, rPage);
+    return (pChart != nullptr) ? *pChart
+                               : rPage.charts.emplace_back(report::Chart{rForm.pTitle, rForm.pUnit, rForm.isLog, {}});
+}
+
+/// @param rValues at least one
+bool IsIdle(const std::vector<DOUBLE>& rValues, const ChartForm& rForm, report::Page& rPage)
+{
+    const bool                  isFlatIdle = rForm.isOfChange && FindChart(rForm, rPage) == nullptr;
+    const std::optional<DOUBLE> idle       = isFlatIdle ? rValues.front() : rForm.idle;
+    return idle.has_value() &&
+           std::all_of(rValues.begin(), rValues.end(), [&idle](DOUBLE value) { return value == *idle; });
 }
 
 VOID AddLine(const TraceTable& rTrace, const ChartForm& rForm, const LineForm& rLine, report::Page& rPage)
 {
     const std::vector<DOUBLE>* pValues = rTrace.Find(rLine.pColumn);
     const std::vector<DOUBLE>* pLike   = (rLine.pLike != nullptr) ? rTrace.Find(rLine.pLike) : nullptr;
-    if (pValues == nullptr || IsIdle(*pValues, rForm.idle) || (pLike != nullptr && *pLike == *pValues))
+    if (pValues == nullptr || IsIdle(*pValues, rForm, rPage) || (pLike != nullptr && *pLike == *pValues))
     {
         return;
     }

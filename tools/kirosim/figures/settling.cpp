@@ -23,7 +23,8 @@ DOUBLE OvershootOf(std::span<const DOUBLE> valuesEV, DOUBLE fromEV, DOUBLE restE
     {
         overshoot = std::max(overshoot, direction * (value - restEV));
     }
-    return overshoot;
+    constexpr DOUBLE rounding = 1e-9;  // of the mean that says where values rest
+    return (overshoot > rounding) ? overshoot : 0.0;
 }
 
 }  // namespace kirosim
