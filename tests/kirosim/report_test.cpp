@@ -261,6 +261,37 @@ TEST(RunReport, NamesTuningSceneAndStates)
     EXPECT_NE(data["summary"].dump().find("start at 0.00 s"), std::string::npos);
 }
 
+TEST(RunReport, LeavesNumbersToTheFigures)
+{
+    const std::string summary = ReportOf("lux: 200\nframes: 150\n")["summary"].dump();
+    EXPECT_NE(summary.find("came to rest"), std::string::npos) << summary;
+    EXPECT_EQ(summary.find("frames to settle"), std::string::npos) << summary;
+    EXPECT_EQ(summary.find("ripple"), std::string::npos) << summary;
+}
+
+TEST(RunReport, DrawsTheLightOnlyIfItChanges)
+{
+    EXPECT_TRUE(ChartOf(ReportOf("frames: 40\n"), "Light of the scene").is_null());
+    const Data light = ChartOf(ReportOf("frames: 40\nlight: [{time: 1, ev: 1}]\n"), "Light of the scene");
+    EXPECT_EQ(light["series"].size(), 1U);
+}
+
+TEST(RunSummary, SaysThatItsLastFramesAreNotAtRest)
+{
+    Scene scene;
+    scene.frames     = 150;
+    const auto until = [&scene] { return SimulationRun(scene).Summary().changedUntil; };
+    EXPECT_FALSE(until().has_value());
+    scene.light = {{1.0, 2.0, false}};  // a hundred frames from the 51st on begin at 1.67 s
+    EXPECT_FALSE(until().has_value());
+    scene.light = {{2.0, 2.0, false}};
+    EXPECT_NEAR(until().value_or(0.0), 2.0, 1e-9);
+    const std::string words = FormatSummary(SimulationRun(scene).Summary());
+    EXPECT_NE(words.find("\nlight or view changed in the last 100 frames, up to 2.00 s: "), std::string::npos) << words;
+    scene.light = {{2.0, 0.0, false}, {9.0, 2.0, true}};
+    EXPECT_NEAR(until().value_or(0.0), 149.0 / 30.0, 1e-6) << "a ramp that does not end";
+}
+
 TEST(RunReport, DevelopsPlainly)
 {
     // 0.18 is 118 of 255 in sRGB. The light's own colour is grey.

@@ -223,7 +223,7 @@ VOID RunPage::Commit(const RunReport& rReport)
                     (m_leftOutCount > 0) ? fmt::format(" {} further pictures are left out.", m_leftOutCount) : "");
     m_page.bands               = m_bands.Finish();
     const TraceTable* pAgainst = m_against.has_value() ? &*m_against : nullptr;
-    m_page.summary             = SummaryTable(rReport.Format());
+    m_page.summary             = SummaryTable(rReport.FormatBesideFigures());
     m_page.tables.push_back(FigureTable(rReport.Figures()));
     m_page.tables.push_back(MeasureTable(m_trace, pAgainst));
     AddTrace(m_trace, pAgainst, m_page);

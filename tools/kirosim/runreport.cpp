@@ -103,9 +103,19 @@ bool RunReport::HasControlled() const
 
 std::string RunReport::Format() const
 {
+    return FormatWith(FormatSummary(Summary()));
+}
+
+std::string RunReport::FormatBesideFigures() const
+{
+    return FormatWith(FormatVerdict(Summary()));
+}
+
+std::string RunReport::FormatWith(const std::string& rSummary) const
+{
     const std::string control =
         m_control.Format("") + ((m_rScene.pSecond != nullptr) ? m_secondControl.Format("second camera, ") : "");
-    std::string text = control + FormatSummary(Summary());
+    std::string text = control + rSummary;
     for (const auto& pReport : PresentReports())
     {
         text += pReport->Format();

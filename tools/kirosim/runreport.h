@@ -53,6 +53,9 @@ public:
     /// Summary and reports of the last full round; of the frames that there are if no round is full.
     std::string Format() const;
 
+    /// The same for a reader who has the figures beside it, which count otherwise: their numbers are left out.
+    std::string FormatBesideFigures() const;
+
     /// The same for scripts, as one object, with the figures of merit.
     TextNode Facts() const;
 
@@ -63,6 +66,9 @@ private:
     using Reports = std::vector<std::unique_ptr<Report>>;
 
     VOID EndRound();
+
+    /// @param rSummary the lines on the control of exposure
+    std::string FormatWith(const std::string& rSummary) const;
 
     std::vector<Figure> RoundFigures() const;
 

@@ -40,6 +40,31 @@ const CHAR* CauseOfBands(const RunSummary& rSummary)
                                        : "; no event of the scene sets antibanding";
 }
 
+std::string NameOf(const StepResult& rStep)
+{
+    const std::string what = (rStep.ev == 0.0) ? std::string("start") : fmt::format("step {:+.2f} EV", rStep.ev);
+    return fmt::format("{} at {:.2f} s", what, rStep.time);
+}
+
+std::string NotSettled(const StepResult& rStep)
+{
+    return rStep.failure.empty() ? std::string("not settled") : "not settled, " + rStep.failure;
+}
+
+std::string FormatFaults(const RunSummary& rSummary)
+{
+    std::string text;
+    if (!rSummary.failure.empty())
+    {
+        text += fmt::format("at the end {}\n", rSummary.failure);
+    }
+    if (!rSummary.isLegal)
+    {
+        text += "an exposure left the sensor's limits\n";
+    }
+    return text;
+}
+
 }  // namespace
 
 SummaryBuilder::SummaryBuilder(const Scene& rScene) : m_rScene(rScene), m_isLegal(true)
@@ -121,7 +146,8 @@ RunSummary SummaryBuilder::Finish() const
     {
         before = {m_lastOfRoundBefore->time, m_lastOfRoundBefore->lightEV, false};
     }
-    for (const SceneSpan& rSpan : SpansOf(m_rScene, Instants(), before, SpanCauses::Light))
+    const std::vector<SceneSpan> spans = SpansOf(m_rScene, Instants(), before, SpanCauses::Light);
+    for (const SceneSpan& rSpan : spans)
     {
         const bool isJump = rSpan.kind == SpanKind::Step && std::abs(rSpan.ev) >= StepMinEV;
         if (isJump || rSpan.kind == SpanKind::Start)
@@ -134,6 +160,7 @@ RunSummary SummaryBuilder::Finish() const
     summary.rippleEV           = SwingOf(MembersOf(last, &Sample::exposureLog2));
     summary.pictureSwingEV     = SwingOf(MembersOf(last, &Sample::pictureEV));
     summary.rampLagEV          = MeasureRampLag();
+    summary.changedUntil       = ChangedUntil(spans.back());
     summary.failure            = FailureAt(0, m_samples.size());
     summary.isLampFlickering   = m_rScene.lamp.hertz > 0.0;
     summary.isAntibandingAsked = std::any_of(m_rScene.events.begin(), m_rScene.events.end(),
@@ -210,22 +237,38 @@ std::optional<DOUBLE> SummaryBuilder::MeasureRampLag() const
     return lag.Mean();
 }
 
+/// @return none if neither light nor view has changed from one to the next of the last frames
+std::optional<DOUBLE> SummaryBuilder::ChangedUntil(const SceneSpan& rLastSpan) const
+{
+    const size_t first = m_samples.size() - std::min(RippleFrames, m_samples.size());
+    if (IsLightMoving(m_rScene, m_samples.back().time))
+    {
+        return m_samples.back().time;
+    }
+    return (rLastSpan.begin > first) ? std::optional<DOUBLE>(m_samples[rLastSpan.begin].time) : std::nullopt;
+}
+
 std::string FormatSummary(const RunSummary& rSummary)
 {
     std::string text;
     for (const StepResult& rStep : rSummary.steps)
     {
-        const std::string what = (rStep.ev == 0.0) ? std::string("start") : fmt::format("step {:+.2f} EV", rStep.ev);
         const std::string frames =
             rStep.framesToSettle.has_value()
                 ? fmt::format("{} frames to settle within {:.0f} percent", *rStep.framesToSettle, SettledPercent)
-                : (rStep.failure.empty() ? std::string("not settled") : "not settled, " + rStep.failure);
-        text += fmt::format("{} at {:.2f} s: {}, overshoot {:.3f} EV\n", what, rStep.time, frames, rStep.overshootEV);
+                : NotSettled(rStep);
+        text += fmt::format("{}: {}, overshoot {:.3f} EV\n", NameOf(rStep), frames, rStep.overshootEV);
     }
     text += fmt::format("ripple of the safe exposure, last {} frames: {:.4f} EV\n", RippleFrames, rSummary.rippleEV);
     text += fmt::format("mean distance from the metered target, last {} frames: {:.4f} EV\n", RippleFrames,
                         rSummary.finalErrorEV);
     text += fmt::format("swing of the picture, last {} frames: {:.3f} EV\n", RippleFrames, rSummary.pictureSwingEV);
+    if (rSummary.changedUntil.has_value())
+    {
+        text += fmt::format(
+            "light or view changed in the last {} frames, up to {:.2f} s: ripple and swing are not those of rest\n",
+            RippleFrames, *rSummary.changedUntil);
+    }
     if (rSummary.rampLagEV.has_value())
     {
         text += fmt::format("mean lag behind the ramps: {:.3f} EV\n", *rSummary.rampLagEV);
@@ -235,15 +278,23 @@ std::string FormatSummary(const RunSummary& rSummary)
         text += fmt::format("banding, last {} frames: {:.2f} percent{}\n", RippleFrames, rSummary.bandingLast * 100.0,
                             CauseOfBands(rSummary));
     }
-    if (!rSummary.failure.empty())
+    return text + FormatFaults(rSummary);
+}
+
+std::string FormatVerdict(const RunSummary& rSummary)
+{
+    std::string text;
+    for (const StepResult& rStep : rSummary.steps)
     {
-        text += fmt::format("at the end {}\n", rSummary.failure);
+        text += fmt::format("{}: {}\n", NameOf(rStep),
+                            rStep.framesToSettle.has_value() ? std::string("came to rest") : NotSettled(rStep));
     }
-    if (!rSummary.isLegal)
+    if (rSummary.isLampFlickering && *CauseOfBands(rSummary) != '\0')
     {
-        text += "an exposure left the sensor's limits\n";
+        text += fmt::format("bands can be seen at the end{}\n", CauseOfBands(rSummary));
     }
-    return text;
+    text += FormatFaults(rSummary);
+    return text + "how fast, how steady, how far off: see the figures of merit below the charts\n";
 }
 
 TextNode SummaryFacts(const RunSummary& rSummary)

@@ -32,6 +32,7 @@ struct RunSummary
     std::optional<DOUBLE>   rampLagEV;       ///< mean distance of the decision from the light during ramps
     DOUBLE                  finalErrorEV;    ///< mean of metered target over exposure, last 100 frames
     DOUBLE                  bandingLast;     ///< share of the mean, last 100 frames, worst
+    std::optional<DOUBLE>   changedUntil;    ///< s, when light or view last changed within the last 100 frames
     std::string             failure;         ///< what is wrong with exposure or picture at the end; empty if nothing is
     bool                    isLampFlickering;
     bool                    isAntibandingAsked;  ///< by any event of the scene
@@ -69,6 +70,7 @@ private:
     StepResult            MeasureStep(const SceneSpan& rSpan) const;
     std::string           FailureAt(size_t begin, size_t end) const;
     std::optional<DOUBLE> MeasureRampLag() const;
+    std::optional<DOUBLE> ChangedUntil(const SceneSpan& rLastSpan) const;
     const Sample*         Before(size_t index) const;
 
     std::vector<SceneInstant> Instants() const;
@@ -79,7 +81,11 @@ private:
     bool                  m_isLegal;
 };
 
+/// Lines for a person, each ended by a newline.
 std::string FormatSummary(const RunSummary& rSummary);
+
+/// The same without the numbers that figures of merit tell of each stretch: what came to rest, and what is wrong.
+std::string FormatVerdict(const RunSummary& rSummary);
 
 /// The same for scripts, as one object.
 TextNode SummaryFacts(const RunSummary& rSummary);

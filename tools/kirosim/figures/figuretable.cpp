@@ -109,6 +109,12 @@ Each is an object `{"figure", "of", "at", "value", "unit"}`:
 An exposure counts as of the frame whose statistics have decided it, as the sensor applied it later on; pictures of
 brackets and with flash are left out. A run that repeats its scene has the figures of its last full round.
 
+The summary that `kirosim run` prints counts otherwise, from decisions alone: its frames to settle end where the decided
+exposure stays within 5 percent of its own last value, on target or not, and its ripple, distance and swing are those of
+the last 100 frames, whatever changes in them. It says if light or view does. `settle` ends at the target, so it may be
+longer, and `ripple` and `swing` leave out all but stretches that stand still. The summary of a report therefore leaves
+numbers to the figures.
+
 | Figure | Unit | Stretches | Of a run | Meaning |
 |---|---|---|---|---|
 )";
