@@ -18,10 +18,13 @@ TARGET = "analyzers.target.calculators.value.triggerSystem.trigger1Data.trigger2
 STEP = "unitStepSize"
 MARKUP = "<b id=injected>phone</b>"
 
+OUT = ROOT / "out"
+
 STAND = Stand()
 
 
 def setUpModule() -> None:
+    OUT.mkdir(exist_ok=True)
     unittest.addModuleCleanup(STAND.end)
     STAND.start(MARKUP)
 
@@ -76,6 +79,7 @@ class Edits(unittest.TestCase):
         self.browser.one("#save").click()
         patch = STAND.folder / "patch.yaml"
         wait_for(patch.exists, "the patch")
+        self.addCleanup(patch.unlink, missing_ok=True)
         self.assertIn(path.rsplit(".", 1)[-1], patch.read_text())
         compiled = [
             PROGRAMS / "kirotune",
@@ -87,6 +91,31 @@ class Edits(unittest.TestCase):
             STAND.folder / "patched.bin",
         ]
         subprocess.run(compiled, check=True)
+
+    def test_saving_without_edits_says_so(self) -> None:
+        self.browser.one("#save").click()
+        wait_for(lambda: "nothing to save" in self.browser.text("#notice"), "why there is no patch")
+        self.browser.driver.get_log("browser")  # the answer that there is none
+
+    def test_search_waits_for_the_camera_and_finds_only_what_it_has(self) -> None:
+        driver = self.browser.driver
+        late = "const go = new Promise((done) => { window.letGo = done; }); const now = fetch;"
+        late += "window.fetch = async (...all) => { await go; return now(...all); };"
+        added = driver.execute_cdp_cmd("Page.addScriptToEvaluateOnNewDocument", {"source": late})
+        driver.get("about:blank")
+        driver.get(self.browser.address)
+        self.assertIn("Loading", self.browser.text("#members"))
+        self.assertFalse(self.browser.one("#save").is_enabled())
+        self.browser.one("#search").send_keys("settle tolerance")
+        wait_for(lambda: "Loading" in self.browser.text("#found"), "word that nothing is there yet")
+        driver.execute_cdp_cmd("Page.removeScriptToEvaluateOnNewDocument", added)
+        self.browser.run("window.letGo()")
+        wait_for(lambda: " found" in self.browser.text("#found .count"), "what is found")
+        modules = self.browser.run(
+            "return [...document.querySelectorAll('#found button')].map((b) => b.dataset.module)"
+        )
+        self.assertNotIn("kiroskipcontrol", modules)
+        self.assertIn("kiroskipcontrol", self.browser.text("#found .missing"))
 
     def test_what_cannot_be_meant_is_asked_first(self) -> None:
         browser = self.browser
@@ -135,13 +164,21 @@ class Edits(unittest.TestCase):
 
     def test_camera_that_is_started_again_is_found(self) -> None:
         browser = self.browser
+        browser.type_value(STEP, "0.4")
+        wait_for(lambda: browser.one("#undo").is_enabled(), "an edit")
         last = browser.frame()
         STAND.camera.end()
         wait_for(lambda: browser.is_shown("#banner"), "word of the lost camera")
-        self.assertEqual(float(browser.value(STEP)), 0.25)
+        self.assertEqual(browser.value(STEP), "0.4")
+        self.save_and_compile(STEP)
         STAND.camera = Camera(STAND.folder)
         wait_for(lambda: not browser.is_shown("#banner"), "the camera again", 60)
         wait_for(lambda: 0 < browser.frame() < last, "its values, from the first frame on")
+        wait_for(lambda: browser.is_shown("#lostedits") and browser.value(STEP) == "0.25", "word of the lost edit")
+        browser.driver.save_screenshot(str(OUT / "page-lost-edits.png"))
+        browser.one("#lostedits .again").click()
+        wait_for(lambda: not browser.is_shown("#lostedits") and browser.value(STEP) == "0.4", "the edit again")
+        browser.undo()
         browser.type_value(STEP, "0.5")
         wait_for(lambda: browser.one("#undo").is_enabled(), "an edit")
         browser.undo()
@@ -193,8 +230,6 @@ class Looks(unittest.TestCase):
             yield f"page-400-{view}", 400, 800, "light", view
 
     def test_each_view_fits_each_size(self) -> None:
-        out = ROOT / "out"
-        out.mkdir(exist_ok=True)
         browser = Browser(STAND.server.address, STAND.folder)
         self.addCleanup(browser.end)
         for name, width, height, scheme, view in self.shots():
@@ -208,7 +243,7 @@ class Looks(unittest.TestCase):
                 started = browser.frame()
                 wait_for(lambda: browser.frame() > started + 60, "something to see in the charts")
                 self.assertEqual(browser.run("return document.scrollingElement.scrollWidth"), width)
-                browser.driver.save_screenshot(str(out / f"{name}.png"))
+                browser.driver.save_screenshot(str(OUT / f"{name}.png"))
 
 
 if __name__ == "__main__":

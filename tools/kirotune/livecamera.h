@@ -39,6 +39,15 @@ tuningfile::Tuning ReadTuning(const std::string& rFile);
 liveclient::Error NothingThere(const std::string& rPath, const std::string& rModule,
                                const std::vector<std::string>& rMembers);
 
+/// A number of a patch that sets what was sent. @throws liveclient::Error for members that this program does not know
+PatchedNumber NumberAsSent(const std::string& rPath, const std::string& rModule, const std::string& rMember,
+                           const std::string& rSent);
+
+/// The text of a patch, for 'kirotune compile --patch'. @param rPlace host and port of the camera
+/// @param table the mode table that the numbers are of
+std::string PatchOf(const std::string& rPlace, const liveclient::DeviceInfo& rDevice, UINT32 table,
+                    const std::vector<PatchedNumber>& rNumbers);
+
 /// A connection. Prints nothing: what a person should know beside the result are remarks. All operations throw
 /// liveclient::Error, also when the camera says no.
 class LiveCamera
@@ -106,7 +115,7 @@ public:
     std::vector<PatchedNumber> NumbersSince(const tuningfile::Tuning& rTuning, const Journal& rJournal,
                                             const RemarkTaker& rTake);
 
-    /// The text of a patch, for 'kirotune compile --patch'.
+    /// The text of a patch of the table in use.
     std::string PatchOf(const std::vector<PatchedNumber>& rNumbers);
 
 private:

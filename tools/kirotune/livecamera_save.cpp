@@ -50,7 +50,34 @@ PatchedNumber NumberOf(const std::string& rPath, const std::string& rModule, con
             {}};
 }
 
+/// @throws Error
+const tuning::RecordMember& Known(const std::string& rPath, const std::string& rModule, const std::string& rMember)
+{
+    const std::optional<KnownMember> known = FindMember(rModule, rMember);
+    if (!known)
+    {
+        throw Error(fmt::format("{} {}.{}: not a member that this program knows", rPath, rModule, rMember));
+    }
+    return *known->pMember;
+}
+
 }  // namespace
+
+PatchedNumber NumberAsSent(const std::string& rPath, const std::string& rModule, const std::string& rMember,
+                           const std::string& rSent)
+{
+    PatchedNumber number = NumberOf(rPath, rModule, rMember);
+    number.text          = KeptText(Known(rPath, rModule, rMember), rSent, rSent);
+    return number;
+}
+
+std::string PatchOf(const std::string& rPlace, const liveclient::DeviceInfo& rDevice, UINT32 table,
+                    const std::vector<PatchedNumber>& rNumbers)
+{
+    const std::vector<std::string>& rTables = rDevice.tables;
+    return fmt::format("# Edits of the camera at {}: {}\n", Clean(rPlace), Clean(rDevice.name)) +
+           PatchText((table < rTables.size()) ? Clean(rTables[table]) : "", rNumbers);
+}
 
 std::vector<PatchedNumber> LiveCamera::NumbersOfJournal(const Journal& rJournal, const RemarkTaker& rTake)
 {
@@ -66,19 +93,14 @@ std::vector<PatchedNumber> LiveCamera::NumbersOfJournal(const Journal& rJournal,
         std::vector<Value> held = ReadHeld(rCommand);
         for (size_t index = 0; index < held.size(); ++index)
         {
-            const Edit&                      rEdit = rCommand.edits[index];
-            const std::optional<KnownMember> known = FindMember(rCommand.module, rEdit.member);
+            const Edit& rEdit = rCommand.edits[index];
             if (held[index].text == rEdit.oldText)
             {
                 continue;
             }
-            if (!known)
-            {
-                throw Error(fmt::format("{} {}.{}: not a member that this program knows", rCommand.path,
-                                        rCommand.module, rEdit.member));
-            }
             numbers.push_back(NumberOf(rCommand.path, rCommand.module, rEdit.member));
-            numbers.back().text = KeptText(*known->pMember, held[index].text, rEdit.newText);
+            numbers.back().text =
+                KeptText(Known(rCommand.path, rCommand.module, rEdit.member), held[index].text, rEdit.newText);
         }
     }
     return numbers;
@@ -110,10 +132,7 @@ std::vector<PatchedNumber> LiveCamera::NumbersSince(const tuningfile::Tuning& rT
 
 std::string LiveCamera::PatchOf(const std::vector<PatchedNumber>& rNumbers)
 {
-    const std::vector<std::string>& rTables = Device().tables;
-    const UINT32                    table   = TableInUse();
-    return fmt::format("# Edits of the camera at {}: {}\n", Clean(m_place), Clean(Device().name)) +
-           PatchText((table < rTables.size()) ? Clean(rTables[table]) : "", rNumbers);
+    return kirotune::PatchOf(m_place, Device(), TableInUse(), rNumbers);
 }
 
 }  // namespace kirotune

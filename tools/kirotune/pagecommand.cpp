@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 
 #include "tools/kirotune/livecamera.h"
+#include "tools/kirotune/liveoutput.h"
 #include "tools/kirotune/stopsignals.h"
 #include "tools/page/address.h"
 #include "tools/page/httpserver.h"
@@ -46,9 +47,10 @@ int ServePage(const PageArguments& rArguments)
     {
         options.pTuning = std::make_shared<const tuningfile::Tuning>(ReadTuning(rArguments.tuning));
     }
+    options.tell = [](const std::string& rLine) { fmt::print(stderr, "{}\n", Clean(rLine)); };
     const StopSignals      signals;  // before there are threads, which would take them
     const page::HttpServer server(listen, options);
-    fmt::print("the camera at {} is shown at {}\n", rArguments.camera, server.Url());
+    fmt::print("waiting for the camera at {}, to show it at {}\n", rArguments.camera, server.Url());
     (VOID) std::fflush(stdout);
     while (!signals.CameUntil(std::chrono::steady_clock::now() + std::chrono::hours(1)))
     {

@@ -148,7 +148,7 @@ VOID CameraLink::Lose(const std::string& rWhy)
     {
         rTask.done.set_exception(std::make_exception_ptr(NoCameraError("no camera: " + rWhy)));
     }
-    if (isNew)
+    if (isNew && !IsStopping())  // else it is the page that goes away
     {
         m_watcher.changed(state);
     }

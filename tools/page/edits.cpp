@@ -1,6 +1,8 @@
 #include "tools/page/edits.h"
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 #include <fmt/format.h>
 
@@ -54,25 +56,29 @@ VOID Edits::SetCounts()
     m_redoCount = m_redo.size();
 }
 
-VOID Edits::Forget()
+VOID Edits::Lose()
 {
     m_undo.clear();
     m_redo.clear();
-    m_starts.clear();
+    m_kept.Lose();
     SetCounts();
-}
-
-VOID Edits::Remember(const EditCommand& rCommand)
-{
-    auto& rStarts = m_starts[{rCommand.table, rCommand.path, rCommand.module}];
-    for (const Edit& rEdit : rCommand.edits)
-    {
-        (VOID) rStarts.emplace(rEdit.member, rEdit.oldText);
-    }
 }
 
 namespace
 {
+
+/// A command without what the camera has refused.
+EditCommand TakenOver(EditCommand command, const kirotune::EditOutcome& rOutcome)
+{
+    std::erase_if(command.edits,
+                  [&rOutcome](const Edit& rEdit)
+                  {
+                      return std::none_of(rOutcome.changes.begin(), rOutcome.changes.end(),
+                                          [&rEdit](const kirotune::Change& rChange)
+                                          { return rChange.member == rEdit.member; });
+                  });
+    return command;
+}
 
 /// @throws liveclient::Error if the camera has refused any
 EditResult ResultOf(const EditCommand& rCommand, const kirotune::EditOutcome& rOutcome,
@@ -99,7 +105,7 @@ EditResult Edits::Apply(LiveCamera& rCamera, Step step)
     step.shared                         = shared.Touched();
     if (!outcome.changes.empty())
     {
-        Remember(command);
+        m_kept.Keep(rCamera, TakenOver(command, outcome));
         m_undo.push_back(step);
         if (m_undo.size() > MaxSteps)
         {
@@ -124,8 +130,10 @@ EditResult Edits::ApplyJoined(LiveCamera& rCamera, EditCommand command)
     {
         journal.DropLast();
     }
-    rStep.command = command;
-    return ResultOf(command, rCamera.SendAndKeep(command, journal), rStep.shared);
+    rStep.command                       = command;
+    const kirotune::EditOutcome outcome = rCamera.SendAndKeep(command, journal);
+    m_kept.Keep(rCamera, TakenOver(command, outcome));
+    return ResultOf(command, outcome, rStep.shared);
 }
 
 bool Edits::Joins(const Step& rStep, const WantedEdit& rWanted) const
@@ -177,6 +185,12 @@ EditResult Edits::Undo(LiveCamera& rCamera)
     {
         journal.DropLast();
     }
+    EditCommand taken = step.command;
+    for (Edit& rEdit : taken.edits)
+    {
+        std::swap(rEdit.oldText, rEdit.newText);
+    }
+    m_kept.Keep(rCamera, taken);
     m_undo.pop_back();
     m_redo.push_back(step);
     SetCounts();
@@ -229,6 +243,26 @@ EditResult Edits::Reset(LiveCamera& rCamera, const std::string& rMode, const std
         return {mode, rModule};
     }
     EditResult result = Apply(rCamera, {rCamera.Prepare(mode, rModule, wanted), {}, {}});
+    m_redo.clear();
+    SetCounts();
+    return result;
+}
+
+EditResult Edits::SetLostAgain(LiveCamera& rCamera, const ModulePlace& rPlace, const KeptNumbers& rNumbers)
+{
+    if (rPlace.table != rCamera.TableInUse())
+    {
+        throw liveclient::Error(
+            fmt::format("edits of mode table {} while table {} is in use", rPlace.table, rCamera.TableInUse()));
+    }
+    rCamera.RequireMode(rPlace.mode);
+    std::vector<Value> wanted;
+    std::transform(rNumbers.begin(), rNumbers.end(), std::back_inserter(wanted),
+                   [](const auto& rNumber) {
+                       return Value{rNumber.first, rNumber.second.sent};
+                   });
+    EditResult result = Apply(rCamera, {rCamera.Prepare(rPlace.mode, rPlace.module, wanted), {}, {}});
+    m_kept.ForgetLost(rPlace);
     m_redo.clear();
     SetCounts();
     return result;

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "tools/kirotune/livecamera.h"
+#include "tools/page/keptedits.h"
 #include "tools/tuningfile/tuning.h"
 
 namespace page
@@ -82,8 +83,17 @@ public:
     std::map<std::string, std::string> Starts(kirotune::LiveCamera& rCamera, const std::string& rMode,
                                               const std::string& rModule);
 
-    /// Another camera has answered.
-    VOID Forget();
+    /// Another camera has answered: it holds none of the edits, which are lost until they are set again.
+    VOID Lose();
+
+    /// Sets lost edits of one module in this camera; they are lost no longer.
+    EditResult SetLostAgain(kirotune::LiveCamera& rCamera, const ModulePlace& rPlace, const KeptNumbers& rNumbers);
+
+    /// What needs no camera, and may be used by any thread.
+    KeptEdits& Kept()
+    {
+        return m_kept;
+    }
 
     size_t UndoCount() const
     {
@@ -96,16 +106,6 @@ public:
     }
 
 private:
-    /// A module of a mode of a mode table.
-    struct Place
-    {
-        auto operator<=>(const Place&) const = default;
-
-        UINT32      table;
-        std::string mode;
-        std::string module;
-    };
-
     /// What is taken back, and done again, in one go.
     struct Step
     {
@@ -117,15 +117,14 @@ private:
     bool       Joins(const Step& rStep, const WantedEdit& rWanted) const;
     EditResult Apply(kirotune::LiveCamera& rCamera, Step step);
     EditResult ApplyJoined(kirotune::LiveCamera& rCamera, kirotune::EditCommand command);
-    VOID       Remember(const kirotune::EditCommand& rCommand);
     VOID       SetCounts();
 
-    std::shared_ptr<const tuningfile::Tuning>           m_pTuning;
-    std::vector<Step>                                   m_undo;    ///< the latest last
-    std::vector<Step>                                   m_redo;    ///< as they were done, the one to do next last
-    std::map<Place, std::map<std::string, std::string>> m_starts;  ///< numbers before the first edit, by member
-    std::atomic<size_t>                                 m_undoCount = 0;
-    std::atomic<size_t>                                 m_redoCount = 0;
+    std::shared_ptr<const tuningfile::Tuning> m_pTuning;
+    std::vector<Step>                         m_undo;  ///< the latest last
+    std::vector<Step>                         m_redo;  ///< as they were done, the one to do next last
+    KeptEdits                                 m_kept;
+    std::atomic<size_t>                       m_undoCount = 0;
+    std::atomic<size_t>                       m_redoCount = 0;
 };
 
 }  // namespace page

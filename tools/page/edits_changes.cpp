@@ -47,8 +47,13 @@ std::map<std::string, std::string> Edits::Starts(LiveCamera& rCamera, const std:
     const UINT32 table = rCamera.TableInUse();
     if (m_pTuning == nullptr)
     {
-        const auto found = m_starts.find({table, rMode, rModule});
-        return (found != m_starts.end()) ? found->second : std::map<std::string, std::string>();
+        std::map<std::string, std::string> starts;
+        auto                               kept = m_kept.Present();
+        for (const auto& [rMember, rNumber] : kept[{table, rMode, rModule}])
+        {
+            starts[rMember] = rNumber.start;
+        }
+        return starts;
     }
     const tuningfile::Module* pModule =
         (table < m_pTuning->tables.size()) ? ModuleOf(m_pTuning->tables[table], rMode, rModule) : nullptr;
@@ -72,21 +77,21 @@ std::vector<kirotune::Change> Edits::Changes(LiveCamera& rCamera)
     }
     const UINT32                  table = rCamera.TableInUse();
     std::vector<kirotune::Change> changes;
-    for (const auto& [rPlace, rStarts] : m_starts)
+    for (const auto& [rPlace, rNumbers] : m_kept.Present())
     {
         std::vector<std::string> members;
-        std::transform(rStarts.begin(), rStarts.end(), std::back_inserter(members),
-                       [](const auto& rStart) { return rStart.first; });
+        std::transform(rNumbers.begin(), rNumbers.end(), std::back_inserter(members),
+                       [](const auto& rNumber) { return rNumber.first; });
         if (rPlace.table != table)
         {
             continue;
         }
         for (const Value& rHeld : kirotune::ReadNumbers(rCamera.Client(), rPlace.mode, rPlace.module, members))
         {
-            const auto start = rStarts.find(rHeld.name);
-            if (start != rStarts.end() && start->second != rHeld.text)
+            const auto number = rNumbers.find(rHeld.name);
+            if (number != rNumbers.end() && number->second.start != rHeld.text)
             {
-                changes.push_back({rPlace.mode, rPlace.module, rHeld.name, start->second, rHeld.text});
+                changes.push_back({rPlace.mode, rPlace.module, rHeld.name, number->second.start, rHeld.text});
             }
         }
     }

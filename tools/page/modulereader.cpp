@@ -213,7 +213,7 @@ std::vector<Member> ReadModule(LiveCamera& rCamera, const std::string& rMode, co
     std::vector<Member> members = Reader(rCamera, rMode, rModule).Read("", pModule->pRecord, 0);
     if (members.empty())
     {
-        throw kirotune::NothingThere(rMode, rModule, {});
+        throw Error(fmt::format("this tuning has no {} for {}", rModule, rMode));
     }
     return members;
 }

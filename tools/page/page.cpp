@@ -28,21 +28,28 @@ Page::Page(const PageOptions& rOptions)
 CameraWatcher Page::Watcher()
 {
     CameraWatcher watcher;
-    watcher.changed = [this](const CameraState& rState)
-    {
-        if (!rState.isConnected)
-        {
-            const std::lock_guard lock(m_mutex);
-            m_picture.reset();
-        }
-        m_events.Publish("camera", CameraJson(rState, m_address));
-    };
-    watcher.replaced = [this] { m_edits.Forget(); };
+    watcher.changed  = [this](const CameraState& rState) { TakeState(rState); };
+    watcher.replaced = [this] { m_edits.Lose(); };
     watcher.sampled  = [this](DOUBLE seconds, const std::vector<liveclient::ControlValue>& rValues)
     { m_events.PublishSample(SampleJson(seconds, rValues)); };
     watcher.pictured  = [this](liveclient::Picture picture) { TakePicture(std::move(picture)); };
     watcher.isWatched = [this] { return m_events.IsListenedTo(); };
     return watcher;
+}
+
+VOID Page::TakeState(const CameraState& rState)
+{
+    if (!rState.isConnected)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_picture.reset();
+    }
+    m_events.Publish("camera", CameraJson(rState, m_address));
+    if (m_options.tell)
+    {
+        m_options.tell(rState.isConnected ? fmt::format("the camera at {} is found: {}", m_address, rState.name)
+                                          : fmt::format("no camera at {}: {}", m_address, rState.error));
+    }
 }
 
 VOID Page::TakePicture(liveclient::Picture picture)
@@ -66,6 +73,7 @@ std::string Page::State()
     PageState state{m_link.State(), m_address, m_options.file};
     state.undo = m_edits.UndoCount();
     state.redo = m_edits.RedoCount();
+    state.lost = m_edits.Kept().LostCount();
     if (state.camera.isConnected)
     {
         m_link.Do(
@@ -104,8 +112,24 @@ std::string Page::Changes()
 std::string Page::Patch()
 {
     std::string patch;
-    m_link.Do([&](LiveCamera& rCamera) { patch = m_edits.Patch(rCamera); });
+    try
+    {
+        m_link.Do([&](LiveCamera& rCamera) { patch = m_edits.Patch(rCamera); });
+    }
+    catch (const NoCameraError&)
+    {
+        patch = m_edits.Kept().Patch();
+        if (patch.empty())
+        {
+            throw;
+        }
+    }
     return patch;
+}
+
+std::string Page::LostPatch()
+{
+    return m_edits.Kept().LostPatch();
 }
 
 /// @throws TooManyEditsError
@@ -124,6 +148,20 @@ VOID Page::RequireRate()
     m_editTimes.push_back(now);
 }
 
+VOID Page::PublishEdit(const std::string& rClient, const EditResult& rResult)
+{
+    const size_t undo = m_edits.UndoCount();
+    const size_t redo = m_edits.RedoCount();
+    m_events.PublishBy(rClient, "edit", EditJson(rResult, true, undo, redo), EditJson(rResult, false, undo, redo));
+}
+
+std::string Page::PublishLost()
+{
+    const std::string lost = LostJson(m_edits.Kept().LostCount());
+    m_events.Publish("lost", lost);
+    return lost;
+}
+
 /// Browsers see edits in the order in which the camera got them.
 std::string Page::Edit(const std::string& rClient, const EditWork& rWork)
 {
@@ -132,11 +170,8 @@ std::string Page::Edit(const std::string& rClient, const EditWork& rWork)
     m_link.Do(
         [&](LiveCamera& rCamera)
         {
-            result            = rWork(rCamera);
-            const size_t undo = m_edits.UndoCount();
-            const size_t redo = m_edits.RedoCount();
-            m_events.PublishBy(rClient, "edit", EditJson(result, true, undo, redo),
-                               EditJson(result, false, undo, redo));
+            result = rWork(rCamera);
+            PublishEdit(rClient, result);
         });
     return ResultJson(result);
 }
@@ -162,6 +197,27 @@ std::string Page::Undo(const std::string& rClient)
 std::string Page::Redo(const std::string& rClient)
 {
     return Edit(rClient, [&](LiveCamera& rCamera) { return m_edits.Redo(rCamera); });
+}
+
+std::string Page::SetLostAgain(const std::string& rClient)
+{
+    RequireRate();
+    m_link.Do(
+        [this, &rClient](LiveCamera& rCamera)
+        {
+            for (const auto& [rPlace, rNumbers] : m_edits.Kept().Lost())
+            {
+                PublishEdit(rClient, m_edits.SetLostAgain(rCamera, rPlace, rNumbers));
+                (VOID) PublishLost();
+            }
+        });
+    return LostJson(m_edits.Kept().LostCount());
+}
+
+std::string Page::ForgetLost()
+{
+    m_edits.Kept().ForgetLost();
+    return PublishLost();
 }
 
 }  // namespace page

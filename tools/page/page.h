@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -24,6 +25,9 @@ struct PageOptions
     liveclient::Options                       camera;
     std::string                               file    = {};  ///< that the camera was started with
     std::shared_ptr<const tuningfile::Tuning> pTuning = {};  ///< of that file, null without one
+
+    /// Gets a line whenever a camera is found or lost, on a thread of the page. May be empty.
+    std::function<VOID(const std::string&)> tell = {};
 };
 
 /// Edits come faster than a person makes them.
@@ -47,8 +51,11 @@ public:
     std::string Module(const std::string& rMode, const std::string& rModule);
     std::string Changes();
 
-    /// @return a patch, empty if there is nothing to save
+    /// @return a patch, empty if there is nothing to save. Without a camera it holds what the page has set
     std::string Patch();
+
+    /// @return a patch of the edits that a new camera does not hold; empty if there are none
+    std::string LostPatch();
 
     // Edits. @param rClient by which the browser names itself
 
@@ -56,6 +63,12 @@ public:
     std::string Reset(std::string_view body, const std::string& rClient);
     std::string Undo(const std::string& rClient);
     std::string Redo(const std::string& rClient);
+
+    /// Sets all edits again that a new camera does not hold. All browsers are told of them.
+    std::string SetLostAgain(const std::string& rClient);
+
+    /// They are not wanted any more.
+    std::string ForgetLost();
 
     /// The latest one.
     std::optional<liveclient::Picture> Picture() const;
@@ -70,7 +83,10 @@ private:
 
     CameraWatcher Watcher();
     std::string   Edit(const std::string& rClient, const EditWork& rWork);
+    VOID          PublishEdit(const std::string& rClient, const EditResult& rResult);
+    std::string   PublishLost();
     VOID          RequireRate();
+    VOID          TakeState(const CameraState& rState);
     VOID          TakePicture(liveclient::Picture picture);
 
     const PageOptions                                 m_options;

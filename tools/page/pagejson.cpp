@@ -8,6 +8,7 @@
 
 #include "host/controlvalues.h"
 #include "tools/meaning/modulewords.h"
+#include "tools/page/shownnumber.h"
 
 namespace page
 {
@@ -51,12 +52,12 @@ json ToJson(const ModeNode& rMode)
     return {{"path", rMode.path}, {"children", std::move(children)}};
 }
 
-json ToJson(const std::vector<liveclient::Value>& rValues)
+json ValuesOf(const EditResult& rResult)
 {
     json list = json::array();
-    for (const liveclient::Value& rValue : rValues)
+    for (const liveclient::Value& rValue : rResult.values)
     {
-        list.push_back({{"path", rValue.name}, {"value", rValue.text}});
+        list.push_back({{"path", rValue.name}, {"value", ShownNumber(rResult.module, rValue.name, rValue.text)}});
     }
     return list;
 }
@@ -81,7 +82,7 @@ const CHAR* KindName(MemberKind kind)
     return "";
 }
 
-json ToJson(const Member& rMember, const std::map<std::string, std::string>& rStarts)
+json ToJson(const std::string& rModule, const Member& rMember, const std::map<std::string, std::string>& rStarts)
 {
     const auto found   = rStarts.find(rMember.path);
     json       choices = json::array();
@@ -92,24 +93,17 @@ json ToJson(const Member& rMember, const std::map<std::string, std::string>& rSt
     json members = json::array();
     for (const Member& rInner : rMember.members)
     {
-        members.push_back(ToJson(rInner, rStarts));
+        members.push_back(ToJson(rModule, rInner, rStarts));
     }
-    const bool differs = found != rStarts.end() && found->second != rMember.value;
-    return {{"path", rMember.path},
-            {"name", rMember.name},
-            {"kind", KindName(rMember.kind)},
-            {"value", rMember.value},
-            {"words", rMember.words},
-            {"unit", rMember.unit},
-            {"min", OrNull(rMember.min)},
-            {"max", OrNull(rMember.max)},
-            {"begin", OrNull(rMember.begin)},
-            {"integer", rMember.isInteger},
-            {"choices", std::move(choices)},
-            {"start", (found != rStarts.end()) ? found->second : rMember.value},
-            {"differs", differs},
-            {"members", std::move(members)},
-            {"record", rMember.record}};
+    const bool  differs = found != rStarts.end() && found->second != rMember.value;
+    const auto  shown   = [&](const std::string& rTold) { return ShownNumber(rModule, rMember.path, rTold); };
+    std::string value   = shown(rMember.value);
+    std::string start   = differs ? shown(found->second) : value;
+    return {{"path", rMember.path},         {"name", rMember.name},          {"kind", KindName(rMember.kind)},
+            {"value", std::move(value)},    {"words", rMember.words},        {"unit", rMember.unit},
+            {"min", OrNull(rMember.min)},   {"max", OrNull(rMember.max)},    {"begin", OrNull(rMember.begin)},
+            {"integer", rMember.isInteger}, {"choices", std::move(choices)}, {"start", std::move(start)},
+            {"differs", differs},           {"members", std::move(members)}, {"record", rMember.record}};
 }
 
 std::string SentenceOf(const std::string& rModule)
@@ -195,6 +189,7 @@ std::string StateJson(const PageState& rState)
                  {"controls", std::move(controls)},
                  {"index", Index()},
                  {"edits", {{"undo", rState.undo}, {"redo", rState.redo}}},
+                 {"lost", rState.lost},
                  {"picture", rState.camera.hasPictures}});
 }
 
@@ -204,7 +199,7 @@ std::string ModuleJson(const std::string& rMode, const std::string& rModule, con
     json members = json::array();
     for (const Member& rMember : rMembers)
     {
-        members.push_back(ToJson(rMember, rStarts));
+        members.push_back(ToJson(rModule, rMember, rStarts));
     }
     return Text(
         {{"mode", rMode}, {"module", rModule}, {"words", SentenceOf(rModule)}, {"members", std::move(members)}});
@@ -214,7 +209,7 @@ std::string ResultJson(const EditResult& rResult)
 {
     return Text({{"mode", rResult.mode},
                  {"module", rResult.module},
-                 {"values", ToJson(rResult.values)},
+                 {"values", ValuesOf(rResult)},
                  {"shared", rResult.shared}});
 }
 
@@ -222,7 +217,7 @@ std::string EditJson(const EditResult& rResult, bool isOwn, size_t undo, size_t 
 {
     return Text({{"mode", rResult.mode},
                  {"module", rResult.module},
-                 {"values", ToJson(rResult.values)},
+                 {"values", ValuesOf(rResult)},
                  {"shared", rResult.shared},
                  {"by", isOwn ? "this" : "other"},
                  {"edits", {{"undo", undo}, {"redo", redo}}}});
@@ -236,8 +231,8 @@ std::string ChangesJson(const std::vector<kirotune::Change>& rChanges)
         list.push_back({{"mode", rChange.path},
                         {"module", rChange.module},
                         {"path", rChange.member},
-                        {"start", rChange.oldText},
-                        {"value", rChange.newText}});
+                        {"start", ShownNumber(rChange.module, rChange.member, rChange.oldText)},
+                        {"value", ShownNumber(rChange.module, rChange.member, rChange.newText)}});
     }
     return Text({{"changes", std::move(list)}});
 }
@@ -253,6 +248,11 @@ std::string SampleJson(DOUBLE seconds, const std::vector<liveclient::ControlValu
     }
     constexpr DOUBLE PerMillisecond = 1000.0;
     return Text({{"t", std::round(seconds * PerMillisecond) / PerMillisecond}, {"v", std::move(numbers)}});
+}
+
+std::string LostJson(size_t count)
+{
+    return Text({{"lost", count}});
 }
 
 std::string FrameJson(UINT64 frame)

@@ -25,6 +25,7 @@ struct PageState
     std::vector<std::string> modules = {};
     size_t                   undo    = 0;
     size_t                   redo    = 0;
+    size_t                   lost    = 0;  ///< numbers that a camera before was set to
 };
 
 std::string ErrorJson(const std::string& rError, bool isGuard = false);
@@ -45,6 +46,9 @@ std::string ChangesJson(const std::vector<kirotune::Change>& rChanges);
 
 /// A sample of the control values, in the order of StateJson's list.
 std::string SampleJson(DOUBLE seconds, const std::vector<liveclient::ControlValue>& rValues);
+
+/// @param count as PageState has it
+std::string LostJson(size_t count);
 
 std::string FrameJson(UINT64 frame);
 

@@ -144,13 +144,13 @@ VOID AnswerPicture(const Page& rPage, Response& rResponse)
     rResponse.set_content(reinterpret_cast<const CHAR*>(picture->jpeg.data()), picture->jpeg.size(), "image/jpeg");
 }
 
-VOID AnswerPatch(Page& rPage, Response& rResponse)
+VOID AnswerPatch(const std::function<std::string()>& rMake, Response& rResponse)
 {
     std::string patch;
     Answer(rResponse,
            [&]
            {
-               patch = rPage.Patch();
+               patch = rMake();
                return patch;
            });
     if (rResponse.status >= 400)
@@ -159,7 +159,7 @@ VOID AnswerPatch(Page& rPage, Response& rResponse)
     }
     if (patch.empty())
     {
-        Fail(rResponse, 404, "no edits to save");
+        Fail(rResponse, 404, "nothing to save: nothing differs from the start");
         return;
     }
     rResponse.set_content(patch, "text/yaml; charset=utf-8");
@@ -207,7 +207,11 @@ VOID AnswerGet(Page& rPage, const Request& rRequest, Response& rResponse)
     }
     else if (rPath == "/api/patch")
     {
-        AnswerPatch(rPage, rResponse);
+        AnswerPatch([&rPage] { return rPage.Patch(); }, rResponse);
+    }
+    else if (rPath == "/api/lost")
+    {
+        AnswerPatch([&rPage] { return rPage.LostPatch(); }, rResponse);
     }
     else if (rPath == "/api/picture")
     {
@@ -258,6 +262,10 @@ VOID AddRoutes(httplib::Server& rServer, Page& rPage, const GuardRules& rRules)
                  { Answer(rResponse, [&] { return rPage.Undo(ClientOf(rRequest)); }); });
     rServer.Post("/api/redo", [&rPage](const Request& rRequest, Response& rResponse)
                  { Answer(rResponse, [&] { return rPage.Redo(ClientOf(rRequest)); }); });
+    rServer.Post("/api/again", [&rPage](const Request& rRequest, Response& rResponse)
+                 { Answer(rResponse, [&] { return rPage.SetLostAgain(ClientOf(rRequest)); }); });
+    rServer.Post("/api/forget", [&rPage](const Request&, Response& rResponse)
+                 { Answer(rResponse, [&] { return rPage.ForgetLost(); }); });
     rServer.set_error_handler(
         [](const Request&, Response& rResponse)
         {

@@ -71,6 +71,8 @@ TEST_F(PageServer, TellsWhatTheCameraHoldsAndWhatItMeans)
     EXPECT_EQ("data[0]", (*data)["members"][0]["path"]);
     EXPECT_EQ("record", (*data)["members"][0]["kind"]);
     EXPECT_THAT(m_page.Get("/api/module?mode=Default&module=nothing"), StartsWith("404 {"));
+    EXPECT_THAT(m_page.Get("/api/module?mode=Default&module=kiroskipcontrol"),
+                HasSubstr("this tuning has no kiroskipcontrol for Default"));
     EXPECT_THAT(m_page.Get("/api/module?mode=Default%7CUsecase.Video&module=kiroconvergence"), StartsWith("404 {"));
 }
 
@@ -125,7 +127,7 @@ TEST_F(PageServer, AsksBeforeItSendsWhatCannotBeMeant)
     EXPECT_THAT(refusal, HasSubstr("\"guard\":true"));
     EXPECT_EQ("0.25", Held());
     EXPECT_THAT(m_page.Set("unitStepSize", "7", {{"force", true}}), StartsWith("200 "));
-    EXPECT_EQ("7.0", Held());
+    EXPECT_EQ(7.0, std::stod(Held()));
     EXPECT_THAT(m_page.Set("nothing", "1"), StartsWith("400 "));
     EXPECT_THAT(m_page.Set("unitStepSize", "1e3"), StartsWith("400 "));
     EXPECT_THAT(m_page.Set("drcStretchAgg", "AggTypeCascade"), HasSubstr("\"value\":\"1\""));
@@ -199,6 +201,49 @@ TEST_F(PageTest, SavesAPatchThatMakesTheCamerasTuning)
     ServedPage served(camera.Port(), pTuning);
     ASSERT_TRUE(Await([&] { return served.IsConnected(); }));
     EXPECT_TRUE(served.GetJson("/api/changes")["changes"].empty());
+}
+
+/// The number that a patch sets in the first of its modes.
+std::string PatchedStep(const std::string& rPatch)
+{
+    auto tuning = tuningfile::ReadTextFile(EXAMPLES_DIR "/tunings/phone.yaml");
+    tuningfile::ApplyPatch(rPatch, "patch", tuning);
+    const size_t at = rPatch.find("unitStepSize: ");
+    return (at == std::string::npos) ? "" : rPatch.substr(at, rPatch.find('\n', at) - at);
+}
+
+TEST_F(PageTest, KeepsEditsOfACameraThatGoesAway)
+{
+    auto       pCamera = std::make_unique<ServiceCamera>("first");
+    const auto port    = pCamera->Port();
+    ServedPage served(port);
+    ASSERT_TRUE(Await([&] { return served.IsConnected(); }));
+    EXPECT_THAT(served.Set("unitStepSize", "0.4"), StartsWith("200 "));
+    EXPECT_THAT(served.Set("data[0].value.tolerance", "6", json::object(), "me", "kirodbconvbase"), StartsWith("200 "));
+    (VOID) served.Post("/api/undo", json::object());
+
+    pCamera.reset();
+    ASSERT_TRUE(Await([&] { return !served.IsConnected(); }));
+    const auto saved = served.Browser().Get("/api/patch");
+    ASSERT_EQ(200, saved->status);
+    EXPECT_EQ("unitStepSize: 0.4", PatchedStep(saved->body));
+    EXPECT_THAT(saved->body, testing::Not(HasSubstr("tolerance")));
+
+    pCamera = std::make_unique<ServiceCamera>("second");
+    if (pCamera->Port() != port)
+    {
+        GTEST_SKIP() << "somebody has taken the port";
+    }
+    ASSERT_TRUE(Await([&] { return served.IsConnected(); }));
+    EXPECT_EQ(1, served.GetJson("/api/state")["lost"]);
+    EXPECT_THAT(served.Get("/api/patch"), StartsWith("404 "));
+    EXPECT_EQ("unitStepSize: 0.4", PatchedStep(served.Browser().Get("/api/lost")->body));
+    EXPECT_EQ("200 {\"lost\":0}", served.Post("/api/again", json::object()));
+    const json changes = served.GetJson("/api/changes")["changes"];
+    ASSERT_EQ(1U, changes.size());
+    EXPECT_EQ("0.4", changes[0]["value"]);
+    EXPECT_THAT(served.Get("/api/lost"), StartsWith("404 "));
+    EXPECT_THAT(served.Post("/api/undo", json::object()), HasSubstr("\"value\":\"0.25\""));
 }
 
 TEST_F(PageTest, ComparesWithAFile)

@@ -3,6 +3,11 @@
 import { button, element } from "./element.js";
 import { ask } from "./server.js";
 
+/// Long paths go on in the next line behind a separator, and never within a name.
+function breakable(path) {
+    return path.split(/(?<=[.|])/).flatMap((part) => [part, element("wbr")]);
+}
+
 /// The same change in many modes that share a module is one row each, as in a patch.
 function row(change, session, dialog) {
     const { mode, module, path, start, value } = change;
@@ -11,10 +16,10 @@ function row(change, session, dialog) {
         await fillIn(dialog, session);
     }, { "aria-label": `${path} back to ${start}`, title: `back to ${start}` });
     return element("tr", {},
-        element("td", {}, mode),
-        element("td", {}, `${module} ${path}`),
-        element("td", { class: "value" }, start),
-        element("td", { class: "value" }, value),
+        element("td", { class: "mode" }, ...breakable(mode)),
+        element("td", { class: "member" }, ...breakable(`${module} ${path}`)),
+        element("td", { class: "value start" }, start),
+        element("td", { class: "value now" }, value),
         element("td", {}, back));
 }
 

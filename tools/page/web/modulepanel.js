@@ -22,6 +22,8 @@ export class ModulePanel {
         this.session = session;
         this.shown = "";
         session.on("module", () => this.#show());
+        session.on("closed", (why) => this.#wait(`${session.module} cannot be shown: ${why}`));
+        session.on("camera", ({ connected }) => this.#wait(connected ? "Loading…" : "Waiting for the camera."));
         window.setInterval(() => this.#tellNow(), TELL_NOW);
     }
 
@@ -29,6 +31,13 @@ export class ModulePanel {
     #tellNow() {
         if (!document.hidden) {
             this.node.querySelectorAll("[data-zones]").forEach((chart) => chart.dispatchEvent(new Event("now")));
+        }
+    }
+
+    /// Says why there is no module yet.
+    #wait(text) {
+        if (this.shown === "") {
+            this.node.replaceChildren(element("p", { class: "waiting" }, text));
         }
     }
 

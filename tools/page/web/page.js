@@ -5,6 +5,7 @@ import { connection } from "./connection.js";
 import { button } from "./element.js";
 import { ExposureDiagram } from "./exposurediagram.js";
 import { lamps } from "./lamps.js";
+import { lostEdits } from "./lostedits.js";
 import { ModulePanel } from "./modulepanel.js";
 import { notices } from "./notices.js";
 import { picture } from "./picture.js";
@@ -26,7 +27,9 @@ function showView(name) {
 
 /// What is open stands in the address, so that a page that is loaded again, or sent to a colleague, opens it.
 async function open(mode, module, member) {
-    await session.open(mode, module);
+    if (!await session.open(mode, module)) {
+        return;
+    }
     window.history.replaceState(null, "", `#${new URLSearchParams({ mode, module })}`);
     showView("members");
     if (member !== null) {
@@ -38,6 +41,7 @@ for (const [name, title] of [["places", "Modules"], ["members", "Members"], ["wa
     byID("views").append(button(title, () => showView(name), { "data-view": name }));
 }
 connection({ banner: byID("banner"), lamp: byID("connection"), device: byID("device") }, session);
+lostEdits(byID("lostedits"), session);
 notices(byID("notice"), session);
 toolbar(byID("toolbar"), session);
 new Places({

@@ -8,7 +8,10 @@ export class Places {
     /// @param open (mode, module, member path or null)
     constructor({ search, found, choice, modes, modules }, session, open) {
         Object.assign(this, { search, found, choice, modes, modules, session, open });
-        session.on("state", () => this.#show());
+        session.on("state", () => {
+            this.#show();
+            this.#find();
+        });
         session.on("module", () => this.#mark());
         search.addEventListener("input", () => this.#find());
         search.addEventListener("keydown", (event) => event.key === "Escape" && this.#leaveSearch());
@@ -16,7 +19,9 @@ export class Places {
 
     #show() {
         const { state } = this.session;
-        this.modes.replaceChildren(this.#modeList(state.modes, state.active));
+        this.modes.replaceChildren(this.#modeList(state.modes, state.active),
+            state.camera.connected && state.active.length === 0 ? element("p", { class: "hint" },
+                "This camera holds its whole tuning in memory, and does not tell which modes are in use.") : "");
         this.modules.replaceChildren(element("ul", {}, ...state.modules.map(({ name, words }) => element("li", {},
             button(name, () => this.open(this.session.mode, name, null), { "data-module": name, title: words })))));
         this.#mark();
@@ -51,7 +56,8 @@ export class Places {
         this.#find();
     }
 
-    /// Every word that was typed has to be in a name or in its meaning; what is found by name comes first.
+    /// Every word that was typed has to be in a name or in its meaning; what is found by name comes first. What stands
+    /// in modules that the camera does not have cannot be opened.
     #find() {
         const words = this.search.value.toLowerCase().split(/\s+/).filter(Boolean);
         this.found.hidden = words.length === 0;
@@ -59,19 +65,28 @@ export class Places {
         if (words.length === 0) {
             return;
         }
+        if (this.session.state === null) {
+            this.found.replaceChildren(element("li", { class: "count" }, "Loading…"));
+            return;
+        }
         const { modules, index } = this.session.state;
         const own = modules.map(({ name, words: meaning }) => ({ module: name, member: null, words: meaning }));
         const all = [...own, ...index];
+        const isHere = ({ module }) => modules.some(({ name: has }) => has === module);
         const hasAll = (text) => words.every((word) => text.includes(word));
         const name = ({ module, member }) => `${module} ${member ?? ""}`.toLowerCase();
         const byName = all.filter((place) => hasAll(name(place)));
         const others = all.filter((place) => !byName.includes(place));
         const byMeaning = others.filter((place) => hasAll(`${name(place)} ${place.words.toLowerCase()}`));
-        const hits = [...byName, ...byMeaning];
+        const everywhere = [...byName, ...byMeaning];
+        const hits = everywhere.filter(isHere);
+        const missing = new Set(everywhere.filter((place) => !isHere(place)).map(({ module }) => module));
         const first = hits.length > MOST_FOUND ? `, the first ${MOST_FOUND}:` : "";
         this.found.replaceChildren(
             element("li", { class: "count" }, `${hits.length} found${first}`),
-            ...hits.slice(0, MOST_FOUND).map((place) => this.#hit(place)));
+            ...hits.slice(0, MOST_FOUND).map((place) => this.#hit(place)),
+            missing.size === 0 ? "" : element("li", { class: "count missing" },
+                `Left out, since this camera has no such module: ${[...missing].join(", ")}`));
     }
 
     #hit({ module, member, words }) {

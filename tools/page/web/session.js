@@ -1,7 +1,8 @@
 // What this browser looks at, and its edits. Tells the rest of the page by events:
-// "state" the camera was found or is another one; "module" another module is open; "camera" lost, found; "values" new
-// samples; "edited" a module, by any browser; "edits" what can be undone has changed; "picture" a new one; "notice"
-// something to say.
+// "state" the camera was found or is another one; "module" another module is open; "closed" a module cannot be opened;
+// "camera" lost, found; "values" new samples; "edited" a module, by any browser; "edits" what can be undone
+// has changed; "lost" how many edits a camera does not hold that was started anew; "picture" a new one; "notice" something
+// to say.
 
 import { askToForce } from "./guarddialog.js";
 import { Latest } from "./latest.js";
@@ -48,6 +49,7 @@ export class Session extends EventTarget {
             this.#emit("values", samples);
         });
         on("picture", (picture) => this.#emit("picture", picture));
+        on("lost", ({ lost }) => this.#emit("lost", lost));
         on("edit", (edit) => this.#takeEdit(edit));
         on("camera", (camera) => this.#takeCamera(camera));
         source.addEventListener("open", () => this.reload());
@@ -63,6 +65,7 @@ export class Session extends EventTarget {
             this.#emit("state", this.state);
             this.#emit("camera", this.state.camera);
             this.#emit("edits", this.state.edits);
+            this.#emit("lost", this.state.lost);
             if (this.module !== null && this.state.camera.connected) {
                 await this.open(this.mode, this.module);
             }
@@ -91,19 +94,23 @@ export class Session extends EventTarget {
         }
     }
 
+    /// @return whether it is open now
     async open(mode, module) {
         const turn = ++this.#opened;
         try {
             const answer = await ask("module", { mode, module });
             if (turn !== this.#opened) {
-                return;  // another was chosen meanwhile
+                return false;  // another was chosen meanwhile
             }
             [this.mode, this.module, this.words] = [mode, module, answer.words];
             this.members = new Members(answer.members);
             this.#emit("module");
+            return true;
         } catch (error) {
+            this.#emit("closed", error.message);
             this.#say(error);
             this.#tryAgain(error);
+            return false;
         }
     }
 
@@ -139,6 +146,14 @@ export class Session extends EventTarget {
 
     async redo() {
         await this.#act("redo", {});
+    }
+
+    async setLostAgain() {
+        await this.#act("again", {});
+    }
+
+    async forgetLost() {
+        await this.#act("forget", {});
     }
 
     /// What it sets comes as an event, as it does to other browsers.

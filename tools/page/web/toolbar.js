@@ -1,16 +1,20 @@
 // Undo, redo, comparing, saving.
 
 import { showChanges } from "./changesdialog.js";
-import { button, element } from "./element.js";
-import { addressOf } from "./server.js";
+import { button } from "./element.js";
+import { savePatch } from "./patchfile.js";
 
 export function toolbar(node, session) {
-    const undo = button("Undo", () => session.undo(), { id: "undo" });
-    const redo = button("Redo", () => session.redo(), { id: "redo", title: "Ctrl+Shift+Z" });
-    node.append(undo, redo,
-        button("Compare", () => showChanges(session), { id: "compare" }),
-        element("a", { id: "save", class: "button", href: addressOf("patch"), download: "patch.yaml" }, "Save patch"));
+    const undo = button("Undo", () => session.undo(), { id: "undo", disabled: true });
+    const redo = button("Redo", () => session.redo(), { id: "redo", disabled: true, title: "Ctrl+Shift+Z" });
+    const compare = button("Compare", () => showChanges(session), { id: "compare", disabled: true });
+    const save = button("Save patch", () => savePatch("patch", session), { id: "save", disabled: true });
+    node.append(undo, redo, compare, save);
 
+    session.on("state", () => {
+        compare.disabled = false;
+        save.disabled = false;
+    });
     session.on("edits", (edits) => {
         undo.disabled = edits.undo === 0;
         undo.title = `${edits.undo} to take back, Ctrl+Z`;
