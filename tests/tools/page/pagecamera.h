@@ -144,7 +144,8 @@ public:
 
     bool IsConnected()
     {
-        return GetJson("/api/state")["camera"].value("connected", false);
+        const json state = GetJson("/api/state");
+        return state.contains("camera") && state["camera"].value("connected", false);  // none while a camera goes away
     }
 
     httplib::Client& Browser()
