@@ -38,45 +38,59 @@ VOID AllowQuickRestart(socket_t socket)
     (VOID) setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof(yes));
 }
 
-}  // namespace
-
-struct HttpServer::Parts
+VOID SetUp(httplib::Server& rServer)
 {
-    explicit Parts(const PageOptions& rOptions) : page(rOptions)
-    {
-    }
+    rServer.set_socket_options(AllowQuickRestart);
+    rServer.set_tcp_nodelay(true);
+    rServer.set_read_timeout(ReadTimeout);
+    rServer.set_write_timeout(WriteTimeout);
+    rServer.set_payload_max_length(MaxBody);
+    rServer.set_keep_alive_max_count(1);  // a browser that thinks would hold a thread
+    rServer.new_task_queue = [] { return new httplib::ThreadPool(Threads); };
+}
 
-    Page            page;
-    GuardRules      rules;
-    httplib::Server server;
-    std::thread     thread;
-};
-
-HttpServer::HttpServer(const Address& rAddress, const PageOptions& rOptions)
+/// @return the address with the port that was bound
+/// @throws std::runtime_error
+Address Bind(httplib::Server& rServer, const Address& rAddress)
 {
-    m_pParts      = std::make_unique<Parts>(rOptions);
-    Parts& rParts = *m_pParts;
-    rParts.rules  = {rAddress, NameOfThisMachine(), IsLoopback(rAddress.host) ? "" : MakeToken()};
-    rParts.server.set_socket_options(AllowQuickRestart);
-    rParts.server.set_tcp_nodelay(true);
-    rParts.server.set_read_timeout(ReadTimeout);
-    rParts.server.set_write_timeout(WriteTimeout);
-    rParts.server.set_payload_max_length(MaxBody);
-    rParts.server.set_keep_alive_max_count(1);  // a browser that thinks would hold a thread
-    rParts.server.new_task_queue = [] { return new httplib::ThreadPool(Threads); };
+    SetUp(rServer);
+    Address bound = rAddress;
     if (rAddress.port == 0)
     {
-        rParts.rules.address.port = static_cast<UINT16>(std::max(rParts.server.bind_to_any_port(rAddress.host), 0));
+        bound.port = static_cast<UINT16>(std::max(rServer.bind_to_any_port(rAddress.host), 0));
     }
-    else if (!rParts.server.bind_to_port(rAddress.host, rAddress.port))
+    else if (!rServer.bind_to_port(rAddress.host, rAddress.port))
     {
-        rParts.rules.address.port = 0;
+        bound.port = 0;
     }
-    if (rParts.rules.address.port == 0)
+    if (bound.port == 0)
     {
         throw std::runtime_error(fmt::format(
             "cannot listen at {}: the port is taken, or it is no address of this machine", FormatAddress(rAddress)));
     }
+    return bound;
+}
+
+}  // namespace
+
+struct HttpServer::Parts
+{
+    Parts(const Address& rAddress, const PageOptions& rOptions)
+        : rules{Bind(server, rAddress), NameOfThisMachine(), IsLoopback(rAddress.host) ? "" : MakeToken()},
+          page(rOptions)
+    {
+    }
+
+    httplib::Server server;
+    GuardRules      rules;  ///< the address is the bound one
+    Page            page;   ///< after the server: it looks for the camera, and tells of it, only once there is a port
+    std::thread     thread;
+};
+
+HttpServer::HttpServer(const Address& rAddress, const PageOptions& rOptions)
+    : m_pParts(std::make_unique<Parts>(rAddress, rOptions))
+{
+    Parts& rParts = *m_pParts;
     AddRoutes(rParts.server, rParts.page, rParts.rules);
     rParts.thread = std::thread([&rParts] { (VOID) rParts.server.listen_after_bind(); });
 }
