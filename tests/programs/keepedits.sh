@@ -12,6 +12,7 @@ trap 'kill $camera 2>/dev/null; rm -rf "$work"' EXIT
 
 start() {
     [ -z "$camera" ] || { kill -INT $camera; wait $camera; }
+    : >"$work/camera"  # what the last camera said is not this one's
     "$bin/kirosim" run --loop --quiet --realtime --tuning "$1" --scene "$examples/scenes/step-loop.yaml" \
         >"$work/camera" 2>&1 &
     camera=$!
