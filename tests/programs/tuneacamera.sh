@@ -11,6 +11,7 @@ export ASAN_OPTIONS=detect_leaks=0 XDG_STATE_HOME=$work/state
 trap 'kill $neighbour $camera 2>/dev/null; rm -rf "$work"' EXIT
 
 # The port that a tool tries without --port is another camera's.
+: >"$work/neighbour" >"$work/camera"  # to look into before they say anything
 "${launcher[@]}" "$bin/kirosim" run --realtime --loop --quiet --tuning "$examples/tunings/minimal.yaml" \
     --scene "$examples/scenes/tunnel.yaml" >"$work/neighbour" 2>&1 &
 readonly neighbour=$!
