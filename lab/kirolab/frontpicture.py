@@ -2,14 +2,9 @@
 
 from pathlib import Path
 
-import matplotlib
-
-from kirolab.errors import LabError
+from kirolab.drawing import drawing
 from kirolab.space import Space
 from kirolab.study import Front
-
-matplotlib.use("Agg")
-from matplotlib import pyplot  # noqa: E402  (no window is there to draw in)
 
 
 def draw_front(front: Front, space: Space, path: Path) -> None:
@@ -18,17 +13,12 @@ def draw_front(front: Front, space: Space, path: Path) -> None:
     y = space.objectives[min(1, len(space.objectives) - 1)].text
     trials, on_front = front.table(space, is_front_alone=False), front.table(space)
     holds = trials["violation"] <= 0
-    figure, axes = pyplot.subplots(figsize=(8, 5), layout="constrained")
-    axes.scatter(trials.loc[~holds, x], trials.loc[~holds, y], c="#bbbbbb", s=16, label="breaks a bar")
-    axes.scatter(trials.loc[holds, x], trials.loc[holds, y], c="#3572b0", s=16, label="holds all bars")
-    axes.plot(on_front[x], on_front[y], "o-", c="#b00020", markersize=5, label="front")
-    for _, row in on_front.iterrows():
-        axes.annotate(f"{row['trial']:.0f}", (row[x], row[y]), textcoords="offset points", xytext=(5, 5), fontsize=8)
-    axes.set(xlabel=x, ylabel=y)
-    axes.legend()
-    try:
-        figure.savefig(path)
-    except (OSError, ValueError) as fault:
-        raise LabError(f"{path}: {fault}") from None
-    finally:
-        pyplot.close(figure)
+    with drawing(path, 8, 5) as (_, axes):
+        axes.scatter(trials.loc[~holds, x], trials.loc[~holds, y], c="#bbbbbb", s=16, label="breaks a bar")
+        axes.scatter(trials.loc[holds, x], trials.loc[holds, y], c="#3572b0", s=16, label="holds all bars")
+        axes.plot(on_front[x], on_front[y], "o-", c="#b00020", markersize=5, label="front")
+        for _, row in on_front.iterrows():
+            place = (row[x], row[y])
+            axes.annotate(f"{row['trial']:.0f}", place, textcoords="offset points", xytext=(5, 5), fontsize=8)
+        axes.set(xlabel=x, ylabel=y)
+        axes.legend()

@@ -2,15 +2,12 @@
 
 from pathlib import Path
 
-import matplotlib
 import numpy as np
+from matplotlib.colors import SymLogNorm
 
+from kirolab.drawing import drawing
 from kirolab.errors import LabError
 from kirolab.sensitivity import Sensitivity
-
-matplotlib.use("Agg")
-from matplotlib import pyplot  # noqa: E402  (no window is there to draw in)
-from matplotlib.colors import SymLogNorm  # noqa: E402
 
 
 def draw_heatmap(sensitivity: Sensitivity, path: Path) -> None:
@@ -21,19 +18,14 @@ def draw_heatmap(sensitivity: Sensitivity, path: Path) -> None:
     if map_of_steps.empty:
         raise LabError(f"{path}: no member moves any figure, there is nothing to draw")
     strongest = max(float(np.abs(map_of_steps.to_numpy()).max()), 1.0)
-    size = (2.5 + 0.6 * map_of_steps.shape[1], 1.5 + 0.4 * map_of_steps.shape[0])
-    figure, axes = pyplot.subplots(figsize=size, layout="constrained")
-    image = axes.imshow(map_of_steps, cmap="RdBu_r", norm=SymLogNorm(1, vmin=-strongest, vmax=strongest), aspect="auto")
-    axes.set_xticks(range(map_of_steps.shape[1]), map_of_steps.columns, rotation=45, ha="right")
-    axes.set_yticks(range(map_of_steps.shape[0]), map_of_steps.index)
-    for (row, column), steps in np.ndenumerate(map_of_steps.to_numpy()):
-        if abs(steps) >= 1:
-            colour = "white" if abs(steps) > strongest / 4 else "black"
-            axes.text(column, row, f"{steps:+.0f}", ha="center", va="center", fontsize=7, color=colour)
-    figure.colorbar(image, label="steps of the resolution, from end to end of the range")
-    try:
-        figure.savefig(path)
-    except (OSError, ValueError) as fault:
-        raise LabError(f"{path}: {fault}") from None
-    finally:
-        pyplot.close(figure)
+    rows, columns = map_of_steps.shape
+    colours = SymLogNorm(1, vmin=-strongest, vmax=strongest)
+    with drawing(path, 2.5 + 0.6 * columns, 1.5 + 0.4 * rows) as (figure, axes):
+        image = axes.imshow(map_of_steps, cmap="RdBu_r", norm=colours, aspect="auto")
+        axes.set_xticks(range(columns), map_of_steps.columns, rotation=45, ha="right")
+        axes.set_yticks(range(rows), map_of_steps.index)
+        for (row, column), steps in np.ndenumerate(map_of_steps.to_numpy()):
+            if abs(steps) >= 1:
+                colour = "white" if abs(steps) > strongest / 4 else "black"
+                axes.text(column, row, f"{steps:+.0f}", ha="center", va="center", fontsize=7, color=colour)
+        figure.colorbar(image, label="steps of the resolution, from end to end of the range")

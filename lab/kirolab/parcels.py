@@ -7,6 +7,7 @@ from functools import lru_cache
 from pathlib import Path
 
 from kirolab.engine import Engine, Patience, SimulationEngine
+from kirolab.errors import LabError
 from kirolab.programs import Programs, checksum_of, find_programs
 from kirolab.runs import Outcome, Unit
 from kirolab.scenes import Scene
@@ -48,6 +49,10 @@ def contents_of(path: Path) -> tuple[str, bytes]:
 
 def parcel_of(unit: Unit, patience: Patience, build: str) -> tuple[Parcel, list[bytes]]:
     """A parcel, and the contents of its files. A scene finds its panoramas from where it lies itself."""
+    for name in filter(os.path.isabs, unit.scene.panorama_names):
+        raise LabError(
+            f"{unit.scene.file}: panorama {name}: expected a path from the scene's folder, to go to a cluster"
+        )
     scene_files = [Path(os.path.abspath(file)) for file in [unit.scene.file, *unit.scene.panoramas]]
     shared = os.path.commonpath([file.parent for file in scene_files])
     contents = [contents_of(unit.tuning.file), *(contents_of(file) for file in scene_files)]

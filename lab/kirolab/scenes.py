@@ -40,9 +40,13 @@ class Scene:
         return [PLAIN, *variants] if isinstance(variants, dict) else [PLAIN]
 
     @cached_property
+    def panorama_names(self) -> list[str]:
+        """Files that the scene looks into, in any variant, as it names them: from where it lies itself."""
+        return sorted(set(panorama_files(self._tree)))
+
+    @cached_property
     def panoramas(self) -> list[Path]:
-        """Files that the scene looks into, in any variant."""
-        return sorted({(self.file.parent / file) for file in panorama_files(self._tree)})
+        return [self.file.parent / name for name in self.panorama_names]
 
     @cached_property
     def checksum(self) -> str:

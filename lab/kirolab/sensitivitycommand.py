@@ -7,7 +7,7 @@ from typing import Any
 
 from kirolab.errors import LabError
 from kirolab.session import SEEDS_OF_SEARCH, Session
-from kirolab.table import check_table_name, write_table
+from kirolab.table import check_picture_name, check_table_name, write_table
 
 POINTS = 5
 STRONGEST = 4  # figures that are printed for each member
@@ -36,8 +36,8 @@ def run(options: argparse.Namespace) -> int:
     check_table_name(options.output)
     if options.points < 2:
         raise LabError(f"--points {options.points}: expected at least 2")
-    if options.picture is not None and not options.picture.parent.is_dir():
-        raise LabError(f"{options.picture}: no folder {options.picture.parent}")
+    if options.picture is not None:
+        check_picture_name(options.picture)
     with Session(options, options.corpus) as session:
         if not options.seeds:
             seeds = session.corpus.seeds[:SEEDS_OF_SEARCH]

@@ -12,6 +12,7 @@ from kirolab.runs import Figure, Run
 
 COLUMNS = ["tuning", "scene", "variant", "seed", "figure", "of", "at", "value", "unit"]
 PARQUET_ENGINES = ("pyarrow", "fastparquet")
+PICTURES = (".png", ".svg")
 
 
 def table_of(results: Iterable[tuple[Run, list[Figure]]]) -> pd.DataFrame:
@@ -37,6 +38,17 @@ def check_table_name(path: Path) -> None:
         raise LabError(f"{path}: expected a name that ends with .csv or .parquet")
     if path.suffix == ".parquet" and not any(importlib.util.find_spec(name) for name in PARQUET_ENGINES):
         raise LabError(f"{path}: pandas has no engine for Parquet here ({' or '.join(PARQUET_ENGINES)}), expected .csv")
+    check_folder(path)
+
+
+def check_picture_name(path: Path) -> None:
+    """As that of a table."""
+    if path.suffix not in PICTURES:
+        raise LabError(f"{path}: expected a name that ends with {' or '.join(PICTURES)}")
+    check_folder(path)
+
+
+def check_folder(path: Path) -> None:
     if not path.parent.is_dir():
         raise LabError(f"{path}: no folder {path.parent}")
 

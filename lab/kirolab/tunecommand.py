@@ -11,7 +11,7 @@ from kirolab.errors import LabError
 from kirolab.programs import checksum_of
 from kirolab.session import SEEDS_OF_SEARCH, Session
 from kirolab.space import Space
-from kirolab.table import check_table_name, write_table, write_text
+from kirolab.table import check_folder, check_picture_name, check_table_name, write_table, write_text
 from kirolab.tunings import PATCH_MARK, Tuning
 
 
@@ -33,7 +33,7 @@ def add_parser(commands: Any, common: argparse.ArgumentParser) -> None:
     parser.add_argument("--sampler-seed", type=int, help="for trials that can be had again, with --jobs 1")
     parser.add_argument("--pick", type=int, help="make the patch of this trial, not of the best", metavar="TRIAL")
     parser.add_argument("--front", type=Path, help="write the trials of the front, .csv or .parquet", metavar="FILE")
-    parser.add_argument("--picture", type=Path, help="draw trials and front by two objectives", metavar="FILE")
+    parser.add_argument("--picture", type=Path, help="draw trials and front (.png, .svg)", metavar="FILE")
     parser.set_defaults(do=run)
 
 
@@ -44,11 +44,11 @@ def run(options: argparse.Namespace) -> int:
 
     if options.held_out:
         raise LabError("--held-out: held-out scenes are never tuned on, expected them in kirolab compare")
-    for path in [options.output, options.front, options.picture]:
-        if path is not None and not path.parent.is_dir():
-            raise LabError(f"{path}: no folder {path.parent}")
+    check_folder(options.output)
     if options.front is not None:
         check_table_name(options.front)
+    if options.picture is not None:
+        check_picture_name(options.picture)
     with Session(options, options.corpus) as session:
         (tuning,) = session.read_tunings([options.tuning])
         space = session.read_space(options.space, tuning)

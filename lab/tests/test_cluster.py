@@ -15,10 +15,12 @@ from kirolab.corpus import Corpus, read_corpus
 from kirolab.engine import Patience
 from kirolab.errors import LabError
 from kirolab.executor import Executor, Result, local_executor
+from kirolab.parcels import parcel_of
 from kirolab.programs import Programs, find_programs
 from kirolab.runs import Unit
+from kirolab.scenes import Scene
 from kirolab.store import ResultStore
-from kirolab.tunings import TuningShelf
+from kirolab.tunings import Tuning, TuningShelf
 from tests.clusterprocesses import ClusterProcesses
 
 SOURCES = Path(__file__).resolve().parents[2]
@@ -162,3 +164,11 @@ def test_the_command_takes_a_cluster(
     assert len(pd.read_csv(tmp_path / "out.csv")["variant"].unique()) == 10
     assert main([*arguments, "--cluster", "tcp://127.0.0.1:9"]) == 1
     assert capsys.readouterr().err.startswith("kirolab: tcp://127.0.0.1:9: no scheduler there")
+
+
+def test_a_panorama_that_only_this_machine_finds_is_refused(tmp_path: Path) -> None:
+    scene = tmp_path / "room.yaml"
+    scene.write_text("panorama: {file: /lights/city.hdr}\n")
+    unit = Unit(Tuning("phone", PHONE, "", ()), Scene(scene), ("plain",), (1,))
+    with pytest.raises(LabError, match="room.yaml: panorama /lights/city.hdr: expected a path from"):
+        parcel_of(unit, Patience(), "build")

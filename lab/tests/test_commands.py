@@ -94,6 +94,14 @@ def test_bad_input_is_one_line(
     assert not Path("out.csv").exists()
 
 
+def test_a_picture_is_named_before_the_work(corpus: str, capsys: pytest.CaptureFixture[str]) -> None:
+    Path("space.yaml").write_text(f"members: [{{name: speed, member: '{SPEED}'}}]\n")
+    common = ["space.yaml", "--tuning", str(PHONE), "--corpus", corpus, "--picture", "front.jpeg"]
+    for command in (["tune", *common, "-o", "best.yaml"], ["sensitivity", *common, "-o", "effects.csv"]):
+        assert main(command) == 1
+        assert capsys.readouterr().err == "kirolab: front.jpeg: expected a name that ends with .png or .svg\n"
+
+
 def test_the_script_finds_its_package(tmp_path: Path) -> None:
     script = SOURCES / "lab/bin/kirolab"
     for words, status in ((["--help"], 0), (["walk"], 2)):
