@@ -7,6 +7,7 @@ from typing import Any
 import pandas as pd
 
 from kirolab.comparison import BETTER, EQUAL, WORSE, BarResult, Comparison
+from kirolab.cost import WHOLE_RUN
 from kirolab.scenes import PLAIN
 from kirolab.tunings import compile_command
 
@@ -28,7 +29,8 @@ def scene_name(row: Any) -> str:
 
 def stretch_name(row: Any) -> str:
     """Such as "settle of step at 4 s in natural step+2"."""
-    of = "the run" if row["of"] == "run" else f"{row['of']} at {row['at']:g} s"
+    stretch, comma, what = row["of"].partition(",")
+    of = f"the run{comma}{what}" if stretch == WHOLE_RUN else f"{row['of']} at {row['at']:g} s"
     return f"{row['figure']} of {of} in {scene_name(row)}"
 
 

@@ -11,10 +11,15 @@ BAR_COST = 10.0  # of a bar that is missed by as much again as it allows: more t
 MOST_TIMES = 5.0  # that one bar counts: one that is out of reach does not drown the others
 
 
+def is_whole_run(of: pd.Series) -> pd.Series:
+    """Which rows are of a whole run rather than of a stretch: of a second camera's or a detector's, too."""
+    return (of == WHOLE_RUN) | of.astype(str).str.startswith(f"{WHOLE_RUN}, ")
+
+
 def cost_weights(rows: pd.DataFrame, corpus: Corpus) -> pd.Series:
     """What one unit of each row's figure costs. The whole run counts nothing by itself: its stretches do."""
     weights = rows["figure"].map(corpus.weights).fillna(0.0) * rows["scene"].map(corpus.scene_weights).fillna(1.0)
-    return weights.where(rows["of"] != WHOLE_RUN, 0.0)
+    return weights.mask(is_whole_run(rows["of"]), 0.0)
 
 
 def cost_by_seed(table: pd.DataFrame, corpus: Corpus, column: str = "value") -> npt.NDArray[np.float64]:

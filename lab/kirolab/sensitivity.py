@@ -7,7 +7,7 @@ import pandas as pd
 
 from kirolab.comparison import pairs_of
 from kirolab.corpus import Corpus
-from kirolab.cost import WHOLE_RUN, cost_by_seed, violation
+from kirolab.cost import cost_by_seed, is_whole_run, violation
 from kirolab.space import Dimension, Space
 from kirolab.tunings import Tuning
 
@@ -72,7 +72,7 @@ def sensitivity_of(table: pd.DataFrame, points: list[SweepPoint], tuning: Tuning
 
 def figure_means(table: pd.DataFrame, corpus: Corpus) -> pd.Series:
     """Over all stretches, by figure and unit."""
-    rows = table[table["of"] != WHOLE_RUN]
+    rows = table[~is_whole_run(table["of"])]
     return rows["value"].fillna(corpus.never).groupby([rows["figure"], rows["unit"]], sort=False).mean()
 
 

@@ -9,6 +9,7 @@ from kirolab.comparejson import comparison_json
 from kirolab.comparetext import comparison_text
 from kirolab.comparison import BETTER, EQUAL, WORSE, Comparison, compare_tables
 from kirolab.corpus import Corpus
+from kirolab.cost import cost_by_seed
 
 Table = Callable[..., pd.DataFrame]
 CORPUS = "scenes: [lamp.yaml, room.yaml]\nweights: {kick: 10, settle: 0.1}\n"
@@ -61,6 +62,14 @@ def test_bars_decide_before_all_else(table: Table, corpus_of: Callable[[str], Co
     assert overall((0.03, 0.02), (4, 4)).verdict == BETTER
     assert overall((0.03, 0.02), (4, 5)).verdict == EQUAL  # 0.1 for a frame, 10 for an EV
     assert overall((0.04, 0.04), (4, 4)).verdict == EQUAL
+
+
+def test_a_second_camera_costs_as_the_first_one_does(table: Table, corpus: Corpus) -> None:
+    # Stretches count, whole runs do not: whoever they are of.
+    whole = [table("a", [0.5] * 4, of=of) for of in ("run", "run, camera 2", "run, detector 1")]
+    stretches = [table("a", [value] * 4, of=of) for value, of in ((0.01, "still"), (0.03, "still, camera 2"))]
+    costs = cost_by_seed(pd.concat(whole + stretches), corpus)
+    assert costs.tolist() == pytest.approx([0.2] * 4)  # 10 an EV, of the mean
 
 
 def test_a_bar_is_about_its_patterns_and_wider_for_held_out_scenes(

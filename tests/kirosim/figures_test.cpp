@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/kirosim/simulationrun.h"
+#include "tests/support/temporaryfile.h"
 #include "tools/kirosim/figures/figurepage.h"
 #include "tools/kirosim/figures/leastloss.h"
 #include "tools/kirosim/figures/runfigures.h"
@@ -22,6 +23,24 @@ namespace
 {
 
 constexpr DOUBLE FPS = 30.0;
+
+/// @return the only such figure
+const Figure& FindFigure(const std::vector<Figure>& rFigures, FigureId id, const std::string& rOf, DOUBLE at,
+                         const std::string& rSubject)
+{
+    static const Figure none{};
+    const Figure*       pFound = nullptr;
+    for (const Figure& rFigure : rFigures)
+    {
+        if (rFigure.id == id && rFigure.of == rOf && std::abs(rFigure.at - at) < 1e-9 && rFigure.subject == rSubject)
+        {
+            EXPECT_EQ(pFound, nullptr) << RowOf(id).pName << " is there twice";
+            pFound = &rFigure;
+        }
+    }
+    EXPECT_NE(pFound, nullptr) << RowOf(id).pName << " of " << rOf << " at " << at;
+    return (pFound != nullptr) ? *pFound : none;
+}
 
 /// A camera that decides what the test says.
 struct HandMadeRun
@@ -69,22 +88,9 @@ struct HandMadeRun
         return record;
     }
 
-    /// @return the only such figure
     const Figure& Find(FigureId id, const std::string& rOf, DOUBLE at = 0.0, const std::string& rSubject = "") const
     {
-        static const Figure none{};
-        const Figure*       pFound = nullptr;
-        for (const Figure& rFigure : figures)
-        {
-            if (rFigure.id == id && rFigure.of == rOf && std::abs(rFigure.at - at) < 1e-9 &&
-                rFigure.subject == rSubject)
-            {
-                EXPECT_EQ(pFound, nullptr) << RowOf(id).pName << " is there twice";
-                pFound = &rFigure;
-            }
-        }
-        EXPECT_NE(pFound, nullptr) << RowOf(id).pName << " of " << rOf << " at " << at;
-        return (pFound != nullptr) ? *pFound : none;
+        return FindFigure(figures, id, rOf, at, rSubject);
     }
 
     DOUBLE Value(FigureId id, const std::string& rOf, DOUBLE at = 0.0, const std::string& rSubject = "") const
@@ -326,6 +332,82 @@ TEST(Figures, DetectorsAndFlagsAreTimedFromTheChange)
     EXPECT_FALSE(run.Find(FigureId::DetectorDelay, "step", 4.0, "detector 2").value.has_value());
     EXPECT_EQ(run.Value(FigureId::DetectorDelay, "run", 0.0, "detector 1"), 7.0);
     EXPECT_EQ(run.Value(FigureId::MonitorDelay, "step", 4.0, "low-light snapshot"), 12.0);
+}
+
+TEST(Figures, TheWatchOfTheDelayIsTimedFromTheFirstChangeOfAStop)
+{
+    Scene scene             = StepScene(1.0);
+    scene.sensor.delayError = -1;
+    // 10 ms to 5 ms in three decisions; the frame behind StepFrame by two and the latency of three shows the last one.
+    const auto   halved      = AfterStep({8e6, 6e6, 5e6});
+    const UINT64 changeFrame = StepFrame + 2 + 3 + 1;
+    const auto   seesFrom    = [](UINT64 frame)
+    {
+        return [frame](FrameRecord& rRecord)
+        {
+            // It takes a wrong one for the true one, twice.
+            const bool isWrong = (rRecord.frame >= 20 && rRecord.frame < 30) || rRecord.frame == 40;
+            rRecord.delay.seen = isWrong ? std::optional<UINT8>(2) : std::nullopt;
+            if (rRecord.frame >= frame)
+            {
+                rRecord.delay.seen = 3;
+            }
+        };
+    };
+    const HandMadeRun late(scene, halved, halved, seesFrom(changeFrame + 4));
+    EXPECT_EQ(late.Value(FigureId::DelayFound, "run"), 4.0);
+    EXPECT_EQ(late.Value(FigureId::FalseAlarms, "run"), 2.0);
+    const HandMadeRun early(scene, halved, halved, seesFrom(changeFrame - 1));
+    EXPECT_EQ(early.Value(FigureId::DelayFound, "run"), 0.0);
+    const HandMadeRun never(scene, halved, halved, seesFrom(999));
+    EXPECT_FALSE(never.Find(FigureId::DelayFound, "run").value.has_value());
+
+    const auto isAsked = [](const HandMadeRun& rRun)
+    {
+        return std::any_of(rRun.figures.begin(), rRun.figures.end(),
+                           [](const Figure& rFigure) { return rFigure.id == FigureId::DelayFound; });
+    };
+    const auto nearly = AfterStep({8e6, 6e6, 5.5e6});
+    EXPECT_FALSE(isAsked(HandMadeRun(scene, nearly, nearly))) << "less than a stop";
+    scene.sensor.delayError = 0;
+    const HandMadeRun right(scene, halved, halved);
+    EXPECT_FALSE(isAsked(right));
+    EXPECT_EQ(right.Value(FigureId::FalseAlarms, "run"), 0.0);
+}
+
+TEST(Figures, TheSecondCameraHasItsOwn)
+{
+    const TemporaryFile file("figures_test.yaml");
+    const Scene         scene =
+        ReadScene(file.Write(std::string("lux: 100\nframes: 240\nlight: [{time: 4, ev: 1}]\nsecond: {role: slave}\n"
+                                         "events: [{time: 2, camera: second, ev: 6}]\n")),
+                  "");
+    const auto        first  = AfterStep({5e6});
+    const auto        second = AfterStep({8e6, 6e6, 4.5e6, 5e6});
+    const HandMadeRun maker(scene, first, first);
+    RunReport         report(maker.scene, true);
+    for (UINT32 index = 0; index < scene.frames; ++index)
+    {
+        const UINT32 decidedIn = std::max(index, maker.Latency()) - maker.Latency();
+        report.AddSecond(maker.RecordOf(index, second(decidedIn), first(index)));
+        report.Add(maker.RecordOf(index, first(decidedIn), first(index)));
+    }
+    const std::vector<Figure> figures = report.Figures();
+    const auto                value   = [&](FigureId id, const std::string& rOf, DOUBLE at, const std::string& rSubject)
+    { return FindFigure(figures, id, rOf, at, rSubject).value.value_or(std::nan("")); };
+    EXPECT_EQ(value(FigureId::Settle, "step", 4.0, ""), 0.0);
+    EXPECT_EQ(value(FigureId::Settle, "step", 4.0, "camera 2"), 3.0);
+    EXPECT_EQ(value(FigureId::Settle, "run", 0.0, "camera 2"), 3.0);
+    EXPECT_EQ(value(FigureId::Settle, "event", 2.0, "camera 2"), 0.0);
+    EXPECT_NEAR(value(FigureId::Overshoot, "run", 0.0, "camera 2"), std::log2(5.0 / 4.5), 1e-9);
+    EXPECT_EQ(value(FigureId::Overshoot, "run", 0.0, ""), 0.0);
+    EXPECT_NE(ToJsonLine(report.Facts()).find("{\"figure\": \"settle\", \"of\": \"step, camera 2\", \"at\": 4, "),
+              std::string::npos);
+    EXPECT_EQ(
+        std::count_if(figures.begin(), figures.end(), [](const Figure& rFigure) { return rFigure.of == "event"; }),
+        std::count_if(figures.begin(), figures.end(),
+                      [](const Figure& rFigure) { return rFigure.of == "event" && rFigure.subject == "camera 2"; }))
+        << "nobody has asked the first one for anything";
 }
 
 TEST(Figures, StretchesComeFromTheSceneAndNotFromTheTuning)

@@ -228,10 +228,7 @@ VOID RunFrames(const RunOptions& rOptions, const Scene& rScene, Simulation& rSim
     rSimulation.Run(
         [&](const FrameRecord& rRecord)
         {
-            if (rReport.IsViewDue(rRecord))
-            {
-                rReport.Look(rRecord, rSimulation.MainCamera().View());
-            }
+            rReport.Show(rRecord, rSimulation.MainCamera());
             rReport.Add(rRecord);
             rFiles.Add(rRecord);
             if (rPage.has_value())
@@ -246,6 +243,7 @@ VOID RunFrames(const RunOptions& rOptions, const Scene& rScene, Simulation& rSim
         },
         [&](const FrameRecord& rRecord)
         {
+            rReport.ShowSecond(rRecord, *rSimulation.SecondCamera());
             rReport.AddSecond(rRecord);
             rFiles.AddSecond(rRecord);
             if (rPage.has_value())

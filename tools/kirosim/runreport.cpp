@@ -25,6 +25,16 @@ std::string FormatRoundSteps(UINT64 round, const std::vector<StepResult>& rSteps
     return text;
 }
 
+/// What is said of the second camera names it.
+std::vector<Figure> OfSecondCamera(std::vector<Figure> figures)
+{
+    for (Figure& rFigure : figures)
+    {
+        rFigure.subject += rFigure.subject.empty() ? "camera 2" : ", camera 2";
+    }
+    return figures;
+}
+
 }  // namespace
 
 RunReport::RunReport(const Scene& rScene, bool isMeasured)
@@ -33,6 +43,10 @@ RunReport::RunReport(const Scene& rScene, bool isMeasured)
     if (isMeasured)
     {
         m_figures.emplace(rScene);
+    }
+    if (isMeasured && rScene.pSecond != nullptr)
+    {
+        m_secondFigures.emplace(*rScene.pSecond);
     }
 }
 
@@ -58,9 +72,21 @@ VOID RunReport::Add(const FrameRecord& rRecord)
 VOID RunReport::AddSecond(const FrameRecord& rRecord)
 {
     m_secondControl.Add(rRecord.decided);
+    if (m_secondFigures.has_value())
+    {
+        m_secondFigures->Add(rRecord);
+    }
     for (const auto& pReport : m_reports)
     {
         pReport->AddSecond(rRecord);
+    }
+}
+
+VOID RunReport::ShowTo(std::optional<RunFigures>& rFigures, const FrameRecord& rRecord, const Camera& rCamera)
+{
+    if (rFigures.has_value() && rFigures->IsViewDue(rRecord))
+    {
+        rFigures->Look(rRecord, rCamera.View());
     }
 }
 
@@ -76,6 +102,10 @@ VOID RunReport::EndRound()
     {
         m_figures->BeginRound();
     }
+    if (m_secondFigures.has_value())
+    {
+        m_secondFigures->BeginRound();
+    }
     m_reports = ReportsOf(m_rScene);
     m_frames  = 0;
 }
@@ -88,7 +118,13 @@ std::vector<Figure> RunReport::RoundFigures() const
         const std::vector<Figure> figures = pReport->Figures();
         others.insert(others.end(), figures.begin(), figures.end());
     }
-    return m_figures.has_value() ? m_figures->Finish(std::move(others)) : std::vector<Figure>();
+    std::vector<Figure> all = m_figures.has_value() ? m_figures->Finish(std::move(others)) : std::vector<Figure>();
+    if (m_secondFigures.has_value())
+    {
+        const std::vector<Figure> second = OfSecondCamera(m_secondFigures->Finish({}));
+        all.insert(all.end(), second.begin(), second.end());
+    }
+    return all;
 }
 
 std::vector<Figure> RunReport::Figures() const

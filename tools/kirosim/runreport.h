@@ -20,20 +20,20 @@ public:
 
     VOID Add(const FrameRecord& rRecord);
 
-    /// Whether the figures need to see what the frame shows that is added next.
-    bool IsViewDue(const FrameRecord& rRecord) const
-    {
-        return m_figures.has_value() && m_figures->IsViewDue(rRecord);
-    }
-
-    /// @param rView of the frame that is added next, if one is due
-    VOID Look(const FrameRecord& rRecord, const SensorView& rView)
-    {
-        m_figures->Look(rRecord, rView);
-    }
-
     /// Sees each frame of the second camera, before the first one's of the same time.
     VOID AddSecond(const FrameRecord& rRecord);
+
+    /// Shows the figures what a frame of a camera sees, if they need it: before the frame is added.
+    VOID Show(const FrameRecord& rRecord, const Camera& rCamera)
+    {
+        ShowTo(m_figures, rRecord, rCamera);
+    }
+
+    /// The same for the second camera.
+    VOID ShowSecond(const FrameRecord& rRecord, const Camera& rCamera)
+    {
+        ShowTo(m_secondFigures, rRecord, rCamera);
+    }
 
     /// One line per step of the light in the round that the last frame has ended; empty within a round.
     const std::string& RoundLines() const
@@ -67,6 +67,8 @@ private:
 
     VOID EndRound();
 
+    static VOID ShowTo(std::optional<RunFigures>& rFigures, const FrameRecord& rRecord, const Camera& rCamera);
+
     /// @param rSummary the lines on the control of exposure
     std::string FormatWith(const std::string& rSummary) const;
 
@@ -92,7 +94,8 @@ private:
     std::string               m_roundLines;
     std::optional<RunSummary> m_lastRound;
     Reports                   m_lastReports;
-    std::optional<RunFigures> m_figures;  ///< none unless they are wanted
+    std::optional<RunFigures> m_figures;        ///< none unless they are wanted
+    std::optional<RunFigures> m_secondFigures;  ///< of the second camera; none without it
     std::vector<Figure>       m_lastFigures;
 };
 

@@ -161,7 +161,8 @@ struct Scene
     std::optional<StartPlan> start;         ///< none for the fixed start
     DOUBLE                   CCT = 5000.0;  ///< of the light at first, K
 
-    /// The same scene as the second camera sees it, with its own sensor, pattern and setup; null if there is none.
+    /// The same scene as the second camera sees it, with its own sensor, pattern, setup and events; null if there is
+    /// none.
     std::shared_ptr<const Scene> pSecond;
 
     /// Light at a time, EV relative to lux, without ripple. A panorama's is that of its mean.

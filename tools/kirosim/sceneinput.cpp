@@ -54,6 +54,21 @@ const SceneTable<Scene>& SecondTable()
     return table;
 }
 
+/// What happens to the second camera, as its own; the colour of the light is that of both.
+std::vector<Event> EventsOfSecond(const std::vector<Event>& rEvents)
+{
+    std::vector<Event> events;
+    for (const Event& rEvent : rEvents)
+    {
+        if (rEvent.isForSecond || rEvent.CCT.has_value())
+        {
+            events.push_back(rEvent);
+            events.back().isForSecond = false;
+        }
+    }
+    return events;
+}
+
 class SceneReader
 {
 public:
@@ -80,7 +95,7 @@ public:
         auto pSecond    = std::make_shared<Scene>(rScene);
         pSecond->camera = {};
         pSecond->start.reset();
-        pSecond->events.clear();
+        pSecond->events = EventsOfSecond(rScene.events);
         ++pSecond->seed;
         for (const YAML::Node& rNode : m_seconds)
         {

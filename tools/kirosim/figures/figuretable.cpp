@@ -65,6 +65,12 @@ constexpr FigureRow FigureRows[] = {
     {"monitorDelay", "frames", "step, turn, ramp", OverRun::Worst,
      "From the first frame of the change until a flag for capture decisions changes. Given for each flag that does "
      "up to the next change."},
+    {"delayFound", "frames", "run alone", OverRun::Frames,
+     "From the first frame whose exposure is 1 EV from that of one in the second before it until the host's watch "
+     "knows the sensor's true pipeline delay: 0 if it did before, `null` if it does not in the run. Given if the host "
+     "was told a wrong one and the exposure has changed so."},
+    {"falseAlarms", "times", "run alone", OverRun::Frames,
+     "How often the host's watch comes to believe in a pipeline delay that is not the sensor's."},
     {"flashError", "EV", "flash", OverRun::Worst, "Distance of the near part's luma from its target in a picture."},
     {"pairDifference", "EV", "pair", OverRun::Worst,
      "Distance of the pictures of two cameras from each other, mean of the last 10 frames of a stretch between "
@@ -102,7 +108,7 @@ Each is an object `{"figure", "of", "at", "value", "unit"}`:
   appears or goes), `event` (the user has asked for something), `ramp` (of the light), `turn` (the camera or an object
   moves, or a cut fades) or `still` (from a second behind any of these on, if it lasts for a second more), each up to the
   next change; `flash` for a picture with flash; `pair` for two cameras. `run` is the whole of it. What watches the
-  scene stands behind a comma: `step, detector 1`.
+  scene stands behind a comma, and so does the second camera of two: `step, detector 1`, `step, camera 2`.
 - `at` is the time of the change in the scene, in seconds: the same for every tuning. A run has 0.
 - `value` is `null` for what was never reached.
 

@@ -32,6 +32,8 @@ enum class FigureId
     Banding,
     DetectorDelay,
     MonitorDelay,
+    DelayFound,
+    FalseAlarms,
     FlashError,
     PairDifference,
     Count

@@ -46,13 +46,14 @@ SceneSpan ReachOf(const std::vector<SceneSpan>& rSpans, size_t index)
 
 }  // namespace
 
-RunFigures::RunFigures(const Scene& rScene) : m_rScene(rScene), m_light(rScene)
+RunFigures::RunFigures(const Scene& rScene) : m_rScene(rScene), m_light(rScene), m_alarms(rScene)
 {
 }
 
 VOID RunFigures::Add(const FrameRecord& rRecord)
 {
     m_light.Advance();
+    m_alarms.Add(rRecord);
     if (IsPreview(rRecord))
     {
         SetOutcome(rRecord);
@@ -84,6 +85,7 @@ VOID RunFigures::BeginRound()
         m_lastOfRoundBefore = InstantOf(m_samples.back());
     }
     m_samples.clear();
+    m_alarms.BeginRound();
 }
 
 std::vector<Figure> RunFigures::Finish(std::vector<Figure> others) const
@@ -120,6 +122,7 @@ std::vector<Figure> RunFigures::Finish(std::vector<Figure> others) const
     }
     std::move(others.begin(), others.end(), std::back_inserter(figures));
     AddWorst(figures);
+    m_alarms.AddTo(figures);
     measure.AddShares(WholeRun, {SpanKind::Rest, 0.0, 0.0, 0, samples.size()}, figures);
     return figures;
 }

@@ -2,6 +2,7 @@
 /// The figures of merit of a run, gathered frame by frame.
 #pragma once
 
+#include "tools/kirosim/figures/delayalarms.h"
 #include "tools/kirosim/figures/figure.h"
 #include "tools/kirosim/figures/lightwatch.h"
 #include "tools/kirosim/figures/runsample.h"
@@ -41,6 +42,7 @@ private:
 
     const Scene&                m_rScene;
     LightWatch                  m_light;
+    DelayAlarms                 m_alarms;
     std::vector<RunSample>      m_samples;
     UINT64                      m_sessionBegin = 0;   ///< first frame of the session
     std::optional<SceneInstant> m_lastOfRoundBefore;  ///< none in the first round
