@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 
 namespace
 {
@@ -11,34 +12,16 @@ constexpr UINT64 GapMax = 3;
 
 // Regions that show the light as it is, shares of full scale: neither in the noise nor with clipped samples.
 constexpr FLOAT LumaMin = 0.01f;
-constexpr FLOAT LumaMax = 0.9f;
+constexpr FLOAT LumaMax = 0.6f;
 
 /// Least number of such regions.
 constexpr size_t RegionsMin = 16;
 
-/// Two delays are told apart by frames for which their predictions differ by as much, EV.
-constexpr DOUBLE DifferenceMin = 0.02;
+/// A step of the exposure is one change; more than one must have missed.
+constexpr DelayEvidence::Scale ChangeScale = {0.02, 0.06, 1.25};
 
-/// A difference weighs up to this, EV: larger ones are no surer.
-constexpr DOUBLE WeightMax = 0.06;
-
-/// Sum of the misses from which on a delay is given up: more than one frame that it misses altogether.
-constexpr DOUBLE Evidence = 1.25 * WeightMax * WeightMax;
-
-/// A delay that is believed may have missed by this share of what the others have.
-constexpr DOUBLE ShareMax = 0.2;
-
-/// What is left of a frame's weight when another one with a change has come.
-constexpr DOUBLE Memory = 0.98;
-
-/// How far off a prediction is, measured by how much the other one differs: where samples are clipped, the picture
-/// changes by less than the exposure. What is off by more is light that has changed by itself, and counts no more.
-DOUBLE MissOf(DOUBLE off, DOUBLE difference)
-{
-    const DOUBLE share = std::min(std::abs(off / difference), 1.0);
-    const DOUBLE miss  = share * std::min(std::abs(difference), WeightMax);
-    return miss * miss;
-}
+/// A step bends the change twice, there and back. No light that moves steadily is in the bends: smaller ones tell.
+constexpr DelayEvidence::Scale BendScale = {0.01, 0.03, 2.5};
 
 /// Without tuning an exposure may be 0.
 DOUBLE EVOf(DOUBLE exposure)
@@ -57,7 +40,16 @@ size_t RegionsOf(const KIROCntStatsOut& rGrid)
     return static_cast<size_t>(rGrid.resolution.width) * rGrid.resolution.height;
 }
 
+bool IsShown(FLOAT luma)
+{
+    return luma >= LumaMin && luma <= LumaMax;
+}
+
 }  // namespace
+
+DelayWatch::DelayWatch() : m_changes(ChangeScale), m_bends(BendScale)
+{
+}
 
 VOID DelayWatch::Restart(DOUBLE exposure)
 {
@@ -67,7 +59,10 @@ VOID DelayWatch::Restart(DOUBLE exposure)
 
 VOID DelayWatch::PassOver()
 {
-    m_frameBefore = 0;
+    for (Picture& rPicture : m_pictures)
+    {
+        rPicture.frameID = 0;
+    }
 }
 
 VOID DelayWatch::AddExposure(UINT64 frameID, DOUBLE exposure)
@@ -77,28 +72,68 @@ VOID DelayWatch::AddExposure(UINT64 frameID, DOUBLE exposure)
 
 VOID DelayWatch::AddStatistics(UINT64 frameID, const KIROCntStatsOut& rLuma)
 {
-    ByDelay<DOUBLE> predicted{};
-    if (m_frameBefore != 0 && frameID - m_frameBefore <= GapMax && Predict(frameID, predicted))
+    std::rotate(m_pictures.begin(), m_pictures.end() - 1, m_pictures.end());
+    Picture& rNewest   = m_pictures.front();
+    rNewest.frameID    = frameID;
+    rNewest.isCompared = false;
+    rNewest.luma.resize(RegionsOf(rLuma));
+    std::transform(rLuma.channelData.Data.pFData, rLuma.channelData.Data.pFData + rNewest.luma.size(),
+                   rNewest.luma.begin(), [scale = FullScaleOf(rLuma)](FLOAT luma) { return luma / scale; });
+    m_ratios.reserve(rNewest.luma.size());
+    if (IsBehind(0, GapMax))
     {
-        if (const std::optional<DOUBLE> change = ChangeOf(rLuma); change.has_value())
-        {
-            Compare(*change, predicted);
-        }
+        CompareChange();
     }
-    m_lumaBefore.assign(rLuma.channelData.Data.pFData, rLuma.channelData.Data.pFData + RegionsOf(rLuma));
-    m_ratios.reserve(m_lumaBefore.size());
-    m_frameBefore = frameID;
-}
-
-/// By how much the picture has changed since the one before, by delay, EV. @return whether delays differ in it
-bool DelayWatch::Predict(UINT64 frameID, ByDelay<DOUBLE>& rPredicted) const
-{
+    if (IsBehind(0, 1) && IsBehind(1, 1))
+    {
+        CompareBend();
+    }
     for (UINT8 delay = 1; delay <= DelayMax; ++delay)
     {
-        rPredicted[delay] = WrittenEV(frameID + 1 - delay) - WrittenEV(m_frameBefore + 1 - delay);
+        if (m_changes.IsBelieved(delay) || m_bends.IsBelieved(delay))
+        {
+            m_delay = delay;
+        }
     }
-    const auto [least, most] = std::minmax_element(rPredicted.begin() + 1, rPredicted.end());
-    return *most - *least >= DifferenceMin;
+}
+
+/// Whether there is a picture before one of the last, at most as many frames ago.
+bool DelayWatch::IsBehind(size_t picture, UINT64 gapMax) const
+{
+    const UINT64 before = m_pictures[picture + 1].frameID;
+    return before != 0 && m_pictures[picture].frameID - before <= gapMax;
+}
+
+VOID DelayWatch::CompareChange()
+{
+    const ByDelay predicted = PredictedChange(0);
+    if (m_changes.AreApart(predicted) && SeenChange(0).has_value())
+    {
+        m_changes.Add(*SeenChange(0), predicted);
+    }
+}
+
+VOID DelayWatch::CompareBend()
+{
+    ByDelay       predicted = PredictedChange(0);
+    const ByDelay before    = PredictedChange(1);
+    std::transform(predicted.begin(), predicted.end(), before.begin(), predicted.begin(), std::minus<>());
+    if (m_bends.AreApart(predicted) && SeenChange(0).has_value() && SeenChange(1).has_value())
+    {
+        m_bends.Add(*SeenChange(0) - *SeenChange(1), predicted);
+    }
+}
+
+/// How a picture has to differ from the one before, EV.
+DelayWatch::ByDelay DelayWatch::PredictedChange(size_t picture) const
+{
+    ByDelay predicted{};
+    for (UINT8 delay = 1; delay <= DelayMax; ++delay)
+    {
+        predicted[delay] =
+            WrittenEV(m_pictures[picture].frameID + 1 - delay) - WrittenEV(m_pictures[picture + 1].frameID + 1 - delay);
+    }
+    return predicted;
 }
 
 /// Of one of the last frames; the ring goes round, and so do frames of before the first one.
@@ -107,62 +142,31 @@ DOUBLE DelayWatch::WrittenEV(UINT64 frameID) const
     return m_exposures[frameID % m_exposures.size()];
 }
 
-/// How the picture has changed, EV: of the regions that show it, the one in the middle, since things move.
-std::optional<DOUBLE> DelayWatch::ChangeOf(const KIROCntStatsOut& rLuma)
+/// How a picture differs from the one before, EV: of the regions that show it, the one in the middle, since things
+/// move. Found when it is asked for, since a camera at rest need not know.
+const std::optional<DOUBLE>& DelayWatch::SeenChange(size_t picture)
 {
-    const size_t regions = RegionsOf(rLuma);
-    const FLOAT  scale   = FullScaleOf(rLuma);
-    const auto   isShown = [&](FLOAT luma) { return luma >= LumaMin * scale && luma <= LumaMax * scale; };
+    Picture&       rNow    = m_pictures[picture];
+    const Picture& rBefore = m_pictures[picture + 1];
+    if (rNow.isCompared)
+    {
+        return rNow.change;
+    }
+    rNow.isCompared = true;
     m_ratios.clear();
-    for (size_t region = 0; regions == m_lumaBefore.size() && region < regions; ++region)
+    for (size_t region = 0; rNow.luma.size() == rBefore.luma.size() && region < rNow.luma.size(); ++region)
     {
-        const FLOAT now = rLuma.channelData.Data.pFData[region];
-        if (isShown(now) && isShown(m_lumaBefore[region]))
+        if (IsShown(rNow.luma[region]) && IsShown(rBefore.luma[region]))
         {
-            m_ratios.push_back(now / m_lumaBefore[region]);
+            m_ratios.push_back(rNow.luma[region] / rBefore.luma[region]);
         }
     }
-    if (m_ratios.size() < RegionsMin)
+    rNow.change.reset();
+    if (m_ratios.size() >= RegionsMin)
     {
-        return std::nullopt;
+        const auto middle = m_ratios.begin() + static_cast<ptrdiff_t>(m_ratios.size() / 2);
+        std::nth_element(m_ratios.begin(), middle, m_ratios.end());
+        rNow.change = std::log2(static_cast<DOUBLE>(*middle));
     }
-    const auto middle = m_ratios.begin() + static_cast<ptrdiff_t>(m_ratios.size() / 2);
-    std::nth_element(m_ratios.begin(), middle, m_ratios.end());
-    return std::log2(static_cast<DOUBLE>(*middle));
-}
-
-VOID DelayWatch::Compare(DOUBLE change, const ByDelay<DOUBLE>& rPredicted)
-{
-    for (UINT8 delay = 1; delay <= DelayMax; ++delay)
-    {
-        for (UINT8 other = 1; other <= DelayMax; ++other)
-        {
-            DOUBLE&      rMisses    = m_misses[delay][other];
-            const DOUBLE difference = rPredicted[delay] - rPredicted[other];
-            if (std::abs(difference) >= DifferenceMin)
-            {
-                rMisses = Memory * rMisses + MissOf(change - rPredicted[delay], difference);
-            }
-        }
-    }
-    for (UINT8 delay = 1; delay <= DelayMax; ++delay)
-    {
-        if (IsBelieved(delay))
-        {
-            m_delay = delay;
-        }
-    }
-}
-
-bool DelayWatch::IsBelieved(UINT8 delay) const
-{
-    for (UINT8 other = 1; other <= DelayMax; ++other)
-    {
-        if (other != delay &&
-            (m_misses[other][delay] < Evidence || m_misses[delay][other] > ShareMax * m_misses[other][delay]))
-        {
-            return false;
-        }
-    }
-    return true;
+    return rNow.change;
 }

@@ -4,20 +4,23 @@
 /// A pipeline delay that is told wrong by a frame makes an exposure swing: the core takes statistics for those of
 /// another exposure. The true delay can be seen. When the exposure changes by so many stops, the picture changes by as
 /// many, some frames later; light that changes by itself does not keep to that. So each possible delay predicts by how
-/// much the picture changes from one frame to the next, and two delays are compared over the frames for which they
-/// predict different things. A delay is believed once it has come close in these, and each other one has missed.
+/// much the picture changes from one frame to the next. It also predicts how this change bends, from one frame to the
+/// next but one: light that moves steadily is in every change, but in no bend.
 #pragma once
 
 #include <array>
 #include <optional>
 #include <vector>
 
+#include "host/delayevidence.h"
 #include "interface/kirostats.h"
 
 class DelayWatch
 {
 public:
-    static constexpr UINT8 DelayMax = 10;  ///< frames
+    static constexpr UINT8 DelayMax = DelayEvidence::DelayMax;  ///< frames
+
+    DelayWatch();
 
     /// A session begins: nothing is on its way to the sensor any more. What was seen so far counts on.
     /// @param exposure that the sensor stands at, as in AddExposure
@@ -43,21 +46,29 @@ public:
     }
 
 private:
-    /// By delay; entry 0 is not used.
-    template <typename T> using ByDelay = std::array<T, DelayMax + 1>;
+    using ByDelay = DelayEvidence::ByDelay<DOUBLE>;
 
-    bool                  Predict(UINT64 frameID, ByDelay<DOUBLE>& rPredicted) const;
-    DOUBLE                WrittenEV(UINT64 frameID) const;
-    std::optional<DOUBLE> ChangeOf(const KIROCntStatsOut& rLuma);
-    VOID                  Compare(DOUBLE change, const ByDelay<DOUBLE>& rPredicted);
-    bool                  IsBelieved(UINT8 delay) const;
+    /// The luma of a frame.
+    struct Picture
+    {
+        UINT64             frameID = 0;  ///< 0 for none
+        std::vector<FLOAT> luma;         ///< regions, shares of full scale
 
-    std::array<DOUBLE, 16> m_exposures{};      ///< log2, by frame; those of before the session are what it began with
-    UINT64                 m_frameBefore = 0;  ///< whose picture is kept; 0 for none
-    std::vector<FLOAT>     m_lumaBefore;
+        bool                  isCompared = false;
+        std::optional<DOUBLE> change;  ///< since the picture before, EV; none if it does not show that
+    };
+
+    bool                         IsBehind(size_t picture, UINT64 gapMax) const;
+    ByDelay                      PredictedChange(size_t picture) const;
+    DOUBLE                       WrittenEV(UINT64 frameID) const;
+    const std::optional<DOUBLE>& SeenChange(size_t picture);
+    VOID                         CompareChange();
+    VOID                         CompareBend();
+
+    std::array<DOUBLE, 16> m_exposures{};  ///< log2, by frame; those of before the session are what it began with
+    std::array<Picture, 3> m_pictures;     ///< the last ones, newest first
     std::vector<FLOAT>     m_ratios;
-
-    /// How far the first delay missed in frames for which the second one predicts something else: squares of stops.
-    ByDelay<ByDelay<DOUBLE>> m_misses{};
-    std::optional<UINT8>     m_delay;
+    DelayEvidence          m_changes;
+    DelayEvidence          m_bends;
+    std::optional<UINT8>   m_delay;
 };

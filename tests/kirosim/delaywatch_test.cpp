@@ -2,12 +2,12 @@
 
 #include <cmath>
 #include <cstdarg>
-#include <filesystem>
 #include <gtest/gtest.h>
 
 #include "host/delaywatch.h"
+#include "tests/kirosim/examplescenes.h"
 #include "tests/kirosim/simulationrun.h"
-#include "tools/kirosim/faultreport.h"
+#include "tools/kirosim/figures/delayalarms.h"
 
 using namespace kirosim;
 
@@ -104,6 +104,35 @@ TEST(DelayWatch, LightThatChangesByItselfFoolsNobody)
     }
 }
 
+TEST(DelayWatch, LightThatMovesSteadilyDoesNotHideAnExposureThatFollowsInJerks)
+{
+    // 1 EV a second. The exposure stays for two, four or three frames, then makes up for them at once.
+    constexpr UINT32 waits[] = {2, 4, 3};
+    for (const UINT8 delay : {2, 3, 5})
+    {
+        WatchedCamera camera(delay);
+        DOUBLE        exposure = 0.0;
+        UINT32        moves    = 0;
+        UINT32        nextMove = waits[0];
+        for (UINT32 frame = 0; frame < 60; ++frame)
+        {
+            if (frame == nextMove)
+            {
+                exposure = frame / -30.0;
+                nextMove += waits[++moves % std::size(waits)];
+            }
+            EXPECT_EQ(camera.Run(exposure, frame / 30.0).value_or(delay), delay);
+        }
+        EXPECT_EQ(camera.m_watch.Delay(), delay);
+    }
+    // It follows evenly: whatever the delay, the picture stands still.
+    WatchedCamera even(3);
+    for (UINT32 frame = 0; frame < 60; ++frame)
+    {
+        EXPECT_FALSE(even.Run(frame / -30.0, frame / 30.0).has_value()) << frame;
+    }
+}
+
 TEST(DelayWatch, PicturesThatShowNothingAndFramesThatAreMissingTellNothing)
 {
     for (const DOUBLE lightEV : {6.0, -9.0})  // white, black
@@ -184,41 +213,43 @@ TEST(DelayWatch, ACorrectedDelayCostsOneBadStepAndThenNothing)
     }
 }
 
-TEST(DelayWatch, SeesAWrongDelayWithinTwoSecondsOfAStep)
+/// A figure of the watch in a run.
+std::optional<DOUBLE> ValueOf(FigureId id, const DelayAlarms& rAlarms)
 {
-    constexpr DOUBLE stepTime = 4.0;
+    std::vector<Figure> figures;
+    rAlarms.AddTo(figures);
+    const auto found = std::ranges::find(figures, id, &Figure::id);
+    EXPECT_NE(found, figures.end()) << RowOf(id).pName;
+    return (found != figures.end()) ? found->value : std::nullopt;
+}
+
+TEST(DelayWatch, SeesAWrongDelayWithinTwoSecondsOfAChangeOfAStop)
+{
+    constexpr DOUBLE twoSeconds = 60.0;  // frames
     LoadedTuning     tuning(EXAMPLES_DIR "/tunings/phone.yaml");
-    for (const CHAR* pScene : {"natural", "highcontrast"})
+
+    const std::pair<const CHAR*, const CHAR*> runs[] = {{"natural", "step+1"},
+                                                        {"natural", "step-4"},
+                                                        {"highcontrast", "step-1"},
+                                                        {"highcontrast", "step+4"},
+                                                        {"natural", "ramp"},
+                                                        {"uniform", "ramp-down"},
+                                                        {"tunnel", ""},
+                                                        {"scene-change", ""}};
+    for (const auto& [pScene, pVariant] : runs)
     {
-        for (const CHAR* pVariant : {"step+1", "step-1", "step+4", "step-4"})
+        for (const INT32 error : {-2, -1, 1, 2})
         {
-            for (const INT32 error : {-2, -1, 1, 2})
-            {
-                Scene scene             = SimulationRun::Example(pScene, pVariant);
-                scene.sensor.delayError = error;
-                const SimulationRun run(scene, tuning);
-                EXPECT_LE(run.ReportOf<FaultReport>().SeenAt().value_or(999.0), stepTime + 2.0)
-                    << pScene << " " << pVariant << " told " << error;
-                EXPECT_EQ(run.Last().delay.seen, 3) << pScene << " " << pVariant << " told " << error;
-            }
+            SCOPED_TRACE(testing::Message() << pScene << " " << pVariant << " told " << error);
+            Scene scene             = SimulationRun::Example(pScene, pVariant);
+            scene.sensor.delayError = error;
+            const SimulationRun run(scene, tuning);
+            const DelayAlarms   alarms = run.ReportOf<DelayAlarms>();
+            EXPECT_LE(ValueOf(FigureId::DelayFound, alarms).value_or(999.0), twoSeconds);
+            EXPECT_EQ(ValueOf(FigureId::FalseAlarms, alarms), 0.0);
         }
     }
 }
-
-/// Whether a camera's watch saw another delay than its sensor has, in any frame.
-class WrongAlarms
-{
-public:
-    VOID Add(const FrameRecord& rRecord, const Sensor& rSensor)
-    {
-        if (rRecord.delay.seen.has_value() && *rRecord.delay.seen != rSensor.Delay())
-        {
-            ++count;
-        }
-    }
-
-    UINT32 count = 0;
-};
 
 class NoFalseAlarm : public testing::TestWithParam<std::string>
 {
@@ -226,7 +257,7 @@ class NoFalseAlarm : public testing::TestWithParam<std::string>
 
 TEST_P(NoFalseAlarm, InAnyVariantWithStatisticsMissing)
 {
-    const std::string        path     = EXAMPLES_DIR "/scenes/" + GetParam() + ".yaml";
+    const std::string        path     = ExampleScenePath(GetParam());
     std::vector<std::string> variants = ReadVariants(path);
     variants.emplace_back();
     LoadedTuning tuning(EXAMPLES_DIR "/tunings/phone.yaml");
@@ -234,31 +265,17 @@ TEST_P(NoFalseAlarm, InAnyVariantWithStatisticsMissing)
     {
         Scene scene          = ReadScene(path, rVariant);
         scene.sensor.dropped = std::max(scene.sensor.dropped, 2.0);
-        WrongAlarms alarms;
+        DelayAlarms alarms(scene);
+        DelayAlarms secondAlarms(scene.pSecond != nullptr ? *scene.pSecond : scene);
         Simulation  simulation(scene, tuning, DiscardLog);
-        simulation.Run([&](const FrameRecord& rRecord) { alarms.Add(rRecord, scene.sensor); },
-                       [&](const FrameRecord& rRecord) { alarms.Add(rRecord, scene.pSecond->sensor); });
-        EXPECT_EQ(alarms.count, 0U) << rVariant;
+        simulation.Run([&](const FrameRecord& rRecord) { alarms.Add(rRecord); },
+                       [&](const FrameRecord& rRecord) { secondAlarms.Add(rRecord); });
+        EXPECT_EQ(ValueOf(FigureId::FalseAlarms, alarms), 0.0) << rVariant;
+        EXPECT_EQ(ValueOf(FigureId::FalseAlarms, secondAlarms), 0.0) << rVariant;
     }
 }
 
-std::vector<std::string> SceneNames()
-{
-    std::vector<std::string> names;
-    for (const auto& rEntry : std::filesystem::directory_iterator(EXAMPLES_DIR "/scenes"))
-    {
-        names.push_back(rEntry.path().stem().string());
-    }
-    std::ranges::sort(names);
-    return names;
-}
-
-INSTANTIATE_TEST_SUITE_P(Scenes, NoFalseAlarm, testing::ValuesIn(SceneNames()),
-                         [](const auto& rInfo)
-                         {
-                             std::string name = rInfo.param;
-                             std::erase(name, '-');
-                             return name;
-                         });
+INSTANTIATE_TEST_SUITE_P(Scenes, NoFalseAlarm, testing::ValuesIn(ExampleScenes()),
+                         [](const auto& rInfo) { return TestNameOf(rInfo.param); });
 
 }  // namespace

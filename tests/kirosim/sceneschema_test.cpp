@@ -1,10 +1,10 @@
 // What scenes say about themselves: every row of every map, the reference that is made of them, the schema for editors.
 
-#include <filesystem>
 #include <gtest/gtest.h>
 #include <set>
 #include <yaml-cpp/yaml.h>
 
+#include "tests/kirosim/examplescenes.h"
 #include "tests/kirosim/loop.h"
 #include "tests/support/temporaryfile.h"
 #include "tools/kirosim/sceneschema.h"
@@ -142,13 +142,14 @@ TEST(SceneJsonSchema, IsClosedAndExplainsMembers)
 TEST(Scenes, EveryExampleAndVariantIsRead)
 {
     size_t count = 0;
-    for (const auto& rEntry : std::filesystem::directory_iterator(EXAMPLES_DIR "/scenes"))
+    for (const std::string& rScene : ExampleScenes())
     {
-        std::vector<std::string> variants = ReadVariants(rEntry.path());
+        const std::string        path     = ExampleScenePath(rScene);
+        std::vector<std::string> variants = ReadVariants(path);
         variants.emplace_back();  // the scene itself
         for (const std::string& rVariant : variants)
         {
-            EXPECT_NO_THROW((VOID)ReadScene(rEntry.path(), rVariant)) << rEntry.path() << " " << rVariant;
+            EXPECT_NO_THROW((VOID)ReadScene(path, rVariant)) << path << " " << rVariant;
             ++count;
         }
     }

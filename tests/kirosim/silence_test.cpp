@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <cstdarg>
-#include <filesystem>
 #include <gtest/gtest.h>
 
+#include "tests/kirosim/examplescenes.h"
 #include "tools/kirosim/simulation.h"
 #include "tools/tuningfile/storelog.h"
 
@@ -35,9 +35,9 @@ using Run = std::pair<std::string, std::string>;
 std::vector<Run> Runs()
 {
     std::vector<Run> runs = {{"starts", "covered"}, {"starts", "master"}, {"natural", "cold-dark"}};
-    for (const auto& rEntry : std::filesystem::directory_iterator(EXAMPLES_DIR "/scenes"))
+    for (const std::string& rScene : ExampleScenes())
     {
-        runs.emplace_back(rEntry.path().stem().string(), "");
+        runs.emplace_back(rScene, "");
     }
     std::ranges::sort(runs);
     return runs;
@@ -50,7 +50,7 @@ class Silence : public testing::TestWithParam<Run>
 TEST_P(Silence, NoErrorAndNoWarningIsLogged)
 {
     g_complaints.clear();
-    const Scene scene = ReadScene(EXAMPLES_DIR "/scenes/" + GetParam().first + ".yaml", GetParam().second);
+    const Scene                scene = ReadScene(ExampleScenePath(GetParam().first), GetParam().second);
     const tuningfile::StoreLog storeLog;
     LoadedTuning               tuning(EXAMPLES_DIR "/tunings/phone.yaml");
     Simulation                 simulation(scene, tuning, KeepComplaint);
@@ -63,11 +63,6 @@ TEST_P(Silence, NoErrorAndNoWarningIsLogged)
 }
 
 INSTANTIATE_TEST_SUITE_P(Scenes, Silence, testing::ValuesIn(Runs()),
-                         [](const auto& rInfo)
-                         {
-                             std::string name = rInfo.param.first + rInfo.param.second;
-                             std::erase(name, '-');
-                             return name;
-                         });
+                         [](const auto& rInfo) { return TestNameOf(rInfo.param.first + rInfo.param.second); });
 
 }  // namespace
