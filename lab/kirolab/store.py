@@ -50,7 +50,7 @@ class ResultStore:
                 json.dump(facts | {"figures": figures}, file)
             os.replace(name, path)
         except BaseException:
-            os.unlink(name)
+            Path(name).unlink(missing_ok=True)  # an interruption may come once the file has its name
             raise
 
     def _path(self, run: Run) -> Path:
