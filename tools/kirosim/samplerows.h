@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <vector>
 
 #include "tools/kirosim/scenegrid.h"
@@ -96,15 +97,20 @@ private:
     using BinsOfLanes = std::array<INT32, LaneCount>;
     using BinsOfGroup = std::array<BinsOfLanes, SamplesPerRegion>;
 
+    /// By bin. Behind the bins one for what clips, and a place for what is not to be counted; as many entries as vectors
+    /// have room for.
+    using Counts = std::array<UINT16, HistogramBins + LaneCount>;
+
+    static_assert(GridSize * SamplesPerRegion <= UINT16_MAX);
+
     VOID Count(const BinsOfLanes& rBins);
 
-    /// One entry more, for what is not to be counted. Successive samples are often alike: in one list of counts each
-    /// would wait for the one before.
-    std::array<std::array<INT, HistogramBins + 1>, 4> m_counts;
+    /// Of each lane: samples side by side are often alike, and in one list each would wait for the one before.
+    std::array<Counts, LaneCount> m_counts;
 
-    /// Exposing keeps the vector units busy, counting the memory, so that both at once take little longer than one:
-    /// while a group of regions is exposed, the group before it is counted.
-    std::array<BinsOfGroup, 2> m_bins;
+    /// A store for each sample is what exposing takes the time for; vector units work beside it, if none of it waits for
+    /// them: while a group of regions is exposed, the group before it is counted.
+    alignas(sizeof(BinsOfLanes)) std::array<BinsOfGroup, 2> m_bins;
     UINT32                     m_group;  ///< of the two that is exposed next
 };
 

@@ -305,22 +305,25 @@ VOID SensorModel::StoreRow(UINT32 row, const RowLight& rLight, DOUBLE gain, Expo
     const FLOAT   shotVariance = static_cast<FLOAT>(rSensor.shotNoise * rSensor.shotNoise * gain);
     const FLOAT   readVariance = static_cast<FLOAT>(rSensor.readNoise * rSensor.readNoise);
     const UINT32  first        = row * GridWidth;
+    const FLOAT*  pDeviates    = &m_levelDeviates[first];
     RowOfRegions  levels;
+    RowOfRegions  clipped;
     RowOfRegions  luma;
     RowOfRegions  saturation;
     for (UINT32 column = 0; column < GridWidth; ++column)
     {
         const FLOAT level  = rLight.sums[column] * share;
-        const FLOAT noise  = std::sqrt(shotVariance * level + readVariance) * m_levelDeviates[first + column];
+        const FLOAT noise  = std::sqrt(shotVariance * level + readVariance) * pDeviates[column];
         levels[column]     = level;
+        clipped[column]    = rLight.clipped[column];
         luma[column]       = std::min(1.0f, std::max(0.0f, level + noise)) * m_fullScale;
-        saturation[column] = rLight.clipped[column] * share * m_fullScale;
+        saturation[column] = clipped[column] * share * m_fullScale;
     }
     std::copy(levels.begin(), levels.end(), &m_levels[first]);
     std::copy(luma.begin(), luma.end(), &rStats.luma[first]);
     std::copy(saturation.begin(), saturation.end(), &rStats.saturation[first]);
     AddTo(rSums.levels, levels);
-    AddTo(rSums.clipped, rLight.clipped);
+    AddTo(rSums.clipped, clipped);
 }
 
 SensorView SensorModel::View() const
