@@ -43,7 +43,7 @@ PanoramaPicture::PanoramaPicture(const Scene& rScene) : m_rScene(rScene), m_rows
     }
 }
 
-bool PanoramaPicture::Look(DOUBLE time, DOUBLE exposureSeconds, SampleRows& rRadiance)
+bool PanoramaPicture::Look(DOUBLE time, DOUBLE exposureSeconds, RegionSamples& rRadiance)
 {
     const PanoramaScene& rPanorama = *m_rScene.panorama;
     const DOUBLE         lux       = rPanorama.LuxAt(time, m_rScene.lux);
@@ -123,7 +123,7 @@ panorama::Light PanoramaPicture::LightAt(const Row& rRow, UINT32 direction) cons
     return {now.red + before.red, now.green + before.green, now.blue + before.blue};
 }
 
-VOID PanoramaPicture::LookAt(UINT32 row, SampleRows& rRadiance)
+VOID PanoramaPicture::LookAt(UINT32 row, RegionSamples& rRadiance)
 {
     for (UINT32 column = 0; column < GridWidth; ++column)
     {

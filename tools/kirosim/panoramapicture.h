@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "tools/kirosim/flashscene.h"
-#include "tools/kirosim/samplerows.h"
+#include "tools/kirosim/regionsamples.h"
 #include "tools/kirosim/scene.h"
 #include "tools/kirosim/scenegrid.h"
 
@@ -29,7 +29,7 @@ public:
     /// @param exposureSeconds of each row, which is seen at the middle of it
     /// @param rRadiance       relative to Scene::LuxAt(time), a sample of each direction
     /// @return whether any row has changed
-    bool Look(DOUBLE time, DOUBLE exposureSeconds, SampleRows& rRadiance);
+    bool Look(DOUBLE time, DOUBLE exposureSeconds, RegionSamples& rRadiance);
 
     /// Mean radiance of a region in the picture, as in Look.
     DOUBLE RadianceAt(UINT32 region) const
@@ -65,7 +65,7 @@ private:
     };
 
     VOID            Aim(RowDirections& rDirections, UINT32 row, DOUBLE pitch) const;
-    VOID            LookAt(UINT32 row, SampleRows& rRadiance);
+    VOID            LookAt(UINT32 row, RegionSamples& rRadiance);
     panorama::Light LightAt(const Row& rRow, UINT32 direction) const;
 
     const Scene&                 m_rScene;

@@ -52,7 +52,7 @@ UINT32 PatternSampleCount(const Pattern& rPattern)
     return (rPattern.textureEV > 0.0) ? SamplesPerRegion : 1;
 }
 
-VOID FillWithPattern(const Pattern& rPattern, SampleRows& rSamples)
+VOID FillWithPattern(const Pattern& rPattern, RegionSamples& rSamples)
 {
     const FLOAT* pDeviate = TextureDeviates().data();
     const FLOAT  texture  = static_cast<FLOAT>(rPattern.textureEV);

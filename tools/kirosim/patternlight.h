@@ -2,7 +2,7 @@
 /// The light of a scene's pattern on the sensor's samples.
 #pragma once
 
-#include "tools/kirosim/samplerows.h"
+#include "tools/kirosim/regionsamples.h"
 #include "tools/kirosim/scene.h"
 
 namespace kirosim
@@ -12,6 +12,6 @@ namespace kirosim
 UINT32 PatternSampleCount(const Pattern& rPattern);
 
 /// @param rSamples has PatternSampleCount of each region; its mean is 1
-VOID FillWithPattern(const Pattern& rPattern, SampleRows& rSamples);
+VOID FillWithPattern(const Pattern& rPattern, RegionSamples& rSamples);
 
 }  // namespace kirosim

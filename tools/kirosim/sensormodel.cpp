@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numeric>
 
 #include "host/channelnames.h"
 #include "tools/kirosim/deterministic.h"
@@ -21,25 +20,28 @@ enum class NoiseKind : UINT32
     Level
 };
 
-VOID Multiply(RowOfRegions& rRow, const RowOfRegions& rFactors)
+template <UINT32 count> DOUBLE SumOf(const Lanes (&rGroups)[count])
 {
-    for (UINT32 column = 0; column < GridWidth; ++column)
+    DOUBLE sum = 0.0;
+    for (const Lanes& rGroup : rGroups)
     {
-        rRow[column] *= rFactors[column];
+        for (UINT32 index = 0; index < GroupWidth; ++index)
+        {
+            sum += static_cast<DOUBLE>(rGroup[index]);
+        }
     }
+    return sum;
 }
 
-VOID AddTo(RowOfRegions& rSums, const RowOfRegions& rRow)
+VOID SquareRoots(const Lanes& rNumbers, Lanes& rRoots)
 {
-    for (UINT32 column = 0; column < GridWidth; ++column)
+    FLOAT roots[GroupWidth];
+    Store(rNumbers, roots);
+    for (FLOAT& rRoot : roots)
     {
-        rSums[column] += rRow[column];
+        rRoot = std::sqrt(rRoot);
     }
-}
-
-DOUBLE SumOf(const RowOfRegions& rNumbers)
-{
-    return std::accumulate(rNumbers.begin(), rNumbers.end(), 0.0);
+    Load(roots, rRoots);
 }
 
 /// Samples of a region that differ.
@@ -236,12 +238,18 @@ VOID SensorModel::ExposeRegions(DOUBLE time, const AppliedExposure& rExposure, U
     DrawNoises(type);
     SampleExposure exposure;
     ExposureSums   sums{};
-    RowLight       light;
     for (UINT32 row = 0; row < GridHeight; ++row)
     {
-        SetSignals(row, rTruth.lux * perLux * rowFactors[row], perLux, m_signals[row]);
-        exposure.ExposeRow(m_radiance, row, m_signals[row], light);
-        StoreRow(row, light, rExposure.gain, m_stats[type], sums);
+        SetSignals(row, rTruth.lux * perLux * rowFactors[row], perLux);
+    }
+    GroupLight lights[GroupCount];
+    for (UINT32 group = 0; group < GroupCount; ++group)
+    {
+        exposure.ExposeGroup(m_radiance, group, m_signals[group], lights[group]);
+    }
+    for (UINT32 row = 0; row < GridHeight; ++row)
+    {
+        StoreRow(row, &lights[row * GroupsInRow], rExposure.gain, m_stats[type], sums);
     }
     exposure.StoreHistogram(SamplesPerRegion / m_radiance.Count(), m_stats[type].histogram.data());
     rTruth.clipped[type] = SumOf(sums.clipped) / (GridSize * m_radiance.Count());
@@ -275,55 +283,57 @@ VOID SensorModel::DrawNoises(UINT32 type)
 /// what reflects.
 /// @param light  that a sample of unity shows without flash, full scale is 1
 /// @param perLux full scale per lux
-VOID SensorModel::SetSignals(UINT32 row, DOUBLE light, DOUBLE perLux, RowSignals& rSignals)
+VOID SensorModel::SetSignals(UINT32 row, DOUBLE light, DOUBLE perLux)
 {
     const FLOAT sigma = static_cast<FLOAT>(m_rScene.sensor.regionNoise);
     const FLOAT level = static_cast<FLOAT>(light);
-    rSignals.factors.fill(level);
-    rSignals.added.fill(0.0f);
-    for (UINT32 column = 0; m_pFlash != nullptr && column < GridWidth; ++column)
+    const Lanes zero{};
+    for (UINT32 group = row * GroupsInRow; group < (row + 1) * GroupsInRow; ++group)
     {
-        const FLOAT lamp = static_cast<FLOAT>(m_pFlash->LuxAt(row * GridWidth + column) * perLux);
-        ((m_pPanorama != nullptr) ? rSignals.added : rSignals.factors)[column] += lamp;
+        Lanes factors = zero + level;
+        Lanes added   = zero;
+        for (UINT32 index = 0; m_pFlash != nullptr && index < GroupWidth; ++index)
+        {
+            const FLOAT lamp = static_cast<FLOAT>(m_pFlash->LuxAt(group * GroupWidth + index) * perLux);
+            ((m_pPanorama != nullptr) ? added : factors)[index] += lamp;
+        }
+        Lanes deviates;
+        Lanes gains;
+        Load(&m_regionDeviates[group * GroupWidth], deviates);
+        Load(&m_gains[group * GroupWidth], gains);
+        const Lanes sensitivity = 1.0f + sigma * deviates;
+        gains *= (sensitivity > zero) ? sensitivity : zero;
+        m_signals[group] = {factors * gains, added * gains};
     }
-    const FLOAT* pDeviates = &m_regionDeviates[size_t{row} * GridWidth];
-    const FLOAT* pGains    = &m_gains[size_t{row} * GridWidth];
-    RowOfRegions gains;
-    for (UINT32 column = 0; column < GridWidth; ++column)
-    {
-        gains[column] = pGains[column] * std::max(0.0f, 1.0f + sigma * pDeviates[column]);
-    }
-    Multiply(rSignals.factors, gains);
-    Multiply(rSignals.added, gains);
 }
 
 /// Shot and read noise are independent: both together are one normal noise.
-VOID SensorModel::StoreRow(UINT32 row, const RowLight& rLight, DOUBLE gain, ExposureStats& rStats, ExposureSums& rSums)
+VOID SensorModel::StoreRow(UINT32 row, const GroupLight* pLights, DOUBLE gain, ExposureStats& rStats,
+                           ExposureSums& rSums)
 {
     const Sensor& rSensor      = m_rScene.sensor;
     const FLOAT   share        = 1.0f / static_cast<FLOAT>(m_radiance.Count());
     const FLOAT   shotVariance = static_cast<FLOAT>(rSensor.shotNoise * rSensor.shotNoise * gain);
     const FLOAT   readVariance = static_cast<FLOAT>(rSensor.readNoise * rSensor.readNoise);
-    const UINT32  first        = row * GridWidth;
-    const FLOAT*  pDeviates    = &m_levelDeviates[first];
-    RowOfRegions  levels;
-    RowOfRegions  clipped;
-    RowOfRegions  luma;
-    RowOfRegions  saturation;
-    for (UINT32 column = 0; column < GridWidth; ++column)
+    const FLOAT   fullScale    = m_fullScale;
+    const Lanes   zero{};
+    const Lanes   full = zero + 1.0f;
+    for (UINT32 index = 0; index < GroupsInRow; ++index)
     {
-        const FLOAT level  = rLight.sums[column] * share;
-        const FLOAT noise  = std::sqrt(shotVariance * level + readVariance) * pDeviates[column];
-        levels[column]     = level;
-        clipped[column]    = rLight.clipped[column];
-        luma[column]       = std::min(1.0f, std::max(0.0f, level + noise)) * m_fullScale;
-        saturation[column] = clipped[column] * share * m_fullScale;
+        const UINT32 first  = row * GridWidth + index * GroupWidth;
+        const Lanes  levels = pLights[index].sums * share;
+        Lanes        noise;
+        Lanes        deviates;
+        SquareRoots(shotVariance * levels + readVariance, noise);
+        Load(&m_levelDeviates[first], deviates);
+        const Lanes signal = levels + noise * deviates;
+        const Lanes above  = (signal > zero) ? signal : zero;
+        Store(levels, &m_levels[first]);
+        Store(((above < full) ? above : full) * fullScale, &rStats.luma[first]);
+        Store(pLights[index].clipped * share * fullScale, &rStats.saturation[first]);
+        rSums.levels[index] += levels;
+        rSums.clipped[index] += pLights[index].clipped;
     }
-    std::copy(levels.begin(), levels.end(), &m_levels[first]);
-    std::copy(luma.begin(), luma.end(), &rStats.luma[first]);
-    std::copy(saturation.begin(), saturation.end(), &rStats.saturation[first]);
-    AddTo(rSums.levels, levels);
-    AddTo(rSums.clipped, clipped);
 }
 
 SensorView SensorModel::View() const
@@ -334,9 +344,9 @@ SensorView SensorModel::View() const
     FLOAT* pSample = view.samples.data();
     for (UINT32 region = 0; region < GridSize; ++region)
     {
-        const RowSignals& rSignals = m_signals[region / GridWidth];
-        const FLOAT       factor   = rSignals.factors[region % GridWidth];
-        const FLOAT       added    = rSignals.added[region % GridWidth];
+        const GroupSignals& rSignals = m_signals[region / GroupWidth];
+        const FLOAT         factor   = rSignals.factors[region % GroupWidth];
+        const FLOAT         added    = rSignals.added[region % GroupWidth];
         for (UINT32 sample = 0; sample < m_radiance.Count(); ++sample)
         {
             pSample = std::fill_n(pSample, repeats, m_radiance.At(region, sample) * factor + added);

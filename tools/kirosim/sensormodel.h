@@ -12,7 +12,7 @@
 #include "tools/kirosim/noise.h"
 #include "tools/kirosim/panoramapicture.h"
 #include "tools/kirosim/regionpicture.h"
-#include "tools/kirosim/samplerows.h"
+#include "tools/kirosim/regionsamples.h"
 #include "tools/kirosim/scene.h"
 #include "tools/kirosim/scenegrid.h"
 
@@ -112,17 +112,19 @@ private:
         std::array<INT, HistogramBins + 1> histogram;  ///< one entry more, as cumulative counts may read it
     };
 
+    static constexpr UINT32 GroupsInRow = GridWidth / GroupWidth;
+
     /// What the regions of an exposure come to, by column.
     struct ExposureSums
     {
-        RowOfRegions levels;
-        RowOfRegions clipped;  ///< samples
+        Lanes levels[GroupsInRow];
+        Lanes clipped[GroupsInRow];  ///< samples
     };
 
     VOID   ExposeRegions(DOUBLE time, const AppliedExposure& rExposure, UINT32 type, FrameTruth& rTruth);
     VOID   DrawNoises(UINT32 type);
-    VOID   SetSignals(UINT32 row, DOUBLE light, DOUBLE perLux, RowSignals& rSignals);
-    VOID   StoreRow(UINT32 row, const RowLight& rLight, DOUBLE gain, ExposureStats& rStats, ExposureSums& rSums);
+    VOID   SetSignals(UINT32 row, DOUBLE light, DOUBLE perLux);
+    VOID   StoreRow(UINT32 row, const GroupLight* pLights, DOUBLE gain, ExposureStats& rStats, ExposureSums& rSums);
     VOID   RowFactors(DOUBLE time, const AppliedExposure& rExposure, std::array<DOUBLE, GridHeight>& rFactors) const;
     VOID   BuildChannels();
     VOID   BuildFlashChannels();
@@ -135,7 +137,7 @@ private:
 
     const Scene&                                    m_rScene;
     FLOAT                                           m_fullScale;
-    SampleRows                                      m_radiance;  ///< relative
+    RegionSamples                                   m_radiance;  ///< relative
     UINT64                                          m_framesOfRound;
     NoiseDeviates                                   m_regionDeviates;
     NoiseDeviates                                   m_levelDeviates;
@@ -152,11 +154,11 @@ private:
 
     std::unique_ptr<PanoramaPicture> m_pPanorama;  ///< null in a scene with a pattern
 
-    std::unique_ptr<FlashModel>        m_pFlash;
-    std::array<FLOAT, GridSize>        m_levels;     ///< of the exposure last exposed, full scale is 1
-    std::array<RowSignals, GridHeight> m_signals;    ///< that it made of the samples
-    DOUBLE                             m_shortRoom;  ///< safe over short exposure
-    DOUBLE                             m_colourSensitivity;
+    std::unique_ptr<FlashModel>          m_pFlash;
+    std::array<FLOAT, GridSize>          m_levels;     ///< of the exposure last exposed, full scale is 1
+    std::array<GroupSignals, GroupCount> m_signals;    ///< that it made of the samples
+    DOUBLE                               m_shortRoom;  ///< safe over short exposure
+    DOUBLE                               m_colourSensitivity;
 };
 
 }  // namespace kirosim
