@@ -322,4 +322,19 @@ TEST(SensorSamples, AllStatisticsAreOfTheSameSamples)
     }
 }
 
+/// One bin may hold all samples of a frame.
+TEST(SensorSamples, DarknessAndGlareFillOneBin)
+{
+    constexpr INT all = GridSize * SamplesPerRegion;
+    for (const Scene& rScene : SampledScenes())
+    {
+        Sensing sensing(rScene);
+        sensing.Expose(1.0, {1e-9, 1e6, 0.4});
+        EXPECT_EQ(sensing.Channel("ShortHist").Data.pIData[0], all);
+        EXPECT_EQ(sensing.Channel("LongHist").Data.pIData[HistogramBins - 1], all);
+        const INT* pSafe = sensing.Channel("SafeHist").Data.pIData;
+        EXPECT_EQ(std::accumulate(pSafe, pSafe + HistogramBins, 0), all);
+    }
+}
+
 }  // namespace
