@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/kirosim/examplescenes.h"
 #include "tests/kirosim/simulationrun.h"
 #include "tests/support/refusal.h"
 #include "tests/support/temporaryfile.h"
@@ -126,7 +125,12 @@ INSTANTIATE_TEST_SUITE_P(Bars, FaultControl,
                                          FaultBar{"slow-gain", {4, 2, 8, 3}, 0.02},
                                          FaultBar{"long", {6, 2, 11, 6}, 0.02}, FaultBar{"long-2", {7, 2, 13, 7}, 0.02},
                                          FaultBar{"dropped", {5, 3, 8, 4}, 0.02}, FaultBar{"late", {4, 3, 8, 4}, 0.02}),
-                         [](const auto& rInfo) { return TestNameOf(rInfo.param.pVariant); });
+                         [](const auto& rInfo)
+                         {
+                             std::string name = rInfo.param.pVariant;
+                             std::erase(name, '-');
+                             return name;
+                         });
 
 TEST(SensorFaults, AToldDelayThatIsTooShortMakesTheExposureSwing)
 {
