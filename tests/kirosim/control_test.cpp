@@ -30,21 +30,21 @@ TEST_P(StepControl, SettlesInTimeWithoutOvershootAndStaysPut)
     EXPECT_LE(*rStep.framesToSettle, framesMax);
     EXPECT_LE(rStep.overshootEV, 0.02);
     EXPECT_EQ(summary.rippleEV, 0.0);
-    EXPECT_LE(std::abs(summary.finalErrorEV), 0.02);
+    EXPECT_LE(std::abs(summary.finalErrorEV), 0.01);
     EXPECT_TRUE(summary.isLegal);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Bars, StepControl,
-    testing::Values(ControlBar{"uniform", "step+1", 8}, ControlBar{"uniform", "step+2", 10},
-                    ControlBar{"uniform", "step+4", 14}, ControlBar{"uniform", "step-1", 8},
-                    ControlBar{"uniform", "step-2", 9}, ControlBar{"uniform", "step-4", 10},
-                    ControlBar{"natural", "step+1", 8}, ControlBar{"natural", "step+2", 10},
-                    ControlBar{"natural", "step+4", 14}, ControlBar{"natural", "step-1", 8},
-                    ControlBar{"natural", "step-2", 9}, ControlBar{"natural", "step-4", 10},
-                    ControlBar{"highcontrast", "step+1", 12}, ControlBar{"highcontrast", "step+2", 16},
-                    ControlBar{"highcontrast", "step+4", 20}, ControlBar{"highcontrast", "step-1", 8},
-                    ControlBar{"highcontrast", "step-2", 9}, ControlBar{"highcontrast", "step-4", 10},
+    testing::Values(ControlBar{"uniform", "step+1", 4}, ControlBar{"uniform", "step+2", 6},
+                    ControlBar{"uniform", "step+4", 7}, ControlBar{"uniform", "step-1", 3},
+                    ControlBar{"uniform", "step-2", 4}, ControlBar{"uniform", "step-4", 5},
+                    ControlBar{"natural", "step+1", 4}, ControlBar{"natural", "step+2", 6},
+                    ControlBar{"natural", "step+4", 7}, ControlBar{"natural", "step-1", 3},
+                    ControlBar{"natural", "step-2", 4}, ControlBar{"natural", "step-4", 5},
+                    ControlBar{"highcontrast", "step+1", 4}, ControlBar{"highcontrast", "step+2", 7},
+                    ControlBar{"highcontrast", "step+4", 12}, ControlBar{"highcontrast", "step-1", 3},
+                    ControlBar{"highcontrast", "step-2", 3}, ControlBar{"highcontrast", "step-4", 4},
                     ControlBar{"uniform", "cold-bright", 6}, ControlBar{"uniform", "cold-dark", 6},
                     ControlBar{"natural", "cold-bright", 6}, ControlBar{"natural", "cold-dark", 6},
                     ControlBar{"highcontrast", "cold-bright", 6}, ControlBar{"highcontrast", "cold-dark", 6}),
@@ -60,15 +60,14 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(Control, FollowsARampCloselyAndIgnoresAQuickRipple)
 {
-    for (const auto& [pScene, lagMax] :
-         {std::pair("uniform", 0.05), std::pair("natural", 0.05), std::pair("highcontrast", 0.1)})
+    for (const CHAR* pScene : {"uniform", "natural", "highcontrast"})
     {
         SCOPED_TRACE(pScene);
         for (const CHAR* pVariant : {"ramp", "ramp-down"})
         {
             const RunSummary ramp = SimulationRun(pScene, pVariant).Summary();
             ASSERT_TRUE(ramp.rampLagEV.has_value());
-            EXPECT_LE(*ramp.rampLagEV, lagMax) << pVariant;
+            EXPECT_LE(*ramp.rampLagEV, 0.04) << pVariant;
         }
         const RunSummary ripple = SimulationRun(pScene, "ripple").Summary();
         EXPECT_LE(ripple.pictureSwingEV, 0.29);
@@ -101,10 +100,13 @@ TEST(Control, AWindowPullsShortDownAndLiftsLong)
     const SimulationRun          run("window");
     const KIROConvergenceOutput& rConv = run.Last().decided.convergence;
     EXPECT_GT(rConv.compensationADRC, 1.3f);
-    EXPECT_GT(rConv.compensationDarkBoost, 1.05f);
     EXPECT_LT(rConv.exposures[AECAlgoExposureShort], rConv.exposures[AECAlgoExposureSafe]);
-    EXPECT_GT(rConv.exposures[AECAlgoExposureLong], rConv.exposures[AECAlgoExposureSafe]);
     EXPECT_EQ(rConv.bSettle, TRUE);
+    // Until ADRC has brought safe up, long lifts the room; then there is nothing left to lift.
+    const KIROConvergenceOutput& rEarly = run.Records().at(15).decided.convergence;
+    EXPECT_GT(rEarly.compensationDarkBoost, 1.05f);
+    EXPECT_GT(rEarly.exposures[AECAlgoExposureLong], rEarly.exposures[AECAlgoExposureSafe]);
+    EXPECT_NEAR(rConv.compensationDarkBoost, 1.0f, 1e-3f);
 }
 
 TEST(Control, TheUsersExposureValueAndLockHold)

@@ -20,8 +20,8 @@ using namespace kirosim;
 namespace
 {
 
-constexpr const CHAR* NearSpeed = "data[2].value.trigger1Data[0].trigger2Data[0].trigger3Data[0].triggerData.baseSpeed";
-constexpr const CHAR* FarSpeed  = "data[2].value.trigger1Data[1].trigger2Data[0].trigger3Data[0].triggerData.baseSpeed";
+constexpr const CHAR* NearSpeed = "data[2].value.trigger1Data[1].trigger2Data[0].trigger3Data[0].triggerData.baseSpeed";
+constexpr const CHAR* FarSpeed  = "data[2].value.trigger1Data[2].trigger2Data[0].trigger3Data[0].triggerData.baseSpeed";
 
 /// A camera that can be tuned while it runs a scene of steps.
 struct LiveCamera : Loop
@@ -56,7 +56,7 @@ TEST(LiveTuning, AnEditOfASpeedChangesTheFramesToSettle)
                    const bool         isFirst = round == 1;
                    const auto         set =
                        client.Set("Default", "kirodbconvbase",
-                                  {{NearSpeed, isFirst ? "0.2" : "0.55"}, {FarSpeed, isFirst ? "0.2" : "0.75"}});
+                                  {{NearSpeed, isFirst ? "0.2" : "0.625"}, {FarSpeed, isFirst ? "0.2" : "0.59"}});
                    EXPECT_EQ(set.size(), 2U);
                    const std::vector<liveclient::ControlValue> watched = client.ControlValues();
                    ASSERT_FALSE(watched.empty());
@@ -225,7 +225,7 @@ TEST(LiveTuning, WhateverAClientLeftTheNextIsServed)
             EXPECT_EQ(next.Device().major, 2);
             const auto value = next.Get("Default", "kiroconvergence", {"unitStepSize"});
             ASSERT_EQ(value.size(), 1U);
-            EXPECT_EQ(value[0].text, rCase.bytes == edit ? "0.75" : "0.25") << rCase.pName;
+            EXPECT_EQ(value[0].text, rCase.bytes == edit ? "0.75" : "0.1000000015") << rCase.pName;
         }) << rCase.pName;
     }
 }

@@ -46,7 +46,7 @@ TEST(RecordingDifference, IsFoundInTheFrameInWhichAnotherTuningDecidesOtherwise)
 {
     const RecordingFile file;
     const TemporaryFile tuning("recording.yaml");
-    LoadedTuning        other(tuning.Write(ChangedTuning("phone.yaml", "baseSpeed: 0.75", "baseSpeed: 0.76")));
+    LoadedTuning        other(tuning.Write(ChangedTuning("phone.yaml", "baseSpeed: 0.97", "baseSpeed: 0.96")));
     EXPECT_FALSE(other.Reference().HasSameContent(Phone().Reference()));
 
     const std::string trace   = RunScene("step-loop", 160, Phone(), file.path.c_str()).Trace();

@@ -36,14 +36,14 @@ refuses() {
     [ "$(grep -c '' "$work/stderr")" -eq 1 ] && grep -Eq "$pattern" "$work/stderr" || fail "kirotune live $*: expected one line with '$pattern'"
 }
 
-# The speeds of videos are those far from the target in other modes, so that the two share a list; a mode of its own is
+# The speeds of videos far from the target are those of other modes near it, so that the two share a list; a mode of its own is
 # like the one above it.
-sed 's/{baseSpeed: 0.2, baseCapping: 3.0, drcSpeed: 0.2}/{baseSpeed: 0.75, baseCapping: 1.0, drcSpeed: 0.6}/' \
+sed 's/{baseSpeed: 0.2, baseCapping: 3.0, drcSpeed: 0.2}/{baseSpeed: 0.59, baseCapping: 0.55, drcSpeed: 0.45}/' \
     "$examples/tunings/phone.yaml" >"$work/phone.yaml"
 sed -i '0,/^      Sensor.0:$/s//      Sensor.0:\n        modules: {kirometering: {}}/' "$work/phone.yaml"
 kirotune compile "$work/phone.yaml" -o "$work/phone.bin" || exit 1
 readonly speeds='data[2].value.trigger1Data[%d].trigger2Data[0].trigger3Data[0].triggerData.baseSpeed'
-readonly near=$(printf "$speeds" 0) far=$(printf "$speeds" 1)
+readonly near=$(printf "$speeds" 1) far=$(printf "$speeds" 2)
 
 start "$work/phone.yaml"
 does diff --file "$work/phone.yaml"
