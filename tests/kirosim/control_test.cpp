@@ -36,12 +36,12 @@ TEST_P(StepControl, SettlesInTimeWithoutOvershootAndStaysPut)
 
 INSTANTIATE_TEST_SUITE_P(
     Bars, StepControl,
-    testing::Values(ControlBar{"uniform", "step+1", 4}, ControlBar{"uniform", "step+2", 6},
-                    ControlBar{"uniform", "step+4", 7}, ControlBar{"uniform", "step-1", 3},
-                    ControlBar{"uniform", "step-2", 4}, ControlBar{"uniform", "step-4", 5},
+    testing::Values(ControlBar{"uniform", "step+1", 4}, ControlBar{"uniform", "step+2", 4},
+                    ControlBar{"uniform", "step+4", 5}, ControlBar{"uniform", "step-1", 3},
+                    ControlBar{"uniform", "step-2", 4}, ControlBar{"uniform", "step-4", 4},
                     ControlBar{"natural", "step+1", 4}, ControlBar{"natural", "step+2", 6},
                     ControlBar{"natural", "step+4", 7}, ControlBar{"natural", "step-1", 3},
-                    ControlBar{"natural", "step-2", 4}, ControlBar{"natural", "step-4", 5},
+                    ControlBar{"natural", "step-2", 4}, ControlBar{"natural", "step-4", 4},
                     ControlBar{"highcontrast", "step+1", 4}, ControlBar{"highcontrast", "step+2", 7},
                     ControlBar{"highcontrast", "step+4", 12}, ControlBar{"highcontrast", "step-1", 3},
                     ControlBar{"highcontrast", "step-2", 3}, ControlBar{"highcontrast", "step-4", 4},

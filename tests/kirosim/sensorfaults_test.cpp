@@ -130,13 +130,13 @@ std::string NameOf(const testing::TestParamInfo<FaultBar>& rInfo)
 }
 
 INSTANTIATE_TEST_SUITE_P(Phone, FaultControl,
-                         testing::Values(FaultBar{"phone", "quick-gain", {4, 3, 7, 4}, 0.02},
-                                         FaultBar{"phone", "slow-gain", {5, 3, 9, 4}, 0.02},
-                                         FaultBar{"phone", "short", {14, 13, 17, 15}, 0.5},
-                                         FaultBar{"phone", "long", {6, 6, 12, 7}, 0.02},
-                                         FaultBar{"phone", "long-2", {7, 7, 14, 8}, 0.02},
-                                         FaultBar{"phone", "dropped", {6, 4, 8, 4}, 0.02},
-                                         FaultBar{"phone", "late", {4, 4, 8, 4}, 0.02}),
+                         testing::Values(FaultBar{"phone", "quick-gain", {3, 2, 7, 3}, 0.02},
+                                         FaultBar{"phone", "slow-gain", {4, 3, 8, 3}, 0.02},
+                                         FaultBar{"phone", "short", {13, 12, 15, 15}, 0.5},
+                                         FaultBar{"phone", "long", {5, 6, 12, 7}, 0.02},
+                                         FaultBar{"phone", "long-2", {6, 7, 14, 8}, 0.02},
+                                         FaultBar{"phone", "dropped", {6, 3, 8, 4}, 0.02},
+                                         FaultBar{"phone", "late", {4, 3, 8, 4}, 0.02}),
                          NameOf);
 
 INSTANTIATE_TEST_SUITE_P(
