@@ -76,13 +76,13 @@ refuses 'unitStepSize=-1: expected above 0 to 1 \(log steps of 3 percent\); --fo
 answers '^unitStepSize +Float +0\.1[0-9]* +above 0 to 1 \(log steps' info Default kiroconvergence
 
 readonly before=$(frames_of_round 1)
-answers '0\.2' set Default kirodbconvbase "$near=0.2" "$far=0.2"
+answers '0\.1' set Default kirodbconvbase "$near=0.1" "$far=0.1"
 grep -q '^shared, and set as well: Default|Sensor.0|Usecase.Video kirodbconvbase.data\[0\].value.*baseSpeed$' "$work/stderr" &&
     grep -q "^camera at 127.0.0.1:$port: kirosim;BinaryTag=phone$" "$work/stderr" &&
     [ "$(grep -c '' "$work/stderr")" -eq 2 ] || fail 'the camera or the other module with the speed is not named, or more than that one'
 # The round of the edit is a mixture; the one behind it is not.
 readonly after=$(frames_of_round $(($(rounds_so_far) + 2)))
-[ "$after" -ge $((2 * before)) ] || fail "the steps settle after $before frames, and after $after at a third of the speed"
+[ "$after" -ge $((2 * before)) ] || fail "the steps settle after $before frames, and after $after at a sixth of the speed"
 
 answers '^unitStepSize +0\.1[0-9]* .* 2(\.0)?$' set Default kiroconvergence unitStepSize=2 --force
 kill -INT $camera
