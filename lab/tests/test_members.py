@@ -37,9 +37,9 @@ def test_kinds_and_ranges_come_from_the_schema(words: MemberWords) -> None:
 
 
 def test_a_mode_without_a_module_holds_that_of_the_mode_above(held: HeldValues) -> None:
-    assert held.get(member_path(TOLERANCE)) == 5
-    assert held.get(member_path(f"{VIDEO}.triggerData.baseSpeed")) == 0.2
-    assert held.get(member_path("Default|Sensor.0|Usecase.Video/kiroconvergence/unitStepSize")) == 0.25
+    assert held.get(member_path(TOLERANCE)) == 4
+    assert held.get(member_path(f"{VIDEO}.triggerData.baseSpeed")) == 0.25
+    assert held.get(member_path("Default|Sensor.0|Usecase.Video/kiroconvergence/unitStepSize")) == 0.1
 
 
 def test_a_patch_says_what_the_edits_say(tmp_path: Path) -> None:

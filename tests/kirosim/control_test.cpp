@@ -133,7 +133,7 @@ TEST(Control, ATouchBrightensTheTouchedSubject)
 
 TEST(Control, EveryExampleStaysWithinTheSensorsLimits)
 {
-    for (const CHAR* pTuning : {"phone.yaml", "minimal.yaml"})
+    for (const CHAR* pTuning : {"phone.yaml", "minimal.yaml", "calm.yaml"})
     {
         for (const CHAR* pScene : {"tunnel", "window", "candle", "dusk", "touch", "ev-and-lock", "flicker60"})
         {
