@@ -233,7 +233,6 @@ TEST(RunReport, ShowsPicturesWhereSomethingHappens)
     EXPECT_EQ(captions[21], "on the way");
     EXPECT_EQ(captions[30], "before");
     EXPECT_EQ(captions[31], "light +2 EV");
-    EXPECT_EQ(captions[41], "on the way");
     EXPECT_EQ(captions[80], "end");
     const auto settled = [](const auto& rCaption) { return rCaption.second == "settled"; };
     EXPECT_EQ(std::count_if(captions.begin(), captions.end(), settled), 2);

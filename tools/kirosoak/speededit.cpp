@@ -12,9 +12,9 @@ namespace
 
 constexpr const CHAR* Module = "kirodbconvbase";
 
-/// Places where a tuning may have a speed.
+/// Places where a tuning may have speeds: what is moved of the way that is left, and at most of what the picture is off.
 constexpr UINT32 EntriesMax  = 4;
-constexpr UINT32 TriggersMax = 2;
+constexpr UINT32 TriggersMax = 8;
 
 /// The service answers within a frame or two; a busy machine may let it wait.
 constexpr std::chrono::milliseconds Patience{30000};
@@ -35,10 +35,11 @@ size_t SpeedEdit::Make(const std::string& rModePath)
     std::vector<liveclient::Value> halves;
     for (UINT32 place = 0; place < EntriesMax * TriggersMax; ++place)
     {
-        const std::string member =
-            fmt::format("data[{}].value.trigger1Data[{}].trigger2Data[0].trigger3Data[0].triggerData.baseSpeed",
+        const std::string speeds =
+            fmt::format("data[{}].value.trigger1Data[{}].trigger2Data[0].trigger3Data[0].triggerData.",
                         place / TriggersMax, place % TriggersMax);
-        for (const liveclient::Value& rValue : client.Get(m_path, Module, {member}))
+        for (const liveclient::Value& rValue :
+             client.Get(m_path, Module, {speeds + "baseSpeed", speeds + "baseCapping"}))
         {
             m_before.push_back(rValue);
             halves.push_back({rValue.name, fmt::format("{}", std::stod(rValue.text) / 2.0)});

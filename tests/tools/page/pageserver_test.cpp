@@ -14,6 +14,10 @@ using testing::StartsWith;
 
 constexpr const CHAR* Convergence = "/api/module?mode=Default&module=kiroconvergence";
 
+// Of unitStepSize, as the phone has it.
+constexpr const CHAR* Start      = "0.1";
+constexpr const CHAR* StartValue = "\"value\":\"0.1\"";
+
 class PageServer : public PageTest
 {
 protected:
@@ -56,7 +60,7 @@ TEST_F(PageServer, TellsWhatTheCameraHoldsAndWhatItMeans)
 
     const json member = MemberOf("unitStepSize");
     EXPECT_EQ("number", member["kind"]);
-    EXPECT_EQ("0.25", member["value"]);
+    EXPECT_EQ(Start, member["value"]);
     EXPECT_EQ(1.0, member["max"]);
     EXPECT_FALSE(member["integer"].get<bool>());
     EXPECT_EQ("choice", MemberOf("drcStretchAgg")["kind"]);
@@ -80,13 +84,13 @@ TEST_F(PageServer, TakesBackWhatIsSetAndDoesItAgain)
 {
     EXPECT_THAT(m_page.Set("unitStepSize", "0.5"), StartsWith("200 "));
     EXPECT_EQ("0.5", Held());
-    EXPECT_EQ("0.25", MemberOf("unitStepSize")["start"]);
+    EXPECT_EQ(Start, MemberOf("unitStepSize")["start"]);
     EXPECT_TRUE(MemberOf("unitStepSize")["differs"].get<bool>());
     EXPECT_THAT(m_page.Set("unitStepSize", "0.75"), StartsWith("200 "));
     EXPECT_THAT(m_page.Post("/api/undo", json::object()), StartsWith("200 "));
     EXPECT_EQ("0.5", Held());
-    EXPECT_THAT(m_page.Post("/api/undo", json::object()), HasSubstr("\"value\":\"0.25\""));
-    EXPECT_EQ("0.25", Held());
+    EXPECT_THAT(m_page.Post("/api/undo", json::object()), HasSubstr(StartValue));
+    EXPECT_EQ(Start, Held());
     EXPECT_THAT(m_page.Post("/api/undo", json::object()), StartsWith("409 "));
     EXPECT_THAT(m_page.Post("/api/redo", json::object()), StartsWith("200 "));
     EXPECT_THAT(m_page.Post("/api/redo", json::object()), StartsWith("200 "));
@@ -95,10 +99,10 @@ TEST_F(PageServer, TakesBackWhatIsSetAndDoesItAgain)
 
     const json changes = m_page.GetJson("/api/changes")["changes"];
     ASSERT_EQ(1U, changes.size());
-    EXPECT_EQ("0.25", changes[0]["start"]);
+    EXPECT_EQ(Start, changes[0]["start"]);
     EXPECT_EQ("0.75", changes[0]["value"]);
     const json whole = {{"mode", "Default"}, {"module", "kiroconvergence"}, {"paths", json::array()}};
-    EXPECT_THAT(m_page.Post("/api/reset", whole), HasSubstr("\"value\":\"0.25\""));
+    EXPECT_THAT(m_page.Post("/api/reset", whole), HasSubstr(StartValue));
     EXPECT_TRUE(m_page.GetJson("/api/changes")["changes"].empty());
     EXPECT_THAT(m_page.Get("/api/patch"), StartsWith("404 "));
 }
@@ -115,7 +119,7 @@ TEST_F(PageServer, JoinsADragToOneStep)
     (VOID) m_page.Post("/api/undo", json::object());
     EXPECT_EQ("0.5", Held());
     (VOID) m_page.Post("/api/undo", json::object());
-    EXPECT_EQ("0.25", Held());
+    EXPECT_EQ(Start, Held());
     (VOID) m_page.Post("/api/redo", json::object());
     EXPECT_EQ("0.5", Held());
 }
@@ -125,7 +129,7 @@ TEST_F(PageServer, AsksBeforeItSendsWhatCannotBeMeant)
     const std::string refusal = m_page.Set("unitStepSize", "7");
     EXPECT_THAT(refusal, StartsWith("409 "));
     EXPECT_THAT(refusal, HasSubstr("\"guard\":true"));
-    EXPECT_EQ("0.25", Held());
+    EXPECT_EQ(Start, Held());
     EXPECT_THAT(m_page.Set("unitStepSize", "7", {{"force", true}}), StartsWith("200 "));
     EXPECT_EQ(7.0, std::stod(Held()));
     EXPECT_THAT(m_page.Set("nothing", "1"), StartsWith("400 "));
@@ -243,7 +247,7 @@ TEST_F(PageTest, KeepsEditsOfACameraThatGoesAway)
     ASSERT_EQ(1U, changes.size());
     EXPECT_EQ("0.4", changes[0]["value"]);
     EXPECT_THAT(served.Get("/api/lost"), StartsWith("404 "));
-    EXPECT_THAT(served.Post("/api/undo", json::object()), HasSubstr("\"value\":\"0.25\""));
+    EXPECT_THAT(served.Post("/api/undo", json::object()), HasSubstr(StartValue));
 }
 
 TEST_F(PageTest, ComparesWithAFile)
