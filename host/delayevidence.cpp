@@ -6,9 +6,6 @@
 namespace
 {
 
-/// A delay that is believed may have missed by this share of what the others have.
-constexpr DOUBLE ShareMax = 0.15;
-
 /// What is left of a frame's weight when another one that tells the same two apart has come.
 constexpr DOUBLE Memory = 0.98;
 
@@ -42,7 +39,7 @@ bool DelayEvidence::IsBelieved(UINT8 delay) const
     for (UINT8 other = 1; other <= DelayMax; ++other)
     {
         const DOUBLE missesOfOther = m_misses[other][delay];
-        if (other != delay && (missesOfOther < needed || m_misses[delay][other] > ShareMax * missesOfOther))
+        if (other != delay && (missesOfOther < needed || m_misses[delay][other] > m_scale.shareMax * missesOfOther))
         {
             return false;
         }

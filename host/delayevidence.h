@@ -21,6 +21,7 @@ public:
         DOUBLE differenceMin;  ///< two delays are told apart by frames for which they differ by as much, EV
         DOUBLE weightMax;      ///< a difference weighs up to this, EV: larger ones are no surer
         DOUBLE missesMin;      ///< a delay is given up once it has missed as many frames altogether
+        DOUBLE shareMax;       ///< one that is believed may have missed by this share of what the others have
     };
 
     explicit DelayEvidence(const Scale& rScale) : m_scale(rScale), m_misses{}

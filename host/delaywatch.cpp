@@ -17,11 +17,12 @@ constexpr FLOAT LumaMax = 0.6f;
 /// Least number of such regions.
 constexpr size_t RegionsMin = 16;
 
-/// A step of the exposure is one change; more than one must have missed.
-constexpr DelayEvidence::Scale ChangeScale = {0.02, 0.06, 1.25};
+/// A step of the exposure is one change; more than one must have missed. Light that moves is in the changes, too: a
+/// delay must come closer than in the bends.
+constexpr DelayEvidence::Scale ChangeScale = {0.02, 0.06, 1.25, 0.1};
 
 /// A step bends the change twice, there and back. No light that moves steadily is in the bends: smaller ones tell.
-constexpr DelayEvidence::Scale BendScale = {0.01, 0.03, 2.5};
+constexpr DelayEvidence::Scale BendScale = {0.01, 0.03, 2.5, 0.15};
 
 /// Without tuning an exposure may be 0.
 DOUBLE EVOf(DOUBLE exposure)
