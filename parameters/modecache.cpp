@@ -117,6 +117,7 @@ bool ModeCache::UnloadMode(BYTE tableIndex, const TuningMode* pBranch, UINT32 co
     if (pMode != nullptr && !pMode->Target()->Preserve)
     {
         UnloadModules(pMode->Target(), pMode);
+        m_rStore.ForgetLookups();
     }
     return pMode != nullptr;
 }

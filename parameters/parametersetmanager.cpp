@@ -285,8 +285,7 @@ VOID* ParameterSetManager::GetModuleRecord(const CHAR* pName, UINT64 nameHash, c
 
 VOID* ParameterSetManager::KeepModuleRecord(const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch, UINT32 count)
 {
-    return RecordOf(
-        m_rStore.FetchModule(m_tableIndex, pName, nameHash, pBranch, count, nullptr, ParameterStore::Hold::ForGood));
+    return RecordOf(m_rStore.KeepModule(m_tableIndex, pName, nameHash, pBranch, count));
 }
 
 VOID ParameterSetManager::GetModules(BYTE tableIndex, PList<ParameterModule*>& rList, const TuningMode* pBranch,

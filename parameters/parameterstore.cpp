@@ -1,5 +1,6 @@
 #include "parameters/parameterstore.h"
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 
@@ -13,14 +14,8 @@ ParameterStore::ParameterStore(ParameterSetManager& rManager, const CHAR* pName,
     : m_rManager(rManager), m_options(rOptions), m_modes(*this, rOptions.activeModeCacheSize), m_values(*this),
       m_name((pName != nullptr) ? pName : ""), m_modules(modules), m_replacement(*this)
 {
+    ForgetLookups();
     PublishLoggingIdentifier(m_name);
-    for (const tuning::ModuleDescription& rDescription : modules)
-    {
-        if (std::unique_ptr<ParameterModule> pModule = TableModule::Make(rDescription, nullptr))
-        {
-            AddDefaultModule(std::move(pModule));
-        }
-    }
     if (rOptions.liveTuning)
     {
         m_pWorker = std::make_unique<ParameterVernierWorker>(&rManager);
@@ -42,8 +37,25 @@ VOID ParameterStore::AddDefaultModule(std::unique_ptr<ParameterModule> pModule)
 
 DefaultModule* ParameterStore::FindDefaultModule(UINT64 nameHash)
 {
-    const auto found = m_defaultModules.find(nameHash);
-    return (found != m_defaultModules.end()) ? found->second.get() : nullptr;
+    const std::lock_guard<ParameterMutex> lock(m_dataMutex);
+    if (const auto known = m_defaultModules.find(nameHash); known != m_defaultModules.end())
+    {
+        return known->second.get();
+    }
+    // A file holds few of the modules that there are, so that each is made when it is first met.
+    const auto isNamed = [nameHash](const tuning::ModuleDescription& rModule) { return rModule.nameHash == nameHash; };
+    const auto described = std::find_if(m_modules.begin(), m_modules.end(), isNamed);
+    std::unique_ptr<ParameterModule> pModule;
+    if (described != m_modules.end())
+    {
+        pModule = TableModule::Make(*described, nullptr);
+    }
+    if (pModule == nullptr)
+    {
+        return nullptr;
+    }
+    AddDefaultModule(std::move(pModule));
+    return m_defaultModules[nameHash].get();
 }
 
 VOID ParameterStore::SetError(const CHAR* pText, const ModuleData* pModuleData)

@@ -64,7 +64,7 @@ public:
     // The modules that a file may hold.
     VOID                    AddDefaultModule(std::unique_ptr<ParameterModule> pModule);
     DefaultModule*          FindDefaultModule(UINT64 nameHash);
-    const DefaultModuleMap& DefaultModules() const
+    const DefaultModuleMap& DefaultModules() const  ///< those that were found so far
     {
         return m_defaultModules;
     }
@@ -132,6 +132,14 @@ public:
     };
     ParameterModule* FetchModule(BYTE tableIndex, const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch,
                                  UINT32 count, ParameterModule* pPrevious, Hold hold);
+
+    /// FetchModule for good. What a thread has found is found again without a walk while the store stands as it did.
+    ParameterModule* KeepModule(BYTE tableIndex, const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch,
+                                UINT32 count);
+
+    /// Says that a lookup may find another module than before, or that a record in memory is gone.
+    VOID ForgetLookups();
+
     VOID GetModules(BYTE tableIndex, PList<ParameterModule*>& rList, const TuningMode* pBranch, UINT32 count,
                     bool local, bool inherited, const PipelineType* pPipeline);
     VOID GetPathFromModeBranch(const TuningMode* pBranch, UINT32 count, CHAR* pText, size_t size);
@@ -181,6 +189,11 @@ private:
     VOID             LogMissingRoot(const CHAR* pName, const ParameterModeTable* pTable) const;
     ParameterModule* FindModuleOnBranch(ModeEntry* pRoot, const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch,
                                         UINT32 count);
+
+    /// Whether the lookup of a module that was found would say nothing and find the same again.
+    bool IsRepeatable(const ParameterModule* pModule, BYTE tableIndex, UINT64 nameHash, const TuningMode* pBranch,
+                      UINT32 count);
+
     enum class Held
     {
         Yes,
@@ -204,6 +217,8 @@ private:
 
     mutable std::mutex m_errorMutex;  ///< guards m_errorText, which any thread may set
     std::string        m_errorText;
+
+    std::atomic<UINT64> m_serial = 0;  ///< of what lookups find; see LookupMemo
 
     bool             m_valid = false;
     std::string      m_fileName;  ///< of a file in file mode, empty otherwise

@@ -59,6 +59,7 @@ bool ParameterStore::BeginLoad()
 
 bool ParameterStore::EndLoad(bool loaded)
 {
+    ForgetLookups();
     m_valid = loaded;
     if (!loaded)
     {
@@ -290,6 +291,7 @@ StoreContent ParameterStore::TakeContent()
 VOID ParameterStore::FreeBinaryParameters()
 {
     ParameterLogging::Write(&m_rManager, ParameterLogging::Debug, "FreeBinaryParameters called\n");
+    ForgetLookups();
     // The modules' data stands in the symbol table, and their modes in the mode tables.
     for (const auto& [nameHash, rpModule] : m_defaultModules)
     {

@@ -1,15 +1,20 @@
 /// Which module applies to a branch. All of this may run on any thread, and FetchModule runs many times per frame.
 #include "parameters/parameterstore.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <string>
 
 #include "parameters/branchwalk.h"
+#include "parameters/lookupmemo.h"
 #include "parameters/modepaths.h"
 #include "parameters/parameterfilesymboltable.h"
 
 namespace
 {
+
+/// Serials are of one row for all stores: one that is made in the place of another must not find its answers.
+std::atomic<UINT64> g_lastSerial{0};
 
 /// How log lines name a lookup. @param pName null for one of all modules
 std::string LookupText(const CHAR* pName)
@@ -88,6 +93,48 @@ ParameterModule* ParameterStore::FetchModule(BYTE tableIndex, const CHAR* pName,
                                 "GetModule %s failed to find a loaded module in %s, returning null\n", pName, path);
     }
     return (held == Held::Yes) ? pModule : nullptr;
+}
+
+ParameterModule* ParameterStore::KeepModule(BYTE tableIndex, const CHAR* pName, UINT64 nameHash,
+                                            const TuningMode* pBranch, UINT32 count)
+{
+    if (pBranch == nullptr || count > LookupMemo::MaxSelectors)
+    {
+        return FetchModule(tableIndex, pName, nameHash, pBranch, count, nullptr, Hold::ForGood);
+    }
+    LookupMemo&            rMemo  = LookupMemo::OfThread();
+    const LookupMemo::Path path   = {m_serial.load(std::memory_order_acquire), tableIndex, pBranch, count};
+    ParameterModule*       pKnown = rMemo.Find(path, nameHash);
+    if (pKnown != nullptr)
+    {
+        if (IsFileMode())
+        {
+            m_modes.LoadMode(tableIndex, pBranch, count, nullptr);  // the path is in use as much as ever
+        }
+        return pKnown;
+    }
+    ParameterModule* pModule = FetchModule(tableIndex, pName, nameHash, pBranch, count, nullptr, Hold::ForGood);
+    if (pModule != nullptr && IsRepeatable(pModule, tableIndex, nameHash, pBranch, count))
+    {
+        rMemo.Note(path, nameHash, pModule);
+    }
+    return pModule;
+}
+
+bool ParameterStore::IsRepeatable(const ParameterModule* pModule, BYTE tableIndex, UINT64 nameHash,
+                                  const TuningMode* pBranch, UINT32 count)
+{
+    const auto isBelowRoot = [](const TuningMode& rSelector)
+    { return rSelector.mode > ModeType::Default && rSelector.mode < ModeType::EnumModeType_COUNT; };
+    const bool isWellFormed = count > 0 && pBranch[0].mode == ModeType::Default && pBranch[0].subMode.value == 0 &&
+                              std::all_of(pBranch + 1, pBranch + count, isBelowRoot);
+    const bool isKept = !IsFileMode() || pModule->Data->Mode->Entry->IsKept(pModule);
+    return isWellFormed && isKept && m_content.modeTables[tableIndex]->RootMode.Entry->FindModule(nameHash) != nullptr;
+}
+
+VOID ParameterStore::ForgetLookups()
+{
+    m_serial.store(g_lastSerial.fetch_add(1, std::memory_order_relaxed) + 1, std::memory_order_release);
 }
 
 bool ParameterStore::HasModeTable(const CHAR* pCaller, BYTE tableIndex) const

@@ -16,6 +16,7 @@ add_room(kiro_parameters
     parameters/definitionlayout.cpp
     parameters/definitionreader.cpp
     parameters/loadallowance.cpp
+    parameters/lookupmemo.cpp
     parameters/membersource.cpp
     parameters/modecache.cpp
     parameters/modeentry.cpp

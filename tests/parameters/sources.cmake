@@ -1,6 +1,7 @@
 list(APPEND ROOM_TESTS
     definitions_test.cpp
     eviction_test.cpp
+    keptlookups_test.cpp
     lostfile_test.cpp
     modepaths_test.cpp
     modetree_test.cpp
