@@ -8,18 +8,14 @@
 #include "core/ckirocore.h"
 #include "interface/ckiroctrlcorecommon.h"
 
+using exposurearithmetic::WideIndexOfExposure;
+
 namespace
 {
 
-/// Index scale, not narrowed.
-DOUBLE IndexOf(UINT64 exposure)
-{
-    return exposurearithmetic::IndexPerDecade * std::log10(static_cast<DOUBLE>(exposure));
-}
-
 DOUBLE SafeIndexOf(const AECFrameHistory* pFrame)
 {
-    return (pFrame != nullptr) ? IndexOf(pFrame->exposureSets[AECAlgoExposureSafe].exposure) : 0.0;
+    return (pFrame != nullptr) ? WideIndexOfExposure(pFrame->exposureSets[AECAlgoExposureSafe].exposure) : 0.0;
 }
 
 }  // namespace
@@ -29,7 +25,7 @@ VOID CKIROCore::UpdateConvTriggers(const KIROConvergenceInput& rConvInput)
     CKIROHistory& rHistory = *m_contManager.m_pHistory;
     const DOUBLE  prev     = SafeIndexOf(rHistory.GetFrameHistory(1));
     const DOUBLE  match    = SafeIndexOf(rHistory.GetFrameHistory(m_contManager.GetInput()->systemLatency));
-    const DOUBLE  target   = IndexOf(rConvInput.sensitivities[AECAlgoExposureSafe]);
+    const DOUBLE  target   = WideIndexOfExposure(rConvInput.sensitivities[AECAlgoExposureSafe]);
 
     PublishLoggedTrigger("Conv", TriggerCtrlPrev, static_cast<FLOAT>(prev), "PrevIndex");
     PublishLoggedTrigger("Conv", TriggerCtrlTarget, static_cast<FLOAT>(target), "TargetIndex");

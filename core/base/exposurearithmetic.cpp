@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
+#include <cstring>
 
 #include "core/base/kirolog.h"
 
@@ -22,41 +22,60 @@ FLOAT FloatRatio(UINT64 exposure, UINT64 indexZeroExposure)
     return static_cast<FLOAT>(exposure) / std::max(static_cast<FLOAT>(indexZeroExposure), Epsilon);
 }
 
-template <typename Integer> Integer Saturate(DOUBLE value)
+/// Logarithms to the base 10 of the last arguments. A frame takes those of a few exposures, each of them many times,
+/// and a steady camera those of the frame before.
+template <typename Float> class LastLogs
 {
-    if (std::isnan(value))
+public:
+    Float Of(Float value)
     {
-        return 0;
+        Entry& rEntry = m_entries[Place(value)];
+        if (std::memcmp(&rEntry.value, &value, sizeof(value)) != 0)
+        {
+            rEntry = {value, std::log10(value)};
+        }
+        return rEntry.log;
     }
-    if (value <= static_cast<DOUBLE>(std::numeric_limits<Integer>::min()))
+
+private:
+    static constexpr UINT32 PlaceBits = 6;
+
+    struct Entry
     {
-        return std::numeric_limits<Integer>::min();
-    }
-    if (value >= static_cast<DOUBLE>(std::numeric_limits<Integer>::max()))
+        Float value = 1;
+        Float log   = 0;
+    };
+
+    static size_t Place(Float value)
     {
-        return std::numeric_limits<Integer>::max();
+        constexpr UINT64 goldenRatio = 0x9E3779B97F4A7C15;
+        UINT64           bits        = 0;
+        std::memcpy(&bits, &value, sizeof(value));
+        return (bits * goldenRatio) >> (64 - PlaceBits);
     }
-    return static_cast<Integer>(value);
-}
+
+    Entry m_entries[1 << PlaceBits];
+};
+
+/// Instances run in threads of their own.
+thread_local LastLogs<FLOAT>  g_lastLogs;
+thread_local LastLogs<DOUBLE> g_lastLogsInDouble;
 
 }  // namespace
 
 FLOAT IndexOfRatio(FLOAT ratio)
 {
-    return (ratio == 0.0f) ? 0.0f : static_cast<FLOAT>(std::log10(static_cast<DOUBLE>(ratio)) * IndexPerDecade);
+    return (ratio == 0.0f) ? 0.0f
+                           : static_cast<FLOAT>(g_lastLogsInDouble.Of(static_cast<DOUBLE>(ratio)) * IndexPerDecade);
 }
 
-UINT64 UtilQuantities2Exposure(FLOAT gain, UINT64 time, FLOAT corr)
+DOUBLE ForcedProduct(FLOAT gain, UINT64 time, FLOAT corr)
 {
-    DOUBLE product = static_cast<DOUBLE>(gain) * static_cast<DOUBLE>(time) * static_cast<DOUBLE>(corr);
-    if (std::abs(product) < static_cast<DOUBLE>(Epsilon))
-    {
-        STATS_LOG_ERROR("exposure calculated as zero; check gain %.1f time %llu corr %.1f", gain, time, corr);
-        product = static_cast<DOUBLE>(std::max(gain, 1.0f)) * static_cast<DOUBLE>(std::max<UINT64>(time, 1)) *
-                  static_cast<DOUBLE>(std::max(corr, 1.0f));
-        STATS_LOG_ERROR("forcing exposure to %.0f", product);
-    }
-    return SaturateToUINT64(product + 0.5);
+    STATS_LOG_ERROR("exposure calculated as zero; check gain %.1f time %llu corr %.1f", gain, time, corr);
+    const DOUBLE product = static_cast<DOUBLE>(std::max(gain, 1.0f)) * static_cast<DOUBLE>(std::max<UINT64>(time, 1)) *
+                           static_cast<DOUBLE>(std::max(corr, 1.0f));
+    STATS_LOG_ERROR("forcing exposure to %.0f", product);
+    return product;
 }
 
 FLOAT IndexOfExposure(UINT64 exposure, UINT64 indexZeroExposure)
@@ -98,29 +117,19 @@ bool IsSameExposure(UINT64 numerator, UINT64 denominator)
     return ratio > SameRatioLow && ratio < SameRatioHigh;
 }
 
+DOUBLE WideIndexOfExposure(UINT64 exposure)
+{
+    return IndexPerDecade * g_lastLogsInDouble.Of(static_cast<DOUBLE>(exposure));
+}
+
 FLOAT SensiLog103(FLOAT value)
 {
-    return std::log10(value) * static_cast<FLOAT>(IndexPerDecade);
+    return g_lastLogs.Of(value) * static_cast<FLOAT>(IndexPerDecade);
 }
 
 DOUBLE ExposureOfSensiLog103(DOUBLE value)
 {
     return std::pow(static_cast<DOUBLE>(IndexBase), value);
-}
-
-UINT64 SaturateToUINT64(DOUBLE value)
-{
-    return Saturate<UINT64>(value);
-}
-
-UINT32 SaturateToUINT32(DOUBLE value)
-{
-    return Saturate<UINT32>(value);
-}
-
-INT32 SaturateToINT32(DOUBLE value)
-{
-    return Saturate<INT32>(value);
 }
 
 AECAlgoExposureType ExposureTypeOfSelection(KIROExposureSelection selection, AECAlgoExposureType fallback)

@@ -5,6 +5,9 @@
 /// An index is a logarithm to the base 1.03: a difference of 1 is 3 percent of exposure.
 #pragma once
 
+#include <cmath>
+#include <limits>
+
 #include "interface/kiroexposure.h"
 #include "platform/tavotypes.h"
 #include "schema/kiroenums.h"
@@ -25,9 +28,50 @@ constexpr FLOAT Epsilon = 1e-7f;
 /// Margin of gain when deciding to snap to a limit.
 constexpr FLOAT SnapMargin = 0.0001f;
 
+/// Truncates towards zero and saturates at the limits of the type; NaN becomes 0.
+template <typename Integer> Integer SaturateTo(DOUBLE value)
+{
+    if (std::isnan(value))
+    {
+        return 0;
+    }
+    if (value <= static_cast<DOUBLE>(std::numeric_limits<Integer>::min()))
+    {
+        return std::numeric_limits<Integer>::min();
+    }
+    if (value >= static_cast<DOUBLE>(std::numeric_limits<Integer>::max()))
+    {
+        return std::numeric_limits<Integer>::max();
+    }
+    return static_cast<Integer>(value);
+}
+
+inline UINT64 SaturateToUINT64(DOUBLE value)
+{
+    return SaturateTo<UINT64>(value);
+}
+
+inline UINT32 SaturateToUINT32(DOUBLE value)
+{
+    return SaturateTo<UINT32>(value);
+}
+
+inline INT32 SaturateToINT32(DOUBLE value)
+{
+    return SaturateTo<INT32>(value);
+}
+
+/// What stands for a product of quantities that is nearly zero: max(gain, 1) * max(time, 1) * max(corr, 1). Logs it.
+DOUBLE ForcedProduct(FLOAT gain, UINT64 time, FLOAT corr);
+
 /// Rounded product gain * time * corr, in double.
-/// A product whose magnitude is below Epsilon is logged and taken again from max(gain, 1), max(time, 1), max(corr, 1).
-UINT64 UtilQuantities2Exposure(FLOAT gain, UINT64 time, FLOAT corr);
+/// A product whose magnitude is below Epsilon is replaced by ForcedProduct.
+inline UINT64 UtilQuantities2Exposure(FLOAT gain, UINT64 time, FLOAT corr)
+{
+    const DOUBLE product = static_cast<DOUBLE>(gain) * static_cast<DOUBLE>(time) * static_cast<DOUBLE>(corr);
+    const bool   isZero  = std::abs(product) < static_cast<DOUBLE>(Epsilon);
+    return SaturateToUINT64((isZero ? ForcedProduct(gain, time, corr) : product) + 0.5);
+}
 
 /// Index of an exposure; 0 for an exposure of 0. An indexZeroExposure of 0 counts as 1.
 FLOAT IndexOfExposure(UINT64 exposure, UINT64 indexZeroExposure);
@@ -57,16 +101,14 @@ constexpr DOUBLE SameRatioHigh = 1.0001f;
 /// @return whether numerator / denominator lies strictly between the float values of 0.9999 and 1.0001
 bool IsSameExposure(UINT64 numerator, UINT64 denominator);
 
+/// Log of an exposure to the base 1.03, worked out in double and not narrowed; negative infinity for 0.
+DOUBLE WideIndexOfExposure(UINT64 exposure);
+
 /// log10f(value) in single precision, times IndexPerDecade in single precision: the log domain of convergence.
 FLOAT SensiLog103(FLOAT value);
 
 /// Inverse of the log domain: 1.03 to the power of value, in double.
 DOUBLE ExposureOfSensiLog103(DOUBLE value);
-
-/// Truncates towards zero and saturates at the limits of the type; NaN becomes 0.
-UINT64 SaturateToUINT64(DOUBLE value);
-UINT32 SaturateToUINT32(DOUBLE value);
-INT32  SaturateToINT32(DOUBLE value);
 
 /// Maps the tuning's selection to the index of exposure arrays.
 /// @param selection ExposureNone, or a value out of range, maps to fallback

@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
+#include <cmath>
 #include <limits>
+#include <random>
+#include <vector>
 
 #include "tests/support/statslogcapture.h"
 
@@ -57,6 +61,30 @@ TEST(ExposureArithmetic, IndexIsALogarithmToTheBaseOf103)
     EXPECT_EQ(SensiLog103(10.0f), 77.89853f);
     EXPECT_EQ(ExposureOfSensiLog103(1.0), 1.0299999713897705);
     EXPECT_EQ(ExposureOfSensiLog103(0.0), 1.0);
+}
+
+TEST(ExposureArithmetic, LogsAreTheSameBitsHoweverOftenAndInWhateverOrderTheyAreTaken)
+{
+    const auto expectLogs = [](FLOAT value)
+    {
+        const FLOAT  single = std::log10(value) * 77.89852905273438f;
+        const DOUBLE wide   = std::log10(static_cast<DOUBLE>(value)) * 77.89852905273438;
+        const FLOAT  ratio  = (value == 0.0f) ? 0.0f : static_cast<FLOAT>(wide);
+        EXPECT_EQ(std::bit_cast<UINT32>(SensiLog103(value)), std::bit_cast<UINT32>(single)) << value;
+        EXPECT_EQ(std::bit_cast<UINT32>(IndexOfRatio(value)), std::bit_cast<UINT32>(ratio)) << value;
+    };
+    std::mt19937       random(20);
+    std::vector<FLOAT> values = {
+        0.0f, -0.0f, 1.0f, -1.0f, 1e-45f, 3e38f, static_cast<FLOAT>(NaN), static_cast<FLOAT>(Infinity)};
+    for (UINT32 index = 0; index < 2000; ++index)
+    {
+        values.push_back(std::exp(static_cast<FLOAT>(random() % 100000) * 0.001f - 50.0f));
+        expectLogs(values.back());
+        expectLogs(values[random() % values.size()]);
+        expectLogs(values[values.size() / 2]);
+    }
+    EXPECT_EQ(WideIndexOfExposure(0), -Infinity);
+    EXPECT_EQ(WideIndexOfExposure(100), 2 * 77.89852905273438);
 }
 
 TEST(ExposureArithmetic, SplitsIntoTimeOrGain)
