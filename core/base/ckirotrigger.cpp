@@ -33,9 +33,9 @@ CKIRODataXML::CKIRODataXML(KIROMLDataType type) : CKIRODataXML(type, sizeof(FLOA
 }
 
 CKIRODataXML::CKIRODataXML(KIROMLDataType type, INT recordSize)
-    : m_interpDataIdx(0), m_coreDataSize(0), m_myDataType(type), m_recordSize(recordSize),
-      m_interpDataSize(0), m_zoneIndex{}, m_selectedNodeIndex{}, m_dimTriggerPoint{}, m_dimPrevTriggerPoint{},
-      m_subLevelTriggerCnt(0), m_triggerDimension(0), m_pXMLNodeData(nullptr)
+    : m_interpDataIdx(0), m_coreDataSize(0), m_myDataType(type), m_recordSize(recordSize), m_interpDataSize(0),
+      m_selectedZone(0), m_dimTriggerPoint{}, m_prevTriggerPoint(0.0f), m_subLevelTriggerCnt(0), m_triggerDimension(0),
+      m_pXMLNodeData(nullptr)
 {
 }
 
@@ -81,8 +81,8 @@ VOID CKIRODataXML::SetData(VOID* pData, KIROMLDataType type)
         m_interpDataSize = static_cast<size_t>(SlotCount) * static_cast<size_t>(m_coreDataSize);
         m_pInterpData    = TavoNewArray<BYTE>(m_interpDataSize);
     }
-    std::memset(m_selectedNodeIndex, 0, sizeof(m_selectedNodeIndex));
-    std::fill(std::begin(m_dimPrevTriggerPoint), std::end(m_dimPrevTriggerPoint), std::numeric_limits<FLOAT>::lowest());
+    m_selectedZone     = 0;
+    m_prevTriggerPoint = std::numeric_limits<FLOAT>::lowest();
 }
 
 VOID* CKIRODataXML::GetData(FLOAT trigger1D, FLOAT trigger2D, FLOAT trigger3D)
@@ -92,31 +92,30 @@ VOID* CKIRODataXML::GetData(FLOAT trigger1D, FLOAT trigger2D, FLOAT trigger3D)
         STATS_LOG_ERROR("m_pXMLNodeData is NULL. Verify set data");
         return s_buffer;
     }
-    m_interpDataIdx = 0;
-    std::fill(std::begin(m_zoneIndex), std::end(m_zoneIndex), 0);
-    const FLOAT triggers[LevelCountMax] = {trigger1D, trigger2D, trigger3D};
-    std::transform(std::begin(triggers), std::end(triggers), m_dimTriggerPoint,
-                   [](FLOAT trigger) { return std::isnan(trigger) ? 0.0f : trigger; });
+    m_interpDataIdx      = 0;
+    m_dimTriggerPoint[0] = std::isnan(trigger1D) ? 0.0f : trigger1D;
+    m_dimTriggerPoint[1] = std::isnan(trigger2D) ? 0.0f : trigger2D;
+    m_dimTriggerPoint[2] = std::isnan(trigger3D) ? 0.0f : trigger3D;
 
-    VOID* pResult =
-        GetInterpData(0, m_dimTriggerPoint[0], m_dimPrevTriggerPoint[0], m_subLevelTriggerCnt, m_pXMLNodeData);
-    std::copy(std::begin(m_dimTriggerPoint), std::end(m_dimTriggerPoint), m_dimPrevTriggerPoint);
+    VOID* pResult = GetInterpData(0, m_dimTriggerPoint[0], m_prevTriggerPoint, m_subLevelTriggerCnt, m_pXMLNodeData);
+    m_prevTriggerPoint = m_dimTriggerPoint[0];
     return (pResult != nullptr) ? pResult : s_buffer;
 }
 
 VOID* CKIRODataXML::GetInterpData(INT curDimension, FLOAT currValue, FLOAT prevValue, INT zoneCount, VOID* pTData)
 {
-    VOID* pResult = nullptr;
-    if (zoneCount <= 0 || pTData == nullptr)
+    BYTE* pZones = static_cast<BYTE*>(pTData);
+    if (zoneCount <= 0 || pZones == nullptr)
     {
         STATS_LOG_ERROR("trigger level %d has no zones: count %d, %p", curDimension + 1, zoneCount, pTData);
+        return nullptr;
     }
-    else
+    if (zoneCount == 1)
     {
-        pResult = SearchZones(curDimension, currValue, prevValue, zoneCount, static_cast<BYTE*>(pTData));
+        RecordZone(curDimension, 0);
+        return EvaluateZone(curDimension, pZones);  // wherever the value lies
     }
-    ++m_zoneIndex[curDimension];
-    return pResult;
+    return SearchZones(curDimension, currValue, prevValue, zoneCount, pZones);
 }
 
 inline bool CKIRODataXML::IsLastLevel(INT dimension) const
@@ -131,9 +130,10 @@ inline ptrdiff_t CKIRODataXML::StrideOf(INT dimension) const
     return IsLastLevel(dimension) ? leafSize : m_nodeSize;
 }
 
+/// Only the first level remembers: below it the sub-array differs from zone to zone.
 inline VOID CKIRODataXML::RecordZone(INT dimension, INT index)
 {
-    m_selectedNodeIndex[dimension][m_zoneIndex[dimension]] = index;
+    m_selectedZone = (dimension == 0) ? index : m_selectedZone;
 }
 
 VOID* CKIRODataXML::SearchZones(INT dimension, FLOAT currValue, FLOAT prevValue, INT zoneCount, BYTE* pZones)
@@ -149,14 +149,12 @@ VOID* CKIRODataXML::SearchZones(INT dimension, FLOAT currValue, FLOAT prevValue,
         RecordZone(dimension, zoneCount - 1);
         return EvaluateZone(dimension, pLast);
     }
-    // Only the first level remembers: below it the sub-array differs from zone to zone.
     if (dimension > 0)
     {
         return WalkZones<true>(dimension, currValue, 0, zoneCount, pZones);
     }
-    const INT start = m_selectedNodeIndex[0][m_zoneIndex[0]];
-    return (currValue >= prevValue) ? WalkZones<true>(dimension, currValue, start, zoneCount, pZones)
-                                    : WalkZones<false>(dimension, currValue, start, zoneCount, pZones);
+    return (currValue >= prevValue) ? WalkZones<true>(dimension, currValue, m_selectedZone, zoneCount, pZones)
+                                    : WalkZones<false>(dimension, currValue, m_selectedZone, zoneCount, pZones);
 }
 
 template <bool LeftToRight>
@@ -193,8 +191,7 @@ inline VOID* CKIRODataXML::EvaluateZone(INT dimension, BYTE* pZone)
     }
     const AECTriggerNodeXML node = ReadZone<AECTriggerNodeXML>(pZone);
     const INT               next = dimension + 1;
-    return GetInterpData(next, m_dimTriggerPoint[next], m_dimPrevTriggerPoint[next], node.subLevelTriggerCnt,
-                         node.pData);
+    return GetInterpData(next, m_dimTriggerPoint[next], m_dimTriggerPoint[next], node.subLevelTriggerCnt, node.pData);
 }
 
 VOID* CKIRODataXML::EvaluateGap(INT dimension, FLOAT currValue, BYTE* pVisited, BYTE* pReached, bool leftToRight)

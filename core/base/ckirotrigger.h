@@ -58,13 +58,13 @@ public:
     VOID* GetData(FLOAT trigger1D, FLOAT trigger2D, FLOAT trigger3D);
 
     /// One level of the evaluation; see the file comment.
-    /// @param pTData zoneCount zones
+    /// @param prevValue of the last call; counts at the first level alone
+    /// @param pTData    zoneCount zones
     /// @return null, with a log, if there are no zones
     VOID* GetInterpData(INT curDimension, FLOAT currValue, FLOAT prevValue, INT zoneCount, VOID* pTData);
 
 protected:
     static constexpr INT LevelCountMax = 3;
-    static constexpr INT VisitCountMax = 4;
     static constexpr INT SlotCount     = 16;
 
     /// @param recordSize bytes that InterpCoreData reads and writes
@@ -104,10 +104,9 @@ private:
     const KIROMLDataType m_myDataType;
     const INT            m_recordSize;
     size_t               m_interpDataSize;  ///< bytes of m_pInterpData
-    INT                  m_zoneIndex[LevelCountMax];
-    INT                  m_selectedNodeIndex[LevelCountMax][VisitCountMax];
+    INT                  m_selectedZone;    ///< of the first level, where the next search begins
     FLOAT                m_dimTriggerPoint[LevelCountMax];
-    FLOAT                m_dimPrevTriggerPoint[LevelCountMax];
+    FLOAT                m_prevTriggerPoint;  ///< of the first level, in the last call
     INT                  m_subLevelTriggerCnt;
     INT                  m_triggerDimension;
     BYTE*                m_pXMLNodeData;  ///< not owned

@@ -216,25 +216,20 @@ VOID CExternalMapProcessor::ObtainSpatialTemporalMap()
 
 VOID CExternalMapProcessor::MarkNeighbours(INT32 row, INT32 column)
 {
-    const auto mark = [this](INT32 markedRow, INT32 markedColumn)
+    constexpr INT32 last     = RowCount - 1;
+    const INT32     left     = std::max(column - 1, 0);
+    const INT32     width    = std::min(column + 1, last) - left + 1;
+    const INT32     lastDown = std::min(row + 1, last);
+    for (INT32 down = std::max(row - 1, 0); down <= lastDown; ++down)
     {
-        const INT32 clampedRow                                      = std::clamp(markedRow, 0, RowCount - 1);
-        const INT32 clampedColumn                                   = std::clamp(markedColumn, 0, RowCount - 1);
-        m_spatialtemporalMap[clampedRow * RowCount + clampedColumn] = Marked;
-    };
-    for (INT32 down = -1; down <= 1; ++down)
-    {
-        for (INT32 right = -1; right <= 1; ++right)
-        {
-            mark(row + down, column + right);
-        }
+        std::fill_n(m_spatialtemporalMap.begin() + down * RowCount + left, width, Marked);
     }
     if (m_pTuning->spatialConsistencyStrength > 1)
     {
-        mark(row - 2, column);
-        mark(row, column - 2);
-        mark(row, column + 2);
-        mark(row + 2, column);
+        m_spatialtemporalMap[std::max(row - 2, 0) * RowCount + column]    = Marked;
+        m_spatialtemporalMap[row * RowCount + std::max(column - 2, 0)]    = Marked;
+        m_spatialtemporalMap[row * RowCount + std::min(column + 2, last)] = Marked;
+        m_spatialtemporalMap[std::min(row + 2, last) * RowCount + column] = Marked;
     }
 }
 
