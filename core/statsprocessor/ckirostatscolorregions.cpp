@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstring>
 #include <numeric>
+#include <utility>
 
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
@@ -87,21 +88,33 @@ struct ColorWeights
     Batch byColor;
 };
 
-VOID AddChains(const ColorWeights* const (&rpWeights)[ChainCount], UINT32 count, FLOAT (&rSums)[ChainCount])
+/// Adds up one chain each; no more of them, so that the next part's weights are worked out while they run.
+template <size_t... Chain>
+VOID AddChains(const ColorWeights* pWeights, UINT32 walked, FLOAT* pSums, std::index_sequence<Chain...>)
 {
-    static_assert(ChainCount == 4, "each sum stays in a register of its own");
-    FLOAT first = rSums[0], second = rSums[1], third = rSums[2], fourth = rSums[3];
-    for (UINT32 index = 0; index < count; ++index)
+    FLOAT sums[] = {pSums[Chain]...};
+    for (UINT32 index = 0; index < walked; ++index)
     {
-        first  = std::fma(rpWeights[0]->byColor[index], rpWeights[0]->byLuma[index], first);
-        second = std::fma(rpWeights[1]->byColor[index], rpWeights[1]->byLuma[index], second);
-        third  = std::fma(rpWeights[2]->byColor[index], rpWeights[2]->byLuma[index], third);
-        fourth = std::fma(rpWeights[3]->byColor[index], rpWeights[3]->byLuma[index], fourth);
+        ((sums[Chain] = std::fma(pWeights[Chain].byColor[index], pWeights[Chain].byLuma[index], sums[Chain])), ...);
     }
-    rSums[0] = first;
-    rSums[1] = second;
-    rSums[2] = third;
-    rSums[3] = fourth;
+    ((pSums[Chain] = sums[Chain]), ...);
+}
+
+/// @param count from 1 to ChainCount
+VOID AddChains(const ColorWeights* pWeights, UINT32 count, UINT32 walked, FLOAT* pSums)
+{
+    static_assert(ChainCount == 4);
+    switch (count)
+    {
+    case 1:
+        return AddChains(pWeights, walked, pSums, std::make_index_sequence<1>());
+    case 2:
+        return AddChains(pWeights, walked, pSums, std::make_index_sequence<2>());
+    case 3:
+        return AddChains(pWeights, walked, pSums, std::make_index_sequence<3>());
+    default:
+        return AddChains(pWeights, walked, pSums, std::make_index_sequence<ChainCount>());
+    }
 }
 
 /// @param count       up to ChainCount
@@ -110,11 +123,8 @@ VOID AddChains(const ColorWeights* const (&rpWeights)[ChainCount], UINT32 count,
 VOID AddColors(GroupedGridParameters** ppRegions, UINT32 count, const ColorBatch& rBatch, UINT32 walked,
                Batch& rLumaWeights)
 {
-    ColorWeights        weights[ChainCount];
-    const ColorWeights* pWeights[ChainCount];
-    FLOAT               sums[ChainCount] = {};
-    std::fill(std::begin(pWeights), std::end(pWeights),
-              &weights[0]);  // chains without a region add up what nobody reads
+    ColorWeights weights[ChainCount];
+    FLOAT        sums[ChainCount];
     for (UINT32 chain = 0; chain < count; ++chain)
     {
         const GroupedGridParameters& rGroup = *ppRegions[chain];
@@ -126,10 +136,9 @@ VOID AddColors(GroupedGridParameters** ppRegions, UINT32 count, const ColorBatch
         regionweights::ByColor({rGroup.rgCenter, rGroup.rgDist_min, rGroup.rgDist_buffDist},
                                {rGroup.bgCenter, rGroup.bgDist_min, rGroup.bgDist_buffDist}, rBatch.rg, rBatch.bg,
                                weights[chain].byColor);
-        pWeights[chain] = &weights[chain];
-        sums[chain]     = rGroup.lumaWeightedCount;
+        sums[chain] = rGroup.lumaWeightedCount;
     }
-    AddChains(pWeights, walked, sums);
+    AddChains(weights, count, walked, sums);
     for (UINT32 chain = 0; chain < count; ++chain)
     {
         ppRegions[chain]->lumaWeightedCount = sums[chain];
