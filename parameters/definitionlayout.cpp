@@ -54,13 +54,12 @@ public:
         while (!m_path.empty())
         {
             Step& rStep = m_path.back();
-            if (rStep.nextChild == rStep.pStructure->ChildOrder.size())
+            if (rStep.nextChild == rStep.pStructure->Members.Count())
             {
-                ReleaseOrder(*rStep.pStructure);
                 m_path.pop_back();
                 continue;
             }
-            ParameterDefinitionElement&   rChild = *rStep.pStructure->ChildOrder[rStep.nextChild];
+            ParameterDefinitionElement&   rChild = rStep.pStructure->Members[rStep.nextChild];
             ParameterDefinitionStructure* pInner = LinkStructure(rChild);
             if (pInner != nullptr && pInner->Size == 0 && Enter(*pInner))
             {
@@ -82,9 +81,8 @@ private:
     /// @return false if there is nothing to compute
     bool Enter(ParameterDefinitionStructure& rStructure)
     {
-        if (rStructure.Size != 0 || rStructure.ChildOrder.empty())
+        if (rStructure.Size != 0 || rStructure.Members.Count() == 0)
         {
-            ReleaseOrder(rStructure);
             return false;
         }
         rStructure.Size = RecordCountSize;
@@ -109,12 +107,6 @@ private:
         }
         rInfo.Structure = entry->second.get();
         return rInfo.Structure;
-    }
-
-    static VOID ReleaseOrder(ParameterDefinitionStructure& rStructure)
-    {
-        std::vector<ParameterDefinitionElement*>().swap(rStructure.ChildOrder);
-        std::vector<std::unique_ptr<ParameterDefinitionElement>>().swap(rStructure.Repeated);
     }
 
     static UINT32 Saturated(UINT64 size)

@@ -1,5 +1,6 @@
 #include "parameters/definitionreader.h"
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -97,7 +98,8 @@ private:
             return false;
         }
         pStructure->TypeName = TextOf(name);
-        bool complete        = true;
+        pStructure->Members.Reserve(static_cast<UINT32>(std::min<UINT64>(childCount, BytesLeft() / MinElementBytes)));
+        bool complete = true;
         for (UINT32 child = 0; child < childCount && complete; ++child)
         {
             complete = ReadElement(*pStructure);
@@ -119,36 +121,28 @@ private:
 
     bool ReadElement(ParameterDefinitionStructure& rStructure)
     {
-        auto             pElement = std::make_unique<ParameterDefinitionElement>();
-        auto             pInfo    = std::make_unique<ParameterDefinitionElementInfo>();
-        BYTE             type     = 0;
-        std::string_view name;
-        UINT32           minimum = 0;
-        if (!Read(type) || !Read(pInfo->ID) || !ReadText(name) || !Read(pInfo->Flags) || !Read(minimum) ||
-            !Read(pInfo->MaxCount) || !SkipText())
+        ParameterDefinitionElement      element;
+        ParameterDefinitionElementInfo& rInfo = element.Info.emplace();
+        BYTE                            type  = 0;
+        std::string_view                name;
+        UINT32                          minimum = 0;
+        if (!Read(type) || !Read(rInfo.ID) || !ReadText(name) || !Read(rInfo.Flags) || !Read(minimum) ||
+            !Read(rInfo.MaxCount) || !SkipText())
         {
             return false;
         }
-        pInfo->Type = static_cast<ParameterDefinitionType>(type);
-        pInfo->Flags |= ParameterDefinitionElementInfo::FlagsFromCounts(minimum, pInfo->MaxCount);
+        rInfo.Type = static_cast<ParameterDefinitionType>(type);
+        rInfo.Flags |= ParameterDefinitionElementInfo::FlagsFromCounts(minimum, rInfo.MaxCount);
 
         // The stored length counts the terminator, the hash does not.
         const UINT32 nameLength = static_cast<UINT32>(name.size());
-        pElement->NameHash      = namehash::Checksum(name.data(), (nameLength > 0) ? nameLength - 1 : 0, true, 0);
-        pElement->Info          = std::move(pInfo);
-
-        rStructure.ChildOrder.push_back(pElement.get());
-        const auto entry = rStructure.Children.try_emplace(pElement->NameHash, nullptr);
-        if (entry.second)
-        {
-            entry.first->second = std::move(pElement);
-        }
-        else
+        element.NameHash        = namehash::Checksum(name.data(), (nameLength > 0) ? nameLength - 1 : 0, true, 0);
+        const ParameterDefinitionElement& rAppended = rStructure.Members.Append(std::move(element));
+        if (rAppended.IsRepeated)
         {
             ParameterLogging::Write(m_pLog, ParameterLogging::Error,
-                                    "Duplicated hash found in Children (%llu) object %s\n", pElement->NameHash,
+                                    "Duplicated hash found in Children (%llu) object %s\n", rAppended.NameHash,
                                     TextOf(name).c_str());
-            rStructure.Repeated.push_back(std::move(pElement));
         }
         return true;
     }
@@ -169,6 +163,11 @@ private:
             }
         }
         return true;
+    }
+
+    UINT64 BytesLeft() const
+    {
+        return (m_position < m_size) ? m_size - m_position : 0;
     }
 
     template <typename T> bool Read(T& rValue)
@@ -216,6 +215,9 @@ private:
     {
         return std::string(stored.substr(0, stored.find('\0')));
     }
+
+    /// Of a member without a name: what a count of members may claim.
+    static constexpr UINT64 MinElementBytes = 23;
 
     const BYTE* const                   m_pSection;
     const UINT64                        m_size;

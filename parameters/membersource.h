@@ -32,7 +32,7 @@ struct ParameterFileSymbolTableEntry::MemberSource
 
     const ParameterDefinitionElementInfo* GetInfo() const
     {
-        return (pElement != nullptr) ? pElement->Info.get() : nullptr;
+        return (pElement != nullptr) ? pElement->GetInfo() : nullptr;
     }
 
     /// @return ID of the entry that holds the values, 0 for values inside the record
@@ -61,7 +61,7 @@ bool ParameterFileSymbolTableEntry::FindMember(const MemberRequest& rRequest, Me
     const ParameterDefinitionElement* pParent = parameters.Element;
     const bool                        undefined =
         (rSource.pElement == nullptr && pParent != nullptr &&
-         !(pParent->Verified.load(std::memory_order_relaxed) && pParent->Info == nullptr)) ||
+         !(pParent->Verified.load(std::memory_order_relaxed) && !pParent->Info.has_value())) ||
         (rRequest.wantStructure && rSource.GetInfo() != nullptr && rSource.GetInfo()->Structure == nullptr);
     bool found = false;
     if (!undefined)

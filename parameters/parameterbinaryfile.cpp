@@ -121,11 +121,18 @@ bool ParameterBinaryFile::IsUnchanged()
 
 VOID ParameterBinaryFile::Close()
 {
+    m_pWhole.reset();
     if (m_file != nullptr)
     {
         std::fclose(m_file);
         m_file = nullptr;
     }
+}
+
+VOID ParameterBinaryFile::KeepInMemory(TuningBlock pWhole)
+{
+    std::lock_guard<ParameterMutex> lock(m_pbfMutex);
+    m_pWhole = std::move(pWhole);
 }
 
 bool ParameterBinaryFile::Read(VOID* pDestination, UINT64 offset, UINT64& rPosition, UINT32 count, UINT32 alignment)
@@ -135,9 +142,13 @@ bool ParameterBinaryFile::Read(VOID* pDestination, UINT64 offset, UINT64& rPosit
     {
         return count == 0 && !m_isModified;
     }
-    const bool cacheable = count <= ReadBufferSize && m_useReadBufs;
-    if (!(cacheable && ReadCached(pDestination, offset + rPosition, count)) &&
-        !ReadDirect(pDestination, offset, rPosition, count))
+    if (m_pWhole != nullptr)
+    {
+        std::memcpy(pDestination, m_pWhole.get() + offset + rPosition, count);
+    }
+    else if (const bool cacheable = count <= ReadBufferSize && m_useReadBufs;
+             !(cacheable && ReadCached(pDestination, offset + rPosition, count)) &&
+             !ReadDirect(pDestination, offset, rPosition, count))
     {
         return false;
     }

@@ -56,6 +56,10 @@ public:
     /// Reads count bytes from offset into a new block. @return null on failure
     TuningBlock Read(UINT64 offset, UINT32 count);
 
+    /// Takes the whole file in memory, from which it is read until it is closed: the many pieces of a load.
+    /// @param pWhole Length() bytes, as Read gave them
+    VOID KeepInMemory(TuningBlock pWhole);
+
     /// Adds adjust to the number of references; the first one opens the file, the last one closes it.
     /// @return the number of references
     INT32 Reference(INT32 adjust);
@@ -116,6 +120,7 @@ private:
 
     FILE*                                   m_file   = nullptr;
     UINT32                                  m_length = 0;
+    TuningBlock                             m_pWhole;  ///< the file's bytes; null unless it is kept in memory
     ParameterRefCount                       m_refCnt{0};
     std::array<ReadBuffer, ReadBufferCount> m_readBufs{};
     bool                                    m_useReadBufs           = true;

@@ -1,6 +1,9 @@
 #include "parameters/parameterdefinitions.h"
 
+#include <algorithm>
+#include <bit>
 #include <unordered_set>
+#include <utility>
 
 #include "parameters/definitionlayout.h"
 #include "parameters/definitionreader.h"
@@ -27,12 +30,12 @@ StructureSet FindUnmatched(const ParameterDefinitions::StructureMap& rStructures
     for (const auto& [id, pStructure] : rStructures)
     {
         bool matched = !pStructure->MissedMember.load();
-        for (const auto& [hash, pChild] : pStructure->Children)
+        for (const ParameterDefinitionElement& rChild : pStructure->Members)
         {
-            matched = matched && pChild->Verified.load();
-            if (pChild->Info != nullptr && pChild->Info->Structure != nullptr)
+            matched = matched && (rChild.IsRepeated || rChild.Verified.load());
+            if (!rChild.IsRepeated && rChild.Info.has_value() && rChild.Info->Structure != nullptr)
             {
-                users[pChild->Info->Structure].push_back(pStructure.get());
+                users[rChild.Info->Structure].push_back(pStructure.get());
             }
         }
         if (!matched)
@@ -101,7 +104,7 @@ UINT32 ParameterDefinitionElementInfo::WidthOf(ParameterDefinitionType type)
 
 UINT32 ParameterDefinitionElement::GetSize() const
 {
-    if (Info == nullptr)
+    if (!Info.has_value())
     {
         return 0;
     }
@@ -112,10 +115,52 @@ UINT32 ParameterDefinitionElement::GetSize() const
     return ParameterDefinitionElementInfo::WidthOf(Info->IsString() ? Info->Type : Info->StoredType());
 }
 
-ParameterDefinitionElement* ParameterDefinitionStructure::FindChild(UINT64 nameHash) const
+VOID ParameterDefinitionMembers::Reserve(UINT32 count)
 {
-    const auto entry = Children.find(nameHash);
-    return (entry != Children.end()) ? entry->second.get() : nullptr;
+    m_elements.reserve(count);
+    SetSlotCount(std::bit_ceil(2 * static_cast<size_t>(count)));
+}
+
+ParameterDefinitionElement& ParameterDefinitionMembers::Append(ParameterDefinitionElement&& rElement)
+{
+    if (m_slots.size() < 2 * (m_elements.size() + 1))
+    {
+        SetSlotCount(std::max<size_t>(2 * m_slots.size(), 8));
+    }
+    UINT32& rSlot       = SlotOf(rElement.NameHash);
+    rElement.IsRepeated = rSlot != FreeSlot;
+    rSlot               = rElement.IsRepeated ? rSlot : Count();
+    return m_elements.emplace_back(std::move(rElement));
+}
+
+ParameterDefinitionElement* ParameterDefinitionMembers::Find(UINT64 nameHash)
+{
+    const UINT32 position = m_slots.empty() ? FreeSlot : SlotOf(nameHash);
+    return (position != FreeSlot) ? &m_elements[position] : nullptr;
+}
+
+/// @return the slot of the first member of that name, or the free one where it belongs
+UINT32& ParameterDefinitionMembers::SlotOf(UINT64 nameHash)
+{
+    const size_t mask = m_slots.size() - 1;
+    size_t       slot = nameHash & mask;
+    while (m_slots[slot] != FreeSlot && m_elements[m_slots[slot]].NameHash != nameHash)
+    {
+        slot = (slot + 1) & mask;
+    }
+    return m_slots[slot];
+}
+
+VOID ParameterDefinitionMembers::SetSlotCount(size_t count)
+{
+    m_slots.assign(count, FreeSlot);
+    for (UINT32 position = 0; position < Count(); ++position)
+    {
+        if (!m_elements[position].IsRepeated)
+        {
+            SlotOf(m_elements[position].NameHash) = position;
+        }
+    }
 }
 
 bool ParameterDefinitions::Read(const BYTE* pSection, UINT32 size, UINT32 alignment, bool countedArrays,
@@ -136,12 +181,16 @@ VOID ParameterDefinitions::Prune()
         {
             keep.insert(pStructure.get());
         }
-        for (const auto& [hash, pChild] : pStructure->Children)
+        for (ParameterDefinitionElement& rChild : pStructure->Members)
         {
-            const ParameterDefinitionStructure* pInner = (pChild->Info != nullptr) ? pChild->Info->Structure : nullptr;
-            if (pChild->Verified.load() && (pInner == nullptr || unmatched.count(pInner) == 0))
+            if (rChild.IsRepeated)
             {
-                pChild->Info.reset();
+                continue;
+            }
+            const ParameterDefinitionStructure* pInner = rChild.Info.has_value() ? rChild.Info->Structure : nullptr;
+            if (rChild.Verified.load() && (pInner == nullptr || unmatched.count(pInner) == 0))
+            {
+                rChild.Info.reset();
                 continue;
             }
             keep.insert(pStructure.get());

@@ -7,6 +7,7 @@
 
 #include <atomic>
 #include <memory>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -106,30 +107,90 @@ struct ParameterDefinitionElementInfo
 class ParameterDefinitionElement
 {
 public:
+    ParameterDefinitionElement() = default;
+
+    /// For members of a structure that is being read: nobody has marked them yet.
+    ParameterDefinitionElement(ParameterDefinitionElement&& rOther) noexcept
+        : NameHash(rOther.NameHash), IsRepeated(rOther.IsRepeated), Info(rOther.Info)
+    {
+    }
+
+    /// @return how it is stored, null where that is not known any more
+    const ParameterDefinitionElementInfo* GetInfo() const
+    {
+        return Info.has_value() ? &*Info : nullptr;
+    }
+
     /// @return bytes of one stored value: 1 for texts, 4 for flagged floats, a structure's Size, 0 where there is none
     UINT32 GetSize() const;
 
-    UINT64            NameHash = 0;
-    std::atomic<bool> Verified{false};                     ///< a record had it in the layout the code expects
-    std::unique_ptr<ParameterDefinitionElementInfo> Info;  ///< null once it has matched and been pruned
+    UINT64                                        NameHash   = 0;
+    bool                                          IsRepeated = false;  ///< another member of its name stands before it
+    std::atomic<bool>                             Verified{false};  ///< a record had it in the layout the code expects
+    std::optional<ParameterDefinitionElementInfo> Info;             ///< none once it has matched and been pruned
+};
+
+/// The members of a structure, in the order of the file and by name.
+class ParameterDefinitionMembers
+{
+public:
+    /// Makes room. @param count of members that are likely to follow
+    VOID Reserve(UINT32 count);
+
+    /// Appends a member. Of members of one name the first is found, and the others are marked as repeated.
+    /// @return the member, until another one is appended
+    ParameterDefinitionElement& Append(ParameterDefinitionElement&& rElement);
+
+    /// @return null if there is no such member
+    ParameterDefinitionElement* Find(UINT64 nameHash);
+
+    UINT32 Count() const
+    {
+        return static_cast<UINT32>(m_elements.size());
+    }
+
+    /// @param index below Count()
+    ParameterDefinitionElement& operator[](size_t index)
+    {
+        return m_elements[index];
+    }
+
+    auto begin()
+    {
+        return m_elements.begin();
+    }
+
+    auto end()
+    {
+        return m_elements.end();
+    }
+
+private:
+    static constexpr UINT32 FreeSlot = 0xFFFFFFFF;
+
+    UINT32& SlotOf(UINT64 nameHash);
+    VOID    SetSlotCount(size_t count);
+
+    std::vector<ParameterDefinitionElement> m_elements;
+    std::vector<UINT32> m_slots;  ///< positions by name hash; a power of two of slots, at most half of them taken
 };
 
 /// A structure: the members of a record.
 struct ParameterDefinitionStructure
 {
-    /// @return null if there is no such member
-    ParameterDefinitionElement* FindChild(UINT64 nameHash) const;
-
     UINT32            StructureID = 0;
     std::string       TypeName;
     UINT64            StructureHash = 0;
     UINT32            Size          = 0;    ///< bytes of a record, its byte count included; 0 if there are no members
     std::atomic<bool> MissedMember{false};  ///< the code asked for a member that the file's schema does not have
 
-    std::unordered_map<UINT64, std::unique_ptr<ParameterDefinitionElement>> Children;  ///< by name hash
+    ParameterDefinitionMembers Members;
 
-    std::vector<ParameterDefinitionElement*>                 ChildOrder;  ///< file order; empty once Size is known
-    std::vector<std::unique_ptr<ParameterDefinitionElement>> Repeated;    ///< members whose name occurs again; likewise
+    /// @return null if there is no such member
+    ParameterDefinitionElement* FindChild(UINT64 nameHash)
+    {
+        return Members.Find(nameHash);
+    }
 };
 
 /// The root structure of a module.

@@ -125,13 +125,13 @@ std::unique_ptr<ParameterDefinitionElement> ParameterFileSymbolTable::BuildModul
     {
         return nullptr;
     }
-    auto pElement             = std::make_unique<ParameterDefinitionElement>();
-    pElement->NameHash        = nameHash;
-    pElement->Info            = std::make_unique<ParameterDefinitionElementInfo>();
-    pElement->Info->Type      = ParameterDefinitionType_Structure;
-    pElement->Info->ID        = pStructure->StructureID;
-    pElement->Info->MaxCount  = 1;
-    pElement->Info->Structure = pStructure;
+    auto pElement      = std::make_unique<ParameterDefinitionElement>();
+    pElement->NameHash = nameHash;
+    auto& rInfo        = pElement->Info.emplace();
+    rInfo.Type         = ParameterDefinitionType_Structure;
+    rInfo.ID           = pStructure->StructureID;
+    rInfo.MaxCount     = 1;
+    rInfo.Structure    = pStructure;
     return pElement;
 }
 

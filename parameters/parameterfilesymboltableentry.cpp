@@ -153,7 +153,7 @@ VOID ParameterFileSymbolTableEntry::UpdatePosition(UINT32 limit)
 ParameterDefinitionElement* ParameterFileSymbolTableEntry::FindElement(const ParameterLoadParameters& rParameters) const
 {
     ParameterDefinitionElement* pElement = rParameters.Element;
-    if (pElement == nullptr || pElement->Info == nullptr || pElement->Info->Structure == nullptr)
+    if (pElement == nullptr || !pElement->Info.has_value() || pElement->Info->Structure == nullptr)
     {
         return nullptr;
     }
@@ -182,7 +182,7 @@ ParameterFileSymbolTableEntry::AdjustPositionAndGetElement(const ParameterLoadPa
 {
     rAdjusted                            = false;
     ParameterDefinitionElement* pElement = FindElement(rParameters);
-    if (pElement == nullptr || pElement->Info == nullptr)
+    if (pElement == nullptr || !pElement->Info.has_value())
     {
         return pElement;  // without Info it has matched before, so that its place is the code's
     }

@@ -18,7 +18,7 @@ bool ParameterFileSymbolTableEntry::ReadArray(VOID* pDestination, ValueType type
     {
         complete = ParameterUtils::ReadArray(pDestination, type, pElement, Data, std::min(limit, DataSize), Position,
                                              count, GetAlignment(), GetLog());
-        const Info* pInfo = (pElement != nullptr) ? pElement->Info.get() : nullptr;
+        const Info* pInfo = (pElement != nullptr) ? pElement->GetInfo() : nullptr;
         resized           = pInfo != nullptr && !pInfo->IsFloat() && pInfo->Type != ParameterDefinitionType_Double &&
                   Info::WidthOf(pInfo->Type) != ParameterUtils::ValueSize(type);
     }

@@ -113,8 +113,9 @@ bool ParameterStore::LoadFile(const CHAR* pFileName)
     {
         return false;
     }
-    pWhole = pFile->Read(0, SectionTableBytes);
-    if (pWhole == nullptr)
+    pFile->KeepInMemory(std::move(pWhole));
+    const TuningBlock pStart = pFile->Read(0, SectionTableBytes);
+    if (pStart == nullptr)
     {
         Refuse("Failed to read %d bytes from binary file %s\n", SectionTableBytes, pFileName);
         return false;
@@ -124,7 +125,7 @@ bool ParameterStore::LoadFile(const CHAR* pFileName)
         Refuse("Compressed binary files ssupport removed in V5.1.0\n");
         return false;
     }
-    if (!ReadSections(pWhole.get(), SectionTableBytes, pFile))
+    if (!ReadSections(pStart.get(), SectionTableBytes, pFile))
     {
         return false;
     }
@@ -134,7 +135,7 @@ bool ParameterStore::LoadFile(const CHAR* pFileName)
                             rVersion.Minor, rVersion.Patch);
     if (m_content.pSymbolTable->File() != nullptr)
     {
-        // The file is closed until a mode has to be read, so that it can be replaced on disk.
+        // The file is closed until a mode has to be read, so that it can be replaced on disk, and gives up its memory.
         m_content.pSymbolTable->FileReference(-1);
     }
     return true;

@@ -12,13 +12,6 @@ namespace
 constexpr UINT32 MaxComponent = 128;  ///< characters of one component of a member path
 constexpr UINT32 MaxIndexText = 9;    ///< digits of an index in brackets
 
-VOID LogShortRead(UINT64 size, UINT64 position, UINT64 length, const IParameterLoggingAPI* pLog)
-{
-    ParameterLogging::Write(pLog, ParameterLogging::Error,
-                            "Failed to read %lld bytes from binary file offset %d, length %d\n",
-                            static_cast<INT64>(size), static_cast<INT32>(position), static_cast<INT32>(length));
-}
-
 }  // namespace
 
 INT32 ParameterUtils::GetStringPos(const CHAR* pText, CHAR character)
@@ -112,19 +105,11 @@ bool ParameterUtils::HasBytes(UINT64 length, UINT64 position, UINT64 size, const
     return false;
 }
 
-bool ParameterUtils::ReadSlot(VOID* pValue, UINT32 size, const BYTE* pBuffer, UINT64 length, UINT64& rPosition,
-                              UINT32 alignment, const IParameterLoggingAPI* pLog)
+VOID ParameterUtils::LogShortRead(UINT64 size, UINT64 position, UINT64 length, const IParameterLoggingAPI* pLog)
 {
-    const UINT64 position = rPosition;
-    rPosition += std::max(size, alignment);
-    if (pBuffer == nullptr || position > length || size > length - position)
-    {
-        LogShortRead(size, position, length, pLog);
-        std::memset(pValue, 0, size);
-        return false;
-    }
-    std::memcpy(pValue, pBuffer + position, size);
-    return true;
+    ParameterLogging::Write(pLog, ParameterLogging::Error,
+                            "Failed to read %lld bytes from binary file offset %d, length %d\n",
+                            static_cast<INT64>(size), static_cast<INT32>(position), static_cast<INT32>(length));
 }
 
 std::string_view ParameterUtils::ReadText(const BYTE* pBuffer, UINT64 length, UINT64& rPosition, UINT32 size,

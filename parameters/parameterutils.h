@@ -5,7 +5,9 @@
 /// bytes were all there. What lies behind the end of a buffer is never touched, whatever the position.
 #pragma once
 
+#include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <string_view>
 
@@ -126,5 +128,19 @@ public:
 
 private:
     static bool ReadSlot(VOID* pValue, UINT32 size, const BYTE* pBuffer, UINT64 length, UINT64& rPosition,
-                         UINT32 alignment, const IParameterLoggingAPI* pLog);
+                         UINT32 alignment, const IParameterLoggingAPI* pLog)
+    {
+        const UINT64 position = rPosition;
+        rPosition += std::max(size, alignment);
+        if (pBuffer == nullptr || position > length || size > length - position)
+        {
+            LogShortRead(size, position, length, pLog);
+            std::memset(pValue, 0, size);
+            return false;
+        }
+        std::memcpy(pValue, pBuffer + position, size);
+        return true;
+    }
+
+    static VOID LogShortRead(UINT64 size, UINT64 position, UINT64 length, const IParameterLoggingAPI* pLog);
 };

@@ -117,8 +117,8 @@ bool Convert(BYTE* pDestination, ValueType wanted, const BYTE* pSource, Paramete
 
 ParameterDefinitionType StoredTypeOf(ValueType wanted, const ParameterDefinitionElement* pElement)
 {
-    return (pElement != nullptr && pElement->Info != nullptr) ? pElement->Info->StoredType()
-                                                              : ParameterUtils::NativeType(wanted);
+    return (pElement != nullptr && pElement->Info.has_value()) ? pElement->Info->StoredType()
+                                                               : ParameterUtils::NativeType(wanted);
 }
 
 bool IsNumber(ParameterDefinitionType type)

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstring>
+#include <utility>
 
 #include "parameters/parameterlogging.h"
 
@@ -35,22 +36,20 @@ constexpr UINT32              ReflectedPolynomial = 0xEDB88320;
 constexpr SliceTables<UINT32> Tables32            = BuildTables<UINT32>(ReflectedPolynomial);
 constexpr SliceTables<UINT64> Tables64            = BuildTables<UINT64>(namehash::Polynomial);
 
+template <typename Sum, size_t... Byte>
+Sum SumOfSlice(UINT64 slice, const SliceTables<Sum>& rTables, std::index_sequence<Byte...>)
+{
+    return (rTables[SliceSize - 1 - Byte][(slice >> (8 * Byte)) & 0xFF] ^ ...);
+}
+
 /// The sum is linear, so the bytes of a slice are looked up apart, and no lookup waits for another.
 template <typename Sum> Sum Continue(Sum value, const BYTE* pData, UINT32 length, const SliceTables<Sum>& rTables)
 {
     for (; length >= SliceSize; length -= SliceSize, pData += SliceSize)
     {
         UINT64 slice = 0;
-        for (UINT32 byte = 0; byte < SliceSize; ++byte)
-        {
-            slice |= UINT64{pData[byte]} << (8 * byte);
-        }
-        slice ^= value;
-        value = 0;
-        for (UINT32 byte = 0; byte < SliceSize; ++byte)
-        {
-            value ^= rTables[SliceSize - 1 - byte][(slice >> (8 * byte)) & 0xFF];
-        }
+        std::memcpy(&slice, pData, SliceSize);  // the first byte is the lowest, here as in a file
+        value = SumOfSlice(slice ^ value, rTables, std::make_index_sequence<SliceSize>());
     }
     for (; length > 0; --length, ++pData)
     {

@@ -248,8 +248,9 @@ VOID RecordLoader::Load(const RecordDescription& rRecord, VOID* pRecord, const P
         bool                        adjusted = false;
         ParameterDefinitionElement* pElement = rEntry.AdjustPositionAndGetElement(rParameters, adjusted);
         const bool                  dropped =
-            rParameters.Element->Verified.load(std::memory_order_relaxed) && rParameters.Element->Info == nullptr;
-        const bool shapeless = pElement != nullptr && pElement->Info != nullptr && pElement->Info->Structure == nullptr;
+            rParameters.Element->Verified.load(std::memory_order_relaxed) && !rParameters.Element->Info.has_value();
+        const bool shapeless =
+            pElement != nullptr && pElement->Info.has_value() && pElement->Info->Structure == nullptr;
         if ((pElement == nullptr && !dropped) || shapeless)
         {
             rEntry.LogNotFound("Load", rParameters.NameHash);

@@ -211,9 +211,9 @@ TEST(Definitions, PruningKeepsWhatIsStillNeeded)
     EXPECT_NE(defined.definitions.FindModuleStructure(namehash::OfName("missed")), nullptr);
     // A structure that is not fully seen keeps the way to it.
     ASSERT_NE(defined.definitions.FindModuleStructure(namehash::OfName("deep")), nullptr);
-    EXPECT_EQ(child(3, "a")->Info, nullptr);
+    EXPECT_FALSE(child(3, "a")->Info.has_value());
     EXPECT_EQ(child(3, "inner")->Info->Structure, defined.definitions.FindStructure(4));
-    EXPECT_EQ(child(4, "seen")->Info, nullptr);
+    EXPECT_FALSE(child(4, "seen")->Info.has_value());
     EXPECT_EQ(child(4, "unseen")->Info->Structure, defined.definitions.FindStructure(5));
 }
 

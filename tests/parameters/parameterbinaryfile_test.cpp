@@ -219,6 +219,21 @@ TEST_F(DiskFile, ReferencesOpenAndClose)
     EXPECT_TRUE(m_log.Has("Binary File was null when file reference was 1\n"));
 }
 
+TEST_F(DiskFile, WhatIsKeptInMemoryIsReadFromThereUntilTheFileIsClosed)
+{
+    Write(5000);
+    ParameterBinaryFile file(m_path.c_str(), nullptr);
+    file.KeepInMemory(file.Read(0, file.Length()));
+    m_file.Write(std::string(5000, 'x'));
+    EXPECT_TRUE(ReadsRight(file, 0, 5000));
+    EXPECT_TRUE(ReadsRight(file, 4990, 10));
+    EXPECT_FALSE(ReadsRight(file, 4990, 11)) << "what lies behind the end is no more there than on disk";
+    EXPECT_FALSE(file.IsUnchanged()) << "what was read is still known to be of another state";
+
+    EXPECT_EQ(file.Reference(-1), 0);
+    EXPECT_FALSE(ReadsRight(file, 0, 10));
+}
+
 TEST_F(DiskFile, AFileThatShrinksUnderTheReaderFailsAfterFourAttempts)
 {
     for (const bool isGone : {false, true})

@@ -38,10 +38,9 @@ Formatted Format(DOUBLE value, UINT32 precision, UINT32 size = 64)
 
 std::unique_ptr<ParameterDefinitionElement> Element(ParameterDefinitionType type, UINT16 flags = 0)
 {
-    auto pElement         = std::make_unique<ParameterDefinitionElement>();
-    pElement->Info        = std::make_unique<ParameterDefinitionElementInfo>();
-    pElement->Info->Type  = type;
-    pElement->Info->Flags = flags;
+    auto pElement                 = std::make_unique<ParameterDefinitionElement>();
+    pElement->Info.emplace().Type = type;
+    pElement->Info->Flags         = flags;
     return pElement;
 }
 

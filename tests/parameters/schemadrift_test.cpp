@@ -216,11 +216,11 @@ TEST(SchemaDrift, StoredTypesAndCountsAreConverted)
 
     // None of it counts as matching.
     reading.loaded.table->ClearDefinitions(false);
-    const ParameterDefinitionStructure* pRoot = reading.loaded.table->FindModuleStructure(namehash::OfName("small"));
+    ParameterDefinitionStructure* pRoot = reading.loaded.table->FindModuleStructure(namehash::OfName("small"));
     ASSERT_NE(pRoot, nullptr);
     for (const CHAR* pName : {"first", "numbers", "last"})
     {
-        EXPECT_NE(pRoot->FindChild(namehash::OfName(pName))->Info, nullptr) << pName;
+        EXPECT_TRUE(pRoot->FindChild(namehash::OfName(pName))->Info.has_value()) << pName;
     }
 }
 
