@@ -18,6 +18,7 @@ constexpr const CHAR* HeavyFrame      = "frame/heavy";
 constexpr const CHAR* EverythingFrame = "frame/everything_on";
 constexpr const CHAR* HeavyFloor      = "frame/heavy_floor";
 constexpr const CHAR* LightFrame      = "frame/light";
+constexpr const CHAR* PeerFrame       = "frame/peer";
 constexpr const CHAR* GetModuleBuffer = "store/get_module_buffer";
 constexpr const CHAR* GetModuleFile   = "store/get_module_file";
 constexpr const CHAR* GetMemberText   = "store/text_get_one_member";

@@ -6,6 +6,7 @@
 #include "bench/bars.h"
 #include "bench/framerig.h"
 #include "bench/heavyfloor.h"
+#include "bench/peertuning.h"
 #include "bench/stagetimes.h"
 #include "platform/tavodesk.h"
 #include "tools/heapwatch/heapwatch.h"
@@ -28,6 +29,12 @@ HeavyFrame& Everything()
 LightFrame& Light()
 {
     static LightFrame frame;
+    return frame;
+}
+
+LightFrame& Peer()
+{
+    static LightFrame frame(peertuning::Compile(), 16, 16);
     return frame;
 }
 
@@ -91,6 +98,7 @@ VOID RegisterFrameBenchmarks(Rounds& rRounds)
     (VOID) rRounds.Add(benchname::EverythingFrame, [](benchmark::State& rState) { RunFrames(rState, Everything()); });
     (VOID) rRounds.Add(benchname::HeavyFloor, RunFloor);
     (VOID) rRounds.Add(benchname::LightFrame, [](benchmark::State& rState) { RunFrames(rState, Light()); });
+    (VOID) rRounds.Add(benchname::PeerFrame, [](benchmark::State& rState) { RunFrames(rState, Peer()); });
 }
 
 std::vector<BenchResult> MeasureAllocations(bool isPrinted)
@@ -103,6 +111,7 @@ std::vector<BenchResult> MeasureAllocations(bool isPrinted)
     MeasureAllocationsOf("heavy", Heavy(), isPrinted, results);
     MeasureAllocationsOf("everything_on", Everything(), isPrinted, results);
     MeasureAllocationsOf("light", Light(), isPrinted, results);
+    MeasureAllocationsOf("peer", Peer(), isPrinted, results);
     return results;
 }
 

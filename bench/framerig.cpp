@@ -119,13 +119,12 @@ LightFrame::LightFrame() : LightFrame(tuningfile::CompileFile(KIRO_EXAMPLE_TUNIN
 {
 }
 
-LightFrame::LightFrame(const std::vector<BYTE>& rTuning, UINT32 width, UINT32 height)
+LightFrame::LightFrame(const std::vector<BYTE>& rTuning, UINT32 width, UINT32 height, UINT32 channels)
     : m_stats{}, m_rig(rTuning, kirosim::Sensor{})
 {
     constexpr UINT32 bins       = 128;
     constexpr FLOAT  midGrey    = 46.0f;
     constexpr INT32  bitDepth   = 8;
-    static CHAR      lumaName[] = "SafeLuma";
     static CHAR      histName[] = "SafeHist";
 
     m_luma.assign(static_cast<size_t>(width) * height, midGrey);
@@ -136,16 +135,22 @@ LightFrame::LightFrame(const std::vector<BYTE>& rTuning, UINT32 width, UINT32 he
     }
     m_histogram[static_cast<UINT32>(midGrey) / 2] = static_cast<INT>(m_luma.size());
 
-    m_stats.count                 = 2;
-    KIROCntStatsOut& rGrid        = m_stats.pList[0];
-    rGrid.type                    = kiroglobalelements::KIROStatsGrid;
-    rGrid.resolution              = {width, height, 0, bitDepth};
-    rGrid.channelData             = {TRUE, lumaName, {}, static_cast<UINT32>(m_luma.size() * sizeof(FLOAT)), nullptr};
-    rGrid.channelData.Data.pFData = m_luma.data();
-    KIROCntStatsOut& rHist        = m_stats.pList[1];
-    rHist.type                    = kiroglobalelements::KIROStatsHist;
-    rHist.resolution              = {0, 0, bins, bitDepth};
-    rHist.channelData = {TRUE, histName, {}, bins * static_cast<UINT32>(sizeof(INT)), m_histogramLUT.data()};
+    for (UINT32 channel = 0; channel < channels; ++channel)
+    {
+        KIROCntStatsOut& rGrid        = m_stats.pList[m_stats.count++];
+        rGrid.type                    = kiroglobalelements::KIROStatsGrid;
+        rGrid.resolution              = {width, height, 0, bitDepth};
+        rGrid.channelData             = {TRUE,
+                                         const_cast<CHAR*>(ChannelNames[channel]),
+                                         {},
+                                         static_cast<UINT32>(m_luma.size() * sizeof(FLOAT)),
+                                         nullptr};
+        rGrid.channelData.Data.pFData = m_luma.data();
+    }
+    KIROCntStatsOut& rHist = m_stats.pList[m_stats.count++];
+    rHist.type             = kiroglobalelements::KIROStatsHist;
+    rHist.resolution       = {0, 0, bins, bitDepth};
+    rHist.channelData      = {TRUE, histName, {}, bins * static_cast<UINT32>(sizeof(INT)), m_histogramLUT.data()};
     rHist.channelData.Data.pIData = m_histogram.data();
     for (UINT32 frame = 0; frame < 30; ++frame)
     {

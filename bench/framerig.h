@@ -2,6 +2,7 @@
 /// The core in a host, ready to run frame after frame on statistics that stand still.
 #pragma once
 
+#include <array>
 #include <vector>
 
 #include "host/kirohost.h"
@@ -82,10 +83,15 @@ private:
 class LightFrame
 {
 public:
+    /// Grids that a frame may have, all of the same luma.
+    static constexpr std::array<const CHAR*, 8> ChannelNames = {"SafeLuma", "Luma2", "Luma3", "Luma4",
+                                                                "Luma5",    "Luma6", "Luma7", "Luma8"};
+
     LightFrame();
 
-    /// @param rTuning a parameter file that measures SafeLuma and SafeHist alone
-    LightFrame(const std::vector<BYTE>& rTuning, UINT32 width, UINT32 height);
+    /// @param rTuning  a parameter file that measures these grids and SafeHist alone
+    /// @param channels the first ones of ChannelNames
+    LightFrame(const std::vector<BYTE>& rTuning, UINT32 width, UINT32 height, UINT32 channels = 1);
 
     VOID Run()
     {

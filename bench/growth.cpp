@@ -38,6 +38,12 @@ std::vector<GrowthSeries> AllSeries()
     {
         all.back().frames.push_back({.calculators = count});
     }
+    constexpr UINT32 channels = 8;
+    all.push_back({"tables", {1, 2, 4, 8, 16, 17}, {}});
+    for (const UINT32 count : all.back().counts)
+    {
+        all.back().frames.push_back({.channels = channels, .calculators = channels * count});
+    }
     all.push_back({"analyzers", {1, 2, 4, 8, 16, 32, 64}, {}});
     for (const UINT32 count : all.back().counts)
     {
@@ -71,7 +77,7 @@ std::vector<DOUBLE> MeasureSeries(const GrowthSeries& rSeries, program::Progress
     for (const GrowthTuning& rTuning : rSeries.frames)
     {
         frames.emplace_back(CompileGrowth(rTuning), GrowthGridWidth(rTuning),
-                            rTuning.regions / GrowthGridWidth(rTuning));
+                            rTuning.regions / GrowthGridWidth(rTuning), rTuning.channels);
     }
     std::vector<std::vector<DOUBLE>> times(frames.size());
     for (UINT32 round = 0; round < GrowthRounds; ++round)

@@ -5,6 +5,7 @@
 
 #include "bench/everythingtuning.h"
 #include "bench/exampletuning.h"
+#include "bench/framerig.h"
 #include "tools/tuningfile/files.h"
 
 namespace
@@ -31,26 +32,26 @@ modes:
     modules:
 )";
 
-std::string GrowthCalculators(UINT32 count)
+std::string GrowthCalculators(UINT32 count, UINT32 channels)
 {
-    const auto calculator = [](UINT32 id, UINT32 output, UINT32 table)
+    const auto calculator = [channels](UINT32 index, UINT32 id, UINT32 output, UINT32 table)
     {
         return fmt::format("{{calculatorID: {0}, description: Mean{0}, APISelection: API01GridWeightedAverage, "
-                           "statsSelection: {{channel1: SafeLuma}}, outputStorage: {{start: {1}, end: {1}}}, "
+                           "statsSelection: {{channel1: {3}}}, outputStorage: {{start: {1}, end: {1}}}, "
                            "generalParameters: {{weightTable2D: {2}}}}}\n",
-                           id, output, table);
+                           id, output, table, LightFrame::ChannelNames[index % channels]);
     };
     std::string list;
     std::string ids;
     std::string tables = "          - {dataID: 1, description: Uniform, weights: {fill: 1.0}}\n";
     for (UINT32 index = 1; index < count; ++index)
     {
-        list += "          - " + calculator(FirstCalculatorID + index, FirstCalculatorID + index, 1 + index);
+        list += "          - " + calculator(index, FirstCalculatorID + index, FirstCalculatorID + index, 1 + index);
         ids += fmt::format("{}{}", ids.empty() ? "" : ", ", FirstCalculatorID + index);
         tables += fmt::format("          - {{dataID: {}, description: Table, weights: {{fill: {:.3f}}}}}\n", 1 + index,
                               1.0 + index / 128.0);
     }
-    return "      kirometeringstatscalculator:\n        averageStatsCalculator: " + calculator(1, 1, 1) +
+    return "      kirometeringstatscalculator:\n        averageStatsCalculator: " + calculator(0, 1, 1, 1) +
            "        centerWeightedStatsCalculator: {outputStorage: {start: 2, end: 2}}\n"
            "        darkRatioStatsCalculator: {outputStorage: {start: 3, end: 3}}\n"
            "        brightRatioStatsCalculator: {outputStorage: {start: 4, end: 4}}\n" +
@@ -115,7 +116,8 @@ UINT32 GrowthGridWidth(const GrowthTuning& rTuning)
 
 std::vector<BYTE> CompileGrowth(const GrowthTuning& rTuning)
 {
-    const std::string text = GrowthHead + GrowthCalculators(rTuning.calculators) + GrowthAnalyzers(rTuning.analyzers) +
+    const std::string text = GrowthHead + GrowthCalculators(rTuning.calculators, rTuning.channels) +
+                             GrowthAnalyzers(rTuning.analyzers) +
                              (rTuning.detectors > 0 ? everythingtuning::DetectorsText(rTuning.detectors) : "");
     tuningfile::Tuning tuning = exampletuning::With("minimal.yaml", text, "growth tuning");
     AddModes(tuning.tables.at(0), rTuning.modes);
