@@ -6,7 +6,7 @@
 #include "bench/bars.h"
 #include "bench/framerig.h"
 #include "bench/heavyfloor.h"
-#include "bench/peertuning.h"
+#include "bench/leasttuning.h"
 #include "bench/stagetimes.h"
 #include "platform/tavodesk.h"
 #include "tools/heapwatch/heapwatch.h"
@@ -32,9 +32,9 @@ LightFrame& Light()
     return frame;
 }
 
-LightFrame& Peer()
+LightFrame& Least()
 {
-    static LightFrame frame(peertuning::Compile(), 16, 16);
+    static LightFrame frame(leasttuning::Compile(), 16, 16);
     return frame;
 }
 
@@ -98,7 +98,7 @@ VOID RegisterFrameBenchmarks(Rounds& rRounds)
     (VOID) rRounds.Add(benchname::EverythingFrame, [](benchmark::State& rState) { RunFrames(rState, Everything()); });
     (VOID) rRounds.Add(benchname::HeavyFloor, RunFloor);
     (VOID) rRounds.Add(benchname::LightFrame, [](benchmark::State& rState) { RunFrames(rState, Light()); });
-    (VOID) rRounds.Add(benchname::PeerFrame, [](benchmark::State& rState) { RunFrames(rState, Peer()); });
+    (VOID) rRounds.Add(benchname::LeastFrame, [](benchmark::State& rState) { RunFrames(rState, Least()); });
 }
 
 std::vector<BenchResult> MeasureAllocations(bool isPrinted)
@@ -111,7 +111,7 @@ std::vector<BenchResult> MeasureAllocations(bool isPrinted)
     MeasureAllocationsOf("heavy", Heavy(), isPrinted, results);
     MeasureAllocationsOf("everything_on", Everything(), isPrinted, results);
     MeasureAllocationsOf("light", Light(), isPrinted, results);
-    MeasureAllocationsOf("peer", Peer(), isPrinted, results);
+    MeasureAllocationsOf("least", Least(), isPrinted, results);
     return results;
 }
 

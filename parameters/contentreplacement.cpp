@@ -162,7 +162,6 @@ bool ContentReplacement::UpdateParameters(std::unique_ptr<ParameterSetManager> p
     const auto& rTables      = m_rStore.GetContent().modeTables;
     const auto& rOtherTables = pOther->m_rStore.GetContent().modeTables;
     bool        matched      = false;
-    m_rStore.ForgetLookups();
     for (const auto& rpOtherTable : rOtherTables)
     {
         const auto found = (rTables.size() == 1 && rOtherTables.size() == 1)
@@ -175,6 +174,7 @@ bool ContentReplacement::UpdateParameters(std::unique_ptr<ParameterSetManager> p
             MergeTree((*found)->RootMode.Entry, rpOtherTable->RootMode.Entry);
         }
     }
+    m_rStore.ForgetLookups();
     if (!matched)
     {
         m_rStore.SetError(

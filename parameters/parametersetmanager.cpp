@@ -114,7 +114,7 @@ VOID ParameterSetManager::AddDefaultModule(std::unique_ptr<ParameterModule> pMod
         SetError("AddDefaultModule called on a derived set manager object");
         return;
     }
-    m_rStore.AddDefaultModule(std::move(pModule));
+    (VOID) m_rStore.AddDefaultModule(std::move(pModule));
 }
 
 DefaultModule* ParameterSetManager::GetDefaultModule(UINT64 nameHash)

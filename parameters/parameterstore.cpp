@@ -29,10 +29,11 @@ ParameterStore::~ParameterStore()
     FreeBinaryParameters();
 }
 
-VOID ParameterStore::AddDefaultModule(std::unique_ptr<ParameterModule> pModule)
+DefaultModule* ParameterStore::AddDefaultModule(std::unique_ptr<ParameterModule> pModule)
 {
-    const UINT64 nameHash      = pModule->NameHash;
-    m_defaultModules[nameHash] = std::make_unique<DefaultModule>(std::move(pModule));
+    std::unique_ptr<DefaultModule>& rpDefault = m_defaultModules[pModule->NameHash];
+    rpDefault                                 = std::make_unique<DefaultModule>(std::move(pModule));
+    return rpDefault.get();
 }
 
 DefaultModule* ParameterStore::FindDefaultModule(UINT64 nameHash)
@@ -50,12 +51,7 @@ DefaultModule* ParameterStore::FindDefaultModule(UINT64 nameHash)
     {
         pModule = TableModule::Make(*described, nullptr);
     }
-    if (pModule == nullptr)
-    {
-        return nullptr;
-    }
-    AddDefaultModule(std::move(pModule));
-    return m_defaultModules[nameHash].get();
+    return (pModule != nullptr) ? AddDefaultModule(std::move(pModule)) : nullptr;
 }
 
 VOID ParameterStore::SetError(const CHAR* pText, const ModuleData* pModuleData)

@@ -62,7 +62,7 @@ public:
     }
 
     // The modules that a file may hold.
-    VOID                    AddDefaultModule(std::unique_ptr<ParameterModule> pModule);
+    DefaultModule*          AddDefaultModule(std::unique_ptr<ParameterModule> pModule);
     DefaultModule*          FindDefaultModule(UINT64 nameHash);
     const DefaultModuleMap& DefaultModules() const  ///< those that were found so far
     {
@@ -133,7 +133,8 @@ public:
     ParameterModule* FetchModule(BYTE tableIndex, const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch,
                                  UINT32 count, ParameterModule* pPrevious, Hold hold);
 
-    /// FetchModule for good. What a thread has found is found again without a walk while the store stands as it did.
+    /// FetchModule for good. What a thread has found is found again without a search while the store stands as it did;
+    /// in file mode the path counts as used all the same.
     ParameterModule* KeepModule(BYTE tableIndex, const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch,
                                 UINT32 count);
 

@@ -16,6 +16,9 @@ namespace
 /// What is read of a file in file mode to find its sections: header and section table must lie in these bytes.
 constexpr UINT32 SectionTableBytes = 3388;
 
+/// A larger file is read again piece by piece: its records and the whole of it would stand in memory side by side.
+constexpr UINT64 KeptBytesMax = 4U << 20;
+
 }  // namespace
 
 bool ParameterStore::LoadBinaryParameters(const CHAR* pFileName)
@@ -113,7 +116,11 @@ bool ParameterStore::LoadFile(const CHAR* pFileName)
     {
         return false;
     }
-    pFile->KeepInMemory(std::move(pWhole));
+    if (pFile->Length() <= KeptBytesMax)
+    {
+        pFile->KeepInMemory(std::move(pWhole));
+    }
+    pWhole.reset();
     const TuningBlock pStart = pFile->Read(0, SectionTableBytes);
     if (pStart == nullptr)
     {

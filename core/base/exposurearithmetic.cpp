@@ -23,7 +23,7 @@ FLOAT FloatRatio(UINT64 exposure, UINT64 indexZeroExposure)
 }
 
 /// Logarithms to the base 10 of the last arguments. A frame takes those of a few exposures, each of them many times,
-/// and a steady camera those of the frame before.
+/// and a steady camera those of the frame before. The rounding mode of a thread is taken to stay as it is.
 template <typename Float> class LastLogs
 {
 public:

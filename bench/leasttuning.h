@@ -6,10 +6,10 @@
 
 #include "platform/tavotypes.h"
 
-namespace peertuning
+namespace leasttuning
 {
 
 /// @return the parameter file
 std::vector<BYTE> Compile();
 
-}  // namespace peertuning
+}  // namespace leasttuning

@@ -1,4 +1,4 @@
-#include "bench/peertuning.h"
+#include "bench/leasttuning.h"
 
 #include "bench/exampletuning.h"
 #include "tools/tuningfile/files.h"
@@ -7,8 +7,8 @@ namespace
 {
 
 /// In the place of the example's: no lux index and no confidence. Short and long exposures are as safe is.
-constexpr const CHAR* PeerModules = R"(
-tuning: {createdBy: kirotune, binaryTag: peer}
+constexpr const CHAR* LeastModules = R"(
+tuning: {createdBy: kirotune, binaryTag: least}
 x-everywhere: &everywhere {start: 0, end: 1}
 x-one: &one
   selection: TriggerSystemMethod
@@ -41,8 +41,8 @@ modes:
 
 }  // namespace
 
-std::vector<BYTE> peertuning::Compile()
+std::vector<BYTE> leasttuning::Compile()
 {
-    return tuningfile::WriteBinary(exampletuning::With("minimal.yaml", PeerModules, "peer tuning"),
+    return tuningfile::WriteBinary(exampletuning::With("minimal.yaml", LeastModules, "least tuning"),
                                    tuningfile::NewestVersion);
 }
