@@ -41,11 +41,6 @@ size_t RegionsOf(const KIROCntStatsOut& rGrid)
     return static_cast<size_t>(rGrid.resolution.width) * rGrid.resolution.height;
 }
 
-bool IsShown(FLOAT luma)
-{
-    return luma >= LumaMin && luma <= LumaMax;
-}
-
 }  // namespace
 
 DelayWatch::DelayWatch() : m_changes(ChangeScale), m_bends(BendScale)
@@ -77,9 +72,8 @@ VOID DelayWatch::AddStatistics(UINT64 frameID, const KIROCntStatsOut& rLuma)
     Picture& rNewest   = m_pictures.front();
     rNewest.frameID    = frameID;
     rNewest.isCompared = false;
-    rNewest.luma.resize(RegionsOf(rLuma));
-    std::transform(rLuma.channelData.Data.pFData, rLuma.channelData.Data.pFData + rNewest.luma.size(),
-                   rNewest.luma.begin(), [scale = FullScaleOf(rLuma)](FLOAT luma) { return luma / scale; });
+    rNewest.fullScale  = FullScaleOf(rLuma);
+    rNewest.luma.assign(rLuma.channelData.Data.pFData, rLuma.channelData.Data.pFData + RegionsOf(rLuma));
     m_ratios.reserve(rNewest.luma.size());
     if (IsBehind(0, GapMax))
     {
@@ -153,11 +147,14 @@ const std::optional<DOUBLE>& DelayWatch::SeenChange(size_t picture)
     {
         return rNow.change;
     }
-    rNow.isCompared = true;
+    const FLOAT least   = LumaMin * rNow.fullScale;
+    const FLOAT most    = LumaMax * rNow.fullScale;
+    const auto  isShown = [least, most](FLOAT luma) { return luma >= least && luma <= most; };
+    rNow.isCompared     = true;
     m_ratios.clear();
     for (size_t region = 0; rNow.luma.size() == rBefore.luma.size() && region < rNow.luma.size(); ++region)
     {
-        if (IsShown(rNow.luma[region]) && IsShown(rBefore.luma[region]))
+        if (isShown(rNow.luma[region]) && isShown(rBefore.luma[region]))
         {
             m_ratios.push_back(rNow.luma[region] / rBefore.luma[region]);
         }

@@ -52,7 +52,8 @@ private:
     struct Picture
     {
         UINT64             frameID = 0;  ///< 0 for none
-        std::vector<FLOAT> luma;         ///< regions, shares of full scale
+        std::vector<FLOAT> luma;         ///< by region
+        FLOAT              fullScale = 0.0f;
 
         bool                  isCompared = false;
         std::optional<DOUBLE> change;  ///< since the picture before, EV; none if it does not show that
