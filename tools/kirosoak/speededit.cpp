@@ -12,7 +12,8 @@ namespace
 
 constexpr const CHAR* Module = "kirodbconvbase";
 
-/// Places where a tuning may have speeds: what is moved of the way that is left, and at most of what the picture is off.
+/// Places where a tuning may have speeds: what is moved of the way that is left, and at most of what the picture is
+/// off.
 constexpr UINT32 EntriesMax  = 4;
 constexpr UINT32 TriggersMax = 8;
 
