@@ -8,7 +8,7 @@ failures=0
 camera=
 # The table of an instance stays allocated on purpose.
 export ASAN_OPTIONS=detect_leaks=0 XDG_STATE_HOME=$work/state
-trap 'kill $camera 2>/dev/null; rm -rf "$work"' EXIT
+trap 'kill $camera 2>/dev/null; wait; rm -rf "$work"' EXIT  # the next test wants the port
 
 start() {
     [ -z "$camera" ] || { kill -INT $camera; wait $camera; }

@@ -8,7 +8,7 @@ work=$(mktemp -d)
 failures=0
 # The table of an instance stays allocated on purpose.
 export ASAN_OPTIONS=detect_leaks=0 XDG_STATE_HOME=$work/state
-trap 'kill $neighbour $camera 2>/dev/null; rm -rf "$work"' EXIT
+trap 'kill $neighbour $camera 2>/dev/null; wait; rm -rf "$work"' EXIT  # the next test wants the port
 
 # The port that a tool tries without --port is another camera's.
 : >"$work/neighbour" >"$work/camera"  # to look into before they say anything
