@@ -16,7 +16,7 @@ from runningpage import PROGRAMS, ROOT, Browser, Camera, PageServer, Stand, wait
 ANALYZER = "kirometeringsceneanalyzer"
 TARGET = "analyzers.target.calculators.value.triggerSystem.trigger1Data.trigger2Data.triggerData.rangeStart"
 STEP = "unitStepSize"
-STEP_AT_START = 0.1000000015  # as the camera tells it
+STEP_AT_START = 0.1
 MARKUP = "<b id=injected>phone</b>"
 
 OUT = ROOT / "out"
