@@ -1,8 +1,9 @@
 #include "core/base/exposurearithmetic.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
-#include <cstring>
+#include <type_traits>
 
 #include "core/base/kirolog.h"
 
@@ -29,28 +30,29 @@ template <typename Float> class LastLogs
 public:
     Float Of(Float value)
     {
-        Entry& rEntry = m_entries[Place(value)];
-        if (std::memcmp(&rEntry.value, &value, sizeof(value)) != 0)
+        const Bits bits   = std::bit_cast<Bits>(value);
+        Entry&     rEntry = m_entries[Place(bits)];
+        if (rEntry.bits != bits)
         {
-            rEntry = {value, std::log10(value)};
+            rEntry = {bits, std::log10(value)};
         }
         return rEntry.log;
     }
 
 private:
+    using Bits = std::conditional_t<sizeof(Float) == sizeof(UINT32), UINT32, UINT64>;
+
     static constexpr UINT32 PlaceBits = 6;
 
     struct Entry
     {
-        Float value = 1;
-        Float log   = 0;
+        Bits  bits = std::bit_cast<Bits>(Float{1});  ///< of the argument
+        Float log  = 0;
     };
 
-    static size_t Place(Float value)
+    static size_t Place(UINT64 bits)
     {
         constexpr UINT64 goldenRatio = 0x9E3779B97F4A7C15;
-        UINT64           bits        = 0;
-        std::memcpy(&bits, &value, sizeof(value));
         return (bits * goldenRatio) >> (64 - PlaceBits);
     }
 

@@ -222,7 +222,7 @@ VOID CExternalMapProcessor::MarkNeighbours(INT32 row, INT32 column)
     const INT32     lastDown = std::min(row + 1, last);
     for (INT32 down = std::max(row - 1, 0); down <= lastDown; ++down)
     {
-        std::fill_n(m_spatialtemporalMap.begin() + down * RowCount + left, width, Marked);
+        std::fill_n(&m_spatialtemporalMap[down * RowCount + left], width, Marked);
     }
     if (m_pTuning->spatialConsistencyStrength > 1)
     {

@@ -124,7 +124,7 @@ VOID AddColors(GroupedGridParameters** ppRegions, UINT32 count, const ColorBatch
                Batch& rLumaWeights)
 {
     ColorWeights weights[ChainCount];
-    FLOAT        sums[ChainCount];
+    FLOAT        sums[ChainCount] = {};
     for (UINT32 chain = 0; chain < count; ++chain)
     {
         const GroupedGridParameters& rGroup = *ppRegions[chain];

@@ -249,7 +249,7 @@ VOID SensorModel::ExposeRegions(DOUBLE time, const AppliedExposure& rExposure, U
     }
     for (UINT32 row = 0; row < GridHeight; ++row)
     {
-        StoreRow(row, &lights[row * GroupsInRow], rExposure.gain, m_stats[type], sums);
+        StoreRow(row, &lights[size_t{row} * GroupsInRow], rExposure.gain, m_stats[type], sums);
     }
     exposure.StoreHistogram(SamplesPerRegion / m_radiance.Count(), m_stats[type].histogram.data());
     rTruth.clipped[type] = SumOf(sums.clipped) / (GridSize * m_radiance.Count());
@@ -299,8 +299,8 @@ VOID SensorModel::SetSignals(UINT32 row, DOUBLE light, DOUBLE perLux)
         }
         Lanes deviates;
         Lanes gains;
-        Load(&m_regionDeviates[group * GroupWidth], deviates);
-        Load(&m_gains[group * GroupWidth], gains);
+        Load(&m_regionDeviates[size_t{group} * GroupWidth], deviates);
+        Load(&m_gains[size_t{group} * GroupWidth], gains);
         const Lanes sensitivity = 1.0f + sigma * deviates;
         gains *= (sensitivity > zero) ? sensitivity : zero;
         m_signals[group] = {factors * gains, added * gains};
