@@ -31,9 +31,9 @@ ParameterStore::~ParameterStore()
 
 DefaultModule* ParameterStore::AddDefaultModule(std::unique_ptr<ParameterModule> pModule)
 {
-    std::unique_ptr<DefaultModule>& rpDefault = m_defaultModules[pModule->NameHash];
-    rpDefault                                 = std::make_unique<DefaultModule>(std::move(pModule));
-    return rpDefault.get();
+    const UINT64                   nameHash = pModule->NameHash;
+    std::unique_ptr<DefaultModule> pDefault = std::make_unique<DefaultModule>(std::move(pModule));
+    return (m_defaultModules[nameHash] = std::move(pDefault)).get();
 }
 
 DefaultModule* ParameterStore::FindDefaultModule(UINT64 nameHash)
