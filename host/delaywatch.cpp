@@ -83,13 +83,6 @@ VOID DelayWatch::AddStatistics(UINT64 frameID, const KIROCntStatsOut& rLuma)
     {
         CompareBend();
     }
-    for (UINT8 delay = 1; delay <= DelayMax; ++delay)
-    {
-        if (m_changes.IsBelieved(delay) || m_bends.IsBelieved(delay))
-        {
-            m_delay = delay;
-        }
-    }
 }
 
 /// Whether there is a picture before one of the last, at most as many frames ago.
@@ -105,6 +98,7 @@ VOID DelayWatch::CompareChange()
     if (m_changes.AreApart(predicted) && SeenChange(0).has_value())
     {
         m_changes.Add(*SeenChange(0), predicted);
+        FindDelay();
     }
 }
 
@@ -116,6 +110,18 @@ VOID DelayWatch::CompareBend()
     if (m_bends.AreApart(predicted) && SeenChange(0).has_value() && SeenChange(1).has_value())
     {
         m_bends.Add(*SeenChange(0) - *SeenChange(1), predicted);
+        FindDelay();
+    }
+}
+
+VOID DelayWatch::FindDelay()
+{
+    for (UINT8 delay = 1; delay <= DelayMax; ++delay)
+    {
+        if (m_changes.IsBelieved(delay) || m_bends.IsBelieved(delay))
+        {
+            m_delay = delay;
+        }
     }
 }
 

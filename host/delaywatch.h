@@ -65,6 +65,7 @@ private:
     const std::optional<DOUBLE>& SeenChange(size_t picture);
     VOID                         CompareChange();
     VOID                         CompareBend();
+    VOID                         FindDelay();
 
     std::array<DOUBLE, 16> m_exposures{};  ///< log2, by frame; those of before the session are what it began with
     std::array<Picture, 3> m_pictures;     ///< the last ones, newest first
