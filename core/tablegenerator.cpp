@@ -92,12 +92,7 @@ KiroResult TableGenerator::RunStatsDrivenMethod()
         return 0;
     }
     const FLOAT lumaScaler = static_cast<FLOAT>(1 << (bitDepth - ValueBits));
-    const FLOAT lux        = Banks().GetDataTriggers(TriggerCtrlLux)->value;
-    for (UINT32 index = 0; index < TableSize; ++index)
-    {
-        const FLOAT value                 = pIterator->NextGridData() / lumaScaler;
-        m_meteringTableOut.weights[index] = pBase->weights[index] * WeightOf(lux, value);
-    }
+    WeighCells(*pBase, [&] { return pIterator->NextGridData() / lumaScaler; });
     return 0;
 }
 
@@ -113,18 +108,29 @@ KiroResult TableGenerator::RunExternalDataDrivenMethod()
                         static_cast<const VOID*>(pExternal), static_cast<const VOID*>(pBase));
         return 0;
     }
-    const FLOAT lux = Banks().GetDataTriggers(TriggerCtrlLux)->value;
-    for (UINT32 index = 0; index < TableSize; ++index)
-    {
-        // Base or external table may be the one that is written: each cell is read before it is replaced.
-        m_meteringTableOut.weights[index] = pBase->weights[index] * WeightOf(lux, pExternal->weights[index]);
-    }
+    WeighCells(*pBase, [pWeight = pExternal->weights]() mutable { return *pWeight++; });
     return 0;
 }
 
-FLOAT TableGenerator::WeightOf(FLOAT lux, FLOAT value)
+template <typename Next> VOID TableGenerator::WeighCells(const DBMeter2DWeightPayload& rBase, Next nextValue)
 {
-    return *static_cast<const FLOAT*>(m_dataDrivenTriggerSystem.GetData(lux, value, 0.0f));
+    // An evaluation remembers its zone of lux, so that the first one in a frame may yield another weight than those
+    // behind it. From the second on a value has one weight, and most cells of a map have the value of the cell before.
+    constexpr UINT32 settled   = 2;
+    const FLOAT      lux       = Banks().GetDataTriggers(TriggerCtrlLux)->value;
+    FLOAT            lastValue = 0.0f;
+    FLOAT            weight    = 0.0f;
+    for (UINT32 index = 0; index < TableSize; ++index)
+    {
+        const FLOAT value = nextValue();
+        if (index < settled || value != lastValue)
+        {
+            weight = *static_cast<const FLOAT*>(m_dataDrivenTriggerSystem.GetData(lux, value, 0.0f));
+        }
+        lastValue = value;
+        // Base or external table may be the one that is written: each cell is read before it is replaced.
+        m_meteringTableOut.weights[index] = rBase.weights[index] * weight;
+    }
 }
 
 VOID TableGenerator::StoreEqualWeights()

@@ -30,8 +30,9 @@ private:
     VOID       StoreEqualWeights();
     VOID       PublishWeightAverage();
 
-    /// @return the tuned weight of a value in 8 bits, or of an external weight
-    FLOAT WeightOf(FLOAT lux, FLOAT value);
+    /// Fills the table: base weights times what the tuning makes of values in 8 bits, or of external weights.
+    /// @param nextValue is called for each cell in order
+    template <typename Next> VOID WeighCells(const DBMeter2DWeightPayload& rBase, Next nextValue);
 
     CKIROBankManager& Banks() const
     {

@@ -1,7 +1,9 @@
 #include "core/metering/cexternalmapprocessor.h"
 
 #include <algorithm>
-#include <iterator>
+#include <bit>
+#include <functional>
+#include <numeric>
 
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
@@ -9,18 +11,21 @@
 
 using namespace kiroexternalmapprocessor;
 
-namespace
+template <typename Condition> CExternalMapProcessor::Map CExternalMapProcessor::MapOf(Condition isMarked)
 {
-
-constexpr UINT Marked = 1;
-
-/// @return marked cells
-template <typename Map> FLOAT CountMarked(const Map& rMap)
-{
-    return static_cast<FLOAT>(std::count(rMap.begin(), rMap.end(), Marked));
+    Map map{};
+    for (UINT32 cell = 0; cell < CellCount; ++cell)
+    {
+        map[cell / RowCount] |= static_cast<UINT16>((isMarked(cell) ? 1U : 0U) << cell % RowCount);
+    }
+    return map;
 }
 
-}  // namespace
+FLOAT CExternalMapProcessor::CountMarked(const Map& rMap)
+{
+    return static_cast<FLOAT>(std::accumulate(rMap.begin(), rMap.end(), 0,
+                                              [](INT32 count, UINT16 row) { return count + std::popcount(row); }));
+}
 
 CExternalMapProcessor::CExternalMapProcessor()
     : m_pContextManager(nullptr),
@@ -66,8 +71,8 @@ VOID CExternalMapProcessor::PreprocessInputData()
     switch (rInput.mapType)
     {
     case selectionMap:
-        std::transform(std::begin(pTable->weights), std::end(pTable->weights), m_inputMap.begin(),
-                       exposurearithmetic::SaturateToUINT32);
+        m_inputMap =
+            MapOf([pTable](UINT32 cell) { return exposurearithmetic::SaturateToUINT32(pTable->weights[cell]) == 1; });
         break;
     case statsMap:
         MarkCellsInRange(*pTable);
@@ -79,17 +84,20 @@ VOID CExternalMapProcessor::PreprocessInputData()
     }
 }
 
-/// The range is evaluated for each cell: an evaluation remembers its zone, and with the lux index on the border of two
-/// zones the second one may yield another range than the first.
+/// An evaluation remembers its zone: with the lux index on the border of two zones, the first one in a frame may yield
+/// another range than all those behind it.
 VOID CExternalMapProcessor::MarkCellsInRange(const DBMeter2DWeightPayload& rTable)
 {
-    const FLOAT lux = m_pContextManager->m_pBankManager->GetDataTriggers(TriggerCtrlLux)->value;
-    for (INT32 cell = 0; cell < CellCount; ++cell)
-    {
-        const FLOAT weight = rTable.weights[cell];
-        const auto* pRange = static_cast<const StartEndType*>(m_statsThresTrigger.GetData(lux, 0.0f, 0.0f));
-        m_inputMap[cell]   = (weight >= pRange->start && weight <= pRange->end) ? Marked : 0;
-    }
+    const FLOAT lux      = m_pContextManager->m_pBankManager->GetDataTriggers(TriggerCtrlLux)->value;
+    const auto  evaluate = [&]
+    { return *static_cast<const StartEndType*>(m_statsThresTrigger.GetData(lux, 0.0f, 0.0f)); };
+    StartEndType range = evaluate();
+    m_inputMap         = MapOf(
+        [&](UINT32 cell)
+        {
+            range = (cell == 1) ? evaluate() : range;
+            return rTable.weights[cell] >= range.start && rTable.weights[cell] <= range.end;
+        });
 }
 
 bool CExternalMapProcessor::IsInputMapValid() const
@@ -193,50 +201,45 @@ VOID CExternalMapProcessor::ProcessTracking()
 {
     ObtainSpatialTemporalMap();
     std::transform(m_spatialtemporalMap.begin(), m_spatialtemporalMap.end(), m_inputMap.begin(), m_decisionMap.begin(),
-                   [](UINT reachable, UINT input) { return (reachable == Marked && input == Marked) ? Marked : 0; });
+                   std::bit_and<UINT16>());
     m_prevTrackedDecisionMap = m_decisionMap;
 }
 
+/// A marked cell reaches its neighbours, on the axes also those two cells away if the strength is above 1. What would
+/// lie outside falls on a neighbour inside, which is marked anyway.
 VOID CExternalMapProcessor::ObtainSpatialTemporalMap()
 {
-    if (m_pTuning->spatialConsistencyStrength == 0)
+    const UINT32 strength = m_pTuning->spatialConsistencyStrength;
+    m_spatialtemporalMap  = m_prevTrackedDecisionMap;
+    for (UINT32 row = 0; row < RowCount && strength > 0; ++row)
     {
-        m_spatialtemporalMap = m_prevTrackedDecisionMap;
-        return;
-    }
-    m_spatialtemporalMap.fill(0);
-    for (INT32 cell = 0; cell < CellCount; ++cell)
-    {
-        if (m_prevTrackedDecisionMap[cell] == Marked)
+        const UINT32 cells = m_prevTrackedDecisionMap[row];
+        const auto   mark  = [&](UINT32 target, UINT32 marked)
         {
-            MarkNeighbours(cell / RowCount, cell % RowCount);
+            if (target < RowCount)  // the row before the first one is none, too
+            {
+                m_spatialtemporalMap[target] |= static_cast<UINT16>(marked);
+            }
+        };
+        const UINT32 beside = cells << 1 | cells | cells >> 1;
+        mark(row - 1, beside);
+        mark(row, beside);
+        mark(row + 1, beside);
+        if (strength > 1)
+        {
+            mark(row - 2, cells);
+            mark(row, cells << 2 | cells >> 2);
+            mark(row + 2, cells);
         }
-    }
-}
-
-VOID CExternalMapProcessor::MarkNeighbours(INT32 row, INT32 column)
-{
-    constexpr INT32 last     = RowCount - 1;
-    const INT32     left     = std::max(column - 1, 0);
-    const INT32     width    = std::min(column + 1, last) - left + 1;
-    const INT32     lastDown = std::min(row + 1, last);
-    for (INT32 down = std::max(row - 1, 0); down <= lastDown; ++down)
-    {
-        std::fill_n(&m_spatialtemporalMap[down * RowCount + left], width, Marked);
-    }
-    if (m_pTuning->spatialConsistencyStrength > 1)
-    {
-        m_spatialtemporalMap[std::max(row - 2, 0) * RowCount + column]    = Marked;
-        m_spatialtemporalMap[row * RowCount + std::max(column - 2, 0)]    = Marked;
-        m_spatialtemporalMap[row * RowCount + std::min(column + 2, last)] = Marked;
-        m_spatialtemporalMap[std::min(row + 2, last) * RowCount + column] = Marked;
     }
 }
 
 VOID CExternalMapProcessor::PopulateOutputData()
 {
-    std::transform(m_decisionMap.begin(), m_decisionMap.end(), std::begin(m_output.weights),
-                   [](UINT decision) { return static_cast<FLOAT>(decision); });
+    for (UINT32 cell = 0; cell < CellCount; ++cell)
+    {
+        m_output.weights[cell] = static_cast<FLOAT>(m_decisionMap[cell / RowCount] >> cell % RowCount & 1);
+    }
     m_output.dataID = m_pTuning->output.dataIDWeight2D;
     (VOID) m_pContextManager->m_pBankManager->SetDataMetering2D({m_output.dataID, &m_output, SourceModuleMetering});
 }

@@ -41,11 +41,17 @@ public:
     }
 
 private:
-    static constexpr INT32 RowCount  = 16;
-    static constexpr INT32 CellCount = RowCount * RowCount;
+    static constexpr UINT32 RowCount  = 16;
+    static constexpr UINT32 CellCount = RowCount * RowCount;
 
-    /// Row by row.
-    using Map = std::array<UINT, CellCount>;
+    /// Marked cells, a bit for each column of a row.
+    using Map = std::array<UINT16, RowCount>;
+
+    /// @param isMarked answers for a cell, from 0 to CellCount - 1, row by row
+    template <typename Condition> static Map MapOf(Condition isMarked);
+
+    /// @return marked cells
+    static FLOAT CountMarked(const Map& rMap);
 
     VOID PreprocessInputData();
     VOID MarkCellsInRange(const DBMeter2DWeightPayload& rTable);
@@ -55,7 +61,6 @@ private:
     VOID RunRebasing();
     VOID ProcessTracking();
     VOID ObtainSpatialTemporalMap();
-    VOID MarkNeighbours(INT32 row, INT32 column);
     VOID PopulateOutputData();
 
     VOID SwitchTo(ExternMapProcessorState mode);
