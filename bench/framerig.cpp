@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <deque>
+#include <numeric>
 #include <stdexcept>
 
 #include "bench/everythingtuning.h"
@@ -101,7 +102,8 @@ VOID HeavyFrame::FeedEverything()
 {
     constexpr UINT32 width  = 16;
     static CHAR      name[] = "SmallLuma";
-    m_smallLuma.assign(static_cast<size_t>(width) * width, 46.0f);
+    m_smallLuma.resize(static_cast<size_t>(width) * width);
+    std::iota(m_smallLuma.begin(), m_smallLuma.end(), 0.0f);  // no region is like the one before
     KIROCntStatsOut& rChannel = m_pStats->pList[m_pStats->count++];
     rChannel.type             = kiroglobalelements::KIROStatsGrid;
     rChannel.resolution       = {width, width, 0, 8};

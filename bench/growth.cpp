@@ -39,7 +39,7 @@ std::vector<GrowthSeries> AllSeries()
         all.back().frames.push_back({.calculators = count});
     }
     constexpr UINT32 channels = 8;
-    all.push_back({"tables", {1, 2, 4, 8, 16, 17}, {}});
+    all.push_back({"tables", {1, 2, 4, 8, 16, 17, 20, 24}, {}});
     for (const UINT32 count : all.back().counts)
     {
         all.back().frames.push_back({.channels = channels, .calculators = channels * count});

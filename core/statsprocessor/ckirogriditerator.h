@@ -3,6 +3,7 @@
 #pragma once
 
 #include <algorithm>
+#include <iterator>
 
 #include "core/statsprocessor/ikiroiterator.h"
 
@@ -87,15 +88,20 @@ public:
         }
     }
 
-    /// Copies what a channel holds for a part of the walk. @param pOut one value for each region of the part
-    VOID Gather(const FLOAT* pValues, UINT32 first, UINT32 end, FLOAT* pOut) const
+    /// What a channel holds for a part of the walk.
+    /// @param rCopy receives it where it does not stand as one piece of that length, with zeros behind
+    /// @return Length values
+    template <size_t Length>
+    const FLOAT* Gather(const FLOAT* pValues, UINT32 first, UINT32 end, FLOAT (&rCopy)[Length]) const
     {
-        if (m_bIterateRaw == TRUE)
+        if (m_bIterateRaw == TRUE && end - first == Length)
         {
-            std::copy(pValues + first, pValues + end, pOut);
-            return;
+            return pValues + first;
         }
+        FLOAT* pOut = rCopy;
         ForRegions(first, end, [&](UINT32 index) { *pOut++ = pValues[index]; });
+        std::fill(pOut, std::end(rCopy), 0.0f);
+        return rCopy;
     }
 
 private:

@@ -73,19 +73,20 @@ bool HaveSameLumaWeight(const GroupedGridParameters& rGroup, const GroupedGridPa
                                                     rGroup.triggerCount * sizeof(*rGroup.pRangeTrigger)) == 0);
 }
 
-/// Channels of a part of the walk.
+/// Channels of a part of the walk, a batch each.
 struct ColorBatch
 {
-    Batch luma;  ///< clamped
-    Batch rg;
-    Batch bg;
+    Batch        luma;  ///< clamped
+    const FLOAT* pRG;
+    const FLOAT* pBG;
 };
 
 /// Weights of one region of the colour plane for a part of the walk.
 struct ColorWeights
 {
-    Batch byLuma;
-    Batch byColor;
+    const FLOAT* pByLuma;  ///< own, or those of the region before
+    Batch        own;
+    Batch        byColor;
 };
 
 /// Adds up one chain each; no more of them, so that the next part's weights are worked out while they run.
@@ -95,7 +96,7 @@ VOID AddChains(const ColorWeights* pWeights, UINT32 walked, FLOAT* pSums, std::i
     FLOAT sums[] = {pSums[Chain]...};
     for (UINT32 index = 0; index < walked; ++index)
     {
-        ((sums[Chain] = std::fma(pWeights[Chain].byColor[index], pWeights[Chain].byLuma[index], sums[Chain])), ...);
+        ((sums[Chain] = std::fma(pWeights[Chain].byColor[index], pWeights[Chain].pByLuma[index], sums[Chain])), ...);
     }
     ((pSums[Chain] = sums[Chain]), ...);
 }
@@ -117,25 +118,24 @@ VOID AddChains(const ColorWeights* pWeights, UINT32 count, UINT32 walked, FLOAT*
     }
 }
 
-/// @param count       up to ChainCount
-/// @param walked      regions of the grid that the batch holds
-/// @param rLumaWeights of the region before, and of the last one afterwards
-VOID AddColors(GroupedGridParameters** ppRegions, UINT32 count, const ColorBatch& rBatch, UINT32 walked,
-               Batch& rLumaWeights)
+/// @param count  up to ChainCount
+/// @param walked regions of the grid that the batch holds
+VOID AddColors(GroupedGridParameters** ppRegions, UINT32 count, const ColorBatch& rBatch, UINT32 walked)
 {
     ColorWeights weights[ChainCount];
     FLOAT        sums[ChainCount] = {};
     for (UINT32 chain = 0; chain < count; ++chain)
     {
-        const GroupedGridParameters& rGroup = *ppRegions[chain];
+        const GroupedGridParameters& rGroup   = *ppRegions[chain];
+        ColorWeights&                rWeights = weights[chain];
         if (rGroup.bLumaWeightOfOwn == TRUE)
         {
-            regionweights::ByLuma(rGroup.triggerCount, rGroup.pRangeTrigger, rBatch.luma, rLumaWeights);
+            regionweights::ByLuma(rGroup.triggerCount, rGroup.pRangeTrigger, rBatch.luma, rWeights.own);
         }
-        std::copy(std::begin(rLumaWeights), std::end(rLumaWeights), weights[chain].byLuma);
+        rWeights.pByLuma = (rGroup.bLumaWeightOfOwn == TRUE) ? rWeights.own : weights[chain - 1].pByLuma;
         regionweights::ByColor({rGroup.rgCenter, rGroup.rgDist_min, rGroup.rgDist_buffDist},
-                               {rGroup.bgCenter, rGroup.bgDist_min, rGroup.bgDist_buffDist}, rBatch.rg, rBatch.bg,
-                               weights[chain].byColor);
+                               {rGroup.bgCenter, rGroup.bgDist_min, rGroup.bgDist_buffDist}, rBatch.pRG, rBatch.pBG,
+                               rWeights.byColor);
         sums[chain] = rGroup.lumaWeightedCount;
     }
     AddChains(weights, count, walked, sums);
@@ -266,8 +266,9 @@ VOID CKIROStatsGridProcessor::GetExtColorRgBgStatsRatio(GroupedGridParameters** 
     }
     for (UINT32 region = 0; region < regionCount; ++region)
     {
+        const bool isFirstOfChains = region % ChainCount == 0;
         ppRegions[region]->bLumaWeightOfOwn =
-            (region == 0 || !HaveSameLumaWeight(*ppRegions[region], *ppRegions[region - 1])) ? TRUE : FALSE;
+            (isFirstOfChains || !HaveSameLumaWeight(*ppRegions[region], *ppRegions[region - 1])) ? TRUE : FALSE;
     }
     const UINT32 total = m_gridItr.GetTotalNumOfRegions();
     for (UINT32 first = 0; first < total; first += BatchSize)
@@ -284,24 +285,19 @@ VOID CKIROStatsGridProcessor::GetExtColorRgBgStatsRatio(GroupedGridParameters** 
 VOID CKIROStatsGridProcessor::AccumulatePart(GroupedGridParameters** ppRegions, UINT32 regionCount, UINT32 first,
                                              UINT32 end) const
 {
-    const auto gather = [&](INT32 channel, Batch& rValues)
+    const auto gather = [&](INT32 channel, Batch& rCopy)
     {
         const FLOAT* pValues = m_rStatsBuffer[static_cast<UINT32>(channel)].channelData.Data.pFData;
-        m_gridItr.Gather(pValues, first, end, rValues);
-        std::fill(rValues + (end - first), std::end(rValues), 0.0f);
+        return m_gridItr.Gather(pValues, first, end, rCopy);
     };
+    Batch      copies[ColorChannelCount];
     ColorBatch batch;
-    gather(m_group.chNum_luma, batch.luma);
-    gather(m_group.chNum_rg, batch.rg);
-    gather(m_group.chNum_bg, batch.bg);
-    for (FLOAT& rLuma : batch.luma)
-    {
-        rLuma = std::min(m_group.statsAbsThreshold, rLuma);
-    }
-    Batch lumaWeights;  // as of the region before
+    regionweights::Clamp(gather(m_group.chNum_luma, copies[0]), m_group.statsAbsThreshold, batch.luma);
+    batch.pRG = gather(m_group.chNum_rg, copies[1]);
+    batch.pBG = gather(m_group.chNum_bg, copies[2]);
     for (UINT32 region = 0; region < regionCount; region += ChainCount)
     {
-        AddColors(ppRegions + region, std::min(regionCount - region, ChainCount), batch, end - first, lumaWeights);
+        AddColors(ppRegions + region, std::min(regionCount - region, ChainCount), batch, end - first);
     }
 }
 

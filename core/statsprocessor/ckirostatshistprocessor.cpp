@@ -25,6 +25,43 @@ FLOAT Clamp(FLOAT value, FLOAT high)
     return std::min(std::max(value, 0.0f), high);
 }
 
+/// Most of them in blocks of a constant length, of which the compiler makes vectors.
+VOID DivideAll(FLOAT* pValues, UINT32 count, FLOAT divisor)
+{
+    constexpr UINT32 block = 8;
+    UINT32           first = 0;
+    for (; first + block <= count; first += block)
+    {
+        for (UINT32 index = first; index < first + block; ++index)
+        {
+            pValues[index] /= divisor;
+        }
+    }
+    for (; first < count; ++first)
+    {
+        pValues[first] /= divisor;
+    }
+}
+
+/// Of bins from the first up to the last, excluded.
+/// @param clamp a bin that lies above it takes the weight of the last one that does not
+FLOAT WeightedMean(const KIROCoreChInfo& rChannel, const FLOAT* pWeights, UINT32 start, UINT32 end, FLOAT clamp)
+{
+    FLOAT weight  = pWeights[start];
+    FLOAT weights = 0.0f;
+    FLOAT values  = 0.0f;
+    for (UINT32 bin = start; bin < end; ++bin)
+    {
+        const FLOAT value     = rChannel.pValLUT[bin];
+        const bool  isClamped = clamp < value;
+        weight                = isClamped ? weight : pWeights[bin];
+        const FLOAT count     = static_cast<FLOAT>(static_cast<UINT32>(rChannel.Data.pIData[bin])) * weight;
+        weights += count;
+        values = std::fma(count, isClamped ? clamp : value, values);
+    }
+    return values / std::max(weights, Epsilon);
+}
+
 }  // namespace
 
 /// Where a value falls in a rising table.
@@ -102,11 +139,7 @@ VOID CKIROStatsHistProcessor::PreprocessCoreStats(const KIROCntStatsOut& rStats)
         total += static_cast<FLOAT>(static_cast<UINT32>(rChannel.Data.pIData[bin]));
         pRow[bin] = total;
     }
-    const FLOAT divisor = std::max(total, 1.0f);
-    for (UINT32 bin = 0; bin < binCount; ++bin)
-    {
-        pRow[bin] /= divisor;
-    }
+    DivideAll(pRow, binCount, std::max(total, 1.0f));
     m_procStats.bPercentileSet[row] = TRUE;
     m_procStats.pChannelName[row]   = rChannel.pChannelName;
     m_procStats.pRawStats[row]      = &rStats;
@@ -193,27 +226,8 @@ KiroResult CKIROStatsHistProcessor::GetHistWeightedLuma(const CHAR* pStatsName, 
         return 0;
     }
 
-    const FLOAT statsAbsThreshold = ClampValue(rStats.resolution, statsThreshold);
-    FLOAT       currWeight        = pWeights[start];
-    FLOAT       weights           = 0.0f;
-    FLOAT       values            = 0.0f;
-    for (UINT32 bin = start; bin < end; ++bin)
-    {
-        FLOAT currLuma = rStats.channelData.pValLUT[bin];
-        if (statsAbsThreshold < currLuma)
-        {
-            currLuma = statsAbsThreshold;  // a clamped bin takes the weight of the last unclamped one
-        }
-        else
-        {
-            currWeight = pWeights[bin];
-        }
-        const FLOAT count = static_cast<FLOAT>(static_cast<UINT32>(rStats.channelData.Data.pIData[bin]));
-        const FLOAT w     = count * currWeight;
-        weights += w;
-        values = std::fma(w, currLuma, values);
-    }
-    rWeightedLuma = values / std::max(weights, Epsilon);
+    rWeightedLuma =
+        WeightedMean(rStats.channelData, pWeights, start, end, ClampValue(rStats.resolution, statsThreshold));
     return 0;
 }
 

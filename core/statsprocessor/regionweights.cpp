@@ -16,23 +16,23 @@ template <typename Condition>
 VOID TakeLine(FLOAT x1, FLOAT y1, FLOAT x2, FLOAT y2, const FLOAT* __restrict pLuma, FLOAT* __restrict pWeights,
               Condition isTaken)
 {
-    const FLOAT width = x2 - x1;
-    const FLOAT rise  = y2 - y1;
-    FLOAT       line[BatchSize];
-    if (x1 == x2)
+    const FLOAT width   = x2 - x1;
+    const FLOAT rise    = y2 - y1;
+    const bool  isStep  = x1 == x2;
+    const bool  isLevel = rise == 0.0f && !std::signbit(y1) && width > 0.0f && std::isfinite(width);
+    if (isStep || isLevel)  // nothing to divide; the sign of a zero below 0 would depend on luma
     {
-        std::fill_n(line, BatchSize, y2);  // a step
-    }
-    else if (rise == 0.0f && !std::signbit(y1) && width > 0.0f && std::isfinite(width))
-    {
-        std::fill_n(line, BatchSize, y1);  // level: nothing to divide, but for a zero whose sign depends on luma
-    }
-    else
-    {
+        const FLOAT level = isStep ? y2 : y1;
         for (UINT32 region = 0; region < BatchSize; ++region)
         {
-            line[region] = y1 + rise * ((pLuma[region] - x1) / width);
+            pWeights[region] = isTaken(pLuma[region]) ? level : pWeights[region];
         }
+        return;
+    }
+    FLOAT line[BatchSize];
+    for (UINT32 region = 0; region < BatchSize; ++region)
+    {
+        line[region] = y1 + rise * ((pLuma[region] - x1) / width);
     }
     for (UINT32 region = 0; region < BatchSize; ++region)
     {
@@ -41,24 +41,25 @@ VOID TakeLine(FLOAT x1, FLOAT y1, FLOAT x2, FLOAT y2, const FLOAT* __restrict pL
 }
 
 /// Soft edge: 1 up to half, falling to 0 beyond.
-VOID WeighEdge(const SoftEdge& rEdge, const FLOAT* __restrict pRatios, FLOAT* __restrict pWeights)
+inline FLOAT WeighEdge(const SoftEdge& rEdge, FLOAT ratio)
 {
-    const SoftEdge edge = rEdge;
-    FLOAT          fallen[BatchSize];
-    for (UINT32 region = 0; region < BatchSize; ++region)
-    {
-        fallen[region] = 1.0f - (std::abs(pRatios[region] - edge.center) - edge.half) / edge.fallOff;
-    }
-    for (UINT32 region = 0; region < BatchSize; ++region)
-    {
-        const FLOAT weight = (fallen[region] < 0.0f) ? 0.0f : fallen[region];
-        pWeights[region]   = (std::abs(pRatios[region] - edge.center) > edge.half) ? weight : 1.0f;
-    }
+    const FLOAT distance = std::abs(ratio - rEdge.center);
+    const FLOAT fallen   = 1.0f - (distance - rEdge.half) / rEdge.fallOff;
+    const FLOAT weight   = (fallen < 0.0f) ? 0.0f : fallen;
+    return (distance > rEdge.half) ? weight : 1.0f;
 }
 
 }  // namespace
 
-VOID ByLuma(UINT32 count, const kiroglobalelements::TriggerSystemEndLevelStartEndType* pRows, const Batch& rLuma,
+VOID Clamp(const FLOAT* __restrict pLuma, FLOAT clamp, FLOAT* __restrict pClamped)
+{
+    for (UINT32 region = 0; region < BatchSize; ++region)
+    {
+        pClamped[region] = std::min(clamp, pLuma[region]);
+    }
+}
+
+VOID ByLuma(UINT32 count, const kiroglobalelements::TriggerSystemEndLevelStartEndType* pRows, const FLOAT* pLuma,
             Batch& rWeights)
 {
     std::fill(std::begin(rWeights), std::end(rWeights), (count == 0) ? 0.0f : pRows[count - 1].triggerData.end);
@@ -68,24 +69,25 @@ VOID ByLuma(UINT32 count, const kiroglobalelements::TriggerSystemEndLevelStartEn
         const auto& rRow  = pRows[index];
         const FLOAT start = rRow.trigger.start;
         const FLOAT end   = rRow.trigger.end;
-        TakeLine(start, rRow.triggerData.start, end, rRow.triggerData.end, rLuma, rWeights,
+        TakeLine(start, rRow.triggerData.start, end, rRow.triggerData.end, pLuma, rWeights,
                  [end](FLOAT luma) { return end >= luma; });
         const bool  isFirst = index == 0;
         const auto& rBefore = pRows[isFirst ? 0 : index - 1];
-        TakeLine(isFirst ? start : rBefore.trigger.end, rBefore.triggerData.end, start, rRow.triggerData.start, rLuma,
+        TakeLine(isFirst ? start : rBefore.trigger.end, rBefore.triggerData.end, start, rRow.triggerData.start, pLuma,
                  rWeights, [start](FLOAT luma) { return start > luma; });
     }
 }
 
-VOID ByColor(const SoftEdge& rRGEdge, const SoftEdge& rBGEdge, const Batch& rRG, const Batch& rBG, Batch& rWeights)
+VOID ByColor(const SoftEdge& rRGEdge, const SoftEdge& rBGEdge, const FLOAT* __restrict pRG, const FLOAT* __restrict pBG,
+             FLOAT* __restrict pWeights)
 {
-    FLOAT byRG[BatchSize];
-    FLOAT byBG[BatchSize];
-    WeighEdge(rRGEdge, rRG, byRG);
-    WeighEdge(rBGEdge, rBG, byBG);
+    const SoftEdge rgEdge = rRGEdge;  // of its own, so that no weight that is written can change it
+    const SoftEdge bgEdge = rBGEdge;
     for (UINT32 region = 0; region < BatchSize; ++region)
     {
-        rWeights[region] = (byBG[region] < byRG[region]) ? byBG[region] : byRG[region];
+        const FLOAT byRG = WeighEdge(rgEdge, pRG[region]);
+        const FLOAT byBG = WeighEdge(bgEdge, pBG[region]);
+        pWeights[region] = (byBG < byRG) ? byBG : byRG;
     }
 }
 

@@ -14,11 +14,15 @@ constexpr UINT32 BatchSize = 128;
 /// One number for each region of a batch.
 using Batch = FLOAT[BatchSize];
 
+/// The luma of a batch, or what it is clamped at.
+VOID Clamp(const FLOAT* __restrict pLuma, FLOAT clamp, FLOAT* __restrict pClamped);
+
 /// A piecewise-linear map of luma: row k maps trigger.start..end to triggerData.start..end, the later value where both
 /// are the same. Between rows it goes straight from the end of one to the start of the next, before and behind them it
 /// stays.
+/// @param pLuma    of a batch
 /// @param rWeights 0 for no rows
-VOID ByLuma(UINT32 count, const kiroglobalelements::TriggerSystemEndLevelStartEndType* pRows, const Batch& rLuma,
+VOID ByLuma(UINT32 count, const kiroglobalelements::TriggerSystemEndLevelStartEndType* pRows, const FLOAT* pLuma,
             Batch& rWeights);
 
 /// A colour ratio around which regions count.
@@ -30,6 +34,8 @@ struct SoftEdge
 };
 
 /// The lesser of what the two ratios weigh.
-VOID ByColor(const SoftEdge& rRGEdge, const SoftEdge& rBGEdge, const Batch& rRG, const Batch& rBG, Batch& rWeights);
+/// @param pRG, pBG, pWeights of a batch
+VOID ByColor(const SoftEdge& rRGEdge, const SoftEdge& rBGEdge, const FLOAT* __restrict pRG, const FLOAT* __restrict pBG,
+             FLOAT* __restrict pWeights);
 
 }  // namespace regionweights

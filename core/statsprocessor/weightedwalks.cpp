@@ -1,16 +1,5 @@
 #include "core/statsprocessor/weightedwalks.h"
 
-#include <algorithm>
-
-CKIROWeightedWalks::CKIROWeightedWalks()
-    : m_pWalks(TavoNewArray<CKIROWeightedWalk>(WalkMax)), m_expected(0), m_frame(FirstFrame), m_bIsNewFrame(FALSE)
-{
-    if (m_pWalks == nullptr)
-    {
-        throw std::bad_alloc();
-    }
-}
-
 std::optional<CKIROWeightedWalk::Sums> CKIROWeightedWalks::Measure(const WeightedWalkKey& rKey, const FLOAT* pTable,
                                                                    const FLOAT* pValues)
 {
@@ -19,14 +8,14 @@ std::optional<CKIROWeightedWalk::Sums> CKIROWeightedWalks::Measure(const Weighte
         m_bIsNewFrame = FALSE;
         ++m_frame;
     }
-    for (UINT32 step = 0; step < WalkMax; ++step)
+    for (UINT32 step = 0; step < m_walkCount; ++step)
     {
-        const UINT32 index = (m_expected + step) % WalkMax;
-        if (!m_pWalks[index].IsFor(rKey))
+        const UINT32 index = (m_expected + step) % m_walkCount;
+        if (!m_pWalks[index]->IsFor(rKey))
         {
             continue;
         }
-        const auto sums = m_pWalks[index].Measure(pTable, pValues, m_frame);
+        const auto sums = m_pWalks[index]->Measure(pTable, pValues, m_frame);
         if (sums.has_value())
         {
             m_expected = index;
@@ -58,19 +47,37 @@ VOID CKIROWeightedWalks::Add(const WeightedWalkKey& rKey, const CKIROGridIterato
 
 CKIROWeightedWalk* CKIROWeightedWalks::FindWithRoom(const WeightedWalkKey& rKey)
 {
-    CKIROWeightedWalk* pEnd   = m_pWalks.get() + WalkMax;
-    CKIROWeightedWalk* pFound = std::find_if(
-        m_pWalks.get(), pEnd, [&rKey](const CKIROWeightedWalk& rWalk) { return rWalk.IsFor(rKey) && !rWalk.IsFull(); });
-    return (pFound != pEnd) ? pFound : nullptr;
+    for (UINT32 index = 0; index < m_walkCount; ++index)
+    {
+        if (m_pWalks[index]->IsFor(rKey) && !m_pWalks[index]->IsFull())
+        {
+            return m_pWalks[index].get();
+        }
+    }
+    return nullptr;
 }
 
 /// A walk that is still in use keeps its place: with more of them than there is room for, each would begin anew in
 /// every frame.
-/// @return null if all are
+/// @return null if all are, and no further one is to be had
 CKIROWeightedWalk* CKIROWeightedWalks::FindUnused()
 {
-    CKIROWeightedWalk* pOldest = std::min_element(m_pWalks.get(), m_pWalks.get() + WalkMax,
-                                                  [](const CKIROWeightedWalk& rFirst, const CKIROWeightedWalk& rSecond)
-                                                  { return rFirst.LastFrame() < rSecond.LastFrame(); });
-    return (pOldest->LastFrame() + 1 < m_frame) ? pOldest : nullptr;
+    for (UINT32 index = 0; index < m_walkCount; ++index)
+    {
+        if (m_pWalks[index]->LastFrame() + 1 < m_frame)
+        {
+            return m_pWalks[index].get();
+        }
+    }
+    return NewWalk();
+}
+
+CKIROWeightedWalk* CKIROWeightedWalks::NewWalk()
+{
+    if (m_walkCount == WalkMax)
+    {
+        return nullptr;
+    }
+    m_pWalks[m_walkCount] = TavoNew<CKIROWeightedWalk>();
+    return (m_pWalks[m_walkCount] != nullptr) ? m_pWalks[m_walkCount++].get() : nullptr;
 }

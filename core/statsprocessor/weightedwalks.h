@@ -11,8 +11,6 @@
 class CKIROWeightedWalks
 {
 public:
-    CKIROWeightedWalks();
-
     /// Other values come in: what was measured is no more.
     VOID BeginFrame()
     {
@@ -30,15 +28,18 @@ public:
 
 private:
     /// Walks of a tuning: a channel of each exposure under a few regions, more than one where there are many tables.
-    static constexpr UINT32 WalkMax = 8;
+    /// There are as many as were in use at a time; each takes 48 kB.
+    static constexpr UINT32 WalkMax = 32;
 
-    static constexpr UINT64 FirstFrame = 2;  ///< so that walks that were never used count as forgotten
+    static constexpr UINT64 FirstFrame = 1;
 
     CKIROWeightedWalk* FindWithRoom(const WeightedWalkKey& rKey);
     CKIROWeightedWalk* FindUnused();
+    CKIROWeightedWalk* NewWalk();
 
-    TavoArray<CKIROWeightedWalk> m_pWalks;
-    UINT32                       m_expected;  ///< the walk that is likely to have the table that is asked for next
-    UINT64                       m_frame;     ///< counts those in which a mean was asked for: metering may skip some
-    BOOL                         m_bIsNewFrame;
+    TavoPtr<CKIROWeightedWalk> m_pWalks[WalkMax];
+    UINT32                     m_walkCount   = 0;
+    UINT32                     m_expected    = 0;  ///< the walk that is likely to have the table that is asked for next
+    UINT64                     m_frame       = FirstFrame;  ///< counts those in which a mean was asked for
+    BOOL                       m_bIsNewFrame = FALSE;
 };

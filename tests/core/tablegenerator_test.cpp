@@ -99,6 +99,20 @@ TEST_F(TableGeneration, WeighsTheBaseTableByAnotherTable)
     EXPECT_EQ(m_context.Trigger(AverageID), 24.0f);
 }
 
+TEST_F(TableGeneration, TheFirstCellAloneHasTheWeightBelowABorderThatTheLuxIndexFallsTo)
+{
+    std::fill(m_luma.begin(), m_luma.end(), 50.0f);
+    Set(Grid("luma", 16, 16, m_luma));
+    m_lux[1].trigger1Lux = {100.0f, 300.0f};
+    m_context.SetTrigger(TriggerCtrlLux, 250.0f);
+    EXPECT_EQ(Run(), 0);
+    ExpectAll(0.0f);
+    m_context.SetTrigger(TriggerCtrlLux, 100.0f);
+    EXPECT_EQ(m_module.RunTableGen(), 0);
+    EXPECT_EQ(Table()->weights[0], 150.0f);
+    EXPECT_EQ(std::count(std::begin(Table()->weights), std::end(Table()->weights), 0.0f), 255);
+}
+
 TEST_F(TableGeneration, StoresEqualWeightsWithoutATable)
 {
     Set(Grid("luma", 16, 16, m_luma));

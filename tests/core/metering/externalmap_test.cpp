@@ -174,6 +174,20 @@ TEST_F(ExternalMap, ReadsBothKindsOfMaps)
     EXPECT_NE(m_context.m_pBankManager->GetDataMetering2D(OutputID), nullptr);
 }
 
+TEST_F(ExternalMap, TheFirstCellAloneHasTheRangeBelowABorderThatTheLuxIndexFallsTo)
+{
+    m_processor.input.mapType = statsMap;
+    m_ranges[1].trigger1Lux   = {100.0f, 300.0f};
+    Load();
+    m_context.SetTrigger(TriggerCtrlLux, 250.0f);
+    EXPECT_EQ(Run(), Cells());
+    std::fill(std::begin(m_input.weights), std::end(m_input.weights), 7.0f);
+    m_context.SetTrigger(TriggerCtrlLux, 100.0f);
+    const Cells cells = Run();
+    EXPECT_EQ(cells.size(), 255U);
+    EXPECT_FALSE(cells.contains(0));
+}
+
 TEST_F(ExternalMap, ChangedTuningLeavesNoTableOfADeletedProcessor)
 {
     CKIROBankManager& rBanks = *m_context.m_pBankManager;
