@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "bench/heavytuning.h"
+#include "platform/tavoprocessors.h"
 
 namespace
 {
@@ -69,6 +70,7 @@ HeavyFloor::HeavyFloor(const KIROStatsList& rStats)
     }
 }
 
+TAVO_FOR_EACH_PROCESSOR
 VOID HeavyFloor::Run() const
 {
     // Every chain is walked: the compiler must not see that calculators of one kind yield one result.

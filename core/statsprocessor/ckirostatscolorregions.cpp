@@ -13,6 +13,7 @@
 #include "core/statsprocessor/notmeasured.h"
 #include "core/statsprocessor/regionweights.h"
 #include "interface/kiroresults.h"
+#include "platform/tavoprocessors.h"
 
 using exposurearithmetic::Epsilon;
 
@@ -102,6 +103,7 @@ VOID AddChains(const ColorWeights* pWeights, UINT32 walked, FLOAT* pSums, std::i
 }
 
 /// @param count from 1 to ChainCount
+TAVO_FOR_EACH_PROCESSOR
 VOID AddChains(const ColorWeights* pWeights, UINT32 count, UINT32 walked, FLOAT* pSums)
 {
     static_assert(ChainCount == 4);

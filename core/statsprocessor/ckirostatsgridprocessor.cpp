@@ -7,6 +7,7 @@
 #include "core/base/kirolog.h"
 #include "core/statsprocessor/notmeasured.h"
 #include "interface/kiroresults.h"
+#include "platform/tavoprocessors.h"
 
 using exposurearithmetic::Epsilon;
 
@@ -184,6 +185,7 @@ KiroResult CKIROStatsGridProcessor::GetWeightedLuma(const CHAR* pStatsName, INT3
     return 0;
 }
 
+TAVO_FOR_EACH_PROCESSOR
 CKIROWeightedWalk::Sums CKIROStatsGridProcessor::WalkAlone(const FLOAT* pValues, FLOAT clamp)
 {
     CKIROWeightedWalk::Sums sums = {0.0f, 0.0f};

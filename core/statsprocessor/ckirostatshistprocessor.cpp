@@ -7,6 +7,7 @@
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
 #include "interface/kiroresults.h"
+#include "platform/tavoprocessors.h"
 
 using exposurearithmetic::Epsilon;
 using exposurearithmetic::SaturateToUINT32;
@@ -45,6 +46,7 @@ VOID DivideAll(FLOAT* pValues, UINT32 count, FLOAT divisor)
 
 /// Of bins from the first up to the last, excluded.
 /// @param clamp a bin that lies above it takes the weight of the last one that does not
+TAVO_FOR_EACH_PROCESSOR
 FLOAT WeightedMean(const KIROCoreChInfo& rChannel, const FLOAT* pWeights, UINT32 start, UINT32 end, FLOAT clamp)
 {
     FLOAT weight  = pWeights[start];

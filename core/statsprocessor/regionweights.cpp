@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/tavoprocessors.h"
+
 namespace regionweights
 {
 
@@ -51,6 +53,7 @@ inline FLOAT WeighEdge(const SoftEdge& rEdge, FLOAT ratio)
 
 }  // namespace
 
+TAVO_FOR_EACH_PROCESSOR
 VOID Clamp(const FLOAT* __restrict pLuma, FLOAT clamp, FLOAT* __restrict pClamped)
 {
     for (UINT32 region = 0; region < BatchSize; ++region)
@@ -59,6 +62,7 @@ VOID Clamp(const FLOAT* __restrict pLuma, FLOAT clamp, FLOAT* __restrict pClampe
     }
 }
 
+TAVO_FOR_EACH_PROCESSOR
 VOID ByLuma(UINT32 count, const kiroglobalelements::TriggerSystemEndLevelStartEndType* pRows, const FLOAT* pLuma,
             Batch& rWeights)
 {
@@ -78,6 +82,7 @@ VOID ByLuma(UINT32 count, const kiroglobalelements::TriggerSystemEndLevelStartEn
     }
 }
 
+TAVO_FOR_EACH_PROCESSOR
 VOID ByColor(const SoftEdge& rRGEdge, const SoftEdge& rBGEdge, const FLOAT* __restrict pRG, const FLOAT* __restrict pBG,
              FLOAT* __restrict pWeights)
 {

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "core/statsprocessor/statschannels.h"
+#include "platform/tavoprocessors.h"
 
 namespace
 {
@@ -133,6 +134,7 @@ VOID CKIROWeightedWalk::DropForgotten(UINT64 frame)
     }
 }
 
+TAVO_FOR_EACH_PROCESSOR
 VOID CKIROWeightedWalk::Walk(const FLOAT* pValues)
 {
     // A constant number of lanes lets the compiler keep all of them in vector registers.

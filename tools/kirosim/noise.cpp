@@ -3,6 +3,8 @@
 #include <bit>
 #include <cmath>
 
+#include "platform/tavoprocessors.h"
+
 namespace kirosim
 {
 
@@ -99,6 +101,7 @@ VOID DirectionsOf(const Hashes& rHashes, Block& rCosines, Block& rSines)
 
 }  // namespace
 
+TAVO_FOR_EACH_PROCESSOR
 VOID DrawNoise(const NoisePlace& rPlace, NoiseDeviates& rDeviates)
 {
     const UINT64 radiusKey = Mix(Mix(Mix(Mix(rPlace.seed) + rPlace.frame) + rPlace.exposure) + rPlace.kind);

@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "platform/tavoprocessors.h"
+
 namespace kirosim
 {
 
@@ -22,6 +24,7 @@ SampleExposure::SampleExposure() : m_counts{}, m_next(0)
 }
 
 /// Scaling by a power of two changes no bits of sums.
+TAVO_FOR_EACH_PROCESSOR
 VOID SampleExposure::ExposeGroup(const RegionSamples& rSamples, UINT32 group, const GroupSignals& rSignals,
                                  GroupLight& rLight)
 {

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "host/channelnames.h"
+#include "platform/tavoprocessors.h"
 #include "tools/kirosim/deterministic.h"
 #include "tools/kirosim/patternlight.h"
 
@@ -283,6 +284,7 @@ VOID SensorModel::DrawNoises(UINT32 type)
 /// what reflects.
 /// @param light  that a sample of unity shows without flash, full scale is 1
 /// @param perLux full scale per lux
+TAVO_FOR_EACH_PROCESSOR
 VOID SensorModel::SetSignals(UINT32 row, DOUBLE light, DOUBLE perLux)
 {
     const FLOAT sigma = static_cast<FLOAT>(m_rScene.sensor.regionNoise);
@@ -308,6 +310,7 @@ VOID SensorModel::SetSignals(UINT32 row, DOUBLE light, DOUBLE perLux)
 }
 
 /// Shot and read noise are independent: both together are one normal noise.
+TAVO_FOR_EACH_PROCESSOR
 VOID SensorModel::StoreRow(UINT32 row, const GroupLight* pLights, DOUBLE gain, ExposureStats& rStats,
                            ExposureSums& rSums)
 {

@@ -1,0 +1,17 @@
+/// @file
+/// Hot loops for the processor that a machine has, out of one binary.
+///
+/// The base instruction set of x86-64 has no fused multiply-add: each std::fma is a call into the C library, at three
+/// times the price, and vectors have four floats. A marked function is compiled once more for processors that have the
+/// instruction and vectors of eight (x86-64-v3), along with what it calls in its own file, and the loader chooses. The
+/// results are the same. On AArch64 the base set has what is needed.
+#pragma once
+
+// The choice runs while a program is being loaded, before the sanitizers are ready for it; clang cannot mark functions
+// in this way, and without optimisation there is nothing to gain.
+#if defined(__x86_64__) && defined(__OPTIMIZE__) && !defined(__clang__) && !defined(__SANITIZE_ADDRESS__) &&           \
+    !defined(__SANITIZE_THREAD__)
+#define TAVO_FOR_EACH_PROCESSOR [[gnu::target_clones("arch=x86-64-v3", "default"), gnu::flatten]]
+#else
+#define TAVO_FOR_EACH_PROCESSOR
+#endif
