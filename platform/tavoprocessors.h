@@ -5,6 +5,8 @@
 /// times the price, and vectors have four floats. A marked function is compiled once more for processors that have the
 /// instruction and vectors of eight (x86-64-v3), along with what it calls in its own file, and the loader chooses. The
 /// results are the same. On AArch64 the base set has what is needed.
+///
+/// In a library only functions of one file are marked, in an unnamed namespace: others would be exported.
 #pragma once
 
 // The choice runs while a program is being loaded, before the sanitizers are ready for it; clang cannot mark functions

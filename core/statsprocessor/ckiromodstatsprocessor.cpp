@@ -107,7 +107,7 @@ IKIROIterator* CKIROStatsProcessor::GetStatsIterator(const CHAR* pChannel, KIROI
     }
     const bool               isGrid   = rInfo.type == KIROStatsGrid;
     const AECCoreStatsDeque& rRing    = isGrid ? m_gridStatsBuffer : m_histStatsBuffer;
-    const INT32              position = FindStatsChannel(rRing, pChannel);
+    const INT32              position = rRing.Find(pChannel);
     if (position == ChannelNotFound)
     {
         return nullptr;
@@ -134,7 +134,7 @@ const KIROCntStatsOut* CKIROStatsProcessor::GetRawStats(const CHAR* pChannel, co
     if (rType == KIROStatsGrid || rType == KIROStatsHist)
     {
         const AECCoreStatsDeque& rRing    = (rType == KIROStatsGrid) ? m_gridStatsBuffer : m_histStatsBuffer;
-        const INT32              position = FindStatsChannel(rRing, pChannel);
+        const INT32              position = rRing.Find(pChannel);
         if (position != ChannelNotFound)
         {
             return &rRing[static_cast<UINT32>(position)];
@@ -267,7 +267,7 @@ KiroResult CKIROStatsProcessor::PrepareHistogram(const CHAR* pChannel)
     const KiroResult result = ValidateStatsChannels(&pChannel, 1, m_histStatsBuffer);
     if (result == 0)
     {
-        const INT32 position = FindStatsChannel(m_histStatsBuffer, pChannel);
+        const INT32 position = m_histStatsBuffer.Find(pChannel);
         m_histStatsProcessor.SetProcStats(&m_histStatsBuffer[static_cast<UINT32>(position)], 1);
     }
     return result;
@@ -279,7 +279,7 @@ KiroResult CKIROStatsProcessor::ValidateStatsChannels(const CHAR* const* ppNames
     const KIROCntStatsOut* pReference = nullptr;
     for (UINT32 index = 0; index < count; ++index)
     {
-        const INT32 position = FindStatsChannel(rRing, ppNames[index]);
+        const INT32 position = rRing.Find(ppNames[index]);
         if (position == ChannelNotFound)
         {
             STATS_LOG_ERROR("Invalid stats channel %s", TextOrEmpty(ppNames[index]));

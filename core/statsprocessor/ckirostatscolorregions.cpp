@@ -159,8 +159,8 @@ KiroResult CKIROStatsGridProcessor::GetRgBgStatsCount(const CHAR* const* ppStats
     AECAlgoROI          box{};
     const ColorChannels channels = {
         ValidateAndConfigInputParam(NameAt(ppStatsName, statsCount, 0), rSubsampling, NoID, NoID, TRUE),
-        FindStatsChannel(m_rStatsBuffer, NameAt(ppStatsName, statsCount, 1)),
-        FindStatsChannel(m_rStatsBuffer, NameAt(ppStatsName, statsCount, 2))};
+        m_rStatsBuffer.Find(NameAt(ppStatsName, statsCount, 1)),
+        m_rStatsBuffer.Find(NameAt(ppStatsName, statsCount, 2))};
     if (!AreColorInputsValid(ppStatsName, statsCount, channels, GetROI(rgbgRoiID, box)))
     {
         return ResultInvalidInput;
@@ -208,9 +208,9 @@ GroupedGridParameters* CKIROStatsGridProcessor::InitializeXTremeColorRegion(
     UINT32 triggerCount, const RangeTriggerRow* pTriggers, FLOAT statsThreshold, FLOAT bufferZoneDist)
 {
     AECAlgoROI          box{};
-    const ColorChannels channels = {FindStatsChannel(m_rStatsBuffer, NameAt(ppStatsName, statsCount, 0)),
-                                    FindStatsChannel(m_rStatsBuffer, NameAt(ppStatsName, statsCount, 1)),
-                                    FindStatsChannel(m_rStatsBuffer, NameAt(ppStatsName, statsCount, 2))};
+    const ColorChannels channels = {m_rStatsBuffer.Find(NameAt(ppStatsName, statsCount, 0)),
+                                    m_rStatsBuffer.Find(NameAt(ppStatsName, statsCount, 1)),
+                                    m_rStatsBuffer.Find(NameAt(ppStatsName, statsCount, 2))};
     if (!AreColorInputsValid(ppStatsName, statsCount, channels, GetROI(rgbgRoiID, box)))
     {
         LeaveOutXTremeColorRegion();

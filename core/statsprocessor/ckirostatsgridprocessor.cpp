@@ -25,6 +25,25 @@ bool IsNearlyFullFrame(const AECAlgoROI& rROI)
            std::abs(rROI.dy - 1.0f) < Epsilon;
 }
 
+/// The weighted mean of one table.
+TAVO_FOR_EACH_PROCESSOR
+CKIROWeightedWalk::Sums WalkAlone(const CKIROGridIterator& rRegions, CKIRO2DMetIterator& rWeights, const FLOAT* pValues,
+                                  FLOAT clamp)
+{
+    CKIROWeightedWalk::Sums sums = {0.0f, 0.0f};
+    rRegions.ForEachRegion(
+        [&](UINT32 index)
+        {
+            const FLOAT wt = rWeights.GetWeight(index);
+            if (wt != CKIRO2DMetIterator::NoWeight)
+            {
+                sums.weights += wt;
+                sums.weighted = std::fma(wt, std::min(pValues[index], clamp), sums.weighted);
+            }
+        });
+    return sums;
+}
+
 /// A table of sums over the block from its first to the given region, inclusive; 0 left of and above the block.
 class SummedAreaTable
 {
@@ -112,7 +131,7 @@ BOOL CKIROStatsGridProcessor::ConfigMtrWtTableItr(INT32 tableID, const AECAlgoRO
 INT32 CKIROStatsGridProcessor::ValidateAndConfigInputParam(const CHAR* pName, const KIROSubsamplingInfo& rSubsampling,
                                                            INT32 roiID, INT32 tableID, BOOL bUseDefaultCoordMethod)
 {
-    const INT32 position = FindStatsChannel(m_rStatsBuffer, pName);
+    const INT32 position = m_rStatsBuffer.Find(pName);
     if (position == ChannelNotFound)
     {
         STATS_LOG_ERROR("Unable to find stats:%s from buffer.", (pName != nullptr) ? pName : "");
@@ -175,7 +194,7 @@ KiroResult CKIROStatsGridProcessor::GetWeightedLuma(const CHAR* pStatsName, INT3
     }
     if (!sums.has_value())
     {
-        sums = WalkAlone(pValues, key.clamp);
+        sums = WalkAlone(m_gridItr, m_mtrItr, pValues, key.clamp);
         if (isShared)
         {
             m_walks.Add(key, m_gridItr, m_mtrItr, sums->weights);
@@ -183,23 +202,6 @@ KiroResult CKIROStatsGridProcessor::GetWeightedLuma(const CHAR* pStatsName, INT3
     }
     rLumaAverage = (std::abs(sums->weights) < Epsilon) ? NotMeasured : sums->weighted / sums->weights;
     return 0;
-}
-
-TAVO_FOR_EACH_PROCESSOR
-CKIROWeightedWalk::Sums CKIROStatsGridProcessor::WalkAlone(const FLOAT* pValues, FLOAT clamp)
-{
-    CKIROWeightedWalk::Sums sums = {0.0f, 0.0f};
-    m_gridItr.ForEachRegion(
-        [&](UINT32 index)
-        {
-            const FLOAT wt = m_mtrItr.GetWeight(index);
-            if (wt != CKIRO2DMetIterator::NoWeight)
-            {
-                sums.weights += wt;
-                sums.weighted = std::fma(wt, std::min(pValues[index], clamp), sums.weighted);
-            }
-        });
-    return sums;
 }
 
 KiroResult CKIROStatsGridProcessor::GetWeightedROIInterpLuma(const CHAR* pName, INT32 roiID, INT32 metTableID,
@@ -284,7 +286,7 @@ KiroResult CKIROStatsGridProcessor::GetStatsRoughness(const CHAR* pStatsName, co
                                                       FLOAT* pStatsRoughness)
 {
     constexpr INT32 neighbourhood = 9;
-    const INT32     position      = FindStatsChannel(m_rStatsBuffer, pStatsName);
+    const INT32     position      = m_rStatsBuffer.Find(pStatsName);
     if (position == ChannelNotFound)
     {
         STATS_LOG_ERROR("Unable to find stats:%s from buffer.", (pStatsName != nullptr) ? pStatsName : "");

@@ -97,8 +97,7 @@ private:
                                         FLOAT statsThreshold);
     bool       FillIntegrals(const KIROCntStatsOut& rStats, FLOAT statsThreshold, FLOAT* pLuma, FLOAT* pWeight);
     VOID       AccumulatePart(GroupedGridParameters** ppRegions, UINT32 regionCount, UINT32 first, UINT32 end) const;
-    CKIROWeightedWalk::Sums WalkAlone(const FLOAT* pValues, FLOAT clamp);
-    VOID                    StoreColorRatio(GroupedGridParameters& rGroup);
+    VOID       StoreColorRatio(GroupedGridParameters& rGroup);
 
     IKIROContextManager&     m_rContextManager;
     CKIROGridIterator        m_gridItr;

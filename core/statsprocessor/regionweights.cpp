@@ -51,23 +51,11 @@ inline FLOAT WeighEdge(const SoftEdge& rEdge, FLOAT ratio)
     return (distance > rEdge.half) ? weight : 1.0f;
 }
 
-}  // namespace
-
+/// The first row that a luma lies in or before counts: earlier ones are drawn over later ones.
 TAVO_FOR_EACH_PROCESSOR
-VOID Clamp(const FLOAT* __restrict pLuma, FLOAT clamp, FLOAT* __restrict pClamped)
-{
-    for (UINT32 region = 0; region < BatchSize; ++region)
-    {
-        pClamped[region] = std::min(clamp, pLuma[region]);
-    }
-}
-
-TAVO_FOR_EACH_PROCESSOR
-VOID ByLuma(UINT32 count, const kiroglobalelements::TriggerSystemEndLevelStartEndType* pRows, const FLOAT* pLuma,
-            Batch& rWeights)
+VOID TakeRows(UINT32 count, const Row* pRows, const FLOAT* pLuma, Batch& rWeights)
 {
     std::fill(std::begin(rWeights), std::end(rWeights), (count == 0) ? 0.0f : pRows[count - 1].triggerData.end);
-    // The first row that a luma lies in or before counts: earlier ones are drawn over later ones.
     for (UINT32 index = count; index-- > 0;)
     {
         const auto& rRow  = pRows[index];
@@ -83,8 +71,8 @@ VOID ByLuma(UINT32 count, const kiroglobalelements::TriggerSystemEndLevelStartEn
 }
 
 TAVO_FOR_EACH_PROCESSOR
-VOID ByColor(const SoftEdge& rRGEdge, const SoftEdge& rBGEdge, const FLOAT* __restrict pRG, const FLOAT* __restrict pBG,
-             FLOAT* __restrict pWeights)
+VOID WeighEdges(const SoftEdge& rRGEdge, const SoftEdge& rBGEdge, const FLOAT* __restrict pRG,
+                const FLOAT* __restrict pBG, FLOAT* __restrict pWeights)
 {
     const SoftEdge rgEdge = rRGEdge;  // of its own, so that no weight that is written can change it
     const SoftEdge bgEdge = rBGEdge;
@@ -94,6 +82,26 @@ VOID ByColor(const SoftEdge& rRGEdge, const SoftEdge& rBGEdge, const FLOAT* __re
         const FLOAT byBG = WeighEdge(bgEdge, pBG[region]);
         pWeights[region] = (byBG < byRG) ? byBG : byRG;
     }
+}
+
+}  // namespace
+
+VOID Clamp(const FLOAT* __restrict pLuma, FLOAT clamp, FLOAT* __restrict pClamped)
+{
+    for (UINT32 region = 0; region < BatchSize; ++region)
+    {
+        pClamped[region] = std::min(clamp, pLuma[region]);
+    }
+}
+
+VOID ByLuma(UINT32 count, const Row* pRows, const FLOAT* pLuma, Batch& rWeights)
+{
+    TakeRows(count, pRows, pLuma, rWeights);
+}
+
+VOID ByColor(const SoftEdge& rRGEdge, const SoftEdge& rBGEdge, const FLOAT* pRG, const FLOAT* pBG, Batch& rWeights)
+{
+    WeighEdges(rRGEdge, rBGEdge, pRG, pBG, rWeights);
 }
 
 }  // namespace regionweights

@@ -14,6 +14,9 @@ constexpr UINT32 BatchSize = 128;
 /// One number for each region of a batch.
 using Batch = FLOAT[BatchSize];
 
+/// A row of a map of luma.
+using Row = kiroglobalelements::TriggerSystemEndLevelStartEndType;
+
 /// The luma of a batch, or what it is clamped at.
 VOID Clamp(const FLOAT* __restrict pLuma, FLOAT clamp, FLOAT* __restrict pClamped);
 
@@ -22,8 +25,7 @@ VOID Clamp(const FLOAT* __restrict pLuma, FLOAT clamp, FLOAT* __restrict pClampe
 /// stays.
 /// @param pLuma    of a batch
 /// @param rWeights 0 for no rows
-VOID ByLuma(UINT32 count, const kiroglobalelements::TriggerSystemEndLevelStartEndType* pRows, const FLOAT* pLuma,
-            Batch& rWeights);
+VOID ByLuma(UINT32 count, const Row* pRows, const FLOAT* pLuma, Batch& rWeights);
 
 /// A colour ratio around which regions count.
 struct SoftEdge
@@ -34,8 +36,7 @@ struct SoftEdge
 };
 
 /// The lesser of what the two ratios weigh.
-/// @param pRG, pBG, pWeights of a batch
-VOID ByColor(const SoftEdge& rRGEdge, const SoftEdge& rBGEdge, const FLOAT* __restrict pRG, const FLOAT* __restrict pBG,
-             FLOAT* __restrict pWeights);
+/// @param pRG, pBG of a batch
+VOID ByColor(const SoftEdge& rRGEdge, const SoftEdge& rBGEdge, const FLOAT* pRG, const FLOAT* pBG, Batch& rWeights);
 
 }  // namespace regionweights

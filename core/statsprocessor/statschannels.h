@@ -1,5 +1,5 @@
 /// @file
-/// The ring of one type of channels and the search in it.
+/// The ring of one type of channels, which come in frame by frame, and the search in it.
 #pragma once
 
 #include <cmath>
@@ -8,23 +8,45 @@
 #include "core/base/statsdeque.h"
 #include "interface/kirostats.h"
 
-typedef Tavo::StatsDeque<KIROCntStatsOut, KIROStatsChannelCountMax> AECCoreStatsDeque;
-
 constexpr INT32 ChannelNotFound = -1;
 
-/// @return position in the ring of the first one, ChannelNotFound for a null name or no match
-inline INT32 FindStatsChannel(const AECCoreStatsDeque& rRing, const CHAR* pName)
+class AECCoreStatsDeque : public Tavo::StatsDeque<KIROCntStatsOut, KIROStatsChannelCountMax>
 {
-    for (UINT32 position = 0; pName != nullptr && position < rRing.size(); ++position)
+public:
+    VOID clear()
     {
-        const CHAR* pChannel = rRing[position].channelData.pChannelName;
-        if (pChannel != nullptr && std::strcmp(pChannel, pName) == 0)
-        {
-            return static_cast<INT32>(position);
-        }
+        StatsDeque::clear();
+        m_lastFound = 0;
     }
-    return ChannelNotFound;
-}
+
+    /// @return position of the first one of the name, ChannelNotFound for a null name or no match
+    INT32 Find(const CHAR* pName) const
+    {
+        // Requests mostly ask for the channel of the request before. Others come in behind it.
+        if (m_lastFound < size() && IsNamed(m_lastFound, pName))
+        {
+            return static_cast<INT32>(m_lastFound);
+        }
+        for (UINT32 position = 0; position < size(); ++position)
+        {
+            if (IsNamed(position, pName))
+            {
+                m_lastFound = position;
+                return static_cast<INT32>(position);
+            }
+        }
+        return ChannelNotFound;
+    }
+
+private:
+    bool IsNamed(UINT32 position, const CHAR* pName) const
+    {
+        const CHAR* pChannel = (*this)[position].channelData.pChannelName;
+        return pName != nullptr && pChannel != nullptr && std::strcmp(pChannel, pName) == 0;
+    }
+
+    mutable UINT32 m_lastFound = 0;  ///< always the first one of its name
+};
 
 inline bool IsSameShape(const kirocorestatsconfig::ResolutionType& rFirst,
                         const kirocorestatsconfig::ResolutionType& rSecond)

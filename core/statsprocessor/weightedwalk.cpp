@@ -16,6 +16,51 @@ bool IsSameTable(const VOID* pOne, const VOID* pOther)
     return std::memcmp(pOne, pOther, CKIRO2DMetIterator::TableSize * sizeof(FLOAT)) == 0;
 }
 
+/// Regions in the order of a walk, and the tables' entries that weigh them.
+struct RegionList
+{
+    const UINT32* pRegions;
+    const BYTE*   pEntries;
+    UINT32        count;
+};
+
+/// Constant numbers of groups and lanes let the compiler keep all sums in vector registers.
+template <UINT32 Groups>
+VOID AddRegions(const RegionList& rRegions, const FLOAT* pValues, FLOAT clamp, const WeightLanes* pLanes, FLOAT* pSums)
+{
+    FLOAT sums[Groups][WeightLanes::Count] = {};
+    for (UINT32 step = 0; step < rRegions.count; ++step)
+    {
+        const FLOAT value = std::min(pValues[rRegions.pRegions[step]], clamp);
+        for (UINT32 group = 0; group < Groups; ++group)
+        {
+            const FLOAT* pWeights = pLanes[group].entries[rRegions.pEntries[step]];
+            for (UINT32 lane = 0; lane < WeightLanes::Count; ++lane)
+            {
+                sums[group][lane] = std::fma(pWeights[lane], value, sums[group][lane]);
+            }
+        }
+    }
+    std::copy_n(sums[0], Groups * WeightLanes::Count, pSums);
+}
+
+/// @param tableCount lanes that hold a table
+/// @param pSums      receives that of each of CKIROWeightedWalk::TableMax lanes, or of the first half if it is enough
+TAVO_FOR_EACH_PROCESSOR
+VOID AddRegions(const RegionList& rRegions, const FLOAT* pValues, FLOAT clamp, const WeightLanes* pLanes,
+                UINT32 tableCount, FLOAT* pSums)
+{
+    static_assert(CKIROWeightedWalk::TableMax == 2 * WeightLanes::Count);
+    if (tableCount <= WeightLanes::Count)
+    {
+        AddRegions<1>(rRegions, pValues, clamp, pLanes, pSums);
+    }
+    else
+    {
+        AddRegions<2>(rRegions, pValues, clamp, pLanes, pSums);
+    }
+}
+
 }  // namespace
 
 bool WeightedWalkKey::operator==(const WeightedWalkKey& rOther) const
@@ -68,7 +113,7 @@ VOID CKIROWeightedWalk::AddTable(const FLOAT* pTable, FLOAT totalWeight, UINT64 
     std::copy_n(pTable, CKIRO2DMetIterator::TableSize, rTable.weights);
     for (UINT32 entry = 0; entry < CKIRO2DMetIterator::TableSize; ++entry)
     {
-        m_lanes[entry][m_tableCount] = pTable[entry];
+        Lane(entry, m_tableCount) = pTable[entry];
     }
     rTable.totalWeight = totalWeight;
     rTable.lastFrame   = frame;
@@ -127,27 +172,18 @@ VOID CKIROWeightedWalk::DropForgotten(UINT64 frame)
         }
         --m_tableCount;
         m_tables[index] = m_tables[m_tableCount];
-        for (FLOAT(&rEntry)[TableMax] : m_lanes)
+        for (UINT32 entry = 0; entry < CKIRO2DMetIterator::TableSize; ++entry)
         {
-            rEntry[index] = rEntry[m_tableCount];
+            Lane(entry, index) = Lane(entry, m_tableCount);
         }
     }
 }
 
-TAVO_FOR_EACH_PROCESSOR
 VOID CKIROWeightedWalk::Walk(const FLOAT* pValues)
 {
-    // A constant number of lanes lets the compiler keep all of them in vector registers.
-    FLOAT sums[TableMax] = {};
-    for (UINT32 step = 0; step < m_regionCount; ++step)
-    {
-        const FLOAT  value    = std::min(pValues[m_region[step]], m_key.clamp);
-        const FLOAT* pWeights = m_lanes[m_entry[step]];
-        for (UINT32 lane = 0; lane < TableMax; ++lane)
-        {
-            sums[lane] = std::fma(pWeights[lane], value, sums[lane]);
-        }
-    }
+    const RegionList regions = {m_region, m_entry, m_regionCount};
+    FLOAT            sums[TableMax];
+    AddRegions(regions, pValues, m_key.clamp, m_lanes, m_tableCount, sums);
     for (UINT32 index = 0; index < m_tableCount; ++index)
     {
         m_tables[index].sum      = sums[index];

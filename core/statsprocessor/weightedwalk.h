@@ -2,14 +2,22 @@
 /// One walk over a grid for the weighted means of many tables.
 ///
 /// A weighted mean is a chain of fused multiply-adds, each of which waits for the one before. The chains of several
-/// tables do not wait for one another: walked side by side, sixteen take about as long as one, and each keeps its own
-/// order and bits.
+/// tables do not wait for one another: walked side by side, sixteen take about as long as one, or thirty-two where
+/// vectors are long, and each keeps its own order and bits.
 #pragma once
 
 #include <optional>
 
 #include "core/statsprocessor/ckiro2dmetiterator.h"
 #include "core/statsprocessor/ckirogriditerator.h"
+
+/// Weights of tables that are walked side by side: of each entry of the tables, one lane for a table.
+struct WeightLanes
+{
+    static constexpr UINT32 Count = 16;
+
+    FLOAT entries[CKIRO2DMetIterator::TableSize][Count];
+};
 
 /// What decides which regions a weighted mean visits, in which order, and what they are clamped at.
 struct WeightedWalkKey
@@ -25,7 +33,7 @@ struct WeightedWalkKey
 class CKIROWeightedWalk
 {
 public:
-    static constexpr UINT32 TableMax = 16;  ///< tables that are walked side by side
+    static constexpr UINT32 TableMax = 32;  ///< tables that are walked side by side
 
     /// Starts anew with the walk that a grid iterator is configured for.
     /// @param rWeights configured for the same grid and ROI
@@ -75,6 +83,11 @@ private:
     VOID   DropForgotten(UINT64 frame);
     VOID   Walk(const FLOAT* pValues);
 
+    FLOAT& Lane(UINT32 entry, UINT32 table)
+    {
+        return m_lanes[table / WeightLanes::Count].entries[entry][table % WeightLanes::Count];
+    }
+
     struct Table
     {
         FLOAT  weights[CKIRO2DMetIterator::TableSize];
@@ -93,6 +106,6 @@ private:
     UINT32          m_expected;  ///< the table that is likely to be asked for next: requests keep their order
     Table           m_tables[TableMax];
     UINT32          m_region[GridRegionCountMax];
-    BYTE            m_entry[GridRegionCountMax];                       ///< of a table, for each region of the walk
-    FLOAT           m_lanes[CKIRO2DMetIterator::TableSize][TableMax];  ///< the tables' weights, entry by entry
+    BYTE            m_entry[GridRegionCountMax];  ///< of a table, for each region of the walk
+    WeightLanes     m_lanes[TableMax / WeightLanes::Count];
 };

@@ -28,8 +28,8 @@ public:
 
 private:
     /// Walks of a tuning: a channel of each exposure under a few regions, more than one where there are many tables.
-    /// There are as many as were in use at a time; each takes 48 kB.
-    static constexpr UINT32 WalkMax = 32;
+    /// There are as many as were in use at a time; each takes 80 kB.
+    static constexpr UINT32 WalkMax = 16;
 
     static constexpr UINT64 FirstFrame = 1;
 

@@ -54,6 +54,22 @@ TEST_F(GridMeasures, WeightedMeanSkipsRegionsWithoutWeightAndClampsBrightOnes)
     EXPECT_FLOAT_EQ(WeightedLuma(0), 32.5f);  // (10 + 90 + 160) / 8
 }
 
+TEST_F(GridMeasures, AChannelIsTheFirstOfItsNameInEachFrame)
+{
+    std::vector<FLOAT> dark = {10.0f}, grey = {50.0f}, bright = {90.0f};
+    m_table.weights[0] = 1.0f;
+    SetAlone(Grid("other", 1, 1, dark));
+    ASSERT_EQ(Set(Grid("luma", 1, 1, grey)), 0);
+    EXPECT_EQ(WeightedLuma(0), 50.0f);
+    ASSERT_EQ(Set(Grid("luma", 1, 1, bright)), 0);
+    EXPECT_EQ(WeightedLuma(0), 50.0f) << "a further one of the same frame";
+    SetAlone(Grid("luma", 1, 1, bright));
+    ASSERT_EQ(Set(Grid("luma", 1, 1, grey)), 0);
+    EXPECT_EQ(WeightedLuma(0), 90.0f);
+    SetAlone(Grid("other", 1, 1, dark));
+    EXPECT_EQ(WeightedLuma(0), -1.0f);
+}
+
 TEST_F(GridMeasures, ROIWithinRegionsIsExactOnlyWhenInterpolated)
 {
     std::vector<FLOAT> row = {10.0f, 20.0f, 40.0f}, longer = {10.0f, 20.0f, 40.0f, 80.0f};
