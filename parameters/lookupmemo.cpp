@@ -8,20 +8,6 @@ LookupMemo& LookupMemo::OfThread()
     return memo;
 }
 
-ParameterModule* LookupMemo::Find(const Path& rPath, UINT64 nameHash)
-{
-    Answers* pAnswers = FindPath(rPath);
-    for (UINT32 probe = 0; pAnswers != nullptr && probe < ProbeCount; ++probe)
-    {
-        const Slot& rSlot = SlotOf(*pAnswers, nameHash, probe);
-        if (rSlot.nameHash == nameHash)
-        {
-            return rSlot.pModule;
-        }
-    }
-    return nullptr;
-}
-
 VOID LookupMemo::Note(const Path& rPath, UINT64 nameHash, ParameterModule* pModule)
 {
     Answers* pKnown   = FindPath(rPath);
@@ -34,10 +20,10 @@ VOID LookupMemo::Note(const Path& rPath, UINT64 nameHash, ParameterModule* pModu
     *pPlace = {nameHash, pModule};
 }
 
-LookupMemo::Answers* LookupMemo::FindOlderPath(const Path& rPath)
+LookupMemo::Answers* LookupMemo::FindOlderPath(Path path)
 {
     const auto found =
-        std::find_if(m_paths.begin(), m_paths.end(), [&](const Answers& rAnswers) { return rAnswers.path == rPath; });
+        std::find_if(m_paths.begin(), m_paths.end(), [&](const Answers& rAnswers) { return rAnswers.path == path; });
     if (found == m_paths.end())
     {
         return nullptr;

@@ -35,7 +35,19 @@ public:
     static LookupMemo& OfThread();
 
     /// @return the module that was noted for the path, null if none was or it has been forgotten
-    ParameterModule* Find(const Path& rPath, UINT64 nameHash);
+    ParameterModule* Find(const Path& rPath, UINT64 nameHash)
+    {
+        Answers* pAnswers = FindPath(rPath);
+        for (UINT32 probe = 0; pAnswers != nullptr && probe < ProbeCount; ++probe)
+        {
+            const Slot& rSlot = SlotOf(*pAnswers, nameHash, probe);
+            if (rSlot.nameHash == nameHash)
+            {
+                return rSlot.pModule;
+            }
+        }
+        return nullptr;
+    }
 
     VOID Note(const Path& rPath, UINT64 nameHash, ParameterModule* pModule);
 
@@ -74,7 +86,7 @@ private:
         return (rLatest.path == rPath) ? &rLatest : FindOlderPath(rPath);
     }
 
-    Answers* FindOlderPath(const Path& rPath);
+    Answers* FindOlderPath(Path path);
     Answers& BeginPath(const Path& rPath);
 
     std::array<Answers, PathCount> m_paths  = {};

@@ -271,16 +271,14 @@ ParameterModule* ParameterSetManager::GetModuleInternal(BYTE tableIndex, const C
                                                         const TuningMode* pBranch, UINT32 count,
                                                         ParameterModule* pPrevious)
 {
-    return m_rStore.FetchModule(TableFor(tableIndex), pName, nameHash, pBranch, count, pPrevious,
-                                ParameterStore::Hold::UntilReleased);
+    return m_rStore.FetchModule(TableFor(tableIndex), pName, nameHash, pBranch, count, pPrevious);
 }
 
 VOID* ParameterSetManager::GetModuleRecord(const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch, UINT32 count,
                                            VOID* pPreviousRecord)
 {
-    return RecordOf(m_rStore.FetchModule(m_tableIndex, pName, nameHash, pBranch, count,
-                                         TableModule::FromRecord(pPreviousRecord),
-                                         ParameterStore::Hold::UntilReleased));
+    return RecordOf(
+        m_rStore.FetchModule(m_tableIndex, pName, nameHash, pBranch, count, TableModule::FromRecord(pPreviousRecord)));
 }
 
 VOID* ParameterSetManager::KeepModuleRecord(const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch, UINT32 count)

@@ -124,17 +124,11 @@ public:
         return m_modes;
     }
 
-    // Lookup.
-    enum class Hold
-    {
-        UntilReleased,
-        ForGood
-    };
+    // Lookup. What a thread has found is found again without a walk while the store stands as it did.
     ParameterModule* FetchModule(BYTE tableIndex, const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch,
-                                 UINT32 count, ParameterModule* pPrevious, Hold hold);
+                                 UINT32 count, ParameterModule* pPrevious);
 
-    /// FetchModule for good. What a thread has found is found again without a search while the store stands as it did;
-    /// in file mode the path counts as used all the same.
+    /// For good: the reference is never given back. In file mode the path counts as used, walked or not.
     ParameterModule* KeepModule(BYTE tableIndex, const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch,
                                 UINT32 count);
 
@@ -185,6 +179,18 @@ private:
     VOID Refuse(const CHAR* pFormat, ...) __attribute__((format(printf, 2, 3)));
 
     // Lookup.
+    enum class Hold
+    {
+        UntilReleased,
+        ForGood
+    };
+    ParameterModule* FindKnown(BYTE tableIndex, UINT64 nameHash, const TuningMode* pBranch, UINT32 count) const;
+    ParameterModule* WalkToModule(BYTE tableIndex, const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch,
+                                  UINT32 count, ParameterModule* pPrevious, Hold hold);
+
+    /// WalkToModule, and notes what is found.
+    ParameterModule* SearchModule(BYTE tableIndex, const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch,
+                                  UINT32 count, ParameterModule* pPrevious, Hold hold);
     ModeEntry*       RootForLookup(const CHAR* pName, BYTE tableIndex, const TuningMode* pBranch, UINT32 count);
     VOID             LogOddBranch(const CHAR* pName, const TuningMode* pBranch, UINT32 count);
     VOID             LogMissingRoot(const CHAR* pName, const ParameterModeTable* pTable) const;

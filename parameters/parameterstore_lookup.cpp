@@ -13,6 +13,11 @@
 namespace
 {
 
+bool CanNote(const TuningMode* pBranch, UINT32 count)
+{
+    return pBranch != nullptr && count <= LookupMemo::MaxSelectors;
+}
+
 /// Serials are of one row for all stores: one that is made in the place of another must not find its answers.
 std::atomic<UINT64> g_lastSerial{0};
 
@@ -67,8 +72,60 @@ VOID ParameterStore::GetPathFromModeBranch(const TuningMode* pBranch, UINT32 cou
 }
 
 ParameterModule* ParameterStore::FetchModule(BYTE tableIndex, const CHAR* pName, UINT64 nameHash,
-                                             const TuningMode* pBranch, UINT32 count, ParameterModule* pPrevious,
-                                             Hold hold)
+                                             const TuningMode* pBranch, UINT32 count, ParameterModule* pPrevious)
+{
+    // In file mode each fetch of its own is counted.
+    ParameterModule* pKnown = IsFileMode() ? nullptr : FindKnown(tableIndex, nameHash, pBranch, count);
+    if (pKnown == nullptr)
+    {
+        return SearchModule(tableIndex, pName, nameHash, pBranch, count, pPrevious, Hold::UntilReleased);
+    }
+    if (pPrevious != nullptr)
+    {
+        pPrevious->Release();
+    }
+    return pKnown;
+}
+
+ParameterModule* ParameterStore::KeepModule(BYTE tableIndex, const CHAR* pName, UINT64 nameHash,
+                                            const TuningMode* pBranch, UINT32 count)
+{
+    ParameterModule* pKnown = FindKnown(tableIndex, nameHash, pBranch, count);
+    if (pKnown == nullptr)
+    {
+        return SearchModule(tableIndex, pName, nameHash, pBranch, count, nullptr, Hold::ForGood);
+    }
+    if (IsFileMode())
+    {
+        m_modes.LoadMode(tableIndex, pBranch, count, nullptr);  // the path is in use as much as ever
+    }
+    return pKnown;
+}
+
+inline ParameterModule* ParameterStore::FindKnown(BYTE tableIndex, UINT64 nameHash, const TuningMode* pBranch,
+                                                  UINT32 count) const
+{
+    const UINT64 serial = m_serial.load(std::memory_order_acquire);
+    return CanNote(pBranch, count) ? LookupMemo::OfThread().Find({serial, tableIndex, pBranch, count}, nameHash)
+                                   : nullptr;
+}
+
+ParameterModule* ParameterStore::SearchModule(BYTE tableIndex, const CHAR* pName, UINT64 nameHash,
+                                              const TuningMode* pBranch, UINT32 count, ParameterModule* pPrevious,
+                                              Hold hold)
+{
+    const UINT64     serial  = m_serial.load(std::memory_order_acquire);
+    ParameterModule* pModule = WalkToModule(tableIndex, pName, nameHash, pBranch, count, pPrevious, hold);
+    if (pModule != nullptr && CanNote(pBranch, count) && IsRepeatable(pModule, tableIndex, nameHash, pBranch, count))
+    {
+        LookupMemo::OfThread().Note({serial, tableIndex, pBranch, count}, nameHash, pModule);
+    }
+    return pModule;
+}
+
+ParameterModule* ParameterStore::WalkToModule(BYTE tableIndex, const CHAR* pName, UINT64 nameHash,
+                                              const TuningMode* pBranch, UINT32 count, ParameterModule* pPrevious,
+                                              Hold hold)
 {
     ParameterModule* pModule = nullptr;
     ModeEntry*       pRoot   = RootForLookup(pName, tableIndex, pBranch, count);
@@ -93,32 +150,6 @@ ParameterModule* ParameterStore::FetchModule(BYTE tableIndex, const CHAR* pName,
                                 "GetModule %s failed to find a loaded module in %s, returning null\n", pName, path);
     }
     return (held == Held::Yes) ? pModule : nullptr;
-}
-
-ParameterModule* ParameterStore::KeepModule(BYTE tableIndex, const CHAR* pName, UINT64 nameHash,
-                                            const TuningMode* pBranch, UINT32 count)
-{
-    if (pBranch == nullptr || count > LookupMemo::MaxSelectors)
-    {
-        return FetchModule(tableIndex, pName, nameHash, pBranch, count, nullptr, Hold::ForGood);
-    }
-    LookupMemo&            rMemo  = LookupMemo::OfThread();
-    const LookupMemo::Path path   = {m_serial.load(std::memory_order_acquire), tableIndex, pBranch, count};
-    ParameterModule*       pKnown = rMemo.Find(path, nameHash);
-    if (pKnown != nullptr)
-    {
-        if (IsFileMode())
-        {
-            m_modes.LoadMode(tableIndex, pBranch, count, nullptr);  // the path is in use as much as ever
-        }
-        return pKnown;
-    }
-    ParameterModule* pModule = FetchModule(tableIndex, pName, nameHash, pBranch, count, nullptr, Hold::ForGood);
-    if (pModule != nullptr && IsRepeatable(pModule, tableIndex, nameHash, pBranch, count))
-    {
-        rMemo.Note(path, nameHash, pModule);
-    }
-    return pModule;
 }
 
 bool ParameterStore::IsRepeatable(const ParameterModule* pModule, BYTE tableIndex, UINT64 nameHash,

@@ -45,6 +45,7 @@ TEST_F(KeptLookupsTest, EveryPathHasItsOwnAnswersInWhateverOrderItIsAsked)
             selectors[1].subMode.value = usecase;
             EXPECT_EQ(KeptValue(manager, selectors), 100 * usecase);
             EXPECT_EQ(KeptValue(manager, selectors), 100 * usecase);
+            EXPECT_EQ(AlphaValue(manager, selectors), 100 * usecase);
         }
     }
     // A shorter path over the same selectors, and one that leaves the tree.
@@ -108,6 +109,30 @@ TEST_F(KeptLookupsTest, ReloadsUpdatesEditsAndUnloadingInMidRunAreSeenAtTheNextL
     ASSERT_TRUE(manager.ReloadBinaryParameters(true));
     EXPECT_EQ(KeptValue(manager, UsecaseBranch(2)), 1);
     EXPECT_EQ(KeptValue(manager, UsecaseBranch(1)), 9);
+}
+
+TEST_F(KeptLookupsTest, InMemoryAModuleThatIsGivenBackIsFoundAgainAsLongAsItIsTheOne)
+{
+    ParameterSetManager&    manager = OpenBuffer(MakeUsecases(2, 100));
+    smallschema::AlphaType* pFirst  = Alpha(manager, UsecaseBranch(2));
+    smallschema::AlphaType* pRoot   = Alpha(manager, Branch({}), pFirst);
+    ASSERT_EQ(Alpha(manager, UsecaseBranch(2), pRoot), pFirst);
+    ASSERT_TRUE(manager.SetValue(0, UsecaseBranch(2).data(), 2, "alpha", "value", "42"));
+    EXPECT_EQ(AlphaValue(manager, UsecaseBranch(2)), 42);
+
+    auto pUpdate = std::make_unique<ParameterSetManager>("update", smallschema::Modules, Verbose());
+    ASSERT_TRUE(LoadBuffer(*pUpdate, MakeUsecases(2, 7)));
+    ASSERT_TRUE(manager.UpdateParameters(std::move(pUpdate)));
+    EXPECT_EQ(AlphaValue(manager, UsecaseBranch(2)), 14);
+
+    // From file to memory. In file mode each reference is counted, whatever was found before.
+    ParameterSetManager& reloaded = Open(MakeUsecases(2, 100));
+    EXPECT_EQ(AlphaValue(reloaded, UsecaseBranch(2)), 200);
+    EXPECT_EQ(AlphaValue(reloaded, UsecaseBranch(2)), 200);
+    EXPECT_EQ(References(reloaded, UsecaseBranch(2)), 2u);
+    Write(MakeUsecases(2, 500));
+    ASSERT_TRUE(reloaded.ReloadBinaryParameters(true));
+    EXPECT_EQ(AlphaValue(reloaded, UsecaseBranch(2)), 1000);
 }
 
 TEST_F(KeptLookupsTest, APathThatIsAskedForAgainCountsAsUsed)
