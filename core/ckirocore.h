@@ -4,6 +4,7 @@
 #pragma once
 
 #include "core/arbitration/ckiromodarbitration.h"
+#include "core/base/exposurearithmetic.h"
 #include "core/ckirocontextmanager.h"
 #include "core/ckiromtrtablegen.h"
 #include "core/ckiroscenechangedetector.h"
@@ -125,4 +126,9 @@ private:
     TavoPtr<CKIROStatsProcessor>  m_pStatsProcessor;
     AECFrameHistory               m_currFrame;         ///< the frame being assembled
     DBFloatPayload                m_flashExpIncrease;  ///< exposure increase of precision flash
+
+    // Of the safe exposure: in the last frame, in the frame whose statistics are looked at, and of the target.
+    exposurearithmetic::SteadyIndex m_prevIndex;
+    exposurearithmetic::SteadyIndex m_matchIndex;
+    exposurearithmetic::SteadyIndex m_targetIndex;
 };

@@ -8,14 +8,12 @@
 #include "core/ckirocore.h"
 #include "interface/ckiroctrlcorecommon.h"
 
-using exposurearithmetic::WideIndexOfExposure;
-
 namespace
 {
 
-DOUBLE SafeIndexOf(const AECFrameHistory* pFrame)
+DOUBLE SafeIndexOf(const AECFrameHistory* pFrame, exposurearithmetic::SteadyIndex& rIndex)
 {
-    return (pFrame != nullptr) ? WideIndexOfExposure(pFrame->exposureSets[AECAlgoExposureSafe].exposure) : 0.0;
+    return (pFrame != nullptr) ? rIndex.Of(pFrame->exposureSets[AECAlgoExposureSafe].exposure) : 0.0;
 }
 
 }  // namespace
@@ -23,9 +21,9 @@ DOUBLE SafeIndexOf(const AECFrameHistory* pFrame)
 VOID CKIROCore::UpdateConvTriggers(const KIROConvergenceInput& rConvInput)
 {
     CKIROHistory& rHistory = *m_contManager.m_pHistory;
-    const DOUBLE  prev     = SafeIndexOf(rHistory.GetFrameHistory(1));
-    const DOUBLE  match    = SafeIndexOf(rHistory.GetFrameHistory(m_contManager.GetInput()->systemLatency));
-    const DOUBLE  target   = WideIndexOfExposure(rConvInput.sensitivities[AECAlgoExposureSafe]);
+    const DOUBLE  prev     = SafeIndexOf(rHistory.GetFrameHistory(1), m_prevIndex);
+    const DOUBLE  match  = SafeIndexOf(rHistory.GetFrameHistory(m_contManager.GetInput()->systemLatency), m_matchIndex);
+    const DOUBLE  target = m_targetIndex.Of(rConvInput.sensitivities[AECAlgoExposureSafe]);
 
     PublishLoggedTrigger("Conv", TriggerCtrlPrev, static_cast<FLOAT>(prev), "PrevIndex");
     PublishLoggedTrigger("Conv", TriggerCtrlTarget, static_cast<FLOAT>(target), "TargetIndex");

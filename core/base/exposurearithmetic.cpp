@@ -1,9 +1,9 @@
 #include "core/base/exposurearithmetic.h"
 
 #include <algorithm>
+#include <atomic>
 #include <bit>
 #include <cmath>
-#include <type_traits>
 
 #include "core/base/kirolog.h"
 
@@ -23,52 +23,59 @@ FLOAT FloatRatio(UINT64 exposure, UINT64 indexZeroExposure)
     return static_cast<FLOAT>(exposure) / std::max(static_cast<FLOAT>(indexZeroExposure), Epsilon);
 }
 
-/// Logarithms to the base 10 of the last arguments. A frame takes those of a few exposures, each of them many times,
-/// and a steady camera those of the frame before. The rounding mode of a thread is taken to stay as it is.
-template <typename Float> class LastLogs
+size_t PlaceOf(UINT64 bits, UINT32 placeBits)
+{
+    constexpr UINT64 goldenRatio = 0x9E3779B97F4A7C15;
+    return (bits * goldenRatio) >> (64 - placeBits);
+}
+
+/// What a function gave for its last arguments. A frame takes logarithms of a few exposures, each of them many times,
+/// and a steady camera those of the frame before. All threads share the results, since argument and result are read
+/// and written as one. The rounding mode is taken to stay as it is.
+template <FLOAT (*Function)(FLOAT)> class LastResults
 {
 public:
-    Float Of(Float value)
+    static FLOAT Of(FLOAT value)
     {
-        const Bits bits   = std::bit_cast<Bits>(value);
-        Entry&     rEntry = m_entries[Place(bits)];
-        if (rEntry.bits != bits)
+        const UINT64         bits   = std::bit_cast<UINT32>(value);
+        std::atomic<UINT64>& rEntry = s_entries[PlaceOf(bits, PlaceBits)].bits;
+        UINT64               entry  = rEntry.load(std::memory_order_relaxed);
+        if (entry >> ResultBits != bits)
         {
-            rEntry = {bits, std::log10(value)};
+            entry = bits << ResultBits | std::bit_cast<UINT32>(Function(value));
+            rEntry.store(entry, std::memory_order_relaxed);
         }
-        return rEntry.log;
+        return std::bit_cast<FLOAT>(static_cast<UINT32>(entry));
     }
 
 private:
-    using Bits = std::conditional_t<sizeof(Float) == sizeof(UINT32), UINT32, UINT64>;
+    static constexpr UINT32 PlaceBits  = 6;
+    static constexpr UINT32 ResultBits = 32;
 
-    static constexpr UINT32 PlaceBits = 6;
-
+    /// The logarithm of 1, to whatever base, is all zeros.
     struct Entry
     {
-        Bits  bits = std::bit_cast<Bits>(Float{1});  ///< of the argument
-        Float log  = 0;
+        std::atomic<UINT64> bits{UINT64{std::bit_cast<UINT32>(1.0f)} << ResultBits};
     };
 
-    static size_t Place(UINT64 bits)
-    {
-        constexpr UINT64 goldenRatio = 0x9E3779B97F4A7C15;
-        return (bits * goldenRatio) >> (64 - PlaceBits);
-    }
-
-    Entry m_entries[1 << PlaceBits];
+    static inline constinit Entry s_entries[1 << PlaceBits];
 };
 
-/// Instances run in threads of their own.
-thread_local LastLogs<FLOAT>  g_lastLogs;
-thread_local LastLogs<DOUBLE> g_lastLogsInDouble;
+FLOAT IndexOfNonzeroRatio(FLOAT ratio)
+{
+    return static_cast<FLOAT>(std::log10(static_cast<DOUBLE>(ratio)) * IndexPerDecade);
+}
+
+FLOAT WorkOutSensiLog103(FLOAT value)
+{
+    return std::log10(value) * static_cast<FLOAT>(IndexPerDecade);
+}
 
 }  // namespace
 
 FLOAT IndexOfRatio(FLOAT ratio)
 {
-    return (ratio == 0.0f) ? 0.0f
-                           : static_cast<FLOAT>(g_lastLogsInDouble.Of(static_cast<DOUBLE>(ratio)) * IndexPerDecade);
+    return (ratio == 0.0f) ? 0.0f : LastResults<IndexOfNonzeroRatio>::Of(ratio);
 }
 
 DOUBLE ForcedProduct(FLOAT gain, UINT64 time, FLOAT corr)
@@ -121,12 +128,12 @@ bool IsSameExposure(UINT64 numerator, UINT64 denominator)
 
 DOUBLE WideIndexOfExposure(UINT64 exposure)
 {
-    return IndexPerDecade * g_lastLogsInDouble.Of(static_cast<DOUBLE>(exposure));
+    return IndexPerDecade * std::log10(static_cast<DOUBLE>(exposure));
 }
 
 FLOAT SensiLog103(FLOAT value)
 {
-    return g_lastLogs.Of(value) * static_cast<FLOAT>(IndexPerDecade);
+    return LastResults<WorkOutSensiLog103>::Of(value);
 }
 
 DOUBLE ExposureOfSensiLog103(DOUBLE value)

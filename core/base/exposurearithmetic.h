@@ -31,19 +31,17 @@ constexpr FLOAT SnapMargin = 0.0001f;
 /// Truncates towards zero and saturates at the limits of the type; NaN becomes 0.
 template <typename Integer> Integer SaturateTo(DOUBLE value)
 {
+    constexpr Integer lowest  = std::numeric_limits<Integer>::min();
+    constexpr Integer highest = std::numeric_limits<Integer>::max();
+    if (value > static_cast<DOUBLE>(lowest) && value < static_cast<DOUBLE>(highest))
+    {
+        return static_cast<Integer>(value);
+    }
     if (std::isnan(value))
     {
         return 0;
     }
-    if (value <= static_cast<DOUBLE>(std::numeric_limits<Integer>::min()))
-    {
-        return std::numeric_limits<Integer>::min();
-    }
-    if (value >= static_cast<DOUBLE>(std::numeric_limits<Integer>::max()))
-    {
-        return std::numeric_limits<Integer>::max();
-    }
-    return static_cast<Integer>(value);
+    return (value > 0.0) ? highest : lowest;
 }
 
 inline UINT64 SaturateToUINT64(DOUBLE value)
@@ -113,5 +111,27 @@ DOUBLE ExposureOfSensiLog103(DOUBLE value);
 /// Maps the tuning's selection to the index of exposure arrays.
 /// @param selection ExposureNone, or a value out of range, maps to fallback
 AECAlgoExposureType ExposureTypeOfSelection(KIROExposureSelection selection, AECAlgoExposureType fallback);
+
+/// One of the functions above for an argument that mostly stays: the last result is not worked out again.
+template <typename Argument, DOUBLE (*Function)(Argument)> class Steady
+{
+public:
+    DOUBLE Of(Argument argument)
+    {
+        if (argument != m_argument)
+        {
+            m_argument = argument;
+            m_result   = Function(argument);
+        }
+        return m_result;
+    }
+
+private:
+    Argument m_argument = 0;
+    DOUBLE   m_result   = Function(0);
+};
+
+using SteadyIndex    = Steady<UINT64, WideIndexOfExposure>;
+using SteadyExposure = Steady<DOUBLE, ExposureOfSensiLog103>;
 
 }  // namespace exposurearithmetic

@@ -276,8 +276,7 @@ VOID CKIROConvergence::PopulateOutput(KIROConvergenceOutput& rOutput)
     m_output.predGain     = soundvalue::OrLast(m_output.predGain, rLast.predictiveGain, Unity, "predictive gain");
     for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
     {
-        pExposures[type] =
-            exposurearithmetic::SaturateToUINT64(exposurearithmetic::ExposureOfSensiLog103(m_output.sensiLog103[type]));
+        pExposures[type] = exposurearithmetic::SaturateToUINT64(m_steadyExposures[type].Of(m_output.sensiLog103[type]));
     }
     m_output.predGain = CapExposure(*m_pRange, rOutput.mfhdrLongADRC, m_output.predGain, pExposures);
 

@@ -7,6 +7,7 @@
 #pragma once
 
 #include "core/base/ckirotriggerclasses.h"
+#include "core/base/exposurearithmetic.h"
 #include "core/convergence/cconveventmanager.h"
 #include "core/convergence/convergencestages.h"
 #include "core/modulecommon.h"
@@ -102,4 +103,6 @@ private:
     SmoothNodeConvergenceContext m_smoothDarkBoost;
     KIROStretchOutputDeque       m_tgtStretchOut;
     CConvEventManager            m_convEventManager;
+
+    exposurearithmetic::SteadyExposure m_steadyExposures[AECAlgoExposureCount];  ///< of the logs that a frame ends with
 };

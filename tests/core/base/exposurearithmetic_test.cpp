@@ -4,8 +4,10 @@
 
 #include <bit>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <random>
+#include <thread>
 #include <vector>
 
 #include "tests/support/statslogcapture.h"
@@ -83,8 +85,31 @@ TEST(ExposureArithmetic, LogsAreTheSameBitsHoweverOftenAndInWhateverOrderTheyAre
         expectLogs(values[random() % values.size()]);
         expectLogs(values[values.size() / 2]);
     }
+    SteadyIndex steady;
+    for (const UINT64 exposure : {UINT64{0}, UINT64{100}, UINT64{100}, UINT64{0}, UINT64Max})
+    {
+        EXPECT_EQ(steady.Of(exposure), WideIndexOfExposure(exposure));
+    }
     EXPECT_EQ(WideIndexOfExposure(0), -Infinity);
     EXPECT_EQ(WideIndexOfExposure(100), 2 * 77.89852905273438);
+}
+
+TEST(ExposureArithmetic, ThreadsShareLogsWithoutMixingThem)
+{
+    const auto countWrong = [](UINT32 seed, UINT32& rWrong)
+    {
+        std::mt19937 random(seed);
+        for (UINT32 index = 0; index < 20000; ++index)
+        {
+            const FLOAT value = static_cast<FLOAT>(1 + random() % 300);
+            rWrong += (SensiLog103(value) == std::log10(value) * 77.89852905273438f) ? 0 : 1;
+        }
+    };
+    UINT32      wrong[2] = {};
+    std::thread other(countWrong, 1, std::ref(wrong[1]));
+    countWrong(2, wrong[0]);
+    other.join();
+    EXPECT_EQ(wrong[0] + wrong[1], 0u);
 }
 
 TEST(ExposureArithmetic, SplitsIntoTimeOrGain)
