@@ -41,16 +41,26 @@ inline std::atomic_ref<StatsLogger> SharedLogger()
     return std::atomic_ref<StatsLogger>(gStatsLogger);
 }
 
+inline CheckedStatsLogger Logger()
+{
+    return SharedLogger().load(std::memory_order_acquire);
+}
+
+/// The logger of what ought not to happen: branches that call it are laid apart from the code of a frame.
+[[gnu::cold, gnu::noinline]] inline CheckedStatsLogger RareLogger()
+{
+    return Logger();
+}
+
 }  // namespace kirolog
 
-#define STATS_LOG(level, ...)                                                                                          \
-    static_cast<kirolog::CheckedStatsLogger>(kirolog::SharedLogger().load(std::memory_order_acquire))(                 \
-        __FILE_NAME__, __LINE__, __func__, kirolog::StatsGroup, level, __VA_ARGS__)
+#define STATS_LOG(logger, level, ...)                                                                                  \
+    logger()(__FILE_NAME__, __LINE__, __func__, kirolog::StatsGroup, level, __VA_ARGS__)
 
-#define STATS_LOG_ERROR(...) STATS_LOG(kirolog::LevelError, __VA_ARGS__)
-#define STATS_LOG_WARNING(...) STATS_LOG(kirolog::LevelWarning, __VA_ARGS__)
-#define STATS_LOG_RARE(...) STATS_LOG(kirolog::LevelRare, __VA_ARGS__)
-#define STATS_LOG_TRACE(...) STATS_LOG(kirolog::LevelTrace, __VA_ARGS__)
+#define STATS_LOG_ERROR(...) STATS_LOG(kirolog::RareLogger, kirolog::LevelError, __VA_ARGS__)
+#define STATS_LOG_WARNING(...) STATS_LOG(kirolog::RareLogger, kirolog::LevelWarning, __VA_ARGS__)
+#define STATS_LOG_RARE(...) STATS_LOG(kirolog::RareLogger, kirolog::LevelRare, __VA_ARGS__)
+#define STATS_LOG_TRACE(...) STATS_LOG(kirolog::Logger, kirolog::LevelTrace, __VA_ARGS__)
 
 #define SYSTEM_LOG_LINE(letter, level, tag, format, ...)                                                               \
     Tavo::Log::LogSystem(kirolog::SystemGroup, letter, level, tag "%d %d [STATS_AEC] %s:%d %s() " format,              \
