@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <cstring>
 #include <limits>
 
@@ -12,16 +13,16 @@ namespace
 {
 
 /// Zones are read by copy: the tree consists of records of many types.
-template <typename Zone> Zone ReadZone(const BYTE* pZone)
+template <typename Value> Value Read(const BYTE* pPlace)
 {
-    Zone zone;
-    std::memcpy(&zone, pZone, sizeof(zone));
-    return zone;
+    Value value;
+    std::memcpy(&value, pPlace, sizeof(value));
+    return value;
 }
 
 StartEnd RangeOf(const BYTE* pZone)
 {
-    return ReadZone<StartEnd>(pZone);
+    return Read<StartEnd>(pZone);
 }
 
 }  // namespace
@@ -113,7 +114,7 @@ VOID* CKIRODataXML::GetInterpData(INT curDimension, FLOAT currValue, FLOAT prevV
     if (zoneCount == 1)
     {
         RecordZone(curDimension, 0);
-        return EvaluateZone(curDimension, pZones);  // wherever the value lies
+        return EvaluateZone(curDimension, pZones);
     }
     return SearchZones(curDimension, currValue, prevValue, zoneCount, pZones);
 }
@@ -185,13 +186,19 @@ inline VOID* CKIRODataXML::WalkZones(INT dimension, FLOAT currValue, INT start, 
 
 inline VOID* CKIRODataXML::EvaluateZone(INT dimension, BYTE* pZone)
 {
-    if (IsLastLevel(dimension))
+    while (!IsLastLevel(dimension))
     {
-        return pZone + sizeof(StartEnd);
+        ++dimension;
+        const INT zoneCount = Read<INT32>(pZone + offsetof(AECTriggerNodeXML, subLevelTriggerCnt));
+        BYTE*     pZones    = Read<BYTE*>(pZone + offsetof(AECTriggerNodeXML, pData));
+        if (zoneCount != 1 || pZones == nullptr)
+        {
+            const FLOAT value = m_dimTriggerPoint[dimension];
+            return GetInterpData(dimension, value, value, zoneCount, pZones);
+        }
+        pZone = pZones;  // a single zone holds wherever the value lies
     }
-    const AECTriggerNodeXML node = ReadZone<AECTriggerNodeXML>(pZone);
-    const INT               next = dimension + 1;
-    return GetInterpData(next, m_dimTriggerPoint[next], m_dimTriggerPoint[next], node.subLevelTriggerCnt, node.pData);
+    return pZone + sizeof(StartEnd);
 }
 
 VOID* CKIRODataXML::EvaluateGap(INT dimension, FLOAT currValue, BYTE* pVisited, BYTE* pReached, bool leftToRight)
