@@ -85,8 +85,7 @@ KIROArbitratedLimits ArbitrationWalk::ComputeLimits(const ArbitrationSettings& r
     KIROArbitratedLimits limits{};
     limits.indexZeroExposure = m_indexZeroExposure;
     WalkOrder(rSettings, pExposures, TRUE,
-              [&](AECAlgoExposureType type, const ArbitratedExposure& rResult)
-              { limits.ranges[type] = rResult.range; });
+              [&](const KIROArbitrationInput& rResult) { limits.ranges[rResult.expType] = rResult.range; });
     return limits;
 }
 
@@ -95,16 +94,18 @@ VOID ArbitrationWalk::SplitExposures(const ArbitrationSettings& rSettings, const
 {
     UINT64 longestTime = 1;
     WalkOrder(rSettings, pExposures, FALSE,
-              [&](AECAlgoExposureType type, const ArbitratedExposure& rResult)
+              [&](const KIROArbitrationInput& rResult)
               {
-                  KIROArbitrationOutput& rOutput = pOutputs[type];
-                  rOutput.expType                = type;
-                  rOutput.exposureSet            = rResult.exposureSet;
-                  rOutput.range                  = rResult.range;
+                  const AECAlgoExposureType  type    = rResult.expType;
+                  const KIROExposureSetType& rSet    = rResult.exposures[type];
+                  KIROArbitrationOutput&     rOutput = pOutputs[type];
+                  rOutput.expType                    = type;
+                  rOutput.exposureSet                = rSet;
+                  rOutput.range                      = rResult.range;
                   rOutput.deltaEVFromTarget =
-                      static_cast<FLOAT>(std::log2(std::max(static_cast<DOUBLE>(rResult.exposureSet.exposure), 1.0) /
+                      static_cast<FLOAT>(std::log2(std::max(static_cast<DOUBLE>(rSet.exposure), 1.0) /
                                                    std::max(static_cast<DOUBLE>(pExposures[type]), 1.0)));
-                  longestTime = std::max(longestTime, rResult.exposureSet.time);
+                  longestTime = std::max(longestTime, rSet.time);
               });
     const FLOAT fastest = static_cast<FLOAT>(NsPerSecond / static_cast<DOUBLE>(longestTime));
     const FLOAT FPS     = std::max(std::min(fastest, rSettings.FPSRange.maximumFPS), rSettings.FPSRange.minimumFPS);
@@ -146,14 +147,14 @@ VOID ArbitrationWalk::WalkOrder(const ArbitrationSettings& rSettings, const UINT
         if (rExposure.exposureType != ExposureNone)
         {
             input.expType = ExposureTypeOf(rExposure.exposureType);
-            visit(input.expType, WalkControls(rSettings, rExposure, input));
+            WalkControls(rSettings, rExposure, input);
+            visit(input);
         }
     }
 }
 
-ArbitratedExposure ArbitrationWalk::WalkControls(const ArbitrationSettings&            rSettings,
-                                                 const ArbitrationControlExposureType& rOrder,
-                                                 KIROArbitrationInput&                 rInput)
+VOID ArbitrationWalk::WalkControls(const ArbitrationSettings& rSettings, const ArbitrationControlExposureType& rOrder,
+                                   KIROArbitrationInput& rInput)
 {
     // Every list starts from what the sensor can do; each control narrows it.
     rInput.pTable           = nullptr;
@@ -165,6 +166,7 @@ ArbitratedExposure ArbitrationWalk::WalkControls(const ArbitrationSettings&     
     rInput.range.end.time   = m_sensorRange.maxTime;
     rInput.range.end.corr   = 1.0f;
 
+    KIROArbitrationOutput output{};
     for (UINT32 index = 0; index < rOrder.controlsCount; ++index)
     {
         const OrderType& rControl = rOrder.controls[index];
@@ -177,8 +179,8 @@ ArbitratedExposure ArbitrationWalk::WalkControls(const ArbitrationSettings&     
         rInput.controlBank   = BankOfControl(rControl.controlID);
         rInput.controlDataID = rControl.dataID;
 
-        KIROArbitrationOutput output{};
-        output.range = rInput.range;
+        output.exposureSet = {};
+        output.range       = rInput.range;
         // A control that fails or does not apply leaves exposure and limits as they were. So does a reference frame
         // that the exposure lies on the wrong side of: its control succeeds without an answer.
         if (m_pAlgo->runArbitration(m_pAlgo, &rInput, &output) == 0 && output.exposureSet.exposure != 0)
@@ -187,7 +189,6 @@ ArbitratedExposure ArbitrationWalk::WalkControls(const ArbitrationSettings&     
             rInput.range                     = output.range;
         }
     }
-    return {rInput.exposures[rInput.expType], rInput.range};
 }
 
 /// Ranges that stand for user settings take their bounds from the settings.

@@ -20,13 +20,6 @@ struct ArbitrationSettings
     std::optional<KIROPrecisionFlashInfo> precisionFlash;  ///< while an exposure is split between LED on and off
 };
 
-/// What one walk yields for one exposure.
-struct ArbitratedExposure
-{
-    KIROExposureSetType exposureSet;
-    KIROExposureRange   range;
-};
-
 class ArbitrationWalk
 {
 public:
@@ -49,11 +42,13 @@ private:
 
     template <typename Visit>
     VOID WalkOrder(const ArbitrationSettings& rSettings, const UINT64* pExposures, BOOL bIsConvRange, Visit&& visit);
-    ArbitratedExposure WalkControls(const ArbitrationSettings&                                    rSettings,
-                                    const kirodbarbitrationorder::ArbitrationControlExposureType& rOrder,
-                                    KIROArbitrationInput&                                         rInput);
-    VOID               PrepareControl(const ArbitrationSettings& rSettings, const OrderType& rControl);
-    VOID               OverrideRange(INT32 dataID, FLOAT start, FLOAT end, bool isStartKept);
+
+    /// @param rInput its exposure is split and its range narrowed by each control
+    VOID WalkControls(const ArbitrationSettings&                                    rSettings,
+                      const kirodbarbitrationorder::ArbitrationControlExposureType& rOrder,
+                      KIROArbitrationInput&                                         rInput);
+    VOID PrepareControl(const ArbitrationSettings& rSettings, const OrderType& rControl);
+    VOID OverrideRange(INT32 dataID, FLOAT start, FLOAT end, bool isStartKept);
 
     IKIROCoreAlgo*                m_pAlgo;
     KIROSensorRange               m_sensorRange;

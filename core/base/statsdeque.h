@@ -35,7 +35,12 @@ public:
 
     T& front()
     {
-        return (*this)[0];
+        return m_pContainer[m_nFront];
+    }
+
+    const T& front() const
+    {
+        return m_pContainer[m_nFront];
     }
 
     /// Does nothing on a full ring.

@@ -2,7 +2,7 @@
 /// The slots of a value bank, indexed by data ID.
 #pragma once
 
-#include <bitset>
+#include <algorithm>
 
 #include "core/base/ckirobank.h"
 
@@ -41,10 +41,10 @@ public:
                 m_slots[slot].description = nullptr;
             }
         }
-        m_isTuningText.reset();
+        std::fill(std::begin(m_isTuningText), std::end(m_isTuningText), false);
     }
 
 private:
-    Payload                    m_slots[BankSlotCount] = {};
-    std::bitset<BankSlotCount> m_isTuningText;
+    Payload m_slots[BankSlotCount]        = {};
+    bool    m_isTuningText[BankSlotCount] = {};
 };

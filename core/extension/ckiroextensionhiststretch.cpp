@@ -16,8 +16,8 @@ constexpr FLOAT MinScaling = 1.0f;
 
 VOID CKIROExtensionMonitor::ProcessYHistStretch(const KIROExtensionInput& rExtIn, const ExtensionYHistStretch& rTuning)
 {
-    const KIROConvergenceOutput  noConvergence{};
-    const KIROConvergenceOutput& rConvOut =
+    static const KIROConvergenceOutput noConvergence{};
+    const KIROConvergenceOutput&       rConvOut =
         (rExtIn.pConvergenceOuts != nullptr) ? *rExtIn.pConvergenceOuts : noConvergence;
     STATS_LOG_TRACE("YHistStretch enabled:%d, AECSettled:%d", rTuning.enableYHistStretch, rConvOut.bSettle);
 
