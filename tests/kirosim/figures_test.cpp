@@ -439,6 +439,21 @@ TEST(Figures, StretchesComeFromTheSceneAndNotFromTheTuning)
     EXPECT_EQ(SpansOf(scene, frames, {}, SpanCauses::Light).size(), 3u);
 }
 
+TEST(Figures, ATurnBeginsWithTheFrameWhoseLastRowsShowIt)
+{
+    Scene scene          = StepScene(0.0);
+    scene.panorama       = PanoramaScene{};
+    scene.panorama->path = {{2.0, 0.0, 0.0}, {3.0, 90.0, 0.0}, {5.02, 90.0, 0.0}, {6.0, 0.0, 0.0}};
+    // The first frame of each turn already asks for more: the one at 2 s, and the one at 5 s, read up to 5.03 s.
+    const auto        decided = [](UINT32 index) { return (index < 60) ? 1e7 : (index < 150) ? 1.1e7 : 1.2e7; };
+    const HandMadeRun run(scene, decided, decided);
+    EXPECT_NEAR(run.Value(FigureId::Kick, "turn", 2.0), std::log2(1.1), 1e-9);
+    EXPECT_NEAR(run.Value(FigureId::Kick, "turn", 5.02), std::log2(1.2 / 1.1), 1e-9);
+    EXPECT_EQ(run.Value(FigureId::Overshoot, "start"), 0.0);
+    EXPECT_EQ(run.Value(FigureId::Ripple, "still", 1.0), 0.0);
+    EXPECT_EQ(run.Value(FigureId::Ripple, "still", 4.0), 0.0);
+}
+
 TEST(Figures, AFlashIsOffByTheStopsBetweenLumaAndTarget)
 {
     const FlashScene scene;

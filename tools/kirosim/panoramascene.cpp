@@ -71,11 +71,15 @@ DOUBLE PanoramaScene::LuxAt(DOUBLE time, DOUBLE sceneLux) const
     return stage.now.lux * stage.share + stage.before.lux * (1.0 - stage.share);
 }
 
-bool PanoramaScene::IsMoving(DOUBLE time) const
+bool PanoramaScene::IsMoving(DOUBLE frameTime, DOUBLE readout) const
 {
-    const auto isTurn = [time](const TurnPoint& rFrom, const TurnPoint& rTo)
-    { return time > rFrom.time && time <= rTo.time && (rFrom.yaw != rTo.yaw || rFrom.pitch != rTo.pitch); };
-    const auto isFade = [time](const PanoramaCut& rCut) { return time >= rCut.time && time < rCut.time + rCut.fade; };
+    const auto isTurn = [=](const TurnPoint& rFrom, const TurnPoint& rTo)
+    {
+        return frameTime + readout > rFrom.time && frameTime < rTo.time &&
+               (rFrom.yaw != rTo.yaw || rFrom.pitch != rTo.pitch);
+    };
+    const auto isFade = [=](const PanoramaCut& rCut)
+    { return frameTime >= rCut.time && frameTime < rCut.time + rCut.fade; };
     return std::adjacent_find(path.begin(), path.end(), isTurn) != path.end() ||
            std::any_of(cuts.begin(), cuts.end(), isFade);
 }

@@ -69,8 +69,10 @@ struct PanoramaScene
     /// Light of the sphere's mean, lux.
     DOUBLE LuxAt(DOUBLE time, DOUBLE sceneLux) const;
 
-    /// Whether the camera turns or a cut fades.
-    bool IsMoving(DOUBLE time) const;
+    /// Whether the camera turns while a frame is read, or a cut fades as it begins.
+    /// @param frameTime of the frame's start, s
+    /// @param readout   from its first to its last row, s
+    bool IsMoving(DOUBLE frameTime, DOUBLE readout) const;
 
     /// Whether there is a cut after one time and not after the other.
     bool HasCut(DOUBLE after, DOUBLE upTo) const;

@@ -44,7 +44,7 @@ size_t LightWatch::ChangesUpTo(DOUBLE time) const
 
 bool LightWatch::IsMoving(DOUBLE time) const
 {
-    return IsObjectMoving(m_rScene, time) || (m_rScene.panorama.has_value() && m_rScene.panorama->IsMoving(time));
+    return IsObjectMoving(m_rScene, time) || IsCameraMoving(m_rScene, time);
 }
 
 }  // namespace kirosim

@@ -19,9 +19,14 @@ bool IsInRamp(const Scene& rScene, DOUBLE time)
     return false;
 }
 
+bool IsCameraMoving(const Scene& rScene, DOUBLE time)
+{
+    return rScene.panorama.has_value() && rScene.panorama->IsMoving(time, rScene.sensor.readout);
+}
+
 bool IsLightMoving(const Scene& rScene, DOUBLE time)
 {
-    return IsInRamp(rScene, time) || (rScene.panorama.has_value() && rScene.panorama->IsMoving(time));
+    return IsInRamp(rScene, time) || IsCameraMoving(rScene, time);
 }
 
 bool IsObjectMoving(const Scene& rScene, DOUBLE time)

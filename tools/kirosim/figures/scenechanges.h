@@ -12,7 +12,10 @@ namespace kirosim
 /// Whether the light is in a ramp.
 bool IsInRamp(const Scene& rScene, DOUBLE time);
 
-/// Whether the light is in a ramp, the camera turns, or a cut fades.
+/// Whether the camera turns while the frame of that time is read, or a cut fades.
+bool IsCameraMoving(const Scene& rScene, DOUBLE time);
+
+/// Whether the light is in a ramp, or the camera moves.
 bool IsLightMoving(const Scene& rScene, DOUBLE time);
 
 /// Whether an object moves through the frame.

@@ -37,8 +37,7 @@ public:
         if (IsMoving(index))
         {
             const DOUBLE time   = m_rFrames[index].time;
-            const bool   isTurn = (m_isAll && IsObjectMoving(m_rScene, time)) ||
-                                (m_rScene.panorama.has_value() && m_rScene.panorama->IsMoving(time));
+            const bool   isTurn = (m_isAll && IsObjectMoving(m_rScene, time)) || IsCameraMoving(m_rScene, time);
             return isTurn ? SpanKind::Turn : SpanKind::Ramp;
         }
         if (IsStep(index) || (index > 0 && (IsCut(index) || IsBlink(index))))
@@ -46,6 +45,14 @@ public:
             return SpanKind::Step;
         }
         return (index > 0 && IsEvent(index)) ? SpanKind::Event : SpanKind::Rest;
+    }
+
+    /// Up to when what is seen may change and still show in a frame: a turn shows in rows that are read later.
+    DOUBLE SeenUpTo(size_t index) const
+    {
+        const DOUBLE time = m_rFrames[index].time;
+        return (KindAt(index) == SpanKind::Turn && IsCameraMoving(m_rScene, time)) ? time + m_rScene.sensor.readout
+                                                                                   : time;
     }
 
     DOUBLE StepEV(size_t index) const
@@ -65,10 +72,12 @@ private:
         return m_rBefore.has_value() ? &*m_rBefore : nullptr;
     }
 
+    /// The first frame of all is where things move from.
     bool IsMoving(size_t index) const
     {
         const DOUBLE time = m_rFrames[index].time;
-        return IsLightMoving(m_rScene, time) || (m_isAll && IsObjectMoving(m_rScene, time));
+        return Before(index) != nullptr &&
+               (IsLightMoving(m_rScene, time) || (m_isAll && IsObjectMoving(m_rScene, time)));
     }
 
     bool IsStep(size_t index) const
@@ -138,8 +147,8 @@ std::vector<SceneSpan> SpansOf(const Scene& rScene, const std::vector<SceneInsta
     {
         if (index == rFrames.size() || finder.IsBegin(index))
         {
-            spans.push_back(
-                {finder.KindAt(begin), ChangeBefore(changes, rFrames[begin].time), finder.StepEV(begin), begin, index});
+            spans.push_back({finder.KindAt(begin), ChangeBefore(changes, finder.SeenUpTo(begin)), finder.StepEV(begin),
+                             begin, index});
             begin = index;
         }
     }
