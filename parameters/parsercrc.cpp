@@ -43,19 +43,68 @@ Sum SumOfSlice(UINT64 slice, const SliceTables<Sum>& rTables, std::index_sequenc
 }
 
 /// The sum is linear, so the bytes of a slice are looked up apart, and no lookup waits for another.
-template <typename Sum> Sum Continue(Sum value, const BYTE* pData, UINT32 length, const SliceTables<Sum>& rTables)
+template <typename Sum> Sum AddSlice(Sum value, const BYTE* pData, const SliceTables<Sum>& rTables)
+{
+    UINT64 slice = 0;
+    std::memcpy(&slice, pData, SliceSize);  // the first byte is the lowest, here as in a file
+    return SumOfSlice(slice ^ value, rTables, std::make_index_sequence<SliceSize>());
+}
+
+template <typename Sum> Sum AddBytes(Sum value, const BYTE* pData, UINT32 length, const SliceTables<Sum>& rTables)
 {
     for (; length >= SliceSize; length -= SliceSize, pData += SliceSize)
     {
-        UINT64 slice = 0;
-        std::memcpy(&slice, pData, SliceSize);  // the first byte is the lowest, here as in a file
-        value = SumOfSlice(slice ^ value, rTables, std::make_index_sequence<SliceSize>());
+        value = AddSlice(value, pData, rTables);
     }
     for (; length > 0; --length, ++pData)
     {
         value = rTables[0][(*pData ^ value) & 0xFF] ^ (value >> 8);
     }
     return value;
+}
+
+/// The product of two sums as polynomials, of which the highest bit is the constant term.
+template <typename Sum> Sum Product(Sum first, Sum second, const SliceTables<Sum>& rTables)
+{
+    Sum product = 0;
+    for (; first != 0; first <<= 1)
+    {
+        product ^= (first >> (8 * sizeof(Sum) - 1) != 0) ? second : 0;
+        second = (second >> 1) ^ ((second & 1) != 0 ? rTables[0][0x80] : 0);
+    }
+    return product;
+}
+
+/// What a sum becomes by so many zero bytes.
+template <typename Sum> Sum AddZeros(Sum value, UINT32 count, const SliceTables<Sum>& rTables)
+{
+    Sum factor = Sum{1} << (8 * sizeof(Sum) - 1 - 8);  // that of one byte
+    for (; count > 0; count >>= 1)
+    {
+        value  = ((count & 1) != 0) ? Product(value, factor, rTables) : value;
+        factor = Product(factor, factor, rTables);
+    }
+    return value;
+}
+
+/// A slice waits for the sum of the one before it. The halves of a long text are therefore summed side by side, and
+/// neither waits for the other: the second begins with 0, and the first is led past it.
+template <typename Sum> Sum Continue(Sum value, const BYTE* pData, UINT32 length, const SliceTables<Sum>& rTables)
+{
+    constexpr UINT32 MinHalf = 4096;  // below it, leading past costs more than waiting
+    const UINT32     half    = length / 2 / SliceSize * SliceSize;
+    if (half < MinHalf)
+    {
+        return AddBytes(value, pData, length, rTables);
+    }
+    Sum second = 0;
+    for (UINT32 offset = 0; offset < half; offset += SliceSize)
+    {
+        value  = AddSlice(value, pData + offset, rTables);
+        second = AddSlice(second, pData + half + offset, rTables);
+    }
+    const UINT32 rest = length - 2 * half;
+    return AddBytes(AddZeros(value, half, rTables) ^ second, pData + length - rest, rest, rTables);
 }
 
 /// Compares the sum stored at the end of a file with the one of the bytes before it. Logs a mismatch.

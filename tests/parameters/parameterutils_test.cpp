@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <numeric>
 #include <string>
 #include <vector>
 
@@ -167,14 +168,17 @@ TEST(Checksums, AreThoseOfTheFilesInTheFieldAndGuardThem)
     EXPECT_EQ(ParserCRC64::GetCRC(pDigits, 9, true, 0), 0xAB8C87CA648D9480ULL);
 
     // A file's sum is that of its bytes one by one, whatever their number.
-    std::vector<BYTE> file;
-    for (UINT32 length = 1; length < 40; ++length)
+    std::vector<UINT32> lengths(39);
+    std::iota(lengths.begin(), lengths.end(), 1);
+    lengths.insert(lengths.end(), {8191, 8192, 8207, 8208, 100003});
+    for (const UINT32 length : lengths)
     {
-        file.push_back(static_cast<BYTE>(37 * length));
-        UINT32 byByte = 0;
-        for (const BYTE& rByte : file)
+        std::vector<BYTE> file(length);
+        UINT32            byByte = 0;
+        for (UINT32 index = 0; index < length; ++index)
         {
-            byByte = ParserCRC32::GetCRC(&rByte, 1, byByte);
+            file[index] = static_cast<BYTE>(37 * index + index / 256);
+            byByte      = ParserCRC32::GetCRC(&file[index], 1, byByte);
         }
         EXPECT_EQ(ParserCRC32::GetCRC(file.data(), length, 0), byByte) << length;
         for (const bool includeLength : {false, true})
