@@ -6,13 +6,12 @@
 #include <vector>
 
 #include "parameters/parameterlogging.h"
+#include "parameters/parameterutils.h"
 
 namespace
 {
 
-constexpr UINT32 RecordCountSize = 4;  ///< byte count in front of each record
-constexpr UINT32 PointerPairSize = 8;  ///< count, or a text's length, and the ID of an entry
-constexpr UINT32 FloatSize       = 4;
+constexpr UINT32 FloatSize = 4;
 
 /// Bytes that a member takes inside its record.
 /// @param countedArrays fixed arrays have a count in front
@@ -21,10 +20,10 @@ UINT64 StoredBytes(const ParameterDefinitionElement& rElement, bool countedArray
     const ParameterDefinitionElementInfo& rInfo      = *rElement.Info;
     const bool                            fixedArray = rInfo.IsFixed() && !rInfo.IsPointer();
     const UINT64                          count      = rInfo.MaxCount;
-    UINT64                                bytes      = (fixedArray && countedArrays) ? ArrayCountSize : 0;
+    UINT64                                bytes      = (fixedArray && countedArrays) ? tuning::StoredCountSize : 0;
     if (rInfo.IsPointer() || rInfo.IsString())
     {
-        bytes += fixedArray ? count * PointerPairSize : PointerPairSize;
+        bytes += fixedArray ? count * tuning::StoredPairSize : tuning::StoredPairSize;
     }
     else if (rInfo.IsFloat())
     {
@@ -85,7 +84,7 @@ private:
         {
             return false;
         }
-        rStructure.Size = RecordCountSize;
+        rStructure.Size = tuning::StoredCountSize;
         m_path.push_back({&rStructure, 0});
         return true;
     }
@@ -120,7 +119,66 @@ private:
     std::vector<Step>                         m_path;
 };
 
+/// @return whether a member stands in the file as the row of its record's table says
+bool IsStoredAs(const ParameterDefinitionElement& rElement, const tuning::RecordMember& rMember)
+{
+    const ParameterDefinitionElementInfo* pInfo = rElement.GetInfo();
+    if (pInfo == nullptr || rElement.NameHash != rMember.nameHash || pInfo->ParentOffset != rMember.storedOffset)
+    {
+        return false;
+    }
+    const bool isSingleText = rMember.type == tuning::ValueType::Text && rMember.form == tuning::Form::Single;
+    const bool isSameForm   = (rMember.form == tuning::Form::Variable)   ? pInfo->IsPointer()
+                              : (rMember.form == tuning::Form::Optional) ? pInfo->IsOptional()
+                              : isSingleText
+                                  ? pInfo->IsSingleText()
+                                  : pInfo->IsFixedArrayOf(rMember.count) && pInfo->IsFixed() == rMember.HasStoredCount();
+    switch (rMember.type)
+    {
+    case tuning::ValueType::Record:
+        return isSameForm && pInfo->IsStructure() && pInfo->Structure != nullptr &&
+               (rMember.HasCount() || pInfo->Structure->IsLayoutOf(*rMember.pRecord));
+    case tuning::ValueType::Text:
+        return isSameForm && pInfo->IsString();
+    default:
+        return isSameForm && ParameterUtils::IsExactType(rMember.type, &rElement);
+    }
+}
+
 }  // namespace
+
+bool ParameterDefinitionStructure::IsLayoutOf(const tuning::RecordDescription& rRecord)
+{
+    if (m_pSame.load(std::memory_order_relaxed) == &rRecord)
+    {
+        return true;
+    }
+    if (Size != rRecord.storedSize || m_pOther.load(std::memory_order_relaxed) == &rRecord)
+    {
+        return false;
+    }
+    const bool isSame = HasLayoutOf(rRecord);
+    (isSame ? m_pSame : m_pOther).store(&rRecord, std::memory_order_relaxed);
+    return isSame;
+}
+
+bool ParameterDefinitionStructure::HasLayoutOf(const tuning::RecordDescription& rRecord)
+{
+    UINT32 position = 0;
+    for (const tuning::RecordMember& rMember : rRecord.Members())
+    {
+        if (!rMember.IsStored())
+        {
+            continue;
+        }
+        if (position == Members.Count() || !IsStoredAs(Members[position], rMember))
+        {
+            return false;
+        }
+        ++position;
+    }
+    return position == Members.Count();
+}
 
 VOID LayOutStructures(const ParameterDefinitions::StructureMap& rStructures, bool countedArrays,
                       const IParameterLoggingAPI* pLog)

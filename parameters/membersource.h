@@ -52,10 +52,11 @@ bool ParameterFileSymbolTableEntry::FindMember(const MemberRequest& rRequest, Me
     parameters.UseParent               = false;
     parameters.UseParentOffset         = true;
     parameters.Index                   = 0;
-    rSource.pElement                   = AdjustPositionAndGetElement(parameters, rSource.adjusted);
-    rSource.pEntry                     = this;
-    rSource.limit                      = parameters.LoadDataLimit;
-    rSource.count                      = rRequest.count;
+    rSource.pElement =
+        (parameters.Member != nullptr) ? parameters.Member : AdjustPositionAndGetElement(parameters, rSource.adjusted);
+    rSource.pEntry = this;
+    rSource.limit  = parameters.LoadDataLimit;
+    rSource.count  = rRequest.count;
 
     // A member without a definition is read only where the record's definitions have been dropped as matching.
     const ParameterDefinitionElement* pParent = parameters.Element;

@@ -13,8 +13,7 @@
 #include <vector>
 
 #include "platform/tavotypes.h"
-
-constexpr UINT32 ArrayCountSize = 4;  ///< count in front of a fixed array
+#include "schema/recordmember.h"
 
 class IParameterLoggingAPI;
 struct ParameterDefinitionStructure;
@@ -81,6 +80,24 @@ struct ParameterDefinitionElementInfo
     bool IsStructure() const
     {
         return Type == ParameterDefinitionType_Structure;
+    }
+
+    // The forms in which the code declares members.
+
+    /// @param count 1 for a single value
+    bool IsFixedArrayOf(UINT32 count) const
+    {
+        return (count == 1 || IsFixed()) && MaxCount == count && !IsPointer();
+    }
+
+    bool IsOptional() const
+    {
+        return !IsFixed() && IsPointer() && MaxCount == 1;
+    }
+
+    bool IsSingleText() const
+    {
+        return !IsFixed() && !IsPointer() && IsString();
     }
 
     /// @return the type of the stored bytes: a flagged float counts as float
@@ -191,6 +208,17 @@ struct ParameterDefinitionStructure
     {
         return Members.Find(nameHash);
     }
+
+    /// @return whether its members, and those of what they contain, are the stored members of the record, at the places
+    ///         where the code expects them: then a record can be read by its table
+    bool IsLayoutOf(const tuning::RecordDescription& rRecord);
+
+private:
+    bool HasLayoutOf(const tuning::RecordDescription& rRecord);
+
+    // The records that were compared with it last: most structures are only ever read as one.
+    std::atomic<const tuning::RecordDescription*> m_pSame{nullptr};
+    std::atomic<const tuning::RecordDescription*> m_pOther{nullptr};
 };
 
 /// The root structure of a module.

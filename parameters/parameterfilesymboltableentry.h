@@ -29,6 +29,7 @@ struct ParameterLoadParameters
     UINT64                         Position        = 0;        ///< start of the enclosing record in Entry
     UINT32                         Index           = 0;        ///< of an array item
     UINT32                         LoadDataLimit   = NoLoadDataLimit;  ///< end of the enclosing record in Entry
+    ParameterDefinitionElement*    Member = nullptr;  ///< of the member itself, if Entry stands at its place; else null
 };
 
 /// An entry of the symbol table or of the data table: its block of data and a read position in it.

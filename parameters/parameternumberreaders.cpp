@@ -38,10 +38,7 @@ VOID ParameterFileSymbolTableEntry::ReadSimpleTypeFixedArray(VOID* pDestination,
     MemberSource source;
     if (!FindMember(request, source,
                     [&](const Info& rInfo)
-                    {
-                        return (count == 1 || rInfo.IsFixed()) && rInfo.MaxCount == count && !rInfo.IsPointer() &&
-                               ParameterUtils::IsExactType(type, source.pElement);
-                    }))
+                    { return rInfo.IsFixedArrayOf(count) && ParameterUtils::IsExactType(type, source.pElement); }))
     {
         return;
     }
@@ -109,10 +106,7 @@ VOID ParameterFileSymbolTableEntry::ReadOptionalSimpleType(VOID* pDestination, V
     MemberSource source;
     if (!FindMember(request, source,
                     [&](const Info& rInfo)
-                    {
-                        return !rInfo.IsFixed() && rInfo.IsPointer() && rInfo.MaxCount == 1 &&
-                               ParameterUtils::IsExactType(type, source.pElement);
-                    }))
+                    { return rInfo.IsOptional() && ParameterUtils::IsExactType(type, source.pElement); }))
     {
         return;
     }

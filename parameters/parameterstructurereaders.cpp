@@ -19,8 +19,8 @@ ParameterLoadParameters ItemParameters(const ParameterLoadParameters& rParameter
     items.UseParent               = true;
     items.UseParentOffset         = isInline;
     items.Element                 = pElement;
-    items.Position                = isInline ? rParameters.Position + (hasCount ? ArrayCountSize : 0) : rEntry.Position;
-    items.LoadDataLimit           = NoLoadDataLimit;
+    items.Position      = isInline ? rParameters.Position + (hasCount ? tuning::StoredCountSize : 0) : rEntry.Position;
+    items.LoadDataLimit = NoLoadDataLimit;
     return items;
 }
 
@@ -35,10 +35,7 @@ VOID ParameterFileSymbolTableEntry::ReadStructureFixedArray(const tuning::Record
     request.wantStructure  = true;
     MemberSource source;
     if (!FindMember(request, source,
-                    [&](const Info& rInfo) {
-                        return (count == 1 || rInfo.IsFixed()) && rInfo.MaxCount == count && !rInfo.IsPointer() &&
-                               rInfo.IsStructure();
-                    }))
+                    [&](const Info& rInfo) { return rInfo.IsFixedArrayOf(count) && rInfo.IsStructure(); }))
     {
         return;
     }
@@ -103,9 +100,7 @@ VOID ParameterFileSymbolTableEntry::ReadOptionalStructure(const tuning::RecordDe
     request.wantVariable  = true;
     request.wantStructure = true;
     MemberSource source;
-    if (!FindMember(request, source,
-                    [](const Info& rInfo)
-                    { return !rInfo.IsFixed() && rInfo.IsPointer() && rInfo.MaxCount == 1 && rInfo.IsStructure(); }))
+    if (!FindMember(request, source, [](const Info& rInfo) { return rInfo.IsOptional() && rInfo.IsStructure(); }))
     {
         return;
     }

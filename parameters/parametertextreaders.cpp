@@ -52,8 +52,7 @@ VOID ParameterFileSymbolTableEntry::ReadString(CHAR*& rpText, const ParameterLoa
     request.wantPointer = true;
     request.hashFirst   = true;
     MemberSource source;
-    if (FindMember(request, source,
-                   [](const Info& rInfo) { return !rInfo.IsFixed() && !rInfo.IsPointer() && rInfo.IsString(); }))
+    if (FindMember(request, source, [](const Info& rInfo) { return rInfo.IsSingleText(); }))
     {
         rpText = source.pEntry->ReadSharedText(source.count, rSite);
     }
@@ -67,10 +66,7 @@ VOID ParameterFileSymbolTableEntry::ReadStringFixedArray(CHAR** ppTexts, UINT32 
     request.wantFixedArray = true;
     MemberSource source;
     if (!FindMember(request, source,
-                    [&](const Info& rInfo) {
-                        return (count == 1 || rInfo.IsFixed()) && rInfo.MaxCount == count && !rInfo.IsPointer() &&
-                               rInfo.IsString();
-                    }))
+                    [&](const Info& rInfo) { return rInfo.IsFixedArrayOf(count) && rInfo.IsString(); }))
     {
         return;
     }
@@ -126,9 +122,7 @@ VOID ParameterFileSymbolTableEntry::ReadOptionalString(CHAR*& rpText, UINT32& rC
     request.wantPointer  = true;
     request.wantVariable = true;
     MemberSource source;
-    if (!FindMember(request, source,
-                    [](const Info& rInfo)
-                    { return !rInfo.IsFixed() && rInfo.IsPointer() && rInfo.MaxCount == 1 && rInfo.IsString(); }))
+    if (!FindMember(request, source, [](const Info& rInfo) { return rInfo.IsOptional() && rInfo.IsString(); }))
     {
         return;
     }

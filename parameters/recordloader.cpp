@@ -54,24 +54,133 @@ VOID ZeroRecord(const RecordDescription& rRecord, BYTE* pRecord)
     }
 }
 
-/// Reads one member by the reader that fits its type and form.
+/// Reads the members of one record.
 class MemberLoader
 {
 public:
-    MemberLoader(const RecordDescription& rRecord, BYTE* pRecord, const ParameterLoadParameters& rParameters)
-        : m_rRecord(rRecord), m_pRecord(pRecord), m_parameters(rParameters), m_rEntry(*rParameters.Entry)
+    /// @param rEntry      stands at the record
+    /// @param pDefinition of the record, null if there is none
+    /// @param limit       end of what may be read of the entry
+    MemberLoader(const RecordDescription& rRecord, BYTE* pRecord, ParameterFileSymbolTableEntry& rEntry,
+                 ParameterDefinitionElement* pDefinition, UINT32 limit)
+        : m_rRecord(rRecord), m_pRecord(pRecord), m_rEntry(rEntry)
     {
+        m_parameters.Entry         = &rEntry;
+        m_parameters.Element       = pDefinition;
+        m_parameters.Position      = rEntry.Position;
+        m_parameters.LoadDataLimit = rEntry.ReadLoadDataLimit(limit);
     }
 
-    VOID Load(UINT32 index)
+    VOID LoadAll()
+    {
+        const auto* pInfo = (m_parameters.Element != nullptr) ? m_parameters.Element->GetInfo() : nullptr;
+        ParameterDefinitionStructure* pStructure = (pInfo != nullptr) ? pInfo->Structure : nullptr;
+        const bool                    isPlain    = IsPlain(pStructure);
+        UINT32                        position   = 0;  // among the members that are stored
+        for (UINT32 index = 0; index < m_rRecord.memberCount; ++index)
+        {
+            const RecordMember& rMember = m_rRecord.pMembers[index];
+            if (!rMember.IsStored())
+            {
+                continue;
+            }
+            if (isPlain && m_rEntry.Position == m_parameters.Position + rMember.storedOffset)
+            {
+                LoadInPlace(index, (pStructure != nullptr) ? &pStructure->Members[position] : nullptr);
+            }
+            else
+            {
+                Load(index, nullptr);
+            }
+            ++position;
+        }
+        m_rEntry.UpdatePosition(m_parameters.LoadDataLimit);
+    }
+
+private:
+    /// @return whether the file has the record as the code declares it, and all of it: then each member stands where
+    ///         the table says, as long as those before it have the size that they should
+    bool IsPlain(ParameterDefinitionStructure* pStructure) const
+    {
+        return m_rEntry.IsFixedCountVersion() && m_rEntry.Data != nullptr &&
+               m_parameters.LoadDataLimit <= m_rEntry.DataSize &&
+               m_parameters.LoadDataLimit == m_parameters.Position + m_rRecord.storedSize &&
+               (pStructure == nullptr || pStructure->IsLayoutOf(m_rRecord));
+    }
+
+    /// Reads a member of a plain record that stands where it should.
+    /// @param pDefinition of the member, null if there is none
+    VOID LoadInPlace(UINT32 index, ParameterDefinitionElement* pDefinition)
     {
         const RecordMember& rMember = m_rRecord.pMembers[index];
-        if (!rMember.IsStored())
+        if (rMember.HasCount() || rMember.type == ValueType::Text)
         {
-            return;
+            Load(index, pDefinition);
         }
-        m_parameters.NameHash  = rMember.nameHash;
-        const ReadingSite site = ReadingSite::OfMember(m_rRecord, index);
+        else if (rMember.type != ValueType::Record)
+        {
+            if (!CopyValues(rMember, pDefinition))
+            {
+                Load(index, pDefinition);
+            }
+        }
+        else if (rMember.form == Form::Fixed)
+        {
+            Load(index, pDefinition);
+        }
+        else if (m_rEntry.ChargeWork(LoadAllowance::VisitCharge))
+        {
+            MarkVerified(pDefinition);
+            MemberLoader(*rMember.pRecord, m_pRecord + rMember.offset, m_rEntry, pDefinition,
+                         m_parameters.LoadDataLimit)
+                .LoadAll();
+        }
+    }
+
+    /// Copies numbers. @return false if the file has another number of them
+    bool CopyValues(const RecordMember& rMember, ParameterDefinitionElement* pDefinition)
+    {
+        const BYTE* pSource = m_rEntry.Data + m_rEntry.Position;
+        if (rMember.HasStoredCount())
+        {
+            UINT32 count = 0;
+            std::memcpy(&count, pSource, sizeof(count));
+            if (count != rMember.count)
+            {
+                return false;
+            }
+            pSource += sizeof(count);
+        }
+        BYTE* const pPlace = m_pRecord + rMember.offset;
+        if (rMember.count == 1 && rMember.valueSize == sizeof(UINT32))
+        {
+            std::memcpy(pPlace, pSource, sizeof(UINT32));  // most of them: no call
+        }
+        else
+        {
+            std::memcpy(pPlace, pSource, static_cast<size_t>(rMember.valueSize) * rMember.count);
+        }
+        m_rEntry.Position += tuning::StoredBytes(rMember);
+        MarkVerified(pDefinition);
+        return true;
+    }
+
+    static VOID MarkVerified(ParameterDefinitionElement* pDefinition)
+    {
+        if (pDefinition != nullptr)
+        {
+            pDefinition->Verified.store(true, std::memory_order_relaxed);
+        }
+    }
+
+    /// Reads a member by the reader that fits its type and form.
+    /// @param pDefinition its definition, if the entry is known to stand where that says; null to look for it
+    VOID Load(UINT32 index, ParameterDefinitionElement* pDefinition)
+    {
+        const RecordMember& rMember = m_rRecord.pMembers[index];
+        m_parameters.NameHash       = rMember.nameHash;
+        m_parameters.Member         = pDefinition;
+        const ReadingSite site      = ReadingSite::OfMember(m_rRecord, index);
         switch (rMember.type)
         {
         case ValueType::Record:
@@ -86,7 +195,6 @@ public:
         }
     }
 
-private:
     VOID LoadValue(const RecordMember& rMember, const ReadingSite& rSite)
     {
         BYTE* const pPlace = m_pRecord + rMember.offset;
@@ -225,29 +333,24 @@ VOID RecordLoader::LoadModule(const RecordDescription& rRecord, VOID* pRecord, P
     parameters.UseParentOffset = true;
     parameters.Element         = pElement.get();
     parameters.Position        = rEntry.Position;
+    ZeroRecord(rRecord, static_cast<BYTE*>(pRecord));
     Load(rRecord, pRecord, parameters);
     rEntry.Allowance = nullptr;
 }
 
 VOID RecordLoader::Load(const RecordDescription& rRecord, VOID* pRecord, const ParameterLoadParameters& rParameters)
 {
-    BYTE* const                    pBytes = static_cast<BYTE*>(pRecord);
     ParameterFileSymbolTableEntry& rEntry = *rParameters.Entry;
-    ZeroRecord(rRecord, pBytes);
     if (!rEntry.ChargeWork(LoadAllowance::VisitCharge))
     {
         return;
     }
-
-    ParameterLoadParameters child = rParameters;
-    child.UseParent               = false;
-    child.Element                 = nullptr;
-    child.Index                   = 0;
+    ParameterDefinitionElement* pElement = nullptr;
     if (rParameters.Element != nullptr)
     {
-        bool                        adjusted = false;
-        ParameterDefinitionElement* pElement = rEntry.AdjustPositionAndGetElement(rParameters, adjusted);
-        const bool                  dropped =
+        bool adjusted = false;
+        pElement      = rEntry.AdjustPositionAndGetElement(rParameters, adjusted);
+        const bool dropped =
             rParameters.Element->Verified.load(std::memory_order_relaxed) && !rParameters.Element->Info.has_value();
         const bool shapeless =
             pElement != nullptr && pElement->Info.has_value() && pElement->Info->Structure == nullptr;
@@ -260,17 +363,8 @@ VOID RecordLoader::Load(const RecordDescription& rRecord, VOID* pRecord, const P
         {
             pElement->Verified.store(true, std::memory_order_relaxed);
         }
-        child.Element = pElement;
     }
-    child.Position      = rEntry.Position;
-    child.LoadDataLimit = rEntry.ReadLoadDataLimit(rParameters.LoadDataLimit);
-
-    MemberLoader loader(rRecord, pBytes, child);
-    for (UINT32 index = 0; index < rRecord.memberCount; ++index)
-    {
-        loader.Load(index);
-    }
-    rEntry.UpdatePosition(child.LoadDataLimit);
+    MemberLoader(rRecord, static_cast<BYTE*>(pRecord), rEntry, pElement, rParameters.LoadDataLimit).LoadAll();
 }
 
 VOID RecordLoader::LoadArray(const RecordDescription& rRecord, VOID* pItems, UINT32 count,

@@ -20,11 +20,11 @@ public:
     static VOID LoadModule(const tuning::RecordDescription& rRecord, VOID* pRecord,
                            ParameterFileSymbolTableEntry& rEntry, UINT64 nameHash);
 
-    /// Reads a record at the position of the entry.
+    /// Reads a record at the position of the entry. Its memory must be zero: that of members that are not read stays.
     static VOID Load(const tuning::RecordDescription& rRecord, VOID* pRecord,
                      const ParameterLoadParameters& rParameters);
 
-    /// Reads count records that follow one another. Does nothing if pItems is null.
+    /// Reads count records that follow one another, likewise. Does nothing if pItems is null.
     static VOID LoadArray(const tuning::RecordDescription& rRecord, VOID* pItems, UINT32 count,
                           const ParameterLoadParameters& rParameters);
 

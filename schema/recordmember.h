@@ -81,6 +81,7 @@ struct RecordMember
     UINT32                   idOffset;     ///< of <name>ID; Variable and Optional only
     UINT32                   valueSize;    ///< of one value in memory
     UINT32                   alignment;    ///< of what stands at offset
+    UINT32                   storedOffset; ///< in the block of a record in a file, see StoredBytes
     const RecordDescription* pRecord;      ///< of a nested record, null otherwise
     const EnumDescription*   pEnum;        ///< of an enumeration with names, null otherwise
     const EnumDescription*   pIndexEnum;   ///< names of the indices of a Fixed member, null otherwise
@@ -116,6 +117,12 @@ struct RecordMember
     {
         return form != Form::EntryID;
     }
+
+    /// @return whether a file has the number of values in front of them
+    constexpr bool HasStoredCount() const
+    {
+        return form == Form::Fixed && count >= 2;
+    }
 };
 
 /// The table of a record.
@@ -127,6 +134,7 @@ struct RecordDescription
     const RecordMember* pMembers;
     UINT32              memberCount;
     bool                ownsMemory;   ///< a member, or a nested record's member, is a pointer
+    UINT32              storedSize;   ///< of a record's block in a file, see StoredBytes
 
     constexpr std::span<const RecordMember> Members() const
     {
@@ -159,6 +167,26 @@ constexpr bool MembersCoverStruct(const RecordMember* pMembers, size_t count, si
         end = rMember.End();
     }
     return AlignUp(end, static_cast<UINT32>(alignment)) == size;
+}
+
+constexpr UINT32 StoredCountSize = 4;  ///< of the number of bytes in front of a record, and of values in front of an array
+constexpr UINT32 StoredPairSize  = 8;  ///< of a count, or a text's length, and the ID of the entry with the values
+
+/// @return bytes that a member takes in the block of a record in a file of the newest version with this very schema
+constexpr UINT32 StoredBytes(const RecordMember& rMember)
+{
+    if (!rMember.IsStored())
+    {
+        return 0;
+    }
+    if (rMember.HasCount())
+    {
+        return StoredPairSize;
+    }
+    const UINT32 value = (rMember.type == ValueType::Text)     ? StoredPairSize
+                         : (rMember.type == ValueType::Record) ? rMember.pRecord->storedSize
+                                                               : rMember.valueSize;
+    return (rMember.HasStoredCount() ? StoredCountSize : 0) + value * rMember.count;
 }
 
 constexpr bool MembersOwnMemory(const RecordMember* pMembers, size_t count)

@@ -188,9 +188,12 @@ template <size_t Count>
 constexpr std::array<RecordMember, Count> MembersOf(const Row (&rRows)[Count])
 {
     std::array<RecordMember, Count> members{};
+    UINT32                          storedOffset = StoredCountSize;
     for (size_t index = 0; index < Count; ++index)
     {
-        members[index] = rRows[index].member;
+        members[index]              = rRows[index].member;
+        members[index].storedOffset = storedOffset;
+        storedOffset += StoredBytes(members[index]);
     }
     return members;
 }
@@ -307,7 +310,8 @@ constexpr const RecordDescription& DescriptionOf()
         static_cast<UINT32>(alignof(Record)),                                                                          \
         Members.data(),                                                                                                \
         static_cast<UINT32>(Members.size()),                                                                           \
-        tuning::MembersOwnMemory(Members.data(), Members.size())};                                                     \
+        tuning::MembersOwnMemory(Members.data(), Members.size()),                                                      \
+        Members.back().storedOffset + tuning::StoredBytes(Members.back())};                                            \
     static_assert(std::is_standard_layout_v<Record> && std::is_trivially_copyable_v<Record>);                          \
     static_assert(tuning::MembersCoverStruct(Members.data(), Members.size(), sizeof(Record), alignof(Record)),         \
                   "the table must list every member of the record, in the record's order");                            \
