@@ -74,19 +74,21 @@ struct CKIROStatsHistProcessor::PartialBin
 
     static PartialBin Find(const FLOAT* pValues, FLOAT target, UINT32 start, UINT32 end)
     {
-        for (UINT32 bin = start; bin < end; ++bin)
+        UINT32 bin = start;
+        while (bin < end && !(pValues[bin] - target > -Epsilon))  // one comparison for "above it, or nearly the same"
         {
-            if (std::abs(pValues[bin] - target) < Epsilon)
-            {
-                return {bin, 0.0f};
-            }
-            if (pValues[bin] > target)
-            {
-                const FLOAT step = (bin == 0) ? pValues[0] : pValues[bin] - pValues[bin - 1];
-                return {bin, (pValues[bin] - target) / step};
-            }
+            ++bin;
         }
-        return {std::max(start, end), 1.0f};
+        if (bin >= end)
+        {
+            return {std::max(start, end), 1.0f};
+        }
+        if (std::abs(pValues[bin] - target) < Epsilon)
+        {
+            return {bin, 0.0f};
+        }
+        const FLOAT step = (bin == 0) ? pValues[0] : pValues[bin] - pValues[bin - 1];
+        return {bin, (pValues[bin] - target) / step};
     }
 };
 
