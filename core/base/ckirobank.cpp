@@ -60,19 +60,31 @@ KiroResult CKIROBank::SetBankData(const BankData& rData)
         m_dynamicData = rData;
         return 0;
     }
-    for (UINT32 position = 0; position < m_dataDeque.size(); ++position)
+    if (BankData* pEntry = FindEntry(rData.dataID))
     {
-        if (m_dataDeque[position].dataID == rData.dataID)
-        {
-            m_dataDeque[position] = rData;
-            return 0;
-        }
+        *pEntry = rData;
     }
-    m_dataDeque.push_front(rData);
+    else
+    {
+        m_dataDeque.push_front(rData);
+    }
     return 0;
 }
 
-KiroResult CKIROBank::GetBankData(BankData& rData) const
+BankData* CKIROBank::FindEntry(INT32 dataID)
+{
+    for (UINT32 position = 0; position < m_dataDeque.size(); ++position)
+    {
+        BankData& rEntry = m_dataDeque[position];
+        if (rEntry.dataID == dataID)
+        {
+            return &rEntry;
+        }
+    }
+    return nullptr;
+}
+
+KiroResult CKIROBank::GetBankData(BankData& rData)
 {
     rData.pPayload = nullptr;
     if (rData.dataID == 0)
@@ -90,16 +102,13 @@ KiroResult CKIROBank::GetBankData(BankData& rData) const
         }
         return result;
     }
-    for (UINT32 position = 0; position < m_dataDeque.size(); ++position)
+    const BankData* pEntry = FindEntry(rData.dataID);
+    if (pEntry == nullptr)
     {
-        const BankData& rEntry = m_dataDeque[position];
-        if (rEntry.dataID == rData.dataID)
-        {
-            rData = rEntry;
-            return 0;
-        }
+        return ResultNotFound;
     }
-    return ResultNotFound;
+    rData = *pEntry;
+    return 0;
 }
 
 VOID CKIROBank::SetBankBasedOnContext()
@@ -115,15 +124,15 @@ VOID CKIROBank::SetBankBasedOnContext()
         return;
     }
 
-    INT32    best     = -1;
-    BankData selected = {};
+    INT32 best   = -1;
+    INT32 dataID = 0;
     for (UINT32 index = 0; index < m_pTunedBank->priorityMapCount; ++index)
     {
         const TunaraBankDataPriorityType& rEntry = m_pTunedBank->priorityMap[index];
         if (rEntry.priority > best && IsEventSet(rEntry.context, rEntry.contextCount) == TRUE)
         {
-            best            = rEntry.priority;
-            selected.dataID = rEntry.dataID;
+            best   = rEntry.priority;
+            dataID = rEntry.dataID;
         }
     }
     if (best < 0)
@@ -131,21 +140,20 @@ VOID CKIROBank::SetBankBasedOnContext()
         STATS_LOG_TRACE("Bank %d did not find any priority: using first data", m_bankID);
         return;
     }
-    if (selected.dataID == 0)
+    if (dataID == 0)
     {
         STATS_LOG_TRACE("Bank %d dynamic data points to 0, using first data as fallback", m_bankID);
         return;
     }
 
-    const INT32      dataID = selected.dataID;
-    const KiroResult result = GetBankData(selected);
-    if (result != 0)
+    const BankData* pSelected = FindEntry(dataID);
+    if (pSelected == nullptr)
     {
         STATS_LOG_TRACE("Bank %s dynamic data pointed to ID %d and returned KiroResult %d, using first data",
-                        m_pBankname, dataID, result);
+                        m_pBankname, dataID, ResultNotFound);
         return;
     }
-    m_dynamicData = selected;
+    m_dynamicData = *pSelected;
     STATS_LOG_TRACE("Bank %s dynamic data pointed to ID %d", m_pBankname, dataID);
 }
 

@@ -61,7 +61,7 @@ public:
 
     /// @param rData its dataID names the entry, 0 the selected or overriding one; the payload is null on failure
     /// @return 0, or 6 if there is no such entry
-    KiroResult GetBankData(BankData& rData) const;
+    KiroResult GetBankData(BankData& rData);
 
     /// Selects the entry of the highest priority whose events are all set, the earlier one of equals; the front entry
     /// if there is none.
@@ -89,6 +89,9 @@ public:
     }
 
 private:
+    /// @return null if there is no such entry
+    BankData* FindEntry(INT32 dataID);
+
     size_t                       m_payloadSize;
     TunaraBankDataType*          m_pTunedBank;  ///< in the tuning
     KIROBankDataDeque            m_dataDeque;

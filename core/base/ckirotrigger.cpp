@@ -172,7 +172,7 @@ inline VOID* CKIRODataXML::WalkZones(INT dimension, FLOAT currValue, INT start, 
         if (LeftToRight ? currValue < range.start : currValue > range.end)
         {
             RecordZone(dimension, index);
-            return EvaluateGap(dimension, currValue, pVisited, pZone, LeftToRight);
+            return EvaluateGap<LeftToRight>(dimension, currValue, pVisited, pZone);
         }
         if (LeftToRight ? currValue < range.end : currValue > range.start)
         {
@@ -201,15 +201,16 @@ inline VOID* CKIRODataXML::EvaluateZone(INT dimension, BYTE* pZone)
     return pZone + sizeof(StartEnd);
 }
 
-VOID* CKIRODataXML::EvaluateGap(INT dimension, FLOAT currValue, BYTE* pVisited, BYTE* pReached, bool leftToRight)
+template <bool LeftToRight>
+VOID* CKIRODataXML::EvaluateGap(INT dimension, FLOAT currValue, BYTE* pVisited, BYTE* pReached)
 {
     VOID* pVisitedData = EvaluateZone(dimension, pVisited);
     VOID* pReachedData = EvaluateZone(dimension, pReached);
 
-    const FLOAT low           = RangeOf(leftToRight ? pVisited : pReached).end;
-    const FLOAT high          = RangeOf(leftToRight ? pReached : pVisited).start;
+    const FLOAT low           = RangeOf(LeftToRight ? pVisited : pReached).end;
+    const FLOAT high          = RangeOf(LeftToRight ? pReached : pVisited).start;
     const FLOAT share         = (currValue - low) / (high - low);
-    VOID*       pInterpolated = leftToRight ? InterpCoreData(1.0f - share, pVisitedData, pReachedData)
+    VOID*       pInterpolated = LeftToRight ? InterpCoreData(1.0f - share, pVisitedData, pReachedData)
                                             : InterpCoreData(1.0f - share, pReachedData, pVisitedData);
     return (pInterpolated != nullptr) ? pInterpolated : pVisitedData;
 }
@@ -224,16 +225,10 @@ bool CKIRODataXML::AreRecordsValid(const VOID* pStartData, const VOID* pEndData)
     return true;
 }
 
-VOID* CKIRODataXML::NextSlot(INT stride)
+BYTE* CKIRODataXML::LogFull(INT stride) const
 {
-    ++m_interpDataIdx;
-    const size_t offset = static_cast<size_t>(m_interpDataIdx) * static_cast<size_t>(stride);
-    if (m_pInterpData == nullptr || offset + static_cast<size_t>(stride) > m_interpDataSize)
-    {
-        STATS_LOG_ERROR("no room to interpolate: slot %d of %d bytes", m_interpDataIdx, stride);
-        return nullptr;
-    }
-    return m_pInterpData.get() + offset;
+    STATS_LOG_ERROR("no room to interpolate: slot %d of %d bytes", m_interpDataIdx, stride);
+    return nullptr;
 }
 
 FLOAT CKIRODataXML::Interp(FLOAT interpRatio, FLOAT start, FLOAT end)

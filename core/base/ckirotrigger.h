@@ -71,7 +71,13 @@ protected:
     CKIRODataXML(KIROMLDataType type, INT recordSize);
 
     /// @return the next slot of the working buffer, slots being stride bytes apart; null, with a log, past its end
-    VOID* NextSlot(INT stride);
+    VOID* NextSlot(INT stride)
+    {
+        ++m_interpDataIdx;
+        const size_t offset = static_cast<size_t>(m_interpDataIdx) * static_cast<size_t>(stride);
+        const bool   isRoom = m_pInterpData != nullptr && offset + static_cast<size_t>(stride) <= m_interpDataSize;
+        return isRoom ? m_pInterpData.get() + offset : LogFull(stride);
+    }
     /// Logs and answers false if a record is null.
     bool AreRecordsValid(const VOID* pStartData, const VOID* pEndData) const;
     /// Interpolates count floats into the next slot.
@@ -93,13 +99,14 @@ private:
     static constexpr INT m_nodeSize   = sizeof(AECTriggerNodeXML);
     static constexpr INT m_ldNodeSize = sizeof(AECTriggerNodeLDXML);
 
+    BYTE*     LogFull(INT stride) const;  ///< @return null
     bool      IsLastLevel(INT dimension) const;
     ptrdiff_t StrideOf(INT dimension) const;
     VOID*     SearchZones(INT dimension, FLOAT currValue, FLOAT prevValue, INT zoneCount, BYTE* pZones);
     template <bool LeftToRight> VOID* WalkZones(INT dimension, FLOAT currValue, INT start, INT zoneCount, BYTE* pZones);
     VOID*                             EvaluateZone(INT dimension, BYTE* pZone);
-    VOID* EvaluateGap(INT dimension, FLOAT currValue, BYTE* pVisited, BYTE* pReached, bool leftToRight);
-    VOID  RecordZone(INT dimension, INT index);
+    template <bool LeftToRight> VOID* EvaluateGap(INT dimension, FLOAT currValue, BYTE* pVisited, BYTE* pReached);
+    VOID                              RecordZone(INT dimension, INT index);
 
     const KIROMLDataType m_myDataType;
     const INT            m_recordSize;
