@@ -23,12 +23,6 @@ FLOAT FloatRatio(UINT64 exposure, UINT64 indexZeroExposure)
     return static_cast<FLOAT>(exposure) / std::max(static_cast<FLOAT>(indexZeroExposure), Epsilon);
 }
 
-size_t PlaceOf(UINT64 bits, UINT32 placeBits)
-{
-    constexpr UINT64 goldenRatio = 0x9E3779B97F4A7C15;
-    return (bits * goldenRatio) >> (64 - placeBits);
-}
-
 /// What a function gave for its last arguments. A frame takes logarithms of a few exposures, each of them many times,
 /// and a steady camera those of the frame before. All threads share the results, since argument and result are read
 /// and written as one. The rounding mode is taken to stay as it is.
@@ -38,7 +32,7 @@ public:
     static FLOAT Of(FLOAT value)
     {
         const UINT64         bits   = std::bit_cast<UINT32>(value);
-        std::atomic<UINT64>& rEntry = s_entries[PlaceOf(bits, PlaceBits)].bits;
+        std::atomic<UINT64>& rEntry = s_entries[Place(bits)].bits;
         UINT64               entry  = rEntry.load(std::memory_order_relaxed);
         if (entry >> ResultBits != bits)
         {
@@ -57,6 +51,12 @@ private:
     {
         std::atomic<UINT64> bits{UINT64{std::bit_cast<UINT32>(1.0f)} << ResultBits};
     };
+
+    static size_t Place(UINT64 bits)
+    {
+        constexpr UINT64 goldenRatio = 0x9E3779B97F4A7C15;
+        return (bits * goldenRatio) >> (64 - PlaceBits);
+    }
 
     static inline constinit Entry s_entries[1 << PlaceBits];
 };
