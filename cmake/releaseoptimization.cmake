@@ -2,6 +2,8 @@
 if(NOT (CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_BUILD_TYPE STREQUAL "Release"))
     function(optimize_small_records target)
     endfunction()
+    function(optimize_as_a_whole library)
+    endfunction()
     return()
 endif()
 
@@ -13,4 +15,15 @@ function(optimize_small_records target)
             -mmemset-strategy=unrolled_loop:256:noalign,libcall:-1:noalign
             -mmemcpy-strategy=unrolled_loop:256:noalign,libcall:-1:noalign)
     endif()
+endfunction()
+
+# The rooms of the core call one another for a few instructions at a time: optimize_as_a_whole(<library> room...) has them
+# optimized together when the library is linked. The store stays out of it: vtables that it exports would go unless the
+# library itself needs them. Programs that are added afterwards take the same objects as they are.
+function(optimize_as_a_whole library)
+    foreach(room ${ARGN})
+        target_compile_options(${room} PRIVATE -flto=auto -ffat-lto-objects)
+    endforeach()
+    target_link_options(${library} PRIVATE -flto=auto)
+    add_link_options(-fno-lto)
 endfunction()
