@@ -41,8 +41,7 @@ UINT64 StoredBytes(const ParameterDefinitionElement& rElement, bool countedArray
 class LayoutBuilder
 {
 public:
-    LayoutBuilder(const ParameterDefinitions::StructureMap& rStructures, bool countedArrays,
-                  const IParameterLoggingAPI* pLog)
+    LayoutBuilder(ParameterDefinitions::StructureMap& rStructures, bool countedArrays, const IParameterLoggingAPI* pLog)
         : m_rStructures(rStructures), m_countedArrays(countedArrays), m_pLog(pLog)
     {
     }
@@ -104,7 +103,7 @@ private:
                                     rInfo.ID, static_cast<INT64>(rChild.NameHash));
             return nullptr;
         }
-        rInfo.Structure = entry->second.get();
+        rInfo.Structure = &entry->second;
         return rInfo.Structure;
     }
 
@@ -113,10 +112,10 @@ private:
         return static_cast<UINT32>(std::min<UINT64>(size, std::numeric_limits<UINT32>::max()));
     }
 
-    const ParameterDefinitions::StructureMap& m_rStructures;
-    const bool                                m_countedArrays;
-    const IParameterLoggingAPI* const         m_pLog;
-    std::vector<Step>                         m_path;
+    ParameterDefinitions::StructureMap& m_rStructures;
+    const bool                          m_countedArrays;
+    const IParameterLoggingAPI* const   m_pLog;
+    std::vector<Step>                   m_path;
 };
 
 /// @return whether a member stands in the file as the row of its record's table says
@@ -180,12 +179,12 @@ bool ParameterDefinitionStructure::HasLayoutOf(const tuning::RecordDescription& 
     return position == Members.Count();
 }
 
-VOID LayOutStructures(const ParameterDefinitions::StructureMap& rStructures, bool countedArrays,
+VOID LayOutStructures(ParameterDefinitions::StructureMap& rStructures, bool countedArrays,
                       const IParameterLoggingAPI* pLog)
 {
     LayoutBuilder layout(rStructures, countedArrays, pLog);
-    for (const auto& [id, rpStructure] : rStructures)
+    for (auto& [id, rStructure] : rStructures)
     {
-        layout.Populate(*rpStructure);
+        layout.Populate(rStructure);
     }
 }

@@ -1,7 +1,6 @@
 #include "parameters/definitionreader.h"
 
 #include <algorithm>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -67,81 +66,75 @@ private:
 
     bool ReadModule()
     {
-        auto             pModule = std::make_unique<ParameterDefinitionModule>();
-        std::string_view name;
-        if (!Read(pModule->StructureID) || !Read(pModule->NameHash) || !ReadText(name) || !SkipText())
+        ParameterDefinitionModule module;
+        UINT64                    nameHash = 0;
+        std::string_view          name;
+        if (!Read(module.StructureID) || !Read(nameHash) || !ReadText(name, &module.NamePosition) || !SkipText())
         {
             return false;
         }
-        pModule->Name    = TextOf(name);
-        const auto entry = m_rModules.try_emplace(pModule->NameHash, nullptr);
-        if (entry.second)
-        {
-            entry.first->second = std::move(pModule);
-        }
-        else
+        const auto [entry, isNew] = m_rModules.try_emplace(nameHash, module);
+        if (!isNew)
         {
             ParameterLogging::Write(m_pLog, ParameterLogging::Error,
                                     "Error: Duplicate structure Hash (%llu) found in definition table: %s / %s\n",
-                                    pModule->NameHash, entry.first->second->Name.c_str(), pModule->Name.c_str());
+                                    nameHash, TextAt(entry->second.NamePosition).c_str(), TextOf(name).c_str());
         }
         return true;
     }
 
     bool ReadStructure()
     {
-        auto             pStructure = std::make_unique<ParameterDefinitionStructure>();
+        UINT32           id = 0;
         std::string_view name;
-        UINT32           childCount = 0;
-        if (!Read(pStructure->StructureID) || !ReadText(name) || !Read(pStructure->StructureHash) || !Read(childCount))
+        UINT64           namePosition = 0;
+        UINT64           hash         = 0;
+        UINT32           childCount   = 0;
+        if (!Read(id) || !ReadText(name, &namePosition) || !Read(hash) || !Read(childCount))
         {
             return false;
         }
-        pStructure->TypeName = TextOf(name);
-        pStructure->Members.Reserve(static_cast<UINT32>(std::min<UINT64>(childCount, BytesLeft() / MinElementBytes)));
+        const auto [entry, isNew] = m_rStructures.try_emplace(id);
+        ParameterDefinitionStructure  dropped;
+        ParameterDefinitionStructure& rStructure = isNew ? entry->second : dropped;
+        rStructure.StructureID                   = id;
+        rStructure.NamePosition                  = namePosition;
+        rStructure.Members.Reserve(static_cast<UINT32>(std::min<UINT64>(childCount, BytesLeft() / MinElementBytes)));
         bool complete = true;
         for (UINT32 child = 0; child < childCount && complete; ++child)
         {
-            complete = ReadElement(*pStructure);
+            complete = ReadElement(rStructure);
         }
-        const auto entry = m_rStructures.try_emplace(pStructure->StructureID, nullptr);
-        if (entry.second)
-        {
-            entry.first->second = std::move(pStructure);
-        }
-        else
+        if (!isNew)
         {
             ParameterLogging::Write(m_pLog, ParameterLogging::Error,
-                                    "Error: Duplicate structure ID (%u) found in definition table: %s / %s\n",
-                                    pStructure->StructureID, entry.first->second->TypeName.c_str(),
-                                    pStructure->TypeName.c_str());
+                                    "Error: Duplicate structure ID (%u) found in definition table: %s / %s\n", id,
+                                    TextAt(entry->second.NamePosition).c_str(), TextOf(name).c_str());
         }
         return complete;
     }
 
     bool ReadElement(ParameterDefinitionStructure& rStructure)
     {
-        ParameterDefinitionElement      element;
-        ParameterDefinitionElementInfo& rInfo = element.Info.emplace();
-        BYTE                            type  = 0;
-        std::string_view                name;
-        UINT32                          minimum = 0;
-        if (!Read(type) || !Read(rInfo.ID) || !ReadText(name) || !Read(rInfo.Flags) || !Read(minimum) ||
-            !Read(rInfo.MaxCount) || !SkipText())
+        ParameterDefinitionElementInfo info;
+        BYTE                           type = 0;
+        std::string_view               name;
+        UINT32                         minimum = 0;
+        if (!Read(type) || !Read(info.ID) || !ReadText(name) || !Read(info.Flags) || !Read(minimum) ||
+            !Read(info.MaxCount) || !SkipText())
         {
             return false;
         }
-        rInfo.Type = static_cast<ParameterDefinitionType>(type);
-        rInfo.Flags |= ParameterDefinitionElementInfo::FlagsFromCounts(minimum, rInfo.MaxCount);
+        info.Type = static_cast<ParameterDefinitionType>(type);
+        info.Flags |= ParameterDefinitionElementInfo::FlagsFromCounts(minimum, info.MaxCount);
 
         // The stored length counts the terminator, the hash does not.
         const UINT32 nameLength = static_cast<UINT32>(name.size());
-        element.NameHash        = namehash::Checksum(name.data(), (nameLength > 0) ? nameLength - 1 : 0, true, 0);
-        const ParameterDefinitionElement& rAppended = rStructure.Members.Append(std::move(element));
-        if (rAppended.IsRepeated)
+        const UINT64 nameHash   = namehash::Checksum(name.data(), (nameLength > 0) ? nameLength - 1 : 0, true, 0);
+        if (rStructure.Members.Append(nameHash, info).IsRepeated)
         {
             ParameterLogging::Write(m_pLog, ParameterLogging::Error,
-                                    "Duplicated hash found in Children (%llu) object %s\n", rAppended.NameHash,
+                                    "Duplicated hash found in Children (%llu) object %s\n", nameHash,
                                     TextOf(name).c_str());
         }
         return true;
@@ -193,9 +186,14 @@ private:
         return Read(length) && SkipBytes(length);
     }
 
-    /// @param rText all stored bytes, the terminator included
-    bool ReadText(std::string_view& rText)
+    /// @param rText     all stored bytes, the terminator included
+    /// @param pPosition receives where the text's field begins, for TextAt; may be null
+    bool ReadText(std::string_view& rText, UINT64* pPosition = nullptr)
     {
+        if (pPosition != nullptr)
+        {
+            *pPosition = m_position;
+        }
         UINT32 length = 0;
         if (!Read(length))
         {
@@ -209,6 +207,16 @@ private:
         rText      = {reinterpret_cast<const CHAR*>(m_pSection + start), length};
         m_position = start + ParameterUtils::Padded(length, m_alignment);
         return true;
+    }
+
+    /// @return the text of a field that was read before
+    std::string TextAt(UINT64 position)
+    {
+        const UINT64     here = std::exchange(m_position, position);
+        std::string_view name;
+        (VOID) ReadText(name);
+        m_position = here;
+        return TextOf(name);
     }
 
     static std::string TextOf(std::string_view stored)

@@ -8,7 +8,7 @@ using Info = ParameterDefinitionElementInfo;
 
 UINT32 ParameterFileSymbolTableEntry::StoredPairSize() const
 {
-    return (Table->Version() < BinaryFileFormat::StructSymbolsVersion) ? 4 : 8;
+    return Table->HasRecordSizes() ? 8 : 4;
 }
 
 UINT64 ParameterFileSymbolTableEntry::Available(UINT32 limit) const

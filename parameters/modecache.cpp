@@ -200,7 +200,7 @@ VOID ModeCache::UnloadModules(ModeEntry* pTarget, const ModeEntry* pMode)
             {
                 ParameterLogging::Write(&m_rStore.Manager(), ParameterLogging::Warning,
                                         "%sUnloading referenced module %s, Mode: %s, Ref count: %u\n", prefix.c_str(),
-                                        pModule->GetModuleName(), pModule->Data->ModePath.c_str(),
+                                        pModule->GetModuleName(), pModule->Data->GetModePath().c_str(),
                                         static_cast<UINT32>(references));
             }
             pModule->UnloadModule();

@@ -157,7 +157,7 @@ ModuleReference* ModeEntry::OwnReference(ParameterModule* pModule, ReferenceChan
                                     : "Attempt to release module reference from wrong mode.  Mode: %d, SubMode: %d, "
                                       "Module %s, ModePath: %s\n",
                                 Mode.Mode, Mode.SubMode, pModule->GetModuleName(),
-                                pReference->Module->Data->ModePath.c_str());
+                                pReference->Module->Data->GetModePath().c_str());
         return nullptr;
     }
     return pReference;

@@ -31,9 +31,6 @@ ModuleData::ModuleData(UINT64 nameHash, UINT32 id, UINT32 duplicateId, const Ver
         m_pStandInInfo->Entry = m_pStandInMode.get();
         Mode                  = m_pStandInInfo.get();
     }
-    CHAR path[ModeEntry::MaxPathText];
-    Mode->Entry->GetModePath(path, sizeof(path));
-    ModePath = path;
 }
 
 ModuleData::~ModuleData() = default;
@@ -46,4 +43,11 @@ UINT32 ModuleData::GetModeTableIndex() const
 UINT32 ModuleData::GetModeIDValue() const
 {
     return BinaryFileFormat::GetModeIDValue(ModeId);
+}
+
+std::string ModuleData::GetModePath() const
+{
+    CHAR path[ModeEntry::MaxPathText];
+    Mode->Entry->GetModePath(path, sizeof(path));
+    return path;
 }

@@ -39,13 +39,21 @@ struct ModuleData
     UINT32 GetModeTableIndex() const;
     UINT32 GetModeIDValue() const;
 
+    /// @return whether its mode was found, so that none stands in for it
+    bool HasMode() const
+    {
+        return m_pStandInMode == nullptr;
+    }
+
+    /// @return the path of the mode, numeric, for messages
+    std::string GetModePath() const;
+
     const UINT64              NameHash;
     const UINT32              ID;           ///< entry of the symbol table
     const UINT32              DuplicateID;  ///< entry whose data is identical; ID itself if there is no other
     const VersionUnion        Version;      ///< of the module's schema
     const UINT32              ModeId;
     ModeEntryInfo*            Mode = nullptr;  ///< never null
-    std::string               ModePath;        ///< numeric, for messages
     ParameterSetManager*      SetManager;
     ParameterFileSymbolTable* SymbolTable;
 

@@ -60,6 +60,12 @@ public:
     /// @param pWhole Length() bytes, as Read gave them
     VOID KeepInMemory(TuningBlock pWhole);
 
+    /// @return the whole file while it is kept in memory, otherwise null. For the thread that loads the file
+    const BYTE* Whole() const
+    {
+        return m_pWhole.get();
+    }
+
     /// Adds adjust to the number of references; the first one opens the file, the last one closes it.
     /// @return the number of references
     INT32 Reference(INT32 adjust);

@@ -13,13 +13,20 @@ namespace
 
 using StructureSet = std::unordered_set<const ParameterDefinitionStructure*>;
 
+/// A structure, and one that contains it.
+struct Use
+{
+    const ParameterDefinitionStructure* pInner;
+    const ParameterDefinitionStructure* pUser;
+};
+
 /// Structures of which a member has not matched, in themselves or in a structure that they contain.
 StructureSet FindUnmatched(const ParameterDefinitions::StructureMap& rStructures)
 {
-    std::unordered_map<const ParameterDefinitionStructure*, std::vector<const ParameterDefinitionStructure*>> users;
-    StructureSet                                                                                              unmatched;
-    std::vector<const ParameterDefinitionStructure*>                                                          pending;
-    const auto mark = [&](const ParameterDefinitionStructure* pStructure)
+    std::vector<Use>                                 uses;
+    StructureSet                                     unmatched;
+    std::vector<const ParameterDefinitionStructure*> pending;
+    const auto                                       mark = [&](const ParameterDefinitionStructure* pStructure)
     {
         if (unmatched.insert(pStructure).second)
         {
@@ -27,29 +34,31 @@ StructureSet FindUnmatched(const ParameterDefinitions::StructureMap& rStructures
         }
     };
 
-    for (const auto& [id, pStructure] : rStructures)
+    for (const auto& [id, rStructure] : rStructures)
     {
-        bool matched = !pStructure->MissedMember.load();
-        for (const ParameterDefinitionElement& rChild : pStructure->Members)
+        bool matched = !rStructure.MissedMember.load();
+        for (const ParameterDefinitionElement& rChild : rStructure.Members)
         {
             matched = matched && (rChild.IsRepeated || rChild.Verified.load());
             if (!rChild.IsRepeated && rChild.Info.has_value() && rChild.Info->Structure != nullptr)
             {
-                users[rChild.Info->Structure].push_back(pStructure.get());
+                uses.push_back({rChild.Info->Structure, &rStructure});
             }
         }
         if (!matched)
         {
-            mark(pStructure.get());
+            mark(&rStructure);
         }
     }
+    std::ranges::sort(uses, std::ranges::less(), &Use::pInner);
     while (!pending.empty())
     {
         const ParameterDefinitionStructure* pStructure = pending.back();
         pending.pop_back();
-        for (const ParameterDefinitionStructure* pUser : users[pStructure])
+        for (auto use = std::ranges::lower_bound(uses, pStructure, std::ranges::less(), &Use::pInner);
+             use != uses.end() && use->pInner == pStructure; ++use)
         {
-            mark(pUser);
+            mark(use->pUser);
         }
     }
     return unmatched;
@@ -118,24 +127,36 @@ UINT32 ParameterDefinitionElement::GetSize() const
 VOID ParameterDefinitionMembers::Reserve(UINT32 count)
 {
     m_elements.reserve(count);
-    SetSlotCount(std::bit_ceil(2 * static_cast<size_t>(count)));
+    if (count > LinearMax)
+    {
+        SetSlotCount(std::bit_ceil(2 * static_cast<size_t>(count)));
+    }
 }
 
-ParameterDefinitionElement& ParameterDefinitionMembers::Append(ParameterDefinitionElement&& rElement)
+ParameterDefinitionElement& ParameterDefinitionMembers::Append(UINT64                                nameHash,
+                                                               const ParameterDefinitionElementInfo& rInfo)
 {
-    if (m_slots.size() < 2 * (m_elements.size() + 1))
+    if (Count() >= LinearMax && m_slots.size() < 2 * (m_elements.size() + 1))
     {
-        SetSlotCount(std::max<size_t>(2 * m_slots.size(), 8));
+        SetSlotCount(std::bit_ceil(4 * m_elements.size()));
     }
-    UINT32& rSlot       = SlotOf(rElement.NameHash);
-    rElement.IsRepeated = rSlot != FreeSlot;
-    rSlot               = rElement.IsRepeated ? rSlot : Count();
-    return m_elements.emplace_back(std::move(rElement));
+    const bool isRepeated = Find(nameHash) != nullptr;
+    if (!m_slots.empty() && !isRepeated)
+    {
+        SlotOf(nameHash) = Count();
+    }
+    return m_elements.emplace_back(nameHash, rInfo, isRepeated);
 }
 
 ParameterDefinitionElement* ParameterDefinitionMembers::Find(UINT64 nameHash)
 {
-    const UINT32 position = m_slots.empty() ? FreeSlot : SlotOf(nameHash);
+    if (m_slots.empty())
+    {
+        const auto found = std::find_if(m_elements.begin(), m_elements.end(),
+                                        [nameHash](const auto& rElement) { return rElement.NameHash == nameHash; });
+        return (found != m_elements.end()) ? &*found : nullptr;
+    }
+    const UINT32 position = SlotOf(nameHash);
     return (position != FreeSlot) ? &m_elements[position] : nullptr;
 }
 
@@ -175,13 +196,13 @@ VOID ParameterDefinitions::Prune()
 {
     const StructureSet unmatched = FindUnmatched(m_structures);
     StructureSet       keep;
-    for (const auto& [id, pStructure] : m_structures)
+    for (auto& [id, rStructure] : m_structures)
     {
-        if (pStructure->MissedMember.load())
+        if (rStructure.MissedMember.load())
         {
-            keep.insert(pStructure.get());
+            keep.insert(&rStructure);
         }
-        for (ParameterDefinitionElement& rChild : pStructure->Members)
+        for (ParameterDefinitionElement& rChild : rStructure.Members)
         {
             if (rChild.IsRepeated)
             {
@@ -193,25 +214,25 @@ VOID ParameterDefinitions::Prune()
                 rChild.Info.reset();
                 continue;
             }
-            keep.insert(pStructure.get());
+            keep.insert(&rStructure);
             if (pInner != nullptr)
             {
                 keep.insert(pInner);
             }
         }
     }
-    std::erase_if(m_structures, [&](const auto& rEntry) { return keep.count(rEntry.second.get()) == 0; });
-    std::erase_if(m_modules, [&](const auto& rEntry) { return m_structures.count(rEntry.second->StructureID) == 0; });
+    std::erase_if(m_structures, [&](const auto& rEntry) { return keep.count(&rEntry.second) == 0; });
+    std::erase_if(m_modules, [&](const auto& rEntry) { return m_structures.count(rEntry.second.StructureID) == 0; });
 }
 
 ParameterDefinitionStructure* ParameterDefinitions::FindStructure(UINT32 structureId) const
 {
     const auto entry = m_structures.find(structureId);
-    return (entry != m_structures.end()) ? entry->second.get() : nullptr;
+    return (entry != m_structures.end()) ? &entry->second : nullptr;
 }
 
 ParameterDefinitionStructure* ParameterDefinitions::FindModuleStructure(UINT64 nameHash) const
 {
     const auto entry = m_modules.find(nameHash);
-    return (entry != m_modules.end()) ? FindStructure(entry->second->StructureID) : nullptr;
+    return (entry != m_modules.end()) ? FindStructure(entry->second.StructureID) : nullptr;
 }

@@ -6,9 +6,7 @@
 #pragma once
 
 #include <atomic>
-#include <memory>
 #include <optional>
-#include <string>
 #include <unordered_map>
 #include <vector>
 
@@ -124,7 +122,10 @@ struct ParameterDefinitionElementInfo
 class ParameterDefinitionElement
 {
 public:
-    ParameterDefinitionElement() = default;
+    ParameterDefinitionElement(UINT64 nameHash, const ParameterDefinitionElementInfo& rInfo, bool isRepeated = false)
+        : NameHash(nameHash), IsRepeated(isRepeated), Info(rInfo)
+    {
+    }
 
     /// For members of a structure that is being read: nobody has marked them yet.
     ParameterDefinitionElement(ParameterDefinitionElement&& rOther) noexcept
@@ -141,8 +142,8 @@ public:
     /// @return bytes of one stored value: 1 for texts, 4 for flagged floats, a structure's Size, 0 where there is none
     UINT32 GetSize() const;
 
-    UINT64                                        NameHash   = 0;
-    bool                                          IsRepeated = false;  ///< another member of its name stands before it
+    const UINT64                                  NameHash;
+    const bool                                    IsRepeated;       ///< another member of its name stands before it
     std::atomic<bool>                             Verified{false};  ///< a record had it in the layout the code expects
     std::optional<ParameterDefinitionElementInfo> Info;             ///< none once it has matched and been pruned
 };
@@ -156,7 +157,7 @@ public:
 
     /// Appends a member. Of members of one name the first is found, and the others are marked as repeated.
     /// @return the member, until another one is appended
-    ParameterDefinitionElement& Append(ParameterDefinitionElement&& rElement);
+    ParameterDefinitionElement& Append(UINT64 nameHash, const ParameterDefinitionElementInfo& rInfo);
 
     /// @return null if there is no such member
     ParameterDefinitionElement* Find(UINT64 nameHash);
@@ -182,23 +183,34 @@ public:
         return m_elements.end();
     }
 
+    auto begin() const
+    {
+        return m_elements.begin();
+    }
+
+    auto end() const
+    {
+        return m_elements.end();
+    }
+
 private:
-    static constexpr UINT32 FreeSlot = 0xFFFFFFFF;
+    static constexpr UINT32 FreeSlot  = 0xFFFFFFFF;
+    static constexpr UINT32 LinearMax = 8;  ///< members that are found without slots
 
     UINT32& SlotOf(UINT64 nameHash);
     VOID    SetSlotCount(size_t count);
 
     std::vector<ParameterDefinitionElement> m_elements;
-    std::vector<UINT32> m_slots;  ///< positions by name hash; a power of two of slots, at most half of them taken
+    std::vector<UINT32> m_slots;  ///< positions by name hash, of more than LinearMax members: a power of two of slots,
+                                  ///< at most half of them taken
 };
 
 /// A structure: the members of a record.
 struct ParameterDefinitionStructure
 {
-    UINT32            StructureID = 0;
-    std::string       TypeName;
-    UINT64            StructureHash = 0;
-    UINT32            Size          = 0;    ///< bytes of a record, its byte count included; 0 if there are no members
+    UINT32            StructureID  = 0;
+    UINT64            NamePosition = 0;     ///< of its type's name in the section
+    UINT32            Size         = 0;     ///< bytes of a record, its byte count included; 0 if there are no members
     std::atomic<bool> MissedMember{false};  ///< the code asked for a member that the file's schema does not have
 
     ParameterDefinitionMembers Members;
@@ -224,23 +236,22 @@ private:
 /// The root structure of a module.
 struct ParameterDefinitionModule
 {
-    UINT32      StructureID = 0;
-    UINT64      NameHash    = 0;
-    std::string Name;
+    UINT32 StructureID  = 0;
+    UINT64 NamePosition = 0;  ///< of its name in the section
 };
 
 /// All definitions of a file.
 ///
-/// Filled before records are loaded, and pruned after; in between, loading threads only read, and set the marks
-/// `Verified` and `MissedMember`.
+/// Filled before records are loaded, and pruned after; in between, loading threads only read, set the marks `Verified`
+/// and `MissedMember`, and note what IsLayoutOf has found.
 class ParameterDefinitions
 {
 public:
     /// By name hash.
-    using ModuleMap = std::unordered_map<UINT64, std::unique_ptr<ParameterDefinitionModule>>;
+    using ModuleMap = std::unordered_map<UINT64, ParameterDefinitionModule>;
 
     /// By structure ID.
-    using StructureMap = std::unordered_map<UINT32, std::unique_ptr<ParameterDefinitionStructure>>;
+    using StructureMap = std::unordered_map<UINT32, ParameterDefinitionStructure>;
 
     /// Reads a definition section.
     /// @param countedArrays records of the file have a count in front of fixed arrays
@@ -261,6 +272,6 @@ public:
     }
 
 private:
-    ModuleMap    m_modules;
-    StructureMap m_structures;
+    ModuleMap            m_modules;
+    mutable StructureMap m_structures;  ///< whoever finds one may mark it
 };

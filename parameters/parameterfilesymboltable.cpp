@@ -7,7 +7,9 @@
 
 ParameterFileSymbolTable::ParameterFileSymbolTable(ParameterSetManager* pSetManager, const IParameterLoggingAPI* pLog,
                                                    UINT32 alignment, const VersionUnion& rVersion)
-    : m_pSetManager(pSetManager), m_pLog(pLog), m_alignment(alignment), m_version(rVersion)
+    : m_pSetManager(pSetManager), m_pLog(pLog), m_alignment(alignment), m_version(rVersion),
+      m_hasRecordSizes(rVersion >= BinaryFileFormat::StructSymbolsVersion),
+      m_hasArrayCounts(rVersion >= BinaryFileFormat::MultiModeTableVersion)
 {
 }
 
@@ -30,23 +32,41 @@ bool ParameterFileSymbolTable::Find(ParameterFileSymbolTableEntry& rEntry, UINT3
                                 id, rRows.count);
         return false;
     }
-    if (m_pFile != nullptr)
+    const Row* const  pRow   = !rRows.resident.empty() ? &rRows.resident[id] : nullptr;
+    const BYTE* const pBlock = (pRow != nullptr) ? BlockInMemory(*pRow) : nullptr;
+    if (m_pFile != nullptr && (pBlock == nullptr || pRow->size == 0 || !pRow->isSilent))
     {
         return FindInFile(rEntry, rRows, id, isModule);
     }
-    if (rRows.entries.empty())
+    if (pRow == nullptr)
     {
         return false;
     }
-    const ParameterFileSymbolTableEntry& rResident = rRows.entries[id];
-    if (rResident.Data == nullptr && rResident.DataSize > 0)
+    if (pBlock == nullptr && pRow->size > 0)
     {
         ParameterLogging::Write(m_pLog, ParameterLogging::Error, "Find: data of entry ID %d lies outside of the file\n",
                                 id);
         return false;
     }
-    rEntry.ShareBlock(rResident);
+    // A load from a file costs the same, in memory or not.
+    if (m_pFile != nullptr && !isModule && !rEntry.ChargeWork(pRow->size))
+    {
+        return false;
+    }
+    rEntry.ID          = pRow->id;
+    rEntry.DuplicateID = pRow->duplicateId;
+    rEntry.DataSize    = pRow->size;
+    rEntry.IsModule    = m_pFile != nullptr && pRow->isModule;
+    rEntry.Data        = pBlock;
     return true;
+}
+
+/// @return null if nothing is in memory, or if the block reaches beyond the file
+const BYTE* ParameterFileSymbolTable::BlockInMemory(const Row& rRow) const
+{
+    const UINT64 offset  = static_cast<UINT64>(m_data.Offset) + rRow.offset;
+    const bool   isThere = m_pBuffer != nullptr && offset <= m_length && rRow.size <= m_length - offset;
+    return isThere ? m_pBuffer + offset : nullptr;
 }
 
 bool ParameterFileSymbolTable::FindInFile(ParameterFileSymbolTableEntry& rEntry, const Rows& rRows, UINT32 id,
@@ -72,24 +92,29 @@ bool ParameterFileSymbolTable::FetchEntry(ParameterFileSymbolTableEntry& rEntry,
     const bool   symbolRow = IsOfModules(rRows);
     const UINT32 rowSize   = symbolRow ? BinaryFileFormat::GetSymbolEntrySize(m_version)
                                        : BinaryFileFormat::GetDataTableEntrySize(m_version);
-    BYTE         row[MaxRowSize];
+    BYTE         bytes[MaxRowSize];
     UINT64       filePosition = rRows.lookup[id].Position;
     UINT64       rowPosition  = 0;
+    Row          row;
     rEntry.Init(this);
-    if (!m_pFile->Read(row, rRows.section.Offset, filePosition, rowSize, 1) ||
-        !rEntry.LoadRow(row, rowSize, rowPosition, m_pModeTable, symbolRow, id))
+    if (!m_pFile->Read(bytes, rRows.section.Offset, filePosition, rowSize, 1) ||
+        !ReadRow(row, bytes, rowSize, rowPosition, symbolRow, id))
     {
         return false;
     }
-    if (rEntry.DataSize == 0)
+    rEntry.ID          = row.id;
+    rEntry.DuplicateID = row.duplicateId;
+    rEntry.DataSize    = row.size;
+    rEntry.IsModule    = row.isModule;
+    if (row.size == 0)
     {
         return true;
     }
-    if (!isModule && !rEntry.ChargeWork(rEntry.DataSize))
+    if (!isModule && !rEntry.ChargeWork(row.size))
     {
         return false;
     }
-    rEntry.OwnedData = m_pFile->Read(static_cast<UINT64>(m_data.Offset) + rEntry.DataOffset, rEntry.DataSize);
+    rEntry.OwnedData = m_pFile->Read(static_cast<UINT64>(m_data.Offset) + row.offset, row.size);
     rEntry.Data      = rEntry.OwnedData.get();
     return rEntry.Data != nullptr;
 }
@@ -118,21 +143,19 @@ bool ParameterFileSymbolTable::ReadPointerEntry(ParameterFileSymbolTableEntry& r
     return found;
 }
 
-std::unique_ptr<ParameterDefinitionElement> ParameterFileSymbolTable::BuildModuleElement(UINT64 nameHash) const
+std::optional<ParameterDefinitionElement> ParameterFileSymbolTable::BuildModuleElement(UINT64 nameHash) const
 {
     ParameterDefinitionStructure* pStructure = FindModuleStructure(nameHash);
     if (pStructure == nullptr)
     {
-        return nullptr;
+        return std::nullopt;
     }
-    auto pElement      = std::make_unique<ParameterDefinitionElement>();
-    pElement->NameHash = nameHash;
-    auto& rInfo        = pElement->Info.emplace();
-    rInfo.Type         = ParameterDefinitionType_Structure;
-    rInfo.ID           = pStructure->StructureID;
-    rInfo.MaxCount     = 1;
-    rInfo.Structure    = pStructure;
-    return pElement;
+    ParameterDefinitionElementInfo info;
+    info.Type      = ParameterDefinitionType_Structure;
+    info.ID        = pStructure->StructureID;
+    info.MaxCount  = 1;
+    info.Structure = pStructure;
+    return std::optional<ParameterDefinitionElement>(std::in_place, nameHash, info);
 }
 
 VOID* ParameterFileSymbolTable::GetDupObject(bool isModule, UINT32 id, const ReadingSite& rSite, UINT32 count)
@@ -186,7 +209,7 @@ VOID ParameterFileSymbolTable::FreeEntryData()
 {
     for (Rows* pRows : {&m_symbols, &m_dataTable})
     {
-        std::vector<ParameterFileSymbolTableEntry>().swap(pRows->entries);
+        std::vector<Row>().swap(pRows->resident);
     }
     m_pBuffer = nullptr;
 }

@@ -23,9 +23,9 @@ struct EntryData
 
 /// Resolves IDs of a file to blocks of data.
 ///
-/// With a file object, blocks are read from the file on demand; without one they lie in the caller's buffer, which must
-/// stay until FreeEntryData. Find and the operations on shared objects may be called from any thread once the table is
-/// loaded.
+/// Without a file object, blocks lie in the caller's buffer, which must stay until FreeEntryData. With one they are
+/// read from the file on demand; while it is kept in memory, they are used there, until FreeEntryData as well. Find and
+/// the operations on shared objects may be called from any thread once the table is loaded.
 class ParameterFileSymbolTable
 {
 public:
@@ -39,7 +39,7 @@ public:
     ParameterFileSymbolTable& operator=(const ParameterFileSymbolTable&) = delete;
 
     /// Reads definitions, symbol table and data table.
-    /// @param pBuffer         the whole file; not used if there is a file object
+    /// @param pBuffer         the whole file; not used if there is a file object, which may have it in memory as well
     /// @param pFile           null to work from the buffer
     /// @param readDefinitions false parses the definitions and keeps none
     bool Load(const BYTE* pBuffer, UINT64 length, std::shared_ptr<ParameterBinaryFile> pFile,
@@ -70,8 +70,8 @@ public:
     }
 
     /// Makes an element by which a module's record can be read as a member of nothing.
-    /// @return null if there are no definitions for the module
-    std::unique_ptr<ParameterDefinitionElement> BuildModuleElement(UINT64 nameHash) const;
+    /// @return none if there are no definitions for the module
+    std::optional<ParameterDefinitionElement> BuildModuleElement(UINT64 nameHash) const;
 
     /// The object that another read of the site has made of the same data; one more reference is taken for it.
     /// @param id    entry whose data is the same
@@ -109,7 +109,13 @@ public:
         return m_modules[index].get();
     }
 
-    /// Drops the rows that are in memory; with a file they are read again one by one. The caller's buffer may go.
+    /// @return whether blocks are used where they lie in memory
+    bool IsInMemory() const
+    {
+        return m_pBuffer != nullptr;
+    }
+
+    /// Drops the rows that are in memory; with a file they are read again one by one. The buffer may go.
     VOID FreeEntryData();
 
     /// Drops what Find needs; no Find works after it.
@@ -144,6 +150,18 @@ public:
         return m_version;
     }
 
+    /// @return whether records have their number of bytes in front
+    bool HasRecordSizes() const
+    {
+        return m_hasRecordSizes;
+    }
+
+    /// @return whether counted inline arrays have their count in front
+    bool HasArrayCounts() const
+    {
+        return m_hasArrayCounts;
+    }
+
     UINT32 Alignment() const
     {
         return m_alignment;
@@ -168,18 +186,28 @@ public:
     }
 
 private:
-    friend class ParameterFileSymbolTableEntry;
-
     static constexpr UINT32 MaxRowSize = 76;  ///< bytes, of all versions and both tables
+
+    /// A row, as a file stores it.
+    struct Row
+    {
+        UINT32                      id          = 0;
+        UINT32                      duplicateId = 0;
+        UINT32                      offset      = 0;  ///< of the block, bytes from the start of the data section
+        UINT32                      size        = 0;  ///< of the block, bytes
+        bool                        isModule    = false;
+        bool                        isSilent    = false;  ///< reading it once more would log nothing
+        std::unique_ptr<ModuleData> pModule;              ///< of a module, until the table has taken it
+    };
 
     /// One of the two tables.
     struct Rows
     {
-        std::vector<ParameterFileSymbolTableEntry> entries;  ///< by ID; empty when rows are read on demand
-        std::vector<EntryData>                     lookup;   ///< by ID
-        SectionInfo                                section{};
-        UINT32                                     count    = 0;
-        UINT32                                     dupCount = 0;  ///< groups of entries with the same block, plus 1
+        std::vector<Row>       resident;  ///< by ID; empty when rows are read on demand
+        std::vector<EntryData> lookup;    ///< by ID
+        SectionInfo            section{};
+        UINT32                 count    = 0;
+        UINT32                 dupCount = 0;  ///< groups of entries with the same block, plus 1
     };
 
     bool        CountEntries(const BinaryFileSections& rSections);
@@ -190,8 +218,9 @@ private:
     bool        ReadTable(Rows& rRows);
     bool        ParseTable(Rows& rRows, const BYTE* pRows, UINT64 length);
     VOID        AssignDupSlots(Rows& rRows) const;
-    VOID        PointAtBlocks(Rows& rRows) const;
     bool        AreClaimsPlausible() const;
+    bool        ReadRow(Row& rRow, const BYTE* pRows, UINT64 length, UINT64& rPosition, bool isModule, UINT32 id);
+    const BYTE* BlockInMemory(const Row& rRow) const;
     bool        FindInFile(ParameterFileSymbolTableEntry& rEntry, const Rows& rRows, UINT32 id, bool isModule);
     bool        FetchEntry(ParameterFileSymbolTableEntry& rEntry, const Rows& rRows, UINT32 id, bool isModule);
 
@@ -215,8 +244,10 @@ private:
     const IParameterLoggingAPI* const    m_pLog;
     const UINT32                         m_alignment;
     const VersionUnion                   m_version;
+    const bool                           m_hasRecordSizes;
+    const bool                           m_hasArrayCounts;
     std::shared_ptr<ParameterBinaryFile> m_pFile;
-    const BYTE*                          m_pBuffer = nullptr;  ///< the whole file, when there is no file object
+    const BYTE*                          m_pBuffer = nullptr;  ///< the whole file, while it is in memory
     UINT64                               m_length  = 0;        ///< of the file or the buffer
     SectionInfo                          m_data{};
     IModeTable*                          m_pModeTable = nullptr;

@@ -23,7 +23,7 @@ bool ParameterFileSymbolTable::Load(const BYTE* pBuffer, UINT64 length, std::sha
                                     const BinaryFileSections& rSections, IModeTable* pModeTable, bool readDefinitions)
 {
     m_pFile      = std::move(pFile);
-    m_pBuffer    = (m_pFile == nullptr) ? pBuffer : nullptr;
+    m_pBuffer    = (m_pFile == nullptr) ? pBuffer : m_pFile->Whole();
     m_length     = (m_pFile == nullptr) ? length : m_pFile->Length();
     m_data       = rSections.Data;
     m_pModeTable = pModeTable;
@@ -93,7 +93,7 @@ bool ParameterFileSymbolTable::AllocateEntries()
     {
         for (Rows* pRows : {&m_symbols, &m_dataTable})
         {
-            pRows->entries = std::vector<ParameterFileSymbolTableEntry>(static_cast<size_t>(pRows->count) + 1);
+            pRows->resident = std::vector<Row>(static_cast<size_t>(pRows->count) + 1);
             pRows->lookup.assign(static_cast<size_t>(pRows->count) + 1, EntryData{});
         }
     }
@@ -108,7 +108,9 @@ bool ParameterFileSymbolTable::AllocateEntries()
 const BYTE* ParameterFileSymbolTable::ReadSection(const SectionInfo& rSection, const CHAR* pTable,
                                                   TuningBlock& rBlock) const
 {
-    const BYTE* const pSection = BinaryFileFormat::GetSection(rSection, m_pBuffer, m_length, m_pFile.get(), rBlock);
+    const bool isInMemory = m_pBuffer != nullptr && static_cast<UINT64>(rSection.Offset) + rSection.Size <= m_length;
+    const BYTE* const pSection =
+        BinaryFileFormat::GetSection(rSection, m_pBuffer, m_length, isInMemory ? nullptr : m_pFile.get(), rBlock);
     if (pSection == nullptr)
     {
         LogUnreadable(rSection, pTable);
@@ -131,8 +133,7 @@ bool ParameterFileSymbolTable::ReadDefinitions(const SectionInfo& rSection, bool
     {
         return false;
     }
-    const bool countedArrays = m_version >= BinaryFileFormat::MultiModeTableVersion;
-    const bool complete      = m_definitions.Read(pSection, rSection.Size, m_alignment, countedArrays, m_pLog);
+    const bool complete = m_definitions.Read(pSection, rSection.Size, m_alignment, m_hasArrayCounts, m_pLog);
     if (!keep)
     {
         m_definitions = ParameterDefinitions();
@@ -153,16 +154,12 @@ bool ParameterFileSymbolTable::ReadTable(Rows& rRows)
         return false;
     }
     AssignDupSlots(rRows);
-    for (ParameterFileSymbolTableEntry& rEntry : rRows.entries)
+    for (Row& rRow : rRows.resident)
     {
-        if (rEntry.Module != nullptr)
+        if (rRow.pModule != nullptr)
         {
-            m_modules.push_back(std::move(rEntry.Module));
+            m_modules.push_back(std::move(rRow.pModule));
         }
-    }
-    if (m_pFile == nullptr)
-    {
-        PointAtBlocks(rRows);
     }
     return true;
 }
@@ -191,17 +188,83 @@ bool ParameterFileSymbolTable::ParseTable(Rows& rRows, const BYTE* pRows, UINT64
             ParameterLogging::Write(m_pLog, ParameterLogging::Error, "Symbol table entry ID %d out of range 1 - %d\n",
                                     id, rRows.count);
         }
-        ParameterFileSymbolTableEntry  skipped;
-        ParameterFileSymbolTableEntry& rEntry = usable ? rRows.entries[id] : skipped;
-        rEntry.Init(this);
-        if (!rEntry.LoadRow(pRows, length, position, m_pModeTable, IsOfModules(rRows), id))
+        Row  skipped;
+        Row& rRow = usable ? rRows.resident[id] : skipped;
+        if (!ReadRow(rRow, pRows, length, position, IsOfModules(rRows), id))
         {
             return false;
         }
         if (usable)
         {
-            rRows.lookup[id] = {rEntry.DuplicateID, static_cast<UINT32>(start)};
+            rRows.lookup[id] = {rRow.duplicateId, static_cast<UINT32>(start)};
         }
+    }
+    return true;
+}
+
+/// Parses a row.
+/// @param pRows     the table's rows, all of them or one
+/// @param rPosition start of the row; behind it on return
+/// @param isModule  the row is one of the symbol table
+/// @param id        of the row, for files that do not store it
+/// @return false if the row is not wholly there
+bool ParameterFileSymbolTable::ReadRow(Row& rRow, const BYTE* pRows, UINT64 length, UINT64& rPosition, bool isModule,
+                                       UINT32 id)
+{
+    constexpr UINT32 NameSize = 32;
+    const bool       named    = m_version < BinaryFileFormat::StructSymbolsVersion;
+    const auto       read     = [&](auto& rValue)
+    { return ParameterUtils::ReadField(rValue, pRows, length, rPosition, m_alignment, m_pLog); };
+
+    VersionUnion moduleVersion;
+    UINT64       nameHash = 0;
+    UINT64       reserved = 0;
+    UINT32       modeId   = BinaryFileFormat::NoMode;
+
+    rRow    = {};
+    rRow.id = id;
+    if (named && !read(rRow.id))
+    {
+        return false;
+    }
+    if (isModule)
+    {
+        if (named)
+        {
+            ParameterUtils::ReadText(pRows, length, rPosition, NameSize, m_alignment);
+        }
+        const bool hasReserved = m_version < BinaryFileFormat::AlignedEndVersion && m_alignment == 1;
+        if ((!named && !read(nameHash)) || !read(moduleVersion.Value) || (hasReserved && !read(reserved)) ||
+            !read(modeId))
+        {
+            return false;
+        }
+    }
+    if (!read(rRow.offset) || !read(rRow.size))
+    {
+        return false;
+    }
+    rRow.duplicateId = rRow.id;
+    if (m_version > BinaryFileFormat::AlignedEndVersion && !read(rRow.duplicateId))
+    {
+        return false;
+    }
+
+    const UINT32 count = isModule ? Count() : DTCount();
+    rRow.isModule      = isModule && modeId != BinaryFileFormat::NoMode;
+    rRow.isSilent      = rRow.duplicateId <= count;
+    if (rRow.duplicateId > count)
+    {
+        ParameterLogging::Write(m_pLog, ParameterLogging::Error,
+                                isModule ? "Invalid DuplicateID value %u, should be less than module table count: %u\n"
+                                         : "Invalid DuplicateID value %u, should be less than data table count: %u\n",
+                                rRow.duplicateId, count);
+    }
+    if (rRow.isModule)
+    {
+        rRow.pModule  = std::make_unique<ModuleData>(nameHash, rRow.id, rRow.duplicateId, moduleVersion, modeId,
+                                                    m_pModeTable, m_pSetManager, this, m_pLog);
+        rRow.isSilent = rRow.isSilent && rRow.pModule->HasMode();
     }
     return true;
 }
@@ -234,18 +297,6 @@ VOID ParameterFileSymbolTable::AssignDupSlots(Rows& rRows) const
     }
 }
 
-VOID ParameterFileSymbolTable::PointAtBlocks(Rows& rRows) const
-{
-    for (ParameterFileSymbolTableEntry& rEntry : rRows.entries)
-    {
-        const UINT64 offset = static_cast<UINT64>(m_data.Offset) + rEntry.DataOffset;
-        if (offset <= m_length && rEntry.DataSize <= m_length - offset)
-        {
-            rEntry.Data = m_pBuffer + offset;
-        }
-    }
-}
-
 bool ParameterFileSymbolTable::AreClaimsPlausible() const
 {
     if (m_pFile == nullptr)
@@ -253,9 +304,9 @@ bool ParameterFileSymbolTable::AreClaimsPlausible() const
         return true;  // nothing is fetched
     }
     UINT64 claimed = 0;
-    for (const ParameterFileSymbolTableEntry& rEntry : m_symbols.entries)
+    for (const Row& rRow : m_symbols.resident)
     {
-        claimed += rEntry.DataSize;
+        claimed += rRow.size;
     }
     if (claimed > ClaimBase + ClaimPerByte * m_length)
     {

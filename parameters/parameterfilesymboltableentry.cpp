@@ -13,80 +13,11 @@ VOID ParameterFileSymbolTableEntry::Init(ParameterFileSymbolTable* pTable)
     Table       = pTable;
     ID          = 0;
     DuplicateID = 0;
-    DataOffset  = 0;
     DataSize    = 0;
+    IsModule    = false;
     Data        = nullptr;
     Position    = 0;
     OwnedData.reset();
-    Module.reset();
-}
-
-bool ParameterFileSymbolTableEntry::LoadRow(const BYTE* pRows, UINT64 length, UINT64& rPosition, IModeTable* pModeTable,
-                                            bool isModule, UINT32 id)
-{
-    constexpr UINT32    NameSize = 32;
-    const VersionUnion& rVersion = Table->Version();
-    const bool          named    = rVersion < BinaryFileFormat::StructSymbolsVersion;
-    const auto          read     = [&](auto& rValue)
-    { return ParameterUtils::ReadField(rValue, pRows, length, rPosition, GetAlignment(), GetLog()); };
-
-    VersionUnion moduleVersion;
-    UINT64       nameHash = 0;
-    UINT64       reserved = 0;
-    UINT32       modeId   = BinaryFileFormat::NoMode;
-
-    ID = id;
-    if (named && !read(ID))
-    {
-        return false;
-    }
-    if (isModule)
-    {
-        if (named)
-        {
-            ParameterUtils::ReadText(pRows, length, rPosition, NameSize, GetAlignment());
-        }
-        const bool hasReserved = rVersion < BinaryFileFormat::AlignedEndVersion && GetAlignment() == 1;
-        if ((!named && !read(nameHash)) || !read(moduleVersion.Value) || (hasReserved && !read(reserved)) ||
-            !read(modeId))
-        {
-            return false;
-        }
-    }
-    if (!read(DataOffset) || !read(DataSize))
-    {
-        return false;
-    }
-    DuplicateID = ID;
-    if (rVersion > BinaryFileFormat::AlignedEndVersion && !read(DuplicateID))
-    {
-        return false;
-    }
-
-    const UINT32 count = isModule ? Table->Count() : Table->DTCount();
-    if (DuplicateID > count)
-    {
-        LogMessage(true,
-                   isModule ? "Invalid DuplicateID value %u, should be less than module table count: %u\n"
-                            : "Invalid DuplicateID value %u, should be less than data table count: %u\n",
-                   DuplicateID, count);
-    }
-    if (isModule && modeId != BinaryFileFormat::NoMode)
-    {
-        Module = std::make_unique<ModuleData>(nameHash, ID, DuplicateID, moduleVersion, modeId, pModeTable,
-                                              Table->m_pSetManager, Table, GetLog());
-    }
-    return true;
-}
-
-VOID ParameterFileSymbolTableEntry::ShareBlock(const ParameterFileSymbolTableEntry& rOther)
-{
-    Init(Table);
-    ID          = rOther.ID;
-    DuplicateID = rOther.DuplicateID;
-    DataOffset  = rOther.DataOffset;
-    DataSize    = rOther.DataSize;
-    Data        = rOther.Data;
 }
 
 UINT32 ParameterFileSymbolTableEntry::GetAlignment() const
@@ -101,7 +32,7 @@ const IParameterLoggingAPI* ParameterFileSymbolTableEntry::GetLog() const
 
 bool ParameterFileSymbolTableEntry::IsFixedCountVersion() const
 {
-    return Table->Version() >= BinaryFileFormat::MultiModeTableVersion;
+    return Table->HasArrayCounts();
 }
 
 bool ParameterFileSymbolTableEntry::ReadLimited(UINT32& rValue, UINT32 limit)
@@ -116,7 +47,7 @@ bool ParameterFileSymbolTableEntry::ReadLimited(UINT32& rValue, UINT32 limit)
 
 UINT32 ParameterFileSymbolTableEntry::ReadLoadDataLimit(UINT32 limit)
 {
-    if (Table->Version() < BinaryFileFormat::StructSymbolsVersion)
+    if (!Table->HasRecordSizes())
     {
         return NoLoadDataLimit;
     }
@@ -209,12 +140,12 @@ ParameterFileSymbolTableEntry::AdjustPositionAndGetElement(const ParameterLoadPa
 
 VOID* ParameterFileSymbolTableEntry::GetDupObject(const ReadingSite& rSite, UINT32 count) const
 {
-    return Table->GetDupObject(Module != nullptr, DuplicateID, rSite, count);
+    return Table->GetDupObject(IsModule, DuplicateID, rSite, count);
 }
 
 VOID ParameterFileSymbolTableEntry::SetDupObject(VOID* pObject, const ReadingSite& rSite, UINT32 count) const
 {
-    Table->SetDupObject(Module != nullptr, DuplicateID, pObject, rSite, count);
+    Table->SetDupObject(IsModule, DuplicateID, pObject, rSite, count);
 }
 
 VOID ParameterFileSymbolTableEntry::LogMessage(bool isError, const CHAR* pFormat, ...) const

@@ -2,10 +2,7 @@
 /// One block of tuning data of a parameter file, and the reading of a record's members from it.
 #pragma once
 
-#include <memory>
-
 #include "parameters/loadallowance.h"
-#include "parameters/moduledata.h"
 #include "parameters/parameterdefinitions.h"
 #include "parameters/parameterlogging.h"
 #include "parameters/sharedobjects.h"
@@ -45,17 +42,6 @@ public:
 
     /// Makes the entry an empty one of the table. Its allowance stays that of the load.
     VOID Init(ParameterFileSymbolTable* pTable);
-
-    /// Parses the row of an entry.
-    /// @param pRows     the table's rows, all of them or one
-    /// @param rPosition start of the row; behind it on return
-    /// @param isModule  the row is one of the symbol table
-    /// @param id        ID of the entry for files that do not store it
-    /// @return false if the row is not wholly there; what was read before stays
-    bool LoadRow(const BYTE* pRows, UINT64 length, UINT64& rPosition, IModeTable* pModeTable, bool isModule, UINT32 id);
-
-    /// Makes this entry a reader of the block of another one of its table, from the start. The block must outlive it.
-    VOID ShareBlock(const ParameterFileSymbolTableEntry& rOther);
 
     UINT32                      GetAlignment() const;
     const IParameterLoggingAPI* GetLog() const;
@@ -115,16 +101,15 @@ public:
         return Allowance == nullptr || Allowance->Charge(bytes);
     }
 
-    ParameterFileSymbolTable*   Table       = nullptr;
-    UINT32                      ID          = 0;
-    UINT32                      DuplicateID = 0;
-    UINT32                      DataOffset  = 0;        ///< bytes from the start of the data section
-    UINT32                      DataSize    = 0;        ///< bytes of the block
-    const BYTE*                 Data        = nullptr;  ///< the block; null if it is not in memory
-    TuningBlock                 OwnedData;              ///< the same, if the block was read for this entry alone
-    UINT64                      Position = 0;           ///< read position inside Data
-    std::unique_ptr<ModuleData> Module;                 ///< for an entry of the symbol table that is a module
-    LoadAllowance*              Allowance = nullptr;    ///< of the load that the entry serves; null outside of one
+    ParameterFileSymbolTable* Table       = nullptr;
+    UINT32                    ID          = 0;
+    UINT32                    DuplicateID = 0;
+    UINT32                    DataSize    = 0;        ///< bytes of the block
+    bool                      IsModule    = false;    ///< fetched from a file, as a module
+    const BYTE*               Data        = nullptr;  ///< the block; null if it is not in memory
+    TuningBlock               OwnedData;              ///< the same, if the block was read for this entry alone
+    UINT64                    Position  = 0;          ///< read position inside Data
+    LoadAllowance*            Allowance = nullptr;    ///< of the load that the entry serves; null outside of one
 
 private:
     friend class ParameterFileSymbolTable;

@@ -237,7 +237,8 @@ public:
     ParameterMutex& GetDataMutex() override;
 
 protected:
-    /// Enters a default instance under its name hash. Refused on a derived manager, and for null.
+    /// Enters a default instance under its name hash, in the place of another one, whose instances go: before a file is
+    /// loaded, since modes point at them. Refused on a derived manager, and for null.
     VOID AddDefaultModule(std::unique_ptr<ParameterModule> pModule);
 
     /// Finds the mode table for a new derived manager, by index or by name. A table that does not exist is logged.

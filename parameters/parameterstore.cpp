@@ -31,8 +31,9 @@ ParameterStore::~ParameterStore()
 
 DefaultModule* ParameterStore::AddDefaultModule(std::unique_ptr<ParameterModule> pModule)
 {
-    const UINT64                   nameHash = pModule->NameHash;
-    std::unique_ptr<DefaultModule> pDefault = std::make_unique<DefaultModule>(std::move(pModule));
+    const UINT64                          nameHash = pModule->NameHash;
+    std::unique_ptr<DefaultModule>        pDefault = std::make_unique<DefaultModule>(std::move(pModule));
+    const std::lock_guard<ParameterMutex> lock(m_dataMutex);
     return (m_defaultModules[nameHash] = std::move(pDefault)).get();
 }
 

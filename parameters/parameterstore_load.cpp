@@ -213,14 +213,14 @@ bool ParameterStore::ReadTuning(const BYTE* pBuffer, UINT64 length, std::shared_
     {
         SetError("Failed to read symbol table, data table or definition table");
     }
-    if (!wholeFile)
+    if (!rTable.IsInMemory())
     {
         rTable.FreeEntryData();
     }
     loaded = loaded && ReadModules(wholeFile);
+    rTable.FreeEntryData();
     if (wholeFile)
     {
-        rTable.FreeEntryData();
         rTable.FreeLookupData();
     }
     rTable.ClearDefinitions(wholeFile);
@@ -230,8 +230,9 @@ bool ParameterStore::ReadTuning(const BYTE* pBuffer, UINT64 length, std::shared_
 bool ParameterStore::ReadModules(bool wholeFile)
 {
     // A bad module fails the load, but the ones behind it are read all the same: the log then names all that is wrong.
-    const ParameterFileSymbolTable& rTable = *m_content.pSymbolTable;
-    bool                            result = true;
+    const ParameterFileSymbolTable& rTable  = *m_content.pSymbolTable;
+    const ModuleData*               pLoaded = nullptr;
+    bool                            result  = true;
     for (UINT32 index = 0; index < rTable.ModuleCount(); ++index)
     {
         ModuleData*    pModuleData = rTable.GetModule(index);
@@ -243,6 +244,13 @@ bool ParameterStore::ReadModules(bool wholeFile)
         const bool       load    = wholeFile || pModuleData->Mode->Entry->Preserve;
         ParameterModule* pModule = CreateModule(pDefault, pModuleData, load);
         result                   = pModule != nullptr && AddModule(pModuleData, pModule) && result;
+        pLoaded                  = load ? pModuleData : pLoaded;
+    }
+    // Records that came from memory are of one state of the file; whether it is still that is seen once for all.
+    if (pLoaded != nullptr && rTable.IsInMemory() && !rTable.IsFileUnchanged())
+    {
+        SetError("Failed to parse binary header data for: ", pLoaded);
+        return false;
     }
     return result;
 }
@@ -299,7 +307,7 @@ StoreContent ParameterStore::TakeContent()
 VOID ParameterStore::FreeBinaryParameters()
 {
     ParameterLogging::Write(&m_rManager, ParameterLogging::Debug, "FreeBinaryParameters called\n");
-    ForgetLookups();
+    ForgetLookups();  // once for all: nobody looks up while content is replaced or freed
     // The modules' data stands in the symbol table, and their modes in the mode tables.
     for (const auto& [nameHash, rpModule] : m_defaultModules)
     {

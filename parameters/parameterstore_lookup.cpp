@@ -284,7 +284,7 @@ ParameterStore::Held ParameterStore::HoldModule(ParameterModule* pModule, Hold h
         }
         pModule->IsLossNoted = rTable.IsFileLost();
         ParameterLogging::Write(&m_rManager, ParameterLogging::Error, "Failed to load module %s, path: %s, skipping\n",
-                                pModule->GetModuleName(), pModule->Data->ModePath.c_str());
+                                pModule->GetModuleName(), pModule->Data->GetModePath().c_str());
         return Held::No;
     }
     if (hold == Hold::ForGood && pReference != nullptr)

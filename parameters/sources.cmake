@@ -17,6 +17,7 @@ add_room(kiro_parameters
     parameters/definitionreader.cpp
     parameters/loadallowance.cpp
     parameters/lookupmemo.cpp
+    parameters/memberloader.cpp
     parameters/membersource.cpp
     parameters/modecache.cpp
     parameters/modeentry.cpp

@@ -67,7 +67,8 @@ std::unique_ptr<TableModule> TableModule::Make(const tuning::ModuleDescription& 
 }
 
 TableModule::TableModule(const tuning::ModuleDescription& rDescription, ModuleData* pData)
-    : ParameterModule(rDescription.pName, rDescription.major, rDescription.minor, rDescription.patch, pData),
+    : ParameterModule(rDescription.pName, rDescription.nameHash,
+                      {rDescription.major, rDescription.minor, rDescription.patch}, pData),
       m_rDescription(rDescription)
 {
 }
@@ -198,7 +199,7 @@ bool TableModule::LoadRecord(ParameterFileSymbolTable& rTable)
     }
     // The load runs without a find as well: the empty entry leaves a record of zeros instead of one from former days.
     RecordLoader::LoadModule(*m_rDescription.pRecord, Record(), entry, NameHash);
-    const bool isWhole = found && rTable.IsFileUnchanged();
+    const bool isWhole = found && (rTable.IsInMemory() || rTable.IsFileUnchanged());
     if (!isWhole)
     {
         RecordLoader::Unload(*m_rDescription.pRecord, Record(), &rTable);

@@ -134,7 +134,7 @@ struct RecordDescription
     const RecordMember* pMembers;
     UINT32              memberCount;
     bool                ownsMemory;   ///< a member, or a nested record's member, is a pointer
-    UINT32              storedSize;   ///< of a record's block in a file, see StoredBytes
+    UINT32              storedSize = 0;   ///< of a record's block in a file, see StoredBytes; 0 for one of no file
 
     constexpr std::span<const RecordMember> Members() const
     {
@@ -189,13 +189,18 @@ constexpr UINT32 StoredBytes(const RecordMember& rMember)
     return (rMember.HasStoredCount() ? StoredCountSize : 0) + value * rMember.count;
 }
 
+/// @return whether the member, or one of a nested record, is a pointer
+constexpr bool OwnsMemory(const RecordMember& rMember)
+{
+    return rMember.form == Form::Variable || rMember.type == ValueType::Text ||
+           (rMember.type == ValueType::Record && rMember.pRecord->ownsMemory);
+}
+
 constexpr bool MembersOwnMemory(const RecordMember* pMembers, size_t count)
 {
     for (size_t index = 0; index < count; ++index)
     {
-        const RecordMember& rMember = pMembers[index];
-        if (rMember.form == Form::Variable || rMember.type == ValueType::Text ||
-            (rMember.type == ValueType::Record && rMember.pRecord->ownsMemory))
+        if (OwnsMemory(pMembers[index]))
         {
             return true;
         }

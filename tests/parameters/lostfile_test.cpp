@@ -1,8 +1,10 @@
 #include "tests/parameters/ondemandfixture.h"
 
 #include <chrono>
+#include <cstring>
 #include <filesystem>
 #include <functional>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -122,4 +124,25 @@ TEST_F(LostFileTest, WhatIsWrittenOverDuringALoadDoesNotCount)
     holdUp.Release();
     EXPECT_FALSE(load.get());
     EXPECT_EQ(AlphaValue(manager, UsecaseBranch(2)), -1);
+}
+
+TEST_F(LostFileTest, WhatIsWrittenOverWhileAFileIsTakenInRefusesIt)
+{
+    ParameterSetManager manager("cam", smallschema::Modules, Verbose());
+    const CHAR* const   pPath = Write(MakeUsecases(2));
+    std::filesystem::last_write_time(m_path, std::filesystem::last_write_time(m_path) - std::chrono::seconds(2));
+    const auto overwrite = [](VOID* pContext, UINT64, const CHAR*, UINT32, const CHAR* pLine)
+    {
+        if (std::strstr(pLine, "ReadHeader: Binary Version") != nullptr)
+        {
+            MakeUsecases(2, 300).WriteTo(*static_cast<const std::string*>(pContext));
+        }
+    };
+    std::string path = m_path;
+    TavoDesk::SetSystemLogSink(overwrite, &path);
+    EXPECT_FALSE(manager.LoadBinaryParameters(pPath));
+    TavoDesk::SetSystemLogSink(nullptr, nullptr);
+    EXPECT_EQ(manager.GetErrorText().find("Failed to parse binary header data for:"), 0U) << manager.GetErrorText();
+    EXPECT_TRUE(manager.LoadBinaryParameters(pPath));
+    EXPECT_EQ(AlphaValue(manager, UsecaseBranch(2)), 600);
 }

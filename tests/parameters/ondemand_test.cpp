@@ -137,6 +137,19 @@ TEST_F(OnDemandTest, ATableMayHaveANameAndNoModes)
     EXPECT_EQ(other.GetErrorText(), "AddModule: RootMode is nullptr");
 }
 
+TEST_F(OnDemandTest, AFileTooLargeToBeKeptInMemoryIsLoadedPieceByPiece)
+{
+    ParameterFile file = MakeUsecases(2);
+    file.bytes.insert(file.bytes.end() - sizeof(UINT64), 5U << 20, 0);
+    file.Seal();
+    ParameterSetManager& manager = Open(file);
+    EXPECT_EQ(AlphaValue(manager, {}), 1);
+    EXPECT_EQ(AlphaValue(manager, UsecaseBranch(2)), 200);
+    EXPECT_TRUE(UnloadMode(manager, UsecaseBranch(2)));
+    EXPECT_EQ(AlphaValue(manager, UsecaseBranch(2)), 200);
+    EXPECT_EQ(log.Count("", "E"), 0U) << log.Text();
+}
+
 TEST_F(OnDemandTest, InBufferModeThereIsNothingToLoadOrUnload)
 {
     ParameterSetManager manager("cam", smallschema::Modules, Verbose());

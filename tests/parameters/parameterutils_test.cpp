@@ -39,10 +39,10 @@ Formatted Format(DOUBLE value, UINT32 precision, UINT32 size = 64)
 
 std::unique_ptr<ParameterDefinitionElement> Element(ParameterDefinitionType type, UINT16 flags = 0)
 {
-    auto pElement                 = std::make_unique<ParameterDefinitionElement>();
-    pElement->Info.emplace().Type = type;
-    pElement->Info->Flags         = flags;
-    return pElement;
+    ParameterDefinitionElementInfo info;
+    info.Type  = type;
+    info.Flags = flags;
+    return std::make_unique<ParameterDefinitionElement>(0, info);
 }
 
 /// Reads stored values into an array of the wanted type.

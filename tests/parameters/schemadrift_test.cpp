@@ -191,6 +191,42 @@ TEST(SchemaDrift, AMemberThatTheCodeLacks)
     }
 }
 
+TEST(SchemaDrift, CountsThatLieInARecordOfTheRightSizeAreFound)
+{
+    for (const bool isDefined : {true, false})
+    {
+        SCOPED_TRACE(isDefined);
+        SmallFile file;
+        file.block.Add<INT32>(-5);
+        file.block.Add<UINT32>(3).Add(0.5F).Add(1.5F).Add(2.5F).Add(3.5F);  // with room for four
+        file.AddPoint(1.0F, 2);
+        file.AddList({7}).Add<UINT32>(99);
+        file.AddRecord();
+        const Reading reading(isDefined ? file.Build() : file.builder.Build());
+        EXPECT_EQ(reading.record.first, -5);
+        EXPECT_EQ(reading.record.numbers[2], 2.5F);
+        EXPECT_EQ(reading.record.numbers[3], 0.0F);
+        EXPECT_TRUE(reading.log.Has("expected count (4) != the binary count (3), the binary XSD != the source XSD\n"));
+        EXPECT_EQ(reading.log.Has("differs from expected"), isDefined);
+        EXPECT_NE(reading.record.point.x, 1.0F) << "what follows is read from where the reading stands";
+    }
+    for (const bool isDefined : {true, false})
+    {
+        SCOPED_TRACE(isDefined);
+        SmallFile file;
+        file.block.Add<INT32>(-5);
+        file.AddNumbers(4);
+        file.block.Add<UINT32>(4).Add(1.0F).Add<INT32>(2);  // says that it has 4 bytes
+        file.AddList({7}).Add<UINT32>(99);
+        file.AddRecord();
+        const Reading reading(isDefined ? file.Build() : file.builder.Build());
+        EXPECT_EQ(reading.record.numbers[3], 3.5F);
+        EXPECT_EQ(reading.record.point.x, 1.0F);
+        EXPECT_EQ(reading.record.point.y, 0);
+        EXPECT_NE(reading.record.last, 99U);
+    }
+}
+
 TEST(SchemaDrift, StoredTypesAndCountsAreConverted)
 {
     SmallFile file;
