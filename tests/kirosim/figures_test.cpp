@@ -106,8 +106,9 @@ struct HandMadeRun
 Scene StepScene(DOUBLE ev)
 {
     Scene scene;
-    scene.frames = 240;
-    scene.light  = {{4.0, ev, false}};
+    scene.frames          = 240;
+    scene.light           = {{4.0, ev, false}};
+    scene.sensor.lineTime = 0.0;  // any exposure time
     return scene;
 }
 
@@ -141,6 +142,19 @@ TEST(Figures, AStepIsJudgedByWhatTheSensorMadeOfEachDecision)
     EXPECT_EQ(run.Value(FigureId::Settle, "start"), 0.0);
     EXPECT_EQ(run.Value(FigureId::Settle, "run"), 3.0) << "the worst";
     EXPECT_EQ(run.Value(FigureId::Unsettled, "run"), 0.0);
+}
+
+TEST(Figures, WhatLiesBetweenTwoLinesOfTheSensorIsNobodysFault)
+{
+    // 10 ms and lines of 0.4 ms: the next exposure is 4 percent away, and rounding to lines makes 2 percent of that.
+    Scene scene           = StepScene(1.0);
+    scene.sensor.lineTime = 4e-4;
+    const HandMadeRun run(scene, AfterStep({4.85e6, 5e6}), AfterStep({4.92e6}));
+    EXPECT_EQ(run.Value(FigureId::Overshoot, "step", 4.0), 0.0);
+    EXPECT_EQ(run.Value(FigureId::FinalError, "step", 4.0), 0.0);
+    const HandMadeRun far(scene, AfterStep({4.7e6, 5e6}), AfterStep({4.7e6}));
+    EXPECT_NEAR(far.Value(FigureId::Overshoot, "step", 4.0), std::log2(5.0 / 4.7), 1e-9);
+    EXPECT_NEAR(far.Value(FigureId::FinalError, "step", 4.0), std::log2(5.0 / 4.7) - std::log2(1.04) / 2.0, 1e-6);
 }
 
 TEST(Figures, RestingOffTheTargetIsNotSettled)

@@ -135,7 +135,7 @@ INSTANTIATE_TEST_SUITE_P(Phone, FaultControl,
                                          FaultBar{"phone", "short", {13, 12, 15, 15}, 0.5},
                                          FaultBar{"phone", "long", {5, 6, 12, 7}, 0.02},
                                          FaultBar{"phone", "long-2", {6, 7, 14, 8}, 0.02},
-                                         FaultBar{"phone", "dropped", {6, 3, 8, 4}, 0.02},
+                                         FaultBar{"phone", "dropped", {6, 4, 8, 4}, 0.02},
                                          FaultBar{"phone", "late", {4, 3, 8, 4}, 0.02}),
                          NameOf);
 

@@ -72,12 +72,13 @@ private:
     }
 };
 
-VOID ExpectRest(const LightsRun& rRun)
+/// @param rippleMax of the last 100 frames, EV
+VOID ExpectRest(const LightsRun& rRun, DOUBLE rippleMax)
 {
     const RunSummary summary = rRun.Summary();
     EXPECT_TRUE(summary.isLegal);
     EXPECT_TRUE(summary.failure.empty()) << summary.failure;
-    EXPECT_EQ(summary.rippleEV, 0.0);
+    EXPECT_LE(summary.rippleEV, rippleMax);
 }
 
 /// A line for a person: what was measured of a scene, with its bounds.
@@ -92,8 +93,12 @@ std::string WordsOf(const Movement& rMovement, UINT32 reversalsMax)
                        rMovement.largestEV);
 }
 
-/// Once a camera has settled it waits for a change that is worth following: it may be off by that much.
-constexpr DOUBLE ToleranceEV = 0.2;
+/// What may stay wrong behind a turn: a drift that ends no rest, and what lies between two exposure times of the
+/// sensor.
+constexpr DOUBLE LeftEV = 0.03;
+
+/// In the second behind a turn the exposure goes up and down by this before it rests.
+constexpr DOUBLE SmallestMoveEV = 0.005;
 
 class Lights : public testing::TestWithParam<std::string>
 {
@@ -114,7 +119,7 @@ TEST_P(Lights, StandingStillItSettlesInEachDirectionAndRests)
         EXPECT_LE(start.overshootEV, 0.1);
         EXPECT_LE(std::abs(run.Summary().finalErrorEV), 0.05);
         EXPECT_EQ(run.MovementFrom(2.0).largestEV, 0.0);
-        ExpectRest(run);
+        ExpectRest(run, 0.0);
         frames      = std::max(frames, *start.framesToSettle);
         overshootEV = std::max(overshootEV, start.overshootEV);
         errorEV     = std::max(errorEV, std::abs(run.Summary().finalErrorEV));
@@ -128,7 +133,7 @@ TEST_P(Lights, TurningItFollowsEvenlyAndRestsAfterwards)
 {
     // The variant, when the camera stands still again, reversals, and the largest change between two frames.
     for (const auto& [pVariant, end, reversalsMax, largestMax] :
-         {std::tuple("turn", 10.0, 6U, 0.1), std::tuple("fast", 5.0, 7U, 0.31), std::tuple("nod", 6.0, 4U, 0.26)})
+         {std::tuple("turn", 10.0, 7U, 0.1), std::tuple("fast", 5.0, 7U, 0.31), std::tuple("nod", 6.0, 6U, 0.26)})
     {
         SCOPED_TRACE(pVariant);
         const LightsRun run(GetParam(), pVariant);
@@ -136,8 +141,8 @@ TEST_P(Lights, TurningItFollowsEvenlyAndRestsAfterwards)
         EXPECT_LE(movement.reversals, reversalsMax);
         EXPECT_LE(movement.largestEV, largestMax);
         EXPECT_EQ(run.MovementFrom(end + 1.0).largestEV, 0.0);
-        EXPECT_LE(std::abs(run.Summary().finalErrorEV), ToleranceEV);
-        ExpectRest(run);
+        EXPECT_LE(std::abs(run.Summary().finalErrorEV), LeftEV);
+        ExpectRest(run, SmallestMoveEV);
         Show(GetParam(), pVariant, fmt::format("{} ({})", WordsOf(movement, reversalsMax), largestMax));
     }
 }
@@ -157,7 +162,7 @@ TEST(LightsWalk, OutOfTheLobbyIntoTheParkAndBack)
         EXPECT_LE(out, 15U);
         EXPECT_LE(back, 15U);
         EXPECT_LE(run.MovementFrom(2.0).reversals, 1U);  // there, and back
-        ExpectRest(run);
+        ExpectRest(run, 0.0);
         Show("walk", pVariant, fmt::format("settled after {} frames in the park and {} back (at most 15)", out, back));
     }
     const Movement turning = LightsRun("walk", "turning").MovementFrom(2.0);
@@ -172,7 +177,7 @@ TEST(LightsNight, UnderLampsThereAreNoBands)
         SCOPED_TRACE(pVariant);
         const LightsRun run("night", pVariant);
         EXPECT_LE(run.Summary().bandingLast, 0.001);
-        ExpectRest(run);
+        ExpectRest(run, 0.0);
         Show("night", pVariant, fmt::format("banding {:.3f} percent (at most 0.1)", run.Summary().bandingLast * 100.0));
     }
     const LightsRun switched("night", "switched");

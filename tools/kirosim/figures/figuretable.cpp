@@ -22,10 +22,11 @@ constexpr FigureRow FigureRows[] = {
      "stay there up to the end of the stretch; not given while the user holds the exposure."},
     {"unsettled", "stretches", "run alone", OverRun::Count, "Starts, steps and events whose `settle` is `null`."},
     {"overshoot", "EV", Jumps, OverRun::Worst,
-     "How far the exposure goes beyond where it is in the stretch's last 10 frames, seen from where it came from."},
+     "How far the exposure goes beyond where it is in the stretch's last 10 frames, seen from where it came from; 0 if "
+     "that is no more than the sensor's next exposure time, one line longer."},
     {"finalError", "EV", "start, step, event, still", OverRun::Worst,
-     "Distance of the exposure from its target at the end, mean of the last 10 frames: too bright or too dark. Not "
-     "given while the user holds the exposure."},
+     "Distance of the exposure from its target at the end, mean of the last 10 frames: too bright or too dark, beyond "
+     "the half line of the sensor by which exposure times are rounded. Not given while the user holds the exposure."},
     {"ripple", "EV", "still", OverRun::Worst, "Highest over lowest exposure while nothing changes."},
     {"reversals", "times", Every, OverRun::Frames,
      "How often the exposure turns back: a change of at least 0.01 EV from a frame to the next against the direction "

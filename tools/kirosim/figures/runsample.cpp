@@ -23,6 +23,13 @@ DOUBLE TargetEV(const KiroHostFrame& rDecided, const Sensor& rSensor)
     return std::log2(std::clamp(target, least, rSensor.maxGain * static_cast<DOUBLE>(rSensor.maxTime)));
 }
 
+DOUBLE LineEV(const KIROExposureSetType& rDecided, const Sensor& rSensor)
+{
+    constexpr DOUBLE nsPerSecond = 1e9;
+    const DOUBLE     time        = static_cast<DOUBLE>(std::clamp(rDecided.time, rSensor.minTime, rSensor.maxTime));
+    return std::log2(1.0 + rSensor.lineTime * nsPerSecond / time);
+}
+
 /// The light curve knows what a pattern shows, but not what a camera sees that turns.
 DOUBLE SeenLightEV(const FrameRecord& rRecord, const Scene& rScene)
 {
@@ -61,6 +68,7 @@ RunSample SampleOf(const FrameRecord& rRecord, const Scene& rScene, DOUBLE least
     sample.lost      = std::max(sample.clipped + sample.black - leastLoss, 0.0);
     sample.gainEV    = GainAboveLeastEV(rSafe.exposureSet, rScene.sensor);
     sample.timeEV    = TimeAboveLeastEV(rSafe.exposureSet, rScene.sensor);
+    sample.lineEV    = LineEV(rSafe.exposureSet, rScene.sensor);
     sample.banding   = rTruth.banding;
     sample.isStart   = rRecord.start.has_value();
     sample.isPinned  = LimitOf(rSafe, rScene.sensor) != ExposureLimit::None;

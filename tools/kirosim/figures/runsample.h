@@ -24,6 +24,7 @@ struct RunSample
     DOUBLE lost;     ///< beyond the least of any exposure
     DOUBLE gainEV;   ///< of the decision, above the least
     DOUBLE timeEV;   ///< the same
+    DOUBLE lineEV;   ///< by which one line of the sensor more would be brighter
     DOUBLE banding;  ///< share of the mean
     bool   isStart;  ///< of a session
     bool   isPinned;

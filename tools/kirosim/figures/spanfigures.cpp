@@ -80,8 +80,9 @@ VOID SpanFigures::AddJump(const SceneSpan& rSpan, std::vector<Figure>& rFigures)
         rFigures.push_back({FigureId::Settle, of, rSpan.at,
                             settled.has_value() ? std::optional(static_cast<DOUBLE>(*settled)) : std::nullopt});
     }
-    rFigures.push_back({FigureId::Overshoot, of, rSpan.at,
-                        OvershootOf(exposures, m_rSamples[rSpan.begin].shownEV, MeanOf(RestOf(m_exposuresEV, rSpan)))});
+    const DOUBLE overshoot =
+        OvershootOf(exposures, m_rSamples[rSpan.begin].shownEV, MeanOf(RestOf(m_exposuresEV, rSpan)));
+    rFigures.push_back({FigureId::Overshoot, of, rSpan.at, (overshoot > LineAtEnd(rSpan)) ? overshoot : 0.0});
     AddFinalError(of, rSpan, rFigures);
     AddShares(of, rSpan, rFigures);
 }
@@ -90,10 +91,16 @@ VOID SpanFigures::AddFinalError(const std::string& rOf, const SceneSpan& rSpan, 
 {
     if (!IsHeldAtEnd(rSpan))
     {
-        const auto targets = MembersOf(RestOf(m_rSamples, rSpan), &RunSample::targetEV);
-        rFigures.push_back(
-            {FigureId::FinalError, rOf, rSpan.at, std::abs(MeanOf(targets) - MeanOf(RestOf(m_exposuresEV, rSpan)))});
+        const auto   targets = MembersOf(RestOf(m_rSamples, rSpan), &RunSample::targetEV);
+        const DOUBLE error   = std::abs(MeanOf(targets) - MeanOf(RestOf(m_exposuresEV, rSpan)));
+        rFigures.push_back({FigureId::FinalError, rOf, rSpan.at, std::max(error - LineAtEnd(rSpan) / 2.0, 0.0)});
     }
+}
+
+/// What lies between two exposure times of the sensor is nobody's fault.
+DOUBLE SpanFigures::LineAtEnd(const SceneSpan& rSpan) const
+{
+    return MeanOf(MembersOf(RestOf(m_rSamples, rSpan), &RunSample::lineEV));
 }
 
 VOID SpanFigures::AddMove(const SceneSpan& rSpan, std::vector<Figure>& rFigures) const

@@ -26,11 +26,12 @@ public:
     VOID AddShares(const std::string& rOf, const SceneSpan& rSpan, std::vector<Figure>& rFigures) const;
 
 private:
-    VOID AddFinalError(const std::string& rOf, const SceneSpan& rSpan, std::vector<Figure>& rFigures) const;
-    VOID AddLag(const SceneSpan& rSpan, std::vector<Figure>& rFigures) const;
-    VOID AddKick(const std::string& rOf, const SceneSpan& rSpan, std::vector<Figure>& rFigures) const;
-    VOID AddRipple(const SceneSpan& rSpan, std::vector<Figure>& rFigures) const;
-    bool IsHeldAtEnd(const SceneSpan& rSpan) const;
+    VOID   AddFinalError(const std::string& rOf, const SceneSpan& rSpan, std::vector<Figure>& rFigures) const;
+    VOID   AddLag(const SceneSpan& rSpan, std::vector<Figure>& rFigures) const;
+    VOID   AddKick(const std::string& rOf, const SceneSpan& rSpan, std::vector<Figure>& rFigures) const;
+    VOID   AddRipple(const SceneSpan& rSpan, std::vector<Figure>& rFigures) const;
+    bool   IsHeldAtEnd(const SceneSpan& rSpan) const;
+    DOUBLE LineAtEnd(const SceneSpan& rSpan) const;
 
     const Scene&                  m_rScene;
     const std::vector<RunSample>& m_rSamples;
