@@ -75,13 +75,11 @@ VOID DelayWatch::AddStatistics(UINT64 frameID, const KIROCntStatsOut& rLuma)
     rNewest.fullScale  = FullScaleOf(rLuma);
     rNewest.luma.assign(rLuma.channelData.Data.pFData, rLuma.channelData.Data.pFData + RegionsOf(rLuma));
     m_ratios.reserve(rNewest.luma.size());
-    if (IsBehind(0, GapMax))
+    const bool isChangeTold = IsBehind(0, GapMax) && CompareChange();
+    const bool isBendTold   = IsBehind(0, 1) && IsBehind(1, 1) && CompareBend();
+    if (isChangeTold || isBendTold)
     {
-        CompareChange();
-    }
-    if (IsBehind(0, 1) && IsBehind(1, 1))
-    {
-        CompareBend();
+        FindDelay();
     }
 }
 
@@ -92,26 +90,28 @@ bool DelayWatch::IsBehind(size_t picture, UINT64 gapMax) const
     return before != 0 && m_pictures[picture].frameID - before <= gapMax;
 }
 
-VOID DelayWatch::CompareChange()
+bool DelayWatch::CompareChange()
 {
     const ByDelay predicted = PredictedChange(0);
-    if (m_changes.AreApart(predicted) && SeenChange(0).has_value())
+    const bool    isTold    = m_changes.AreApart(predicted) && SeenChange(0).has_value();
+    if (isTold)
     {
         m_changes.Add(*SeenChange(0), predicted);
-        FindDelay();
     }
+    return isTold;
 }
 
-VOID DelayWatch::CompareBend()
+bool DelayWatch::CompareBend()
 {
     ByDelay       predicted = PredictedChange(0);
     const ByDelay before    = PredictedChange(1);
     std::transform(predicted.begin(), predicted.end(), before.begin(), predicted.begin(), std::minus<>());
-    if (m_bends.AreApart(predicted) && SeenChange(0).has_value() && SeenChange(1).has_value())
+    const bool isTold = m_bends.AreApart(predicted) && SeenChange(0).has_value() && SeenChange(1).has_value();
+    if (isTold)
     {
         m_bends.Add(*SeenChange(0) - *SeenChange(1), predicted);
-        FindDelay();
     }
+    return isTold;
 }
 
 VOID DelayWatch::FindDelay()

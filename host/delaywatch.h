@@ -63,8 +63,8 @@ private:
     ByDelay                      PredictedChange(size_t picture) const;
     DOUBLE                       WrittenEV(UINT64 frameID) const;
     const std::optional<DOUBLE>& SeenChange(size_t picture);
-    VOID                         CompareChange();
-    VOID                         CompareBend();
+    bool                         CompareChange();
+    bool                         CompareBend();
     VOID                         FindDelay();
 
     std::array<DOUBLE, 16> m_exposures{};  ///< log2, by frame; those of before the session are what it began with

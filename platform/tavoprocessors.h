@@ -9,10 +9,10 @@
 /// In a library only functions of one file are marked, in an unnamed namespace: others would be exported.
 #pragma once
 
-// The choice runs while a program is being loaded, before the sanitizers are ready for it; clang cannot mark functions
-// in this way, and without optimisation there is nothing to gain.
-#if defined(__x86_64__) && defined(__OPTIMIZE__) && !defined(__clang__) && !defined(__SANITIZE_ADDRESS__) &&           \
-    !defined(__SANITIZE_THREAD__)
+// The choice is made by glibc while a program is being loaded, before the sanitizers are ready for it; g++ 12 is the
+// first compiler that marks functions in this way, and without optimisation there is nothing to gain.
+#if defined(__x86_64__) && defined(__gnu_linux__) && !defined(__clang__) && __GNUC__ >= 12 && defined(__OPTIMIZE__) && \
+    !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 #define TAVO_FOR_EACH_PROCESSOR [[gnu::target_clones("arch=x86-64-v3", "default"), gnu::flatten]]
 #else
 #define TAVO_FOR_EACH_PROCESSOR

@@ -25,7 +25,7 @@ FLOAT FloatRatio(UINT64 exposure, UINT64 indexZeroExposure)
 
 /// What a function gave for its last arguments. A frame takes logarithms of a few exposures, each of them many times,
 /// and a steady camera those of the frame before. All threads share the results, since argument and result are read
-/// and written as one. The rounding mode is taken to stay as it is.
+/// and written as one. The rounding mode is taken to be that of all of them, and to stay as it is.
 template <FLOAT (*Function)(FLOAT)> class LastResults
 {
 public:
