@@ -24,7 +24,7 @@ struct RegionList
     UINT32        count;
 };
 
-/// Constant numbers of groups and lanes let the compiler keep all sums in vector registers.
+/// Constant numbers of groups and lanes, and groups that are unrolled, keep all sums in vector registers.
 template <UINT32 Groups>
 VOID AddRegions(const RegionList& rRegions, const FLOAT* pValues, FLOAT clamp, const WeightLanes* pLanes, FLOAT* pSums)
 {
@@ -32,6 +32,7 @@ VOID AddRegions(const RegionList& rRegions, const FLOAT* pValues, FLOAT clamp, c
     for (UINT32 step = 0; step < rRegions.count; ++step)
     {
         const FLOAT value = std::min(pValues[rRegions.pRegions[step]], clamp);
+#pragma GCC unroll 4
         for (UINT32 group = 0; group < Groups; ++group)
         {
             const FLOAT* pWeights = pLanes[group].entries[rRegions.pEntries[step]];
@@ -44,20 +45,24 @@ VOID AddRegions(const RegionList& rRegions, const FLOAT* pValues, FLOAT clamp, c
     std::copy_n(sums[0], Groups * WeightLanes::Count, pSums);
 }
 
-/// @param tableCount lanes that hold a table
-/// @param pSums      receives that of each of CKIROWeightedWalk::TableMax lanes, or of the first half if it is enough
+/// @param tableCount lanes that hold a table; those behind are walked as far as their group takes part
+/// @param pSums      one for each of CKIROWeightedWalk::TableMax lanes
 TAVO_FOR_EACH_PROCESSOR
 VOID AddRegions(const RegionList& rRegions, const FLOAT* pValues, FLOAT clamp, const WeightLanes* pLanes,
                 UINT32 tableCount, FLOAT* pSums)
 {
-    static_assert(CKIROWeightedWalk::TableMax == 2 * WeightLanes::Count);
+    static_assert(CKIROWeightedWalk::TableMax == 4 * WeightLanes::Count);
     if (tableCount <= WeightLanes::Count)
     {
         AddRegions<1>(rRegions, pValues, clamp, pLanes, pSums);
     }
-    else
+    else if (tableCount <= 2 * WeightLanes::Count)
     {
         AddRegions<2>(rRegions, pValues, clamp, pLanes, pSums);
+    }
+    else
+    {
+        AddRegions<4>(rRegions, pValues, clamp, pLanes, pSums);
     }
 }
 

@@ -14,7 +14,7 @@
 /// Weights of tables that are walked side by side: of each entry of the tables, one lane for a table.
 struct WeightLanes
 {
-    static constexpr UINT32 Count = 16;
+    static constexpr UINT32 Count = 8;
 
     FLOAT entries[CKIRO2DMetIterator::TableSize][Count];
 };
