@@ -124,7 +124,8 @@ public:
         return m_modes;
     }
 
-    // Lookup. What a thread has found is found again without a walk while the store stands as it did.
+    // Lookup. What a thread has found is found again without a walk while the store stands as it did; in file mode by
+    // KeepModule only.
     ParameterModule* FetchModule(BYTE tableIndex, const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch,
                                  UINT32 count, ParameterModule* pPrevious);
 

@@ -74,8 +74,11 @@ VOID ParameterStore::GetPathFromModeBranch(const TuningMode* pBranch, UINT32 cou
 ParameterModule* ParameterStore::FetchModule(BYTE tableIndex, const CHAR* pName, UINT64 nameHash,
                                              const TuningMode* pBranch, UINT32 count, ParameterModule* pPrevious)
 {
-    // In file mode each fetch of its own is counted.
-    ParameterModule* pKnown = IsFileMode() ? nullptr : FindKnown(tableIndex, nameHash, pBranch, count);
+    if (IsFileMode())  // where each reference is counted
+    {
+        return WalkToModule(tableIndex, pName, nameHash, pBranch, count, pPrevious, Hold::UntilReleased);
+    }
+    ParameterModule* pKnown = FindKnown(tableIndex, nameHash, pBranch, count);
     if (pKnown == nullptr)
     {
         return SearchModule(tableIndex, pName, nameHash, pBranch, count, pPrevious, Hold::UntilReleased);
