@@ -22,6 +22,9 @@ constexpr size_t RestFrames = 10;
 
 constexpr DOUBLE PercentOfShare = 100.0;
 
+/// Between one line of the sensor and two.
+constexpr DOUBLE LinesOfOvershoot = 1.5;
+
 template <typename Value> std::span<const Value> Of(const std::vector<Value>& rValues, const SceneSpan& rSpan)
 {
     return std::span(rValues).subspan(rSpan.begin, rSpan.end - rSpan.begin);
@@ -82,7 +85,8 @@ VOID SpanFigures::AddJump(const SceneSpan& rSpan, std::vector<Figure>& rFigures)
     }
     const DOUBLE overshoot =
         OvershootOf(exposures, m_rSamples[rSpan.begin].shownEV, MeanOf(RestOf(m_exposuresEV, rSpan)));
-    rFigures.push_back({FigureId::Overshoot, of, rSpan.at, (overshoot > LineAtEnd(rSpan)) ? overshoot : 0.0});
+    rFigures.push_back(
+        {FigureId::Overshoot, of, rSpan.at, (overshoot > LinesOfOvershoot * LineAtEnd(rSpan)) ? overshoot : 0.0});
     AddFinalError(of, rSpan, rFigures);
     AddShares(of, rSpan, rFigures);
 }
