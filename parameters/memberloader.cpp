@@ -23,11 +23,6 @@ UINT32& IDOf(BYTE* pRecord, const RecordMember& rMember)
     return *reinterpret_cast<UINT32*>(pRecord + rMember.idOffset);
 }
 
-bool IsNumber(const RecordMember& rMember)
-{
-    return rMember.type != ValueType::Text && rMember.type != ValueType::Record;
-}
-
 VOID MarkVerified(ParameterDefinitionElement* pDefinition)
 {
     if (pDefinition != nullptr)
@@ -98,7 +93,7 @@ VOID MemberLoader::LoadInPlace(UINT32 index, ParameterDefinitionElement* pDefini
             MemberLoader(*rMember.pRecord, pPlace, m_rEntry, pDefinition, m_parameters.LoadDataLimit).LoadAll();
         }
     }
-    else if (rMember.HasCount() || !IsNumber(rMember) || !CopyNumbers(rMember, pDefinition))
+    else if (rMember.HasCount() || !IsNumber(rMember.type) || !CopyNumbers(rMember, pDefinition))
     {
         Load(index, pDefinition);
     }

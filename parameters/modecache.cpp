@@ -198,10 +198,11 @@ VOID ModeCache::UnloadModules(ModeEntry* pTarget, const ModeEntry* pMode)
             const INT32 references = rpReference->RefCount.load();
             if (references > 0)
             {
+                CHAR path[ModeEntry::MaxPathText];
+                pModule->Data->GetModePath(path, sizeof(path));
                 ParameterLogging::Write(&m_rStore.Manager(), ParameterLogging::Warning,
                                         "%sUnloading referenced module %s, Mode: %s, Ref count: %u\n", prefix.c_str(),
-                                        pModule->GetModuleName(), pModule->Data->GetModePath().c_str(),
-                                        static_cast<UINT32>(references));
+                                        pModule->GetModuleName(), path, static_cast<UINT32>(references));
             }
             pModule->UnloadModule();
         }

@@ -151,13 +151,14 @@ ModuleReference* ModeEntry::OwnReference(ParameterModule* pModule, ReferenceChan
     }
     if (!Owns(pReference->Module))
     {
+        CHAR path[MaxPathText];
+        pReference->Module->Data->GetModePath(path, sizeof(path));
         ParameterLogging::Write(LogOf(pModule), ParameterLogging::Error,
                                 add ? "Attempt to add module reference from wrong mode.  Mode: %d, SubMode: %d, "
                                       "Module %s, ModePath: %s\n"
                                     : "Attempt to release module reference from wrong mode.  Mode: %d, SubMode: %d, "
                                       "Module %s, ModePath: %s\n",
-                                Mode.Mode, Mode.SubMode, pModule->GetModuleName(),
-                                pReference->Module->Data->GetModePath().c_str());
+                                Mode.Mode, Mode.SubMode, pModule->GetModuleName(), path);
         return nullptr;
     }
     return pReference;

@@ -45,9 +45,7 @@ UINT32 ModuleData::GetModeIDValue() const
     return BinaryFileFormat::GetModeIDValue(ModeId);
 }
 
-std::string ModuleData::GetModePath() const
+VOID ModuleData::GetModePath(CHAR* pText, size_t size) const
 {
-    CHAR path[ModeEntry::MaxPathText];
-    Mode->Entry->GetModePath(path, sizeof(path));
-    return path;
+    Mode->Entry->GetModePath(pText, size);
 }

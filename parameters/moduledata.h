@@ -3,7 +3,6 @@
 #pragma once
 
 #include <memory>
-#include <string>
 
 #include "parameters/versionunion.h"
 #include "platform/tavotypes.h"
@@ -45,8 +44,9 @@ struct ModuleData
         return m_pStandInMode == nullptr;
     }
 
-    /// @return the path of the mode, numeric, for messages
-    std::string GetModePath() const;
+    /// Writes the path of the mode, numeric, for messages.
+    /// @param size of pText, ModeEntry::MaxPathText for the longest
+    VOID GetModePath(CHAR* pText, size_t size) const;
 
     const UINT64              NameHash;
     const UINT32              ID;           ///< entry of the symbol table

@@ -6,9 +6,10 @@
 
 #include "parameters/parameterlogging.h"
 #include "parameters/parametersetmanager.h"
+#include "schema/namehash.h"
 
-ParameterModule::ParameterModule(const CHAR* pName, UINT64 nameHash, const VersionUnion& rVersion, ModuleData* pData)
-    : NameHash(nameHash), Version(rVersion), Data(pData), m_pName(pName)
+ParameterModule::ParameterModule(const CHAR* pName, UINT16 major, UINT16 minor, UINT32 patch, ModuleData* pData)
+    : NameHash(namehash::OfName(pName)), Version(major, minor, patch), Data(pData), m_pName(pName)
 {
     if (pData != nullptr)
     {

@@ -19,11 +19,10 @@ class ParameterParserInfo;
 class TAVO_VISIBLE ParameterModule
 {
 public:
-    /// @param pName    must outlive the module
-    /// @param nameHash namehash::OfName(pName)
+    /// @param pName must outlive the module
     /// @param pData what the file says about the instance, owned by its symbol table; null for a default instance,
     ///              which is never loaded
-    ParameterModule(const CHAR* pName, UINT64 nameHash, const VersionUnion& rVersion, ModuleData* pData);
+    ParameterModule(const CHAR* pName, UINT16 major, UINT16 minor, UINT32 patch, ModuleData* pData);
     virtual ~ParameterModule()                         = default;
     ParameterModule(const ParameterModule&)            = delete;
     ParameterModule& operator=(const ParameterModule&) = delete;

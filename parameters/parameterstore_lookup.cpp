@@ -286,8 +286,10 @@ ParameterStore::Held ParameterStore::HoldModule(ParameterModule* pModule, Hold h
             return Held::NoAsBefore;
         }
         pModule->IsLossNoted = rTable.IsFileLost();
+        CHAR path[ModeEntry::MaxPathText];
+        pModule->Data->GetModePath(path, sizeof(path));
         ParameterLogging::Write(&m_rManager, ParameterLogging::Error, "Failed to load module %s, path: %s, skipping\n",
-                                pModule->GetModuleName(), pModule->Data->GetModePath().c_str());
+                                pModule->GetModuleName(), path);
         return Held::No;
     }
     if (hold == Hold::ForGood && pReference != nullptr)

@@ -67,8 +67,7 @@ std::unique_ptr<TableModule> TableModule::Make(const tuning::ModuleDescription& 
 }
 
 TableModule::TableModule(const tuning::ModuleDescription& rDescription, ModuleData* pData)
-    : ParameterModule(rDescription.pName, rDescription.nameHash,
-                      {rDescription.major, rDescription.minor, rDescription.patch}, pData),
+    : ParameterModule(rDescription.pName, rDescription.major, rDescription.minor, rDescription.patch, pData),
       m_rDescription(rDescription)
 {
 }
