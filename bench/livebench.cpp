@@ -37,7 +37,7 @@ constexpr Question Questions[] = {
     {"kirometeringstatscalculator.darkRatioStatsCalculator", "calculatorID", "3"},
     {"kirometeringstatscalculator.brightRatioStatsCalculator", "description", "Bright"},
     {"kiroconvergence", "moduleID", "2"},
-    {"kiroconvergence", "unitStepSize", "0.25"},
+    {"kiroconvergence", "unitStepSize", "0.1000000015"},  // the float next to 0.1
     {"kiroconvergence.smoothADRC.nodes[0]", "maxNodeDRCGain", "4.0"},
     {"kirodbroi.data[0]", "dataID", "30"},
 };
