@@ -225,7 +225,10 @@ VOID CKIROContextManager::KeepReadablePath()
         return;
     }
     const bool hasOther = m_readTuning.pTuningSetManager == pStore;
-    m_tuningData        = hasOther ? m_readTuning : m_tuningData;
+    if (hasOther)
+    {
+        m_tuningData = m_readTuning;
+    }
     if (!std::exchange(m_isLossTold, true))
     {
         STATS_LOG_ERROR("a mode cannot be read, since the tuning file has changed or gone: %s",

@@ -34,17 +34,17 @@ CKIROCore::CKIROCore(StatsTuningData& rTuningData, IKIRODebugData& rDebugData)
 
 VOID CKIROCore::CreateModules()
 {
-    StatsTuningData& rTuningData = *m_contManager.GetTuningData();
-    m_pStatsProcessor            = TavoNew<CKIROStatsProcessor>(rTuningData, m_contManager);
-    m_pMetering                  = TavoNew<CKIROMetering>(rTuningData, m_contManager);
-    m_pConvergence               = TavoNew<CKIROConvergence>(rTuningData, m_contManager);
-    m_pArbitration               = TavoNew<CKIROArbitration>(rTuningData, m_contManager);
-    m_pExtension                 = TavoNew<CKIROExtension>(rTuningData, m_contManager);
-    m_pMtrTableGen               = TavoNew<CKIROMtrTableGen>(rTuningData, m_contManager);
-    m_pExtMapManager             = TavoNew<CKIROExtMapManager>(m_contManager);
-    m_pSCDManager                = TavoNew<CSCDManager>(m_contManager);
-    m_p1DVectorManager           = TavoNew<CKIRO1DVectorManager>(m_contManager);
-    m_pFICManager                = TavoNew<CFICManager>(m_contManager);
+    InstanceTuning& rTuningData = *m_contManager.GetTuningData();
+    m_pStatsProcessor           = TavoNew<CKIROStatsProcessor>(rTuningData, m_contManager);
+    m_pMetering                 = TavoNew<CKIROMetering>(rTuningData, m_contManager);
+    m_pConvergence              = TavoNew<CKIROConvergence>(rTuningData, m_contManager);
+    m_pArbitration              = TavoNew<CKIROArbitration>(rTuningData, m_contManager);
+    m_pExtension                = TavoNew<CKIROExtension>(rTuningData, m_contManager);
+    m_pMtrTableGen              = TavoNew<CKIROMtrTableGen>(rTuningData, m_contManager);
+    m_pExtMapManager            = TavoNew<CKIROExtMapManager>(m_contManager);
+    m_pSCDManager               = TavoNew<CSCDManager>(m_contManager);
+    m_p1DVectorManager          = TavoNew<CKIRO1DVectorManager>(m_contManager);
+    m_pFICManager               = TavoNew<CFICManager>(m_contManager);
     if (m_pStatsProcessor == nullptr || m_pMetering == nullptr || m_pConvergence == nullptr ||
         m_pArbitration == nullptr || m_pExtension == nullptr || m_pMtrTableGen == nullptr ||
         m_pExtMapManager == nullptr || m_pSCDManager == nullptr || m_p1DVectorManager == nullptr)

@@ -3,7 +3,7 @@
 #include "core/base/kirolog.h"
 #include "core/base/tuningaccess.h"
 
-CKIROMtrTableGen::CKIROMtrTableGen(StatsTuningData& rTuningData, IKIROContextManager& rContextManager)
+CKIROMtrTableGen::CKIROMtrTableGen(InstanceTuning& rTuningData, IKIROContextManager& rContextManager)
     : ModuleCommon(rTuningData, rContextManager), m_pTuning(nullptr), m_metTable{}, m_metBkGrdTable{}, m_metFrGrdTable{}
 {
 }

@@ -17,7 +17,7 @@
 class CKIROMtrTableGen : public ModuleCommon
 {
 public:
-    CKIROMtrTableGen(StatsTuningData& rTuningData, IKIROContextManager& rContextManager);
+    CKIROMtrTableGen(InstanceTuning& rTuningData, IKIROContextManager& rContextManager);
 
     /// One frame, after the statistics are in and before metering. The bank keeps pointers to the tables: they are
     /// valid as long as this object, those of the list of generators until the tuning changes.

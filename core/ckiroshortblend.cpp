@@ -60,7 +60,7 @@ FLOAT CKIROShortBlend::PreprocessLongADRC(KIROConvergenceInput& rInput)
     {
         return noADRC;
     }
-    const StatsTuningData& rTuningData = *m_rContextManager.GetTuningData();
+    InstanceTuning& rTuningData = *m_rContextManager.GetTuningData();
     Parameter              parameter{};
     if (CKIROCtrlCoreCommon::GetMFHDRADRCExtParam(rTuningData, parameter) != 0 || parameter.enableFlag != TRUE ||
         parameter.triggerCount < ControlCount)

@@ -4,10 +4,10 @@
 
 #include "core/base/ckirobankmanager.h"
 #include "core/base/ckirohistory.h"
+#include "core/base/instancetuning.h"
 #include "core/base/tavomemory.h"
 #include "interface/kirofic.h"
 #include "interface/kirosetinput.h"
-#include "interface/statstuningdata.h"
 
 class CKIROCamsync;
 class CKIROStatsProcessor;
@@ -33,7 +33,7 @@ public:
     virtual VOID                SetMeteringLock(BOOL bLock)                            = 0;
     virtual KIROFICInfo         GetFICInfo()                                           = 0;
 
-    StatsTuningData* GetTuningData()
+    InstanceTuning* GetTuningData()
     {
         return &m_tuningData;
     }
@@ -53,7 +53,7 @@ public:
     BOOL                       m_bIsHybridHDR;
     UINT64                     m_seamlessRID;  ///< request ID of a seamless switch
     BOOL                       m_bIsLongADRC;  ///< the short blend is active
-    StatsTuningData            m_tuningData;
+    InstanceTuning             m_tuningData;
     UINT64                     m_contextStatus;
     UINT32                     m_convergenceCount;
     KIROExposureRange          m_exposureRange;

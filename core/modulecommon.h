@@ -7,7 +7,7 @@
 class ModuleCommon
 {
 public:
-    ModuleCommon(StatsTuningData& rTuningData, IKIROContextManager& rContextManager)
+    ModuleCommon(InstanceTuning& rTuningData, IKIROContextManager& rContextManager)
         : m_rContextManager(rContextManager), m_pTuningData(&rTuningData), m_moduleID(0), m_tuningSerial(0)
     {
     }
@@ -29,7 +29,7 @@ protected:
     }
 
     IKIROContextManager& m_rContextManager;
-    StatsTuningData*     m_pTuningData;  ///< the context's, follows tuning changes
+    InstanceTuning*      m_pTuningData;  ///< the context's, follows tuning changes
     UINT32               m_moduleID;
 
 private:

@@ -283,7 +283,13 @@ VOID* ParameterSetManager::GetModuleRecord(const CHAR* pName, UINT64 nameHash, c
 
 VOID* ParameterSetManager::KeepModuleRecord(const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch, UINT32 count)
 {
-    return RecordOf(m_rStore.KeepModule(m_tableIndex, pName, nameHash, pBranch, count));
+    return KeepModuleRecord(pName, nameHash, pBranch, count, nullptr);
+}
+
+VOID* ParameterSetManager::KeepModuleRecord(const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch, UINT32 count,
+                                            LookupStamp* pStamp)
+{
+    return RecordOf(m_rStore.KeepModule(m_tableIndex, pName, nameHash, pBranch, count, IsDerived() ? nullptr : pStamp));
 }
 
 VOID ParameterSetManager::GetModules(BYTE tableIndex, PList<ParameterModule*>& rList, const TuningMode* pBranch,

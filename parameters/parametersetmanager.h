@@ -18,6 +18,7 @@
 /// lines may be written at any time.
 #pragma once
 
+#include <atomic>
 #include <memory>
 #include <span>
 #include <string>
@@ -37,6 +38,19 @@ namespace tuning
 {
 struct ModuleDescription;
 }
+
+/// As of when a lookup has found what it found.
+struct LookupStamp
+{
+    const std::atomic<UINT64>* pSerial;  ///< of the store, valid as long as that is
+    UINT64                     serial;
+
+    /// @return whether the same lookup would find the same
+    bool IsCurrent() const
+    {
+        return pSerial->load(std::memory_order_acquire) == serial;
+    }
+};
 
 class TAVO_VISIBLE ParameterSetManager : public IModeTable, public IParameterDataAPI
 {
@@ -122,6 +136,13 @@ public:
     /// is unloaded on request or a reload replaces it, and counts as one reference however often it is fetched; a
     /// reload that finds the same layout keeps the new record in its place.
     VOID* KeepModuleRecord(const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch, UINT32 count);
+
+    /// The same for users that remember what they have found.
+    /// @param pStamp receives as of when the same lookup finds the record again, with nothing else to do or to say. It
+    ///               stays as it was when a lookup has to be made each time: in file mode, where paths count as used,
+    ///               on a derived manager, and the first time that a thread asks.
+    VOID* KeepModuleRecord(const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch, UINT32 count,
+                           LookupStamp* pStamp);
 
     /// Releases what rList holds and fills it with the modules of the branch's last mode; with none if it does not
     /// exist.

@@ -130,8 +130,9 @@ public:
                                  UINT32 count, ParameterModule* pPrevious);
 
     /// For good: the reference is never given back. In file mode the path counts as used, walked or not.
+    /// @param pStamp may be null; see KeepModuleRecord
     ParameterModule* KeepModule(BYTE tableIndex, const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch,
-                                UINT32 count);
+                                UINT32 count, LookupStamp* pStamp);
 
     /// Says that a lookup may find another module than before, or that a record in memory is gone.
     VOID ForgetLookups();
@@ -185,7 +186,6 @@ private:
         UntilReleased,
         ForGood
     };
-    ParameterModule* FindKnown(BYTE tableIndex, UINT64 nameHash, const TuningMode* pBranch, UINT32 count) const;
     ParameterModule* WalkToModule(BYTE tableIndex, const CHAR* pName, UINT64 nameHash, const TuningMode* pBranch,
                                   UINT32 count, ParameterModule* pPrevious, Hold hold);
 

@@ -18,6 +18,12 @@ bool CanNote(const TuningMode* pBranch, UINT32 count)
     return pBranch != nullptr && count <= LookupMemo::MaxSelectors;
 }
 
+/// @return what the calling thread has found before, null if it has to search
+ParameterModule* FindKnown(const LookupMemo::Path& rPath, UINT64 nameHash)
+{
+    return CanNote(rPath.pBranch, rPath.count) ? LookupMemo::OfThread().Find(rPath, nameHash) : nullptr;
+}
+
 /// Serials are of one row for all stores: one that is made in the place of another must not find its answers.
 std::atomic<UINT64> g_lastSerial{0};
 
@@ -78,7 +84,8 @@ ParameterModule* ParameterStore::FetchModule(BYTE tableIndex, const CHAR* pName,
     {
         return WalkToModule(tableIndex, pName, nameHash, pBranch, count, pPrevious, Hold::UntilReleased);
     }
-    ParameterModule* pKnown = FindKnown(tableIndex, nameHash, pBranch, count);
+    const UINT64     serial = m_serial.load(std::memory_order_acquire);
+    ParameterModule* pKnown = FindKnown({serial, tableIndex, pBranch, count}, nameHash);
     if (pKnown == nullptr)
     {
         return SearchModule(tableIndex, pName, nameHash, pBranch, count, pPrevious, Hold::UntilReleased);
@@ -91,9 +98,10 @@ ParameterModule* ParameterStore::FetchModule(BYTE tableIndex, const CHAR* pName,
 }
 
 ParameterModule* ParameterStore::KeepModule(BYTE tableIndex, const CHAR* pName, UINT64 nameHash,
-                                            const TuningMode* pBranch, UINT32 count)
+                                            const TuningMode* pBranch, UINT32 count, LookupStamp* pStamp)
 {
-    ParameterModule* pKnown = FindKnown(tableIndex, nameHash, pBranch, count);
+    const UINT64     serial = m_serial.load(std::memory_order_acquire);
+    ParameterModule* pKnown = FindKnown({serial, tableIndex, pBranch, count}, nameHash);
     if (pKnown == nullptr)
     {
         return SearchModule(tableIndex, pName, nameHash, pBranch, count, nullptr, Hold::ForGood);
@@ -102,15 +110,11 @@ ParameterModule* ParameterStore::KeepModule(BYTE tableIndex, const CHAR* pName, 
     {
         m_modes.LoadMode(tableIndex, pBranch, count, nullptr);  // the path is in use as much as ever
     }
+    else if (pStamp != nullptr)
+    {
+        *pStamp = {&m_serial, serial};
+    }
     return pKnown;
-}
-
-inline ParameterModule* ParameterStore::FindKnown(BYTE tableIndex, UINT64 nameHash, const TuningMode* pBranch,
-                                                  UINT32 count) const
-{
-    const UINT64 serial = m_serial.load(std::memory_order_acquire);
-    return CanNote(pBranch, count) ? LookupMemo::OfThread().Find({serial, tableIndex, pBranch, count}, nameHash)
-                                   : nullptr;
 }
 
 ParameterModule* ParameterStore::SearchModule(BYTE tableIndex, const CHAR* pName, UINT64 nameHash,

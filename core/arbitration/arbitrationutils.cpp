@@ -142,7 +142,7 @@ KiroResult UtilMatchEV(INT32 ev, kiroarbitration::EVOffsetType evType)
     }
 }
 
-KiroResult UtilSyncUpExposureTime(AECAlgoExposureType expType, StatsTuningData* pTuningData,
+KiroResult UtilSyncUpExposureTime(AECAlgoExposureType expType, InstanceTuning* pTuningData,
                                   const AECMultiCamInfo* pPeerInfo, FLOAT* pOutTime)
 {
     const auto* pTuning = tuningaccess::Get_kirosync(*pTuningData);

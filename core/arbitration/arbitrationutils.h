@@ -2,9 +2,9 @@
 /// Helpers of arbitration without state.
 #pragma once
 
+#include "core/base/instancetuning.h"
 #include "interface/kiroframe.h"
 #include "interface/kiromulticam.h"
-#include "interface/statstuningdata.h"
 #include "schema/kiroarbitration.h"
 #include "schema/kirodbarbitrationlut.h"
 #include "schema/kirodbarbitrationrange.h"
@@ -34,7 +34,7 @@ KiroResult UtilMatchEV(INT32 ev, kiroarbitration::EVOffsetType evType);
 /// Takes the exposure time of a master.
 /// @param pOutTime receives the time in ns; untouched without tuning or peer
 /// @return 0, or 1 when the time is not to be matched
-KiroResult UtilSyncUpExposureTime(AECAlgoExposureType expType, StatsTuningData* pTuningData,
+KiroResult UtilSyncUpExposureTime(AECAlgoExposureType expType, InstanceTuning* pTuningData,
                                   const AECMultiCamInfo* pPeerInfo, FLOAT* pOutTime);
 
 /// @return whether a time lies outside a range

@@ -22,7 +22,7 @@ VOID ReplaceZero(FLOAT* pValue)
 
 }  // namespace
 
-CKIROArbitration::CKIROArbitration(StatsTuningData& rTuningData, IKIROContextManager& rContextManager)
+CKIROArbitration::CKIROArbitration(InstanceTuning& rTuningData, IKIROContextManager& rContextManager)
     : ModuleCommon(rTuningData, rContextManager), m_pIn(nullptr), m_pOut(nullptr),
       m_LUTTrigger(KIROMLBaseDataType), m_ranges{}
 {

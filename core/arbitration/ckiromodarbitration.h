@@ -16,7 +16,7 @@
 class CKIROArbitration : public ModuleCommon
 {
 public:
-    CKIROArbitration(StatsTuningData& rTuningData, IKIROContextManager& rContextManager);
+    CKIROArbitration(InstanceTuning& rTuningData, IKIROContextManager& rContextManager);
 
     /// Applies one control.
     /// @return 0 applied; 1 failed or not applicable; 3 not in follow mode; 6 data not found; 10 not for this frame

@@ -10,4 +10,5 @@ add_room(kiro_core_base
     core/base/ckirotriggerclasses.cpp
     core/base/debugdata.cpp
     core/base/exposurearithmetic.cpp
+    core/base/instancetuning.cpp
 )

@@ -4,8 +4,7 @@
 /// then, so that a file that lacks a module switches the feature off rather than stopping the camera.
 #pragma once
 
-#include "interface/statstuningdata.h"
-#include "parameters/tuningsetmanager.h"
+#include "core/base/instancetuning.h"
 #include "schema/namehash.h"
 
 namespace tuningaccess
@@ -30,9 +29,14 @@ template <typename Record> const Record& OrZeros(const Record* pRecord)
                 ->KeepModuleRecord(#name, NameHash, static_cast<const TuningMode*>(rTuningData.pTuningModeSelectors),  \
                                    rTuningData.numSelectors));                                                         \
     }                                                                                                                  \
-    template <typename Record = name::RecordType> const Record& Require_##name(const StatsTuningData& rTuningData)     \
+    inline name::RecordType* Get_##name(InstanceTuning& rTuning)                                                       \
     {                                                                                                                  \
-        return OrZeros<Record>(Get_##name(rTuningData));                                                               \
+        constexpr UINT64 NameHash = namehash::OfName(#name);                                                           \
+        return static_cast<name::RecordType*>(rTuning.Record(RecordModule::name, #name, NameHash));                    \
+    }                                                                                                                  \
+    template <typename Record = name::RecordType, typename Tuning> const Record& Require_##name(Tuning& rTuning)       \
+    {                                                                                                                  \
+        return OrZeros<Record>(Get_##name(rTuning));                                                                   \
     }
 #define TUNING_MODULE_BARE(name, major, minor, patch)
 

@@ -30,7 +30,7 @@ FLOAT RatioOfTargets(UINT64 numerator, UINT64 denominator)
 
 }  // namespace
 
-CKIROConvergence::CKIROConvergence(StatsTuningData& rTuningData, IKIROContextManager& rContextManager)
+CKIROConvergence::CKIROConvergence(InstanceTuning& rTuningData, IKIROContextManager& rContextManager)
     : ModuleCommon(rTuningData, rContextManager), m_input{}, m_range{}, m_pRange(nullptr), m_output{},
       m_bIsTargetFixed(FALSE), m_pTuning(nullptr), m_pConvBase(nullptr), m_pConvStretch(nullptr),
       m_pConvSettle(nullptr), m_pBaseCoreData(nullptr), m_scdID(0),

@@ -30,7 +30,7 @@ enum KIROConvExpInfoType : INT32
 class CKIROConvergence : public ModuleCommon
 {
 public:
-    CKIROConvergence(StatsTuningData& rTuningData, IKIROContextManager& rContextManager);
+    CKIROConvergence(InstanceTuning& rTuningData, IKIROContextManager& rContextManager);
 
     /// One frame. @return 0, or 1 without limits or without a previous frame in the history; rOutput is then not filled
     KiroResult RunConvProcesss(KIROConvergenceInput& rInput, KIROConvergenceOutput& rOutput);

@@ -23,7 +23,7 @@ VOID SetFlashOff(KIROAlgoFlashOutput& rOutput)
 
 }  // namespace
 
-CKIROExtension::CKIROExtension(StatsTuningData& rTuningData, IKIROContextManager& rContextManager)
+CKIROExtension::CKIROExtension(InstanceTuning& rTuningData, IKIROContextManager& rContextManager)
     : ModuleCommon(rTuningData, rContextManager),
       m_pFlashCurrentEstimator(TavoNew<CFlashCurrentEstimator>(rContextManager)), m_flagsMonitor(rContextManager),
       m_thresholdTrigger(KIROMLBaseDataType), m_bPreviousSeamlessBinning(TRUE)

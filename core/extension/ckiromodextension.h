@@ -12,7 +12,7 @@ class CFlashCurrentEstimator;
 class CKIROExtension : public ModuleCommon
 {
 public:
-    CKIROExtension(StatsTuningData& rTuningData, IKIROContextManager& rContextManager);
+    CKIROExtension(InstanceTuning& rTuningData, IKIROContextManager& rContextManager);
     ~CKIROExtension();
 
     /// Per frame, after arbitration. @return 0

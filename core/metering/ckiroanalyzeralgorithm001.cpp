@@ -18,7 +18,7 @@ CAnalyzerAlgorithm001::CAnalyzerAlgorithm001()
 
 VOID CAnalyzerAlgorithm001::SetTuning(UINT32 analyzerID, IKIROContextManager& rContextManager)
 {
-    const StatsTuningData& rTuningData = *rContextManager.GetTuningData();
+    InstanceTuning& rTuningData = *rContextManager.GetTuningData();
     SetAnalyzer(analyzerID, &tuningaccess::Require_kirometeringsceneanalyzer(rTuningData).luxAnalyzer, rContextManager);
 
     const auto& rOperation = tuningaccess::Require_kirometering(rTuningData).luxIndexOperation;

@@ -27,7 +27,7 @@ CAnalyzerAlgorithm003::CAnalyzerAlgorithm003() : m_refExposureType(ExposureSafe)
 VOID CAnalyzerAlgorithm003::SetTuning(UINT32 analyzerID, IKIROContextManager& rContextManager)
 {
     CAnalyzerAlgorithm::SetTuning(analyzerID, rContextManager);
-    const StatsTuningData& rTuningData = *rContextManager.GetTuningData();
+    InstanceTuning& rTuningData = *rContextManager.GetTuningData();
     m_refExposureType = tuningaccess::Require_kirometeringsceneanalyzer(rTuningData).luxAnalyzer.refExposureType;
 
     // The first tree makes the object allocate, whatever tree it is; frames find the memory there.

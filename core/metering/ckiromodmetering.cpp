@@ -20,7 +20,7 @@ constexpr UINT32 ShortBlendTriggerData = 2;
 
 }  // namespace
 
-CKIROMetering::CKIROMetering(StatsTuningData& rTuningData, IKIROContextManager& rContextManager)
+CKIROMetering::CKIROMetering(InstanceTuning& rTuningData, IKIROContextManager& rContextManager)
     : ModuleCommon(rTuningData, rContextManager), m_calculatorManager(rContextManager),
       m_analyzerManager(rContextManager), m_preflashContext{}
 {
@@ -30,7 +30,7 @@ CKIROMetering::CKIROMetering(StatsTuningData& rTuningData, IKIROContextManager& 
 VOID CKIROMetering::UpdateManagers()
 {
     TakeTuning();
-    const StatsTuningData& rTuningData = *m_rContextManager.GetTuningData();
+    InstanceTuning& rTuningData = *m_rContextManager.GetTuningData();
     m_calculatorManager.UpdateCalculators(tuningaccess::Get_kirometeringstatscalculator(rTuningData));
     m_analyzerManager.UpdateAnalyzers(tuningaccess::Get_kirometeringsceneanalyzer(rTuningData));
 }

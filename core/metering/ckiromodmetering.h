@@ -18,7 +18,7 @@ public:
     /// Target when nothing is known yet.
     static constexpr UINT64 DefaultExposure = 10000000;
 
-    CKIROMetering(StatsTuningData& rTuningData, IKIROContextManager& rContextManager);
+    CKIROMetering(InstanceTuning& rTuningData, IKIROContextManager& rContextManager);
 
     /// @return 0 when the frame was metered; 1 when it was skipped
     KiroResult RunMeteringPreprocess(KIROMeteringInput& rInput, KIROMeteringOutput& rOutput);

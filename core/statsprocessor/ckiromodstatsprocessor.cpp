@@ -22,7 +22,7 @@ const CHAR* TextOrEmpty(const CHAR* pText)
 
 }  // namespace
 
-CKIROStatsProcessor::CKIROStatsProcessor(StatsTuningData& rTuningData, IKIROContextManager& rContextManager)
+CKIROStatsProcessor::CKIROStatsProcessor(InstanceTuning& rTuningData, IKIROContextManager& rContextManager)
     : ModuleCommon(rTuningData, rContextManager), m_gridStatsProcessor(rContextManager, m_gridStatsBuffer),
       m_histStatsProcessor(rContextManager)
 {

@@ -20,7 +20,7 @@ public:
     using RangeTriggers      = const kiroglobalelements::TriggerSystemEndLevelStartEndType*;
 
     /// Registers itself in the context.
-    CKIROStatsProcessor(StatsTuningData& rTuningData, IKIROContextManager& rContextManager);
+    CKIROStatsProcessor(InstanceTuning& rTuningData, IKIROContextManager& rContextManager);
 
     /// @return 11, with nothing stored, for more channels than the list holds
     KiroResult SetStats(KIROStatsList& rStats);

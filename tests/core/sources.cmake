@@ -5,6 +5,7 @@ set(ROOM_TESTS
     debugdata_test.cpp
     flashtable_test.cpp
     frame_test.cpp
+    instancetuning_test.cpp
     queries_test.cpp
     reload_test.cpp
     scenechangedetector_test.cpp
