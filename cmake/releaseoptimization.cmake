@@ -24,11 +24,11 @@ function(optimize_small_records target)
 endfunction()
 
 # The rooms of the core call one another for a few instructions at a time: optimize_as_a_whole(<library> room...) has them
-# optimized together when the library is linked. The store stays out of it: vtables that it exports would go unless the
-# library itself needs them. Programs that are added afterwards take the same objects as they are.
+# optimized together, at -O3, when the library is linked. The store stays out of it: vtables that it exports would go
+# unless the library itself needs them. Programs that are added afterwards take the same objects as they are.
 function(optimize_as_a_whole library)
     foreach(room ${ARGN})
-        target_compile_options(${room} PRIVATE -flto=auto -ffat-lto-objects)
+        target_compile_options(${room} PRIVATE -O3 -flto=auto -ffat-lto-objects)
     endforeach()
     target_link_options(${library} PRIVATE -flto=auto)
     add_link_options(-fno-lto)
