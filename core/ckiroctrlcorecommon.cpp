@@ -8,7 +8,7 @@
 
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
-#include "core/base/tuningaccess.h"
+#include "core/extensionparameters.h"
 #include "interface/kiroresults.h"
 #include "schema/kiroev.h"
 
@@ -31,9 +31,9 @@ constexpr const CHAR* PeerMapName = "AECMulticamPriorityMap";
 using Parameter = CKIROCtrlCoreCommon::Parameter;
 
 /// @return the first entry that matches, null if there is none
-template <typename Predicate> const Parameter* FindParameter(const StatsTuningData& rTuningData, Predicate&& matches)
+template <typename Predicate>
+const Parameter* FindParameter(const kiroparamextension::KIROParamExtensionType* pTuning, Predicate&& matches)
 {
-    const auto* pTuning = tuningaccess::Get_kiroparamextension(rTuningData);
     if (pTuning == nullptr)
     {
         return nullptr;
@@ -55,7 +55,7 @@ bool IsActivePeer(const StatsPeerInfoCombo& rPeers, UINT32 index, UINT32 ownCame
 UINT32 SelectSlave(const StatsPeerInfoCombo& rPeers, const StatsCameraInfo& rCameraInfo,
                    const StatsTuningData& rTuningData)
 {
-    const Parameter* pMap = FindParameter(rTuningData,
+    const Parameter* pMap = FindParameter(tuningaccess::Get_kiroparamextension(rTuningData),
                                           [](const Parameter& rEntry)
                                           {
                                               return rEntry.ID == PeerMapID &&
@@ -195,8 +195,15 @@ FLOAT CKIROCtrlCoreCommon::UtilGetEVMultiplier(const StatsTuningData* pTuningDat
 KiroResult CKIROCtrlCoreCommon::ParseExtensionParam(const StatsTuningData& rTuningData, INT32 parameterType,
                                                     UINT32 dataCount, Parameter& rParameter)
 {
+    return extensionparameters::Parse(tuningaccess::Get_kiroparamextension(rTuningData), parameterType, dataCount,
+                                      rParameter);
+}
+
+KiroResult extensionparameters::Parse(const kiroparamextension::KIROParamExtensionType* pTuning, INT32 parameterType,
+                                      UINT32 dataCount, Parameter& rParameter)
+{
     const CHAR*      pName  = g_pAECExtParamStringArray[parameterType];
-    const Parameter* pFound = FindParameter(rTuningData,
+    const Parameter* pFound = FindParameter(pTuning,
                                             [pName, dataCount](const Parameter& rEntry) {
                                                 return std::strcmp(rEntry.Name, pName) == 0 &&
                                                        (dataCount == AnyDataCount || rEntry.dataCount == dataCount);
@@ -231,13 +238,12 @@ KiroResult CKIROCtrlCoreCommon::GetMFHDRFPSControlExtParam(const StatsTuningData
 
 KiroResult CKIROCtrlCoreCommon::GetMFHDRADRCExtParam(const StatsTuningData& rTuningData, Parameter& rParameter)
 {
-    const KiroResult result = ParseExtensionParam(rTuningData, AECExtParamMFHDRADRCControl, 3, rParameter);
-    return (result == 0) ? 0 : ParseExtensionParam(rTuningData, AECExtParamMFHDRADRCControl, 4, rParameter);
+    return extensionparameters::GetMFHDRADRC(rTuningData, rParameter);
 }
 
 KiroResult CKIROCtrlCoreCommon::GetFlickerControlExtParam(const StatsTuningData& rTuningData, Parameter& rParameter)
 {
-    return ParseExtensionParam(rTuningData, AECExtParamFlickerControl, 2, rParameter);
+    return extensionparameters::GetFlickerControl(rTuningData, rParameter);
 }
 
 KiroResult CKIROCtrlCoreCommon::GetSnapshotExposureExtParam(const StatsTuningData& rTuningData, Parameter& rParameter)

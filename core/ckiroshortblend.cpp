@@ -7,7 +7,7 @@
 #include "core/base/kirolog.h"
 #include "core/base/soundvalue.h"
 #include "core/base/tuningaccess.h"
-#include "interface/ckiroctrlcorecommon.h"
+#include "core/extensionparameters.h"
 
 using exposurearithmetic::Epsilon;
 using exposurearithmetic::SaturateToUINT64;
@@ -61,8 +61,8 @@ FLOAT CKIROShortBlend::PreprocessLongADRC(KIROConvergenceInput& rInput)
         return noADRC;
     }
     InstanceTuning& rTuningData = *m_rContextManager.GetTuningData();
-    Parameter              parameter{};
-    if (CKIROCtrlCoreCommon::GetMFHDRADRCExtParam(rTuningData, parameter) != 0 || parameter.enableFlag != TRUE ||
+    Parameter       parameter{};
+    if (extensionparameters::GetMFHDRADRC(rTuningData, parameter) != 0 || parameter.enableFlag != TRUE ||
         parameter.triggerCount < ControlCount)
     {
         return noADRC;

@@ -7,8 +7,8 @@
 #include "core/base/exposurearithmetic.h"
 #include "core/base/kirolog.h"
 #include "core/base/tuningaccess.h"
+#include "core/extensionparameters.h"
 #include "core/metering/ckiromodmetering.h"
-#include "interface/ckiroctrlcorecommon.h"
 
 using exposurearithmetic::Epsilon;
 using exposurearithmetic::SaturateToUINT64;
@@ -30,8 +30,8 @@ bool IsShareOfMinimum(FLOAT factor)
 /// @return whether the named parameter, if there is one, lets antibanding pull the safe exposure
 bool IsFlickerControlOn(IKIROContextManager& rContext)
 {
-    CKIROCtrlCoreCommon::Parameter parameter{};
-    if (CKIROCtrlCoreCommon::GetFlickerControlExtParam(*rContext.GetTuningData(), parameter) != 0)
+    extensionparameters::Parameter parameter{};
+    if (extensionparameters::GetFlickerControl(*rContext.GetTuningData(), parameter) != 0)
     {
         return true;
     }

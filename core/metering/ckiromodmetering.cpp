@@ -6,7 +6,7 @@
 #include "core/base/kirolog.h"
 #include "core/base/tuningaccess.h"
 #include "core/contextdebugdata.h"
-#include "interface/ckiroctrlcorecommon.h"
+#include "core/extensionparameters.h"
 #include "interface/kiroresults.h"
 
 namespace
@@ -158,8 +158,8 @@ VOID CKIROMetering::PublishMatchedExposures(const AECFrameHistory& rMatched)
 
 VOID CKIROMetering::PublishShortBlend(const AECFrameHistory& rMatched)
 {
-    CKIROCtrlCoreCommon::Parameter parameter{};
-    const KiroResult result = CKIROCtrlCoreCommon::GetMFHDRADRCExtParam(*m_rContextManager.GetTuningData(), parameter);
+    extensionparameters::Parameter parameter{};
+    const KiroResult result = extensionparameters::GetMFHDRADRC(*m_rContextManager.GetTuningData(), parameter);
     if (result == 0 && parameter.enableFlag == TRUE)
     {
         const INT32 dataID = exposurearithmetic::SaturateToINT32(parameter.data[ShortBlendTriggerData]);
