@@ -133,7 +133,7 @@ KiroResult CKIROArbitration::MatchControlHistory(KIROExposureSetType* pOutExposu
     table.correction    = rCurrent.corr;
     table.expKneesCount = static_cast<UINT32>(knees->size());
     table.expKnees      = knees->data();
-    result              = ApplyCoreTable(pOutExposure, &table, rCurrent.exposure);
+    result              = ApplyCoreTable(pOutExposure, table, rCurrent.exposure);
     return result | UtilMakeTableExposureFit(pOutExposure, &m_pIn->range);
 }
 

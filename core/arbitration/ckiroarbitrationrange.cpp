@@ -264,7 +264,7 @@ VOID CKIROArbitration::UpdateOneRangeIndex(FLOAT index, KIROExposureSetType* pBo
 {
     const UINT64 exposure = exposurearithmetic::ExposureOfIndex(index, m_pIn->indexZeroExposure);
     // A table that cannot split the exposure leaves the bound as it was.
-    (VOID) ApplyCoreTable(pBound, m_pIn->pTable, exposure);
+    (VOID) ApplyCoreTable(pBound, *m_pIn->pTable, exposure);
 }
 
 KiroResult CKIROArbitration::ArbitrateExposureRange(KIROExposureRange* pTempRange, const RangeType* pAdj)

@@ -106,10 +106,9 @@ KiroResult CKIROArbitration::ApplyCoreRangeSHDRTime(RangeType* pAdj) const
         return ResultFailed;
     }
 
-    const UINT64 longMaxTime    = m_ranges[AECAlgoExposureLong].end.time;
+    const UINT64 longMaxTime    = m_maxTimes[AECAlgoExposureLong];
     const FLOAT  budgetIncrease = std::max(static_cast<FLOAT>(longMaxTime) - static_cast<FLOAT>(longTime), 0.0f);
-    const FLOAT  newMaxTime =
-        std::min(pAdj->end.val, static_cast<FLOAT>(m_ranges[m_pIn->expType].end.time) + budgetIncrease);
+    const FLOAT  newMaxTime = std::min(pAdj->end.val, static_cast<FLOAT>(m_maxTimes[m_pIn->expType]) + budgetIncrease);
     if (static_cast<FLOAT>(m_pIn->range.end.time) + Epsilon < newMaxTime)
     {
         STATS_LOG_TRACE("tuned %.0f updating time %llu to %.0f SHDR long time %llu max %llu", pAdj->end.val,

@@ -80,50 +80,39 @@ struct CKIROArbitration::TableSegment
     UINT64              target;  ///< the exposure to reach
 };
 
-KiroResult CKIROArbitration::ApplyCoreTable(KIROExposureSetType* pOutExposure, ExposureTableType* pTableIn,
-                                            UINT64 exposureIn)
+KiroResult CKIROArbitration::ApplyCoreTable(KIROExposureSetType* pOutExposure)
 {
-    const bool         bIsCalledInternally = pTableIn != nullptr;
-    ExposureTableType* pTable              = pTableIn;
-    UINT64             exposure            = exposureIn;
-    if (!bIsCalledInternally)
+    if (m_pIn->controlID == kirodbarbitrationorder::ArbCtrlMatchHistory)
     {
-        if (m_pIn->controlID == kirodbarbitrationorder::ArbCtrlMatchHistory)
-        {
-            return MatchControlHistory(pOutExposure);
-        }
-        DBArbitrationTablePayload* pPayload =
-            m_rContextManager.m_pBankManager->GetDataArbitrationTable(m_pIn->controlDataID);
-        if (pPayload == nullptr)
-        {
-            STATS_LOG_ERROR("table not found");
-            return ResultFailed;
-        }
-        STATS_LOG_TRACE("Apply %s", TextOrEmpty(pPayload->description));
-        pTable   = &pPayload->value;
-        exposure = CurrentExposure().exposure;
+        return MatchControlHistory(pOutExposure);
     }
-    if (pTable->expKneesCount < 2)
+    DBArbitrationTablePayload* pPayload =
+        m_rContextManager.m_pBankManager->GetDataArbitrationTable(m_pIn->controlDataID);
+    if (pPayload == nullptr)
+    {
+        STATS_LOG_ERROR("table not found");
+        return ResultFailed;
+    }
+    STATS_LOG_TRACE("Apply %s", TextOrEmpty(pPayload->description));
+    const KiroResult result = ApplyCoreTable(pOutExposure, pPayload->value, CurrentExposure().exposure);
+    if (result != 0)
+    {
+        return result;
+    }
+    m_pIn->pTable = &pPayload->value;
+    return UtilMakeTableExposureFit(pOutExposure, &m_pIn->range);
+}
+
+KiroResult CKIROArbitration::ApplyCoreTable(KIROExposureSetType* pOutExposure, const ExposureTableType& rTable,
+                                            UINT64 exposure) const
+{
+    if (rTable.expKneesCount < 2)
     {
         STATS_LOG_ERROR("invalid exposure table tuning");
         return ResultFailed;
     }
-    if (!bIsCalledInternally)
-    {
-        m_pIn->pTable = pTable;
-    }
-
-    KIROExposureSetType split  = SplitAlongSegment(SelectSegment(*pTable, exposure), pTable->correction);
-    KiroResult          result = 0;
-    if (!bIsCalledInternally)
-    {
-        result = UtilMakeTableExposureFit(&split, &m_pIn->range);
-    }
-    if (result == 0)
-    {
-        *pOutExposure = split;
-    }
-    return result;
+    SplitAlongSegment(SelectSegment(rTable, exposure), rTable.correction, pOutExposure);
+    return 0;
 }
 
 CKIROArbitration::TableSegment CKIROArbitration::SelectSegment(const ExposureTableType& rTable, UINT64 exposure) const
@@ -164,26 +153,26 @@ CKIROArbitration::TableSegment CKIROArbitration::SelectSegment(const ExposureTab
     return {rTable.expKnees[upper - 1], rTable.expKnees[upper], rTable.expKnees[upper].incrementPriority, exposure};
 }
 
-KIROExposureSetType CKIROArbitration::SplitAlongSegment(const TableSegment& rSegment, FLOAT correction) const
+VOID CKIROArbitration::SplitAlongSegment(const TableSegment& rSegment, FLOAT correction,
+                                         KIROExposureSetType* pSplit) const
 {
     const UINT64 base   = ExposureOfKnee(rSegment.start, correction);
     const FLOAT  factor = static_cast<FLOAT>(rSegment.target) / static_cast<FLOAT>(base);
     const Room   room   = {rSegment.end.gain / rSegment.start.gain,
                            static_cast<FLOAT>(rSegment.end.time) / static_cast<FLOAT>(rSegment.start.time)};
 
-    KIROExposureSetType split{};
-    split.gain = rSegment.start.gain;
-    split.time = rSegment.start.time;
+    *pSplit      = {};
+    pSplit->gain = rSegment.start.gain;
+    pSplit->time = rSegment.start.time;
     if (factor > MultiplierAboveOne && rSegment.priority == AECExpIncGain)
     {
-        RaiseGainFirst(rSegment.start, room, factor, &split);
+        RaiseGainFirst(rSegment.start, room, factor, pSplit);
     }
     else if (factor > MultiplierAboveOne)
     {
-        RaiseTimeFirst(rSegment.start, room, factor, &split);
+        RaiseTimeFirst(rSegment.start, room, factor, pSplit);
     }
-    split.corr     = correction;
-    split.exposure = exposurearithmetic::UtilQuantities2Exposure(split.gain, split.time, split.corr);
-    exposurearithmetic::SetIndexByFloatRatio(&split, m_pIn->indexZeroExposure);
-    return split;
+    pSplit->corr     = correction;
+    pSplit->exposure = exposurearithmetic::UtilQuantities2Exposure(pSplit->gain, pSplit->time, correction);
+    exposurearithmetic::SetIndexByFloatRatio(pSplit, m_pIn->indexZeroExposure);
 }

@@ -24,7 +24,7 @@ VOID ReplaceZero(FLOAT* pValue)
 
 CKIROArbitration::CKIROArbitration(InstanceTuning& rTuningData, IKIROContextManager& rContextManager)
     : ModuleCommon(rTuningData, rContextManager), m_pIn(nullptr), m_pOut(nullptr),
-      m_LUTTrigger(KIROMLBaseDataType), m_ranges{}
+      m_LUTTrigger(KIROMLBaseDataType), m_maxTimes{}
 {
 }
 
@@ -45,9 +45,8 @@ KiroResult CKIROArbitration::RunArbitration(KIROArbitrationInput* pInput, KIROAr
     m_pIn  = pInput;
     m_pOut = pOutput;
     RepairInput(*pInput);
-    pOutput->exposureSet = CurrentExposure();
-    pOutput->expType     = pInput->expType;
-    m_pTuningData        = m_rContextManager.GetTuningData();
+    pOutput->expType = pInput->expType;
+    m_pTuningData    = m_rContextManager.GetTuningData();
 
     const KiroResult result = ApplyControl(*pOutput);
     if (result != 0)
@@ -56,7 +55,7 @@ KiroResult CKIROArbitration::RunArbitration(KIROArbitrationInput* pInput, KIROAr
     }
     HoldSoundExposure(*pOutput);
     UtilUpdateExposureAndIndexLimits(&pOutput->range, pInput->indexZeroExposure);
-    m_ranges[pInput->expType] = pOutput->range;
+    m_maxTimes[pInput->expType] = pOutput->range.end.time;
     PopulateDebugData();
     return 0;
 }
@@ -77,8 +76,8 @@ VOID CKIROArbitration::HoldSoundExposure(KIROArbitrationOutput& rOutput) const
 /// The last control of an exposure's list stays in the record.
 VOID CKIROArbitration::PopulateDebugData() const
 {
-    AECDebugData* pDebug = debugdata::Enabled(m_rContextManager);
-    if (pDebug == nullptr || m_pIn->bIsConvRange == TRUE)
+    AECDebugData* pDebug = (m_pIn->bIsConvRange != TRUE) ? debugdata::Enabled(m_rContextManager) : nullptr;
+    if (pDebug == nullptr)
     {
         return;
     }
@@ -116,22 +115,23 @@ VOID CKIROArbitration::RepairInput(KIROArbitrationInput& rInput) const
 
 KiroResult CKIROArbitration::ApplyControl(KIROArbitrationOutput& rOutput)
 {
+    if (m_pIn->controlBank == BankIDArbitrationTable)
+    {
+        rOutput.exposureSet     = {};
+        const KiroResult result = ApplyCoreTable(&rOutput.exposureSet);
+        if (result != 0)
+        {
+            rOutput.exposureSet = CurrentExposure();
+        }
+        return result;
+    }
+    rOutput.exposureSet = CurrentExposure();
     switch (m_pIn->controlBank)
     {
     case BankIDArbitrationLUT:
         return ApplyCoreLUT();
     case BankIDArbitrationRange:
         return ApplyCoreRange();
-    case BankIDArbitrationTable:
-    {
-        KIROExposureSetType split{};
-        const KiroResult    result = ApplyCoreTable(&split, nullptr, 0);
-        if (result == 0)
-        {
-            rOutput.exposureSet = split;
-        }
-        return result;
-    }
     default:
         STATS_LOG_ERROR("don't know how to handle bank %d", m_pIn->controlBank);
         return ResultFailed;

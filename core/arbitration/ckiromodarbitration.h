@@ -56,9 +56,13 @@ private:
     KiroResult ApplyCoreRangeSHDRTime(RangeType* pAdj) const;
 
     // Tables.
-    KiroResult   ApplyCoreTable(KIROExposureSetType* pOutExposure, ExposureTableType* pTableIn, UINT64 exposureIn);
+    /// Splits the current exposure along the control's table and fits it into the range. Its result counts with 0 only.
+    KiroResult ApplyCoreTable(KIROExposureSetType* pOutExposure);
+    /// Splits an exposure along a table, wherever the range lies.
+    KiroResult   ApplyCoreTable(KIROExposureSetType* pOutExposure, const ExposureTableType& rTable,
+                                UINT64 exposure) const;
     TableSegment SelectSegment(const ExposureTableType& rTable, UINT64 exposure) const;
-    KIROExposureSetType SplitAlongSegment(const TableSegment& rSegment, FLOAT correction) const;
+    VOID         SplitAlongSegment(const TableSegment& rSegment, FLOAT correction, KIROExposureSetType* pSplit) const;
 
     // Look-up tables.
     KiroResult ApplyCoreLUT();
@@ -85,5 +89,5 @@ private:
     KIROArbitrationInput*  m_pIn;   ///< for the call
     KIROArbitrationOutput* m_pOut;  ///< for the call
     CKIRODataXML           m_LUTTrigger;
-    KIROExposureRange      m_ranges[AECAlgoExposureCount];  ///< last output range per exposure type
+    UINT64                 m_maxTimes[AECAlgoExposureCount];  ///< of the last output range per exposure type, ns
 };
