@@ -14,13 +14,11 @@ using exposurearithmetic::SnapMargin;
 namespace
 {
 
-VOID UpdateBoundExposure(KIROExposureSetType* pBound)
+/// The exposure of gain, time and correction, or the one that they approximate.
+UINT64 ExposureOfBound(const KIROExposureSetType& rBound)
 {
-    const UINT64 exposure = exposurearithmetic::UtilQuantities2Exposure(pBound->gain, pBound->time, pBound->corr);
-    if (!exposurearithmetic::IsSameExposure(exposure, pBound->exposure))
-    {
-        pBound->exposure = exposure;
-    }
+    const UINT64 exposure = exposurearithmetic::UtilQuantities2Exposure(rBound.gain, rBound.time, rBound.corr);
+    return exposurearithmetic::IsSameExposure(exposure, rBound.exposure) ? rBound.exposure : exposure;
 }
 
 /// A gain outside goes to the bound. If it missed by less than the margin, the time stays; otherwise the time makes up
@@ -73,18 +71,20 @@ VOID MoveTableTimeIntoRange(KIROExposureSetType* pExp, const KIROExposureSetType
 
 VOID UtilUpdateExposureAndIndexLimits(KIROExposureRange* pR, UINT64 indexZeroExposure)
 {
-    UpdateBoundExposure(&pR->start);
-    UpdateBoundExposure(&pR->end);
-    if (pR->start.exposure > pR->end.exposure)
+    const UINT64 startExposure = ExposureOfBound(pR->start);
+    UINT64       endExposure   = ExposureOfBound(pR->end);
+    if (startExposure > endExposure)
     {
         STATS_LOG_WARNING("max exposure %llu smaller than min %llu forcing to min; start %.2f %llu %.2f end %.2f %llu "
                           "%.2f",
-                          pR->end.exposure, pR->start.exposure, pR->start.gain, pR->start.time, pR->start.corr,
-                          pR->end.gain, pR->end.time, pR->end.corr);
-        pR->end.exposure = pR->start.exposure;
+                          endExposure, startExposure, pR->start.gain, pR->start.time, pR->start.corr, pR->end.gain,
+                          pR->end.time, pR->end.corr);
+        endExposure = startExposure;
     }
-    pR->start.indx = exposurearithmetic::IndexOfExposure(pR->start.exposure, indexZeroExposure);
-    pR->end.indx   = exposurearithmetic::IndexOfExposure(pR->end.exposure, indexZeroExposure);
+    pR->start.exposure = startExposure;
+    pR->start.indx     = exposurearithmetic::IndexOfExposure(startExposure, indexZeroExposure);
+    pR->end.exposure   = endExposure;
+    pR->end.indx       = exposurearithmetic::IndexOfExposure(endExposure, indexZeroExposure);
 }
 
 KiroResult UtilMakeTableExposureFit(KIROExposureSetType* pExp, const KIROExposureRange* pRange)
