@@ -76,14 +76,22 @@ AECAlgoExposureType ExposureTypeOf(KIROExposureSelection selection)
 }  // namespace
 
 ArbitrationWalk::ArbitrationWalk(IKIROCoreAlgo* pAlgo, const KIROSensorRange& rSensorRange, UINT64 indexZeroExposure)
-    : m_pAlgo(pAlgo), m_sensorRange(rSensorRange), m_indexZeroExposure(indexZeroExposure)
+    : m_pAlgo(pAlgo), m_input{}, m_sensorLimits{}
 {
+    m_input.sensorRange       = rSensorRange;
+    m_input.indexZeroExposure = indexZeroExposure;
+    m_sensorLimits.start.gain = rSensorRange.minGain;
+    m_sensorLimits.start.time = rSensorRange.minTime;
+    m_sensorLimits.start.corr = 1.0f;
+    m_sensorLimits.end.gain   = rSensorRange.maxGain;
+    m_sensorLimits.end.time   = rSensorRange.maxTime;
+    m_sensorLimits.end.corr   = 1.0f;
 }
 
 KIROArbitratedLimits ArbitrationWalk::ComputeLimits(const ArbitrationSettings& rSettings, const UINT64* pExposures)
 {
     KIROArbitratedLimits limits{};
-    limits.indexZeroExposure = m_indexZeroExposure;
+    limits.indexZeroExposure = m_input.indexZeroExposure;
     WalkOrder(rSettings, pExposures, TRUE,
               [&](const KIROArbitrationInput& rResult) { limits.ranges[rResult.expType] = rResult.range; });
     return limits;
@@ -126,47 +134,35 @@ VOID ArbitrationWalk::WalkOrder(const ArbitrationSettings& rSettings, const UINT
     }
     const ArbitrationControlOrder& rOrder = static_cast<const DBArbitrationOrderPayload*>(query.pData)->value;
 
-    KIROArbitrationInput input{};
-    input.sensorRange       = m_sensorRange;
-    input.indexZeroExposure = m_indexZeroExposure;
-    input.bIsConvRange      = bIsConvRange;
-    if (rSettings.precisionFlash.has_value())
-    {
-        input.bFPrecisionFlashFlag = TRUE;
-        input.precisionFlashInfo   = *rSettings.precisionFlash;
-    }
+    m_input.bIsConvRange         = bIsConvRange;
+    m_input.bFPrecisionFlashFlag = rSettings.precisionFlash.has_value() ? TRUE : FALSE;
+    m_input.precisionFlashInfo   = rSettings.precisionFlash.value_or(KIROPrecisionFlashInfo{});
     for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
     {
-        input.exposures[type].gain     = m_sensorRange.minGain;
-        input.exposures[type].time     = m_sensorRange.minTime;
-        input.exposures[type].corr     = 1.0f;
-        input.exposures[type].exposure = pExposures[type];
+        m_input.exposures[type]          = m_sensorLimits.start;
+        m_input.exposures[type].exposure = pExposures[type];
     }
     for (const ArbitrationControlExposureType& rExposure : rOrder.exposureTypes)
     {
         if (rExposure.exposureType != ExposureNone)
         {
-            input.expType = ExposureTypeOf(rExposure.exposureType);
-            WalkControls(rSettings, rExposure, input);
-            visit(input);
+            m_input.expType = ExposureTypeOf(rExposure.exposureType);
+            WalkControls(rSettings, rExposure);
+            visit(m_input);
         }
     }
 }
 
-VOID ArbitrationWalk::WalkControls(const ArbitrationSettings& rSettings, const ArbitrationControlExposureType& rOrder,
-                                   KIROArbitrationInput& rInput)
+VOID ArbitrationWalk::WalkControls(const ArbitrationSettings& rSettings, const ArbitrationControlExposureType& rOrder)
 {
     // Every list starts from what the sensor can do; each control narrows it.
-    rInput.pTable           = nullptr;
-    rInput.range            = {};
-    rInput.range.start.gain = m_sensorRange.minGain;
-    rInput.range.start.time = m_sensorRange.minTime;
-    rInput.range.start.corr = 1.0f;
-    rInput.range.end.gain   = m_sensorRange.maxGain;
-    rInput.range.end.time   = m_sensorRange.maxTime;
-    rInput.range.end.corr   = 1.0f;
+    m_input.pTable = nullptr;
+    m_input.range  = m_sensorLimits;
 
-    KIROArbitrationOutput output{};
+    KIROArbitrationOutput output;
+    output.expType           = {};
+    output.deltaEVFromTarget = 0.0f;
+    output.FPS               = 0.0f;
     for (UINT32 index = 0; index < rOrder.controlsCount; ++index)
     {
         const OrderType& rControl = rOrder.controls[index];
@@ -175,18 +171,18 @@ VOID ArbitrationWalk::WalkControls(const ArbitrationSettings& rSettings, const A
             continue;
         }
         PrepareControl(rSettings, rControl);
-        rInput.controlID     = rControl.controlID;
-        rInput.controlBank   = BankOfControl(rControl.controlID);
-        rInput.controlDataID = rControl.dataID;
+        m_input.controlID     = rControl.controlID;
+        m_input.controlBank   = BankOfControl(rControl.controlID);
+        m_input.controlDataID = rControl.dataID;
 
         output.exposureSet = {};
-        output.range       = rInput.range;
+        output.range       = m_input.range;
         // A control that fails or does not apply leaves exposure and limits as they were. So does a reference frame
         // that the exposure lies on the wrong side of: its control succeeds without an answer.
-        if (m_pAlgo->runArbitration(m_pAlgo, &rInput, &output) == 0 && output.exposureSet.exposure != 0)
+        if (m_pAlgo->runArbitration(m_pAlgo, &m_input, &output) == 0 && output.exposureSet.exposure != 0)
         {
-            rInput.exposures[rInput.expType] = output.exposureSet;
-            rInput.range                     = output.range;
+            m_input.exposures[m_input.expType] = output.exposureSet;
+            m_input.range                      = output.range;
         }
     }
 }
@@ -200,7 +196,7 @@ VOID ArbitrationWalk::PrepareControl(const ArbitrationSettings& rSettings, const
     case ArbCtrlFPS:
         OverrideRange(rControl.dataID, 1.0f,
                       static_cast<FLOAT>(std::min(NsPerSecond / static_cast<DOUBLE>(rSettings.FPSRange.minimumFPS),
-                                                  static_cast<DOUBLE>(m_sensorRange.maxTime))),
+                                                  static_cast<DOUBLE>(m_input.sensorRange.maxTime))),
                       true);
         break;
     case ArbCtrlManualGain:

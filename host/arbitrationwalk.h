@@ -43,15 +43,14 @@ private:
     template <typename Visit>
     VOID WalkOrder(const ArbitrationSettings& rSettings, const UINT64* pExposures, BOOL bIsConvRange, Visit&& visit);
 
-    /// @param rInput its exposure is split and its range narrowed by each control
+    /// Lets each control split the exposure of m_input and narrow its range.
     VOID WalkControls(const ArbitrationSettings&                                    rSettings,
-                      const kirodbarbitrationorder::ArbitrationControlExposureType& rOrder,
-                      KIROArbitrationInput&                                         rInput);
+                      const kirodbarbitrationorder::ArbitrationControlExposureType& rOrder);
     VOID PrepareControl(const ArbitrationSettings& rSettings, const OrderType& rControl);
     VOID OverrideRange(INT32 dataID, FLOAT start, FLOAT end, bool isStartKept);
 
     IKIROCoreAlgo*                m_pAlgo;
-    KIROSensorRange               m_sensorRange;
-    UINT64                        m_indexZeroExposure;
-    std::map<INT32, RangePayload> m_overrides;  ///< ranges that follow user settings; the bank points at them
+    KIROArbitrationInput          m_input;         ///< handed from control to control
+    KIROExposureRange             m_sensorLimits;  ///< where every list begins
+    std::map<INT32, RangePayload> m_overrides;     ///< ranges that follow user settings; the bank points at them
 };

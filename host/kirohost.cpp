@@ -29,9 +29,11 @@ KiroHost::KiroHost(const KiroCoreLibrary& rLibrary, const KiroHostConfig& rConfi
       m_touchRegion{}, m_externalData(m_pAlgo),
       m_walk(m_pAlgo, rConfig.sensorRange, rConfig.indexZeroExposure), m_frame{}, m_start{}, m_framesRun(0),
       m_statisticsAge(rConfig.systemLatency), m_opMode(AECAlgoOperationModeInit), m_isLightSensed(false),
-      m_hasPreviousMode(false), m_evSteps(0), m_isMetered(true), m_unmeteredFrames(0), m_flashInfo{},
+      m_hasPreviousMode(false), m_evSteps(0), m_isMetered(true), m_unmeteredFrames(0), m_extensionInput{},
       m_snapshot(KIROCoreSnapshotType::Normal)
 {
+    m_extensionInput.pConvergenceOuts = &m_frame.convergence;
+    m_extensionInput.pArbitrationOuts = m_frame.arbitration;
     SetOperationMode(AECAlgoOperationModeFastAEC);
     SetHDRType(HDRDisabled);
     (VOID) SetParam(AECAlgoSetParamPipelineDelay, m_config.systemLatency);
@@ -218,11 +220,11 @@ VOID KiroHost::RunConvergence(UINT64 frameID)
     }
 
     // When convergence cannot run, the last frame's exposures stand.
-    KIROConvergenceOutput output = m_frame.convergence;
-    output.bIfConvProcRun        = FALSE;
-    if (m_pAlgo->RunConvProcess(m_pAlgo, input, output) == 0)
+    const KIROConvergenceOutput last   = m_frame.convergence;
+    m_frame.convergence.bIfConvProcRun = FALSE;
+    if (m_pAlgo->RunConvProcess(m_pAlgo, input, m_frame.convergence) != 0)
     {
-        m_frame.convergence = output;
+        m_frame.convergence = last;
     }
     (VOID) m_pAlgo->followMasterConvExposure(m_pAlgo, m_frame.convergence);
     m_pAlgo->HandleExposureConstraints(m_pAlgo, m_frame.convergence);
@@ -232,13 +234,9 @@ VOID KiroHost::RunConvergence(UINT64 frameID)
 
 VOID KiroHost::RunExtension(StatisticsStartUp startup)
 {
-    KIROExtensionInput input{};
-    input.pConvergenceOuts  = &m_frame.convergence;
-    input.pArbitrationOuts  = m_frame.arbitration;
-    input.statisticsStartup = startup;
-    input.flashInfo         = m_flashInfo;
-    m_frame.extension       = {};
-    (VOID) m_pAlgo->runExtension(m_pAlgo, input, m_frame.extension);
+    m_extensionInput.statisticsStartup = startup;
+    m_frame.extension                  = {};
+    (VOID) m_pAlgo->runExtension(m_pAlgo, m_extensionInput, m_frame.extension);
 }
 
 /// The smallest exposure at which banding does not show: one period of the lamp at the lowest gain.

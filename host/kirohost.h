@@ -160,7 +160,7 @@ public:
     /// What the extension stage of the next frames is told of a flash.
     VOID SetFlashInfo(const KIROExtFlashInfo& rInfo)
     {
-        m_flashInfo = rInfo;
+        m_extensionInput.flashInfo = rInfo;
     }
 
     /// Shares of a precision flash, for the arbitration of the next frames. @param pInfo null for none; copied
@@ -232,9 +232,9 @@ private:
     bool                     m_hasPreviousMode;
     INT32                    m_evSteps;
 
-    bool             m_isMetered;
-    UINT32           m_unmeteredFrames;  ///< still to come after a change of mode
-    KIROExtFlashInfo m_flashInfo;
+    bool               m_isMetered;
+    UINT32             m_unmeteredFrames;  ///< still to come after a change of mode
+    KIROExtensionInput m_extensionInput;
 
     KIROCoreSnapshotType                m_snapshot;
     std::optional<KIROCoreSnapshotType> m_nextSnapshot;  ///< not said to the core yet
