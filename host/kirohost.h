@@ -234,7 +234,7 @@ private:
 
     bool               m_isMetered;
     UINT32             m_unmeteredFrames;  ///< still to come after a change of mode
-    KIROExtensionInput m_extensionInput;
+    KIROExtensionInput m_extensionInput;   ///< points at m_frame; the flash in it stands until it is set anew
 
     KIROCoreSnapshotType                m_snapshot;
     std::optional<KIROCoreSnapshotType> m_nextSnapshot;  ///< not said to the core yet

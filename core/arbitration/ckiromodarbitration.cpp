@@ -117,7 +117,7 @@ KiroResult CKIROArbitration::ApplyControl(KIROArbitrationOutput& rOutput)
 {
     if (m_pIn->controlBank == BankIDArbitrationTable)
     {
-        rOutput.exposureSet     = {};
+        rOutput.exposureSet     = {};  // what a reference frame without an answer leaves
         const KiroResult result = ApplyCoreTable(&rOutput.exposureSet);
         if (result != 0)
         {
