@@ -12,8 +12,6 @@ using kiroarbitration::SnapshotSearchMethod;
 namespace
 {
 
-constexpr UINT8 FrameCountMax = 10;
-
 EVOffsetType OffsetTypeOf(INT32 evUIVal)
 {
     if (evUIVal == 0)
@@ -173,7 +171,7 @@ KiroResult CKIROHistory::ModeInfo::SaveCurrentFrameID(UINT64 frameID)
 }
 
 CKIROHistory::CKIROHistory()
-    : m_maxFrameHistorySize(FrameCountMax), m_currMode(m_spares),
+    : m_maxFrameHistorySize(FrameCountMax), m_currMode(m_spares), m_found{},
       m_prevMode(m_spares), m_flashOffFrame{}, m_flashLowFrame{}, m_previewBackup{}, m_bIsflashLowSet(FALSE),
       m_bIsSnapshotEOF(FALSE), m_snapshotFID(0), m_snapshotList(m_spares)
 {
@@ -196,6 +194,8 @@ KiroResult CKIROHistory::SaveFrameToHistory(AECFrameHistory* pFrame)
         m_currMode.m_isStartConfigSaved = TRUE;
         return 0;
     }
+
+    m_found = {};
 
     MyList&                rFrames = m_currMode.m_frameList;
     const AECFrameHistory* pNewest = rFrames.Newest();
@@ -229,12 +229,7 @@ VOID CKIROHistory::SaveSnapshotFrame(AECFrameHistory* pFrame)
     }
 }
 
-const AECFrameHistory* CKIROHistory::GetFrameHistory(UINT8 offset)
-{
-    return GetInternalFrameHistory(offset);
-}
-
-AECFrameHistory* CKIROHistory::GetInternalFrameHistory(UINT8 offset)
+AECFrameHistory* CKIROHistory::FindFrame(UINT8 offset)
 {
     if (m_currMode.m_isStartConfigSaved == FALSE)
     {
@@ -253,7 +248,8 @@ AECFrameHistory* CKIROHistory::GetInternalFrameHistory(UINT8 offset)
         return nullptr;
     }
     AECFrameHistory* pFrame = m_currMode.m_frameList.FindByOffset(m_currMode.m_curFrameID, offset);
-    return (pFrame != nullptr) ? pFrame : &m_currMode.m_startConfig;
+    m_found[offset]         = (pFrame != nullptr) ? pFrame : &m_currMode.m_startConfig;
+    return m_found[offset];
 }
 
 const AECFrameHistory* CKIROHistory::FindPreviewFrame(UINT32 end)
@@ -298,17 +294,19 @@ VOID CKIROHistory::FinishCurrentModeHistory(AECAlgoOperationModeType prevMode)
     // Streaming continues from the history of a fast mode.
     if (!bFastMode)
     {
-        m_currMode.Reset();
+        InitializeHistory();
     }
 }
 
 KiroResult CKIROHistory::SaveCurrentFrameID(UINT64 frameID)
 {
+    m_found = {};
     return m_currMode.SaveCurrentFrameID(frameID);
 }
 
 VOID CKIROHistory::InitializeHistory()
 {
+    m_found = {};
     m_currMode.Reset();
 }
 

@@ -2,6 +2,8 @@
 /// Record of past frames.
 #pragma once
 
+#include <array>
+
 #include "core/base/tavomemory.h"
 #include "interface/kiroframe.h"
 #include "schema/kiroarbitration.h"
@@ -51,8 +53,16 @@ public:
     /// @param offset frames back from the frame in progress, by frame ID and not by position; at most 10
     /// @return the newest frame that is at least so old, or the oldest one; the start configuration as long as no
     ///         frame is known; null without a start configuration or for an offset above 10
-    const AECFrameHistory* GetFrameHistory(UINT8 offset);
-    AECFrameHistory*       GetInternalFrameHistory(UINT8 offset);
+    const AECFrameHistory* GetFrameHistory(UINT8 offset)
+    {
+        return GetInternalFrameHistory(offset);
+    }
+
+    AECFrameHistory* GetInternalFrameHistory(UINT8 offset)
+    {
+        AECFrameHistory* pFound = (offset < m_found.size()) ? m_found[offset] : nullptr;
+        return (pFound != nullptr) ? pFound : FindFrame(offset);
+    }
 
     /// Looks back for a frame that is no snapshot, from the frame before the one in progress on.
     /// @param end first offset that is not looked at
@@ -99,6 +109,8 @@ public:
     VOID SetSnapshot();
 
 private:
+    static constexpr UINT8 FrameCountMax = 10;
+
     struct FrameNode;
 
     /// Nodes that no list holds. A frame that is saved takes the node of one that has dropped out, so that a steady
@@ -170,9 +182,16 @@ private:
         AECFrameHistory m_lastFrameOrig;
     };
 
+    AECFrameHistory* FindFrame(UINT8 offset);
+
+    /// Frames of the running mode by their offset, as far as they were asked for since its frames or its ID have
+    /// changed: a frame asks for the same few many times.
+    typedef std::array<AECFrameHistory*, FrameCountMax + 1> FoundFrames;
+
     const UINT8     m_maxFrameHistorySize;
     SpareNodes      m_spares;  // of all lists below
     ModeInfo        m_currMode;
+    FoundFrames     m_found;
     ModeInfo        m_prevMode;
     AECFrameHistory m_flashOffFrame;
     AECFrameHistory m_flashLowFrame;

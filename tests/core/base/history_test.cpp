@@ -84,6 +84,31 @@ TEST_F(History, OffsetsCountFrameIDsNotPositions)
     EXPECT_TRUE(m_log.Has(2, "Input offset (11) is bigger than the frame history buffer size (10)!"));
 }
 
+TEST_F(History, AnOffsetIsLookedUpAnewAfterEachChange)
+{
+    const auto previousID = [this] { return m_history.GetFrameHistory(1)->frameID; };
+    Run({5, 6}, 6);
+    EXPECT_EQ(previousID(), 5u);
+    m_history.SaveCurrentFrameID(7);
+    EXPECT_EQ(previousID(), 6u);
+
+    for (UINT64 frameID = 7; frameID <= 15; ++frameID)
+    {
+        Save(frameID);
+        EXPECT_EQ(previousID(), 6u);
+    }
+    Save(16);
+    EXPECT_EQ(previousID(), 7u) << "the oldest one: frame 6 has dropped out of the list";
+
+    m_history.FinishCurrentModeHistory(AECAlgoOperationModeFastAEC);
+    EXPECT_EQ(previousID(), 7u) << "goes on after a fast mode";
+    m_history.FinishCurrentModeHistory(AECAlgoOperationModeStreaming);
+    EXPECT_EQ(m_history.GetFrameHistory(1), nullptr);
+    SaveStart();
+    m_history.SaveCurrentFrameID(30);
+    EXPECT_EQ(m_history.GetFrameHistory(1)->averageLuma, 77.0f);
+}
+
 TEST_F(History, IDsMustRise)
 {
     Run({7}, 7);
