@@ -18,6 +18,12 @@ DOUBLE PredictiveLead(const AECFrameHistory& rFrame, UINT32 expType)
     return isAhead ? static_cast<DOUBLE>(SensiLog103(rFrame.predictiveGain)) : 0.0;
 }
 
+DOUBLE StandingLog103(const AECFrameHistory& rFrame, UINT32 expType)
+{
+    const DOUBLE exposure = SensiLog103(static_cast<FLOAT>(rFrame.exposureSets[expType].exposure));
+    return exposure + PredictiveLead(rFrame, expType);
+}
+
 }  // namespace
 
 /// After the process of a frame the host may set a tuning, and those of before may be gone by then.
@@ -88,23 +94,27 @@ const AECFrameHistory* CKIROConvergence::PreviousFrame() const
     return m_rContextManager.m_pHistory->GetFrameHistory(1);
 }
 
-std::optional<DOUBLE> CKIROConvergence::MatchedLog103(UINT32 expType) const
+const AECFrameHistory* CKIROConvergence::MatchedFrame() const
 {
     const UINT8            latency = m_rContextManager.GetInput()->systemLatency;
     const AECFrameHistory* pFrame  = m_rContextManager.m_pHistory->GetFrameHistory(latency);
     if (pFrame == nullptr)
     {
         STATS_LOG_ERROR("Frame History is null. Sensitivity will not be converted to index");
-        return std::nullopt;
     }
-    const DOUBLE exposure = SensiLog103(static_cast<FLOAT>(pFrame->exposureSets[expType].exposure));
-    return exposure + PredictiveLead(*pFrame, expType);
+    return pFrame;
+}
+
+DOUBLE CKIROConvergence::MatchedLog103(UINT32 expType) const
+{
+    const AECFrameHistory* pMatched = MatchedFrame();
+    return (pMatched != nullptr) ? StandingLog103(*pMatched, expType) : 0.0;
 }
 
 DOUBLE CKIROConvergence::TgtMatchDelta(UINT32 expType) const
 {
-    const std::optional<DOUBLE> matched = MatchedLog103(expType);
-    return matched.has_value() ? m_input.sensiLog103[expType] - *matched : 0.0;
+    const AECFrameHistory* pMatched = MatchedFrame();
+    return (pMatched != nullptr) ? m_input.sensiLog103[expType] - StandingLog103(*pMatched, expType) : 0.0;
 }
 
 ExposureMove CKIROConvergence::MoveOf(UINT32 expType) const

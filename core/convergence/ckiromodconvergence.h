@@ -6,8 +6,6 @@
 /// gain that records the part that Safe did not take. All exposures start again from the history each frame.
 #pragma once
 
-#include <optional>
-
 #include "core/base/ckirotriggerclasses.h"
 #include "core/base/exposurearithmetic.h"
 #include "core/convergence/cconveventmanager.h"
@@ -59,11 +57,11 @@ private:
     bool                            IsLongCompensated() const;
     const AECFrameHistory*          PreviousFrame() const;
     convergencestages::ExposureMove MoveOf(UINT32 expType) const;
-    /// Target minus exposure of the matched frame, 0 without one.
+    /// The frame whose statistics are being looked at; null, with a log, if the history does not reach back to it.
+    const AECFrameHistory* MatchedFrame() const;
+    /// Where an exposure stood in the matched frame, and the target's distance from there; 0 without one.
+    DOUBLE MatchedLog103(UINT32 expType) const;
     DOUBLE TgtMatchDelta(UINT32 expType) const;
-    /// Where an exposure stood in the frame whose statistics are being looked at; nothing, with a log, if the history
-    /// does not reach back to it.
-    std::optional<DOUBLE> MatchedLog103(UINT32 expType) const;
 
     // After the frame.
     VOID ApplyAdvancedSettle(BOOL* pSettleStatus) const;
