@@ -22,27 +22,27 @@ DOUBLE LogOfExposure(UINT64 exposure)
 }  // namespace
 
 CConvEventManager::CConvEventManager(IKIROContextManager& rContextManager)
-    : m_rContextManager(rContextManager), m_oldContext{}, m_camSyncLock{}
+    : m_rContextManager(rContextManager), m_context{}, m_camSyncLock{}
 {
 }
 
 BOOL CConvEventManager::IsTargetFixed(KIROConvTempInput& rConvTempIn)
 {
-    const SetInputData* pInput = m_rContextManager.GetInput();
-    ConvEventContext    context{m_oldContext};
-    context.evAppVal       = pInput->evContext.evUIVal;
-    context.postRawSIBoost = pInput->postRawGain;
-    context.postRawCounter = pInput->postRawCounter;
-    context.lock           = pInput->lockType;
-    context.previewEVMult  = pInput->evContext.evFactor;
-    context.bIsSlave       = m_rContextManager.GetContextEvent(AECSlaveRole);
+    const SetInputData*    pInput = m_rContextManager.GetInput();
+    const ConvEventContext old    = m_context;
+    m_context.evAppVal            = pInput->evContext.evUIVal;
+    m_context.postRawSIBoost      = pInput->postRawGain;
+    m_context.postRawCounter      = pInput->postRawCounter;
+    m_context.lock                = pInput->lockType;
+    m_context.previewEVMult       = pInput->evContext.evFactor;
+    m_context.bIsSlave            = m_rContextManager.GetContextEvent(AECSlaveRole);
 
     // An EV offset applies on top of a locked or synced exposure, and a post-raw boost replaces all of them.
     BOOL bIsFixed = FALSE;
-    HandleCamSync(context, bIsFixed, rConvTempIn.sensiLog103);
-    ApplyLock(context, bIsFixed, rConvTempIn.sensiLog103);
-    ApplyEV(context, bIsFixed, rConvTempIn.sensiLog103);
-    ApplyPostRawSensitivityBoost(context, bIsFixed, rConvTempIn.sensiLog103);
+    HandleCamSync(old, bIsFixed, rConvTempIn.sensiLog103);
+    ApplyLock(old, bIsFixed, rConvTempIn.sensiLog103);
+    ApplyEV(old, bIsFixed, rConvTempIn.sensiLog103);
+    ApplyPostRawSensitivityBoost(bIsFixed, rConvTempIn.sensiLog103);
 
     if (m_rContextManager.GetContextEvent(AECManualFull) == TRUE ||
         m_rContextManager.GetContextEvent(AECCoreSnapshotHDR3) == TRUE ||
@@ -50,7 +50,6 @@ BOOL CConvEventManager::IsTargetFixed(KIROConvTempInput& rConvTempIn)
     {
         bIsFixed = TRUE;
     }
-    m_oldContext = context;
 
     const UINT64 status = m_rContextManager.GetContextStatus();
     if (m_rContextManager.m_pBankManager->GetContext() != status)
@@ -64,12 +63,11 @@ VOID CConvEventManager::GetLockedEV0(UINT64* pLockedExposure) const
 {
     for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
     {
-        pLockedExposure[type] = (m_oldContext.lock == AECAlgoLockOn) ? m_oldContext.lockedConvergedExposure[type] : 0;
+        pLockedExposure[type] = (m_context.lock == AECAlgoLockOn) ? m_context.lockedConvergedExposure[type] : 0;
     }
 }
 
-VOID CConvEventManager::HandleCamSync(const ConvEventContext& rNewContext, BOOL& rIsFixed,
-                                      DOUBLE* pTargetExposuresLog103)
+VOID CConvEventManager::HandleCamSync(const ConvEventContext& rOld, BOOL& rIsFixed, DOUBLE* pTargetExposuresLog103)
 {
     const auto* pTuning = tuningaccess::Get_kirosync(*m_rContextManager.GetTuningData());
     if (pTuning == nullptr || pTuning->expSyncConfig.bLockExpWhenSwitch != TRUE ||
@@ -84,7 +82,7 @@ VOID CConvEventManager::HandleCamSync(const ConvEventContext& rNewContext, BOOL&
         STATS_LOG_TRACE("SCDID:%d is not aded in the SCD tuning.", scdID);
         return;
     }
-    if (m_oldContext.bIsSlave == TRUE && rNewContext.bIsSlave != TRUE)
+    if (rOld.bIsSlave == TRUE && m_context.bIsSlave != TRUE)
     {
         m_rContextManager.RebaseSCD(scdID);
         m_camSyncLock.applyLock        = TRUE;
@@ -106,31 +104,31 @@ VOID CConvEventManager::HandleCamSync(const ConvEventContext& rNewContext, BOOL&
     {
         // Without the EV factor, which ApplyEV puts back if it applies.
         pTargetExposuresLog103[type] = LogOfExposure(pPrevious->exposureSets[type].exposure) -
-                                       static_cast<DOUBLE>(SensiLog103(m_oldContext.previewEVMult));
+                                       static_cast<DOUBLE>(SensiLog103(rOld.previewEVMult));
     }
     rIsFixed = TRUE;
     --m_camSyncLock.lockFrameCounter;
 }
 
-VOID CConvEventManager::ApplyLock(ConvEventContext& rNewContext, BOOL& rIsFixed, DOUBLE* pTargetExposuresLog103)
+VOID CConvEventManager::ApplyLock(const ConvEventContext& rOld, BOOL& rIsFixed, DOUBLE* pTargetExposuresLog103)
 {
-    if (rNewContext.lock != AECAlgoLockOn)
+    if (m_context.lock != AECAlgoLockOn)
     {
         return;
     }
     rIsFixed = TRUE;
-    if (m_oldContext.lock != AECAlgoLockOn)
+    if (rOld.lock != AECAlgoLockOn)
     {
-        CaptureLockedExposures(rNewContext, pTargetExposuresLog103);
+        CaptureLockedExposures(pTargetExposuresLog103);
     }
     for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
     {
-        pTargetExposuresLog103[type] = rNewContext.lockedConvergedExposureLog103[type];
+        pTargetExposuresLog103[type] = m_context.lockedConvergedExposureLog103[type];
         STATS_LOG_TRACE("KIROCONVRG Apply locked exposure. ExpType:%d exposure:%f", type, pTargetExposuresLog103[type]);
     }
 }
 
-VOID CConvEventManager::CaptureLockedExposures(ConvEventContext& rNewContext, const DOUBLE* pTargetExposuresLog103)
+VOID CConvEventManager::CaptureLockedExposures(const DOUBLE* pTargetExposuresLog103)
 {
     const AECFrameHistory* pPrevious = m_rContextManager.m_pHistory->GetFrameHistory(1);
     if (pPrevious == nullptr)
@@ -141,7 +139,7 @@ VOID CConvEventManager::CaptureLockedExposures(ConvEventContext& rNewContext, co
     {
         if (pPrevious == nullptr)
         {
-            rNewContext.lockedConvergedExposureLog103[type] = pTargetExposuresLog103[type];
+            m_context.lockedConvergedExposureLog103[type] = pTargetExposuresLog103[type];
             continue;
         }
         DOUBLE      exposure = static_cast<DOUBLE>(pPrevious->exposureSets[type].exposure);
@@ -150,27 +148,27 @@ VOID CConvEventManager::CaptureLockedExposures(ConvEventContext& rNewContext, co
         {
             exposure /= static_cast<DOUBLE>(evFactor);
         }
-        rNewContext.lockedConvergedExposure[type]       = exposurearithmetic::SaturateToUINT64(exposure);
-        rNewContext.lockedConvergedExposureLog103[type] = LogOfExposure(rNewContext.lockedConvergedExposure[type]);
+        m_context.lockedConvergedExposure[type]       = exposurearithmetic::SaturateToUINT64(exposure);
+        m_context.lockedConvergedExposureLog103[type] = LogOfExposure(m_context.lockedConvergedExposure[type]);
         STATS_LOG_TRACE("KIROCONVRG %d saving exposure of previous frame %llu log %f", type,
-                        rNewContext.lockedConvergedExposure[type], rNewContext.lockedConvergedExposureLog103[type]);
+                        m_context.lockedConvergedExposure[type], m_context.lockedConvergedExposureLog103[type]);
     }
 }
 
-VOID CConvEventManager::ApplyEV(const ConvEventContext& rNewContext, BOOL& rIsFixed, DOUBLE* pTargetExposuresLog103)
+VOID CConvEventManager::ApplyEV(const ConvEventContext& rOld, BOOL& rIsFixed, DOUBLE* pTargetExposuresLog103)
 {
-    if (rNewContext.evAppVal != m_oldContext.evAppVal)
+    if (m_context.evAppVal != rOld.evAppVal)
     {
         rIsFixed = TRUE;
         m_rContextManager.SetContextEvent(AECEVChange, TRUE);
-        STATS_LOG_TRACE("KIROCONVRG EV changed. new:%d old:%d. AECEVChange status is set.", rNewContext.evAppVal,
-                        m_oldContext.evAppVal);
+        STATS_LOG_TRACE("KIROCONVRG EV changed. new:%d old:%d. AECEVChange status is set.", m_context.evAppVal,
+                        rOld.evAppVal);
     }
-    if (rNewContext.evAppVal == 0)
+    if (m_context.evAppVal == 0)
     {
         return;
     }
-    const FLOAT multiplier  = rNewContext.previewEVMult;
+    const FLOAT multiplier  = m_context.previewEVMult;
     const bool  isPreflash  = m_rContextManager.GetInput()->opMode == AECAlgoOperationModePreflash;
     const auto& rFlash      = tuningaccess::Require_kiroflash(*m_rContextManager.GetTuningData());
     const bool  isEVApplied = !isPreflash || rFlash.preflashEvControl.enable == TRUE;
@@ -195,16 +193,15 @@ VOID CConvEventManager::ApplyEV(const ConvEventContext& rNewContext, BOOL& rIsFi
     }
 }
 
-VOID CConvEventManager::ApplyPostRawSensitivityBoost(const ConvEventContext& rNewContext, BOOL& rIsFixed,
-                                                     DOUBLE* pTargetExposuresLog103)
+VOID CConvEventManager::ApplyPostRawSensitivityBoost(BOOL& rIsFixed, DOUBLE* pTargetExposuresLog103)
 {
     const SetInputData* pInput = m_rContextManager.GetInput();
-    if (rNewContext.postRawCounter == 0 || pInput->manualSetting.manualMode == AECAlgoModeManualFull)
+    if (m_context.postRawCounter == 0 || pInput->manualSetting.manualMode == AECAlgoModeManualFull)
     {
         return;
     }
-    const INT32            indexPostRaw = pInput->systemLatency - rNewContext.postRawCounter + 1;
-    const INT32            newBoost     = rNewContext.postRawSIBoost;
+    const INT32            indexPostRaw = pInput->systemLatency - m_context.postRawCounter + 1;
+    const INT32            newBoost     = m_context.postRawSIBoost;
     const AECFrameHistory* pFrame = m_rContextManager.m_pHistory->GetFrameHistory(static_cast<UINT8>(indexPostRaw));
     if (pFrame == nullptr || newBoost <= 0)
     {
@@ -217,7 +214,7 @@ VOID CConvEventManager::ApplyPostRawSensitivityBoost(const ConvEventContext& rNe
             LogOfExposure(pFrame->exposureSets[type].exposure) + static_cast<DOUBLE>(SensiLog103(postRawFactor));
         STATS_LOG_TRACE("KIROCONVRG exposure %d apply new post raw %d old %d factor %.1f new exp %f counter %d", type,
                         newBoost, pFrame->postRawSensitivityBoost, postRawFactor, pTargetExposuresLog103[type],
-                        rNewContext.postRawCounter);
+                        m_context.postRawCounter);
     }
     rIsFixed = TRUE;
 }

@@ -39,7 +39,7 @@ public:
 
     const ConvEventContext* GetConvContext() const
     {
-        return &m_oldContext;
+        return &m_context;
     }
 
 private:
@@ -49,14 +49,13 @@ private:
         INT32 lockFrameCounter;
     };
 
-    VOID HandleCamSync(const ConvEventContext& rNewContext, BOOL& rIsFixed, DOUBLE* pTargetExposuresLog103);
-    VOID ApplyLock(ConvEventContext& rNewContext, BOOL& rIsFixed, DOUBLE* pTargetExposuresLog103);
-    VOID CaptureLockedExposures(ConvEventContext& rNewContext, const DOUBLE* pTargetExposuresLog103);
-    VOID ApplyEV(const ConvEventContext& rNewContext, BOOL& rIsFixed, DOUBLE* pTargetExposuresLog103);
-    VOID ApplyPostRawSensitivityBoost(const ConvEventContext& rNewContext, BOOL& rIsFixed,
-                                      DOUBLE* pTargetExposuresLog103);
+    VOID HandleCamSync(const ConvEventContext& rOld, BOOL& rIsFixed, DOUBLE* pTargetExposuresLog103);
+    VOID ApplyLock(const ConvEventContext& rOld, BOOL& rIsFixed, DOUBLE* pTargetExposuresLog103);
+    VOID CaptureLockedExposures(const DOUBLE* pTargetExposuresLog103);
+    VOID ApplyEV(const ConvEventContext& rOld, BOOL& rIsFixed, DOUBLE* pTargetExposuresLog103);
+    VOID ApplyPostRawSensitivityBoost(BOOL& rIsFixed, DOUBLE* pTargetExposuresLog103);
 
     IKIROContextManager& m_rContextManager;
-    ConvEventContext     m_oldContext;
+    ConvEventContext     m_context;  ///< of the frame, and until the next one that of the frame before
     CamSyncLockConfig    m_camSyncLock;
 };

@@ -57,19 +57,17 @@ VOID JoinDRCAndStretch(AECConvDRCStretchAggType aggType, FLOAT stretchRatio, FLO
 
 }  // namespace
 
-KIROConvCoreOutput DRCStretchAggregator(AECConvDRCStretchAggType aggType, const KIROConvCoreOutput& rStretched,
-                                        const KIROLogExposures& rDRC)
+VOID DRCStretchAggregator(AECConvDRCStretchAggType aggType, const KIROLogExposures& rDRC, KIROConvCoreOutput& rOutput)
 {
-    const DOUBLE safeExp  = rStretched.sensiLog103[AECAlgoExposureSafe];
+    const DOUBLE safeExp  = rOutput.sensiLog103[AECAlgoExposureSafe];
     const FLOAT  drcRatio = std::pow(IndexBase, static_cast<FLOAT>(safeExp - rDRC[AECAlgoExposureShort]));
     const FLOAT  stretchRatio =
-        std::pow(IndexBase, static_cast<FLOAT>(safeExp - rStretched.sensiLog103[AECAlgoExposureShort]));
+        std::pow(IndexBase, static_cast<FLOAT>(safeExp - rOutput.sensiLog103[AECAlgoExposureShort]));
 
-    KIROConvCoreOutput joined               = rStretched;
-    joined.sensiLog103[AECAlgoExposureLong] = rDRC[AECAlgoExposureLong];
+    rOutput.sensiLog103[AECAlgoExposureLong] = rDRC[AECAlgoExposureLong];
     if (stretchRatio > 1.0f && drcRatio > 1.0f)
     {
-        JoinDRCAndStretch(aggType, stretchRatio, drcRatio, rDRC, joined);
+        JoinDRCAndStretch(aggType, stretchRatio, drcRatio, rDRC, rOutput);
     }
     else if (stretchRatio > 1.0f)
     {
@@ -81,15 +79,14 @@ KIROConvCoreOutput DRCStretchAggregator(AECConvDRCStretchAggType aggType, const 
     }
     else if (drcRatio > 1.0f)
     {
-        joined.predGain    = 1.0f;
-        joined.sensiLog103 = rDRC;
+        rOutput.predGain    = 1.0f;
+        rOutput.sensiLog103 = rDRC;
         STATS_LOG_TRACE("KIROCONVRG Use DRC output");
     }
     else
     {
         STATS_LOG_TRACE("KIROCONVRG Use normal/predictive output");
     }
-    return joined;
 }
 
 }  // namespace convergencestages

@@ -24,15 +24,21 @@ FLOAT GridStep(FLOAT unitStepSize)
     return (unitStepSize > 0.0f && unitStepSize <= 1.0f) ? unitStepSize : DefaultGridStep;
 }
 
-DOUBLE AdjustExpWithUnitStepSize(DOUBLE logExp, const KIROExposureRange& rRange, UINT64 indexZeroExposure,
-                                 FLOAT gridStep)
+VOID AdjustExpWithUnitStepSize(const KIROArbitratedLimits& rLimits, FLOAT gridStep, KIROLogExposures& rLogExposures)
 {
-    const FLOAT expIndexOffset =
-        (indexZeroExposure == 0) ? 0.0f : exposurearithmetic::SensiLog103(static_cast<FLOAT>(indexZeroExposure));
-    const FLOAT exposure = static_cast<FLOAT>(logExp);
-    const FLOAT expIndex = exposure - expIndexOffset;
-    const bool  isInside = rRange.start.indx < expIndex && rRange.end.indx > expIndex;
-    return isInside ? static_cast<DOUBLE>(std::round(exposure / gridStep) * gridStep) : logExp;
+    const UINT64 indexZero = rLimits.indexZeroExposure;
+    const FLOAT  expIndexOffset =
+        (indexZero == 0) ? 0.0f : exposurearithmetic::SensiLog103(static_cast<FLOAT>(indexZero));
+    for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
+    {
+        const KIROExposureRange& rRange   = rLimits.ranges[type];
+        const FLOAT              exposure = static_cast<FLOAT>(rLogExposures[type]);
+        const FLOAT              expIndex = exposure - expIndexOffset;
+        if (rRange.start.indx < expIndex && rRange.end.indx > expIndex)
+        {
+            rLogExposures[type] = static_cast<DOUBLE>(std::round(exposure / gridStep) * gridStep);
+        }
+    }
 }
 
 FLOAT CapExposure(const KIROArbitratedLimits& rLimits, FLOAT mfhdrLongADRC, FLOAT predGain, UINT64* pExposures)

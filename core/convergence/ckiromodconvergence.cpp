@@ -62,12 +62,7 @@ KiroResult CKIROConvergence::RunConvProcesss(KIROConvergenceInput& rInput, KIROC
         STATS_LOG_TRACE("Convergence is skipped");
     }
 
-    for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
-    {
-        DOUBLE& rLogExp = m_output.sensiLog103[type];
-        rLogExp         = AdjustExpWithUnitStepSize(rLogExp, m_pRange->ranges[type], m_pRange->indexZeroExposure,
-                                                    GridStep(m_pTuning->unitStepSize));
-    }
+    AdjustExpWithUnitStepSize(*m_pRange, GridStep(m_pTuning->unitStepSize), m_output.sensiLog103);
     rOutput.mfhdrLongADRC = 1.0f;
     if (IsLongCompensated())
     {
@@ -95,9 +90,9 @@ bool CKIROConvergence::RunStages()
 
     const DOUBLE converged = ComputeBasicSafeConvergence(tuning, safeMove, m_rContextManager.GetInput()->systemLatency,
                                                          PreviousFrame()->shortStretchOffset);
-    const KIROConvCoreOutput stretched = ComputeTargetStretchOutput(converged);
-    const KIROLogExposures   drc       = ComputeDRCConvergence(tuning, stretched.sensiLog103[AECAlgoExposureSafe]);
-    m_output                           = DRCStretchAggregator(m_pTuning->drcStretchAgg, stretched, drc);
+    ComputeTargetStretchOutput(converged);
+    const KIROLogExposures drc = ComputeDRCConvergence(tuning, m_output.sensiLog103[AECAlgoExposureSafe]);
+    DRCStretchAggregator(m_pTuning->drcStretchAgg, drc, m_output);
     return true;
 }
 
@@ -115,7 +110,7 @@ const kirodbconvbase::ConvBaseCoreDataType* CKIROConvergence::SelectSpeeds()
 }
 
 /// @param converged what the speed law made of the frame
-KIROConvCoreOutput CKIROConvergence::ComputeTargetStretchOutput(DOUBLE converged)
+VOID CKIROConvergence::ComputeTargetStretchOutput(DOUBLE converged)
 {
     const auto& rTuning = m_pConvStretch->value;
     m_tgtStretchOut.clear();
@@ -133,10 +128,11 @@ KIROConvCoreOutput CKIROConvergence::ComputeTargetStretchOutput(DOUBLE converged
     const StretchOffsets           offsets =
         ComputeStretchOffset(aggOut, PreviousFrame()->shortStretchOffset, GridStep(m_pTuning->unitStepSize));
 
-    KIROConvCoreOutput output{{converged, converged, converged}, offsets.predGain, offsets.shortStretchOffset};
-    output.sensiLog103[AECAlgoExposureShort] += static_cast<DOUBLE>(offsets.shortStretchOffset);
-    output.sensiLog103[AECAlgoExposureSafe] += static_cast<DOUBLE>(offsets.safeStretchOffset);
-    return output;
+    m_output.predGain                          = offsets.predGain;
+    m_output.shortStretchOffset                = offsets.shortStretchOffset;
+    m_output.sensiLog103[AECAlgoExposureShort] = converged + static_cast<DOUBLE>(offsets.shortStretchOffset);
+    m_output.sensiLog103[AECAlgoExposureLong]  = converged;
+    m_output.sensiLog103[AECAlgoExposureSafe]  = converged + static_cast<DOUBLE>(offsets.safeStretchOffset);
 }
 
 /// @param safe what speed law and stretch made of Safe
@@ -289,11 +285,15 @@ VOID CKIROConvergence::PopulateOutput(KIROConvergenceOutput& rOutput)
     rOutput.bSettle            = FALSE;
     rOutput.bIsConvTargetFixed = m_bIsTargetFixed;
 
-    const auto& rLastSets    = rLast.exposureSets;
-    rOutput.compensationADRC = soundvalue::OrLast(
-        ADRCOf(pExposures[AECAlgoExposureSafe], pExposures[AECAlgoExposureShort], rOutput.predictiveGain),
-        ADRCOf(rLastSets[AECAlgoExposureSafe].exposure, rLastSets[AECAlgoExposureShort].exposure, rLast.predictiveGain),
-        Unity, "ADRC");
+    rOutput.compensationADRC =
+        ADRCOf(pExposures[AECAlgoExposureSafe], pExposures[AECAlgoExposureShort], rOutput.predictiveGain);
+    if (!std::isfinite(rOutput.compensationADRC))
+    {
+        const auto& rLastSets = rLast.exposureSets;
+        const FLOAT lastADRC = ADRCOf(rLastSets[AECAlgoExposureSafe].exposure, rLastSets[AECAlgoExposureShort].exposure,
+                                      rLast.predictiveGain);
+        rOutput.compensationADRC = soundvalue::OrLast(rOutput.compensationADRC, lastADRC, Unity, "ADRC");
+    }
     if (pInput->manualSetting.manualMode == AECAlgoModeManualFull)
     {
         rOutput.compensationDarkBoost = static_cast<FLOAT>(static_cast<DOUBLE>(pExposures[AECAlgoExposureLong]) /

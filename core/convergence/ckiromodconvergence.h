@@ -43,7 +43,7 @@ private:
 
     // Stages, where more than values goes into one.
     const kirodbconvbase::ConvBaseCoreDataType* SelectSpeeds();
-    KIROConvCoreOutput                          ComputeTargetStretchOutput(DOUBLE converged);
+    VOID                                        ComputeTargetStretchOutput(DOUBLE converged);
     KIROLogExposures ComputeDRCConvergence(const convergencestages::MoveTuning& rTuning, DOUBLE safe);
     FLOAT            ADRCGainTarget() const;
     FLOAT            CalculateCompensationDarkBoostGain(const KIROConvergenceInput&  rInput,

@@ -110,15 +110,15 @@ DOUBLE ConvergeSmoothNode(AECAlgoExposureType exposureType, const kiroconvergenc
 DOUBLE DRCDeltaConvergence(const MoveTuning& rTuning, const ExposureMove& rMove, DOUBLE safe);
 
 /// Joins what the stretch and what DRC make of the frame.
-KIROConvCoreOutput DRCStretchAggregator(kiroconvergence::AECConvDRCStretchAggType aggType,
-                                        const KIROConvCoreOutput& rStretched, const KIROLogExposures& rDRC);
+/// @param rOutput as the stretch left it; joined afterwards
+VOID DRCStretchAggregator(kiroconvergence::AECConvDRCStretchAggType aggType, const KIROLogExposures& rDRC,
+                          KIROConvCoreOutput& rOutput);
 
 /// @return step of the output grid
 FLOAT GridStep(FLOAT unitStepSize);
 
-/// @return the exposure on the grid; at the edges of its range as it was, so that a limit stays exact
-DOUBLE AdjustExpWithUnitStepSize(DOUBLE logExp, const KIROExposureRange& rRange, UINT64 indexZeroExposure,
-                                 FLOAT gridStep);
+/// Puts the exposures on the grid; at the edges of its range one stays as it was, so that a limit stays exact.
+VOID AdjustExpWithUnitStepSize(const KIROArbitratedLimits& rLimits, FLOAT gridStep, KIROLogExposures& rLogExposures);
 
 /// Keeps three linear exposures within their limits and in order.
 /// @return the predictive gain, at most the room between Short and Safe
