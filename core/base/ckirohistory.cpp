@@ -86,12 +86,12 @@ bool CKIROHistory::MyList::PushFront(const AECFrameHistory& rFrame)
     return true;
 }
 
-VOID CKIROHistory::MyList::PopBack()
+TavoPtr<CKIROHistory::FrameNode> CKIROHistory::MyList::TakeBack()
 {
     m_pOldest                   = m_pOldest->pNewer;
     TavoPtr<FrameNode>& rpOwner = (m_pOldest != nullptr) ? m_pOldest->pOlder : m_pNewest;
-    m_rSpares.Return(std::move(rpOwner));
     --m_length;
+    return std::move(rpOwner);
 }
 
 VOID CKIROHistory::MyList::Clear()
@@ -172,8 +172,8 @@ KiroResult CKIROHistory::ModeInfo::SaveCurrentFrameID(UINT64 frameID)
 
 CKIROHistory::CKIROHistory()
     : m_maxFrameHistorySize(FrameCountMax), m_currMode(m_spares), m_found{},
-      m_prevMode(m_spares), m_flashOffFrame{}, m_flashLowFrame{}, m_previewBackup{}, m_bIsflashLowSet(FALSE),
-      m_bIsSnapshotEOF(FALSE), m_snapshotFID(0), m_snapshotList(m_spares)
+      m_prevMode(m_spares), m_flashOffFrame{}, m_flashLowFrame{}, m_bIsflashLowSet(FALSE), m_bIsSnapshotEOF(FALSE),
+      m_snapshotFID(0), m_snapshotList(m_spares)
 {
 }
 
@@ -210,12 +210,12 @@ KiroResult CKIROHistory::SaveFrameToHistory(AECFrameHistory* pFrame)
     }
     if (rFrames.m_length > m_maxFrameHistorySize)
     {
-        const AECFrameHistory& rOldest = *rFrames.Oldest();
-        if (rOldest.bIsSnapshot != TRUE)
+        TavoPtr<FrameNode> pOldest = rFrames.TakeBack();
+        if (pOldest->frame.bIsSnapshot != TRUE)
         {
-            m_previewBackup = rOldest;
+            pOldest.swap(m_pPreviewBackup);
         }
-        rFrames.PopBack();
+        m_spares.Return(std::move(pOldest));
     }
     return 0;
 }
@@ -225,7 +225,7 @@ VOID CKIROHistory::SaveSnapshotFrame(AECFrameHistory* pFrame)
     m_snapshotList.PushFront(*pFrame);
     if (m_snapshotList.m_length > m_maxFrameHistorySize)
     {
-        m_snapshotList.PopBack();
+        m_spares.Return(m_snapshotList.TakeBack());
     }
 }
 
@@ -332,7 +332,7 @@ UINT32 CKIROHistory::GetFrameCount() const
 
 const AECFrameHistory* CKIROHistory::GetPreviewBackup() const
 {
-    return (m_previewBackup.frameID != 0) ? &m_previewBackup : nullptr;
+    return (m_pPreviewBackup != nullptr && m_pPreviewBackup->frame.frameID != 0) ? &m_pPreviewBackup->frame : nullptr;
 }
 
 BOOL CKIROHistory::GetPrevModeLastFrame(AECFrameHistory& rLastFrame) const

@@ -143,8 +143,8 @@ private:
         /// Stores a copy. @return false, with a log, when no memory is left
         bool PushFront(const AECFrameHistory& rFrame);
         /// The list must not be empty.
-        VOID PopBack();
-        VOID Clear();
+        TavoPtr<FrameNode> TakeBack();
+        VOID               Clear();
 
         /// @return null for an empty list
         AECFrameHistory* Newest() const;
@@ -195,9 +195,10 @@ private:
     ModeInfo        m_prevMode;
     AECFrameHistory m_flashOffFrame;
     AECFrameHistory m_flashLowFrame;
-    AECFrameHistory m_previewBackup;
     BOOL            m_bIsflashLowSet;
     BOOL            m_bIsSnapshotEOF;
     UINT64          m_snapshotFID;
     MyList          m_snapshotList;
+
+    TavoPtr<FrameNode> m_pPreviewBackup;  ///< the newest node dropped from the list whose frame is no snapshot
 };
