@@ -98,15 +98,15 @@ UINT32 SelectMaster(const StatsPeerInfoCombo& rPeers)
     return index;
 }
 
-std::array<const CHAR*, TriggerCtrlMax> BuildTriggerNames()
+constexpr std::array<const CHAR*, TriggerCtrlMax> BuildTriggerNames()
 {
-    static constexpr const CHAR* named[] = {
-        "CtrlPrev",     "CtrlTarget",       "CtrlTgtMatchDelta", "CtrlTgtPrevDelta", "CtrlDarkRatio",
-        "CtrlSatRatio", "CtrlDirection",    "CtrlLux",           "CtrlFPS",          "CtrlExpTime",
-        "CtrlGain",     "CtrlSensitivity",  "CtrlLuma",          "CtrlGyro",         "CtrlDistance",
-        "FlashFlux",    "FlashExpIncrease", "FlashInfluence",    "SCDExternal1",     "SCDExternal2"};
+    constexpr const CHAR* named[] = {"CtrlPrev",         "CtrlTarget",     "CtrlTgtMatchDelta", "CtrlTgtPrevDelta",
+                                     "CtrlDarkRatio",    "CtrlSatRatio",   "CtrlDirection",     "CtrlLux",
+                                     "CtrlFPS",          "CtrlExpTime",    "CtrlGain",          "CtrlSensitivity",
+                                     "CtrlLuma",         "CtrlGyro",       "CtrlDistance",      "FlashFlux",
+                                     "FlashExpIncrease", "FlashInfluence", "SCDExternal1",      "SCDExternal2"};
     // All other IDs share one name; log readers of the field know it.
-    std::array<const CHAR*, TriggerCtrlMax> names;
+    std::array<const CHAR*, TriggerCtrlMax> names{};
     names.fill("CtrlNone");
     std::copy(std::begin(named), std::end(named), names.begin() + TriggerCtrlPrev);
     return names;
@@ -166,7 +166,7 @@ BOOL CKIROCtrlCoreCommon::MapMultiCamPeerInfo(const StatsPeerInfoCombo* pPeers, 
 
 const CHAR* CKIROCtrlCoreCommon::GetTriggerString(UINT32 id)
 {
-    static const std::array<const CHAR*, TriggerCtrlMax> names = BuildTriggerNames();
+    static constexpr std::array<const CHAR*, TriggerCtrlMax> names = BuildTriggerNames();
     return (id < names.size()) ? names[id] : "InavlidTrigger";
 }
 
