@@ -2,17 +2,10 @@
 
 #include "core/base/debugdata.h"
 #include "core/base/tuningaccess.h"
-#include "interface/ikirodebugdata.h"
 #include "schema/kiroextension.h"
 
 namespace debugdata
 {
-
-AECDebugData* Enabled(IKIROContextManager& rContext)
-{
-    IKIRODebugData& rDebugData = rContext.GetDebugDataInfo();
-    return (rDebugData.IsDebugDataEnabled() == TRUE) ? &rDebugData.GetDebugData() : nullptr;
-}
 
 VOID AppendCalculator(IKIROContextManager& rContext, const CHAR* pDescription, INT32 calculatorID, INT32 api,
                       const kirometeringstatscalculator::CalculatorIntegerRangeType& rOutputStorage,

@@ -4,13 +4,18 @@
 
 #include "core/ikirocontextmanager.h"
 #include "interface/aecdebugdata.h"
+#include "interface/ikirodebugdata.h"
 #include "schema/kirometeringstatscalculator.h"
 
 namespace debugdata
 {
 
 /// @return the host's record, or null while the host wants none
-AECDebugData* Enabled(IKIROContextManager& rContext);
+inline AECDebugData* Enabled(IKIROContextManager& rContext)
+{
+    IKIRODebugData& rDebugData = rContext.GetDebugDataInfo();
+    return (rDebugData.IsDebugDataEnabled() == TRUE) ? &rDebugData.GetDebugData() : nullptr;
+}
 
 /// Appends an entry to the metering record, if the tuning asks for the calculators. The count goes on past the room.
 /// @param resultCount at most 2
