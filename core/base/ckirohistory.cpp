@@ -23,11 +23,12 @@ EVOffsetType OffsetTypeOf(INT32 evUIVal)
 
 }  // namespace
 
+/// The links stand beside the frame's ID: a walk over the list reads no more than them.
 struct CKIROHistory::FrameNode
 {
-    AECFrameHistory    frame;
     TavoPtr<FrameNode> pOlder;
     FrameNode*         pNewer;
+    AECFrameHistory    frame;
 };
 
 CKIROHistory::SpareNodes::SpareNodes() = default;
@@ -195,7 +196,7 @@ KiroResult CKIROHistory::SaveFrameToHistory(AECFrameHistory* pFrame)
         return 0;
     }
 
-    m_found = {};
+    m_found.fill(nullptr);
 
     MyList&                rFrames = m_currMode.m_frameList;
     const AECFrameHistory* pNewest = rFrames.Newest();
@@ -300,13 +301,13 @@ VOID CKIROHistory::FinishCurrentModeHistory(AECAlgoOperationModeType prevMode)
 
 KiroResult CKIROHistory::SaveCurrentFrameID(UINT64 frameID)
 {
-    m_found = {};
+    m_found.fill(nullptr);
     return m_currMode.SaveCurrentFrameID(frameID);
 }
 
 VOID CKIROHistory::InitializeHistory()
 {
-    m_found = {};
+    m_found.fill(nullptr);
     m_currMode.Reset();
 }
 
