@@ -95,7 +95,9 @@ public:
     KiroResult SetDataConvStretch(const BankData& rData);
     KiroResult SetDataConvSettle(const BankData& rData);
 
-    /// Publishes a trigger value: SetDataTriggers with a payload of these fields.
+    // The same for the value banks, with a payload of these fields.
+    KiroResult PublishAnalyzed(INT32 dataID, StartEnd value, const CHAR* pDescription, BankDataSourceType source);
+    KiroResult PublishCalculated(INT32 dataID, FLOAT value, const CHAR* pDescription, BankDataSourceType source);
     KiroResult PublishTrigger(INT32 dataID, FLOAT value, const CHAR* pDescription, BankDataSourceType source);
 
     /// Takes the entries of one source out of a tuned bank, and selects anew if it had the selected one: for a writer

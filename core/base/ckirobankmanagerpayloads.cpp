@@ -142,9 +142,27 @@ KiroResult CKIROBankManager::SetDataConvSettle(const BankData& rData)
 
 KiroResult CKIROBankManager::SetDataSceneAnalyzer(const BankData& rData)
 {
-    const INT32 dataID = static_cast<const DBStartEndPayload*>(rData.pPayload)->dataID;
+    const auto& rPayload = *static_cast<const DBStartEndPayload*>(rData.pPayload);
+    return PublishAnalyzed(rPayload.dataID, rPayload.value, rPayload.description, rData.source);
+}
+
+KiroResult CKIROBankManager::SetDataStatsCalculator(const BankData& rData)
+{
+    const auto& rPayload = *static_cast<const DBFloatPayload*>(rData.pPayload);
+    return PublishCalculated(rPayload.dataID, rPayload.value, rPayload.description, rData.source);
+}
+
+KiroResult CKIROBankManager::SetDataTriggers(const BankData& rData)
+{
+    const auto& rPayload = *static_cast<const DBFloatPayload*>(rData.pPayload);
+    return PublishTrigger(rPayload.dataID, rPayload.value, rPayload.description, rData.source);
+}
+
+KiroResult CKIROBankManager::PublishAnalyzed(INT32 dataID, StartEnd value, const CHAR* pDescription,
+                                             BankDataSourceType source)
+{
     // An analyzer that publishes nothing writes to data ID -1.
-    if (dataID != -1 && !m_storageAnalyzers.Store(rData))
+    if (dataID != -1 && !m_storageAnalyzers.Store(dataID, value, pDescription, source))
     {
         STATS_LOG_ERROR("Data is not saved in Scene Analyzer DB with index %d", dataID);
         return ResultInvalidArgument;
@@ -152,23 +170,13 @@ KiroResult CKIROBankManager::SetDataSceneAnalyzer(const BankData& rData)
     return 0;
 }
 
-KiroResult CKIROBankManager::SetDataStatsCalculator(const BankData& rData)
+KiroResult CKIROBankManager::PublishCalculated(INT32 dataID, FLOAT value, const CHAR* pDescription,
+                                               BankDataSourceType source)
 {
-    if (!m_storageCalculators.Store(rData))
+    if (!m_storageCalculators.Store(dataID, value, pDescription, source))
     {
         STATS_LOG_ERROR("cannot store in stats calculator  bank; index %d must be smaller than %d and larger than 0",
-                        static_cast<const DBFloatPayload*>(rData.pPayload)->dataID, static_cast<INT32>(BankSlotCount));
-        return ResultInvalidArgument;
-    }
-    return 0;
-}
-
-KiroResult CKIROBankManager::SetDataTriggers(const BankData& rData)
-{
-    if (!m_storageTriggers.Store(rData))
-    {
-        STATS_LOG_ERROR("cannot store in trigger bank; index %d must be smaller than %d and larger than 0",
-                        static_cast<const DBFloatPayload*>(rData.pPayload)->dataID, static_cast<INT32>(BankSlotCount));
+                        dataID, static_cast<INT32>(BankSlotCount));
         return ResultInvalidArgument;
     }
     return 0;
@@ -177,6 +185,11 @@ KiroResult CKIROBankManager::SetDataTriggers(const BankData& rData)
 KiroResult CKIROBankManager::PublishTrigger(INT32 dataID, FLOAT value, const CHAR* pDescription,
                                             BankDataSourceType source)
 {
-    DBFloatPayload payload{dataID, value, const_cast<CHAR*>(pDescription)};
-    return SetDataTriggers({dataID, &payload, source});
+    if (!m_storageTriggers.Store(dataID, value, pDescription, source))
+    {
+        STATS_LOG_ERROR("cannot store in trigger bank; index %d must be smaller than %d and larger than 0", dataID,
+                        static_cast<INT32>(BankSlotCount));
+        return ResultInvalidArgument;
+    }
+    return 0;
 }

@@ -122,26 +122,19 @@ KiroResult CKIROBankManager::UtilSetStartEndToBank(const DataBankType* pBank, St
     const bool bReadable = UtilGetStartEndFromBank(pBank, stored, FALSE) == 0;
     if (bReadable && kind == BankDataType::start)
     {
-        stored.start = value.start;
+        value.end = stored.end;
     }
     else if (bReadable && kind == BankDataType::end)
     {
-        stored.end = value.end;
-    }
-    else
-    {
-        stored = value;
+        value.start = stored.start;
     }
 
     switch (pBank->bankID)
     {
     case BankIDSceneAnalyzer:
-    {
-        DBStartEndPayload payload{pBank->dataID, stored, const_cast<CHAR*>(pDescription)};
-        return SetDataSceneAnalyzer({pBank->dataID, &payload, SourceModuleMetering});
-    }
+        return PublishAnalyzed(pBank->dataID, value, pDescription, SourceModuleMetering);
     case BankIDTriggers:
-        return PublishTrigger(pBank->dataID, stored.start, pDescription, SourceModuleMetering);
+        return PublishTrigger(pBank->dataID, value.start, pDescription, SourceModuleMetering);
     default:
         STATS_LOG_ERROR("Invalid bank ID %d for Scene Analyzer Algorithm.\n", pBank->bankID);
         return ResultInvalidArgument;

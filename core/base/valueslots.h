@@ -16,18 +16,18 @@ public:
         return (static_cast<UINT32>(dataID) < BankSlotCount) ? &m_slots[dataID] : nullptr;
     }
 
-    /// Copies the payload into the slot of its data ID. @return false if that is out of range
-    bool Store(const BankData& rData)
+    /// Writes the slot of a data ID, of values: a payload that was put together just before would be waited for.
+    /// @return false if the data ID is out of range
+    bool Store(INT32 dataID, decltype(Payload::value) value, const CHAR* pDescription, BankDataSourceType source)
     {
-        const Payload& rPayload = *static_cast<const Payload*>(rData.pPayload);
-        Payload*       pSlot    = Find(rPayload.dataID);
+        Payload* pSlot = Find(dataID);
         if (pSlot == nullptr)
         {
             return false;
         }
-        *pSlot = rPayload;
+        *pSlot = {dataID, value, const_cast<CHAR*>(pDescription)};
 
-        m_isTuningText[static_cast<UINT32>(rPayload.dataID)] = rData.source == SourceModuleMetering;
+        m_isTuningText[static_cast<UINT32>(dataID)] = source == SourceModuleMetering;
         return true;
     }
 

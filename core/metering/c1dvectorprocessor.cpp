@@ -174,10 +174,7 @@ bool C1DVectorProcessor::SetDataToDataBank(FLOAT value)
     switch (rOutput.bankID)
     {
     case BankIDStatsCalculator:
-    {
-        DBFloatPayload payload{rOutput.dataID, value, g_description};
-        return rBanks.SetDataStatsCalculator({rOutput.dataID, &payload, SourceModuleMetering}) == 0;
-    }
+        return rBanks.PublishCalculated(rOutput.dataID, value, g_description, SourceModuleMetering) == 0;
     case BankIDTriggers:
         return rBanks.PublishTrigger(rOutput.dataID, value, g_description, SourceModuleMetering) == 0;
     default:

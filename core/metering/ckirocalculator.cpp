@@ -138,11 +138,8 @@ VOID CCalculator::StoreResults(UINT32 outCount)
             STATS_LOG_WARNING("calculator %s outputstart %d end %d not sufficient; using storage index %d",
                               GetDescription(), m_pTuning->outputStorage.start, m_pTuning->outputStorage.end, index);
         }
-        DBFloatPayload payload{};
-        payload.dataID      = index;
-        payload.value       = m_results[output];
-        payload.description = m_pTuning->description;
-        (VOID) m_pContextManager->m_pBankManager->SetDataStatsCalculator({index, &payload, SourceModuleMetering});
+        (VOID) m_pContextManager->m_pBankManager->PublishCalculated(index, m_results[output], m_pTuning->description,
+                                                                    SourceModuleMetering);
         if (m_results[output] != NotMeasured)
         {
             STATS_LOG_TRACE("Stats Calculator %s runs API%02d and saves %.5f to [StatsCalculatorDataBank %d]",

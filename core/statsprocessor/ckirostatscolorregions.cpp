@@ -312,12 +312,8 @@ VOID CKIROStatsGridProcessor::StoreColorRatio(GroupedGridParameters& rGroup)
         STATS_LOG_WARNING("calculator %s outputstart %d end %d not sufficient; using storage index %d", pDescription,
                           rGroup.outputStorage.start, rGroup.outputStorage.end, rGroup.outputStorage.start);
     }
-    DBFloatPayload payload{};
-    payload.dataID      = rGroup.outputStorage.start;
-    payload.value       = rGroup.lumaWeightedCount;
-    payload.description = rGroup.pDescription;
-    (VOID) m_rContextManager.m_pBankManager->SetDataStatsCalculator(
-        {rGroup.outputStorage.start, &payload, SourceModuleMetering});
+    (VOID) m_rContextManager.m_pBankManager->PublishCalculated(rGroup.outputStorage.start, rGroup.lumaWeightedCount,
+                                                               rGroup.pDescription, SourceModuleMetering);
     if (rGroup.lumaWeightedCount > Epsilon)
     {
         STATS_LOG_TRACE("Xtreme color %s saves %.5f to [StatsCalculatorDataBank %d]", pDescription,
