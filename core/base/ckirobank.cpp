@@ -84,44 +84,51 @@ BankData* CKIROBank::FindEntry(INT32 dataID)
     return nullptr;
 }
 
+const BankData* CKIROBank::Find(INT32 dataID)
+{
+    if (dataID != 0)
+    {
+        return FindEntry(dataID);
+    }
+    return IsOverridden() ? FindEntry(m_overrideIndex) : &m_dynamicData;
+}
+
 KiroResult CKIROBank::GetBankData(BankData& rData)
 {
-    rData.pPayload = nullptr;
-    if (rData.dataID == 0)
-    {
-        if (m_overrideDynamic == DynamicDataReset || m_overrideIndex == 0)
-        {
-            rData = m_dynamicData;
-            return 0;
-        }
-        BankData         overriding = {m_overrideIndex, nullptr, rData.source};
-        const KiroResult result     = GetBankData(overriding);
-        if (result == 0)
-        {
-            rData.pPayload = overriding.pPayload;
-        }
-        return result;
-    }
-    const BankData* pEntry = FindEntry(rData.dataID);
+    rData.pPayload         = nullptr;
+    const BankData* pEntry = Find(rData.dataID);
     if (pEntry == nullptr)
     {
         return ResultNotFound;
     }
-    rData = *pEntry;
+    if (rData.dataID == 0 && IsOverridden())
+    {
+        rData.pPayload = pEntry->pPayload;
+    }
+    else
+    {
+        rData = *pEntry;
+    }
     return 0;
 }
 
 VOID CKIROBank::SetBankBasedOnContext()
 {
-    m_dynamicData = m_dataDeque.empty() ? BankData{} : m_dataDeque.front();
-    if (IsValueBank(m_bankID))
+    const BankData* pSelected = IsValueBank(m_bankID) ? nullptr : SelectEntry();
+    if (pSelected == nullptr && !m_dataDeque.empty())
     {
-        return;
+        pSelected = &m_dataDeque.front();
     }
+    m_dynamicData = (pSelected != nullptr) ? *pSelected : BankData{};
+}
+
+/// @return the entry that the priorities select, null for the front one
+const BankData* CKIROBank::SelectEntry()
+{
     if (m_pTunedBank == nullptr)
     {
         STATS_LOG_TRACE("no priority, needs debugging bank ID %d", m_bankID);
-        return;
+        return nullptr;
     }
 
     INT32 best   = -1;
@@ -138,12 +145,12 @@ VOID CKIROBank::SetBankBasedOnContext()
     if (best < 0)
     {
         STATS_LOG_TRACE("Bank %d did not find any priority: using first data", m_bankID);
-        return;
+        return nullptr;
     }
     if (dataID == 0)
     {
         STATS_LOG_TRACE("Bank %d dynamic data points to 0, using first data as fallback", m_bankID);
-        return;
+        return nullptr;
     }
 
     const BankData* pSelected = FindEntry(dataID);
@@ -151,10 +158,10 @@ VOID CKIROBank::SetBankBasedOnContext()
     {
         STATS_LOG_TRACE("Bank %s dynamic data pointed to ID %d and returned KiroResult %d, using first data",
                         m_pBankname, dataID, ResultNotFound);
-        return;
+        return nullptr;
     }
-    m_dynamicData = *pSelected;
     STATS_LOG_TRACE("Bank %s dynamic data pointed to ID %d", m_pBankname, dataID);
+    return pSelected;
 }
 
 BOOL CKIROBank::IsEventSet(const KIROTunaraEventType* pEvents, UINT32 count) const

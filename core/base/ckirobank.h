@@ -59,7 +59,12 @@ public:
     /// Data ID 0 replaces the selected entry until the next selection. @return 0
     KiroResult SetBankData(const BankData& rData);
 
-    /// @param rData its dataID names the entry, 0 the selected or overriding one; the payload is null on failure
+    /// @param dataID 0 names the selected or overriding entry
+    /// @return null if there is no such entry
+    const BankData* Find(INT32 dataID);
+
+    /// The same as a copy; of an overriding entry the payload alone.
+    /// @param rData its dataID names the entry; the payload is null on failure
     /// @return 0, or 6 if there is no such entry
     KiroResult GetBankData(BankData& rData);
 
@@ -89,8 +94,13 @@ public:
     }
 
 private:
-    /// @return null if there is no such entry
-    BankData* FindEntry(INT32 dataID);
+    bool IsOverridden() const
+    {
+        return m_overrideDynamic != DynamicDataReset && m_overrideIndex != 0;
+    }
+
+    BankData*       FindEntry(INT32 dataID);
+    const BankData* SelectEntry();
 
     size_t                       m_payloadSize;
     TunaraBankDataType*          m_pTunedBank;  ///< in the tuning

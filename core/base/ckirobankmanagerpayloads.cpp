@@ -46,8 +46,8 @@ DBFloatPayload* CKIROBankManager::GetDataTriggers(INT32 dataID)
 
 template <typename Payload> Payload* CKIROBankManager::GetDequePayload(KIROBankIDType bankID, INT32 dataID)
 {
-    BankData data{dataID, nullptr, SourceCore};
-    return (m_banks[bankID].GetBankData(data) == 0) ? static_cast<Payload*>(data.pPayload) : nullptr;
+    const BankData* pEntry = m_banks[bankID].Find(dataID);
+    return (pEntry != nullptr) ? static_cast<Payload*>(pEntry->pPayload) : nullptr;
 }
 
 DBMeter1DWeightPayload* CKIROBankManager::GetDataMetering1D(INT32 dataID)

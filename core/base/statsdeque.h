@@ -25,12 +25,12 @@ public:
     /// The slot at a position, taken modulo the capacity: any position is valid to read.
     T& operator[](UINT32 position)
     {
-        return m_pContainer[(static_cast<UINT64>(m_nFront) + position) % m_nMax];
+        return m_pContainer[SlotOf(position)];
     }
 
     const T& operator[](UINT32 position) const
     {
-        return m_pContainer[(static_cast<UINT64>(m_nFront) + position) % m_nMax];
+        return m_pContainer[SlotOf(position)];
     }
 
     T& front()
@@ -109,7 +109,14 @@ public:
     }
 
 private:
-    static constexpr UINT32 m_nMax = Capacity;  // a constant, so that the modulo of an index costs no division
+    /// Few positions lie beyond the end of the container: the others are found without a modulo.
+    UINT64 SlotOf(UINT32 position) const
+    {
+        const UINT64 slot = static_cast<UINT64>(m_nFront) + position;
+        return (slot < m_nMax) ? slot : slot % m_nMax;
+    }
+
+    static constexpr UINT32 m_nMax = Capacity;
 
     TavoArray<T> m_pContainer;
     UINT32       m_nFront;
