@@ -8,6 +8,7 @@
 
 #include "core/base/kirolog.h"
 #include "interface/kiroresults.h"
+#include "platform/tavoprocessors.h"
 
 namespace
 {
@@ -20,9 +21,26 @@ template <typename Value> Value Read(const BYTE* pPlace)
     return value;
 }
 
-StartEnd RangeOf(const BYTE* pZone)
+// The ends of a zone's range are read apart, each where it is compared.
+FLOAT StartOf(const BYTE* pZone)
 {
-    return Read<StartEnd>(pZone);
+    return Read<FLOAT>(pZone + offsetof(StartEnd, start));
+}
+
+FLOAT EndOf(const BYTE* pZone)
+{
+    return Read<FLOAT>(pZone + offsetof(StartEnd, end));
+}
+
+/// Weighs count floats. @return where they were written
+TAVO_FOR_EACH_PROCESSOR
+FLOAT* Weigh(FLOAT ratio, const FLOAT* pStart, const FLOAT* pEnd, INT count, FLOAT* pOut)
+{
+    for (INT index = 0; index < count; ++index)
+    {
+        pOut[index] = std::fma(pStart[index], ratio, pEnd[index] * (1.0f - ratio));
+    }
+    return pOut;
 }
 
 }  // namespace
@@ -139,13 +157,13 @@ inline VOID CKIRODataXML::RecordZone(INT dimension, INT index)
 
 VOID* CKIRODataXML::SearchZones(INT dimension, FLOAT currValue, FLOAT prevValue, INT zoneCount, BYTE* pZones)
 {
-    if (currValue < RangeOf(pZones).start)
+    if (currValue < StartOf(pZones))
     {
         RecordZone(dimension, 0);
         return EvaluateZone(dimension, pZones);
     }
     BYTE* pLast = pZones + (zoneCount - 1) * StrideOf(dimension);
-    if (RangeOf(pLast).end <= currValue)
+    if (EndOf(pLast) <= currValue)
     {
         RecordZone(dimension, zoneCount - 1);
         return EvaluateZone(dimension, pLast);
@@ -167,14 +185,13 @@ inline VOID* CKIRODataXML::WalkZones(INT dimension, FLOAT currValue, INT start, 
     BYTE*           pVisited = pZones + std::clamp(start - step, 0, zoneCount - 1) * stride;
     for (INT index = start; index >= 0 && index < zoneCount; index += step)
     {
-        BYTE*          pZone = pZones + index * stride;
-        const StartEnd range = RangeOf(pZone);
-        if (LeftToRight ? currValue < range.start : currValue > range.end)
+        BYTE* pZone = pZones + index * stride;
+        if (LeftToRight ? currValue < StartOf(pZone) : currValue > EndOf(pZone))
         {
             RecordZone(dimension, index);
             return EvaluateGap<LeftToRight>(dimension, currValue, pVisited, pZone);
         }
-        if (LeftToRight ? currValue < range.end : currValue > range.start)
+        if (LeftToRight ? currValue < EndOf(pZone) : currValue > StartOf(pZone))
         {
             RecordZone(dimension, index);
             return EvaluateZone(dimension, pZone);
@@ -207,28 +224,22 @@ VOID* CKIRODataXML::EvaluateGap(INT dimension, FLOAT currValue, BYTE* pVisited, 
     VOID* pVisitedData = EvaluateZone(dimension, pVisited);
     VOID* pReachedData = EvaluateZone(dimension, pReached);
 
-    const FLOAT low           = RangeOf(LeftToRight ? pVisited : pReached).end;
-    const FLOAT high          = RangeOf(LeftToRight ? pReached : pVisited).start;
+    const FLOAT low           = EndOf(LeftToRight ? pVisited : pReached);
+    const FLOAT high          = StartOf(LeftToRight ? pReached : pVisited);
     const FLOAT share         = (currValue - low) / (high - low);
     VOID*       pInterpolated = LeftToRight ? InterpCoreData(1.0f - share, pVisitedData, pReachedData)
                                             : InterpCoreData(1.0f - share, pReachedData, pVisitedData);
     return (pInterpolated != nullptr) ? pInterpolated : pVisitedData;
 }
 
-bool CKIRODataXML::AreRecordsValid(const VOID* pStartData, const VOID* pEndData) const
+VOID CKIRODataXML::LogNull(const VOID* pStartData, const VOID* pEndData) const
 {
-    if (pStartData == nullptr || pEndData == nullptr)
-    {
-        STATS_LOG_ERROR("Failed! pStartData = %p, pEndData = %p", pStartData, pEndData);
-        return false;
-    }
-    return true;
+    STATS_LOG_ERROR("Failed! pStartData = %p, pEndData = %p", pStartData, pEndData);
 }
 
-BYTE* CKIRODataXML::LogFull(INT stride) const
+VOID CKIRODataXML::LogFull(INT stride) const
 {
     STATS_LOG_ERROR("no room to interpolate: slot %d of %d bytes", m_interpDataIdx, stride);
-    return nullptr;
 }
 
 FLOAT CKIRODataXML::Interp(FLOAT interpRatio, FLOAT start, FLOAT end)
@@ -243,16 +254,9 @@ VOID* CKIRODataXML::InterpFloats(FLOAT interpRatio, const VOID* pStartData, cons
         return nullptr;
     }
     FLOAT* pSlot = static_cast<FLOAT*>(NextSlot(stride));
-    if (pSlot != nullptr)
-    {
-        const FLOAT* pStart = static_cast<const FLOAT*>(pStartData);
-        const FLOAT* pEnd   = static_cast<const FLOAT*>(pEndData);
-        for (INT index = 0; index < count; ++index)
-        {
-            pSlot[index] = Interp(interpRatio, pStart[index], pEnd[index]);
-        }
-    }
-    return pSlot;
+    return (pSlot != nullptr) ? Weigh(interpRatio, static_cast<const FLOAT*>(pStartData),
+                                      static_cast<const FLOAT*>(pEndData), count, pSlot)
+                              : nullptr;
 }
 
 VOID* CKIRODataXML::InterpCoreData(FLOAT pInterpRatio, VOID* pStartData, VOID* pEndData)

@@ -75,11 +75,23 @@ protected:
     {
         ++m_interpDataIdx;
         const size_t offset = static_cast<size_t>(m_interpDataIdx) * static_cast<size_t>(stride);
-        const bool   isRoom = m_pInterpData != nullptr && offset + static_cast<size_t>(stride) <= m_interpDataSize;
-        return isRoom ? m_pInterpData.get() + offset : LogFull(stride);
+        if (m_pInterpData == nullptr || offset + static_cast<size_t>(stride) > m_interpDataSize)
+        {
+            LogFull(stride);
+            return nullptr;
+        }
+        return m_pInterpData.get() + offset;
     }
     /// Logs and answers false if a record is null.
-    bool AreRecordsValid(const VOID* pStartData, const VOID* pEndData) const;
+    bool AreRecordsValid(const VOID* pStartData, const VOID* pEndData) const
+    {
+        if (pStartData == nullptr || pEndData == nullptr)
+        {
+            LogNull(pStartData, pEndData);
+            return false;
+        }
+        return true;
+    }
     /// Interpolates count floats into the next slot.
     VOID* InterpFloats(FLOAT interpRatio, const VOID* pStartData, const VOID* pEndData, INT count, INT stride);
 
@@ -99,7 +111,10 @@ private:
     static constexpr INT m_nodeSize   = sizeof(AECTriggerNodeXML);
     static constexpr INT m_ldNodeSize = sizeof(AECTriggerNodeLDXML);
 
-    BYTE*     LogFull(INT stride) const;  ///< @return null
+    // Apart from what calls them, which needs no stack frame then.
+    [[gnu::cold, gnu::noinline]] VOID LogFull(INT stride) const;
+    [[gnu::cold, gnu::noinline]] VOID LogNull(const VOID* pStartData, const VOID* pEndData) const;
+
     bool      IsLastLevel(INT dimension) const;
     ptrdiff_t StrideOf(INT dimension) const;
     VOID*     SearchZones(INT dimension, FLOAT currValue, FLOAT prevValue, INT zoneCount, BYTE* pZones);
