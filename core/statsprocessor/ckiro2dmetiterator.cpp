@@ -9,8 +9,8 @@
 using exposurearithmetic::SaturateToUINT32;
 
 CKIRO2DMetIterator::CKIRO2DMetIterator()
-    : m_roiWidth(0), m_roiHeight(0), m_roiStartHeight(0), m_roiStartWidth(0), m_roiEndHeight(0), m_roiEndWidth(0),
-      m_ipStatswidth(0), m_ipStatsHeight(0), m_rowStart(0), m_pRowWeights(nullptr), m_2DWeightTable{},
+    : m_area{}, m_roiWidth(0), m_roiHeight(0), m_roiStartHeight(0), m_roiStartWidth(0), m_roiEndHeight(0),
+      m_roiEndWidth(0), m_ipStatswidth(0), m_ipStatsHeight(0), m_rowStart(0), m_pRowWeights(nullptr), m_2DWeightTable{},
       m_pColumnEntry(m_columns.Entries({})), m_pRowEntry(m_rows.Entries({}))
 {
 }
@@ -23,31 +23,41 @@ BOOL CKIRO2DMetIterator::Configure(UINT32 width, UINT32 height, const AECAlgoROI
         STATS_LOG_ERROR("grid of %d x %d exceeds %d regions", width, height, GridRegionCountMax);
         return FALSE;
     }
-    const FLOAT w  = static_cast<FLOAT>(width);
-    const FLOAT h  = static_cast<FLOAT>(height);
-    m_roiEndWidth  = SaturateToUINT32(std::ceil((rROI.x + rROI.dx) * w));
-    m_roiEndHeight = SaturateToUINT32(std::ceil((rROI.y + rROI.dy) * h));
-    if (bUseDefaultCoordMethod == TRUE)
+    const Area area = {width, height, rROI.x, rROI.y, rROI.dx, rROI.dy, bUseDefaultCoordMethod};
+    if (area != m_area)
     {
-        m_roiStartWidth  = SaturateToUINT32(std::floor((w - 1.0f) * rROI.x));
-        m_roiStartHeight = SaturateToUINT32(std::floor((h - 1.0f) * rROI.y));
+        m_area = area;
+        ResolveArea();
+    }
+    std::copy_n(pTable, TableSize, m_2DWeightTable);
+    SelectRow(0);
+    return TRUE;
+}
+
+VOID CKIRO2DMetIterator::ResolveArea()
+{
+    const FLOAT w  = static_cast<FLOAT>(m_area.width);
+    const FLOAT h  = static_cast<FLOAT>(m_area.height);
+    m_roiEndWidth  = SaturateToUINT32(std::ceil((m_area.x + m_area.dx) * w));
+    m_roiEndHeight = SaturateToUINT32(std::ceil((m_area.y + m_area.dy) * h));
+    if (m_area.bUseDefaultCoordMethod == TRUE)
+    {
+        m_roiStartWidth  = SaturateToUINT32(std::floor((w - 1.0f) * m_area.x));
+        m_roiStartHeight = SaturateToUINT32(std::floor((h - 1.0f) * m_area.y));
         m_roiWidth       = (m_roiEndWidth == m_roiStartWidth) ? 1 : m_roiEndWidth - m_roiStartWidth;
         m_roiHeight      = (m_roiEndHeight == m_roiStartHeight) ? 1 : m_roiEndHeight - m_roiStartHeight;
     }
     else
     {
-        m_roiStartWidth  = SaturateToUINT32(std::trunc(rROI.x * w));
-        m_roiStartHeight = SaturateToUINT32(std::trunc(rROI.y * h));
+        m_roiStartWidth  = SaturateToUINT32(std::trunc(m_area.x * w));
+        m_roiStartHeight = SaturateToUINT32(std::trunc(m_area.y * h));
         m_roiWidth       = m_roiEndWidth - m_roiStartWidth;
         m_roiHeight      = m_roiEndHeight - m_roiStartHeight;
     }
-    m_ipStatswidth  = width;
-    m_ipStatsHeight = height;
-    std::copy_n(pTable, TableSize, m_2DWeightTable);
-    m_pColumnEntry = m_columns.Entries({m_ipStatswidth, m_roiStartWidth, m_roiEndWidth, m_roiWidth});
-    m_pRowEntry    = m_rows.Entries({m_ipStatsHeight + 1, m_roiStartHeight, m_roiEndHeight, m_roiHeight});
-    SelectRow(0);
-    return TRUE;
+    m_ipStatswidth  = m_area.width;
+    m_ipStatsHeight = m_area.height;
+    m_pColumnEntry  = m_columns.Entries({m_ipStatswidth, m_roiStartWidth, m_roiEndWidth, m_roiWidth});
+    m_pRowEntry     = m_rows.Entries({m_ipStatsHeight + 1, m_roiStartHeight, m_roiEndHeight, m_roiHeight});
 }
 
 /// Table column or row of a grid column or row, nearest neighbour.

@@ -59,6 +59,21 @@ private:
         bool operator==(const Axis&) const = default;
     };
 
+    /// What a request asks the weights for; a ROI's own weight has no part in it.
+    struct Area
+    {
+        UINT32 width;
+        UINT32 height;
+        FLOAT  x;
+        FLOAT  y;
+        FLOAT  dx;
+        FLOAT  dy;
+        BOOL   bUseDefaultCoordMethod;
+
+        bool operator==(const Area&) const = default;
+    };
+
+    VOID         ResolveArea();
     static INT16 EntryOf(UINT32 position, const Axis& rAxis);
 
     /// Table entries of the columns or of the rows of a grid, so that a region costs no division. The requests of a
@@ -85,6 +100,7 @@ private:
     [[gnu::cold]] VOID  SelectRow(UINT32 index);
     [[gnu::cold]] FLOAT WeightOutside(UINT32 index) const;
 
+    Area         m_area;  ///< which the members up to the row are resolved for, none at first
     UINT32       m_roiWidth;
     UINT32       m_roiHeight;
     UINT32       m_roiStartHeight;
