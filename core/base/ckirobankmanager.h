@@ -111,6 +111,8 @@ private:
     /// Logs and answers null for an ID that is no bank.
     CKIROBank* GetInternalBank(KIROBankIDType bankID);
 
+    /// Logs and answers null for a data ID that is none.
+    template <typename Payload> Payload* FindSlot(ValueSlots<Payload>& rSlots, const DataBankType& rBank);
     template <typename Payload> Payload* GetDequePayload(KIROBankIDType bankID, INT32 dataID);
     template <typename Record> VOID      SetBankRecord(KIROBankIDType bankID, Record* pRecord);
 

@@ -49,7 +49,32 @@ template <typename Payload> KiroResult TakeNumber(const Payload* pPayload, FLOAT
     return 0;
 }
 
+/// @param pStored null for an entry that is not there; of one that is, the half that is not named stays
+template <typename Payload> StartEnd Merge(const Payload* pStored, StartEnd value, BankDataType kind)
+{
+    if (pStored != nullptr && kind == BankDataType::start)
+    {
+        value.end = RangeOf(*pStored).end;
+    }
+    else if (pStored != nullptr && kind == BankDataType::end)
+    {
+        value.start = RangeOf(*pStored).start;
+    }
+    return value;
+}
+
 }  // namespace
+
+template <typename Payload>
+inline Payload* CKIROBankManager::FindSlot(ValueSlots<Payload>& rSlots, const DataBankType& rBank)
+{
+    Payload* pSlot = rSlots.Find(rBank.dataID);
+    if (pSlot == nullptr)
+    {
+        STATS_LOG_ERROR("%s Invalid data ID %d", GetBankName(rBank.bankID), rBank.dataID);
+    }
+    return pSlot;
+}
 
 KiroResult CKIROBankManager::UtilGetFloatFromBank(const DataBankType* pBank, FLOAT& rValue, BOOL bLogError,
                                                   CHAR** ppDescription)
@@ -88,13 +113,13 @@ KiroResult CKIROBankManager::UtilGetStartEndFromBank(const DataBankType* pBank, 
     switch (pBank->bankID)
     {
     case BankIDStatsCalculator:
-        result = TakeRange(m_storageCalculators.Find(pBank->dataID), rValue);
+        result = TakeRange(FindSlot(m_storageCalculators, *pBank), rValue);
         break;
     case BankIDTriggers:
-        result = TakeRange(m_storageTriggers.Find(pBank->dataID), rValue);
+        result = TakeRange(FindSlot(m_storageTriggers, *pBank), rValue);
         break;
     case BankIDSceneAnalyzer:
-        result = TakeRange(m_storageAnalyzers.Find(pBank->dataID), rValue);
+        result = TakeRange(FindSlot(m_storageAnalyzers, *pBank), rValue);
         break;
     case BankIDROITable:
         (VOID) TakeRange(GetDataROI(pBank->dataID), rValue);
@@ -102,10 +127,6 @@ KiroResult CKIROBankManager::UtilGetStartEndFromBank(const DataBankType* pBank, 
         break;
     default:
         break;
-    }
-    if (result == ResultInvalidArgument)
-    {
-        STATS_LOG_ERROR("%s Invalid data ID %d", GetBankName(pBank->bankID), pBank->dataID);
     }
     if (result != 0 && bLogError == TRUE)
     {
@@ -118,24 +139,16 @@ KiroResult CKIROBankManager::UtilGetStartEndFromBank(const DataBankType* pBank, 
 KiroResult CKIROBankManager::UtilSetStartEndToBank(const DataBankType* pBank, StartEnd value, const CHAR* pDescription,
                                                    BankDataType kind)
 {
-    StartEnd   stored;
-    const bool bReadable = UtilGetStartEndFromBank(pBank, stored, FALSE) == 0;
-    if (bReadable && kind == BankDataType::start)
-    {
-        value.end = stored.end;
-    }
-    else if (bReadable && kind == BankDataType::end)
-    {
-        value.start = stored.start;
-    }
-
     switch (pBank->bankID)
     {
     case BankIDSceneAnalyzer:
+        value = Merge(FindSlot(m_storageAnalyzers, *pBank), value, kind);
         return PublishAnalyzed(pBank->dataID, value, pDescription, SourceModuleMetering);
     case BankIDTriggers:
+        value = Merge(FindSlot(m_storageTriggers, *pBank), value, kind);
         return PublishTrigger(pBank->dataID, value.start, pDescription, SourceModuleMetering);
     default:
+        (VOID) UtilGetStartEndFromBank(pBank, value, FALSE);
         STATS_LOG_ERROR("Invalid bank ID %d for Scene Analyzer Algorithm.\n", pBank->bankID);
         return ResultInvalidArgument;
     }

@@ -56,40 +56,38 @@ VOID CAnalyzer::Run(const DOUBLE* pExposures, AECDebugAnalyzerType* pDebug)
     {
         *pDebug = {};
     }
-    const bool bAlgorithmAlone = m_pAlgorithm != nullptr && AlgorithmID() > AttachedAlgorithmMax;
-    m_output                   = bAlgorithmAlone ? RunAlgorithm(pExposures, {}) : Analyze(pExposures, pDebug);
+    if (m_pAlgorithm != nullptr && AlgorithmID() > AttachedAlgorithmMax)
+    {
+        m_output = RunAlgorithm(pExposures, {});
+    }
+    else
+    {
+        Analyze(pExposures, pDebug);
+    }
 }
 
-KIROAnalyzerOutput CAnalyzer::Analyze(const DOUBLE* pExposures, AECDebugAnalyzerType* pDebug)
+VOID CAnalyzer::Analyze(const DOUBLE* pExposures, AECDebugAnalyzerType* pDebug)
 {
+    m_output = m_identity;
     m_arithmetic.RunArithMeticOperation(BeginningOfAnalysis, pDebug);
-    KIROAnalyzerOutput output = Measure();
+    m_output.luma       = m_lumaComponent.RunGeneralAnalyzerComponent();
+    m_output.target     = m_targetComponent.RunTargetAnalyzerComponent();
+    m_output.confidence = m_confidenceComponent.RunGeneralAnalyzerComponent();
     m_arithmetic.RunArithMeticOperation(EndOfAnalysis, pDebug);
     m_arithmetic.RunArithMeticOperation(kirometeringsceneanalyzer::AdjustmentRatio, pDebug);
 
     const FLOAT  adjustment = AdjustmentOfOperators();
-    const FLOAT  ratio      = analyzerstages::RatioToTarget(adjustment, output.luma, output.target.start);
-    const DOUBLE reference  = analyzerstages::ReferenceExposure(pExposures, output.refType);
-    output.sensitivity      = analyzerstages::ExposureByRatio(reference, ratio);
+    const FLOAT  ratio      = analyzerstages::RatioToTarget(adjustment, m_output.luma, m_output.target.start);
+    const DOUBLE reference  = analyzerstages::ReferenceExposure(pExposures, m_output.refType);
+    m_output.sensitivity    = analyzerstages::ExposureByRatio(reference, ratio);
     if (m_pAlgorithm != nullptr)
     {
-        output = RunAlgorithm(pExposures, output);
+        m_output = RunAlgorithm(pExposures, m_output);
     }
     if (pDebug != nullptr)
     {
-        PopulateDebugData(output, adjustment, *pDebug);
+        PopulateDebugData(adjustment, *pDebug);
     }
-    return output;
-}
-
-/// @return what the components measure, in their order; the exposure is 0 as yet
-KIROAnalyzerOutput CAnalyzer::Measure()
-{
-    KIROAnalyzerOutput output = m_identity;
-    output.luma               = m_lumaComponent.RunGeneralAnalyzerComponent();
-    output.target             = m_targetComponent.RunTargetAnalyzerComponent();
-    output.confidence         = m_confidenceComponent.RunGeneralAnalyzerComponent();
-    return output;
 }
 
 KIROAnalyzerOutput CAnalyzer::RunAlgorithm(const DOUBLE* pExposures, const KIROAnalyzerOutput& rMeasured) const
@@ -99,8 +97,7 @@ KIROAnalyzerOutput CAnalyzer::RunAlgorithm(const DOUBLE* pExposures, const KIROA
     return m_pAlgorithm->RunAlgorithm(input).analyzerOut;
 }
 
-VOID CAnalyzer::PopulateDebugData(const KIROAnalyzerOutput& rOutput, FLOAT adjustment,
-                                  AECDebugAnalyzerType& rDebug) const
+VOID CAnalyzer::PopulateDebugData(FLOAT adjustment, AECDebugAnalyzerType& rDebug) const
 {
     const auto originOf = [](const kirometeringsceneanalyzer::ComponentAggregatorType& rAggregator)
     {
@@ -112,11 +109,11 @@ VOID CAnalyzer::PopulateDebugData(const KIROAnalyzerOutput& rOutput, FLOAT adjus
     };
     debugdata::SetName(rDebug.name, m_pTuning->analyzerName);
     rDebug.analyzerID       = static_cast<UINT16>(m_pTuning->analyzerID);
-    rDebug.refType          = static_cast<UINT8>(rOutput.refType);
-    rDebug.type             = static_cast<UINT8>(rOutput.type);
-    rDebug.luma             = rOutput.luma;
-    rDebug.target           = {rOutput.target.start, rOutput.target.end};
-    rDebug.confidence       = rOutput.confidence;
+    rDebug.refType          = static_cast<UINT8>(m_output.refType);
+    rDebug.type             = static_cast<UINT8>(m_output.type);
+    rDebug.luma             = m_output.luma;
+    rDebug.target           = {m_output.target.start, m_output.target.end};
+    rDebug.confidence       = m_output.confidence;
     rDebug.lumaOrigin       = originOf(m_pTuning->luma.aggregator);
     rDebug.targetOrigin     = originOf(m_pTuning->target.aggregator);
     rDebug.confidenceOrigin = originOf(m_pTuning->confidence.aggregator);

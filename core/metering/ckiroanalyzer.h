@@ -47,10 +47,10 @@ private:
     UINT32 AlgorithmID() const;
     FLOAT  AdjustmentOfOperators() const;
 
-    KIROAnalyzerOutput Analyze(const DOUBLE* pExposures, AECDebugAnalyzerType* pDebug);
-    KIROAnalyzerOutput Measure();
+    VOID Analyze(const DOUBLE* pExposures, AECDebugAnalyzerType* pDebug);
+    VOID PopulateDebugData(FLOAT adjustment, AECDebugAnalyzerType& rDebug) const;
+
     KIROAnalyzerOutput RunAlgorithm(const DOUBLE* pExposures, const KIROAnalyzerOutput& rMeasured) const;
-    VOID PopulateDebugData(const KIROAnalyzerOutput& rOutput, FLOAT adjustment, AECDebugAnalyzerType& rDebug) const;
 
     const kirometeringsceneanalyzer::SceneAnalyzerType* m_pTuning;
     IKIROContextManager*                                m_pContextManager;
@@ -64,5 +64,5 @@ private:
     TavoPtr<IAnalyzerAlgorithm> m_pAlgorithm;  ///< null for most analyzers
 
     KIROAnalyzerOutput m_identity;  ///< name and types of the tuning, all else 0
-    KIROAnalyzerOutput m_output;    ///< of the last run, for callers; no run reads it
+    KIROAnalyzerOutput m_output;    ///< of the last run, for callers; a run begins it anew
 };
