@@ -117,7 +117,8 @@ private:
 
     bool      IsLastLevel(INT dimension) const;
     ptrdiff_t StrideOf(INT dimension) const;
-    VOID*     SearchZones(INT dimension, FLOAT currValue, FLOAT prevValue, INT zoneCount, BYTE* pZones);
+    // Apart from GetInterpData(), whose trees mostly have a single zone.
+    [[gnu::noinline]] VOID* SearchZones(INT dimension, FLOAT currValue, FLOAT prevValue, INT zoneCount, BYTE* pZones);
     template <bool LeftToRight> VOID* WalkZones(INT dimension, FLOAT currValue, INT start, INT zoneCount, BYTE* pZones);
     VOID*                             EvaluateZone(INT dimension, BYTE* pZone);
     template <bool LeftToRight> VOID* EvaluateGap(INT dimension, FLOAT currValue, BYTE* pVisited, BYTE* pReached);
