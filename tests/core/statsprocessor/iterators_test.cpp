@@ -283,4 +283,24 @@ TEST_F(WeightTable, ReachesOneRegionBehindTheROIAndNoFurther)
     EXPECT_EQ(At(5 * 4), -1.0f);
 }
 
+TEST_F(WeightTable, ARequestTakesNothingFromTheOneBefore)
+{
+    ASSERT_EQ(m_iterator.Configure(16, 16, FullFrameROI, m_weights, TRUE), TRUE);
+    EXPECT_EQ(At(0), 0.0f);
+    m_weights[0] = 7.0f;  // edited where it stands
+    ASSERT_EQ(m_iterator.Configure(16, 16, FullFrameROI, m_weights, TRUE), TRUE);
+    EXPECT_EQ(At(0), 7.0f);
+
+    // One edge less: rows from floor(15 * 0.5) = 7.
+    const AECAlgoROI lower = {0.0f, 0.5f, 1.0f, 1.0f, 1.0f};
+    ASSERT_EQ(m_iterator.Configure(16, 16, lower, m_weights, TRUE), TRUE);
+    EXPECT_EQ(At(6 * 16), -1.0f);
+    EXPECT_EQ(At(7 * 16), 7.0f);
+
+    // Another height alone: rows from floor(31 * 0.5) = 15.
+    ASSERT_EQ(m_iterator.Configure(16, 32, lower, m_weights, TRUE), TRUE);
+    EXPECT_EQ(At(14 * 16), -1.0f);
+    EXPECT_EQ(At(15 * 16), 7.0f);
+}
+
 }  // namespace
