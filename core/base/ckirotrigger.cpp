@@ -32,13 +32,18 @@ FLOAT EndOf(const BYTE* pZone)
     return Read<FLOAT>(pZone + offsetof(StartEnd, end));
 }
 
-/// Weighs count floats. @return where they were written
+FLOAT Weigh(FLOAT ratio, FLOAT start, FLOAT end)
+{
+    return std::fma(start, ratio, end * (1.0f - ratio));
+}
+
+/// @return where the floats were written
 TAVO_FOR_EACH_PROCESSOR
-FLOAT* Weigh(FLOAT ratio, const FLOAT* pStart, const FLOAT* pEnd, INT count, FLOAT* pOut)
+FLOAT* WeighFloats(FLOAT* pOut, const FLOAT* pStart, const FLOAT* pEnd, FLOAT ratio, INT count)
 {
     for (INT index = 0; index < count; ++index)
     {
-        pOut[index] = std::fma(pStart[index], ratio, pEnd[index] * (1.0f - ratio));
+        pOut[index] = Weigh(ratio, pStart[index], pEnd[index]);
     }
     return pOut;
 }
@@ -244,7 +249,7 @@ VOID CKIRODataXML::LogFull(INT stride) const
 
 FLOAT CKIRODataXML::Interp(FLOAT interpRatio, FLOAT start, FLOAT end)
 {
-    return std::fma(start, interpRatio, end * (1.0f - interpRatio));
+    return Weigh(interpRatio, start, end);
 }
 
 VOID* CKIRODataXML::InterpFloats(FLOAT interpRatio, const VOID* pStartData, const VOID* pEndData, INT count, INT stride)
@@ -254,8 +259,8 @@ VOID* CKIRODataXML::InterpFloats(FLOAT interpRatio, const VOID* pStartData, cons
         return nullptr;
     }
     FLOAT* pSlot = static_cast<FLOAT*>(NextSlot(stride));
-    return (pSlot != nullptr) ? Weigh(interpRatio, static_cast<const FLOAT*>(pStartData),
-                                      static_cast<const FLOAT*>(pEndData), count, pSlot)
+    return (pSlot != nullptr) ? WeighFloats(pSlot, static_cast<const FLOAT*>(pStartData),
+                                            static_cast<const FLOAT*>(pEndData), interpRatio, count)
                               : nullptr;
 }
 
