@@ -8,24 +8,6 @@
 using namespace convergencestages;
 using exposurearithmetic::SensiLog103;
 
-namespace
-{
-
-/// @return by how much a predictive gain lets Short stand above its exposure, log steps
-DOUBLE PredictiveLead(const AECFrameHistory& rFrame, UINT32 expType)
-{
-    const bool isAhead = expType == AECAlgoExposureShort && rFrame.predictiveGain > 1.0f;
-    return isAhead ? static_cast<DOUBLE>(SensiLog103(rFrame.predictiveGain)) : 0.0;
-}
-
-DOUBLE StandingLog103(const AECFrameHistory& rFrame, UINT32 expType)
-{
-    const DOUBLE exposure = SensiLog103(static_cast<FLOAT>(rFrame.exposureSets[expType].exposure));
-    return exposure + PredictiveLead(rFrame, expType);
-}
-
-}  // namespace
-
 /// After the process of a frame the host may set a tuning, and those of before may be gone by then.
 VOID CKIROConvergence::UpdateDBTriggersForNewTuning()
 {
@@ -94,40 +76,70 @@ const AECFrameHistory* CKIROConvergence::PreviousFrame() const
     return m_rContextManager.m_pHistory->GetFrameHistory(1);
 }
 
-const AECFrameHistory* CKIROConvergence::MatchedFrame() const
+DOUBLE CKIROConvergence::GetExposureInfo(KIROConvExpInfoType type, UINT32 expType) const
 {
-    const UINT8            latency = m_rContextManager.GetInput()->systemLatency;
-    const AECFrameHistory* pFrame  = m_rContextManager.m_pHistory->GetFrameHistory(latency);
+    if (expType >= AECAlgoExposureCount)
+    {
+        STATS_LOG_ERROR("KIROCONVRG Exposure type incorrect");
+        return 0.0;
+    }
+    if (static_cast<UINT32>(type) >= KIROConvMax)
+    {
+        STATS_LOG_ERROR("KIROCONVRG Info type incorrect");
+        return 0.0;
+    }
+    if (type == KIROConvDRCCurrDelta)
+    {
+        return m_input.sensiLog103[AECAlgoExposureSafe] - m_input.sensiLog103[expType];
+    }
+    if (type == KIROConvDRCPrevDelta)
+    {
+        return DRCPrevDelta(expType);
+    }
+
+    const bool             isPrevious = type == KIROConvPrevious || type == KIROConvTgtPreviousDelta;
+    const UINT8            offset     = isPrevious ? 1 : m_rContextManager.GetInput()->systemLatency;
+    const AECFrameHistory* pFrame     = m_rContextManager.m_pHistory->GetFrameHistory(offset);
     if (pFrame == nullptr)
     {
         STATS_LOG_ERROR("Frame History is null. Sensitivity will not be converted to index");
+        return 0.0;
     }
-    return pFrame;
+    DOUBLE exposure = SensiLog103(static_cast<FLOAT>(pFrame->exposureSets[expType].exposure));
+    if (expType == AECAlgoExposureShort && pFrame->predictiveGain > 1.0f)
+    {
+        exposure += static_cast<DOUBLE>(SensiLog103(pFrame->predictiveGain));
+    }
+    const bool isDelta = type == KIROConvTgtMatchDelta || type == KIROConvTgtPreviousDelta;
+    return isDelta ? m_input.sensiLog103[expType] - exposure : exposure;
 }
 
-DOUBLE CKIROConvergence::MatchedLog103(UINT32 expType) const
+DOUBLE CKIROConvergence::DRCPrevDelta(UINT32 expType) const
 {
-    const AECFrameHistory* pMatched = MatchedFrame();
-    return (pMatched != nullptr) ? StandingLog103(*pMatched, expType) : 0.0;
-}
-
-DOUBLE CKIROConvergence::TgtMatchDelta(UINT32 expType) const
-{
-    const AECFrameHistory* pMatched = MatchedFrame();
-    return (pMatched != nullptr) ? m_input.sensiLog103[expType] - StandingLog103(*pMatched, expType) : 0.0;
+    const AECFrameHistory* pFrame = PreviousFrame();
+    if (pFrame == nullptr)
+    {
+        STATS_LOG_ERROR("Frame History is null. Sensitivity will not be converted to index");
+        return 0.0;
+    }
+    const FLOAT safe  = static_cast<FLOAT>(pFrame->exposureSets[AECAlgoExposureSafe].exposure);
+    const FLOAT other = static_cast<FLOAT>(pFrame->exposureSets[expType].exposure);
+    DOUBLE      delta = static_cast<DOUBLE>(SensiLog103(safe)) - static_cast<DOUBLE>(SensiLog103(other));
+    if (expType == AECAlgoExposureShort && pFrame->predictiveGain > 1.0f)
+    {
+        delta -= static_cast<DOUBLE>(SensiLog103(pFrame->predictiveGain));
+    }
+    return delta;
 }
 
 ExposureMove CKIROConvergence::MoveOf(UINT32 expType) const
 {
-    const DOUBLE* pTargets = m_input.sensiLog103;
-    const DOUBLE  lead     = PredictiveLead(*PreviousFrame(), expType);
-    const DOUBLE  previous = m_previousLog103[expType] + lead;
-    return {.target           = pTargets[expType],
-            .previous         = previous,
-            .tgtMatchDelta    = TgtMatchDelta(expType),
-            .tgtPreviousDelta = pTargets[expType] - previous,
-            .drcCurrDelta     = pTargets[AECAlgoExposureSafe] - pTargets[expType],
-            .drcPrevDelta     = m_previousLog103[AECAlgoExposureSafe] - m_previousLog103[expType] - lead,
+    return {.target           = m_input.sensiLog103[expType],
+            .previous         = GetExposureInfo(KIROConvPrevious, expType),
+            .tgtMatchDelta    = GetExposureInfo(KIROConvTgtMatchDelta, expType),
+            .tgtPreviousDelta = GetExposureInfo(KIROConvTgtPreviousDelta, expType),
+            .drcCurrDelta     = GetExposureInfo(KIROConvDRCCurrDelta, expType),
+            .drcPrevDelta     = GetExposureInfo(KIROConvDRCPrevDelta, expType),
             .isSettled        = m_bSettleArray[expType] == TRUE};
 }
 

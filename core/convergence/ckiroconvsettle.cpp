@@ -47,7 +47,7 @@ VOID CKIROConvergence::RunConvSettle(KIROConvergenceOutput& rOutput)
     for (UINT32 type = 0; type < AECAlgoExposureCount; ++type)
     {
         const DOUBLE expLog103 = SensiLog103(static_cast<FLOAT>(rOutput.exposures[type]));
-        const FLOAT  distance  = static_cast<FLOAT>(std::abs(MatchedLog103(type) - expLog103));
+        const FLOAT  distance  = static_cast<FLOAT>(std::abs(GetExposureInfo(KIROConvMatched, type) - expLog103));
         bSettleStatus[type]    = (pBaseSettleTh->settleExpTh < distance) ? FALSE : TRUE;
     }
     ApplyAdvancedSettle(bSettleStatus);

@@ -31,9 +31,9 @@ FLOAT RatioOfTargets(UINT64 numerator, UINT64 denominator)
 }  // namespace
 
 CKIROConvergence::CKIROConvergence(InstanceTuning& rTuningData, IKIROContextManager& rContextManager)
-    : ModuleCommon(rTuningData, rContextManager), m_input{}, m_previousLog103{}, m_range{},
-      m_pRange(nullptr), m_output{}, m_bIsTargetFixed(FALSE), m_pTuning(nullptr), m_pConvBase(nullptr),
-      m_pConvStretch(nullptr), m_pConvSettle(nullptr), m_pBaseCoreData(nullptr), m_scdID(0),
+    : ModuleCommon(rTuningData, rContextManager), m_input{}, m_range{}, m_pRange(nullptr), m_output{},
+      m_bIsTargetFixed(FALSE), m_pTuning(nullptr), m_pConvBase(nullptr), m_pConvStretch(nullptr),
+      m_pConvSettle(nullptr), m_pBaseCoreData(nullptr), m_scdID(0),
       m_settleCount(0), m_bSettleArray{}, m_smoothADRC{}, m_smoothDarkBoost{}, m_convEventManager(rContextManager)
 {
     m_moduleID = tuningaccess::Require_kiroconvergence(rTuningData).moduleID;
@@ -123,8 +123,8 @@ VOID CKIROConvergence::ComputeTargetStretchOutput(DOUBLE converged)
                 GetTriggerValue(rStretch.trigger3DataBank)));
         SetStretch(rStretch.stretchType, *pData, m_tgtStretchOut[index]);
     }
-    const BOOL                     bBrightToDark = (TgtMatchDelta(AECAlgoExposureSafe) < 0.0) ? TRUE : FALSE;
-    const KIROTargetStretchOutType aggOut        = AggregateStretchOutput(rTuning, bBrightToDark, m_tgtStretchOut);
+    const BOOL bBrightToDark = (GetExposureInfo(KIROConvTgtMatchDelta, AECAlgoExposureSafe) < 0.0) ? TRUE : FALSE;
+    const KIROTargetStretchOutType aggOut = AggregateStretchOutput(rTuning, bBrightToDark, m_tgtStretchOut);
     const StretchOffsets           offsets =
         ComputeStretchOffset(aggOut, PreviousFrame()->shortStretchOffset, GridStep(m_pTuning->unitStepSize));
 
@@ -199,8 +199,7 @@ KiroResult CKIROConvergence::Initialize(const KIROConvergenceInput& rInput)
     {
         m_input.exposures[type]    = rInput.sensitivities[type];
         m_input.sensiLog103[type]  = SensiLog103(static_cast<FLOAT>(rInput.sensitivities[type]));
-        m_previousLog103[type]     = SensiLog103(static_cast<FLOAT>(pPrevious->exposureSets[type].exposure));
-        m_output.sensiLog103[type] = m_previousLog103[type];
+        m_output.sensiLog103[type] = SensiLog103(static_cast<FLOAT>(pPrevious->exposureSets[type].exposure));
     }
     m_input.bIsMeteringSkipped = rInput.bIsMeteringSkipped;
     m_bIsTargetFixed           = m_convEventManager.IsTargetFixed(m_input);
@@ -214,9 +213,9 @@ bool CKIROConvergence::ConvBasedOnDirection() const
     {
         return true;
     }
-    const ExposureMove move = MoveOf(AECAlgoExposureSafe);
-    if (move.tgtMatchDelta * move.tgtPreviousDelta >= 0.0 ||
-        !(std::abs(1.0f - m_output.predGain) < exposurearithmetic::Epsilon))
+    const DOUBLE matchDelta    = GetExposureInfo(KIROConvTgtMatchDelta, AECAlgoExposureSafe);
+    const DOUBLE previousDelta = GetExposureInfo(KIROConvTgtPreviousDelta, AECAlgoExposureSafe);
+    if (matchDelta * previousDelta >= 0.0 || !(std::abs(1.0f - m_output.predGain) < exposurearithmetic::Epsilon))
     {
         return true;
     }

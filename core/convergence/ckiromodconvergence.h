@@ -15,6 +15,18 @@
 #include "schema/kirodbconvsettle.h"
 #include "schema/kirodbconvstretch.h"
 
+/// Selects what GetExposureInfo returns.
+enum KIROConvExpInfoType : INT32
+{
+    KIROConvMatched          = 0,  ///< exposure of the frame whose statistics are being looked at
+    KIROConvPrevious         = 1,  ///< exposure of the previous frame
+    KIROConvTgtMatchDelta    = 2,  ///< target minus matched
+    KIROConvTgtPreviousDelta = 3,  ///< target minus previous
+    KIROConvDRCCurrDelta     = 4,  ///< Safe target minus target
+    KIROConvDRCPrevDelta     = 5,  ///< Safe minus exposure in the previous frame
+    KIROConvMax              = 6
+};
+
 class CKIROConvergence : public ModuleCommon
 {
 public:
@@ -53,15 +65,12 @@ private:
     VOID                            UpdateDBTriggers();
     VOID                            UpdateDBTriggersForNewTuning();
     VOID                            SetTriggerTrees();
+    const AECFrameHistory*          PreviousFrame() const;
+    DOUBLE                          GetExposureInfo(KIROConvExpInfoType type, UINT32 expType) const;
+    DOUBLE                          DRCPrevDelta(UINT32 expType) const;
+    convergencestages::ExposureMove MoveOf(UINT32 expType) const;
     FLOAT                           GetTriggerValue(const DataBankType& rBank) const;
     bool                            IsLongCompensated() const;
-    const AECFrameHistory*          PreviousFrame() const;
-    convergencestages::ExposureMove MoveOf(UINT32 expType) const;
-    /// The frame whose statistics are being looked at; null, with a log, if the history does not reach back to it.
-    const AECFrameHistory* MatchedFrame() const;
-    /// Where an exposure stood in the matched frame, and the target's distance from there; 0 without one.
-    DOUBLE MatchedLog103(UINT32 expType) const;
-    DOUBLE TgtMatchDelta(UINT32 expType) const;
 
     // After the frame.
     VOID ApplyAdvancedSettle(BOOL* pSettleStatus) const;
@@ -71,7 +80,6 @@ private:
 
     // The frame's, until the next one.
     KIROConvTempInput     m_input;
-    KIROLogExposures      m_previousLog103;  ///< exposures of the previous frame
     KIROArbitratedLimits  m_range;   ///< a copy: the host may let its own go before the frame's debug data are written
     KIROArbitratedLimits* m_pRange;  ///< that, null for a frame without limits
     KIROConvCoreOutput    m_output;
