@@ -45,6 +45,18 @@ VOID AddRegions(const RegionList& rRegions, const FLOAT* pValues, FLOAT clamp, c
     std::copy_n(sums[0], Groups * WeightLanes::Count, pSums);
 }
 
+/// The sum for a table of ones. A fused multiply-add by 1 is an addition, for which the next one waits less long. Of
+/// several NaNs, which have no order among numbers, another one may stay.
+FLOAT AddUnweighted(const RegionList& rRegions, const FLOAT* pValues, FLOAT clamp)
+{
+    FLOAT sum = 0.0f;
+    for (UINT32 step = 0; step < rRegions.count; ++step)
+    {
+        sum += std::min(pValues[rRegions.pRegions[step]], clamp);
+    }
+    return sum;
+}
+
 /// @param tableCount lanes that hold a table; those behind are walked as far as their group takes part
 /// @param pSums      one for each of CKIROWeightedWalk::TableMax lanes
 TAVO_FOR_EACH_PROCESSOR
@@ -120,6 +132,8 @@ VOID CKIROWeightedWalk::AddTable(const FLOAT* pTable, FLOAT totalWeight, UINT64 
     {
         Lane(entry, m_tableCount) = pTable[entry];
     }
+    rTable.isOfOnes =
+        std::all_of(pTable, pTable + CKIRO2DMetIterator::TableSize, [](FLOAT weight) { return weight == 1.0f; });
     rTable.totalWeight = totalWeight;
     rTable.lastFrame   = frame;
     rTable.isWalked    = false;
@@ -188,7 +202,14 @@ VOID CKIROWeightedWalk::Walk(const FLOAT* pValues)
 {
     const RegionList regions = {m_region, m_entry, m_regionCount};
     FLOAT            sums[TableMax];
-    AddRegions(regions, pValues, m_key.clamp, m_lanes, m_tableCount, sums);
+    if (m_tableCount == 1 && m_tables[0].isOfOnes)
+    {
+        sums[0] = AddUnweighted(regions, pValues, m_key.clamp);
+    }
+    else
+    {
+        AddRegions(regions, pValues, m_key.clamp, m_lanes, m_tableCount, sums);
+    }
     for (UINT32 index = 0; index < m_tableCount; ++index)
     {
         m_tables[index].sum      = sums[index];

@@ -91,6 +91,7 @@ private:
     struct Table
     {
         FLOAT  weights[CKIRO2DMetIterator::TableSize];
+        bool   isOfOnes;
         FLOAT  totalWeight;
         FLOAT  sum;  ///< as of m_walkedFrame
         UINT64 lastFrame;

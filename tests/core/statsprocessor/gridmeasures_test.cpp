@@ -152,10 +152,11 @@ protected:
         m_values.resize(static_cast<size_t>(m_width) * m_height);
         for (auto& rTable : m_tables)
         {
-            const bool leavesOut = RandomUpTo(9) == 0;
+            const UINT32 kind = RandomUpTo(9);  // 0: leaves out regions, 1: weighs none
             for (FLOAT& rWeight : rTable)
             {
-                rWeight = (leavesOut && RandomUpTo(3) == 0) ? -1.0f : Random(-0.1f, 4.0f);
+                rWeight = (kind == 1) ? 1.0f : Random(-0.1f, 4.0f);
+                rWeight = (kind == 0 && RandomUpTo(3) == 0) ? -1.0f : rWeight;
             }
         }
         for (auto& rROI : m_rois)
