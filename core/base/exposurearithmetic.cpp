@@ -31,18 +31,22 @@ template <FLOAT (*Function)(FLOAT)> class LastResults
 public:
     static FLOAT Of(FLOAT value)
     {
-        const UINT64         bits   = std::bit_cast<UINT32>(value);
-        std::atomic<UINT64>& rEntry = s_entries[Place(bits)].bits;
-        UINT64               entry  = rEntry.load(std::memory_order_relaxed);
-        if (entry >> ResultBits != bits)
-        {
-            entry = bits << ResultBits | std::bit_cast<UINT32>(Function(value));
-            rEntry.store(entry, std::memory_order_relaxed);
-        }
-        return std::bit_cast<FLOAT>(static_cast<UINT32>(entry));
+        const UINT64 bits  = std::bit_cast<UINT32>(value);
+        const UINT64 entry = s_entries[Place(bits)].bits.load(std::memory_order_relaxed);
+        return (entry >> ResultBits == bits) ? std::bit_cast<FLOAT>(static_cast<UINT32>(entry)) : WorkOut(value);
     }
 
 private:
+    /// Apart from Of, which calls nothing then.
+    [[gnu::noinline]] static FLOAT WorkOut(FLOAT value)
+    {
+        const UINT64 bits   = std::bit_cast<UINT32>(value);
+        const FLOAT  result = Function(value);
+        s_entries[Place(bits)].bits.store(bits << ResultBits | std::bit_cast<UINT32>(result),
+                                          std::memory_order_relaxed);
+        return result;
+    }
+
     static constexpr UINT32 PlaceBits  = 6;
     static constexpr UINT32 ResultBits = 32;
 
