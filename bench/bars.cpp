@@ -10,13 +10,13 @@ struct Bar
 };
 
 constexpr Bar Bars[] = {
-    {benchname::LightFrame, 3.2e3},    {benchname::LeastFrame, 3.0e3},  {benchname::GetModuleBuffer, 22.0},
-    {benchname::GetModuleFile, 150.0}, {benchname::TriggerTree, 80.0},  {benchname::LoadPhoneBuffer, 0.35e6},
+    {benchname::LightFrame, 2.1e3},    {benchname::LeastFrame, 2.0e3},  {benchname::GetModuleBuffer, 22.0},
+    {benchname::GetModuleFile, 150.0}, {benchname::TriggerTree, 75.0},  {benchname::LoadPhoneBuffer, 0.35e6},
     {benchname::LoadLargeBuffer, 4e6}, {benchname::LoadLargeFile, 5e6},
 };
 
 /// The heavy frame, in times of its chains walked one after another.
-constexpr DOUBLE HeavyFloors = 0.5;
+constexpr DOUBLE HeavyFloors = 0.45;
 
 /// What all that hangs on a frame may add to the heavy one.
 constexpr DOUBLE EverythingMoreNs = 15e3;

@@ -56,7 +56,8 @@ private:
     KiroResult ApplyCoreRangeSHDRTime(RangeType* pAdj) const;
 
     // Tables.
-    /// Splits the current exposure along the control's table and fits it into the range. Its result counts with 0 only.
+    /// Splits the current exposure along the control's table and fits it into the range.
+    /// @param pOutExposure is of no use after a result other than 0: the split is made in place
     KiroResult ApplyCoreTable(KIROExposureSetType* pOutExposure);
     /// Splits an exposure along a table, wherever the range lies.
     KiroResult   ApplyCoreTable(KIROExposureSetType* pOutExposure, const ExposureTableType& rTable,

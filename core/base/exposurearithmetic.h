@@ -46,7 +46,7 @@ template <typename Integer> Integer SaturateTo(DOUBLE value)
 
 inline UINT64 SaturateToUINT64(DOUBLE value)
 {
-    // Nearly all values are within the signed type, to which the desk's machine converts in one step.
+    // Nearly all values are within the signed type, to which x86-64 converts in one step.
     constexpr DOUBLE signedEnd = 9223372036854775808.0;
     return (value >= 0.0 && value < signedEnd) ? static_cast<UINT64>(static_cast<INT64>(value))
                                                : SaturateTo<UINT64>(value);
