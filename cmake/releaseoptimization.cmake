@@ -1,7 +1,8 @@
 # What makes the frame fast in the release build of g++, beyond -O2. The results are the same to the bit. A build with
-# link-time optimization of its own, by flags or by CMAKE_INTERPROCEDURAL_OPTIMIZATION, is left as it is.
+# link-time optimization of its own, by flags or by CMAKE_INTERPROCEDURAL_OPTIMIZATION(_RELEASE), is left as it is.
 if(NOT (CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_BUILD_TYPE STREQUAL "Release")
-   OR CMAKE_INTERPROCEDURAL_OPTIMIZATION OR "${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS_RELEASE}" MATCHES "-flto")
+   OR CMAKE_INTERPROCEDURAL_OPTIMIZATION OR CMAKE_INTERPROCEDURAL_OPTIMIZATION_RELEASE
+   OR "${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS_RELEASE}" MATCHES "-flto")
     function(optimize_small_records target)
     endfunction()
     function(optimize_as_a_whole library)

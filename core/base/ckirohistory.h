@@ -67,8 +67,7 @@ public:
     /// Looks back for a frame that is no snapshot, from the frame before the one in progress on.
     /// @param end first offset that is not looked at
     /// @return the newest one; if only snapshots were met, the preview frame that last dropped out of the list, or
-    /// null;
-    ///         null also if no frame was met
+    ///         null; null also if no frame was met
     const AECFrameHistory* FindPreviewFrame(UINT32 end);
 
     /// @return the newest of the last nine frames that is no snapshot, or the last one that dropped out of the list;
@@ -114,7 +113,7 @@ private:
     struct FrameNode;
 
     /// Nodes that no list holds. A frame that is saved takes the node of one that has dropped out, so that a steady
-    /// camera allocates nothing; the lists' lengths bound how many there are.
+    /// camera allocates nothing; the lists' lengths, and one for the preview backup, bound how many there are.
     class SpareNodes
     {
     public:
@@ -189,7 +188,7 @@ private:
     typedef std::array<AECFrameHistory*, FrameCountMax + 1> FoundFrames;
 
     const UINT8     m_maxFrameHistorySize;
-    SpareNodes      m_spares;  // of all lists below
+    SpareNodes      m_spares;  // of all lists and the backup below
     ModeInfo        m_currMode;
     FoundFrames     m_found;
     ModeInfo        m_prevMode;
