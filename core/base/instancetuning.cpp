@@ -21,7 +21,7 @@ VOID* InstanceTuning::LookUp(RecordModule module, const CHAR* pName, UINT64 name
         if (m_stamp.pSerial == nullptr || m_stamp.serial != stamp.serial || !IsAsBefore())
         {
             std::fill(std::begin(m_pRecords), std::end(m_pRecords), nullptr);
-            std::copy_n(pPath, PathLength, m_path);
+            std::memcpy(m_path, pPath, sizeof(m_path));
             m_stamp = stamp;
         }
         m_pRecords[static_cast<UINT32>(module)] = pRecord;

@@ -50,7 +50,7 @@ private:
 
     VOID* LookUp(RecordModule module, const CHAR* pName, UINT64 nameHash);
 
-    LookupStamp m_stamp            = {};  ///< as of which the records were found, along this path
-    TuningMode  m_path[PathLength] = {};
+    LookupStamp m_stamp                                              = {};  ///< as of which the records were found
+    BYTE        m_path[PathLength * sizeof(TuningMode)]              = {};  ///< along which: the selectors as they lay
     VOID*       m_pRecords[static_cast<UINT32>(RecordModule::Count)] = {};  ///< null where none is remembered
 };

@@ -201,15 +201,14 @@ VOID CKIROWeightedWalk::DropForgotten(UINT64 frame)
 VOID CKIROWeightedWalk::Walk(const FLOAT* pValues)
 {
     const RegionList regions = {m_region, m_entry, m_regionCount};
-    FLOAT            sums[TableMax];
     if (m_tableCount == 1 && m_tables[0].isOfOnes)
     {
-        sums[0] = AddUnweighted(regions, pValues, m_key.clamp);
+        m_tables[0].sum      = AddUnweighted(regions, pValues, m_key.clamp);
+        m_tables[0].isWalked = true;
+        return;
     }
-    else
-    {
-        AddRegions(regions, pValues, m_key.clamp, m_lanes, m_tableCount, sums);
-    }
+    FLOAT sums[TableMax];
+    AddRegions(regions, pValues, m_key.clamp, m_lanes, m_tableCount, sums);
     for (UINT32 index = 0; index < m_tableCount; ++index)
     {
         m_tables[index].sum      = sums[index];
