@@ -25,11 +25,15 @@ function(optimize_small_records target)
 endfunction()
 
 # The rooms of the core call one another for a few instructions at a time: optimize_as_a_whole(<library> room...) has them
-# optimized together, at -O3, when the library is linked. The store stays out of it: vtables that it exports would go
+# optimized together, at -O3, when the library is linked; but the walks over grids at -O2, which leaves the sums of all
+# tables in registers. The store stays out of it: vtables that it exports would go
 # unless the library itself needs them. Programs that are added afterwards take the same objects as they are.
 function(optimize_as_a_whole library)
     foreach(room ${ARGN})
-        target_compile_options(${room} PRIVATE -O3 -flto=auto -ffat-lto-objects)
+        if(NOT room STREQUAL "kiro_core_statsprocessor")
+            target_compile_options(${room} PRIVATE -O3)
+        endif()
+        target_compile_options(${room} PRIVATE -flto=auto -ffat-lto-objects)
     endforeach()
     target_link_options(${library} PRIVATE -flto=auto)
     add_link_options(-fno-lto)
