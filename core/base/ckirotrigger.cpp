@@ -37,11 +37,12 @@ FLOAT Weigh(FLOAT ratio, FLOAT start, FLOAT end)
     return std::fma(start, ratio, end * (1.0f - ratio));
 }
 
-/// @return where the floats were written
+/// Of one float and more. @return where they were written
 TAVO_FOR_EACH_PROCESSOR
 FLOAT* WeighFloats(FLOAT* pOut, const FLOAT* pStart, const FLOAT* pEnd, FLOAT ratio, INT count)
 {
-    for (INT index = 0; index < count; ++index)
+    *pOut = Weigh(ratio, *pStart, *pEnd);
+    for (INT index = 1; index < count; ++index)
     {
         pOut[index] = Weigh(ratio, pStart[index], pEnd[index]);
     }
@@ -136,10 +137,11 @@ VOID* CKIRODataXML::GetInterpData(INT curDimension, FLOAT currValue, FLOAT prevV
     }
     if (zoneCount == 1)
     {
-        RecordZone(curDimension, 0);
-        return EvaluateZone(curDimension, pZones);
+        m_selectedZone = (curDimension == 0) ? 0 : m_selectedZone;
+        return EvaluateZone<Level::Any>(curDimension, pZones);
     }
-    return SearchZones(curDimension, currValue, prevValue, zoneCount, pZones);
+    return (curDimension <= 0) ? SearchFirstLevel(currValue, prevValue, zoneCount, pZones)
+                               : SearchLevelBelow(curDimension, currValue, zoneCount, pZones);
 }
 
 inline bool CKIRODataXML::IsLastLevel(INT dimension) const
@@ -148,92 +150,123 @@ inline bool CKIRODataXML::IsLastLevel(INT dimension) const
 }
 
 /// Bytes from zone to zone.
-inline ptrdiff_t CKIRODataXML::StrideOf(INT dimension) const
+template <CKIRODataXML::Level At> inline ptrdiff_t CKIRODataXML::StrideOf(INT dimension) const
 {
     const INT leafSize = m_ldNodeSize - static_cast<INT>(sizeof(VOID*)) + m_coreDataSize;
-    return IsLastLevel(dimension) ? leafSize : m_nodeSize;
+    return (At == Level::Last || IsLastLevel(dimension)) ? leafSize : m_nodeSize;
 }
 
 /// Only the first level remembers: below it the sub-array differs from zone to zone.
-inline VOID CKIRODataXML::RecordZone(INT dimension, INT index)
-{
-    m_selectedZone = (dimension == 0) ? index : m_selectedZone;
-}
-
-VOID* CKIRODataXML::SearchZones(INT dimension, FLOAT currValue, FLOAT prevValue, INT zoneCount, BYTE* pZones)
+VOID* CKIRODataXML::SearchFirstLevel(FLOAT currValue, FLOAT prevValue, INT zoneCount, BYTE* pZones)
 {
     if (currValue < StartOf(pZones))
     {
-        RecordZone(dimension, 0);
-        return EvaluateZone(dimension, pZones);
+        m_selectedZone = 0;
+        return EvaluateZone<Level::Any>(0, pZones);
     }
-    BYTE* pLast = pZones + (zoneCount - 1) * StrideOf(dimension);
+    BYTE* pLast = pZones + (zoneCount - 1) * StrideOf<Level::Any>(0);
     if (EndOf(pLast) <= currValue)
     {
-        RecordZone(dimension, zoneCount - 1);
-        return EvaluateZone(dimension, pLast);
+        m_selectedZone = zoneCount - 1;
+        return EvaluateZone<Level::Any>(0, pLast);
     }
-    if (dimension > 0)
-    {
-        return WalkZones<true>(dimension, currValue, 0, zoneCount, pZones);
-    }
-    return (currValue >= prevValue) ? WalkZones<true>(dimension, currValue, m_selectedZone, zoneCount, pZones)
-                                    : WalkZones<false>(dimension, currValue, m_selectedZone, zoneCount, pZones);
+    return (currValue >= prevValue) ? WalkFirstLevel<true>(currValue, m_selectedZone, zoneCount, pZones)
+                                    : WalkFirstLevel<false>(currValue, m_selectedZone, zoneCount, pZones);
 }
 
 template <bool LeftToRight>
-inline VOID* CKIRODataXML::WalkZones(INT dimension, FLOAT currValue, INT start, INT zoneCount, BYTE* pZones)
+inline VOID* CKIRODataXML::WalkFirstLevel(FLOAT currValue, INT start, INT zoneCount, BYTE* pZones)
 {
     // A start outside the array or a walk off its end leaves the zone before, and the memory as it was.
     constexpr INT   step     = LeftToRight ? 1 : -1;
-    const ptrdiff_t stride   = StrideOf(dimension);
+    const ptrdiff_t stride   = StrideOf<Level::Any>(0);
     BYTE*           pVisited = pZones + std::clamp(start - step, 0, zoneCount - 1) * stride;
     for (INT index = start; index >= 0 && index < zoneCount; index += step)
     {
         BYTE* pZone = pZones + index * stride;
         if (LeftToRight ? currValue < StartOf(pZone) : currValue > EndOf(pZone))
         {
-            RecordZone(dimension, index);
-            return EvaluateGap<LeftToRight>(dimension, currValue, pVisited, pZone);
+            m_selectedZone = index;
+            return EvaluateGap<Level::Any, LeftToRight>(0, currValue, pVisited, pZone);
         }
         if (LeftToRight ? currValue < EndOf(pZone) : currValue > StartOf(pZone))
         {
-            RecordZone(dimension, index);
-            return EvaluateZone(dimension, pZone);
+            m_selectedZone = index;
+            return EvaluateZone<Level::Any>(0, pZone);
         }
         pVisited = pZone;
     }
-    return EvaluateZone(dimension, pVisited);
+    return EvaluateZone<Level::Any>(0, pVisited);
 }
 
-inline VOID* CKIRODataXML::EvaluateZone(INT dimension, BYTE* pZone)
+inline VOID* CKIRODataXML::SearchLevelBelow(INT dimension, FLOAT currValue, INT zoneCount, BYTE* pZones)
 {
-    while (!IsLastLevel(dimension))
+    return IsLastLevel(dimension) ? SearchZones<Level::Last>(dimension, currValue, zoneCount, pZones)
+                                  : SearchZones<Level::Any>(dimension, currValue, zoneCount, pZones);
+}
+
+template <CKIRODataXML::Level At>
+VOID* CKIRODataXML::SearchZones(INT dimension, FLOAT currValue, INT zoneCount, BYTE* pZones)
+{
+    const ptrdiff_t stride = StrideOf<At>(dimension);
+    BYTE*           pLast  = pZones + (zoneCount - 1) * stride;
+    if (currValue < StartOf(pZones))
+    {
+        return EvaluateZone<At>(dimension, pZones);
+    }
+    if (EndOf(pLast) <= currValue)
+    {
+        return EvaluateZone<At>(dimension, pLast);
+    }
+    BYTE* pVisited = pZones;
+    BYTE* pZone    = pZones;
+    for (INT index = 0; index < zoneCount; ++index, pZone += stride)
+    {
+        if (currValue < StartOf(pZone))
+        {
+            return EvaluateGap<At, true>(dimension, currValue, pVisited, pZone);
+        }
+        if (currValue < EndOf(pZone))
+        {
+            return EvaluateZone<At>(dimension, pZone);
+        }
+        pVisited = pZone;
+    }
+    return EvaluateZone<At>(dimension, pVisited);
+}
+
+template <CKIRODataXML::Level At> inline VOID* CKIRODataXML::EvaluateZone(INT dimension, BYTE* pZone)
+{
+    while (At != Level::Last && !IsLastLevel(dimension))
     {
         ++dimension;
         const INT zoneCount = Read<INT32>(pZone + offsetof(AECTriggerNodeXML, subLevelTriggerCnt));
         BYTE*     pZones    = Read<BYTE*>(pZone + offsetof(AECTriggerNodeXML, pData));
-        if (zoneCount != 1 || pZones == nullptr)
+        if (zoneCount < 1 || pZones == nullptr)
         {
-            const FLOAT value = m_dimTriggerPoint[dimension];
-            return GetInterpData(dimension, value, value, zoneCount, pZones);
+            return GetInterpData(dimension, 0.0f, 0.0f, zoneCount, pZones);  // logs it
+        }
+        if (zoneCount > 1)
+        {
+            return SearchLevelBelow(dimension, m_dimTriggerPoint[dimension], zoneCount, pZones);
         }
         pZone = pZones;  // a single zone holds wherever the value lies
     }
     return pZone + sizeof(StartEnd);
 }
 
-template <bool LeftToRight>
+template <CKIRODataXML::Level At, bool LeftToRight>
 VOID* CKIRODataXML::EvaluateGap(INT dimension, FLOAT currValue, BYTE* pVisited, BYTE* pReached)
 {
-    VOID* pVisitedData = EvaluateZone(dimension, pVisited);
-    VOID* pReachedData = EvaluateZone(dimension, pReached);
+    // The division goes on while the levels below are evaluated.
+    const FLOAT low   = EndOf(LeftToRight ? pVisited : pReached);
+    const FLOAT high  = StartOf(LeftToRight ? pReached : pVisited);
+    const FLOAT ratio = 1.0f - (currValue - low) / (high - low);
 
-    const FLOAT low           = EndOf(LeftToRight ? pVisited : pReached);
-    const FLOAT high          = StartOf(LeftToRight ? pReached : pVisited);
-    const FLOAT share         = (currValue - low) / (high - low);
-    VOID*       pInterpolated = LeftToRight ? InterpCoreData(1.0f - share, pVisitedData, pReachedData)
-                                            : InterpCoreData(1.0f - share, pReachedData, pVisitedData);
+    VOID* pVisitedData  = EvaluateZone<At>(dimension, pVisited);
+    VOID* pReachedData  = EvaluateZone<At>(dimension, pReached);
+    VOID* pInterpolated = LeftToRight ? InterpCoreData(ratio, pVisitedData, pReachedData)
+                                      : InterpCoreData(ratio, pReachedData, pVisitedData);
     return (pInterpolated != nullptr) ? pInterpolated : pVisitedData;
 }
 

@@ -58,6 +58,7 @@ public:
     VOID* GetData(FLOAT trigger1D, FLOAT trigger2D, FLOAT trigger3D);
 
     /// One level of the evaluation; see the file comment.
+    /// @param curDimension from 0
     /// @param prevValue of the last call; counts at the first level alone
     /// @param pTData    zoneCount zones
     /// @return null, with a log, if there are no zones
@@ -115,14 +116,26 @@ private:
     [[gnu::cold, gnu::noinline]] VOID LogFull(INT stride) const;
     [[gnu::cold, gnu::noinline]] VOID LogNull(const VOID* pStartData, const VOID* pEndData) const;
 
-    bool      IsLastLevel(INT dimension) const;
-    ptrdiff_t StrideOf(INT dimension) const;
+    /// Which level zones are of, as far as a compiler can know.
+    enum class Level
+    {
+        Any,
+        Last,  ///< whose zones hold the core records
+    };
+
+    bool                          IsLastLevel(INT dimension) const;
+    template <Level At> ptrdiff_t StrideOf(INT dimension) const;
+
     // Apart from GetInterpData(), whose trees mostly have a single zone.
-    [[gnu::noinline]] VOID* SearchZones(INT dimension, FLOAT currValue, FLOAT prevValue, INT zoneCount, BYTE* pZones);
-    template <bool LeftToRight> VOID* WalkZones(INT dimension, FLOAT currValue, INT start, INT zoneCount, BYTE* pZones);
-    VOID*                             EvaluateZone(INT dimension, BYTE* pZone);
-    template <bool LeftToRight> VOID* EvaluateGap(INT dimension, FLOAT currValue, BYTE* pVisited, BYTE* pReached);
-    VOID                              RecordZone(INT dimension, INT index);
+    [[gnu::noinline]] VOID*           SearchFirstLevel(FLOAT currValue, FLOAT prevValue, INT zoneCount, BYTE* pZones);
+    template <bool LeftToRight> VOID* WalkFirstLevel(FLOAT currValue, INT start, INT zoneCount, BYTE* pZones);
+    VOID*                             SearchLevelBelow(INT dimension, FLOAT currValue, INT zoneCount, BYTE* pZones);
+
+    template <Level At>
+    [[gnu::noinline]] VOID*   SearchZones(INT dimension, FLOAT currValue, INT zoneCount, BYTE* pZones);
+    template <Level At> VOID* EvaluateZone(INT dimension, BYTE* pZone);
+    template <Level At, bool LeftToRight>
+    VOID* EvaluateGap(INT dimension, FLOAT currValue, BYTE* pVisited, BYTE* pReached);
 
     const KIROMLDataType m_myDataType;
     const INT            m_recordSize;
