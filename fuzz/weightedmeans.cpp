@@ -68,6 +68,10 @@ Table MakeTable(Choices& rChoices)
     Table       table(CKIRO2DMetIterator::TableSize);
     const FLOAT first = rChoices.Number(4.0f);
     const FLOAT step  = rChoices.Number(1.0f);
+    if (rChoices.UpTo(3) == 0)
+    {
+        return Table(CKIRO2DMetIterator::TableSize, 1.0f);
+    }
     for (size_t entry = 0; entry < table.size(); ++entry)
     {
         table[entry] = first + step * static_cast<FLOAT>(entry % 13);
@@ -134,10 +138,12 @@ public:
 
     VOID RunFrame()
     {
-        const FLOAT scale = m_rChoices.Number(FullScale);
+        const FLOAT scale    = m_rChoices.Number(FullScale);
+        const bool  areWhole = m_rChoices.UpTo(1) == 0;
         for (size_t region = 0; region < m_values.size(); ++region)
         {
-            m_values[region] = scale * static_cast<FLOAT>(region * 7919 % 251) / 128.0f;
+            const FLOAT value = scale * static_cast<FLOAT>(region * 7919 % 251) / 128.0f;
+            m_values[region]  = areWhole ? std::floor(value / 2.0f) : value;
         }
         m_values[m_rChoices.Take<UINT16>() % m_values.size()] = m_rChoices.Number(FullScale);
         m_walks.BeginFrame();

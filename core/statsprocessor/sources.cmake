@@ -6,6 +6,7 @@ add_room(kiro_core_statsprocessor
     core/statsprocessor/ckirostatscolorregions.cpp
     core/statsprocessor/ckirostatsgridprocessor.cpp
     core/statsprocessor/ckirostatshistprocessor.cpp
+    core/statsprocessor/exactsum.cpp
     core/statsprocessor/regionweights.cpp
     core/statsprocessor/weightedwalk.cpp
     core/statsprocessor/weightedwalks.cpp

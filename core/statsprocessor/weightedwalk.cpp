@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstring>
 
+#include "core/statsprocessor/exactsum.h"
 #include "core/statsprocessor/statschannels.h"
 #include "platform/tavoprocessors.h"
 
@@ -43,18 +44,6 @@ VOID AddRegions(const RegionList& rRegions, const FLOAT* pValues, FLOAT clamp, c
         }
     }
     std::copy_n(sums[0], Groups * WeightLanes::Count, pSums);
-}
-
-/// The sum for a table of ones. A fused multiply-add by 1 is an addition, for which the next one waits less long. Of
-/// several NaNs, which have no order among numbers, another one may stay.
-FLOAT AddUnweighted(const RegionList& rRegions, const FLOAT* pValues, FLOAT clamp)
-{
-    FLOAT sum = 0.0f;
-    for (UINT32 step = 0; step < rRegions.count; ++step)
-    {
-        sum += std::min(pValues[rRegions.pRegions[step]], clamp);
-    }
-    return sum;
 }
 
 /// @param tableCount lanes that hold a table; those behind are walked as far as their group takes part
@@ -109,7 +98,10 @@ VOID CKIROWeightedWalk::Begin(const WeightedWalkKey& rKey, const CKIROGridIterat
                 ++count;
             }
         });
-    m_regionCount = isInside ? count : 0;
+    m_regionCount      = isInside ? count : 0;
+    const UINT32* pEnd = m_region + m_regionCount;
+    m_isUnbroken       = std::adjacent_find(static_cast<const UINT32*>(m_region), pEnd,
+                                            [](UINT32 one, UINT32 next) { return next != one + 1; }) == pEnd;
 }
 
 /// All lanes take all regions, so none may be left out; and which bits a NaN keeps is not the same in a lane.
@@ -200,18 +192,36 @@ VOID CKIROWeightedWalk::DropForgotten(UINT64 frame)
 
 VOID CKIROWeightedWalk::Walk(const FLOAT* pValues)
 {
-    const RegionList regions = {m_region, m_entry, m_regionCount};
     if (m_tableCount == 1 && m_tables[0].isOfOnes)
     {
-        m_tables[0].sum      = AddUnweighted(regions, pValues, m_key.clamp);
+        m_tables[0].sum      = AddUnweighted(pValues);
         m_tables[0].isWalked = true;
         return;
     }
-    FLOAT sums[TableMax];
+    const RegionList regions = {m_region, m_entry, m_regionCount};
+    FLOAT            sums[TableMax];
     AddRegions(regions, pValues, m_key.clamp, m_lanes, m_tableCount, sums);
     for (UINT32 index = 0; index < m_tableCount; ++index)
     {
         m_tables[index].sum      = sums[index];
         m_tables[index].isWalked = true;
     }
+}
+
+/// For a table of ones. A fused multiply-add by 1 is an addition, for which the next one waits less long, and no order
+/// matters where none of them rounds. Of several NaNs, which have no order among numbers, another one may stay.
+FLOAT CKIROWeightedWalk::AddUnweighted(const FLOAT* pValues) const
+{
+    FLOAT sum = 0.0f;
+    if (m_isUnbroken &&
+        exactsum::Add(pValues + m_region[0], m_regionCount, m_key.clamp, m_key.resolution.bitDepth, sum))
+    {
+        return sum;
+    }
+    sum = 0.0f;
+    for (UINT32 step = 0; step < m_regionCount; ++step)
+    {
+        sum += std::min(pValues[m_region[step]], m_key.clamp);
+    }
+    return sum;
 }

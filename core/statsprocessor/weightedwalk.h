@@ -82,6 +82,7 @@ private:
     UINT32 FindTable(const FLOAT* pTable);
     VOID   DropForgotten(UINT64 frame);
     VOID   Walk(const FLOAT* pValues);
+    FLOAT  AddUnweighted(const FLOAT* pValues) const;
 
     FLOAT& Lane(UINT32 entry, UINT32 table)
     {
@@ -100,6 +101,7 @@ private:
 
     WeightedWalkKey m_key;
     UINT32          m_regionCount;  ///< 0 if each table has to be measured alone
+    bool            m_isUnbroken;   ///< each region follows the one before in the channel as well
     UINT64          m_lastFrame;
     UINT64          m_walkedFrame;
     const FLOAT*    m_pWalkedValues;  ///< null before the first walk

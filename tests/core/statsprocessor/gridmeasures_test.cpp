@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cmath>
 #include <limits>
 #include <random>
 
@@ -210,9 +211,11 @@ TEST_F(SharedWalks, MeansOfOneWalkHaveTheBitsThatEachHasAlone)
         MakeSet();
         for (UINT32 frame = 0; frame < 4; ++frame)
         {
+            const bool areWhole = RandomUpTo(1) == 0;
             for (FLOAT& rValue : m_values)
             {
-                rValue = Random(0.0f, 300.0f);  // some of them clamped
+                const FLOAT value = Random(0.0f, 300.0f);  // some of them clamped
+                rValue            = areWhole ? std::floor(value * 0.8f) : value;
             }
             KIROCntStatsOut grid = Grid("luma", m_width, m_height, m_values);
             SetAlone(grid);
