@@ -31,6 +31,7 @@ FrameRig::FrameRig(const std::vector<BYTE>& rTuning, const kirosim::Sensor& rSen
     : m_manager("kirobench"), m_selectors(kirosim::DefaultSelectors()),
       m_host(m_library, ConfigOf(rTuning, rSensor, isLive), DiscardLog), m_frameID(0)
 {
+    m_library.TakeLogLevels(0);
 }
 
 KiroHostConfig FrameRig::ConfigOf(const std::vector<BYTE>& rTuning, const kirosim::Sensor& rSensor, bool isLive)

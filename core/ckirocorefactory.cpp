@@ -8,7 +8,8 @@
 #include "interface/kirocontextaccess.h"
 #include "interface/kiroresults.h"
 
-StatsLogger gStatsLogger = nullptr;
+StatsLogger gStatsLogger    = nullptr;
+UINT32      gStatsLogLevels = ~0U;
 
 namespace
 {
@@ -37,8 +38,11 @@ VOID UpdateCreateParamList(const AECAlgoCreateParamList& rCreateParamList)
             {
                 kirolog::SharedLogger().store(logger, std::memory_order_release);
             }
-            logger(__FILE_NAME__, __LINE__, "KIROUpdateCreateParamList", kirolog::StatsGroup, kirolog::LevelTrace,
-                   "Lib kirocore sucessed creating glogger");
+            if (kirolog::IsTaken(kirolog::LevelTrace))
+            {
+                logger(__FILE_NAME__, __LINE__, "KIROUpdateCreateParamList", kirolog::StatsGroup, kirolog::LevelTrace,
+                       "Lib kirocore sucessed creating glogger");
+            }
         }
     }
 }

@@ -1,5 +1,6 @@
 #include "host/kirocorelibrary.h"
 
+#include <atomic>
 #include <dlfcn.h>
 #include <stdexcept>
 #include <utility>
@@ -13,7 +14,7 @@ KiroCoreLibrary::KiroCoreLibrary(const std::string& rName, KiroTableDecorator de
                         dlclose(pHandle);
                     }
                 }),
-      m_create(nullptr), m_decorate(std::move(decorate))
+      m_create(nullptr), m_pLogLevels(nullptr), m_decorate(std::move(decorate))
 {
     if (m_pHandle == nullptr)
     {
@@ -24,6 +25,7 @@ KiroCoreLibrary::KiroCoreLibrary(const std::string& rName, KiroTableDecorator de
     {
         throw std::runtime_error(dlerror());
     }
+    m_pLogLevels = static_cast<UINT32*>(dlsym(m_pHandle.get(), "gStatsLogLevels"));
 }
 
 IKIROCoreAlgo* KiroCoreLibrary::Create(StatsTuningData& rTuningData, IKIRODebugData& rDebugData,
@@ -39,4 +41,12 @@ IKIROCoreAlgo* KiroCoreLibrary::Create(StatsTuningData& rTuningData, IKIRODebugD
         return nullptr;
     }
     return m_decorate ? m_decorate(pCore, rTuningData) : pCore;
+}
+
+VOID KiroCoreLibrary::TakeLogLevels(UINT32 levels) const
+{
+    if (m_pLogLevels != nullptr)
+    {
+        std::atomic_ref<UINT32>(*m_pLogLevels).store(levels, std::memory_order_relaxed);
+    }
 }

@@ -27,10 +27,15 @@ public:
     ///         itself stays with the library.
     IKIROCoreAlgo* Create(StatsTuningData& rTuningData, IKIRODebugData& rDebugData, StatsLogger logger) const;
 
+    /// Says which levels of the log the loggers of all instances take, as gStatsLogLevels does. A library that
+    /// cannot be told logs all.
+    VOID TakeLogLevels(UINT32 levels) const;
+
 private:
     using CreateFunction = decltype(&CreateKiroCoreAlgo);
 
     std::shared_ptr<VOID> m_pHandle;
     CreateFunction        m_create;
+    UINT32*               m_pLogLevels;  ///< null in a library without them
     KiroTableDecorator    m_decorate;
 };

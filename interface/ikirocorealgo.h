@@ -361,7 +361,8 @@ struct AECAlgoCreateParamList
 /// the last instance is gone.
 /// @param pFileName     of the source, without folders; as all texts, valid during the call
 /// @param group         2 at all times
-/// @param level         2 errors, 4 warnings, 16 rare information, 32 trace. Nothing is left out: the host filters
+/// @param level         2 errors, 4 warnings, 16 rare information, 32 trace. All come that gStatsLogLevels allows: the
+///                      host filters
 /// @param pFormat       as of printf
 typedef VOID (*StatsLogger)(const CHAR* pFileName, INT32 line, const CHAR* pFunctionName, UINT32 group, UINT32 level,
                             const CHAR* pFormat, ...);
@@ -369,6 +370,11 @@ typedef VOID (*StatsLogger)(const CHAR* pFileName, INT32 line, const CHAR* pFunc
 /// The logger of all instances of the process. Taken from the create parameters, by every creation that has one; null
 /// until the first. The library writes it and calls it without a test.
 extern "C" TAVO_VISIBLE StatsLogger gStatsLogger;
+
+/// The levels of which the host takes lines, a bit each, numbered as the logger has them; all bits to begin with. The
+/// host's, for all instances of the process: it writes while no instance is in a call, or atomically. Lines of other
+/// levels are not put together: without trace a frame takes a tenth less.
+extern "C" TAVO_VISIBLE UINT32 gStatsLogLevels;
 
 /// The one entry point of the library. Makes an instance with its table; settings stand at their defaults
 /// (SetInputData), and of the context status AECHybridHDR alone may be set.

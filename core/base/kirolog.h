@@ -1,9 +1,10 @@
 /// @file
 /// Logging of the core.
 ///
-/// STATS_LOG_... goes to the host's stats logger, which filters by level. The logger is read without a null test: a
-/// host must supply it. SYSTEM_LOG_... goes to the system log; configuration and verbose lines are gated by the group
-/// masks.
+/// STATS_LOG_... goes to the host's stats logger, which filters by level, unless the host has said that it takes no
+/// lines of a level. Arguments of trace are not evaluated then, so these must have no effect. The logger is read
+/// without a null test: a host must supply it. SYSTEM_LOG_... goes to the system log; configuration and verbose lines
+/// are gated by the group masks.
 #pragma once
 
 #include <atomic>
@@ -46,21 +47,41 @@ inline CheckedStatsLogger Logger()
     return SharedLogger().load(std::memory_order_acquire);
 }
 
-/// The logger of what ought not to happen: branches that call it are laid apart from the code of a frame.
-[[gnu::cold, gnu::noinline]] inline CheckedStatsLogger RareLogger()
+/// @return whether the host takes lines of the level
+inline bool IsTaken(UINT32 level)
 {
-    return Logger();
+    return (std::atomic_ref<UINT32>(gStatsLogLevels).load(std::memory_order_relaxed) & level) != 0;
+}
+
+inline VOID DropLine(const CHAR*, INT32, const CHAR*, UINT32, UINT32, const CHAR*, ...)
+{
+}
+
+/// The logger of what ought not to happen: branches that call it are laid apart from the code of a frame, the test of
+/// the level along with them.
+[[gnu::cold, gnu::noinline]] inline CheckedStatsLogger RareLogger(UINT32 level)
+{
+    return IsTaken(level) ? Logger() : DropLine;
 }
 
 }  // namespace kirolog
 
-#define STATS_LOG(logger, level, ...)                                                                                  \
-    logger()(__FILE_NAME__, __LINE__, __func__, kirolog::StatsGroup, level, __VA_ARGS__)
+#define STATS_LOG_LINE(logger, level, ...)                                                                             \
+    logger(__FILE_NAME__, __LINE__, __func__, kirolog::StatsGroup, level, __VA_ARGS__)
 
-#define STATS_LOG_ERROR(...) STATS_LOG(kirolog::RareLogger, kirolog::LevelError, __VA_ARGS__)
-#define STATS_LOG_WARNING(...) STATS_LOG(kirolog::RareLogger, kirolog::LevelWarning, __VA_ARGS__)
-#define STATS_LOG_RARE(...) STATS_LOG(kirolog::RareLogger, kirolog::LevelRare, __VA_ARGS__)
-#define STATS_LOG_TRACE(...) STATS_LOG(kirolog::Logger, kirolog::LevelTrace, __VA_ARGS__)
+#define STATS_LOG_SELDOM(level, ...) STATS_LOG_LINE(kirolog::RareLogger(level), level, __VA_ARGS__)
+
+#define STATS_LOG_ERROR(...) STATS_LOG_SELDOM(kirolog::LevelError, __VA_ARGS__)
+#define STATS_LOG_WARNING(...) STATS_LOG_SELDOM(kirolog::LevelWarning, __VA_ARGS__)
+#define STATS_LOG_RARE(...) STATS_LOG_SELDOM(kirolog::LevelRare, __VA_ARGS__)
+#define STATS_LOG_TRACE(...)                                                                                           \
+    do                                                                                                                 \
+    {                                                                                                                  \
+        if (kirolog::IsTaken(kirolog::LevelTrace)) [[unlikely]]                                                        \
+        {                                                                                                              \
+            STATS_LOG_LINE(kirolog::Logger(), kirolog::LevelTrace, __VA_ARGS__);                                       \
+        }                                                                                                              \
+    } while (false)
 
 #define SYSTEM_LOG_LINE(letter, level, tag, format, ...)                                                               \
     Tavo::Log::LogSystem(kirolog::SystemGroup, letter, level, tag "%d %d [STATS_AEC] %s:%d %s() " format,              \

@@ -18,14 +18,16 @@
 
 static constexpr KIROSensorRange Sensor = {1.0f, 64.0f, 20000, 33333333};
 
-// The library logs everything and leaves the choice to the host; level 2 is an error. What repeats is said once: the
-// tuning may meter by a map that this host does not deliver, and misses it in every frame.
-static VOID Log(const CHAR*, INT32, const CHAR* pFunction, UINT32, UINT32 level, const CHAR* pFormat, ...)
+static constexpr UINT32 ErrorLevel = 2;
+
+// What the host takes: main() says that these are errors. What repeats is said once: the tuning may
+// meter by a map that this host does not deliver, and misses it in every frame.
+static VOID Log(const CHAR*, INT32, const CHAR* pFunction, UINT32, UINT32, const CHAR* pFormat, ...)
 {
     static const CHAR* pLast = nullptr;
     va_list            arguments;
     va_start(arguments, pFormat);
-    if (level == 2 && pFormat != pLast)
+    if (pFormat != pLast)
     {
         pLast = pFormat;
         std::fprintf(stderr, "%s: ", pFunction);
@@ -217,8 +219,9 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "minihost: %s: %s\n", argv[1], store.GetErrorText().c_str());
         return 1;
     }
-    TuningMode     mode = {ModeType::Default, {0}};
-    NoDebugData    debugData;
+    TuningMode  mode = {ModeType::Default, {0}};
+    NoDebugData debugData;
+    gStatsLogLevels      = ErrorLevel;
     IKIROCoreAlgo* pAlgo = Create({&store, &mode, 1}, debugData);
     if (pAlgo == nullptr)
     {

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 
 #include "core/base/ckirotrigger.h"
+#include "core/base/kirolog.h"
 #include "core/ckirocorefactory.h"
 #include "host/kirodebugdata.h"
 #include "parameters/tuningsetmanager.h"
@@ -63,6 +64,30 @@ TEST_F(Creation, TakesThePointerOfTheFirstEntryWhicheverQualifies)
     EXPECT_EQ(Create({{m_pLogger, 7, logger}}), "");
     EXPECT_EQ(Create({{nullptr, 8, logger}, {m_pLogger, 8, AECAlgoCreateParamTypeCameraInfo}}), "");
     EXPECT_EQ(Create({}), "");
+}
+
+TEST_F(Creation, LinesOfLevelsThatTheHostDoesNotTakeAreNotPutTogether)
+{
+    const auto logger = AECAlgoCreateParamsLoggerFunctionPtr;
+    const auto log    = []
+    {
+        UINT32     arguments = 0;
+        const auto argument  = [&arguments] { return ++arguments; };
+        STATS_LOG_ERROR("%u", argument());
+        STATS_LOG_TRACE("%u", argument());
+        return arguments;
+    };
+    gStatsLogLevels = LevelError;
+    EXPECT_EQ(Create({{m_pLogger, 8, logger}}), "");
+    StatsLogCapture errors;
+    EXPECT_EQ(log(), 1u) << "of the error";
+    EXPECT_EQ(errors.CountLevel(LevelError), 1u);
+    EXPECT_EQ(errors.CountLevel(LevelTrace), 0u);
+    gStatsLogLevels = LevelTrace;
+    (VOID) log();
+    EXPECT_EQ(errors.CountLevel(LevelError), 1u);
+    EXPECT_EQ(errors.CountLevel(LevelTrace), 1u);
+    gStatsLogLevels = ~0U;
 }
 
 /// What an operation answers whose other arguments are empty.
