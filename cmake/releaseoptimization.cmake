@@ -13,8 +13,8 @@ endif()
 # A frame clears and copies dozens of small records. The string instructions that x86-64 has for it take longer to begin
 # than such a record takes to be written.
 set(KIROCORE_SMALL_RECORDS
-    -mmemset-strategy=unrolled_loop:256:noalign,libcall:-1:noalign
-    -mmemcpy-strategy=unrolled_loop:256:noalign,libcall:-1:noalign)
+    -mmemset-strategy=unrolled_loop:128:noalign,libcall:-1:noalign
+    -mmemcpy-strategy=unrolled_loop:128:noalign,libcall:-1:noalign)
 include(CheckCXXCompilerFlag)
 list(JOIN KIROCORE_SMALL_RECORDS " " KIROCORE_SMALL_RECORDS_FLAGS)
 check_cxx_compiler_flag("${KIROCORE_SMALL_RECORDS_FLAGS}" KIROCORE_HAS_STRING_INSTRUCTIONS)
