@@ -73,6 +73,17 @@ AECAlgoExposureType ExposureTypeOf(KIROExposureSelection selection)
     }
 }
 
+/// @return how much an exposure is above its target, EV
+FLOAT DeltaEV(UINT64 exposure, UINT64 target)
+{
+    if (exposure == target)
+    {
+        return 0.0f;
+    }
+    return static_cast<FLOAT>(
+        std::log2(std::max(static_cast<DOUBLE>(exposure), 1.0) / std::max(static_cast<DOUBLE>(target), 1.0)));
+}
+
 }  // namespace
 
 ArbitrationWalk::ArbitrationWalk(IKIROCoreAlgo* pAlgo, const KIROSensorRange& rSensorRange, UINT64 indexZeroExposure)
@@ -110,10 +121,8 @@ VOID ArbitrationWalk::SplitExposures(const ArbitrationSettings& rSettings, const
                   rOutput.expType                    = type;
                   rOutput.exposureSet                = rSet;
                   rOutput.range                      = rResult.range;
-                  rOutput.deltaEVFromTarget =
-                      static_cast<FLOAT>(std::log2(std::max(static_cast<DOUBLE>(rSet.exposure), 1.0) /
-                                                   std::max(static_cast<DOUBLE>(pExposures[type]), 1.0)));
-                  longestTime = std::max(longestTime, rSet.time);
+                  rOutput.deltaEVFromTarget          = DeltaEV(rSet.exposure, pExposures[type]);
+                  longestTime                        = std::max(longestTime, rSet.time);
               });
     const FLOAT fastest = static_cast<FLOAT>(NsPerSecond / static_cast<DOUBLE>(longestTime));
     const FLOAT FPS     = std::max(std::min(fastest, rSettings.FPSRange.maximumFPS), rSettings.FPSRange.minimumFPS);

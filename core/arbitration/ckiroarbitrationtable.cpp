@@ -71,15 +71,6 @@ VOID RaiseTimeFirst(const ExposureKneeType& rStart, const Room& rRoom, FLOAT fac
 
 }  // namespace
 
-/// The piece of a table, or between the table and the range, on which an exposure lies.
-struct CKIROArbitration::TableSegment
-{
-    ExposureKneeType    start;
-    ExposureKneeType    end;
-    ExposureIncPrioType priority;
-    UINT64              target;  ///< the exposure to reach
-};
-
 KiroResult CKIROArbitration::ApplyCoreTable(KIROExposureSetType* pOutExposure)
 {
     if (m_pIn->controlID == kirodbarbitrationorder::ArbCtrlMatchHistory)
@@ -104,18 +95,27 @@ KiroResult CKIROArbitration::ApplyCoreTable(KIROExposureSetType* pOutExposure)
 }
 
 KiroResult CKIROArbitration::ApplyCoreTable(KIROExposureSetType* pOutExposure, const ExposureTableType& rTable,
-                                            UINT64 exposure) const
+                                            UINT64 exposure)
 {
     if (rTable.expKneesCount < 2)
     {
         STATS_LOG_ERROR("invalid exposure table tuning");
         return ResultFailed;
     }
-    SplitAlongSegment(SelectSegment(rTable, exposure), rTable.correction, pOutExposure);
+    const TableSegment         segment = SelectSegment(rTable, exposure);
+    SplitMemo&                 rMemo   = m_splits[m_pIn->expType][(m_pIn->bIsConvRange == TRUE) ? 1 : 0];
+    const KIROExposureSetType* pKept   = rMemo.Find(segment, rTable.correction, m_pIn->indexZeroExposure);
+    if (pKept != nullptr)
+    {
+        *pOutExposure = *pKept;
+        return 0;
+    }
+    SplitAlongSegment(segment, rTable.correction, pOutExposure);
+    rMemo.Keep(segment, rTable.correction, m_pIn->indexZeroExposure, *pOutExposure);
     return 0;
 }
 
-CKIROArbitration::TableSegment CKIROArbitration::SelectSegment(const ExposureTableType& rTable, UINT64 exposure) const
+TableSegment CKIROArbitration::SelectSegment(const ExposureTableType& rTable, UINT64 exposure) const
 {
     const ExposureKneeType& rFirst = rTable.expKnees[0];
     const ExposureKneeType& rLast  = rTable.expKnees[rTable.expKneesCount - 1];

@@ -54,7 +54,7 @@ KiroResult CKIROArbitration::RunArbitration(KIROArbitrationInput* pInput, KIROAr
         return result;
     }
     HoldSoundExposure(*pOutput);
-    UtilUpdateExposureAndIndexLimits(&pOutput->range, pInput->indexZeroExposure);
+    m_limits[pInput->expType].Update(&pOutput->range, pInput->indexZeroExposure);
     m_maxTimes[pInput->expType] = pOutput->range.end.time;
     PopulateDebugData();
     return 0;

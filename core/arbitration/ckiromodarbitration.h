@@ -5,6 +5,7 @@
 /// host walks a list of them.
 #pragma once
 
+#include "core/arbitration/arbitrationmemo.h"
 #include "core/base/ckirotrigger.h"
 #include "core/modulecommon.h"
 #include "interface/kiroframe.h"
@@ -28,8 +29,6 @@ private:
     using RangeType         = kirodbarbitrationrange::RangeType;
     using LUTType           = kirodbarbitrationlut::LUTType;
     using LUTKeyType        = kirodbarbitrationlut::LUTKeyType;
-
-    struct TableSegment;
 
     VOID       RepairInput(KIROArbitrationInput& rInput) const;
     VOID       HoldSoundExposure(KIROArbitrationOutput& rOutput) const;
@@ -60,8 +59,7 @@ private:
     /// @param pOutExposure is of no use after a result other than 0: the split is made in place
     KiroResult ApplyCoreTable(KIROExposureSetType* pOutExposure);
     /// Splits an exposure along a table, wherever the range lies.
-    KiroResult   ApplyCoreTable(KIROExposureSetType* pOutExposure, const ExposureTableType& rTable,
-                                UINT64 exposure) const;
+    KiroResult   ApplyCoreTable(KIROExposureSetType* pOutExposure, const ExposureTableType& rTable, UINT64 exposure);
     TableSegment SelectSegment(const ExposureTableType& rTable, UINT64 exposure) const;
     VOID         SplitAlongSegment(const TableSegment& rSegment, FLOAT correction, KIROExposureSetType* pSplit) const;
 
@@ -90,5 +88,7 @@ private:
     KIROArbitrationInput*  m_pIn;   ///< for the call
     KIROArbitrationOutput* m_pOut;  ///< for the call
     CKIRODataXML           m_LUTTrigger;
-    UINT64                 m_maxTimes[AECAlgoExposureCount];  ///< of the last output range per exposure type, ns
+    UINT64                 m_maxTimes[AECAlgoExposureCount];   ///< of the last output range per exposure type, ns
+    SplitMemo              m_splits[AECAlgoExposureCount][2];  ///< of walks for exposures, and of those for limits
+    LimitsMemo             m_limits[AECAlgoExposureCount];
 };

@@ -1,5 +1,6 @@
 add_room(kiro_core_arbitration
     core/arbitration/arbitrationconflicts.cpp
+    core/arbitration/arbitrationmemo.cpp
     core/arbitration/arbitrationutils.cpp
     core/arbitration/ckiroarbitrationhistory.cpp
     core/arbitration/ckiroarbitrationlut.cpp

@@ -65,13 +65,23 @@ inline INT32 SaturateToINT32(DOUBLE value)
 /// What stands for a product of quantities that is nearly zero: max(gain, 1) * max(time, 1) * max(corr, 1). Logs it.
 DOUBLE ForcedProduct(FLOAT gain, UINT64 time, FLOAT corr);
 
+inline DOUBLE Product(FLOAT gain, UINT64 time, FLOAT corr)
+{
+    return static_cast<DOUBLE>(gain) * static_cast<DOUBLE>(time) * static_cast<DOUBLE>(corr);
+}
+
+/// @return whether ForcedProduct stands for it
+inline bool IsProductZero(DOUBLE product)
+{
+    return std::abs(product) < static_cast<DOUBLE>(Epsilon);
+}
+
 /// Rounded product gain * time * corr, in double.
 /// A product whose magnitude is below Epsilon is replaced by ForcedProduct.
 inline UINT64 UtilQuantities2Exposure(FLOAT gain, UINT64 time, FLOAT corr)
 {
-    const DOUBLE product = static_cast<DOUBLE>(gain) * static_cast<DOUBLE>(time) * static_cast<DOUBLE>(corr);
-    const bool   isZero  = std::abs(product) < static_cast<DOUBLE>(Epsilon);
-    return SaturateToUINT64((isZero ? ForcedProduct(gain, time, corr) : product) + 0.5);
+    const DOUBLE product = Product(gain, time, corr);
+    return SaturateToUINT64((IsProductZero(product) ? ForcedProduct(gain, time, corr) : product) + 0.5);
 }
 
 /// Index of an exposure; 0 for an exposure of 0. An indexZeroExposure of 0 counts as 1.

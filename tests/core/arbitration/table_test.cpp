@@ -1,5 +1,9 @@
 // Exposure tables, and what holds for every control.
 
+#include <bit>
+#include <random>
+#include <tuple>
+
 #include "tests/core/arbitration/arbitrationfixture.h"
 
 using namespace kirodbarbitrationtable;
@@ -30,6 +34,78 @@ protected:
         EXPECT_EQ(RunTable(exposure), 0) << exposure;
         ExpectExposure(gain, time, std::to_string(exposure));
     }
+};
+
+/// One instance that goes on, and a new one for each control.
+class RepeatedArbitration : public ArbitrationTest
+{
+protected:
+    UINT32 UpTo(UINT32 last)
+    {
+        return std::uniform_int_distribution<UINT32>(0, last)(m_random);
+    }
+
+    /// Few values of each kind, so that the same are asked for again, and with some of them others.
+    VOID Vary()
+    {
+        constexpr FLOAT  gains[]    = {0.0f, 1.0f, 1.5f, 16.0f};
+        constexpr UINT64 times[]    = {0, 100 * Microsecond, 10 * Millisecond, 33 * Millisecond};
+        constexpr UINT64 targets[]  = {0, 150000, 10000000, 25000000, 900000000};
+        constexpr FLOAT  corrs[]    = {0.0f, 1.0f, 1.0f, 2.0f};
+        const auto       changeable = [this] { return UpTo(5) == 0; };
+        for (KIROExposureSetType* pBound : {&m_limits.start, &m_limits.end})
+        {
+            pBound->gain = changeable() ? gains[UpTo(3)] : pBound->gain;
+            pBound->time = changeable() ? times[UpTo(3)] : pBound->time;
+            pBound->corr = changeable() ? corrs[UpTo(3)] : pBound->corr;
+            // Within the tolerance of equality, or beyond it.
+            const DOUBLE product = static_cast<DOUBLE>(pBound->gain) * static_cast<DOUBLE>(pBound->time);
+            pBound->exposure     = static_cast<UINT64>(product) + 5 * UpTo(1);
+        }
+        for (ExposureKneeType& rKnee : m_kneesOfTable)
+        {
+            rKnee.gain              = changeable() ? gains[UpTo(3)] : rKnee.gain;
+            rKnee.time              = changeable() ? times[UpTo(3)] : rKnee.time;
+            rKnee.incrementPriority = changeable() ? AECExpIncTime : rKnee.incrementPriority;
+            rKnee.incrementPriority = changeable() ? AECExpIncGain : rKnee.incrementPriority;
+        }
+        m_correction           = changeable() ? corrs[UpTo(3)] : m_correction;
+        m_in.indexZeroExposure = changeable() ? 1000 * UpTo(2) : m_in.indexZeroExposure;
+        m_target               = changeable() ? targets[UpTo(4)] : m_target;
+        m_type                 = static_cast<AECAlgoExposureType>(UpTo(2));
+        m_in.bIsConvRange      = UpTo(1) == 0 ? TRUE : FALSE;
+        SetTable(m_kneesOfTable, m_correction);
+    }
+
+    std::vector<std::string> RunOn(CKIROArbitration& rArbitration)
+    {
+        StatsLogCapture log;
+        m_in.expType                    = m_type;
+        m_in.range                      = m_limits;
+        m_in.exposures[m_type]          = Set(1.0f, 10 * Millisecond);
+        m_in.exposures[m_type].exposure = m_target;
+        m_in.controlBank                = BankIDArbitrationTable;
+        m_in.controlDataID              = 4;
+        m_in.controlID                  = ArbCtrlTable;
+        m_out                           = {};
+        m_out.range                     = m_limits;
+        (VOID) rArbitration.RunArbitration(&m_in, &m_out);
+        std::vector<std::string> lines;
+        for (const auto& rLine : log.Lines())
+        {
+            lines.push_back(rLine.text);
+        }
+        return lines;
+    }
+
+    std::mt19937        m_random{3};
+    KIROExposureRange   m_limits = {Set(1.0f, 100 * Microsecond), Set(16.0f, 33 * Millisecond)};
+    UINT64              m_target = 10000000;
+    AECAlgoExposureType m_type   = AECAlgoExposureSafe;
+
+    std::vector<ExposureKneeType> m_kneesOfTable = {{AECExpIncTime, 1.0f, 100 * Microsecond},
+                                                    {AECExpIncTime, 16.0f, 33 * Millisecond}};
+    FLOAT                         m_correction   = 1.0f;
 };
 
 }  // namespace
@@ -139,4 +215,24 @@ TEST_F(TableTest, RequestsThatMakeNoSenseAreRefusedOrRepaired)
     EXPECT_EQ(m_rAsked.gain * m_rAsked.corr * m_in.range.start.corr * m_in.range.end.corr, 1.0f);
     m_in.expType = AECAlgoExposureCount;
     EXPECT_EQ(RunTable(10000000), 1);
+}
+
+TEST_F(RepeatedArbitration, AnswersAndLogsAsWhatHasNotBeenAskedBefore)
+{
+    for (UINT32 round = 0; round < 4000; ++round)
+    {
+        Vary();
+        const auto                  lines  = RunOn(m_arbitration);
+        const KIROArbitrationOutput output = m_out;
+        CKIROArbitration            fresh(m_context.m_tuningData, m_context);
+        ASSERT_EQ(RunOn(fresh), lines) << round;
+        const auto bits = [](const KIROExposureSetType& rSet)
+        {
+            return std::tuple(std::bit_cast<UINT32>(rSet.gain), rSet.time, std::bit_cast<UINT32>(rSet.indx),
+                              std::bit_cast<UINT32>(rSet.corr), rSet.exposure);
+        };
+        ASSERT_EQ(bits(m_out.exposureSet), bits(output.exposureSet)) << round;
+        ASSERT_EQ(bits(m_out.range.start), bits(output.range.start)) << round;
+        ASSERT_EQ(bits(m_out.range.end), bits(output.range.end)) << round;
+    }
 }
