@@ -8,6 +8,18 @@
 using namespace convergencestages;
 using exposurearithmetic::SensiLog103;
 
+namespace
+{
+
+/// The gain that a frame's Short was given ahead of its exposure; 0 for none, and for other exposures.
+DOUBLE LogOfPrediction(const AECFrameHistory& rFrame, UINT32 expType)
+{
+    const bool isPredicted = expType == AECAlgoExposureShort && rFrame.predictiveGain > 1.0f;
+    return isPredicted ? static_cast<DOUBLE>(SensiLog103(rFrame.predictiveGain)) : 0.0;
+}
+
+}  // namespace
+
 /// After the process of a frame the host may set a tuning, and those of before may be gone by then.
 VOID CKIROConvergence::UpdateDBTriggersForNewTuning()
 {
@@ -90,56 +102,53 @@ DOUBLE CKIROConvergence::GetExposureInfo(KIROConvExpInfoType type, UINT32 expTyp
     }
     if (type == KIROConvDRCCurrDelta)
     {
-        return m_input.sensiLog103[AECAlgoExposureSafe] - m_input.sensiLog103[expType];
-    }
-    if (type == KIROConvDRCPrevDelta)
-    {
-        return DRCPrevDelta(expType);
+        return DRCCurrDelta(expType);
     }
 
-    const bool             isPrevious = type == KIROConvPrevious || type == KIROConvTgtPreviousDelta;
-    const UINT8            offset     = isPrevious ? 1 : m_rContextManager.GetInput()->systemLatency;
-    const AECFrameHistory* pFrame     = m_rContextManager.m_pHistory->GetFrameHistory(offset);
+    const bool isPrevious =
+        type == KIROConvPrevious || type == KIROConvTgtPreviousDelta || type == KIROConvDRCPrevDelta;
+    const UINT8            offset = isPrevious ? 1 : m_rContextManager.GetInput()->systemLatency;
+    const AECFrameHistory* pFrame = m_rContextManager.m_pHistory->GetFrameHistory(offset);
     if (pFrame == nullptr)
     {
         STATS_LOG_ERROR("Frame History is null. Sensitivity will not be converted to index");
         return 0.0;
     }
-    DOUBLE exposure = SensiLog103(static_cast<FLOAT>(pFrame->exposureSets[expType].exposure));
-    if (expType == AECAlgoExposureShort && pFrame->predictiveGain > 1.0f)
+    const DOUBLE prediction = LogOfPrediction(*pFrame, expType);
+    if (type == KIROConvDRCPrevDelta)
     {
-        exposure += static_cast<DOUBLE>(SensiLog103(pFrame->predictiveGain));
+        return DRCPrevDelta(expType, prediction);
     }
-    const bool isDelta = type == KIROConvTgtMatchDelta || type == KIROConvTgtPreviousDelta;
+    const DOUBLE exposureLog103 =
+        isPrevious ? m_previousLog103[expType]
+                   : static_cast<DOUBLE>(SensiLog103(static_cast<FLOAT>(pFrame->exposureSets[expType].exposure)));
+    const DOUBLE exposure = exposureLog103 + prediction;
+    const bool   isDelta  = type == KIROConvTgtMatchDelta || type == KIROConvTgtPreviousDelta;
     return isDelta ? m_input.sensiLog103[expType] - exposure : exposure;
 }
 
-DOUBLE CKIROConvergence::DRCPrevDelta(UINT32 expType) const
+DOUBLE CKIROConvergence::DRCCurrDelta(UINT32 expType) const
 {
-    const AECFrameHistory* pFrame = PreviousFrame();
-    if (pFrame == nullptr)
-    {
-        STATS_LOG_ERROR("Frame History is null. Sensitivity will not be converted to index");
-        return 0.0;
-    }
-    const FLOAT safe  = static_cast<FLOAT>(pFrame->exposureSets[AECAlgoExposureSafe].exposure);
-    const FLOAT other = static_cast<FLOAT>(pFrame->exposureSets[expType].exposure);
-    DOUBLE      delta = static_cast<DOUBLE>(SensiLog103(safe)) - static_cast<DOUBLE>(SensiLog103(other));
-    if (expType == AECAlgoExposureShort && pFrame->predictiveGain > 1.0f)
-    {
-        delta -= static_cast<DOUBLE>(SensiLog103(pFrame->predictiveGain));
-    }
-    return delta;
+    return m_input.sensiLog103[AECAlgoExposureSafe] - m_input.sensiLog103[expType];
 }
 
+DOUBLE CKIROConvergence::DRCPrevDelta(UINT32 expType, DOUBLE prediction) const
+{
+    return m_previousLog103[AECAlgoExposureSafe] - m_previousLog103[expType] - prediction;
+}
+
+/// What GetExposureInfo answers for an exposure, of a frame that has a previous one. Each logarithm is taken once.
 ExposureMove CKIROConvergence::MoveOf(UINT32 expType) const
 {
-    return {.target           = m_input.sensiLog103[expType],
-            .previous         = GetExposureInfo(KIROConvPrevious, expType),
+    const DOUBLE prediction = LogOfPrediction(*PreviousFrame(), expType);
+    const DOUBLE target     = m_input.sensiLog103[expType];
+    const DOUBLE previous   = m_previousLog103[expType] + prediction;
+    return {.target           = target,
+            .previous         = previous,
             .tgtMatchDelta    = GetExposureInfo(KIROConvTgtMatchDelta, expType),
-            .tgtPreviousDelta = GetExposureInfo(KIROConvTgtPreviousDelta, expType),
-            .drcCurrDelta     = GetExposureInfo(KIROConvDRCCurrDelta, expType),
-            .drcPrevDelta     = GetExposureInfo(KIROConvDRCPrevDelta, expType),
+            .tgtPreviousDelta = target - previous,
+            .drcCurrDelta     = DRCCurrDelta(expType),
+            .drcPrevDelta     = DRCPrevDelta(expType, prediction),
             .isSettled        = m_bSettleArray[expType] == TRUE};
 }
 

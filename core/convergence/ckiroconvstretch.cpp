@@ -199,8 +199,9 @@ StretchOffsets ComputeStretchOffset(const KIROTargetStretchOutType& rAggOut, FLO
             predGain = std::pow(exposurearithmetic::IndexBase, std::abs(shortStretchOffset) * rAggOut.comp);
         }
     }
+    const FLOAT logOfGain = (predGain == 1.0f) ? 0.0f : std::log10(predGain);  // of most frames
     const FLOAT safeStretchOffset =
-        std::fma(std::log10(predGain), static_cast<FLOAT>(exposurearithmetic::IndexPerDecade), shortStretchOffset);
+        std::fma(logOfGain, static_cast<FLOAT>(exposurearithmetic::IndexPerDecade), shortStretchOffset);
     return {shortStretchOffset, safeStretchOffset, predGain};
 }
 

@@ -31,9 +31,9 @@ FLOAT RatioOfTargets(UINT64 numerator, UINT64 denominator)
 }  // namespace
 
 CKIROConvergence::CKIROConvergence(InstanceTuning& rTuningData, IKIROContextManager& rContextManager)
-    : ModuleCommon(rTuningData, rContextManager), m_input{}, m_range{}, m_pRange(nullptr), m_output{},
-      m_bIsTargetFixed(FALSE), m_pTuning(nullptr), m_pConvBase(nullptr), m_pConvStretch(nullptr),
-      m_pConvSettle(nullptr), m_pBaseCoreData(nullptr), m_scdID(0),
+    : ModuleCommon(rTuningData, rContextManager), m_input{}, m_previousLog103{}, m_range{},
+      m_pRange(nullptr), m_output{}, m_bIsTargetFixed(FALSE), m_pTuning(nullptr), m_pConvBase(nullptr),
+      m_pConvStretch(nullptr), m_pConvSettle(nullptr), m_pBaseCoreData(nullptr), m_scdID(0),
       m_settleCount(0), m_bSettleArray{}, m_smoothADRC{}, m_smoothDarkBoost{}, m_convEventManager(rContextManager)
 {
     m_moduleID = tuningaccess::Require_kiroconvergence(rTuningData).moduleID;
@@ -199,7 +199,8 @@ KiroResult CKIROConvergence::Initialize(const KIROConvergenceInput& rInput)
     {
         m_input.exposures[type]    = rInput.sensitivities[type];
         m_input.sensiLog103[type]  = SensiLog103(static_cast<FLOAT>(rInput.sensitivities[type]));
-        m_output.sensiLog103[type] = SensiLog103(static_cast<FLOAT>(pPrevious->exposureSets[type].exposure));
+        m_previousLog103[type]     = SensiLog103(static_cast<FLOAT>(pPrevious->exposureSets[type].exposure));
+        m_output.sensiLog103[type] = m_previousLog103[type];
     }
     m_input.bIsMeteringSkipped = rInput.bIsMeteringSkipped;
     m_bIsTargetFixed           = m_convEventManager.IsTargetFixed(m_input);

@@ -67,7 +67,8 @@ private:
     VOID                            SetTriggerTrees();
     const AECFrameHistory*          PreviousFrame() const;
     DOUBLE                          GetExposureInfo(KIROConvExpInfoType type, UINT32 expType) const;
-    DOUBLE                          DRCPrevDelta(UINT32 expType) const;
+    DOUBLE                          DRCCurrDelta(UINT32 expType) const;
+    DOUBLE                          DRCPrevDelta(UINT32 expType, DOUBLE prediction) const;
     convergencestages::ExposureMove MoveOf(UINT32 expType) const;
     FLOAT                           GetTriggerValue(const DataBankType& rBank) const;
     bool                            IsLongCompensated() const;
@@ -80,6 +81,7 @@ private:
 
     // The frame's, until the next one.
     KIROConvTempInput     m_input;
+    DOUBLE                m_previousLog103[AECAlgoExposureCount];  ///< of the previous frame's exposures
     KIROArbitratedLimits  m_range;   ///< a copy: the host may let its own go before the frame's debug data are written
     KIROArbitratedLimits* m_pRange;  ///< that, null for a frame without limits
     KIROConvCoreOutput    m_output;
