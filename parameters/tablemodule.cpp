@@ -1,7 +1,6 @@
 #include "parameters/tablemodule.h"
 
 #include <atomic>
-#include <cstddef>
 
 #include "parameters/parameterfilesymboltable.h"
 #include "parameters/parameterlogging.h"
@@ -18,9 +17,6 @@ namespace
 constexpr UINT32 EntryIDMask     = 0xFFFFFF;
 constexpr UINT32 OneChange       = 0x1000000;
 constexpr UINT32 LastChangeCount = 0xFF000000;
-
-/// From the start of a module to its record.
-constexpr size_t RecordDistance = tuning::AlignUp(sizeof(TableModule), alignof(std::max_align_t));
 
 static_assert(alignof(TableModule) <= 8, "tuning memory is aligned to 8 bytes");
 
@@ -62,7 +58,7 @@ std::atomic<UINT64> g_lastStamp{0};
 std::unique_ptr<TableModule> TableModule::Make(const tuning::ModuleDescription& rDescription, ModuleData* pData)
 {
     const size_t recordSize = (rDescription.pRecord != nullptr) ? rDescription.pRecord->size : sizeof(BareModuleType);
-    const RecordSpace space{RecordDistance - sizeof(TableModule) + recordSize};
+    const RecordSpace space{TableModuleRecordDistance - sizeof(TableModule) + recordSize};
     return std::unique_ptr<TableModule>(new (space) TableModule(rDescription, pData));
 }
 
@@ -94,19 +90,14 @@ VOID TableModule::operator delete(VOID* pMemory)
 
 VOID* TableModule::Record()
 {
-    return reinterpret_cast<BYTE*>(this) + RecordDistance;
+    return reinterpret_cast<BYTE*>(this) + TableModuleRecordDistance;
 }
 
 TableModule* TableModule::FromRecord(VOID* pRecord)
 {
-    return (pRecord != nullptr) ? reinterpret_cast<TableModule*>(static_cast<BYTE*>(pRecord) - RecordDistance)
-                                : nullptr;
-}
-
-UINT64 TableModule::ContentStamp(const VOID* pRecord)
-{
-    return (pRecord != nullptr) ? FromRecord(const_cast<VOID*>(pRecord))->m_contentStamp.load(std::memory_order_acquire)
-                                : 0;
+    return (pRecord != nullptr)
+               ? reinterpret_cast<TableModule*>(static_cast<BYTE*>(pRecord) - TableModuleRecordDistance)
+               : nullptr;
 }
 
 VOID TableModule::RenewStamp()

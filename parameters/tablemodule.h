@@ -3,6 +3,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <memory>
 #include <string>
 
@@ -85,3 +86,16 @@ private:
     const tuning::ModuleDescription& m_rDescription;
     std::atomic<UINT64>              m_contentStamp{0};
 };
+
+/// From the start of a module to its record.
+constexpr size_t TableModuleRecordDistance = tuning::AlignUp(sizeof(TableModule), alignof(std::max_align_t));
+
+inline UINT64 TableModule::ContentStamp(const VOID* pRecord)
+{
+    if (pRecord == nullptr)
+    {
+        return 0;
+    }
+    const BYTE* pModule = static_cast<const BYTE*>(pRecord) - TableModuleRecordDistance;
+    return reinterpret_cast<const TableModule*>(pModule)->m_contentStamp.load(std::memory_order_acquire);
+}

@@ -48,7 +48,8 @@ private:
         return m_stamp.IsCurrent() && std::memcmp(pTuningModeSelectors, m_path, sizeof(m_path)) == 0;
     }
 
-    VOID* LookUp(RecordModule module, const CHAR* pName, UINT64 nameHash);
+    // Apart from Record(), which saves no registers then.
+    [[gnu::noinline]] VOID* LookUp(RecordModule module, const CHAR* pName, UINT64 nameHash);
 
     LookupStamp m_stamp                                              = {};  ///< as of which the records were found
     BYTE        m_path[PathLength * sizeof(TuningMode)]              = {};  ///< along which: the selectors as they lay
