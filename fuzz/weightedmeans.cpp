@@ -167,7 +167,7 @@ private:
         }
         const WeightedWalkKey key    = {0, m_stats.resolution, rROI, m_clamps[clamp]};
         const auto            alone  = WalkAlone(m_regions, m_weights, m_values.data(), key.clamp);
-        const auto            shared = m_walks.Measure(key, m_weights.Table(), m_values.data());
+        const auto            shared = m_walks.Measure(key, m_weights, m_values.data());
         if (!shared.has_value())
         {
             m_walks.Add(key, m_regions, m_weights, alone.weights);

@@ -11,7 +11,7 @@ using exposurearithmetic::SaturateToUINT32;
 CKIRO2DMetIterator::CKIRO2DMetIterator()
     : m_area{}, m_roiWidth(0), m_roiHeight(0), m_roiStartHeight(0), m_roiStartWidth(0), m_roiEndHeight(0),
       m_roiEndWidth(0), m_ipStatswidth(0), m_ipStatsHeight(0), m_rowStart(0), m_pRowWeights(nullptr), m_2DWeightTable{},
-      m_pColumnEntry(m_columns.Entries({})), m_pRowEntry(m_rows.Entries({}))
+      m_tableNumber(0), m_pColumnEntry(m_columns.Entries({})), m_pRowEntry(m_rows.Entries({}))
 {
 }
 
@@ -29,7 +29,11 @@ BOOL CKIRO2DMetIterator::Configure(UINT32 width, UINT32 height, const AECAlgoROI
         m_area = area;
         ResolveArea();
     }
-    std::copy_n(pTable, TableSize, m_2DWeightTable);
+    if (!IsSameTable(m_2DWeightTable, pTable))
+    {
+        std::copy_n(pTable, TableSize, m_2DWeightTable);
+        ++m_tableNumber;
+    }
     SelectRow(0);
     return TRUE;
 }

@@ -2,6 +2,8 @@
 /// Answers which of the 16 x 16 metering weights applies to a region of a grid.
 #pragma once
 
+#include <cstring>
+
 #include "core/statsprocessor/ckirogriditerator.h"
 
 class CKIRO2DMetIterator
@@ -14,6 +16,12 @@ public:
     CKIRO2DMetIterator();
     CKIRO2DMetIterator(const CKIRO2DMetIterator&)            = delete;
     CKIRO2DMetIterator& operator=(const CKIRO2DMetIterator&) = delete;
+
+    /// Of tables' bits. They are the same where weights are, but for a NaN and the sign of a 0.
+    static bool IsSameTable(const VOID* pOne, const VOID* pOther)
+    {
+        return std::memcmp(pOne, pOther, TableSize * sizeof(FLOAT)) == 0;
+    }
 
     /// @param pTable 256 weights, row-major; copied, since they may be asked for after a change of tuning
     /// @return 1, or 0 for a grid of more columns or rows than a channel can have
@@ -43,6 +51,12 @@ public:
     const FLOAT* Table() const
     {
         return m_2DWeightTable;
+    }
+
+    /// Counts the weights that have been in use here: those of one number are the same.
+    UINT64 TableNumber() const
+    {
+        return m_tableNumber;
     }
 
 private:
@@ -112,6 +126,7 @@ private:
     UINT32       m_rowStart;     ///< first region of the row of the last region that was asked for
     const FLOAT* m_pRowWeights;  ///< that row's part of the table, null outside the ROI and until configured
     FLOAT        m_2DWeightTable[TableSize];
+    UINT64       m_tableNumber;
 
     ResolvedAxes m_columns;
     ResolvedAxes m_rows;

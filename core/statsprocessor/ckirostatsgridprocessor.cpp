@@ -190,7 +190,7 @@ KiroResult CKIROStatsGridProcessor::GetWeightedLuma(const CHAR* pStatsName, INT3
     std::optional<CKIROWeightedWalk::Sums> sums;
     if (isShared)
     {
-        sums = m_walks.Measure(key, m_mtrItr.Table(), pValues);
+        sums = m_walks.Measure(key, m_mtrItr, pValues);
     }
     if (!sums.has_value())
     {

@@ -59,5 +59,9 @@ inline bool IsSameShape(const kirocorestatsconfig::ResolutionType& rFirst,
 /// @param statsThreshold fraction of full scale
 inline FLOAT ClampValue(const kirocorestatsconfig::ResolutionType& rResolution, FLOAT statsThreshold)
 {
-    return static_cast<FLOAT>(std::ldexp(1.0, rResolution.bitDepth) - 1.0) * statsThreshold;
+    constexpr INT32 shiftMax = 62;
+    const INT32     bitDepth = rResolution.bitDepth;
+    const DOUBLE    steps    = (bitDepth >= 0 && bitDepth <= shiftMax) ? static_cast<DOUBLE>(UINT64{1} << bitDepth)
+                                                                       : std::ldexp(1.0, bitDepth);
+    return static_cast<FLOAT>(steps - 1.0) * statsThreshold;
 }

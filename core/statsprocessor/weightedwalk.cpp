@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 
 #include "core/statsprocessor/exactsum.h"
 #include "core/statsprocessor/statschannels.h"
@@ -10,12 +9,6 @@
 
 namespace
 {
-
-/// Of tables' bits, which are the same where weights are: no table of a walk holds a NaN or 0.
-bool IsSameTable(const VOID* pOne, const VOID* pOther)
-{
-    return std::memcmp(pOne, pOther, CKIRO2DMetIterator::TableSize * sizeof(FLOAT)) == 0;
-}
 
 /// Regions in the order of a walk, and the tables' entries that weigh them.
 struct RegionList
@@ -111,14 +104,16 @@ bool CKIROWeightedWalk::TakesTable(const FLOAT* pTable)
                        [](FLOAT weight) { return std::isfinite(weight) && weight != CKIRO2DMetIterator::NoWeight; });
 }
 
-VOID CKIROWeightedWalk::AddTable(const FLOAT* pTable, FLOAT totalWeight, UINT64 frame)
+VOID CKIROWeightedWalk::AddTable(const CKIRO2DMetIterator& rWeights, FLOAT totalWeight, UINT64 frame)
 {
     m_lastFrame = frame;
     if (m_regionCount == 0)
     {
         return;
     }
-    Table& rTable = m_tables[m_tableCount];
+    const FLOAT* pTable = rWeights.Table();
+    Table&       rTable = m_tables[m_tableCount];
+    rTable.number       = rWeights.TableNumber();
     std::copy_n(pTable, CKIRO2DMetIterator::TableSize, rTable.weights);
     for (UINT32 entry = 0; entry < CKIRO2DMetIterator::TableSize; ++entry)
     {
@@ -132,15 +127,15 @@ VOID CKIROWeightedWalk::AddTable(const FLOAT* pTable, FLOAT totalWeight, UINT64 
     ++m_tableCount;
 }
 
-std::optional<CKIROWeightedWalk::Sums> CKIROWeightedWalk::Measure(const FLOAT* pTable, const FLOAT* pValues,
-                                                                  UINT64 frame)
+std::optional<CKIROWeightedWalk::Sums> CKIROWeightedWalk::Measure(const CKIRO2DMetIterator& rWeights,
+                                                                  const FLOAT* pValues, UINT64 frame)
 {
     const bool isWalked = m_pWalkedValues == pValues && m_walkedFrame == frame;
     if (!isWalked)
     {
         DropForgotten(frame);
     }
-    const UINT32 index = FindTable(pTable);
+    const UINT32 index = FindTable(rWeights);
     if (index == NotFound)
     {
         return std::nullopt;
@@ -158,13 +153,16 @@ std::optional<CKIROWeightedWalk::Sums> CKIROWeightedWalk::Measure(const FLOAT* p
     return Sums{rTable.sum, rTable.totalWeight};
 }
 
-UINT32 CKIROWeightedWalk::FindTable(const FLOAT* pTable)
+UINT32 CKIROWeightedWalk::FindTable(const CKIRO2DMetIterator& rWeights)
 {
     for (UINT32 step = 0; step < m_tableCount; ++step)
     {
-        const UINT32 index = (m_expected + step) % m_tableCount;
-        if (IsSameTable(m_tables[index].weights, pTable))
+        const UINT32 index  = (m_expected + step) % m_tableCount;
+        Table&       rTable = m_tables[index];
+        if (rTable.number == rWeights.TableNumber() ||
+            CKIRO2DMetIterator::IsSameTable(rTable.weights, rWeights.Table()))
         {
+            rTable.number = rWeights.TableNumber();
             return index;
         }
     }

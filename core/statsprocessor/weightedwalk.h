@@ -54,9 +54,9 @@ public:
     }
 
     /// Takes up a table for the next frames, unless the walk goes beyond what tables cover. It must not be full.
-    /// @param pTable      one that can share a walk
+    /// @param rWeights    in use, of a table that can share a walk
     /// @param totalWeight of all regions of the walk, added in its order
-    VOID AddTable(const FLOAT* pTable, FLOAT totalWeight, UINT64 frame);
+    VOID AddTable(const CKIRO2DMetIterator& rWeights, FLOAT totalWeight, UINT64 frame);
 
     /// What one table's walk comes to.
     struct Sums
@@ -68,7 +68,7 @@ public:
     /// Walks all tables that were asked for in this frame or the one before, unless this has been done in the frame.
     /// @param pValues stay as they are for the whole frame
     /// @return nothing for a table that was not added
-    std::optional<Sums> Measure(const FLOAT* pTable, const FLOAT* pValues, UINT64 frame);
+    std::optional<Sums> Measure(const CKIRO2DMetIterator& rWeights, const FLOAT* pValues, UINT64 frame);
 
     /// In which a table was asked for, 0 before the first.
     UINT64 LastFrame() const
@@ -79,7 +79,7 @@ public:
 private:
     static constexpr UINT32 NotFound = TableMax;
 
-    UINT32 FindTable(const FLOAT* pTable);
+    UINT32 FindTable(const CKIRO2DMetIterator& rWeights);
     VOID   DropForgotten(UINT64 frame);
     VOID   Walk(const FLOAT* pValues);
     FLOAT  AddUnweighted(const FLOAT* pValues) const;
@@ -92,6 +92,7 @@ private:
     struct Table
     {
         FLOAT  weights[CKIRO2DMetIterator::TableSize];
+        UINT64 number;  ///< under which the weights have been in use last
         bool   isOfOnes;
         FLOAT  totalWeight;
         FLOAT  sum;  ///< as of m_walkedFrame

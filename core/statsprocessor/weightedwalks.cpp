@@ -1,7 +1,7 @@
 #include "core/statsprocessor/weightedwalks.h"
 
-std::optional<CKIROWeightedWalk::Sums> CKIROWeightedWalks::Measure(const WeightedWalkKey& rKey, const FLOAT* pTable,
-                                                                   const FLOAT* pValues)
+std::optional<CKIROWeightedWalk::Sums>
+CKIROWeightedWalks::Measure(const WeightedWalkKey& rKey, const CKIRO2DMetIterator& rWeights, const FLOAT* pValues)
 {
     if (m_bIsNewFrame == TRUE)
     {
@@ -15,7 +15,7 @@ std::optional<CKIROWeightedWalk::Sums> CKIROWeightedWalks::Measure(const Weighte
         {
             continue;
         }
-        const auto sums = m_pWalks[index]->Measure(pTable, pValues, m_frame);
+        const auto sums = m_pWalks[index]->Measure(rWeights, pValues, m_frame);
         if (sums.has_value())
         {
             m_expected = index;
@@ -42,7 +42,7 @@ VOID CKIROWeightedWalks::Add(const WeightedWalkKey& rKey, const CKIROGridIterato
         }
         pWalk->Begin(rKey, rRegions, rWeights);
     }
-    pWalk->AddTable(rWeights.Table(), totalWeight, m_frame);
+    pWalk->AddTable(rWeights, totalWeight, m_frame);
 }
 
 CKIROWeightedWalk* CKIROWeightedWalks::FindWithRoom(const WeightedWalkKey& rKey)

@@ -17,9 +17,10 @@ public:
         m_bIsNewFrame = TRUE;
     }
 
-    /// @param pTable 256 weights @param pValues of the channel, unchanged until the next BeginFrame()
+    /// @param rWeights of one iterator at all times, whose tables it numbers @param pValues of the channel, unchanged
+    /// until the next BeginFrame()
     /// @return nothing for a table that has to be measured alone
-    std::optional<CKIROWeightedWalk::Sums> Measure(const WeightedWalkKey& rKey, const FLOAT* pTable,
+    std::optional<CKIROWeightedWalk::Sums> Measure(const WeightedWalkKey& rKey, const CKIRO2DMetIterator& rWeights,
                                                    const FLOAT* pValues);
 
     /// Takes up a table that was measured alone. @param rRegions, rWeights as they were configured for it
