@@ -10,8 +10,8 @@ struct Bar
 };
 
 constexpr Bar Bars[] = {
-    {benchname::LightFrame, 2.1e3},    {benchname::LeastFrame, 2.0e3},  {benchname::GetModuleBuffer, 22.0},
-    {benchname::GetModuleFile, 150.0}, {benchname::TriggerTree, 75.0},  {benchname::LoadPhoneBuffer, 0.35e6},
+    {benchname::LightFrame, 1.8e3},    {benchname::LeastFrame, 1.2e3},  {benchname::GetModuleBuffer, 22.0},
+    {benchname::GetModuleFile, 150.0}, {benchname::TriggerTree, 50.0},  {benchname::LoadPhoneBuffer, 0.35e6},
     {benchname::LoadLargeBuffer, 4e6}, {benchname::LoadLargeFile, 5e6},
 };
 
